@@ -1,0 +1,24 @@
+# One static library per folder, one test program per folder.
+
+# zephyra_library(NAME SOURCES a.cpp HEADERS a.h [LINKS zephyra_other] [PRIVATE_LINKS third_party])
+# makes zephyra_NAME. LINKS are the folders it may include; third-party libraries stay private.
+function(zephyra_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;LINKS;PRIVATE_LINKS" ${ARGN})
+    add_library(zephyra_${name} STATIC ${ARG_SOURCES})
+    target_sources(zephyra_${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}
+                   FILES ${ARG_HEADERS})
+    target_link_libraries(zephyra_${name} PUBLIC zephyra_compile ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
+endfunction()
+
+# zephyra_tests(NAME SOURCES a_test.cpp LINKS zephyra_x) makes NAME_tests and registers its cases.
+# Tests find files of the tree through the ZEPHYRA_SOURCE_DIR and ZEPHYRA_BINARY_DIR definitions.
+function(zephyra_tests name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name}_tests ${ARG_SOURCES})
+    target_link_libraries(${name}_tests PRIVATE ${ARG_LINKS} zephyra_compile GTest::gmock GTest::gtest_main)
+    target_compile_definitions(${name}_tests PRIVATE ZEPHYRA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+                               ZEPHYRA_BINARY_DIR="${PROJECT_BINARY_DIR}")
+    target_include_directories(${name}_tests PRIVATE ${PROJECT_SOURCE_DIR})
+    gtest_discover_tests(${name}_tests TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
+                         PROPERTIES TIMEOUT 300)
+endfunction()

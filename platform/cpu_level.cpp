@@ -1,0 +1,56 @@
+#include "platform/cpu_level.h"
+
+#include "platform/log.h"
+
+#include <cstdlib>
+#include <string>
+
+namespace zephyra {
+
+namespace {
+
+CpuLevel chooseLevel() noexcept {
+    const CpuLevel supported = supportedCpuLevel();
+    const char* forced = std::getenv("ZEPHYRA_CPU_LEVEL");
+    if (!forced) return supported;
+    for (CpuLevel level : {CpuLevel::baseline, CpuLevel::v3, CpuLevel::v4})
+        if (std::string(forced) == cpuLevelName(level) && level <= supported) return level;
+    logLine(std::string("Warning, ZEPHYRA_CPU_LEVEL=") + forced +
+            " is ignored: this processor offers baseline up to " + cpuLevelName(supported));
+    return supported;
+}
+
+} // namespace
+
+CpuLevel supportedCpuLevel() noexcept {
+#if defined(__x86_64__)
+    __builtin_cpu_init();
+    // The built-in test also asks the operating system whether it saves the wide registers.
+    if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma") ||
+        !__builtin_cpu_supports("bmi2"))
+        return CpuLevel::baseline;
+    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+        __builtin_cpu_supports("avx512cd") && __builtin_cpu_supports("avx512dq") &&
+        __builtin_cpu_supports("avx512vl"))
+        return CpuLevel::v4;
+    return CpuLevel::v3;
+#else
+    return CpuLevel::baseline;
+#endif
+}
+
+CpuLevel chosenCpuLevel() noexcept {
+    static const CpuLevel level = chooseLevel();
+    return level;
+}
+
+const char* cpuLevelName(CpuLevel level) noexcept {
+    switch (level) {
+    case CpuLevel::v4: return "v4";
+    case CpuLevel::v3: return "v3";
+    case CpuLevel::baseline: break;
+    }
+    return "baseline";
+}
+
+} // namespace zephyra

@@ -1,0 +1,24 @@
+// CpuLevel: which instruction-set level the hot loops run at.
+#pragma once
+
+namespace zephyra {
+
+/// The x86-64 levels that hot loops are built for; other processors run the baseline.
+enum class CpuLevel {
+    baseline, ///< what every build target has
+    v3,       ///< AVX2 and FMA
+    v4,       ///< AVX-512 F, BW, CD, DQ, VL
+};
+
+/// The highest level that this processor and operating system offer. Any thread.
+CpuLevel supportedCpuLevel() noexcept;
+
+/// The level that hot loops are to use: the supported one, or a lower one forced by the environment
+/// variable ZEPHYRA_CPU_LEVEL (baseline, v3 or v4; anything else, and a level that the processor
+/// lacks, is ignored with a log line). Decided at the first call and kept. MAIN or OFF.
+CpuLevel chosenCpuLevel() noexcept;
+
+/// "baseline", "v3" or "v4".
+const char* cpuLevelName(CpuLevel level) noexcept;
+
+} // namespace zephyra
