@@ -1,0 +1,20 @@
+// The module's functions, gathered into one AacModule by aac_module.cpp.
+#pragma once
+
+#include "platform/aac_codec.h"
+
+namespace zephyra::aac {
+
+int openReader(const char* path, AacTrack* track, void** reader, char* error,
+               std::uint32_t errorSize);
+int read(void* reader, float* interleaved, std::uint32_t maxFrames, std::uint32_t* frames,
+         char* error, std::uint32_t errorSize);
+void closeReader(void* reader);
+
+int openWriter(const char* path, double sampleRate, std::uint32_t channels, void** writer,
+               char* error, std::uint32_t errorSize);
+int write(void* writer, const std::int16_t* const* channels, std::uint32_t frames, char* error,
+          std::uint32_t errorSize);
+int closeWriter(void* writer, char* error, std::uint32_t errorSize);
+
+} // namespace zephyra::aac

@@ -1,0 +1,44 @@
+// AtomicFile: a file that appears under its name complete or not at all.
+#pragma once
+
+#include <filesystem>
+#include <system_error>
+
+namespace zephyra {
+
+/// Order of calls: open, write to path() by any means and close it there, commit. The file grows in
+/// a private folder beside its target, under its final name, so that libraries which look at the
+/// name or leave a second file beside it need no special care. What stood at the target stays until
+/// commit and, when the file is abandoned, for good. Not copyable; MAIN or WORKER.
+class AtomicFile {
+public:
+    AtomicFile() = default;
+    AtomicFile(AtomicFile&& other) noexcept;
+    AtomicFile& operator=(AtomicFile&& other) noexcept;
+    ~AtomicFile() { abandon(); }
+
+    /// Makes the private folder, after abandoning what was open before. A symbolic link is
+    /// followed: the file it names is replaced, not the link (one that leads nowhere is). Refused:
+    /// a missing or unwritable folder, an existing file that may not be written to, and a target
+    /// that is no ordinary file (a folder, a device, a pipe).
+    std::error_code open(const std::filesystem::path& target);
+
+    /// Where to write meanwhile; empty when nothing is open.
+    const std::filesystem::path& path() const noexcept { return path_; }
+
+    /// Flushes to disk and renames over the target, which keeps its permissions. Files that were
+    /// left beside path() go first, to the target's folder. After a failure the target is as it was
+    /// and the new file is gone.
+    std::error_code commit();
+
+    /// Removes what was written. Nothing happens when nothing is open.
+    void abandon() noexcept;
+
+private:
+    std::error_code renameAll();
+
+    std::filesystem::path target_;
+    std::filesystem::path path_;
+};
+
+} // namespace zephyra

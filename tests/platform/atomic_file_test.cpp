@@ -1,0 +1,119 @@
+#include "platform/atomic_file.h"
+
+#include "platform/audio_file_error.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zephyra {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(AtomicFile, KeepsTheOldFileUntilCommitAndItsPermissionsAfter) {
+    TemporaryFolder folder;
+    writeText(folder / "a.txt", "old");
+    fs::permissions(folder / "a.txt", fs::perms(0640));
+    AtomicFile file;
+    ASSERT_FALSE(file.open(folder / "a.txt"));
+    writeText(file.path(), "new");
+    EXPECT_EQ(file.path().filename(), "a.txt");
+    EXPECT_EQ(readText(folder / "a.txt"), "old");
+    ASSERT_FALSE(file.commit());
+    EXPECT_EQ(readText(folder / "a.txt"), "new");
+    EXPECT_EQ(fs::status(folder / "a.txt").permissions(), fs::perms(0640));
+    EXPECT_EQ(folder.entries(), 1);
+}
+
+TEST(AtomicFile, LeavesNothingWhenDestroyedOrOpenedAnew) {
+    TemporaryFolder folder;
+    {
+        AtomicFile first, second;
+        for (AtomicFile* file : {&first, &second, &second}) {
+            EXPECT_FALSE(file->open(folder / "a.txt"));
+            writeText(file->path(), "half");
+        }
+        first = std::move(second);
+        EXPECT_EQ(folder.entries(), 1);
+    }
+    EXPECT_EQ(folder.entries(), 0);
+}
+
+TEST(AtomicFile, PlacesWhatALibraryLeftBesideItFirst) {
+    TemporaryFolder folder;
+    writeText(folder / "a.sd2", "old");
+    const auto write = [&] {
+        AtomicFile file;
+        EXPECT_FALSE(file.open(folder / "a.sd2"));
+        writeText(file.path(), "main");
+        writeText(file.path().parent_path() / "._a.sd2", "side");
+        return file.commit();
+    };
+    fs::create_directories(folder / "._a.sd2" / "in the way");
+    EXPECT_TRUE(write());
+    EXPECT_EQ(readText(folder / "a.sd2"), "old");
+    fs::remove_all(folder / "._a.sd2");
+    EXPECT_FALSE(write());
+    EXPECT_EQ(readText(folder / "a.sd2"), "main");
+    EXPECT_EQ(readText(folder / "._a.sd2"), "side");
+    EXPECT_EQ(folder.entries(), 2);
+}
+
+TEST(AtomicFile, ReplacesTheFileThatALinkNamesAndNotTheLink) {
+    TemporaryFolder folder;
+    writeText(folder / "real", "old");
+    fs::create_symlink("real", folder / "link");
+    AtomicFile file;
+    ASSERT_FALSE(file.open(folder / "link"));
+    writeText(file.path(), "new");
+    ASSERT_FALSE(file.commit());
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_EQ(readText(folder / "real"), "new");
+}
+
+TEST(AtomicFile, RefusesTargetsThatAreNoOrdinaryFileInAnExistingFolder) {
+    TemporaryFolder folder;
+    writeText(folder / "file", "old");
+    ::mkfifo((folder / "pipe").c_str(), 0600);
+    const struct {
+        fs::path target;
+        std::errc expected;
+        OSStatus code;
+    } cases[] = {
+        {folder / "missing/a", std::errc::no_such_file_or_directory, -43},
+        {folder / "file/a", std::errc::not_a_directory, -43},
+        {"", std::errc::no_such_file_or_directory, -43},
+        {folder.path(), std::errc::is_a_directory, fourCC("prm?")},
+        {folder / "file/", std::errc::is_a_directory, fourCC("prm?")},
+        {folder / "pipe", std::errc::invalid_argument, fourCC("prm?")},
+        {"/dev/null", std::errc::invalid_argument, fourCC("prm?")},
+    };
+    for (const auto& [target, expected, code] : cases) {
+        AtomicFile file;
+        const std::error_code error = file.open(target);
+        EXPECT_EQ(error, expected) << target << ": " << error.message();
+        EXPECT_EQ(audioFileStatus(error), code) << target;
+    }
+    EXPECT_EQ(folder.entries(), 2);
+}
+
+TEST(AtomicFile, RefusesFoldersAndFilesThatMayNotBeWritten) {
+    if (::geteuid() != 0) GTEST_SKIP() << "changes the user, which only root may";
+    TemporaryFolder folder;
+    writeText(folder / "mine", "old");
+    fs::create_directory(folder / "open");
+    fs::permissions(folder / "open", fs::perms::all);
+    writeText(folder / "open/mine", "old");
+    fs::permissions(folder.path(), fs::perms(0755));
+    ASSERT_EQ(::seteuid(65534), 0); // nobody
+    for (const char* name : {"new", "mine", "open/mine"}) {
+        AtomicFile file;
+        EXPECT_EQ(file.open(folder / name), std::errc::permission_denied) << name;
+    }
+    ASSERT_EQ(::seteuid(0), 0);
+}
+
+} // namespace
+} // namespace zephyra

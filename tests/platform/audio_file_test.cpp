@@ -1,0 +1,229 @@
+#include "platform/audio_file.h"
+
+#include "platform/audio_file_error.h"
+#include "platform/audio_file_float_wav.h"
+#include "platform/log.h"
+#include "tests/support/other_program.h"
+#include "tests/support/temporary_folder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <limits>
+#include <sys/resource.h>
+
+namespace zephyra {
+namespace {
+
+namespace type = audio_file_type;
+
+struct FileType {
+    FourCharCode type;
+    const char* name;
+};
+constexpr FileType kTypes[] = {
+    {type::aifc, "a.aifc"}, {type::aiff, "a.aiff"}, {type::next, "a.au"}, {type::caff, "a.caf"},
+    {type::sd2f, "a.sd2"},  {type::wave, "a.wav"},  {type::m4af, "a.m4a"}};
+
+StreamDescription fileFormat(FourCharCode fileType, std::uint32_t channels, std::uint32_t bits) {
+    if (fileType == type::aifc) return {44100, fourCC("ima4"), 0, 0, 1, 0, channels, 0};
+    if (fileType == type::m4af) return {44100, fourCC("aac "), 2, 0, 1024, 0, channels, 0};
+    const std::uint32_t flags = fileType == type::wave ? 12 : 14;
+    const std::uint32_t bytes = bits / 8 * channels;
+    return {44100, fourCC("lpcm"), flags, bytes, 1, bytes, channels, bits};
+}
+
+StreamDescription clientFormat(std::uint32_t channels) {
+    return {44100, fourCC("lpcm"), 36, 2, 1, 2, channels, 16};
+}
+
+/// Channel c, frame i of the test signal: all 16 bits move, both ends of the range occur.
+std::int16_t sampleAt(std::uint32_t c, std::uint32_t i) {
+    return static_cast<std::int16_t>(i < 2 ? (i ? 32767 : -32768) : i * 7919 + c * 12345);
+}
+
+/// Writes frames of the signal in blocks of growing length; the first failure.
+OSStatus writeSignal(const std::filesystem::path& path, FourCharCode fileType,
+                     const StreamDescription& format, std::uint32_t frames) {
+    AudioFileID file;
+    ExtAudioFileRef samples;
+    const std::uint32_t channels = format.channelsPerFrame;
+    OSStatus status = AudioFileCreate(path, fileType, format, file);
+    if (status == 0) status = ExtAudioFileWrapAudioFileID(file, samples);
+    if (status == 0) status = ExtAudioFileSetProperty(samples, clientFormat(channels));
+    for (std::uint32_t done = 0, block = 1; status == 0 && done < frames; block = block * 3 + 1) {
+        const std::uint32_t part = std::min(block, frames - done);
+        AudioBufferList* list = AllocateAudioBufferList(channels, part * 2);
+        for (std::uint32_t c = 0; c < channels; ++c)
+            for (std::uint32_t i = 0; i < part; ++i)
+                static_cast<std::int16_t*>(list->mBuffers[c].mData)[i] = sampleAt(c, done + i);
+        status = ExtAudioFileWrite(samples, part, *list);
+        DestroyAudioBufferList(list);
+        done += part;
+    }
+    return status == 0 ? AudioFileClose(std::move(file)) : status;
+}
+
+TEST(AudioFile, GivesOtherProgramsEveryLinearSampleExactly) {
+    constexpr std::uint32_t kFrames = 20001; // odd, and several internal blocks
+    const struct {
+        std::uint32_t bits, channels;
+    } layouts[] = {{8, 1}, {8, 2}, {16, 1}, {16, 2}, {24, 1}, {24, 2}, {32, 5}};
+    for (const auto& [fileType, name] : kTypes)
+        for (const auto& [bits, channels] : layouts) {
+            if (fileType == type::aifc || fileType == type::m4af) continue;
+            SCOPED_TRACE(testing::Message() << name << ' ' << bits << " bits x " << channels);
+            TemporaryFolder folder;
+            const auto format = fileFormat(fileType, channels, bits);
+            ASSERT_EQ(writeSignal(folder / name, fileType, format, kFrames), 0);
+            const auto got = decodedByOtherProgram(folder / name);
+            ASSERT_EQ(got.size(), std::size_t{kFrames} * channels);
+            for (std::uint32_t i = 0; i < got.size(); ++i) {
+                const std::int32_t kept = bits == 8 ? ~255 : ~0;
+                const std::int32_t want = (sampleAt(i % channels, i / channels) & kept) * 65536;
+                ASSERT_EQ(got[i], want) << "sample " << i;
+            }
+        }
+}
+
+TEST(AudioFile, GivesTheSameBytesForTheSameSamples) {
+    for (const auto& [fileType, name] : kTypes) {
+        TemporaryFolder first, second;
+        for (const TemporaryFolder* folder : {&first, &second})
+            ASSERT_EQ(writeSignal(*folder / name, fileType, fileFormat(fileType, 2, 16), 3000), 0);
+        for (const auto& file : std::filesystem::directory_iterator(first.path())) {
+            const std::string bytes = readText(file.path());
+            EXPECT_GT(bytes.size(), 300u);
+            EXPECT_EQ(bytes, readText(second / file.path().filename())) << file.path();
+        }
+        EXPECT_EQ(first.entries(), fileType == type::sd2f ? 2 : 1);
+    }
+}
+
+TEST(AudioFile, IsCompleteOrAbsentWhereverTheDiskBecomesFull) {
+    const LogSink before = setLogSink([](std::string_view) {});
+    ASSERT_NE(std::signal(SIGXFSZ, SIG_IGN), SIG_ERR);
+    rlimit unlimited{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &unlimited), 0);
+    for (const auto& [fileType, name] : kTypes) {
+        TemporaryFolder folder;
+        const StreamDescription format = fileFormat(fileType, 1, 16);
+        const auto write = [&] { return writeSignal(folder / name, fileType, format, 150); };
+        ASSERT_EQ(write(), 0);
+        const std::string complete = readText(folder / name);
+        const std::ptrdiff_t files = folder.entries();
+        writeText(folder / name, "old");
+        for (rlim_t limit = 0; limit <= complete.size() + 500; limit += limit < 120 ? 9 : 37) {
+            const rlimit most{limit, unlimited.rlim_max};
+            setrlimit(RLIMIT_FSIZE, &most);
+            const OSStatus status = write();
+            setrlimit(RLIMIT_FSIZE, &unlimited);
+            SCOPED_TRACE(testing::Message() << name << " cut at " << limit << ": " << status);
+            ASSERT_TRUE(status == 0 || status == audio_file_error::diskFull);
+            ASSERT_EQ(readText(folder / name), status == 0 ? complete : "old");
+            ASSERT_EQ(folder.entries(), files);
+            ASSERT_FALSE(status == 0 && limit < complete.size());
+            writeText(folder / name, "old");
+        }
+    }
+    setLogSink(before);
+}
+
+TEST(AudioFile, RefusesWhatATypeCannotHold) {
+    const LogSink before = setLogSink([](std::string_view) {});
+    constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
+    const auto linear = [](double rate, std::uint32_t flags, std::uint32_t channels,
+                           std::uint32_t bits) {
+        return StreamDescription{rate, fourCC("lpcm"), flags, 0, 1, 0, channels, bits};
+    };
+    const struct {
+        FourCharCode type;
+        StreamDescription format;
+        OSStatus expected;
+    } cases[] = {
+        {0, linear(44100, 14, 2, 16), fourCC("typ?")},
+        {type::aiff, linear(44100, 14, 2, 0), fourCC("fmt?")},
+        {type::aiff, linear(44100, 14, 2, 40), fourCC("fmt?")},
+        {type::aiff, linear(44100, 14, 0, 16), fourCC("fmt?")},
+        {type::aiff, linear(44100, 14, 0xFFFFFFFF, 16), fourCC("fmt?")},
+        {type::aiff, linear(kNotANumber, 14, 2, 16), fourCC("fmt?")},
+        {type::aiff, linear(1e300, 14, 2, 16), fourCC("fmt?")},
+        {type::wave, linear(44100, 14, 2, 16), fourCC("fmt?")},
+        {type::caff, linear(44100, 12, 2, 16), fourCC("fmt?")},
+        {type::wave, linear(44100, 9, 2, 16), fourCC("fmt?")},
+        {type::aifc, fileFormat(type::aifc, 3, 0), fourCC("fmt?")},
+        {type::wave, fileFormat(type::aifc, 2, 0), fourCC("fmt?")},
+        {type::m4af, fileFormat(type::m4af, 9, 0), fourCC("fmt?")},
+        {type::m4af, {12345, fourCC("aac "), 2, 0, 1024, 0, 2, 0}, fourCC("fmt?")},
+    };
+    TemporaryFolder folder;
+    writeText(folder / "a", "old");
+    int row = 0;
+    for (const auto& [fileType, format, expected] : cases) {
+        AudioFileID file;
+        EXPECT_EQ(AudioFileCreate(folder / "a", fileType, format, file), expected) << "row " << row;
+        EXPECT_FALSE(file) << "row " << row++;
+    }
+    EXPECT_EQ(readText(folder / "a"), "old");
+    EXPECT_EQ(folder.entries(), 1);
+    setLogSink(before);
+}
+
+TEST(AudioFile, RefusesSamplesThatDoNotFitWhatWasAgreed) {
+    TemporaryFolder folder;
+    std::int16_t frame = 0;
+    AudioBuffer buffers[2] = {{1, 2, &frame}, {1, 2, &frame}};
+    AudioFileID file;
+    ExtAudioFileRef samples;
+    EXPECT_EQ(ExtAudioFileWrapAudioFileID(file, samples), audio_file_error::notOpen);
+    EXPECT_EQ(ExtAudioFileWrite(samples, 1, {2, buffers}), audio_file_error::notOpen);
+    ASSERT_EQ(AudioFileCreate(folder / "a", type::wave, fileFormat(type::wave, 2, 32), file), 0);
+    ASSERT_EQ(ExtAudioFileWrapAudioFileID(file, samples), 0);
+    EXPECT_EQ(ExtAudioFileWrite(samples, 1, {2, buffers}), audio_file_error::invalidOperationOrder);
+    EXPECT_EQ(ExtAudioFileSetProperty(samples, clientFormat(1)), fourCC("fmt?"));
+    ASSERT_EQ(ExtAudioFileSetProperty(samples, clientFormat(2)), 0);
+    EXPECT_EQ(ExtAudioFileWrite(samples, 1, {1, buffers}), audio_file_error::badParameter);
+    EXPECT_EQ(ExtAudioFileWrite(samples, 2, {2, buffers}), audio_file_error::badParameter);
+    EXPECT_EQ(ExtAudioFileWrite(samples, 1, {2, buffers}), 0);
+
+    buffers[0].mDataByteSize = buffers[1].mDataByteSize = 0xFFFFFFFF; // refused before it is read
+    EXPECT_EQ(ExtAudioFileWrite(samples, 0x20000000, {2, buffers}), fourCC("off?"));
+    EXPECT_EQ(AudioFileClose(std::move(file)), fourCC("off?")) << "an incomplete file is abandoned";
+    EXPECT_EQ(folder.entries(), 0);
+}
+
+TEST(FloatWavWriter, KeepsEveryFiniteFloat) {
+    constexpr std::uint32_t kFrames = 5000;
+    std::vector<float> samples(kFrames);
+    for (std::uint32_t i = 0; i < kFrames; ++i) samples[i] = 3.0f * std::sin(static_cast<float>(i));
+    samples[7] = std::numeric_limits<float>::quiet_NaN();
+    samples[4999] = std::numeric_limits<float>::infinity();
+    const float* channels[] = {samples.data(), samples.data() + 1};
+    TemporaryFolder folder;
+    FloatWavWriter writer;
+    ASSERT_TRUE(writer.open(folder / "a.wav", 48000, 2).ok());
+    ASSERT_TRUE(writer.write(channels, kFrames - 1).ok());
+    ASSERT_TRUE(writer.close().ok());
+    EXPECT_EQ(outputOf("soxi -V1 -r " + quoted(folder / "a.wav")), "48000\n");
+    EXPECT_EQ(readText(folder / "a.wav").find("PEAK"), std::string::npos) << "holds the time";
+    const std::string raw =
+        outputOf("ffmpeg -v error -i " + quoted(folder / "a.wav") + " -f f32le -");
+    std::vector<float> got(raw.size() / sizeof(float));
+    std::memcpy(got.data(), raw.data(), raw.size());
+    ASSERT_EQ(got.size(), 2 * (kFrames - 1));
+    samples[7] = samples[4999] = 0.0f;
+    for (std::uint32_t i = 0; i < got.size(); ++i)
+        ASSERT_EQ(got[i], samples[i / 2 + i % 2]) << "sample " << i;
+}
+
+TEST(FloatWavWriter, SaysWhichFileAndWhatWouldBeRight) {
+    FloatWavWriter writer;
+    EXPECT_EQ(writer.open("/no-such-folder/a.wav", 44100, 2).message(),
+              "cannot write /no-such-folder/a.wav: the folder does not exist; make it, or name one "
+              "that does");
+    EXPECT_FALSE(writer.close().ok());
+}
+
+} // namespace
+} // namespace zephyra

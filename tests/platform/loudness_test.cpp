@@ -1,0 +1,38 @@
+// Loudness against the values that the standard gives for sines.
+
+#include "platform/loudness.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace zephyra {
+namespace {
+
+std::vector<float> sine(double amplitude, double seconds, double rate) {
+    std::vector<float> samples(static_cast<std::size_t>(seconds * rate));
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        samples[i] = float(amplitude * std::sin(2.0 * 3.14159265358979 * 997.0 * double(i) / rate));
+    return samples;
+}
+
+TEST(Loudness, aSineOf997HzIsThreeDecibelsBelowItsPeak) {
+    for (const double rate : {22050.0, 44100.0, 96000.0})
+        for (const double decibels : {0.0, -20.0}) {
+            const auto loudness =
+                measureLoudness(sine(std::pow(10.0, decibels / 20.0), 2.0, rate), rate);
+            EXPECT_NEAR(loudness.integratedLufs.value(), decibels - 3.01, 0.05) << rate;
+            EXPECT_NEAR(loudness.peakDecibels.value(), decibels, 0.05) << rate;
+        }
+}
+
+TEST(Loudness, silenceHasNoneAndAClickOnlyAPeak) {
+    const auto silence = measureLoudness(std::vector<float>(44100), 44100.0);
+    EXPECT_FALSE(silence.peakDecibels || silence.integratedLufs);
+    const auto click = measureLoudness(std::vector<float>{0.0f, -0.5f}, 44100.0);
+    EXPECT_NEAR(click.peakDecibels.value(), -6.0206, 1e-4);
+    EXPECT_FALSE(click.integratedLufs);
+}
+
+} // namespace
+} // namespace zephyra

@@ -1,0 +1,49 @@
+// TemporaryFolder: an empty folder for one test, removed with everything in it.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace zephyra {
+
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        std::string name =
+            (std::filesystem::temp_directory_path() / "zephyra-test-XXXXXX").string();
+        if (!::mkdtemp(name.data())) std::abort();
+        path_ = name;
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+
+    const std::filesystem::path& path() const noexcept { return path_; }
+    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+    /// How many names stand in it.
+    std::ptrdiff_t entries() const {
+        return std::distance(std::filesystem::directory_iterator(path_), {});
+    }
+
+private:
+    std::filesystem::path path_;
+};
+
+inline void writeText(const std::filesystem::path& file, const std::string& text) {
+    std::ofstream(file, std::ios::binary) << text;
+}
+
+/// The file's bytes; empty when there is none.
+inline std::string readText(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+} // namespace zephyra
