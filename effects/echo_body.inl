@@ -1,0 +1,178 @@
+// The echo's block loop, included inside an anonymous namespace after vector_lanes.inl.
+//
+// At rest the delay is constant, so the read position r = (write index + size) - delay climbs by
+// exactly 1 as long as its rounding is the same: a block falls
+// into runs with one fraction and contiguous reads and writes that do not meet. While something
+// glides, the serial steps of times and feedbacks are worked out first for a register's samples.
+
+constexpr std::int64_t kEchoMask = kEchoLineSize - 1;
+struct ReadPosition {
+    std::int64_t index; // not yet wrapped
+    double fraction;
+};
+
+inline double clampedDelay(double time) {
+    // Before the first write after a clear 0 would do as lower end too: the line is silent then.
+    return time < 1                                 ? 1
+           : time > delay_stereo_forward::kMaxDelay ? delay_stereo_forward::kMaxDelay
+                                                    : time;
+}
+
+inline ReadPosition readPosition(std::int64_t writeIndex, double delay) {
+    const double position = static_cast<double>(writeIndex + kEchoLineSize) - delay;
+    const auto index = static_cast<std::int64_t>(position);
+    return {index, position - static_cast<double>(index)};
+}
+
+inline std::int64_t smaller(std::int64_t a, std::int64_t b) {
+    return a < b ? a : b;
+}
+
+/// One channel of a block, walked from sample to sample.
+struct EchoChannel {
+    double* line;
+    std::int64_t writeIndex;
+    const float* in;
+    float* out;
+};
+
+/// One sample as the echo is defined; everything else here must give its bits.
+inline void echoSample(EchoChannel& channel, double delay, double feedback) {
+    const ReadPosition at = readPosition(channel.writeIndex, delay);
+    const double before = channel.line[at.index & kEchoMask];
+    const double after = channel.line[(at.index + 1) & kEchoMask];
+    const double delayed = before + at.fraction * (after - before);
+    const double dry = *channel.in++;
+    channel.line[channel.writeIndex] = finiteOrZero(dry + delayed * feedback);
+    channel.writeIndex = (channel.writeIndex + 1) & kEchoMask;
+    *channel.out++ = static_cast<float>(dry + delayed);
+}
+
+/// How many samples from here on share the fraction and read and write apart and without a wrap.
+/// The read's wrap lies at a power of two, the only one at which the position's rounding changes:
+/// at lower ones the delay is above 2^17, on a grid at least as coarse, and the position is exact.
+inline std::int64_t runLength(std::int64_t writeIndex, std::int64_t readIndex) {
+    const std::int64_t distance = writeIndex + kEchoLineSize - readIndex;
+    const std::int64_t untilReadWraps = kEchoMask - (readIndex & kEchoMask);
+    const std::int64_t untilWriteWraps = kEchoLineSize - writeIndex;
+    return smaller(distance - 1, smaller(untilReadWraps, untilWriteWraps));
+}
+
+/// A run of a multiple of kLanes samples.
+inline void echoRun(EchoChannel& channel, ReadPosition at, double feedback, std::int64_t run) {
+    const double* const read = channel.line + (at.index & kEchoMask);
+    double* const write = channel.line + channel.writeIndex;
+    const Doubles fraction = splat(at.fraction);
+    const Doubles gain = splat(feedback);
+    for (std::int64_t n = 0; n < run; n += kLanes) {
+        const Doubles before = load(read + n);
+        const Doubles delayed = before + fraction * (load(read + n + 1) - before);
+        const Doubles dry = load(channel.in + n);
+        store(write + n, finiteOrZero(dry + delayed * gain));
+        store(channel.out + n, dry + delayed);
+    }
+    channel.in += run;
+    channel.out += run;
+    channel.writeIndex = (channel.writeIndex + run) & kEchoMask;
+}
+
+inline void echoAtRest(EchoChannel& channel, double time, double feedback, std::int64_t frames) {
+    const double delay = clampedDelay(time);
+    while (frames > 0) {
+        const ReadPosition at = readPosition(channel.writeIndex, delay);
+        const std::int64_t possible = smaller(runLength(channel.writeIndex, at.index), frames);
+        const std::int64_t run = possible - possible % kLanes;
+        if (run > 0) echoRun(channel, at, feedback, run);
+        const std::int64_t singles = smaller(frames - run, kLanes - 1);
+        for (std::int64_t n = 0; n < singles; ++n) echoSample(channel, delay, feedback);
+        frames -= run + singles;
+    }
+}
+
+/// kLanes samples, each with its own delay and feedback.
+inline void echoLanes(EchoChannel& channel, Doubles time, Doubles feedback) {
+    using delay_stereo_forward::kMaxDelay;
+    const Doubles atLeast = time < 1.0 ? splat(1) : time;
+    const Doubles delay = atLeast > kMaxDelay ? splat(kMaxDelay) : atLeast;
+    Doubles writeAt = splat(static_cast<double>(channel.writeIndex + kEchoLineSize));
+    for (int lane = 0; lane < kLanes; ++lane) writeAt[lane] += lane;
+    const Doubles position = writeAt - delay;
+    const Ints index = truncated(position);
+    const Longs wrapped = __builtin_convertvector(index, Longs) & kEchoMask;
+
+    // A glide runs one way, so its ends bound it: reads stay clear of these samples' writes.
+    const bool apart = delay[0] > kLanes + 1 && delay[kLanes - 1] > kLanes + 1;
+    const bool wraps = channel.writeIndex > kEchoLineSize - kLanes || any(wrapped == kEchoMask);
+    if (wraps || !apart) {
+        for (int lane = 0; lane < kLanes; ++lane) echoSample(channel, delay[lane], feedback[lane]);
+        return;
+    }
+    Doubles before, after;
+    lookUp(channel.line, wrapped, before, after);
+    const Doubles delayed = before + (position - toDoubles(index)) * (after - before);
+    const Doubles dry = load(channel.in);
+    store(channel.line + channel.writeIndex, finiteOrZero(dry + delayed * feedback));
+    store(channel.out, dry + delayed);
+    channel.in += kLanes;
+    channel.out += kLanes;
+    channel.writeIndex = (channel.writeIndex + kLanes) & kEchoMask;
+}
+
+/// Left and right time, left and right feedback: the order of EchoBlock.
+constexpr int kGlides = 4;
+constexpr double kGlideCoefficients[kGlides] = {
+    delay_stereo_forward::kTimeGlide, delay_stereo_forward::kTimeGlide,
+    delay_stereo_forward::kFeedbackGlide, delay_stereo_forward::kFeedbackGlide};
+
+/// The glides are stepped side by side for kLanes samples, then turned into one register per glide.
+inline void echoGliding(EchoChannel* channels, EchoBlock& block) {
+    constexpr int kParts = kGlides / kLanes;
+    Doubles value[kParts], target[kParts], coefficient[kParts];
+    for (int part = 0; part < kParts; ++part) {
+        value[part] = load(block.smoothed + part * kLanes);
+        target[part] = load(block.target + part * kLanes);
+        coefficient[part] = load(kGlideCoefficients + part * kLanes);
+    }
+    EchoChannel left = channels[0], right = channels[1];
+    std::int64_t frames = block.frames;
+    for (; frames >= kLanes; frames -= kLanes) {
+        Doubles ahead[kGlides];
+        for (int part = 0; part < kParts; ++part) {
+            for (int lane = 0; lane < kLanes; ++lane)
+                ahead[part * kLanes + lane] = value[part] +=
+                    coefficient[part] * (target[part] - value[part]);
+            transpose(ahead + part * kLanes);
+        }
+        echoLanes(left, ahead[0], ahead[2]);
+        echoLanes(right, ahead[1], ahead[3]);
+    }
+    for (; frames > 0; --frames) {
+        for (int part = 0; part < kParts; ++part) {
+            value[part] += coefficient[part] * (target[part] - value[part]);
+            store(block.smoothed + part * kLanes, value[part]);
+        }
+        echoSample(left, clampedDelay(block.smoothed[0]), block.smoothed[2]);
+        echoSample(right, clampedDelay(block.smoothed[1]), block.smoothed[3]);
+    }
+    for (int part = 0; part < kParts; ++part) store(block.smoothed + part * kLanes, value[part]);
+    channels[0] = left;
+    channels[1] = right;
+}
+
+void echoBody(EchoBlock& block) ZEPHYRA_NONBLOCKING {
+    EchoChannel channels[2];
+    for (int side = 0; side < 2; ++side)
+        channels[side] = {block.line[side], block.writeIndex[side], block.in[side],
+                          block.out[side]};
+    bool atRest = true;
+    for (int n = 0; n < kGlides; ++n)
+        atRest =
+            atRest && Glide{block.smoothed[n], block.target[n], kGlideCoefficients[n]}.atRest();
+    if (atRest)
+        for (int side = 0; side < 2; ++side)
+            echoAtRest(channels[side], block.smoothed[side], block.smoothed[2 + side],
+                       block.frames);
+    else
+        echoGliding(channels, block);
+    for (int side = 0; side < 2; ++side) block.writeIndex[side] = channels[side].writeIndex;
+}

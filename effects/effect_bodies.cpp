@@ -1,0 +1,17 @@
+#include "effects/effect_bodies.h"
+
+namespace zephyra {
+
+extern const EffectBodies kEffectBodiesBaseline;
+#if defined(__x86_64__)
+extern const EffectBodies kEffectBodiesV3;
+#endif
+
+EffectBodies effectBodiesFor([[maybe_unused]] CpuLevel level) noexcept {
+#if defined(__x86_64__)
+    if (level >= CpuLevel::v3) return kEffectBodiesV3;
+#endif
+    return kEffectBodiesBaseline;
+}
+
+} // namespace zephyra

@@ -1,0 +1,99 @@
+#include "effects/ring_modulator.h"
+
+#include "effects/dsp_runtime.h"
+#include "effects/effect_bodies.h"
+
+#include <atomic>
+#include <cmath>
+#include <new>
+#include <numbers>
+
+namespace zephyra::RM {
+
+namespace {
+
+constexpr const char* kParameterNames[kParameterCount] = {"drywet", "freq"};
+
+struct State : CommonState {
+    EffectBodies bodies = effectBodiesFor(chosenCpuLevel());
+    double phase = 0; // 0..1
+    std::atomic<double> target[kParameterCount] = {};
+    double smoothed = 0;
+    std::int32_t error = kModuleNoError;
+    std::int32_t lastFrames = 0;
+    double* table = nullptr;
+};
+static_assert(std::atomic<double>::is_always_lock_free);
+
+} // namespace
+
+CommonState* create(double sampleRate, std::int32_t vectorSize) noexcept {
+    auto* state = new (std::nothrow) State;
+    if (!state) return nullptr;
+    state->table = static_cast<double*>(sysmem_newptr((kTableSize + 1) * sizeof(double)));
+    if (!state->table ||
+        !fillStereoState(*state, sampleRate, vectorSize, kParameterNames, kParameterCount)) {
+        destroy(state);
+        return nullptr;
+    }
+    for (int n = 0; n < kTableSize; ++n)
+        state->table[n] = std::cos(2 * std::numbers::pi * n / kTableSize);
+    state->table[kTableSize] = state->table[0];
+    reset(state);
+    return state;
+}
+
+void reset(CommonState* common) noexcept {
+    auto* state = static_cast<State*>(common);
+    state->phase = 0;
+    state->error = kModuleNoError;
+    state->smoothed = 0;
+    for (auto& target : state->target) target = 0;
+    genlib_reset_complete(state);
+}
+
+void setSampleRate(CommonState* state, double rate) noexcept {
+    if (isModuleSampleRate(rate)) state->sampleRate = rate;
+}
+
+void setparameter(CommonState* state, std::int32_t index, double value) ZEPHYRA_NONBLOCKING {
+    if (index < 0 || index >= kParameterCount || !std::isfinite(value)) return;
+    static_cast<State*>(state)->target[index].store(value, std::memory_order_relaxed);
+}
+
+double getparameter(const CommonState* state, std::int32_t index) ZEPHYRA_NONBLOCKING {
+    if (index < 0 || index >= kParameterCount) return 0;
+    return static_cast<const State*>(state)->target[index].load(std::memory_order_relaxed);
+}
+
+std::int32_t perform(CommonState* common, const float* inL, const float* inR, float* outL,
+                     float* outR, std::int32_t frames) ZEPHYRA_NONBLOCKING {
+    auto* state = static_cast<State*>(common);
+    state->lastFrames = frames;
+    if (state->error != kModuleNoError) return state->error;
+    if (!inL || !inR || !outL || !outR) return state->error = kModuleNullChannel;
+    const double amount = state->target[kDryWet].load(std::memory_order_relaxed);
+    const double frequency = state->target[kFreq].load(std::memory_order_relaxed);
+    RingBlock block{state->table,
+                    state->phase,
+                    frequency / state->sampleRate,
+                    glideStart(state->smoothed, amount),
+                    amount,
+                    {inL, inR},
+                    {outL, outR},
+                    frames};
+    state->bodies.ring(block);
+    state->phase = block.phase;
+    state->smoothed = block.smoothed;
+    return kModuleNoError;
+}
+
+void destroy(CommonState* common) noexcept {
+    if (!common) return;
+    auto* state = static_cast<State*>(common);
+    sysmem_freeptr(state->table);
+    freeParameterDescriptions(*state);
+    delete state;
+}
+
+} // namespace zephyra::RM

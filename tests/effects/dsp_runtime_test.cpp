@@ -1,0 +1,98 @@
+#include "effects/dsp_runtime.h"
+
+#include "effects/delay_line.h"
+#include "platform/log.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <numeric>
+#include <string>
+#include <sys/resource.h>
+#include <vector>
+
+namespace zephyra {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+
+struct Entry : DataStoreEntry {
+    ~Entry() { genlib_data_release(this); }
+    std::vector<double> values() const { return {data, data + frames * channels}; }
+};
+
+TEST(DataStore, GrowingAndShrinkingKeepTheOverlapOfRows) {
+    Entry entry;
+    genlib_data_resize(&entry, 2, 3);
+    EXPECT_THAT(entry.values(), Each(0));
+    std::iota(entry.data, entry.data + 6, 1); // rows 1 2 3 and 4 5 6
+    genlib_data_resize(&entry, 3, 2);         // the same byte size: nothing is kept
+    EXPECT_THAT(entry.values(), ElementsAre(0, 0, 0, 0, 0, 0));
+    std::iota(entry.data, entry.data + 6, 1); // rows 1 2, 3 4, 5 6
+    genlib_data_resize(&entry, 4, 3);
+    EXPECT_THAT(entry.values(), ElementsAre(1, 2, 0, 3, 4, 0, 5, 6, 0, 0, 0, 0));
+    genlib_data_resize(&entry, 2, 1);
+    EXPECT_THAT(entry.values(), ElementsAre(1, 3));
+}
+
+TEST(DataStore, KeepsRequestsWithinItsLimits) {
+    Entry entry;
+    testing::internal::CaptureStdout();
+    genlib_data_resize(&entry, kDataStoreLimit, 3);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "warning: constraining [data] to < 256MB\n");
+    EXPECT_EQ(entry.frames, kDataStoreLimit / 3);
+    EXPECT_EQ(entry.channels, 3);
+    genlib_data_resize(&entry, -5, 0);
+    EXPECT_EQ(entry.values().size(), 1u);
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) && !defined(__clang__)
+TEST(DataStoreDeathTest, FallsBackTo512FramesOfOneChannelWhenMemoryIsShortWhichNoLineCanUse) {
+    const auto inShortMemory = [] {
+        std::vector<std::string> lines;
+        setLogSink([&](std::string_view line) { lines.emplace_back(line); });
+        const rlimit limit{64 << 20, 64 << 20};
+        setrlimit(RLIMIT_AS, &limit);
+        DataStoreEntry entry;
+        genlib_data_resize(&entry, kDataStoreLimit / 2, 2);
+        DelayLine line;
+        setUpDelayLine(line, "line", kDataStoreLimit);
+        const char* const kShort = "allocating [data]: out of memory";
+        const bool told =
+            lines == std::vector<std::string>{kShort, kShort, "delay memory size error"};
+        std::_Exit(told && entry.frames == 512 && entry.channels == 1 && !line.usable() ? 0 : 1);
+    };
+    EXPECT_EXIT(inShortMemory(), testing::ExitedWithCode(0), "");
+}
+#endif
+
+TEST(DelayLine, HoldsThePowerOfTwoAtOrAboveTheRequest) {
+    const std::int64_t sizes[][2] = {{-1, 2}, {2, 2}, {3, 4}, {4, 4}, {200000, 262144}};
+    for (const auto& [requested, size] : sizes) {
+        DelayLine line;
+        setUpDelayLine(line, "line", requested);
+        EXPECT_TRUE(line.usable());
+        EXPECT_EQ(line.size, size);
+        EXPECT_EQ(line.mask, size - 1);
+        EXPECT_EQ(line.maxDelay, requested);
+        releaseDelayLine(line);
+    }
+}
+
+TEST(DelayLine, SettingUpAgainClearsIt) {
+    DelayLine line;
+    setUpDelayLine(line, "line", 4);
+    double* const memory = line.memory;
+    memory[3] = 5;
+    line.writeIndex = 2;
+    setUpDelayLine(line, "line", 4);
+    EXPECT_EQ(line.memory, memory);
+    EXPECT_EQ(memory[3], 0);
+    EXPECT_EQ(line.writeIndex, 0);
+    releaseDelayLine(line);
+}
+
+} // namespace
+} // namespace zephyra
