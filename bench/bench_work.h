@@ -1,0 +1,84 @@
+// BenchWork: the work that every speed goal is stated for: a full pool of overlapping grains.
+#pragma once
+
+#include "engine/granular_stream.h"
+#include "tests/support/literal_stream.h"
+#include "tests/support/stream_probe.h"
+#include "tests/support/test_sounds.h"
+
+#include <memory>
+
+namespace zephyra {
+
+/// Grains of 85 ms with random offsets and pans, started often enough to keep a pool of them busy
+/// (282 a second for 24), over noise of a given length at 44100 Hz.
+struct BenchWork {
+    static constexpr float kRate = 44100.0f;
+    static constexpr std::uint32_t kSeed = 1234567;
+
+    std::shared_ptr<mokSample> sample;
+    mokWindow window{mokWindow::kPoints, kWindowHanning};
+
+    explicit BenchWork(double sourceSeconds = 10.0)
+        : sample(noiseSample(static_cast<std::uint64_t>(sourceSeconds * double{kRate}), kRate)) {}
+    explicit BenchWork(std::shared_ptr<mokSample> source) : sample(std::move(source)) {}
+
+    /// Samples that grains sound for while stream renders frames in blocks, counted in a pass of
+    /// its own: voices that wait for the next block's start make it a little less than the pool.
+    static double grainSamples(mokGranulatorSF& stream, int frames, int block) {
+        static std::uint64_t count;
+        static GrainMixer mixer;
+        count = 0;
+        mixer = grainMixer(chosenCpuLevel());
+        stream.setMixer([](mokGrain& grain, const GrainTables& tables, const GrainMix& mix)
+                            ZEPHYRA_NONBLOCKING {
+                                const int sounded = mixer(grain, tables, mix);
+                                count += static_cast<std::uint64_t>(sounded);
+                                return sounded;
+                            });
+        render(stream, frames, block);
+        stream.setMixer(mixer);
+        return static_cast<double>(count);
+    }
+
+    static void render(mokGranulatorSF& stream, int frames, int block) {
+        static StereoBlock output(mokGranulatorSF::kMaxBlockFrames);
+        const AudioBufferList list = output.from(0);
+        for (int done = 0; done < frames; done += block)
+            stream.GranularStreamProcessing(block, list);
+    }
+
+    std::unique_ptr<mokGranulatorSF> engine(int grains = mokGranulatorSF::kVoices) const {
+        auto stream = std::make_unique<mokGranulatorSF>(sample.get(), &window, grains, kRate);
+        stream->setRandomSeed(kSeed);
+        stream->setDensity(static_cast<float>(grains) / 0.085f);
+        stream->setLength(85.0f);
+        stream->setRndLength(0.0f);
+        stream->setWidth(1.0f);
+        stream->setRndPitch(2.0f);
+        stream->setJittering(1000.0f);
+        stream->granularOn = true;
+        return stream;
+    }
+
+    /// The literal loop with the same settings.
+    LiteralStream literal(const mokGranulatorSF& stream,
+                          int grains = mokGranulatorSF::kVoices) const {
+        LiteralStream model(*sample, window, grains);
+        const auto f = StreamProbe::fields(stream);
+        model.sampleRate = kRate;
+        model.seed = kSeed;
+        model.width = f.width;
+        model.rndLength = f.rndLength;
+        model.panA = f.panA;
+        model.panB = f.panB;
+        model.density = f.density;
+        model.playbackRate = f.playbackRate;
+        model.rndPitch = f.rndPitch;
+        model.jitter = f.jitter;
+        model.phasorIncrement = f.scanIncrement;
+        return model;
+    }
+};
+
+} // namespace zephyra

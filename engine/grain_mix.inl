@@ -1,0 +1,208 @@
+// The engine's inner body, compiled once per instruction-set level (grain_mix_<level>.cpp), in an
+// anonymous namespace so that no level's code can stand in for another's at link time.
+//
+// A grain's phases are serial sums of a constant, rounded at every step. While such a sum stays
+// inside one binade [2^e, 2^(e+1)) all its values lie on one grid, so the constant is rounded the
+// same way every time (unless it lies exactly between two grid points) and the sum advances by an
+// exact step: n additions are one product. planStraight() finds how long both phases keep to that,
+// and how long neither the read phase nor the read index wraps. In such a run samples no longer
+// depend on one another, so Lanes renders them side by side, with the same bits as one by one.
+//
+// Expects a type Lanes with `static constexpr int width` and
+// `static void mixStraight(const StraightMix&)`.
+
+#include "engine/grain_step.h"
+
+#include <cmath>
+#include <cstring>
+
+namespace zephyra {
+namespace {
+
+/// A straight run: count samples, a multiple of Lanes::width. Sample k = 1..count has the phases
+/// envelopePhase + k · envelopeStep and readPhase + k · readStep, all exact.
+struct StraightMix {
+    float envelopePhase, envelopeStep;
+    double readPhase, readStep;
+    const float* source; ///< already moved by the run's base: indexed by the truncated position
+    double sourceSize;
+    const float* envelope;
+    float envelopeSize;
+    float amplitude, gainL, gainR;
+    float* left;
+    float* right;
+    int count;
+};
+
+constexpr std::int64_t kEndless = std::int64_t{1} << 40;
+constexpr double kIndexMargin =
+    6.0; // frames kept from an index seam, for the rounding of positions
+
+/// Samples that a phase can take before a limit, a little short so that rounding cannot cross it.
+inline std::int64_t stepsWithin(double distance, double step) ZEPHYRA_NONBLOCKING {
+    if (step <= 0.0) return kEndless;
+    const double steps = distance / step - 2.0;
+    return steps <= 0.0                ? 0
+           : steps >= double{kEndless} ? kEndless
+                                       : static_cast<std::int64_t>(steps);
+}
+
+/// Steps of the envelope phase that stay in its binade, and the exact step. 0 where the increment
+/// lies between two grid points, because then the first step rounds unlike the others.
+inline std::int64_t planEnvelope(const mokGrain& grain, float& step) ZEPHYRA_NONBLOCKING {
+    const float phase = grain.envelopePhase;
+    const float next = phase + grain.envelopeIncrement;
+    std::uint32_t bits;
+    std::memcpy(&bits, &phase, sizeof bits);
+    const std::uint32_t topBits = (bits & 0x7f800000u) + 0x00800000u;
+    float top;
+    std::memcpy(&top, &topBits, sizeof top);
+    if (phase <= 0.0f || next >= top || top > 1.0f) return 0;
+    step = next - phase;
+    const float rounding = grain.envelopeIncrement - step;
+    const float halfGrid = top * 0x1p-25f;
+    if (rounding == halfGrid || rounding == -halfGrid) return 0;
+    if (step == 0.0f) return kEndless;
+    // Both are whole numbers of the grid below 2^24, so the quotient's integer part is exact.
+    const double steps = std::ceil((double{top} - double{phase}) / double{step});
+    return static_cast<std::int64_t>(steps) - 1;
+}
+
+/// Steps of the read phase that neither wrap nor cross the seam of the index, and the index base.
+inline std::int64_t planRead(const mokGrain& grain, const GrainTables& tables,
+                             std::int64_t& base) ZEPHYRA_NONBLOCKING {
+    const double phase = grain.readPhase;
+    const double step = double{grain.phaseIncrement};
+    const bool onGrid = (phase + 1.0) - 1.0 == phase && (step + 1.0) - 1.0 == step;
+    if (!onGrid || !(phase >= 0.0 && phase < 1.0) || !(step < 1.0 && step > -1.0)) return 0;
+
+    const auto size = static_cast<double>(tables.sourceSize);
+    const auto modulus = static_cast<std::int64_t>(tables.sourceModulus);
+    const auto offset =
+        static_cast<std::int64_t>(grain_step::modulo(grain.readOffset, tables.sourceModulus));
+    const auto position = static_cast<std::int64_t>(static_cast<float>(phase * size));
+    const bool pastSeam = offset + position >= modulus;
+    base = pastSeam ? offset - modulus : offset;
+    const double index = static_cast<double>(base + position);
+
+    const double magnitude = step < 0.0 ? -step : step;
+    const double toWrap = step < 0.0 ? phase : 1.0 - phase;
+    double toSeam =
+        step < 0.0 ? (pastSeam ? index : kEndless) : static_cast<double>(modulus) - index;
+    toSeam -= kIndexMargin;
+    const std::int64_t wrap = stepsWithin(toWrap, magnitude);
+    const std::int64_t seam = toSeam <= 0.0 ? 0 : stepsWithin(toSeam, magnitude * size);
+    return wrap < seam ? wrap : seam;
+}
+
+/// Fills grain.straight; answers how many samples to render one by one before asking again.
+inline int planStraight(mokGrain& grain, const GrainTables& tables) ZEPHYRA_NONBLOCKING {
+    constexpr int kAskAgain = 8;
+    auto& run = grain.straight;
+    run.left = 0;
+    const std::int64_t envelope = planEnvelope(grain, run.envelopeStep);
+    if (envelope < kAskAgain) return envelope > 0 ? static_cast<int>(envelope) : 1;
+    const std::int64_t read = planRead(grain, tables, run.readBase);
+    if (read < kAskAgain) return kAskAgain;
+    run.left = envelope < read ? envelope : read;
+    return kAskAgain;
+}
+
+/// grain_step::sampleAt for a read phase in 0..1 and tables that 32-bit positions can index.
+inline float sampleWithin(const mokGrain& grain, const GrainTables& tables, double sourceSize,
+                          std::int32_t offset) ZEPHYRA_NONBLOCKING {
+    const auto p = static_cast<float>(grain.readPhase * sourceSize);
+    const auto i = static_cast<std::int32_t>(p);
+    const auto modulus = static_cast<std::int32_t>(tables.sourceModulus);
+    std::int32_t index = offset + i;
+    while (index >= modulus) index -= modulus; // twice at most: both are below modulus + 5
+    const float* frame = tables.source + index;
+    const float s = frame[0] + (frame[1] - frame[0]) * (p - static_cast<float>(i));
+    const float q = grain.envelopePhase * static_cast<float>(tables.envelopeSize);
+    const auto j = static_cast<std::int32_t>(q);
+    const float* point = tables.envelope + j;
+    const float e = point[0] + (point[1] - point[0]) * (q - static_cast<float>(j));
+    return grain.amplitude * (s * e);
+}
+
+/// One sample after the other; answers how many sounded.
+template <bool kWithin>
+int mixSerial(mokGrain& grain, const GrainTables& tables, const GrainMix& mix, int from,
+              int count) ZEPHYRA_NONBLOCKING {
+    const auto sourceSize = static_cast<double>(tables.sourceSize);
+    const auto offset =
+        static_cast<std::int32_t>(grain_step::modulo(grain.readOffset, tables.sourceModulus));
+    for (int n = from; n < from + count; ++n) {
+        const GrainStep step = grain_step::advance(grain, tables.ready);
+        if (step != GrainStep::sounds) {
+            grain.active = step != GrainStep::ended;
+            return n - from;
+        }
+        const float sample = kWithin ? sampleWithin(grain, tables, sourceSize, offset)
+                                     : grain_step::sampleAt(grain, tables);
+        mix.left[n] = fusedMultiplyAdd(sample, mix.gainL, mix.left[n]);
+        mix.right[n] = fusedMultiplyAdd(sample, mix.gainR, mix.right[n]);
+    }
+    return count;
+}
+
+inline void mixStraight(mokGrain& grain, const GrainTables& tables, const GrainMix& mix, int from,
+                        int count) ZEPHYRA_NONBLOCKING {
+    const double readStep = double{grain.phaseIncrement};
+    Lanes::mixStraight({.envelopePhase = grain.envelopePhase,
+                        .envelopeStep = grain.straight.envelopeStep,
+                        .readPhase = grain.readPhase,
+                        .readStep = readStep,
+                        .source = tables.source + grain.straight.readBase,
+                        .sourceSize = static_cast<double>(tables.sourceSize),
+                        .envelope = tables.envelope,
+                        .envelopeSize = static_cast<float>(tables.envelopeSize),
+                        .amplitude = grain.amplitude,
+                        .gainL = mix.gainL,
+                        .gainR = mix.gainR,
+                        .left = mix.left + from,
+                        .right = mix.right + from,
+                        .count = count});
+    grain.envelopePhase += static_cast<float>(count) * grain.straight.envelopeStep;
+    grain.readPhase += count * readStep;
+}
+
+int mixGrain(mokGrain& grain, const GrainTables& tables, const GrainMix& mix) ZEPHYRA_NONBLOCKING {
+    constexpr std::uint64_t kMostIndexable = std::uint64_t{1} << 30; // positions fit 32-bit lanes
+    constexpr std::uint64_t kFewestIndexable = 8; // indices wrap a few times at most
+    const float readStep = grain.phaseIncrement;
+    const bool within = tables.ready && tables.sourceSize < kMostIndexable &&
+                        tables.sourceModulus >= kFewestIndexable &&
+                        tables.envelopeSize < kMostIndexable && readStep < 1.0f &&
+                        readStep > -1.0f && grain.readPhase >= 0.0 && grain.readPhase <= 1.0;
+    auto& run = grain.straight;
+    int done = 0;
+    while (done < mix.count) {
+        const int room = mix.count - done;
+        const auto straight = static_cast<int>(run.left < room ? run.left : room);
+        if (straight >= Lanes::width) {
+            const int count = straight - straight % Lanes::width;
+            mixStraight(grain, tables, mix, done, count);
+            run.left -= count;
+            done += count;
+            continue;
+        }
+        int serial = room;
+        if (straight > 0)
+            serial = straight;
+        else if (within) {
+            const int askAgain = planStraight(grain, tables);
+            if (run.left >= Lanes::width && room >= Lanes::width) continue;
+            serial = askAgain < room ? askAgain : room;
+        }
+        const int sounded = within ? mixSerial<true>(grain, tables, mix, done, serial)
+                                   : mixSerial<false>(grain, tables, mix, done, serial);
+        done += sounded;
+        run.left = run.left > sounded ? run.left - sounded : 0;
+        if (sounded < serial) break;
+    }
+    return done;
+}
+
+} // namespace
+} // namespace zephyra

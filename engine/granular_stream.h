@@ -1,0 +1,177 @@
+// mokGranulatorSF: one stream's granular engine, from scheduled grains to a stereo block.
+#pragma once
+
+#include "effects/common_state.h"
+#include "engine/grain_mix.h"
+#include "engine/grain_trace.h"
+#include "engine/grain_voice.h"
+#include "engine/scan_phasor.h"
+#include "platform/audio_buffer_list.h"
+#include "platform/relaxed.h"
+#include "platform/render_cycle.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace zephyra {
+
+/// Cuts a sample into short overlapping grains and mixes them, then runs the echo and the ring
+/// modulator over the mix. A fixed pool of voices is made at construction; nothing is allocated
+/// while rendering. Setters are MAIN and store single words that the next block reads; a result
+/// that is not finite keeps the old value. Samples and windows are not owned: they cross as
+/// pointers, and the caller keeps the old one until renderCycle() has moved on (see Retirement).
+class mokGranulatorSF {
+public:
+    /// The longest block rendered at once; a longer one is split.
+    static constexpr int kMaxBlockFrames = 4096;
+    /// What a stream is built with.
+    static constexpr std::int32_t kVoices = 24;
+
+    /// A null sample becomes an own placeholder of silence, a null window an own Hanning. maxGrains
+    /// below 1 gives no voices: grains are scheduled and none sounds. sampleRate in Hz. MAIN.
+    mokGranulatorSF(const mokSample* sample, const mokWindow* window, std::int32_t maxGrains,
+                    float sampleRate);
+    /// OFF.
+    virtual ~mokGranulatorSF();
+    mokGranulatorSF(const mokGranulatorSF&) = delete;
+    mokGranulatorSF& operator=(const mokGranulatorSF&) = delete;
+
+    /// Every setting to its start value: the amounts stored as they stand, pitch, pan, speed, start
+    /// and end through their setters.
+    void setDefaults() noexcept;
+    void setLevel(const float& v) noexcept;      ///< gain of new grains, unchecked
+    void setWidth(const float& v) noexcept;      ///< stereo spread; min(|v|, 1)
+    void setPan(const float& p) noexcept;        ///< -1..1, 0 centre; clamped
+    void setLength(const float& ms) noexcept;    ///< |ms|
+    void setDensity(const float& d) noexcept;    ///< |d| grains per second
+    void setRndLength(const float& r) noexcept;  ///< 0..1; half of it is the deviation either way
+    void setRndDensity(const float& r) noexcept; ///< 0..1; half of it is the deviation either way
+    void setPitch(const float& semitones) noexcept; ///< ignored on the placeholder
+    void
+    setStart(const float& s) noexcept;    ///< fraction; above the end the scan runs towards the end
+    void setEnd(const float& e) noexcept; ///< fraction; the span is the distance from the start
+    void setRndPitch(const float& r) noexcept;   ///< range in semitones, half of it each side
+    void setJittering(const float& ms) noexcept; ///< |ms|, at most 1000; ignored on the placeholder
+    void setSpeed(const float& v) noexcept; ///< scan-rate factor: 1 crosses the region in real time
+
+    /// Reads from sample from the next block on, sounding grains too; null is ignored. The pitch is
+    /// dropped: set pitch, speed and jitter again afterwards. MAIN.
+    void setSample(const mokSample* sample) noexcept;
+
+    /// Shapes grains by window from the next block on, sounding ones too; null is ignored. MAIN.
+    void setWindow(const mokWindow* window) noexcept;
+
+    /// The scan jumps to a fraction of the region, min(|fraction|, 1), at the next block. MAIN.
+    void setScanPhase(const double& fraction) noexcept { scanPhasor.setPhase(fraction); }
+
+    /// Hz; recomputes every grain's increments and the phasor's. One that is not above 0 or not
+    /// finite is ignored. The effect modules have their own rates. OFF.
+    void setSampleRate(float rate) noexcept;
+
+    /// The generator's state; an even one has a short period and 0 none. OFF.
+    void setRandomSeed(std::uint32_t seed) noexcept { randomSeed = seed; }
+
+    /// Reports every scheduled grain to trace; null reports to nobody. OFF.
+    void setTrace(GrainTrace* trace) noexcept { trace_ = trace; }
+
+    /// Renders with another inner body than the one chosen for this processor. OFF.
+    void setMixer(GrainMixer mixer) noexcept { mixer_ = mixer; }
+
+    /// Renders frames samples into the first two buffers of outputList, which are overwritten.
+    /// Fewer than two buffers, one without memory, or no frames: nothing happens. RENDER.
+    void GranularStreamProcessing(int frames,
+                                  const AudioBufferList& outputList) ZEPHYRA_NONBLOCKING;
+
+    /// The effect modules; their parameters may be set on any thread. Never null.
+    CommonState* echoModule() const noexcept { return echo; }
+    CommonState* ringModulatorModule() const noexcept { return ringModulator; }
+
+    /// Counts render calls, for whoever replaces samples and windows. Any thread.
+    const RenderCycle& renderCycle() const noexcept { return cycle_; }
+
+    /// Grains started, and scheduled ones dropped for want of a voice, since construction. Any
+    /// thread.
+    std::uint64_t startedGrains() const noexcept { return started_; }
+    std::uint64_t droppedGrains() const noexcept { return dropped_; }
+    /// Frames rendered since construction. Any thread.
+    std::uint64_t renderedFrames() const noexcept { return rendered_; }
+    /// The read position of the latest frame, a fraction of the sample. Any thread.
+    float currentScanPosition() const noexcept { return scanPosition; }
+    /// The scan phasor's latest value. Any thread.
+    float currentScanPhase() const noexcept { return scanPhase; }
+    /// Voices that sound now. RENDER, or OFF.
+    std::int32_t soundingGrains() const ZEPHYRA_NONBLOCKING;
+    /// Whether the engine still stands on its own silent placeholder. MAIN.
+    bool onPlaceholder() const noexcept { return ownsSample; }
+
+    /// Stage switches, off after construction; set by the owner. MAIN.
+    Relaxed<bool> granularOn = false, echoOn = false, ringOn = false;
+
+    /// Echo times in ms and feedback amounts as last set by the owner. MAIN.
+    float echoTimeL = 300.0f, echoTimeR = 250.0f, echoGainL = 0.341f, echoGainR = 0.231f;
+
+private:
+    friend struct StreamProbe; // tests read the fields
+
+    /// The settings as one block reads them.
+    struct Settings {
+        float level, width, panA, panB, panRestA, panRestB;
+        float grainLength, density, playbackRate, rndLength, rndDensity, rndPitch, jitter;
+        float scanSpan, scanStart;
+    };
+
+    Settings blockSettings() const ZEPHYRA_NONBLOCKING;
+    GrainTables takeTables() ZEPHYRA_NONBLOCKING;
+    void processBlock(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING;
+    void scheduleGrains(int frames, const Settings& settings) ZEPHYRA_NONBLOCKING;
+    float scanPositionAt(float phase, const Settings& settings) const ZEPHYRA_NONBLOCKING;
+    void initializeGrain(int frame, float position, const Settings& settings) ZEPHYRA_NONBLOCKING;
+    void renderGrains(int frames, const GrainTables& tables) ZEPHYRA_NONBLOCKING;
+    void allocateWorkArrays(int frames);
+    void setSpanAndStart(float span, float start, float end) noexcept;
+    float sampleDuration() const noexcept;
+
+    std::vector<std::unique_ptr<mokGrain>> grains;
+    mokPhasor scanPhasor;
+    std::atomic<const mokSample*> sample; // sequentially consistent, see RenderCycle
+    std::atomic<const mokWindow*> window;
+    CommonState* echo;
+    CommonState* ringModulator;
+    std::int32_t maxGrains;
+    std::uint32_t randomSeed;
+    float sampleRate;
+    std::uint64_t grainInterval = 0; // samples; 0 starts a grain at the very first frame
+    std::uint64_t grainCounter = 0;
+    bool ownsSample = false;
+    bool ownsWindow = false;
+    float lastJitterOffset = 0.0f; // fraction of the sample
+    float lastLengthOffset = 0.0f; // seconds
+    Relaxed<float> scanSpan = 1.0f, scanStart = 0.0f, scanEnd = 1.0f, speed = 1.0f;
+    Relaxed<float> scanPhase = 0.0f;
+    std::vector<float> grainGainL, grainGainR;
+    Relaxed<float> level, width, panA, panB, panRestA, panRestB;
+    float spareA = 0.25f, spareB = 0.25f; // read by nothing
+    Relaxed<float> grainLength, density, playbackRate;
+    Relaxed<float> scanPosition = 0.0f;
+    Relaxed<float> rndLength, rndDensity, rndPitch, jitter;
+    std::vector<float> phaseBuffer, mixL, mixR;
+    std::vector<std::int32_t> grainStartOffset;
+
+    // The engine's own sample and window, and where they wait once replaced.
+    std::shared_ptr<mokSample> placeholder_;
+    std::shared_ptr<mokWindow> ownWindow_;
+    RenderCycle cycle_;
+    Retirement retired_{cycle_};
+
+    GrainMixer mixer_;
+    GrainTrace* trace_ = nullptr;
+    // Of the latest block, RENDER's own; the pointers are compared, never followed.
+    const mokSample* blockSample_ = nullptr;
+    const mokWindow* blockWindow_ = nullptr;
+    std::uint64_t blockSourceSize_ = 0;
+    Relaxed<std::uint64_t> started_ = 0, dropped_ = 0, rendered_ = 0;
+};
+
+} // namespace zephyra

@@ -1,0 +1,223 @@
+// The render path of mokGranulatorSF: schedule, start, render, add, effects, output.
+
+#include "effects/dsp_runtime.h"
+#include "effects/ring_modulator.h"
+#include "effects/stereo_echo.h"
+#include "engine/granular_stream.h"
+#include "platform/flush_denormals.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace zephyra {
+
+namespace {
+
+// Powers of the generator's multiplier, modulo 2^32: a grain start draws five values at once.
+constexpr std::uint32_t kMultiplier = 16807;
+constexpr std::uint32_t kM1 = kMultiplier;
+constexpr std::uint32_t kM2 = kM1 * kMultiplier;
+constexpr std::uint32_t kM3 = kM2 * kMultiplier;
+constexpr std::uint32_t kM4 = kM3 * kMultiplier;
+constexpr std::uint32_t kM5 = kM4 * kMultiplier;
+static_assert(kM2 == 282475249u && kM3 == 1622647863u && kM4 == 3095271137u);
+
+constexpr float kLargest = std::numeric_limits<float>::max();
+
+/// Products of two settings may overflow; nothing that is kept may.
+float bounded(float value) ZEPHYRA_NONBLOCKING {
+    return value != value      ? 0.0f
+           : value < -kLargest ? -kLargest
+           : value > kLargest  ? kLargest
+                               : value;
+}
+
+/// The signed product of state and a power, scaled to -1..1.
+float signedUnit(std::uint32_t state, std::uint32_t power) ZEPHYRA_NONBLOCKING {
+    return static_cast<float>(static_cast<std::int32_t>(state * power)) * 0x1p-31f;
+}
+
+/// A value in -1..1; the two additions drop the bits below single precision's 2^-24, and stay.
+float randomBipolar(std::uint32_t state, std::uint32_t power) ZEPHYRA_NONBLOCKING {
+    return (signedUnit(state, power) + 1.0f) - 1.0f;
+}
+
+/// Truncation to the unsigned 64 bits of an interval: negative and none at 0, beyond at the top.
+std::uint64_t saturatedInterval(float samples) ZEPHYRA_NONBLOCKING {
+    if (!(samples > 0.0f)) return 0;
+    if (samples >= 0x1p64f) return std::numeric_limits<std::uint64_t>::max();
+    return static_cast<std::uint64_t>(samples);
+}
+
+/// The literal mix adds zeros wherever a grain is silent, which turns a -0 into +0; a grain that
+/// ends inside a block must leave the same bits behind.
+void addSilence(float* mix, int count, float gain) ZEPHYRA_NONBLOCKING {
+    const float silence = 0.0f * gain;
+    for (int n = 0; n < count; ++n) mix[n] += silence;
+}
+
+} // namespace
+
+mokGranulatorSF::Settings mokGranulatorSF::blockSettings() const ZEPHYRA_NONBLOCKING {
+    return {.level = level,
+            .width = width,
+            .panA = panA,
+            .panB = panB,
+            .panRestA = panRestA,
+            .panRestB = panRestB,
+            .grainLength = grainLength,
+            .density = density,
+            .playbackRate = playbackRate,
+            .rndLength = rndLength,
+            .rndDensity = rndDensity,
+            .rndPitch = rndPitch,
+            .jitter = jitter,
+            .scanSpan = scanSpan,
+            .scanStart = scanStart};
+}
+
+GrainTables mokGranulatorSF::takeTables() ZEPHYRA_NONBLOCKING {
+    const mokSample* source = sample.load();
+    const mokWindow* shape = window.load();
+    const GrainTables tables = grainTables(*source, *shape);
+    if (source != blockSample_ || shape != blockWindow_)
+        for (const auto& grain : grains) {
+            grain->source = source;
+            grain->envelope = shape;
+        }
+    blockSample_ = source;
+    blockWindow_ = shape;
+    // A planned run stays inside a table of the size it was planned for. The size is compared, not
+    // the pointer: a new sample may stand where a freed one stood.
+    if (tables.sourceSize != blockSourceSize_)
+        for (const auto& grain : grains) grain->straight = {};
+    blockSourceSize_ = tables.sourceSize;
+    return tables;
+}
+
+float mokGranulatorSF::scanPositionAt(float phase,
+                                      const Settings& settings) const ZEPHYRA_NONBLOCKING {
+    const float position = phase * settings.scanSpan + settings.scanStart;
+    return std::max(std::min(position, 1.0f), -kLargest); // the floor is only for -infinity
+}
+
+void mokGranulatorSF::initializeGrain(int frame, float position,
+                                      const Settings& settings) ZEPHYRA_NONBLOCKING {
+    const std::uint32_t state = randomSeed;
+    lastLengthOffset =
+        bounded(randomBipolar(state, kM2) * (settings.rndLength * settings.grainLength));
+    const float length = settings.grainLength + lastLengthOffset;
+    const float nowDensity =
+        settings.density + randomBipolar(state, kM3) * (settings.density * settings.rndDensity);
+    grainInterval = saturatedInterval(sampleRate / nowDensity);
+    const double octaves = double{randomBipolar(state, kM4)} * double{settings.rndPitch};
+    const auto rate = static_cast<float>(double{settings.playbackRate} * gen_msp_pow(2.0, octaves));
+    lastJitterOffset = settings.jitter * randomBipolar(state, kM5);
+    randomSeed = state * kM5;
+    if (maxGrains < 1) return;
+
+    const float spread = settings.width * (signedUnit(state, kM1) + 1.0f) * 0.5f;
+    const float readPosition = position + lastJitterOffset;
+    const auto free = std::find_if(grains.begin(), grains.end(),
+                                   [](const auto& grain) { return !grain->active; });
+    const bool dropped = free == grains.end();
+
+    const auto L = static_cast<float>(1.0 - double{settings.width} + double{spread});
+    const float R = 1.0f - spread;
+    const float gainL = L * settings.panRestA + R * settings.panRestB;
+    const float gainR = R * settings.panA + R * settings.panB;
+    if (trace_)
+        trace_->push(
+            {.frame = rendered_ + static_cast<std::uint64_t>(frame),
+             .position = std::min(readPosition < 0.0f ? -readPosition : readPosition, 1.0f),
+             .rate = rate,
+             .length = length,
+             .gainL = gainL,
+             .gainR = gainR,
+             .dropped = dropped});
+    if (dropped) {
+        dropped_ = dropped_ + 1;
+        return;
+    }
+    const auto i = static_cast<std::size_t>(free - grains.begin());
+    grainStartOffset[i] = frame;
+    mokGrain& grain = **free;
+    grain.start();
+    grain.setParameters(settings.level, rate, double{readPosition}, length);
+    grainGainL[i] = gainL;
+    grainGainR[i] = gainR;
+    started_ = started_ + 1;
+}
+
+void mokGranulatorSF::scheduleGrains(int frames, const Settings& settings) ZEPHYRA_NONBLOCKING {
+    scanPhasor.Processing(phaseBuffer.data(), frames);
+    int frame = 0;
+    for (;;) { // from one start to the next: nothing happens at the frames between
+        const std::uint64_t wait =
+            grainInterval > grainCounter + 1 ? grainInterval - grainCounter - 1 : 0;
+        const auto left = static_cast<std::uint64_t>(frames - frame);
+        if (wait >= left) {
+            grainCounter += left;
+            break;
+        }
+        frame += static_cast<int>(wait);
+        initializeGrain(frame,
+                        scanPositionAt(phaseBuffer[static_cast<std::size_t>(frame)], settings),
+                        settings);
+        grainCounter = 0;
+        if (++frame == frames) break;
+    }
+    const float phase = scanPhasor.latest();
+    scanPhase = phase;
+    scanPosition = scanPositionAt(phase, settings);
+}
+
+void mokGranulatorSF::renderGrains(int frames, const GrainTables& tables) ZEPHYRA_NONBLOCKING {
+    for (std::size_t i = 0; i < grains.size(); ++i) {
+        mokGrain& grain = *grains[i];
+        if (!grain.active) continue;
+        const int start = std::exchange(grainStartOffset[i], 0);
+        const GrainMix mix{.gainL = grainGainL[i],
+                           .gainR = grainGainR[i],
+                           .left = mixL.data() + start,
+                           .right = mixR.data() + start,
+                           .count = frames - start};
+        const int sounded = mixer_(grain, tables, mix);
+        if (sounded == mix.count) continue;
+        // Once per sample that is left, as it always has been.
+        if (!grain.active) mokGrain::lowerActives(mix.count - sounded);
+        addSilence(mix.left + sounded, mix.count - sounded, mix.gainL);
+        addSilence(mix.right + sounded, mix.count - sounded, mix.gainR);
+    }
+}
+
+void mokGranulatorSF::processBlock(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING {
+    if (granularOn) {
+        const GrainTables tables = takeTables();
+        scheduleGrains(frames, blockSettings());
+        renderGrains(frames, tables);
+    }
+    float* const left = mixL.data();
+    float* const right = mixR.data();
+    if (echoOn) delay_stereo_forward::perform(echo, left, right, left, right, frames);
+    if (ringOn) RM::perform(ringModulator, left, right, left, right, frames);
+    std::copy_n(left, frames, outL);
+    std::copy_n(right, frames, outR);
+    std::fill_n(left, frames, 0.0f);
+    std::fill_n(right, frames, 0.0f);
+    rendered_ = rendered_ + static_cast<std::uint64_t>(frames);
+}
+
+void mokGranulatorSF::GranularStreamProcessing(int frames, const AudioBufferList& outputList)
+    ZEPHYRA_NONBLOCKING {
+    if (outputList.mNumberBuffers < 2) return;
+    float* const outL = outputList.floats(0);
+    float* const outR = outputList.floats(1);
+    if (!outL || !outR) return;
+    const RenderCycle::Scope cycle(cycle_);
+    const FlushDenormals flush;
+    for (int done = 0; done < frames; done += kMaxBlockFrames)
+        processBlock(std::min(kMaxBlockFrames, frames - done), outL + done, outR + done);
+}
+
+} // namespace zephyra

@@ -1,0 +1,188 @@
+// The engine's output against the literal loop, bit for bit, on every level this processor has.
+
+#include "engine/granular_stream.h"
+#include "tests/support/literal_stream.h"
+#include "tests/support/stream_probe.h"
+#include "tests/support/test_sounds.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <ostream>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace zephyra {
+namespace {
+
+struct Case {
+    const char* name;
+    std::uint64_t frames = 44100;
+    float sourceRate = 44100, outputRate = 44100;
+    int window = kWindowHanning;
+    unsigned long windowPoints = mokWindow::kPoints;
+    float density = 282, length = 85, pitch = 0, rndPitch = 0, jitter = 5, rnd = 0.5f;
+    float width = 0.25f, pan = 0, speed = 1, start = 0, end = 1, level = 0.5f;
+    std::uint64_t offset = 0;
+    std::uint32_t seed = 12345;
+};
+
+std::ostream& operator<<(std::ostream& out, const Case& c) {
+    return out << c.name;
+}
+
+const Case kCases[] = {
+    {.name = "defaults", .density = 50},
+    {.name = "a full pool"},
+    {.name = "an octave up", .pitch = 12},
+    {.name = "two octaves up, spread", .pitch = 24, .rndPitch = 24},
+    {.name = "two octaves down", .pitch = -24},
+    {.name = "wide jitter wraps the source", .jitter = 1000, .rnd = 1},
+    {.name = "short grains", .density = 400, .length = 5, .rnd = 1},
+    {.name = "long grains", .density = 20, .length = 2000},
+    {.name = "a live buffer's seam", .frames = 30011, .jitter = 900, .offset = 12345},
+    {.name = "a live buffer's seam at the end", .frames = 9000, .pitch = 7, .offset = 8999},
+    {.name = "another output rate", .sourceRate = 48000, .outputRate = 96000},
+    {.name = "panned left", .width = 1, .pan = -1},
+    {.name = "panned right", .width = 1, .pan = 0.7f},
+    {.name = "backwards region", .speed = -3, .start = 0.8f, .end = 0.3f},
+    {.name = "a negative gain", .level = -0.75f},
+    {.name = "a source of 16 frames", .frames = 16, .pitch = -12},
+    {.name = "a source of 100 frames", .frames = 100, .pitch = 5, .rndPitch = 5},
+    {.name = "a small odd envelope", .window = kWindowBlackman, .windowPoints = 333},
+    {.name = "a large envelope", .window = kWindowSync, .windowPoints = 70001},
+    {.name = "no envelope", .window = kWindowRectangular},
+    {.name = "a long source", .frames = 20000000, .density = 100, .jitter = 1000},
+    // 1 / length / rate = 2^-11 exactly, so every sum is exact; and 3 · 2^-12 rounds to even.
+    {.name = "an exact envelope step", .outputRate = 32768, .length = 62.5f, .rnd = 0},
+};
+
+using Level = CpuLevel;
+
+class EngineBits : public testing::TestWithParam<std::tuple<Case, Level>> {};
+
+/// The same sound from the engine and the literal loop, over one random partition into blocks.
+void compare(const Case& c, Level level, int frames, std::mt19937& random, int largestBlock) {
+    const auto sample = noiseSample(c.frames, c.sourceRate);
+    sample->offset = c.offset;
+    const mokWindow window(c.windowPoints, c.window);
+
+    mokGranulatorSF engine(sample.get(), &window, mokGranulatorSF::kVoices, c.outputRate);
+    engine.setMixer(grainMixer(level));
+    engine.setRandomSeed(c.seed);
+    engine.granularOn = true;
+    engine.setDensity(c.density);
+    engine.setLength(c.length);
+    engine.setRndLength(c.rnd);
+    engine.setRndDensity(c.rnd);
+    engine.setPitch(c.pitch);
+    engine.setRndPitch(c.rndPitch);
+    engine.setJittering(c.jitter);
+    engine.setWidth(c.width);
+    engine.setPan(c.pan);
+    engine.setSpeed(c.speed);
+    engine.setStart(c.start);
+    engine.setEnd(c.end);
+    engine.setLevel(c.level);
+
+    LiteralStream literal(*sample, window, mokGranulatorSF::kVoices);
+    const auto f = StreamProbe::fields(engine);
+    literal.sampleRate = c.outputRate;
+    literal.seed = c.seed;
+    literal.level = f.level;
+    literal.width = f.width;
+    literal.panA = f.panA;
+    literal.panB = f.panB;
+    literal.grainLength = f.grainLength;
+    literal.density = f.density;
+    literal.playbackRate = f.playbackRate;
+    literal.rndLength = f.rndLength;
+    literal.rndDensity = f.rndDensity;
+    literal.rndPitch = f.rndPitch;
+    literal.jitter = f.jitter;
+    literal.scanSpan = f.scanSpan;
+    literal.scanStart = f.scanStart;
+    literal.phasorIncrement = f.scanIncrement;
+
+    StereoBlock got(static_cast<std::size_t>(frames)), expected(static_cast<std::size_t>(frames));
+    for (int at = 0; at < frames;) {
+        const int block = std::min<int>(frames - at, 1 + static_cast<int>(random() % largestBlock));
+        const auto from = static_cast<std::size_t>(at);
+        engine.GranularStreamProcessing(block, got.from(from));
+        literal.render(block, expected.left.data() + at, expected.right.data() + at);
+        at += block;
+    }
+    for (std::size_t n = 0; n < static_cast<std::size_t>(frames); ++n) {
+        ASSERT_EQ(std::bit_cast<std::uint32_t>(got.left[n]),
+                  std::bit_cast<std::uint32_t>(expected.left[n]))
+            << "left, frame " << n << ": " << got.left[n] << " and " << expected.left[n];
+        ASSERT_EQ(std::bit_cast<std::uint32_t>(got.right[n]),
+                  std::bit_cast<std::uint32_t>(expected.right[n]))
+            << "right, frame " << n << ": " << got.right[n] << " and " << expected.right[n];
+    }
+    EXPECT_EQ(engine.startedGrains(), literal.started);
+    EXPECT_EQ(engine.droppedGrains(), literal.dropped);
+    EXPECT_GT(literal.started, 1u);
+    EXPECT_EQ(StreamProbe::seed(engine), literal.seed);
+}
+
+TEST_P(EngineBits, EqualTheLiteralLoopWhateverTheBlocks) {
+    const auto& [c, level] = GetParam();
+    std::mt19937 random(99);
+    for (int largestBlock : {1, 7, 64, 512, 4096})
+        compare(c, level, largestBlock == 1 ? 6000 : 30000, random, largestBlock);
+}
+
+std::vector<Level> supportedLevels() {
+    std::vector<Level> levels;
+    for (Level level : {Level::baseline, Level::v3, Level::v4})
+        if (level <= supportedCpuLevel()) levels.push_back(level);
+    return levels;
+}
+
+std::string caseName(const testing::TestParamInfo<EngineBits::ParamType>& info) {
+    std::string name = std::get<0>(info.param).name;
+    name += std::string("_") + cpuLevelName(std::get<1>(info.param));
+    for (char& character : name)
+        if (!std::isalnum(static_cast<unsigned char>(character))) character = '_';
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, EngineBits,
+                         testing::Combine(testing::ValuesIn(kCases),
+                                          testing::ValuesIn(supportedLevels())),
+                         caseName);
+
+TEST(EngineBits, HoldForRandomSettings) {
+    std::mt19937 random(2024);
+    const auto uniform = [&random](float low, float high) {
+        return low + (high - low) * static_cast<float>(random() % 100001) * 1e-5f;
+    };
+    for (int trial = 0; trial < 60; ++trial) {
+        SCOPED_TRACE(trial);
+        const Case c{.name = "random",
+                     .frames = 20 + random() % 60000,
+                     .sourceRate = uniform(8000, 96000),
+                     .outputRate = uniform(22050, 96000),
+                     .density = uniform(20, 400),
+                     .length = uniform(5, 400),
+                     .pitch = uniform(-24, 24),
+                     .rndPitch = uniform(0, 24),
+                     .jitter = uniform(0, 1000),
+                     .rnd = uniform(0, 1),
+                     .width = uniform(0, 1),
+                     .pan = uniform(-1, 1),
+                     .speed = uniform(-4, 4),
+                     .start = uniform(0, 1),
+                     .end = uniform(0, 1),
+                     .level = uniform(0, 1),
+                     .offset = trial % 2 ? random() % 20000 : 0,
+                     .seed = static_cast<std::uint32_t>(random()) | 1u};
+        compare(c, chosenCpuLevel(), 20000, random, 700);
+        if (HasFatalFailure()) return;
+    }
+}
+
+} // namespace
+} // namespace zephyra
