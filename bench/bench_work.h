@@ -1,6 +1,7 @@
 // BenchWork: the work that every speed goal is stated for: a full pool of overlapping grains.
 #pragma once
 
+#include "effects/ring_modulator.h"
 #include "engine/granular_stream.h"
 #include "tests/support/literal_stream.h"
 #include "tests/support/stream_probe.h"
@@ -28,6 +29,7 @@ struct BenchWork {
     static double grainSamples(mokGranulatorSF& stream, int frames, int block) {
         static std::uint64_t count;
         static GrainMixer mixer;
+        render(stream, 8192, block); // until the pool is full
         count = 0;
         mixer = grainMixer(chosenCpuLevel());
         stream.setMixer([](mokGrain& grain, const GrainTables& tables, const GrainMix& mix)
@@ -39,6 +41,14 @@ struct BenchWork {
         render(stream, frames, block);
         stream.setMixer(mixer);
         return static_cast<double>(count);
+    }
+
+    /// Fills the pool and lets the effects' parameters come to rest: 300 ms and 250 ms of echo, 220
+    /// Hz of ring modulation at half.
+    static void settle(mokGranulatorSF& stream) {
+        RM::setparameter(stream.ringModulatorModule(), RM::kFreq, 220.0);
+        RM::setparameter(stream.ringModulatorModule(), RM::kDryWet, 0.5);
+        render(stream, 44100 * 10, mokGranulatorSF::kMaxBlockFrames);
     }
 
     static void render(mokGranulatorSF& stream, int frames, int block) {
@@ -79,6 +89,33 @@ struct BenchWork {
         model.phasorIncrement = f.scanIncrement;
         return model;
     }
+};
+
+/// The engine's inner body without an engine: a grain whose phases meet no edge, begun anew each
+/// time.
+class BenchInnerBody {
+public:
+    static constexpr int kFrames = 8192;
+
+    BenchInnerBody() : grain_(work_.sample.get(), &work_.window, BenchWork::kRate) {
+        grain_.start();
+        grain_.setParameters(0.5f, 0.1f, 0.25, 0.085f);
+    }
+
+    /// Adds kFrames grain-samples to the output.
+    int run(GrainMixer mixer) {
+        grain_.envelopePhase = 0.5f; // with an envelope step half as long as usual it stays below 1
+        grain_.envelopeIncrement = 0x1p-15f;
+        grain_.readPhase = 0.25;
+        grain_.straight = {};
+        return mixer(grain_, grainTables(*work_.sample, work_.window),
+                     {0.75f, 0.25f, out_.left.data(), out_.right.data(), kFrames});
+    }
+
+private:
+    BenchWork work_;
+    mokGrain grain_;
+    StereoBlock out_{kFrames};
 };
 
 } // namespace zephyra

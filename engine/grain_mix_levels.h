@@ -1,4 +1,4 @@
-// The inner body's builds, one per instruction-set level; see engine/grain_mix.h.
+// mixGrainBaseline, mixGrainV3, mixGrainV4: the inner body of grain_mix.h, built per level.
 #pragma once
 
 #include "engine/grain_mix.h"

@@ -1,4 +1,4 @@
-// advanceGrain and grainSample: one sample of a grain, to the letter; every faster path must give
+// advance and sampleAt: one sample of a grain, to the letter; every faster path must give
 // the same bits.
 #pragma once
 

@@ -15,7 +15,6 @@ namespace {
 
 constexpr double kModuleRate = 44100.0; // Hz; the modules start at it whatever the engine's rate
 constexpr std::int32_t kModuleVectorSize = 256;
-constexpr double kEchoSamplesPerMs = 44100.0 * 0.001; // fixed: echo times never follow the rate
 constexpr unsigned long kPlaceholderFrames = 8192;
 constexpr int kWorkFrames = 2 * mokGranulatorSF::kMaxBlockFrames;
 constexpr int kSmallestWorkFrames = 512;

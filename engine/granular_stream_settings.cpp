@@ -16,7 +16,7 @@ constexpr float kPlaceholderScanHz = 1e-5f; // silence needs no scan
 constexpr float kMostJitterSeconds = 1.0f;
 constexpr float kDefaultJitterSeconds = 0.005f;
 
-/// Stores value unless it is not finite.
+/// Stores value unless it is not finite. Only results count: a width of infinity is the widest.
 void keepFinite(Relaxed<float>& field, float value) noexcept {
     if (std::isfinite(value)) field = value;
 }
@@ -54,11 +54,11 @@ void mokGranulatorSF::setLevel(const float& v) noexcept {
 }
 
 void mokGranulatorSF::setWidth(const float& v) noexcept {
-    keepFinite(width, std::isfinite(v) ? std::min(std::abs(v), 1.0f) : v);
+    keepFinite(width, std::min(std::abs(v), 1.0f)); // a NaN stays one
 }
 
 void mokGranulatorSF::setPan(const float& p) noexcept {
-    if (!std::isfinite(p)) return;
+    if (std::isnan(p)) return;
     panA = panTerm(p);
     panB = panTerm(p + 1.0f);
     panRestA = 1.0f - panA;
@@ -111,7 +111,7 @@ void mokGranulatorSF::setRndPitch(const float& r) noexcept {
 }
 
 void mokGranulatorSF::setJittering(const float& ms) noexcept {
-    if (ownsSample || !std::isfinite(ms)) return;
+    if (ownsSample) return;
     keepFinite(jitter, std::min(std::abs(ms * 0.001f), kMostJitterSeconds) / sampleDuration());
 }
 

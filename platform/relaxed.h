@@ -22,9 +22,9 @@ public:
     Value load() const ZEPHYRA_NONBLOCKING { return value_.load(std::memory_order_relaxed); }
     void store(Value value) ZEPHYRA_NONBLOCKING { value_.store(value, std::memory_order_relaxed); }
     operator Value() const ZEPHYRA_NONBLOCKING { return load(); }
-    Relaxed& operator=(Value value) ZEPHYRA_NONBLOCKING {
+    Value operator=(Value value) ZEPHYRA_NONBLOCKING {
         store(value);
-        return *this;
+        return value;
     }
 
 private:

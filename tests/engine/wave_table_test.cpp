@@ -50,25 +50,5 @@ TEST(Wave, FollowsItsFormulaAndRepeatsItsStartBehindItsEnd) {
         }
 }
 
-TEST(Wave, HasTheseValuesAtItsQuarters) {
-    const struct {
-        int code;
-        float quarters[4];
-    } cases[] = {
-        {kWaveSine, {0, 1, 0, -1}},
-        {kWaveCosine, {1, 0, -1, 0}},
-        {kWaveSaw, {-1, -0.5f, 0, 0.5f}},
-        {kWaveSquare, {1, 1, -1, -1}},
-        {kWaveTriangle, {-1, 0, 1, 0}},
-        {kWaveSigmoid, {-1, -0.70710678f, 0, 0.70710678f}},
-        {kWaveDoubleSigmoid, {0, -0.5f, 0, 0.5f}},
-    };
-    for (const auto& c : cases) {
-        const mokWave wave(mokWave::kPoints, c.code);
-        for (std::uint64_t k = 0; k < 4; ++k)
-            EXPECT_NEAR(wave.data[k * 1024], c.quarters[k], 6e-8) << c.code << ", quarter " << k;
-    }
-}
-
 } // namespace
 } // namespace zephyra

@@ -109,32 +109,6 @@ TEST_P(WindowShape, FollowsItsFormulaAndRepeatsItsStartBehindItsEnd) {
 INSTANTIATE_TEST_SUITE_P(All, WindowShape, testing::ValuesIn(kShapes),
                          [](const auto& shape) { return std::string(shape.param.name); });
 
-TEST(Window, HasTheseValuesWorkedOutByHand) {
-    const struct {
-        int shape;
-        std::uint64_t n;
-        float value;
-    } cases[] = {
-        {kWindowHanning, 0, 0.0f},      {kWindowHanning, 1024, 0.5f},
-        {kWindowHanning, 2048, 1.0f},   {kWindowBarlett, 512, 0.25f},
-        {kWindowBarlett, 2048, 1.0f},   {kWindowBarlett, 3072, 0.5f},
-        {kWindowGaussian, 2048, 1.0f},  {kWindowHamming, 0, 0.08f},
-        {kWindowBlackman, 1024, 0.34f}, {kWindowBarlettHanning, 4095, 0.48f},
-        {kWindowSync, 2048, 1.0f},      {kWindowSync, 1024, 0.47746483f}, // 0.75 · 2 / π
-    };
-    for (const auto& c : cases)
-        EXPECT_NEAR(mokWindow(4096, c.shape).data[c.n], c.value, 6e-8) << c.shape << ", " << c.n;
-
-    mokWindow window(4096, kWindowRectangular);
-    window.genBlackmanMok();
-    EXPECT_NEAR(window.data[0], 0.5f, 6e-8);
-    window.genPulse();
-    EXPECT_EQ(window.data[0], 1.0f);
-    window.genPulse2();
-    EXPECT_EQ(window.data[2047], 1.0f);
-    EXPECT_EQ(window.data[2048], 1.0f);
-}
-
 TEST(Window, IsChosenByItsCodeAndGaussianForAnyOther) {
     const char* const expected[] = {"Gaussian", "Barlett",  "Gaussian",       "Hanning",
                                     "Hamming",  "Blackman", "BlackmanHarris", "BarlettHanning",

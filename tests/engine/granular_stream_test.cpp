@@ -1,0 +1,346 @@
+// What the stream schedules, starts and puts out: values worked out by hand.
+
+#include "engine/granular_stream.h"
+#include "platform/clock.h"
+#include "tests/support/stream_probe.h"
+#include "tests/support/test_sounds.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <numbers>
+#include <vector>
+
+namespace zephyra {
+namespace {
+
+constexpr float kRate = 44100.0f;
+
+struct Stream {
+    std::shared_ptr<mokSample> sample;
+    mokWindow window{mokWindow::kPoints, kWindowHanning};
+    mokGranulatorSF engine;
+    GrainTrace trace;
+
+    explicit Stream(std::shared_ptr<mokSample> sound = noiseSample(44100, kRate),
+                    std::int32_t voices = 24)
+        : sample(std::move(sound)), engine(sample.get(), &window, voices, kRate) {
+        engine.granularOn = true;
+        engine.setRandomSeed(1);
+        engine.setRndDensity(0);
+        engine.setRndLength(0);
+        engine.setJittering(0);
+        engine.setTrace(&trace);
+    }
+
+    StereoBlock render(int frames) {
+        StereoBlock block(static_cast<std::size_t>(frames));
+        engine.GranularStreamProcessing(frames, block.from(0));
+        return block;
+    }
+
+    std::vector<GrainRecord> grains() {
+        std::vector<GrainRecord> all;
+        for (GrainRecord record; trace.take(record);) all.push_back(record);
+        return all;
+    }
+
+    std::vector<std::uint64_t> startFrames() {
+        std::vector<std::uint64_t> frames;
+        for (const auto& grain : grains()) frames.push_back(grain.frame);
+        return frames;
+    }
+};
+
+TEST(GranularStream, StartsAtTheFirstFrameAndThenAtItsDensity) {
+    using Frames = std::vector<std::uint64_t>;
+    struct {
+        float density;
+        Frames expected;
+    } const cases[] = {
+        {50, {0, 882, 1764, 2646}},
+        {-14.7f, {0, 3000}}, // magnitudes count
+        {0, {0}},            // an interval without an end
+        {44100, {0, 1, 2, 3}},
+        {1e9f, {0, 1, 2, 3}}, // one a frame is the most
+    };
+    for (const auto& c : cases) {
+        for (int block : {1, 100, 3000}) {
+            Stream stream;
+            stream.engine.setDensity(c.density);
+            const int frames = c.density > 1000 ? 4 : 3001;
+            for (int at = 0; at < frames; at += block) stream.render(std::min(block, frames - at));
+            EXPECT_EQ(stream.startFrames(), c.expected) << c.density << " in blocks of " << block;
+        }
+    }
+}
+
+TEST(GranularStream, KeepsADrawnIntervalToItsEnd) {
+    Stream stream;
+    stream.engine.setDensity(0);
+    stream.render(10);
+    stream.engine.setDensity(400);
+    stream.render(44100);
+    EXPECT_EQ(stream.startFrames(), std::vector<std::uint64_t>{0});
+}
+
+TEST(GranularStream, DropsGrainsThatFindNoVoiceButDrawsForThem) {
+    Stream stream(noiseSample(44100, kRate), 2);
+    Stream roomy;
+    for (auto* each : {&stream, &roomy}) {
+        each->engine.setLength(2000);
+        each->engine.setRndDensity(1);
+        each->render(20000);
+    }
+    const auto few = stream.grains(), many = roomy.grains();
+    ASSERT_EQ(few.size(), many.size());
+    ASSERT_GT(few.size(), 10u);
+    for (std::size_t i = 0; i < few.size(); ++i) {
+        EXPECT_EQ(few[i].frame, many[i].frame) << i;
+        EXPECT_EQ(few[i].dropped, i >= 2) << i;
+    }
+    EXPECT_EQ(stream.engine.startedGrains(), 2u);
+    EXPECT_EQ(stream.engine.droppedGrains(), few.size() - 2);
+    EXPECT_EQ(stream.engine.soundingGrains(), 2);
+    EXPECT_EQ(StreamProbe::seed(stream.engine), StreamProbe::seed(roomy.engine));
+}
+
+TEST(GranularStream, DrawsFiveValuesAGrainFromItsGenerator) {
+    Stream stream;
+    stream.engine.setRndLength(1); // half of it either way
+    stream.engine.setRndPitch(24); // one octave either way
+    stream.engine.setJittering(100);
+    stream.engine.setWidth(1);
+    stream.render(1);
+    const auto grain = stream.grains().at(0);
+    // Products of 1 with 16807^k modulo 2^32, read as signed: 16807, 282475249, 1622647863,
+    // 3095271137 - 2^32 = -1199696159 and 16807^5 = 1199696159·16807 taken likewise = 1476003502.
+    const double r1 = 16807 * 0x1p-31, r2 = 282475249 * 0x1p-31, r4 = -1199696159 * 0x1p-31;
+    const auto fifth = static_cast<std::int32_t>(3095271137u * 16807u);
+    EXPECT_NEAR(grain.length, 0.085 * (1 + 0.5 * r2), 1e-8);
+    EXPECT_NEAR(grain.rate, std::exp2(r4), 1e-6);
+    EXPECT_NEAR(grain.position, std::abs(0.1 * fifth * 0x1p-31), 1e-7);
+    const double spread = (r1 + 1) / 2;
+    EXPECT_NEAR(grain.gainL, spread, 1e-6); // 1 - width + spread
+    EXPECT_NEAR(grain.gainR, 1 - spread, 1e-6);
+    EXPECT_EQ(StreamProbe::seed(stream.engine), 3095271137u * 16807u);
+}
+
+TEST(GranularStream, SeedsItselfFromTheClock) {
+    const auto before = setSecondsSource([] { return 1234567u; });
+    const mokGranulatorSF engine(nullptr, nullptr, 1, kRate);
+    setSecondsSource(before);
+    EXPECT_EQ(StreamProbe::seed(engine), 1234567u);
+}
+
+TEST(GranularStream, PansLopsidedly) {
+    const float spread = 0.25f * (16807 * 0x1p-31f + 1) * 0.5f;
+    const float L = 1 - 0.25f + spread, R = 1 - spread;
+    const double quarter = std::sin(std::numbers::pi / 4);
+    struct {
+        float pan;
+        double left, right;
+    } const cases[] = {
+        {0, L, R},
+        {-1, L + R, 0}, // the right share folds into the left channel
+        {1, 0, 2 * R},  // the right share doubles, the left one is gone
+        {-9, L + R, 0},
+        {9, 0, 2 * R},
+        {-0.5f, L + R * (1 - quarter), R * quarter},
+        {0.5f, L * (1 - quarter), R * quarter + R},
+    };
+    for (const auto& c : cases) {
+        Stream stream;
+        stream.engine.setPan(c.pan);
+        stream.render(1);
+        EXPECT_NEAR(StreamProbe::gainL(stream.engine, 0), c.left, 1e-6) << c.pan;
+        EXPECT_NEAR(StreamProbe::gainR(stream.engine, 0), c.right, 1e-6) << c.pan;
+    }
+}
+
+TEST(GranularStream, ScansItsRegionInRealTime) {
+    struct {
+        float start, end, speed;
+        double seconds, expected;
+    } const cases[] = {
+        {0, 1, 1, 0.25, 0.25},       // the sound lasts one second
+        {0, 1, 2, 0.25, 0.5},        // twice as fast
+        {0.5f, 1, 1, 0.25, 0.75},    // the region's own half second
+        {0.5f, 1, 1, 0.75, 0.75},    // and round again
+        {0, 1, -1, 0.25, 0.75},      // backwards
+        {0.8f, 0.2f, 1, 0.15, 0.35}, // start above end: both signs turn, so upwards from the end
+    };
+    for (const auto& c : cases) {
+        Stream stream;
+        stream.engine.setSpeed(c.speed);
+        stream.engine.setEnd(c.end);
+        stream.engine.setStart(c.start);
+        stream.render(static_cast<int>(c.seconds * 44100) + 1);
+        EXPECT_NEAR(stream.engine.currentScanPosition(), c.expected, 1e-3)
+            << c.start << ".." << c.end << " at " << c.speed;
+    }
+}
+
+TEST(GranularStream, TreatsStartAndEndUnalike) {
+    Stream stream;
+    stream.engine.setEnd(0.25f);
+    stream.engine.setStart(0.75f);
+    EXPECT_EQ(StreamProbe::fields(stream.engine).scanSpan, -0.5f); // signed
+    stream.engine.setEnd(0.25f);
+    EXPECT_EQ(StreamProbe::fields(stream.engine).scanSpan, 0.5f); // a distance
+    stream.engine.setEnd(0.75f);
+    EXPECT_EQ(StreamProbe::fields(stream.engine).scanSpan, 1e-5f);
+    stream.engine.setStart(0.75f);
+    EXPECT_EQ(StreamProbe::fields(stream.engine).scanSpan, 0.0f); // only the frequency is saved
+    EXPECT_EQ(StreamProbe::fields(stream.engine).scanFrequency, 1.0f / (1.0f * 1e-5f));
+}
+
+TEST(GranularStream, DropsThePitchWithANewSample) {
+    Stream stream;
+    const auto other = noiseSample(22050, kRate);
+    stream.engine.setPitch(12);
+    EXPECT_EQ(StreamProbe::fields(stream.engine).playbackRate, 2.0f);
+    stream.engine.setSample(nullptr);
+    EXPECT_EQ(StreamProbe::fields(stream.engine).playbackRate, 2.0f);
+    stream.engine.setSample(other.get());
+    EXPECT_EQ(StreamProbe::fields(stream.engine).playbackRate, 2.0f); // 22050 frames, own pitch
+    stream.engine.setPitch(12);
+    EXPECT_EQ(StreamProbe::fields(stream.engine).playbackRate, 4.0f);
+    stream.render(1);
+    EXPECT_EQ(StreamProbe::grain(stream.engine, 23).source, other.get());
+}
+
+TEST(GranularStream, StandsAlmostStillOnItsSilentPlaceholder) {
+    mokGranulatorSF engine(nullptr, nullptr, 24, kRate);
+    EXPECT_TRUE(engine.onPlaceholder());
+    const auto before = StreamProbe::fields(engine);
+    engine.setPitch(12);
+    engine.setJittering(100);
+    EXPECT_EQ(StreamProbe::fields(engine), before);
+    engine.setSpeed(3);
+    EXPECT_EQ(StreamProbe::fields(engine).scanFrequency, 1e-5f);
+    engine.granularOn = true;
+    StereoBlock block(5000);
+    engine.GranularStreamProcessing(5000, block.from(0));
+    for (float sample : block.left) ASSERT_EQ(sample, 0.0f);
+    EXPECT_GT(engine.startedGrains(), 3u);
+
+    const auto sound = noiseSample(44100, kRate);
+    const mokWindow window(4096, kWindowHanning);
+    engine.setSample(sound.get());
+    engine.setWindow(&window);
+    EXPECT_FALSE(engine.onPlaceholder());
+    engine.GranularStreamProcessing(5000, block.from(0));
+    EXPECT_GT(std::abs(block.left[4000]), 0.0f);
+}
+
+TEST(GranularStream, RepeatsWithItsSeedAndSplitsLongBlocks) {
+    Stream one, other;
+    one.engine.echoOn = other.engine.echoOn = true;
+    const StereoBlock whole = one.render(3 * 4096 + 100);
+    StereoBlock parts(3 * 4096 + 100);
+    for (int at = 0; at < 3 * 4096 + 100; at += 4096)
+        other.engine.GranularStreamProcessing(std::min(4096, 3 * 4096 + 100 - at),
+                                              parts.from(static_cast<std::size_t>(at)));
+    EXPECT_EQ(whole.left, parts.left);
+    EXPECT_EQ(whole.right, parts.right);
+}
+
+TEST(GranularStream, LetsTheEchoRingOutWithoutGrains) {
+    Stream stream;
+    stream.engine.echoOn = true;
+    stream.render(4410);
+    stream.engine.granularOn = false;
+    double last = 0;
+    for (int part = 0; part < 4; ++part) {
+        const StereoBlock tail = stream.render(44100 * 2);
+        double energy = 0;
+        for (float sample : tail.left) energy += double{sample} * double{sample};
+        EXPECT_GT(energy, 0) << part;
+        if (part > 0) {
+            EXPECT_LT(energy, 0.5 * last) << part;
+        }
+        last = energy;
+    }
+}
+
+TEST(GranularStream, MovesSoundingGrainsToANewEnvelope) {
+    Stream stream;
+    stream.engine.setDensity(0);
+    stream.engine.setLength(1000);
+    stream.render(10000);
+    mokWindow silent(4096, kWindowRectangular);
+    silent.clear();
+    stream.engine.setWindow(&silent);
+    for (float sample : stream.render(1000).left) ASSERT_EQ(sample, 0.0f);
+}
+
+TEST(GranularStream, RecomputesEveryIncrementForANewRate) {
+    Stream stream;
+    stream.render(100);
+    stream.engine.setSampleRate(88200);
+    EXPECT_EQ(StreamProbe::grain(stream.engine, 0).phaseIncrement, 1.0f / 88200);
+    EXPECT_EQ(StreamProbe::grain(stream.engine, 0).envelopeIncrement, (1 / 0.085f) / 88200);
+    EXPECT_EQ(StreamProbe::fields(stream.engine).scanIncrement, 1.0f / 88200);
+    for (float rate : {0.0f, -1.0f, NAN, INFINITY}) stream.engine.setSampleRate(rate);
+    EXPECT_EQ(StreamProbe::fields(stream.engine).scanIncrement, 1.0f / 88200);
+}
+
+TEST(GranularStream, IgnoresListsItCannotFill) {
+    Stream stream;
+    StereoBlock block(64);
+    AudioBufferList list = block.from(0);
+    list.mNumberBuffers = 1;
+    stream.engine.GranularStreamProcessing(64, list);
+    list.mNumberBuffers = 2;
+    list.mBuffers[1].mData = nullptr;
+    stream.engine.GranularStreamProcessing(64, list);
+    stream.engine.GranularStreamProcessing(0, block.from(0));
+    stream.engine.GranularStreamProcessing(-5, block.from(0));
+    EXPECT_EQ(stream.engine.renderedFrames(), 0u);
+}
+
+using Setter = void (mokGranulatorSF::*)(const float&);
+
+TEST(GranularStream, KeepsItsSettingsFiniteWhateverItIsGiven) {
+    const Setter setters[] = {&mokGranulatorSF::setLevel,      &mokGranulatorSF::setWidth,
+                              &mokGranulatorSF::setPan,        &mokGranulatorSF::setLength,
+                              &mokGranulatorSF::setDensity,    &mokGranulatorSF::setRndLength,
+                              &mokGranulatorSF::setRndDensity, &mokGranulatorSF::setPitch,
+                              &mokGranulatorSF::setStart,      &mokGranulatorSF::setEnd,
+                              &mokGranulatorSF::setRndPitch,   &mokGranulatorSF::setJittering,
+                              &mokGranulatorSF::setSpeed};
+    const float values[] = {NAN, INFINITY, -INFINITY, 3e38f, -3e38f, 1e-45f, 0.0f, 1e5f, -7.0f};
+    const std::shared_ptr<mokSample> sounds[] = {noiseSample(16, kRate), noiseSample(44100, kRate)};
+    for (const auto& sound : sounds) {
+        Stream stream(sound);
+        for (const Setter first : setters)
+            for (const Setter second : setters)
+                for (float value : values) {
+                    stream.engine.setDefaults();
+                    const auto before = StreamProbe::fields(stream.engine);
+                    (stream.engine.*first)(value);
+                    if (std::isnan(value)) {
+                        ASSERT_EQ(StreamProbe::fields(stream.engine), before);
+                    }
+                    (stream.engine.*second)(-value);
+                    stream.render(50);
+                    const auto f = StreamProbe::fields(stream.engine);
+                    for (float field :
+                         {f.level, f.width, f.panA, f.panB, f.grainLength, f.density,
+                          f.playbackRate, f.rndLength, f.rndDensity, f.rndPitch, f.jitter,
+                          f.scanSpan, f.scanStart, f.scanEnd, f.speed, f.scanFrequency,
+                          f.scanIncrement, stream.engine.currentScanPosition(),
+                          stream.engine.currentScanPhase()})
+                        ASSERT_TRUE(std::isfinite(field)) << value;
+                    ASSERT_TRUE(
+                        std::isfinite(PhasorProbe::phase(StreamProbe::phasor(stream.engine))));
+                    ASSERT_TRUE(std::isfinite(StreamProbe::grain(stream.engine, 0).readPhase));
+                }
+    }
+}
+
+} // namespace
+} // namespace zephyra
