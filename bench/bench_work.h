@@ -3,6 +3,7 @@
 
 #include "effects/ring_modulator.h"
 #include "engine/granular_stream.h"
+#include "platform/flush_denormals.h"
 #include "tests/support/literal_stream.h"
 #include "tests/support/stream_probe.h"
 #include "tests/support/test_sounds.h"
@@ -54,6 +55,7 @@ struct BenchWork {
     static void render(mokGranulatorSF& stream, int frames, int block) {
         static StereoBlock output(mokGranulatorSF::kMaxBlockFrames);
         const AudioBufferList list = output.from(0);
+        const FlushDenormals flush; // as on a host's audio thread
         for (int done = 0; done < frames; done += block)
             stream.GranularStreamProcessing(block, list);
     }

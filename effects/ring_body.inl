@@ -88,17 +88,15 @@ struct RingWalk {
 
     /// kLanes samples through the serial chain.
     void lanes() {
-        Doubles phases;
-        for (int lane = 0; lane < kLanes; ++lane)
-            phases[lane] = phase = nextPhase(phase, block.increment);
-        ringLanes(block, done, cosineAt(block.table, phases), amounts());
+        double phases[kLanes];
+        for (double& each : phases) each = phase = nextPhase(phase, block.increment);
+        ringLanes(block, done, cosineAt(block.table, together(phases)), amounts());
         done += kLanes;
     }
 
     /// A multiple of kLanes samples whose phases are a step apart.
     void run(double step, std::int64_t samples) {
-        Doubles phases = splat(phase);
-        for (int lane = 0; lane < kLanes; ++lane) phases[lane] += (lane + 1) * step;
+        Doubles phases = phase + countUp() * step;
         for (const std::int64_t end = done + samples; done < end; done += kLanes) {
             ringLanes(block, done, cosineAt(block.table, phases), amounts());
             phases += kLanes * step;

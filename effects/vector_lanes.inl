@@ -18,6 +18,22 @@ inline Doubles splat(double value) {
     return value - Doubles{};
 }
 
+/// kLanes values from a scalar chain. Put together in registers: a vector read from just stored
+/// scalars waits until they have reached the cache.
+inline Doubles together(const double* values) {
+#if defined(__AVX2__)
+    return _mm256_setr_pd(values[0], values[1], values[2], values[3]);
+#else
+    return Doubles{values[0], values[1]};
+#endif
+}
+
+/// 1, 2, ... kLanes.
+inline Doubles countUp() {
+    constexpr double count[] = {1, 2, 3, 4};
+    return together(count);
+}
+
 inline Doubles load(const double* from) {
     Doubles values;
     __builtin_memcpy(&values, from, sizeof values);
