@@ -5,35 +5,43 @@
 #include <algorithm>
 #include <cmath>
 #include <ebur128.h>
-#include <memory>
 
 namespace zephyra {
+
 namespace {
-
-struct Ebur128Deleter {
-    void operator()(ebur128_state* state) const { ebur128_destroy(&state); }
-};
-
-std::optional<double> integratedLufs(std::span<const float> samples, double sampleRate) {
-    if (!(sampleRate >= 16.0 && sampleRate <= 2822400.0)) return std::nullopt; // the library's own
-    const std::unique_ptr<ebur128_state, Ebur128Deleter> state(
-        ebur128_init(1, static_cast<unsigned long>(std::lround(sampleRate)), EBUR128_MODE_I));
-    if (!state) return std::nullopt;
-    if (ebur128_add_frames_float(state.get(), samples.data(), samples.size()) != EBUR128_SUCCESS)
-        return std::nullopt;
-    double lufs = 0.0;
-    if (ebur128_loudness_global(state.get(), &lufs) != EBUR128_SUCCESS) return std::nullopt;
-    return std::isfinite(lufs) ? std::optional(lufs) : std::nullopt;
-}
-
+constexpr double kLowestRate = 16.0, kHighestRate = 2822400.0; // Hz, the library's own limits
+constexpr std::uint32_t kMostChannels = 64;                    // likewise
 } // namespace
 
-Loudness measureLoudness(std::span<const float> samples, double sampleRate) {
-    float peak = 0.0f;
-    for (const float sample : samples) peak = std::max(peak, std::fabs(sample));
+struct LoudnessMeter::Meter {
+    ebur128_state* state;
+    ~Meter() { ebur128_destroy(&state); }
+};
+
+LoudnessMeter::LoudnessMeter(std::uint32_t channels, double sampleRate) : channels_(channels) {
+    if (channels < 1 || channels > kMostChannels) return;
+    if (!(sampleRate >= kLowestRate && sampleRate <= kHighestRate)) return;
+    const auto rate = static_cast<unsigned long>(std::lround(sampleRate));
+    if (ebur128_state* const state = ebur128_init(channels, rate, EBUR128_MODE_I))
+        meter_.reset(new Meter{state});
+}
+
+LoudnessMeter::~LoudnessMeter() = default;
+
+void LoudnessMeter::add(const float* interleaved, std::uint32_t frames) {
+    const std::size_t samples = std::size_t{frames} * channels_;
+    for (std::size_t i = 0; i < samples; ++i) peak_ = std::max(peak_, std::fabs(interleaved[i]));
+    if (meter_ && ebur128_add_frames_float(meter_->state, interleaved, frames) != EBUR128_SUCCESS)
+        meter_.reset(); // out of memory: a part would be measured as the whole
+}
+
+Loudness LoudnessMeter::measure() const {
     Loudness loudness;
-    if (peak > 0.0f) loudness.peakDecibels = 20.0 * std::log10(static_cast<double>(peak));
-    loudness.integratedLufs = integratedLufs(samples, sampleRate);
+    if (peak_ > 0.0f) loudness.peakDecibels = 20.0 * std::log10(double{peak_});
+    double lufs = 0.0;
+    if (meter_ && ebur128_loudness_global(meter_->state, &lufs) == EBUR128_SUCCESS &&
+        std::isfinite(lufs))
+        loudness.integratedLufs = lufs;
     return loudness;
 }
 

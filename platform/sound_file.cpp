@@ -151,6 +151,7 @@ public:
             if (appendMono(block.data(), got.value(), channels, samples_) < got.value())
                 return Failure{"holds a sample that is infinite or not a number at frame " +
                                std::to_string(samples_.size()) + "; finite samples are needed"};
+            if (options_.onBlock) options_.onBlock(source_.info(), block.data(), got.value());
             if (!report(share())) return Failure{"was not read to its end: cancelled"};
         }
         if (samples_.empty()) return Failure{"holds no sound; at least one frame is needed"};

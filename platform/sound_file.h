@@ -37,6 +37,13 @@ struct RawSoundFormat {
     std::uint32_t bits = 16;     ///< 8, 16, 24 or 32
 };
 
+struct SoundFileInfo {
+    std::string format; ///< for people: "WAV, Signed 16 bit PCM"
+    std::uint32_t channels = 0;
+    double sampleRate = 0.0;  ///< Hz
+    std::uint64_t frames = 0; ///< 0 when only reading the whole file can tell
+};
+
 struct SoundFileOptions {
     RawSoundFormat raw = {};
     /// At most kMaxSoundFileFrames; more counts as that.
@@ -44,13 +51,10 @@ struct SoundFileOptions {
     /// Called on the reading thread from time to time with the share read so far (0 to 1, never
     /// falling, 1 at the end). A false answer ends the reading with a failure.
     std::function<bool(double)> progress = {};
-};
-
-struct SoundFileInfo {
-    std::string format; ///< for people: "WAV, Signed 16 bit PCM"
-    std::uint32_t channels = 0;
-    double sampleRate = 0.0;  ///< Hz
-    std::uint64_t frames = 0; ///< 0 when only reading the whole file can tell
+    /// Called on the reading thread with each block as it is in the file: frames interleaved frames
+    /// of info.channels finite samples, valid during the call. Empty when nobody wants them.
+    std::function<void(const SoundFileInfo& info, const float* interleaved, std::uint32_t frames)>
+        onBlock = {};
 };
 
 struct SoundFile {

@@ -1,4 +1,4 @@
-// The module's functions, gathered into one AacModule by aac_module.cpp.
+// openReader to closeWriter: the functions that aac_module.cpp gathers into one AacModule.
 #pragma once
 
 #include "platform/aac_codec.h"

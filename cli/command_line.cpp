@@ -1,0 +1,170 @@
+#include "cli/command_line.h"
+
+#include "cli/control_names.h"
+#include "cli/envelopes_command.h"
+#include "cli/info_command.h"
+#include "cli/nearest_name.h"
+#include "cli/render_command.h"
+#include "cli/text_numbers.h"
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <new>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zephyra {
+
+namespace {
+
+constexpr std::array<std::string_view, 3> kCommands = {"render", "info", "envelopes"};
+constexpr const char* kSeeHelp = "; see zephyra --help";
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  zephyra render bird.wav\n"
+    "  zephyra render bird.wav -o cloud.wav --seconds 30 --set Density=120 --set \"Rnd Pitch=7\" "
+    "\\\n"
+    "          --picture cloud.png --seed 7\n"
+    "  zephyra render bird.wav --set Scanning=0.1 --at 4:Pitch=-12 --at \"8:Echo Switch=on\"\n"
+    "  zephyra render voice.m4a --live --set Length=200 --envelope Gaussian -o haze.caf\n";
+
+std::string padded(std::string text, std::size_t width) {
+    text.resize(std::max(text.size() + 2, width), ' ');
+    return text;
+}
+
+/// The controls with their ranges and defaults, as a table.
+std::string controlTable() {
+    std::string table =
+        "Controls for --set and --at (case, spaces and punctuation do not matter):\n";
+    for (const ControlId id : settableControls()) {
+        const ControlRange& range = controlRange(id);
+        const std::string standard = range.kind == ControlKind::switching
+                                         ? (range.defaultValue != 0 ? "on" : "off")
+                                         : formatNumber(range.defaultValue);
+        table += "  " + padded(range.name, 28) + padded(rangeText(range), 24) + standard + "\n";
+    }
+    return table;
+}
+
+/// The three commands and what was typed after them.
+struct CommandLine {
+    CommandLine();
+
+    CLI::App app{"Cuts a sound into short overlapping grains and writes what they add up to."};
+    CLI::App* render;
+    CLI::App* info;
+    CLI::App* envelopes;
+    TypedRenderOptions renderOptions;
+    std::string infoFile;
+    bool infoJson = false;
+    std::optional<std::string> envelopePicture;
+};
+
+CommandLine::CommandLine() {
+    app.name("zephyra");
+    app.set_version_flag("--version", "zephyra " ZEPHYRA_VERSION);
+    app.footer(kExamples);
+    app.require_subcommand(1);
+
+    render = app.add_subcommand("render", "Render a sound file to a granular stereo file");
+    declareRenderOptions(*render, renderOptions);
+    render->footer(controlTable() + "\n" + kExamples);
+
+    info = app.add_subcommand("info", "Print format, channels, rate, length, peak and loudness");
+    info->add_option("FILE", infoFile, "A sound file")->required()->option_text(" ");
+    info->add_flag("--json", infoJson, "Print it as JSON");
+
+    envelopes = app.add_subcommand("envelopes", "Print the menu of grain envelopes");
+    envelopes->add_option("--picture", envelopePicture, "Draw them")->option_text("OUT.png");
+}
+
+std::string firstLine(const std::string& text) {
+    return text.substr(0, text.find('\n'));
+}
+
+/// What an argument that command does not know was probably meant to be.
+std::string unexpected(const CLI::App& command, const std::string& argument) {
+    const std::string quoted = inQuotes(argument);
+    if (!argument.empty() && argument[0] == '-') {
+        std::vector<std::string> names;
+        for (const CLI::Option* option : command.get_options())
+            if (!option->get_lnames().empty()) names.push_back("--" + option->get_lnames()[0]);
+        const std::vector<std::string_view> views(names.begin(), names.end());
+        return "there is no option " + quoted + "; the nearest is " +
+               std::string(nearestName(argument.substr(0, argument.find('=')), views));
+    }
+    if (command.get_option_no_throw("--set") && argument.find('=') != std::string::npos)
+        return quoted + " stands alone; write --set before each NAME=VALUE";
+    if (command.get_name() == "envelopes") return "envelopes takes no " + quoted + ", only options";
+    return quoted + " is one file too many; one is taken at a time";
+}
+
+/// What is missing, where nothing is too much.
+std::string missing(const CLI::App& command) {
+    if (command.get_name() == "zephyra") return "a command is missing: render, info or envelopes";
+    return command.get_name() + " needs the name of a sound file";
+}
+
+/// The one line for what CLI11 reports in its own words.
+std::string complaint(CommandLine& line, const CLI::ParseError& error) {
+    const std::vector<CLI::App*> chosen = line.app.get_subcommands();
+    const CLI::App& command = chosen.empty() ? line.app : *chosen[0];
+    const std::vector<std::string> extras = line.app.remaining(true);
+    if (!extras.empty()) return unexpected(command, extras[0]);
+    if (dynamic_cast<const CLI::RequiredError*>(&error)) return missing(command);
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error)) {
+        // "--name: ..." says that a value is missing, or that there is more than one.
+        const std::string text = error.what();
+        const std::string option = text.substr(0, text.find(':'));
+        if (text.find("missing") != std::string::npos) return option + " needs a value";
+        if (text.find("received") != std::string::npos) return option + " can only be given once";
+    }
+    return firstLine(error.what());
+}
+
+ExitCode wrongUsage(CommandLine& line, const CLI::ParseError& error) {
+    return endWith(ExitCode::wrongUsage, complaint(line, error) + kSeeHelp);
+}
+
+/// Complains about a first word that is no command; CLI11 would take it for a surplus argument.
+std::optional<ExitCode> unknownCommand(int count, const char* const* arguments) {
+    if (count < 2 || arguments[1][0] == '-') return std::nullopt;
+    const std::string_view word = arguments[1];
+    if (std::find(kCommands.begin(), kCommands.end(), word) != kCommands.end()) return std::nullopt;
+    return endWith(ExitCode::wrongUsage, "there is no command " + inQuotes(word) +
+                                             "; the nearest is " +
+                                             std::string(nearestName(word, kCommands)) + kSeeHelp);
+}
+
+ExitCode runChosen(const CommandLine& line) {
+    if (line.render->parsed()) return runRender(line.renderOptions);
+    if (line.info->parsed())
+        return runInfo(line.infoFile, line.infoJson ? InfoForm::json : InfoForm::text);
+    return runEnvelopes(line.envelopePicture);
+}
+
+} // namespace
+
+ExitCode runCommandLine(int count, const char* const* arguments) {
+    if (const auto ended = unknownCommand(count, arguments)) return *ended;
+    CommandLine line;
+    try {
+        line.app.parse(count, arguments);
+    } catch (const CLI::Success& wanted) { // help or version
+        line.app.exit(wanted);
+        return printOut("");
+    } catch (const CLI::ParseError& error) {
+        return wrongUsage(line, error);
+    }
+    try {
+        return runChosen(line);
+    } catch (const std::bad_alloc&) {
+        return endWith(ExitCode::failure, "memory is short; free some or take a shorter sound");
+    }
+}
+
+} // namespace zephyra

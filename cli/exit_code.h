@@ -1,0 +1,25 @@
+// ExitCode: how the program ends.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+namespace zephyra {
+
+enum class ExitCode : int { success = 0, failure = 1, wrongUsage = 2 };
+
+/// Says on standard error, in one line, why the program ends with code; returns code.
+inline ExitCode endWith(ExitCode code, const std::string& reason) {
+    std::fprintf(stderr, "zephyra: %s\n", reason.c_str());
+    return code;
+}
+
+/// Writes text to standard output; a failure when not all of it went out.
+inline ExitCode printOut(const std::string& text) {
+    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+    if (written && std::fflush(stdout) == 0) return ExitCode::success;
+    return endWith(ExitCode::failure,
+                   "standard output cannot be written; check where it is redirected to");
+}
+
+} // namespace zephyra

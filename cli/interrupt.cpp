@@ -1,0 +1,31 @@
+#include "cli/interrupt.h"
+
+#include <csignal>
+
+namespace zephyra {
+
+namespace {
+
+volatile std::sig_atomic_t stopRequested = 0;
+
+void requestStop(int) {
+    stopRequested = 1;
+}
+
+} // namespace
+
+void watchInterrupts() {
+    struct sigaction stop = {};
+    stop.sa_handler = requestStop;
+    stop.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND); // a second one ends the program
+    sigaction(SIGINT, &stop, nullptr);
+    sigaction(SIGTERM, &stop, nullptr);
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+bool interrupted() noexcept {
+    return stopRequested != 0;
+}
+
+} // namespace zephyra

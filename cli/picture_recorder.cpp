@@ -1,0 +1,120 @@
+#include "cli/picture_recorder.h"
+
+#include "cli/render_plan.h"
+#include "cli/text_numbers.h"
+#include "engine/envelope_menu.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string_view>
+#include <vector>
+
+namespace zephyra {
+
+namespace {
+
+constexpr std::array<ControlId, 6> kAlwaysTold = {ControlId::density,  ControlId::length,
+                                                  ControlId::pitch,    ControlId::rndPitch,
+                                                  ControlId::scanning, ControlId::jittering};
+
+std::string decibelText(double level) {
+    if (level <= 0) return "-\u221E dB";
+    return formatFixed(20 * std::log10(level), 1) + " dB";
+}
+
+std::vector<std::string> settingTexts(const RenderPlan& plan) {
+    const ControlValues values = controlsAt(plan, 0);
+    const auto value = [&values](ControlId id) { return values[static_cast<std::size_t>(id)]; };
+    std::vector<std::string> texts;
+    for (const ControlId id : kAlwaysTold) texts.push_back(settingText({id, value(id)}));
+    for (const ControlId id : settableControls()) {
+        const bool told =
+            std::find(kAlwaysTold.begin(), kAlwaysTold.end(), id) != kAlwaysTold.end();
+        if (!told && value(id) != controlRange(id).defaultValue)
+            texts.push_back(settingText({id, value(id)}));
+    }
+    if (plan.start) texts.push_back("Start " + formatNumber(*plan.start));
+    if (plan.end) texts.push_back("End " + formatNumber(*plan.end));
+    if (plan.use == SourceUse::live) texts.emplace_back("Live input");
+    texts.emplace_back(kEnvelopeMenu[plan.envelope]);
+    return texts;
+}
+
+std::vector<std::string> factTexts(const RenderPlan& plan, const RenderStatistics& statistics,
+                                   const OutputFile& file) {
+    return {formatDuration(static_cast<double>(plan.frames) / plan.sampleRate),
+            formatNumber(plan.sampleRate) + " Hz",
+            std::to_string(statistics.startedGrains) + " grains",
+            std::to_string(statistics.droppedGrains) + " dropped",
+            "peak " + decibelText(file.peak()),
+            "rms " + decibelText(file.rms()),
+            "seed " + std::to_string(plan.seed),
+            "block " + std::to_string(plan.blockFrames)};
+}
+
+} // namespace
+
+PictureRecorder::PictureRecorder(const RenderPlan& plan, const SoundFileInfo& source)
+    : plan_(plan), sourceFrames_(static_cast<double>(source.frames)),
+      readFrames_(plan.use == SourceUse::live
+                      ? static_cast<double>(OfflineRender::kLiveFrames)
+                      : std::max(sourceFrames_, static_cast<double>(mokSample::kSmallestFrames))),
+      readRate_(source.sampleRate), picture_({.sourceFrames = source.frames,
+                                              .sourceRate = source.sampleRate,
+                                              .frames = plan.frames,
+                                              .sampleRate = plan.sampleRate}) {
+    GrainMap& map = picture_.map();
+    map.playSeconds = static_cast<double>(plan.playFrames) / plan.sampleRate;
+    map.edge = plan.use == SourceUse::live ? SourceEdge::ends : SourceEdge::wraps;
+    const double start = plan.start.value_or(0.0f), end = plan.end.value_or(1.0f);
+    if (map.edge == SourceEdge::wraps) {
+        map.low = std::min(start, end);
+        map.high = std::max(start, end);
+    }
+    for (const TimedSetting& timed : plan.timedSettings)
+        map.events.push_back({timed.seconds, settingText(timed.setting)});
+}
+
+double PictureRecorder::sourcePosition(double position, const RenderedBlock& block,
+                                       std::uint64_t frame) const {
+    if (plan_.use == SourceUse::loaded) return position;
+    // The stream writes and renders in steps; what the engine sees ends with its step's input.
+    constexpr auto kStep = static_cast<std::uint64_t>(mokGranulatorSF::kMaxBlockFrames);
+    const std::uint64_t inStep = (frame - block.firstFrame) / kStep * kStep + kStep;
+    const std::uint64_t heard = block.firstFrame + std::min<std::uint64_t>(inStep, block.frames);
+    const double age = readFrames_ - 5 - position * readFrames_; // frames behind the newest
+    return (static_cast<double>(heard) - 1 - age) / sourceFrames_;
+}
+
+void PictureRecorder::add(const RenderedBlock& block) {
+    picture_.addOutput(block.left, block.right, block.frames);
+    GrainMap& map = picture_.map();
+    for (const GrainRecord& grain : block.grains) {
+        const double from = sourcePosition(grain.position, block, grain.frame);
+        const double length = grain.length, rate = grain.rate;
+        map.grains.push_back(
+            {.start = static_cast<double>(grain.frame) / plan_.sampleRate,
+             .length = std::max(length, 0.0),
+             .from = from,
+             .to = from + rate * std::max(length, 0.0) * readFrames_ /
+                              (plan_.use == SourceUse::live ? sourceFrames_ : readFrames_),
+             .semitones = rate > 0 ? 12 * std::log2(rate * readFrames_ / readRate_) : 0,
+             .level = double{std::max(std::abs(grain.gainL), std::abs(grain.gainR))} *
+                      double{block.amplitude},
+             .dropped = grain.dropped});
+    }
+    const std::uint64_t last = block.firstFrame + block.frames - 1;
+    if (last < plan_.playFrames)
+        picture_.addScan({static_cast<double>(last) / plan_.sampleRate,
+                          sourcePosition(block.scanPosition, block, last)});
+}
+
+void PictureRecorder::draw(Canvas& canvas, const std::string& title,
+                           const RenderStatistics& statistics, const OutputFile& file) {
+    picture_.draw(canvas, {.title = title,
+                           .settings = settingTexts(plan_),
+                           .facts = factTexts(plan_, statistics, file)});
+}
+
+} // namespace zephyra

@@ -1,0 +1,237 @@
+#include "cli/render_options.h"
+
+#include "cli/nearest_name.h"
+#include "cli/text_numbers.h"
+#include "engine/envelope_menu.h"
+#include "platform/audio_file.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <string_view>
+
+namespace zephyra {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::array<OutputType, 7> kOutputTypes = {{
+    {audio_file_type::wave, "wav", nullptr, "WAV"},
+    {audio_file_type::aiff, "aiff", "aif", "AIFF"},
+    {audio_file_type::aifc, "aifc", nullptr, "AIFC (IMA 4:1)"},
+    {audio_file_type::caff, "caf", nullptr, "CAF"},
+    {audio_file_type::next, "au", nullptr, "AU"},
+    {audio_file_type::sd2f, "sd2", nullptr, "Sound Designer II"},
+    {audio_file_type::m4af, "m4a", nullptr, "M4A (AAC)"},
+}};
+constexpr const char* kTypeNames = "wav, aiff, aifc, caf, au, sd2 or m4a";
+
+Failure wrongValue(const char* option, const std::string& typed, const std::string& right) {
+    return {std::string(option) + " takes " + right + ", not " + inQuotes(typed)};
+}
+
+/// What a step of the check says: nothing when all is well.
+using Complaint = std::optional<Failure>;
+
+Complaint readNumber(const char* option, const std::optional<std::string>& typed, double low,
+                     double high, const std::string& right, std::optional<double>& value) {
+    if (!typed) return {};
+    value = parseNumber(*typed);
+    if (!value || *value < low || *value > high) return wrongValue(option, *typed, right);
+    return {};
+}
+
+Complaint readFraction(const char* option, const std::optional<std::string>& typed,
+                       std::optional<float>& value) {
+    std::optional<double> number;
+    const Complaint wrong =
+        readNumber(option, typed, 0, 1, "a fraction of the source from 0 to 1", number);
+    if (number) value = static_cast<float>(*number);
+    return wrong;
+}
+
+Complaint readLengths(const TypedRenderOptions& typed, RenderOptions& options) {
+    if (const auto wrong = readNumber("--seconds", typed.seconds, 0, kMostSeconds,
+                                      "seconds above 0, up to 86400 (a day)", options.seconds))
+        return wrong;
+    if (options.seconds == 0.0)
+        return wrongValue("--seconds", *typed.seconds, "seconds above 0, up to 86400 (a day)");
+    if (const auto wrong = readNumber("--rate", typed.rate, kLowestRate, kHighestRate,
+                                      "Hz from 8000 to 384000", options.sampleRate))
+        return wrong;
+    options.blockFrames = kDefaultBlockFrames;
+    if (!typed.block) return {};
+    const std::optional<std::uint64_t> frames = parseWhole(*typed.block);
+    if (!frames || *frames < 1 || *frames > kMostBlockFrames)
+        return wrongValue("--block", *typed.block, "frames, a whole number from 1 to 65536");
+    options.blockFrames = static_cast<int>(*frames);
+    return {};
+}
+
+Complaint readSeed(const TypedRenderOptions& typed, RenderOptions& options) {
+    if (!typed.seed) return {};
+    const std::optional<std::uint64_t> seed = parseWhole(*typed.seed);
+    if (!seed || *seed < 1 || *seed > std::numeric_limits<std::uint32_t>::max())
+        return wrongValue("--seed", *typed.seed, "a whole number from 1 to 4294967295");
+    options.seed = static_cast<std::uint32_t>(*seed);
+    return {};
+}
+
+Complaint readSettings(const TypedRenderOptions& typed, RenderOptions& options) {
+    for (const std::string& text : typed.settings) {
+        const Result<ControlSetting> setting = parseSetting(text);
+        if (!setting) return Failure{"--set " + text + ": " + setting.message()};
+        options.settings.push_back(setting.value());
+    }
+    for (const std::string& text : typed.timedSettings) {
+        const Result<TimedSetting> setting = parseTimedSetting(text);
+        if (!setting) return Failure{"--at " + text + ": " + setting.message()};
+        if (options.seconds && setting.value().seconds >= *options.seconds)
+            return Failure{"--at " + text + " comes after the end; --seconds is " +
+                           formatNumber(*options.seconds)};
+        auto& all = options.timedSettings; // each goes behind those of its time and before
+        const auto later = std::find_if(all.begin(), all.end(), [&](const TimedSetting& other) {
+            return other.seconds > setting.value().seconds;
+        });
+        all.insert(later, setting.value());
+    }
+    return {};
+}
+
+Complaint readEnvelope(const TypedRenderOptions& typed, RenderOptions& options) {
+    options.envelope = kDefaultEnvelope;
+    if (!typed.envelope) return {};
+    const std::optional<std::size_t> found = findEnvelope(*typed.envelope);
+    if (!found) {
+        constexpr std::string_view kPrefix = "Grain Envelope: ";
+        std::vector<std::string_view> names;
+        for (const std::string_view entry : kEnvelopeMenu)
+            names.push_back(entry.substr(kPrefix.size()));
+        return Failure{"--envelope: there is no " + inQuotes(*typed.envelope) +
+                       "; the nearest is " + inQuotes(nearestName(*typed.envelope, names)) +
+                       " (`zephyra envelopes` lists all)"};
+    }
+    options.envelope = *found;
+    return {};
+}
+
+const OutputType* findType(std::string_view name) {
+    const std::string plain = plainName(name);
+    const auto type = std::find_if(kOutputTypes.begin(), kOutputTypes.end(), [&](const auto& one) {
+        return plain == one.name || (one.otherName && plain == one.otherName);
+    });
+    return type == kOutputTypes.end() ? nullptr : type;
+}
+
+/// The type from --type, else from OUT's extension, else WAV; OUT from INPUT's name if need be.
+Complaint readOutput(const TypedRenderOptions& typed, RenderOptions& options) {
+    const OutputType* type = kOutputTypes.data();
+    if (typed.type) {
+        type = findType(*typed.type);
+        if (!type) return wrongValue("--type", *typed.type, kTypeNames);
+    }
+    if (typed.output) {
+        options.output = *typed.output;
+        const std::string extension = options.output.extension().string();
+        if (options.output.empty()) return wrongValue("-o", "", "a file name");
+        if (!typed.type && !extension.empty()) type = findType(extension);
+        if (!type)
+            return Failure{"-o " + *typed.output + ": no type " + inQuotes(extension) +
+                           " can be written; use the extension " + kTypeNames + ", or --type"};
+    } else {
+        options.output = options.input.stem();
+        options.output += std::string("-grains.") + type->name;
+    }
+    options.type = *type;
+    if (options.floats && type->code != audio_file_type::wave)
+        return Failure{"--float is for WAV only, not " + std::string(type->title) +
+                       "; name OUT .wav or leave --float out"};
+    return {};
+}
+
+/// The same file, whether or not it exists yet.
+bool sameFile(const fs::path& a, const fs::path& b) {
+    std::error_code first, second;
+    const fs::path left = fs::weakly_canonical(fs::absolute(a, first), first);
+    const fs::path right = fs::weakly_canonical(fs::absolute(b, second), second);
+    return !first && !second && left == right;
+}
+
+Complaint readFiles(const TypedRenderOptions& typed, RenderOptions& options) {
+    options.input = typed.input;
+    if (typed.input.empty()) return Failure{"INPUT is empty; name a sound file"};
+    if (const auto wrong = readOutput(typed, options)) return wrong;
+    if (sameFile(options.input, options.output))
+        return Failure{"OUT would replace INPUT " + typed.input + "; choose another name with -o"};
+    if (!typed.picture) return {};
+    options.picture = *typed.picture;
+    if (plainName(options.picture->extension().string()) != "png")
+        return wrongValue("--picture", *typed.picture, "a file name that ends in .png");
+    if (sameFile(*options.picture, options.output) || sameFile(*options.picture, options.input))
+        return Failure{"--picture " + *typed.picture + " names a sound's file; choose another"};
+    return {};
+}
+
+} // namespace
+
+void declareRenderOptions(CLI::App& command, TypedRenderOptions& typed) {
+    command.add_option("INPUT", typed.input, "The sound file to granulate")
+        ->required()
+        ->option_text(" ");
+    const auto option = [&command](const char* names, auto& value, const char* placeholder,
+                                   const char* help) {
+        return command.add_option(names, value, help)->option_text(placeholder)->expected(1);
+    };
+    option("-o,--output", typed.output, "OUT",
+           "Where to write; its extension is the type. Default: INPUT's name with \"-grains.wav\" "
+           "in the current folder");
+    option("--seconds", typed.seconds, "S",
+           "Length; the grains play throughout. Default: INPUT's own length, then the echo's tail");
+    option("--rate", typed.rate, "HZ", "Output rate, 8000 to 384000. Default: INPUT's own");
+    option("--block", typed.block, "N", "Frames per render call, 1 to 65536. Default: 512");
+    option("--seed", typed.seed, "N",
+           "1 to 4294967295: the same seed gives the same bytes. Default: from the clock");
+    const auto settings = [&](const char* name, auto& value, const char* placeholder,
+                              const char* help) {
+        option(name, value, placeholder, help)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+            ->allow_extra_args(false);
+    };
+    settings("--set", typed.settings, "NAME=VALUE",
+             "A control's value, as listed below; may be given often");
+    settings("--at", typed.timedSettings, "SECONDS:NAME=VALUE",
+             "The same from the start of the block that holds this time of the output");
+    option("--envelope", typed.envelope, "NAME",
+           "The grains' envelope, see `zephyra envelopes`. Default: Hanning");
+    option("--start", typed.start, "F", "Where the scanned part starts, a fraction of INPUT");
+    option("--end", typed.end, "F",
+           "Where it ends; before the start, the scan covers what lies between");
+    command.add_flag(
+        "--live", typed.live,
+        "Feed INPUT as live input instead of loading it: grains come from the last ten "
+        "seconds heard. Without a scan setting they follow 0.2 s behind the input");
+    option("--type", typed.type, "TYPE",
+           "wav, aiff, aifc, caf, au, sd2 or m4a, whatever OUT's name");
+    command.add_flag("--float", typed.floats, "Write 32-bit floats (WAV), which nothing limits");
+    option("--picture", typed.picture, "OUT.png",
+           "Draw the source, every grain, the output and its spectrogram");
+    command.add_flag("--quiet", typed.quiet, "Print nothing but errors");
+    command.add_flag("--json", typed.json, "Print what was rendered as JSON");
+}
+
+Result<RenderOptions> checkRenderOptions(const TypedRenderOptions& typed) {
+    RenderOptions options{};
+    options.live = typed.live;
+    options.floats = typed.floats;
+    options.quiet = typed.quiet;
+    options.json = typed.json;
+    for (const auto step : {readFiles, readLengths, readSeed, readSettings, readEnvelope})
+        if (Complaint wrong = step(typed, options)) return std::move(*wrong);
+    if (Complaint wrong = readFraction("--start", typed.start, options.start))
+        return std::move(*wrong);
+    if (Complaint wrong = readFraction("--end", typed.end, options.end)) return std::move(*wrong);
+    return options;
+}
+
+} // namespace zephyra

@@ -1,0 +1,63 @@
+// RenderOptions: what `zephyra render` was asked to do.
+#pragma once
+
+#include "cli/control_names.h"
+#include "platform/four_char_code.h"
+#include "platform/result.h"
+
+#include <CLI/App.hpp>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zephyra {
+
+/// A file type that can be written, with its names.
+struct OutputType {
+    FourCharCode code;     ///< one of audio_file_type
+    const char* name;      ///< as typed, and the extension of files that get their name from us
+    const char* otherName; ///< another extension, or null
+    const char* title;     ///< for people
+};
+
+/// The options as they were typed.
+struct TypedRenderOptions {
+    std::string input;
+    std::optional<std::string> output, seconds, rate, block, seed, envelope, start, end, type;
+    std::optional<std::string> picture;
+    std::vector<std::string> settings, timedSettings;
+    bool live = false, floats = false, quiet = false, json = false;
+};
+
+struct RenderOptions {
+    std::filesystem::path input;
+    std::filesystem::path output;
+    std::optional<std::filesystem::path> picture;
+    OutputType type;
+    std::optional<double> seconds;     ///< none: the source's own length, and the echo's tail
+    std::optional<double> sampleRate;  ///< Hz; none: the source's own
+    int blockFrames;                   ///< frames per render call
+    std::optional<std::uint32_t> seed; ///< none: from the clock
+    std::vector<ControlSetting> settings;
+    std::vector<TimedSetting> timedSettings; ///< by time, and in the order typed at equal times
+    std::size_t envelope;                    ///< position in the menu
+    std::optional<float> start, end;         ///< fractions of the source
+    bool live, floats, quiet, json;
+};
+
+inline constexpr double kMostSeconds = 24 * 3600.0; // more is a slip of the finger
+inline constexpr int kDefaultBlockFrames = 512;
+inline constexpr int kMostBlockFrames = 65536;
+inline constexpr double kLowestRate = 8000.0, kHighestRate = 384000.0; // Hz
+
+/// Declares the options of `render` on command; typed is filled while the command line is parsed
+/// and must outlive it.
+void declareRenderOptions(CLI::App& command, TypedRenderOptions& typed);
+
+/// Checks every value. A failure is a wrong usage; it names the option and what would be right.
+Result<RenderOptions> checkRenderOptions(const TypedRenderOptions& typed);
+
+} // namespace zephyra

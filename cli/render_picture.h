@@ -1,0 +1,61 @@
+// RenderPicture: one page that shows what a render did: source, grains, output and spectrum.
+#pragma once
+
+#include "cli/grain_map.h"
+#include "cli/picture_canvas.h"
+#include "cli/spectrum_columns.h"
+#include "cli/waveform_columns.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace zephyra {
+
+/// The words around the picture.
+struct PictureTexts {
+    std::string title;                 ///< the source's file name
+    std::vector<std::string> settings; ///< "Density 80 Hz", ...; the most telling first
+    std::vector<std::string> facts;    ///< "612 grains", ...; shown as a list
+};
+
+/// What the picture's scales are made for.
+struct PictureScales {
+    std::uint64_t sourceFrames;
+    double sourceRate; ///< Hz
+    std::uint64_t frames;
+    double sampleRate; ///< Hz
+};
+
+/// Order of calls: addSource, addOutput and addScan block by block, grains and events into map() in
+/// any order, draw once. Keeps what the picture's pixels need, and the grains. MAIN.
+class RenderPicture {
+public:
+    static constexpr int kWidth = 1600, kHeight = 1100; // pixels
+
+    explicit RenderPicture(const PictureScales& scales);
+
+    void addSource(std::span<const float> samples);
+    void addOutput(const float* left, const float* right, std::size_t frames);
+    /// Thinned to what the picture can show.
+    void addScan(const ScanMark& mark);
+    GrainMap& map() noexcept { return map_; }
+    const GrainMap& map() const noexcept { return map_; }
+
+    /// Draws all on an empty canvas of kWidth · kHeight.
+    void draw(Canvas& canvas, const PictureTexts& texts);
+
+private:
+    void drawHeader(Canvas& canvas, const PictureTexts& texts) const;
+    void drawSourceAndGrains(Canvas& canvas) const;
+    void drawOutput(Canvas& canvas) const;
+    void drawSpectrum(Canvas& canvas) const;
+
+    PictureScales scales_;
+    WaveformColumns source_, left_, right_;
+    SpectrumColumns spectrum_;
+    GrainMap map_;
+};
+
+} // namespace zephyra

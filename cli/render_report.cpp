@@ -1,0 +1,68 @@
+#include "cli/render_report.h"
+
+#include "cli/text_numbers.h"
+#include "engine/envelope_menu.h"
+#include "platform/cpu_level.h"
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+namespace zephyra {
+
+namespace {
+
+double secondsOf(const RenderPlan& plan) {
+    return static_cast<double>(plan.frames) / plan.sampleRate;
+}
+
+double speedOf(const RenderOutcome& outcome) {
+    return secondsOf(outcome.plan) / std::max(outcome.statistics.renderSeconds, 1e-9);
+}
+
+std::string decibelText(double level) {
+    return level > 0 ? formatFixed(20 * std::log10(level), 1) + " dB" : "silent";
+}
+
+} // namespace
+
+std::string jsonReport(const RenderOutcome& outcome) {
+    const auto& [options, plan, statistics, file] = outcome;
+    nlohmann::ordered_json json;
+    json["input"] = options.input.string();
+    json["output"] = options.output.string();
+    if (options.picture) json["picture"] = options.picture->string();
+    json["type"] = options.type.name;
+    json["float"] = options.floats;
+    json["live"] = options.live;
+    json["envelope"] = kEnvelopeMenu[plan.envelope];
+    json["sampleRate"] = plan.sampleRate;
+    json["frames"] = plan.frames;
+    json["seconds"] = secondsOf(plan);
+    json["block"] = plan.blockFrames;
+    json["seed"] = plan.seed;
+    json["peak"] = file.peak();
+    json["rms"] = file.rms();
+    json["limitedSamples"] = file.limitedSamples();
+    json["grainsStarted"] = statistics.startedGrains;
+    json["grainsDropped"] = statistics.droppedGrains;
+    json["speed"] = speedOf(outcome);
+    json["cpuLevel"] = cpuLevelName(chosenCpuLevel());
+    // File names need not be UTF-8; what is not becomes a replacement character.
+    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+std::string textReport(const RenderOutcome& outcome) {
+    const auto& [options, plan, statistics, file] = outcome;
+    std::string text = options.output.string() + ": " + formatDuration(secondsOf(plan)) + ", " +
+                       options.type.title + (options.floats ? " 32-bit float" : "") + ", stereo, " +
+                       formatNumber(plan.sampleRate) + " Hz, peak " + decibelText(file.peak()) +
+                       ", rms " + decibelText(file.rms()) + "\n";
+    text += std::to_string(statistics.startedGrains) + " grains";
+    if (statistics.droppedGrains > 0)
+        text += " (" + std::to_string(statistics.droppedGrains) + " dropped)";
+    text += ", seed " + std::to_string(plan.seed) + ", rendered at " +
+            formatFixed(speedOf(outcome), 0) + " times real time\n";
+    return text;
+}
+
+} // namespace zephyra

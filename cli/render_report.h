@@ -1,0 +1,26 @@
+// jsonReport and textReport: what `zephyra render` tells about what it did.
+#pragma once
+
+#include "cli/offline_render.h"
+#include "cli/output_file.h"
+#include "cli/render_options.h"
+
+#include <string>
+
+namespace zephyra {
+
+/// All that a report is made of.
+struct RenderOutcome {
+    const RenderOptions& options;
+    const RenderPlan& plan;
+    const RenderStatistics& statistics;
+    const OutputFile& file;
+};
+
+/// A JSON object for scripts, with a line end.
+std::string jsonReport(const RenderOutcome& outcome);
+
+/// Two lines for people, each with a line end.
+std::string textReport(const RenderOutcome& outcome);
+
+} // namespace zephyra

@@ -1,0 +1,65 @@
+#include "cli/text_numbers.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+
+namespace zephyra {
+
+namespace {
+
+/// The number that fills the whole text.
+template <typename Number>
+std::optional<Number> parseAll(std::string_view text) {
+    Number value{};
+    const char* const end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc() || stopped != end) return std::nullopt;
+    return value;
+}
+
+template <typename Number, typename... Format>
+std::string formatChars(Number value, Format... format) {
+    char text[400]; // a double in fixed notation has up to 309 digits before the point
+    const auto [end, error] = std::to_chars(text, text + sizeof text, value, format...);
+    return error == std::errc() ? std::string(text, end) : std::string();
+}
+
+} // namespace
+
+std::optional<double> parseNumber(std::string_view text) {
+    if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
+    const auto value = parseAll<double>(text);
+    return value && std::isfinite(*value) ? value : std::nullopt;
+}
+
+std::optional<std::uint64_t> parseWhole(std::string_view text) {
+    return parseAll<std::uint64_t>(text);
+}
+
+std::string formatNumber(double value) {
+    return formatChars(value);
+}
+
+std::string formatNumber(float value) {
+    return formatChars(value);
+}
+
+std::string formatFixed(double value, int decimals) {
+    return formatChars(value, std::chars_format::fixed, decimals);
+}
+
+std::string formatDuration(double seconds) {
+    if (seconds < 9.995) return formatFixed(seconds, 2) + " s";
+    if (seconds < 59.95) return formatFixed(seconds, 1) + " s";
+    const auto whole = static_cast<unsigned long long>(std::llround(seconds));
+    char text[64];
+    if (whole < 3600)
+        std::snprintf(text, sizeof text, "%llu:%02llu min", whole / 60, whole % 60);
+    else
+        std::snprintf(text, sizeof text, "%llu:%02llu:%02llu h", whole / 3600, whole / 60 % 60,
+                      whole % 60);
+    return text;
+}
+
+} // namespace zephyra

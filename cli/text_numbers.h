@@ -1,0 +1,27 @@
+// parseNumber and formatNumber: numbers as people type and read them, in every locale alike.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zephyra {
+
+/// The whole text as a finite decimal number ("12", "-0.5", "+3", "1e3"); none for anything else.
+std::optional<double> parseNumber(std::string_view text);
+
+/// The whole text as a whole number from 0 up; none for anything else, signs included.
+std::optional<std::uint64_t> parseWhole(std::string_view text);
+
+/// The shortest text that reads back as value: "0.5", "220", "1e-07".
+std::string formatNumber(double value);
+std::string formatNumber(float value);
+
+/// value with a fixed number of decimals, 0 to 9.
+std::string formatFixed(double value, int decimals);
+
+/// Seconds as a length for people: "0.25 s", "12.3 s", "4:05 min", "1:02:03 h".
+std::string formatDuration(double seconds);
+
+} // namespace zephyra

@@ -1,0 +1,37 @@
+// WaveformColumns: a signal of any length reduced to one lowest, highest and mean level per column.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace zephyra {
+
+/// Made for a signal whose length is known, then fed in order; what comes beyond is ignored. Takes
+/// memory for the columns only. MAIN.
+class WaveformColumns {
+public:
+    struct Column {
+        float low = 0, high = 0;
+        double squares = 0;
+        std::uint64_t frames = 0;
+
+        /// Root mean square; 0 for a column without frames.
+        double rms() const noexcept;
+    };
+
+    /// frames and columns of at least 1.
+    WaveformColumns(std::uint64_t frames, std::size_t columns);
+
+    void add(const float* samples, std::size_t count);
+
+    /// The columns; one on which no frame falls shows its predecessor.
+    std::vector<Column> columns() const;
+
+private:
+    std::uint64_t frames_;
+    std::uint64_t seen_ = 0;
+    std::vector<Column> columns_;
+};
+
+} // namespace zephyra

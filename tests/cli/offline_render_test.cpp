@@ -1,0 +1,159 @@
+// OfflineRender against the engine called by hand, and how long the echo is waited for.
+
+#include "cli/echo_tail.h"
+#include "cli/offline_render.h"
+#include "cli/render_plan.h"
+#include "engine/envelope_menu.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace zephyra {
+namespace {
+
+std::shared_ptr<mokSample> makeSource() {
+    auto source = std::make_shared<mokSample>(20000, 44100.0f);
+    for (std::uint64_t n = 0; n < source->size; ++n)
+        source->getPtr()[n] =
+            std::sin(static_cast<float>(n) * 0.07f); // peak 1: Normalize does nothing
+    source->getPtr()[100] = 1.0f;
+    source->writeGuardPoint();
+    return source;
+}
+
+TEST(OfflineRender, GivesTheEnginesOwnSamplesBlockForBlock) {
+    const std::shared_ptr<mokSample> source = makeSource();
+    RenderPlan plan{.sampleRate = 48000,
+                    .playFrames = 10000,
+                    .frames = 10000,
+                    .blockFrames = 300,
+                    .seed = 77,
+                    .envelope = kDefaultEnvelope,
+                    .use = SourceUse::loaded,
+                    .settings = {{ControlId::pitch, 7}, {ControlId::density, 200}},
+                    .timedSettings = {{0.1, {ControlId::width, 1}}}, // frame 4800: block 16
+                    .start = 0.25f,
+                    .end = 0.5f};
+    std::vector<float> left, right;
+    OfflineRender render(plan);
+    ASSERT_TRUE(render.prepare(source));
+    ASSERT_TRUE(render.run([&](const RenderedBlock& block) -> Result<void> {
+        EXPECT_EQ(block.firstFrame, left.size());
+        left.insert(left.end(), block.left, block.left + block.frames);
+        right.insert(right.end(), block.right, block.right + block.frames);
+        return {};
+    }));
+    ASSERT_EQ(left.size(), 10000u);
+
+    const std::shared_ptr<mokWindow> window = makeEnvelope(kDefaultEnvelope);
+    mokGranulatorSF engine(source.get(), window.get(), mokGranulatorSF::kVoices, 48000.0f);
+    engine.setRandomSeed(77);
+    engine.setLength(85); // in their unit, the defaults differ in the last bit
+    engine.setJittering(5);
+    engine.setRndLength(0.5f);
+    engine.setRndDensity(0.5f);
+    engine.setPitch(7);
+    engine.setDensity(200);
+    engine.setStart(0.25f);
+    engine.setEnd(0.5f);
+    engine.granularOn = true;
+    for (int first = 0; first < 10000; first += 300) {
+        if (first == 4800) engine.setWidth(1);
+        std::vector<float> outL(300), outR(300);
+        AudioBuffer buffers[2] = {{.mData = outL.data()}, {.mData = outR.data()}};
+        const int frames = std::min(300, 10000 - first);
+        engine.GranularStreamProcessing(frames, {.mNumberBuffers = 2, .mBuffers = buffers});
+        for (int n = 0; n < frames; ++n) {
+            ASSERT_EQ(left[static_cast<std::size_t>(first + n)], outL[static_cast<std::size_t>(n)])
+                << "frame " << first + n;
+            ASSERT_EQ(right[static_cast<std::size_t>(first + n)], outR[static_cast<std::size_t>(n)])
+                << "frame " << first + n;
+        }
+    }
+}
+
+TEST(OfflineRender, InTheTailNoGrainStartsAndNothingBreaksOff) {
+    RenderPlan plan{.sampleRate = 44100,
+                    .playFrames = 5000,
+                    .frames = 15000,
+                    .blockFrames = 512,
+                    .seed = 5,
+                    .envelope = kDefaultEnvelope,
+                    .use = SourceUse::loaded,
+                    .settings = {{ControlId::density, 400}},
+                    .timedSettings = {{0.2, {ControlId::amplitude, 1}}}, // in the tail
+                    .start = {},
+                    .end = {}};
+    std::vector<float> left;
+    std::uint64_t grains = 0;
+    OfflineRender render(plan);
+    ASSERT_TRUE(render.prepare(makeSource()));
+    const auto statistics = render.run([&](const RenderedBlock& block) -> Result<void> {
+        left.insert(left.end(), block.left, block.left + block.frames);
+        grains += block.grains.size();
+        for (const GrainRecord& grain : block.grains) EXPECT_LT(grain.frame, 5000u);
+        return {};
+    });
+    ASSERT_TRUE(statistics);
+    EXPECT_EQ(statistics.value().startedGrains + statistics.value().droppedGrains, grains);
+    // Grains last at most 85 ms and a quarter more; none steps to silence at once.
+    const auto at = [&left](std::size_t frame) { return std::abs(left[frame]); };
+    float loud = 0, silent = 0;
+    for (std::size_t n = 5000; n < 5500; ++n) loud = std::max(loud, at(n));
+    for (std::size_t n = 5000 + 4686; n < 15000; ++n) silent = std::max(silent, at(n));
+    EXPECT_GT(loud, 0.1f);
+    EXPECT_EQ(silent, 0.0f);
+}
+
+TEST(RenderPlan, LengthRateAndSeedComeFromTheSourceAndTheClock) {
+    RenderOptions options{};
+    options.blockFrames = kDefaultBlockFrames;
+    const SoundFileInfo source{.format = "", .channels = 1, .sampleRate = 22050, .frames = 11025};
+    const auto own = makeRenderPlan(options, source);
+    ASSERT_TRUE(own);
+    EXPECT_EQ(own.value().sampleRate, 22050);
+    EXPECT_EQ(own.value().frames, 11025u);
+    EXPECT_NE(own.value().seed, 0u);
+
+    options.sampleRate = 44100;
+    EXPECT_EQ(makeRenderPlan(options, source).value().frames, 22050u);
+    options.live = true;
+    EXPECT_FALSE(makeRenderPlan(options, source));
+}
+
+TEST(RenderPlan, LiveInputIsScannedAtADistanceUnlessAScanSettingIsGiven) {
+    RenderOptions options{};
+    options.blockFrames = kDefaultBlockFrames;
+    options.live = true;
+    const SoundFileInfo source{.format = "", .channels = 1, .sampleRate = 44100, .frames = 44100};
+    const ControlValues values = controlsAt(makeRenderPlan(options, source).value(), 0);
+    EXPECT_EQ(values[static_cast<std::size_t>(ControlId::scanning)], 0);
+    EXPECT_NEAR(values[static_cast<std::size_t>(ControlId::scrubbingWave)],
+                (441000 - 5 - 8820) / 441000.0, 1e-6);
+    options.start = 0.1f;
+    EXPECT_TRUE(makeRenderPlan(options, source).value().settings.empty());
+    options.start.reset();
+    options.settings = {{ControlId::scanning, 2}};
+    EXPECT_EQ(makeRenderPlan(options, source).value().settings.size(), 1u);
+}
+
+TEST(EchoTail, LastsUntilEveryRepeatIsSixtyDecibelsDown) {
+    const struct {
+        EchoSide left, right;
+        double rate, seconds;
+    } cases[] = {
+        {{0.5, 0}, {0.25, 0}, 44100, 0.5},              // one repeat each
+        {{0.5, 0.11}, {0.25, 0}, 44100, 2.0},           // 1, 0.11, 0.0121, 0.00133
+        {{0.1, 0.5}, {0.25, 0}, 44100, 1.0},            // 0.5 to the power of 9 is above 0.001
+        {{0.1, 0}, {0.25, 0.2}, 44100, 1.25},           // 0.2 to the power of 4 is above 0.001
+        {{0.5, 0}, {0.25, 0}, 22050, 1.0},              // the same samples take twice the time
+        {{4.6, 0}, {0.25, 0}, 44100, 200000 / 44100.0}, // the echo's longest delay
+        {{4.5, 0.98}, {0.25, 0}, 44100, kLongestEchoTail},
+    };
+    for (const auto& one : cases)
+        EXPECT_DOUBLE_EQ(echoTail(one.left, one.right, one.rate), one.seconds)
+            << one.left.delay << " " << one.left.gain;
+}
+
+} // namespace
+} // namespace zephyra

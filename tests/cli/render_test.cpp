@@ -1,0 +1,258 @@
+// `zephyra render` from the outside: which file comes out, and when the same one does.
+
+#include "tests/cli/program.h"
+#include "tests/support/other_program.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+namespace zephyra {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+class Render : public testing::Test {
+protected:
+    Render() { writeWav(folder / "in.wav", tone(22050)); }
+
+    ProgramRun render(const std::string& arguments, const std::string& before = "") const {
+        return runZephyra(folder, "render in.wav " + arguments, before);
+    }
+    /// The bytes of the file that a quiet render writes.
+    std::string bytes(const std::string& arguments) const {
+        const ProgramRun run = render("--quiet -o bytes.wav " + arguments);
+        EXPECT_EQ(run.code, 0) << run.err;
+        EXPECT_EQ(run.out, "");
+        EXPECT_THAT(run.err, testing::Not(HasSubstr("zephyra:"))); // a sanitizer may have its say
+        return readText(folder / "bytes.wav");
+    }
+    json report(const std::string& arguments) const {
+        const ProgramRun run = render("--json " + arguments);
+        EXPECT_EQ(run.code, 0) << run.err;
+        return json::parse(run.out, nullptr, false);
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(Render, TheSameSeedAndBlockGiveTheSameBytesOnEveryRun) {
+    const std::string set = "--envelope Random --set 'rnd pitch=12' --set Width=1 --block 300 "
+                            "--picture p.png --seed ";
+    const std::string once = bytes(set + "7"), picture = readText(folder / "p.png");
+    EXPECT_EQ(bytes(set + "7"), once);
+    EXPECT_EQ(readText(folder / "p.png"), picture);
+    EXPECT_NE(bytes(set + "9"), once);
+    EXPECT_NE(readText(folder / "p.png"), picture);
+}
+
+TEST_F(Render, WithoutASeedTheReportedOneRepeatsTheRender) {
+    const json first = report("-o first.wav --envelope Random");
+    bytes("--envelope Random --seed " + first["seed"].dump());
+    EXPECT_EQ(readText(folder / "bytes.wav"), readText(folder / "first.wav"));
+}
+
+TEST_F(Render, NamesAreForgivingAboutCaseSpacesAndPunctuation) {
+    const std::string plain = bytes("--seed 5 --set 'Rnd Pitch=7' --envelope Blackman-Harris");
+    EXPECT_EQ(bytes("--seed 5 --set rnd_PITCH=7.0 --envelope 'grain envelope: blackman harris'"),
+              plain);
+    EXPECT_NE(bytes("--seed 5 --set 'Rnd Pitch=8' --envelope Blackman-Harris"), plain);
+}
+
+TEST_F(Render, TheFileTypeFollowsTheExtensionUnlessATypeIsGiven) {
+    const struct {
+        const char *arguments, *file, *format; // the type and coding, as libsndfile numbers them
+    } cases[] = {
+        {"-o o.wav", "o.wav", "0x00010002"},
+        {"-o plain", "plain", "0x00010002"},
+        {"-o o.aif", "o.aif", "0x00020002"},
+        {"-o o.AIFF", "o.AIFF", "0x00020002"},
+        {"-o o.aifc", "o.aifc", "0x00020012"},
+        {"-o o.caf", "o.caf", "0x00180002"},
+        {"-o o.au", "o.au", "0x00030002"},
+        {"-o o.sd2", "o.sd2", "0x00160002"},
+        {"-o o.dat --type au", "o.dat", "0x00030002"},
+        {"--type caf", "in-grains.caf", "0x00180002"},
+        {"", "in-grains.wav", "0x00010002"},
+        {"-o f.wav --float", "f.wav", "0x00010006"},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.arguments);
+        ASSERT_EQ(render(one.arguments).code, 0);
+        const std::string seen =
+            outputOf("sndfile-info '" + (folder / one.file).string() + "' 2>&1");
+        EXPECT_THAT(seen, HasSubstr(one.format));
+        EXPECT_THAT(seen, HasSubstr("Channels    : 2"));
+    }
+    ASSERT_EQ(render("-o o.m4a").code, 0);
+    EXPECT_THAT(outputOf("ffprobe -v error -show_streams " + (folder / "o.m4a").string()),
+                HasSubstr("codec_name=aac"));
+}
+
+TEST_F(Render, SettingsAtATimeHoldFromTheStartOfTheirBlock) {
+    // 0.1 s is frame 4410, which lies in the block of frames 4096 to 5119.
+    const std::string floats = "--float --seed 3 --block 1024 --set Scanning=0.5 ";
+    const std::string plain = bytes(floats), changed = bytes(floats + "--at 0.1:Amplitude=0");
+    const std::size_t header = plain.size() - 22050 * 8, frame = 8;
+    const auto differs = std::mismatch(plain.begin(), plain.end(), changed.begin()).first;
+    const auto first = static_cast<std::size_t>(differs - plain.begin() - header) / frame;
+    EXPECT_GE(first, 4096u);
+    EXPECT_EQ(bytes(floats + "--at 0.0929:Amplitude=0"), changed) << "frame 4096 is in it too";
+    EXPECT_NE(bytes(floats + "--at 0.0928:Amplitude=0"), changed) << "frame 4092 is not";
+    EXPECT_EQ(bytes(floats + "--at 0.1:Amplitude=1 --at 0.1:Amplitude=0 --at 0:Pan=0"), changed)
+        << "the later of two at one time wins";
+}
+
+TEST_F(Render, TheReportTellsWhatWasRendered) {
+    const json seen = report("-o o.wav --seconds 0.25 --rate 48000 --block 64 --seed 11");
+    EXPECT_EQ(seen["frames"], 12000);
+    EXPECT_EQ(seen["sampleRate"], 48000);
+    EXPECT_EQ(seen["seconds"], 0.25);
+    EXPECT_EQ(seen["block"], 64);
+    EXPECT_EQ(seen["seed"], 11);
+    EXPECT_EQ(seen["output"], "o.wav");
+    EXPECT_NEAR(seen["grainsStarted"].get<int>(), 0.25 * 50, 4);
+    EXPECT_EQ(seen["grainsDropped"], 0);
+    EXPECT_GT(seen["speed"], 0);
+    EXPECT_GT(seen["peak"], seen["rms"]);
+    EXPECT_GT(seen["rms"], 0.01);
+    EXPECT_GT(report("--set Density=400 --set Length=500")["grainsDropped"], 50);
+    EXPECT_EQ(report("--set Amplitude=0")["peak"], 0);
+}
+
+TEST_F(Render, TheEchoAddsItsTailToTheSourcesLength) {
+    EXPECT_EQ(report("")["frames"], 22050);
+    const json tailed =
+        report("--set EchoSwitch=on --set LeftGain=0 --set RightGain=0.1 --set "
+               "LeftDelay=1 --set RightDelay=0.2 --set Length=100 --set RndLength=0");
+    // The left delay's one repeat ends later than the right one's four; then the last grain's end.
+    EXPECT_NEAR(tailed["frames"].get<double>(), 22050 + 44100 + 4410, 1);
+    EXPECT_EQ(report("--set EchoSwitch=on --seconds 1")["frames"], 44100);
+    EXPECT_EQ(report("--set EchoSwitch=on --at 0.1:EchoSwitch=off")["frames"], 22050);
+}
+
+TEST_F(Render, LiveInputIsHeardAFifthOfASecondLater) {
+    std::vector<std::int16_t> late(44100);
+    std::fill(late.begin() + 22050, late.end(), std::int16_t{16000}); // silence, then a step
+    writeWav(folder / "in.wav", late);
+    ASSERT_EQ(render("--live --float -o live.wav --set Density=400 --set Length=20 --set "
+                     "Jittering=0 --set RndLength=0 --envelope Rectangular --seed 1")
+                  .code,
+              0);
+    const auto samples = decodedByOtherProgram(folder / "live.wav");
+    ASSERT_EQ(samples.size(), 88200u);
+    const auto loud = std::find_if(samples.begin(), samples.end(),
+                                   [](std::int32_t sample) { return std::abs(sample) > 1 << 20; });
+    const double heard = static_cast<double>(loud - samples.begin()) / 2;
+    // Grains read on for up to 20 ms; a block is handed over before it is rendered.
+    EXPECT_NEAR(heard, 22050 + 8820, 882 + 512);
+}
+
+TEST_F(Render, AnExistingFileStaysUntilTheNewOneIsComplete) {
+    writeText(folder / "out.wav", "precious");
+    writeText(folder / "p.png", "precious too");
+    const auto before = folder.entries();
+    const ProgramRun full = render("-o out.wav --seconds 5 --picture p.png", "ulimit -f 64 &&");
+    EXPECT_EQ(full.code, 1);
+    EXPECT_THAT(full.err, HasSubstr("out.wav"));
+    EXPECT_EQ(std::count(full.err.begin(), full.err.end(), '\n'), 1) << full.err;
+    // Asked to stop as soon as its half-written file can be seen.
+    const ProgramRun stopped =
+        render("-o out.wav --seconds 80000 --set Density=400 & for i in $(seq 500); do "
+               "test -n \"$(ls -d .zephyra-* 2>&-)\" && break; sleep 0.02; done; kill $!; wait $!");
+    EXPECT_EQ(stopped.code, 1);
+    EXPECT_THAT(stopped.err, HasSubstr("interrupted; out.wav was not written"));
+    EXPECT_EQ(readText(folder / "out.wav"), "precious");
+    EXPECT_EQ(readText(folder / "p.png"), "precious too");
+    EXPECT_EQ(folder.entries(), before) << "something half-written was left behind";
+}
+
+TEST_F(Render, SixteenBitFilesAreLimitedAndTheUserIsTold) {
+    const std::string loud = "--set Amplitude=1 --set Density=400 --set Length=50 --seed 1 ";
+    const ProgramRun run = render(loud + "-o o.wav");
+    EXPECT_EQ(run.code, 0);
+    EXPECT_THAT(run.err, HasSubstr("exceeded full scale"));
+    EXPECT_EQ(render(loud + "-o o.wav --quiet").err, "");
+    EXPECT_EQ(render(loud + "-o o.wav --float").err, "");
+    EXPECT_GT(report(loud)["peak"], 1.5);
+}
+
+TEST_F(Render, PicturesArePngFilesOfTheirSizeWithAHeaderThatOpens) {
+    ASSERT_EQ(render("--picture p.png").code, 0);
+    ASSERT_EQ(runZephyra(folder, "envelopes --picture e.png").code, 0);
+    const auto size = [this](const char* file) {
+        return outputOf(
+            "ffprobe -v error -show_entries stream=codec_name,width,height -of csv=p=0 " +
+            (folder / file).string());
+    };
+    EXPECT_EQ(size("p.png"), "png,1600,1100\n");
+    EXPECT_EQ(size("e.png"), "png,1600,940\n");
+}
+
+TEST_F(Render, ExtremesOfEverySettingStillGiveAFileAndAPicture) {
+    writeWav(folder / "one.wav", {12345});
+    writeWav(folder / "low.wav", tone(500), 150); // a rate that nothing is written at
+    const char* cases[] = {
+        "one.wav",
+        "one.wav --set Length=2000 --set Density=400 --seconds 0.5",
+        "one.wav --live",
+        "low.wav",
+        "in.wav --seconds 0.00001",
+        "in.wav --block 1 --seconds 0.01",
+        "in.wav --block 65536 --live --set Scanning=4 --set Jittering=1000",
+        "in.wav --start 0.5 --end 0.5",
+        "in.wav --start 0.9 --end 0.1 --set Scanning=-4",
+        "in.wav --set Normalize=0 --set Amplitude=0 --set Density=0.5",
+        "in.wav --set Pitch=24 --set RndPitch=24 --set RndLength=1 --set RndDensity=1",
+        "in.wav --at 0:ScrubbingWave=1 --at 0.2:ScrubbingWave=0.5 --at 0.2:Scanning=0",
+        "in.wav --rate 384000 --set RingModulationSwitch=on --set RingModulationFrequency=8000",
+    };
+    for (const char* arguments : cases) {
+        SCOPED_TRACE(arguments);
+        const ProgramRun run =
+            runZephyra(folder, std::string("render ") + arguments + " -o o.wav --picture o.png");
+        EXPECT_EQ(run.code, 0) << run.err;
+        EXPECT_THAT(outputOf("sndfile-info " + (folder / "o.wav").string()),
+                    HasSubstr("Channels    : 2"));
+        EXPECT_EQ(readText(folder / "o.png").substr(1, 3), "PNG");
+        std::filesystem::remove(folder / "o.wav");
+        std::filesystem::remove(folder / "o.png");
+    }
+}
+
+TEST_F(Render, FileNamesMayBeAnything) {
+    const std::string odd = "odd name \xC3\xA4 \xFF.wav"; // spaces, UTF-8, and a byte that is none
+    writeWav(folder / odd, tone(2000));
+    const ProgramRun run =
+        runZephyra(folder, "render '" + odd + "' --json --picture 'p \xFF.png' --seed 1");
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(json::parse(run.out, nullptr, false).value("frames", 0), 2000);
+    EXPECT_TRUE(std::filesystem::exists(folder / "odd name \xC3\xA4 \xFF-grains.wav"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "p \xFF.png"));
+}
+
+TEST(Commands, InfoTellsFormatLengthPeakAndLoudness) {
+    const TemporaryFolder folder;
+    writeWav(folder / "in.wav", tone(44100));
+    const json seen = json::parse(runZephyra(folder, "info in.wav --json").out, nullptr, false);
+    EXPECT_EQ(seen["channels"], 1);
+    EXPECT_EQ(seen["sampleRate"], 44100);
+    EXPECT_EQ(seen["frames"], 44100);
+    EXPECT_NEAR(seen["peakDecibels"].get<double>(), -6.02, 0.01);
+    EXPECT_NEAR(seen["loudnessLufs"].get<double>(), -6.02 - 3.7,
+                0.5); // a sine's mean power, K-weighted
+    EXPECT_THAT(runZephyra(folder, "info in.wav").out, HasSubstr("1.00 s (44100 frames)"));
+    writeWav(folder / "zero.wav", std::vector<std::int16_t>(100));
+    EXPECT_THAT(runZephyra(folder, "info zero.wav").out, HasSubstr("peak      silent"));
+}
+
+TEST(Commands, EnvelopesListsTheMenuInItsOrder) {
+    const TemporaryFolder folder;
+    const std::string menu = runZephyra(folder, "envelopes").out;
+    EXPECT_EQ(std::count(menu.begin(), menu.end(), '\n'), 12);
+    EXPECT_THAT(menu, testing::StartsWith("Grain Envelope: Gaussian\n"));
+    EXPECT_THAT(menu, testing::EndsWith("Grain Envelope: Random\n"));
+}
+
+} // namespace
+} // namespace zephyra

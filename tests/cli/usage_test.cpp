@@ -1,0 +1,111 @@
+// What the program says to wrong usage and to files it cannot read or write.
+
+#include "tests/cli/program.h"
+
+#include <algorithm>
+#include <gmock/gmock.h>
+
+namespace zephyra {
+namespace {
+
+using testing::HasSubstr;
+
+struct Case {
+    const char* arguments;
+    int code;
+    const char* said; ///< part of the one line on standard error
+};
+
+TEST(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
+    const TemporaryFolder folder;
+    writeWav(folder / "in.wav", tone(2000));
+    writeText(folder / "text.wav", "no sound at all, and long enough to look at");
+    std::filesystem::create_directory(folder / "folder.wav");
+    const Case cases[] = {
+        {"", 2, "a command is missing: render, info or envelopes"},
+        {"rendr in.wav", 2, "nearest is render"},
+        {"--foo", 2, "there is no option \"--foo\""},
+        {"render --foo", 2, "there is no option \"--foo\""},
+        {"envelopes in.wav", 2, "only options"},
+        {"render", 2, "needs the name of a sound file"},
+        {"info", 2, "needs the name of a sound file"},
+        {"render in.wav other.wav", 2, "\"other.wav\" is one file too many"},
+        {"render in.wav --set Pan=1 Width=1", 2, "write --set before each NAME=VALUE"},
+        {"render in.wav --secnds 3", 2, "nearest is --seconds"},
+        {"render in.wav --seed", 2, "--seed needs a value"},
+        {"render in.wav --seed 1 --seed 2", 2, "--seed can only be given once"},
+        {"render in.wav --set Densty=50", 2, "nearest is \"Density\""},
+        {"render in.wav --set Density=401", 2, "Density takes 0.5 to 400 Hz, not \"401\""},
+        {"render in.wav --set Density=nan", 2, "Density takes 0.5 to 400 Hz"},
+        {"render in.wav --set Density=50Hz", 2, "Density takes 0.5 to 400 Hz"},
+        {"render in.wav --set Density=", 2, "Density takes 0.5 to 400 Hz"},
+        {"render in.wav --set Pitch=-24.1", 2, "-24 to 24 semitones"},
+        {"render in.wav --set EchoSwitch=2", 2, "on or off"},
+        {"render in.wav --set Density", 2, "write NAME=VALUE"},
+        {"render in.wav --set 'dry wet=50'", 2, "comes with the audio unit"},
+        {"render in.wav --set play-stop=1", 2, "comes with the audio unit"},
+        {"render in.wav --set FREEZE=1", 2, "comes with the audio unit"},
+        {"render in.wav --at 0:live=1", 2, "comes with the audio unit"},
+        {"render in.wav --set 'fade in=1'", 2, "there is no control"},
+        {"render in.wav --at Pitch=7", 2, "write SECONDS:NAME=VALUE"},
+        {"render in.wav --at -1:Pitch=7", 2, "write SECONDS:NAME=VALUE"},
+        {"render in.wav --at 1:Pitch=7", 2, "comes after the end at 0.045 s"},
+        {"render in.wav --seconds 2 --at 2:Pitch=7", 2, "comes after the end"},
+        {"render in.wav --seconds 0", 2, "seconds above 0"},
+        {"render in.wav --seconds nan", 2, "seconds above 0"},
+        {"render in.wav --seconds -1", 2, "seconds above 0"},
+        {"render in.wav --seconds 86401", 2, "seconds above 0"},
+        {"render in.wav --rate 7999", 2, "Hz from 8000 to 384000"},
+        {"render in.wav --block 0", 2, "from 1 to 65536"},
+        {"render in.wav --block 1.5", 2, "from 1 to 65536"},
+        {"render in.wav --seed 0", 2, "1 to 4294967295"},
+        {"render in.wav --seed 4294967296", 2, "1 to 4294967295"},
+        {"render in.wav --envelope Hannin", 2, "nearest is \"Hanning\""},
+        {"render in.wav --start 1.1", 2, "from 0 to 1"},
+        {"render in.wav --type mp3", 2, "wav, aiff, aifc, caf, au, sd2 or m4a"},
+        {"render in.wav -o out.mp3", 2, "wav, aiff, aifc, caf, au, sd2 or m4a"},
+        {"render in.wav -o out.aif --float", 2, "--float is for WAV only"},
+        {"render in.wav -o ./in.wav", 2, "would replace INPUT"},
+        {"render in.wav --picture p.jpg", 2, "ends in .png"},
+        {"render in.wav -o p.png --type wav --picture p.png", 2, "choose another"},
+        {"render in.wav --live --rate 48000", 2, "own 44100 Hz"},
+        {"envelopes --picture p.jpg", 2, "ends in .png"},
+        {"render none.wav", 1, "none.wav"},
+        {"render text.wav", 1, "text.wav"},
+        {"render folder.wav", 1, "folder.wav"},
+        {"info text.wav", 1, "text.wav"},
+        {"render in.wav -o none/out.wav", 1, "none/out.wav"},
+        {"render in.wav -o folder.wav", 1, "folder.wav"},
+        {"render in.wav --picture none/p.png", 1, "none/p.png"},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.arguments);
+        const auto before = folder.entries();
+        const ProgramRun run = runZephyra(folder, one.arguments);
+        EXPECT_EQ(run.code, one.code);
+        EXPECT_THAT(run.err, HasSubstr(one.said));
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(folder.entries(), before) << "a file was left behind";
+    }
+}
+
+TEST(Usage, HelpListsEveryControlWithItsRangeAndExamples) {
+    const TemporaryFolder folder;
+    const ProgramRun run = runZephyra(folder, "render --help");
+    EXPECT_EQ(run.code, 0);
+    for (const char* part : {"Ring Modulation Frequency", "0.1 to 8000 Hz", "Normalize", "--at",
+                             "start of the block", "Examples:"})
+        EXPECT_THAT(run.out, HasSubstr(part));
+}
+
+TEST(Usage, AClosedStandardOutputIsAFailure) {
+    const TemporaryFolder folder;
+    writeWav(folder / "in.wav", tone(2000));
+    const ProgramRun run = runZephyra(folder, "info in.wav >/dev/full");
+    EXPECT_EQ(run.code, 1);
+    EXPECT_THAT(run.err, HasSubstr("standard output"));
+}
+
+} // namespace
+} // namespace zephyra
