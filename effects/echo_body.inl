@@ -1,8 +1,7 @@
 // The echo's block loop, included inside an anonymous namespace after vector_lanes.inl.
 //
 // At rest the delay is constant, so the read position r = (write index + size) - delay climbs by
-// exactly 1 as long as its rounding is the same: a block falls
-// into runs with one fraction and contiguous reads and writes that do not meet. While something
+// exactly 1 as long as its rounding is the same: a block falls into runs with one fraction and contiguous reads and writes that do not meet. While something
 // glides, the serial steps of times and feedbacks are worked out first for a register's samples.
 
 constexpr std::int64_t kEchoMask = kEchoLineSize - 1;
@@ -159,6 +158,19 @@ inline void echoGliding(EchoChannel* channels, EchoBlock& block) {
     channels[1] = right;
 }
 
+/// Asks for the memory that the next block begins in. The lines are far larger than the caches near
+/// the processor, and between two short blocks the grains take their place there.
+inline void fetchAhead(const EchoChannel& channel, double delay, std::int64_t frames) {
+    constexpr std::int64_t kMost = 128; // from there on the processor has seen the pattern itself
+    constexpr std::int64_t kCacheLine = 64 / sizeof(double);
+    const std::int64_t readIndex = readPosition(channel.writeIndex, delay).index;
+    const std::int64_t count = smaller(frames, kMost);
+    for (std::int64_t n = 0; n < count + kCacheLine; n += kCacheLine) {
+        __builtin_prefetch(channel.line + ((readIndex + n) & kEchoMask), 0);
+        __builtin_prefetch(channel.line + ((channel.writeIndex + n) & kEchoMask), 1);
+    }
+}
+
 void echoBody(EchoBlock& block) ZEPHYRA_NONBLOCKING {
     EchoChannel channels[2];
     for (int side = 0; side < 2; ++side)
@@ -174,5 +186,8 @@ void echoBody(EchoBlock& block) ZEPHYRA_NONBLOCKING {
                        block.frames);
     else
         echoGliding(channels, block);
-    for (int side = 0; side < 2; ++side) block.writeIndex[side] = channels[side].writeIndex;
+    for (int side = 0; side < 2; ++side) {
+        block.writeIndex[side] = channels[side].writeIndex;
+        fetchAhead(channels[side], clampedDelay(block.smoothed[side]), block.frames);
+    }
 }

@@ -119,7 +119,19 @@ inline void ringLoop(RingBlock& block) {
     block.smoothed = walk.amount.value;
 }
 
+inline void fetchTableAhead(const RingBlock& block) {
+    auto at = static_cast<std::uint32_t>(static_cast<std::int64_t>(block.phase * 0x1p32));
+    const auto step = static_cast<std::uint32_t>(
+        static_cast<std::int64_t>((block.increment - __builtin_floor(block.increment)) * 0x1p32));
+    const std::int64_t count = smaller(block.frames, 128);
+    for (std::int64_t n = 0; n < count; ++n) {
+        at += step;
+        __builtin_prefetch(block.table + (at >> 18));
+    }
+}
+
 void ringBody(RingBlock& block) ZEPHYRA_NONBLOCKING {
     const bool atRest = Glide{block.smoothed, block.target, RM::kDryWetGlide}.atRest();
     atRest ? ringLoop<false>(block) : ringLoop<true>(block);
+    fetchTableAhead(block);
 }
