@@ -13,17 +13,19 @@ enum class GrainStep {
     notReady, ///< the source may not be read
 };
 
+/// Internal linkage on purpose: the mix is compiled for several instruction-set levels, and the
+/// linker must not let one level's copy of these stand in for another's.
 namespace grain_step {
 
 /// The 64-bit integer part of a finite value; beyond the integers' range the nearest end of it.
-inline std::int64_t saturatedInteger(float value) ZEPHYRA_NONBLOCKING {
+static inline std::int64_t saturatedInteger(float value) ZEPHYRA_NONBLOCKING {
     if (value >= 0x1p63f) return INT64_MAX;
     if (value <= -0x1p63f) return INT64_MIN;
     return static_cast<std::int64_t>(value);
 }
 
 /// sum % modulus, without the division where one subtraction does.
-inline std::uint64_t modulo(std::uint64_t sum, std::uint64_t modulus) ZEPHYRA_NONBLOCKING {
+static inline std::uint64_t modulo(std::uint64_t sum, std::uint64_t modulus) ZEPHYRA_NONBLOCKING {
     if (sum < modulus) return sum;
     sum -= modulus;
     return sum < modulus ? sum : sum % modulus;
@@ -31,7 +33,7 @@ inline std::uint64_t modulo(std::uint64_t sum, std::uint64_t modulus) ZEPHYRA_NO
 
 /// Both phases one sample on. The read phase wraps once at most, as it always has: increments of 1
 /// and more carry it away, which no control can ask for.
-inline GrainStep advance(mokGrain& grain, bool ready) ZEPHYRA_NONBLOCKING {
+static inline GrainStep advance(mokGrain& grain, bool ready) ZEPHYRA_NONBLOCKING {
     grain.envelopePhase += grain.envelopeIncrement;
     if (grain.envelopePhase >= 1.0f) return GrainStep::ended;
     double phase = grain.readPhase + double{grain.phaseIncrement};
@@ -44,7 +46,7 @@ inline GrainStep advance(mokGrain& grain, bool ready) ZEPHYRA_NONBLOCKING {
 }
 
 /// The grain's output at its present phases. Indices stay inside the tables whatever the phase.
-inline float sampleAt(const mokGrain& grain, const GrainTables& tables) ZEPHYRA_NONBLOCKING {
+static inline float sampleAt(const mokGrain& grain, const GrainTables& tables) ZEPHYRA_NONBLOCKING {
     float p = static_cast<float>(grain.readPhase * static_cast<double>(tables.sourceSize));
     constexpr float kLargest = 3.402823466e+38f;
     p = p > kLargest ? kLargest : p < -kLargest ? -kLargest : p;
