@@ -14,20 +14,21 @@ struct AudioBuffer {
     void* mData = nullptr;
 };
 
-/// A view of mNumberBuffers buffers. RENDER builds its own on the stack over memory it does not own;
-/// the functions below make lists that own theirs.
+/// A view of mNumberBuffers buffers. RENDER builds its own on the stack over memory it does not
+/// own; the functions below make lists that own theirs.
 struct AudioBufferList {
     std::uint32_t mNumberBuffers = 0;
     AudioBuffer* mBuffers = nullptr;
 
-    /// The samples of buffer number index as floats. RENDER. The index must be below mNumberBuffers.
+    /// The samples of buffer number index as floats. RENDER. The index must be below
+    /// mNumberBuffers.
     float* floats(std::uint32_t index) const noexcept {
         return static_cast<float*>(mBuffers[index].mData);
     }
 };
 
-/// count buffers of `bytes` zeroed bytes, one channel each. Null when memory is short (nothing stays
-/// allocated) . MAIN or WORKER. Free with DestroyAudioBufferList.
+/// count buffers of `bytes` zeroed bytes, one channel each. Null when memory is short (nothing
+/// stays allocated) . MAIN or WORKER. Free with DestroyAudioBufferList.
 AudioBufferList* AllocateAudioBufferList(std::uint32_t count, std::uint32_t bytes) noexcept;
 
 /// Frees the buffers and the list; null is fine. MAIN or WORKER.

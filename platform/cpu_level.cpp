@@ -46,9 +46,12 @@ CpuLevel chosenCpuLevel() noexcept {
 
 const char* cpuLevelName(CpuLevel level) noexcept {
     switch (level) {
-    case CpuLevel::v4: return "v4";
-    case CpuLevel::v3: return "v3";
-    case CpuLevel::baseline: break;
+    case CpuLevel::v4:
+        return "v4";
+    case CpuLevel::v3:
+        return "v3";
+    case CpuLevel::baseline:
+        break;
     }
     return "baseline";
 }

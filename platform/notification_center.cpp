@@ -20,7 +20,7 @@ void NotificationCenter::post(std::string_view name, const std::any& object) {
         if (entry.name == name) tokens.push_back(token);
     for (Token token : tokens) {
         const auto found = entries_.find(token);
-        if (found == entries_.end()) continue; // removed by an observer called before it
+        if (found == entries_.end()) continue;            // removed by an observer called before it
         const Observer observer = found->second.observer; // stays alive if it removes itself
         observer(object);
     }

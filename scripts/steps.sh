@@ -1,0 +1,68 @@
+# What ./run, ./test and ./format share: packages, and building a preset.
+# To be sourced; needs $root, the folder of the repository.
+
+export LC_ALL=C.UTF-8
+
+build_packages=(
+    build-essential cmake ninja-build pkg-config
+    libsndfile1-dev libebur128-dev
+    libavformat-dev libavcodec-dev libavutil-dev libswresample-dev
+    nlohmann-json3-dev libcli11-dev libcairo2-dev libfftw3-dev
+    fontconfig fonts-dejavu-core
+)
+format_packages=(clang-format)
+test_packages=(
+    clang-22 libclang-rt-22-dev llvm-22 valgrind
+    libgtest-dev libgmock-dev libbenchmark-dev
+    sox libsox-fmt-all ffmpeg sndfile-programs
+)
+
+say() { printf '%s\n' "$*" >&2; }
+
+die() {
+    say "$*"
+    exit 1
+}
+
+# installPackages NAME...: installs those that are missing, and says which.
+installPackages() {
+    if ! command -v dpkg-query >/dev/null; then
+        say "This is no Debian system; these packages, or their like, must be installed: $*"
+        return
+    fi
+    local name missing=() as_root=()
+    for name in "$@"; do
+        [[ $(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null) == installed ]] || missing+=("$name")
+    done
+    ((${#missing[@]})) || return 0
+    if ((EUID)); then
+        command -v sudo >/dev/null ||
+            die "As root, install these packages and try again: apt-get install ${missing[*]}"
+        as_root=(sudo)
+    fi
+    as_root+=(env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300)
+    say "Installing ${missing[*]}"
+    local log
+    log=$(mktemp)
+    if ! { "${as_root[@]}" update && "${as_root[@]}" install --no-install-recommends -y "${missing[@]}"; } \
+        </dev/null >"$log" 2>&1; then
+        tail -n 20 "$log" >&2
+        rm -f "$log"
+        die "The packages above could not be installed; the lines before this one say why."
+    fi
+    rm -f "$log"
+}
+
+# configure PRESET [OPTION...]: makes the build folder when it is not there yet.
+configure() {
+    local preset=$1
+    shift
+    (cd "$root" && cmake --preset "$preset" "$@")
+}
+
+# compile PRESET TARGET...: builds; ninja itself knows what is up to date.
+compile() {
+    local preset=$1
+    shift
+    cmake --build "$root/build/$preset" --parallel "$(nproc)" --target "$@"
+}

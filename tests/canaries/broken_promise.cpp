@@ -1,0 +1,8 @@
+// Calls a function that may block from one that promised not to; clang must refuse to compile it.
+#include "platform/realtime.h"
+
+void waitForSomebody();
+
+void render() ZEPHYRA_NONBLOCKING {
+    waitForSomebody();
+}

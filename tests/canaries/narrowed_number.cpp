@@ -1,0 +1,4 @@
+// Loses bits without saying so; every compiler must refuse to compile it.
+float half(double number) {
+    return number / 2;
+}

@@ -1,0 +1,2 @@
+// Sources of the platform may include what they need.
+#include <sndfile.h>

@@ -1,0 +1,78 @@
+// The documents tell the truth about where things are.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace zephyra {
+namespace {
+
+namespace fs = std::filesystem;
+const fs::path kTree = ZEPHYRA_SOURCE_DIR;
+
+std::string textOf(const fs::path& file) {
+    std::ifstream in(file);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+std::vector<fs::path> documents() {
+    std::vector<fs::path> files = {kTree / "README.md"};
+    for (const auto& entry : fs::directory_iterator(kTree / "docs"))
+        if (entry.path().extension() == ".md") files.push_back(entry.path());
+    return files;
+}
+
+void forEachMatch(const std::string& text, const char* pattern,
+                  const std::function<void(const std::smatch&)>& visit) {
+    const std::regex expression(pattern);
+    for (std::sregex_iterator match(text.begin(), text.end(), expression), end; match != end;
+         ++match)
+        visit(*match);
+}
+
+TEST(Documents, FindEachGivenNameInTheFileThatTheMapNames) {
+    int names = 0;
+    forEachMatch(textOf(kTree / "docs/names.md"), R"(\| `(\w+)` \| `(\w+/[\w/.]+)` \|)",
+                 [&](const std::smatch& row) {
+                     ++names;
+                     EXPECT_TRUE(std::regex_search(textOf(kTree / row[2].str()),
+                                                   std::regex("\\b" + row[1].str() + "\\b")))
+                         << row[1] << " is not in " << row[2];
+                 });
+    EXPECT_GT(names, 150);
+}
+
+TEST(Documents, NameOnlyFilesThatExist) {
+    for (const fs::path& document : documents()) {
+        const std::string text = textOf(document);
+        forEachMatch(text, R"(`((?:[a-z_]+/)+\w+\.(?:h|cpp|inl|md|mp3))`)",
+                     [&](const std::smatch& path) {
+                         EXPECT_TRUE(fs::exists(kTree / path[1].str()))
+                             << document.filename() << " names " << path[1];
+                     });
+        forEachMatch(text, R"(\]\(([\w./-]+)\))", [&](const std::smatch& link) {
+            EXPECT_TRUE(fs::exists(document.parent_path() / link[1].str()))
+                << document.filename() << " links to " << link[1];
+        });
+    }
+}
+
+TEST(Documents, HaveAPageForEveryFolderOfTheHouse) {
+    for (const char* folder : {"platform", "effects", "engine", "controls", "stream", "modulation",
+                               "library", "audiounit", "main_view", "hosting", "cli", "screens",
+                               "plugin", "resources", "tests", "bench", "fuzz"})
+        if (fs::is_directory(kTree / folder)) {
+            EXPECT_TRUE(fs::exists(kTree / "docs" / (std::string(folder) + ".md"))) << folder;
+        }
+}
+
+} // namespace
+} // namespace zephyra

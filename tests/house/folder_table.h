@@ -1,0 +1,57 @@
+// FolderRow: which folder may use which, as data for the checks of the tree.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+namespace zephyra {
+
+/// Where a folder may include headers that are neither ours nor the standard library's.
+enum class ThirdParty { Nowhere, InSources, Everywhere };
+
+/// One folder of the house: arrows point only from it to those in mayUse.
+struct FolderRow {
+    std::string_view folder;
+    std::vector<std::string_view> mayUse;
+    ThirdParty thirdParty = ThirdParty::Nowhere;
+};
+
+/// The house, from the bottom up. A folder with sources that has no row is an error.
+inline const std::vector<FolderRow> kHouse = {
+    {"platform", {}, ThirdParty::InSources},
+    {"effects", {"platform"}},
+    {"engine", {"effects", "platform"}},
+    {"controls", {"platform"}},
+    {"stream", {"engine", "effects", "controls", "platform"}},
+    {"modulation", {"controls", "platform"}},
+    {"library", {"platform"}},
+    {"audiounit", {"engine", "effects", "stream", "modulation", "library", "platform"}},
+    {"main_view",
+     {"audiounit", "library", "modulation", "stream", "controls", "engine", "effects", "platform"}},
+    {"hosting", {"audiounit", "main_view", "platform"}},
+    {"cli",
+     {"hosting", "main_view", "audiounit", "library", "modulation", "stream", "controls", "engine",
+      "effects", "platform"},
+     ThirdParty::Everywhere},
+    {"screens", {"main_view", "controls"}, ThirdParty::Everywhere},
+    {"plugin", {"hosting", "screens"}, ThirdParty::Everywhere},
+    {"resources", {}, ThirdParty::InSources}, // the generator of the built-in samples
+};
+
+/// Folders that use any other: what stands around the house.
+inline const std::vector<std::string_view> kAround = {"tests", "bench", "fuzz"};
+
+/// The standard library, as far as a folder without third-party headers may include it, and the
+/// compiler's own vector instructions.
+inline constexpr std::string_view kStandardHeaders =
+    " algorithm any array atomic barrier bit bitset cassert cctype cerrno cfenv cfloat charconv "
+    "chrono climits clocale cmath compare complex concepts condition_variable csignal cstdarg "
+    "cstddef cstdint cstdio cstdlib cstring ctime deque exception filesystem format forward_list "
+    "fstream functional future initializer_list iomanip ios iosfwd iostream istream iterator latch "
+    "limits list locale map memory memory_resource mutex new numbers numeric optional ostream "
+    "queue random ranges ratio regex scoped_allocator semaphore set shared_mutex source_location "
+    "span sstream stack stdexcept stop_token streambuf string string_view system_error thread "
+    "tuple type_traits typeindex typeinfo unordered_map unordered_set utility valarray variant "
+    "vector version immintrin.h xmmintrin.h emmintrin.h arm_neon.h ";
+
+} // namespace zephyra

@@ -1,0 +1,163 @@
+// The house's rules about its own files.
+
+#include "tests/house/tree_rules.h"
+
+#include <algorithm>
+#include <fstream>
+#include <functional>
+#include <regex>
+#include <sstream>
+
+namespace zephyra {
+namespace {
+
+namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
+
+bool isHeader(const fs::path& file) {
+    return file.extension() == ".h";
+}
+
+bool isSource(const fs::path& file) {
+    return isHeader(file) || file.extension() == ".cpp" || file.extension() == ".inl";
+}
+
+std::string textOf(const fs::path& file) {
+    std::ifstream in(file);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+Lines linesOf(const fs::path& file) {
+    std::ifstream in(file);
+    Lines lines;
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+}
+
+/// Every file below a folder that the filter takes, in order of their names.
+std::vector<fs::path> filesBelow(const fs::path& folder, bool (*takes)(const fs::path&)) {
+    std::vector<fs::path> files;
+    if (!fs::is_directory(folder)) return files;
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
+        if (entry.is_regular_file() && takes(entry.path())) files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+bool mayUse(const FolderRow& row, std::string_view folder) {
+    return folder == row.folder ||
+           std::find(row.mayUse.begin(), row.mayUse.end(), folder) != row.mayUse.end();
+}
+
+bool mayIncludeSystemHeader(const FolderRow& row, const fs::path& file, const std::string& name) {
+    if (kStandardHeaders.find(" " + name + " ") != std::string_view::npos) return true;
+    if (row.thirdParty == ThirdParty::Everywhere) return true;
+    // The public headers are those at a folder's top; deeper ones belong to a module's sources.
+    const bool isPublic = isHeader(file) && file.parent_path().filename() == row.folder;
+    return row.thirdParty == ThirdParty::InSources && !isPublic;
+}
+
+/// Why file may not have this line, empty when it may.
+std::string includeBreach(const fs::path& root, const FolderRow& row, const fs::path& file,
+                          const std::string& line) {
+    static const std::regex include(R"(^\s*#\s*include\s*([<"])([^>"]+)[>"])");
+    std::smatch match;
+    if (!std::regex_search(line, match, include)) return {};
+    const std::string name = match[2];
+    if (match[1] == "<")
+        return mayIncludeSystemHeader(row, file, name)
+                   ? ""
+                   : " includes <" + name + ">, which is not the standard library's";
+    if (!fs::exists(root / name)) return " includes " + name + ", which is not rooted at the tree";
+    if (!mayUse(row, name.substr(0, name.find('/'))))
+        return " includes " + name + ", which its folder may not use";
+    return {};
+}
+
+/// The header without comments and includes.
+std::string codeOf(const Lines& lines) {
+    std::string code;
+    for (const std::string& line : lines)
+        if (line.rfind("#include", 0) != 0) code += line.substr(0, line.find("//")) + '\n';
+    return code;
+}
+
+/// Whether the first line, up to a colon if it has one, holds a word of the header's code.
+bool namesSomething(const Lines& lines) {
+    static const std::regex word("[A-Za-z_][A-Za-z0-9_]+");
+    if (lines.empty() || lines[0].rfind("// ", 0) != 0) return false;
+    const std::string head = lines[0].substr(3, lines[0].find(": ") - 3);
+    const std::string code = codeOf(lines);
+    return std::any_of(std::sregex_iterator(head.begin(), head.end(), word), {},
+                       [&](const std::smatch& name) {
+                           return std::regex_search(code, std::regex("\\b" + name.str() + "\\b"));
+                       });
+}
+
+} // namespace
+
+Lines forbiddenIncludes(const fs::path& root, const std::vector<FolderRow>& house) {
+    Lines breaches;
+    for (const FolderRow& row : house)
+        for (const fs::path& file : filesBelow(root / row.folder, isSource)) {
+            std::size_t number = 0;
+            for (const std::string& line : linesOf(file)) {
+                ++number;
+                const std::string why = includeBreach(root, row, file, line);
+                if (!why.empty())
+                    breaches.push_back(fs::relative(file, root).string() + ":" +
+                                       std::to_string(number) + why);
+            }
+        }
+    std::sort(breaches.begin(), breaches.end());
+    return breaches;
+}
+
+Lines forbiddenLinks(const fs::path& root, const std::vector<FolderRow>& house) {
+    static const std::regex library(R"(\bzephyra_([a-z_]+)\b(?!\()|\b(PkgConfig::\w+))");
+    Lines breaches;
+    for (const FolderRow& row : house) {
+        const fs::path file = root / row.folder / "CMakeLists.txt";
+        const std::string text = std::regex_replace(textOf(file), std::regex("#[^\n]*"), "");
+        for (std::sregex_iterator match(text.begin(), text.end(), library), end; match != end;
+             ++match) {
+            const std::string folder = (*match)[1];
+            const bool ofTheHouse = std::any_of(house.begin(), house.end(),
+                                                [&](const auto& r) { return r.folder == folder; });
+            if ((ofTheHouse && !mayUse(row, folder)) ||
+                ((*match)[2].matched && row.thirdParty == ThirdParty::Nowhere))
+                breaches.push_back(fs::relative(file, root).string() + " links " + match->str());
+        }
+    }
+    std::sort(breaches.begin(), breaches.end());
+    return breaches;
+}
+
+Lines namelessHeaders(const fs::path& root, const std::vector<FolderRow>& house) {
+    Lines breaches;
+    for (const FolderRow& row : house)
+        for (const fs::path& file : filesBelow(root / row.folder, isHeader))
+            if (!namesSomething(linesOf(file)))
+                breaches.push_back(fs::relative(file, root).string() +
+                                   ": the first line does not name what it declares");
+    return breaches;
+}
+
+Lines foldersWithoutRow(const fs::path& root, const std::vector<FolderRow>& house) {
+    Lines breaches;
+    for (const auto& entry : fs::directory_iterator(root)) {
+        const std::string name = entry.path().filename().string();
+        if (!entry.is_directory() || name == "build" || name[0] == '.') continue;
+        const bool known = std::any_of(house.begin(), house.end(),
+                                       [&](const auto& r) { return r.folder == name; });
+        const bool around = std::find(kAround.begin(), kAround.end(), name) != kAround.end();
+        if (!known && !around && !filesBelow(entry.path(), isSource).empty())
+            breaches.push_back(name + " has sources and no row in the table");
+    }
+    std::sort(breaches.begin(), breaches.end());
+    return breaches;
+}
+
+} // namespace zephyra
