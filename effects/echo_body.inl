@@ -1,8 +1,9 @@
 // The echo's block loop, included inside an anonymous namespace after vector_lanes.inl.
 //
 // At rest the delay is constant, so the read position r = (write index + size) - delay climbs by
-// exactly 1 as long as its rounding is the same: a block falls into runs with one fraction and contiguous reads and writes that do not meet. While something
-// glides, the serial steps of times and feedbacks are worked out first for a register's samples.
+// exactly 1 as long as its rounding is the same: a block falls into runs with one fraction and
+// contiguous reads and writes that do not meet. While something glides, the serial steps of times
+// and feedbacks are worked out first for a register's samples.
 
 constexpr std::int64_t kEchoMask = kEchoLineSize - 1;
 struct ReadPosition {

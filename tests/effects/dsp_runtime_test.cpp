@@ -68,7 +68,7 @@ TEST(DataStoreDeathTest, FallsBackTo512FramesOfOneChannelWhenMemoryIsShortWhichN
 }
 #endif
 
-TEST(DelayLine, HoldsThePowerOfTwoAtOrAboveTheRequest) {
+TEST(DelayLine, HoldsThePowerOfTwoAtOrAboveTheRequestAndIsClearedBySettingUpAgain) {
     const std::int64_t sizes[][2] = {{-1, 2}, {2, 2}, {3, 4}, {4, 4}, {200000, 262144}};
     for (const auto& [requested, size] : sizes) {
         DelayLine line;
@@ -77,21 +77,13 @@ TEST(DelayLine, HoldsThePowerOfTwoAtOrAboveTheRequest) {
         EXPECT_EQ(line.size, size);
         EXPECT_EQ(line.mask, size - 1);
         EXPECT_EQ(line.maxDelay, requested);
+        line.memory[size - 1] = 5;
+        line.writeIndex = 1;
+        setUpDelayLine(line, "line", requested);
+        EXPECT_EQ(line.memory[size - 1], 0);
+        EXPECT_EQ(line.writeIndex, 0);
         releaseDelayLine(line);
     }
-}
-
-TEST(DelayLine, SettingUpAgainClearsIt) {
-    DelayLine line;
-    setUpDelayLine(line, "line", 4);
-    double* const memory = line.memory;
-    memory[3] = 5;
-    line.writeIndex = 2;
-    setUpDelayLine(line, "line", 4);
-    EXPECT_EQ(line.memory, memory);
-    EXPECT_EQ(memory[3], 0);
-    EXPECT_EQ(line.writeIndex, 0);
-    releaseDelayLine(line);
 }
 
 } // namespace

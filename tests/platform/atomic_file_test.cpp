@@ -12,19 +12,23 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(AtomicFile, KeepsTheOldFileUntilCommitAndItsPermissionsAfter) {
+TEST(AtomicFile, KeepsTheOldFileUntilCommitAndItsPermissionsAndTheLinkToItAfter) {
     TemporaryFolder folder;
     writeText(folder / "a.txt", "old");
     fs::permissions(folder / "a.txt", fs::perms(0640));
-    AtomicFile file;
-    ASSERT_FALSE(file.open(folder / "a.txt"));
-    writeText(file.path(), "new");
-    EXPECT_EQ(file.path().filename(), "a.txt");
-    EXPECT_EQ(readText(folder / "a.txt"), "old");
-    ASSERT_FALSE(file.commit());
-    EXPECT_EQ(readText(folder / "a.txt"), "new");
+    fs::create_symlink("a.txt", folder / "link");
+    for (const char* name : {"a.txt", "link"}) {
+        AtomicFile file;
+        ASSERT_FALSE(file.open(folder / name));
+        writeText(file.path(), name);
+        EXPECT_EQ(file.path().filename(), "a.txt");
+        EXPECT_NE(readText(folder / "a.txt"), name);
+        ASSERT_FALSE(file.commit());
+        EXPECT_EQ(readText(folder / "a.txt"), name);
+    }
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
     EXPECT_EQ(fs::status(folder / "a.txt").permissions(), fs::perms(0640));
-    EXPECT_EQ(folder.entries(), 1);
+    EXPECT_EQ(folder.entries(), 2);
 }
 
 TEST(AtomicFile, LeavesNothingWhenDestroyedOrOpenedAnew) {
@@ -59,18 +63,6 @@ TEST(AtomicFile, PlacesWhatALibraryLeftBesideItFirst) {
     EXPECT_EQ(readText(folder / "a.sd2"), "main");
     EXPECT_EQ(readText(folder / "._a.sd2"), "side");
     EXPECT_EQ(folder.entries(), 2);
-}
-
-TEST(AtomicFile, ReplacesTheFileThatALinkNamesAndNotTheLink) {
-    TemporaryFolder folder;
-    writeText(folder / "real", "old");
-    fs::create_symlink("real", folder / "link");
-    AtomicFile file;
-    ASSERT_FALSE(file.open(folder / "link"));
-    writeText(file.path(), "new");
-    ASSERT_FALSE(file.commit());
-    EXPECT_TRUE(fs::is_symlink(folder / "link"));
-    EXPECT_EQ(readText(folder / "real"), "new");
 }
 
 TEST(AtomicFile, RefusesTargetsThatAreNoOrdinaryFileInAnExistingFolder) {

@@ -2,12 +2,12 @@
 
 #include "platform/sound_file.h"
 
+#include "tests/support/temporary_folder.h"
+
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace zephyra {
 namespace {
@@ -18,25 +18,11 @@ using testing::HasSubstr;
 const std::filesystem::path kMono =
     std::filesystem::path(ZEPHYRA_SOURCE_DIR) / "fuzz/corpus/sound_file/mono.wav";
 
-class SoundFileTest : public testing::Test {
-protected:
-    SoundFileTest() {
-        folder_ = testing::TempDir() + "sound_file_test_" + std::to_string(getpid());
-        std::filesystem::create_directory(folder_);
-    }
-    ~SoundFileTest() override { std::filesystem::remove_all(folder_); }
-
-    std::filesystem::path written(const std::string& name, const std::string& bytes) const {
-        std::ofstream(folder_ / name, std::ios::binary) << bytes;
-        return folder_ / name;
-    }
-
-    std::filesystem::path folder_;
-};
-
-TEST_F(SoundFileTest, rawFilesAre16BitMonoAt44100UnlessToldOtherwise) {
+TEST(SoundFile, rawFilesAre16BitMonoAt44100UnlessToldOtherwiseWithinReason) {
     // The first two bytes look like the start of an MP3 frame: only the extension decides.
-    const auto path = written("noise.RAW", std::string("\xff\xfb\x00\x40\x00\x80\x07", 7));
+    TemporaryFolder folder;
+    const auto path = folder / "noise.RAW";
+    writeText(path, std::string("\xff\xfb\x00\x40\x00\x80\x07", 7));
     const auto plain = readSoundFile(path);
     ASSERT_TRUE(plain.ok()) << plain.message();
     EXPECT_THAT(plain.value().samples, ElementsAre(-1025 / 32768.0f, 0.5f, -1.0f));
@@ -46,42 +32,44 @@ TEST_F(SoundFileTest, rawFilesAre16BitMonoAt44100UnlessToldOtherwise) {
     ASSERT_TRUE(told.ok()) << told.message();
     EXPECT_THAT(told.value().samples, ElementsAre(-3 / 128.0f, 0.25f, -0.5f));
     EXPECT_EQ(told.value().info.sampleRate, 8000.0);
+
+    const std::pair<RawSoundFormat, const char*> refused[] = {
+        {{0.0, 1, 16}, "rate of 0 Hz; 100 to 768000"},
+        {{std::nan(""), 1, 16}, "rate of nan Hz"},
+        {{44100.0, 0, 16}, "0 channels; 1 to 1024"},
+        {{44100.0, 1, 12}, "12 bits a sample; 8, 16, 24 or 32"}};
+    for (const auto& [raw, reason] : refused)
+        EXPECT_THAT(readSoundFile(path, {raw}).message(), HasSubstr(reason));
 }
 
-TEST_F(SoundFileTest, absurdRawOptionsAreRefused) {
-    const auto path = written("noise.raw", "12345678");
-    const auto refusal = [&](RawSoundFormat raw) { return readSoundFile(path, {raw}).message(); };
-    EXPECT_THAT(refusal({0.0, 1, 16}), HasSubstr("rate of 0 Hz; 100 to 768000"));
-    EXPECT_THAT(refusal({std::nan(""), 1, 16}), HasSubstr("rate of nan Hz"));
-    EXPECT_THAT(refusal({44100.0, 0, 16}), HasSubstr("0 channels; 1 to 1024"));
-    EXPECT_THAT(refusal({44100.0, 1, 12}), HasSubstr("12 bits a sample; 8, 16, 24 or 32"));
-}
-
-TEST_F(SoundFileTest, contentDecidesWhateverTheName) {
-    std::filesystem::copy_file(kMono, folder_ / "misnamed.mp3");
-    const auto info = readSoundFileInfo(folder_ / "misnamed.mp3");
+TEST(SoundFile, contentDecidesWhateverTheNameAndLengthIsLimited) {
+    TemporaryFolder folder;
+    std::filesystem::copy_file(kMono, folder / "misnamed.mp3");
+    const auto info = readSoundFileInfo(folder / "misnamed.mp3");
     ASSERT_TRUE(info.ok()) << info.message();
     EXPECT_EQ(info.value().format, "WAV, Signed 16 bit PCM");
     EXPECT_EQ(info.value().frames, 400u);
-}
-
-TEST_F(SoundFileTest, whatIsNoRegularFileIsRefusedWithoutWaiting) {
-    mkfifo((folder_ / "pipe.wav").c_str(), 0600);
-    EXPECT_THAT(readSoundFile(folder_ / "pipe.wav").message(), HasSubstr("is no regular file;"));
-    EXPECT_THAT(readSoundFile("/dev/zero").message(), HasSubstr("is no regular file;"));
-    EXPECT_THAT(readSoundFile(folder_).message(), HasSubstr("is a folder;"));
-    EXPECT_THAT(readSoundFile(folder_ / "no\nne.wav").message(),
-                HasSubstr("no?ne.wav cannot be opened: No such file"));
-}
-
-TEST_F(SoundFileTest, aFileLongerThanTheLimitIsRefused) {
     EXPECT_TRUE(readSoundFile(kMono, {.maxFrames = 400}).ok());
     EXPECT_THAT(readSoundFile(kMono, {.maxFrames = 399}).message(),
                 HasSubstr("is longer than 399 frames;"));
 }
 
-TEST_F(SoundFileTest, progressRisesToOneAndCanCancel) {
-    const auto path = written("long.raw", std::string(1'000'000, '\0'));
+TEST(SoundFile, whatIsNoRegularFileIsRefusedWithoutWaiting) {
+    TemporaryFolder folder;
+    mkfifo((folder / "pipe.wav").c_str(), 0600);
+    const std::pair<std::filesystem::path, const char*> cases[] = {
+        {folder / "pipe.wav", "is no regular file;"},
+        {"/dev/zero", "is no regular file;"},
+        {folder.path(), "is a folder;"},
+        {folder / "no\nne.wav", "no?ne.wav cannot be opened: No such file"}};
+    for (const auto& [path, reason] : cases)
+        EXPECT_THAT(readSoundFile(path).message(), HasSubstr(reason));
+}
+
+TEST(SoundFile, progressRisesToOneAndCanCancel) {
+    TemporaryFolder folder;
+    const auto path = folder / "long.raw";
+    writeText(path, std::string(1'000'000, '\0'));
     std::vector<double> shares;
     SoundFileOptions options;
     options.progress = [&](double share) { return shares.push_back(share), true; };

@@ -41,7 +41,8 @@ constexpr const char* kFrozen = R"(0 Scrubbing Wave: 0 to 1, 0
 25 fade in: 0 to 10, 0.05 s
 26 fade out: 0 to 10, 0.25 s
 27 envelope: 0 to 11, 2, choice
-)";
+1/1D 1/1 1/2D 1/1T 1/2 1/4D 1/2T 1/4 1/8D 1/4T 1/8 )"
+                                "1/16D 1/8T 1/16 1/32D 1/16T 1/32 1/64D 1/32T 1/64 1/128 ";
 
 TEST(ControlRanges, AreFrozen) {
     const char* const kinds[] = {"", ", whole", ", switch", ", choice"};
@@ -53,60 +54,45 @@ TEST(ControlRanges, AreFrozen) {
         if (range.curve == ControlCurve::exponential) text << ", exponential " << range.stepness;
         text << kinds[static_cast<int>(range.kind)] << '\n';
     }
+    for (const char* name : kSubdivisionNames) text << name << ' ';
     EXPECT_EQ(text.str(), kFrozen);
-}
-
-TEST(ControlRanges, NameTheSubdivisionsFromTheLongestToTheShortest) {
-    std::string names;
-    for (const char* name : kSubdivisionNames) names += std::string(name) + ' ';
-    EXPECT_EQ(names, "1/1D 1/1 1/2D 1/1T 1/2 1/4D 1/2T 1/4 1/8D 1/4T 1/8 1/16D 1/8T 1/16 1/32D "
-                     "1/16T 1/32 1/64D 1/32T 1/64 1/128 ");
 }
 
 TEST(ControlRanges, TakeFiniteValuesBetweenTheEndsAndOnlyWholeOnesWhereTheyCount) {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
-    const struct {
-        ControlId id;
-        float value;
-        bool taken;
-    } cases[] = {
-        {ControlId::pitch, -24.0f, true},      {ControlId::pitch, 24.0f, true},
-        {ControlId::pitch, 0.5f, true},        {ControlId::pitch, 24.00001f, false},
-        {ControlId::pitch, -kInfinity, false}, {ControlId::pitch, std::nanf(""), false},
-        {ControlId::leftDelay, 0.0f, false},   {ControlId::leftGain, 0.98f, true},
-        {ControlId::quarters, 0.0f, true},     {ControlId::quarters, 3.5f, false},
-        {ControlId::envelope, 11.0f, true},    {ControlId::envelope, 12.0f, false},
-        {ControlId::envelope, 0.25f, false},   {ControlId::echoSwitch, 1.0f, true},
-        {ControlId::echoSwitch, 2.0f, false},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(acceptsValue(controlRange(c.id), c.value), c.taken)
-            << controlRange(c.id).name << ' ' << c.value;
+    using enum ControlId;
+    const std::pair<ControlId, std::vector<float>> refused[] = {
+        {pitch, {24.00001f, -24.00001f, kInfinity, -kInfinity, std::nanf("")}},
+        {leftDelay, {0.0f}},
+        {quarters, {-1.0f, 3.5f, 17.0f}},
+        {envelope, {12.0f, 0.25f}},
+        {echoSwitch, {-1.0f, 2.0f}}};
+    for (const auto& [id, values] : refused)
+        for (const float value : values)
+            EXPECT_FALSE(acceptsValue(controlRange(id), value)) << value;
+    for (const ControlRange& range : controlRanges())
+        EXPECT_TRUE(acceptsValue(range, range.minimum) && acceptsValue(range, range.maximum));
+    EXPECT_TRUE(acceptsValue(controlRange(pitch), 0.5f));
+    EXPECT_TRUE(acceptsValue(controlRange(echoSwitch), 0.4f));
 }
 
 TEST(ControlCurve, BendsTheMiddleAndKeepsTheEnds) {
-    const ControlRange square{.id = ControlId::density,
-                              .name = "",
-                              .minimum = 0,
-                              .maximum = 100,
-                              .defaultValue = 0,
-                              .curve = ControlCurve::exponential,
-                              .stepness = 2};
-    EXPECT_EQ(displayedFromLinear(square, 50.0f), 25.0f);
-    EXPECT_EQ(linearFromDisplayed(square, 25.0f), 50.0f);
-    EXPECT_EQ(displayedFromLinear(square, 101.0f), 100.0f);
-    EXPECT_EQ(linearFromDisplayed(square, -1.0f), 0.0f);
-
-    for (const ControlRange& range : controlRanges()) {
-        EXPECT_EQ(displayedFromLinear(range, range.minimum), range.minimum) << range.name;
-        EXPECT_EQ(displayedFromLinear(range, range.maximum), range.maximum) << range.name;
-        const float span = range.maximum - range.minimum;
-        for (int step = 0; step <= 10; ++step) {
-            const float linear = range.minimum + span * 0.1f * static_cast<float>(step);
-            const float back = linearFromDisplayed(range, displayedFromLinear(range, linear));
-            EXPECT_NEAR(back, linear, span * 1e-3f) << range.name; // fourth roots near 0 are rough
+    const ControlRange& length = controlRange(ControlId::length);
+    const float middle = 5 + 1995 * 0.125f; // half the way, cubed
+    EXPECT_FLOAT_EQ(displayedFromLinear(length, 1002.5f), middle);
+    EXPECT_FLOAT_EQ(linearFromDisplayed(length, middle), 1002.5f);
+    EXPECT_EQ(displayedFromLinear(length, 2001.0f), 2000.0f);
+    EXPECT_EQ(linearFromDisplayed(length, 4.0f), 5.0f);
+    for (const ControlRange& range : controlRanges())
+        for (const float share : {0.0f, 0.1f, 0.4f, 0.75f, 1.0f}) {
+            const float span = range.maximum - range.minimum, linear = range.minimum + span * share;
+            const float shown = displayedFromLinear(range, linear);
+            if (share == 0.0f || share == 1.0f) {
+                EXPECT_EQ(shown, linear) << range.name;
+            }
+            // Fourth roots near 0 are rough.
+            EXPECT_NEAR(linearFromDisplayed(range, shown), linear, span * 1e-3f) << range.name;
         }
-    }
 }
 
 } // namespace

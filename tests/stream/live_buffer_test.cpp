@@ -62,38 +62,27 @@ TEST_F(LiveBuffer, MixesMonoWholeAndStereoWithTheSecondChannelHalved) {
 
 TEST_F(LiveBuffer, WritesNothingUnlessSwitchedOnAndReady) {
     float in = 1.0f;
-    const ChannelList list{&in};
-    const ChannelList none{};
-    const ChannelList noMemory{nullptr, &in};
+    const ChannelList list{&in}, none{}, noMemory{nullptr, &in};
     drawLiveWaveForm(nullptr, 1, list.list);
-    drawLiveWaveForm(&wave, 1, list.list); // off
+    writeRamp(1, 1); // off
     wave.enableLIVE(true);
-    drawLiveWaveForm(&wave, 0, list.list);
-    drawLiveWaveForm(&wave, -5, list.list);
-    drawLiveWaveForm(&wave, 1, none.list);
-    drawLiveWaveForm(&wave, 1, noMemory.list);
+    for (const int frames : {0, -5}) drawLiveWaveForm(&wave, frames, list.list);
+    for (const ChannelList* empty : {&none, &noMemory}) drawLiveWaveForm(&wave, 1, empty->list);
     wave.data().mSample.load()->ready = false;
-    drawLiveWaveForm(&wave, 1, list.list);
+    writeRamp(1, 1);
     wave.data().mSample.load()->ready = true;
     wave.stopLiveTimer();
-    drawLiveWaveForm(&wave, 1, list.list);
+    writeRamp(1, 1);
     EXPECT_EQ(wave.getWriteLiveIndex(), 0u);
     EXPECT_EQ(stored(1)[0], 0.0f);
 }
 
-TEST_F(LiveBuffer, IsBackAtItsStartAfterAsManyFramesAsItHolds) {
-    wave.enableLIVE(true);
-    for (int block = 0; block < 441; ++block) writeRamp(block * 1000, 1000);
-    EXPECT_EQ(wave.getWriteLiveIndex(), 0u);
-    EXPECT_EQ(stored(441000)[440999], 440999.0f);
-    writeRamp(-1, 1);
-    EXPECT_EQ(wave.getWriteLiveIndex(), 1u);
-    EXPECT_EQ(stored(1)[0], -1.0f);
-}
-
 TEST_F(LiveBuffer, HoldsTheSameWhateverTheBlocks) {
+    ASSERT_TRUE(wave.enableLIVE(true));
     wave.initLiveBuffer_andSamplingRate(1000, 44100.0);
-    wave.startLiveTimer();
+    std::vector<float> expected(1000);
+    std::iota(expected.begin(), expected.begin() + 321, 4000.0f);
+    std::iota(expected.begin() + 321, expected.end(), 3321.0f);
     for (const std::uint32_t seed : {1u, 2u, 3u}) {
         wave.resetLiveWriteIndex();
         int first = 0;
@@ -101,10 +90,8 @@ TEST_F(LiveBuffer, HoldsTheSameWhateverTheBlocks) {
             writeRamp(first, block);
             first += block;
         }
-        const auto copy = stored(1000);
-        for (int n = 0; n < 1000; ++n)
-            ASSERT_EQ(copy[static_cast<std::size_t>(n)],
-                      static_cast<float>(n < 321 ? 4000 + n : 3000 + n));
+        EXPECT_EQ(stored(1000), expected);
+        EXPECT_EQ(wave.getWriteLiveIndex(), 321u);
     }
 }
 
@@ -134,103 +121,76 @@ TEST_F(LiveBuffer, ShowsAResetAtOnceAndTakesItWithTheNextBlock) {
     EXPECT_EQ(wave.getWriteLiveIndex(), 0u);
 }
 
-TEST_F(LiveBuffer, KeepsItsBufferUnlessTheSessionsRateHasChanged) {
-    wave.enableLIVE(true);
+TEST_F(LiveBuffer, KeepsItsBufferUnlessTheRateHasChangedOrItIsCleared) {
+    int refreshed = 0;
+    notifications.addObserver("refreshParameters", [&](const std::any&) { ++refreshed; });
+    ASSERT_TRUE(wave.enableLIVE(true));
     EXPECT_EQ(wave.liveSample()->size, 441000u);
     writeRamp(1, 3);
     const mokSample* const before = wave.liveSample();
-    wave.enableLIVE(true);
+    ASSERT_TRUE(wave.enableLIVE(true));
     EXPECT_EQ(wave.liveSample(), before);
     EXPECT_EQ(wave.getWriteLiveIndex(), 3u);
+    EXPECT_EQ(refreshed, 2);
 
+    const mokSample* told = nullptr;
+    wave.setReplacedHandler([&] { told = wave.liveSample(); });
+    const auto expectFresh = [&](float rate) {
+        EXPECT_EQ(wave.liveSample()->sampleRate, rate);
+        EXPECT_EQ(wave.liveSample()->size, 441000u);
+        EXPECT_EQ(wave.data().mSample.load(), wave.liveSample());
+        EXPECT_EQ(told, wave.liveSample());
+        EXPECT_EQ(wave.getWriteLiveIndex(), 0u);
+        EXPECT_EQ(stored(3), (std::vector<float>{0, 0, 0}));
+    };
     session.sampleRate = 48000.0;
-    wave.enableLIVE(true);
-    EXPECT_EQ(wave.liveSample()->sampleRate, 48000.0f);
-    EXPECT_EQ(wave.liveSample()->size, 441000u);
-    EXPECT_EQ(wave.data().mSample.load(), wave.liveSample());
-    EXPECT_EQ(wave.getWriteLiveIndex(), 0u);
-    EXPECT_EQ(stored(1)[0], 0.0f);
+    ASSERT_TRUE(wave.enableLIVE(true));
+    expectFresh(48000.0f);
+    writeRamp(1, 3);
+    ASSERT_TRUE(wave.clearBuffer());
+    expectFresh(48000.0f);
     EXPECT_EQ(retirement.waiting(), 0u);
 }
 
 TEST_F(LiveBuffer, StaysOffAtARateThatCannotBe) {
     for (const double rate : {0.0, -44100.0, double{kNaN}, 1e300}) {
         session.sampleRate = rate;
-        EXPECT_FALSE(wave.enableLIVE(true)) << rate;
-        EXPECT_FALSE(wave.enableLIVE());
-        EXPECT_FALSE(wave.data().isLiveEnabled);
+        EXPECT_FALSE(wave.enableLIVE(true) || wave.enableLIVE() || wave.data().isLiveEnabled);
     }
 }
 
-TEST_F(LiveBuffer, ForgetsWhatItHeardAndTellsWhoReadsIt) {
-    wave.enableLIVE(true);
-    writeRamp(1, 3);
-    const mokSample* told = nullptr;
-    wave.setReplacedHandler([&] { told = wave.liveSample(); });
-    ASSERT_TRUE(wave.clearBuffer());
-    EXPECT_EQ(told, wave.liveSample());
-    EXPECT_EQ(wave.getWriteLiveIndex(), 0u);
-    EXPECT_EQ(stored(3), (std::vector<float>{0, 0, 0}));
-    EXPECT_TRUE(wave.enableLIVE());
-}
-
-TEST_F(LiveBuffer, ShowsThatItIsLiveAndRemembersTheSoundBefore) {
-    int refreshed = 0;
-    notifications.addObserver("refreshParameters", [&](const std::any&) { ++refreshed; });
-    wave.setCurrentPath("bird.wav");
-    wave.enableLIVE(true);
-    wave.enableLIVE(true);
-    EXPECT_EQ(wave.currentPath(), "NULL");
-    EXPECT_EQ(wave.lastSelectedPath(), "bird.wav");
-    EXPECT_EQ(wave.title(), "Live Input from Matrix Channels");
-    EXPECT_EQ(wave.shortTitle(), "Live");
-    EXPECT_EQ(refreshed, 2);
-}
-
-class LiveSeam : public LiveBuffer {
-protected:
+TEST_F(LiveBuffer, IsCutFromTheOldestFrameToTheNewestAndAcrossTheSeamBothWays) {
     // A power of two, so that positions are exact: modulo 1020 the last four frames are never read.
-    static constexpr int kSize = 1024;
-    static constexpr float kRate = 1024.0f;
-    mokWindow flat{16, kWindowRectangular};
-
-    /// What a grain reads that starts at frame position and moves by step frames a sample.
-    std::vector<float> read(int position, int step, int count) {
-        mokGrain grain(wave.liveSample(), &flat, kRate);
+    constexpr int kSize = 1024;
+    const mokWindow flat(16, kWindowRectangular);
+    // What a grain reads that starts at frame position and moves by step frames a sample.
+    const auto read = [&](int position, int step, std::size_t count) {
+        mokGrain grain(wave.liveSample(), &flat, 1024.0f);
         grain.start();
         // Every sample steps before it reads.
         grain.setParameters(1.0f, static_cast<float>(step),
                             static_cast<double>(position - step) / kSize, 1e6f);
-        std::vector<float> out(static_cast<std::size_t>(count));
-        grain.Processing(out.data(), count);
+        std::vector<float> out(count);
+        grain.Processing(out.data(), static_cast<int>(count));
         return out;
-    }
-};
-
-TEST_F(LiveSeam, PutsTheOldestFrameAtPositionZeroAndTheNewestFourBelowTheEnd) {
-    for (const int w : {1, 4, 500, 1019}) {
+    };
+    using Frames = std::vector<float>;
+    for (const int w : {1, 4, 1019, 500}) {
         wave.initLiveBuffer_andSamplingRate(kSize, 44100.0);
         wave.startLiveTimer();
         writeRamp(0, kSize);
         writeRamp(kSize, w);
         const float oldest = static_cast<float>(w), newest = static_cast<float>(kSize + w - 1);
-        EXPECT_EQ(read(0, 0, 1)[0], oldest) << w;
-        EXPECT_EQ(read(kSize - 5, 0, 1)[0], newest) << w;
-        EXPECT_EQ(read(kSize - 4, 0, 1)[0], oldest) << w;
-        EXPECT_EQ(read(kSize - 1, 0, 1)[0], static_cast<float>(w < 1017 ? w + 3 : w + 7)) << w;
+        EXPECT_EQ(read(0, 0, 1), Frames{oldest});
+        EXPECT_EQ(read(kSize - 5, 0, 1), Frames{newest});
+        EXPECT_EQ(read(kSize - 4, 0, 1), Frames{oldest});
+        EXPECT_EQ(read(kSize - 1, 0, 1), Frames{oldest + (w < 1017 ? 3 : 7)}) << w;
     }
-}
-
-TEST_F(LiveSeam, IsCrossedFrameByFrameBothWays) {
-    wave.initLiveBuffer_andSamplingRate(kSize, 44100.0);
-    wave.startLiveTimer();
-    writeRamp(0, kSize + 500); // the oldest frame is 500, the newest 1523
     // Up over the newest, three frames more, and from position 0 again.
-    EXPECT_EQ(read(1018, 1, 9),
-              (std::vector<float>{1522, 1523, 500, 501, 502, 503, 500, 501, 502}));
-    EXPECT_EQ(read(1, -1, 7), (std::vector<float>{501, 500, 503, 502, 501, 500, 1523}));
+    EXPECT_EQ(read(1018, 1, 9), (Frames{1522, 1523, 500, 501, 502, 503, 500, 501, 502}));
+    EXPECT_EQ(read(1, -1, 7), (Frames{501, 500, 503, 502, 501, 500, 1523}));
     // Where the buffer's memory ends its last four frames are left out.
-    EXPECT_EQ(read(517, 1, 5), (std::vector<float>{1017, 1018, 1019, 1024, 1025}));
+    EXPECT_EQ(read(517, 1, 5), (Frames{1017, 1018, 1019, 1024, 1025}));
 }
 
 } // namespace

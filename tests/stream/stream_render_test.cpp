@@ -1,6 +1,7 @@
-// One render cycle after another: live input in, grains out.
+// One render cycle after another: live input in, grains out, also while another thread turns
+// everything that can be turned.
 
-#include "platform/realtime.h"
+#include "engine/envelope_menu.h"
 #include "tests/support/render_guard.h"
 #include "tests/support/test_sounds.h"
 #include "tests/support/test_stream.h"
@@ -8,107 +9,74 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
-#include <memory>
-#include <random>
-#include <vector>
+#include <numeric>
+#include <thread>
 
 namespace zephyra {
 namespace {
 
-std::vector<float> noise(std::size_t frames) {
-    std::mt19937 random(3);
-    std::vector<float> values(frames);
-    for (float& value : values) value = static_cast<float>(random() % 2001) * 1e-3f - 1.0f;
-    return values;
-}
-
 /// A stream of dense grains that are cut 50 ms behind the newest live frame.
-std::unique_ptr<TestStream> liveStream() {
-    auto stream = std::make_unique<TestStream>();
-    stream->controller.enableLive(true);
-    stream->controller.engine().setRandomSeed(1234567);
-    stream->controller.setControl(ControlId::density, 200.0f);
-    stream->controller.setControl(ControlId::scanning, 0.0f);
-    stream->controller.setControl(ControlId::scrubbingWave, 0.995f);
-    stream->controller.setControl(ControlId::echoSwitch, 1.0f);
-    stream->controller.play(true);
-    return stream;
+struct LiveStream : TestStream {
+    LiveStream() {
+        controller.enableLive(true);
+        controller.engine().setRandomSeed(1234567);
+        controller.setControl(ControlId::density, 200.0f);
+        controller.setControl(ControlId::scanning, 0.0f);
+        controller.setControl(ControlId::scrubbingWave, 0.995f);
+        controller.setControl(ControlId::echoSwitch, 1.0f);
+        controller.play(true);
+    }
+};
+
+std::vector<float> noise(std::size_t frames) {
+    const auto sample = noiseSample(frames, 44100.0f);
+    return {sample->data.get(), sample->data.get() + frames};
 }
 
-/// The whole input through a live stream, in blocks of at most longest frames.
-StereoBlock renderLive(const std::vector<float>& input, int longest, bool inPlace = false) {
-    const auto stream = liveStream();
+/// The whole input through a live stream, in blocks of the lengths given, over and over.
+StereoBlock renderLive(std::vector<float> input, std::vector<int> blocks, bool inPlace = false) {
+    LiveStream stream;
     StereoBlock out(input.size());
-    if (inPlace) {
-        out.left = input;
-        out.right = input;
-    }
-    std::vector<float> in0 = input, in1 = input;
-    const auto frames = static_cast<int>(input.size());
-    for (int done = 0; done < frames; done += longest) {
-        const auto at = static_cast<std::size_t>(done);
+    if (inPlace) out.left = out.right = input;
+    for (std::size_t at = 0, n = 0; at < input.size(); ++n) {
+        const int frames = std::min(blocks[n % blocks.size()], static_cast<int>(input.size() - at));
         const AudioBufferList output = out.from(at);
-        const ChannelList separate{in0.data() + at, in1.data() + at};
-        GranulatorProcessing(&stream->controller, std::min(longest, frames - done),
-                             inPlace ? &output : &separate.list, output);
+        const ChannelList separate{input.data() + at, input.data() + at};
+        GranulatorProcessing(&stream.controller, frames, inPlace ? &output : &separate.list,
+                             output);
+        at += static_cast<std::size_t>(frames);
     }
     return out;
 }
 
 float peak(const std::vector<float>& values) {
-    float most = 0.0f;
-    for (const float value : values) most = std::max(most, std::abs(value));
-    return most;
+    return std::transform_reduce(
+        values.begin(), values.end(), 0.0f, [](float a, float b) { return std::max(a, b); },
+        [](float value) { return std::abs(value); });
 }
 
-TEST(StreamRender, DoesNothingWithoutAControllerAndWorksOnTheRecordOfOne) {
-    StereoBlock out(4);
-    out.left[0] = 5.0f;
-    GranulatorProcessing(nullptr, 4, nullptr, out.from(0));
-    EXPECT_EQ(out.left[0], 5.0f);
-    EXPECT_EQ(getGranularData(nullptr), nullptr);
-    TestStream stream;
-    EXPECT_EQ(getGranularData(&stream.controller)->engine, &stream->engine());
-    EXPECT_EQ(getGranularData(&stream.controller)->waveform, &stream->waveForm());
-}
-
-TEST(StreamRender, CutsGrainsFromLiveInput) {
-    EXPECT_EQ(peak(renderLive(std::vector<float>(44100, 0.0f), 512).left), 0.0f);
-    EXPECT_GT(peak(renderLive(noise(44100), 512).left), 0.1f);
-}
-
-TEST(StreamRender, AlternatesWritingAndRenderingInALongBlock) {
-    // A grain keeps the write index it was started with, so live sound depends on the blocks; one
-    // of 10000 frames is heard as 4096, 4096 and 1808.
+TEST(StreamRender, CutsGrainsFromLiveInputInPlaceOrNotAndInStepsOf4096Frames) {
     const auto input = noise(50000);
-    const auto stream = liveStream();
-    StereoBlock expected(input.size());
-    std::vector<float> in = input;
-    for (std::size_t at = 0; at < in.size();)
-        for (const int frames : {4096, 4096, 1808}) {
-            const ChannelList list{in.data() + at, in.data() + at};
-            GranulatorProcessing(&stream->controller, frames, &list.list, expected.from(at));
-            at += static_cast<std::size_t>(frames);
+    EXPECT_EQ(peak(renderLive(std::vector<float>(44100), {512}).left), 0.0f);
+    EXPECT_GT(peak(renderLive(input, {512}).left), 0.1f);
+    // A grain keeps the write index it was started with, so live sound depends on the blocks.
+    const struct {
+        std::vector<int> blocks, sameAs;
+    } cases[] = {{{64}, {64}}, {{10000}, {4096, 4096, 1808}}};
+    for (const auto& [blocks, sameAs] : cases)
+        for (const bool inPlace : {false, true}) {
+            const StereoBlock got = renderLive(input, blocks, inPlace);
+            const StereoBlock expected = renderLive(input, sameAs);
+            EXPECT_EQ(got.left, expected.left) << blocks[0] << inPlace;
+            EXPECT_EQ(got.right, expected.right) << blocks[0] << inPlace;
         }
-    const StereoBlock got = renderLive(input, 10000);
-    EXPECT_EQ(got.left, expected.left);
-    EXPECT_EQ(got.right, expected.right);
-}
-
-TEST(StreamRender, MayWriteOverItsInput) {
-    const auto input = noise(30000);
-    for (const int longest : {64, 4096, 30000}) {
-        const StereoBlock apart = renderLive(input, longest),
-                          inPlace = renderLive(input, longest, true);
-        EXPECT_EQ(apart.left, inPlace.left) << longest;
-        EXPECT_EQ(apart.right, inPlace.right) << longest;
-    }
 }
 
 TEST(StreamRender, ShowsTheFinishedOutputToTheOscilloscope) {
     struct Screen : Oscilloscope {
-        std::vector<float> left = std::vector<float>(20000);
+        std::vector<float> left = std::vector<float>(10000);
         std::size_t seen = 0;
         void OscilloscopeAddAudio(const AudioBufferList& list,
                                   int frames) ZEPHYRA_NONBLOCKING override {
@@ -122,18 +90,17 @@ TEST(StreamRender, ShowsTheFinishedOutputToTheOscilloscope) {
     stream->setOscilloscope(&screen);
     StereoBlock out(10000);
     GranulatorProcessing(&stream.controller, 10000, nullptr, out.from(0));
-    ASSERT_EQ(screen.seen, 10000u);
-    screen.left.resize(10000);
     EXPECT_EQ(screen.left, out.left);
     EXPECT_GT(peak(out.left), 0.0f);
 }
 
 TEST(StreamRender, WritesLiveInputAlsoWhereNothingCanBeHeard) {
-    const auto stream = liveStream();
+    LiveStream stream;
     std::vector<float> in(100, 1.0f);
     const ChannelList list{in.data()};
-    GranulatorProcessing(&stream->controller, 100, &list.list, ChannelList{in.data()}.list);
-    EXPECT_EQ(stream->controller.waveForm().getWriteLiveIndex(), 100u);
+    GranulatorProcessing(nullptr, 100, &list.list, list.list);
+    GranulatorProcessing(&stream.controller, 100, &list.list, list.list);
+    EXPECT_EQ(getGranularData(&stream.controller)->waveform->getWriteLiveIndex(), 100u);
     EXPECT_EQ(in[99], 1.0f);
 }
 
@@ -150,37 +117,67 @@ TEST(StreamRender, KeepsLongGrainsInsideAMuchShorterSound) {
     }
 }
 
-TEST(StreamRender, IsSilentAfterANewRateWhereAnEchoStillRang) {
-    const auto stream = liveStream();
+TEST(StreamRender, NeitherAllocatesNorWaitsAndIsSilentAfterANewRateWhereAnEchoStillRang) {
+    LiveStream stream;
+    stream->setControl(ControlId::ringModulationSwitch, 1.0f);
     std::vector<float> in = noise(44100);
-    const ChannelList list{in.data()};
+    const ChannelList list{in.data(), in.data()};
     StereoBlock out(44100);
-    GranulatorProcessing(&stream->controller, 44100, &list.list, out.from(0));
-    stream->controller.play(false);
-    GranulatorProcessing(&stream->controller, 4096, nullptr, out.from(0));
+    const AudioBufferList output = out.from(0);
+    {
+        const RenderGuard guard;
+        GranulatorProcessing(&stream.controller, 44100, &list.list, output);
+        const std::uint32_t offences = guard.total();
+        EXPECT_EQ(offences, 0u) << guard.firstOffender();
+    }
+    stream->play(false);
+    GranulatorProcessing(&stream.controller, 4096, nullptr, output);
     EXPECT_GT(peak({out.left.begin(), out.left.begin() + 4096}), 0.0f);
-    stream->controller.prepare(48000.0);
-    GranulatorProcessing(&stream->controller, 44100, nullptr, out.from(0));
+    stream->prepare(48000.0);
+    GranulatorProcessing(&stream.controller, 44100, nullptr, output);
     EXPECT_EQ(peak(out.left), 0.0f);
 }
 
-TEST(StreamRender, NeitherAllocatesNorWaits) {
-    if (!RenderGuard::isActive()) GTEST_SKIP() << "sanitizers watch in its place";
-    const auto stream = liveStream();
-    stream->controller.setControl(ControlId::ringModulationSwitch, 1.0f);
-    std::vector<float> in = noise(10000);
-    const ChannelList list{in.data(), in.data()};
-    StereoBlock out(10000);
-    const AudioBufferList output = out.from(0);
-    std::uint32_t offences = 0;
-    std::string first;
-    {
-        const RenderGuard guard;
-        GranulatorProcessing(&stream->controller, 10000, &list.list, output);
-        offences = guard.total();
-        first = guard.firstOffender();
+TEST(StreamThreads, MayTurnEverythingWhileAnotherThreadRenders) {
+    TestStream stream;
+    stream->play(true);
+    std::atomic<bool> stop = false, finite = true;
+    std::atomic<int> cycles = 0;
+    std::thread renderer([&] {
+        std::vector<float> in(700, 0.5f);
+        const ChannelList input{in.data(), in.data()};
+        StereoBlock out(700);
+        for (; !stop; ++cycles) {
+            GranulatorProcessing(&stream.controller, 1 + cycles % 700, &input.list, out.from(0));
+            if (!std::isfinite(out.left[0] + out.right[0])) finite = false;
+        }
+    });
+
+    for (int round = 0; round < 60 || cycles < 60; ++round) {
+        for (const ControlRange& range : controlRanges()) {
+            const float norm = static_cast<float>((round * 7) % 11) / 10.0f;
+            const float linear = range.minimum + norm * (range.maximum - range.minimum);
+            const float shown = displayedFromLinear(range, linear);
+            stream->setControl(range.id, acceptsValue(range, shown) ? shown : std::trunc(linear));
+        }
+        stream->setRegion(0.1f * static_cast<float>(round % 10), 0.5f);
+        stream->loadSound(noiseSample(round % 2 ? 50000 : 300, 44100.0f));
+        stream->pickEnvelope(static_cast<std::size_t>(round) % kEnvelopeMenu.size());
+        if (round % 5 == 0) stream.session.sampleRate = round % 2 ? 44100.0 : 48000.0;
+        stream->enableLive(round % 3 != 0);
+        if (round % 4 == 0) stream->waveForm().clearBuffer();
+        stream->waveForm().resetLiveWriteIndex();
+        std::vector<float> shown(1000);
+        stream->waveForm().copyLive(stream->waveForm().getWriteLiveIndex(), shown);
+        stream->waveForm().takeRedrawRequest();
+        stream->play(round % 7 != 0);
+        stream->collect();
     }
-    EXPECT_EQ(offences, 0u) << first;
+    stop = true;
+    renderer.join();
+    EXPECT_TRUE(finite);
+    stream->collect();
+    EXPECT_EQ(stream->waitingObjects(), 0u);
 }
 
 } // namespace
