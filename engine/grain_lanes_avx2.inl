@@ -135,13 +135,16 @@ void mixLanes(const StraightMix& run) ZEPHYRA_NONBLOCKING {
 }
 
 void Lanes::mixStraight(const StraightMix& run) ZEPHYRA_NONBLOCKING {
-    // Eight positions span seven steps, one entry for the truncation and one for rounding: below 13
-    // they fit a window of 16 with room.
-    constexpr double kWindowSpan = 13.0;
+    // Eight positions span seven steps and the rounding of single precision; below 14 of that, and
+    // with less than one for the truncation, they fit a window of 16.
+    constexpr double kWindowSpan = 14.0;
     const double sourceSpan = 7.0 * run.readStep * run.sourceSize;
-    const bool sourceWindow = sourceSpan >= 0.0 && sourceSpan < kWindowSpan;
+    const bool sourceWindow =
+        sourceSpan >= 0.0 && sourceSpan + positionRounding(run.sourceSize) < kWindowSpan;
+    const double envelopeSize = double{run.envelopeSize};
     const bool envelopeWindow =
-        7.0f * run.envelopeStep * run.envelopeSize < static_cast<float>(kWindowSpan);
+        7.0 * double{run.envelopeStep} * envelopeSize + positionRounding(envelopeSize) <
+        kWindowSpan;
     if (sourceWindow && envelopeWindow)
         mixLanes<WindowReads, WindowReads>(run);
     else if (sourceWindow)

@@ -38,6 +38,12 @@ constexpr std::int64_t kEndless = std::int64_t{1} << 40;
 constexpr double kIndexMargin =
     6.0; // frames kept from an index seam, for the rounding of positions
 
+/// How far apart single-precision positions lie at the end of a table of size entries, and a little
+/// more: two positions differ from the exact ones by no more than this together.
+inline double positionRounding(double size) ZEPHYRA_NONBLOCKING {
+    return size * 0x1p-23;
+}
+
 /// Samples that a phase can take before a limit, a little short so that rounding cannot cross it.
 inline std::int64_t stepsWithin(double distance, double step) ZEPHYRA_NONBLOCKING {
     if (step <= 0.0) return kEndless;
@@ -89,7 +95,7 @@ inline std::int64_t planRead(const mokGrain& grain, const GrainTables& tables,
     const double toWrap = step < 0.0 ? phase : 1.0 - phase;
     double toSeam =
         step < 0.0 ? (pastSeam ? index : kEndless) : static_cast<double>(modulus) - index;
-    toSeam -= kIndexMargin;
+    toSeam -= kIndexMargin + positionRounding(size);
     const std::int64_t wrap = stepsWithin(toWrap, magnitude);
     const std::int64_t seam = toSeam <= 0.0 ? 0 : stepsWithin(toSeam, magnitude * size);
     return wrap < seam ? wrap : seam;

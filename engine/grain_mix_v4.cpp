@@ -1,36 +1,9 @@
-// The inner body for AVX-512, still eight samples side by side: wider lanes were
-// never run by us, and an inner body that nobody heard has no place on stage.
+// The inner body for AVX-512, still eight samples side by side: wider lanes were never run by us,
+// and an inner body that nobody heard has no place on stage.
 
-#include "engine/grain_mix.h"
-#include "engine/grain_mix_levels.h"
-
-#include <immintrin.h>
+#include "engine/grain_mix_avx2.inl"
 
 namespace zephyra {
-namespace {
-
-inline float fusedMultiplyAdd(float a, float b, float c) ZEPHYRA_NONBLOCKING {
-    return _mm_cvtss_f32(_mm_fmadd_ss(_mm_set_ss(a), _mm_set_ss(b), _mm_set_ss(c)));
-}
-
-struct StraightMix;
-
-struct Lanes {
-    static constexpr int width = 8;
-    static void mixStraight(const StraightMix& run) ZEPHYRA_NONBLOCKING;
-};
-
-} // namespace
-} // namespace zephyra
-
-#include "engine/grain_mix.inl"
-
-namespace zephyra {
-namespace {
-
-#include "engine/grain_lanes_avx2.inl"
-
-} // namespace
 
 int mixGrainV4(mokGrain& grain, const GrainTables& tables,
                const GrainMix& mix) ZEPHYRA_NONBLOCKING {

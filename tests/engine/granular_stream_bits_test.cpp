@@ -54,6 +54,14 @@ const Case kCases[] = {
     {.name = "a large envelope", .window = kWindowSync, .windowPoints = 70001},
     {.name = "no envelope", .window = kWindowRectangular},
     {.name = "a long source", .frames = 17000001, .density = 100, .jitter = 1000},
+    // Positions beyond 2^26 are whole multiples of 8: they jump, and the seam may be jumped over.
+    {.name = "a very long source",
+     .frames = 70000003,
+     .density = 50,
+     .pitch = 10,
+     .jitter = 1000,
+     .start = 0.9999f,
+     .offset = 69990000},
     // 1 / length / rate = 2^-11 exactly, so every sum is exact; and 3 · 2^-12 rounds to even.
     {.name = "an exact envelope step", .outputRate = 32768, .length = 62.5f, .rnd = 0},
 };
