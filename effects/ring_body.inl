@@ -119,11 +119,14 @@ inline void ringLoop(RingBlock& block) {
     block.smoothed = walk.amount.value;
 }
 
-inline void fetchTableAhead(const RingBlock& block) {
+/// Asks for the table points of the block's beginning all at once: the grains have used the nearest
+/// cache since the last block, and a run finds each point only when it needs it.
+inline void fetchTable(const RingBlock& block) {
+    constexpr std::int64_t kMost = 128; // samples; later points come while these are worked on
     auto at = static_cast<std::uint32_t>(static_cast<std::int64_t>(block.phase * 0x1p32));
     const auto step = static_cast<std::uint32_t>(
         static_cast<std::int64_t>((block.increment - __builtin_floor(block.increment)) * 0x1p32));
-    const std::int64_t count = smaller(block.frames, 128);
+    const std::int64_t count = smaller(block.frames, kMost);
     for (std::int64_t n = 0; n < count; ++n) {
         at += step;
         __builtin_prefetch(block.table + (at >> 18));
@@ -132,6 +135,6 @@ inline void fetchTableAhead(const RingBlock& block) {
 
 void ringBody(RingBlock& block) ZEPHYRA_NONBLOCKING {
     const bool atRest = Glide{block.smoothed, block.target, RM::kDryWetGlide}.atRest();
+    fetchTable(block);
     atRest ? ringLoop<false>(block) : ringLoop<true>(block);
-    fetchTableAhead(block);
 }
