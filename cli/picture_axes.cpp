@@ -32,17 +32,6 @@ double timeStep(double least) {
     return 3600 * std::ceil(least / 3600);
 }
 
-std::string clockText(double seconds) {
-    const auto whole = static_cast<long long>(std::llround(seconds));
-    char text[48];
-    if (whole < 3600)
-        std::snprintf(text, sizeof text, "%lld:%02lld", whole / 60, whole % 60);
-    else
-        std::snprintf(text, sizeof text, "%lld:%02lld:%02lld", whole / 3600, whole / 60 % 60,
-                      whole % 60);
-    return text;
-}
-
 int decimalsOf(double step) {
     return std::clamp(static_cast<int>(std::ceil(-std::log10(step) - 1e-9)), 0, 9);
 }
@@ -70,7 +59,7 @@ std::vector<Tick> timeTicks(double seconds, int most) {
     for (int k = 0; k * step <= seconds * (1 + 1e-9); ++k)
         ticks.push_back({k * step / seconds, seconds < kClockFrom
                                                  ? formatFixed(k * step, decimalsOf(step))
-                                                 : clockText(k * step)});
+                                                 : formatClock(std::llround(k * step))});
     return ticks;
 }
 

@@ -1,5 +1,7 @@
 #include "cli/progress_bar.h"
 
+#include "cli/text_numbers.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -14,17 +16,7 @@ constexpr int kBarWidth = 32; // characters; the whole line stays within 80 colu
 constexpr std::chrono::milliseconds kQuietStart{150}; // a job that ends before needs no bar
 constexpr std::chrono::milliseconds kRedraw{80};
 constexpr double kLeastShareToJudge = 0.005;
-
-std::string minutesAndSeconds(double seconds) {
-    const auto whole = static_cast<long long>(std::ceil(std::min(seconds, 359999.0)));
-    char text[32];
-    if (whole < 3600)
-        std::snprintf(text, sizeof text, "%lld:%02lld", whole / 60, whole % 60);
-    else
-        std::snprintf(text, sizeof text, "%lld:%02lld:%02lld", whole / 3600, whole / 60 % 60,
-                      whole % 60);
-    return text;
-}
+constexpr double kLongestShown = 359999.0; // seconds: 99:59:59
 
 } // namespace
 
@@ -37,8 +29,10 @@ std::string progressLine(std::string_view task, double share, double elapsed) {
     char percent[16];
     std::snprintf(percent, sizeof percent, " %3d %%", static_cast<int>(share * 100));
     line += percent;
-    if (share >= kLeastShareToJudge)
-        line += "  " + minutesAndSeconds(elapsed * (1 - share) / share) + " left";
+    if (share >= kLeastShareToJudge) {
+        const double left = std::min(elapsed * (1 - share) / share, kLongestShown);
+        line += "  " + formatClock(static_cast<long long>(std::ceil(left))) + " left";
+    }
     return line;
 }
 

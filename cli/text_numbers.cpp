@@ -49,17 +49,21 @@ std::string formatFixed(double value, int decimals) {
     return formatChars(value, std::chars_format::fixed, decimals);
 }
 
+std::string formatClock(long long seconds) {
+    char text[64];
+    if (seconds < 3600)
+        std::snprintf(text, sizeof text, "%lld:%02lld", seconds / 60, seconds % 60);
+    else
+        std::snprintf(text, sizeof text, "%lld:%02lld:%02lld", seconds / 3600, seconds / 60 % 60,
+                      seconds % 60);
+    return text;
+}
+
 std::string formatDuration(double seconds) {
     if (seconds < 9.995) return formatFixed(seconds, 2) + " s";
     if (seconds < 59.95) return formatFixed(seconds, 1) + " s";
-    const auto whole = static_cast<unsigned long long>(std::llround(seconds));
-    char text[64];
-    if (whole < 3600)
-        std::snprintf(text, sizeof text, "%llu:%02llu min", whole / 60, whole % 60);
-    else
-        std::snprintf(text, sizeof text, "%llu:%02llu:%02llu h", whole / 3600, whole / 60 % 60,
-                      whole % 60);
-    return text;
+    const long long whole = std::llround(seconds);
+    return formatClock(whole) + (whole < 3600 ? " min" : " h");
 }
 
 } // namespace zephyra

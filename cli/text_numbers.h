@@ -21,6 +21,9 @@ std::string formatNumber(float value);
 /// value with a fixed number of decimals, 0 to 9.
 std::string formatFixed(double value, int decimals);
 
+/// Whole seconds as on a clock: "4:05", "1:02:03".
+std::string formatClock(long long seconds);
+
 /// Seconds as a length for people: "0.25 s", "12.3 s", "4:05 min", "1:02:03 h".
 std::string formatDuration(double seconds);
 

@@ -2,8 +2,8 @@
 
 #include "effects/dsp_runtime.h"
 #include "effects/effect_bodies.h"
+#include "effects/parameter_targets.h"
 
-#include <atomic>
 #include <cmath>
 #include <new>
 #include <numbers>
@@ -17,13 +17,12 @@ constexpr const char* kParameterNames[kParameterCount] = {"drywet", "freq"};
 struct State : CommonState {
     EffectBodies bodies = effectBodiesFor(chosenCpuLevel());
     double phase = 0; // 0..1
-    std::atomic<double> target[kParameterCount] = {};
+    ParameterTargets<kParameterCount> targets;
     double smoothed = 0;
     std::int32_t error = kModuleNoError;
     std::int32_t lastFrames = 0;
     double* table = nullptr;
 };
-static_assert(std::atomic<double>::is_always_lock_free);
 
 } // namespace
 
@@ -48,7 +47,7 @@ void reset(CommonState* common) noexcept {
     state->phase = 0;
     state->error = kModuleNoError;
     state->smoothed = 0;
-    for (auto& target : state->target) target = 0;
+    state->targets.clear();
     genlib_reset_complete(state);
 }
 
@@ -57,13 +56,11 @@ void setSampleRate(CommonState* state, double rate) noexcept {
 }
 
 void setparameter(CommonState* state, std::int32_t index, double value) ZEPHYRA_NONBLOCKING {
-    if (index < 0 || index >= kParameterCount || !std::isfinite(value)) return;
-    static_cast<State*>(state)->target[index].store(value, std::memory_order_relaxed);
+    static_cast<State*>(state)->targets.set(index, value);
 }
 
 double getparameter(const CommonState* state, std::int32_t index) ZEPHYRA_NONBLOCKING {
-    if (index < 0 || index >= kParameterCount) return 0;
-    return static_cast<const State*>(state)->target[index].load(std::memory_order_relaxed);
+    return static_cast<const State*>(state)->targets.get(index);
 }
 
 std::int32_t perform(CommonState* common, const float* inL, const float* inR, float* outL,
@@ -72,8 +69,8 @@ std::int32_t perform(CommonState* common, const float* inL, const float* inR, fl
     state->lastFrames = frames;
     if (state->error != kModuleNoError) return state->error;
     if (!inL || !inR || !outL || !outR) return state->error = kModuleNullChannel;
-    const double amount = state->target[kDryWet].load(std::memory_order_relaxed);
-    const double frequency = state->target[kFreq].load(std::memory_order_relaxed);
+    const double amount = state->targets.get(kDryWet);
+    const double frequency = state->targets.get(kFreq);
     RingBlock block{state->table,
                     state->phase,
                     frequency / state->sampleRate,

@@ -3,8 +3,8 @@
 #include "effects/delay_line.h"
 #include "effects/dsp_runtime.h"
 #include "effects/effect_bodies.h"
+#include "effects/parameter_targets.h"
 
-#include <atomic>
 #include <cmath>
 #include <new>
 
@@ -22,12 +22,11 @@ struct State : CommonState {
     DelayLine lineL;
     DelayLine lineR;
     EffectBodies bodies = effectBodiesFor(chosenCpuLevel());
-    std::atomic<double> target[kParameterCount] = {}; // by index
-    double smoothed[kParameterCount] = {};            // in block order
+    ParameterTargets<kParameterCount> targets;
+    double smoothed[kParameterCount] = {}; // in block order
     std::int32_t error = kModuleNoError;
     std::int32_t lastFrames = 0;
 };
-static_assert(std::atomic<double>::is_always_lock_free);
 
 } // namespace
 
@@ -50,10 +49,8 @@ CommonState* create(double sampleRate, std::int32_t vectorSize) noexcept {
 void reset(CommonState* common) noexcept {
     auto* state = static_cast<State*>(common);
     state->error = kModuleNoError;
-    for (int n = 0; n < kParameterCount; ++n) {
-        state->target[n] = 0;
-        state->smoothed[n] = 0;
-    }
+    state->targets.clear();
+    for (double& value : state->smoothed) value = 0;
     clearBuffer(state);
     genlib_reset_complete(state);
 }
@@ -69,13 +66,11 @@ void setSampleRate(CommonState* state, double rate) noexcept {
 }
 
 void setparameter(CommonState* state, std::int32_t index, double value) ZEPHYRA_NONBLOCKING {
-    if (index < 0 || index >= kParameterCount || !std::isfinite(value)) return;
-    static_cast<State*>(state)->target[index].store(value, std::memory_order_relaxed);
+    static_cast<State*>(state)->targets.set(index, value);
 }
 
 double getparameter(const CommonState* state, std::int32_t index) ZEPHYRA_NONBLOCKING {
-    if (index < 0 || index >= kParameterCount) return 0;
-    return static_cast<const State*>(state)->target[index].load(std::memory_order_relaxed);
+    return static_cast<const State*>(state)->targets.get(index);
 }
 
 std::int32_t perform(CommonState* common, const float* inL, const float* inR, float* outL,
@@ -92,7 +87,7 @@ std::int32_t perform(CommonState* common, const float* inL, const float* inR, fl
                     {outL, outR},
                     frames};
     for (int n = 0; n < kParameterCount; ++n) {
-        block.target[n] = state->target[kBlockOrder[n]].load(std::memory_order_relaxed);
+        block.target[n] = state->targets.get(kBlockOrder[n]);
         block.smoothed[n] = glideStart(state->smoothed[n], block.target[n]);
     }
     state->bodies.echo(block);

@@ -57,7 +57,8 @@ public:
     /// Hz; recomputes both increments. One that is not above 0 or not finite is ignored. OFF.
     void setSampleRate(float rate) noexcept;
 
-    /// Lowers the count of sounding grains by ended samples of a grain that is done, never below 0.
+    /// Lowers _actives, never below 0; by the samples that a call had left when its grain ended.
+    /// RENDER.
     static void lowerActives(std::int32_t by) ZEPHYRA_NONBLOCKING;
 
     static Relaxed<std::int32_t>
