@@ -1,0 +1,36 @@
+#include "platform/alert.h"
+
+#include <algorithm>
+
+namespace zephyra {
+
+void AlertCenter::present(Alert alert) {
+    waiting_.push_back(std::move(alert));
+    tellObserver();
+}
+
+bool AlertCenter::answer(std::size_t action, const std::string& text) {
+    if (waiting_.empty() || action >= waiting_.front().actions.size()) return false;
+    const Alert answered = std::move(waiting_.front()); // the action may present another
+    waiting_.pop_front();
+    if (const auto& chosen = answered.actions[action].chosen)
+        chosen(answered.textField ? text : std::string());
+    tellObserver();
+    return true;
+}
+
+bool AlertCenter::answer(const std::string& title, const std::string& text) {
+    if (waiting_.empty()) return false;
+    const auto& actions = waiting_.front().actions;
+    const auto found = std::find_if(actions.begin(), actions.end(), [&](const AlertAction& action) {
+        return action.title == title;
+    });
+    return answer(static_cast<std::size_t>(found - actions.begin()), text);
+}
+
+void AlertCenter::tellObserver() {
+    const auto observer = observer_; // stays alive if it replaces itself
+    if (observer) observer();
+}
+
+} // namespace zephyra

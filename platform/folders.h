@@ -1,0 +1,19 @@
+// Folders: where Zephyra keeps and finds files.
+#pragma once
+
+#include <filesystem>
+
+namespace zephyra {
+
+/// Given from outside, so that tests and several programs can have their own. MAIN.
+struct Folders {
+    std::filesystem::path shared;    ///< what the user saved and imported; may not exist yet
+    std::filesystem::path resources; ///< what came with the program, read-only
+};
+
+/// shared: $XDG_DATA_HOME/zephyra, else $HOME/.local/share/zephyra, or $ZEPHYRA_SHARED_FOLDER as it
+/// stands. resources: $ZEPHYRA_RESOURCE_FOLDER, else the folder that this program was built with.
+/// Nothing is created. MAIN.
+Folders standardFolders();
+
+} // namespace zephyra

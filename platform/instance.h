@@ -1,0 +1,24 @@
+// Instance: what the platform gives to one instance of the system.
+#pragma once
+
+#include "platform/alert.h"
+#include "platform/audio_session.h"
+#include "platform/folders.h"
+#include "platform/notification_center.h"
+#include "platform/run_loop.h"
+#include "platform/user_defaults.h"
+
+namespace zephyra {
+
+/// Two instances in one process share nothing of this. Made first and destroyed last, by whoever
+/// drives the system: the command line tool, a plug-in, a test. The members' own threads hold.
+struct Instance {
+    RunLoop runLoop;
+    NotificationCenter notifications;
+    AudioSession session;
+    AlertCenter alerts;
+    UserDefaults defaults;
+    Folders folders;
+};
+
+} // namespace zephyra

@@ -1,0 +1,33 @@
+// UserDefaults: small settings that outlive the program, in one property-list file.
+#pragma once
+
+#include "platform/property_list.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace zephyra {
+
+/// A dictionary by key. With a path it is read once and written, completely or not at all, on every
+/// change; a file that cannot be read is left as it is and nothing is written until the next
+/// program start. Without one it lives in memory only. MAIN.
+class UserDefaults {
+public:
+    UserDefaults() = default;
+    explicit UserDefaults(std::filesystem::path path);
+
+    /// Null when there is none.
+    const PropertyValue* value(std::string_view key) const;
+    /// A failed write is logged; the value holds in memory all the same.
+    void setValue(std::string key, PropertyValue value);
+    void removeValue(std::string_view key);
+
+private:
+    void save();
+
+    std::filesystem::path path_; // empty: memory only
+    PropertyDictionary values_;
+};
+
+} // namespace zephyra

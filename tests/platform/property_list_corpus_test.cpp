@@ -1,0 +1,107 @@
+// Every file of fuzz/corpus/property_list, whose names say what is in them, reads as its row says.
+
+#include "platform/property_list.h"
+
+#include <fstream>
+#include <gmock/gmock.h>
+#include <iterator>
+#include <set>
+
+namespace zephyra {
+namespace {
+
+const std::filesystem::path kFolder =
+    std::filesystem::path(ZEPHYRA_SOURCE_DIR) / "fuzz/corpus/property_list";
+
+Result<PropertyValue> readKept(const std::string& name) {
+    std::ifstream file(kFolder / name, std::ios::binary);
+    const std::string bytes(std::istreambuf_iterator<char>(file), {});
+    return readPropertyList(std::as_bytes(std::span(bytes)));
+}
+
+/// 64 arrays, each the only item of the next.
+PropertyValue nested() {
+    PropertyValue value = PropertyArray();
+    for (int i = 1; i < 64; ++i) value = PropertyArray{value};
+    return value;
+}
+
+/// What make_property_list_corpus.py puts in.
+const PropertyValue kEveryType = PropertyDictionary{
+    {"array", PropertyArray{1, PropertyArray{true, false}, PropertyDictionary()}},
+    {"data", PropertyData{std::byte{0}, std::byte{1}, std::byte{2}, std::byte{255}}},
+    {"date", PropertyDate{730943998}},
+    {"real", 0.1},
+    {"text", "a <b> & \xc3\xa9\xf0\x9f\x98\x80\ttab"},
+    {"whole", -5}};
+
+const std::map<std::string, PropertyValue> kReadable = {
+    {"every-type.xml", kEveryType},
+    {"every-type.binary", kEveryType},
+    {"float-and-shared.binary", PropertyArray{0.1f, 0.1f, 255}},
+    {"comments-and-cdata.xml", PropertyArray{"a<&AB"}},
+    {"carriage-returns.xml", "a\nb\nc\r"},
+    {"64-deep.xml", nested()}};
+
+/// Files that are refused for one reason, which the line of failure begins with.
+const std::map<std::string, std::vector<const char*>> kRefused = {
+    {"neither an XML nor a binary property list; one is needed", {"empty.xml", "text.xml"}},
+    {"[0][0][0][0][0]", {"65-deep.xml", "circle.binary"}},
+    {"a property list of more than 1048576 values is too large", {"doubled-40-times.binary"}},
+    {"the XML declares entities", {"entities.xml"}},
+    {"the XML is in an encoding that is not read here; UTF-8", {"latin-1.xml"}},
+    {"a: text that is not UTF-8 cannot be kept", {"not-utf-8.xml"}},
+    {"the XML is damaged in line 14", {"cut.xml"}},
+    {"the property list cannot be read: it is damaged, or has a key twice", {"key-twice.xml"}},
+    {"a: the XML is damaged in line 2: a key has no value", {"key-without-value.xml"}},
+    {"a: the data cannot be read; it must be base64", {"bad-data.xml"}},
+    {"a: the date \"2023-02-29T00:00:00Z\" cannot be read", {"bad-date.xml"}},
+    {"Pad[0]: the real \"abc\" cannot be read; use a decimal number", {"bad-real.xml"}},
+    {"a: the whole number \"0x10\" cannot be read", {"bad-whole.xml"}},
+    {"a: a real that is not finite cannot be kept; use a number", {"infinite.xml"}},
+    {"[0]: a real that is not finite cannot be kept", {"not-a-number.binary"}},
+    {"a: the XML is damaged in line 2: a & that begins no known", {"control-character.xml"}},
+    {"k: text with control characters cannot be kept", {"zero-in-text.binary"}},
+    {"text with control characters or half a UTF-16 pair", {"half-a-pair.binary"}},
+    {"a key is no string", {"key-no-string.binary"}},
+    {"k: a value of an unknown type", {"identifier.binary"}},
+    {"[0]: a number of 16 bytes", {"whole-of-65-bits.binary"}},
+    {"a date outside the years 1 to 9999 cannot be kept", {"date-beyond.binary"}},
+    {"[0]: the binary property list is damaged", {"reference-beyond.binary"}},
+    {"the binary property list is damaged",
+     {"cut.binary", "claims-too-many.binary", "array-beyond-the-end.binary",
+      "string-beyond-the-end.binary"}}};
+
+TEST(PropertyListCorpus, readsAsItWasMadeAndWritesWhatReadsAlike) {
+    for (const auto& [name, expected] : kReadable) {
+        const auto value = readKept(name);
+        ASSERT_TRUE(value.ok()) << name << ": " << value.message();
+        EXPECT_EQ(value.value(), expected) << name;
+        const auto xml = writePropertyList(value.value());
+        ASSERT_TRUE(xml.ok()) << name << ": " << xml.message();
+        const auto again = readPropertyList(std::as_bytes(std::span(xml.value())));
+        EXPECT_TRUE(again.ok() && again.value() == expected) << name;
+    }
+}
+
+TEST(PropertyListCorpus, refusesTheRestWithOneLine) {
+    for (const auto& [reason, names] : kRefused)
+        for (const char* name : names) {
+            const auto value = readKept(name);
+            ASSERT_FALSE(value.ok()) << name;
+            EXPECT_THAT(value.message(), testing::StartsWith(reason)) << name;
+            EXPECT_THAT(value.message(), testing::Not(testing::HasSubstr("\n"))) << name;
+        }
+}
+
+TEST(PropertyListCorpus, hasARowForEveryFile) {
+    std::set<std::string> rows, files;
+    for (const auto& row : kReadable) rows.insert(row.first);
+    for (const auto& row : kRefused) rows.insert(row.second.begin(), row.second.end());
+    for (const auto& entry : std::filesystem::directory_iterator(kFolder))
+        files.insert(entry.path().filename().string());
+    EXPECT_EQ(rows, files);
+}
+
+} // namespace
+} // namespace zephyra

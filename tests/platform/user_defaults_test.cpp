@@ -1,0 +1,61 @@
+#include "platform/user_defaults.h"
+
+#include "platform/log.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <limits>
+
+namespace zephyra {
+namespace {
+
+class UserDefaultsTest : public testing::Test {
+protected:
+    UserDefaultsTest() {
+        before_ = setLogSink([this](std::string_view line) { lines_.emplace_back(line); });
+    }
+    ~UserDefaultsTest() override { setLogSink(before_); }
+
+    TemporaryFolder folder_;
+    std::filesystem::path path_ = folder_ / "not yet there/defaults.plist";
+    std::vector<std::string> lines_;
+    LogSink before_;
+};
+
+TEST_F(UserDefaultsTest, OutliveTheProgram) {
+    {
+        UserDefaults defaults(path_);
+        EXPECT_EQ(defaults.value("a"), nullptr);
+        defaults.setValue("a", 1.5f);
+        defaults.setValue("b", "x");
+        defaults.removeValue("b");
+    }
+    const UserDefaults defaults(path_);
+    ASSERT_NE(defaults.value("a"), nullptr);
+    EXPECT_EQ(*defaults.value("a"), PropertyValue(1.5));
+    EXPECT_EQ(defaults.value("b"), nullptr);
+    EXPECT_TRUE(lines_.empty());
+}
+
+TEST_F(UserDefaultsTest, LeaveAFileAloneThatTheyCannotRead) {
+    path_ = folder_ / "defaults.plist";
+    writeText(path_, "damaged");
+    UserDefaults defaults(path_);
+    defaults.setValue("a", 1);
+    EXPECT_EQ(*defaults.value("a"), PropertyValue(1));
+    EXPECT_EQ(readText(path_), "damaged");
+    ASSERT_EQ(lines_.size(), 1u);
+    EXPECT_THAT(lines_[0], testing::StartsWith(path_.string() + " cannot be read: "));
+}
+
+TEST_F(UserDefaultsTest, WriteTheOthersWhenOneValueCannotBeKept) {
+    UserDefaults defaults(path_);
+    defaults.setValue("bad", std::numeric_limits<double>::infinity());
+    defaults.setValue("good", 1);
+    EXPECT_NE(defaults.value("bad"), nullptr);
+    EXPECT_THAT(lines_, testing::Contains(testing::HasSubstr("bad: a real that is not finite")));
+    EXPECT_EQ(readPropertyListFile(path_).value(), (PropertyDictionary{{"good", 1}}));
+}
+
+} // namespace
+} // namespace zephyra
