@@ -62,15 +62,20 @@ struct BenchWork {
 
     std::unique_ptr<mokGranulatorSF> engine(int grains = mokGranulatorSF::kVoices) const {
         auto stream = std::make_unique<mokGranulatorSF>(sample.get(), &window, grains, kRate);
-        stream->setRandomSeed(kSeed);
-        stream->setDensity(static_cast<float>(grains) / 0.085f);
-        stream->setLength(85.0f);
-        stream->setRndLength(0.0f);
-        stream->setWidth(1.0f);
-        stream->setRndPitch(2.0f);
-        stream->setJittering(1000.0f);
-        stream->granularOn = true;
+        configure(*stream, grains);
         return stream;
+    }
+
+    /// Keeps a stream's pool of grains busy.
+    static void configure(mokGranulatorSF& stream, int grains = mokGranulatorSF::kVoices) {
+        stream.setRandomSeed(kSeed);
+        stream.setDensity(static_cast<float>(grains) / 0.085f);
+        stream.setLength(85.0f);
+        stream.setRndLength(0.0f);
+        stream.setWidth(1.0f);
+        stream.setRndPitch(2.0f);
+        stream.setJittering(1000.0f);
+        stream.granularOn = true;
     }
 
     /// The literal loop with the same settings.

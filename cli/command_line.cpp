@@ -4,6 +4,7 @@
 #include "cli/envelopes_command.h"
 #include "cli/info_command.h"
 #include "cli/nearest_name.h"
+#include "cli/parameters_command.h"
 #include "cli/render_command.h"
 #include "cli/text_numbers.h"
 
@@ -19,7 +20,7 @@ namespace zephyra {
 
 namespace {
 
-constexpr std::array<std::string_view, 3> kCommands = {"render", "info", "envelopes"};
+constexpr std::array<std::string_view, 4> kCommands = {"render", "info", "envelopes", "parameters"};
 constexpr const char* kSeeHelp = "; see zephyra --help";
 
 constexpr const char* kExamples =
@@ -29,11 +30,20 @@ constexpr const char* kExamples =
     "\\\n"
     "          --picture cloud.png --seed 7\n"
     "  zephyra render bird.wav --set Scanning=0.1 --at 4:Pitch=-12 --at \"8:Echo Switch=on\"\n"
-    "  zephyra render voice.m4a --live --set Length=200 --envelope Gaussian -o haze.caf\n";
+    "  zephyra render voice.m4a --live --set Length=200 --envelope Gaussian -o haze.caf\n"
+    "  zephyra render loop.wav --tempo 96 --scan-sync 2,4 --echo-sync 1/8,1/8D --midi line.mid\n"
+    "  zephyra render drums.wav --as effect --drywet 70 --automate moves.csv -o moved.wav\n";
 
 std::string padded(std::string text, std::size_t width) {
     text.resize(std::max(text.size() + 2, width), ' ');
     return text;
+}
+
+/// The default without its unit, which the range tells.
+std::string plainValueText(const ControlRange& range) {
+    return range.kind == ControlKind::continuous || range.kind == ControlKind::whole
+               ? formatNumber(range.defaultValue)
+               : valueText(range, range.defaultValue);
 }
 
 /// The controls with their ranges and defaults, as a table.
@@ -42,10 +52,8 @@ std::string controlTable() {
         "Controls for --set and --at (case, spaces and punctuation do not matter):\n";
     for (const ControlId id : settableControls()) {
         const ControlRange& range = controlRange(id);
-        const std::string standard = range.kind == ControlKind::switching
-                                         ? (range.defaultValue != 0 ? "on" : "off")
-                                         : formatNumber(range.defaultValue);
-        table += "  " + padded(range.name, 28) + padded(rangeText(range), 24) + standard + "\n";
+        table += "  " + padded(range.name, 28) + padded(rangeText(range), 24) +
+                 plainValueText(range) + "\n";
     }
     return table;
 }
@@ -58,9 +66,10 @@ struct CommandLine {
     CLI::App* render;
     CLI::App* info;
     CLI::App* envelopes;
+    CLI::App* parameters;
     TypedRenderOptions renderOptions;
     std::string infoFile;
-    bool infoJson = false;
+    bool infoJson = false, parametersJson = false;
     std::optional<std::string> envelopePicture;
 };
 
@@ -80,6 +89,9 @@ CommandLine::CommandLine() {
 
     envelopes = app.add_subcommand("envelopes", "Print the menu of grain envelopes");
     envelopes->add_option("--picture", envelopePicture, "Draw them")->option_text("OUT.png");
+
+    parameters = app.add_subcommand("parameters", "Print the parameters that a host sees");
+    parameters->add_flag("--json", parametersJson, "Print them as JSON");
 }
 
 std::string firstLine(const std::string& text) {
@@ -99,13 +111,15 @@ std::string unexpected(const CLI::App& command, const std::string& argument) {
     }
     if (command.get_option_no_throw("--set") && argument.find('=') != std::string::npos)
         return quoted + " stands alone; write --set before each NAME=VALUE";
-    if (command.get_name() == "envelopes") return "envelopes takes no " + quoted + ", only options";
+    if (command.get_name() == "envelopes" || command.get_name() == "parameters")
+        return command.get_name() + " takes no " + quoted + ", only options";
     return quoted + " is one file too many; one is taken at a time";
 }
 
 /// What is missing, where nothing is too much.
 std::string missing(const CLI::App& command) {
-    if (command.get_name() == "zephyra") return "a command is missing: render, info or envelopes";
+    if (command.get_name() == "zephyra")
+        return "a command is missing: render, info, envelopes or parameters";
     return command.get_name() + " needs the name of a sound file";
 }
 
@@ -144,6 +158,8 @@ ExitCode runChosen(const CommandLine& line) {
     if (line.render->parsed()) return runRender(line.renderOptions);
     if (line.info->parsed())
         return runInfo(line.infoFile, line.infoJson ? InfoForm::json : InfoForm::text);
+    if (line.parameters->parsed())
+        return runParameters(line.parametersJson ? ParametersForm::json : ParametersForm::text);
     return runEnvelopes(line.envelopePicture);
 }
 

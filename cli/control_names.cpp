@@ -11,58 +11,50 @@ namespace zephyra {
 
 namespace {
 
-// What the audio unit adds around a stream; a single stream has nothing to apply them to.
-constexpr std::array<std::string_view, 4> kAudioUnitNames = {"Dry/Wet", "Play Stop", "Freeze",
-                                                             "LIVE"};
+/// All but the envelope, which has an option of its own.
+constexpr std::array<ControlId, kControlCount - 1> kSettable = [] {
+    std::array<ControlId, kControlCount - 1> ids{};
+    for (std::size_t i = 0; i < ids.size(); ++i) ids[i] = static_cast<ControlId>(i);
+    return ids;
+}();
+static_assert(static_cast<std::size_t>(ControlId::envelope) == kControlCount - 1);
 
-constexpr std::array<ControlId, 21> kSettable = {
-    ControlId::scrubbingWave,
-    ControlId::amplitude,
-    ControlId::pan,
-    ControlId::width,
-    ControlId::density,
-    ControlId::rndDensity,
-    ControlId::length,
-    ControlId::rndLength,
-    ControlId::pitch,
-    ControlId::rndPitch,
-    ControlId::scanning,
-    ControlId::jittering,
-    ControlId::echoSwitch,
-    ControlId::leftDelay,
-    ControlId::rightDelay,
-    ControlId::leftGain,
-    ControlId::rightGain,
-    ControlId::ringModulationSwitch,
-    ControlId::ringModulationFrequency,
-    ControlId::ringModulationAmount,
-    ControlId::normalize,
-};
+constexpr std::span<const ControlId> kParameters(kSettable.data(), kParameterCount);
 
 std::string withUnit(const std::string& number, const char* unit) {
     return *unit ? number + " " + unit : number;
 }
 
-Failure unknownName(std::string_view name) {
+Failure unknownName(std::string_view name, std::span<const ControlId> known, const char* kind) {
     std::vector<std::string_view> names;
-    for (const ControlId id : kSettable) names.emplace_back(controlRange(id).name);
-    return {"there is no control " + inQuotes(name) + "; the nearest is " +
+    for (const ControlId id : known) names.emplace_back(controlRange(id).name);
+    return {std::string("there is no ") + kind + " " + inQuotes(name) + "; the nearest is " +
             inQuotes(nearestName(name, names))};
 }
 
-Result<ControlId> findControl(std::string_view name) {
+std::optional<ControlId> findName(std::string_view name, std::span<const ControlId> known) {
     const std::string plain = plainName(name);
-    for (const ControlId id : kSettable)
+    for (const ControlId id : known)
         if (plainName(controlRange(id).name) == plain) return id;
-    for (const std::string_view unitName : kAudioUnitNames)
-        if (plainName(unitName) == plain)
-            return Failure{inQuotes(unitName) +
-                           " comes with the audio unit and cannot be set in a render"};
-    if (plain == "envelope") return Failure{"the envelope is chosen with --envelope NAME"};
-    return unknownName(name);
+    return std::nullopt;
+}
+
+Result<ControlId> findControl(std::string_view name) {
+    if (const auto id = findName(name, kSettable)) return *id;
+    if (plainName(name) == "envelope")
+        return Failure{"the envelope is chosen with --envelope NAME"};
+    return unknownName(name, kSettable, "control");
+}
+
+std::optional<float> parseChoice(std::string_view text) {
+    const std::string plain = plainName(text);
+    for (std::size_t i = 0; i < kSubdivisionNames.size(); ++i)
+        if (plainName(kSubdivisionNames[i]) == plain) return static_cast<float>(i);
+    return std::nullopt;
 }
 
 std::optional<float> parseValue(const ControlRange& range, std::string_view text) {
+    if (range.kind == ControlKind::choice) return parseChoice(text);
     if (range.kind == ControlKind::switching) {
         const std::string word = plainName(text);
         if (word == "on" || word == "1") return 1.0f;
@@ -84,15 +76,34 @@ std::span<const ControlId> settableControls() {
 
 std::string rangeText(const ControlRange& range) {
     if (range.kind == ControlKind::switching) return "on or off";
+    if (range.kind == ControlKind::choice)
+        return std::string(kSubdivisionNames.front()) + " to " + kSubdivisionNames.back();
     return formatNumber(range.minimum) + " to " + withUnit(formatNumber(range.maximum), range.unit);
+}
+
+std::string valueText(const ControlRange& range, float value) {
+    if (range.kind == ControlKind::switching) return value != 0 ? "on" : "off";
+    if (range.kind == ControlKind::choice)
+        return kSubdivisionNames[static_cast<std::size_t>(value)];
+    // A curve's rounding is nothing to read: 50, not 50.000004.
+    return withUnit(formatShort(double{value}), range.unit);
 }
 
 std::string settingText(const ControlSetting& setting) {
     const ControlRange& range = controlRange(setting.control);
-    const std::string value = range.kind == ControlKind::switching
-                                  ? (setting.value != 0 ? "on" : "off")
-                                  : withUnit(formatNumber(setting.value), range.unit);
-    return std::string(range.name) + " " + value;
+    return std::string(range.name) + " " + valueText(range, setting.value);
+}
+
+Result<ControlId> parseParameterName(std::string_view name) {
+    if (const auto id = findName(name, kParameters)) return *id;
+    return unknownName(name, kParameters, "parameter");
+}
+
+Result<float> parseControlValue(ControlId control, std::string_view text) {
+    const ControlRange& range = controlRange(control);
+    if (const std::optional<float> value = parseValue(range, text)) return *value;
+    return Failure{std::string(range.name) + " takes " + rangeText(range) + ", not " +
+                   inQuotes(text)};
 }
 
 Result<ControlSetting> parseSetting(std::string_view text) {
@@ -101,14 +112,9 @@ Result<ControlSetting> parseSetting(std::string_view text) {
         return Failure{inQuotes(text) + " is no setting; write NAME=VALUE, as in Density=80"};
     const Result<ControlId> control = findControl(text.substr(0, sign));
     if (!control) return Failure{control.message()};
-
-    const ControlRange& range = controlRange(control.value());
-    const std::string_view typed = text.substr(sign + 1);
-    const std::optional<float> value = parseValue(range, typed);
-    if (!value)
-        return Failure{std::string(range.name) + " takes " + rangeText(range) + ", not " +
-                       inQuotes(typed)};
-    return ControlSetting{control.value(), *value};
+    const Result<float> value = parseControlValue(control.value(), text.substr(sign + 1));
+    if (!value) return Failure{value.message()};
+    return ControlSetting{control.value(), value.value()};
 }
 
 Result<TimedSetting> parseTimedSetting(std::string_view text) {

@@ -1,7 +1,6 @@
 #include "cli/offline_render.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <random>
 #include <string>
@@ -11,58 +10,196 @@ namespace zephyra {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+std::unique_ptr<MyAudioUnit> makeUnit(FourCharCode type, Instance& instance) {
+    OSStatus error = audio_unit_status::noError;
+    return MyAudioUnit::initWithComponentDescription_options_error({.componentType = type},
+                                                                   instance, error);
+}
 
-AudioBuffer bufferOver(std::vector<float>& samples, std::uint32_t frames) {
-    return {.mDataByteSize = static_cast<std::uint32_t>(frames * sizeof(float)),
-            .mData = samples.data()};
+bool isScanSetting(const ControlSetting& setting) {
+    return setting.control == ControlId::scanning || setting.control == ControlId::scrubbingWave;
+}
+
+Failure memoryIsShort() {
+    return {"memory is too short for the source; shorten it or free some"};
 }
 
 } // namespace
-
-std::uint64_t dueFrame(double seconds, double sampleRate) {
-    return static_cast<std::uint64_t>(std::floor(seconds * sampleRate));
-}
 
 OfflineRender::OfflineRender(RenderPlan plan)
     : plan_(std::move(plan)),
       sourceBefore_(setRandomSource([generator = std::mt19937(plan_.seed)]() mutable {
           return static_cast<std::uint32_t>(generator());
       })),
-      session_{.sampleRate = plan_.sampleRate,
-               .IOBufferDuration = plan_.blockFrames / plan_.sampleRate},
-      stream_(notifications_, session_), trace_(std::make_unique<GrainTrace>()),
-      input_(static_cast<std::size_t>(plan_.blockFrames)), left_(input_.size()),
-      right_(input_.size()) {}
+      trace_(std::make_unique<GrainTrace>()), unit_(makeUnit(plan_.host.type, instance_)),
+      controller_(instance_), host_(*unit_, instance_) {
+    const auto block = static_cast<std::size_t>(plan_.blockFrames);
+    for (std::vector<float>* samples : {&paddedLeft_, &paddedRight_, &left_, &right_})
+        samples->resize(block);
+}
 
 OfflineRender::~OfflineRender() {
+    host_.stop();
     setRandomSource(std::move(sourceBefore_));
 }
 
 Result<void> OfflineRender::apply(const ControlSetting& setting) {
-    if (stream_.setControl(setting.control, setting.value)) return {};
+    const auto setKnob = [&setting](MOK_KNOB& knob) {
+        knob.setDisplayedValue(setting.value);
+        knob.sendEventValueChanged();
+        return true;
+    };
+    const bool taken = setting.control == ControlId::dryWet ? setKnob(controller_._inputDryWetKnob)
+                       : setting.control == ControlId::fadeIn ? setKnob(controller_._fadeInTime)
+                       : setting.control == ControlId::fadeOut
+                           ? setKnob(controller_._fadeOutTime)
+                           : stream().setDisplayed(setting.control, setting.value);
+    if (taken) return {};
     return Failure{"the stream does not take " + settingText(setting) + "; memory may be short"};
 }
 
-Result<void> OfflineRender::prepare(std::shared_ptr<mokSample> source) {
-    source_ = std::move(source);
-    stream_.prepare(plan_.sampleRate);
-    stream_.engine().setRandomSeed(plan_.seed);
-    stream_.engine().setTrace(trace_.get());
-    const bool live = plan_.use == SourceUse::live;
-    if (!stream_.pickEnvelope(plan_.envelope) ||
-        !(live ? stream_.enableLive(true) : stream_.loadSound(source_)))
-        return Failure{"memory is too short for the source; shorten it or free some"};
+Result<void> OfflineRender::loadSample() {
+    if (!source_.sample || stream().loadSound(source_.sample, source_.reference)) return {};
+    return memoryIsShort();
+}
 
-    for (const ControlId id : settableControls())
-        if (id != ControlId::scrubbingWave) // a position, not a state: nothing to put back
-            if (const auto done = apply({id, controlRange(id).defaultValue}); !done) return done;
+Result<void> OfflineRender::applyRegion() {
+    if (plan_.start || plan_.end)
+        stream().setRegion(plan_.start.value_or(stream().regionStart()),
+                           plan_.end.value_or(stream().regionEnd()));
+    return {};
+}
+
+/// A fresh effect chooses a scan of its own as soon as it runs, unless one was set before.
+Result<void> OfflineRender::applyScanSettings() {
+    for (const ControlSetting& setting : plan_.settings)
+        if (isScanSetting(setting))
+            if (const auto done = apply(setting); !done) return done;
+    return applyRegion();
+}
+
+Result<void> OfflineRender::applySettings() {
     for (const ControlSetting& setting : plan_.settings)
         if (const auto done = apply(setting); !done) return done;
-    if (plan_.start || plan_.end)
-        stream_.setRegion(plan_.start.value_or(0.0f), plan_.end.value_or(1.0f));
-    stream_.play(true);
+    if (plan_.envelope && !stream().pickEnvelope(*plan_.envelope)) return memoryIsShort();
+    return applyRegion();
+}
+
+Result<void> OfflineRender::applyHostOptions() {
+    const HostOptions& host = plan_.host;
+    std::vector<ControlSetting> settings;
+    const auto add = [&settings](ControlId id, double value) {
+        settings.push_back({id, static_cast<float>(value)});
+    };
+    if (host.wetOnly) add(ControlId::dryWet, 100);
+    if (host.dryWet) add(ControlId::dryWet, double{*host.dryWet});
+    if (host.fadeIn) add(ControlId::fadeIn, *host.fadeIn);
+    if (host.fadeOut) add(ControlId::fadeOut, *host.fadeOut);
+    if (host.scanSync) {
+        add(ControlId::measures, host.scanSync->first);
+        add(ControlId::quarters, host.scanSync->second);
+        add(ControlId::scanSync, 1);
+    }
+    if (host.echoSync) {
+        add(ControlId::leftSubdivision, static_cast<double>(host.echoSync->first));
+        add(ControlId::rightSubdivision, static_cast<double>(host.echoSync->second));
+        add(ControlId::echoSync, 1);
+        add(ControlId::echoSwitch, 1);
+    }
+    if (host.freeze) add(ControlId::freeze, 1);
+    for (const ControlSetting& setting : settings)
+        if (const auto done = apply(setting); !done) return done;
     return {};
+}
+
+Result<void> OfflineRender::restoreState() {
+    if (!plan_.state) return {};
+    {
+        const RunLoop::Scope main(instance_.runLoop);
+        controller_.restoreStateProc(*plan_.state);
+    }
+    instance_.runLoop.waitForWork(); // a sample that the state names
+    instance_.runLoop.runPosted();
+    const Alert* const alert = instance_.alerts.current();
+    if (!alert || source_.sample) return {};
+    return Failure{"--state " + plan_.host.state->string() + ": " + alert->message};
+}
+
+Result<void> OfflineRender::prepare(RenderSource source) {
+    source_ = std::move(source);
+    instance_.folders = standardFolders();
+    {
+        const RunLoop::Scope main(instance_.runLoop);
+        instance_.runLoop.setClock(RunLoop::Clock::sample);
+        instance_.session = {.sampleRate = plan_.sampleRate,
+                             .IOBufferDuration = plan_.blockFrames / plan_.sampleRate};
+        if (plan_.host.isInstrument()) // at once: then no other sample is loaded
+            if (const auto loaded = loadSample(); !loaded) return loaded;
+        if (!plan_.state)
+            if (const auto done = applyScanSettings(); !done) return done;
+        controller_.setAudioUnit(unit_.get());
+    }
+    const OSStatus started =
+        host_.start({.sampleRate = plan_.sampleRate,
+                     .blockFrames = std::min(static_cast<std::uint32_t>(plan_.blockFrames),
+                                             MyAudioUnit::kMostFramesToRender)});
+    if (started != audio_unit_status::noError)
+        return Failure{"the audio unit does not start (" + std::to_string(started) +
+                       "); memory may be short"};
+    if (const auto restored = restoreState(); !restored) return restored;
+
+    {
+        const RunLoop::Scope main(instance_.runLoop);
+        if (const auto loaded = loadSample(); !loaded) return loaded;
+    }
+    instance_.runLoop.runPosted(); // what the change of the sound brought about
+    const RunLoop::Scope main(instance_.runLoop);
+    if (const auto done = applyHostOptions(); !done) return done;
+    if (const auto done = applySettings(); !done) return done;
+    stream().engine().setRandomSeed(plan_.seed);
+    stream().setSeed(plan_.seed);
+    stream().engine().setTrace(trace_.get());
+    completePlan();
+    startTransport();
+    return {};
+}
+
+void OfflineRender::completePlan() {
+    for (const ControlRange& range : controlRanges())
+        plan_.initial[static_cast<std::size_t>(range.id)] = stream().displayed(range.id);
+    const auto keep = [this](ControlId id, const MOK_KNOB& knob) {
+        plan_.initial[static_cast<std::size_t>(id)] = knob.displayedValue();
+    };
+    keep(ControlId::dryWet, controller_._inputDryWetKnob);
+    keep(ControlId::fadeIn, controller_._fadeInTime);
+    keep(ControlId::fadeOut, controller_._fadeOutTime);
+    plan_.use = stream().isLive() ? SourceUse::live : SourceUse::loaded;
+    addEchoTail(plan_);
+    lanes_ = automationLanes(plan_.automation, [this](ControlId id) {
+        return linearFromDisplayed(controlRange(id), plan_.initial[static_cast<std::size_t>(id)]);
+    });
+}
+
+/// Play is pressed, unless the host's transport is what starts the grains.
+void OfflineRender::startTransport() {
+    const HostOptions& host = plan_.host;
+    const bool follows = stream().controls.syncSampler.isOn();
+    if (host.reportsContext() || follows) {
+        host_.reportContext(true);
+        host_.setTempo(host.tempo.value_or(kDefaultTempo));
+        host_.setMeter(host.meter ? host.meter->first : kDefaultMeter);
+        host_.setBeatPosition(0.0);
+    }
+    if (!host.transport && !follows) {
+        stream().setDisplayed(ControlId::playStop, 1.0f);
+        return;
+    }
+    const bool plays = host.transport.value_or(HostTransport::play) == HostTransport::play;
+    host_.reportTransport(true);
+    host_.setTransport(plays);
+    // A stream that does not follow the transport is started by the parameter, as hosts can.
+    if (plays && !follows)
+        host_.queueParameter(static_cast<AUParameterAddress>(ControlId::playStop), 1.0f);
 }
 
 Result<void> OfflineRender::applyDue(std::uint64_t blockEnd) {
@@ -75,39 +212,52 @@ Result<void> OfflineRender::applyDue(std::uint64_t blockEnd) {
     return {};
 }
 
-/// Ends the playing without a click: what sounds runs out under its envelope, what still starts is
-/// silent.
-void OfflineRender::silenceNewGrains() {
-    stream_.engine().setLevel(0.0f);
+void OfflineRender::queueAutomation(std::uint64_t firstFrame, std::uint32_t frames) {
+    for (AutomationLane& lane : lanes_) {
+        const auto event = lane.next(plan_.secondsAt(firstFrame),
+                                     plan_.secondsAt(firstFrame + frames), plan_.sampleRate);
+        if (!event) continue;
+        const auto address = static_cast<AUParameterAddress>(lane.parameter());
+        if (event->ramp)
+            host_.queueRamp(address, event->value, frames, event->offset);
+        else
+            host_.queueParameter(address, event->value, std::min(event->offset, frames - 1));
+    }
+}
+
+void OfflineRender::queueMidi(std::uint64_t firstFrame, std::uint32_t frames) {
+    for (; nextMidi_ < plan_.midi.size(); ++nextMidi_) {
+        const TimedMidi& message = plan_.midi[nextMidi_];
+        const std::uint64_t due = dueFrame(message.seconds, plan_.sampleRate);
+        if (due >= firstFrame + frames) return;
+        host_.queueMidi(message.bytes.data(), message.length,
+                        static_cast<std::uint32_t>(std::max(due, firstFrame) - firstFrame));
+    }
 }
 
 std::uint32_t OfflineRender::nextBlockLength(std::uint64_t firstFrame) const {
-    const std::uint64_t end = firstFrame < plan_.playFrames ? plan_.playFrames : plan_.frames;
-    return static_cast<std::uint32_t>(
-        std::min<std::uint64_t>(end - firstFrame, static_cast<std::uint64_t>(plan_.blockFrames)));
+    std::uint64_t end = firstFrame + static_cast<std::uint64_t>(plan_.blockFrames);
+    for (const std::uint64_t border : {plan_.stopFrame.value_or(0), plan_.playFrames, plan_.frames})
+        if (border > firstFrame) end = std::min(end, border);
+    return static_cast<std::uint32_t>(end - firstFrame);
 }
 
-void OfflineRender::feedInput(std::uint64_t firstFrame, std::uint32_t frames) {
-    const std::uint64_t known = firstFrame < source_->size
-                                    ? std::min<std::uint64_t>(frames, source_->size - firstFrame)
-                                    : 0;
-    std::copy_n(source_->getPtr() + (known ? firstFrame : 0), known, input_.begin());
-    std::fill(input_.begin() + static_cast<std::ptrdiff_t>(known),
-              input_.begin() + static_cast<std::ptrdiff_t>(frames), 0.0f);
+const float* OfflineRender::inputAt(const std::vector<float>& channel, std::vector<float>& padded,
+                                    std::uint64_t firstFrame, std::uint32_t frames) const {
+    if (firstFrame + frames <= channel.size()) return channel.data() + firstFrame;
+    if (firstFrame >= channel.size()) return nullptr;
+    const auto rest = channel.begin() + static_cast<std::ptrdiff_t>(firstFrame);
+    std::fill(std::copy(rest, channel.end(), padded.begin()), padded.end(), 0.0f);
+    return padded.data();
 }
 
-void OfflineRender::renderBlock(std::uint64_t firstFrame, std::uint32_t frames) {
-    AudioBuffer buffers[] = {bufferOver(left_, frames), bufferOver(right_, frames)};
-    const AudioBufferList output{.mNumberBuffers = 2, .mBuffers = buffers};
-    AudioBuffer inputBuffer = bufferOver(input_, frames);
-    const AudioBufferList input{.mNumberBuffers = 1, .mBuffers = &inputBuffer};
-    const bool live = plan_.use == SourceUse::live;
-    if (live) feedInput(firstFrame, frames);
-
-    const Clock::time_point before = Clock::now();
-    GranulatorProcessing(&stream_, static_cast<int>(frames), live ? &input : nullptr, output);
-    statistics_.renderSeconds += std::chrono::duration<double>(Clock::now() - before).count();
-    stream_.collect();
+OSStatus OfflineRender::renderBlock(std::uint64_t firstFrame, std::uint32_t frames) {
+    return host_.render(
+        {.frames = frames,
+         .inputLeft = inputAt(source_.inputLeft, paddedLeft_, firstFrame, frames),
+         .inputRight = inputAt(source_.inputRight, paddedRight_, firstFrame, frames),
+         .left = left_.data(),
+         .right = right_.data()});
 }
 
 void OfflineRender::takeGrains(std::uint64_t firstFrame) {
@@ -123,20 +273,34 @@ void OfflineRender::takeGrains(std::uint64_t firstFrame) {
 Result<RenderStatistics> OfflineRender::run(const Consumer& consumer) {
     for (std::uint64_t first = 0; first < plan_.frames;) {
         const std::uint32_t frames = nextBlockLength(first);
-        if (const auto done = applyDue(first + frames); !done) return Failure{done.message()};
-        if (first >= plan_.playFrames) silenceNewGrains();
-        renderBlock(first, frames);
+        {
+            const RunLoop::Scope main(instance_.runLoop);
+            if (const auto done = applyDue(first + frames); !done) return Failure{done.message()};
+            if (first == plan_.stopFrame) stream().setDisplayed(ControlId::playStop, 0.0f);
+        }
+        queueAutomation(first, frames);
+        queueMidi(first, frames);
+        if (first >= plan_.playFrames) {
+            // What sounds runs out under its envelope, what still starts is silent: no click.
+            instance_.runLoop.runPosted(); // nothing that waits may raise the level again
+            stream().engine().setLevel(0.0f);
+        }
+        const float amplitude = stream().engine().currentLevel();
+        if (const OSStatus status = renderBlock(first, frames);
+            status != audio_unit_status::noError)
+            return Failure{"the audio unit does not render (" + std::to_string(status) + ")"};
         takeGrains(first);
         const auto done = consumer({.firstFrame = first,
                                     .frames = frames,
                                     .left = left_.data(),
                                     .right = right_.data(),
                                     .grains = grains_,
-                                    .scanPosition = stream_.engine().currentScanPosition(),
-                                    .amplitude = stream_.control(ControlId::amplitude)});
+                                    .scanPosition = stream().getTimePhasor(),
+                                    .amplitude = amplitude});
         if (!done) return Failure{done.message()};
         first += frames;
     }
+    statistics_.renderSeconds = host_.renderSeconds();
     return statistics_;
 }
 

@@ -1,35 +1,28 @@
-// OfflineRender: one stream rendered from first frame to last, as fast as it goes.
+// OfflineRender: one instrument or effect rendered from first frame to last, as fast as it goes.
 #pragma once
 
-#include "cli/control_names.h"
+#include "cli/render_plan.h"
 #include "engine/grain_trace.h"
+#include "hosting/offline_host.h"
+#include "main_view/audio_unit_view_controller.h"
 #include "platform/random_source.h"
 #include "platform/result.h"
-#include "stream/stream_controller.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace zephyra {
 
-enum class SourceUse { loaded, live };
-
-/// Everything that decides the sound. The same plan and source give the same samples.
-struct RenderPlan {
-    double sampleRate;        ///< Hz
-    std::uint64_t playFrames; ///< while grains start
-    std::uint64_t frames;     ///< all, with the echo's tail
-    int blockFrames;          ///< per render call; the one that reaches playFrames is shorter
-    std::uint32_t seed;       ///< from 1 up
-    std::size_t envelope;     ///< position in the menu
-    SourceUse use;
-    std::vector<ControlSetting> settings;    ///< over the defaults, in order
-    std::vector<TimedSetting> timedSettings; ///< sorted; each at the start of its block
-    std::optional<float> start, end;         ///< fractions of the source
+/// What is played: a sample, a host's input, or both.
+struct RenderSource {
+    std::shared_ptr<mokSample> sample = {}; ///< null for an effect on its input alone
+    SampleReference reference = {};         ///< of sample
+    /// The host's input, of equal length; empty: none.
+    std::vector<float> inputLeft = {}, inputRight = {};
 };
 
 /// One block as it was rendered.
@@ -48,9 +41,6 @@ struct RenderStatistics {
     double renderSeconds = 0; ///< of this machine's time, the consumer's not counted
 };
 
-/// The frame of the output at which settings of this time are due.
-std::uint64_t dueFrame(double seconds, double sampleRate);
-
 /// Order of calls: prepare, run once. MAIN; it is RENDER itself meanwhile.
 class OfflineRender {
 public:
@@ -62,33 +52,52 @@ public:
     OfflineRender(const OfflineRender&) = delete;
     OfflineRender& operator=(const OfflineRender&) = delete;
 
-    /// Loads source, or keeps it to be fed as live input. Sets up everything that holds from the
-    /// first frame on.
-    Result<void> prepare(std::shared_ptr<mokSample> source);
+    /// Builds the whole system, loads what is to be played, sets everything that holds from the
+    /// first frame on, and completes the plan with what only the system knows.
+    Result<void> prepare(RenderSource source);
+
+    /// Complete after prepare.
+    const RenderPlan& plan() const noexcept { return plan_; }
 
     Result<RenderStatistics> run(const Consumer& consumer);
+
+    /// Everything as it stands, for saving.
+    PropertyDictionary state() const { return controller_.getState(); }
 
     /// Frames of the buffer that live input is kept in.
     static constexpr std::uint64_t kLiveFrames = WaveForm::kLiveFrames;
 
 private:
+    Result<void> loadSample();
+    Result<void> restoreState();
     Result<void> apply(const ControlSetting& setting);
+    Result<void> applySettings();
+    Result<void> applyScanSettings();
+    Result<void> applyRegion();
+    Result<void> applyHostOptions();
+    void completePlan();
+    void startTransport();
     Result<void> applyDue(std::uint64_t blockEnd);
-    void silenceNewGrains();
+    void queueAutomation(std::uint64_t firstFrame, std::uint32_t frames);
+    void queueMidi(std::uint64_t firstFrame, std::uint32_t frames);
     std::uint32_t nextBlockLength(std::uint64_t firstFrame) const;
-    void renderBlock(std::uint64_t firstFrame, std::uint32_t frames);
-    void feedInput(std::uint64_t firstFrame, std::uint32_t frames);
+    OSStatus renderBlock(std::uint64_t firstFrame, std::uint32_t frames);
+    const float* inputAt(const std::vector<float>& channel, std::vector<float>& padded,
+                         std::uint64_t firstFrame, std::uint32_t frames) const;
     void takeGrains(std::uint64_t firstFrame);
+    MOK_SCRUB_GRANULATOR& stream() { return controller_._GRANULATOR_STREAM; }
 
     RenderPlan plan_;
     RandomSource sourceBefore_;
-    NotificationCenter notifications_;
-    AudioSession session_;
-    MOK_SCRUB_GRANULATOR stream_;
+    Instance instance_;
     std::unique_ptr<GrainTrace> trace_;
-    std::shared_ptr<mokSample> source_;
-    std::size_t nextSetting_ = 0;
-    std::vector<float> input_, left_, right_;
+    std::unique_ptr<MyAudioUnit> unit_; // outlives the controller that is connected to it
+    AudioUnitViewController controller_;
+    OfflineHost host_;
+    RenderSource source_;
+    std::size_t nextSetting_ = 0, nextMidi_ = 0;
+    std::vector<AutomationLane> lanes_; // one per automated parameter
+    std::vector<float> paddedLeft_, paddedRight_, left_, right_;
     std::vector<GrainRecord> grains_;
     RenderStatistics statistics_;
 };

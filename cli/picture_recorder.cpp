@@ -2,6 +2,7 @@
 
 #include "cli/render_plan.h"
 #include "cli/text_numbers.h"
+#include "controls/named_knobs.h"
 #include "engine/envelope_menu.h"
 
 #include <algorithm>
@@ -24,20 +25,23 @@ std::string decibelText(double level) {
 }
 
 std::vector<std::string> settingTexts(const RenderPlan& plan) {
-    const ControlValues values = controlsAt(plan, 0);
-    const auto value = [&values](ControlId id) { return values[static_cast<std::size_t>(id)]; };
+    const auto value = [&plan](ControlId id) { return plan.initial[static_cast<std::size_t>(id)]; };
     std::vector<std::string> texts;
     for (const ControlId id : kAlwaysTold) texts.push_back(settingText({id, value(id)}));
     for (const ControlId id : settableControls()) {
+        if (id == ControlId::playStop || id == ControlId::live) continue; // the picture shows them
         const bool told =
             std::find(kAlwaysTold.begin(), kAlwaysTold.end(), id) != kAlwaysTold.end();
-        if (!told && value(id) != controlRange(id).defaultValue)
-            texts.push_back(settingText({id, value(id)}));
+        const std::string text = settingText({id, value(id)});
+        if (!told && text != settingText({id, controlRange(id).defaultValue}))
+            texts.push_back(text);
     }
     if (plan.start) texts.push_back("Start " + formatNumber(*plan.start));
     if (plan.end) texts.push_back("End " + formatNumber(*plan.end));
     if (plan.use == SourceUse::live) texts.emplace_back("Live input");
-    texts.emplace_back(kEnvelopeMenu[plan.envelope]);
+    if (plan.host.reportsContext())
+        texts.push_back("Tempo " + formatNumber(plan.host.tempo.value_or(kDefaultTempo)) + " bpm");
+    texts.emplace_back(kEnvelopeMenu[static_cast<std::size_t>(value(ControlId::envelope))]);
     return texts;
 }
 
@@ -74,6 +78,19 @@ PictureRecorder::PictureRecorder(const RenderPlan& plan, const SoundFileInfo& so
     }
     for (const TimedSetting& timed : plan.timedSettings)
         map.events.push_back({timed.seconds, settingText(timed.setting)});
+    for (const AutomationPoint& point : plan.automation) {
+        const ControlRange& range = controlRange(point.parameter);
+        map.events.push_back(
+            {point.seconds,
+             std::string(point.ramp ? "\u2197 " : "") +
+                 settingText({point.parameter, displayedFromLinear(range, point.linear)})});
+    }
+    for (const TimedMidi& message : plan.midi)
+        if (message.bytes[0] >> 4 == 0x9 && message.bytes[2] > 0)
+            map.events.push_back({message.seconds, midiNoteName(message.bytes[1])});
+    if (plan.stopFrame) map.events.push_back({plan.secondsAt(*plan.stopFrame), "Stop"});
+    std::stable_sort(map.events.begin(), map.events.end(),
+                     [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
 }
 
 double PictureRecorder::sourcePosition(double position, const RenderedBlock& block,

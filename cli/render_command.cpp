@@ -8,11 +8,14 @@
 #include "cli/progress_bar.h"
 #include "cli/render_plan.h"
 #include "cli/render_report.h"
-#include "platform/sound_file.h"
+#include "cli/render_source.h"
+#include "platform/atomic_file.h"
 
-#include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <system_error>
+#include <utility>
 
 namespace zephyra {
 
@@ -22,61 +25,54 @@ ProgressBar::Shown barFor(const RenderOptions& options) {
     return options.quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal;
 }
 
-Result<SoundFile> readSource(const RenderOptions& options) {
-    ProgressBar bar("Reading  ", barFor(options));
-    SoundFileOptions reading;
-    reading.progress = [&bar](double share) {
-        bar.update(share);
-        return !interrupted();
-    };
-    return readSoundFile(options.input, reading);
-}
-
-std::shared_ptr<mokSample> makeSample(const SoundFile& sound) {
-    auto sample = std::make_shared<mokSample>();
-    if (!sample->allocate(sound.samples.size(), static_cast<float>(sound.info.sampleRate)))
-        return nullptr;
-    std::copy(sound.samples.begin(), sound.samples.end(), sample->getPtr());
-    sample->writeGuardPoint();
-    return sample;
-}
-
 /// A render on its way: the files it goes into, and what is collected meanwhile.
 struct Job {
     const RenderOptions& options;
-    const RenderPlan& plan;
+    OfflineRender render;
+    const RenderPlan& plan() const { return render.plan(); }
     OutputFile file;
     PictureFile pictureFile;
     std::unique_ptr<PictureRecorder> recorder; // only when a picture is wanted
 };
 
+/// Whether a state can be saved there, before hours go into the sound that comes with it.
+Result<void> checkStateFile(const std::optional<std::filesystem::path>& path) {
+    AtomicFile trial;
+    const std::error_code error = path ? trial.open(*path) : std::error_code();
+    if (!error) return {};
+    return Failure{path->string() + ": the state cannot be written (" + error.message() +
+                   "); choose a folder with room that may be written to"};
+}
+
 /// Opens what will be written before the long work begins.
-Result<void> openFiles(Job& job, const SoundFile& sound) {
+Result<void> openFiles(Job& job, const ReadSource& read) {
     const SampleFormat format = job.options.floats ? SampleFormat::floats : SampleFormat::shorts;
     if (auto opened =
-            job.file.open(job.options.output, job.options.type, format, job.plan.sampleRate);
+            job.file.open(job.options.output, job.options.type, format, job.plan().sampleRate);
         !opened)
         return opened;
+    if (auto writable = checkStateFile(job.options.host.saveState); !writable) return writable;
     if (!job.options.picture) return {};
     if (auto opened = job.pictureFile.open(*job.options.picture); !opened) return opened;
-    job.recorder = std::make_unique<PictureRecorder>(job.plan, sound.info);
-    job.recorder->addSource(sound.samples);
+    job.recorder = std::make_unique<PictureRecorder>(job.plan(), read.shown);
+    job.recorder->addSource(read.shownSamples());
     return {};
 }
 
-Result<RenderStatistics> renderInto(Job& job, std::shared_ptr<mokSample> source) {
-    if (!source) return Failure{"memory is too short for " + job.options.input.string()};
-    OfflineRender render(job.plan);
-    if (const auto ready = render.prepare(std::move(source)); !ready)
-        return Failure{ready.message()};
+Result<RenderStatistics> renderAll(Job& job) {
     ProgressBar bar("Rendering", barFor(job.options));
-    return render.run([&](const RenderedBlock& block) -> Result<void> {
+    return job.render.run([&](const RenderedBlock& block) -> Result<void> {
         if (interrupted())
             return Failure{"interrupted; " + job.options.output.string() + " was not written"};
         if (job.recorder) job.recorder->add(block); // before the writer limits the samples
-        bar.update(static_cast<double>(block.firstFrame) / static_cast<double>(job.plan.frames));
+        bar.update(static_cast<double>(block.firstFrame) / static_cast<double>(job.plan().frames));
         return job.file.write(block.left, block.right, block.frames);
     });
+}
+
+Result<void> saveState(const Job& job) {
+    if (!job.options.host.saveState) return {};
+    return writePropertyListFile(*job.options.host.saveState, job.render.state());
 }
 
 Result<void> savePicture(Job& job, const RenderStatistics& statistics) {
@@ -104,28 +100,34 @@ ExitCode runRender(const TypedRenderOptions& typed) {
     if (!checked) return endWith(ExitCode::wrongUsage, checked.message());
     const RenderOptions& options = checked.value();
 
-    Result<SoundFile> sound = readSource(options);
-    if (!sound) return endWith(ExitCode::failure, sound.message());
-    const Result<RenderPlan> plan = makeRenderPlan(options, sound.value().info);
-    if (!plan) return endWith(ExitCode::wrongUsage, plan.message());
+    Result<ReadSource> read = readRenderSource(options, barFor(options));
+    if (!read) return endWith(ExitCode::failure, read.message());
+    if (const auto fits = checkInputRate(options, read.value().input); !fits)
+        return endWith(ExitCode::wrongUsage, fits.message());
+    Result<RenderPlan> plan = makeRenderPlan(options, read.value().input);
+    if (!plan) return endWith(ExitCode::failure, plan.message());
 
     Job job{.options = options,
-            .plan = plan.value(),
+            .render = OfflineRender(std::move(plan.value())),
             .file = {},
             .pictureFile = {},
             .recorder = nullptr};
-    if (const auto opened = openFiles(job, sound.value()); !opened)
+    if (const auto ready = job.render.prepare(std::move(read.value().source)); !ready)
+        return endWith(ExitCode::failure, ready.message());
+    if (const auto fits = checkTimes(job.plan()); !fits)
+        return endWith(ExitCode::wrongUsage, fits.message());
+    if (const auto opened = openFiles(job, read.value()); !opened)
         return endWith(ExitCode::failure, opened.message());
-    std::shared_ptr<mokSample> source = makeSample(sound.value());
-    sound.value().samples = {}; // a long source is not held twice
-    const Result<RenderStatistics> statistics = renderInto(job, std::move(source));
+    const Result<RenderStatistics> statistics = renderAll(job);
     if (!statistics) return endWith(ExitCode::failure, statistics.message());
 
     if (const auto closed = job.file.close(); !closed)
         return endWith(ExitCode::failure, closed.message());
     if (const auto saved = savePicture(job, statistics.value()); !saved)
         return endWith(ExitCode::failure, saved.message());
-    return tell({options, plan.value(), statistics.value(), job.file});
+    if (const auto saved = saveState(job); !saved)
+        return endWith(ExitCode::failure, saved.message());
+    return tell({options, job.plan(), statistics.value(), job.file});
 }
 
 } // namespace zephyra

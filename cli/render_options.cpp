@@ -100,7 +100,6 @@ Complaint readSettings(const TypedRenderOptions& typed, RenderOptions& options) 
 }
 
 Complaint readEnvelope(const TypedRenderOptions& typed, RenderOptions& options) {
-    options.envelope = kDefaultEnvelope;
     if (!typed.envelope) return {};
     const std::optional<std::size_t> found = findEnvelope(*typed.envelope);
     if (!found) {
@@ -173,6 +172,18 @@ Complaint readFiles(const TypedRenderOptions& typed, RenderOptions& options) {
     return {};
 }
 
+/// An instrument has no input that LIVE could listen to.
+Complaint checkLive(const RenderOptions& options) {
+    const auto asksForLive = [](const ControlSetting& setting) {
+        return setting.control == ControlId::live && setting.value != 0;
+    };
+    bool asked = std::any_of(options.settings.begin(), options.settings.end(), asksForLive);
+    for (const TimedSetting& timed : options.timedSettings)
+        asked = asked || asksForLive(timed.setting);
+    if (!asked || !options.host.isInstrument()) return {};
+    return Failure{"LIVE is for an effect, which has an input; add --as effect"};
+}
+
 } // namespace
 
 void declareRenderOptions(CLI::App& command, TypedRenderOptions& typed) {
@@ -209,10 +220,11 @@ void declareRenderOptions(CLI::App& command, TypedRenderOptions& typed) {
            "Where it ends; before the start, the scan covers what lies between");
     command.add_flag(
         "--live", typed.live,
-        "Feed INPUT as live input instead of loading it: grains come from the last ten "
-        "seconds heard. Without a scan setting they follow 0.2 s behind the input");
+        "Feed INPUT to an effect instead of loading it, and hear the grains alone: they come from "
+        "the last ten seconds heard. Without a scan setting they follow 0.2 s behind the input");
     option("--type", typed.type, "TYPE",
            "wav, aiff, aifc, caf, au, sd2 or m4a, whatever OUT's name");
+    declareHostOptions(command, typed.host);
     command.add_flag("--float", typed.floats, "Write 32-bit floats (WAV), which nothing limits");
     option("--picture", typed.picture, "OUT.png",
            "Draw the source, every grain, the output and its spectrogram");
@@ -231,6 +243,10 @@ Result<RenderOptions> checkRenderOptions(const TypedRenderOptions& typed) {
     if (Complaint wrong = readFraction("--start", typed.start, options.start))
         return std::move(*wrong);
     if (Complaint wrong = readFraction("--end", typed.end, options.end)) return std::move(*wrong);
+    Result<HostOptions> host = checkHostOptions(typed.host, typed.live);
+    if (!host) return Failure{host.message()};
+    options.host = std::move(host.value());
+    if (auto wrong = checkLive(options)) return std::move(*wrong);
     return options;
 }
 

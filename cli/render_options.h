@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/control_names.h"
+#include "cli/host_options.h"
 #include "platform/four_char_code.h"
 #include "platform/result.h"
 
@@ -29,6 +30,7 @@ struct TypedRenderOptions {
     std::optional<std::string> output, seconds, rate, block, seed, envelope, start, end, type;
     std::optional<std::string> picture;
     std::vector<std::string> settings, timedSettings;
+    TypedHostOptions host;
     bool live = false, floats = false, quiet = false, json = false;
 };
 
@@ -43,8 +45,9 @@ struct RenderOptions {
     std::optional<std::uint32_t> seed; ///< none: from the clock
     std::vector<ControlSetting> settings;
     std::vector<TimedSetting> timedSettings; ///< by time, and in the order typed at equal times
-    std::size_t envelope;                    ///< position in the menu
+    std::optional<std::size_t> envelope;     ///< position in the menu
     std::optional<float> start, end;         ///< fractions of the source
+    HostOptions host;
     bool live, floats, quiet, json;
 };
 

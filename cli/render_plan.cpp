@@ -3,6 +3,7 @@
 #include "cli/echo_tail.h"
 #include "cli/text_numbers.h"
 #include "platform/clock.h"
+#include "stream/echo_sync.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,92 +26,128 @@ std::uint32_t clockSeed() {
     return std::max<std::uint32_t>(currentSeconds(), 1);
 }
 
+EchoSide echoSide(const RenderPlan& plan, const ControlValues& at, ControlId delay,
+                  ControlId subdivision, ControlId gain) {
+    const bool synced = valueOf(at, ControlId::echoSync) != 0;
+    const double seconds =
+        synced ? syncedEchoSeconds(plan.host.tempo.value_or(kDefaultTempo),
+                                   static_cast<std::size_t>(valueOf(at, subdivision)))
+               : double{valueOf(at, delay)};
+    return {seconds, valueOf(at, gain)};
+}
+
 /// Frames from when no more grains start until the last one and its repeats have sounded.
 std::uint64_t tailFrames(const RenderPlan& plan) {
     const ControlValues at = controlsAt(plan, plan.playFrames - 1);
     if (valueOf(at, ControlId::echoSwitch) == 0) return 0;
     const double echo = echoTail(
-        {valueOf(at, ControlId::leftDelay), valueOf(at, ControlId::leftGain)},
-        {valueOf(at, ControlId::rightDelay), valueOf(at, ControlId::rightGain)}, plan.sampleRate);
+        echoSide(plan, at, ControlId::leftDelay, ControlId::leftSubdivision, ControlId::leftGain),
+        echoSide(plan, at, ControlId::rightDelay, ControlId::rightSubdivision,
+                 ControlId::rightGain),
+        plan.sampleRate);
     const double longestGrain =
         valueOf(at, ControlId::length) * 0.001 * (1 + 0.5 * valueOf(at, ControlId::rndLength));
     return static_cast<std::uint64_t>(std::ceil((echo + longestGrain) * plan.sampleRate));
 }
 
-bool isScanSetting(const ControlSetting& setting) {
-    return setting.control == ControlId::scanning || setting.control == ControlId::scrubbingWave;
-}
-
-/// Lets the scan of live input stand behind the newest frame, unless a scan setting is given.
-void standBehindInput(RenderPlan& plan) {
-    if (plan.use != SourceUse::live || plan.start || plan.end ||
-        std::any_of(plan.settings.begin(), plan.settings.end(), isScanSetting))
-        return;
-    // The newest frame stands five below the buffer's size, where the engine's reading wraps.
-    const auto size = static_cast<double>(OfflineRender::kLiveFrames);
-    const double behind = std::min(kLiveDistance * plan.sampleRate, size - 5);
-    plan.settings.push_back({ControlId::scanning, 0.0f});
-    plan.settings.push_back(
-        {ControlId::scrubbingWave, static_cast<float>((size - 5 - behind) / size)});
-}
-
-Result<void> checkLiveRate(const RenderPlan& plan, const SoundFileInfo& source) {
-    if (plan.use != SourceUse::live || plan.sampleRate == std::round(source.sampleRate)) return {};
-    const std::string own = formatNumber(std::round(source.sampleRate));
-    if (source.sampleRate < kLowestRate || source.sampleRate > kHighestRate)
-        return Failure{"--live: INPUT has " + own +
-                       " Hz; live input must have 8000 to 384000 Hz, so convert it first"};
-    return Failure{"--live feeds INPUT at its own " + own + " Hz; leave --rate " +
-                   formatNumber(plan.sampleRate) + " out"};
-}
-
-Result<void> checkTimes(const RenderPlan& plan) {
-    if (plan.timedSettings.empty()) return {};
-    const TimedSetting& last = plan.timedSettings.back();
-    const double seconds = static_cast<double>(plan.frames) / plan.sampleRate;
-    if (last.seconds < kMostSeconds && dueFrame(last.seconds, plan.sampleRate) < plan.frames)
-        return {};
-    return Failure{"--at " + formatNumber(last.seconds) + ":" + settingText(last.setting) +
-                   " comes after the end at " + formatFixed(seconds, 3) +
-                   " s; choose an earlier time or lengthen the render with --seconds"};
+Result<void> readFiles(const HostOptions& host, RenderPlan& plan) {
+    const double tempo = host.tempo.value_or(kDefaultTempo);
+    if (host.automation) {
+        auto points = readAutomation(*host.automation, tempo);
+        if (!points) return Failure{"--automate: " + points.message()};
+        plan.automation = std::move(points.value());
+    }
+    if (host.midi) {
+        auto messages = readMidiFile(*host.midi, host.tempo);
+        if (!messages) return Failure{"--midi: " + messages.message()};
+        plan.midi = std::move(messages.value());
+    }
+    if (host.state) {
+        auto state = readPropertyListFile(*host.state);
+        if (!state) return Failure{"--state: " + state.message()};
+        plan.state = std::move(state.value());
+    }
+    return {};
 }
 
 } // namespace
 
-ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame) {
+ControlValues defaultControlValues() {
     ControlValues values{};
     for (const ControlRange& range : controlRanges())
         values[static_cast<std::size_t>(range.id)] = range.defaultValue;
-    const auto apply = [&values](const ControlSetting& setting) {
-        values[static_cast<std::size_t>(setting.control)] = setting.value;
-    };
-    for (const ControlSetting& setting : plan.settings) apply(setting);
-    for (const TimedSetting& timed : plan.timedSettings)
-        if (dueFrame(timed.seconds, plan.sampleRate) <= frame) apply(timed.setting);
     return values;
 }
 
-Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileInfo& source) {
-    RenderPlan plan{.sampleRate = outputRate(options, source),
+std::uint64_t dueFrame(double seconds, double sampleRate) {
+    return static_cast<std::uint64_t>(std::floor(seconds * sampleRate));
+}
+
+ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame) {
+    ControlValues values = plan.initial;
+    for (const TimedSetting& timed : plan.timedSettings)
+        if (dueFrame(timed.seconds, plan.sampleRate) <= frame)
+            values[static_cast<std::size_t>(timed.setting.control)] = timed.setting.value;
+    const auto lanes = automationLanes(plan.automation, [&values](ControlId id) {
+        return linearFromDisplayed(controlRange(id), values[static_cast<std::size_t>(id)]);
+    });
+    for (const AutomationLane& lane : lanes)
+        values[static_cast<std::size_t>(lane.parameter())] = displayedFromLinear(
+            controlRange(lane.parameter()), lane.valueAt(plan.secondsAt(frame)));
+    return values;
+}
+
+Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileInfo& input) {
+    const bool live = !options.host.isInstrument() && !options.host.sample;
+    RenderPlan plan{.sampleRate = outputRate(options, input),
                     .playFrames = 0,
                     .frames = 0,
                     .blockFrames = options.blockFrames,
                     .seed = options.seed ? *options.seed : clockSeed(),
                     .envelope = options.envelope,
-                    .use = options.live ? SourceUse::live : SourceUse::loaded,
+                    .use = live ? SourceUse::live : SourceUse::loaded,
                     .settings = options.settings,
                     .timedSettings = options.timedSettings,
                     .start = options.start,
-                    .end = options.end};
-    standBehindInput(plan);
-    const double ownSeconds = static_cast<double>(source.frames) / source.sampleRate;
+                    .end = options.end,
+                    .host = options.host,
+                    .addTail = !options.seconds};
+    if (const auto read = readFiles(options.host, plan); !read) return Failure{read.message()};
+    const double ownSeconds = static_cast<double>(input.frames) / input.sampleRate;
     const double frames = std::round(options.seconds.value_or(ownSeconds) * plan.sampleRate);
     plan.playFrames = static_cast<std::uint64_t>(std::max(frames, 1.0));
-    plan.frames = plan.playFrames + (options.seconds ? 0 : tailFrames(plan));
-
-    if (const auto fits = checkLiveRate(plan, source); !fits) return Failure{fits.message()};
-    if (const auto fits = checkTimes(plan); !fits) return Failure{fits.message()};
+    plan.frames = plan.playFrames;
+    if (options.host.fadeOut) {
+        const std::uint64_t fade = dueFrame(*options.host.fadeOut, plan.sampleRate);
+        plan.stopFrame = plan.playFrames - std::min(fade, plan.playFrames);
+    }
     return plan;
+}
+
+Result<void> checkInputRate(const RenderOptions& options, const SoundFileInfo& input) {
+    if (options.host.isInstrument() || outputRate(options, input) == std::round(input.sampleRate))
+        return {};
+    const std::string own = formatNumber(std::round(input.sampleRate));
+    if (input.sampleRate < kLowestRate || input.sampleRate > kHighestRate)
+        return Failure{"INPUT has " + own +
+                       " Hz; an effect's input must have 8000 to 384000 Hz, so convert it first"};
+    return Failure{"an effect is fed INPUT at its own " + own + " Hz; leave --rate " +
+                   formatNumber(*options.sampleRate) + " out"};
+}
+
+void addEchoTail(RenderPlan& plan) {
+    if (plan.addTail) plan.frames = plan.playFrames + tailFrames(plan);
+    plan.addTail = false;
+}
+
+Result<void> checkTimes(const RenderPlan& plan) {
+    if (plan.timedSettings.empty()) return {};
+    const TimedSetting& last = plan.timedSettings.back();
+    if (last.seconds < kMostSeconds && dueFrame(last.seconds, plan.sampleRate) < plan.frames)
+        return {};
+    return Failure{"--at " + formatNumber(last.seconds) + ":" + settingText(last.setting) +
+                   " comes after the end at " + formatFixed(plan.secondsAt(plan.frames), 3) +
+                   " s; choose an earlier time or lengthen the render with --seconds"};
 }
 
 } // namespace zephyra

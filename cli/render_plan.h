@@ -1,29 +1,71 @@
-// makeRenderPlan: from what was asked for and what the source is to what is rendered.
+// RenderPlan: everything that decides the sound of a render.
 #pragma once
 
-#include "cli/offline_render.h"
+#include "cli/automation_lane.h"
+#include "cli/host_options.h"
+#include "cli/midi_file.h"
 #include "cli/render_options.h"
+#include "platform/property_list.h"
 #include "platform/result.h"
 #include "platform/sound_file.h"
 
 #include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
 
 namespace zephyra {
 
 /// The displayed value of every control, by ControlId.
 using ControlValues = std::array<float, kControlCount>;
 
-/// Seconds that the scan stands behind the newest frame of live input where nothing else is asked
-/// for: at speed 1 it would soon run along the seam between the newest and the oldest sound.
-inline constexpr double kLiveDistance = 0.2;
+/// What controlRanges() says.
+ControlValues defaultControlValues();
 
-/// What the controls stand at when the output has reached frame, all settings of that block and
-/// before applied; frame 0 gives the values at the start.
+/// Whether grains are cut from a loaded sample or from the host's input.
+enum class SourceUse { loaded, live };
+
+/// The same plan and source give the same samples.
+struct RenderPlan {
+    double sampleRate;        ///< Hz
+    std::uint64_t playFrames; ///< while grains start
+    std::uint64_t frames;     ///< all, with the echo's tail
+    int blockFrames;          ///< per render call; those that reach a border below are shorter
+    std::uint32_t seed;       ///< from 1 up
+    std::optional<std::size_t> envelope; ///< position in the menu; none: as the state says
+    SourceUse use;
+    std::vector<ControlSetting> settings;    ///< over the defaults, in order
+    std::vector<TimedSetting> timedSettings; ///< sorted; each at the start of its block
+    std::optional<float> start, end;         ///< fractions of the source
+    HostOptions host = {};
+    std::vector<AutomationPoint> automation = {}; ///< sorted
+    std::vector<TimedMidi> midi = {};             ///< sorted
+    std::optional<PropertyDictionary> state = {};
+    bool addTail = false;                        ///< the echo's tail is still to be added to frames
+    std::optional<std::uint64_t> stopFrame = {}; ///< where stop is pressed; none: never
+    ControlValues initial = defaultControlValues(); ///< at the first frame, once it is prepared
+
+    double secondsAt(std::uint64_t frame) const { return static_cast<double>(frame) / sampleRate; }
+};
+
+/// The frame of the output at which settings of this time are due.
+std::uint64_t dueFrame(double seconds, double sampleRate);
+
+/// What the controls stand at when the output has reached frame, all settings and automation of
+/// that block and before applied.
 ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame);
 
-/// Fills in what the options leave open: the source's rate and length, the echo's tail, a seed from
-/// the clock, where the scan of live input stands. A failure is a wrong usage: options that do not
-/// go with this source.
-Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileInfo& source);
+/// Fills in what the options leave open: the source's rate and length, a seed from the clock; reads
+/// the files that they name. Failures name the option or file.
+Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileInfo& input);
+
+/// Whether the options go with an input of this rate; a failure is a wrong usage.
+Result<void> checkInputRate(const RenderOptions& options, const SoundFileInfo& input);
+
+/// Once plan.initial is known: adds the echo's tail where it is due.
+void addEchoTail(RenderPlan& plan);
+
+/// Once the length is known: a failure, a wrong usage, names a setting that comes after the end.
+Result<void> checkTimes(const RenderPlan& plan);
 
 } // namespace zephyra

@@ -2,6 +2,7 @@
 
 #include "cli/text_numbers.h"
 #include "engine/envelope_menu.h"
+#include "platform/audio_unit_status.h"
 #include "platform/cpu_level.h"
 
 #include <cmath>
@@ -23,6 +24,11 @@ std::string decibelText(double level) {
     return level > 0 ? formatFixed(20 * std::log10(level), 1) + " dB" : "silent";
 }
 
+const char* componentName(FourCharCode type) {
+    if (type == component_type::instrument) return "instrument";
+    return type == component_type::effect ? "effect" : "music-effect";
+}
+
 } // namespace
 
 std::string jsonReport(const RenderOutcome& outcome) {
@@ -33,8 +39,14 @@ std::string jsonReport(const RenderOutcome& outcome) {
     if (options.picture) json["picture"] = options.picture->string();
     json["type"] = options.type.name;
     json["float"] = options.floats;
-    json["live"] = options.live;
-    json["envelope"] = kEnvelopeMenu[plan.envelope];
+    json["as"] = componentName(options.host.type);
+    json["live"] = plan.use == SourceUse::live;
+    json["envelope"] = kEnvelopeMenu[static_cast<std::size_t>(
+        plan.initial[static_cast<std::size_t>(ControlId::envelope)])];
+    if (options.host.reportsContext()) json["tempo"] = options.host.tempo.value_or(kDefaultTempo);
+    if (!plan.automation.empty()) json["automationPoints"] = plan.automation.size();
+    if (!plan.midi.empty()) json["midiMessages"] = plan.midi.size();
+    if (options.host.saveState) json["savedState"] = options.host.saveState->string();
     json["sampleRate"] = plan.sampleRate;
     json["frames"] = plan.frames;
     json["seconds"] = secondsOf(plan);

@@ -1,5 +1,7 @@
 #include "cli/text_numbers.h"
 
+#include "platform/fixed_text.h"
+
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -45,8 +47,12 @@ std::string formatNumber(float value) {
     return formatChars(value);
 }
 
+std::string formatShort(double value) {
+    return formatChars(value, std::chars_format::general, 6);
+}
+
 std::string formatFixed(double value, int decimals) {
-    return formatChars(value, std::chars_format::fixed, decimals);
+    return fixedText(value, decimals);
 }
 
 std::string formatClock(long long seconds) {

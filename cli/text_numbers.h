@@ -18,6 +18,9 @@ std::optional<std::uint64_t> parseWhole(std::string_view text);
 std::string formatNumber(double value);
 std::string formatNumber(float value);
 
+/// At most six significant digits: "50", "0.979989".
+std::string formatShort(double value);
+
 /// value with a fixed number of decimals, 0 to 9.
 std::string formatFixed(double value, int decimals);
 

@@ -72,6 +72,11 @@ public:
 
     /// The generator's state; an even one has a short period and 0 none. OFF.
     void setRandomSeed(std::uint32_t seed) noexcept { randomSeed = seed; }
+    std::uint32_t currentRandomSeed() const noexcept { return randomSeed; }
+    /// The same from the next block on; 0 is ignored. MAIN.
+    void requestRandomSeed(std::uint32_t seed) noexcept {
+        if (seed != 0) pendingSeed_.store(seed, std::memory_order_relaxed);
+    }
 
     /// Reports every scheduled grain to trace; null reports to nobody. OFF.
     void setTrace(GrainTrace* trace) noexcept { trace_ = trace; }
@@ -97,10 +102,17 @@ public:
     std::uint64_t droppedGrains() const noexcept { return dropped_; }
     /// Frames rendered since construction. Any thread.
     std::uint64_t renderedFrames() const noexcept { return rendered_; }
-    /// The read position of the latest frame, a fraction of the sample. Any thread.
-    float currentScanPosition() const noexcept { return scanPosition; }
+    /// The read position of the latest frame, or where a jump that no block has taken yet will set
+    /// it; a fraction of the sample. Any thread.
+    float currentScanPosition() const noexcept;
     /// The scan phasor's latest value. Any thread.
     float currentScanPhase() const noexcept { return scanPhase; }
+    /// The region that the scan crosses, fractions of the sample; the span is negative where it
+    /// runs backwards. Any thread.
+    float scanRegionStart() const noexcept { return scanStart; }
+    float scanRegionSpan() const noexcept { return scanSpan; }
+    /// The gain that new grains get. Any thread.
+    float currentLevel() const noexcept { return level; }
     /// Voices that sound now. RENDER, or OFF.
     std::int32_t soundingGrains() const ZEPHYRA_NONBLOCKING;
     /// Whether the engine still stands on its own silent placeholder. MAIN.
@@ -129,6 +141,7 @@ private:
     float scanPositionAt(float phase, const Settings& settings) const ZEPHYRA_NONBLOCKING;
     void initializeGrain(int frame, float position, const Settings& settings) ZEPHYRA_NONBLOCKING;
     void renderGrains(int frames, const GrainTables& tables) ZEPHYRA_NONBLOCKING;
+    void takeRequestedSeed() ZEPHYRA_NONBLOCKING;
     void allocateWorkArrays(int frames);
     void setSpanAndStart(float span, float start, float end) noexcept;
     float sampleDuration() const noexcept;
@@ -165,6 +178,8 @@ private:
     RenderCycle cycle_;
     Retirement retired_{cycle_};
 
+    std::atomic<std::uint32_t> pendingSeed_ = 0; // not yet taken; 0 for none
+    static_assert(std::atomic<std::uint32_t>::is_always_lock_free);
     GrainMixer mixer_;
     GrainTrace* trace_ = nullptr;
     // Of the latest block, RENDER's own; the pointers are compared, never followed.

@@ -95,10 +95,21 @@ GrainTables mokGranulatorSF::takeTables() ZEPHYRA_NONBLOCKING {
     return tables;
 }
 
+void mokGranulatorSF::takeRequestedSeed() ZEPHYRA_NONBLOCKING {
+    if (pendingSeed_.load(std::memory_order_relaxed) == 0) return; // reading alone costs nothing
+    randomSeed = pendingSeed_.exchange(0, std::memory_order_relaxed);
+}
+
 float mokGranulatorSF::scanPositionAt(float phase,
                                       const Settings& settings) const ZEPHYRA_NONBLOCKING {
     const float position = phase * settings.scanSpan + settings.scanStart;
     return std::max(std::min(position, 1.0f), -kLargest); // the floor is only for -infinity
+}
+
+float mokGranulatorSF::currentScanPosition() const noexcept {
+    const double jump = scanPhasor.waitingJump();
+    if (jump != jump) return scanPosition; // NaN: none waits
+    return scanPositionAt(static_cast<float>(jump), blockSettings());
 }
 
 void mokGranulatorSF::initializeGrain(int frame, float position,
@@ -216,6 +227,7 @@ void mokGranulatorSF::GranularStreamProcessing(int frames, const AudioBufferList
     if (!outL || !outR) return;
     const RenderCycle::Scope cycle(cycle_);
     const FlushDenormals flush;
+    takeRequestedSeed();
     for (int done = 0; done < frames; done += kMaxBlockFrames)
         processBlock(std::min(kMaxBlockFrames, frames - done), outL + done, outR + done);
 }

@@ -8,8 +8,8 @@
 
 namespace zephyra {
 
-/// The controls in the order of their table. The first 21 are host parameters, and their numbers
-/// the addresses that hosts save automation under.
+/// The controls in the order of their table. The first kParameterCount are the host's parameters,
+/// and their numbers the addresses that hosts save automation under.
 enum class ControlId : std::uint8_t {
     scrubbingWave,
     amplitude,
@@ -32,16 +32,23 @@ enum class ControlId : std::uint8_t {
     ringModulationSwitch,
     ringModulationFrequency,
     ringModulationAmount,
+    playStop,
+    freeze,
+    live,
     normalize,
+    scanSync,
     measures,
     quarters,
-    subdivisions,
+    echoSync,
+    leftSubdivision,
+    rightSubdivision,
     fadeIn,
     fadeOut,
     envelope,
 };
 
 inline constexpr std::size_t kControlCount = static_cast<std::size_t>(ControlId::envelope) + 1;
+inline constexpr std::size_t kParameterCount = static_cast<std::size_t>(ControlId::live) + 1;
 
 /// How the linear value that a control holds becomes the displayed one.
 enum class ControlCurve : std::uint8_t {
@@ -68,6 +75,9 @@ struct ControlRange {
     float stepness = 1.0f; ///< exponent of the curve; 1 for a linear one
     const char* unit = ""; ///< "Hz", "ms", ...; empty where there is none
     ControlKind kind = ControlKind::continuous;
+    /// What the control's channel begins with; the stream's channel suffix follows. The key that
+    /// states are saved under and the start of host identifiers; empty where no control holds it.
+    const char* channel = "";
 };
 
 /// The table, one entry per ControlId in its order. Any thread.
@@ -87,8 +97,8 @@ float displayedFromLinear(const ControlRange& range, float linear) noexcept;
 /// The inverse, min + (max - min) · ((displayed - min) / (max - min)) ^ (1 / stepness). Any thread.
 float linearFromDisplayed(const ControlRange& range, float displayed) noexcept;
 
-/// The echo's note lengths from the longest to the shortest, by the value of subdivisions: D is
-/// dotted, T a triplet.
+/// The echo's note lengths from the longest to the shortest, by the value of a subdivision control:
+/// D is dotted, T a triplet.
 inline constexpr std::array<const char*, 21> kSubdivisionNames = {
     "1/1D",  "1/1",  "1/2D", "1/1T",  "1/2",   "1/4D", "1/2T",  "1/4",   "1/8D", "1/4T", "1/8",
     "1/16D", "1/8T", "1/16", "1/32D", "1/16T", "1/32", "1/64D", "1/32T", "1/64", "1/128"};

@@ -1,13 +1,19 @@
 #include "stream/live_buffer.h"
 
+#include "platform/log.h"
+#include "stream/normalized_sample.h"
+
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <new>
 
 namespace zephyra {
 
 namespace {
 
-constexpr float kFirstRate = 44100.0f; // Hz, until the first set-up
+constexpr float kFirstRate = 44100.0f;        // Hz, until the first set-up
+constexpr std::uint64_t kSilentFrames = 8192; // the sound of a stream that has none yet
 
 // About six redraws a second for any block length, counted at this rate whatever the real one.
 constexpr double kRedrawRate = 44100.0; // Hz
@@ -18,9 +24,10 @@ constexpr const char* kLiveTitle = "Live Input from Matrix Channels";
 constexpr const char* kLiveShortTitle = "Live";
 
 /// A silent sample of frames at rate; null when memory is short.
-std::shared_ptr<mokSample> makeSilence(std::uint64_t frames, float rate) noexcept {
+template <typename Sample>
+std::shared_ptr<Sample> makeSilence(std::uint64_t frames, float rate) noexcept {
     try {
-        auto sample = std::make_shared<mokSample>();
+        auto sample = std::make_shared<Sample>();
         return sample->allocate(frames, rate) ? sample : nullptr;
     } catch (const std::bad_alloc&) {
         return nullptr;
@@ -36,30 +43,103 @@ bool isRate(float rate) noexcept {
 WaveForm::WaveForm(NotificationCenter& notifications, const AudioSession& session,
                    Retirement& retirement)
     : notifications_(notifications), session_(session), retirement_(retirement),
-      live_(makeSilence(kLiveFrames, kFirstRate)) {
-    if (!live_) throw std::bad_alloc();
+      original_(makeSilence<mokSample>(kSilentFrames, kFirstRate)), file_(original_),
+      live_(makeSilence<LiveSample>(kLiveFrames, kFirstRate)) {
+    if (!original_ || !live_) throw std::bad_alloc();
     data_.mSample = live_.get();
 }
 
 WaveForm::~WaveForm() = default;
 
-bool WaveForm::replaceSample(std::uint64_t frames, float rate) {
-    auto fresh = makeSilence(frames, rate);
-    if (!fresh) return false;
-    fresh.swap(live_);
-    data_.mSample.exchange(live_.get());
+// --- The current sound ---
+
+const mokSample* WaveForm::mSample() const noexcept {
+    return liveIsCurrent_ ? live_.get() : file_.get();
+}
+
+double WaveForm::getFileDuration() const noexcept {
+    const mokSample& sound = *mSample();
+    return static_cast<double>(sound.size) / double{sound.sampleRate};
+}
+
+void WaveForm::makeLiveCurrent() {
+    if (std::exchange(liveIsCurrent_, true)) return;
+    showLive();
+    tellReplaced();
+}
+
+void WaveForm::makeFileCurrent() {
+    if (!std::exchange(liveIsCurrent_, false)) return;
+    setCurrentPath(lastSelectedPath_);
+    tellReplaced();
+}
+
+void WaveForm::tellReplaced() {
     if (replaced_) replaced_();
-    retirement_.retire(std::move(fresh));
+}
+
+// --- The file sample ---
+
+bool WaveForm::setFileSample(std::shared_ptr<mokSample> sound, std::optional<float> peak) {
+    const float soundPeak = sound->getPeak();
+    auto played = peak ? normalizedCopy(sound, soundPeak, *peak) : sound;
+    if (!played) return false;
+    // RENDER may see the old original, but then as file_, which swapFile retires.
+    original_ = std::move(sound);
+    originalPeak_ = soundPeak;
+    hasFile_ = true;
+    swapFile(std::move(played));
     return true;
+}
+
+bool WaveForm::normalizeBufferWithValue(std::optional<float> peak) {
+    auto played = peak ? normalizedCopy(original_, originalPeak_, *peak) : original_;
+    if (!played) return false;
+    swapFile(std::move(played));
+    return true;
+}
+
+void WaveForm::swapFile(std::shared_ptr<mokSample> next) {
+    if (next == file_) return;
+    next.swap(file_);
+    if (!liveIsCurrent_) tellReplaced();
+    retirement_.retire(std::move(next));
+}
+
+// --- The live sample ---
+
+void WaveForm::swapLive(std::shared_ptr<LiveSample> next) {
+    next.swap(live_);
+    pendingReset_.store(false, std::memory_order_relaxed); // it was meant for the old buffer
+    data_.mSample.exchange(live_.get());
+    if (liveIsCurrent_) tellReplaced();
+    retirement_.retire(std::move(next));
 }
 
 bool WaveForm::initLiveBuffer_andSamplingRate(std::uint64_t frames, double rate) {
     const auto sampleRate = static_cast<float>(rate);
-    return isRate(sampleRate) && replaceSample(frames, sampleRate);
+    auto fresh = isRate(sampleRate) ? makeSilence<LiveSample>(frames, sampleRate) : nullptr;
+    if (!fresh) return false;
+    swapLive(std::move(fresh));
+    return true;
 }
 
 bool WaveForm::clearBuffer() {
-    return replaceSample(live_->size, live_->sampleRate);
+    return initLiveBuffer_andSamplingRate(live_->size, double{live_->sampleRate});
+}
+
+bool WaveForm::setLiveContent(std::span<const float> samples, double rate) {
+    const auto sampleRate = static_cast<float>(rate);
+    if (samples.empty() || !isRate(sampleRate)) return false;
+    auto filled = makeSilence<LiveSample>(kLiveFrames, sampleRate);
+    if (!filled) return false;
+    samples = samples.last(std::min<std::size_t>(samples.size(), kLiveFrames));
+    std::copy(samples.begin(), samples.end(), filled->getPtr());
+    filled->offset = samples.size() % kLiveFrames;
+    filled->heard = samples.size();
+    sessionRate_ = rate;
+    swapLive(std::move(filled));
+    return true;
 }
 
 bool WaveForm::enableLIVE(bool on) {
@@ -73,11 +153,22 @@ bool WaveForm::enableLIVE(bool on) {
         sessionRate_ = rate;
     }
     _enableLIVE = true;
-    if (currentPath_ != kNoPath) lastSelectedPath_ = std::exchange(currentPath_, kNoPath);
+    showLive();
     startLiveTimer();
-    title_ = kLiveTitle;
-    shortTitle_ = kLiveShortTitle;
     notifications_.post("refreshParameters");
+    return true;
+}
+
+bool WaveForm::followSession() {
+    const double rate = session_.sampleRate;
+    if (!_enableLIVE || rate == sessionRate_) return true;
+    if (!initLiveBuffer_andSamplingRate(kLiveFrames, rate)) {
+        logLine(
+            "LIVE goes on at the rate before: no buffer at that of the audio session; free some "
+            "memory, or set a rate above 0 Hz");
+        return false;
+    }
+    sessionRate_ = rate;
     return true;
 }
 
@@ -98,6 +189,33 @@ void WaveForm::copyLive(std::uint64_t first, std::span<float> frames) const noex
     }
 }
 
+std::vector<float> WaveForm::heardFrames() const {
+    const std::uint64_t heard = live_->heard;
+    const std::uint64_t newest = std::min(live_->offset.load(), heard); // ends before this one
+    std::vector<float> frames(static_cast<std::size_t>(heard));
+    const std::span<float> all(frames);
+    copyLive(newest, all.first(heard - newest));
+    copyLive(0, all.last(newest));
+    return frames;
+}
+
+// --- The display ---
+
+void WaveForm::setCurrentPath(std::string path) {
+    currentPath_ = std::move(path);
+    const std::filesystem::path file(currentPath_);
+    title_ = file.filename().string();
+    shortTitle_ = file.stem().string();
+}
+
+void WaveForm::showLive() {
+    if (currentPath_ != kNoPath) lastSelectedPath_ = std::exchange(currentPath_, kNoPath);
+    title_ = kLiveTitle;
+    shortTitle_ = kLiveShortTitle;
+}
+
+// --- RENDER ---
+
 void WaveForm::countRedraw(int frames) ZEPHYRA_NONBLOCKING {
     if (data_.timerCount > (kRedrawRate / frames) / kRedrawsPerSecond) {
         requestRedraw();
@@ -108,19 +226,22 @@ void WaveForm::countRedraw(int frames) ZEPHYRA_NONBLOCKING {
 
 void WaveForm::write(int frames, const float* in0, const float* in1) ZEPHYRA_NONBLOCKING {
     static_assert(std::atomic_ref<float>::is_always_lock_free);
-    mokSample& live = *data_.mSample.load();
+    LiveSample& live = *data_.mSample.load();
     float* const stored = live.getPtr();
     const std::uint64_t size = live.size;
     const float gain = data_.normalizeGain;
     const bool jump = pendingReset_.exchange(false, std::memory_order_relaxed);
     std::uint64_t w = jump ? 0 : live.offset.load() % size;
+    std::uint64_t heard = live.heard;
     for (int n = 0; n < frames && live.ready; ++n) {
         // Only the second channel is halved: the balance that the live sound has always had.
         const float frame = in1 ? gain * (in0[n] + 0.5f * in1[n]) : in0[n] * gain;
         const bool finite = frame - frame == 0.0f;
         std::atomic_ref<float>(stored[w]).store(finite ? frame : 0.0f, std::memory_order_relaxed);
-        w = w + 1 == size ? 0 : w + 1;
+        heard = std::max(heard, ++w);
+        if (w == size) w = 0;
     }
+    live.heard = heard;
     live.offset = w;
 }
 

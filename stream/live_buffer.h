@@ -1,13 +1,12 @@
-// WaveForm: a stream's live input, kept in a circular buffer that grains are cut from.
+// WaveForm: a stream's sounds, one loaded from a file and one kept of the live input.
 #pragma once
 
-#include "engine/sample_buffer.h"
 #include "platform/audio_buffer_list.h"
 #include "platform/audio_session.h"
 #include "platform/notification_center.h"
 #include "platform/realtime.h"
-#include "platform/relaxed.h"
 #include "platform/render_cycle.h"
+#include "stream/waveform_data.h"
 
 #include <atomic>
 #include <cstdint>
@@ -17,36 +16,57 @@
 #include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace zephyra {
 
-/// What RENDER needs for writing live input.
-struct waveform_data {
-    Relaxed<bool> isLiveEnabled = false;             ///< nothing is written while false
-    Relaxed<float> normalizeGain = 1.0f;             ///< factor for input as it is written
-    Relaxed<std::int64_t> numberOfInputChannels = 2; ///< of the input bus; below 2 is mono
-    std::int32_t timerCount = 0; ///< render cycles since the last redraw request; RENDER's own
-    /// The live sample. Its offset is the write index, its ready flag enables writing. RENDER takes
-    /// one snapshot per block, see RenderCycle.
-    std::atomic<mokSample*> mSample = nullptr;
-};
-
-/// Holds the last kLiveFrames frames of input: the oldest frame is at the write index, the newest
-/// just before it. Its floats are stored by RENDER and read elsewhere as relaxed atomics; its guard
-/// points are never written, because no live read reaches them. A fresh buffer is always another
-/// one, swapped in. Everything is MAIN unless said otherwise; destroyed OFF.
+/// One of its two samples is the current one, which grains are cut from. The file sample is kept as
+/// it was loaded and, where it is normalized, as a scaled copy besides. The live sample holds the
+/// last kLiveFrames frames of input: the oldest frame is at the write index, the newest just before
+/// it; its floats are stored by RENDER and read elsewhere as relaxed atomics. What RENDER can see
+/// is never changed under it but replaced by another sample. Everything is MAIN unless said
+/// otherwise; destroyed OFF.
 class WaveForm {
 public:
     /// Fixed in frames, not in time: 10 s at 44100 Hz, about 9.19 s at 48000 Hz.
     static constexpr std::uint64_t kLiveFrames = 441000;
 
-    /// retirement belongs to the render cycle that drawLiveWaveForm is called in; all three
-    /// references must outlive this. Throws std::bad_alloc.
+    /// A silent file sample is current. retirement belongs to the render cycle that
+    /// drawLiveWaveForm is called in; all three references must outlive this. Throws
+    /// std::bad_alloc.
     WaveForm(NotificationCenter& notifications, const AudioSession& session,
              Retirement& retirement);
     ~WaveForm();
     WaveForm(const WaveForm&) = delete;
     WaveForm& operator=(const WaveForm&) = delete;
+
+    // --- The current sound ---
+
+    /// The sound that grains are cut from; never null. RENDER writes a live one: read its floats
+    /// with copyLive.
+    const mokSample* mSample() const noexcept;
+    /// Whether that is the live sample, which stays current when live input goes off.
+    bool isLiveCurrent() const noexcept { return liveIsCurrent_; }
+    void makeLiveCurrent();
+    void makeFileCurrent();
+    /// Seconds of the current sound.
+    double getFileDuration() const noexcept;
+    /// Called whenever another sample has become the current one, before the old one is let go, so
+    /// that whoever RENDER reads it through can follow. An empty handler calls nobody.
+    void setReplacedHandler(std::function<void()> handler) { replaced_ = std::move(handler); }
+
+    // --- The file sample ---
+
+    /// Takes sound (never null, not to be changed any more), scaled to that peak if there is one.
+    /// False, and nothing changed, when memory is short.
+    bool setFileSample(std::shared_ptr<mokSample> sound, std::optional<float> peak);
+    /// Scales the sound, as it was loaded, to another peak; nothing plays it as it is. False, and
+    /// nothing changed, when memory is short.
+    bool normalizeBufferWithValue(std::optional<float> peak);
+    /// Whether setFileSample ever took a sound.
+    bool hasFileSample() const noexcept { return hasFile_; }
+
+    // --- The live sample ---
 
     /// Brings a fresh silent buffer of frames (at least 16) at rate (Hz), write index 0. A rate
     /// that is not finite and above 0, or memory that is short, changes nothing; the answer is
@@ -55,9 +75,17 @@ public:
 
     /// On: sets the buffer up if the session's rate is not the one it was last set up for, starts
     /// writing and posts "refreshParameters"; false, and still off, when that fails. Off only drops
-    /// the flag: stopLiveTimer() ends the writing.
+    /// the flag: stopLiveTimer() ends the writing. Which sound is current stays.
     bool enableLIVE(bool on);
     bool enableLIVE() const noexcept { return _enableLIVE; }
+    /// While live input is on: sets the buffer up again if the session's rate is another one now.
+    /// False after a log line, and nothing changed, when that fails.
+    bool followSession();
+
+    /// Brings a buffer that was set up for rate (Hz) and has heard samples, of which the last
+    /// kLiveFrames are kept. The samples must be finite. False, and nothing changed, for none, for
+    /// a rate as above, and when memory is short.
+    bool setLiveContent(std::span<const float> samples, double rate);
 
     /// The next block that is written goes to the buffer's start.
     void resetLiveWriteIndex() noexcept { pendingReset_.store(true, std::memory_order_relaxed); }
@@ -73,24 +101,26 @@ public:
     /// short.
     bool clearBuffer();
 
-    /// Called whenever a fresh buffer stands in mSample and before the old one is let go, so that
-    /// whoever else RENDER reads it through can follow. An empty handler calls nobody.
-    void setReplacedHandler(std::function<void()> handler) { replaced_ = std::move(handler); }
-
-    /// The live sample. RENDER writes it: read its floats with copyLive.
-    const mokSample* liveSample() const noexcept { return live_.get(); }
-
+    /// RENDER writes it: read its floats with copyLive.
+    const LiveSample* liveSample() const noexcept { return live_.get(); }
     /// The frames from index first on, wrapping at the buffer's end. The write index tells where
     /// old and new meet; it may move meanwhile.
     void copyLive(std::uint64_t first, std::span<float> frames) const noexcept;
+    /// What was heard, oldest frame first, without the silence of a buffer that is not full yet.
+    /// Throws std::bad_alloc.
+    std::vector<float> heardFrames() const;
+
+    // --- The display ---
 
     /// Whether the wave should be drawn again; a request is answered once.
     bool takeRedrawRequest() noexcept { return redraw_.exchange(false, std::memory_order_relaxed); }
 
+    /// The file whose sound is shown from now on; the titles become its name.
+    void setCurrentPath(std::string path);
     /// The sound that is shown: "NULL" while that is live input, empty at first.
-    void setCurrentPath(std::string path) { currentPath_ = std::move(path); }
     const std::string& currentPath() const noexcept { return currentPath_; }
-    /// The sound that was shown before live input was.
+    /// The file that is shown when the live sound no longer is.
+    void setLastSelectedPath(std::string path) { lastSelectedPath_ = std::move(path); }
     const std::string& lastSelectedPath() const noexcept { return lastSelectedPath_; }
 
     /// The texts over the wave display.
@@ -103,7 +133,10 @@ public:
 private:
     friend void drawLiveWaveForm(WaveForm* waveform, int frames,
                                  const AudioBufferList& input) ZEPHYRA_NONBLOCKING;
-    bool replaceSample(std::uint64_t frames, float rate);
+    void swapLive(std::shared_ptr<LiveSample> next);
+    void swapFile(std::shared_ptr<mokSample> next);
+    void tellReplaced();
+    void showLive();
     void requestRedraw() ZEPHYRA_NONBLOCKING { redraw_.store(true, std::memory_order_relaxed); }
     void countRedraw(int frames) ZEPHYRA_NONBLOCKING;
     void write(int frames, const float* in0, const float* in1) ZEPHYRA_NONBLOCKING;
@@ -112,9 +145,14 @@ private:
     const AudioSession& session_;
     Retirement& retirement_;
     waveform_data data_;
-    std::shared_ptr<mokSample> live_; // what data_.mSample points at
+    std::shared_ptr<mokSample> original_; // the file's sound as it was loaded
+    std::shared_ptr<mokSample> file_;     // as it plays; may be the original itself
+    float originalPeak_ = 0.0f;
+    bool hasFile_ = false;
+    std::shared_ptr<LiveSample> live_; // what data_.mSample points at
+    bool liveIsCurrent_ = false;
     std::function<void()> replaced_;
-    std::optional<double> sessionRate_; // Hz, of the last set-up for the session
+    std::optional<double> sessionRate_; // Hz, of the last set-up for a session
     bool _enableLIVE = false;
     std::atomic<bool> pendingReset_ = false; // a jump to index 0 that RENDER has not taken yet
     std::atomic<bool> redraw_ = false;

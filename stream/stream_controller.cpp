@@ -4,7 +4,6 @@
 #include "effects/stereo_echo.h"
 #include "engine/envelope_menu.h"
 
-#include <algorithm>
 #include <cmath>
 #include <new>
 #include <utility>
@@ -13,51 +12,103 @@ namespace zephyra {
 
 namespace {
 
-constexpr float kEngineRate = 44100.0f;       // Hz, until prepare()
-constexpr std::uint64_t kSilentFrames = 8192; // the sound of a stream that has none yet
+constexpr float kEngineRate = 44100.0f; // Hz, until prepare()
 
-bool isPlayable(const mokSample& sound) noexcept {
-    const float* const first = sound.getPtr();
-    return std::isfinite(sound.sampleRate) && sound.sampleRate > 0.0f &&
-           std::all_of(first, first + sound.size, [](float x) { return std::isfinite(x); });
-}
+using Handler = void (MOK_SCRUB_GRANULATOR::*)(Control*);
 
-/// sound with a peak of peak: itself where nothing is to be scaled, else a copy; null when memory
-/// is short.
-std::shared_ptr<mokSample> normalized(const std::shared_ptr<mokSample>& sound,
-                                      float peak) noexcept {
-    const float gain = peak / sound->getPeak();
-    if (!std::isfinite(gain) || gain == 1.0f) return sound; // silence has nothing to scale
-    try {
-        auto scaled = std::make_shared<mokSample>();
-        if (!scaled->allocate(sound->size, sound->sampleRate)) return nullptr;
-        std::copy_n(sound->getPtr(), sound->size, scaled->getPtr());
-        scaled->rescale(gain);
-        return scaled;
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-}
+/// One control's way to its handler, under the handler's message name.
+struct Wire {
+    Control& control;
+    const char* message;
+    Handler handler;
+};
 
 } // namespace
 
-MOK_SCRUB_GRANULATOR::MOK_SCRUB_GRANULATOR(NotificationCenter& notifications,
-                                           const AudioSession& session)
-    : window_(makeEnvelope(kDefaultEnvelope)),
-      original_(std::make_shared<mokSample>(kSilentFrames, kEngineRate)), sound_(original_),
-      waveForm_(notifications, session, retirement_),
-      engine_(sound_.get(), window_.get(), mokGranulatorSF::kVoices, kEngineRate) {
+MOK_SCRUB_GRANULATOR::MOK_SCRUB_GRANULATOR(Instance& instance, std::string suffix)
+    : controls(suffix), instance_(instance), suffix_(std::move(suffix)),
+      window_(makeEnvelope(kDefaultEnvelope)),
+      waveForm_(instance.notifications, instance.session, retirement_),
+      engine_(waveForm_.mSample(), window_.get(), mokGranulatorSF::kVoices, kEngineRate),
+      fade_(instance.runLoop), envelope_(kDefaultEnvelope), seed_(engine_.currentRandomSeed()) {
     if (!window_) throw std::bad_alloc();
-    waveForm_.setReplacedHandler([this] {
-        if (liveInput_) handToEngine(waveForm_.liveSample());
-    });
-    for (const ControlRange& range : controlRanges())
-        controls_[static_cast<std::size_t>(range.id)] = range.defaultValue;
-    for (const ControlRange& range : controlRanges())
-        if (range.id != ControlId::envelope) applyControl(range.id, range.defaultValue);
+    waveForm_.setReplacedHandler([this] { handToEngine(waveForm_.mSample()); });
+    addTargets();
 }
 
-MOK_SCRUB_GRANULATOR::~MOK_SCRUB_GRANULATOR() = default;
+MOK_SCRUB_GRANULATOR::~MOK_SCRUB_GRANULATOR() {
+    instance_.runLoop.cancel(pendingStop_);
+}
+
+void MOK_SCRUB_GRANULATOR::addTargets() {
+    using Self = MOK_SCRUB_GRANULATOR;
+    StreamControls& c = controls;
+    const Wire values[] = {
+        {c._volume, "ui_setAmplitude:", &Self::ui_setAmplitude},
+        {c._width, "ui_setWidth:", &Self::ui_setWidth},
+        {c._pan, "ui_setPan:", &Self::ui_setPan},
+        {c._density, "ui_setDensity:", &Self::ui_setDensity},
+        {c._length, "ui_setLength:", &Self::ui_setLength},
+        {c._jitter, "ui_setJittering:", &Self::ui_setJittering},
+        {c._pitch, "ui_setPitch:", &Self::ui_setPitch},
+        {c._rnd_density, "ui_setRndDensity:", &Self::ui_setRndDensity},
+        {c._rnd_len, "ui_setRndLength:", &Self::ui_setRndLength},
+        {c._rnd_pitch, "ui_setRndPitch:", &Self::ui_setRndPitch},
+        {c._scanning, "ui_setSpeed:", &Self::ui_setSpeed},
+        {c.sampler_mesure, "ui_setSpeed:", &Self::ui_setSpeed},
+        {c.sampler_quarter, "ui_setSpeed:", &Self::ui_setSpeed},
+        {c._echoDelayLeft, "setEchoDelayLeft:", &Self::setEchoDelayLeft},
+        {c._echoDelayRight, "setEchoDelayRight:", &Self::setEchoDelayRight},
+        {c.delay_subdivisionLeft, "setEchoDelayLeft:", &Self::setEchoDelayLeft},
+        {c.delay_subdivisionRight, "setEchoDelayRight:", &Self::setEchoDelayRight},
+        {c._echoGainLeft, "setEchoGainLeft:", &Self::setEchoGainLeft},
+        {c._echoGainRight, "setEchoGainRight:", &Self::setEchoGainRight},
+        {c._rmFrequency, "setRmFrequency:", &Self::setRmFrequency},
+        {c._rmAmount, "setRmAmount:", &Self::setRmAmount},
+        {c._echoSwitch, "enableEcho:", &Self::enableEcho},
+        {c._rmSwitch, "enableRM:", &Self::enableRM},
+    };
+    for (const auto& [control, message, handler] : values) {
+        addTarget(control, message, control_event::valueChanged, handler);
+        (this->*handler)(&control); // what the control shows is what sounds
+    }
+    addSwitchTargets();
+    for (const ControlRange& range : controlRanges())
+        if (MOK_KNOB* const knob = c.knob(range.id))
+            knob->observeInteractionStyle(instance_.notifications);
+}
+
+/// Those whose handlers do more than hand a value over: they run when somebody moves the control.
+void MOK_SCRUB_GRANULATOR::addSwitchTargets() {
+    using Self = MOK_SCRUB_GRANULATOR;
+    using namespace control_event;
+    StreamControls& c = controls;
+    addTarget(c.syncDelay, "enableDelaySync:", valueChanged, &Self::enableDelaySync);
+    addTarget(c.syncSampler, "enableSamplerSync:", valueChanged, &Self::enableSamplerSync);
+    addTarget(c._normalizeGain, "ui_normalizeBuffer:", valueChanged, &Self::ui_normalizeBuffer);
+    addTarget(c._playToggle, "ui_playStop:", touchUpInside, &Self::ui_playStop);
+    addTarget(c._rewind, "ui_rewind:", touchUpInside, &Self::ui_rewind);
+    addTarget(c._freeze, "ui_freeze:", touchUpInside, &Self::ui_freeze);
+    addTarget(c._enableLIVE, "ui_enableLiveInput", touchUpInside, &Self::ui_enableLiveInput);
+    addTarget(c.liveClear, "ui_liveClear:", touchUpInside, &Self::ui_liveClear);
+    c._keyboardButton.addTarget(this, "ui_setPitchToKeyboard:", touchUpInside,
+                                [this](Control& sender) {
+                                    sender.tag = sender.tag == 1 ? 0 : 1;
+                                    ui_setPitchToKeyboard(&sender);
+                                });
+}
+
+void MOK_SCRUB_GRANULATOR::addTarget(Control& control, const char* message, ControlEvents events,
+                                     Handler handler) {
+    control.addTarget(this, message, events,
+                      [this, handler](Control& sender) { (this->*handler)(&sender); });
+}
+
+void MOK_SCRUB_GRANULATOR::onMain(RunLoop::Task task) {
+    instance_.runLoop.post([life = std::weak_ptr<void>(life_), task = std::move(task)] {
+        if (!life.expired()) task();
+    });
+}
 
 void MOK_SCRUB_GRANULATOR::prepare(double sampleRate) {
     const auto engineRate = static_cast<float>(sampleRate);
@@ -70,81 +121,17 @@ void MOK_SCRUB_GRANULATOR::prepare(double sampleRate) {
     delay_stereo_forward::reset(echo);
     RM::reset(ring);
     applyEffectControls();
+    waveForm_.followSession();
 }
 
-bool MOK_SCRUB_GRANULATOR::swapEnvelope(std::size_t menuIndex) {
-    auto next = makeEnvelope(menuIndex);
-    if (!next) return false;
-    next.swap(window_);
-    engine_.setWindow(window_.get());
-    retirement_.retire(std::move(next));
-    return true;
-}
-
-void MOK_SCRUB_GRANULATOR::handToEngine(const mokSample* sample) {
-    engine_.setSample(sample); // drops the pitch; the other two depend on the sample's length
-    engine_.setPitch(control(ControlId::pitch));
-    engine_.setSpeed(control(ControlId::scanning));
-    engine_.setJittering(control(ControlId::jittering));
-}
-
-void MOK_SCRUB_GRANULATOR::swapSound(std::shared_ptr<mokSample> next) {
-    if (next == sound_) return;
-    next.swap(sound_);
-    if (!liveInput_) handToEngine(sound_.get());
-    retirement_.retire(std::move(next));
-}
-
-bool MOK_SCRUB_GRANULATOR::applyNormalize(float value) {
-    if (liveInput_) {
-        waveForm_.data().normalizeGain = value;
-        return true;
-    }
-    auto next = normalized(original_, value);
-    if (!next) return false;
-    swapSound(std::move(next));
-    return true;
-}
-
-bool MOK_SCRUB_GRANULATOR::loadSound(std::shared_ptr<mokSample> sound) {
-    if (!sound || !isPlayable(*sound)) return false;
-    auto next = normalized(sound, control(ControlId::normalize));
-    if (!next) return false;
-    // RENDER may see the old original, but then as sound_, which swapSound retires.
-    original_ = std::move(sound);
-    swapSound(std::move(next));
-    return true;
-}
-
-bool MOK_SCRUB_GRANULATOR::enableLive(bool on) {
-    if (on) {
-        if (!waveForm_.enableLIVE(true)) return false;
-        liveInput_ = true;
-        handToEngine(waveForm_.liveSample());
-        return setControl(ControlId::normalize, 1.0f);
-    }
-    if (!liveInput_) return true;
-    auto next = normalized(original_, control(ControlId::normalize));
-    if (!next) return false;
-    waveForm_.enableLIVE(false);
-    waveForm_.stopLiveTimer();
-    waveForm_.setCurrentPath(waveForm_.lastSelectedPath());
-    swapSound(std::move(next)); // not yet heard: live input is still on
-    liveInput_ = false;
-    handToEngine(sound_.get());
-    return true;
-}
-
-void MOK_SCRUB_GRANULATOR::play(bool on) {
-    engine_.granularOn = on;
-}
-
-bool MOK_SCRUB_GRANULATOR::setRegion(float start, float end) {
-    const auto isFraction = [](float x) { return x >= 0.0f && x <= 1.0f; };
-    if (!isFraction(start) || !isFraction(end)) return false;
-    engine_.setEnd(end);
-    engine_.setStart(start); // last, because it alone keeps the sign of the span
-    return true;
+void MOK_SCRUB_GRANULATOR::applyEffectControls() {
+    setEchoDelayLeft();
+    setEchoDelayRight();
+    setEchoGainLeft();
+    setEchoGainRight();
+    setRmFrequency();
+    setRmAmount();
+    ui_setSpeed();
 }
 
 } // namespace zephyra

@@ -1,19 +1,27 @@
-// MOK_SCRUB_GRANULATOR: the controller of one stream, which hands controls, sounds and live input
-// to its engine.
+// MOK_SCRUB_GRANULATOR: the controller of one stream, from its controls, sound and tempo to its
+// engine.
 #pragma once
 
+#include "controls/keyboard.h"
 #include "engine/granular_stream.h"
 #include "platform/audio_buffer_list.h"
-#include "platform/audio_session.h"
-#include "platform/notification_center.h"
+#include "platform/instance.h"
 #include "platform/realtime.h"
 #include "platform/render_cycle.h"
-#include "stream/control_ranges.h"
 #include "stream/live_buffer.h"
+#include "stream/sample_reference.h"
+#include "stream/scrub_recorder.h"
+#include "stream/stream_controls.h"
+#include "stream/stream_fade.h"
+#include "stream/stream_settings.h"
 
-#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
 
 namespace zephyra {
 
@@ -21,6 +29,8 @@ namespace zephyra {
 struct granular_data {
     mokGranulatorSF* engine;
     WaveForm* waveform;
+    bool isPlaying = false;   ///< play-state flag; MAIN
+    bool followsHost = false; ///< host-follow flag, a copy of the scan-sync switch; MAIN
 };
 
 /// Sees a stream's finished output.
@@ -33,55 +43,191 @@ public:
                                       int frames) ZEPHYRA_NONBLOCKING = 0;
 };
 
-/// Owns the engine, the live buffer, the sound and the envelope of one stream. Everything is MAIN
-/// unless said otherwise, and may go on while RENDER is in GranulatorProcessing: what RENDER can
-/// see is swapped, and freed once no render call can see it any more. Constructed and destroyed
-/// OFF.
+/// Owns the engine, the controls, the sound, the live buffer and the envelope of one stream, and
+/// its transport. Everything is MAIN unless said otherwise, and may go on while RENDER is in
+/// GranulatorProcessing: what RENDER can see is swapped, and freed once no render call can see it
+/// any more. Handlers are the targets of its own controls; sender is never read, the control is.
+/// Made and destroyed OFF.
 class MOK_SCRUB_GRANULATOR {
 public:
     /// An engine of 24 grains at 44100 Hz on a silent sound with the Hanning envelope, every
-    /// control at its default, not playing. Both references must outlive this. Throws
-    /// std::bad_alloc.
-    MOK_SCRUB_GRANULATOR(NotificationCenter& notifications, const AudioSession& session);
+    /// control at its default, not playing. suffix ends every channel. instance must outlive this.
+    /// Throws std::bad_alloc.
+    explicit MOK_SCRUB_GRANULATOR(Instance& instance, std::string suffix = "_0");
     ~MOK_SCRUB_GRANULATOR();
     MOK_SCRUB_GRANULATOR(const MOK_SCRUB_GRANULATOR&) = delete;
     MOK_SCRUB_GRANULATOR& operator=(const MOK_SCRUB_GRANULATOR&) = delete;
 
-    /// Sets the output rate (Hz) of the engine, the echo and the ring modulator, and resets both
-    /// effects to their controls' values. A rate that isModuleSampleRate refuses changes nothing.
-    /// OFF.
-    void prepare(double sampleRate);
+    StreamControls controls;
 
-    /// Hands a displayed value to the engine. Returns false, and changes nothing, for a value the
-    /// control does not take (see acceptsValue), for a control that a stream does not have
-    /// (Dry/Wet, the tempo and the fade controls), and when memory for a rescaled sound is short.
-    bool setControl(ControlId id, float displayed);
-    /// The displayed value last set; the default at first.
-    float control(ControlId id) const noexcept;
+    /// Each may be null, and must outlive the stream or be taken away before.
+    void setSettings(StreamSettings* settings) { settings_ = settings; }
+    void setScrubRecorder(ScrubRecorder* recorder) { recorder_ = recorder; }
+    void setKeyboard(Keyboard* keyboard) { keyboard_ = keyboard; }
 
-    /// Swaps the grain envelope for a new table of the menu's entry. False beyond the menu.
-    bool pickEnvelope(std::size_t menuIndex);
+    // --- Transport: stream_transport.cpp ---
 
-    /// Plays sound from the next block on, scaled so that its peak is the Normalize control's value
-    /// (silence stays silence); while live input is on, from when it goes off. sound must not be
-    /// changed afterwards. False, and nothing changed, for null, a rate that is not above 0,
-    /// samples that are not finite, and when memory for the scaled copy is short.
-    bool loadSound(std::shared_ptr<mokSample> sound);
+    /// Toggles: stops with a fade, or arms for the downbeat (scan sync on), or starts.
+    void ui_playStop(Control* sender = nullptr);
+    /// Starts with a fade-in, from wherever the last fade left the level.
+    void ____play();
+    /// Switches the engine on, off; true when it is. error gets what went wrong.
+    bool play(std::string* error = nullptr);
+    bool stop(std::string* error = nullptr);
+    /// The engine's play switch.
+    bool isPlaying() const { return engine_.granularOn; }
+    /// Seconds from a silent level until the grains that still sound are cut.
+    static double getDelayedStopTime() { return 0.5; }
+    /// The next tick of either fade.
+    void fadeIn();
+    void fadeOut();
+    void ui_rewind(Control* sender = nullptr);
+    void ____rewind();
+    void ui_freeze(Control* sender = nullptr);
+    bool isArmed() const { return shouldPlayOnTime; }
 
-    /// On: grains are cut from the live buffer, and Normalize becomes 1 and the gain of the input
-    /// as it is written. Off: from the loaded sound again. False, and nothing changed, when memory
-    /// is short.
-    bool enableLive(bool on);
+    // --- The host's tempo and transport: stream_sync.cpp ---
 
-    /// Switches the granular stage. The echo rings on.
-    void play(bool on);
+    /// A downbeat: fires whatever is armed.
+    void syncStateTempoForte();
+    /// The host's tempo in beats per minute; one that is not finite is ignored.
+    void syncStateDidChangedWithBPM(double bpm);
+    /// Starts a stream that is synced and stopped.
+    void forceToPlayIfShouldPlay();
+    /// The host's transport started, stopped, jumped back; they act while host-follow is set.
+    void shouldPlay();
+    void shouldStop();
+    void shouldRewind();
+    void shouldRewindFromHost();
+    void enableDelaySync(Control* sender = nullptr);
+    void enableSamplerSync(Control* sender = nullptr);
+    /// Beats per minute, 120 at first.
+    double currentClockBPM() const { return CURRENT_CLOCK_BPM; }
+    /// The scan speed last computed, freeze included.
+    double scanningValue() const { return realScanningValue; }
 
+    // --- Control to engine: stream_handlers.cpp ---
+
+    void ui_setAmplitude(Control* sender = nullptr);
+    void ui_setWidth(Control* sender = nullptr);
+    void ui_setPan(Control* sender = nullptr);
+    void ui_setDensity(Control* sender = nullptr);
+    void ui_setLength(Control* sender = nullptr);
+    void ui_setJittering(Control* sender = nullptr);
+    void ui_setPitch(Control* sender = nullptr);
+    void ui_setRndDensity(Control* sender = nullptr);
+    void ui_setRndLength(Control* sender = nullptr);
+    void ui_setRndPitch(Control* sender = nullptr);
+    void ui_setSpeed(Control* sender = nullptr);
+    void setEchoDelayLeft(Control* sender = nullptr);
+    void setEchoDelayRight(Control* sender = nullptr);
+    void setEchoGainLeft(Control* sender = nullptr);
+    void setEchoGainRight(Control* sender = nullptr);
+    void setRmFrequency(Control* sender = nullptr);
+    void setRmAmount(Control* sender = nullptr);
+    void enableEcho(Control* sender = nullptr);
+    void enableRM(Control* sender = nullptr);
+
+    /// A displayed value, as people type it, to the control of id, whose handler then runs. Play
+    /// Stop, Freeze and LIVE act like their buttons when the value differs from what the button
+    /// shows (playing or armed counts as on). False, and nothing changed, for a value that
+    /// acceptsValue refuses, for an id that a stream does not have (Dry/Wet, the fade times), and
+    /// when LIVE cannot be switched on.
+    bool setDisplayed(ControlId id, float displayed);
+    /// A linear value, clamped to the range (one that is not finite is refused); the same
+    /// otherwise. How parameters arrive.
+    bool setLinear(ControlId id, float linear);
+    /// What the control shows; the linear value. 0 for an id that a stream does not have.
+    float displayed(ControlId id) const;
+    float linear(ControlId id) const;
+
+    // --- Scan position, region, envelope, seed: stream_scan.cpp ---
+
+    /// The engine's scan position, a fraction of the sound.
+    float getTimePhasor() const { return engine_.currentScanPosition(); }
+    /// Moves the scan to a fraction of the sound, held inside the region. Not finite is ignored.
+    void setScrubNormalizedValue(float position);
+    /// The scan to the region's start for 0 ms; other times are fractions of the sound's length.
+    void setTimePointer(double milliseconds);
     /// The part of the sound that is scanned, as fractions of it; with start above end the scan
     /// runs from end to start. False, and nothing changed, for values outside 0..1.
     bool setRegion(float start, float end);
+    float regionStart() const { return regionStart_; }
+    float regionEnd() const { return regionEnd_; }
+    /// How often a scan position or another region was chosen.
+    std::uint64_t scanChoices() const { return scanChoices_; }
+    /// Swaps the grain envelope for a new table of the menu's entry. False beyond the menu.
+    bool pickEnvelope(std::size_t menuIndex);
+    std::size_t envelope() const { return envelope_; }
+    /// The generator's state from the next block on; 0 is ignored.
+    void setSeed(std::uint32_t seed);
+    /// As last set, else as the clock gave it.
+    std::uint32_t seed() const { return seed_; }
+
+    // --- Notes to pitch: stream_notes.cpp ---
+
+    /// While the keyboard button is on: selects the note that the pitch control stands at.
+    void ui_setPitchToKeyboard(Control* sender = nullptr);
+    void selectPitchFromMidiNote_andVeloc(int note, int velocity);
+    /// Key 24 is pitch 0. keyboard may be null; the amplitude changes nothing.
+    void keyDown_keyNum_forAmp(Keyboard* keyboard, int keyNum, float amplitude);
+
+    // --- Live input: stream_live.cpp ---
+
+    void ui_enableLiveInput(Control* sender = nullptr);
+    bool isLive() const { return controls._enableLIVE.tag == 1; }
+    /// An instrument has no input: LIVE stays off, whoever asks.
+    void setLiveAllowed(bool allowed) { liveAllowed_ = allowed; }
+    bool liveAllowed() const { return liveAllowed_; }
+    /// Forgets what was heard.
+    void ui_liveClear(Control* sender = nullptr);
+    /// Makes a captured sound the live buffer's content, oldest frame first, and the current sound.
+    /// False, and nothing changed, when it is empty, has no rate, is not playable (see
+    /// normalized_sample.h), or memory is short.
+    bool setCaptured(std::span<const float> samples, double rate);
+
+    // --- Sound: stream_sound.cpp ---
+
+    /// Plays a file's sound from the next block on; LIVE goes off. sound is kept as it is:
+    /// Normalize plays a scaled copy once it has been touched. False, and nothing changed, for
+    /// null, a sound that is not playable (see normalized_sample.h), and when memory is short.
+    bool loadSound(std::shared_ptr<mokSample> sound, SampleReference reference = {},
+                   SoundUse use = SoundUse::play);
+    /// What is loaded from a file; an empty path when nothing is. Live input leaves it as it was.
+    const SampleReference& sampleReference() const { return reference_; }
+    /// Names the file that is about to be loaded, so that a state keeps it though it is missing.
+    void setSampleReference(SampleReference reference) { reference_ = std::move(reference); }
+    /// Back from the captured sound to the file's; nothing without one. LIVE goes off.
+    void restoreLastSample();
+    /// Normalize: for LIVE the gain of the input as it is written, for a file the peak that a copy
+    /// of it is scaled to. Called by the knob's touch, which from then on counts for later sounds
+    /// too.
+    void ui_normalizeBuffer(Control* sender = nullptr);
+    bool normalizeTouched() const { return normalizeTouched_; }
+    /// Whether Normalize applies to files; false plays them as they are. Applied at once.
+    void setNormalizeTouched(bool touched);
+    /// "name, 12.345 s, 44100 Hz, WAV ..." of the current sound, for people.
+    std::string fileInformation() const;
+
+    // --- Life ---
+
+    /// Sets the output rate (Hz) of the engine, the echo and the ring modulator, resets both
+    /// effects to their controls' values, and sets live input up again for the session's rate. A
+    /// rate that isModuleSampleRate refuses changes nothing. OFF.
+    void prepare(double sampleRate);
+    /// The device's block length in frames, for displays.
+    void setBufferSize(double frames) { bufferFrames_ = frames; }
+    double bufferSize() const { return bufferFrames_; }
+    /// Sends every effect value again (a reset has cleared them), and the scan's.
+    void applyEffectControls();
 
     mokGranulatorSF& engine() noexcept { return engine_; }
+    const mokGranulatorSF& engine() const noexcept { return engine_; }
     WaveForm& waveForm() noexcept { return waveForm_; }
+    const WaveForm& waveForm() const noexcept { return waveForm_; }
+    Instance& instance() noexcept { return instance_; }
+    /// What ends every channel.
+    const std::string& channel() const { return suffix_; }
 
     /// Frees what was replaced and can no longer be seen by RENDER. Worth calling now and then;
     /// every swap also does.
@@ -98,25 +244,63 @@ private:
                                      const AudioBufferList* input,
                                      const AudioBufferList& output) ZEPHYRA_NONBLOCKING;
 
-    bool applyControl(ControlId id, float value);
-    bool applyToEffects(ControlId id, float value);
-    void applyEffectControls();
-    bool applyNormalize(float value);
-    bool swapEnvelope(std::size_t menuIndex);
-    void swapSound(std::shared_ptr<mokSample> next);
+    void addTargets();
+    void addTarget(Control& control, const char* message, ControlEvents events,
+                   void (MOK_SCRUB_GRANULATOR::*handler)(Control*));
+    void addSwitchTargets();
+    void onMain(RunLoop::Task task);
+    void showPlaying();
+    void setArmed(bool armed);
+    void clearBackgroundLater(Button& button);
+    double fadeTime(ControlId id) const;
+    void handFadedLevel();
+    double scanSpeed() const;
+    bool moveScan(double position);
     void handToEngine(const mokSample* sample);
+    bool applyNormalize();
+    std::optional<float> filePeak() const;
+    void leaveLive();
+    void playFile();
+    bool buttonShows(ControlId id) const;
+    bool switchButton(ControlId id, bool on);
+    void pressButton(ControlId id);
+    double echoSeconds(const MOK_KNOB& delay, const MokKnobEnum& subdivision) const;
+
+    Instance& instance_;
+    std::string suffix_;
+    StreamSettings* settings_ = nullptr;
+    ScrubRecorder* recorder_ = nullptr;
+    Keyboard* keyboard_ = nullptr;
 
     RenderCycle cycle_;
     Retirement retirement_{cycle_};
-    std::array<float, kControlCount> controls_;
     std::shared_ptr<mokWindow> window_;
-    std::shared_ptr<mokSample> original_; // as it was loaded
-    std::shared_ptr<mokSample> sound_;    // scaled by Normalize; may be the original itself
     WaveForm waveForm_;
     mokGranulatorSF engine_;
     granular_data data_{&engine_, &waveForm_};
-    bool liveInput_ = false; // the engine is on the live sample
     Oscilloscope* oscilloscope_ = nullptr;
+
+    StreamFade fade_; ///< the level's way up and down: _fade, _incrIn, _incrOut and the abort flags
+    bool _isFading = false;
+    bool isScrubbing = false;
+    bool shouldPlayOnTime = false;
+    bool shouldRewindOnTime = false;
+    bool shouldPlayOnTimeScrubRec = false;
+    bool startQueued_ = false;       // a start's step that shows it has not run yet
+    RunLoop::Token pendingStop_ = 0; // the stop: that a fade-out has scheduled
+    double CURRENT_CLOCK_BPM = 120.0;
+    double realScanningValue = 0.0;
+    double isFreezed = 1.0; ///< a multiplier: 0 while frozen
+
+    SampleReference reference_;
+    bool normalizeTouched_ = false;
+    bool liveAllowed_ = true;
+    float regionStart_ = 0.0f, regionEnd_ = 1.0f;
+    std::uint64_t scanChoices_ = 0; // setScrubNormalizedValue and setRegion count
+    std::size_t envelope_;
+    std::uint32_t seed_;
+    double bufferFrames_ = 512.0;
+    std::shared_ptr<void> life_ = std::make_shared<char>(); // posted steps end with the stream
 };
 
 /// The record of a stream's engine and live input; null for null. Any thread.

@@ -1,8 +1,6 @@
-// How each control of MOK_SCRUB_GRANULATOR reaches the engine.
+#include "stream/stream_controls.h"
 
-#include "effects/ring_modulator.h"
-#include "effects/stereo_echo.h"
-#include "stream/stream_controller.h"
+#include <vector>
 
 namespace zephyra {
 
@@ -10,106 +8,128 @@ namespace {
 
 using enum ControlId;
 
-// Echo times are samples at this rate whatever the real one: saved sounds depend on it.
-constexpr double kEchoRate = 44100.0; // Hz
+std::string channelOf(ControlId id, const std::string& suffix) {
+    return controlRange(id).channel + suffix;
+}
 
-/// The controls whose value goes into one setter as it is.
-struct PlainControl {
-    ControlId id;
-    void (mokGranulatorSF::*set)(const float&) noexcept;
-};
-constexpr PlainControl kPlainControls[] = {
-    {amplitude, &mokGranulatorSF::setLevel},       {pan, &mokGranulatorSF::setPan},
-    {width, &mokGranulatorSF::setWidth},           {density, &mokGranulatorSF::setDensity},
-    {rndDensity, &mokGranulatorSF::setRndDensity}, {length, &mokGranulatorSF::setLength},
-    {rndLength, &mokGranulatorSF::setRndLength},   {pitch, &mokGranulatorSF::setPitch},
-    {rndPitch, &mokGranulatorSF::setRndPitch},     {scanning, &mokGranulatorSF::setSpeed},
-    {jittering, &mokGranulatorSF::setJittering},
-};
+void setUpToggle(Toggle& toggle, ControlId id, const std::string& suffix) {
+    toggle.channel = channelOf(id, suffix);
+    toggle.isOnByDefault = controlRange(id).defaultValue != 0.0f;
+    toggle.setOn(toggle.isOnByDefault);
+}
+
+void setUpCurvedKnob(CurvedKnob& knob, ControlId id, const std::string& suffix) {
+    knob.setStepness(controlRange(id).stepness); // before the default, which is bent by it
+    setUpKnob(knob, controlRange(id), suffix);
+}
+
+void setUpSubdivision(MokKnobEnum& knob, ControlId id, const std::string& suffix) {
+    knob.setNames(std::vector<std::string>(kSubdivisionNames.begin(), kSubdivisionNames.end()));
+    setUpKnob(knob, controlRange(id), suffix);
+    knob.hidden = true;
+}
+
+void setUpCount(MOK_KNOB& knob, ControlId id, const std::string& suffix) {
+    setUpKnob(knob, controlRange(id), suffix);
+    knob._precision = 0;
+    knob.hidden = true;
+}
 
 } // namespace
 
-bool MOK_SCRUB_GRANULATOR::setControl(ControlId id, float displayed) {
-    const ControlRange& range = controlRange(id);
-    if (!acceptsValue(range, displayed)) return false;
-    if (range.kind == ControlKind::switching) displayed = displayed != 0.0f ? 1.0f : 0.0f;
-    if (!applyControl(id, displayed)) return false;
-    controls_[static_cast<std::size_t>(id)] = displayed;
-    return true;
+void setUpKnob(MOK_KNOB& knob, const ControlRange& range, const std::string& suffix) {
+    knob.channel = range.channel + suffix;
+    knob.setRange(range.minimum, range.maximum);
+    knob.setDefaultValue(range.defaultValue);
+    knob.setDisplayedValue(range.defaultValue);
+    knob._postfix = range.unit;
 }
 
-float MOK_SCRUB_GRANULATOR::control(ControlId id) const noexcept {
-    return controls_[static_cast<std::size_t>(id)];
+StreamControls::StreamControls(const std::string& suffix) {
+    for (const ControlId id :
+         {amplitude, pan, width, rndDensity, rndLength, pitch, rndPitch, scanning, leftDelay,
+          rightDelay, leftGain, rightGain, ringModulationAmount, normalize})
+        setUpKnob(*knob(id), controlRange(id), suffix);
+    setUpCurvedKnob(_density, density, suffix);
+    setUpCurvedKnob(_length, length, suffix);
+    setUpCurvedKnob(_jitter, jittering, suffix);
+    setUpCurvedKnob(_rmFrequency, ringModulationFrequency, suffix);
+    setUpSubdivision(delay_subdivisionLeft, leftSubdivision, suffix);
+    setUpSubdivision(delay_subdivisionRight, rightSubdivision, suffix);
+    setUpCount(sampler_mesure, measures, suffix);
+    setUpCount(sampler_quarter, quarters, suffix);
+    for (const ControlId id : {echoSwitch, echoSync, ringModulationSwitch, scanSync})
+        setUpToggle(*toggle(id), id, suffix);
+    _freeze.channel = channelOf(freeze, suffix);
+    _enableLIVE.channel = channelOf(live, suffix);
+    _playToggle.title = kStoppedIcon;
+    syncImg.hidden = true;
 }
 
-bool MOK_SCRUB_GRANULATOR::pickEnvelope(std::size_t menuIndex) {
-    return setControl(envelope, static_cast<float>(menuIndex));
-}
-
-bool MOK_SCRUB_GRANULATOR::applyControl(ControlId id, float value) {
-    for (const PlainControl& plain : kPlainControls) {
-        if (plain.id != id) continue;
-        (engine_.*plain.set)(value);
-        return true;
-    }
+MOK_KNOB* StreamControls::knob(ControlId id) {
     switch (id) {
-    case scrubbingWave:
-        engine_.setScanPhase(double{value});
-        return true;
-    case echoSwitch:
-        engine_.echoOn = value != 0.0f;
-        return true;
-    case ringModulationSwitch:
-        engine_.ringOn = value != 0.0f;
-        return true;
-    case normalize:
-        return applyNormalize(value);
-    case envelope:
-        return swapEnvelope(static_cast<std::size_t>(value));
-    default:
-        return applyToEffects(id, value);
-    }
-}
-
-bool MOK_SCRUB_GRANULATOR::applyToEffects(ControlId id, float value) {
-    namespace echo = delay_stereo_forward;
-    CommonState* const echoModule = engine_.echoModule();
-    const auto setDelay = [&](float& milliseconds, echo::Parameter parameter) {
-        milliseconds = value * 1000.0f;
-        echo::setparameter(echoModule, parameter, double{milliseconds} * kEchoRate * 0.001);
-    };
-    const auto setGain = [&](float& gain, echo::Parameter parameter) {
-        gain = value;
-        echo::setparameter(echoModule, parameter, double{gain});
-    };
-    switch (id) {
+    case amplitude:
+        return &_volume;
+    case pan:
+        return &_pan;
+    case width:
+        return &_width;
+    case density:
+        return &_density;
+    case rndDensity:
+        return &_rnd_density;
+    case length:
+        return &_length;
+    case rndLength:
+        return &_rnd_len;
+    case pitch:
+        return &_pitch;
+    case rndPitch:
+        return &_rnd_pitch;
+    case scanning:
+        return &_scanning;
+    case jittering:
+        return &_jitter;
     case leftDelay:
-        setDelay(engine_.echoTimeL, echo::kTimeL);
-        return true;
+        return &_echoDelayLeft;
     case rightDelay:
-        setDelay(engine_.echoTimeR, echo::kTimeR);
-        return true;
+        return &_echoDelayRight;
     case leftGain:
-        setGain(engine_.echoGainL, echo::kFeedbackL);
-        return true;
+        return &_echoGainLeft;
     case rightGain:
-        setGain(engine_.echoGainR, echo::kFeedbackR);
-        return true;
+        return &_echoGainRight;
     case ringModulationFrequency:
-        RM::setparameter(engine_.ringModulatorModule(), RM::kFreq, double{value});
-        return true;
+        return &_rmFrequency;
     case ringModulationAmount:
-        RM::setparameter(engine_.ringModulatorModule(), RM::kDryWet, double{value});
-        return true;
+        return &_rmAmount;
+    case normalize:
+        return &_normalizeGain;
+    case measures:
+        return &sampler_mesure;
+    case quarters:
+        return &sampler_quarter;
+    case leftSubdivision:
+        return &delay_subdivisionLeft;
+    case rightSubdivision:
+        return &delay_subdivisionRight;
     default:
-        return false; // a control of the table that a stream does not have
+        return nullptr;
     }
 }
 
-void MOK_SCRUB_GRANULATOR::applyEffectControls() {
-    for (const ControlId id : {leftDelay, rightDelay, leftGain, rightGain, ringModulationFrequency,
-                               ringModulationAmount})
-        applyToEffects(id, control(id));
+Toggle* StreamControls::toggle(ControlId id) {
+    switch (id) {
+    case echoSwitch:
+        return &_echoSwitch;
+    case ringModulationSwitch:
+        return &_rmSwitch;
+    case scanSync:
+        return &syncSampler;
+    case echoSync:
+        return &syncDelay;
+    default:
+        return nullptr;
+    }
 }
 
 } // namespace zephyra

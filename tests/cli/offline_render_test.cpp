@@ -14,9 +14,7 @@ namespace {
 std::shared_ptr<mokSample> makeSource() {
     auto source = std::make_shared<mokSample>(20000, 44100.0f);
     for (std::uint64_t n = 0; n < source->size; ++n)
-        source->getPtr()[n] =
-            std::sin(static_cast<float>(n) * 0.07f); // peak 1: Normalize does nothing
-    source->getPtr()[100] = 1.0f;
+        source->getPtr()[n] = std::sin(static_cast<float>(n) * 0.07f);
     source->writeGuardPoint();
     return source;
 }
@@ -33,10 +31,11 @@ TEST(OfflineRender, GivesTheEnginesOwnSamplesBlockForBlock) {
                     .settings = {{ControlId::pitch, 7}, {ControlId::density, 200}},
                     .timedSettings = {{0.1, {ControlId::width, 1}}}, // frame 4800: block 16
                     .start = 0.25f,
-                    .end = 0.5f};
+                    .end = 0.5f,
+                    .host = {.fadeIn = 0.0}};
     std::vector<float> left, right;
     OfflineRender render(plan);
-    ASSERT_TRUE(render.prepare(source));
+    ASSERT_TRUE(render.prepare({.sample = source}));
     ASSERT_TRUE(render.run([&](const RenderedBlock& block) -> Result<void> {
         EXPECT_EQ(block.firstFrame, left.size());
         left.insert(left.end(), block.left, block.left + block.frames);
@@ -48,12 +47,17 @@ TEST(OfflineRender, GivesTheEnginesOwnSamplesBlockForBlock) {
     const std::shared_ptr<mokWindow> window = makeEnvelope(kDefaultEnvelope);
     mokGranulatorSF engine(source.get(), window.get(), mokGranulatorSF::kVoices, 48000.0f);
     engine.setRandomSeed(77);
-    engine.setLength(85); // in their unit, the defaults differ in the last bit
-    engine.setJittering(5);
+    // What is on a curve has its rounding.
+    const auto curved = [](ControlId id, float displayed) {
+        const ControlRange& range = controlRange(id);
+        return displayedFromLinear(range, linearFromDisplayed(range, displayed));
+    };
+    engine.setLength(curved(ControlId::length, 85));
+    engine.setJittering(curved(ControlId::jittering, 5));
     engine.setRndLength(0.5f);
     engine.setRndDensity(0.5f);
     engine.setPitch(7);
-    engine.setDensity(200);
+    engine.setDensity(curved(ControlId::density, 200));
     engine.setStart(0.25f);
     engine.setEnd(0.5f);
     engine.granularOn = true;
@@ -87,7 +91,7 @@ TEST(OfflineRender, InTheTailNoGrainStartsAndNothingBreaksOff) {
     std::vector<float> left;
     std::uint64_t grains = 0;
     OfflineRender render(plan);
-    ASSERT_TRUE(render.prepare(makeSource()));
+    ASSERT_TRUE(render.prepare({.sample = makeSource()}));
     const auto statistics = render.run([&](const RenderedBlock& block) -> Result<void> {
         left.insert(left.end(), block.left, block.left + block.frames);
         grains += block.grains.size();
@@ -117,24 +121,38 @@ TEST(RenderPlan, LengthRateAndSeedComeFromTheSourceAndTheClock) {
 
     options.sampleRate = 44100;
     EXPECT_EQ(makeRenderPlan(options, source).value().frames, 22050u);
-    options.live = true;
-    EXPECT_FALSE(makeRenderPlan(options, source));
+    EXPECT_TRUE(checkInputRate(options, source));
+    options.host.type = component_type::effect;
+    EXPECT_FALSE(checkInputRate(options, source));
 }
 
-TEST(RenderPlan, LiveInputIsScannedAtADistanceUnlessAScanSettingIsGiven) {
-    RenderOptions options{};
-    options.blockFrames = kDefaultBlockFrames;
-    options.live = true;
-    const SoundFileInfo source{.format = "", .channels = 1, .sampleRate = 44100, .frames = 44100};
-    const ControlValues values = controlsAt(makeRenderPlan(options, source).value(), 0);
-    EXPECT_EQ(values[static_cast<std::size_t>(ControlId::scanning)], 0);
-    EXPECT_NEAR(values[static_cast<std::size_t>(ControlId::scrubbingWave)],
-                (441000 - 5 - 8820) / 441000.0, 1e-6);
-    options.start = 0.1f;
-    EXPECT_TRUE(makeRenderPlan(options, source).value().settings.empty());
-    options.start.reset();
-    options.settings = {{ControlId::scanning, 2}};
-    EXPECT_EQ(makeRenderPlan(options, source).value().settings.size(), 1u);
+TEST(OfflineRender, AnEffectScansItsInputAtADistanceUnlessAScanSettingIsGiven) {
+    RenderPlan plan{.sampleRate = 44100,
+                    .playFrames = 512,
+                    .frames = 512,
+                    .blockFrames = 512,
+                    .seed = 5,
+                    .envelope = {},
+                    .use = SourceUse::live,
+                    .settings = {},
+                    .timedSettings = {},
+                    .start = {},
+                    .end = {},
+                    .host = {.type = component_type::effect}};
+    const auto scan = [&plan] {
+        OfflineRender render(plan);
+        EXPECT_TRUE(render.prepare({}));
+        const ControlValues& values = render.plan().initial;
+        return std::pair(values[static_cast<std::size_t>(ControlId::scanning)],
+                         values[static_cast<std::size_t>(ControlId::scrubbingWave)]);
+    };
+    EXPECT_EQ(scan().first, 0);
+    EXPECT_NEAR(scan().second, (441000 - 5 - 8820) / 441000.0, 1e-6);
+    plan.settings = {{ControlId::scanning, 2}};
+    EXPECT_EQ(scan(), std::pair(2.0f, 0.0f));
+    plan.settings.clear();
+    plan.start = 0.5f;
+    EXPECT_EQ(scan().first, 1);
 }
 
 TEST(EchoTail, LastsUntilEveryRepeatIsSixtyDecibelsDown) {

@@ -14,33 +14,39 @@ namespace {
 
 // Saved settings and hosts' automation depend on every character of this.
 constexpr const char* kFrozen = R"(0 Scrubbing Wave: 0 to 1, 0
-1 Amplitude: 0 to 1, 0.5
-2 Pan: -1 to 1, 0
-3 Dry/Wet: 0 to 100, 50 %
-4 Width: 0 to 1, 0.25
-5 Density: 0.5 to 400, 50 Hz, exponential 3
-6 Rnd Density: 0 to 1, 0.5
-7 Length: 5 to 2000, 85 ms, exponential 3
-8 Rnd Length: 0 to 1, 0.5
-9 Pitch: -24 to 24, 0 semitones
-10 Rnd Pitch: 0 to 24, 0 semitones
-11 Scanning: -4 to 4, 1 x
-12 Jittering: 0 to 1000, 5 ms, exponential 4
-13 Echo Switch: 0 to 1, 0, switch
-14 Left Delay: 0.001 to 4.5, 0.3 s
-15 Right Delay: 0.001 to 4.5, 0.25 s
-16 Left Gain: 0 to 0.98, 0.341
-17 Right Gain: 0 to 0.98, 0.231
-18 Ring Modulation Switch: 0 to 1, 0, switch
-19 Ring Modulation Frequency: 0.1 to 8000, 220 Hz, exponential 4
-20 Ring Modulation Amount: 0 to 1, 0.5
-21 Normalize: 0 to 1, 1
-22 measures: 1 to 64, 1, whole
-23 quarters: 0 to 16, 4, whole
-24 subdivisions: 0 to 20, 7, choice
-25 fade in: 0 to 10, 0.05 s
-26 fade out: 0 to 10, 0.25 s
-27 envelope: 0 to 11, 2, choice
+1 Amplitude: 0 to 1, 0.5 = Volume
+2 Pan: -1 to 1, 0 = Pan
+3 Dry/Wet: 0 to 100, 50 % = InputDryWet
+4 Width: 0 to 1, 0.25 = Width
+5 Density: 0.5 to 400, 50 Hz, exponential 3 = Density
+6 Rnd Density: 0 to 1, 0.5 = Rnd_Density
+7 Length: 5 to 2000, 85 ms, exponential 3 = Length
+8 Rnd Length: 0 to 1, 0.5 = Rnd_Length
+9 Pitch: -24 to 24, 0 semitones = Pitch
+10 Rnd Pitch: 0 to 24, 0 semitones = Rnd_Pitch
+11 Scanning: -4 to 4, 1 x = Scanning
+12 Jittering: 0 to 1000, 5 ms, exponential 4 = Jittering
+13 Echo Switch: 0 to 1, 0, switch = EchoSwitch
+14 Left Delay: 0.001 to 4.5, 0.3 s = EchoLeftDelay
+15 Right Delay: 0.001 to 4.5, 0.25 s = EchoRightDelay
+16 Left Gain: 0 to 0.98, 0.341 = EchoLeftGain
+17 Right Gain: 0 to 0.98, 0.231 = EchoRightGain
+18 Ring Modulation Switch: 0 to 1, 0, switch = RMSwitch
+19 Ring Modulation Frequency: 0.1 to 8000, 220 Hz, exponential 4 = RMFrequency
+20 Ring Modulation Amount: 0 to 1, 0.5 = RMAmount
+21 Play Stop: 0 to 1, 0, switch
+22 Freeze: 0 to 1, 0, switch = Freeze
+23 LIVE: 0 to 1, 0, switch = LIVE
+24 Normalize: 0 to 1, 1 = Normalize
+25 Scan Sync: 0 to 1, 0, switch = ScanSync
+26 measures: 1 to 64, 1, whole = Mesures Sample
+27 quarters: 0 to 16, 4, whole = Mesures Quarter
+28 Echo Sync: 0 to 1, 0, switch = DelaySync
+29 Subdiv Left: 0 to 20, 7, choice = DelaySubLeft
+30 Subdiv Right: 0 to 20, 7, choice = DelaySubRight
+31 fade in: 0 to 10, 0.05 s = FadeInTime
+32 fade out: 0 to 10, 0.25 s = FadeOutTime
+33 envelope: 0 to 11, 2, choice = Envelope
 1/1D 1/1 1/2D 1/1T 1/2 1/4D 1/2T 1/4 1/8D 1/4T 1/8 )"
                                 "1/16D 1/8T 1/16 1/32D 1/16T 1/32 1/64D 1/32T 1/64 1/128 ";
 
@@ -52,7 +58,9 @@ TEST(ControlRanges, AreFrozen) {
              << range.maximum << ", " << range.defaultValue;
         if (*range.unit) text << ' ' << range.unit;
         if (range.curve == ControlCurve::exponential) text << ", exponential " << range.stepness;
-        text << kinds[static_cast<int>(range.kind)] << '\n';
+        text << kinds[static_cast<int>(range.kind)];
+        if (*range.channel) text << " = " << range.channel;
+        text << '\n';
     }
     for (const char* name : kSubdivisionNames) text << name << ' ';
     EXPECT_EQ(text.str(), kFrozen);

@@ -22,7 +22,11 @@ using enum ControlId;
 using Fields = StreamProbe::Fields;
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
+
+MATCHER(Closely, "") {
+    const double expected = std::get<1>(arg);
+    return std::abs(std::get<0>(arg) - expected) <= 1e-5 * (std::abs(expected) + 0.1);
+}
 
 /// A sound of frames at rate whose only frame that is not silent is peak.
 std::shared_ptr<mokSample> spike(std::uint64_t frames, float rate, float peak) {
@@ -35,7 +39,6 @@ std::shared_ptr<mokSample> spike(std::uint64_t frames, float rate, float peak) {
 class StreamController : public testing::Test {
 protected:
     Fields fields() { return StreamProbe::fields(stream->engine()); }
-    const mokSample* sound() { return StreamProbe::sample(stream->engine()); }
     /// What the controls reach, in the order of their table.
     std::vector<double> reached() {
         const Fields f = fields();
@@ -70,22 +73,24 @@ TEST_F(StreamController, HandsEveryControlToTheFieldOrParameterItIsForAndToNoOth
                  {ringModulationAmount, 1, 1}, {echoSwitch, 0.4f, 1},
                  {ringModulationSwitch, 1, 1}};
     for (const ControlRange& range : controlRanges())
-        EXPECT_EQ(stream->control(range.id), range.defaultValue) << range.name;
-    stream->play(true);
+        if (range.id != dryWet && range.id != fadeIn && range.id != fadeOut) {
+            EXPECT_NEAR(stream->displayed(range.id), range.defaultValue, 1e-5 * range.maximum)
+                << range.name;
+        }
+    stream->play();
     ASSERT_TRUE(stream->loadSound(spike(40000, 10000.0f, 1.0f))); // 4 s
     std::vector<double> expected = {0.5,    1,   0.25, 50,       0.25,  0.085f, 0.25,
                                     0.25,   0,   0.25, 0.00125f, 13230, 11025,  0.341f,
                                     0.231f, 220, 0.5,  0,        0};
-    const auto closely = testing::DoubleNear(1e-9);
     for (std::size_t i = 0; i < std::size(cases); ++i) {
-        EXPECT_THAT(reached(), testing::Pointwise(closely, expected)) << i;
-        ASSERT_TRUE(stream->setControl(cases[i].id, cases[i].value));
-        EXPECT_EQ(stream->control(cases[i].id), i == 17 ? 1.0f : cases[i].value);
+        EXPECT_THAT(reached(), testing::Pointwise(Closely(), expected)) << i;
+        ASSERT_TRUE(stream->setDisplayed(cases[i].id, cases[i].value));
         expected[i] = cases[i].expected;
     }
-    EXPECT_THAT(reached(), testing::Pointwise(closely, expected));
+    EXPECT_THAT(reached(), testing::Pointwise(Closely(), expected));
     EXPECT_EQ(stream->engine().echoTimeL - stream->engine().echoTimeR, -4000.0f);
-    ASSERT_TRUE(stream->setControl(scanning, 0.0f) && stream->setControl(scrubbingWave, 0.75f));
+    ASSERT_TRUE(stream->setDisplayed(scanning, 0.0f));
+    ASSERT_TRUE(stream->setDisplayed(scrubbingWave, 0.75f));
     StereoBlock out(64);
     GranulatorProcessing(&stream.controller, 64, nullptr, out.from(0));
     EXPECT_EQ(stream->engine().currentScanPosition(), 0.75f);
@@ -93,10 +98,10 @@ TEST_F(StreamController, HandsEveryControlToTheFieldOrParameterItIsForAndToNoOth
 
 TEST_F(StreamController, RefusesWhatItHasNoPlaceForAndChangesNothing) {
     const Fields before = fields();
-    for (const ControlId id : {dryWet, measures, quarters, subdivisions, fadeIn, fadeOut})
-        EXPECT_FALSE(stream->setControl(id, controlRange(id).defaultValue));
-    EXPECT_FALSE(stream->setControl(amplitude, 1.01f));
-    EXPECT_EQ(stream->control(amplitude), 0.5f);
+    for (const ControlId id : {dryWet, fadeIn, fadeOut})
+        EXPECT_FALSE(stream->setDisplayed(id, controlRange(id).defaultValue));
+    EXPECT_FALSE(stream->setDisplayed(amplitude, 1.01f) || stream->setLinear(amplitude, kNaN));
+    EXPECT_EQ(stream->displayed(amplitude), 0.5f);
     for (const float bad : {-0.1f, 1.1f, kNaN})
         EXPECT_FALSE(stream->setRegion(bad, 1.0f) || stream->setRegion(0.0f, bad)) << bad;
     EXPECT_EQ(fields(), before);
@@ -114,10 +119,40 @@ TEST_F(StreamController, PicksAnEnvelopeAsANewTable) {
     EXPECT_EQ(stream->waitingObjects(), 0u); // nobody renders: all is freed at once
 }
 
+TEST_F(StreamController, MovesTheScanInsideTheRegionAndTakesASeedWithTheNextBlock) {
+    StereoBlock out(16);
+    const auto render = [&] { GranulatorProcessing(&stream.controller, 16, nullptr, out.from(0)); };
+    ASSERT_TRUE(stream->loadSound(spike(40000, 10000.0f, 1.0f))); // 4 s
+    stream->setDisplayed(scanning, 0.0f);
+    stream->play();
+    const struct {
+        float start, end, asked, expected;
+    } cases[] = {{0.25f, 0.75f, 0.5f, 0.5f},  {0.25f, 0.75f, 0.9f, 0.75f},
+                 {0.25f, 0.75f, kNaN, 0.75f}, {0.75f, 0.25f, 0.5f, 0.5f},
+                 {0.75f, 0.25f, 0.9f, 0.75f}, {0.5f, 0.5f, 0.9f, 0.5f}};
+    for (const auto& c : cases) {
+        ASSERT_TRUE(stream->setRegion(c.start, c.end));
+        stream->setScrubNormalizedValue(c.asked);
+        render();
+        EXPECT_FLOAT_EQ(stream->getTimePhasor(), c.expected) << c.start << ' ' << c.asked;
+    }
+    stream->setRegion(0.25f, 1.0f);
+    for (const auto& [ms, expected] : {std::pair(2000.0, 0.5f), {0.0, 0.25f}, {9000.0, 1.0f}}) {
+        stream->setTimePointer(ms);
+        render();
+        EXPECT_FLOAT_EQ(stream->getTimePhasor(), expected) << ms;
+    }
+    stream->stop(); // no grain draws from the generator
+    for (const std::uint32_t seed : {77u, 0u}) stream->setSeed(seed);
+    EXPECT_NE(StreamProbe::seed(stream->engine()), 77u);
+    render();
+    EXPECT_TRUE(StreamProbe::seed(stream->engine()) == 77u && stream->seed() == 77u);
+}
+
 TEST_F(StreamController, KeepsPitchSpeedAndJitterOverAChangeOfSampleAndRegion) {
-    stream->setControl(pitch, -12.0f);
-    stream->setControl(scanning, 2.0f);
-    stream->setControl(jittering, 100.0f);
+    stream->setDisplayed(pitch, -12.0f);
+    stream->setDisplayed(scanning, 2.0f);
+    stream->setDisplayed(jittering, 100.0f);
     ASSERT_TRUE(stream->setRegion(0.25f, 0.75f));
     const auto expectFields = [&](float rate, float frequency, float jitter) {
         EXPECT_FLOAT_EQ(fields().playbackRate, rate);
@@ -125,60 +160,18 @@ TEST_F(StreamController, KeepsPitchSpeedAndJitterOverAChangeOfSampleAndRegion) {
         EXPECT_FLOAT_EQ(fields().jitter, jitter);
     };
     ASSERT_TRUE(stream->loadSound(spike(20000, 10000.0f, 1.0f))); // 2 s
-    expectFields(0.25f, 2.0f, 0.05f);      // twice a second through half of it
-    ASSERT_TRUE(stream->enableLive(true)); // 10 s
+    expectFields(0.25f, 2.0f, 0.05f);              // twice a second through half of it
+    ASSERT_TRUE(stream->setDisplayed(live, 1.0f)); // 10 s
     expectFields(0.05f, 0.4f, 0.01f);
-    ASSERT_TRUE(stream->enableLive(false));
+    ASSERT_TRUE(stream->loadSound(spike(20000, 10000.0f, 1.0f)));
     ASSERT_TRUE(stream->setRegion(0.75f, 0.25f)); // backwards
     EXPECT_EQ(fields().scanSpan, -0.5f);
     expectFields(0.25f, -2.0f, 0.05f);
 }
 
-TEST_F(StreamController, NormalizesACopyOfTheSoundThatFollowsTheControl) {
-    const auto original = spike(1000, 44100.0f, -0.25f);
-    ASSERT_TRUE(stream->loadSound(original));
-    EXPECT_EQ(sound()->data[1], -1.0f);
-    for (const float peak : {0.5f, 0.0f, 1.0f}) {
-        ASSERT_TRUE(stream->setControl(normalize, peak));
-        EXPECT_EQ(sound()->data[1], -peak);
-        EXPECT_EQ(sound()->data[sound()->size + 1], -peak) << "guard";
-    }
-    EXPECT_EQ(original->data[1], -0.25f);
-    ASSERT_TRUE(stream->loadSound(spike(1000, 44100.0f, 0.0f)));
-    EXPECT_EQ(sound()->data[1], 0.0f);
-    ASSERT_TRUE(stream->loadSound(spike(1000, 44100.0f, 1e-45f))); // no finite gain reaches 1
-    EXPECT_TRUE(std::isfinite(sound()->data[1]));
-
-    const mokSample* const before = sound();
-    for (const auto& refused :
-         {std::shared_ptr<mokSample>(), std::make_shared<mokSample>(), spike(1000, 0.0f, 1.0f),
-          spike(1000, -1.0f, 1.0f), spike(1000, 44100.0f, kNaN), spike(1000, 44100.0f, kInfinity)})
-        EXPECT_FALSE(stream->loadSound(refused));
-    EXPECT_EQ(sound(), before);
-}
-
-TEST_F(StreamController, GoesBackToTheNewestSoundWhenLiveInputGoesOff) {
-    ASSERT_TRUE(stream->loadSound(spike(1000, 44100.0f, 0.5f)));
-    stream->setControl(normalize, 0.5f);
-    ASSERT_TRUE(stream->enableLive(true));
-    EXPECT_EQ(stream->control(normalize), 1.0f);
-    EXPECT_EQ(stream->waveForm().data().normalizeGain, 1.0f);
-
-    stream->setControl(normalize, 0.25f); // the gain of live input now
-    EXPECT_EQ(stream->waveForm().data().normalizeGain, 0.25f);
-    ASSERT_TRUE(stream->waveForm().clearBuffer());
-    ASSERT_TRUE(stream->loadSound(spike(2000, 44100.0f, 1.0f)));
-    EXPECT_EQ(sound(), stream->waveForm().liveSample());
-
-    ASSERT_TRUE(stream->enableLive(false));
-    EXPECT_EQ(sound()->size, 2000u);
-    EXPECT_EQ(sound()->data[1], 0.25f);
-    EXPECT_FALSE(stream->waveForm().data().isLiveEnabled);
-}
-
 TEST_F(StreamController, HandsANewRateToEngineAndEffectsAndKeepsTheirParameters) {
-    stream->setControl(leftGain, 0.5f);
-    stream->setControl(ringModulationAmount, 0.75f);
+    stream->setDisplayed(leftGain, 0.5f);
+    stream->setDisplayed(ringModulationAmount, 0.75f);
     const auto before = reached();
     for (const double rate : {96000.0, 0.0, -1.0, double{kNaN}, 1e300}) stream->prepare(rate);
     mokGranulatorSF& engine = stream->engine();

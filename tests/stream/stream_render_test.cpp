@@ -20,13 +20,13 @@ namespace {
 /// A stream of dense grains that are cut 50 ms behind the newest live frame.
 struct LiveStream : TestStream {
     LiveStream() {
-        controller.enableLive(true);
+        controller.setDisplayed(ControlId::live, 1.0f);
         controller.engine().setRandomSeed(1234567);
-        controller.setControl(ControlId::density, 200.0f);
-        controller.setControl(ControlId::scanning, 0.0f);
-        controller.setControl(ControlId::scrubbingWave, 0.995f);
-        controller.setControl(ControlId::echoSwitch, 1.0f);
-        controller.play(true);
+        controller.setDisplayed(ControlId::density, 200.0f);
+        controller.setDisplayed(ControlId::scanning, 0.0f);
+        controller.setDisplayed(ControlId::scrubbingWave, 0.995f);
+        controller.setDisplayed(ControlId::echoSwitch, 1.0f);
+        controller.play();
     }
 };
 
@@ -86,7 +86,7 @@ TEST(StreamRender, ShowsTheFinishedOutputToTheOscilloscope) {
     } screen;
     TestStream stream;
     stream->loadSound(noiseSample(44100, 44100.0f));
-    stream->play(true);
+    stream->play();
     stream->setOscilloscope(&screen);
     StereoBlock out(10000);
     GranulatorProcessing(&stream.controller, 10000, nullptr, out.from(0));
@@ -106,8 +106,8 @@ TEST(StreamRender, WritesLiveInputAlsoWhereNothingCanBeHeard) {
 
 TEST(StreamRender, KeepsLongGrainsInsideAMuchShorterSound) {
     TestStream stream;
-    stream->play(true);
-    stream->setControl(ControlId::length, 2000.0f);
+    stream->play();
+    stream->setDisplayed(ControlId::length, 2000.0f);
     StereoBlock out(512);
     for (const std::uint64_t frames : {200000, 200, 50000, 16, 200000}) {
         stream->loadSound(noiseSample(frames, 44100.0f));
@@ -119,7 +119,7 @@ TEST(StreamRender, KeepsLongGrainsInsideAMuchShorterSound) {
 
 TEST(StreamRender, NeitherAllocatesNorWaitsAndIsSilentAfterANewRateWhereAnEchoStillRang) {
     LiveStream stream;
-    stream->setControl(ControlId::ringModulationSwitch, 1.0f);
+    stream->setDisplayed(ControlId::ringModulationSwitch, 1.0f);
     std::vector<float> in = noise(44100);
     const ChannelList list{in.data(), in.data()};
     StereoBlock out(44100);
@@ -130,7 +130,7 @@ TEST(StreamRender, NeitherAllocatesNorWaitsAndIsSilentAfterANewRateWhereAnEchoSt
         const std::uint32_t offences = guard.total();
         EXPECT_EQ(offences, 0u) << guard.firstOffender();
     }
-    stream->play(false);
+    stream->stop();
     GranulatorProcessing(&stream.controller, 4096, nullptr, output);
     EXPECT_GT(peak({out.left.begin(), out.left.begin() + 4096}), 0.0f);
     stream->prepare(48000.0);
@@ -140,7 +140,7 @@ TEST(StreamRender, NeitherAllocatesNorWaitsAndIsSilentAfterANewRateWhereAnEchoSt
 
 TEST(StreamThreads, MayTurnEverythingWhileAnotherThreadRenders) {
     TestStream stream;
-    stream->play(true);
+    stream->play();
     std::atomic<bool> stop = false, finite = true;
     std::atomic<int> cycles = 0;
     std::thread renderer([&] {
@@ -158,19 +158,21 @@ TEST(StreamThreads, MayTurnEverythingWhileAnotherThreadRenders) {
             const float norm = static_cast<float>((round * 7) % 11) / 10.0f;
             const float linear = range.minimum + norm * (range.maximum - range.minimum);
             const float shown = displayedFromLinear(range, linear);
-            stream->setControl(range.id, acceptsValue(range, shown) ? shown : std::trunc(linear));
+            stream->setDisplayed(range.id, acceptsValue(range, shown) ? shown : std::trunc(linear));
         }
+        stream.pass(0.02);
         stream->setRegion(0.1f * static_cast<float>(round % 10), 0.5f);
         stream->loadSound(noiseSample(round % 2 ? 50000 : 300, 44100.0f));
         stream->pickEnvelope(static_cast<std::size_t>(round) % kEnvelopeMenu.size());
-        if (round % 5 == 0) stream.session.sampleRate = round % 2 ? 44100.0 : 48000.0;
-        stream->enableLive(round % 3 != 0);
+        if (round % 5 == 0) stream.instance.session.sampleRate = round % 2 ? 44100.0 : 48000.0;
+        stream->setDisplayed(ControlId::live, round % 3 != 0);
         if (round % 4 == 0) stream->waveForm().clearBuffer();
         stream->waveForm().resetLiveWriteIndex();
         std::vector<float> shown(1000);
         stream->waveForm().copyLive(stream->waveForm().getWriteLiveIndex(), shown);
         stream->waveForm().takeRedrawRequest();
-        stream->play(round % 7 != 0);
+        stream->setSeed(static_cast<std::uint32_t>(round));
+        round % 7 != 0 ? stream->play() : stream->stop();
         stream->collect();
     }
     stop = true;

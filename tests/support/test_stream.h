@@ -9,11 +9,15 @@
 namespace zephyra {
 
 struct TestStream {
-    NotificationCenter notifications;
-    AudioSession session;
-    MOK_SCRUB_GRANULATOR controller{notifications, session};
+    Instance instance;
+    MOK_SCRUB_GRANULATOR controller{instance};
 
     MOK_SCRUB_GRANULATOR* operator->() { return &controller; }
+    /// Lets seconds go by on the sample clock, the posted steps included.
+    void pass(double seconds) {
+        instance.runLoop.setClock(RunLoop::Clock::sample);
+        instance.runLoop.advance(instance.runLoop.now() + seconds);
+    }
 };
 
 /// A buffer list over channels that the caller keeps.

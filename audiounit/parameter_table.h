@@ -1,0 +1,50 @@
+// ParameterRow: the 24 parameters that hosts see, one row each.
+#pragma once
+
+#include "audiounit/audio_struct.h"
+#include "platform/audio_unit_parameters.h"
+#include "stream/control_ranges.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <variant>
+
+namespace zephyra {
+
+/// Where a parameter's value lives. A Boolean one stores whether a value is not 0.
+using ParameterField = std::variant<Relaxed<float> audio_struct::*, Relaxed<bool> audio_struct::*>;
+
+/// What makes gestures of a parameter.
+enum class ParameterBinding {
+    none,    ///< no control of its own: the play, freeze and LIVE buttons, the scrubbing wave
+    control, ///< a knob or toggle, whose range it has
+};
+
+/// Name, range and channel stand in the control's row (controlRange(id)). Everything else about a
+/// parameter stands here, and everybody reads it here: tree, render path, view controller, command
+/// line, tests.
+struct ParameterRow {
+    ControlId id; ///< its number is the address
+    AudioUnitParameterUnit unit;
+    ParameterField field;
+    ParameterBinding binding;
+    /// Name of the action that carries the control's value to the parameter; "_down" and "_up"
+    /// follow for touch and release. Empty for none.
+    const char* handler;
+};
+
+/// In address order. Any thread.
+std::span<const ParameterRow, kParameterCount> parameterTable() noexcept;
+
+/// The identifier that a host stores: the bound control's channel, else the display name.
+std::string parameterIdentifier(const ParameterRow& row, const std::string& suffix);
+
+/// Stores value as the row says; addresses above the table are ignored. Any thread.
+void storeParameter(audio_struct& record, AUParameterAddress address,
+                    AUValue value) ZEPHYRA_NONBLOCKING;
+
+/// The value, 0 or 1 for a Boolean one; 0 for addresses above the table. Any thread.
+AUValue loadParameter(const audio_struct& record, AUParameterAddress address) ZEPHYRA_NONBLOCKING;
+
+} // namespace zephyra

@@ -1,0 +1,59 @@
+#include "cli/midi_file.h"
+
+#include "cli/small_file.h"
+
+#include <algorithm>
+#include <cmath>
+#include <glib.h>
+#include <memory>
+#include <smf.h>
+
+namespace zephyra {
+
+namespace {
+
+struct SmfDeleter {
+    void operator()(smf_t* smf) const noexcept { smf_delete(smf); }
+};
+
+/// The library reports through its log what the answer says as well.
+void ignoreLog(const gchar*, GLogLevelFlags, const gchar*, gpointer) {}
+
+bool isChannelMessage(const smf_event_t& event) {
+    return event.midi_buffer && event.midi_buffer_length >= 2 && event.midi_buffer_length <= 3 &&
+           event.midi_buffer[0] >= 0x80 && event.midi_buffer[0] < 0xF0;
+}
+
+} // namespace
+
+Result<std::vector<TimedMidi>> readMidiFile(const std::filesystem::path& path,
+                                            std::optional<double> tempo) {
+    const Result<std::string> bytes = readSmallFile(path);
+    if (!bytes) return Failure{bytes.message()};
+    const Failure none{path.string() + " is no MIDI file that can be read; name a .mid file"};
+    if (!bytes.value().starts_with("MThd")) return none;
+    const GLogFunc before = g_log_set_default_handler(ignoreLog, nullptr);
+    const std::unique_ptr<smf_t, SmfDeleter> smf(
+        smf_load_from_memory(bytes.value().data(), static_cast<int>(bytes.value().size())));
+    g_log_set_default_handler(before, nullptr);
+    if (!smf || smf->ppqn <= 0) return none;
+
+    std::vector<TimedMidi> messages;
+    while (const smf_event_t* const event = smf_get_next_event(smf.get())) {
+        if (!isChannelMessage(*event)) continue;
+        const double seconds =
+            tempo ? static_cast<double>(event->time_pulses) / smf->ppqn * 60.0 / *tempo
+                  : event->time_seconds;
+        if (!std::isfinite(seconds) || seconds < 0) continue;
+        TimedMidi message{.seconds = seconds,
+                          .length = static_cast<std::uint8_t>(event->midi_buffer_length),
+                          .bytes = {}};
+        std::copy_n(event->midi_buffer, message.length, message.bytes.begin());
+        messages.push_back(message);
+    }
+    std::stable_sort(messages.begin(), messages.end(),
+                     [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
+    return messages;
+}
+
+} // namespace zephyra

@@ -1,0 +1,126 @@
+#include "main_view/audio_unit_view_controller.h"
+
+#include "platform/fixed_text.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+namespace zephyra {
+
+namespace {
+
+constexpr const char* kSuffix = "_0";    // of the one stream
+constexpr double kCollectInterval = 0.1; // seconds
+
+template <typename Knob>
+Knob& withRange(Knob& knob, ControlId id, const std::string& suffix) {
+    setUpKnob(knob, controlRange(id), suffix);
+    return knob;
+}
+
+} // namespace
+
+AudioUnitViewController::AudioUnitViewController(Instance& instance)
+    : _GRANULATOR_STREAM(instance, kSuffix),
+      parameters(_GRANULATOR_STREAM.controls, withRange(_inputDryWetKnob, ControlId::dryWet, ""),
+                 kSuffix),
+      sampleLoader(instance, _GRANULATOR_STREAM), liveExport(instance, _GRANULATOR_STREAM),
+      instance_(instance) {
+    withRange(_fadeInTime, ControlId::fadeIn, kSuffix);
+    withRange(_fadeOutTime, ControlId::fadeOut, kSuffix);
+    _GRANULATOR_STREAM.setSettings(this);
+    addOwnTargets();
+    refreshNotice_ = instance_.notifications.addObserver("refreshParameters", [this](const auto&) {
+        // While the host moves a button, the other controls are about to move as well.
+        if (movingFromHost_)
+            postIfAlive(&AudioUnitViewController::refreshParameters);
+        else
+            refreshParameters();
+    });
+    collecting_ =
+        instance_.runLoop.addTimer(kCollectInterval, [this] { _GRANULATOR_STREAM.collect(); });
+    refreshParameters();
+}
+
+AudioUnitViewController::~AudioUnitViewController() {
+    disconnect();
+    instance_.runLoop.cancel(collecting_);
+    instance_.notifications.removeObserver(refreshNotice_);
+    _GRANULATOR_STREAM.setSettings(nullptr);
+}
+
+void AudioUnitViewController::addOwnTargets() {
+    _inputDryWetKnob.addTarget(this, "setDryWet:", control_event::valueChanged, [this](Control&) {
+        if (audioUnit_) audioUnit_->setDryWet(_inputDryWetKnob.value());
+    });
+    _GRANULATOR_STREAM.controls._scanning.addTarget(this,
+                                                    "scanSpeedWasSet:", control_event::valueChanged,
+                                                    [this](Control&) { scanSpeedWasSet_ = true; });
+    _GRANULATOR_STREAM.controls._saveButton.addTarget(
+        this, "saveData:", control_event::touchUpInside,
+        [this](Control& sender) { liveExport.saveData(&sender); });
+}
+
+void AudioUnitViewController::setAudioUnit(MyAudioUnit* unit) {
+    if (unit == audioUnit_) return;
+    disconnect();
+    audioUnit_ = unit;
+    if (!audioUnit_) return;
+    audioUnit_->setController_andParameters(this, parameters._paramChildrens);
+    std::transform(parameters._paramChildrens.begin(), parameters._paramChildrens.end(),
+                   known_.begin(), [](const auto& parameter) { return parameter->value(); });
+    refreshParameters(); // a host may read them before it allocates
+}
+
+void AudioUnitViewController::disconnect() {
+    if (!audioUnit_) return;
+    removeTargets();
+    audioUnit_->parameterTree()->removeParameterObserver(std::exchange(observer_, 0));
+    std::exchange(audioUnit_, nullptr)->removeController();
+}
+
+void AudioUnitViewController::postIfAlive(void (AudioUnitViewController::*task)()) {
+    instance_.runLoop.post([this, task, alive = std::weak_ptr(alive_)] {
+        if (!alive.expired()) (this->*task)();
+    });
+}
+
+std::string AudioUnitViewController::fadeTimesText() const {
+    return "Fade In/Out (Play/Pause) Time: [In: " + fixedText(double{_fadeInTime.value()}, 3) +
+           " secs  Out: " + fixedText(double{_fadeOutTime.value()}, 3) + " secs]";
+}
+
+void AudioUnitViewController::loadSample(const std::filesystem::path& path) {
+    sampleLoader.loadSamplePerform(path);
+}
+
+bool AudioUnitViewController::LoadSampleDelegate(const std::string& name) {
+    const std::filesystem::path path = instance_.folders.resources / name;
+    std::error_code unreadable;
+    if (!std::filesystem::is_regular_file(path, unreadable)) return false;
+    sampleLoader.loadSamplePerform(path);
+    return true;
+}
+
+bool AudioUnitViewController::sampleWasRequested() const {
+    return sampleLoader.requests() > 0 || !_GRANULATOR_STREAM.sampleReference().path.empty();
+}
+
+void AudioUnitViewController::midiNoteOn(int note, int velocity) ZEPHYRA_NONBLOCKING {
+    audioUnit_->noticeNoteOn(note, velocity);
+}
+
+void AudioUnitViewController::playNote(int note, int velocity) {
+    if (velocity > 0) _GRANULATOR_STREAM.selectPitchFromMidiNote_andVeloc(note, velocity);
+}
+
+double AudioUnitViewController::fadeInTime() const {
+    return double{_fadeInTime.value()};
+}
+
+double AudioUnitViewController::fadeOutTime() const {
+    return double{_fadeOutTime.value()};
+}
+
+} // namespace zephyra

@@ -1,0 +1,117 @@
+// AudioUnitViewController: builds one instance of the system and keeps host, controls and engine
+// together.
+#pragma once
+
+#include "audiounit/audio_unit_controller.h"
+#include "audiounit/my_audio_unit.h"
+#include "main_view/host_parameters.h"
+#include "platform/instance.h"
+#include "platform/property_list.h"
+#include "stream/live_export.h"
+#include "stream/sample_loader.h"
+#include "stream/stream_controller.h"
+#include "stream/stream_settings.h"
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace zephyra {
+
+/// Creates the stream with its controls, the parameters, the settings; draws nothing. Everything is
+/// MAIN unless said otherwise. Made and destroyed OFF; destroying disconnects from the audio unit.
+class AudioUnitViewController final : public AudioUnitController, public StreamSettings {
+public:
+    /// instance must outlive this. Throws std::bad_alloc.
+    explicit AudioUnitViewController(Instance& instance);
+    ~AudioUnitViewController() override;
+
+    /// Hands itself and the parameters to unit, which must outlive this or be taken away with
+    /// setAudioUnit(nullptr). OFF.
+    void setAudioUnit(MyAudioUnit* unit);
+    MyAudioUnit* audioUnit() const { return audioUnit_; }
+
+    MOK_SCRUB_GRANULATOR _GRANULATOR_STREAM;
+    MOK_KNOB _inputDryWetKnob;             ///< percent: 0 dry, 50 both, 100 wet
+    MokKnobTime _fadeInTime, _fadeOutTime; ///< seconds
+    HostParameters parameters;
+    SampleLoader sampleLoader;
+    LiveExport liveExport;
+
+    /// "Fade In/Out (Play/Pause) Time: [In: %.3f secs  Out: %.3f secs]".
+    std::string fadeTimesText() const;
+
+    /// Loads a file of the user's; what goes wrong becomes an alert.
+    void loadSample(const std::filesystem::path& path);
+
+    // AudioUnitController
+    MOK_SCRUB_GRANULATOR* granulatorStream() override { return &_GRANULATOR_STREAM; }
+    ControlManager* controlManager() override { return controlManager_; }
+    MOK_KNOB* inputDryWetKnob() override { return &_inputDryWetKnob; }
+    void connectViewWithAU() override;
+    void refreshParameters() override;
+    void removeTargets() override;
+    bool LoadSampleDelegate(const std::string& name) override;
+    bool sampleWasRequested() const override;
+    void standBehindInput() override;
+    void parameterMoved(AUParameterAddress address, AUValue value) override;
+    void midiNoteOn(int note, int velocity) ZEPHYRA_NONBLOCKING override;
+    void playNote(int note, int velocity) override;
+
+    // StreamSettings
+    double fadeInTime() const override;
+    double fadeOutTime() const override;
+    void AUv3_Parameter_playToggle_from_DSP() override;
+    void AUv3_Parameter_freezeToggle_from_DSP() override;
+    void AUv3_Parameter_LiveToggle_from_DSP() override;
+
+    /// May be null; must outlive this. Counts from the next setAudioUnit on.
+    void setControlManager(ControlManager* manager) { controlManager_ = manager; }
+
+    /// The whole state as a property-list dictionary; keys that a newer program wrote and
+    /// restoreState did not know are handed back.
+    PropertyDictionary getState() const;
+    /// Any thread but RENDER: passes a copy to restoreStateProc on MAIN.
+    void restoreState(PropertyDictionary state);
+    /// Missing keys keep what is there, wrong types are ignored with a log line.
+    void restoreStateProc(const PropertyDictionary& state);
+
+private:
+    void addOwnTargets();
+    void disconnect();
+    void postIfAlive(void (AudioUnitViewController::*task)());
+
+    // view_controller_parameters.cpp
+    void addControlTargets(const ParameterRow& row);
+    void removeControlTargets(const ParameterRow& row);
+    void tellHost(const ParameterRow& row, AUParameterAutomationEventType type);
+    void tellButton(ControlId id);
+    void tellButtons();
+    void refreshParameter(const ParameterRow& row);
+    AUValue controlValue(ControlId id) const;
+    AUParameter& parameterOf(ControlId id) const;
+    AUValue& known(ControlId id) { return known_[static_cast<std::size_t>(id)]; }
+    bool scanWasChosen() const;
+    void leaveInput();
+    void forgetScanChoices();
+
+    Instance& instance_;
+    MyAudioUnit* audioUnit_ = nullptr;
+    ControlManager* controlManager_ = nullptr;
+    AUParameterObserverToken observer_ = 0;
+    NotificationCenter::Token refreshNotice_ = 0;
+    RunLoop::Token collecting_ = 0;
+    bool movingFromHost_ = false; // a control that the host moves does not tell the host
+    /// The value of each parameter that MAIN knows of. One that differs came from RENDER or another
+    /// thread, and is on its way to the control.
+    std::array<AUValue, kParameterCount> known_{};
+    bool scanSpeedWasSet_ = false;   // by somebody, since the scan was placed
+    std::uint64_t scanChoices_ = 0;  // of the stream, when the scan was placed
+    bool standsBehindInput_ = false; // the scan was placed behind the newest frame
+    PropertyDictionary unknownState_;
+    std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true); // posted tasks look at it
+};
+
+} // namespace zephyra

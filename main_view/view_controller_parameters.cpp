@@ -1,0 +1,183 @@
+// The view controller between host and controls: parameters that follow the controls, controls that
+// follow the parameters.
+#include "main_view/audio_unit_view_controller.h"
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+
+namespace zephyra {
+
+namespace {
+
+using enum AUParameterAutomationEventType;
+
+/// How long ago the scan of live input that nobody placed reads.
+constexpr double kBehindInput = 0.2; // seconds
+
+AUHostTime currentHostTime() {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<AUHostTime>(std::chrono::nanoseconds(now).count());
+}
+
+const ParameterRow& rowOf(ControlId id) {
+    return parameterTable()[static_cast<std::size_t>(id)];
+}
+
+/// The handlers of one row. In this order a control that sends every event at once makes a whole
+/// gesture.
+struct Handler {
+    const char* ending;
+    ControlEvents events;
+    AUParameterAutomationEventType type;
+};
+constexpr Handler kHandlers[] = {
+    {"_down", control_event::touchDown, touch},
+    {"", control_event::valueChanged, value},
+    // A cancelled touch ends as well: a host must not wait for its release for ever.
+    {"_up", control_event::touchUpInside | control_event::touchCancel, release},
+};
+
+} // namespace
+
+AUParameter& AudioUnitViewController::parameterOf(ControlId id) const {
+    return *parameters._paramChildrens[static_cast<std::size_t>(id)];
+}
+
+AUValue AudioUnitViewController::controlValue(ControlId id) const {
+    if (id == ControlId::dryWet) return _inputDryWetKnob.value();
+    const AUValue linear = _GRANULATOR_STREAM.linear(id);
+    return id == ControlId::scrubbingWave ? std::clamp(linear, 0.0f, 1.0f) : linear;
+}
+
+void AudioUnitViewController::connectViewWithAU() {
+    if (!audioUnit_) return;
+    if (observer_ == 0)
+        observer_ = audioUnit_->parameterTree()->tokenByAddingParameterAutomationObserver(
+            [unit = audioUnit_](const AUParameterAutomationEvent& event) {
+                unit->markParameter(event.address);
+            });
+    for (const ParameterRow& row : parameterTable()) addControlTargets(row);
+}
+
+void AudioUnitViewController::removeTargets() {
+    for (const ParameterRow& row : parameterTable()) removeControlTargets(row);
+}
+
+void AudioUnitViewController::addControlTargets(const ParameterRow& row) {
+    Control* control = boundControl(row, _GRANULATOR_STREAM.controls, _inputDryWetKnob);
+    if (!control) return;
+    for (const Handler& handler : kHandlers)
+        control->addTarget(this, std::string(row.handler) + handler.ending, handler.events,
+                           [this, &row, type = handler.type](Control&) { tellHost(row, type); });
+}
+
+void AudioUnitViewController::removeControlTargets(const ParameterRow& row) {
+    Control* control = boundControl(row, _GRANULATOR_STREAM.controls, _inputDryWetKnob);
+    if (!control) return;
+    for (const Handler& handler : kHandlers)
+        control->removeTarget(this, std::string(row.handler) + handler.ending, handler.events);
+}
+
+void AudioUnitViewController::tellHost(const ParameterRow& row,
+                                       AUParameterAutomationEventType type) {
+    if (movingFromHost_) return;
+    known(row.id) = controlValue(row.id);
+    parameterOf(row.id).setValue_originator_atHostTime_eventType(known(row.id), observer_,
+                                                                 currentHostTime(), type);
+}
+
+/// Does not touch a value that the control has yet to follow.
+void AudioUnitViewController::refreshParameter(const ParameterRow& row) {
+    const AUValue held = parameterOf(row.id).value();
+    if (held == known(row.id) && held != controlValue(row.id)) tellHost(row, value);
+}
+
+void AudioUnitViewController::refreshParameters() {
+    if (standsBehindInput_) standBehindInput(); // the session's rate may be another one now
+    for (const ParameterRow& row : parameterTable()) refreshParameter(row);
+    _GRANULATOR_STREAM.applyEffectControls();
+    if (audioUnit_) audioUnit_->setDryWet(_inputDryWetKnob.value());
+    connectViewWithAU();
+}
+
+void AudioUnitViewController::parameterMoved(AUParameterAddress address, AUValue moved) {
+    if (address >= kParameterCount) return;
+    const auto id = static_cast<ControlId>(address);
+    known(id) = moved;
+    movingFromHost_ = true;
+    if (id == ControlId::dryWet) {
+        _inputDryWetKnob.setValue(moved);
+        _inputDryWetKnob.sendEventValueChanged();
+    } else {
+        _GRANULATOR_STREAM.setLinear(id, moved);
+    }
+    movingFromHost_ = false;
+    // Not before what the button queued is done: only then is its state the real one.
+    if (rowOf(id).binding == ParameterBinding::none)
+        postIfAlive(&AudioUnitViewController::tellButtons);
+}
+
+/// Says nothing that the host knows: it may have sent a newer value meanwhile.
+void AudioUnitViewController::tellButton(ControlId id) {
+    if (controlValue(id) != known(id)) tellHost(rowOf(id), value);
+}
+
+void AudioUnitViewController::tellButtons() {
+    for (const ControlId id : {ControlId::playStop, ControlId::freeze, ControlId::live})
+        tellButton(id);
+}
+
+void AudioUnitViewController::AUv3_Parameter_playToggle_from_DSP() {
+    tellButton(ControlId::playStop);
+}
+
+void AudioUnitViewController::AUv3_Parameter_freezeToggle_from_DSP() {
+    tellButton(ControlId::freeze);
+}
+
+void AudioUnitViewController::AUv3_Parameter_LiveToggle_from_DSP() {
+    tellButton(ControlId::live);
+    if (_GRANULATOR_STREAM.isLive())
+        standBehindInput();
+    else
+        postIfAlive(&AudioUnitViewController::leaveInput); // once it is known what plays instead
+}
+
+bool AudioUnitViewController::scanWasChosen() const {
+    return scanSpeedWasSet_ || scanChoices_ != _GRANULATOR_STREAM.scanChoices();
+}
+
+void AudioUnitViewController::standBehindInput() {
+    if (!_GRANULATOR_STREAM.isLive() || scanWasChosen()) return;
+    // The newest frame stands five below the size, where the engine's reading wraps.
+    constexpr auto kSize = static_cast<double>(WaveForm::kLiveFrames);
+    constexpr double kNewest = kSize - 5.0;
+    const double behind = std::min(kBehindInput * instance_.session.sampleRate, kNewest);
+    if (controlValue(ControlId::scanning) != 0.0f)
+        _GRANULATOR_STREAM.setLinear(ControlId::scanning, 0.0f);
+    _GRANULATOR_STREAM.setScrubNormalizedValue(static_cast<float>((kNewest - behind) / kSize));
+    refreshParameter(rowOf(ControlId::scrubbingWave));
+    standsBehindInput_ = true;
+    forgetScanChoices();
+}
+
+/// A file scans from its start at its own speed, as one does that was loaded first. A captured
+/// sound goes on standing where it stood.
+void AudioUnitViewController::leaveInput() {
+    if (!standsBehindInput_ || _GRANULATOR_STREAM.waveForm().isLiveCurrent() || scanWasChosen())
+        return;
+    _GRANULATOR_STREAM.setDisplayed(ControlId::scanning,
+                                    controlRange(ControlId::scanning).defaultValue);
+    _GRANULATOR_STREAM.setTimePointer(0.0);
+    refreshParameter(rowOf(ControlId::scrubbingWave));
+    standsBehindInput_ = false;
+    forgetScanChoices();
+}
+
+void AudioUnitViewController::forgetScanChoices() {
+    scanSpeedWasSet_ = false;
+    scanChoices_ = _GRANULATOR_STREAM.scanChoices();
+}
+
+} // namespace zephyra

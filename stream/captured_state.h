@@ -1,0 +1,20 @@
+// capturedState and restoreCaptured: what live input heard, as states keep it.
+#pragma once
+
+#include "platform/property_list.h"
+#include "stream/stream_controller.h"
+
+#include <string>
+
+namespace zephyra {
+
+/// The current sound as FLAC when it is a live or captured one that holds anything; else empty.
+/// Nothing but a log line when it cannot be kept. MAIN.
+PropertyDictionary capturedState(const WaveForm& waveForm);
+
+/// Makes such a dictionary the stream's captured sound; LIVE goes off. key names it in log lines.
+/// False, after a log line and with nothing changed, for one that holds no sound. MAIN.
+bool restoreCaptured(MOK_SCRUB_GRANULATOR& stream, const PropertyDictionary& state,
+                     const std::string& key);
+
+} // namespace zephyra

@@ -1,0 +1,13 @@
+// syncedEchoSeconds: an echo time as a note value at a tempo.
+#pragma once
+
+#include <cstddef>
+
+namespace zephyra {
+
+/// Seconds between two repeats for the note value at index of kSubdivisionNames (one beyond the
+/// last counts as the last) at beatsPerMinute; a tempo that is not above 0 counts as one beat a
+/// minute. Any thread.
+double syncedEchoSeconds(double beatsPerMinute, std::size_t index) noexcept;
+
+} // namespace zephyra

@@ -1,0 +1,169 @@
+#include "stream/live_export.h"
+
+#include "platform/audio_file_error.h"
+#include "platform/incremental_name.h"
+#include "platform/log.h"
+#include "stream/audio_file_writer.h"
+#include "stream/warning.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <new>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace zephyra {
+
+namespace {
+
+constexpr const char* kBaseName = "Rec";
+constexpr std::uint32_t kBitsPerSample = 16;
+constexpr std::size_t kFramesAtATime = 65536;
+
+constexpr const char* kChoice = "'Save' will export the current Buffer as new WAV-file 16 bit mono "
+                                "(Document Folder)";
+constexpr const char* kCreating = "Problem when creating audio file:";
+constexpr const char* kFormat = "Problem setting audio format:";
+constexpr const char* kWriting = "Problem writing audio file:";
+
+/// A sound to be written; RENDER has no part in it any more.
+struct Take {
+    std::vector<float> frames;
+    double rate; // Hz
+};
+
+Failure problem(const char* step, const std::string& reason) {
+    return {std::string(step) + " " + reason};
+}
+
+/// Whether opening failed over what the file is to hold, not over the file itself.
+bool isAboutFormat(OSStatus code) {
+    using namespace audio_file_error;
+    return code == unsupportedFileType || code == unsupportedDataFormat || code == badParameter ||
+           code == codecUnavailable;
+}
+
+/// An empty file under the next free name of folder, made here and now so that nobody else takes
+/// the name meanwhile.
+Result<std::filesystem::path> reserveName(const std::filesystem::path& folder) {
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) return problem(kCreating, writeFailure(folder, audioFileStatus(error)).message);
+    std::filesystem::path last;
+    for (;;) {
+        const auto path =
+            folder / (getIncrementalNameFromDocumentsFolder(folder, kBaseName) + ".wav");
+        if (std::FILE* const file = std::fopen(path.c_str(), "wx")) {
+            std::fclose(file);
+            return path;
+        }
+        if (errno != EEXIST)
+            error.assign(errno, std::generic_category());
+        else if (path == last)
+            return problem(kCreating, path.string() + " is the highest number there is; rename it");
+        if (error) return problem(kCreating, writeFailure(path, audioFileStatus(error)).message);
+        last = path;
+    }
+}
+
+Result<void> writeTake(const std::filesystem::path& path, Take& take) {
+    EAFWrite writer;
+    const OSStatus opened = writer.openFileForWrite_sr_channels_wordLength_type(
+        path, take.rate, 1, kBitsPerSample, audio_file_type::wave);
+    if (opened != audio_file_error::none)
+        return problem(isAboutFormat(opened) ? kFormat : kCreating,
+                       writeFailure(path, opened).message);
+    OSStatus status = audio_file_error::none;
+    for (std::size_t at = 0; at < take.frames.size() && status == audio_file_error::none;) {
+        const std::size_t count = std::min(kFramesAtATime, take.frames.size() - at);
+        float* const channel = take.frames.data() + at;
+        const std::uint32_t written =
+            writer.writeFloats_fromArray(static_cast<std::uint32_t>(count), &channel);
+        status = written == EAFWrite::kNothingWritten ? audio_file_error::outOfMemory
+                                                      : static_cast<OSStatus>(written);
+        at += count;
+    }
+    if (status == audio_file_error::none) status = writer.closeFile();
+    if (status != audio_file_error::none)
+        return problem(kWriting, writeFailure(path, status).message);
+    return {};
+}
+
+/// Where it was written.
+Result<std::filesystem::path> exportTake(const std::filesystem::path& folder, Take& take) {
+    Result<std::filesystem::path> path = reserveName(folder);
+    if (!path) return path;
+    const Result<void> written = writeTake(path.value(), take);
+    if (written) return path;
+    std::error_code ignored;
+    std::filesystem::remove(path.value(), ignored);
+    return Failure{written.message()};
+}
+
+/// The current sound as it plays; no frames when there is none yet. written: whether RENDER may be
+/// writing it now.
+Take currentSound(const WaveForm& waveForm, bool written) {
+    const mokSample& sound = *waveForm.mSample();
+    Take take{{}, double{sound.sampleRate}};
+    if (waveForm.isLiveCurrent())
+        take.frames = waveForm.heardFrames();
+    else if (waveForm.hasFileSample())
+        take.frames.assign(sound.getPtr(), sound.getPtr() + sound.size);
+    // Where the oldest frames were, a block that came in meanwhile may stand now.
+    if (written && take.frames.size() == sound.size)
+        take.frames.erase(take.frames.begin(),
+                          take.frames.begin() +
+                              std::min<std::ptrdiff_t>(mokGranulatorSF::kMaxBlockFrames,
+                                                       static_cast<std::ptrdiff_t>(sound.size)));
+    return take;
+}
+
+} // namespace
+
+LiveExport::LiveExport(Instance& instance, MOK_SCRUB_GRANULATOR& stream)
+    : instance_(instance), stream_(stream), worker_(instance.runLoop) {}
+
+void LiveExport::saveData(Control*) {
+    const auto action = [this](const char* title, std::function<void()> chosen) -> AlertAction {
+        return {title, [alive = std::weak_ptr(alive_), chosen](const std::string&) {
+                    if (alive.lock()) chosen();
+                }};
+    };
+    instance_.alerts.present(
+        {.title = "Save",
+         .message = kChoice,
+         .actions = {action("Save", [this] { save(); }),
+                     action("Restore Last Sample", [this] { stream_.restoreLastSample(); }),
+                     action("Clear", [this] { stream_.ui_liveClear(); }),
+                     {"Cancel"}}});
+}
+
+void LiveExport::save() {
+    if (isSaving()) return logLine("the last save is still being written; save again after it");
+    std::shared_ptr<Take> take;
+    try {
+        const bool written = stream_.isLive() && instance_.runLoop.clock() == RunLoop::Clock::wall;
+        take = std::make_shared<Take>(currentSound(stream_.waveForm(), written));
+    } catch (const std::bad_alloc&) {
+        return presentWarning(instance_,
+                              problem(kWriting, "no memory for a copy of the sound").message);
+    }
+    if (take->frames.empty())
+        return presentWarning(
+            instance_,
+            problem(kWriting, "there is no sound yet; switch LIVE on and play, or load one")
+                .message);
+    worker_.start([this, take, folder = instance_.folders.shared](const Worker::Cancelled&) {
+        return RunLoop::Task([this, saved = exportTake(folder, *take)] {
+            if (!saved) return presentWarning(instance_, saved.message());
+            lastSaved_ = saved.value();
+            instance_.notifications.post("fillTableWithFilesName");
+        });
+    });
+}
+
+} // namespace zephyra

@@ -1,0 +1,35 @@
+#include "stream/normalized_sample.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <new>
+
+namespace zephyra {
+
+bool isPlayable(std::span<const float> samples) noexcept {
+    return std::all_of(samples.begin(), samples.end(),
+                       [](float x) { return std::fabs(x) <= kMostSample; });
+}
+
+bool isPlayable(const mokSample& sound) noexcept {
+    return std::isfinite(sound.sampleRate) && sound.sampleRate > 0.0f &&
+           isPlayable({sound.getPtr(), static_cast<std::size_t>(sound.size)});
+}
+
+std::shared_ptr<mokSample> normalizedCopy(const std::shared_ptr<mokSample>& sound, float peak,
+                                          float wanted) noexcept {
+    const float gain = wanted / peak;
+    if (!std::isfinite(gain) || gain == 1.0f) return sound; // silence has nothing to scale
+    try {
+        auto scaled = std::make_shared<mokSample>();
+        if (!scaled->allocate(sound->size, sound->sampleRate)) return nullptr;
+        std::copy_n(sound->getPtr(), sound->size, scaled->getPtr());
+        scaled->rescale(gain);
+        return scaled;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+} // namespace zephyra

@@ -1,0 +1,25 @@
+// isPlayable and normalizedCopy: which sounds a stream takes, and at what peak it plays them.
+#pragma once
+
+#include "engine/sample_buffer.h"
+
+#include <memory>
+#include <span>
+
+namespace zephyra {
+
+/// What a sample may reach, times full scale: 32-bit whole numbers that nobody scaled down. Sums of
+/// much louder ones are no longer finite, and the echo would keep them for ever.
+inline constexpr float kMostSample = 0x1p32f;
+
+/// Whether no sample is louder than kMostSample (NaN is). Any thread but RENDER.
+bool isPlayable(std::span<const float> samples) noexcept;
+/// The same, and that the rate is above 0. Any thread but RENDER.
+bool isPlayable(const mokSample& sound) noexcept;
+
+/// sound with a peak of wanted instead of peak: itself where nothing is to be scaled or no finite
+/// gain gets there, else a copy; null when memory is short. Any thread but RENDER.
+std::shared_ptr<mokSample> normalizedCopy(const std::shared_ptr<mokSample>& sound, float peak,
+                                          float wanted) noexcept;
+
+} // namespace zephyra

@@ -1,0 +1,19 @@
+// StreamSettings: what a stream asks of the view that it belongs to.
+#pragma once
+
+namespace zephyra {
+
+/// Implemented by whoever shows the stream and speaks for it to the host. MAIN.
+class StreamSettings {
+public:
+    virtual ~StreamSettings() = default;
+    virtual double fadeInTime() const = 0;  ///< seconds, from 0 up
+    virtual double fadeOutTime() const = 0; ///< seconds, from 0 up
+
+    /// The button's state changed and the host must see it.
+    virtual void AUv3_Parameter_playToggle_from_DSP() = 0;
+    virtual void AUv3_Parameter_freezeToggle_from_DSP() = 0;
+    virtual void AUv3_Parameter_LiveToggle_from_DSP() = 0;
+};
+
+} // namespace zephyra

@@ -1,0 +1,99 @@
+// Which sound a stream plays: a file's, as it is or normalized, or what live input left.
+
+#include "platform/log.h"
+#include "stream/normalized_sample.h"
+#include "stream/stream_controller.h"
+
+#include <charconv>
+#include <filesystem>
+
+namespace zephyra {
+
+namespace {
+
+/// With a point in every locale; precision counts decimals, negative ones as many as are needed.
+std::string numberText(double value, int precision = -1) {
+    char text[400]; // the largest double has 309 digits
+    const auto end = precision < 0 ? std::to_chars(text, text + sizeof text, value)
+                                   : std::to_chars(text, text + sizeof text, value,
+                                                   std::chars_format::fixed, precision);
+    return {text, end.ptr};
+}
+
+} // namespace
+
+void MOK_SCRUB_GRANULATOR::handToEngine(const mokSample* sample) {
+    engine_.setSample(sample); // drops the pitch; the other two depend on the sample's length
+    ui_setPitch(&controls._pitch);
+    ui_setSpeed(&controls._scanning);
+    ui_setJittering(&controls._jitter);
+}
+
+bool MOK_SCRUB_GRANULATOR::loadSound(std::shared_ptr<mokSample> sound, SampleReference reference,
+                                     SoundUse use) {
+    if (!sound || !isPlayable(*sound)) return false;
+    if (reference.frames == 0) reference.frames = sound->size;
+    if (!waveForm_.setFileSample(std::move(sound), filePeak())) return false;
+    reference_ = std::move(reference);
+    waveForm_.setLastSelectedPath(reference_.path);
+    if (!waveForm_.isLiveCurrent())
+        waveForm_.setCurrentPath(reference_.path);
+    else if (use == SoundUse::play)
+        playFile();
+    return true;
+}
+
+void MOK_SCRUB_GRANULATOR::playFile() {
+    leaveLive();
+    waveForm_.makeFileCurrent();
+}
+
+void MOK_SCRUB_GRANULATOR::restoreLastSample() {
+    if (!waveForm_.hasFileSample()) return;
+    playFile();
+    applyNormalize(); // LIVE moved the control
+}
+
+void MOK_SCRUB_GRANULATOR::ui_normalizeBuffer(Control*) {
+    if (!waveForm_.isLiveCurrent()) normalizeTouched_ = true;
+    applyNormalize();
+}
+
+void MOK_SCRUB_GRANULATOR::setNormalizeTouched(bool touched) {
+    normalizeTouched_ = touched;
+    applyNormalize();
+}
+
+/// The peak that files are scaled to; nothing plays them as they are.
+std::optional<float> MOK_SCRUB_GRANULATOR::filePeak() const {
+    if (!normalizeTouched_) return std::nullopt;
+    return controls._normalizeGain.value();
+}
+
+bool MOK_SCRUB_GRANULATOR::applyNormalize() {
+    if (waveForm_.isLiveCurrent()) {
+        waveForm_.data().normalizeGain = controls._normalizeGain.value();
+        return true;
+    }
+    if (waveForm_.normalizeBufferWithValue(filePeak())) return true;
+    logLine("Normalize: no memory for a scaled copy of the sound, which plays as before; free some "
+            "or load a shorter one");
+    return false;
+}
+
+std::string MOK_SCRUB_GRANULATOR::fileInformation() const {
+    if (waveForm_.isLiveCurrent()) return waveForm_.title();
+    const std::string name = std::filesystem::path(reference_.path).filename().string();
+    if (!name.empty() && reference_.frames == 0) return name + ", not loaded";
+    if (!waveForm_.hasFileSample()) return "No sound";
+    std::string line = name.empty() ? std::string("Sound") : name;
+    line += ", " + numberText(waveForm_.getFileDuration(), 3) + " s, ";
+    line += numberText(double{waveForm_.mSample()->sampleRate}) + " Hz";
+    if (reference_.channels > 0)
+        line += reference_.channels == 1 ? ", mono"
+                                         : ", " + std::to_string(reference_.channels) + " channels";
+    if (!reference_.format.empty()) line += ", " + reference_.format;
+    return line;
+}
+
+} // namespace zephyra

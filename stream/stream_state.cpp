@@ -1,0 +1,183 @@
+#include "stream/stream_state.h"
+
+#include "platform/log.h"
+#include "stream/captured_state.h"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace zephyra {
+
+namespace {
+
+using enum ControlId;
+
+/// How a control is kept under its channel.
+enum class Kept { notAtAll, asReal, asSwitch };
+
+Kept kept(const ControlRange& range) {
+    switch (range.id) {
+    case scrubbingWave: // kept as the scan position
+    case playStop:
+    case dryWet: // of the whole system, not of a stream
+    case fadeIn:
+    case fadeOut:
+    case envelope: // kept as a whole number
+        return Kept::notAtAll;
+    default:
+        return range.kind == ControlKind::switching ? Kept::asSwitch : Kept::asReal;
+    }
+}
+
+PropertyDictionary referenceState(const SampleReference& reference) {
+    return {{"Path", reference.path},
+            {"RelativePath", reference.relativePath},
+            {"ContentHash", reference.contentHash},
+            {"SampleRate", reference.sampleRate}};
+}
+
+std::optional<SampleReference> readReference(PropertyReader& state, const std::string& key) {
+    const PropertyDictionary* const dictionary = state.dictionary(key);
+    if (!dictionary) return std::nullopt;
+    PropertyReader reader(*dictionary, key);
+    SampleReference reference;
+    reference.path = reader.text("Path").value_or("");
+    reference.relativePath = reader.text("RelativePath").value_or("");
+    reference.contentHash = reader.text("ContentHash").value_or("");
+    reference.sampleRate = reader.real("SampleRate").value_or(0.0);
+    if (!reference.path.empty()) return reference;
+    logLine(key + ".Path: empty; the sample's absolute path is needed");
+    return std::nullopt;
+}
+
+float nearestFloat(double value) {
+    constexpr double most = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(value, -most, most));
+}
+
+/// The control that shows id; null where a stream has none.
+const Control* controlOf(StreamControls& controls, ControlId id) {
+    if (id == freeze) return &controls._freeze;
+    if (id == live) return &controls._enableLIVE;
+    if (const Control* const toggle = controls.toggle(id)) return toggle;
+    return controls.knob(id);
+}
+
+/// Reads one stream's keys, one group of them after another.
+class Restoring {
+public:
+    Restoring(MOK_SCRUB_GRANULATOR& stream, PropertyReader& state)
+        : stream_(stream), state_(state), suffix_(stream.channel()) {}
+
+    /// True when a live or captured sound is what is to be heard.
+    bool live() {
+        const std::optional<float> on = value(controlRange(ControlId::live));
+        const PropertyDictionary* const captured = state_.dictionary("Captured" + suffix_);
+        if (on && *on == 0.0f) stream_.setLinear(ControlId::live, 0.0f);
+        const bool taken = captured && restoreCaptured(stream_, *captured, "Captured" + suffix_);
+        if (on) stream_.setLinear(ControlId::live, *on);
+        return taken || stream_.isLive();
+    }
+
+    void controls() {
+        for (const ControlRange& range : controlRanges()) {
+            if (range.id == ControlId::live || range.id == normalize) continue;
+            if (const auto linear = value(range)) stream_.setLinear(range.id, *linear);
+        }
+        Button& keyboard = stream_.controls._keyboardButton;
+        const auto on = state_.boolean("Keyboard" + suffix_);
+        // Not pressed: that would move the pitch to a whole note.
+        if (on && !keyboard.skipFromPreset) keyboard.tag = *on ? 1 : 0;
+        keyboard.setNeedsDisplay();
+    }
+
+    /// Without a touch, which would normalize files that were not.
+    void normalizing() {
+        MOK_KNOB& knob = stream_.controls._normalizeGain;
+        if (const auto linear = value(controlRange(normalize))) knob.setValue(*linear);
+        const auto touched = state_.boolean("NormalizeTouched" + suffix_);
+        stream_.setNormalizeTouched(touched.value_or(stream_.normalizeTouched()));
+    }
+
+    void scan() {
+        const auto start = fraction("RegionStart"), end = fraction("RegionEnd");
+        stream_.setRegion(start.value_or(stream_.regionStart()), end.value_or(stream_.regionEnd()));
+        if (const auto menu = state_.whole("Envelope" + suffix_); menu && *menu >= 0)
+            stream_.pickEnvelope(static_cast<std::size_t>(*menu));
+        if (const auto seed = state_.whole("Seed" + suffix_))
+            stream_.setSeed(static_cast<std::uint32_t>(
+                std::clamp<std::int64_t>(*seed, 0, std::numeric_limits<std::uint32_t>::max())));
+        if (const auto position = fraction("ScanPosition"))
+            stream_.setScrubNormalizedValue(*position);
+    }
+
+private:
+    /// What presets move and the state holds; the keys of the others are read all the same, because
+    /// they are known.
+    std::optional<float> value(const ControlRange& range) {
+        const std::string key = range.channel + suffix_;
+        std::optional<float> linear;
+        switch (kept(range)) {
+        case Kept::notAtAll:
+            return std::nullopt;
+        case Kept::asSwitch:
+            if (const auto on = state_.boolean(key)) linear = *on ? 1.0f : 0.0f;
+            break;
+        case Kept::asReal:
+            if (const auto real = state_.real(key)) linear = nearestFloat(*real);
+            break;
+        }
+        const Control* const control = controlOf(stream_.controls, range.id);
+        if (!control || control->skipFromPreset) return std::nullopt;
+        return linear;
+    }
+
+    std::optional<float> fraction(const char* key) {
+        const auto real = state_.real(key + suffix_);
+        if (!real) return std::nullopt;
+        return static_cast<float>(std::clamp(*real, 0.0, 1.0));
+    }
+
+    MOK_SCRUB_GRANULATOR& stream_;
+    PropertyReader& state_;
+    const std::string& suffix_;
+};
+
+} // namespace
+
+void saveStreamState(const MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state) {
+    const std::string& suffix = stream.channel();
+    for (const ControlRange& range : controlRanges()) {
+        const float linear = stream.linear(range.id);
+        if (kept(range) == Kept::asReal) state[range.channel + suffix] = linear;
+        if (kept(range) == Kept::asSwitch) state[range.channel + suffix] = linear != 0.0f;
+    }
+    state["Keyboard" + suffix] = stream.controls._keyboardButton.tag == 1;
+    state["NormalizeTouched" + suffix] = stream.normalizeTouched();
+    state["RegionStart" + suffix] = stream.regionStart();
+    state["RegionEnd" + suffix] = stream.regionEnd();
+    state["Envelope" + suffix] = static_cast<std::int64_t>(stream.envelope());
+    state["Seed" + suffix] = std::int64_t{stream.seed()};
+    // Where a scan stands is part of the sound; where a moving one happened to be is not.
+    if (stream.scanningValue() == 0.0)
+        state["ScanPosition" + suffix] = std::clamp(stream.getTimePhasor(), 0.0f, 1.0f);
+    if (!stream.sampleReference().path.empty())
+        state["Sample" + suffix] = referenceState(stream.sampleReference());
+    if (auto captured = capturedState(stream.waveForm()); !captured.empty())
+        state["Captured" + suffix] = std::move(captured);
+}
+
+void restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, PropertyReader& state) {
+    Restoring restoring(stream, state);
+    const bool live = restoring.live(); // before the controls: LIVE moves Normalize
+    restoring.controls();
+    restoring.normalizing();
+    restoring.scan();
+    if (const auto reference = readReference(state, "Sample" + stream.channel()))
+        loader.loadReference(*reference, live ? SoundUse::await : SoundUse::play);
+}
+
+} // namespace zephyra

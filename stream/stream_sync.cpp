@@ -1,0 +1,86 @@
+// How MOK_SCRUB_GRANULATOR follows the host's tempo, bars and transport.
+
+#include "stream/stream_controller.h"
+
+#include <cmath>
+
+namespace zephyra {
+
+void MOK_SCRUB_GRANULATOR::syncStateTempoForte() {
+    if (shouldPlayOnTime) {
+        clearBackgroundLater(controls._playToggle);
+        ____play();
+        if (recorder_) recorder_->longPressFirstFingerGesture();
+    }
+    if (shouldPlayOnTimeScrubRec) {
+        clearBackgroundLater(controls.scrubPlay);
+        if (recorder_) recorder_->____playScrubRec();
+    }
+    if (shouldRewindOnTime) {
+        clearBackgroundLater(controls._rewind);
+        ____rewind();
+    }
+}
+
+void MOK_SCRUB_GRANULATOR::clearBackgroundLater(Button& button) {
+    onMain([&button] { button.backgroundColor.reset(); });
+}
+
+void MOK_SCRUB_GRANULATOR::syncStateDidChangedWithBPM(double bpm) {
+    if (!std::isfinite(bpm)) return;
+    CURRENT_CLOCK_BPM = bpm;
+    if (controls.syncSampler.isOn()) ui_setSpeed(&controls._scanning);
+    if (!controls.syncDelay.isOn()) return;
+    setEchoDelayLeft(&controls.delay_subdivisionLeft);
+    setEchoDelayRight(&controls.delay_subdivisionRight);
+}
+
+void MOK_SCRUB_GRANULATOR::forceToPlayIfShouldPlay() {
+    if (controls._playToggle.tag != 0 || !controls.syncSampler.isOn()) return;
+    clearBackgroundLater(controls._playToggle); // it may have been armed
+    ____play();
+}
+
+void MOK_SCRUB_GRANULATOR::shouldPlay() {
+    if (!data_.isPlaying && data_.followsHost) ui_playStop(&controls._playToggle);
+}
+
+void MOK_SCRUB_GRANULATOR::shouldStop() {
+    if (data_.isPlaying && data_.followsHost) ui_playStop(&controls._playToggle);
+}
+
+void MOK_SCRUB_GRANULATOR::shouldRewind() {
+    if (data_.followsHost) ui_rewind(&controls._rewind);
+}
+
+void MOK_SCRUB_GRANULATOR::shouldRewindFromHost() {
+    if (data_.followsHost) ____rewind();
+}
+
+void MOK_SCRUB_GRANULATOR::enableDelaySync(Control*) {
+    onMain([this, on = controls.syncDelay.isOn()] {
+        StreamControls& c = controls;
+        c._echoDelayLeft.hidden = c._echoDelayRight.hidden = on;
+        c.delay_subdivisionLeft.hidden = c.delay_subdivisionRight.hidden = !on;
+        for (Control* changed :
+             {static_cast<Control*>(&c._echoDelayLeft), static_cast<Control*>(&c._echoDelayRight),
+              static_cast<Control*>(&c.delay_subdivisionLeft),
+              static_cast<Control*>(&c.delay_subdivisionRight)})
+            changed->setNeedsDisplay();
+    });
+    setEchoDelayLeft();
+    setEchoDelayRight();
+}
+
+void MOK_SCRUB_GRANULATOR::enableSamplerSync(Control*) {
+    data_.followsHost = controls.syncSampler.isOn();
+    onMain([this, on = data_.followsHost] {
+        StreamControls& c = controls;
+        c._scanning.hidden = on;
+        c.sampler_mesure.hidden = c.sampler_quarter.hidden = c.syncImg.hidden = !on;
+        if (!on) setArmed(false);
+    });
+    ui_setSpeed(&controls._scanning);
+}
+
+} // namespace zephyra

@@ -1,0 +1,136 @@
+// How MOK_SCRUB_GRANULATOR starts, stops, rewinds and freezes.
+
+#include "platform/log.h"
+#include "stream/stream_controller.h"
+
+#include <utility>
+
+namespace zephyra {
+
+void MOK_SCRUB_GRANULATOR::ui_playStop(Control*) {
+    if (controls._playToggle.tag == 0) {
+        if (controls.syncSampler.isOn())
+            setArmed(!shouldPlayOnTime);
+        else
+            ____play();
+        return;
+    }
+    setArmed(false);
+    controls._playToggle.tag = 0;
+    data_.isPlaying = false;
+    controls._playToggle.title = kStoppedIcon;
+    controls._playToggle.tintColor.reset();
+    const double seconds = fadeTime(ControlId::fadeOut);
+    if (recorder_) recorder_->scrubAnimation(seconds);
+    fade_.beginOut(seconds);
+    engine_.setSpeed(0.0f);
+    _isFading = true;
+    isScrubbing = true;
+    fadeOut();
+    if (settings_) settings_->AUv3_Parameter_playToggle_from_DSP();
+}
+
+void MOK_SCRUB_GRANULATOR::____play() {
+    startQueued_ = true;
+    onMain([this] { showPlaying(); });
+    std::string error;
+    if (!play(&error)) logLine("Could not play player: " + error);
+    const double seconds = fadeTime(ControlId::fadeIn);
+    if (recorder_) recorder_->scrubAnimation(seconds);
+    fade_.beginIn(seconds);
+    instance_.runLoop.cancel(std::exchange(pendingStop_, 0));
+    fadeIn();
+}
+
+void MOK_SCRUB_GRANULATOR::showPlaying() {
+    startQueued_ = false;
+    shouldPlayOnTime = false;
+    controls._playToggle.tag = 1;
+    data_.isPlaying = true;
+    controls._playToggle.title = kPlayingIcon;
+    controls._playToggle.tintColor = kActiveRed;
+    if (settings_) settings_->AUv3_Parameter_playToggle_from_DSP();
+}
+
+void MOK_SCRUB_GRANULATOR::setArmed(bool armed) {
+    shouldPlayOnTime = armed;
+    if (armed)
+        controls._playToggle.backgroundColor = kArmedRed;
+    else
+        controls._playToggle.backgroundColor.reset();
+}
+
+bool MOK_SCRUB_GRANULATOR::play(std::string*) {
+    engine_.granularOn = true;
+    _isFading = false;
+    ui_setSpeed(&controls._scanning);
+    isScrubbing = false;
+    return engine_.granularOn;
+}
+
+bool MOK_SCRUB_GRANULATOR::stop(std::string*) {
+    engine_.granularOn = false;
+    _isFading = false;
+    ui_setSpeed(&controls._scanning);
+    isScrubbing = false;
+    return !engine_.granularOn;
+}
+
+void MOK_SCRUB_GRANULATOR::fadeIn() {
+    switch (fade_.tickIn([this] { fadeIn(); })) {
+    case StreamFade::Outcome::aborted:
+        return;
+    case StreamFade::Outcome::running:
+        return handFadedLevel();
+    case StreamFade::Outcome::ended:
+        return ui_setAmplitude(&controls._volume);
+    }
+}
+
+void MOK_SCRUB_GRANULATOR::fadeOut() {
+    switch (fade_.tickOut([this] { fadeOut(); })) {
+    case StreamFade::Outcome::aborted:
+        return;
+    case StreamFade::Outcome::running:
+        return handFadedLevel();
+    case StreamFade::Outcome::ended:
+        engine_.setLevel(0.0f);
+        pendingStop_ = instance_.runLoop.performAfter(getDelayedStopTime(), [this] { stop(); });
+    }
+}
+
+void MOK_SCRUB_GRANULATOR::handFadedLevel() {
+    const auto level = static_cast<float>(fade_.multiplier() * double{controls._volume.value()});
+    engine_.setLevel(level > 0.0f ? level : 0.0f); // never a negative zero
+}
+
+double MOK_SCRUB_GRANULATOR::fadeTime(ControlId id) const {
+    if (!settings_) return double{controlRange(id).defaultValue};
+    return id == ControlId::fadeIn ? settings_->fadeInTime() : settings_->fadeOutTime();
+}
+
+void MOK_SCRUB_GRANULATOR::ui_rewind(Control*) {
+    shouldRewindOnTime = false;
+    ____rewind();
+}
+
+void MOK_SCRUB_GRANULATOR::____rewind() {
+    setTimePointer(0.0);
+    if (recorder_) recorder_->updateGraphicallyScrubPosition(0.0);
+    shouldRewindOnTime = false;
+    clearBackgroundLater(controls._rewind);
+}
+
+void MOK_SCRUB_GRANULATOR::ui_freeze(Control*) {
+    const bool frozen = controls._freeze.tag != 1;
+    controls._freeze.tag = frozen ? 1 : 0;
+    isFreezed = frozen ? 0.0 : 1.0;
+    if (frozen)
+        controls._freeze.tintColor = kActiveRed;
+    else
+        controls._freeze.tintColor.reset();
+    ui_setSpeed(&controls._scanning);
+    if (settings_) settings_->AUv3_Parameter_freezeToggle_from_DSP();
+}
+
+} // namespace zephyra

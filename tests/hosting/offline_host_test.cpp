@@ -1,0 +1,97 @@
+// The offline host: what the unit sees of time, music and events, and that renders repeat.
+
+#include "tests/support/hosted_unit.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace zephyra {
+namespace {
+
+using enum ControlId;
+
+TEST(OfflineHost, CountsBeatsWithTheTempoWhileTheTransportMoves) {
+    HostedUnit hosted(component_type::instrument);
+    hosted.ready();
+    hosted.stream.setDisplayed(scanSync, 1.0f);
+    hosted.host.reportContext(true);
+    hosted.host.reportTransport(true);
+    hosted.host.setMeter(4);
+    hosted.host.setTempo(90);
+    hosted.host.setBeatPosition(-1.5);
+    hosted.render(44100);
+    hosted.host.setTransport(true);
+    for (int i = 0; i < 441; ++i) hosted.render(100);
+    EXPECT_DOUBLE_EQ(hosted.host.beatPosition(), 0.0);
+    EXPECT_TRUE(hosted.stream.isPlaying());
+    hosted.host.setTempo(120);
+    hosted.render(22050);
+    EXPECT_DOUBLE_EQ(hosted.host.beatPosition(), 1.0);
+    hosted.host.setTransport(false);
+    hosted.render(512);
+    hosted.render(0);
+    EXPECT_EQ(hosted.stream.controls._playToggle.tag, 0);
+    EXPECT_EQ(hosted.instance.runLoop.now(), 110762.0 / 44100);
+}
+
+TEST(OfflineHost, HandsEventsOverInTheOrderOfTheirOffsets) {
+    HostedUnit hosted(component_type::musicEffect);
+    hosted.ready();
+    const std::uint8_t notes[][3] = {{0x90, 72, 99}, {0x9f, 60, 99}, {0x90, 48, 0}};
+    hosted.host.queueMidi(notes[0], 3, 9);
+    hosted.host.queueMidi(notes[1], 3, 8);
+    hosted.host.queueMidi(notes[2], 3, 10); // a release
+    hosted.queue(width, 1.0f);
+    hosted.host.queueRamp(static_cast<AUParameterAddress>(width), 0.5f, 64, 0);
+    hosted.render(600);
+    hosted.render(0);
+    EXPECT_EQ(hosted.stream.linear(pitch), 12.0f);
+    EXPECT_EQ(hosted.stream.linear(width), 0.5f);
+}
+
+TEST(OfflineHost, RendersTheSameSoundHoweverItIsCut) {
+    std::vector<float> whole;
+    for (const std::uint32_t blockFrames : {4096u, 1u, 64u, 1000u}) {
+        HostedUnit hosted(component_type::instrument);
+        hosted.ready(blockFrames);
+        hosted.stream.setLinear(playStop, 1);
+        hosted.render(12000);
+        if (whole.empty()) whole = hosted.heard;
+        EXPECT_GT(*std::max_element(whole.begin(), whole.end()), 0.01f);
+        for (std::size_t i = 0; i < whole.size(); ++i) // voices add up in another order
+            ASSERT_NEAR(hosted.heard[i], whole[i], 1e-6) << i << " in blocks of " << blockFrames;
+    }
+}
+
+TEST(OfflineHost, RendersTheSameBytesEachTimeWithFadesAutomationAndLiveInputAtAnyRate) {
+    for (const double rate : {44100.0, 96000.0}) {
+        std::vector<float> first;
+        for (int run = 0; run < 2; ++run) {
+            HostedUnit hosted(component_type::effect);
+            hosted.stream.setSeed(5);
+            hosted.host.start({22050, 100});
+            hosted.render(1000); // a host may change its mind about the rate
+            hosted.host.start({rate, 300});
+            hosted.queue(playStop, 1.0f);
+            hosted.render(5000);
+            hosted.queue(density, 150.0f);
+            hosted.render(20000);
+            EXPECT_GT(hosted.stream.engine().startedGrains(), 0u);
+            if (run == 0) first = hosted.heard;
+            EXPECT_TRUE(hosted.heard == first) << rate;
+        }
+    }
+}
+
+TEST(OfflineHost, BringsAnInstrumentToItsDemonstrationSampleBeforeTheFirstBlock) {
+    HostedUnit hosted(component_type::instrument), own(component_type::instrument);
+    hosted.host.start({});
+    EXPECT_TRUE(hosted.stream.sampleReference().path.ends_with("Zephyra_Sample08.mp3"));
+    own.view.loadSample(ZEPHYRA_SOURCE_DIR "/resources/Blackbird.mp3");
+    own.host.start({});
+    EXPECT_TRUE(own.stream.sampleReference().path.ends_with("Blackbird.mp3"));
+}
+
+} // namespace
+} // namespace zephyra

@@ -1,0 +1,128 @@
+// Host and controls: who moves whom, who is told, and what a state keeps.
+
+#include "hosting/gesture_filter.h"
+#include "tests/support/hosted_unit.h"
+#include "tests/support/test_sounds.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+
+namespace zephyra {
+namespace {
+
+using enum ControlId;
+
+/// What a host sees set, as "address=value" with a sign for touch (+) and release (-).
+struct ToldHost {
+    explicit ToldHost(AUParameterTree& tree) : filter(tree, into(gestures)) {
+        tree.tokenByAddingParameterAutomationObserver(into(sets));
+    }
+    static GestureFilter::Forward into(std::string& text) {
+        return [&text](const AUParameterAutomationEvent& event) {
+            text += " +-"[static_cast<int>(event.eventType)] + std::to_string(event.address) + "=" +
+                    std::to_string(static_cast<int>(event.value));
+        };
+    }
+    std::string sets, gestures; ///< all, and what a hand did
+    GestureFilter filter;
+};
+
+TEST(Automation, MovesItsControlBeforeTheNextBlockAndTellsTheHostNothing) {
+    HostedUnit hosted(component_type::effect);
+    ToldHost told(*hosted.ready().unit->parameterTree());
+    hosted.queue(dryWet, 75.0f);
+    hosted.queue(echoSwitch, 1.0f);
+    hosted.queue(playStop, 1.0f);
+    hosted.render(512);
+    std::thread([&] { hosted.parameter(amplitude).setValue(0.25f); }).join();
+    hosted.view.refreshParameters(); // overwrites nothing that is on its way
+    EXPECT_EQ(std::exchange(told.sets, {}), " 1=0");
+    hosted.render(0);
+    EXPECT_EQ(hosted.unit->record()._inputDryWetInv.load(), 0.5f);
+    EXPECT_TRUE(hosted.stream.engine().echoOn);
+    EXPECT_TRUE(hosted.stream.isPlaying());
+    EXPECT_EQ(hosted.stream.engine().currentLevel(), 0.25f);
+    EXPECT_EQ(told.sets, "");
+}
+
+TEST(Automation, ThatAButtonRefusesIsTakenBackAtTheHost) {
+    HostedUnit hosted(component_type::instrument);
+    hosted.stream.setDisplayed(scanSync, 1.0f);
+    ToldHost told(*hosted.ready().unit->parameterTree());
+    hosted.queue(live, 1.0f);
+    hosted.queue(playStop, 1.0f); // is armed only, which counts as on
+    hosted.render(512);
+    hosted.render(0);
+    EXPECT_EQ(told.sets, " 23=0");
+    EXPECT_TRUE(hosted.stream.isArmed());
+}
+
+TEST(Controls, AreWhatTheHostSeesAndTellItEachGestureOnceWhileResourcesAreThere) {
+    HostedUnit hosted(component_type::effect);
+    EXPECT_EQ(hosted.parameter(dryWet).value(), 50.0f);
+    EXPECT_EQ(hosted.parameter(density).facts().flags, 0xC0400000);
+    EXPECT_EQ(hosted.parameter(jittering).facts().flags, 0xC0000000);
+    ToldHost told(*hosted.ready().ready().unit->parameterTree()); // without second handlers
+    MOK_KNOB& knob = hosted.view._inputDryWetKnob;
+    knob.setValue(20);
+    knob.sendEventValueChanged();
+    knob.resetsDefault();
+    knob.beginTracking({});
+    knob.cancelTracking();
+    hosted.stream.setLinear(pitch, 3);
+    EXPECT_EQ(told.sets, " 3=20+3=50 3=50-3=50+3=50-3=50 9=3");
+    EXPECT_EQ(told.gestures, "+3=50 3=50-3=50+3=50-3=50");
+    hosted.host.stop();
+    knob.resetsDefault();
+    EXPECT_EQ(told.sets.size(), 34u);
+}
+
+TEST(Scan, StandsBehindTheInputOfAFreshEffectUnlessItWasSetBefore) {
+    const struct {
+        const char* set;
+        void (*act)(HostedUnit&);
+        double rate;
+        float position, speed;
+    } rows[] = {
+        {"nothing", [](HostedUnit&) {}, 44100, 432175.0f / 441000, 0},
+        {"nothing at another rate", [](HostedUnit&) {}, 96000, 421795.0f / 441000, 0},
+        {"position", [](HostedUnit& h) { h.stream.setScrubNormalizedValue(0.5f); }, 44100, 0.5f, 1},
+        {"region", [](HostedUnit& h) { h.stream.setRegion(0, 0.5f); }, 44100, 0, 1},
+        {"speed", [](HostedUnit& h) { h.stream.setLinear(scanning, 2); }, 44100, 0, 2},
+    };
+    for (const auto& row : rows) {
+        HostedUnit hosted(component_type::effect);
+        row.act(hosted);
+        hosted.instance.runLoop.runPosted(); // at the rate before the host sets its own
+        hosted.host.start({row.rate, 512});
+        EXPECT_EQ(hosted.parameter(scrubbingWave).value(), row.position) << row.set;
+        EXPECT_EQ(hosted.stream.linear(scanning), row.speed) << row.set;
+        hosted.stream.loadSound(noiseSample(1000, 44100));
+        hosted.instance.runLoop.runPosted();
+        const bool chosen = row.speed != 0; // else a file scans as if it had come first
+        EXPECT_EQ(hosted.stream.linear(scanning), chosen ? row.speed : 1) << row.set;
+        EXPECT_EQ(hosted.parameter(scrubbingWave).value(), chosen ? row.position : 0) << row.set;
+    }
+}
+
+TEST(State, ComesBackWholeWithTheKeysThatNobodyKnows) {
+    HostedUnit saved(component_type::effect), restored(component_type::effect);
+    saved.ready();
+    for (const ControlId id : {density, echoSwitch, freeze}) saved.stream.setLinear(id, 33.0f);
+    saved.view._fadeOutTime.setValue(3.5f);
+    PropertyDictionary state = saved.view.getState();
+    state["Later"] = 1;
+    restored.ready();
+    restored.view.restoreState(state);
+    restored.render(0);
+    EXPECT_EQ(restored.view.getState(), state);
+    EXPECT_EQ(restored.parameter(density).value(), 33.0f);
+    restored.view.restoreStateProc({{"InputDryWet", "loud"}, {"FadeInTime_0", 2}});
+    EXPECT_EQ(restored.view.fadeTimesText(),
+              "Fade In/Out (Play/Pause) Time: [In: 2.000 secs  Out: 3.500 secs]");
+}
+
+} // namespace
+} // namespace zephyra

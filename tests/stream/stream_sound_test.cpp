@@ -1,0 +1,198 @@
+// Where a stream's sound comes from and goes to: files, live input, exports and states.
+
+#include "platform/sound_file.h"
+#include "stream/live_export.h"
+#include "stream/stream_state.h"
+#include "tests/support/stream_probe.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/support/test_stream.h"
+
+#include <gmock/gmock.h>
+
+#include <limits>
+
+namespace zephyra {
+namespace {
+
+using Frames = std::vector<float>;
+using enum ControlId;
+using testing::HasSubstr;
+
+/// Values that 16 bits hold exactly: first / 1024, (first + 1) / 1024, ...
+Frames ramp(int first, std::size_t frames) {
+    Frames values(frames);
+    for (float& value : values) value = static_cast<float>(first++) / 1024.0f;
+    return values;
+}
+
+/// A silent file of so many frames.
+std::filesystem::path write(const std::filesystem::path& path, std::size_t frames) {
+    std::filesystem::create_directories(path.parent_path());
+    writeText(path, std::string(2 * frames, '\0'));
+    return path;
+}
+
+struct Player : TestStream {
+    SampleLoader loader{instance, controller};
+    LiveExport exporter{instance, controller};
+
+    explicit Player(const TemporaryFolder& folder) { instance.folders.shared = folder / "shared"; }
+    void finishWork() {
+        instance.runLoop.waitForWork();
+        instance.runLoop.runPosted();
+    }
+    void hear(Frames input) {
+        const ChannelList list{input.data()};
+        drawLiveWaveForm(&controller.waveForm(), static_cast<int>(input.size()), list.list);
+    }
+    /// What grains are cut from.
+    const mokSample& sound() { return *StreamProbe::sample(controller.engine()); }
+    PropertyDictionary state() {
+        PropertyDictionary saved;
+        saveStreamState(controller, saved);
+        return saved;
+    }
+    void restore(const PropertyDictionary& state) {
+        PropertyReader reader(state);
+        restoreStreamState(controller, loader, reader);
+        finishWork();
+    }
+    std::string takeAlert() {
+        const Alert* const alert = instance.alerts.current();
+        const std::string message = alert ? alert->message : "";
+        instance.alerts.answer("Ok");
+        return message;
+    }
+};
+
+struct StreamSound : testing::Test {
+    TemporaryFolder folder;
+    Player player{folder};
+    MOK_SCRUB_GRANULATOR& stream = player.controller;
+};
+
+TEST_F(StreamSound, LoadsTheLatestFileAskedForAndKeepsTheOldOneWhereItCannot) {
+    int ended = 0;
+    const auto path = write(folder / "shared/new.raw", 441);
+    player.loader.loadSamplePerform(write(folder / "old.raw", 50), [&](bool) { ended += 10; });
+    player.loader.loadSamplePerform(path, [&](bool loaded) { ended += loaded; });
+    player.finishWork();
+    EXPECT_EQ(ended, 1);
+    const SampleReference reference = stream.sampleReference();
+    EXPECT_EQ(reference.relativePath, "new.raw");
+    EXPECT_EQ(stream.fileInformation(), "new.raw, 0.010 s, 44100 Hz, mono, " + reference.format);
+    for (const auto& bad : {write(folder / "bad.wav", 9), folder / "missing.wav"}) {
+        player.loader.loadSamplePerform(bad);
+        player.finishWork();
+        EXPECT_THAT(player.takeAlert(), HasSubstr(bad.string()));
+        EXPECT_EQ(player.sound().size, 441u);
+        EXPECT_EQ(stream.sampleReference(), reference);
+    }
+}
+
+TEST_F(StreamSound, IsNormalizedOnceTouchedWithoutLossOfTheOriginal) {
+    const auto sound = std::make_shared<mokSample>(100u, 8000.0f);
+    sound->data[1] = -0.25f;
+    ASSERT_TRUE(stream.loadSound(sound));
+    EXPECT_EQ(&player.sound(), sound.get());
+    for (const float peak : {0.5f, 0.0f, 1.0f}) {
+        ASSERT_TRUE(stream.setDisplayed(normalize, peak));
+        EXPECT_EQ(player.sound().data[player.sound().size + 1], -peak) << "guard";
+    }
+    EXPECT_EQ(sound->data[1], -0.25f);
+    stream.setNormalizeTouched(false);
+    EXPECT_EQ(&player.sound(), sound.get());
+    stream.setDisplayed(live, 1.0f);
+    stream.setDisplayed(normalize, 0.5f); // a gain now
+    EXPECT_EQ(stream.waveForm().data().normalizeGain, 0.5f);
+    stream.restoreLastSample();
+    EXPECT_FALSE(stream.isLive() || stream.normalizeTouched());
+    const auto refused = std::make_shared<mokSample>(100u, 8000.0f);
+    refused->data[9] = std::numeric_limits<float>::infinity();
+    EXPECT_FALSE(stream.loadSound(refused) || stream.loadSound(nullptr));
+    EXPECT_EQ(&player.sound(), sound.get());
+}
+
+TEST_F(StreamSound, StaysWhatLiveHeardUntilAFileComesAndExportsItInTheOrderOfTime) {
+    stream.play();
+    for (const double rate : {0.0, -44100.0, 1e300, 32000.0}) {
+        stream.setLiveAllowed(rate != 32000.0);
+        player.instance.session.sampleRate = rate;
+        stream.ui_enableLiveInput();
+        EXPECT_FALSE(stream.isLive() || stream.waveForm().isLiveCurrent());
+    }
+    stream.setLiveAllowed(true);
+    stream.ui_enableLiveInput();
+    stream.waveForm().initLiveBuffer_andSamplingRate(600, 32000.0);
+    const auto saved = [&] {
+        player.exporter.saveData();
+        player.instance.alerts.answer("Save");
+        player.finishWork();
+        const auto file = readSoundFile(player.exporter.lastSaved());
+        return file ? file.value().samples : Frames{};
+    };
+    EXPECT_EQ(saved(), Frames{});
+    EXPECT_THAT(player.takeAlert(), HasSubstr("Problem writing audio file:"));
+    player.hear(ramp(1, 400));
+    EXPECT_EQ(saved(), ramp(1, 400));
+    player.hear(ramp(401, 350)); // wraps
+    stream.ui_enableLiveInput();
+    player.hear(ramp(0, 100)); // not heard any more
+    EXPECT_EQ(saved(), ramp(151, 600));
+    EXPECT_EQ(player.exporter.lastSaved(), folder / "shared" / "Rec 2.wav");
+    EXPECT_EQ(&player.sound(), stream.waveForm().liveSample());
+    EXPECT_TRUE(stream.isPlaying() && !stream.isLive());
+    stream.loadSound(std::make_shared<mokSample>(100u, 8000.0f));
+    EXPECT_EQ(player.sound().size, 100u);
+}
+
+TEST_F(StreamSound, ComesBackFromAStateWithEveryControl) {
+    const auto path = folder / "shared/kept.raw", moved = folder / "shared/moved.raw";
+    player.loader.loadSamplePerform(write(path, 100));
+    player.finishWork();
+    stream.ui_enableLiveInput();
+    player.hear(ramp(-500, 2000));
+    for (const ControlRange& range : controlRanges())
+        if (range.id != playStop && range.id != live)
+            stream.setLinear(range.id, 0.75f * range.maximum);
+    stream.controls._keyboardButton.tag = 1;
+    stream.setRegion(0.75f, 0.25f);
+    stream.setScrubNormalizedValue(0.5f);
+    stream.setSeed(4000000001u);
+    stream.setNormalizeTouched(true);
+    std::filesystem::rename(path, moved);
+    for (const float on : {1.0f, 0.0f}) {
+        stream.setLinear(live, on);
+        PropertyDictionary state = player.state();
+        EXPECT_EQ(*state.at("Density_0").as<double>(), 300.0);
+        Player other(folder);
+        other.restore(state);
+        EXPECT_EQ(other->isLive(), on != 0.0f);
+        EXPECT_EQ(other->waveForm().heardFrames(), ramp(-500, 2000));
+        EXPECT_EQ(other.sound().offset, 2000u);
+        auto& sample = *state.at("Sample_0").as<PropertyDictionary>();
+        sample["Path"] = moved.string(), sample["RelativePath"] = "moved.raw";
+        EXPECT_TRUE(other.state() == state);
+        other->restoreLastSample();
+        EXPECT_EQ(other.sound().size, 100u);
+    }
+}
+
+TEST_F(StreamSound, KeepsWhatAStateLacksOrSaysWrongAndTheNameOfAMissingFile) {
+    stream.controls._pan.skipFromPreset = true;
+    const PropertyDictionary before = player.state(), captured{{"FLAC", PropertyData(9)}};
+    const PropertyDictionary sample{{"Path", "/none/lost.wav"},
+                                    {"RelativePath", ""},
+                                    {"ContentHash", "abc"},
+                                    {"SampleRate", 44100.0}};
+    player.restore({{"Pan_0", 1.0}, {"Density_0", "loud"}, {"Envelope_0", 99}});
+    player.restore({{"Seed_0", 0}, {"Captured_0", captured}, {"Sample_0", sample}});
+    EXPECT_THAT(player.takeAlert(), HasSubstr("/none/lost.wav"));
+    PropertyDictionary after = player.state();
+    EXPECT_EQ(after.at("Sample_0"), PropertyValue(sample));
+    after.erase("Sample_0");
+    EXPECT_TRUE(after == before);
+}
+
+} // namespace
+} // namespace zephyra

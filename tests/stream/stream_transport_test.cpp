@@ -1,0 +1,254 @@
+// Starting, stopping and syncing a stream, tick by tick on the sample clock.
+
+#include "tests/support/stream_probe.h"
+#include "tests/support/test_sounds.h"
+#include "tests/support/test_stream.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace zephyra {
+namespace {
+
+using enum ControlId;
+using Log = std::vector<std::string>;
+
+constexpr double kTick = 0.017;
+constexpr double kBit = 1e-6; // so that what is due at a time is surely done
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr float kVolume = 0.8f;
+
+/// Fade times of 1 s in and 0.5 s out, and everything that the stream tells others, in order.
+struct Others : StreamSettings, ScrubRecorder, Keyboard {
+    Log told;
+    double fadeInTime() const override { return 1.0; }
+    double fadeOutTime() const override { return 0.5; }
+    void AUv3_Parameter_playToggle_from_DSP() override { told.push_back("play"); }
+    void AUv3_Parameter_freezeToggle_from_DSP() override { told.push_back("freeze"); }
+    void AUv3_Parameter_LiveToggle_from_DSP() override { told.push_back("live"); }
+    void scrubAnimation(double s) override { told.push_back("animate " + std::to_string(s)); }
+    void updateGraphicallyScrubPosition(double) override { told.push_back("position"); }
+    void longPressFirstFingerGesture() override { told.push_back("release"); }
+    void ____playScrubRec() override { told.push_back("take"); }
+    void releaseAllNotes() override { told.push_back("notes off"); }
+    void highlightKey_andData1_andData2(int status, int key, int velocity) override {
+        told.push_back(std::to_string(status) + ' ' + std::to_string(key) + ' ' +
+                       std::to_string(velocity));
+    }
+};
+
+class StreamTransport : public testing::Test {
+protected:
+    StreamTransport() {
+        stream->setSettings(&others);
+        stream->setScrubRecorder(&others);
+        stream->loadSound(std::make_shared<mokSample>(40000, 10000.0f)); // 4 s
+        stream->setDisplayed(amplitude, kVolume);
+    }
+    /// As a finger does, with what the run loop then does at once.
+    void press(Button& button) {
+        button.sendActionsForControlEvents(control_event::touchUpInside);
+        stream.pass(0.0);
+    }
+    void ticks(int count) { stream.pass(count * kTick + kBit); }
+    float level() { return StreamProbe::fields(stream->engine()).level; }
+    float speed() { return StreamProbe::fields(stream->engine()).speed; }
+
+    Others others; // before the stream that tells them
+    TestStream stream;
+    Button& playButton = stream->controls._playToggle;
+};
+
+TEST_F(StreamTransport, FadesInIn59TicksToTheVolumeItself) {
+    press(playButton);
+    EXPECT_TRUE(stream->isPlaying());
+    EXPECT_TRUE(playButton.tag == 1 && playButton.title == "\xEE\x9D\xB5");
+    EXPECT_EQ(others.told, (Log{"animate 1.000000", "play"}));
+    EXPECT_FLOAT_EQ(level(), 0.017f * kVolume); // the first tick does not wait
+    stream->setDisplayed(amplitude, 0.4f);
+    EXPECT_EQ(level(), 0.4f); // until the next tick
+    ticks(57);
+    EXPECT_NEAR(level(), 0.986 * 0.4, 1e-6);
+    ticks(1);
+    EXPECT_EQ(level(), 0.4f);
+}
+
+TEST_F(StreamTransport, StopsTheScanAtOnceFadesOutAndCutsTheGrainsHalfASecondLater) {
+    press(playButton);
+    ticks(10); // 0.187 of the volume
+    others.told.clear();
+    press(playButton);
+    EXPECT_EQ(others.told, (Log{"animate 0.500000", "play"}));
+    EXPECT_TRUE(playButton.tag == 0 && playButton.title == "\xEE\x9D\xBB" && !playButton.tintColor);
+    EXPECT_NEAR(level(), 0.153 * kVolume, 1e-6);
+    ticks(4);
+    EXPECT_NEAR(level(), 0.017 * kVolume, 1e-6); // nothing fades in any more
+    stream->setDisplayed(amplitude, 1.0f);
+    stream->setDisplayed(scanning, 2.0f);
+    EXPECT_NEAR(level(), 0.017 * kVolume, 1e-6);
+    EXPECT_EQ(speed(), 0.0f);
+    ticks(1);
+    EXPECT_EQ(level(), 0.0f);
+    stream.pass(0.499);
+    EXPECT_TRUE(stream->isPlaying());
+    stream.pass(0.002);
+    EXPECT_FALSE(stream->isPlaying());
+    EXPECT_EQ(speed(), 2.0f);
+}
+
+TEST_F(StreamTransport, StartsAnewFromTheLevelReachedWithOneChainOfTicks) {
+    press(playButton);
+    ticks(9);
+    stream.pass(kTick / 2);
+    for (int i = 0; i < 4; ++i) press(playButton); // 0.17, two stops and two starts later 0.136
+    ticks(2);
+    EXPECT_NEAR(level(), 0.17 * kVolume, 1e-6);
+    for (int i = 0; i < 3; ++i) press(playButton); // ends with a stop, at 0.119
+    ticks(1);
+    EXPECT_NEAR(level(), 0.085 * kVolume, 1e-6);
+    press(playButton);
+    press(playButton);
+    ticks(10); // silent, the engine still on
+    press(playButton);
+    stream.pass(2.0);
+    EXPECT_TRUE(stream->isPlaying()); // the old stop: was taken back
+    EXPECT_EQ(level(), kVolume);
+}
+
+TEST_F(StreamTransport, ArmsAndDisarmsForTheDownbeatWhileTheScanIsSynced) {
+    stream->setDisplayed(scanSync, 1.0f);
+    stream.pass(0.0);
+    for (const bool armed : {true, false, true}) {
+        press(playButton);
+        EXPECT_EQ(stream->isArmed(), armed);
+        EXPECT_EQ(playButton.backgroundColor, armed ? std::optional(kArmedRed) : std::nullopt);
+        EXPECT_EQ(stream->linear(playStop), armed ? 1.0f : 0.0f);
+    }
+    EXPECT_FALSE(stream->isPlaying());
+    stream->syncStateTempoForte();
+    EXPECT_EQ(others.told, (Log{"animate 1.000000", "release"}));
+    stream.pass(0.0);
+    EXPECT_TRUE(stream->isPlaying() && !stream->isArmed() && !playButton.backgroundColor);
+    press(playButton);
+    press(playButton);
+    EXPECT_TRUE(stream->isArmed());
+    stream->setDisplayed(scanSync, 0.0f);
+    stream.pass(0.0);
+    EXPECT_FALSE(stream->isArmed() || playButton.backgroundColor);
+    stream->syncStateTempoForte();
+    stream->forceToPlayIfShouldPlay();
+    stream.pass(0.0);
+    EXPECT_EQ(playButton.tag, 0);
+    stream->setDisplayed(scanSync, 1.0f);
+    press(playButton);
+    stream->forceToPlayIfShouldPlay();
+    stream.pass(0.0);
+    EXPECT_TRUE(playButton.tag == 1 && !stream->isArmed() && !playButton.backgroundColor);
+}
+
+TEST_F(StreamTransport, FollowsTheHostOnlyWhileTheScanIsSynced) {
+    const auto tellAll = [&] {
+        others.told.clear();
+        stream->shouldPlay();
+        stream->shouldRewind();
+        stream->shouldRewindFromHost();
+        stream->syncStateTempoForte();
+        stream.pass(0.0);
+        stream->shouldPlay(); // plays already
+        stream->shouldStop();
+        stream->shouldStop();
+        stream.pass(0.0);
+        return others.told;
+    };
+    EXPECT_EQ(tellAll(), Log{});
+    stream->setDisplayed(scanSync, 1.0f);
+    EXPECT_EQ(tellAll(), (Log{"position", "position", "animate 1.000000", "release", "play",
+                              "animate 0.500000", "play"}));
+}
+
+TEST_F(StreamTransport, ScansTheSoundInSoManyMeasuresAtTheHostsTempo) {
+    const struct {
+        float sync, measureCount, quarterCount;
+        double bpm;
+        float expected;
+    } cases[] = {{1, 2, 4, 120, 1.0f},       {1, 2, 4, 60, 0.5f}, {1, 1, 3, 120, 8 / 3.0f},
+                 {1, 2, 0, 120, 0.0f},       {0, 2, 4, 60, 3.0f}, {1, 2, 4, 240, 2.0f},
+                 {1, 2, 4, kInfinity, 2.0f}, {0, 2, 4, 60, 3.0f}};
+    stream->setDisplayed(scanning, 3.0f);
+    for (const auto& c : cases) {
+        stream->setDisplayed(scanSync, c.sync);
+        stream->setDisplayed(measures, c.measureCount);
+        stream->setDisplayed(quarters, c.quarterCount);
+        stream->syncStateDidChangedWithBPM(c.bpm);
+        EXPECT_FLOAT_EQ(speed(), c.expected) << c.bpm;
+        press(stream->controls._freeze);
+        EXPECT_EQ(speed(), 0.0f);
+        press(stream->controls._freeze);
+        EXPECT_FLOAT_EQ(speed(), c.expected);
+    }
+}
+
+TEST_F(StreamTransport, TimesTheEchoByNoteLengthsOrInSeconds) {
+    const struct {
+        double bpm;
+        float subdivision;
+        float milliseconds;
+    } cases[] = {{120, 7, 500},  {120, 13, 125}, {0, 7, 60000},   {-5, 7, 60000},
+                 {120, 0, 3000}, {120, 5, 750},  {60, 20, 31.25f}};
+    stream->setDisplayed(echoSync, 1.0f);
+    const mokGranulatorSF& engine = stream->engine();
+    for (const auto& c : cases) {
+        stream->syncStateDidChangedWithBPM(c.bpm);
+        stream->setDisplayed(leftSubdivision, c.subdivision);
+        EXPECT_FLOAT_EQ(engine.echoTimeL, c.milliseconds) << c.subdivision;
+    }
+    EXPECT_EQ(engine.echoTimeR, 1000.0f); // a quarter at 60 bpm
+    stream.pass(0.0);
+    EXPECT_TRUE(stream->controls._echoDelayLeft.hidden);
+    stream->setDisplayed(echoSync, 0.0f);
+    EXPECT_EQ(engine.echoTimeL, 300.0f);
+}
+
+TEST_F(StreamTransport, TurnsNotesIntoPitchesAndThePitchIntoANote) {
+    const std::pair<int, float> cases[] = {{60, 0}, {72, 12}, {36, -24}, {127, 24}, {-1, 24}};
+    for (const auto& [note, expected] : cases) {
+        stream->selectPitchFromMidiNote_andVeloc(note, 1);
+        EXPECT_EQ(stream->displayed(pitch), expected) << note;
+    }
+    stream->setKeyboard(&others);
+    stream->setDisplayed(pitch, -11.6f);
+    press(stream->controls._keyboardButton);
+    EXPECT_EQ(others.told, (Log{"notes off", "144 60 127"})); // note 48, an octave up
+    press(stream->controls._keyboardButton);
+    EXPECT_EQ(others.told.size(), 2u);
+}
+
+TEST_F(StreamTransport, PressesAButtonOnlyForAValueThatItDoesNotShow) {
+    for (const float on : {1.0f, 1.0f, 0.0f, 0.0f, 1.0f, 0.0f}) {
+        EXPECT_TRUE(stream->setDisplayed(playStop, on) && stream->setDisplayed(freeze, on));
+        EXPECT_EQ(stream->linear(freeze), on);
+    }
+    stream.pass(0.0);
+    EXPECT_EQ(playButton.tag, 0); // also though no start had shown before the next switch
+    EXPECT_EQ(std::count(others.told.begin(), others.told.end(), "freeze"), 4);
+    stream->setLiveAllowed(false);
+    EXPECT_FALSE(stream->setDisplayed(live, 1.0f));
+}
+
+TEST(StreamLife, EndsWithStepsStillQueued) {
+    Instance instance;
+    {
+        MOK_SCRUB_GRANULATOR stream(instance);
+        stream.____play();
+        instance.runLoop.advance(1.0);
+        stream.ui_playStop();
+        instance.runLoop.advance(1.4); // silent, and stop: is due
+        stream.setDisplayed(scanSync, 1.0f);
+    }
+    instance.runLoop.advance(3.0); // a sanitizer sees what is touched
+}
+
+} // namespace
+} // namespace zephyra

@@ -1,0 +1,54 @@
+// HostedUnit: an audio unit with its view controller, as an offline host loads it.
+#pragma once
+
+#include "hosting/offline_host.h"
+#include "main_view/audio_unit_view_controller.h"
+#include "tests/support/test_sounds.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+namespace zephyra {
+
+struct HostedUnit {
+    explicit HostedUnit(FourCharCode type)
+        : unit(MyAudioUnit::initWithComponentDescription_options_error({.componentType = type},
+                                                                       instance, error)) {
+        instance.folders.resources = ZEPHYRA_SOURCE_DIR "/resources";
+        view.setAudioUnit(unit.get());
+    }
+    /// Ready to render noise, without fades.
+    HostedUnit& ready(std::uint32_t blockFrames = 512) {
+        stream.loadSound(noiseSample(30000, 44100));
+        stream.setSeed(7);
+        view._fadeInTime.setValue(0);
+        EXPECT_EQ(host.start({44100, blockFrames}), audio_unit_status::noError);
+        return *this;
+    }
+    /// Adds frames of output to heard, left before right; noise comes in.
+    void render(std::uint32_t frames) {
+        const auto input = noiseSample(frames, 44100);
+        heard.resize(heard.size() + std::size_t{2} * frames);
+        float* const right = heard.data() + heard.size() - frames;
+        EXPECT_EQ(host.render({frames, input->getPtr(), input->getPtr(), right - frames, right}),
+                  audio_unit_status::noError);
+    }
+    void queue(ControlId id, float value) {
+        host.queueParameter(static_cast<AUParameterAddress>(id), value);
+    }
+    AUParameter& parameter(ControlId id) {
+        return *view.parameters._paramChildrens[static_cast<std::size_t>(id)];
+    }
+
+    Instance instance;
+    OSStatus error = 0;
+    std::unique_ptr<MyAudioUnit> unit;
+    AudioUnitViewController view{instance};
+    MOK_SCRUB_GRANULATOR& stream = view._GRANULATOR_STREAM;
+    OfflineHost host{*unit, instance};
+    std::vector<float> heard;
+};
+
+} // namespace zephyra
