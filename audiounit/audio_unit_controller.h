@@ -12,7 +12,8 @@ class ControlManager;
 class MOK_KNOB;
 class MOK_SCRUB_GRANULATOR;
 
-/// MAIN unless said otherwise. It must outlive the audio unit, or be taken away from it first.
+/// MAIN unless said otherwise. A controller that goes first takes itself away with
+/// removeController.
 class AudioUnitController {
 public:
     virtual ~AudioUnitController() = default;
@@ -27,6 +28,8 @@ public:
     virtual void refreshParameters() = 0;
     /// Takes the controls' wires to the parameters away.
     virtual void removeTargets() = 0;
+    /// The audio unit goes away, or to another controller: forgets it. OFF.
+    virtual void audioUnitLeaves() = 0;
 
     /// Loads a sample that came with the program, by its file name. False when it cannot.
     virtual bool LoadSampleDelegate(const std::string& name) = 0;

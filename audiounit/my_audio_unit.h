@@ -76,7 +76,7 @@ public:
     /// The adaptation to the component's type follows on the main queue. OFF.
     void setController_andParameters(AudioUnitController* controller,
                                      std::vector<std::shared_ptr<AUParameter>> parameters);
-    /// Lets go of a controller that goes away before the audio unit. OFF.
+    /// Lets go of the controller and tells it. OFF.
     void removeController();
     void createParametersTree(std::vector<std::shared_ptr<AUParameter>> parameters);
 

@@ -29,6 +29,7 @@ void MyAudioUnit::setController_andParameters(
     if (controlManager_) record_.lfoInRefCon = controlManager_->getLfoWidgetsMapping();
     createParametersTree(std::move(parameters));
     source_ = instance_.runLoop.addSource([this] { takeNotices(); });
+    record_.lastTempoValue = -1.0; // which the new stream has not heard
     if (allocated_) prepareStream();
     postToMain(&MyAudioUnit::adaptToComponentType);
     controller->connectViewWithAU();
@@ -36,10 +37,11 @@ void MyAudioUnit::setController_andParameters(
 
 void MyAudioUnit::removeController() {
     instance_.runLoop.cancel(std::exchange(source_, 0));
-    controller_ = nullptr;
+    AudioUnitController* const left = std::exchange(controller_, nullptr);
     _GRANULATOR_STREAM = nullptr;
     controlManager_ = nullptr;
     record_.lfoInRefCon = nullptr;
+    if (left) left->audioUnitLeaves();
 }
 
 void MyAudioUnit::createParametersTree(std::vector<std::shared_ptr<AUParameter>> parameters) {

@@ -8,8 +8,8 @@ class Keyboard {
 public:
     virtual ~Keyboard() = default;
     virtual void releaseAllNotes() = 0;
-    /// A MIDI message: status 144 is a note-on, data1 the key (0..127), data2 the velocity. Shows
-    /// the key as pressed and plays it.
+    /// A MIDI message: status 144 is a note-on, data1 the key (12..139, an octave above the note),
+    /// data2 the velocity. Shows the key as pressed and plays it.
     virtual void highlightKey_andData1_andData2(int status, int data1, int data2) = 0;
 };
 

@@ -54,7 +54,14 @@ OSStatus OfflineHost::allocate(const HostSetup& setup) {
                          .IOBufferDuration = setup.blockFrames / setup.sampleRate};
     unit_.musicalContextBlock = this;
     unit_.transportStateBlock = this;
-    return unit_.allocateRenderResourcesAndReturnError();
+    const OSStatus status = unit_.allocateRenderResourcesAndReturnError();
+    if (status != noError) takeBlocksAway();
+    return status;
+}
+
+void OfflineHost::takeBlocksAway() {
+    unit_.musicalContextBlock = nullptr;
+    unit_.transportStateBlock = nullptr;
 }
 
 void OfflineHost::stop() {
@@ -62,8 +69,7 @@ void OfflineHost::stop() {
     running_ = false;
     const RunLoop::Scope main(instance_.runLoop);
     unit_.deallocateRenderResources();
-    unit_.musicalContextBlock = nullptr;
-    unit_.transportStateBlock = nullptr;
+    takeBlocksAway();
 }
 
 /// Everything that was asked for is done, however long the machine takes: that makes a render

@@ -80,6 +80,7 @@ private:
     OSStatus pullInput(std::uint32_t frames, std::int64_t bus,
                        AudioBufferList& list) ZEPHYRA_NONBLOCKING override;
     OSStatus allocate(const HostSetup& setup);
+    void takeBlocksAway();
     void settle();
     OSStatus renderPiece(const Block& piece);
     OSStatus callUnit(const Block& piece);

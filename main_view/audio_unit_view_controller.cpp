@@ -29,6 +29,9 @@ AudioUnitViewController::AudioUnitViewController(Instance& instance)
       instance_(instance) {
     withRange(_fadeInTime, ControlId::fadeIn, kSuffix);
     withRange(_fadeOutTime, ControlId::fadeOut, kSuffix);
+    for (MOK_KNOB* knob : {&_inputDryWetKnob, static_cast<MOK_KNOB*>(&_fadeInTime),
+                           static_cast<MOK_KNOB*>(&_fadeOutTime)})
+        knob->observeInteractionStyle(instance_.notifications);
     _GRANULATOR_STREAM.setSettings(this);
     addOwnTargets();
     refreshNotice_ = instance_.notifications.addObserver("refreshParameters", [this](const auto&) {
@@ -104,7 +107,8 @@ bool AudioUnitViewController::LoadSampleDelegate(const std::string& name) {
 }
 
 bool AudioUnitViewController::sampleWasRequested() const {
-    return sampleLoader.requests() > 0 || !_GRANULATOR_STREAM.sampleReference().path.empty();
+    return sampleLoader.requests() > 0 || !_GRANULATOR_STREAM.sampleReference().path.empty() ||
+           _GRANULATOR_STREAM.waveForm().isLiveCurrent(); // captured, from a state
 }
 
 void AudioUnitViewController::midiNoteOn(int note, int velocity) ZEPHYRA_NONBLOCKING {

@@ -21,15 +21,16 @@
 namespace zephyra {
 
 /// Creates the stream with its controls, the parameters, the settings; draws nothing. Everything is
-/// MAIN unless said otherwise. Made and destroyed OFF; destroying disconnects from the audio unit.
+/// MAIN unless said otherwise. Made and destroyed MAIN and OFF; destroying disconnects from the
+/// audio unit.
 class AudioUnitViewController final : public AudioUnitController, public StreamSettings {
 public:
     /// instance must outlive this. Throws std::bad_alloc.
     explicit AudioUnitViewController(Instance& instance);
     ~AudioUnitViewController() override;
 
-    /// Hands itself and the parameters to unit, which must outlive this or be taken away with
-    /// setAudioUnit(nullptr). OFF.
+    /// Hands itself and the parameters to unit and lets go of the one before; null only lets go.
+    /// OFF.
     void setAudioUnit(MyAudioUnit* unit);
     MyAudioUnit* audioUnit() const { return audioUnit_; }
 
@@ -53,6 +54,7 @@ public:
     void connectViewWithAU() override;
     void refreshParameters() override;
     void removeTargets() override;
+    void audioUnitLeaves() override { setAudioUnit(nullptr); }
     bool LoadSampleDelegate(const std::string& name) override;
     bool sampleWasRequested() const override;
     void standBehindInput() override;

@@ -162,13 +162,15 @@ void AudioUnitViewController::standBehindInput() {
     forgetScanChoices();
 }
 
-/// A file scans from its start at its own speed, as one does that was loaded first. A captured
-/// sound goes on standing where it stood.
+/// A file scans from its start, and at its own speed unless one was set, as one does that was
+/// loaded first. A captured sound goes on standing where it stood.
 void AudioUnitViewController::leaveInput() {
-    if (!standsBehindInput_ || _GRANULATOR_STREAM.waveForm().isLiveCurrent() || scanWasChosen())
+    if (!standsBehindInput_ || _GRANULATOR_STREAM.waveForm().isLiveCurrent() ||
+        scanChoices_ != _GRANULATOR_STREAM.scanChoices())
         return;
-    _GRANULATOR_STREAM.setDisplayed(ControlId::scanning,
-                                    controlRange(ControlId::scanning).defaultValue);
+    if (!scanSpeedWasSet_)
+        _GRANULATOR_STREAM.setDisplayed(ControlId::scanning,
+                                        controlRange(ControlId::scanning).defaultValue);
     _GRANULATOR_STREAM.setTimePointer(0.0);
     refreshParameter(rowOf(ControlId::scrubbingWave));
     standsBehindInput_ = false;

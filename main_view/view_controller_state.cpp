@@ -2,6 +2,7 @@
 #include "main_view/audio_unit_view_controller.h"
 #include "stream/stream_state.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -35,7 +36,9 @@ void AudioUnitViewController::restoreStateProc(const PropertyDictionary& state) 
     for (MOK_KNOB* knob : OwnKnobs<MOK_KNOB>{&_inputDryWetKnob, &_fadeInTime, &_fadeOutTime}) {
         const auto value = reader.real(knob->channel);
         if (!value || knob->skipFromPreset) continue;
-        knob->setValue(static_cast<float>(*value));
+        const double held = std::clamp(*value, double{knob->minimumValue()},
+                                       double{knob->maximumValue()}); // may be beyond any float
+        knob->setValue(static_cast<float>(held));
         knob->sendEventValueChanged();
     }
     unknownState_ = reader.unknown();

@@ -5,6 +5,11 @@
 namespace zephyra {
 
 void AlertCenter::present(Alert alert) {
+    // Nobody needs to be told the same twice at once, and what nobody answers must not pile up.
+    const auto same = [&alert](const Alert& other) {
+        return !alert.textField && other.title == alert.title && other.message == alert.message;
+    };
+    if (std::any_of(waiting_.begin(), waiting_.end(), same)) return;
     waiting_.push_back(std::move(alert));
     tellObserver();
 }

@@ -33,7 +33,8 @@ struct Alert {
 /// Keeps alerts until they are answered, in the order in which they were presented. MAIN.
 class AlertCenter {
 public:
-    /// Queues alert and tells the observer.
+    /// Queues alert and tells the observer. One without a text field that says what a waiting one
+    /// says is dropped.
     void present(Alert alert);
 
     /// The alert to be shown now; null when there is none. Valid until it is answered.

@@ -35,7 +35,8 @@ std::string contentHash(std::span<const std::byte> bytes) {
     return hexadecimal(XXH3_128bits(bytes.data(), bytes.size()));
 }
 
-Result<std::string> contentHashOfFile(const std::filesystem::path& path) {
+Result<std::string> contentHashOfFile(const std::filesystem::path& path,
+                                      const std::function<bool()>& wanted) {
     const auto failure = [&](const char* reason) {
         return Failure{path.string() + " cannot be read: " + reason};
     };
@@ -51,6 +52,7 @@ Result<std::string> contentHashOfFile(const std::filesystem::path& path) {
     std::uint64_t left = std::filesystem::file_size(path, ignored);
     std::vector<char> piece(kPiece);
     while (file && !ignored && left > 0) {
+        if (wanted && !wanted()) return failure("the reading was cancelled");
         file.read(piece.data(),
                   static_cast<std::streamsize>(std::min<std::uint64_t>(left, kPiece)));
         XXH3_128bits_update(state.get(), piece.data(), static_cast<std::size_t>(file.gcount()));

@@ -36,7 +36,8 @@ Result<LoadedSample> readSample(const std::filesystem::path& path,
     Result<SoundFile> read = readSoundFile(path, {.progress = progress});
     if (!read) return Failure{read.message()};
     const SoundFile& file = read.value();
-    Result<std::string> hash = contentHashOfFile(path);
+    Result<std::string> hash =
+        contentHashOfFile(path, [&progress] { return !progress || progress(1.0); });
     if (!hash) return Failure{hash.message()};
     try {
         LoadedSample loaded{std::make_shared<mokSample>(), {}};
@@ -65,21 +66,26 @@ SampleLoader::SampleLoader(Instance& instance, MOK_SCRUB_GRANULATOR& stream)
 void SampleLoader::loadSamplePerform(const std::filesystem::path& path, Ended ended) {
     std::error_code error;
     const auto absolute = std::filesystem::absolute(path, error);
-    start([file = error ? path : absolute] { return file; }, SoundUse::play, std::move(ended));
+    start([file = error ? path : absolute](const auto&) { return file; }, SoundUse::play,
+          std::move(ended));
 }
 
 void SampleLoader::loadReference(const SampleReference& reference, SoundUse use, Ended ended) {
     stream_.setSampleReference(reference);
-    start([reference, folders = instance_.folders] { return findSample(reference, folders); }, use,
-          std::move(ended));
+    start(
+        [reference, folders = instance_.folders](const Worker::Cancelled& cancelled) {
+            return findSample(reference, folders, [&cancelled] { return !cancelled; });
+        },
+        use, std::move(ended));
 }
 
 void SampleLoader::start(Find find, SoundUse use, Ended ended) {
     ++requests_;
-    const bool wasLive = stream_.isLive();
-    auto answer = [this, use, wasLive, ended = std::move(ended)](Result<LoadedSample>& loaded) {
+    const std::uint64_t liveStarts = stream_.liveStarts();
+    auto answer = [this, use, liveStarts, ended = std::move(ended)](Result<LoadedSample>& loaded) {
         // Whoever switched LIVE on while the file was read wants to go on hearing it.
-        const SoundUse now = !wasLive && stream_.isLive() ? SoundUse::await : use;
+        const bool wentLive = stream_.isLive() && stream_.liveStarts() != liveStarts;
+        const SoundUse now = wentLive ? SoundUse::await : use;
         bool taken = false;
         if (!loaded)
             presentWarning(instance_, loaded.message());
@@ -95,7 +101,7 @@ void SampleLoader::start(Find find, SoundUse use, Ended ended) {
     worker_.start([find = std::move(find), shared = instance_.folders.shared, progress = progress_,
                    answer = std::move(answer)](const Worker::Cancelled& cancelled) {
         *progress = 0.0; // a job that was cancelled may have set it since
-        const std::filesystem::path path = find();
+        const std::filesystem::path path = find(cancelled);
         if (isMissing(path)) logLine("Warning, no file exist at path: " + path.string() + "!");
         auto loaded = std::make_shared<Result<LoadedSample>>(
             readSample(path, shared, [&cancelled, &progress](double share) {

@@ -44,7 +44,8 @@ public:
     std::uint64_t requests() const { return requests_; }
 
 private:
-    using Find = std::function<std::filesystem::path()>; // WORKER; the file to be read
+    /// The file to be read. WORKER.
+    using Find = std::function<std::filesystem::path(const Worker::Cancelled& cancelled)>;
     void start(Find find, SoundUse use, Ended ended);
 
     Instance& instance_;

@@ -24,8 +24,10 @@ bool isBelow(const Path& path) {
     return !normal.empty() && normal.is_relative() && *normal.begin() != "..";
 }
 
-bool hasContent(const Path& path, const std::string& hash) {
-    const Result<std::string> found = contentHashOfFile(path);
+using Wanted = std::function<bool()>;
+
+bool hasContent(const Path& path, const std::string& hash, const Wanted& wanted) {
+    const Result<std::string> found = contentHashOfFile(path, wanted);
     return found && found.value() == hash;
 }
 
@@ -50,7 +52,7 @@ std::vector<Path> soundFiles(const Path& folder) {
 
 } // namespace
 
-Path findSample(const SampleReference& reference, const Folders& folders) {
+Path findSample(const SampleReference& reference, const Folders& folders, const Wanted& wanted) {
     const Path path(reference.path), name = path.filename();
     std::vector<Path> candidates = {path, folders.shared / name, folders.resources / name};
     if (const Path below(reference.relativePath); isBelow(below))
@@ -61,10 +63,10 @@ Path findSample(const SampleReference& reference, const Folders& folders) {
     if (candidates.size() == 1 || (hash.empty() && !candidates.empty())) return candidates.front();
     if (hash.empty()) return path;
     for (const Path& candidate : candidates)
-        if (hasContent(candidate, hash)) return candidate;
+        if (hasContent(candidate, hash, wanted)) return candidate;
     if (!candidates.empty()) return candidates.front();
     for (const Path& file : soundFiles(folders.shared))
-        if (hasContent(file, hash)) return file;
+        if (hasContent(file, hash, wanted)) return file;
     return path;
 }
 

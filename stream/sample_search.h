@@ -5,13 +5,15 @@
 #include "stream/sample_reference.h"
 
 #include <filesystem>
+#include <functional>
 
 namespace zephyra {
 
 /// Of the reference's path, its relative path below the shared folder, and its file name in the
 /// shared and the resource folder, the first file with the reference's content, else the first that
 /// exists, else any file of the shared folder with that content; the reference's path when there is
-/// none. MAIN or WORKER; it may read many files.
-std::filesystem::path findSample(const SampleReference& reference, const Folders& folders);
+/// none. It may read many files, as long as wanted answers true. MAIN or WORKER.
+std::filesystem::path findSample(const SampleReference& reference, const Folders& folders,
+                                 const std::function<bool()>& wanted = {});
 
 } // namespace zephyra

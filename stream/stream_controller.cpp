@@ -94,6 +94,7 @@ void MOK_SCRUB_GRANULATOR::addSwitchTargets() {
     c._keyboardButton.addTarget(this, "ui_setPitchToKeyboard:", touchUpInside,
                                 [this](Control& sender) {
                                     sender.tag = sender.tag == 1 ? 0 : 1;
+                                    sender.setNeedsDisplay();
                                     ui_setPitchToKeyboard(&sender);
                                 });
 }

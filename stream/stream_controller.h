@@ -9,6 +9,7 @@
 #include "platform/realtime.h"
 #include "platform/render_cycle.h"
 #include "stream/live_buffer.h"
+#include "stream/oscilloscope.h"
 #include "stream/sample_reference.h"
 #include "stream/scrub_recorder.h"
 #include "stream/stream_controls.h"
@@ -31,16 +32,6 @@ struct granular_data {
     WaveForm* waveform;
     bool isPlaying = false;   ///< play-state flag; MAIN
     bool followsHost = false; ///< host-follow flag, a copy of the scan-sync switch; MAIN
-};
-
-/// Sees a stream's finished output.
-class Oscilloscope {
-public:
-    virtual ~Oscilloscope() = default;
-    /// frames samples (at most mokGranulatorSF::kMaxBlockFrames) in the first two buffers of list,
-    /// which are only to be read. RENDER.
-    virtual void OscilloscopeAddAudio(const AudioBufferList& list,
-                                      int frames) ZEPHYRA_NONBLOCKING = 0;
 };
 
 /// Owns the engine, the controls, the sound, the live buffer and the envelope of one stream, and
@@ -177,8 +168,10 @@ public:
     void ui_enableLiveInput(Control* sender = nullptr);
     bool isLive() const { return controls._enableLIVE.tag == 1; }
     /// An instrument has no input: LIVE stays off, whoever asks.
-    void setLiveAllowed(bool allowed) { liveAllowed_ = allowed; }
+    void setLiveAllowed(bool allowed);
     bool liveAllowed() const { return liveAllowed_; }
+    /// How often LIVE went on.
+    std::uint64_t liveStarts() const { return liveStarts_; }
     /// Forgets what was heard.
     void ui_liveClear(Control* sender = nullptr);
     /// Makes a captured sound the live buffer's content, oldest frame first, and the current sound.
@@ -235,8 +228,8 @@ public:
     /// How many replaced objects still wait.
     std::size_t waitingObjects() const noexcept { return retirement_.waiting(); }
 
-    /// Shows the output to oscilloscope (not owned) from now on, or to nobody. OFF.
-    void setOscilloscope(Oscilloscope* oscilloscope) noexcept { oscilloscope_ = oscilloscope; }
+    /// What the finished output is shown to.
+    Oscilloscope& oscilloscope() noexcept { return oscilloscope_; }
 
 private:
     friend granular_data* getGranularData(MOK_SCRUB_GRANULATOR* controller) noexcept;
@@ -278,7 +271,7 @@ private:
     WaveForm waveForm_;
     mokGranulatorSF engine_;
     granular_data data_{&engine_, &waveForm_};
-    Oscilloscope* oscilloscope_ = nullptr;
+    Oscilloscope oscilloscope_;
 
     StreamFade fade_; ///< the level's way up and down: _fade, _incrIn, _incrOut and the abort flags
     bool _isFading = false;
@@ -295,6 +288,7 @@ private:
     SampleReference reference_;
     bool normalizeTouched_ = false;
     bool liveAllowed_ = true;
+    std::uint64_t liveStarts_ = 0;
     float regionStart_ = 0.0f, regionEnd_ = 1.0f;
     std::uint64_t scanChoices_ = 0; // setScrubNormalizedValue and setRegion count
     std::size_t envelope_;

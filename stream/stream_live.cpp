@@ -22,6 +22,7 @@ void MOK_SCRUB_GRANULATOR::ui_enableLiveInput(Control*) {
     const bool wasPlaying = isPlaying();
     if (wasPlaying) stop();
     if (on) {
+        ++liveStarts_;
         waveForm_.makeLiveCurrent();
         controls._normalizeGain.setValue(1.0f);
         ui_normalizeBuffer(&controls._normalizeGain);
@@ -34,14 +35,18 @@ void MOK_SCRUB_GRANULATOR::ui_enableLiveInput(Control*) {
     if (settings_) settings_->AUv3_Parameter_LiveToggle_from_DSP();
 }
 
-/// LIVE off without a word to the engine, for when another sound takes its place.
+void MOK_SCRUB_GRANULATOR::setLiveAllowed(bool allowed) {
+    if (!allowed && isLive()) ui_enableLiveInput();
+    liveAllowed_ = allowed;
+}
+
+/// LIVE off without a word to the engine or the host, for when another sound takes its place.
 void MOK_SCRUB_GRANULATOR::leaveLive() {
     if (!isLive()) return;
     controls._enableLIVE.tag = 0;
     controls._enableLIVE.setNeedsDisplay();
     waveForm_.enableLIVE(false);
     waveForm_.stopLiveTimer();
-    if (settings_) settings_->AUv3_Parameter_LiveToggle_from_DSP();
 }
 
 void MOK_SCRUB_GRANULATOR::ui_liveClear(Control*) {
@@ -59,6 +64,7 @@ bool MOK_SCRUB_GRANULATOR::setCaptured(std::span<const float> samples, double ra
     }
     leaveLive();
     waveForm_.makeLiveCurrent();
+    if (settings_) settings_->AUv3_Parameter_LiveToggle_from_DSP();
     return true;
 }
 

@@ -45,8 +45,7 @@ void GranulatorProcessing(MOK_SCRUB_GRANULATOR* controller, int frames,
         if (input) drawLiveWaveForm(stream.waveform, count, BlockView(*input, done, count).list);
         const BlockView out(output, done, count);
         stream.engine->GranularStreamProcessing(count, out.list);
-        if (controller->oscilloscope_)
-            controller->oscilloscope_->OscilloscopeAddAudio(out.list, count);
+        controller->oscilloscope_.OscilloscopeAddAudio(out.list, count);
     }
 }
 

@@ -10,7 +10,8 @@ public:
     virtual double fadeInTime() const = 0;  ///< seconds, from 0 up
     virtual double fadeOutTime() const = 0; ///< seconds, from 0 up
 
-    /// The button's state changed and the host must see it.
+    /// The button's state changed and the host must see it; the last one also when a file took the
+    /// place of a live sound.
     virtual void AUv3_Parameter_playToggle_from_DSP() = 0;
     virtual void AUv3_Parameter_freezeToggle_from_DSP() = 0;
     virtual void AUv3_Parameter_LiveToggle_from_DSP() = 0;

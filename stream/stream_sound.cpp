@@ -1,26 +1,13 @@
 // Which sound a stream plays: a file's, as it is or normalized, or what live input left.
 
+#include "platform/fixed_text.h"
 #include "platform/log.h"
 #include "stream/normalized_sample.h"
 #include "stream/stream_controller.h"
 
-#include <charconv>
 #include <filesystem>
 
 namespace zephyra {
-
-namespace {
-
-/// With a point in every locale; precision counts decimals, negative ones as many as are needed.
-std::string numberText(double value, int precision = -1) {
-    char text[400]; // the largest double has 309 digits
-    const auto end = precision < 0 ? std::to_chars(text, text + sizeof text, value)
-                                   : std::to_chars(text, text + sizeof text, value,
-                                                   std::chars_format::fixed, precision);
-    return {text, end.ptr};
-}
-
-} // namespace
 
 void MOK_SCRUB_GRANULATOR::handToEngine(const mokSample* sample) {
     engine_.setSample(sample); // drops the pitch; the other two depend on the sample's length
@@ -46,6 +33,7 @@ bool MOK_SCRUB_GRANULATOR::loadSound(std::shared_ptr<mokSample> sound, SampleRef
 void MOK_SCRUB_GRANULATOR::playFile() {
     leaveLive();
     waveForm_.makeFileCurrent();
+    if (settings_) settings_->AUv3_Parameter_LiveToggle_from_DSP();
 }
 
 void MOK_SCRUB_GRANULATOR::restoreLastSample() {
@@ -87,8 +75,8 @@ std::string MOK_SCRUB_GRANULATOR::fileInformation() const {
     if (!name.empty() && reference_.frames == 0) return name + ", not loaded";
     if (!waveForm_.hasFileSample()) return "No sound";
     std::string line = name.empty() ? std::string("Sound") : name;
-    line += ", " + numberText(waveForm_.getFileDuration(), 3) + " s, ";
-    line += numberText(double{waveForm_.mSample()->sampleRate}) + " Hz";
+    line += ", " + fixedText(waveForm_.getFileDuration(), 3) + " s, ";
+    line += fixedText(double{waveForm_.mSample()->sampleRate}, 0) + " Hz";
     if (reference_.channels > 0)
         line += reference_.channels == 1 ? ", mono"
                                          : ", " + std::to_string(reference_.channels) + " channels";

@@ -178,6 +178,8 @@ void restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, Prop
     restoring.scan();
     if (const auto reference = readReference(state, "Sample" + stream.channel()))
         loader.loadReference(*reference, live ? SoundUse::await : SoundUse::play);
+    else if (live && !stream.isLive())
+        loader.cancel(); // or what was asked for before would take the captured sound's place
 }
 
 } // namespace zephyra

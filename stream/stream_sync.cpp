@@ -23,7 +23,10 @@ void MOK_SCRUB_GRANULATOR::syncStateTempoForte() {
 }
 
 void MOK_SCRUB_GRANULATOR::clearBackgroundLater(Button& button) {
-    onMain([&button] { button.backgroundColor.reset(); });
+    onMain([&button] {
+        button.backgroundColor.reset();
+        button.setNeedsDisplay();
+    });
 }
 
 void MOK_SCRUB_GRANULATOR::syncStateDidChangedWithBPM(double bpm) {
@@ -36,16 +39,20 @@ void MOK_SCRUB_GRANULATOR::syncStateDidChangedWithBPM(double bpm) {
 }
 
 void MOK_SCRUB_GRANULATOR::forceToPlayIfShouldPlay() {
-    if (controls._playToggle.tag != 0 || !controls.syncSampler.isOn()) return;
+    const bool stopped = controls._playToggle.tag == 0 && !startQueued_;
+    if (!stopped || !controls.syncSampler.isOn()) return;
     clearBackgroundLater(controls._playToggle); // it may have been armed
     ____play();
 }
 
 void MOK_SCRUB_GRANULATOR::shouldPlay() {
+    if (startQueued_) return onMain([this] { shouldPlay(); }); // after the start shows
+    if (shouldPlayOnTime) return; // it waits for its downbeat: pressing would disarm it
     if (!data_.isPlaying && data_.followsHost) ui_playStop(&controls._playToggle);
 }
 
 void MOK_SCRUB_GRANULATOR::shouldStop() {
+    if (startQueued_) return onMain([this] { shouldStop(); });
     if (data_.isPlaying && data_.followsHost) ui_playStop(&controls._playToggle);
 }
 
@@ -79,6 +86,10 @@ void MOK_SCRUB_GRANULATOR::enableSamplerSync(Control*) {
         c._scanning.hidden = on;
         c.sampler_mesure.hidden = c.sampler_quarter.hidden = c.syncImg.hidden = !on;
         if (!on) setArmed(false);
+        for (Control* changed :
+             {static_cast<Control*>(&c._scanning), static_cast<Control*>(&c.sampler_mesure),
+              static_cast<Control*>(&c.sampler_quarter), &c.syncImg})
+            changed->setNeedsDisplay();
     });
     ui_setSpeed(&controls._scanning);
 }

@@ -20,6 +20,7 @@ void MOK_SCRUB_GRANULATOR::ui_playStop(Control*) {
     data_.isPlaying = false;
     controls._playToggle.title = kStoppedIcon;
     controls._playToggle.tintColor.reset();
+    controls._playToggle.setNeedsDisplay();
     const double seconds = fadeTime(ControlId::fadeOut);
     if (recorder_) recorder_->scrubAnimation(seconds);
     fade_.beginOut(seconds);
@@ -33,6 +34,7 @@ void MOK_SCRUB_GRANULATOR::ui_playStop(Control*) {
 void MOK_SCRUB_GRANULATOR::____play() {
     startQueued_ = true;
     onMain([this] { showPlaying(); });
+    handFadedLevel(); // or a block that comes right now would begin at the full volume
     std::string error;
     if (!play(&error)) logLine("Could not play player: " + error);
     const double seconds = fadeTime(ControlId::fadeIn);
@@ -49,15 +51,19 @@ void MOK_SCRUB_GRANULATOR::showPlaying() {
     data_.isPlaying = true;
     controls._playToggle.title = kPlayingIcon;
     controls._playToggle.tintColor = kActiveRed;
+    controls._playToggle.setNeedsDisplay();
     if (settings_) settings_->AUv3_Parameter_playToggle_from_DSP();
 }
 
 void MOK_SCRUB_GRANULATOR::setArmed(bool armed) {
-    shouldPlayOnTime = armed;
+    const bool changed = std::exchange(shouldPlayOnTime, armed) != armed;
     if (armed)
         controls._playToggle.backgroundColor = kArmedRed;
     else
         controls._playToggle.backgroundColor.reset();
+    controls._playToggle.setNeedsDisplay();
+    // Armed counts as on.
+    if (changed && settings_) settings_->AUv3_Parameter_playToggle_from_DSP();
 }
 
 bool MOK_SCRUB_GRANULATOR::play(std::string*) {
@@ -129,6 +135,7 @@ void MOK_SCRUB_GRANULATOR::ui_freeze(Control*) {
         controls._freeze.tintColor = kActiveRed;
     else
         controls._freeze.tintColor.reset();
+    controls._freeze.setNeedsDisplay();
     ui_setSpeed(&controls._scanning);
     if (settings_) settings_->AUv3_Parameter_freezeToggle_from_DSP();
 }

@@ -107,6 +107,41 @@ TEST(Scan, StandsBehindTheInputOfAFreshEffectUnlessItWasSetBefore) {
     }
 }
 
+TEST(Scan, StartsAFileThatTakesTheCapturedSoundsPlaceFromItsStart) {
+    HostedUnit hosted(component_type::effect);
+    hosted.instance.runLoop.runPosted();
+    hosted.stream.setLinear(live, 0);
+    hosted.instance.runLoop.runPosted();
+    EXPECT_EQ(hosted.stream.linear(scanning), 0); // what was captured goes on standing
+    hosted.stream.loadSound(noiseSample(1000, 44100));
+    hosted.instance.runLoop.runPosted();
+    EXPECT_EQ(hosted.stream.linear(scanning), 1);
+
+    hosted.stream.setLinear(live, 1);
+    hosted.stream.setLinear(scanning, 2); // as a state does whose sample loads later
+    hosted.stream.loadSound(noiseSample(2000, 44100));
+    hosted.instance.runLoop.runPosted();
+    EXPECT_EQ(hosted.stream.linear(scanning), 2);
+    EXPECT_EQ(hosted.parameter(scrubbingWave).value(), 0);
+}
+
+TEST(Life, EndsInAnyOrderAndGoesOnWithAnotherController) {
+    HostedUnit hosted(component_type::effect);
+    {
+        AudioUnitViewController other(hosted.instance);
+        other.setAudioUnit(hosted.unit.get());
+        EXPECT_EQ(hosted.view.audioUnit(), nullptr);
+        hosted.view.setAudioUnit(hosted.unit.get());
+        EXPECT_EQ(other.audioUnit(), nullptr);
+    }
+    hosted.parameter(pitch).setValue(5);
+    hosted.instance.runLoop.runPosted();
+    EXPECT_EQ(hosted.stream.linear(pitch), 5);
+    hosted.unit.reset();
+    EXPECT_EQ(hosted.view.audioUnit(), nullptr);
+    hosted.view._inputDryWetKnob.resetsDefault();
+}
+
 TEST(State, ComesBackWholeWithTheKeysThatNobodyKnows) {
     HostedUnit saved(component_type::effect), restored(component_type::effect);
     saved.ready();

@@ -74,24 +74,19 @@ TEST(StreamRender, CutsGrainsFromLiveInputInPlaceOrNotAndInStepsOf4096Frames) {
         }
 }
 
-TEST(StreamRender, ShowsTheFinishedOutputToTheOscilloscope) {
-    struct Screen : Oscilloscope {
-        std::vector<float> left = std::vector<float>(10000);
-        std::size_t seen = 0;
-        void OscilloscopeAddAudio(const AudioBufferList& list,
-                                  int frames) ZEPHYRA_NONBLOCKING override {
-            std::copy_n(list.floats(0), frames, left.data() + seen);
-            seen += static_cast<std::size_t>(frames);
-        }
-    } screen;
+TEST(StreamRender, ShowsTheNewestOutputToAnOscilloscopeThatSomebodyWatches) {
     TestStream stream;
     stream->loadSound(noiseSample(44100, 44100.0f));
     stream->play();
-    stream->setOscilloscope(&screen);
     StereoBlock out(10000);
-    GranulatorProcessing(&stream.controller, 10000, nullptr, out.from(0));
-    EXPECT_EQ(screen.left, out.left);
-    EXPECT_GT(peak(out.left), 0.0f);
+    std::vector<float> seen(Oscilloscope::kFrames);
+    for (const bool watched : {false, true}) {
+        stream->oscilloscope().setWatched(watched);
+        GranulatorProcessing(&stream.controller, 10000, nullptr, out.from(0));
+        stream->oscilloscope().newest(1, seen);
+        EXPECT_EQ(std::equal(seen.rbegin(), seen.rend(), out.right.rbegin()), watched);
+    }
+    EXPECT_GT(peak(seen), 0.0f);
 }
 
 TEST(StreamRender, WritesLiveInputAlsoWhereNothingCanBeHeard) {

@@ -146,6 +146,22 @@ TEST_F(StreamSound, StaysWhatLiveHeardUntilAFileComesAndExportsItInTheOrderOfTim
     EXPECT_EQ(player.sound().size, 100u);
 }
 
+TEST_F(StreamSound, LetsAFileWaitBehindASoundThatWasChosenWhileItWasRead) {
+    const auto path = write(folder / "late.raw", 100);
+    stream.ui_enableLiveInput();
+    player.hear(ramp(1, 50));
+    player.loader.loadSamplePerform(path);
+    for (int press = 0; press < 2; ++press) stream.ui_enableLiveInput();
+    player.finishWork();
+    EXPECT_TRUE(stream.isLive());
+    stream.ui_enableLiveInput();
+    PropertyDictionary state = player.state();
+    state.erase("Sample_0");
+    player.loader.loadSamplePerform(path);
+    player.restore(state);
+    EXPECT_EQ(&player.sound(), stream.waveForm().liveSample());
+}
+
 TEST_F(StreamSound, ComesBackFromAStateWithEveryControl) {
     const auto path = folder / "shared/kept.raw", moved = folder / "shared/moved.raw";
     player.loader.loadSamplePerform(write(path, 100));

@@ -127,6 +127,7 @@ TEST_F(StreamTransport, ArmsAndDisarmsForTheDownbeatWhileTheScanIsSynced) {
         EXPECT_EQ(stream->linear(playStop), armed ? 1.0f : 0.0f);
     }
     EXPECT_FALSE(stream->isPlaying());
+    EXPECT_EQ(std::exchange(others.told, {}), Log(3, "play"));
     stream->syncStateTempoForte();
     EXPECT_EQ(others.told, (Log{"animate 1.000000", "release"}));
     stream.pass(0.0);
@@ -152,20 +153,22 @@ TEST_F(StreamTransport, FollowsTheHostOnlyWhileTheScanIsSynced) {
     const auto tellAll = [&] {
         others.told.clear();
         stream->shouldPlay();
+        stream->shouldPlay(); // is armed already
         stream->shouldRewind();
         stream->shouldRewindFromHost();
         stream->syncStateTempoForte();
-        stream.pass(0.0);
         stream->shouldPlay(); // plays already
-        stream->shouldStop();
+        stream->forceToPlayIfShouldPlay();
+        stream->shouldStop(); // before the start shows
         stream->shouldStop();
         stream.pass(0.0);
         return others.told;
     };
     EXPECT_EQ(tellAll(), Log{});
     stream->setDisplayed(scanSync, 1.0f);
-    EXPECT_EQ(tellAll(), (Log{"position", "position", "animate 1.000000", "release", "play",
+    EXPECT_EQ(tellAll(), (Log{"play", "position", "position", "animate 1.000000", "release", "play",
                               "animate 0.500000", "play"}));
+    EXPECT_EQ(playButton.tag, 0);
 }
 
 TEST_F(StreamTransport, ScansTheSoundInSoManyMeasuresAtTheHostsTempo) {
@@ -233,8 +236,9 @@ TEST_F(StreamTransport, PressesAButtonOnlyForAValueThatItDoesNotShow) {
     stream.pass(0.0);
     EXPECT_EQ(playButton.tag, 0); // also though no start had shown before the next switch
     EXPECT_EQ(std::count(others.told.begin(), others.told.end(), "freeze"), 4);
+    EXPECT_TRUE(stream->setDisplayed(live, 1.0f));
     stream->setLiveAllowed(false);
-    EXPECT_FALSE(stream->setDisplayed(live, 1.0f));
+    EXPECT_FALSE(stream->isLive() || stream->setDisplayed(live, 1.0f));
 }
 
 TEST(StreamLife, EndsWithStepsStillQueued) {

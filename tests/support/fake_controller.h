@@ -43,6 +43,7 @@ struct FakeController final : AudioUnitController, ControlManager {
     void connectViewWithAU() override { calls << "connect "; }
     void refreshParameters() override { calls << "refresh "; }
     void removeTargets() override { calls << "remove "; }
+    void audioUnitLeaves() override {}
     bool LoadSampleDelegate(const std::string& name) override {
         calls << "load:" << name << ' ';
         return true;

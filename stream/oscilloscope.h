@@ -1,0 +1,39 @@
+// Oscilloscope: the newest output of a stream, kept for a screen that looks at it.
+#pragma once
+
+#include "platform/audio_buffer_list.h"
+#include "platform/realtime.h"
+#include "platform/relaxed.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace zephyra {
+
+/// A ring of the last kFrames frames. RENDER fills it while somebody looks, and passes it by
+/// otherwise.
+class Oscilloscope {
+public:
+    static constexpr std::size_t kFrames = 4096; ///< 93 ms at 44100 Hz
+
+    /// Whether somebody looks. Nobody does at first; what was kept before stays. MAIN.
+    void setWatched(bool watched) noexcept { watched_ = watched; }
+
+    /// Adds frames samples of the first two buffers of list, which are only read; a missing one is
+    /// silent. RENDER.
+    void OscilloscopeAddAudio(const AudioBufferList& list, int frames) ZEPHYRA_NONBLOCKING;
+
+    /// The newest frames of channel 0 (left) or 1, oldest first; at most kFrames are filled. While
+    /// RENDER goes on, the oldest of kFrames frames may already be newer ones. Any thread but
+    /// RENDER.
+    void newest(std::size_t channel, std::span<float> frames) const noexcept;
+
+private:
+    Relaxed<bool> watched_ = false;
+    Relaxed<std::uint64_t> added_ = 0; // frames ever
+    std::array<std::array<Relaxed<float>, kFrames>, 2> channels_;
+};
+
+} // namespace zephyra

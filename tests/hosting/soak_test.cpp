@@ -1,0 +1,78 @@
+// An hour of use on the sample clock: time stays exact, and nothing piles up.
+
+#include "tests/support/hosted_unit.h"
+#include "tests/support/render_guard.h"
+
+#include <cmath>
+#include <fstream>
+#include <functional>
+#include <gtest/gtest.h>
+#include <random>
+#include <unistd.h>
+
+namespace zephyra {
+namespace {
+
+constexpr double kRate = 8000.0;
+constexpr std::uint32_t kFrames = 4096;
+constexpr int kBlocks = static_cast<int>(3600 * kRate / kFrames) + 1;
+constexpr float kLoudest = 100.0f; // times full scale; what was heard is heard again
+
+/// Bytes of this program that are in memory.
+double residentBytes() {
+    double all = 0, resident = 0;
+    std::ifstream("/proc/self/statm") >> all >> resident;
+    return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+void use(HostedUnit& hosted, std::mt19937& random) {
+    MOK_SCRUB_GRANULATOR& stream = hosted.stream;
+    const auto id = static_cast<ControlId>(random() % kControlCount);
+    const ControlRange& range = controlRange(id);
+    const bool isSwitch = range.kind == ControlKind::switching;
+    const float share = static_cast<float>(isSwitch ? random() % 2 * 100 : random() % 101) / 100.0f;
+    const float value = range.minimum + share * (range.maximum - range.minimum);
+    if (id < ControlId::normalize && random() % 2)
+        hosted.queue(id, value);
+    else
+        stream.setLinear(id, value);
+    const std::function<void()> acts[] = {
+        [&] { hosted.view.restoreState(hosted.view.getState()); },
+        [&] { stream.loadSound(noiseSample(20000 + random() % 20000, 8000)); },
+        [&] { stream.ui_liveClear(); },
+        [&] { hosted.host.setTempo(60.0 + static_cast<double>(random() % 100)); },
+        [&] { hosted.host.setTransport(random() % 2 == 0); },
+        [&] { stream.pickEnvelope(random() % 12); },
+        [&] { stream.ui_playStop(); },
+    };
+    if (const auto act = random() % 40; act < std::size(acts)) acts[act]();
+}
+
+TEST(Soak, AnHourOfUseKeepsTimeMemoryAndLevel) {
+    HostedUnit hosted(component_type::effect);
+    hosted.ready(kFrames);
+    ASSERT_EQ(hosted.host.start({kRate, kFrames}), 0);
+    hosted.host.reportContext(true);
+    hosted.host.reportTransport(true);
+    hosted.host.setMeter(4);
+    hosted.host.setTempo(120);
+    const double begin = hosted.instance.runLoop.now();
+    std::mt19937 random(3);
+    double warm = 0;
+    for (int block = 1; block <= kBlocks; ++block) {
+        if (block == kBlocks / 4) warm = residentBytes();
+        use(hosted, random);
+        hosted.heard.clear();
+        hosted.render(kFrames);
+        for (const float sample : hosted.heard) ASSERT_LT(std::fabs(sample), kLoudest) << block;
+        ASSERT_LE(hosted.stream.waitingObjects(), 4u);
+        ASSERT_NEAR(hosted.instance.runLoop.now() - begin, block * double{kFrames} / kRate, 1e-6);
+    }
+    EXPECT_GT(hosted.stream.engine().startedGrains(), 10000u);
+    EXPECT_EQ(hosted.unit->lostNotices(), 0u);
+    const bool isFreed = RenderGuard::isActive(); // a sanitizer keeps it
+    EXPECT_LT(isFreed ? residentBytes() - warm : 0.0, 8.0 * 1024 * 1024);
+}
+
+} // namespace
+} // namespace zephyra

@@ -1,0 +1,32 @@
+// Every kept input of the two fuzzers of the whole system, whose names say what happens in them.
+
+#include "fuzz/render_cycles.h"
+#include "fuzz/restored_state.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace zephyra {
+namespace {
+
+int playAll(std::string (*play)(std::span<const std::byte>), const std::string& corpus) {
+    int played = 0;
+    const std::filesystem::path folder = ZEPHYRA_SOURCE_DIR "/fuzz/corpus/" + corpus;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        const std::string bytes = readText(entry.path());
+        EXPECT_EQ(play(std::as_bytes(std::span(bytes))), "") << entry.path();
+        ++played;
+    }
+    return played;
+}
+
+TEST(RenderCycleCorpus, AnswersEveryCycleAsItMustAndKeepsTheRenderPromise) {
+    EXPECT_GE(playAll(playRenderCycles, "render_cycle"), 19);
+}
+
+TEST(RestoreStateCorpus, RendersFiniteSoundAndStaysTheSame) {
+    EXPECT_GE(playAll(tryRestoring, "restore_state"), 26);
+}
+
+} // namespace
+} // namespace zephyra

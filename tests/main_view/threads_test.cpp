@@ -1,0 +1,136 @@
+// A host's two threads, the user and the driver of the run loop at once; the thread sanitizer
+// watches.
+
+#include "platform/wall_clock_driver.h"
+#include "tests/support/hosted_unit.h"
+#include "tests/support/temporary_folder.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <functional>
+#include <mutex>
+#include <random>
+#include <thread>
+
+namespace zephyra {
+namespace {
+
+using namespace std::chrono_literals;
+constexpr std::uint32_t kFrames = 64;
+constexpr int kCycles = 10000;
+const char* const kSound = ZEPHYRA_SOURCE_DIR "/fuzz/corpus/sound_file/mono.wav";
+
+/// A linear value of a control, from a number.
+float valueOf(ControlId id, unsigned long number) {
+    const ControlRange& range = controlRange(id);
+    if (id == ControlId::density) return range.maximum; // else seconds pass without a grain
+    if (range.kind == ControlKind::switching) return static_cast<float>(number % 2);
+    return range.minimum + (range.maximum - range.minimum) * static_cast<float>(number % 101) / 100;
+}
+
+struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderPullInputBlock {
+    HostedUnit hosted{component_type::musicEffect};
+    TemporaryFolder folder;
+    std::mutex rendering; // a host does not render while it allocates
+    std::atomic<int> cycle = 0;
+
+    Threads() {
+        hosted.instance.folders.shared = folder.path();
+        hosted.unit->musicalContextBlock = this;
+        hosted.unit->transportStateBlock = this;
+        allocate(44100.0);
+    }
+    void allocate(double rate) {
+        const std::lock_guard paused(rendering);
+        const RunLoop::Scope main(hosted.instance.runLoop);
+        hosted.unit->deallocateRenderResources();
+        for (const auto* side : {&hosted.unit->inputBusses(), &hosted.unit->outputBusses()})
+            side->busses[0]->setFormat({rate, 2});
+        hosted.instance.session.sampleRate = rate;
+        EXPECT_EQ(hosted.unit->allocateRenderResourcesAndReturnError(), 0);
+    }
+    void renderCycle(std::uint8_t note) {
+        AURenderEvent events[4];
+        for (int i = 0; i < 3; ++i) events[i].next = &events[i + 1];
+        const auto id = static_cast<ControlId>(cycle % int{kParameterCount});
+        const float value = valueOf(id, 11ul * cycle / 24);
+        events[0].parameter = {static_cast<AUParameterAddress>(id), value, 0};
+        events[1].eventType = AURenderEventType::parameterRamp;
+        events[1].parameter = {static_cast<AUParameterAddress>(cycle % 5), value, 64};
+        events[2].eventType = AURenderEventType::MIDIEventList;
+        events[3].eventType = AURenderEventType::MIDI;
+        events[3].MIDI = {3, 0, {0x90, note, 100}};
+        StereoBlock output(kFrames);
+        AudioBufferList list = output.from(0);
+        const std::lock_guard now(rendering);
+        EXPECT_EQ(hosted.unit->internalRenderBlock()(kFrames, list, events, this), 0);
+        for (const float sample : output.left) EXPECT_TRUE(std::isfinite(sample));
+    }
+    bool musicalContext(AUMusicalContext& context) ZEPHYRA_NONBLOCKING override {
+        context = {cycle % 500 < 250 ? 120.0 : 90.5, 4.0, (cycle % 300) / 10.0 - 1.0};
+        return true;
+    }
+    bool transportState(AUTransportState& state) ZEPHYRA_NONBLOCKING override {
+        state.flags = cycle % 200 < 100 ? transport_flag::moving : 0u;
+        return true;
+    }
+    OSStatus pullInput(std::uint32_t frames, std::int64_t,
+                       AudioBufferList& list) ZEPHYRA_NONBLOCKING override {
+        for (std::uint32_t c = 0; c < 2; ++c) std::fill_n(list.floats(c), frames, 0.25f);
+        return 0;
+    }
+    void host() {
+        for (; cycle < kCycles; ++cycle, std::this_thread::sleep_for(200us))
+            renderCycle(static_cast<std::uint8_t>(36 + cycle % 48));
+    }
+    void setParameters() {
+        std::mt19937 random(1);
+        for (; cycle < kCycles; std::this_thread::sleep_for(500us)) {
+            const auto id = static_cast<ControlId>(random() % kParameterCount);
+            hosted.parameter(id).setValue_originator_atHostTime_eventType(
+                valueOf(id, random()), 0, 0, AUParameterAutomationEventType(random() % 3));
+        }
+    }
+    void user(std::mt19937& random) {
+        const RunLoop::Scope main(hosted.instance.runLoop);
+        auto& stream = hosted.stream;
+        const auto id = static_cast<ControlId>(random() % kControlCount);
+        stream.setLinear(id, valueOf(id, random()));
+        const std::function<void()> acts[] = {
+            [&] { hosted.view.loadSample(kSound); },
+            [&] { hosted.view.restoreState(hosted.view.getState()); },
+            [&] { hosted.view.liveExport.save(); },
+            [&] { stream.ui_liveClear(); },
+            [&] { stream.restoreLastSample(); },
+            [&] { stream.setRegion(valueOf(ControlId::scrubbingWave, random()), 1.0f); },
+        };
+        acts[random() % std::size(acts)]();
+        if (stream.controls._playToggle.tag == 0 || random() % 16 == 0) stream.ui_playStop();
+    }
+};
+
+TEST(Threads, OfAHostAndItsUserMeetWithoutARaceAndLoseNoNotice) {
+    Threads threads;
+    {
+        const WallClockDriver driver(threads.hosted.instance.runLoop);
+        std::thread host([&] { threads.host(); }), setter([&] { threads.setParameters(); });
+        std::mt19937 random(2);
+        for (int step = 0; threads.cycle < kCycles; ++step) {
+            threads.user(random);
+            std::this_thread::sleep_for(2ms);
+            if (step % 100 == 99) threads.allocate(step % 200 == 99 ? 48000.0 : 22050.0);
+        }
+        host.join();
+        setter.join();
+    }
+    threads.renderCycle(67);
+    threads.hosted.instance.runLoop.runPosted();
+    EXPECT_EQ(threads.hosted.stream.linear(ControlId::pitch), 7.0f);
+    EXPECT_EQ(threads.hosted.unit->lostNotices(), 0u);
+    EXPECT_GT(threads.hosted.stream.engine().startedGrains(), 100u);
+}
+
+} // namespace
+} // namespace zephyra
