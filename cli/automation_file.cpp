@@ -4,13 +4,15 @@
 #include "cli/nearest_name.h"
 #include "cli/small_file.h"
 #include "cli/text_numbers.h"
+#include "cli/time_order.h"
 
-#include <algorithm>
 #include <optional>
 
 namespace zephyra {
 
 namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF"; // spreadsheets write it
 
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view kBlank = " \t\r";
@@ -69,6 +71,7 @@ Result<std::vector<AutomationPoint>> parseAutomation(std::string_view text, doub
                                                      const std::string& where) {
     std::vector<AutomationPoint> points;
     std::size_t number = 0;
+    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
         const std::string_view line = trimmed(text.substr(0, end));
@@ -81,8 +84,7 @@ Result<std::vector<AutomationPoint>> parseAutomation(std::string_view text, doub
             return Failure{where + ", line " + std::to_string(number) + ": " + point.message()};
         points.push_back(point.value());
     }
-    std::stable_sort(points.begin(), points.end(),
-                     [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
+    sortByTime(points);
     return points;
 }
 

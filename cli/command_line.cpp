@@ -2,6 +2,7 @@
 
 #include "cli/control_names.h"
 #include "cli/envelopes_command.h"
+#include "cli/help_text.h"
 #include "cli/info_command.h"
 #include "cli/nearest_name.h"
 #include "cli/parameters_command.h"
@@ -10,6 +11,7 @@
 
 #include <CLI/CLI.hpp>
 #include <array>
+#include <memory>
 #include <new>
 #include <optional>
 #include <string>
@@ -30,7 +32,7 @@ constexpr const char* kExamples =
     "\\\n"
     "          --picture cloud.png --seed 7\n"
     "  zephyra render bird.wav --set Scanning=0.1 --at 4:Pitch=-12 --at \"8:Echo Switch=on\"\n"
-    "  zephyra render voice.m4a --live --set Length=200 --envelope Gaussian -o haze.caf\n"
+    "  zephyra render voice.m4a --live --set Length=80 --envelope Gaussian -o haze.caf\n"
     "  zephyra render loop.wav --tempo 96 --scan-sync 2,4 --echo-sync 1/8,1/8D --midi line.mid\n"
     "  zephyra render drums.wav --as effect --drywet 70 --automate moves.csv -o moved.wav\n";
 
@@ -74,6 +76,7 @@ struct CommandLine {
 };
 
 CommandLine::CommandLine() {
+    app.formatter(std::make_shared<HelpText>());
     app.name("zephyra");
     app.set_version_flag("--version", "zephyra " ZEPHYRA_VERSION);
     app.footer(kExamples);
@@ -86,12 +89,16 @@ CommandLine::CommandLine() {
     info = app.add_subcommand("info", "Print format, channels, rate, length, peak and loudness");
     info->add_option("FILE", infoFile, "A sound file")->required()->option_text(" ");
     info->add_flag("--json", infoJson, "Print it as JSON");
+    info->footer("Example:\n  zephyra info bird.wav\n");
 
     envelopes = app.add_subcommand("envelopes", "Print the menu of grain envelopes");
     envelopes->add_option("--picture", envelopePicture, "Draw them")->option_text("OUT.png");
+    envelopes->footer("Example:\n  zephyra envelopes --picture envelopes.png\n");
 
     parameters = app.add_subcommand("parameters", "Print the parameters that a host sees");
     parameters->add_flag("--json", parametersJson, "Print them as JSON");
+    parameters->footer(
+        "Their names and identifiers stand in a file for `zephyra render --automate`.\n");
 }
 
 std::string firstLine(const std::string& text) {
@@ -156,6 +163,8 @@ std::optional<ExitCode> unknownCommand(int count, const char* const* arguments) 
 
 ExitCode runChosen(const CommandLine& line) {
     if (line.render->parsed()) return runRender(line.renderOptions);
+    if (line.info->parsed() && line.infoFile.empty())
+        return endWith(ExitCode::wrongUsage, "FILE is empty; name a sound file");
     if (line.info->parsed())
         return runInfo(line.infoFile, line.infoJson ? InfoForm::json : InfoForm::text);
     if (line.parameters->parsed())

@@ -1,5 +1,6 @@
 #include "cli/control_names.h"
 
+#include "audiounit/parameter_table.h"
 #include "cli/nearest_name.h"
 #include "cli/text_numbers.h"
 
@@ -19,17 +20,20 @@ constexpr std::array<ControlId, kControlCount - 1> kSettable = [] {
 }();
 static_assert(static_cast<std::size_t>(ControlId::envelope) == kControlCount - 1);
 
+constexpr const char* kStreamSuffix = "_0"; // of the one stream, in identifiers
+
 constexpr std::span<const ControlId> kParameters(kSettable.data(), kParameterCount);
 
 std::string withUnit(const std::string& number, const char* unit) {
     return *unit ? number + " " + unit : number;
 }
 
-Failure unknownName(std::string_view name, std::span<const ControlId> known, const char* kind) {
+Failure unknownName(std::string_view name, std::span<const ControlId> known, const char* kind,
+                    const char* list) {
     std::vector<std::string_view> names;
     for (const ControlId id : known) names.emplace_back(controlRange(id).name);
     return {std::string("there is no ") + kind + " " + inQuotes(name) + "; the nearest is " +
-            inQuotes(nearestName(name, names))};
+            inQuotes(nearestName(name, names)) + " (`" + list + "` lists all)"};
 }
 
 std::optional<ControlId> findName(std::string_view name, std::span<const ControlId> known) {
@@ -43,7 +47,7 @@ Result<ControlId> findControl(std::string_view name) {
     if (const auto id = findName(name, kSettable)) return *id;
     if (plainName(name) == "envelope")
         return Failure{"the envelope is chosen with --envelope NAME"};
-    return unknownName(name, kSettable, "control");
+    return unknownName(name, kSettable, "control", "zephyra render --help");
 }
 
 std::optional<float> parseChoice(std::string_view text) {
@@ -96,7 +100,9 @@ std::string settingText(const ControlSetting& setting) {
 
 Result<ControlId> parseParameterName(std::string_view name) {
     if (const auto id = findName(name, kParameters)) return *id;
-    return unknownName(name, kParameters, "parameter");
+    for (const ParameterRow& row : parameterTable())
+        if (parameterIdentifier(row, kStreamSuffix) == name) return row.id;
+    return unknownName(name, kParameters, "parameter", "zephyra parameters");
 }
 
 Result<float> parseControlValue(ControlId control, std::string_view text) {

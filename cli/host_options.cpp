@@ -5,6 +5,7 @@
 #include "cli/text_numbers.h"
 
 #include <array>
+#include <bit>
 #include <string_view>
 
 namespace zephyra {
@@ -12,6 +13,9 @@ namespace zephyra {
 namespace {
 
 using Complaint = std::optional<Failure>;
+
+constexpr const char* kRightMeter =
+    "1 to 64 beats of a bar and the note value of a beat, as in 4/4 or 6/8";
 
 Failure wrongValue(const char* option, const std::string& typed, const std::string& right) {
     return {std::string(option) + " takes " + right + ", not " + inQuotes(typed)};
@@ -77,10 +81,11 @@ Complaint readMusic(const TypedHostOptions& typed, HostOptions& options) {
         if (!options.tempo || *options.tempo < kLowestTempo || *options.tempo > kHighestTempo)
             return wrongValue("--tempo", *typed.tempo, "beats per minute from 1 to 999");
     }
-    if (auto wrong =
-            readWholePair("--meter", typed.meter, '/', {1, 1}, {64, 64},
-                          "beats of a bar and what a beat is, as in 4/4 or 6/8", options.meter))
+    if (auto wrong = readWholePair("--meter", typed.meter, '/', {1, 1}, {64, 64}, kRightMeter,
+                                   options.meter))
         return wrong;
+    if (options.meter && !std::has_single_bit(static_cast<unsigned>(options.meter->second)))
+        return wrongValue("--meter", *typed.meter, kRightMeter);
     if (auto wrong = readWholePair(
             "--scan-sync", typed.scanSync, ',', {1, 0}, {64, 16},
             "MEASURES,QUARTERS: 1 to 64 measures of 0 to 16 quarters, as in 2,4", options.scanSync))
@@ -199,6 +204,8 @@ Result<HostOptions> checkHostOptions(const TypedHostOptions& typed, bool live) {
     if (auto wrong = readType(typed, live, options)) return std::move(*wrong);
     for (const auto step : {readMusic, readEchoSync, readFiles, readDryWet})
         if (auto wrong = step(typed, options)) return std::move(*wrong);
+    if (live && options.sample)
+        return Failure{"--live cuts the grains from INPUT, --sample from a file; leave one out"};
     if (auto wrong = readSeconds("--fade-in", ControlId::fadeIn, typed.fadeIn, options.fadeIn))
         return std::move(*wrong);
     if (auto wrong = readSeconds("--fade-out", ControlId::fadeOut, typed.fadeOut, options.fadeOut))

@@ -1,6 +1,7 @@
 #include "cli/midi_file.h"
 
 #include "cli/small_file.h"
+#include "cli/time_order.h"
 
 #include <algorithm>
 #include <cmath>
@@ -51,8 +52,7 @@ Result<std::vector<TimedMidi>> readMidiFile(const std::filesystem::path& path,
         std::copy_n(event->midi_buffer, message.length, message.bytes.begin());
         messages.push_back(message);
     }
-    std::stable_sort(messages.begin(), messages.end(),
-                     [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
+    sortByTime(messages);
     return messages;
 }
 

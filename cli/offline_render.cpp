@@ -1,5 +1,7 @@
 #include "cli/offline_render.h"
 
+#include "cli/held_log.h"
+
 #include <algorithm>
 #include <cmath>
 #include <random>
@@ -114,15 +116,20 @@ Result<void> OfflineRender::applyHostOptions() {
 
 Result<void> OfflineRender::restoreState() {
     if (!plan_.state) return {};
+    HeldLog log; // a failure to load is reported there too
     {
+        PropertyDictionary state = *plan_.state;
+        if (source_.sample) state.erase("Sample" + stream().channel()); // would only be replaced
         const RunLoop::Scope main(instance_.runLoop);
-        controller_.restoreStateProc(*plan_.state);
+        controller_.restoreStateProc(state);
     }
     instance_.runLoop.waitForWork(); // a sample that the state names
     instance_.runLoop.runPosted();
-    const Alert* const alert = instance_.alerts.current();
-    if (!alert || source_.sample) return {};
-    return Failure{"--state " + plan_.host.state->string() + ": " + alert->message};
+    if (const Alert* const alert = instance_.alerts.current())
+        return Failure{"--state " + plan_.host.state->string() + ": " + alert->message +
+                       "; --sample FILE names another"};
+    log.release();
+    return {};
 }
 
 Result<void> OfflineRender::prepare(RenderSource source) {

@@ -1,7 +1,7 @@
 #include "cli/output_file.h"
 
+#include "cli/held_log.h"
 #include "platform/audio_file_error.h"
-#include "platform/log.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,18 +13,6 @@ namespace {
 constexpr std::uint32_t kChannels = 2;
 constexpr std::uint32_t kBits = 16;
 constexpr float kLowest = -1.0f, kHighest = 1.0f; // the writer stays a trace below the latter
-
-/// The file writer reports failures to the log too; one line to the user is enough.
-class QuietLog {
-public:
-    QuietLog() : before_(setLogSink([](std::string_view) {})) {}
-    QuietLog(const QuietLog&) = delete;
-    QuietLog& operator=(const QuietLog&) = delete;
-    ~QuietLog() { setLogSink(std::move(before_)); }
-
-private:
-    LogSink before_;
-};
 
 Result<void> writerResult(const std::filesystem::path& path, OSStatus status) {
     if (status == audio_file_error::none) return {};
@@ -38,7 +26,7 @@ Result<void> OutputFile::open(const std::filesystem::path& path, const OutputTyp
     path_ = path;
     format_ = format;
     if (format == SampleFormat::floats) return floats_.open(path, sampleRate, kChannels);
-    const QuietLog quiet;
+    const HeldLog quiet; // the writer reports failures to the log too
     return writerResult(path, shorts_.openFileForWrite_sr_channels_wordLength_type(
                                   path, sampleRate, kChannels, kBits, type.code));
 }
@@ -59,7 +47,7 @@ Result<void> OutputFile::write(float* left, float* right, std::uint32_t frames) 
     measure(right, frames);
     float* const channels[kChannels] = {left, right};
     if (format_ == SampleFormat::floats) return floats_.write(channels, frames);
-    const QuietLog quiet;
+    const HeldLog quiet;
     const std::uint32_t status = shorts_.writeFloats_fromArray(frames, channels);
     if (status == EAFWrite::kNothingWritten)
         return writeFailure(path_, audio_file_error::outOfMemory);
@@ -68,7 +56,7 @@ Result<void> OutputFile::write(float* left, float* right, std::uint32_t frames) 
 
 Result<void> OutputFile::close() {
     if (format_ == SampleFormat::floats) return floats_.close();
-    const QuietLog quiet;
+    const HeldLog quiet;
     return writerResult(path_, shorts_.closeFile());
 }
 

@@ -2,6 +2,7 @@
 
 #include "cli/render_plan.h"
 #include "cli/text_numbers.h"
+#include "cli/time_order.h"
 #include "controls/named_knobs.h"
 #include "engine/envelope_menu.h"
 
@@ -89,8 +90,7 @@ PictureRecorder::PictureRecorder(const RenderPlan& plan, const SoundFileInfo& so
         if (message.bytes[0] >> 4 == 0x9 && message.bytes[2] > 0)
             map.events.push_back({message.seconds, midiNoteName(message.bytes[1])});
     if (plan.stopFrame) map.events.push_back({plan.secondsAt(*plan.stopFrame), "Stop"});
-    std::stable_sort(map.events.begin(), map.events.end(),
-                     [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
+    sortByTime(map.events);
 }
 
 double PictureRecorder::sourcePosition(double position, const RenderedBlock& block,

@@ -1,5 +1,6 @@
 #include "cli/render_options.h"
 
+#include "cli/file_clashes.h"
 #include "cli/nearest_name.h"
 #include "cli/text_numbers.h"
 #include "engine/envelope_menu.h"
@@ -149,26 +150,14 @@ Complaint readOutput(const TypedRenderOptions& typed, RenderOptions& options) {
     return {};
 }
 
-/// The same file, whether or not it exists yet.
-bool sameFile(const fs::path& a, const fs::path& b) {
-    std::error_code first, second;
-    const fs::path left = fs::weakly_canonical(fs::absolute(a, first), first);
-    const fs::path right = fs::weakly_canonical(fs::absolute(b, second), second);
-    return !first && !second && left == right;
-}
-
 Complaint readFiles(const TypedRenderOptions& typed, RenderOptions& options) {
     options.input = typed.input;
     if (typed.input.empty()) return Failure{"INPUT is empty; name a sound file"};
     if (const auto wrong = readOutput(typed, options)) return wrong;
-    if (sameFile(options.input, options.output))
-        return Failure{"OUT would replace INPUT " + typed.input + "; choose another name with -o"};
     if (!typed.picture) return {};
     options.picture = *typed.picture;
     if (plainName(options.picture->extension().string()) != "png")
         return wrongValue("--picture", *typed.picture, "a file name that ends in .png");
-    if (sameFile(*options.picture, options.output) || sameFile(*options.picture, options.input))
-        return Failure{"--picture " + *typed.picture + " names a sound's file; choose another"};
     return {};
 }
 
@@ -246,6 +235,7 @@ Result<RenderOptions> checkRenderOptions(const TypedRenderOptions& typed) {
     Result<HostOptions> host = checkHostOptions(typed.host, typed.live);
     if (!host) return Failure{host.message()};
     options.host = std::move(host.value());
+    if (const auto clear = checkFileClashes(options); !clear) return Failure{clear.message()};
     if (auto wrong = checkLive(options)) return std::move(*wrong);
     return options;
 }

@@ -141,6 +141,11 @@ void addEchoTail(RenderPlan& plan) {
 }
 
 Result<void> checkTimes(const RenderPlan& plan) {
+    if (plan.host.fadeOut && dueFrame(*plan.host.fadeOut, plan.sampleRate) > plan.playFrames)
+        return Failure{"--fade-out " + formatNumber(*plan.host.fadeOut) +
+                       " is longer than the grains play, which is " +
+                       formatFixed(plan.secondsAt(plan.playFrames), 3) +
+                       " s; choose a shorter fade or lengthen the render with --seconds"};
     if (plan.timedSettings.empty()) return {};
     const TimedSetting& last = plan.timedSettings.back();
     if (last.seconds < kMostSeconds && dueFrame(last.seconds, plan.sampleRate) < plan.frames)

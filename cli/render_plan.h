@@ -65,7 +65,8 @@ Result<void> checkInputRate(const RenderOptions& options, const SoundFileInfo& i
 /// Once plan.initial is known: adds the echo's tail where it is due.
 void addEchoTail(RenderPlan& plan);
 
-/// Once the length is known: a failure, a wrong usage, names a setting that comes after the end.
+/// Once the length is known: a failure, a wrong usage, names a setting that comes after the end,
+/// or a fade that does not fit.
 Result<void> checkTimes(const RenderPlan& plan);
 
 } // namespace zephyra

@@ -5,6 +5,7 @@
 #include "stream/sample_loader.h"
 
 #include <algorithm>
+#include <system_error>
 
 namespace zephyra {
 
@@ -19,7 +20,10 @@ SoundFileInfo infoOf(const SampleReference& reference) {
 
 Result<LoadedSample> readSampleFile(const std::filesystem::path& path, ProgressBar::Shown shown) {
     ProgressBar bar("Reading  ", shown);
-    return readSample(path, standardFolders().shared, [&bar](double share) {
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+    // A saved state names the sample and is used from other folders too.
+    return readSample(error ? path : absolute, standardFolders().shared, [&bar](double share) {
         bar.update(share);
         return !interrupted();
     });

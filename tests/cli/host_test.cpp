@@ -3,6 +3,7 @@
 #include "cli/automation_lane.h"
 #include "tests/cli/program.h"
 
+#include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -145,6 +146,18 @@ TEST_F(HostedRender, ASavedStateGivesTheSoundBackAndAWrongOneIsNamed) {
     const ProgramRun run = runZephyra(folder_, "render in.wav --state broken", environment());
     EXPECT_EQ(run.code, 1);
     EXPECT_NE(run.err.find("--state: broken"), std::string::npos) << run.err;
+}
+
+TEST_F(HostedRender, AStateFindsItsSampleFromAnotherFolderOrSaysInOneLineThatItIsGone) {
+    const std::string asEffect = "render ../in.wav --as effect --state ../s -o ../o.wav";
+    std::filesystem::create_directory(folder_ / "sub");
+    std::filesystem::copy_file(folder_ / "in.wav", folder_ / "sample.wav");
+    render("--as effect --sample sample.wav --save-state s");
+    EXPECT_EQ(runZephyra(folder_, asEffect, "cd sub;" + environment()).code, 0);
+    std::filesystem::remove(folder_ / "sample.wav");
+    const ProgramRun gone = runZephyra(folder_, asEffect, "cd sub;" + environment());
+    EXPECT_EQ(gone.code, 1);
+    EXPECT_EQ(std::count(gone.err.begin(), gone.err.end(), '\n'), 1) << gone.err;
 }
 
 TEST(Commands, ParametersPrintsTheTableThatHostsSee) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <gmock/gmock.h>
+#include <sstream>
 
 namespace zephyra {
 namespace {
@@ -50,6 +51,7 @@ TEST(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --drywet 50", 2, "add --as effect"},
         {"render in.wav --tempo 0", 2, "from 1 to 999"},
         {"render in.wav --meter 4", 2, "as in 4/4 or 6/8"},
+        {"render in.wav --meter 3/5", 2, "as in 4/4 or 6/8"},
         {"render in.wav --scan-sync 0,4", 2, "MEASURES,QUARTERS"},
         {"render in.wav --echo-sync 1/4", 2, "as in 1/4,1/8T"},
         {"render in.wav --transport rewind", 2, "play or stop"},
@@ -80,6 +82,11 @@ TEST(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav -o ./in.wav", 2, "would replace INPUT"},
         {"render in.wav --picture p.jpg", 2, "ends in .png"},
         {"render in.wav -o p.png --type wav --picture p.png", 2, "choose another"},
+        {"render in.wav --save-state ./in.wav", 2, "--save-state would replace INPUT"},
+        {"render in.wav -o text.wav --as effect --sample text.wav", 2, "would replace --sample"},
+        {"render in.wav -o text.wav --state text.wav", 2, "would replace --state"},
+        {"render in.wav --live --sample in.wav", 2, "leave one out"},
+        {"render in.wav --fade-out 1", 2, "which is 0.045 s"},
         {"render in.wav --live --rate 48000", 2, "own 44100 Hz"},
         {"envelopes --picture p.jpg", 2, "ends in .png"},
         {"render none.wav", 1, "none.wav"},
@@ -109,6 +116,8 @@ TEST(Usage, HelpListsEveryControlWithItsRangeAndExamples) {
     for (const char* part : {"Ring Modulation Frequency", "0.1 to 8000 Hz", "Normalize", "--at",
                              "start of the block", "Examples:"})
         EXPECT_THAT(run.out, HasSubstr(part));
+    std::istringstream lines(run.out);
+    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100u) << line;
 }
 
 TEST(Usage, AClosedStandardOutputIsAFailure) {

@@ -1,0 +1,32 @@
+// HeldLog: keeps the log's lines back, for when one line to the user is enough.
+#pragma once
+
+#include "platform/log.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zephyra {
+
+/// Drops what was logged while it lived, unless it was released. MAIN.
+class HeldLog {
+public:
+    HeldLog() : before_(setLogSink([this](std::string_view line) { lines_.emplace_back(line); })) {}
+    HeldLog(const HeldLog&) = delete;
+    HeldLog& operator=(const HeldLog&) = delete;
+    ~HeldLog() { setLogSink(std::move(before_)); }
+
+    /// Lets the lines so far go on to the log.
+    void release() {
+        LogSink holding = setLogSink(before_);
+        for (const std::string& line : std::exchange(lines_, {})) logLine(line);
+        setLogSink(std::move(holding));
+    }
+
+private:
+    std::vector<std::string> lines_;
+    LogSink before_;
+};
+
+} // namespace zephyra

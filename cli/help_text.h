@@ -1,0 +1,15 @@
+// HelpText: CLI11's help with descriptions broken into lines that fit a terminal.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+namespace zephyra {
+
+/// Made once per command line; subcommands take it over.
+class HelpText : public CLI::Formatter {
+public:
+    std::string make_option_desc(const CLI::Option* option) const override;
+};
+
+} // namespace zephyra
