@@ -36,11 +36,6 @@ constexpr const char* kExamples =
     "  zephyra render loop.wav --tempo 96 --scan-sync 2,4 --echo-sync 1/8,1/8D --midi line.mid\n"
     "  zephyra render drums.wav --as effect --drywet 70 --automate moves.csv -o moved.wav\n";
 
-std::string padded(std::string text, std::size_t width) {
-    text.resize(std::max(text.size() + 2, width), ' ');
-    return text;
-}
-
 /// The default without its unit, which the range tells.
 std::string plainValueText(const ControlRange& range) {
     return range.kind == ControlKind::continuous || range.kind == ControlKind::whole

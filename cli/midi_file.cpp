@@ -1,5 +1,6 @@
 #include "cli/midi_file.h"
 
+#include "cli/midi_clean.h"
 #include "cli/small_file.h"
 #include "cli/time_order.h"
 
@@ -27,17 +28,19 @@ bool isChannelMessage(const smf_event_t& event) {
 
 } // namespace
 
-Result<std::vector<TimedMidi>> readMidiFile(const std::filesystem::path& path,
-                                            std::optional<double> tempo) {
-    const Result<std::string> bytes = readSmallFile(path);
-    if (!bytes) return Failure{bytes.message()};
-    const Failure none{path.string() + " is no MIDI file that can be read; name a .mid file"};
-    if (!bytes.value().starts_with("MThd")) return none;
+Result<std::vector<TimedMidi>> parseMidi(std::string_view bytes, std::optional<double> tempo,
+                                         const std::string& where) {
+    const auto unreadable = [&where](const std::string& reason) {
+        return Failure{where + " is no MIDI file that can be read: " + reason};
+    };
+    // The library reads past the end of what is cut off, and ends the program over odd events.
+    const Result<std::string> clean = cleanMidi(bytes);
+    if (!clean) return unreadable(clean.message());
     const GLogFunc before = g_log_set_default_handler(ignoreLog, nullptr);
     const std::unique_ptr<smf_t, SmfDeleter> smf(
-        smf_load_from_memory(bytes.value().data(), static_cast<int>(bytes.value().size())));
+        smf_load_from_memory(clean.value().data(), static_cast<int>(clean.value().size())));
     g_log_set_default_handler(before, nullptr);
-    if (!smf || smf->ppqn <= 0) return none;
+    if (!smf || smf->ppqn <= 0) return unreadable("its content is damaged");
 
     std::vector<TimedMidi> messages;
     while (const smf_event_t* const event = smf_get_next_event(smf.get())) {
@@ -54,6 +57,13 @@ Result<std::vector<TimedMidi>> readMidiFile(const std::filesystem::path& path,
     }
     sortByTime(messages);
     return messages;
+}
+
+Result<std::vector<TimedMidi>> readMidiFile(const std::filesystem::path& path,
+                                            std::optional<double> tempo) {
+    const Result<std::string> bytes = readSmallFile(path);
+    if (!bytes) return Failure{bytes.message()};
+    return parseMidi(bytes.value(), tempo, path.string());
 }
 
 } // namespace zephyra

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace zephyra {
@@ -20,7 +22,11 @@ struct TimedMidi {
 
 /// The channel messages of all tracks in time's order. With a tempo (beats per minute) the file's
 /// beats are played at it, else at the tempos that the file itself gives. Fails for what is no MIDI
-/// file or is larger than 16 MiB. MAIN.
+/// file; where is what the failure calls the bytes. MAIN.
+Result<std::vector<TimedMidi>> parseMidi(std::string_view bytes, std::optional<double> tempo,
+                                         const std::string& where);
+
+/// The same of a file of at most 16 MiB.
 Result<std::vector<TimedMidi>> readMidiFile(const std::filesystem::path& path,
                                             std::optional<double> tempo);
 

@@ -45,11 +45,6 @@ std::string flagText(std::uint32_t flags) {
     return text;
 }
 
-std::string padded(std::string text, std::size_t width) {
-    text.resize(std::max(text.size() + 2, width), ' ');
-    return text;
-}
-
 std::string textTable(const HostParameters& parameters) {
     std::string table = "     " + padded("name", 28) + padded("identifier", 19) +
                         padded("range", 17) + padded("unit", 19) + padded("default", 10) +

@@ -2,6 +2,7 @@
 
 #include "platform/fixed_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -70,6 +71,11 @@ std::string formatDuration(double seconds) {
     if (seconds < 59.95) return formatFixed(seconds, 1) + " s";
     const long long whole = std::llround(seconds);
     return formatClock(whole) + (whole < 3600 ? " min" : " h");
+}
+
+std::string padded(std::string text, std::size_t width) {
+    text.resize(std::max(text.size() + 2, width), ' ');
+    return text;
 }
 
 } // namespace zephyra

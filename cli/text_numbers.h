@@ -1,6 +1,7 @@
 // parseNumber and formatNumber: numbers as people type and read them, in every locale alike.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -29,5 +30,8 @@ std::string formatClock(long long seconds);
 
 /// Seconds as a length for people: "0.25 s", "12.3 s", "4:05 min", "1:02:03 h".
 std::string formatDuration(double seconds);
+
+/// text as a cell of a table: filled with blanks to width, at least two of them.
+std::string padded(std::string text, std::size_t width);
 
 } // namespace zephyra

@@ -246,6 +246,7 @@ private:
     void setArmed(bool armed);
     void clearBackgroundLater(Button& button);
     double fadeTime(ControlId id) const;
+    void switchEngine(bool on);
     void handFadedLevel();
     double scanSpeed() const;
     bool moveScan(double position);

@@ -66,19 +66,20 @@ void MOK_SCRUB_GRANULATOR::setArmed(bool armed) {
     if (changed && settings_) settings_->AUv3_Parameter_playToggle_from_DSP();
 }
 
-bool MOK_SCRUB_GRANULATOR::play(std::string*) {
-    engine_.granularOn = true;
+void MOK_SCRUB_GRANULATOR::switchEngine(bool on) {
+    engine_.granularOn = on;
     _isFading = false;
     ui_setSpeed(&controls._scanning);
     isScrubbing = false;
+}
+
+bool MOK_SCRUB_GRANULATOR::play(std::string*) {
+    switchEngine(true);
     return engine_.granularOn;
 }
 
 bool MOK_SCRUB_GRANULATOR::stop(std::string*) {
-    engine_.granularOn = false;
-    _isFading = false;
-    ui_setSpeed(&controls._scanning);
-    isScrubbing = false;
+    switchEngine(false);
     return !engine_.granularOn;
 }
 
