@@ -4,11 +4,11 @@
 // time its fastest round, so that a busy machine disturbs both little.
 
 #include "bench/bench_work.h"
+#include "bench/thread_time.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <ctime>
 #include <functional>
 #include <limits>
 #include <string>
@@ -19,12 +19,6 @@ namespace {
 
 constexpr int kRounds = 61;
 constexpr int kFrames = 3 * 4096;
-
-double threadNanoseconds() {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return 1e9 * static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec);
-}
 
 struct Measurement {
     std::function<void()> work;

@@ -6,12 +6,12 @@
 // medians of the rounds', so that a busy machine disturbs them little. No events.
 
 #include "bench/bench_work.h"
+#include "bench/thread_time.h"
 #include "tests/support/fake_host.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <ctime>
 #include <vector>
 
 namespace zephyra {
@@ -19,12 +19,6 @@ namespace {
 
 constexpr int kRounds = 121;
 constexpr int kFrames = 3 * 4096;
-
-double threadNanoseconds() {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return 1e9 * static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec);
-}
 
 /// An audio unit whose stream works as hard as the engine alone.
 struct BenchUnit final : FakeHost {

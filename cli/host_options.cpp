@@ -1,5 +1,6 @@
 #include "cli/host_options.h"
 
+#include "cli/complaint.h"
 #include "cli/control_names.h"
 #include "cli/nearest_name.h"
 #include "cli/text_numbers.h"
@@ -12,14 +13,8 @@ namespace zephyra {
 
 namespace {
 
-using Complaint = std::optional<Failure>;
-
 constexpr const char* kRightMeter =
     "1 to 64 beats of a bar and the note value of a beat, as in 4/4 or 6/8";
-
-Failure wrongValue(const char* option, const std::string& typed, const std::string& right) {
-    return {std::string(option) + " takes " + right + ", not " + inQuotes(typed)};
-}
 
 Complaint readType(const TypedHostOptions& typed, bool live, HostOptions& options) {
     options.type = live ? component_type::effect : component_type::instrument;

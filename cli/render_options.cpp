@@ -1,5 +1,6 @@
 #include "cli/render_options.h"
 
+#include "cli/complaint.h"
 #include "cli/file_clashes.h"
 #include "cli/nearest_name.h"
 #include "cli/text_numbers.h"
@@ -27,13 +28,6 @@ constexpr std::array<OutputType, 7> kOutputTypes = {{
     {audio_file_type::m4af, "m4a", nullptr, "M4A (AAC)"},
 }};
 constexpr const char* kTypeNames = "wav, aiff, aifc, caf, au, sd2 or m4a";
-
-Failure wrongValue(const char* option, const std::string& typed, const std::string& right) {
-    return {std::string(option) + " takes " + right + ", not " + inQuotes(typed)};
-}
-
-/// What a step of the check says: nothing when all is well.
-using Complaint = std::optional<Failure>;
 
 Complaint readNumber(const char* option, const std::optional<std::string>& typed, double low,
                      double high, const std::string& right, std::optional<double>& value) {

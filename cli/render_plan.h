@@ -32,11 +32,11 @@ struct RenderPlan {
     std::uint64_t frames;     ///< all, with the echo's tail
     int blockFrames;          ///< per render call; those that reach a border below are shorter
     std::uint32_t seed;       ///< from 1 up
-    std::optional<std::size_t> envelope; ///< position in the menu; none: as the state says
-    SourceUse use;
-    std::vector<ControlSetting> settings;    ///< over the defaults, in order
-    std::vector<TimedSetting> timedSettings; ///< sorted; each at the start of its block
-    std::optional<float> start, end;         ///< fractions of the source
+    std::optional<std::size_t> envelope = {}; ///< position in the menu; none: as the state says
+    SourceUse use = SourceUse::loaded;
+    std::vector<ControlSetting> settings = {};    ///< over the defaults, in order
+    std::vector<TimedSetting> timedSettings = {}; ///< sorted; each at the start of its block
+    std::optional<float> start = {}, end = {};    ///< fractions of the source
     HostOptions host = {};
     std::vector<AutomationPoint> automation = {}; ///< sorted
     std::vector<TimedMidi> midi = {};             ///< sorted

@@ -3,16 +3,11 @@
 
 #include "cli/automation_file.h"
 #include "cli/midi_file.h"
-
-#include <cstdlib>
+#include "fuzz/require.h"
 
 namespace {
 
 using namespace zephyra;
-
-void require(bool kept) {
-    if (!kept) std::abort();
-}
 
 template <typename Events>
 void requireOrder(const Result<Events>& events) {

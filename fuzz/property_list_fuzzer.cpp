@@ -1,21 +1,8 @@
 // Reads arbitrary bytes as a property list. Whatever comes, reading ends, within bounded memory,
 // with one line of text or with a value that is written and read back equal.
 
+#include "fuzz/require.h"
 #include "platform/property_list.h"
-
-#include <cstdlib>
-
-namespace {
-
-void require(bool kept) {
-    if (!kept) std::abort();
-}
-
-bool isOneLine(const std::string& text) {
-    return !text.empty() && text.find('\n') == std::string::npos;
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace zephyra;

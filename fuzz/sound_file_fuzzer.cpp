@@ -1,24 +1,12 @@
 // Reads arbitrary bytes as a sound file. Whatever comes, reading ends, within bounded memory, with
 // finite samples or with one line of text.
 
+#include "fuzz/require.h"
 #include "platform/sound_file.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <sys/mman.h>
 #include <unistd.h>
-
-namespace {
-
-void require(bool kept) {
-    if (!kept) std::abort();
-}
-
-bool isOneLine(const std::string& text) {
-    return !text.empty() && text.find('\n') == std::string::npos;
-}
-
-} // namespace
 
 /// Leaks that docs/library-faults.md lists.
 extern "C" const char* __lsan_default_suppressions();

@@ -27,7 +27,6 @@ TEST(OfflineRender, GivesTheEnginesOwnSamplesBlockForBlock) {
                     .blockFrames = 300,
                     .seed = 77,
                     .envelope = kDefaultEnvelope,
-                    .use = SourceUse::loaded,
                     .settings = {{ControlId::pitch, 7}, {ControlId::density, 200}},
                     .timedSettings = {{0.1, {ControlId::width, 1}}}, // frame 4800: block 16
                     .start = 0.25f,
@@ -83,11 +82,9 @@ TEST(OfflineRender, InTheTailNoGrainStartsAndNothingBreaksOff) {
                     .blockFrames = 512,
                     .seed = 5,
                     .envelope = kDefaultEnvelope,
-                    .use = SourceUse::loaded,
                     .settings = {{ControlId::density, 400}},
                     .timedSettings = {{0.2, {ControlId::amplitude, 1}}}, // in the tail
-                    .start = {},
-                    .end = {}};
+                    .start = {}};
     std::vector<float> left;
     std::uint64_t grains = 0;
     OfflineRender render(plan);
@@ -132,12 +129,7 @@ TEST(OfflineRender, AnEffectScansItsInputAtADistanceUnlessAScanSettingIsGiven) {
                     .frames = 512,
                     .blockFrames = 512,
                     .seed = 5,
-                    .envelope = {},
                     .use = SourceUse::live,
-                    .settings = {},
-                    .timedSettings = {},
-                    .start = {},
-                    .end = {},
                     .host = {.type = component_type::effect}};
     const auto scan = [&plan] {
         OfflineRender render(plan);

@@ -71,11 +71,7 @@ RenderPlan planFor(SourceUse use) {
             .blockFrames = 10000,
             .seed = 1,
             .envelope = 0,
-            .use = use,
-            .settings = {},
-            .timedSettings = {},
-            .start = {},
-            .end = {}};
+            .use = use};
 }
 
 TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
