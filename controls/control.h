@@ -3,6 +3,7 @@
 
 #include "controls/control_events.h"
 
+#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -23,6 +24,9 @@ struct Point {
     double x = 0.0, y = 0.0; ///< points; y grows downwards
     bool operator==(const Point&) const = default;
 };
+inline bool isFinite(Point p) {
+    return std::isfinite(p.x) && std::isfinite(p.y);
+}
 
 /// The red of everything that runs: a playing button's tint, a frozen one's.
 inline constexpr Color kActiveRed{0.9882353f, 0.2117647f, 0.1137255f, 1.0f};

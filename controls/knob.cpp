@@ -1,5 +1,6 @@
 #include "controls/knob.h"
 
+#include "controls/gravity.h"
 #include "platform/fixed_text.h"
 #include "platform/notification_center.h"
 #include "platform/random_source.h"
@@ -28,6 +29,23 @@ void MOK_KNOB::setValue(float v) {
 
 void MOK_KNOB::setValue_animated(float v, bool /*animated*/) {
     setValue(v);
+}
+
+bool MOK_KNOB::setValueWithAppropriateGraphicsRefreshInterval_rangeMin_rangeMax_gravity(
+    float target, float rangeMin, float rangeMax, float gravity, double seconds) {
+    for (const double number :
+         {double{target}, double{rangeMin}, double{rangeMax}, double{gravity}, seconds})
+        if (!std::isfinite(number)) return true;
+    const float held =
+        std::clamp(target, std::min(rangeMin, rangeMax), std::max(rangeMin, rangeMax));
+    const float to = std::clamp(held, _minimumValue, _maximumValue);
+    // A knob with steps would stand still for ever if each way began at its step.
+    const bool underWay = settled(static_cast<float>(followed_)) == _value;
+    const double near = kGravityNear * (double{_maximumValue} - double{_minimumValue});
+    followed_ = gravityStep(underWay ? followed_ : double{_value}, double{to}, double{gravity},
+                            seconds, near);
+    setValue(static_cast<float>(followed_));
+    return followed_ == double{to};
 }
 
 void MOK_KNOB::setRange(float minimum, float maximum) {

@@ -55,6 +55,14 @@ public:
     virtual float displayedValue() const { return value(); }
     virtual void setDisplayedValue(float displayed) { setValue(displayed); }
 
+    /// What modulation calls: moves the value towards target (held between rangeMin and rangeMax,
+    /// either of which may be the larger) as gravity lets it in so many seconds, see gravityStep();
+    /// a knob outside the range comes into it the same way. Redraws go by needsDisplayCount, at
+    /// whatever rate a screen reads it. Sends nothing; refuses what is not finite. True once there
+    /// is nothing left to go.
+    bool setValueWithAppropriateGraphicsRefreshInterval_rangeMin_rangeMax_gravity(
+        float target, float rangeMin, float rangeMax, float gravity, double seconds);
+
     /// A random position, then all control events. Nothing unless isRandomizable.
     void genRandomic();
     /// The default, raised to the minimum when below it, then all control events and skin colour 0.
@@ -123,8 +131,9 @@ private:
     float _maximumValue = 1.0f;
     float _defaultValue = 0.5f;
     float _value = 0.5f;
-    float _angle = 0.0f; // degrees; between two steps of the value while a drag is there
-    Point _touchOrigin;  // what the next touch is measured from: the last one that was handled
+    double followed_ = 0.0; // on the way to a target, between the values that the knob can take
+    float _angle = 0.0f;    // degrees; between two steps of the value while a drag is there
+    Point _touchOrigin;     // what the next touch is measured from: the last one that was handled
     Point center_;
     int beyond_ = 0; // rotary: the finger passed the bottom behind the minimum (-1), maximum (1)
     bool tracking_ = false;

@@ -8,14 +8,6 @@
 
 namespace zephyra {
 
-namespace {
-
-bool isFinite(Point p) {
-    return std::isfinite(p.x) && std::isfinite(p.y);
-}
-
-} // namespace
-
 /// Where a drag to p turns the knob.
 float MOK_KNOB::angleForPosition(Point p) {
     if (isSlider) _interactionStyle = kHorizontal;

@@ -16,6 +16,7 @@ struct AlertAction {
     /// Called once with the text of the alert's field (empty without one); an empty one does
     /// nothing.
     std::function<void(const std::string& text)> chosen = {};
+    bool destructive = false; ///< shown as a warning: it removes something
 };
 
 struct AlertTextField {

@@ -1,6 +1,7 @@
 // Instance: what the platform gives to one instance of the system.
 #pragma once
 
+#include "platform/accelerometer.h"
 #include "platform/alert.h"
 #include "platform/audio_session.h"
 #include "platform/folders.h"
@@ -19,6 +20,7 @@ struct Instance {
     AlertCenter alerts;
     UserDefaults defaults;
     Folders folders;
+    Accelerometer accelerometer;
 };
 
 } // namespace zephyra

@@ -1,0 +1,91 @@
+// The pad: what its notes may be, what a finger does to its values, what it remembers.
+
+#include "controls/pad.h"
+#include "platform/log.h"
+#include "platform/user_defaults.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace zephyra {
+namespace {
+
+TEST(Pad, KeepsItsNotesInReach) {
+    const struct {
+        float octaves, base, setBase, setOctaves, wantedBase, wantedOctaves;
+    } cases[] = {{2, 48, 50.9f, 3.9f, 50, 3}, {2, 48, -7, -7, 0, 1},
+                 {2, 0, 0, 11, 0, 10},        {3, 84, 100, 3, 100, 2},
+                 {2, 48, 103, 3, 103, 2},     {1, 100, 120, 1, 120, 1},
+                 {4, 0, 300, 4, 127, 4},      {2, 48, std::nanf(""), std::nanf(""), 48, 2}};
+    for (const auto& c : cases) {
+        MOK_PAD pad;
+        pad.setBaseNote(0.0f);
+        pad.setOctNum(c.octaves);
+        pad.setBaseNote(c.base);
+        pad.setBaseNote(c.setBase);
+        pad.setOctNum(c.setOctaves);
+        EXPECT_EQ(pad.baseNote(), c.wantedBase) << &c - cases;
+        EXPECT_EQ(pad.octNum(), c.wantedOctaves) << &c - cases;
+    }
+}
+
+TEST(Pad, FollowsItsFirstFingerAcrossItsNotes) {
+    MOK_PAD pad;
+    pad.setSize(240.0, 100.0);
+    pad.yValueExp = 2.0f;
+    pad.xValueExp = -1.0f; // counts as 1
+    int changes = 0;
+    pad.addTarget(&pad, "v", control_event::valueChanged, [&](Control&) { ++changes; });
+    pad.touchesBegan(1, {60.0, 75.0}, 0.0);
+    EXPECT_EQ(pad.yValue(), 0.0625f);
+    EXPECT_EQ(pad.note(), 48.0 + 6.0);
+    pad._diatonics = true;
+    EXPECT_EQ(pad.note(), 48.0 + 5.0); // between fourth and fifth
+    pad.touchesMoved(1, {60.0, 75.0}, 0.1);
+    pad.touchesBegan(2, {100.0, 10.0}, 0.1);
+    pad.touchesMoved(1, {117.0, -3.0}, 0.1);
+    EXPECT_EQ(pad.note(), 48.0 + 12.0);
+    EXPECT_EQ(changes, 2);
+}
+
+TEST(Pad, ComesBackAsItWasOrAsFarAsAStateIsUsable) {
+    std::string logged;
+    const LogSink former = setLogSink([&](std::string_view line) { logged += line; });
+    const struct {
+        PropertyArray state, wanted;
+        bool complains;
+    } cases[] = {{{1.0, 120.0, 0.125, 1.0}, {1.0, 120.0, 0.125, 1.0}, false},
+                 {{5.0, 36.0}, {5.0, 36.0, 0.5, 0.5}, false},
+                 {{3.0}, {2.0, 120.0, 0.5, 0.5}, true},
+                 {{"3", 30, PropertyArray{}, std::nan("")}, {2.0, 30.0, 0.5, 0.5}, true},
+                 {{1e300, -1e300, 1e300}, {10.0, 0.0, 1.0, 0.5}, false}};
+    for (const auto& c : cases) {
+        MOK_PAD pad;
+        pad.saveLoad_XY = true;
+        pad.setBaseNote(120.0f);
+        logged.clear();
+        pad.restoreState(c.state);
+        EXPECT_EQ(pad.getState(), c.wanted) << &c - cases;
+        EXPECT_EQ(!logged.empty(), c.complains) << &c - cases;
+    }
+    setLogSink(former);
+}
+
+TEST(Pad, KeepsItsDefaultsByChannel) {
+    UserDefaults defaults;
+    MOK_PAD pad("P"), other("P");
+    pad.userDefaults = other.userDefaults = &defaults;
+    pad.decrBaseNote();
+    pad.incrOctNum();
+    pad.setYValue(0.75f);
+    pad.saveAsDefault();
+    EXPECT_TRUE(defaults.value("_OCT_NUM_P") && !defaults.value("P_X"));
+    pad.saveLoad_XY = other.saveLoad_XY = true;
+    pad.saveAsDefault();
+    other.loadAsDefault();
+    EXPECT_EQ(other.getState(), (PropertyArray{3.0, 36.0, 0.5, 0.75}));
+}
+
+} // namespace
+} // namespace zephyra
