@@ -8,9 +8,9 @@
 
 namespace zephyra {
 
-class ControlManager;
 class MOK_KNOB;
 class MOK_SCRUB_GRANULATOR;
+class Modulation;
 
 /// MAIN unless said otherwise. A controller that goes first takes itself away with
 /// removeController.
@@ -19,7 +19,7 @@ public:
     virtual ~AudioUnitController() = default;
 
     virtual MOK_SCRUB_GRANULATOR* granulatorStream() = 0; ///< never null
-    virtual ControlManager* controlManager() = 0;         ///< null: nothing is modulated
+    virtual Modulation* controlManager() = 0;             ///< null: nothing is modulated
     virtual MOK_KNOB* inputDryWetKnob() = 0;              ///< never null
 
     /// Wires the controls to the parameters, now that the audio unit has both.

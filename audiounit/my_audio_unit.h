@@ -152,7 +152,7 @@ private:
     std::shared_ptr<AUParameterTree> parameterTree_;
     AudioUnitController* controller_ = nullptr;
     MOK_SCRUB_GRANULATOR* _GRANULATOR_STREAM = nullptr;
-    ControlManager* controlManager_ = nullptr;
+    Modulation* controlManager_ = nullptr;
     RunLoop::Token source_ = 0;
     std::shared_ptr<bool> alive_; // posted tasks look at it
 

@@ -2,8 +2,8 @@
 
 #include "audiounit/my_audio_unit.h"
 #include "audiounit/parameter_table.h"
-#include "modulation/control_manager.h"
 #include "modulation/lfo_widgets_mapping.h"
+#include "modulation/modulation.h"
 #include "platform/log.h"
 #include "stream/stream_controller.h"
 

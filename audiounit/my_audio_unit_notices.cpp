@@ -2,7 +2,7 @@
 
 #include "audiounit/my_audio_unit.h"
 #include "audiounit/parameter_table.h"
-#include "modulation/control_manager.h"
+#include "modulation/modulation.h"
 #include "stream/stream_controller.h"
 
 #include <bit>

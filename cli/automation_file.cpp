@@ -3,6 +3,7 @@
 #include "cli/control_names.h"
 #include "cli/nearest_name.h"
 #include "cli/small_file.h"
+#include "cli/text_lines.h"
 #include "cli/text_numbers.h"
 #include "cli/time_order.h"
 
@@ -11,15 +12,6 @@
 namespace zephyra {
 
 namespace {
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF"; // spreadsheets write it
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view kBlank = " \t\r";
-    const std::size_t first = text.find_first_not_of(kBlank);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(kBlank) - first + 1);
-}
 
 /// The cells of a line, without blanks and quotes around them.
 std::vector<std::string_view> cells(std::string_view line) {
@@ -70,18 +62,13 @@ Result<AutomationPoint> readPoint(std::string_view line, double tempo) {
 Result<std::vector<AutomationPoint>> parseAutomation(std::string_view text, double tempo,
                                                      const std::string& where) {
     std::vector<AutomationPoint> points;
-    std::size_t number = 0;
-    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
-    while (!text.empty()) {
-        const std::size_t end = text.find('\n');
-        const std::string_view line = trimmed(text.substr(0, end));
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        ++number;
-        if (line.empty() || line.front() == '#') continue;
-        if (points.empty() && plainName(line).starts_with("time")) continue;
-        const Result<AutomationPoint> point = readPoint(line, tempo);
+    TextLines lines(text);
+    while (const auto line = lines.next()) {
+        if (points.empty() && plainName(*line).starts_with("time")) continue;
+        const Result<AutomationPoint> point = readPoint(*line, tempo);
         if (!point)
-            return Failure{where + ", line " + std::to_string(number) + ": " + point.message()};
+            return Failure{where + ", line " + std::to_string(lines.number()) + ": " +
+                           point.message()};
         points.push_back(point.value());
     }
     sortByTime(points);

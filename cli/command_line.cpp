@@ -34,7 +34,9 @@ constexpr const char* kExamples =
     "  zephyra render bird.wav --set Scanning=0.1 --at 4:Pitch=-12 --at \"8:Echo Switch=on\"\n"
     "  zephyra render voice.m4a --live --set Length=80 --envelope Gaussian -o haze.caf\n"
     "  zephyra render loop.wav --tempo 96 --scan-sync 2,4 --echo-sync 1/8,1/8D --midi line.mid\n"
-    "  zephyra render drums.wav --as effect --drywet 70 --automate moves.csv -o moved.wav\n";
+    "  zephyra render drums.wav --as effect --drywet 70 --automate moves.csv -o moved.wav\n"
+    "  zephyra render bird.wav --tempo 96 --lfo Density:hz=0.1 --lfo Pan:shape=v,link=1/4\n"
+    "  zephyra render bird.wav --midi hands.mid --learn cc:1=Density,min=0.1,max=0.6\n";
 
 /// The default without its unit, which the range tells.
 std::string plainValueText(const ControlRange& range) {
@@ -111,8 +113,11 @@ std::string unexpected(const CLI::App& command, const std::string& argument) {
         return "there is no option " + quoted + "; the nearest is " +
                std::string(nearestName(argument.substr(0, argument.find('=')), views));
     }
-    if (command.get_option_no_throw("--set") && argument.find('=') != std::string::npos)
-        return quoted + " stands alone; write --set before each NAME=VALUE";
+    const std::size_t sign = argument.find('=');
+    if (command.get_option_no_throw("--set") && sign != std::string::npos)
+        return quoted + " stands alone; write " +
+               (argument.find(':') < sign ? "--lfo, --learn or --at before it"
+                                          : "--set before each NAME=VALUE");
     if (command.get_name() == "envelopes" || command.get_name() == "parameters")
         return command.get_name() + " takes no " + quoted + ", only options";
     return quoted + " is one file too many; one is taken at a time";

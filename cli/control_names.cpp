@@ -3,6 +3,7 @@
 #include "audiounit/parameter_table.h"
 #include "cli/nearest_name.h"
 #include "cli/text_numbers.h"
+#include "controls/note_values.h"
 
 #include <algorithm>
 #include <array>
@@ -43,17 +44,10 @@ std::optional<ControlId> findName(std::string_view name, std::span<const Control
     return std::nullopt;
 }
 
-Result<ControlId> findControl(std::string_view name) {
-    if (const auto id = findName(name, kSettable)) return *id;
-    if (plainName(name) == "envelope")
-        return Failure{"the envelope is chosen with --envelope NAME"};
-    return unknownName(name, kSettable, "control", "zephyra render --help");
-}
-
 std::optional<float> parseChoice(std::string_view text) {
     const std::string plain = plainName(text);
-    for (std::size_t i = 0; i < kSubdivisionNames.size(); ++i)
-        if (plainName(kSubdivisionNames[i]) == plain) return static_cast<float>(i);
+    for (std::size_t i = 0; i < kNoteValues.size(); ++i)
+        if (plainName(kNoteValues[i].name) == plain) return static_cast<float>(i);
     return std::nullopt;
 }
 
@@ -81,14 +75,13 @@ std::span<const ControlId> settableControls() {
 std::string rangeText(const ControlRange& range) {
     if (range.kind == ControlKind::switching) return "on or off";
     if (range.kind == ControlKind::choice)
-        return std::string(kSubdivisionNames.front()) + " to " + kSubdivisionNames.back();
+        return std::string(kNoteValues.front().name) + " to " + kNoteValues.back().name;
     return formatNumber(range.minimum) + " to " + withUnit(formatNumber(range.maximum), range.unit);
 }
 
 std::string valueText(const ControlRange& range, float value) {
     if (range.kind == ControlKind::switching) return value != 0 ? "on" : "off";
-    if (range.kind == ControlKind::choice)
-        return kSubdivisionNames[static_cast<std::size_t>(value)];
+    if (range.kind == ControlKind::choice) return kNoteValues[static_cast<std::size_t>(value)].name;
     // A curve's rounding is nothing to read: 50, not 50.000004.
     return withUnit(formatShort(double{value}), range.unit);
 }
@@ -96,6 +89,13 @@ std::string valueText(const ControlRange& range, float value) {
 std::string settingText(const ControlSetting& setting) {
     const ControlRange& range = controlRange(setting.control);
     return std::string(range.name) + " " + valueText(range, setting.value);
+}
+
+Result<ControlId> parseControlName(std::string_view name) {
+    if (const auto id = findName(name, kSettable)) return *id;
+    if (plainName(name) == "envelope")
+        return Failure{"the envelope is chosen with --envelope NAME"};
+    return unknownName(name, kSettable, "control", "zephyra render --help");
 }
 
 Result<ControlId> parseParameterName(std::string_view name) {
@@ -116,7 +116,7 @@ Result<ControlSetting> parseSetting(std::string_view text) {
     const std::size_t sign = text.find('=');
     if (sign == std::string_view::npos || sign == 0)
         return Failure{inQuotes(text) + " is no setting; write NAME=VALUE, as in Density=80"};
-    const Result<ControlId> control = findControl(text.substr(0, sign));
+    const Result<ControlId> control = parseControlName(text.substr(0, sign));
     if (!control) return Failure{control.message()};
     const Result<float> value = parseControlValue(control.value(), text.substr(sign + 1));
     if (!value) return Failure{value.message()};

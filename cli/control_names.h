@@ -35,6 +35,9 @@ Result<ControlSetting> parseSetting(std::string_view text);
 /// Reads SECONDS:NAME=VALUE.
 Result<TimedSetting> parseTimedSetting(std::string_view text);
 
+/// The control among settableControls() that name means. The failure says which is the nearest.
+Result<ControlId> parseControlName(std::string_view name);
+
 /// The host's parameter that name means. The failure says which is the nearest.
 Result<ControlId> parseParameterName(std::string_view name);
 

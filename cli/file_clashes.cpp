@@ -33,6 +33,7 @@ Result<void> checkFileClashes(const RenderOptions& options) {
     take("--sample", host.sample);
     take("--automate", host.automation);
     take("--midi", host.midi);
+    take("--scrub", options.motion.scrub);
     if (!host.saveState || !host.state || !sameFile(*host.saveState, *host.state))
         take("--state", host.state);
 
@@ -48,7 +49,8 @@ Result<void> checkFileClashes(const RenderOptions& options) {
     };
     for (const auto& [option, path] :
          {std::pair("OUT", std::optional(options.output)), std::pair("--picture", options.picture),
-          std::pair("--save-state", host.saveState)})
+          std::pair("--save-state", host.saveState),
+          std::pair("--record-scrub", options.motion.recordScrub)})
         if (const auto written = write(option, path); !written) return written;
     return {};
 }

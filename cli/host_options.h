@@ -36,10 +36,13 @@ struct HostOptions {
     std::optional<std::filesystem::path> automation = {}, midi = {}, state = {}, saveState = {};
     bool freeze = false;
     std::optional<double> fadeIn = {}, fadeOut = {}; ///< seconds
+    bool tempoIsFollowed = false;                    ///< by an LFO
 
     bool isInstrument() const;
     /// Whether the host tells the audio unit of music at all.
-    bool reportsContext() const { return tempo || meter || transport || scanSync || echoSync; }
+    bool reportsContext() const {
+        return tempo || meter || transport || scanSync || echoSync || tempoIsFollowed;
+    }
 };
 
 inline constexpr double kDefaultTempo = 120.0;

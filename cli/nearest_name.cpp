@@ -23,10 +23,11 @@ std::string plainName(std::string_view name) {
 }
 
 std::string inQuotes(std::string_view name) {
-    std::string quoted = "\"";
-    quoted += name;
-    quoted += '"';
-    return quoted;
+    constexpr std::size_t kMost = 80;
+    std::size_t shown = std::min(name.size(), kMost);
+    if (shown < name.size()) // between characters, not within one
+        while (shown > 0 && (name[shown] & 0xC0) == 0x80) --shown;
+    return '"' + std::string(name.substr(0, shown)) + (shown < name.size() ? "..." : "") + '"';
 }
 
 std::size_t editDistance(std::string_view from, std::string_view to) {

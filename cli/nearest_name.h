@@ -11,7 +11,7 @@ namespace zephyra {
 /// name without case, spaces and punctuation: "Dry/Wet" and "dry wet" are both "drywet".
 std::string plainName(std::string_view name);
 
-/// name between double quotes, for messages.
+/// name between double quotes, for messages; a long one is cut.
 std::string inQuotes(std::string_view name);
 
 /// How many letters must be inserted, removed, replaced or swapped with their neighbour to turn one

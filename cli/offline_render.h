@@ -1,6 +1,7 @@
 // OfflineRender: one instrument or effect rendered from first frame to last, as fast as it goes.
 #pragma once
 
+#include "cli/render_motion.h"
 #include "cli/render_plan.h"
 #include "engine/grain_trace.h"
 #include "hosting/offline_host.h"
@@ -34,6 +35,7 @@ struct RenderedBlock {
     std::span<const GrainRecord> grains; ///< those that were scheduled in it
     float scanPosition;                  ///< fraction of the source, at the last frame
     float amplitude;                     ///< that the block's grains started with
+    std::span<const float> moved = {};   ///< linear values of the plan's moved controls, after it
 };
 
 struct RenderStatistics {
@@ -62,7 +64,10 @@ public:
     Result<RenderStatistics> run(const Consumer& consumer);
 
     /// Everything as it stands, for saving.
-    PropertyDictionary state() const { return controller_.getState(); }
+    PropertyDictionary state() { return controller_.getState(); }
+
+    /// Where the scan stood while grains started; null where the plan keeps no take.
+    const TakeRecorder* recordedTake() const { return motion_.recorded(); }
 
     /// Frames of the buffer that live input is kept in.
     static constexpr std::uint64_t kLiveFrames = WaveForm::kLiveFrames;
@@ -93,6 +98,7 @@ private:
     std::unique_ptr<GrainTrace> trace_;
     std::unique_ptr<MyAudioUnit> unit_; // outlives the controller that is connected to it
     AudioUnitViewController controller_;
+    RenderMotion motion_;
     OfflineHost host_;
     RenderSource source_;
     std::size_t nextSetting_ = 0, nextMidi_ = 0;

@@ -3,7 +3,6 @@
 #include "cli/render_plan.h"
 #include "cli/text_numbers.h"
 #include "cli/time_order.h"
-#include "controls/named_knobs.h"
 #include "engine/envelope_menu.h"
 
 #include <algorithm>
@@ -65,10 +64,13 @@ PictureRecorder::PictureRecorder(const RenderPlan& plan, const SoundFileInfo& so
       readFrames_(plan.use == SourceUse::live
                       ? static_cast<double>(OfflineRender::kLiveFrames)
                       : std::max(sourceFrames_, static_cast<double>(mokSample::kSmallestFrames))),
-      readRate_(source.sampleRate), picture_({.sourceFrames = source.frames,
-                                              .sourceRate = source.sampleRate,
-                                              .frames = plan.frames,
-                                              .sampleRate = plan.sampleRate}) {
+      readRate_(source.sampleRate),
+      picture_({.sourceFrames = source.frames,
+                .sourceRate = source.sampleRate,
+                .frames = plan.frames,
+                .sampleRate = plan.sampleRate,
+                .moved = plan.moved,
+                .notes = notesOf(plan.midi, plan.secondsAt(plan.frames))}) {
     GrainMap& map = picture_.map();
     map.playSeconds = static_cast<double>(plan.playFrames) / plan.sampleRate;
     map.edge = plan.use == SourceUse::live ? SourceEdge::ends : SourceEdge::wraps;
@@ -86,11 +88,13 @@ PictureRecorder::PictureRecorder(const RenderPlan& plan, const SoundFileInfo& so
              std::string(point.ramp ? "\u2197 " : "") +
                  settingText({point.parameter, displayedFromLinear(range, point.linear)})});
     }
-    for (const TimedMidi& message : plan.midi)
-        if (message.bytes[0] >> 4 == 0x9 && message.bytes[2] > 0)
-            map.events.push_back({message.seconds, midiNoteName(message.bytes[1])});
     if (plan.stopFrame) map.events.push_back({plan.secondsAt(*plan.stopFrame), "Stop"});
     sortByTime(map.events);
+    std::vector<float> first;
+    for (const MovedControl& moved : plan.moved)
+        first.push_back(linearFromDisplayed(controlRange(moved.control),
+                                            plan.initial[static_cast<std::size_t>(moved.control)]));
+    picture_.addControls(0.0, first);
 }
 
 double PictureRecorder::sourcePosition(double position, const RenderedBlock& block,
@@ -121,6 +125,7 @@ void PictureRecorder::add(const RenderedBlock& block) {
                       double{block.amplitude},
              .dropped = grain.dropped});
     }
+    picture_.addControls(plan_.secondsAt(block.firstFrame + block.frames), block.moved);
     const std::uint64_t last = block.firstFrame + block.frames - 1;
     if (last < plan_.playFrames)
         picture_.addScan({static_cast<double>(last) / plan_.sampleRate,

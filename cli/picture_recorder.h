@@ -19,6 +19,8 @@ public:
     void addSource(std::span<const float> samples) { picture_.addSource(samples); }
     /// Before the block's samples are limited.
     void add(const RenderedBlock& block);
+    /// Pixels of the canvas to draw on.
+    int height() const { return picture_.height(); }
     /// What was recorded of the grains.
     const GrainMap& map() const noexcept { return picture_.map(); }
     /// title is the source's name; statistics and file tell what else was measured.

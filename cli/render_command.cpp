@@ -9,6 +9,7 @@
 #include "cli/render_plan.h"
 #include "cli/render_report.h"
 #include "cli/render_source.h"
+#include "cli/take_file.h"
 #include "platform/atomic_file.h"
 
 #include <filesystem>
@@ -32,6 +33,7 @@ struct Job {
     const RenderPlan& plan() const { return render.plan(); }
     OutputFile file;
     PictureFile pictureFile;
+    TakeFile takeFile;
     std::unique_ptr<PictureRecorder> recorder; // only when a picture is wanted
 };
 
@@ -52,6 +54,8 @@ Result<void> openFiles(Job& job, const ReadSource& read) {
         !opened)
         return opened;
     if (auto writable = checkStateFile(job.options.host.saveState); !writable) return writable;
+    if (const auto& take = job.options.motion.recordScrub)
+        if (auto opened = job.takeFile.open(*take); !opened) return opened;
     if (!job.options.picture) return {};
     if (auto opened = job.pictureFile.open(*job.options.picture); !opened) return opened;
     job.recorder = std::make_unique<PictureRecorder>(job.plan(), read.shown);
@@ -70,14 +74,25 @@ Result<RenderStatistics> renderAll(Job& job) {
     });
 }
 
-Result<void> saveState(const Job& job) {
+Result<void> saveState(Job& job) {
     if (!job.options.host.saveState) return {};
     return writePropertyListFile(*job.options.host.saveState, job.render.state());
 }
 
+Result<void> saveTake(Job& job) {
+    const TakeRecorder* const take = job.render.recordedTake();
+    if (!take) return {};
+    if (take->isCut() && !job.options.quiet)
+        std::fprintf(stderr,
+                     "zephyra: %s: a take holds 1800 positions; what came after 120 s is left "
+                     "out\n",
+                     job.options.motion.recordScrub->c_str());
+    return job.takeFile.save(take->positions());
+}
+
 Result<void> savePicture(Job& job, const RenderStatistics& statistics) {
     if (!job.recorder) return {};
-    Canvas canvas(RenderPicture::kWidth, RenderPicture::kHeight);
+    Canvas canvas(RenderPicture::kWidth, job.recorder->height());
     job.recorder->draw(canvas, job.options.input.filename().string(), statistics, job.file);
     return job.pictureFile.save(canvas);
 }
@@ -111,6 +126,7 @@ ExitCode runRender(const TypedRenderOptions& typed) {
             .render = OfflineRender(std::move(plan.value())),
             .file = {},
             .pictureFile = {},
+            .takeFile = {},
             .recorder = nullptr};
     if (const auto ready = job.render.prepare(std::move(read.value().source)); !ready)
         return endWith(ExitCode::failure, ready.message());
@@ -125,9 +141,13 @@ ExitCode runRender(const TypedRenderOptions& typed) {
         return endWith(ExitCode::failure, closed.message());
     if (const auto saved = savePicture(job, statistics.value()); !saved)
         return endWith(ExitCode::failure, saved.message());
+    if (const auto saved = saveTake(job); !saved)
+        return endWith(ExitCode::failure, saved.message());
     if (const auto saved = saveState(job); !saved)
         return endWith(ExitCode::failure, saved.message());
-    return tell({options, job.plan(), statistics.value(), job.file});
+    const TakeRecorder* const take = job.render.recordedTake();
+    return tell(
+        {options, job.plan(), statistics.value(), job.file, take ? take->positions().size() : 0});
 }
 
 } // namespace zephyra

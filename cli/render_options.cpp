@@ -163,6 +163,8 @@ Complaint checkLive(const RenderOptions& options) {
     bool asked = std::any_of(options.settings.begin(), options.settings.end(), asksForLive);
     for (const TimedSetting& timed : options.timedSettings)
         asked = asked || asksForLive(timed.setting);
+    for (const LearnOption& learned : options.motion.learned)
+        asked = asked || learned.control == ControlId::live;
     if (!asked || !options.host.isInstrument()) return {};
     return Failure{"LIVE is for an effect, which has an input; add --as effect"};
 }
@@ -208,6 +210,7 @@ void declareRenderOptions(CLI::App& command, TypedRenderOptions& typed) {
     option("--type", typed.type, "TYPE",
            "wav, aiff, aifc, caf, au, sd2 or m4a, whatever OUT's name");
     declareHostOptions(command, typed.host);
+    declareMotionOptions(command, typed.motion);
     command.add_flag("--float", typed.floats, "Write 32-bit floats (WAV), which nothing limits");
     option("--picture", typed.picture, "OUT.png",
            "Draw the source, every grain, the output and its spectrogram");
@@ -229,6 +232,10 @@ Result<RenderOptions> checkRenderOptions(const TypedRenderOptions& typed) {
     Result<HostOptions> host = checkHostOptions(typed.host, typed.live);
     if (!host) return Failure{host.message()};
     options.host = std::move(host.value());
+    Result<MotionOptions> motion = checkMotionOptions(typed.motion, options.host.midi.has_value());
+    if (!motion) return Failure{motion.message()};
+    options.motion = std::move(motion.value());
+    options.host.tempoIsFollowed = options.motion.followsTempo();
     if (const auto clear = checkFileClashes(options); !clear) return Failure{clear.message()};
     if (auto wrong = checkLive(options)) return std::move(*wrong);
     return options;

@@ -3,6 +3,7 @@
 
 #include "cli/control_names.h"
 #include "cli/host_options.h"
+#include "cli/motion_options.h"
 #include "platform/four_char_code.h"
 #include "platform/result.h"
 
@@ -31,6 +32,7 @@ struct TypedRenderOptions {
     std::optional<std::string> picture;
     std::vector<std::string> settings, timedSettings;
     TypedHostOptions host;
+    TypedMotionOptions motion;
     bool live = false, floats = false, quiet = false, json = false;
 };
 
@@ -48,6 +50,7 @@ struct RenderOptions {
     std::optional<std::size_t> envelope;     ///< position in the menu
     std::optional<float> start, end;         ///< fractions of the source
     HostOptions host;
+    MotionOptions motion;
     bool live, floats, quiet, json;
 };
 

@@ -1,5 +1,6 @@
 #include "cli/render_picture.h"
 
+#include "cli/paths_lane.h"
 #include "cli/picture_axes.h"
 #include "cli/spectrogram_lane.h"
 #include "cli/waveform_lane.h"
@@ -18,7 +19,8 @@ constexpr Box kSourceBox = {84, 122, 138, 450};
 constexpr Box kMapBox = {kLaneX, 122, kLaneWidth, 450};
 constexpr Box kLeftBox = {kLaneX, 592, kLaneWidth, 80};
 constexpr Box kRightBox = {kLaneX, 676, kLaneWidth, 80};
-constexpr Box kSpectrumBox = {kLaneX, 776, kLaneWidth, 264};
+constexpr double kMotionY = 776; // notes and controls, if any; the spectrum moves down for them
+constexpr double kSpectrumHeight = 264, kFooter = 60;
 constexpr double kLegendX = 1516, kLegendWidth = 12;
 constexpr double kMargin = 28;
 constexpr double kScanStepsPerPixel = 8;
@@ -73,6 +75,10 @@ void drawSourceGlow(Canvas& canvas, const std::vector<WaveformColumns::Column>& 
                     theme::source.faded(kBrightest * columns[row].rms() / loudest));
 }
 
+double heightWithGap(double height, double gap) {
+    return height > 0 ? height + gap : 0;
+}
+
 /// As many settings to a line as fit, on two lines.
 void drawSettings(Canvas& canvas, const std::vector<std::string>& settings) {
     const TextStyle style = {.colour = theme::text, .size = 13.5};
@@ -96,9 +102,19 @@ void drawSettings(Canvas& canvas, const std::vector<std::string>& settings) {
 RenderPicture::RenderPicture(const PictureScales& scales)
     : scales_(scales), source_(scales.sourceFrames, pixels(kSourceBox.height)),
       left_(scales.frames, pixels(kLaneWidth)), right_(scales.frames, pixels(kLaneWidth)),
-      spectrum_(scales.frames, scales.sampleRate, pixels(kLaneWidth), pixels(kSpectrumBox.height)) {
+      spectrum_(scales.frames, scales.sampleRate, pixels(kLaneWidth), pixels(kSpectrumHeight)),
+      paths_(scales.moved, secondsOf(scales.frames, scales.sampleRate), pixels(kLaneWidth)) {
     map_.seconds = secondsOf(scales.frames, scales.sampleRate);
     map_.playSeconds = map_.seconds;
+    const double notes = notesHeight(scales.notes), paths = pathsHeight(scales.moved.size());
+    const double pathsY = kMotionY + heightWithGap(notes, 6);
+    page_ = {.notes = {kLaneX, kMotionY, kLaneWidth, notes},
+             .paths = {kLaneX, pathsY, kLaneWidth, paths},
+             .spectrum = {kLaneX, pathsY + heightWithGap(paths, 20), kLaneWidth, kSpectrumHeight}};
+}
+
+int RenderPicture::height() const {
+    return static_cast<int>(page_.spectrum.bottom() + kFooter);
 }
 
 void RenderPicture::addSource(std::span<const float> samples) {
@@ -167,16 +183,27 @@ void RenderPicture::drawOutput(Canvas& canvas) const {
     }
 }
 
+void RenderPicture::drawMotion(Canvas& canvas) const {
+    if (!scales_.notes.empty()) {
+        const Box& box = page_.notes;
+        drawNotes(canvas, box, scales_.notes, map_.seconds, outputTimes(scales_));
+        canvas.text(box.x - 9, box.y + box.height / 2 + 4, "notes",
+                    {.size = 13, .anchor = TextAnchor::right});
+    }
+    drawPaths(canvas, page_.paths, kMargin, paths_.all(), outputTimes(scales_));
+}
+
 void RenderPicture::drawSpectrum(Canvas& canvas) const {
+    const Box& box = page_.spectrum;
     const LevelRange range = levelRange(spectrum_);
-    drawSpectrogram(canvas, kSpectrumBox, spectrum_, range);
-    drawUprightAxis(canvas, kSpectrumBox,
+    drawSpectrogram(canvas, box, spectrum_, range);
+    drawUprightAxis(canvas, box,
                     frequencyTicks(SpectrumColumns::kLowestFrequency, spectrum_.highestFrequency()),
                     "output (Hz)");
-    drawTimeAxis(canvas, kSpectrumBox, outputTimes(scales_),
+    drawTimeAxis(canvas, box, outputTimes(scales_),
                  std::string("time (") + timeUnit(map_.seconds) + ")");
-    drawLevelLegend(canvas, {kLegendX, kSpectrumBox.y, kLegendWidth, kSpectrumBox.height}, range);
-    canvas.outline(kSpectrumBox, theme::frame);
+    drawLevelLegend(canvas, {kLegendX, box.y, kLegendWidth, box.height}, range);
+    canvas.outline(box, theme::frame);
 }
 
 void RenderPicture::draw(Canvas& canvas, const PictureTexts& texts) {
@@ -184,6 +211,7 @@ void RenderPicture::draw(Canvas& canvas, const PictureTexts& texts) {
     drawHeader(canvas, texts);
     drawSourceAndGrains(canvas);
     drawOutput(canvas);
+    drawMotion(canvas);
     drawSpectrum(canvas);
 }
 

@@ -1,6 +1,7 @@
 #include "cli/render_plan.h"
 
 #include "cli/echo_tail.h"
+#include "cli/take_file.h"
 #include "cli/text_numbers.h"
 #include "platform/clock.h"
 #include "stream/echo_sync.h"
@@ -67,7 +68,21 @@ Result<void> readFiles(const HostOptions& host, RenderPlan& plan) {
         if (!state) return Failure{"--state: " + state.message()};
         plan.state = std::move(state.value());
     }
+    if (plan.motion.scrub) {
+        auto take = readTake(*plan.motion.scrub);
+        if (!take) return Failure{"--scrub: " + take.message()};
+        plan.take = std::move(take.value());
+    }
     return {};
+}
+
+/// A take is read back only with two positions in it.
+Result<void> checkRecordedTake(const RenderPlan& plan) {
+    const double seconds = plan.secondsAt(plan.playFrames);
+    if (!plan.motion.recordScrub || seconds * ScrubRecorder::kPointsPerSecond > kLeastTakePoints)
+        return {};
+    return Failure{"--record-scrub keeps 15 positions a second, and the grains play for " +
+                   formatFixed(seconds, 3) + " s only; lengthen the render with --seconds"};
 }
 
 } // namespace
@@ -88,6 +103,8 @@ ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame) {
     for (const TimedSetting& timed : plan.timedSettings)
         if (dueFrame(timed.seconds, plan.sampleRate) <= frame)
             values[static_cast<std::size_t>(timed.setting.control)] = timed.setting.value;
+    for (const ControlSetting& one : plan.swept)
+        values[static_cast<std::size_t>(one.control)] = one.value;
     const auto lanes = automationLanes(plan.automation, [&values](ControlId id) {
         return linearFromDisplayed(controlRange(id), values[static_cast<std::size_t>(id)]);
     });
@@ -111,6 +128,7 @@ Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileI
                     .start = options.start,
                     .end = options.end,
                     .host = options.host,
+                    .motion = options.motion,
                     .addTail = !options.seconds};
     if (const auto read = readFiles(options.host, plan); !read) return Failure{read.message()};
     const double ownSeconds = static_cast<double>(input.frames) / input.sampleRate;
@@ -146,6 +164,7 @@ Result<void> checkTimes(const RenderPlan& plan) {
                        " is longer than the grains play, which is " +
                        formatFixed(plan.secondsAt(plan.playFrames), 3) +
                        " s; choose a shorter fade or lengthen the render with --seconds"};
+    if (const auto fits = checkRecordedTake(plan); !fits) return fits;
     if (plan.timedSettings.empty()) return {};
     const TimedSetting& last = plan.timedSettings.back();
     if (last.seconds < kMostSeconds && dueFrame(last.seconds, plan.sampleRate) < plan.frames)

@@ -2,14 +2,17 @@
 #pragma once
 
 #include "cli/automation_lane.h"
+#include "cli/control_paths.h"
 #include "cli/host_options.h"
 #include "cli/midi_file.h"
+#include "cli/motion_options.h"
 #include "cli/render_options.h"
 #include "platform/property_list.h"
 #include "platform/result.h"
 #include "platform/sound_file.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -24,6 +27,13 @@ ControlValues defaultControlValues();
 
 /// Whether grains are cut from a loaded sample or from the host's input.
 enum class SourceUse { loaded, live };
+
+/// How much moves by itself, whether options asked for it or a state brought it.
+struct MotionCounts {
+    std::size_t lfos = 0;
+    std::size_t controllers = 0; ///< learned ones
+    std::size_t takePoints = 0;  ///< of the take that plays
+};
 
 /// The same plan and source give the same samples.
 struct RenderPlan {
@@ -41,8 +51,14 @@ struct RenderPlan {
     std::vector<AutomationPoint> automation = {}; ///< sorted
     std::vector<TimedMidi> midi = {};             ///< sorted
     std::optional<PropertyDictionary> state = {};
+    MotionOptions motion = {};
+    std::vector<float> take = {};                ///< of --scrub; empty: none
     bool addTail = false;                        ///< the echo's tail is still to be added to frames
     std::optional<std::uint64_t> stopFrame = {}; ///< where stop is pressed; none: never
+    /// By LFOs, controllers and automation, the state's as well, once it is prepared.
+    std::vector<MovedControl> moved = {};
+    MotionCounts counts = {};
+    std::vector<ControlSetting> swept = {};         ///< what LFOs move, high on each one's way
     ControlValues initial = defaultControlValues(); ///< at the first frame, once it is prepared
 
     double secondsAt(std::uint64_t frame) const { return static_cast<double>(frame) / sampleRate; }
@@ -52,7 +68,7 @@ struct RenderPlan {
 std::uint64_t dueFrame(double seconds, double sampleRate);
 
 /// What the controls stand at when the output has reached frame, all settings and automation of
-/// that block and before applied.
+/// that block and before applied; about what, where an LFO moves them.
 ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame);
 
 /// Fills in what the options leave open: the source's rate and length, a seed from the clock; reads

@@ -29,10 +29,40 @@ const char* componentName(FourCharCode type) {
     return type == component_type::effect ? "effect" : "music-effect";
 }
 
+/// Adds what moved the controls, where something did.
+void addMotion(nlohmann::ordered_json& json, const RenderOutcome& outcome) {
+    const RenderPlan& plan = outcome.plan;
+    if (!plan.automation.empty()) json["automationPoints"] = plan.automation.size();
+    if (!plan.midi.empty()) json["midiMessages"] = plan.midi.size();
+    if (plan.counts.lfos > 0) json["lfos"] = plan.counts.lfos;
+    if (plan.counts.controllers > 0) json["learnedControllers"] = plan.counts.controllers;
+    if (plan.counts.takePoints > 0) json["takePoints"] = plan.counts.takePoints;
+    if (!plan.motion.recordScrub) return;
+    json["recordedTake"] = plan.motion.recordScrub->string();
+    json["recordedTakePoints"] = outcome.recordedPositions;
+}
+
+/// ", 2 LFOs, a take of 30 positions", or nothing.
+std::string motionText(const RenderOutcome& outcome) {
+    const auto counted = [](std::size_t count, const char* one) {
+        return count == 0 ? std::string()
+                          : ", " + std::to_string(count) + " " + one + (count == 1 ? "" : "s");
+    };
+    const RenderPlan& plan = outcome.plan;
+    std::string text =
+        counted(plan.counts.lfos, "LFO") + counted(plan.counts.controllers, "learned controller");
+    if (plan.counts.takePoints > 0)
+        text += ", a take of " + std::to_string(plan.counts.takePoints) + " positions";
+    if (plan.motion.recordScrub)
+        text += ", " + std::to_string(outcome.recordedPositions) + " positions kept in " +
+                plan.motion.recordScrub->string();
+    return text;
+}
+
 } // namespace
 
 std::string jsonReport(const RenderOutcome& outcome) {
-    const auto& [options, plan, statistics, file] = outcome;
+    const auto& [options, plan, statistics, file, recordedPositions] = outcome;
     nlohmann::ordered_json json;
     json["input"] = options.input.string();
     json["output"] = options.output.string();
@@ -44,8 +74,7 @@ std::string jsonReport(const RenderOutcome& outcome) {
     json["envelope"] = kEnvelopeMenu[static_cast<std::size_t>(
         plan.initial[static_cast<std::size_t>(ControlId::envelope)])];
     if (options.host.reportsContext()) json["tempo"] = options.host.tempo.value_or(kDefaultTempo);
-    if (!plan.automation.empty()) json["automationPoints"] = plan.automation.size();
-    if (!plan.midi.empty()) json["midiMessages"] = plan.midi.size();
+    addMotion(json, outcome);
     if (options.host.saveState) json["savedState"] = options.host.saveState->string();
     json["sampleRate"] = plan.sampleRate;
     json["frames"] = plan.frames;
@@ -64,7 +93,7 @@ std::string jsonReport(const RenderOutcome& outcome) {
 }
 
 std::string textReport(const RenderOutcome& outcome) {
-    const auto& [options, plan, statistics, file] = outcome;
+    const auto& [options, plan, statistics, file, recordedPositions] = outcome;
     std::string text = options.output.string() + ": " + formatDuration(secondsOf(plan)) + ", " +
                        options.type.title + (options.floats ? " 32-bit float" : "") + ", stereo, " +
                        formatNumber(plan.sampleRate) + " Hz, peak " + decibelText(file.peak()) +
@@ -72,7 +101,7 @@ std::string textReport(const RenderOutcome& outcome) {
     text += std::to_string(statistics.startedGrains) + " grains";
     if (statistics.droppedGrains > 0)
         text += " (" + std::to_string(statistics.droppedGrains) + " dropped)";
-    text += ", seed " + std::to_string(plan.seed) + ", rendered at " +
+    text += motionText(outcome) + ", seed " + std::to_string(plan.seed) + ", rendered at " +
             formatFixed(speedOf(outcome), 0) + " times real time\n";
     return text;
 }

@@ -5,6 +5,7 @@
 #include "cli/output_file.h"
 #include "cli/render_options.h"
 
+#include <cstddef>
 #include <string>
 
 namespace zephyra {
@@ -15,6 +16,7 @@ struct RenderOutcome {
     const RenderPlan& plan;
     const RenderStatistics& statistics;
     const OutputFile& file;
+    std::size_t recordedPositions; ///< of --record-scrub
 };
 
 /// A JSON object for scripts, with a line end.

@@ -29,7 +29,7 @@ OSStatus OfflineHost::start(const HostSetup& setup) {
     if (const OSStatus status = allocate(setup); status != noError) return status;
     running_ = true;
     setup_ = setup;
-    events_.clear();
+    dropEvents();
     rendered_ = keptAt_ = 0;
     keptBeats_ = beats_;
     renderSeconds_ = 0.0;
@@ -70,6 +70,11 @@ void OfflineHost::stop() {
     const RunLoop::Scope main(instance_.runLoop);
     unit_.deallocateRenderResources();
     takeBlocksAway();
+}
+
+void OfflineHost::dropEvents() {
+    events_.clear();
+    midi_.clear();
 }
 
 /// Everything that was asked for is done, however long the machine takes: that makes a render
@@ -119,6 +124,11 @@ void OfflineHost::queueMidi(const std::uint8_t* bytes, std::uint16_t length, std
     message.length = std::min<std::uint16_t>(length, sizeof message.data);
     std::copy_n(bytes, message.length, message.data);
     queueEvent(AURenderEventType::MIDI, offset).MIDI = message;
+
+    const auto place =
+        std::upper_bound(midi_.begin(), midi_.end(), offset,
+                         [](std::uint32_t at, const MidiBytes& m) { return at < m.offset; });
+    midi_.insert(place, {offset, {bytes, bytes + length}});
 }
 
 /// Behind those of its offset.
@@ -162,7 +172,7 @@ OSStatus OfflineHost::render(const Block& block) {
 OSStatus OfflineHost::renderPiece(const Block& piece) {
     settle();
     const OSStatus status = callUnit(piece);
-    events_.clear();
+    dropEvents();
     if (status == noError) goOn(piece.frames);
     return status;
 }
@@ -175,11 +185,17 @@ OSStatus OfflineHost::callUnit(const Block& piece) {
     input_[0] = piece.inputLeft;
     input_[1] = piece.inputRight;
     const AURenderEvent* const events = linkEvents();
+    pushMidi();
     const AUInternalRenderBlock renderBlock = unit_.internalRenderBlock();
     const double before = machineSeconds();
     const OSStatus status = renderBlock(piece.frames, output, events, this);
     renderSeconds_ += machineSeconds() - before;
     return status;
+}
+
+void OfflineHost::pushMidi() ZEPHYRA_NONBLOCKING {
+    if (!inlet_) return;
+    for (const MidiBytes& event : midi_) inlet_->push(event.bytes.data(), event.bytes.size());
 }
 
 void OfflineHost::goOn(std::uint32_t frames) {

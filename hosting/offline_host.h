@@ -2,6 +2,7 @@
 #pragma once
 
 #include "audiounit/my_audio_unit.h"
+#include "hosting/midi_inlet.h"
 #include "platform/audio_unit_host.h"
 #include "platform/instance.h"
 
@@ -50,8 +51,13 @@ public:
     /// Whether the transport is reported; off at first, and a host need not.
     void reportTransport(bool on) { reportsTransport_ = on; }
 
+    /// Where MIDI goes besides the unit; null, as at first, for nowhere else. It must outlive this
+    /// or be taken away. From the next block on.
+    void setMidiInlet(MidiInlet* inlet) { inlet_ = inlet; }
+
     /// Events of the next block, sorted by their offset in frames from its start and else in the
-    /// order of the calls. Values are linear. Of MIDI up to three bytes count; none is ignored.
+    /// order of the calls. Values are linear. Of MIDI the unit gets up to three bytes and the inlet
+    /// all of them; none is ignored.
     void queueParameter(AUParameterAddress address, AUValue value, std::uint32_t offset = 0);
     void queueRamp(AUParameterAddress address, AUValue end, std::uint32_t frames,
                    std::uint32_t offset = 0);
@@ -81,19 +87,29 @@ private:
                        AudioBufferList& list) ZEPHYRA_NONBLOCKING override;
     OSStatus allocate(const HostSetup& setup);
     void takeBlocksAway();
+    void dropEvents();
     void settle();
     OSStatus renderPiece(const Block& piece);
     OSStatus callUnit(const Block& piece);
+    void pushMidi() ZEPHYRA_NONBLOCKING;
     void goOn(std::uint32_t frames);
     void keepBeats();
     const AURenderEvent* linkEvents();
     AURenderEvent& queueEvent(AURenderEventType type, std::uint32_t offset);
 
+    /// The bytes of one MIDI event, as long as it is.
+    struct MidiBytes {
+        std::uint32_t offset;
+        std::vector<std::uint8_t> bytes;
+    };
+
     MyAudioUnit& unit_;
     Instance& instance_;
+    MidiInlet* inlet_ = nullptr;
     HostSetup setup_;
     bool running_ = false;
     std::vector<AURenderEvent> events_; // in order; their times are offsets until they are linked
+    std::vector<MidiBytes> midi_;       // the same, for the inlet
     AUMusicalContext context_;          // without the beat position
     bool reportsContext_ = false, reportsTransport_ = false, moving_ = false, wasMoving_ = false;
     double beats_ = 0.0;

@@ -26,6 +26,9 @@ AudioUnitViewController::AudioUnitViewController(Instance& instance)
       parameters(_GRANULATOR_STREAM.controls, withRange(_inputDryWetKnob, ControlId::dryWet, ""),
                  kSuffix),
       sampleLoader(instance, _GRANULATOR_STREAM), liveExport(instance, _GRANULATOR_STREAM),
+      surfaces(_GRANULATOR_STREAM), scrubWidgets(instance.runLoop),
+      assignments(instance, assignable), midiManager(instance, assignments),
+      tiltWidgets(instance.runLoop, instance.accelerometer), _lfoSwitch("LFOSwitch", true),
       instance_(instance) {
     withRange(_fadeInTime, ControlId::fadeIn, kSuffix);
     withRange(_fadeOutTime, ControlId::fadeOut, kSuffix);
@@ -34,6 +37,7 @@ AudioUnitViewController::AudioUnitViewController(Instance& instance)
         knob->observeInteractionStyle(instance_.notifications);
     _GRANULATOR_STREAM.setSettings(this);
     addOwnTargets();
+    wireModulation();
     refreshNotice_ = instance_.notifications.addObserver("refreshParameters", [this](const auto&) {
         // While the host moves a button, the other controls are about to move as well.
         if (movingFromHost_)
@@ -50,6 +54,7 @@ AudioUnitViewController::~AudioUnitViewController() {
     disconnect();
     instance_.runLoop.cancel(collecting_);
     instance_.notifications.removeObserver(refreshNotice_);
+    _GRANULATOR_STREAM.scrubArea.removeListener(&scrubWidgets);
     _GRANULATOR_STREAM.setSettings(nullptr);
 }
 

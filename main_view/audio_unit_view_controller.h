@@ -4,8 +4,16 @@
 
 #include "audiounit/audio_unit_controller.h"
 #include "audiounit/my_audio_unit.h"
+#include "controls/toggle.h"
+#include "main_view/assignable_controls.h"
 #include "main_view/host_parameters.h"
+#include "main_view/performance_surfaces.h"
+#include "modulation/accelerometer_widgets.h"
+#include "modulation/control_manager.h"
+#include "modulation/midi_manager.h"
+#include "modulation/scrub_widgets.h"
 #include "platform/instance.h"
+#include "platform/midi_message.h"
 #include "platform/property_list.h"
 #include "stream/live_export.h"
 #include "stream/sample_loader.h"
@@ -13,6 +21,7 @@
 #include "stream/stream_settings.h"
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -41,6 +50,17 @@ public:
     SampleLoader sampleLoader;
     LiveExport liveExport;
 
+    PerformanceSurfaces surfaces;
+    AssignableControls assignable;
+    ScrubWidgets scrubWidgets; ///< what moves with the fingers that scrub
+    ControlManager assignments;
+    MidiManager midiManager;
+    AccelerometerWidgets tiltWidgets;
+    Toggle _lfoSwitch; ///< off: every LFO stands
+
+    /// A MIDI message of the host, besides what the audio unit makes of its notes.
+    void receiveMidi(const MidiMessage& message);
+
     /// "Fade In/Out (Play/Pause) Time: [In: %.3f secs  Out: %.3f secs]".
     std::string fadeTimesText() const;
 
@@ -49,7 +69,7 @@ public:
 
     // AudioUnitController
     MOK_SCRUB_GRANULATOR* granulatorStream() override { return &_GRANULATOR_STREAM; }
-    ControlManager* controlManager() override { return controlManager_; }
+    Modulation* controlManager() override { return &assignments; }
     MOK_KNOB* inputDryWetKnob() override { return &_inputDryWetKnob; }
     void connectViewWithAU() override;
     void refreshParameters() override;
@@ -68,13 +88,11 @@ public:
     void AUv3_Parameter_playToggle_from_DSP() override;
     void AUv3_Parameter_freezeToggle_from_DSP() override;
     void AUv3_Parameter_LiveToggle_from_DSP() override;
-
-    /// May be null; must outlive this. Counts from the next setAudioUnit on.
-    void setControlManager(ControlManager* manager) { controlManager_ = manager; }
+    void AUv3_Parameter_scrub_from_DSP(ControlEvents event) override;
 
     /// The whole state as a property-list dictionary; keys that a newer program wrote and
     /// restoreState did not know are handed back.
-    PropertyDictionary getState() const;
+    PropertyDictionary getState();
     /// Any thread but RENDER: passes a copy to restoreStateProc on MAIN.
     void restoreState(PropertyDictionary state);
     /// Missing keys keep what is there, wrong types are ignored with a log line.
@@ -84,6 +102,17 @@ private:
     void addOwnTargets();
     void disconnect();
     void postIfAlive(void (AudioUnitViewController::*task)());
+
+    // view_controller_modulation.cpp
+    void listAssignableControls();
+    void wireModulation();
+    void assignmentChanged(Control& control, AssignmentType from, AssignmentType to);
+    void saveModulation(PropertyDictionary& state);
+    void followTable();
+    void describeTilt(Control& control, AssignmentType type);
+    void showEndedNotes();
+    void restoreAssignments(PropertyReader& state);
+    void restoreModulation(PropertyReader& state);
 
     // view_controller_parameters.cpp
     void addControlTargets(const ParameterRow& row);
@@ -101,7 +130,6 @@ private:
 
     Instance& instance_;
     MyAudioUnit* audioUnit_ = nullptr;
-    ControlManager* controlManager_ = nullptr;
     AUParameterObserverToken observer_ = 0;
     NotificationCenter::Token refreshNotice_ = 0;
     RunLoop::Token collecting_ = 0;
@@ -112,6 +140,7 @@ private:
     bool scanSpeedWasSet_ = false;   // by somebody, since the scan was placed
     std::uint64_t scanChoices_ = 0;  // of the stream, when the scan was placed
     bool standsBehindInput_ = false; // the scan was placed behind the newest frame
+    std::bitset<128> endedNotes_;    // of MIDI, whose keys are still to go up
     PropertyDictionary unknownState_;
     std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true); // posted tasks look at it
 };

@@ -144,6 +144,12 @@ void AudioUnitViewController::AUv3_Parameter_LiveToggle_from_DSP() {
         postIfAlive(&AudioUnitViewController::leaveInput); // once it is known what plays instead
 }
 
+/// A hand on the sound is a gesture that hosts record, as on any other control.
+void AudioUnitViewController::AUv3_Parameter_scrub_from_DSP(ControlEvents event) {
+    for (const Handler& handler : kHandlers)
+        if (handler.events & event) tellHost(rowOf(ControlId::scrubbingWave), handler.type);
+}
+
 bool AudioUnitViewController::scanWasChosen() const {
     return scanSpeedWasSet_ || scanChoices_ != _GRANULATOR_STREAM.scanChoices();
 }

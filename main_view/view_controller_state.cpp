@@ -15,12 +15,13 @@ using OwnKnobs = std::array<Knob*, 3>;
 
 } // namespace
 
-PropertyDictionary AudioUnitViewController::getState() const {
+PropertyDictionary AudioUnitViewController::getState() {
     PropertyDictionary state = unknownState_;
     saveStreamState(_GRANULATOR_STREAM, state);
     for (const MOK_KNOB* knob :
          OwnKnobs<const MOK_KNOB>{&_inputDryWetKnob, &_fadeInTime, &_fadeOutTime})
         state.insert_or_assign(knob->channel, knob->value());
+    saveModulation(state);
     return state;
 }
 
@@ -41,6 +42,7 @@ void AudioUnitViewController::restoreStateProc(const PropertyDictionary& state) 
         knob->setValue(static_cast<float>(held));
         knob->sendEventValueChanged();
     }
+    restoreModulation(reader); // last: an LFO goes on from where its control stands
     unknownState_ = reader.unknown();
     refreshParameters(); // the scan's position has no control that tells the host
 }

@@ -1,6 +1,61 @@
 #include "modulation/lfo_widgets_mapping.h"
 
+#include "modulation/lfo_knob_wrapper.h"
+#include "modulation/lfo_scan_wrapper.h"
+#include "platform/log.h"
+
 namespace zephyra {
+
+LFO_WIDGETS_MAPPING::LFO_WIDGETS_MAPPING(RunLoop& runLoop)
+    : runLoop_(runLoop), timer_(runLoop.addTimer(kLfoTick, [this] { notifyClients(); })) {}
+
+LFO_WIDGETS_MAPPING::~LFO_WIDGETS_MAPPING() {
+    runLoop_.cancel(timer_);
+}
+
+void LFO_WIDGETS_MAPPING::addWidget(Control* control) {
+    if (!control) return logLine("Error: Attempted to add a widget with a ID null");
+    if (auto* const knob = dynamic_cast<MOK_KNOB*>(control))
+        wrappers_.add(std::make_shared<MOK_KNOB_LFO_CONTROL_WRAPPER>(*knob, bpm_));
+    else if (auto* const scan = dynamic_cast<ScanTarget*>(control))
+        wrappers_.add(std::make_shared<LfoScrubWaveFormWidgetWrapper>(*scan, bpm_));
+}
+
+void LFO_WIDGETS_MAPPING::removeWidget(const Control* control) {
+    wrappers_.remove(control);
+}
+
+void LFO_WIDGETS_MAPPING::removeAllWidgets() {
+    wrappers_.clear();
+}
+
+LfoWidgetWrapper* LFO_WIDGETS_MAPPING::getWrapperID(const Control* control) const {
+    return wrappers_.find(control);
+}
+
+PropertyDictionary LFO_WIDGETS_MAPPING::getWrapperInfo(const Control* control) const {
+    const LfoWidgetWrapper* const wrapper = wrappers_.find(control);
+    return wrapper ? wrapper->state() : PropertyDictionary{};
+}
+
+void LFO_WIDGETS_MAPPING::setWrapperInfo_fromDictionary(Control* control,
+                                                        const PropertyDictionary& state) {
+    if (!wrappers_.find(control)) addWidget(control);
+    if (LfoWidgetWrapper* const wrapper = wrappers_.find(control)) {
+        PropertyReader reader(state, control->channel);
+        wrapper->applyState(reader);
+    }
+}
+
+void LFO_WIDGETS_MAPPING::notifyClients() {
+    if (!enabled_) return;
+    wrappers_.forEach([](LfoWidgetWrapper& wrapper) { processLFO(&wrapper.currentLFO); });
+}
+
+void LFO_WIDGETS_MAPPING::setTempo(double bpm) {
+    bpm_ = bpm;
+    wrappers_.forEach([bpm](LfoWidgetWrapper& wrapper) { wrapper.setTempo(bpm); });
+}
 
 // LFOs move controls, and controls live on MAIN: there is nothing to do here.
 void lfotTickProcessing(LFO_WIDGETS_MAPPING*, int) ZEPHYRA_NONBLOCKING {}

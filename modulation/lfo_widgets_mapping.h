@@ -1,24 +1,58 @@
 // LFO_WIDGETS_MAPPING: the routing table that connects LFOs to the controls they move.
 #pragma once
 
+#include "modulation/lfo_widget_wrapper.h"
+#include "modulation/wrapper_list.h"
 #include "platform/realtime.h"
+#include "platform/run_loop.h"
 
 #include <cstddef>
 
 namespace zephyra {
 
-/// Modulation runs on MAIN alone; RENDER only passes the table to the empty hook. The list is
-/// empty. MAIN.
+/// Modulation runs on MAIN alone; RENDER only passes the table to the empty hook. Controls must
+/// outlive it or be removed. MAIN.
 class LFO_WIDGETS_MAPPING {
 public:
+    static constexpr double kTickRate = 32.0; ///< ticks per second
+
+    /// Ticks from now on; runLoop must outlive this.
+    explicit LFO_WIDGETS_MAPPING(RunLoop& runLoop);
+    ~LFO_WIDGETS_MAPPING();
+    LFO_WIDGETS_MAPPING(const LFO_WIDGETS_MAPPING&) = delete;
+    LFO_WIDGETS_MAPPING& operator=(const LFO_WIDGETS_MAPPING&) = delete;
+
+    /// A wrapper of the control that was there goes first. Knobs and scan targets get one, others
+    /// nothing; null is logged.
+    void addWidget(Control* control);
+    void removeWidget(const Control* control);
+    void removeAllWidgets();
+
+    /// Null when the control has none.
+    LfoWidgetWrapper* getWrapperID(const Control* control) const;
+    /// Empty when the control has none.
+    PropertyDictionary getWrapperInfo(const Control* control) const;
+    /// Adds the control first when it has none; a control that cannot be moved is left alone.
+    void setWrapperInfo_fromDictionary(Control* control, const PropertyDictionary& state);
+
+    /// One tick of every LFO, in the order of assignment, while enabled.
+    void notifyClients();
     /// While off no LFO advances.
     void setIsEnabled(bool on) noexcept { enabled_ = on; }
     bool getIsEnabled() const noexcept { return enabled_; }
-    /// How many controls are modulated.
-    std::size_t count() const noexcept { return 0; }
+    /// What linked LFOs follow from now on, and new ones begin with.
+    void setTempo(double bpm);
+
+    /// How many controls are modulated, and which, in the order of assignment.
+    std::size_t count() const noexcept { return wrappers_.size(); }
+    LfoWidgetWrapper& at(std::size_t index) const { return wrappers_.at(index); }
 
 private:
+    RunLoop& runLoop_;
+    RunLoop::Token timer_;
     bool enabled_ = true;
+    double bpm_ = 120.0;
+    WrapperList<LfoWidgetWrapper> wrappers_;
 };
 
 /// Called once per render cycle with the table (null is fine) and the cycle's frames; returns at

@@ -1,9 +1,11 @@
 #include "stream/control_ranges.h"
 
 #include "controls/curved_knobs.h"
+#include "controls/note_values.h"
 #include "engine/envelope_menu.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace zephyra {
@@ -15,7 +17,7 @@ using enum ControlCurve;
 using enum ControlKind;
 
 constexpr float kLastEnvelope = static_cast<float>(kEnvelopeMenu.size() - 1);
-constexpr float kLastSubdivision = static_cast<float>(kSubdivisionNames.size() - 1);
+constexpr float kLastSubdivision = static_cast<float>(kNoteValues.size() - 1);
 
 // clang-format off
 constexpr std::array<ControlRange, kControlCount> kRanges = {{

@@ -1,7 +1,6 @@
 // ControlRange: every control of a stream, with its name, range, default, curve and unit.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -96,11 +95,5 @@ float displayedFromLinear(const ControlRange& range, float linear) noexcept;
 
 /// The inverse, min + (max - min) · ((displayed - min) / (max - min)) ^ (1 / stepness). Any thread.
 float linearFromDisplayed(const ControlRange& range, float displayed) noexcept;
-
-/// The echo's note lengths from the longest to the shortest, by the value of a subdivision control:
-/// D is dotted, T a triplet.
-inline constexpr std::array<const char*, 21> kSubdivisionNames = {
-    "1/1D",  "1/1",  "1/2D", "1/1T",  "1/2",   "1/4D", "1/2T",  "1/4",   "1/8D", "1/4T", "1/8",
-    "1/16D", "1/8T", "1/16", "1/32D", "1/16T", "1/32", "1/64D", "1/32T", "1/64", "1/128"};
 
 } // namespace zephyra

@@ -5,7 +5,7 @@
 
 namespace zephyra {
 
-/// Seconds between two repeats for the note value at index of kSubdivisionNames (one beyond the
+/// Seconds between two repeats for the note value at index of kNoteValues (one beyond the
 /// last counts as the last) at beatsPerMinute; a tempo that is not above 0 counts as one beat a
 /// minute. Any thread.
 double syncedEchoSeconds(double beatsPerMinute, std::size_t index) noexcept;

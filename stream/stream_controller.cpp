@@ -26,7 +26,8 @@ struct Wire {
 } // namespace
 
 MOK_SCRUB_GRANULATOR::MOK_SCRUB_GRANULATOR(Instance& instance, std::string suffix)
-    : controls(suffix), instance_(instance), suffix_(std::move(suffix)),
+    : controls(suffix), scrubArea(*this, instance.runLoop, suffix),
+      scrubRecorder(*this, instance.runLoop), instance_(instance), suffix_(std::move(suffix)),
       window_(makeEnvelope(kDefaultEnvelope)),
       waveForm_(instance.notifications, instance.session, retirement_),
       engine_(waveForm_.mSample(), window_.get(), mokGranulatorSF::kVoices, kEngineRate),
@@ -38,6 +39,7 @@ MOK_SCRUB_GRANULATOR::MOK_SCRUB_GRANULATOR(Instance& instance, std::string suffi
 
 MOK_SCRUB_GRANULATOR::~MOK_SCRUB_GRANULATOR() {
     instance_.runLoop.cancel(pendingStop_);
+    instance_.runLoop.cancel(normalizing_);
 }
 
 void MOK_SCRUB_GRANULATOR::addTargets() {
@@ -91,6 +93,7 @@ void MOK_SCRUB_GRANULATOR::addSwitchTargets() {
     addTarget(c._freeze, "ui_freeze:", touchUpInside, &Self::ui_freeze);
     addTarget(c._enableLIVE, "ui_enableLiveInput", touchUpInside, &Self::ui_enableLiveInput);
     addTarget(c.liveClear, "ui_liveClear:", touchUpInside, &Self::ui_liveClear);
+    scrubRecorder.addTargets();
     c._keyboardButton.addTarget(this, "ui_setPitchToKeyboard:", touchUpInside,
                                 [this](Control& sender) {
                                     sender.tag = sender.tag == 1 ? 0 : 1;

@@ -11,6 +11,7 @@
 #include "stream/live_buffer.h"
 #include "stream/oscilloscope.h"
 #include "stream/sample_reference.h"
+#include "stream/scrub_area.h"
 #include "stream/scrub_recorder.h"
 #include "stream/stream_controls.h"
 #include "stream/stream_fade.h"
@@ -50,10 +51,12 @@ public:
     MOK_SCRUB_GRANULATOR& operator=(const MOK_SCRUB_GRANULATOR&) = delete;
 
     StreamControls controls;
+    ScrubArea scrubArea;         ///< where a hand moves the scan
+    ScrubRecorder scrubRecorder; ///< the take that a hand left
 
     /// Each may be null, and must outlive the stream or be taken away before.
     void setSettings(StreamSettings* settings) { settings_ = settings; }
-    void setScrubRecorder(ScrubRecorder* recorder) { recorder_ = recorder; }
+    StreamSettings* settings() const { return settings_; }
     void setKeyboard(Keyboard* keyboard) { keyboard_ = keyboard; }
 
     // --- Transport: stream_transport.cpp ---
@@ -73,9 +76,14 @@ public:
     void fadeIn();
     void fadeOut();
     void ui_rewind(Control* sender = nullptr);
+    /// Arms or disarms a rewind for the downbeat, while the scan is synced.
+    void ui_armRewind(Control* sender = nullptr);
+    /// To the region's start, unless a finger holds the scan.
     void ____rewind();
     void ui_freeze(Control* sender = nullptr);
     bool isArmed() const { return shouldPlayOnTime; }
+    /// Whether a hand or a stop's fade-out holds the scan's position.
+    bool isScrubbing() const { return stopHolds_ || scrubArea.isHeld(); }
 
     // --- The host's tempo and transport: stream_sync.cpp ---
 
@@ -136,8 +144,11 @@ public:
 
     /// The engine's scan position, a fraction of the sound.
     float getTimePhasor() const { return engine_.currentScanPosition(); }
-    /// Moves the scan to a fraction of the sound, held inside the region. Not finite is ignored.
+    /// Moves the scan to a fraction of the sound, held inside the region, unless a hand holds it.
+    /// Not finite is ignored.
     void setScrubNormalizedValue(float position);
+    /// The same for the hand itself.
+    void scrubTo(float position);
     /// The scan to the region's start for 0 ms; other times are fractions of the sound's length.
     void setTimePointer(double milliseconds);
     /// The part of the sound that is scanned, as fractions of it; with start above end the scan
@@ -157,6 +168,7 @@ public:
 
     // --- Notes to pitch: stream_notes.cpp ---
 
+    static constexpr int kPitchZeroNote = 60; ///< MIDI
     /// While the keyboard button is on: selects the note that the pitch control stands at.
     void ui_setPitchToKeyboard(Control* sender = nullptr);
     void selectPitchFromMidiNote_andVeloc(int note, int velocity);
@@ -194,8 +206,9 @@ public:
     void restoreLastSample();
     /// Normalize: for LIVE the gain of the input as it is written, for a file the peak that a copy
     /// of it is scaled to. Called by the knob's touch, which from then on counts for later sounds
-    /// too.
+    /// too. Copies are at least kLeastNormalizeInterval apart; the last value always gets its own.
     void ui_normalizeBuffer(Control* sender = nullptr);
+    static constexpr double kLeastNormalizeInterval = 0.1; ///< seconds
     bool normalizeTouched() const { return normalizeTouched_; }
     /// Whether Normalize applies to files; false plays them as they are. Applied at once.
     void setNormalizeTouched(bool touched);
@@ -222,6 +235,9 @@ public:
     /// What ends every channel.
     const std::string& channel() const { return suffix_; }
 
+    /// Posts task, unless the stream is gone by then.
+    void onMain(RunLoop::Task task);
+
     /// Frees what was replaced and can no longer be seen by RENDER. Worth calling now and then;
     /// every swap also does.
     void collect() { retirement_.collect(); }
@@ -241,9 +257,9 @@ private:
     void addTarget(Control& control, const char* message, ControlEvents events,
                    void (MOK_SCRUB_GRANULATOR::*handler)(Control*));
     void addSwitchTargets();
-    void onMain(RunLoop::Task task);
     void showPlaying();
     void setArmed(bool armed);
+    void dropArmed();
     void clearBackgroundLater(Button& button);
     double fadeTime(ControlId id) const;
     void switchEngine(bool on);
@@ -263,7 +279,6 @@ private:
     Instance& instance_;
     std::string suffix_;
     StreamSettings* settings_ = nullptr;
-    ScrubRecorder* recorder_ = nullptr;
     Keyboard* keyboard_ = nullptr;
 
     RenderCycle cycle_;
@@ -276,10 +291,9 @@ private:
 
     StreamFade fade_; ///< the level's way up and down: _fade, _incrIn, _incrOut and the abort flags
     bool _isFading = false;
-    bool isScrubbing = false;
+    bool stopHolds_ = false; // a stop's fade-out holds the scan
     bool shouldPlayOnTime = false;
     bool shouldRewindOnTime = false;
-    bool shouldPlayOnTimeScrubRec = false;
     bool startQueued_ = false;       // a start's step that shows it has not run yet
     RunLoop::Token pendingStop_ = 0; // the stop: that a fade-out has scheduled
     double CURRENT_CLOCK_BPM = 120.0;
@@ -288,6 +302,8 @@ private:
 
     SampleReference reference_;
     bool normalizeTouched_ = false;
+    double normalizedAt_ = -kLeastNormalizeInterval; // when a copy was last made
+    RunLoop::Token normalizing_ = 0;                 // the next copy, which waits for its time
     bool liveAllowed_ = true;
     std::uint64_t liveStarts_ = 0;
     float regionStart_ = 0.0f, regionEnd_ = 1.0f;

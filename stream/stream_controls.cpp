@@ -1,5 +1,9 @@
 #include "stream/stream_controls.h"
 
+#include "controls/note_values.h"
+
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -7,6 +11,8 @@ namespace zephyra {
 namespace {
 
 using enum ControlId;
+
+constexpr float kDisabledAlpha = 0.3f;
 
 std::string channelOf(ControlId id, const std::string& suffix) {
     return controlRange(id).channel + suffix;
@@ -24,7 +30,9 @@ void setUpCurvedKnob(CurvedKnob& knob, ControlId id, const std::string& suffix) 
 }
 
 void setUpSubdivision(MokKnobEnum& knob, ControlId id, const std::string& suffix) {
-    knob.setNames(std::vector<std::string>(kSubdivisionNames.begin(), kSubdivisionNames.end()));
+    std::vector<std::string> names;
+    for (const NoteValue& note : kNoteValues) names.emplace_back(note.name);
+    knob.setNames(std::move(names));
     setUpKnob(knob, controlRange(id), suffix);
     knob.hidden = true;
 }
@@ -36,6 +44,17 @@ void setUpCount(MOK_KNOB& knob, ControlId id, const std::string& suffix) {
 }
 
 } // namespace
+
+void showActive(Button& button, bool active) {
+    button.tag = active ? 1 : 0;
+    button.tintColor = active ? std::optional(kActiveRed) : std::nullopt;
+    button.setNeedsDisplay();
+}
+
+void showArmed(Button& button, bool armed) {
+    button.backgroundColor = armed ? std::optional(kArmedRed) : std::nullopt;
+    button.setNeedsDisplay();
+}
 
 void setUpKnob(MOK_KNOB& knob, const ControlRange& range, const std::string& suffix) {
     knob.channel = range.channel + suffix;
@@ -60,10 +79,26 @@ StreamControls::StreamControls(const std::string& suffix) {
     setUpCount(sampler_quarter, quarters, suffix);
     for (const ControlId id : {echoSwitch, echoSync, ringModulationSwitch, scanSync})
         setUpToggle(*toggle(id), id, suffix);
-    _freeze.channel = channelOf(freeze, suffix);
-    _enableLIVE.channel = channelOf(live, suffix);
+    setUpButtons(suffix);
     _playToggle.title = kStoppedIcon;
     syncImg.hidden = true;
+    scrubMessage.hidden = true;
+    for (Button* const button : {&scrubPlay, &scrubRewind}) { // until there is a take
+        button->userInteractionEnabled = false;
+        button->alpha = kDisabledAlpha;
+    }
+}
+
+void StreamControls::setUpButtons(const std::string& suffix) {
+    _freeze.channel = channelOf(freeze, suffix);
+    _enableLIVE.channel = channelOf(live, suffix);
+    _playToggle.channel = "PlayToggle" + suffix;
+    _rewind.channel = "Rewind" + suffix;
+    liveClear.channel = "LiveClear" + suffix;
+    _keyboardButton.channel = "Keyboard" + suffix;
+    scrubRec.channel = "ScrubRec" + suffix;
+    scrubPlay.channel = "ScrubPlay" + suffix;
+    scrubRewind.channel = "ScrubRewind" + suffix;
 }
 
 MOK_KNOB* StreamControls::knob(ControlId id) {

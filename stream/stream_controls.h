@@ -4,6 +4,7 @@
 #include "controls/named_knobs.h"
 #include "controls/toggle.h"
 #include "stream/control_ranges.h"
+#include "stream/progress_indicator.h"
 
 #include <string>
 
@@ -21,7 +22,12 @@ struct StreamControls {
     Button liveClear;       ///< forgets what was heard
     Button _keyboardButton; ///< tag 1: pitch follows the keyboard
     Button _saveButton;     ///< offers what can be done with the live sound
-    Button scrubPlay;       ///< tag 1: a recorded take plays
+
+    Button scrubRec;    ///< tag 1: a take is recorded, or waits for a hand
+    Button scrubPlay;   ///< tag 1: a recorded take plays
+    Button scrubRewind; ///< the take from its start
+    ProgressIndicator scrubRecIndicator;
+    Control scrubMessage; ///< what a recording waits for
 
     MOK_KNOB _volume, _pan, _width, _rnd_density, _rnd_len, _pitch, _rnd_pitch, _scanning;
     MokKnobHZ _density;
@@ -51,11 +57,19 @@ struct StreamControls {
     const Toggle* toggle(ControlId id) const {
         return const_cast<StreamControls*>(this)->toggle(id);
     }
+
+private:
+    void setUpButtons(const std::string& suffix);
 };
 
 /// What the play button shows, one character of the icon font each.
 inline constexpr const char* kPlayingIcon = "\uE775";
 inline constexpr const char* kStoppedIcon = "\uE77B";
+
+/// Tag and tint of a button that is on, or off.
+void showActive(Button& button, bool active);
+/// The background of a button that waits for the downbeat, or does not.
+void showArmed(Button& button, bool armed);
 
 /// A knob's range, default, label and channel from its row of the table.
 void setUpKnob(MOK_KNOB& knob, const ControlRange& range, const std::string& suffix);

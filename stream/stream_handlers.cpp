@@ -74,7 +74,8 @@ void MOK_SCRUB_GRANULATOR::ui_setRndPitch(Control*) {
 
 void MOK_SCRUB_GRANULATOR::ui_setSpeed(Control*) {
     realScanningValue = scanSpeed() * isFreezed;
-    if (!_isFading) engine_.setSpeed(static_cast<float>(realScanningValue));
+    if (_isFading) return;
+    engine_.setSpeed(scrubArea.stands() ? 0.0f : static_cast<float>(realScanningValue));
 }
 
 /// Synced, the whole sound is scanned once in so many measures of so many quarters.

@@ -8,7 +8,6 @@ namespace zephyra {
 
 namespace {
 
-constexpr int kPitchZeroNote = 60;
 constexpr int kPitchZeroKey = 24; // of the keyboard that is shown, which begins two octaves below
 constexpr int kNoteOn = 144;
 
@@ -25,7 +24,7 @@ void MOK_SCRUB_GRANULATOR::selectPitchFromMidiNote_andVeloc(int note, int) {
     if (!keyboard_)
         return keyDown_keyNum_forAmp(nullptr, note - kPitchZeroNote + kPitchZeroKey, 1.0f);
     keyboard_->releaseAllNotes();
-    keyboard_->highlightKey_andData1_andData2(kNoteOn, note + 12, 127);
+    keyboard_->highlightKey_andData1_andData2(kNoteOn, note + Keyboard::kNoteShift, 127);
 }
 
 void MOK_SCRUB_GRANULATOR::keyDown_keyNum_forAmp(Keyboard*, int keyNum, float) {

@@ -26,9 +26,13 @@ bool MOK_SCRUB_GRANULATOR::moveScan(double position) {
 }
 
 void MOK_SCRUB_GRANULATOR::setScrubNormalizedValue(float position) {
+    if (!scrubArea.isHeld()) scrubTo(position);
+}
+
+void MOK_SCRUB_GRANULATOR::scrubTo(float position) {
     if (!moveScan(double{position})) return;
     ++scanChoices_;
-    if (recorder_) recorder_->updateGraphicallyScrubPosition(double{position});
+    scrubArea.animation.updateGraphicallyScrubPosition(double{position});
 }
 
 void MOK_SCRUB_GRANULATOR::setTimePointer(double milliseconds) {
@@ -46,6 +50,7 @@ bool MOK_SCRUB_GRANULATOR::setRegion(float start, float end) {
     engine_.setStart(start); // last, because it alone keeps the sign of the span
     regionStart_ = start;
     regionEnd_ = end;
+    if (scrubArea.isHeld()) moveScan(scrubArea.animation.position()); // stays under the hand
     return true;
 }
 

@@ -1,6 +1,8 @@
 // StreamSettings: what a stream asks of the view that it belongs to.
 #pragma once
 
+#include "controls/control_events.h"
+
 namespace zephyra {
 
 /// Implemented by whoever shows the stream and speaks for it to the host. MAIN.
@@ -15,6 +17,10 @@ public:
     virtual void AUv3_Parameter_playToggle_from_DSP() = 0;
     virtual void AUv3_Parameter_freezeToggle_from_DSP() = 0;
     virtual void AUv3_Parameter_LiveToggle_from_DSP() = 0;
+
+    /// A hand moves the scan: touchDown as it begins, valueChanged at each move, touchUpInside as
+    /// it ends. Whatever else moves the scan is not told.
+    virtual void AUv3_Parameter_scrub_from_DSP(ControlEvents event) = 0;
 };
 
 } // namespace zephyra

@@ -6,6 +6,7 @@
 #include "stream/stream_controller.h"
 
 #include <filesystem>
+#include <utility>
 
 namespace zephyra {
 
@@ -43,8 +44,17 @@ void MOK_SCRUB_GRANULATOR::restoreLastSample() {
 }
 
 void MOK_SCRUB_GRANULATOR::ui_normalizeBuffer(Control*) {
-    if (!waveForm_.isLiveCurrent()) normalizeTouched_ = true;
-    applyNormalize();
+    if (waveForm_.isLiveCurrent()) {
+        applyNormalize();
+        return;
+    }
+    normalizeTouched_ = true;
+    if (normalizing_ != 0) return; // takes the value that the knob has by then
+    const double wait = normalizedAt_ + kLeastNormalizeInterval - instance_.runLoop.now();
+    if (wait <= 0.0)
+        applyNormalize();
+    else
+        normalizing_ = instance_.runLoop.performAfter(wait, [this] { applyNormalize(); });
 }
 
 void MOK_SCRUB_GRANULATOR::setNormalizeTouched(bool touched) {
@@ -59,10 +69,12 @@ std::optional<float> MOK_SCRUB_GRANULATOR::filePeak() const {
 }
 
 bool MOK_SCRUB_GRANULATOR::applyNormalize() {
+    instance_.runLoop.cancel(std::exchange(normalizing_, 0));
     if (waveForm_.isLiveCurrent()) {
         waveForm_.data().normalizeGain = controls._normalizeGain.value();
         return true;
     }
+    normalizedAt_ = instance_.runLoop.now();
     if (waveForm_.normalizeBufferWithValue(filePeak())) return true;
     logLine("Normalize: no memory for a scaled copy of the sound, which plays as before; free some "
             "or load a shorter one");

@@ -110,8 +110,11 @@ public:
         if (const auto seed = state_.whole("Seed" + suffix_))
             stream_.setSeed(static_cast<std::uint32_t>(
                 std::clamp<std::int64_t>(*seed, 0, std::numeric_limits<std::uint32_t>::max())));
-        if (const auto position = fraction("ScanPosition"))
+        if (const auto position = fraction("ScanPosition")) {
+            stream_.scrubArea.longPressFirstFingerGesture(); // the state says where it stands
             stream_.setScrubNormalizedValue(*position);
+        }
+        stream_.scrubRecorder.loadStateForRecordScrub(state_);
     }
 
 private:
@@ -148,7 +151,7 @@ private:
 
 } // namespace
 
-void saveStreamState(const MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state) {
+void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state) {
     const std::string& suffix = stream.channel();
     for (const ControlRange& range : controlRanges()) {
         const float linear = stream.linear(range.id);
@@ -164,6 +167,7 @@ void saveStreamState(const MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& sta
     // Where a scan stands is part of the sound; where a moving one happened to be is not.
     if (stream.scanningValue() == 0.0)
         state["ScanPosition" + suffix] = std::clamp(stream.getTimePhasor(), 0.0f, 1.0f);
+    stream.scrubRecorder.saveDataForRecordScrub(state);
     if (!stream.sampleReference().path.empty())
         state["Sample" + suffix] = referenceState(stream.sampleReference());
     if (auto captured = capturedState(stream.waveForm()); !captured.empty())

@@ -10,12 +10,9 @@ void MOK_SCRUB_GRANULATOR::syncStateTempoForte() {
     if (shouldPlayOnTime) {
         clearBackgroundLater(controls._playToggle);
         ____play();
-        if (recorder_) recorder_->longPressFirstFingerGesture();
+        scrubArea.longPressFirstFingerGesture();
     }
-    if (shouldPlayOnTimeScrubRec) {
-        clearBackgroundLater(controls.scrubPlay);
-        if (recorder_) recorder_->____playScrubRec();
-    }
+    scrubRecorder.syncStateTempoForte();
     if (shouldRewindOnTime) {
         clearBackgroundLater(controls._rewind);
         ____rewind();
@@ -23,10 +20,7 @@ void MOK_SCRUB_GRANULATOR::syncStateTempoForte() {
 }
 
 void MOK_SCRUB_GRANULATOR::clearBackgroundLater(Button& button) {
-    onMain([&button] {
-        button.backgroundColor.reset();
-        button.setNeedsDisplay();
-    });
+    onMain([&button] { showArmed(button, false); });
 }
 
 void MOK_SCRUB_GRANULATOR::syncStateDidChangedWithBPM(double bpm) {
@@ -79,13 +73,21 @@ void MOK_SCRUB_GRANULATOR::enableDelaySync(Control*) {
     setEchoDelayRight();
 }
 
+/// There is no downbeat to wait for any more.
+void MOK_SCRUB_GRANULATOR::dropArmed() {
+    setArmed(false);
+    shouldRewindOnTime = false;
+    showArmed(controls._rewind, false);
+    scrubRecorder.disarm();
+}
+
 void MOK_SCRUB_GRANULATOR::enableSamplerSync(Control*) {
     data_.followsHost = controls.syncSampler.isOn();
     onMain([this, on = data_.followsHost] {
         StreamControls& c = controls;
         c._scanning.hidden = on;
         c.sampler_mesure.hidden = c.sampler_quarter.hidden = c.syncImg.hidden = !on;
-        if (!on) setArmed(false);
+        if (!on) dropArmed();
         for (Control* changed :
              {static_cast<Control*>(&c._scanning), static_cast<Control*>(&c.sampler_mesure),
               static_cast<Control*>(&c.sampler_quarter), &c.syncImg})

@@ -22,11 +22,12 @@ void MOK_SCRUB_GRANULATOR::ui_playStop(Control*) {
     controls._playToggle.tintColor.reset();
     controls._playToggle.setNeedsDisplay();
     const double seconds = fadeTime(ControlId::fadeOut);
-    if (recorder_) recorder_->scrubAnimation(seconds);
+    scrubArea.animation.scrubAnimation(seconds, ScrubAnimation::Cursor::goes,
+                                       instance_.runLoop.now());
     fade_.beginOut(seconds);
     engine_.setSpeed(0.0f);
     _isFading = true;
-    isScrubbing = true;
+    stopHolds_ = true;
     fadeOut();
     if (settings_) settings_->AUv3_Parameter_playToggle_from_DSP();
 }
@@ -38,7 +39,8 @@ void MOK_SCRUB_GRANULATOR::____play() {
     std::string error;
     if (!play(&error)) logLine("Could not play player: " + error);
     const double seconds = fadeTime(ControlId::fadeIn);
-    if (recorder_) recorder_->scrubAnimation(seconds);
+    scrubArea.animation.scrubAnimation(seconds, ScrubAnimation::Cursor::comes,
+                                       instance_.runLoop.now());
     fade_.beginIn(seconds);
     instance_.runLoop.cancel(std::exchange(pendingStop_, 0));
     fadeIn();
@@ -57,11 +59,7 @@ void MOK_SCRUB_GRANULATOR::showPlaying() {
 
 void MOK_SCRUB_GRANULATOR::setArmed(bool armed) {
     const bool changed = std::exchange(shouldPlayOnTime, armed) != armed;
-    if (armed)
-        controls._playToggle.backgroundColor = kArmedRed;
-    else
-        controls._playToggle.backgroundColor.reset();
-    controls._playToggle.setNeedsDisplay();
+    showArmed(controls._playToggle, armed);
     // Armed counts as on.
     if (changed && settings_) settings_->AUv3_Parameter_playToggle_from_DSP();
 }
@@ -70,7 +68,7 @@ void MOK_SCRUB_GRANULATOR::switchEngine(bool on) {
     engine_.granularOn = on;
     _isFading = false;
     ui_setSpeed(&controls._scanning);
-    isScrubbing = false;
+    stopHolds_ = false;
 }
 
 bool MOK_SCRUB_GRANULATOR::play(std::string*) {
@@ -121,22 +119,25 @@ void MOK_SCRUB_GRANULATOR::ui_rewind(Control*) {
     ____rewind();
 }
 
+void MOK_SCRUB_GRANULATOR::ui_armRewind(Control*) {
+    if (!controls.syncSampler.isOn()) return;
+    shouldRewindOnTime = !shouldRewindOnTime;
+    showArmed(controls._rewind, shouldRewindOnTime);
+}
+
 void MOK_SCRUB_GRANULATOR::____rewind() {
-    setTimePointer(0.0);
-    if (recorder_) recorder_->updateGraphicallyScrubPosition(0.0);
+    if (scrubArea.letGoForRewind()) {
+        setTimePointer(0.0);
+        scrubArea.animation.updateGraphicallyScrubPosition(0.0);
+    }
     shouldRewindOnTime = false;
     clearBackgroundLater(controls._rewind);
 }
 
 void MOK_SCRUB_GRANULATOR::ui_freeze(Control*) {
     const bool frozen = controls._freeze.tag != 1;
-    controls._freeze.tag = frozen ? 1 : 0;
+    showActive(controls._freeze, frozen);
     isFreezed = frozen ? 0.0 : 1.0;
-    if (frozen)
-        controls._freeze.tintColor = kActiveRed;
-    else
-        controls._freeze.tintColor.reset();
-    controls._freeze.setNeedsDisplay();
     ui_setSpeed(&controls._scanning);
     if (settings_) settings_->AUv3_Parameter_freezeToggle_from_DSP();
 }

@@ -2,6 +2,7 @@
 
 #include "cli/grain_map.h"
 #include "cli/nearest_name.h"
+#include "cli/paths_lane.h"
 #include "cli/picture_axes.h"
 #include "cli/picture_recorder.h"
 #include "cli/progress_bar.h"
@@ -193,6 +194,22 @@ TEST(SpectrogramLane, LowFrequenciesAreAtTheBottomAndTheLoudestIsBrightest) {
     EXPECT_GT(brightness(at), 500u);
     EXPECT_LT(brightness(30), 100u);
     EXPECT_LT(brightness(70), 200u);
+}
+
+TEST(PathsLane, APathRunsFromItsLowestValueAtTheBottomToItsHighestAtTheTop) {
+    ControlPaths paths({{ControlId::pan, "CC 1"}}, 1.0, 100);
+    for (const auto& [seconds, value] : {std::pair(0.0, -0.25f), {0.5, -0.25f}, {0.51, 0.75f}})
+        paths.add(seconds, {&value, 1});
+    Canvas canvas(340, 120);
+    const std::uint32_t panel = [&] {
+        canvas.fill({0, 0, 1, 1}, theme::panel);
+        return pixel(canvas, 0, 0);
+    }();
+    drawPaths(canvas, {110, 10, 100, 100}, 10, paths.all(), {});
+    EXPECT_NE(pixel(canvas, 130, 106), panel);
+    EXPECT_EQ(pixel(canvas, 130, 14), panel);
+    EXPECT_NE(pixel(canvas, 190, 14), panel) << "it stays where it was seen last";
+    EXPECT_EQ(pixel(canvas, 190, 106), panel);
 }
 
 TEST(GrainMap, ColoursReachToTheNextRoundRangeOfThePitches) {

@@ -1,14 +1,18 @@
-// An hour of use on the sample clock: time stays exact, and nothing piles up.
+// An hour of use on the sample clock, with everything that moves by itself: time stays exact, and
+// nothing piles up.
 
+#include "hosting/midi_inlet.h"
 #include "tests/support/hosted_unit.h"
 #include "tests/support/render_guard.h"
 
+#include <array>
 #include <cmath>
 #include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <random>
 #include <unistd.h>
+#include <vector>
 
 namespace zephyra {
 namespace {
@@ -48,6 +52,31 @@ void use(HostedUnit& hosted, std::mt19937& random) {
     if (const auto act = random() % 40; act < std::size(acts)) acts[act]();
 }
 
+/// An LFO on each of the host's knobs and on the scan, a take, and learned controllers.
+void modulate(HostedUnit& hosted) {
+    AudioUnitViewController& view = hosted.view;
+    std::vector<Control*> moved = {&view._inputDryWetKnob, &hosted.stream.scrubArea};
+    for (std::size_t address = 0; address < kParameterCount; ++address)
+        if (auto* const knob = hosted.stream.controls.knob(static_cast<ControlId>(address)))
+            moved.push_back(knob);
+    ASSERT_EQ(moved.size(), 19u);
+    double hz = 0.1;
+    for (Control* const control : moved) {
+        ASSERT_TRUE(view.assignments.assign(*control, AssignmentType::lfo));
+        LfoWidgetWrapper* const lfo =
+            view.assignments.getLfoWidgetsMapping()->getWrapperID(control);
+        lfo->setHz(hz *= 1.3);
+        lfo->setLfoShapeFromWrapper(static_cast<std::int64_t>(hz * 100) % 7);
+    }
+    ASSERT_TRUE(hosted.stream.scrubRecorder.setTake(std::array{0.2f, 0.9f, 0.4f, 0.6f}));
+    hosted.stream.scrubRecorder.____playScrubRec();
+    int number = 20;
+    for (MOK_KNOB* const knob :
+         {&hosted.stream.controls.sampler_mesure, &hosted.stream.controls.sampler_quarter})
+        view.midiManager.bind(
+            {.trigger = {.number = number++}, .control = knob, .takeOver = MidiTakeOver::jump});
+}
+
 TEST(Soak, AnHourOfUseKeepsTimeMemoryAndLevel) {
     HostedUnit hosted(component_type::effect);
     hosted.ready(kFrames);
@@ -56,12 +85,19 @@ TEST(Soak, AnHourOfUseKeepsTimeMemoryAndLevel) {
     hosted.host.reportTransport(true);
     hosted.host.setMeter(4);
     hosted.host.setTempo(120);
+    MidiInlet inlet(hosted.instance,
+                    [&](const MidiMessage& message) { hosted.view.receiveMidi(message); });
+    hosted.host.setMidiInlet(&inlet);
+    modulate(hosted);
     const double begin = hosted.instance.runLoop.now();
     std::mt19937 random(3);
     double warm = 0;
     for (int block = 1; block <= kBlocks; ++block) {
         if (block == kBlocks / 4) warm = residentBytes();
         use(hosted, random);
+        const auto value = static_cast<std::uint8_t>(block % 128);
+        const std::array<std::uint8_t, 9> midi = {0xB0, 20, value, 0xB0, 21, value, 0x90, value, 9};
+        hosted.host.queueMidi(midi.data(), midi.size());
         hosted.heard.clear();
         hosted.render(kFrames);
         for (const float sample : hosted.heard) ASSERT_LT(std::fabs(sample), kLoudest) << block;
@@ -69,7 +105,10 @@ TEST(Soak, AnHourOfUseKeepsTimeMemoryAndLevel) {
         ASSERT_NEAR(hosted.instance.runLoop.now() - begin, block * double{kFrames} / kRate, 1e-6);
     }
     EXPECT_GT(hosted.stream.engine().startedGrains(), 10000u);
+    EXPECT_EQ(hosted.view.assignments.getLfoWidgetsMapping()->count(), 19u);
     EXPECT_EQ(hosted.unit->lostNotices(), 0u);
+    EXPECT_EQ(inlet.replaced(), 0u);
+    hosted.host.setMidiInlet(nullptr);
     const bool isFreed = RenderGuard::isActive(); // a sanitizer keeps it
     EXPECT_LT(isFreed ? residentBytes() - warm : 0.0, 8.0 * 1024 * 1024);
 }

@@ -1,5 +1,6 @@
 // The table of controls, frozen, and the curves of its values.
 
+#include "controls/note_values.h"
 #include "stream/control_ranges.h"
 
 #include <gtest/gtest.h>
@@ -62,7 +63,7 @@ TEST(ControlRanges, AreFrozen) {
         if (*range.channel) text << " = " << range.channel;
         text << '\n';
     }
-    for (const char* name : kSubdivisionNames) text << name << ' ';
+    for (const NoteValue& note : kNoteValues) text << note.name << ' ';
     EXPECT_EQ(text.str(), kFrozen);
 }
 

@@ -9,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include <climits>
 #include <limits>
 
 namespace zephyra {
@@ -95,9 +96,13 @@ TEST_F(StreamSound, IsNormalizedOnceTouchedWithoutLossOfTheOriginal) {
     sound->data[1] = -0.25f;
     ASSERT_TRUE(stream.loadSound(sound));
     EXPECT_EQ(&player.sound(), sound.get());
-    for (const float peak : {0.5f, 0.0f, 1.0f}) {
+    // The next copy waits until a tenth of a second has passed, and is of the latest value.
+    const std::tuple<float, double, float> moves[] = {
+        {0.5f, 0.0, 0.5f}, {0.25f, 0.09, 0.5f}, {1.0f, 0.011, 1.0f}, {0.0f, 0.1, 0.0f}};
+    for (const auto& [peak, seconds, heard] : moves) {
         ASSERT_TRUE(stream.setDisplayed(normalize, peak));
-        EXPECT_EQ(player.sound().data[player.sound().size + 1], -peak) << "guard";
+        player.pass(seconds);
+        EXPECT_EQ(player.sound().data[player.sound().size + 1], -heard) << "guard";
     }
     EXPECT_EQ(sound->data[1], -0.25f);
     stream.setNormalizeTouched(false);
@@ -176,6 +181,7 @@ TEST_F(StreamSound, ComesBackFromAStateWithEveryControl) {
     stream.setScrubNormalizedValue(0.5f);
     stream.setSeed(4000000001u);
     stream.setNormalizeTouched(true);
+    stream.scrubRecorder.setTake(Frames{0.25f, 0.5f});
     std::filesystem::rename(path, moved);
     for (const float on : {1.0f, 0.0f}) {
         stream.setLinear(live, on);
@@ -192,6 +198,29 @@ TEST_F(StreamSound, ComesBackFromAStateWithEveryControl) {
         other->restoreLastSample();
         EXPECT_EQ(other.sound().size, 100u);
     }
+}
+
+TEST_F(StreamSound, CleansTheTakeOfAState) {
+    const Frames given{std::nanf(""), 2.0f, INFINITY, -1.0f, 0.5f};
+    const auto bytes = std::as_bytes(std::span(given));
+    PropertyData data(bytes.begin(), bytes.end());
+    data.resize(data.size() + 3, std::byte{0xFF}); // most of another point
+    const StreamControls& c = stream.controls;
+    for (const auto& [length, size] :
+         {std::pair(-9LL, 0u), {8, 8}, {1801, 1800}, {LLONG_MAX, 1800}, {2, 2}}) {
+        stream.scrubRecorder.ui_scrubRec(); // ends
+        player.restore({{"_0_SCRUB_REC_LENGTH_", std::int64_t{length}},
+                        {"_0_SCRUB_REC_", data},
+                        {"_0_SCRUB_REC_IS_PLAYING_", 1}});
+        const auto take = stream.scrubRecorder.take();
+        Frames expected{0, 1, 1, 0, 0.5f};
+        expected.resize(size);
+        EXPECT_EQ(Frames(take.begin(), take.end()), expected);
+        EXPECT_EQ(player.state().contains("_0_SCRUB_REC_"), size > 0);
+        EXPECT_TRUE(c.scrubRec.tag == 0 && c.scrubPlay.tag == (size > 0));
+    }
+    player.restore({});
+    EXPECT_TRUE(c.scrubPlay.tag == 0 && stream.scrubRecorder.take().empty());
 }
 
 TEST_F(StreamSound, KeepsWhatAStateLacksOrSaysWrongAndTheNameOfAMissingFile) {

@@ -20,18 +20,7 @@ constexpr double kBit = 1e-6; // so that what is due at a time is surely done
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr float kVolume = 0.8f;
 
-/// Fade times of 1 s in and 0.5 s out, and everything that the stream tells others, in order.
-struct Others : StreamSettings, ScrubRecorder, Keyboard {
-    Log told;
-    double fadeInTime() const override { return 1.0; }
-    double fadeOutTime() const override { return 0.5; }
-    void AUv3_Parameter_playToggle_from_DSP() override { told.push_back("play"); }
-    void AUv3_Parameter_freezeToggle_from_DSP() override { told.push_back("freeze"); }
-    void AUv3_Parameter_LiveToggle_from_DSP() override { told.push_back("live"); }
-    void scrubAnimation(double s) override { told.push_back("animate " + std::to_string(s)); }
-    void updateGraphicallyScrubPosition(double) override { told.push_back("position"); }
-    void longPressFirstFingerGesture() override { told.push_back("release"); }
-    void ____playScrubRec() override { told.push_back("take"); }
+struct Others : ToldSettings, Keyboard {
     void releaseAllNotes() override { told.push_back("notes off"); }
     void highlightKey_andData1_andData2(int status, int key, int velocity) override {
         told.push_back(std::to_string(status) + ' ' + std::to_string(key) + ' ' +
@@ -43,7 +32,6 @@ class StreamTransport : public testing::Test {
 protected:
     StreamTransport() {
         stream->setSettings(&others);
-        stream->setScrubRecorder(&others);
         stream->loadSound(std::make_shared<mokSample>(40000, 10000.0f)); // 4 s
         stream->setDisplayed(amplitude, kVolume);
     }
@@ -55,6 +43,7 @@ protected:
     void ticks(int count) { stream.pass(count * kTick + kBit); }
     float level() { return StreamProbe::fields(stream->engine()).level; }
     float speed() { return StreamProbe::fields(stream->engine()).speed; }
+    double cursor() { return stream->scrubArea.animation.opacity(stream.instance.runLoop.now()); }
 
     Others others; // before the stream that tells them
     TestStream stream;
@@ -65,12 +54,14 @@ TEST_F(StreamTransport, FadesInIn59TicksToTheVolumeItself) {
     press(playButton);
     EXPECT_TRUE(stream->isPlaying());
     EXPECT_TRUE(playButton.tag == 1 && playButton.title == "\xEE\x9D\xB5");
-    EXPECT_EQ(others.told, (Log{"animate 1.000000", "play"}));
+    EXPECT_EQ(others.told, Log{"play"});
     EXPECT_FLOAT_EQ(level(), 0.017f * kVolume); // the first tick does not wait
+    EXPECT_EQ(cursor(), 0.0);
     stream->setDisplayed(amplitude, 0.4f);
     EXPECT_EQ(level(), 0.4f); // until the next tick
     ticks(57);
     EXPECT_NEAR(level(), 0.986 * 0.4, 1e-6);
+    EXPECT_NEAR(cursor(), 0.969, 1e-5);
     ticks(1);
     EXPECT_EQ(level(), 0.4f);
 }
@@ -80,11 +71,12 @@ TEST_F(StreamTransport, StopsTheScanAtOnceFadesOutAndCutsTheGrainsHalfASecondLat
     ticks(10); // 0.187 of the volume
     others.told.clear();
     press(playButton);
-    EXPECT_EQ(others.told, (Log{"animate 0.500000", "play"}));
+    EXPECT_EQ(others.told, Log{"play"});
     EXPECT_TRUE(playButton.tag == 0 && playButton.title == "\xEE\x9D\xBB" && !playButton.tintColor);
     EXPECT_NEAR(level(), 0.153 * kVolume, 1e-6);
     ticks(4);
     EXPECT_NEAR(level(), 0.017 * kVolume, 1e-6); // nothing fades in any more
+    EXPECT_NEAR(cursor(), 1 - 0.068 / 0.5, 1e-5);
     stream->setDisplayed(amplitude, 1.0f);
     stream->setDisplayed(scanning, 2.0f);
     EXPECT_NEAR(level(), 0.017 * kVolume, 1e-6);
@@ -92,9 +84,9 @@ TEST_F(StreamTransport, StopsTheScanAtOnceFadesOutAndCutsTheGrainsHalfASecondLat
     ticks(1);
     EXPECT_EQ(level(), 0.0f);
     stream.pass(0.499);
-    EXPECT_TRUE(stream->isPlaying());
+    EXPECT_TRUE(stream->isPlaying() && stream->isScrubbing());
     stream.pass(0.002);
-    EXPECT_FALSE(stream->isPlaying());
+    EXPECT_FALSE(stream->isPlaying() || stream->isScrubbing());
     EXPECT_EQ(speed(), 2.0f);
 }
 
@@ -129,8 +121,8 @@ TEST_F(StreamTransport, ArmsAndDisarmsForTheDownbeatWhileTheScanIsSynced) {
     EXPECT_FALSE(stream->isPlaying());
     EXPECT_EQ(std::exchange(others.told, {}), Log(3, "play"));
     stream->syncStateTempoForte();
-    EXPECT_EQ(others.told, (Log{"animate 1.000000", "release"}));
     stream.pass(0.0);
+    EXPECT_EQ(std::exchange(others.told, {}), Log{"play"});
     EXPECT_TRUE(stream->isPlaying() && !stream->isArmed() && !playButton.backgroundColor);
     press(playButton);
     press(playButton);
@@ -152,6 +144,7 @@ TEST_F(StreamTransport, ArmsAndDisarmsForTheDownbeatWhileTheScanIsSynced) {
 TEST_F(StreamTransport, FollowsTheHostOnlyWhileTheScanIsSynced) {
     const auto tellAll = [&] {
         others.told.clear();
+        stream->setScrubNormalizedValue(0.5f);
         stream->shouldPlay();
         stream->shouldPlay(); // is armed already
         stream->shouldRewind();
@@ -165,9 +158,10 @@ TEST_F(StreamTransport, FollowsTheHostOnlyWhileTheScanIsSynced) {
         return others.told;
     };
     EXPECT_EQ(tellAll(), Log{});
+    EXPECT_EQ(stream->getTimePhasor(), 0.5f);
     stream->setDisplayed(scanSync, 1.0f);
-    EXPECT_EQ(tellAll(), (Log{"play", "position", "position", "animate 1.000000", "release", "play",
-                              "animate 0.500000", "play"}));
+    EXPECT_EQ(tellAll(), (Log{"play", "play", "play"}));
+    EXPECT_EQ(stream->getTimePhasor(), 0.0f);
     EXPECT_EQ(playButton.tag, 0);
 }
 

@@ -3,8 +3,8 @@
 
 #include "audiounit/my_audio_unit.h"
 #include "audiounit/parameter_table.h"
-#include "modulation/control_manager.h"
 #include "modulation/lfo_widgets_mapping.h"
+#include "modulation/modulation.h"
 #include "platform/instance.h"
 #include "stream/stream_controller.h"
 
@@ -14,8 +14,8 @@
 
 namespace zephyra {
 
-struct FakeController final : AudioUnitController, ControlManager {
-    explicit FakeController(Instance& instance) : stream(instance) {}
+struct FakeController final : AudioUnitController, Modulation {
+    explicit FakeController(Instance& instance) : stream(instance), mapping(instance.runLoop) {}
 
     MOK_SCRUB_GRANULATOR stream;
     MOK_KNOB dryWet;
@@ -38,7 +38,7 @@ struct FakeController final : AudioUnitController, ControlManager {
     }
 
     MOK_SCRUB_GRANULATOR* granulatorStream() override { return &stream; }
-    ControlManager* controlManager() override { return this; }
+    Modulation* controlManager() override { return this; }
     MOK_KNOB* inputDryWetKnob() override { return &dryWet; }
     void connectViewWithAU() override { calls << "connect "; }
     void refreshParameters() override { calls << "refresh "; }

@@ -4,6 +4,7 @@
 #include "stream/stream_controller.h"
 
 #include <initializer_list>
+#include <string>
 #include <vector>
 
 namespace zephyra {
@@ -17,6 +18,21 @@ struct TestStream {
     void pass(double seconds) {
         instance.runLoop.setClock(RunLoop::Clock::sample);
         instance.runLoop.advance(instance.runLoop.now() + seconds);
+    }
+};
+
+/// Fade times of 1 s in and 0.5 s out, and what the stream tells, in order.
+struct ToldSettings : StreamSettings {
+    std::vector<std::string> told;
+    double fadeInTime() const override { return 1.0; }
+    double fadeOutTime() const override { return 0.5; }
+    void AUv3_Parameter_playToggle_from_DSP() override { told.push_back("play"); }
+    void AUv3_Parameter_freezeToggle_from_DSP() override { told.push_back("freeze"); }
+    void AUv3_Parameter_LiveToggle_from_DSP() override { told.push_back("live"); }
+    void AUv3_Parameter_scrub_from_DSP(ControlEvents event) override {
+        told.push_back(event == control_event::touchDown      ? "down"
+                       : event == control_event::valueChanged ? "moved"
+                                                              : "up");
     }
 };
 

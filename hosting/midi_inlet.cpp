@@ -1,0 +1,38 @@
+#include "hosting/midi_inlet.h"
+
+#include <utility>
+
+namespace zephyra {
+
+MidiInlet::MidiInlet(Instance& instance, Handler handler)
+    : instance_(instance), handler_(std::move(handler)),
+      source_(instance.runLoop.addSource([this] { take(); })) {}
+
+MidiInlet::~MidiInlet() {
+    instance_.runLoop.cancel(source_);
+}
+
+void MidiInlet::push(const std::uint8_t* bytes, std::size_t length) ZEPHYRA_NONBLOCKING {
+    parser_.reset(); // an event carries its status itself
+    MidiMessage message;
+    for (std::size_t i = 0; i < length; ++i)
+        if (parser_.next(bytes[i], message)) offer(message);
+}
+
+// Once a burst has outrun the ring, the ring rests until all that was stored beside it has been
+// taken: else it would bring a newer message before an older one.
+void MidiInlet::offer(const MidiMessage& message) ZEPHYRA_NONBLOCKING {
+    if (!latest_.any() && ring_.push(message)) return;
+    if (!latest_.store(message)) replaced_ = replaced_ + 1;
+}
+
+// Asked first: what is stored while the ring is emptied is newer than something that may still go
+// into the ring.
+void MidiInlet::take() {
+    const bool burst = latest_.any();
+    MidiMessage message;
+    while (ring_.take(message)) handler_(message);
+    if (burst) latest_.take(handler_);
+}
+
+} // namespace zephyra

@@ -1,0 +1,51 @@
+// MidiInlet: brings the host's MIDI from the render thread to the main queue.
+#pragma once
+
+#include "hosting/latest_midi.h"
+#include "platform/instance.h"
+#include "platform/midi_message.h"
+#include "platform/midi_parser.h"
+#include "platform/spsc_ring.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+
+namespace zephyra {
+
+/// Every message arrives, in order, as long as the main queue keeps up. Of a burst that is too long
+/// the newest of each controller, note, program, pressure and bend arrives, after all that came
+/// before the burst: what the controls stand at in the end is right.
+class MidiInlet {
+public:
+    using Handler = std::function<void(const MidiMessage&)>;
+    static constexpr std::size_t kCapacity = 8192;
+
+    /// handler is called on MAIN and must not be empty; instance must outlive this. MAIN.
+    MidiInlet(Instance& instance, Handler handler);
+    /// MAIN, while nobody pushes.
+    ~MidiInlet();
+    MidiInlet(const MidiInlet&) = delete;
+    MidiInlet& operator=(const MidiInlet&) = delete;
+
+    /// The bytes of one event: whole messages, also several; what is cut off at its end is dropped.
+    /// RENDER.
+    void push(const std::uint8_t* bytes, std::size_t length) ZEPHYRA_NONBLOCKING;
+
+    /// How many messages made way for newer ones. Any thread.
+    std::uint64_t replaced() const ZEPHYRA_NONBLOCKING { return replaced_; }
+
+private:
+    void offer(const MidiMessage& message) ZEPHYRA_NONBLOCKING;
+    void take();
+
+    Instance& instance_;
+    const Handler handler_;
+    RunLoop::Token source_;
+    MidiParser parser_;
+    SpscRing<MidiMessage, kCapacity> ring_;
+    LatestMidi latest_;
+    Relaxed<std::uint64_t> replaced_{0};
+};
+
+} // namespace zephyra

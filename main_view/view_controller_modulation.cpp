@@ -1,0 +1,241 @@
+// The view controller and what moves its controls: the list of them, and who hears of an
+// assignment.
+#include "main_view/audio_unit_view_controller.h"
+
+#include <set>
+
+namespace zephyra {
+
+namespace {
+
+using enum ControlId;
+
+// The table's colour groups.
+constexpr int kTransport = 0, kScan = 1, kLevel = 2, kGrains = 3, kPitch = 4, kEcho = 5, kRing = 6;
+
+constexpr float kBendSemitones = 2.0f; // either way
+
+struct ListedControl {
+    ControlId id;
+    int color;
+};
+
+constexpr ListedControl kListedControls[] = {{scanning, kScan},
+                                             {jittering, kScan},
+                                             {density, kGrains},
+                                             {rndDensity, kGrains},
+                                             {length, kGrains},
+                                             {rndLength, kGrains},
+                                             {pitch, kPitch},
+                                             {rndPitch, kPitch},
+                                             {amplitude, kLevel},
+                                             {pan, kLevel},
+                                             {width, kLevel},
+                                             {normalize, kLevel},
+                                             {echoSwitch, kEcho},
+                                             {leftDelay, kEcho},
+                                             {rightDelay, kEcho},
+                                             {leftGain, kEcho},
+                                             {rightGain, kEcho},
+                                             {echoSync, kEcho},
+                                             {leftSubdivision, kEcho},
+                                             {rightSubdivision, kEcho},
+                                             {ringModulationSwitch, kRing},
+                                             {ringModulationFrequency, kRing},
+                                             {ringModulationAmount, kRing},
+                                             {scanSync, kTransport},
+                                             {measures, kTransport},
+                                             {quarters, kTransport}};
+
+using Names = std::set<std::string, std::less<>>;
+
+/// Null when entry is no dictionary or has no name.
+const std::string* nameOf(const PropertyValue& entry) {
+    const auto* const dictionary = entry.as<PropertyDictionary>();
+    if (!dictionary) return nullptr;
+    const auto name = dictionary->find("name");
+    return name == dictionary->end() ? nullptr : name->second.as<std::string>();
+}
+
+Names namesIn(const PropertyArray& records) {
+    Names names;
+    for (const PropertyValue& record : records)
+        if (const std::string* const name = nameOf(record)) names.insert(*name);
+    return names;
+}
+
+/// A state that was saved before a control existed leaves that control as it is: to what the state
+/// says comes what we have for controls that its records do not name.
+void addUnnamed(PropertyArray& saved, const PropertyArray& own, const Names& named) {
+    for (const PropertyValue& entry : own)
+        if (!named.contains(*nameOf(entry))) saved.push_back(entry);
+}
+
+} // namespace
+
+void AudioUnitViewController::listAssignableControls() {
+    StreamControls& controls = _GRANULATOR_STREAM.controls;
+    assignable.add(_GRANULATOR_STREAM.scrubArea, controlRange(scrubbingWave).name, kScan);
+    for (const auto& [id, color] : kListedControls) {
+        Control* const knob = controls.knob(id);
+        assignable.add(knob ? *knob : *controls.toggle(id), controlRange(id).name, color);
+    }
+    assignable.add(_inputDryWetKnob, controlRange(dryWet).name, kLevel);
+    assignable.add(_fadeInTime, controlRange(fadeIn).name, kTransport);
+    assignable.add(_fadeOutTime, controlRange(fadeOut).name, kTransport);
+    assignable.add(controls._playToggle, controlRange(playStop).name, kTransport);
+    assignable.add(controls._rewind, "Rewind", kTransport);
+    assignable.add(controls._freeze, controlRange(freeze).name, kTransport);
+    assignable.add(controls._enableLIVE, controlRange(live).name, kTransport);
+    assignable.add(controls.liveClear, "Clear LIVE", kTransport);
+    assignable.add(controls._keyboardButton, "Keyboard Pitch", kPitch);
+    assignable.add(controls.scrubRec, "Scrub Record", kScan);
+    assignable.add(controls.scrubPlay, "Scrub Play", kScan);
+    assignable.add(controls.scrubRewind, "Scrub Rewind", kScan);
+    assignable.add(surfaces._keyboard, "Keyboard", kPitch);
+    assignable.add(surfaces._pad, "Pad", kPitch);
+    assignable.addScrubReference(scrubWidgets);
+}
+
+void AudioUnitViewController::wireModulation() {
+    listAssignableControls();
+    assignments.initialize();
+    _GRANULATOR_STREAM.scrubArea.addListener(&scrubWidgets);
+    assignments.setObserver([this](Control& control, AssignmentType from, AssignmentType to) {
+        assignmentChanged(control, from, to);
+    });
+    // A wheel bends the pitch as on any instrument, until somebody binds it.
+    const MOK_KNOB& pitchKnob = _GRANULATOR_STREAM.controls._pitch;
+    const float bend = kBendSemitones / (pitchKnob.maximumValue() - pitchKnob.minimumValue());
+    midiManager.setFallback({.trigger = {.source = MidiSource::pitchBend},
+                             .control = &_GRANULATOR_STREAM.controls._pitch,
+                             .min = bend,
+                             .max = bend,
+                             .takeOver = MidiTakeOver::jump,
+                             .relative = true});
+    // A tapped tempo leads until a host tells its own.
+    assignments.tempo.addTarget(
+        this, "tempoTapped:", control_event::valueChanged, [this](Control&) {
+            if (!assignments.BPM_LINK)
+                _GRANULATOR_STREAM.syncStateDidChangedWithBPM(assignments.currentTempo());
+        });
+    _lfoSwitch.addTarget(this, "lfoSwitched:", control_event::valueChanged, [this](Control&) {
+        if (audioUnit_)
+            audioUnit_->setLfoToggleState(_lfoSwitch.isOn());
+        else
+            assignments.getLfoWidgetsMapping()->setIsEnabled(_lfoSwitch.isOn());
+    });
+}
+
+/// The sources that the control manager only keeps records of.
+void AudioUnitViewController::assignmentChanged(Control& control, AssignmentType from,
+                                                AssignmentType to) {
+    if (from == AssignmentType::midi && to != AssignmentType::midi) midiManager.unbind(control);
+    if (to == AssignmentType::midi) midiManager.describe(control);
+    if (from == AssignmentType::accelX || from == AssignmentType::accelY)
+        tiltWidgets.removeWidget(&control);
+    if (to != AssignmentType::accelX && to != AssignmentType::accelY) return;
+    const bool x = to == AssignmentType::accelX;
+    tiltWidgets.addWidget_forAxis(&control, x ? Accelerometer::Axis::x : Accelerometer::Axis::y);
+    describeTilt(control, to);
+}
+
+/// In the control manager's table, where people look for why nothing moves.
+void AudioUnitViewController::describeTilt(Control& control, AssignmentType type) {
+    const bool x = type == AssignmentType::accelX;
+    const char* text = x ? "Accelerometer X Assigned" : "Accelerometer Y Assigned";
+    if (!instance_.accelerometer.isPresent()) text = Accelerometer::kAbsent;
+    if (!tiltWidgets.getWrapperID(&control)) text = assignmentEntry(AssignmentType::none)->title;
+    assignments.record(control, type, text);
+}
+
+void AudioUnitViewController::receiveMidi(const MidiMessage& message) {
+    midiManager.receive(message);
+    const auto note = static_cast<std::size_t>(message.data1() & 0x7F);
+    const bool on = message.kind() == MidiKind::noteOn;
+    if (on && message.data2() != 0) endedNotes_.reset(note);
+    if ((on && message.data2() == 0) || message.kind() == MidiKind::noteOff) {
+        if (endedNotes_.none()) postIfAlive(&AudioUnitViewController::showEndedNotes);
+        endedNotes_.set(note);
+    }
+}
+
+/// Posted: the note-ons of the same moment come from the audio unit, perhaps later.
+void AudioUnitViewController::showEndedNotes() {
+    for (std::size_t note = 0; note < endedNotes_.size(); ++note)
+        if (endedNotes_.test(note)) surfaces.showNoteOff(static_cast<int>(note));
+    endedNotes_.reset();
+}
+
+void AudioUnitViewController::saveModulation(PropertyDictionary& state) {
+    state.insert_or_assign("ControlAssignments", assignments.getState());
+    state.insert_or_assign("Midi", midiManager.getState());
+    state.insert_or_assign("Tilt", tiltWidgets.getState(assignmentName));
+    state.insert_or_assign("Pad", surfaces._pad.getState());
+    state.insert_or_assign("TapTempo", assignments.tempo.value());
+    state.insert_or_assign(_lfoSwitch.channel, _lfoSwitch.isOn());
+}
+
+/// The table decides: what else drove a control lets it go, also what the state did not speak of.
+void AudioUnitViewController::followTable() {
+    for (const auto& [control, name, color] : assignable.all()) {
+        const AssignmentType type = assignments.typeOf(*control);
+        if (type == AssignmentType::midi)
+            midiManager.describe(*control);
+        else
+            midiManager.unbind(*control);
+        if (type != AssignmentType::accelX && type != AssignmentType::accelY) {
+            tiltWidgets.removeWidget(control);
+            continue;
+        }
+        const auto axis =
+            type == AssignmentType::accelX ? Accelerometer::Axis::x : Accelerometer::Axis::y;
+        if (!tiltWidgets.getWrapperID(control) || tiltWidgets.axisOf(control) != axis)
+            tiltWidgets.addWidget_forAxis(control, axis);
+        describeTilt(*control, type);
+    }
+}
+
+/// The records first: MIDI takes over what it binds, and tilt adds how its controls follow.
+void AudioUnitViewController::restoreAssignments(PropertyReader& state) {
+    const PropertyArray* const records = state.array("ControlAssignments");
+    const PropertyDictionary* const savedMidi = state.dictionary("Midi");
+    const PropertyArray* const savedTilt = state.array("Tilt");
+    PropertyDictionary midi = savedMidi ? *savedMidi : PropertyDictionary{};
+    PropertyArray tilt = savedTilt ? *savedTilt : PropertyArray{};
+    const auto bindings = midi.find("Bindings");
+    PropertyArray* const rebound =
+        bindings == midi.end() ? nullptr : bindings->second.as<PropertyArray>();
+    if (records) {
+        const Names named = namesIn(*records);
+        addUnnamed(tilt, tiltWidgets.getState(assignmentName), named);
+        if (rebound) {
+            const PropertyDictionary own = midiManager.getState();
+            addUnnamed(*rebound, *own.at("Bindings").as<PropertyArray>(), named);
+            // Now: later it would take the restored records back.
+            for (const auto& one : assignable.all())
+                if (named.contains(assignmentName(*one.control))) midiManager.unbind(*one.control);
+        }
+        assignments.restoreState(*records);
+    }
+    midiManager.restoreState(midi);
+    if (savedTilt)
+        tiltWidgets.restoreState(
+            tilt, [this](const std::string& name) { return assignments.controlNamed(name); });
+    followTable();
+}
+
+void AudioUnitViewController::restoreModulation(PropertyReader& state) {
+    if (const auto tempo = state.real("TapTempo")) {
+        assignments.tempo.setValue(*tempo);
+        assignments.tempo.sendEventValueChanged();
+    }
+    restoreAssignments(state);
+    if (const PropertyArray* pad = state.array("Pad")) surfaces._pad.restoreState(*pad);
+    if (const auto on = state.boolean(_lfoSwitch.channel)) {
+        _lfoSwitch.setOn(*on);
+        _lfoSwitch.sendEventValueChanged();
+    }
+}
+
+} // namespace zephyra

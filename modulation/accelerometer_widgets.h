@@ -1,0 +1,54 @@
+// AccelerometerWidgets: the controls that the device's tilt moves.
+#pragma once
+
+#include "modulation/wrapper_list.h"
+#include "platform/accelerometer.h"
+#include "platform/run_loop.h"
+
+#include <cstddef>
+#include <functional>
+#include <string>
+
+namespace zephyra {
+
+class AccelerometerWrapper;
+
+/// A control follows one axis: -1 is the range's first end, 1 the second. Nothing moves while the
+/// device has no accelerometer. Controls must outlive it or be removed. MAIN.
+class AccelerometerWidgets {
+public:
+    /// Reads 32 times a second; both must outlive this.
+    AccelerometerWidgets(RunLoop& runLoop, const Accelerometer& accelerometer);
+    ~AccelerometerWidgets();
+    AccelerometerWidgets(const AccelerometerWidgets&) = delete;
+    AccelerometerWidgets& operator=(const AccelerometerWidgets&) = delete;
+
+    /// A bond of the control that was there goes first. Knobs and scan targets can be moved; others
+    /// and null are ignored.
+    void addWidget_forAxis(Control* control, Accelerometer::Axis axis);
+    void removeWidget(const Control* control);
+    void removeAllWidgets();
+    /// Null when the control is not there.
+    WidgetWrapper* getWrapperID(const Control* control) const;
+    Accelerometer::Axis axisOf(const Control* control) const; ///< x when it is not there
+    std::size_t count() const { return wrappers_.size(); }
+
+    /// A dictionary per control: "name", "axis" (0 x, 1 y), "MinRange", "MaxRange", "Gravity".
+    /// nameOf gives a control's identity.
+    PropertyArray getState(const std::function<std::string(const Control&)>& nameOf) const;
+    /// Replaces everything by what state says; find gives the control of an identity, or null.
+    void restoreState(const PropertyArray& state,
+                      const std::function<Control*(const std::string&)>& find);
+
+private:
+    void restoreBond(const PropertyDictionary& bond,
+                     const std::function<Control*(const std::string&)>& find);
+    void tick();
+
+    RunLoop& runLoop_;
+    const Accelerometer& accelerometer_;
+    RunLoop::Token timer_;
+    WrapperList<AccelerometerWrapper> wrappers_;
+};
+
+} // namespace zephyra

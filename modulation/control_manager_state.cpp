@@ -1,0 +1,119 @@
+// Saving and restoring of ControlManager.
+
+#include "modulation/control_manager.h"
+#include "platform/log.h"
+
+#include <map>
+
+namespace zephyra {
+
+namespace {
+
+/// The current records of one name, in their order, and which of them is next.
+struct Namesakes {
+    std::vector<std::size_t> records;
+    std::size_t next = 0;
+};
+
+const std::string* savedName(const PropertyDictionary& record) {
+    const auto name = record.find("name");
+    return name == record.end() ? nullptr : name->second.as<std::string>();
+}
+
+bool hasType(const PropertyDictionary& record) {
+    const auto type = record.find("type");
+    return type != record.end() && type->second.as<std::int64_t>();
+}
+
+} // namespace
+
+PropertyArray ControlManager::getState() {
+    refreshWrapperStates();
+    return _params;
+}
+
+void ControlManager::refreshWrapperStates() {
+    for (std::size_t i = 0; i < _params.size(); ++i) {
+        PropertyDictionary& record = recordAt(i);
+        const auto keep = [&record](PropertyDictionary info) {
+            if (!info.empty()) record["WrapperState"] = std::move(info);
+        };
+        switch (typeAt(i)) {
+        case AssignmentType::none:
+            record.erase("WrapperState");
+            break;
+        case AssignmentType::scrubY:
+        case AssignmentType::secondFinger:
+            for (const ScrubReference* const reference : scrubRef)
+                keep(reference->getWrapperInfo(controls_[i]));
+            break;
+        case AssignmentType::lfo:
+            keep(_lfo.getWrapperInfo(controls_[i]));
+            break;
+        default:
+            break; // others' business, or a newer program's
+        }
+    }
+}
+
+void ControlManager::restoreState(const PropertyArray& records) {
+    refreshWrapperStates(); // controls that no record names go on as they are
+    takeSaved(records);
+    removeAllWidgets();
+    for (std::size_t i = 0; i < _params.size(); ++i) bindRecord(i);
+    updateMappingParametersFromWrappers();
+    followTempo();
+}
+
+void ControlManager::takeSaved(const PropertyArray& records) {
+    std::map<std::string, Namesakes, std::less<>> byName;
+    for (std::size_t i = 0; i < _params.size(); ++i)
+        byName[*recordAt(i).at("name").as<std::string>()].records.push_back(i);
+
+    std::size_t broken = 0, strangers = 0;
+    for (const PropertyValue& saved : records) {
+        const auto* const record = saved.as<PropertyDictionary>();
+        const std::string* const name = record ? savedName(*record) : nullptr;
+        const auto found = name ? byName.find(*name) : byName.end();
+        const bool here =
+            found != byName.end() && found->second.next < found->second.records.size();
+        const std::size_t index = here ? found->second.records[found->second.next++] : 0;
+        if (!name || !hasType(*record))
+            ++broken;
+        else if (!here)
+            ++strangers;
+        else
+            _params[index] = saved;
+    }
+    // One line for all: a file may hold any number of them.
+    if (broken != 0)
+        logLine(std::to_string(broken) + " assignment(s) left out: each needs a text for its "
+                                         "\"name\" and a whole number for its \"type\"");
+    if (strangers != 0)
+        logLine(std::to_string(strangers) + " assignment(s) left out: no such control is here");
+}
+
+void ControlManager::bindRecord(std::size_t index) {
+    PropertyDictionary& record = recordAt(index);
+    Control* const control = controls_[index];
+    const AssignmentType type = typeAt(index);
+    PropertyReader reader(record, "Assignment of " + names_[index]);
+    const PropertyDictionary* const saved = reader.dictionary("WrapperState");
+    PropertyDictionary state = saved ? *saved : PropertyDictionary{};
+    const bool second = type == AssignmentType::secondFinger;
+    if (second || type == AssignmentType::scrubY) {
+        state["SecondFinger"] = second; // the type decides, whatever the state says
+        for (ScrubReference* const reference : scrubRef)
+            reference->setWrapperInfo_fromDictionary(control, state);
+    } else if (type == AssignmentType::lfo) {
+        _lfo.setWrapperInfo_fromDictionary(control, state);
+    }
+    const bool hasText = reader.text("text").has_value();
+    if (type == AssignmentType::none)
+        setRecord(index, type, kAssignments[0].title);
+    else if (!hasText)
+        record["text"] = kAssignments[0].title;
+    textFromWrappers(index);
+}
+
+} // namespace zephyra

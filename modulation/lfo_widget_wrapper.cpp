@@ -1,0 +1,111 @@
+#include "modulation/lfo_widget_wrapper.h"
+
+#include "controls/note_values.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace zephyra {
+
+namespace {
+
+constexpr double kUnknownTempo = 120.0; // beats per minute
+constexpr std::int64_t kLastNoteValue = std::int64_t{kNoteValues.size()} - 1;
+
+} // namespace
+
+LfoWidgetWrapper::LfoWidgetWrapper(Control& control, std::unique_ptr<ControlMover> mover,
+                                   double bpm)
+    : WidgetWrapper(control), mover_(std::move(mover)) {
+    currentLFO.addDelegate(this);
+    setTempo(bpm);
+    resetPhase();
+}
+
+LfoWidgetWrapper::~LfoWidgetWrapper() {
+    currentLFO.removeDelegate();
+}
+
+void LfoWidgetWrapper::setLfoShapeFromWrapper(std::int64_t shape) {
+    currentLFO.setShape(shape);
+    resetPhase();
+}
+
+void LfoWidgetWrapper::setHz(double hz) {
+    if (!std::isfinite(hz)) return;
+    freeHz_ = std::clamp(hz, kLowestLfoRate, kHighestLfoRate);
+    applyRate();
+}
+
+void LfoWidgetWrapper::setLinkIsEnabled(bool on) {
+    linked_ = on;
+    applyRate();
+}
+
+void LfoWidgetWrapper::setClockSub(int index) {
+    clockSub_ = std::clamp(index, 0, static_cast<int>(kLastNoteValue));
+    applyRate();
+}
+
+void LfoWidgetWrapper::setClockSubMult(double mult) {
+    if (!std::isfinite(mult)) return;
+    clockSubMult_ = std::clamp(mult, kLeastMult, kMostMult);
+    applyRate();
+}
+
+void LfoWidgetWrapper::setTempo(double bpm) {
+    bpm_ = std::isfinite(bpm) && bpm > 0.0 ? bpm : kUnknownTempo;
+    applyRate();
+}
+
+void LfoWidgetWrapper::applyRate() {
+    const NoteValue& note = kNoteValues[static_cast<std::size_t>(clockSub_)];
+    currentLFO.setClockSubRatio(note.repeatsPerBeat / clockSubMult_);
+    const double linkedHz = bpm_ / 60.0 * currentLFO.clockSubRatio();
+    // A tempo beyond all reason is as fast as possible, not a rate that is refused.
+    currentLFO.setHz(linked_ ? std::min(linkedHz, kHighestLfoRate) : freeHz_);
+}
+
+void LfoWidgetWrapper::setSuspended(bool on) {
+    suspended_ = on;
+    mover_->letGo();
+}
+
+void LfoWidgetWrapper::lfoValue(double value) {
+    if (suspended_) return;
+    if (mover_->isHeld()) return mover_->letGo();
+    mover_->follow(placeInRange(value, *this), *this, kLfoTick);
+}
+
+void LfoWidgetWrapper::resetPhase() {
+    mover_->letGo();
+    const double min = double{minRange()}, max = double{maxRange()};
+    const double place =
+        std::clamp(double{mover_->position()}, std::min(min, max), std::max(min, max));
+    currentLFO.resetPhaseAccordingToShape_MinRange_MaxRange_Phase(currentLFO.shape(), min, max,
+                                                                  place);
+}
+
+PropertyDictionary LfoWidgetWrapper::state() const {
+    PropertyDictionary state = WidgetWrapper::state();
+    state["Shape"] = currentLFO.shape();
+    state["LinkSwitch"] = linked_;
+    state["ClockSub"] = clockSub_;
+    state["ClockSubMult"] = clockSubMult_;
+    state["Hz"] = freeHz_;
+    return state;
+}
+
+void LfoWidgetWrapper::applyState(PropertyReader& state) {
+    WidgetWrapper::applyState(state);
+    if (const auto shape = state.whole("Shape")) currentLFO.setShape(*shape);
+    if (const auto linked = state.boolean("LinkSwitch")) setLinkIsEnabled(*linked);
+    if (const auto sub = state.whole("ClockSub"))
+        setClockSub(static_cast<int>(std::clamp(*sub, std::int64_t{0}, kLastNoteValue)));
+    if (const auto mult = state.real("ClockSubMult")) setClockSubMult(*mult);
+    if (const auto hz = state.real("Hz")) setHz(*hz);
+    resetPhase();
+}
+
+} // namespace zephyra

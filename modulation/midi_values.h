@@ -1,0 +1,34 @@
+// MidiValues: what a message says to a trigger, with halves of controllers put together.
+#pragma once
+
+#include "modulation/midi_binding.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+namespace zephyra {
+
+/// MAIN.
+class MidiValues {
+public:
+    /// The first controller that is none, but a mode of the channel.
+    static constexpr int kFirstChannelMode = 120;
+    static constexpr int kFineHalf = 32; ///< so far above the coarse one
+
+    /// Keeps what controllers stand at. A coarse half resets its fine one. Before value().
+    void keep(const MidiMessage& message);
+
+    /// 0..1, where the middle of a pitch bend is exactly a half; nothing when message does not
+    /// concern trigger, and for a note's end.
+    std::optional<double> value(const MidiTrigger& trigger, const MidiMessage& message) const;
+
+private:
+    std::array<std::array<std::uint8_t, 128>, 16> controllers_{}; // by channel and number
+};
+
+/// The trigger that message alone shows, on any channel: a controller is one of 7 bits. Nothing for
+/// what cannot move controls.
+std::optional<MidiTrigger> triggerOf(const MidiMessage& message);
+
+} // namespace zephyra

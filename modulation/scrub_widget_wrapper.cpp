@@ -1,0 +1,59 @@
+#include "modulation/scrub_widget_wrapper.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace zephyra {
+
+ScrubWidgetWrapper::ScrubWidgetWrapper(Control& control, std::unique_ptr<ControlMover> mover,
+                                       bool secondFinger)
+    : WidgetWrapper(control), mover_(std::move(mover)), secondFinger_(secondFinger) {}
+
+void ScrubWidgetWrapper::setVelocity(double velocity) {
+    if (std::isfinite(velocity)) velocity_ = std::clamp(velocity, kLeastVelocity, kMostVelocity);
+}
+
+PropertyDictionary ScrubWidgetWrapper::state() const {
+    PropertyDictionary state = WidgetWrapper::state();
+    state["Velocity"] = velocity_;
+    state["SecondFinger"] = secondFinger_;
+    return state;
+}
+
+void ScrubWidgetWrapper::applyState(PropertyReader& state) {
+    WidgetWrapper::applyState(state);
+    if (const auto velocity = state.real("Velocity")) setVelocity(*velocity);
+    const bool second = state.boolean("SecondFinger").value_or(secondFinger_);
+    if (second != std::exchange(secondFinger_, second)) stop();
+}
+
+void ScrubWidgetWrapper::begin() {
+    stop();
+    part_ = partOfRange(mover_->position(), *this);
+    anchored_ = true;
+}
+
+void ScrubWidgetWrapper::moveBy(double up) {
+    if (up == 0.0) return;
+    if (mover_->isHeld()) return stop();
+    if (!anchored_) begin();
+    part_ = std::clamp(part_ + velocity_ * up, 0.0, 1.0);
+    following_ = true;
+    if (gravity() == 0.0f) follow(0.0);
+}
+
+bool ScrubWidgetWrapper::follow(double seconds) {
+    if (following_ && mover_->isHeld()) stop();
+    if (!following_) return false;
+    following_ = false; // unless what follows says otherwise
+    const bool there = mover_->follow(placeInRange(part_, *this), *this, seconds);
+    return following_ = !there;
+}
+
+void ScrubWidgetWrapper::stop() {
+    anchored_ = following_ = false;
+    mover_->letGo();
+}
+
+} // namespace zephyra

@@ -1,0 +1,209 @@
+// What moves a render's controls by itself: LFOs, takes, learned controllers, and their picture.
+
+#include "cli/learn_option.h"
+#include "cli/lfo_option.h"
+#include "cli/notes_lane.h"
+#include "cli/paths_lane.h"
+#include "cli/take_file.h"
+#include "tests/cli/program.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace zephyra {
+namespace {
+
+TEST(LfoOption, EveryKeyIsTakenAndNamesAreForgiving) {
+    const auto plain = parseLfo("scrubbing wave");
+    ASSERT_TRUE(plain) << plain.message();
+    EXPECT_EQ(plain.value().control, ControlId::scrubbingWave);
+    EXPECT_EQ(plain.value().hz, 0.25);
+    EXPECT_FALSE(plain.value().link || plain.value().phase);
+    const auto linked = parseLfo(
+        "dry/wet:shape=Random Interp,link=1/8t,mult=2,min=0.9,max=0.1,gravity=1,phase=0.5");
+    ASSERT_TRUE(linked) << linked.message();
+    const LfoOption& lfo = linked.value();
+    EXPECT_EQ(lfo.control, ControlId::dryWet);
+    EXPECT_EQ(lfo.shape, kLfoRandomInterp);
+    EXPECT_EQ(lfo.link, 12);
+    EXPECT_EQ(lfo.mult, 2.0);
+    EXPECT_EQ(lfo.min, 0.9f);
+    EXPECT_EQ(lfo.max, 0.1f);
+    EXPECT_EQ(lfo.gravity, 1.0f);
+    EXPECT_EQ(lfo.phase, 0.5);
+}
+
+TEST(LearnOption, SourcesKeysAndTakeOverAreTaken) {
+    const struct {
+        const char* text;
+        MidiTrigger trigger;
+        ControlId control;
+    } cases[] = {
+        {"cc:119=density", {MidiSource::controller, 119, 0}, ControlId::density},
+        {"CC14:31=Pan,channel=16", {MidiSource::controller14, 31, 16}, ControlId::pan},
+        {"note:0=Echo Switch", {MidiSource::note, 0, 0}, ControlId::echoSwitch},
+        {"pressure=fade in,channel=any", {MidiSource::channelPressure, 0, 0}, ControlId::fadeIn},
+    };
+    for (const auto& one : cases) {
+        const auto read = parseLearn(one.text);
+        ASSERT_TRUE(read) << read.message();
+        EXPECT_EQ(read.value().binding.trigger, one.trigger) << one.text;
+        EXPECT_EQ(read.value().control, one.control) << one.text;
+        EXPECT_EQ(read.value().binding.takeOver, MidiTakeOver::jump) << one.text;
+    }
+    const auto bend =
+        parseLearn("bend=Pitch,relative=yes,min=0.5,max=0.25,takeover=pickup,curve=2");
+    ASSERT_TRUE(bend) << bend.message();
+    EXPECT_TRUE(bend.value().binding.relative);
+    EXPECT_EQ(bend.value().binding.min, 0.5f);
+    EXPECT_EQ(bend.value().binding.max, 0.25f);
+    EXPECT_EQ(bend.value().binding.curve, 2.0f);
+    EXPECT_EQ(bend.value().binding.takeOver, MidiTakeOver::pickUp);
+}
+
+TEST(TakeFile, ReadsWhatItWritesAndNamesTheLineThatIsWrong) {
+    const std::vector<float> positions = {0.0f, 1.0f / 3, 0.1f, 1e-7f, 1.0f};
+    const auto back = parseTake(takeText(positions), "take");
+    ASSERT_TRUE(back) << back.message();
+    EXPECT_EQ(back.value(), positions);
+    std::string most = "\xEF\xBB\xBFPosition\r\n\n# by hand\n";
+    for (int i = 0; i < 1800; ++i) most += "0.5\r\n";
+    EXPECT_EQ(parseTake(most, "take").value().size(), 1800u);
+    const std::pair<std::string, const char*> wrong[] = {
+        {most + "0.5", "take, line 1804: a take has at most 1800"},
+        {"0\nposition\n1", "take, line 2: a position is"},
+        {"0\n1.01", "take, line 2: a position is"},
+        {"0\n#\nnan", "take, line 3: a position is"},
+        {"0.5", "at least 2 positions, one a line, 15 a second; this one has 1"},
+    };
+    for (const auto& [text, message] : wrong)
+        EXPECT_NE(parseTake(text, "take").message().find(message), std::string::npos) << message;
+}
+
+TEST(ControlPaths, KeepWhatWasSeenInEachColumnAndSayItInDisplayedUnits) {
+    ControlPaths paths({{ControlId::density, "CC 1"}}, 2.0, 4);
+    for (const auto& [seconds, value] :
+         {std::pair(0.0, 300.0f), {0.1, 0.5f}, {0.2, 400.0f}, {0.3, 9.0f}, {2.0, 20.0f}})
+        paths.add(seconds, {&value, 1});
+    const ControlPath& path = paths.all().at(0);
+    EXPECT_EQ(path.columns[0].first, 300.0f);
+    EXPECT_EQ(path.columns[0].low, 0.5f);
+    EXPECT_EQ(path.columns[0].high, 400.0f);
+    EXPECT_EQ(path.columns[0].last, 9.0f);
+    EXPECT_EQ(path.columns[1].count + path.columns[2].count, 0u);
+    EXPECT_EQ(path.columns[3].last, 20.0f);
+    EXPECT_EQ(path.valueText(path.highest()), "400 Hz");
+    EXPECT_EQ(path.valueText(200.25f), "50.4 Hz"); // half way: 0.5 + 399.5 / 8
+}
+
+TEST(NotesLane, ANoteEndsWithItsOwnChannelsNoteOffOrWhenItIsStruckAgain) {
+    const std::vector<TimedMidi> messages = {
+        {0.0, 3, {0x90, 60, 127}}, {0.5, 3, {0x81, 60, 0}}, // another channel's
+        {1.0, 3, {0x90, 60, 64}},  {2.0, 3, {0x90, 60, 0}}, {2.5, 3, {0xB0, 60, 1}},
+        {3.0, 3, {0x91, 72, 1}},   {9.0, 3, {0x91, 74, 1}}, // beyond the end
+    };
+    const auto notes = notesOf(messages, 4.0);
+    ASSERT_EQ(notes.size(), 3u);
+    for (const std::size_t i : {0u, 1u, 2u}) EXPECT_EQ(notes[i].length, 1.0) << i;
+    EXPECT_EQ(notes[2].number, 72);
+}
+
+class MovedRender : public ::testing::Test {
+protected:
+    MovedRender() {
+        writeWav(folder_ / "in.wav", tone(44100));
+        // At 96 ticks a beat of 0.5 s: controller 1 to 127 at once, to 0 a beat later.
+        writeText(folder_ / "move.mid",
+                  std::string("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x0C\0\xB0\1\x7F\x60\xB0\1\0\0"
+                              "\xFF\x2F\0",
+                              34));
+        writeText(folder_ / "take.csv", "0.9\n0.1\n");
+    }
+    std::string render(const std::string& arguments) {
+        const ProgramRun run = runZephyra(
+            folder_, "render in.wav -o out.wav --seed 7 --json --seconds 2 " + arguments);
+        EXPECT_EQ(run.code, 0) << arguments << "\n" << run.err;
+        if (run.code == 0) report_ = nlohmann::json::parse(run.out);
+        return readText(folder_ / "out.wav");
+    }
+
+    TemporaryFolder folder_;
+    nlohmann::json report_;
+};
+
+TEST_F(MovedRender, AllAtOnceGivesTheSameBytesAndPicturesAndEachPartIsHeard) {
+    const std::string plain = render("--midi move.mid");
+    const std::string options[] = {"--lfo Pitch:shape=random,hz=3", "--scrub take.csv",
+                                   "--learn cc:1=Length", "--lfo Pan:link=1/16,mult=2"};
+    std::string all = "--midi move.mid --picture p.png --record-scrub kept.csv";
+    for (const std::string& option : options) {
+        EXPECT_TRUE(render("--midi move.mid " + option) != plain) << option;
+        all += " " + option;
+    }
+    const std::string first = render(all), picture = readText(folder_ / "p.png");
+    const std::string kept = readText(folder_ / "kept.csv");
+    EXPECT_TRUE(render(all) == first);
+    EXPECT_TRUE(readText(folder_ / "p.png") == picture);
+    EXPECT_EQ(readText(folder_ / "kept.csv"), kept);
+    EXPECT_EQ(report_["lfos"], 2);
+    EXPECT_EQ(report_["takePoints"], 2);
+    EXPECT_EQ(report_["tempo"], 120.0);
+    const auto take = parseTake(kept, "kept");
+    ASSERT_TRUE(take) << take.message();
+    EXPECT_EQ(report_["recordedTakePoints"], take.value().size());
+    ASSERT_NEAR(static_cast<double>(take.value().size()), 30, 1);
+    // At speed 1 the scan would stand elsewhere: the take holds it at its two places in turn.
+    for (std::size_t i = 0; i < take.value().size(); ++i)
+        EXPECT_NEAR(take.value()[i], i % 2 == 0 ? 0.9f : 0.1f, 1e-6f) << i;
+}
+
+TEST_F(MovedRender, ARecordedTakeMovesTheScanAgainAsItWent) {
+    render("--lfo \"Scrubbing Wave:min=0.2,max=0.8,hz=1\" --record-scrub once.csv");
+    render("--scrub once.csv --record-scrub twice.csv");
+    const auto once = readTake(folder_ / "once.csv");
+    ASSERT_TRUE(once) << once.message();
+    const auto [low, high] = std::minmax_element(once.value().begin(), once.value().end());
+    EXPECT_NEAR(*low, 0.2f, 0.02f);
+    EXPECT_NEAR(*high, 0.8f, 0.02f);
+    EXPECT_EQ(readText(folder_ / "twice.csv"), readText(folder_ / "once.csv"));
+}
+
+TEST_F(MovedRender, ATakeStandsAtItsFirstPositionFromTheFirstFrameOn) {
+    std::vector<std::int16_t> late = tone(44100);
+    std::fill(late.begin(), late.begin() + 22050, std::int16_t{0});
+    writeWav(folder_ / "in.wav", late);
+    writeText(folder_ / "take.csv", "0.75\n0.75\n");
+    const std::string early = "--seconds 0.06 --scrub take.csv"; // its first tick comes later
+    ASSERT_EQ(runZephyra(folder_, "render in.wav -o out.wav --float --json " + early).code, 0);
+    const std::string sound = readText(folder_ / "out.wav");
+    EXPECT_TRUE(std::any_of(sound.begin() + 100, sound.end(), [](char c) { return c != 0; }));
+}
+
+TEST_F(MovedRender, WhatIsAskedForCarriesTheScanRatherThanWhatTheStateBrought) {
+    render("--lfo \"Scrubbing Wave\" --save-state lfo.plist");
+    render("--state lfo.plist --scrub take.csv --save-state take.plist");
+    EXPECT_FALSE(report_.contains("lfos"));
+    EXPECT_EQ(report_["takePoints"], 2);
+    render("--state take.plist --lfo \"Scrubbing Wave\"");
+    EXPECT_EQ(report_["lfos"], 1);
+    EXPECT_FALSE(report_.contains("takePoints"));
+}
+
+TEST_F(MovedRender, TheEchosTailIsAsLongAsTheGainThatAnLfoGivesIt) {
+    const ProgramRun run =
+        runZephyra(folder_, "render in.wav -o out.wav --json --set EchoSwitch=on "
+                            "--lfo \"Left Gain:min=0.9,max=0.94\"");
+    ASSERT_EQ(run.code, 0) << run.err;
+    // 0.9114 a repeat: 75 of them, 0.3 s apart, to fall by 60 dB.
+    EXPECT_NEAR(nlohmann::json::parse(run.out)["seconds"].get<double>(), 1 + 75 * 0.3, 0.5);
+}
+
+TEST_F(MovedRender, ALearnedControllerReachesItsControl) {
+    render("--midi move.mid --learn cc:1=Amplitude,min=0,max=0");
+    EXPECT_LT(report_["rms"].get<double>(), 0.05);
+    EXPECT_EQ(report_["learnedControllers"], 1);
+}
+
+} // namespace
+} // namespace zephyra

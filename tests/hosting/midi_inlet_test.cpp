@@ -1,0 +1,80 @@
+// What becomes of the host's MIDI on its way to the main queue.
+
+#include "hosting/midi_inlet.h"
+#include "tests/support/hosted_unit.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <utility>
+
+namespace zephyra {
+namespace {
+
+struct InletTest : testing::Test {
+    void push(std::vector<std::uint8_t> bytes) { inlet.push(bytes.data(), bytes.size()); }
+
+    Instance instance;
+    std::vector<MidiMessage> heard;
+    MidiInlet inlet{instance, [this](const MidiMessage& message) { heard.push_back(message); }};
+};
+
+TEST_F(InletTest, ABurstThatIsTooLongEndsWhereItShouldAndLaterMessagesComeLater) {
+    for (std::size_t i = 0; i < MidiInlet::kCapacity; ++i) push({0xB0, 1, 1});
+    for (std::uint8_t value = 10; value <= 12; ++value)
+        push({0xB0, 1, value, 0xB1, 1, value, 0xE0, 0, value, 0xC0, value, 0x90, value, 100});
+    push({0x80, 12, 0});
+    EXPECT_EQ(inlet.replaced(), 9u); // two rounds of four kinds, and the note that ended
+    instance.runLoop.runPosted();
+    push({0xB0, 1, 13});
+    instance.runLoop.runPosted();
+    ASSERT_EQ(heard.size(), MidiInlet::kCapacity + 8);
+    heard.erase(heard.begin(), heard.begin() + MidiInlet::kCapacity);
+    const std::vector<MidiMessage> expected{{{0xB0, 1, 12}},   {{0xB1, 1, 12}}, {{0x90, 10, 100}},
+                                            {{0x90, 11, 100}}, {{0x80, 12, 0}}, {{0xC0, 12, 0}},
+                                            {{0xE0, 0, 12}},   {{0xB0, 1, 13}}};
+    EXPECT_TRUE(heard == expected);
+}
+
+TEST_F(InletTest, ValuesNeverGoBackHoweverTheTwoThreadsMeet) {
+    constexpr int kMessages = 2000000;
+    std::thread render([&] {
+        for (int i = 0; i < kMessages; ++i) { // a bend that only rises
+            const auto bend = static_cast<int>(i * 16383LL / (kMessages - 1));
+            push({0xE0, static_cast<std::uint8_t>(bend & 127),
+                  static_cast<std::uint8_t>(bend >> 7)});
+        }
+    });
+    std::uint64_t seen = 0;
+    int last = 0;
+    while (seen + inlet.replaced() < kMessages) {
+        instance.runLoop.runPosted();
+        for (const MidiMessage& message : heard)
+            EXPECT_LE(std::exchange(last, message.bend()), last);
+        seen += heard.size();
+        heard.clear();
+    }
+    render.join();
+    EXPECT_EQ(last, 16383);
+}
+
+TEST(OfflineHostMidi, ReachesTheInletInTheOrderOfTheOffsetsWhateverItsLengthAndOnce) {
+    HostedUnit hosted(component_type::musicEffect);
+    hosted.ready();
+    std::vector<MidiMessage> heard;
+    MidiInlet inlet(hosted.instance, [&](const MidiMessage& message) { heard.push_back(message); });
+    hosted.host.setMidiInlet(&inlet);
+    const std::uint8_t controllers[] = {0xB0, 1, 2, 3, 4, 5}, note[] = {0x90, 72, 9};
+    hosted.host.queueMidi(controllers, 6, 10); // what is cut off does not reach into another event
+    hosted.host.queueMidi(controllers + 1, 1, 11);
+    hosted.host.queueMidi(note, 3, 9);
+    hosted.render(512);
+    hosted.render(512);
+    const std::vector<MidiMessage> expected{{{0x90, 72, 9}}, {{0xB0, 1, 2}}, {{0xB0, 3, 4}}};
+    EXPECT_TRUE(heard == expected);
+    EXPECT_EQ(hosted.stream.linear(ControlId::pitch), 12.0f); // the unit plays it as well
+    hosted.host.setMidiInlet(nullptr);
+}
+
+} // namespace
+} // namespace zephyra

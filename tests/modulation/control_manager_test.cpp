@@ -1,0 +1,218 @@
+// What drives which control: assigning, the panel, the table, and presets old and hostile.
+
+#include "controls/scan_target.h"
+#include "modulation/midi_manager.h"
+#include "modulation/scrub_widgets.h"
+#include "platform/log.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace zephyra {
+namespace {
+
+struct Source final : ControlManagerDataSource {
+    explicit Source(RunLoop& loop) : first(loop), second(loop) { b.setRange(-10.0f, 30.0f); }
+
+    std::vector<Control*> getWidgetsObjForControlManager() override {
+        return {&a, &b, &c, &pads[0], &pads[1], &on};
+    }
+    std::vector<std::string> getWidgetsObjNamesForControlManager() override {
+        return {"Density", "Éclat", "Length", "Pad 1", "Pad 2", "Echo On"};
+    }
+    std::vector<int> getWidgetsObjColorsForControlManager() override { return {0, 1, 2, 3, 4, 5}; }
+    std::vector<ScrubReference*> getScrubReference() override { return {&first, &second}; }
+
+    MOK_KNOB a{"_a"}, b{"_b"}, c{"_c"};
+    Control pads[2];
+    Toggle on{"_on"};
+    ScrubWidgets first, second;
+};
+
+struct ControlManagerTest : testing::Test {
+    ControlManagerTest() { manager.initialize(); }
+
+    AssignmentType driver(Control& control) { // by what the sources themselves say
+        const bool scrubbed = source.second.getWrapperID(&control) != nullptr;
+        EXPECT_EQ(scrubbed, source.first.getWrapperID(&control) != nullptr);
+        const bool lfo = manager.getLfoWidgetsMapping()->getWrapperID(&control) != nullptr;
+        EXPECT_FALSE(lfo && scrubbed);
+        if (lfo) return AssignmentType::lfo;
+        if (!scrubbed) return AssignmentType::none;
+        const bool second = source.second.followsSecondFinger(&control);
+        return second ? AssignmentType::secondFinger : AssignmentType::scrubY;
+    }
+    LfoWidgetWrapper& lfo(Control& c) { return *manager.getLfoWidgetsMapping()->getWrapperID(&c); }
+
+    Instance instance;
+    Source source{instance.runLoop};
+    ControlManager manager{instance, source, ControlManager::Idiom::tablet};
+};
+
+TEST_F(ControlManagerTest, AControlHasOneSourceWhateverItHadBefore) {
+    const struct {
+        AssignmentType type, driver;
+        const char *text, *icon, *information;
+    } cases[] = {
+        {AssignmentType::none, AssignmentType::none, "Unassigned", "", ""},
+        {AssignmentType::midi, AssignmentType::none, "Unassigned", "midi.png", ""},
+        {AssignmentType::scrubY, AssignmentType::scrubY, "Scrub Y Assigned", "scrub_Y.png",
+         "Scrub Y Assigned for 'Éclat'"},
+        {AssignmentType::secondFinger, AssignmentType::secondFinger, "Second Finger Scrub Assigned",
+         "second_finger.png", "Second Finger Scrub Assigned for 'Éclat'"},
+        {AssignmentType::lfo, AssignmentType::lfo, "LFO Assigned", "lfo.png",
+         "LFO Assigned for 'Éclat'"},
+    };
+    std::vector<AssignmentType> told;
+    manager.setObserver([&](Control&, AssignmentType before, AssignmentType after) {
+        told.insert(told.end(), {before, after});
+    });
+    ASSERT_TRUE(manager.selectRow(1));
+    for (const auto& before : cases)
+        for (const auto& after : cases) {
+            manager.performMapping(static_cast<std::int64_t>(before.type));
+            manager.setMinMax(0.5f, 0.75f);
+            manager.performMapping(static_cast<std::int64_t>(after.type));
+            EXPECT_EQ(driver(source.b), after.driver);
+            EXPECT_EQ(manager.row(1).text, after.text);
+            EXPECT_EQ(manager.row(1).icon, after.icon);
+            EXPECT_EQ(manager.panel.information, after.information);
+            EXPECT_EQ(manager.panel.realRange, "Widget Range min = -10.000 max = 30.000");
+            EXPECT_EQ(told.at(told.size() - 2), before.type);
+            EXPECT_EQ(told.back(), after.type);
+        }
+    manager.performMapping(7);
+    EXPECT_EQ(manager.typeOf(source.b), AssignmentType::lfo);
+}
+
+TEST_F(ControlManagerTest, APresetComesBackAndLeavesNewControlsAsTheyAre) {
+    manager.assign(source.a, AssignmentType::secondFinger);
+    manager.selectRow(0);
+    manager.setMinMax(0.25f, 0.5f);
+    manager.setVelocityOrRate(3.0);
+    manager.assign(source.c, AssignmentType::lfo);
+    manager.record(source.pads[1], AssignmentType::midi, "CC 7");
+    PropertyArray saved = manager.getState();
+    saved.erase(saved.begin() + 2); // older than the control c
+    manager.removeAllAssignations();
+    for (Control* control : {&source.a, &source.c}) manager.assign(*control, AssignmentType::lfo);
+    lfo(source.c).setMinRange(0.125f);
+
+    manager.restoreState(saved);
+    EXPECT_EQ(driver(source.a), AssignmentType::secondFinger);
+    EXPECT_EQ(manager.panel.maxRange, 0.5f);
+    EXPECT_EQ(manager.panel.slider, 3.0);
+    EXPECT_EQ(driver(source.c), AssignmentType::lfo);
+    EXPECT_EQ(lfo(source.c).minRange(), 0.125f);
+    EXPECT_EQ(manager.row(3).text, "Unassigned"); // both pads are called "---"
+    EXPECT_EQ(manager.row(4).text, "CC 7");
+    EXPECT_EQ(manager.row(4).icon, "midi.png");
+    manager.assign(source.a, AssignmentType::accelY);
+    EXPECT_FALSE(manager.getState()[0].as<PropertyDictionary>()->contains("WrapperState"));
+}
+
+TEST_F(ControlManagerTest, AHostileStateChangesOnlyWhatItNamesProperly) {
+    manager.assign(source.a, AssignmentType::scrubY);
+    PropertyArray hostile{"no",
+                          PropertyDictionary{},
+                          PropertyDictionary{{"name", 3}, {"type", 6}},
+                          PropertyDictionary{{"name", "_a"}, {"type", 6.0}},
+                          PropertyDictionary{{"name", "_b"}, {"type", 99}, {"text", 1}, {"x", 2}},
+                          PropertyDictionary{{"name", "_c"}, {"type", 6}, {"WrapperState", "?"}}};
+    for (int i = 0; i < 100000; ++i)
+        hostile.push_back(PropertyDictionary{{"name", i % 2 ? "_b" : "?"}, {"type", 2}});
+    int lines = 0;
+    const LogSink before = setLogSink([&](std::string_view) { ++lines; });
+    manager.restoreState(hostile);
+    setLogSink(before);
+    EXPECT_LT(lines, 6);
+    EXPECT_EQ(driver(source.a), AssignmentType::scrubY);
+    EXPECT_EQ(driver(source.b), AssignmentType::none);
+    EXPECT_EQ(driver(source.c), AssignmentType::lfo);
+    EXPECT_EQ(manager.row(1).text + manager.row(1).icon, "Unassigned");
+    const PropertyArray state = manager.getState();
+    EXPECT_EQ(state.size(), 6u);
+    EXPECT_EQ(state[1],
+              (PropertyDictionary{{"name", "_b"}, {"type", 99}, {"text", "Unassigned"}, {"x", 2}}));
+}
+
+TEST_F(ControlManagerTest, SearchesNamesWhateverTheCaseAndSelectsWhatItFound) {
+    for (const char* text : {"éCLA",
+                             "e\xCC\x81"
+                             "CL",
+                             "_B"}) { // an accent of its own, too
+        manager.searchBar_textDidChange(text);
+        ASSERT_EQ(manager.numberOfRows(), 1u) << text;
+        EXPECT_EQ(manager.row(0).color, 1);
+    }
+    EXPECT_TRUE(manager.selectRow(0));
+    EXPECT_EQ(manager.panel.control, &source.b);
+    EXPECT_FALSE(manager.selectRow(1));
+    manager.searchBar_textDidChange("");
+    EXPECT_FALSE(manager.isFiltered);
+    EXPECT_EQ(manager.numberOfRows(), 6u);
+}
+
+TEST_F(ControlManagerTest, AsksBeforeItRemovesEverything) {
+    const auto ask = [&] {
+        manager.clearAssignements();
+        instance.runLoop.runPosted();
+        return instance.alerts.current()->message;
+    };
+    EXPECT_EQ(ask(), "No one connections has been found!");
+    instance.alerts.answer("OK");
+    manager.assign(source.a, AssignmentType::lfo);
+    manager.assign(source.b, AssignmentType::scrubY);
+    manager.assign(source.on, AssignmentType::accelX);
+    EXPECT_EQ(ask(), "Do you want remove all connections?");
+    instance.alerts.answer("NO");
+    EXPECT_EQ(driver(source.a), AssignmentType::lfo);
+    ask();
+    EXPECT_TRUE(instance.alerts.current()->actions.front().destructive);
+    instance.alerts.answer("YES");
+    EXPECT_EQ(driver(source.a), AssignmentType::none);
+    EXPECT_EQ(driver(source.b), AssignmentType::none);
+    EXPECT_EQ(manager.typeOf(source.on), AssignmentType::none);
+}
+
+TEST_F(ControlManagerTest, LinkedLfosFollowTheHostElseTheTaps) {
+    manager.selectRow(0);
+    manager.performMapping(6);
+    manager.LFO_LINK_TOGGLE.touch();
+    manager.subdivisions.setValue(10.0f); // 1/8: two in a beat
+    manager.subdivisions.sendEventValueChanged();
+    EXPECT_EQ(manager.panel.freeRateAlpha, 0.33f);
+    const auto rate = [&] {
+        instance.runLoop.runPosted();
+        return lfo(source.a).currentLFO.hz();
+    };
+    EXPECT_EQ(rate(), 4.0); // 120 while nobody knows better
+    manager.tempo.setValue(90.0);
+    manager.tempo.sendEventValueChanged();
+    EXPECT_EQ(rate(), 3.0);
+    manager.syncStateDidChangedWithBPM(60.0);
+    EXPECT_EQ(rate(), 2.0);
+    manager.syncStateDidChangedWithBPM(std::numeric_limits<double>::infinity());
+    EXPECT_EQ(rate(), 3.0);
+    manager.resetPhaseAllAtValue(0.5);
+    manager.lfo_sync_local.sendActionsForControlEvents(control_event::touchUpInside);
+    EXPECT_EQ(lfo(source.a).currentLFO.getPhase(), 0.0);
+}
+
+TEST_F(ControlManagerTest, OpensTheMidiManagerUntilATabletIsTurned) {
+    ControlManager* asked = nullptr;
+    instance.notifications.addObserver("showMidiManager", [&](const std::any& object) {
+        asked = std::any_cast<ControlManager*>(object);
+    });
+    manager.showMidiManager();
+    EXPECT_EQ(asked, &manager);
+    MidiManager midi(instance, manager);
+    manager.showMidiManager();
+    EXPECT_TRUE(midi.isShown() && midi.learn(source.a));
+    instance.notifications.post("DeviceOrientationDidChange");
+    EXPECT_FALSE(midi.isShown() || midi.learning());
+}
+
+} // namespace
+} // namespace zephyra
