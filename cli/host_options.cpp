@@ -183,9 +183,8 @@ void declareHostOptions(CLI::App& command, TypedHostOptions& typed) {
            "The host's automation, a line each: time in seconds or beats (4b), parameter, value, "
            "step or ramp");
     option("--midi", typed.midi, "FILE.mid",
-           "Its note-ons select the pitch, its bends add up to two semitones, its controllers move "
-           "what "
-           "--learn says, bends too; played at --tempo, else at its own");
+           "Its notes 36 to 84 select the pitch, its bends add up to two semitones, its "
+           "controllers move what --learn says, bends too; played at --tempo, else at its own");
     option("--state", typed.state, "FILE", "Start from a saved state (property list)");
     option("--save-state", typed.saveState, "FILE", "Save the state at the end");
     option("--fade-in", typed.fadeIn, "S", "Seconds of the fade at the start. Default: 0.05");

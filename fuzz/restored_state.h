@@ -7,10 +7,10 @@
 
 namespace zephyra {
 
-/// Restores the dictionary that bytes hold (nothing happens when they hold none), renders a little,
-/// saves, restores and saves again. Answers what was wrong: a sample that is not finite, a state
-/// that cannot be written, or one that does not stay the same. Empty when all is well. The last
-/// byte chooses the component's type.
+/// Restores the dictionary that bytes hold (nothing happens when they hold none), renders a little
+/// while MIDI and tilt come in, saves, restores and saves again. Answers what was wrong: a sample
+/// that is not finite, what firstFault() finds, a state that cannot be written, or one that does
+/// not stay the same. Empty when all is well. The last byte chooses the component's type.
 std::string tryRestoring(std::span<const std::byte> bytes);
 
 } // namespace zephyra

@@ -2,6 +2,8 @@
 // assignment.
 #include "main_view/audio_unit_view_controller.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <set>
 
 namespace zephyra {
@@ -172,6 +174,7 @@ void AudioUnitViewController::saveModulation(PropertyDictionary& state) {
     state.insert_or_assign("Midi", midiManager.getState());
     state.insert_or_assign("Tilt", tiltWidgets.getState(assignmentName));
     state.insert_or_assign("Pad", surfaces._pad.getState());
+    state.insert_or_assign("SmallKeyboardOctave", surfaces._keyboardTiny.octave());
     state.insert_or_assign("TapTempo", assignments.tempo.value());
     state.insert_or_assign(_lfoSwitch.channel, _lfoSwitch.isOn());
 }
@@ -232,6 +235,10 @@ void AudioUnitViewController::restoreModulation(PropertyReader& state) {
     }
     restoreAssignments(state);
     if (const PropertyArray* pad = state.array("Pad")) surfaces._pad.restoreState(*pad);
+    constexpr std::int64_t kMostOctaves = 100; // more than any keyboard: setOctave holds the rest
+    if (const auto octave = state.whole("SmallKeyboardOctave"))
+        surfaces._keyboardTiny.setOctave(
+            static_cast<int>(std::clamp(*octave, -kMostOctaves, kMostOctaves)));
     if (const auto on = state.boolean(_lfoSwitch.channel)) {
         _lfoSwitch.setOn(*on);
         _lfoSwitch.sendEventValueChanged();

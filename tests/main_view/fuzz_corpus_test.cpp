@@ -1,5 +1,6 @@
-// Every kept input of the two fuzzers of the whole system, whose names say what happens in them.
+// Every kept input of the three fuzzers of the whole system, whose names say what happens in them.
 
+#include "fuzz/hands.h"
 #include "fuzz/render_cycles.h"
 #include "fuzz/restored_state.h"
 #include "tests/support/temporary_folder.h"
@@ -25,7 +26,11 @@ TEST(RenderCycleCorpus, AnswersEveryCycleAsItMustAndKeepsTheRenderPromise) {
 }
 
 TEST(RestoreStateCorpus, RendersFiniteSoundAndStaysTheSame) {
-    EXPECT_GE(playAll(tryRestoring, "restore_state"), 26);
+    EXPECT_GE(playAll(tryRestoring, "restore_state"), 74);
+}
+
+TEST(HandsCorpus, KeepsValuesInTheirRangesAndLetsHandsWin) {
+    EXPECT_GE(playAll(playHands, "hands"), 27);
 }
 
 } // namespace

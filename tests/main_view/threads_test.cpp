@@ -1,11 +1,13 @@
-// A host's two threads, the user and the driver of the run loop at once; the thread sanitizer
-// watches.
+// A host's two threads, the user, a tilted device and the driver of the run loop at once; the
+// thread sanitizer watches.
 
+#include "hosting/midi_inlet.h"
 #include "platform/wall_clock_driver.h"
 #include "tests/support/hosted_unit.h"
 #include "tests/support/temporary_folder.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <cmath>
@@ -20,6 +22,8 @@ namespace {
 using namespace std::chrono_literals;
 constexpr std::uint32_t kFrames = 64;
 constexpr int kCycles = 10000;
+constexpr int kBurst = 3 * MidiInlet::kCapacity; // messages that come at once now and then
+constexpr std::uint8_t kFadeController = 119;    // moves the fade-out time, which nobody else does
 const char* const kSound = ZEPHYRA_SOURCE_DIR "/fuzz/corpus/sound_file/mono.wav";
 
 /// A linear value of a control, from a number.
@@ -35,6 +39,12 @@ struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderP
     TemporaryFolder folder;
     std::mutex rendering; // a host does not render while it allocates
     std::atomic<int> cycle = 0;
+    std::array<std::uint8_t, 120> sent{}, arrived{}; // by controller
+    MidiInlet inlet{hosted.instance, [this](const MidiMessage& message) {
+                        if (message.kind() == MidiKind::controller)
+                            arrived[message.bytes[1]] = message.bytes[2];
+                        hosted.view.receiveMidi(message);
+                    }};
 
     Threads() {
         hosted.instance.folders.shared = folder.path();
@@ -51,6 +61,19 @@ struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderP
         hosted.instance.session.sampleRate = rate;
         EXPECT_EQ(hosted.unit->allocateRenderResourcesAndReturnError(), 0);
     }
+    void sendController(std::uint8_t number, std::uint8_t value) {
+        const std::array<std::uint8_t, 3> bytes = {0xB0, number, value};
+        inlet.push(bytes.data(), bytes.size());
+        sent[number] = value;
+    }
+    void sendMidi(std::uint8_t note) {
+        const std::uint8_t bend = cycle < kCycles / 2 ? note : 64; // the wheel rests half the time
+        const std::array<std::uint8_t, 9> bytes = {0x90, note, 90, 0x80, note, 0, 0xE0, 0, bend};
+        inlet.push(bytes.data(), bytes.size());
+        for (int i = 0; i < (cycle % 2000 == 1999 ? kBurst : 3); ++i)
+            sendController(static_cast<std::uint8_t>((cycle + i) % 120),
+                           static_cast<std::uint8_t>((cycle + i / 120) % 128));
+    }
     void renderCycle(std::uint8_t note) {
         AURenderEvent events[4];
         for (int i = 0; i < 3; ++i) events[i].next = &events[i + 1];
@@ -65,6 +88,7 @@ struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderP
         StereoBlock output(kFrames);
         AudioBufferList list = output.from(0);
         const std::lock_guard now(rendering);
+        sendMidi(note);
         EXPECT_EQ(hosted.unit->internalRenderBlock()(kFrames, list, events, this), 0);
         for (const float sample : output.left) EXPECT_TRUE(std::isfinite(sample));
     }
@@ -93,8 +117,46 @@ struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderP
                 valueOf(id, random()), 0, 0, AUParameterAutomationEventType(random() % 3));
         }
     }
+    /// Nothing but the notes moves the pitch, and nothing but its controller the fade.
+    void leaveOnlyTheFadeAssigned() {
+        hosted.view.assignments.removeAllAssignations();
+        hosted.view.surfaces._keyboard.allNoteOff();
+        hosted.view.midiManager.bind({.trigger = {.number = kFadeController},
+                                      .control = &hosted.view._fadeOutTime,
+                                      .takeOver = MidiTakeOver::jump});
+    }
+    void tilt() {
+        for (; cycle < kCycles; std::this_thread::sleep_for(300us))
+            hosted.instance.accelerometer.set(static_cast<float>(cycle % 200) / 100.0f - 1.0f,
+                                              0.0f);
+    }
+    template <typename Surface>
+    void touch(Surface& surface, double width, std::mt19937& random) {
+        const TouchId finger = random() % 3;
+        const Point at{width * static_cast<double>(random() % 100) / 100.0, 0.5};
+        const double now = hosted.instance.runLoop.now();
+        if (random() % 2) surface.touchesBegan(finger, at, now);
+        surface.touchesMoved(finger, at, now);
+        if (random() % 2) surface.touchesEnded(finger, now);
+    }
+    void play(std::mt19937& random) {
+        auto& view = hosted.view;
+        const auto& all = view.assignable.all();
+        Control& control = *all[random() % all.size()].control;
+        const std::function<void()> acts[] = {
+            [&] { touch(hosted.stream.scrubArea, 1.0, random); },
+            [&] { touch(view.surfaces._keyboard, view.surfaces._keyboard.contentWidth(), random); },
+            [&] { view.assignments.assign(control, AssignmentType::lfo); },
+            [&] { view.assignments.assign(control, AssignmentType(random() % 7)); },
+            [&] { view.midiManager.learn(control); },
+            [&] { hosted.stream.scrubRecorder.ui_scrubRec(); },
+            [&] { hosted.stream.scrubRecorder.ui_scrubPlay(); },
+        };
+        if (&control != &view._fadeOutTime) acts[random() % std::size(acts)]();
+    }
     void user(std::mt19937& random) {
         const RunLoop::Scope main(hosted.instance.runLoop);
+        play(random);
         auto& stream = hosted.stream;
         const auto id = static_cast<ControlId>(random() % kControlCount);
         stream.setLinear(id, valueOf(id, random()));
@@ -115,7 +177,8 @@ TEST(Threads, OfAHostAndItsUserMeetWithoutARaceAndLoseNoNotice) {
     Threads threads;
     {
         const WallClockDriver driver(threads.hosted.instance.runLoop);
-        std::thread host([&] { threads.host(); }), setter([&] { threads.setParameters(); });
+        std::thread host([&] { threads.host(); }), setter([&] { threads.setParameters(); }),
+            tilter([&] { threads.tilt(); });
         std::mt19937 random(2);
         for (int step = 0; threads.cycle < kCycles; ++step) {
             threads.user(random);
@@ -124,9 +187,17 @@ TEST(Threads, OfAHostAndItsUserMeetWithoutARaceAndLoseNoNotice) {
         }
         host.join();
         setter.join();
+        tilter.join();
     }
+    const auto& view = threads.hosted.view;
+    threads.hosted.instance.runLoop.runPosted(); // the last state comes back
+    threads.leaveOnlyTheFadeAssigned();
+    EXPECT_EQ(threads.arrived, threads.sent);
+    EXPECT_GT(threads.inlet.replaced(), 0u); // the bursts were too long for the ring
+    threads.sendController(kFadeController, 127);
     threads.renderCycle(67);
     threads.hosted.instance.runLoop.runPosted();
+    EXPECT_EQ(view._fadeOutTime.value(), view._fadeOutTime.maximumValue());
     EXPECT_EQ(threads.hosted.stream.linear(ControlId::pitch), 7.0f);
     EXPECT_EQ(threads.hosted.unit->lostNotices(), 0u);
     EXPECT_GT(threads.hosted.stream.engine().startedGrains(), 100u);

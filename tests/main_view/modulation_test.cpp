@@ -1,0 +1,206 @@
+// The whole system with what moves it: from hand, LFO, MIDI and tilt to the engine, and back out of
+// a state.
+
+#include "hosting/midi_inlet.h"
+#include "tests/support/hosted_unit.h"
+#include "tests/support/stream_probe.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace zephyra {
+namespace {
+
+using enum ControlId;
+
+struct Played : HostedUnit {
+    explicit Played(FourCharCode type = component_type::instrument) : HostedUnit(type) {
+        ready();
+        host.setMidiInlet(&inlet);
+    }
+    void midi(std::vector<std::uint8_t> bytes) {
+        host.queueMidi(bytes.data(), static_cast<std::uint16_t>(bytes.size()));
+    }
+    void pass(int blocks) {
+        for (int i = 0; i < blocks; ++i) render(512);
+    }
+    LfoWidgetWrapper& attach(Control& control, std::int64_t shape, double hz) {
+        view.assignments.assign(control, AssignmentType::lfo);
+        auto& wrapper = *view.assignments.getLfoWidgetsMapping()->getWrapperID(&control);
+        wrapper.setLfoShapeFromWrapper(shape);
+        wrapper.setHz(hz);
+        return wrapper;
+    }
+    float width() { return StreamProbe::fields(stream.engine()).width; }
+    MidiInlet inlet{instance, [this](const MidiMessage& message) { view.receiveMidi(message); }};
+};
+
+TEST(Motion, OfAnLfoReachesTheEngineTickByTickAndStopsWithItsSwitch) {
+    Played played;
+    played.attach(played.stream.controls._width, kLfoLineRise, 1.0); // from 0.25 up, 1/32 a tick
+    played.pass(9);                                                  // 104.5 ms: three ticks
+    EXPECT_NEAR(played.width(), 0.25 + 3.0 / 32, 1e-6);
+    EXPECT_NEAR(played.parameter(ControlId::width).value(), 0.25 + 3.0 / 32, 1e-6);
+    played.view._lfoSwitch.touch();
+    played.pass(9);
+    EXPECT_NEAR(played.width(), 0.25 + 3.0 / 32, 1e-6);
+}
+
+TEST(Motion, LinkedToTheHostsTempoFollowsItsChanges) {
+    Played played;
+    played.attach(played.stream.controls._pan, kLfoSine, 3.0).setLinkIsEnabled(true);
+    MOK_LFO& lfo = played.view.assignments.getLfoWidgetsMapping()->at(0).currentLFO;
+    EXPECT_DOUBLE_EQ(lfo.hz(), 2.0); // quarters at 120 while no host speaks
+    played.view.assignments.tempo.setValue(60);
+    played.view.assignments.tempo.sendEventValueChanged();
+    played.pass(1);
+    EXPECT_DOUBLE_EQ(lfo.hz(), 1.0);
+    EXPECT_EQ(played.stream.currentClockBPM(), 60.0);
+    played.host.reportContext(true);
+    played.host.setTempo(90);
+    played.pass(2);
+    EXPECT_DOUBLE_EQ(lfo.hz(), 1.5);
+    played.view.assignments.tempo.setValue(200); // the host leads
+    played.view.assignments.tempo.sendEventValueChanged();
+    played.pass(1);
+    EXPECT_DOUBLE_EQ(lfo.hz(), 1.5);
+    EXPECT_EQ(played.stream.currentClockBPM(), 90.0);
+}
+
+TEST(Motion, OfAHandIsRecordedByTheHostAndHeldAgainstTheLfo) {
+    Played played;
+    played.attach(played.stream.scrubArea, kLfoV, 1.0);
+    std::string told;
+    played.unit->parameterTree()->tokenByAddingParameterAutomationObserver(
+        [&told](const AUParameterAutomationEvent& event) {
+            if (event.address == 0)
+                told += " +-"[static_cast<int>(event.eventType)] +
+                        std::to_string(static_cast<int>(event.value * 100)) + ' ';
+        });
+    played.stream.scrubArea.touchesBegan(1, {0.5, 0.5}, 0.0);
+    played.stream.scrubArea.touchesMoved(1, {0.75, 0.5}, 0.1);
+    played.pass(20);
+    EXPECT_FLOAT_EQ(played.stream.getTimePhasor(), 0.75f);
+    played.stream.scrubArea.touchesEnded(1, 0.3);
+    EXPECT_EQ(told.front(), '+');
+    EXPECT_NE(told.find(" 75 "), std::string::npos) << told;
+    EXPECT_EQ(told[told.rfind('-')], '-') << told;
+    played.pass(9);
+    EXPECT_NE(played.stream.getTimePhasor(), 0.75f);
+}
+
+TEST(Motion, OfMidiPlaysNotesControllersBendsAndThePictureOfTheKeyboard) {
+    Played played;
+    auto& controls = played.stream.controls;
+    ASSERT_TRUE(played.view.midiManager.learn(controls._width));
+    played.midi({0xB0, 20, 32}); // learned; the knob stands at 0.25 = 32 / 127 nearly
+    played.midi({0xB0, 20, 127});
+    played.midi({0x90, 67, 100});
+    played.pass(2);
+    EXPECT_EQ(controls._width.value(), 1.0f);
+    EXPECT_EQ(controls._pitch.value(), 7.0f);
+    EXPECT_GT(played.view.surfaces._keyboard.keyDown[31], 0.0f); // an octave above the note
+    EXPECT_EQ(played.view.assignments.typeOf(controls._width), AssignmentType::midi);
+    played.midi({0x80, 67, 0});
+    played.midi({0xE0, 127, 127}); // up two semitones
+    played.pass(2);
+    EXPECT_EQ(played.view.surfaces._keyboard.keyDown[31], 0.0f);
+    EXPECT_NEAR(controls._pitch.value(), 9.0f, 1e-4);
+    played.midi({0x90, 67, 100});
+    played.midi({0x80, 67, 0}); // and once more within the block
+    played.midi({0x90, 67, 100});
+    played.pass(2);
+    EXPECT_GT(played.view.surfaces._keyboard.keyDown[31], 0.0f);
+    played.midi({0xE0, 0, 64});
+    played.pass(2);
+    EXPECT_NEAR(controls._pitch.value(), 7.0f, 1e-4);
+    EXPECT_EQ(played.view.assignments.typeOf(controls._pitch), AssignmentType::none);
+}
+
+TEST(Motion, OfTiltIsAssignedThroughTheManagerAndEndsWithTheAssignment) {
+    Played played;
+    auto& width = played.stream.controls._width;
+    played.view.assignments.assign(width, AssignmentType::accelY);
+    played.pass(5);
+    EXPECT_EQ(width.value(), 0.25f); // a desktop lies still
+    played.view.assignments.searchBar_textDidChange("Width");
+    EXPECT_EQ(played.view.assignments.row(0).text, Accelerometer::kAbsent);
+    played.instance.accelerometer.set(0.0f, 0.5f);
+    played.pass(5);
+    EXPECT_FLOAT_EQ(width.value(), 0.75f);
+    EXPECT_EQ(played.view.assignments.typeOf(width), AssignmentType::accelY);
+    played.view.assignments.assign(width, AssignmentType::none);
+    played.instance.accelerometer.set(0.0f, -1.0f);
+    played.pass(5);
+    EXPECT_FLOAT_EQ(width.value(), 0.75f);
+}
+
+TEST(Motion, OfTheSurfacesPlaysPitchDensityAndTheRingModulator) {
+    Played played;
+    auto& controls = played.stream.controls;
+    PerformanceSurfaces& surfaces = played.view.surfaces;
+    surfaces._keyboard.setSize(290, 100); // 29 white keys of 290 / 21 points
+    surfaces._keyboard.touchesBegan(1, {1.0, 99.0}, 0.0);
+    EXPECT_EQ(controls._pitch.value(), -24.0f);
+    surfaces._keyboard.touchesEnded(1, 0.1);
+    surfaces._pad.setSize(100, 100);
+    surfaces._pad.touchesBegan(1, {100.0, 0.0}, 0.2);
+    EXPECT_EQ(controls._pitch.value(), 12.0f); // two octaves from note 48
+    EXPECT_EQ(controls._density.valueExp(), 400.0f);
+    surfaces._keyboardTiny.setSize(70, 100);
+    surfaces._keyboardTiny.touchesBegan(1, {55.0, 99.0}, 0.3); // A4
+    EXPECT_NEAR(controls._rmFrequency.valueExp(), 440.0f, 0.01f);
+}
+
+TEST(Motion, ComesBackWholeFromAStateThatPlaysByItself) {
+    Played first, second;
+    first.attach(first.stream.controls._density, kLfoRandomInterp, 5.0).setMaxRange(0.5f);
+    first.attach(first.stream.scrubArea, kLfoSine, 0.5).setClockSub(3);
+    first.view.assignments.assign(first.stream.controls._pan, AssignmentType::secondFinger);
+    first.view.assignments.assign(first.stream.controls._width, AssignmentType::accelX);
+    first.view.midiManager.bind({.trigger = {MidiSource::controller14, 5, 3},
+                                 .control = &first.stream.controls._volume,
+                                 .max = 0.5f});
+    first.stream.scrubRecorder.setTake(std::vector<float>{0.25f, 0.5f, 0.75f});
+    first.stream.scrubRecorder.____playScrubRec();
+    first.view.surfaces._keyboardTiny.setOctave(6);
+    first.pass(3);
+    const PropertyDictionary state = first.view.getState();
+    second.view.restoreStateProc(state);
+    second.render(0);
+    const PropertyDictionary again = second.view.getState();
+    for (const auto& [key, value] : state)
+        EXPECT_TRUE(again.contains(key) && again.at(key) == value) << key;
+    second.pass(9);
+    EXPECT_EQ(second.stream.scrubRecorder.take().size(), 3u);
+    EXPECT_EQ(second.stream.controls.scrubPlay.tag, 1);
+    // What an older program saved says nothing of all this, and leaves it.
+    second.view.restoreStateProc({{"Width_0", 0.5}});
+    EXPECT_EQ(second.view.assignments.getLfoWidgetsMapping()->count(), 2u);
+    EXPECT_EQ(second.view.midiManager.bindings().size(), 1u);
+    // Nor does one from before a control existed say anything of that control.
+    PropertyDictionary older = second.view.getState();
+    PropertyArray& records = *older.at("ControlAssignments").as<PropertyArray>();
+    std::erase_if(records, [&](const PropertyValue& record) {
+        const auto& name = *record.as<PropertyDictionary>()->at("name").as<std::string>();
+        return name == second.stream.controls._volume.channel ||
+               name == second.stream.controls._width.channel;
+    });
+    *older.at("Midi").as<PropertyDictionary>() = {{"Bindings", PropertyArray{}}};
+    *older.at("Tilt").as<PropertyArray>() = {};
+    second.view.tiltWidgets.getWrapperID(&second.stream.controls._width)->setMinRange(0.25f);
+    second.view.restoreStateProc(older);
+    EXPECT_EQ(second.view.midiManager.bindings().size(), 1u);
+    EXPECT_EQ(second.view.tiltWidgets.getWrapperID(&second.stream.controls._width)->minRange(),
+              0.25f);
+    // One where a control waits for its controller, whatever moves that control here.
+    first.view.midiManager.unbindAll();
+    first.view.assignments.assign(first.stream.controls._volume, AssignmentType::midi);
+    second.view.restoreStateProc(first.view.getState());
+    EXPECT_EQ(second.view.assignments.typeOf(second.stream.controls._volume), AssignmentType::midi);
+}
+
+} // namespace
+} // namespace zephyra
