@@ -14,8 +14,8 @@ public:
     virtual float scanPosition() const = 0;
 
     /// Moves the scan to a fraction of the sound and lets it stand there for so many seconds, so
-    /// that its own speed does not carry it away between two ticks. Ignored while a hand holds the
-    /// scan, and for what is not finite.
+    /// that its own speed does not carry it away between two ticks. Ignored while a hand, or a stop
+    /// that fades, holds the scan, and for what is not finite.
     virtual void driveScan(float position, double seconds) = 0;
 
     /// Whether a hand holds the scan; nothing else moves it then.

@@ -121,7 +121,7 @@ float ScrubArea::scanPosition() const {
 }
 
 void ScrubArea::driveScan(float position, double seconds) {
-    if (isHeld() || !std::isfinite(position) || !std::isfinite(seconds)) return;
+    if (stream_.isScrubbing() || !std::isfinite(position) || !std::isfinite(seconds)) return;
     stream_.setScrubNormalizedValue(position);
     if (!(seconds > 0.0)) return;
     const bool stood = driven_ != 0;

@@ -84,6 +84,11 @@ TEST_F(Scrubbing, LetsNothingElseMoveTheScanWhileAHandHoldsIt) {
     area.driveScan(0.5f, 0.0);
     area.driveScan(NAN, 1.0);
     EXPECT_TRUE(speed() == 2.0f && area.scanPosition() == 0.5f);
+    s->____play();
+    s.pass(1.0);
+    s->ui_playStop(); // the scan stops at once, though the sound fades
+    area.driveScan(0.6f, 0.1);
+    EXPECT_EQ(area.scanPosition(), 0.5f);
 }
 
 TEST_F(Scrubbing, GoesOnStandingAfterAFingerThatRestedUntilWhatMayLetGo) {
