@@ -44,7 +44,6 @@ protected:
 
     /// The size in points; finite and above 0, else nothing changes and the answer is false.
     bool setSurface(double width, double height);
-    double surfaceWidth() const noexcept { return width_; }
     double surfaceHeight() const noexcept { return height_; }
     /// Fractions of the surface.
     Point fraction(Point at) const { return {at.x / width_, at.y / height_}; }

@@ -7,6 +7,7 @@
 #include "hosting/midi_inlet.h"
 #include "modulation/midi_manager.h"
 #include "platform/log.h"
+#include "tests/support/fake_scan.h"
 
 #include <array>
 #include <cstdint>
@@ -14,14 +15,6 @@
 
 namespace zephyra {
 namespace {
-
-struct Scan final : ScanTarget {
-    using ScanTarget::ScanTarget;
-    float scanPosition() const override { return position; }
-    void driveScan(float to, double) override { position = to; }
-    bool isHeld() const override { return false; }
-    float position = 0.5f;
-};
 
 struct Source final : ControlManagerDataSource {
     std::vector<Control*> getWidgetsObjForControlManager() override {
@@ -37,7 +30,7 @@ struct Source final : ControlManagerDataSource {
     MokKnobEnum steps{"_steps", {"a", "b", "c"}};
     Toggle toggle{"_toggle"};
     Button button{"_button"};
-    Scan scan{"_0"};
+    FakeScan scan{"_0"};
 };
 
 bool isWhole(const MidiMessage& message) {

@@ -3,6 +3,7 @@
 #include "modulation/midi_manager.h"
 #include "platform/log.h"
 #include "platform/midi_notices.h"
+#include "tests/support/fake_scan.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,15 +14,6 @@ namespace {
 using testing::ElementsAre;
 using enum MidiSource;
 using enum MidiTakeOver;
-
-struct Scan final : ScanTarget {
-    using ScanTarget::ScanTarget;
-    float scanPosition() const override { return position; }
-    void driveScan(float to, double) override { position = to; }
-    bool isHeld() const override { return held; }
-    float position = 0.5f;
-    bool held = false;
-};
 
 struct MidiManagerTest : testing::Test, ControlManagerDataSource {
     MidiManagerTest() {
@@ -56,7 +48,7 @@ struct MidiManagerTest : testing::Test, ControlManagerDataSource {
     MOK_KNOB density{"_density"}, length{"_length"};
     Toggle echo{"_echo"};
     Button rec{"_rec"};
-    Scan scan{"_0"};
+    FakeScan scan{"_0"};
     Control pad;
     ControlManager controls{instance, *this};
     MidiManager midi{instance, controls};

@@ -1,11 +1,11 @@
 // What LFOs and tilt do to knobs and scans, at which rate, and what is saved of it.
 
 #include "controls/named_knobs.h"
-#include "controls/scan_target.h"
 #include "controls/toggle.h"
 #include "modulation/accelerometer_widgets.h"
 #include "modulation/lfo_widgets_mapping.h"
 #include "platform/log.h"
+#include "tests/support/fake_scan.h"
 
 #include <gtest/gtest.h>
 
@@ -15,18 +15,10 @@
 namespace zephyra {
 namespace {
 
-struct FakeScan final : ScanTarget {
-    float at = 0.4f;
-    double stood = 0.0;
-    bool held = false;
-    float scanPosition() const override { return at; }
-    void driveScan(float position, double seconds) override { at = position, stood = seconds; }
-    bool isHeld() const override { return held; }
-};
-
 struct Routing : testing::Test {
     Routing() {
         knob.setRange(-10.0f, 10.0f);
+        scan.position = 0.4f;
         knob.addTarget(this, "t", control_event::valueChanged, [this](Control&) { ++told; });
     }
     LfoWidgetWrapper& add(Control& control, std::int64_t shape) {
@@ -143,18 +135,18 @@ TEST_F(Routing, MovesTheScanThatNoHandHolds) {
     LfoWidgetWrapper& wrapper = add(scan, kLfoLineRise);
     wrapper.setHz(3.2); // a tenth of a cycle each tick
     run(1);
-    EXPECT_NEAR(scan.at, 0.5f, 1e-6f);
+    EXPECT_NEAR(scan.position, 0.5f, 1e-6f);
     EXPECT_EQ(scan.stood, 1.5 / 32);
     scan.held = true;
     run(1);
-    scan.at = 0.1f; // where the hand leaves it
+    scan.position = 0.1f; // where the hand leaves it
     scan.held = false;
     wrapper.setGravity(0.5f);
     run(1);
-    EXPECT_NEAR(scan.at, 0.7 - 0.6 * std::exp(-0.125), 1e-6); // from there, lagging 0.25 s
-    scan.at = 0.1f;                                           // what it reports may lag
+    EXPECT_NEAR(scan.position, 0.7 - 0.6 * std::exp(-0.125), 1e-6); // from there, lagging 0.25 s
+    scan.position = 0.1f;                                           // what it reports may lag
     run(1);
-    EXPECT_NEAR(scan.at, 0.8 - 0.1 * std::exp(-0.125) - 0.6 * std::exp(-0.25), 1e-6);
+    EXPECT_NEAR(scan.position, 0.8 - 0.1 * std::exp(-0.125) - 0.6 * std::exp(-0.25), 1e-6);
 }
 
 TEST_F(Routing, FollowsTheTiltAndLeavesWhatRestsToTheHand) {
