@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/audio_unit_events.h"
+#include "platform/property_list.h"
 #include "platform/realtime.h"
 
 #include <string>
@@ -38,6 +39,11 @@ public:
     /// What a fresh effect does once LIVE went on: lets the scan stand behind the newest frame
     /// unless the scan was set meanwhile.
     virtual void standBehindInput() = 0;
+
+    /// The whole state of sound and controls, as a session keeps it.
+    virtual PropertyDictionary getState() = 0;
+    /// Applies a state, or a preset's snapshot, later on MAIN. Any thread but RENDER.
+    virtual void restoreState(PropertyDictionary state) = 0;
 
     /// A parameter got a new value from an event or from outside: moves what it is bound to.
     virtual void parameterMoved(AUParameterAddress address, AUValue value) = 0;

@@ -3,6 +3,7 @@
 
 #include "audiounit/audio_struct.h"
 #include "audiounit/audio_unit_controller.h"
+#include "audiounit/audio_unit_presets.h"
 #include "audiounit/render_notices.h"
 #include "platform/address_mask.h"
 #include "platform/audio_unit_bus.h"
@@ -16,6 +17,8 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -87,6 +90,29 @@ public:
     /// dry gain falls to 0. One that is not finite is ignored.
     void setDryWet(float value);
 
+    // Presets, see audio_unit_presets.h.
+
+    void makeFactoryPresets() { presets_.makeFactoryPresets(); }
+    const std::vector<AUAudioUnitPreset>& factoryPresets() { return presets_.factoryPresets(); }
+    std::optional<AUAudioUnitPreset> currentPreset() { return presets_.currentPreset(); }
+    /// A preset of the factory replaces the controller's state on the main queue.
+    void setCurrentPreset(const std::optional<AUAudioUnitPreset>& preset) {
+        presets_.setCurrentPreset(preset, controller_);
+    }
+
+    /// The controller's state; empty without a controller.
+    PropertyDictionary getFullState() const;
+    PropertyDictionary getFullStateForDocument() const { return getFullState(); }
+    /// Hands state to the controller, which applies it on the main queue.
+    void setFullState(PropertyDictionary state);
+    void setFullStateForDocument(PropertyDictionary state) { setFullState(std::move(state)); }
+    /// What a host reads, which is not what it writes: the platform's own answer, parameters only.
+    /// Plug-ins keep getFullState in their sessions.
+    PropertyDictionary fullState() const {
+        return defaultFullState(description_, parameterTree_.get());
+    }
+    PropertyDictionary fullStateForDocument() const { return fullState(); }
+
     /// Buffers, host blocks, rates. A code of audio_unit_status when the buses do not go together
     /// or memory is short. OFF.
     OSStatus allocateRenderResourcesAndReturnError();
@@ -149,6 +175,7 @@ private:
     bool allocated_ = false;
 
     audio_struct record_;
+    AudioUnitPresets presets_;
     std::shared_ptr<AUParameterTree> parameterTree_;
     AudioUnitController* controller_ = nullptr;
     MOK_SCRUB_GRANULATOR* _GRANULATOR_STREAM = nullptr;

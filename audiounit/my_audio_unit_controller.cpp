@@ -44,6 +44,14 @@ void MyAudioUnit::removeController() {
     if (left) left->audioUnitLeaves();
 }
 
+PropertyDictionary MyAudioUnit::getFullState() const {
+    return controller_ ? controller_->getState() : PropertyDictionary{};
+}
+
+void MyAudioUnit::setFullState(PropertyDictionary state) {
+    if (controller_) controller_->restoreState(std::move(state));
+}
+
 void MyAudioUnit::createParametersTree(std::vector<std::shared_ptr<AUParameter>> parameters) {
     letGoOfTree();
     parameterTree_ = AUParameterTree::createTreeWithChildren(std::move(parameters));

@@ -6,6 +6,7 @@
 #include "cli/text_lines.h"
 #include "cli/text_numbers.h"
 #include "cli/time_order.h"
+#include "platform/file_name.h"
 
 #include <optional>
 

@@ -1,28 +1,26 @@
 #include "cli/command_line.h"
 
+#include "cli/command_folders.h"
 #include "cli/control_names.h"
 #include "cli/envelopes_command.h"
 #include "cli/help_text.h"
 #include "cli/info_command.h"
-#include "cli/nearest_name.h"
+#include "cli/library_commands.h"
 #include "cli/parameters_command.h"
 #include "cli/render_command.h"
 #include "cli/text_numbers.h"
+#include "cli/usage_complaint.h"
 
 #include <CLI/CLI.hpp>
-#include <array>
 #include <memory>
 #include <new>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace zephyra {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> kCommands = {"render", "info", "envelopes", "parameters"};
 constexpr const char* kSeeHelp = "; see zephyra --help";
 
 constexpr const char* kExamples =
@@ -36,7 +34,9 @@ constexpr const char* kExamples =
     "  zephyra render loop.wav --tempo 96 --scan-sync 2,4 --echo-sync 1/8,1/8D --midi line.mid\n"
     "  zephyra render drums.wav --as effect --drywet 70 --automate moves.csv -o moved.wav\n"
     "  zephyra render bird.wav --tempo 96 --lfo Density:hz=0.1 --lfo Pan:shape=v,link=1/4\n"
-    "  zephyra render bird.wav --midi hands.mid --learn cc:1=Density,min=0.1,max=0.6\n";
+    "  zephyra render bird.wav --midi hands.mid --learn cc:1=Density,min=0.1,max=0.6\n"
+    "  zephyra banks --search owl\n"
+    "  zephyra render --bank \"Bird Machines\" --preset \"Night Owl\" --seconds 20 -o owl.wav\n";
 
 /// The default without its unit, which the range tells.
 std::string plainValueText(const ControlRange& range) {
@@ -57,7 +57,7 @@ std::string controlTable() {
     return table;
 }
 
-/// The three commands and what was typed after them.
+/// The commands and what was typed after them.
 struct CommandLine {
     CommandLine();
 
@@ -69,7 +69,11 @@ struct CommandLine {
     TypedRenderOptions renderOptions;
     std::string infoFile;
     bool infoJson = false, parametersJson = false;
-    std::optional<std::string> envelopePicture;
+    std::optional<std::string> envelopePicture, sharedFolder;
+    std::optional<LibraryCommands> library;
+
+private:
+    void offerSharedFolder(CLI::App& command);
 };
 
 CommandLine::CommandLine() {
@@ -96,72 +100,37 @@ CommandLine::CommandLine() {
     parameters->add_flag("--json", parametersJson, "Print them as JSON");
     parameters->footer(
         "Their names and identifiers stand in a file for `zephyra render --automate`.\n");
+
+    library.emplace(app);
+    offerSharedFolder(app);
 }
 
-std::string firstLine(const std::string& text) {
-    return text.substr(0, text.find('\n'));
+/// Before and after the command's name alike.
+void CommandLine::offerSharedFolder(CLI::App& command) {
+    command.add_option("--shared-folder", sharedFolder, "Keep banks and samples there")
+        ->option_text("DIR")
+        ->expected(1);
+    for (CLI::App* inner : command.get_subcommands([](const CLI::App*) { return true; }))
+        offerSharedFolder(*inner);
 }
 
-/// What an argument that command does not know was probably meant to be.
-std::string unexpected(const CLI::App& command, const std::string& argument) {
-    const std::string quoted = inQuotes(argument);
-    if (!argument.empty() && argument[0] == '-') {
-        std::vector<std::string> names;
-        for (const CLI::Option* option : command.get_options())
-            if (!option->get_lnames().empty()) names.push_back("--" + option->get_lnames()[0]);
-        const std::vector<std::string_view> views(names.begin(), names.end());
-        return "there is no option " + quoted + "; the nearest is " +
-               std::string(nearestName(argument.substr(0, argument.find('=')), views));
-    }
-    const std::size_t sign = argument.find('=');
-    if (command.get_option_no_throw("--set") && sign != std::string::npos)
-        return quoted + " stands alone; write " +
-               (argument.find(':') < sign ? "--lfo, --learn or --at before it"
-                                          : "--set before each NAME=VALUE");
-    if (command.get_name() == "envelopes" || command.get_name() == "parameters")
-        return command.get_name() + " takes no " + quoted + ", only options";
-    return quoted + " is one file too many; one is taken at a time";
-}
-
-/// What is missing, where nothing is too much.
-std::string missing(const CLI::App& command) {
-    if (command.get_name() == "zephyra")
-        return "a command is missing: render, info, envelopes or parameters";
-    return command.get_name() + " needs the name of a sound file";
-}
-
-/// The one line for what CLI11 reports in its own words.
-std::string complaint(CommandLine& line, const CLI::ParseError& error) {
-    const std::vector<CLI::App*> chosen = line.app.get_subcommands();
-    const CLI::App& command = chosen.empty() ? line.app : *chosen[0];
-    const std::vector<std::string> extras = line.app.remaining(true);
-    if (!extras.empty()) return unexpected(command, extras[0]);
-    if (dynamic_cast<const CLI::RequiredError*>(&error)) return missing(command);
-    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error)) {
-        // "--name: ..." says that a value is missing, or that there is more than one.
-        const std::string text = error.what();
-        const std::string option = text.substr(0, text.find(':'));
-        if (text.find("missing") != std::string::npos) return option + " needs a value";
-        if (text.find("received") != std::string::npos) return option + " can only be given once";
-    }
-    return firstLine(error.what());
-}
-
-ExitCode wrongUsage(CommandLine& line, const CLI::ParseError& error) {
-    return endWith(ExitCode::wrongUsage, complaint(line, error) + kSeeHelp);
+ExitCode wrongUsage(const std::string& complaint) {
+    return endWith(ExitCode::wrongUsage, complaint + kSeeHelp);
 }
 
 /// Complains about a first word that is no command; CLI11 would take it for a surplus argument.
-std::optional<ExitCode> unknownCommand(int count, const char* const* arguments) {
+std::optional<ExitCode> unknownCommand(const CLI::App& app, int count,
+                                       const char* const* arguments) {
     if (count < 2 || arguments[1][0] == '-') return std::nullopt;
-    const std::string_view word = arguments[1];
-    if (std::find(kCommands.begin(), kCommands.end(), word) != kCommands.end()) return std::nullopt;
-    return endWith(ExitCode::wrongUsage, "there is no command " + inQuotes(word) +
-                                             "; the nearest is " +
-                                             std::string(nearestName(word, kCommands)) + kSeeHelp);
+    const auto isCalledSo = [&](const CLI::App* one) { return one->get_name() == arguments[1]; };
+    if (!app.get_subcommands(isCalledSo).empty()) return std::nullopt;
+    return wrongUsage(noSuchCommand(app, arguments[1]));
 }
 
 ExitCode runChosen(const CommandLine& line) {
+    if (line.sharedFolder && line.sharedFolder->empty())
+        return endWith(ExitCode::wrongUsage, "--shared-folder takes a folder's name, not \"\"");
+    setCommandSharedFolder(line.sharedFolder.value_or(""));
     if (line.render->parsed()) return runRender(line.renderOptions);
     if (line.info->parsed() && line.infoFile.empty())
         return endWith(ExitCode::wrongUsage, "FILE is empty; name a sound file");
@@ -169,21 +138,22 @@ ExitCode runChosen(const CommandLine& line) {
         return runInfo(line.infoFile, line.infoJson ? InfoForm::json : InfoForm::text);
     if (line.parameters->parsed())
         return runParameters(line.parametersJson ? ParametersForm::json : ParametersForm::text);
-    return runEnvelopes(line.envelopePicture);
+    if (line.envelopes->parsed()) return runEnvelopes(line.envelopePicture);
+    return line.library->run();
 }
 
 } // namespace
 
 ExitCode runCommandLine(int count, const char* const* arguments) {
-    if (const auto ended = unknownCommand(count, arguments)) return *ended;
     CommandLine line;
+    if (const auto ended = unknownCommand(line.app, count, arguments)) return *ended;
     try {
         line.app.parse(count, arguments);
     } catch (const CLI::Success& wanted) { // help or version
         line.app.exit(wanted);
         return printOut("");
     } catch (const CLI::ParseError& error) {
-        return wrongUsage(line, error);
+        return wrongUsage(usageComplaint(line.app, error));
     }
     try {
         return runChosen(line);

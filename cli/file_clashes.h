@@ -9,4 +9,11 @@ namespace zephyra {
 /// --state read. A failure is a wrong usage that names both.
 Result<void> checkFileClashes(const RenderOptions& options);
 
+/// Whether the render leaves a file alone that it turned out to read; what: the file's part in it.
+Result<void> checkOverwriting(const RenderOptions& options, const std::string& what,
+                              const std::filesystem::path& file);
+
+/// The one name of a file, whether or not it exists yet; empty for none.
+std::filesystem::path trueName(const std::filesystem::path& file);
+
 } // namespace zephyra

@@ -17,12 +17,17 @@ public:
     HeldLog& operator=(const HeldLog&) = delete;
     ~HeldLog() { setLogSink(std::move(before_)); }
 
-    /// Lets the lines so far go on to the log.
-    void release() {
+    /// Lets those of the lines so far that are wanted go on to the log.
+    template <typename Wanted>
+    void release(const Wanted& wanted) {
         LogSink holding = setLogSink(before_);
-        for (const std::string& line : std::exchange(lines_, {})) logLine(line);
+        for (const std::string& line : std::exchange(lines_, {}))
+            if (wanted(line)) logLine(line);
         setLogSink(std::move(holding));
     }
+
+    /// What was held back so far.
+    const std::vector<std::string>& lines() const { return lines_; }
 
 private:
     std::vector<std::string> lines_;

@@ -26,4 +26,10 @@ std::string HelpText::make_option_desc(const CLI::Option* option) const {
     return wrapped(CLI::Formatter::make_option_desc(option), kColumns - get_column_width());
 }
 
+std::string HelpText::make_option_usage(const CLI::Option* option) const {
+    const std::string usage = CLI::Formatter::make_option_usage(option);
+    const std::size_t count = usage.find("x)");
+    return count == std::string::npos ? usage : usage.substr(0, usage.rfind('(', count));
+}
+
 } // namespace zephyra

@@ -10,6 +10,8 @@ namespace zephyra {
 class HelpText : public CLI::Formatter {
 public:
     std::string make_option_desc(const CLI::Option* option) const override;
+    /// Without CLI11's "(2x)", which says nothing of how many words more there may be.
+    std::string make_option_usage(const CLI::Option* option) const override;
 };
 
 } // namespace zephyra

@@ -24,6 +24,14 @@ void watchInterrupts() {
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
+void watchInterruptsOfParent() {
+    struct sigaction stop = {};
+    stop.sa_handler = requestStop;
+    stop.sa_flags = SA_RESTART;
+    sigaction(SIGTERM, &stop, nullptr);
+    std::signal(SIGINT, SIG_IGN);
+}
+
 bool interrupted() noexcept {
     return stopRequested != 0;
 }

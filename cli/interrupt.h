@@ -7,6 +7,10 @@ namespace zephyra {
 /// and writing to a closed pipe or beyond a size limit fails instead of ending the program. MAIN.
 void watchInterrupts();
 
+/// The same in a child process, which ends when its parent says so: Ctrl-C, which reaches both, is
+/// left to the parent, and a request that comes twice does no harm. MAIN.
+void watchInterruptsOfParent();
+
 /// Whether such a signal has come. Any thread.
 bool interrupted() noexcept;
 

@@ -1,6 +1,7 @@
 #include "cli/offline_render.h"
 
-#include "cli/held_log.h"
+#include "cli/command_folders.h"
+#include "cli/nearest_name.h"
 
 #include <algorithm>
 #include <random>
@@ -17,8 +18,19 @@ std::unique_ptr<MyAudioUnit> makeUnit(FourCharCode type, Instance& instance) {
                                                                    instance, error);
 }
 
+/// Before anything is built on it: the store lists its folders at once.
+Instance& inCommandFolders(Instance& instance) {
+    instance.folders = commandFolders();
+    return instance;
+}
+
 bool isScanSetting(const ControlSetting& setting) {
     return setting.control == ControlId::scanning || setting.control == ControlId::scrubbingWave;
+}
+
+/// Nobody who renders asked for a selection in the store.
+bool isNews(const std::string& line) {
+    return line != "NO Bank was Selected!" && line != "NO Snapshot was Selected!";
 }
 
 Failure memoryIsShort() {
@@ -32,12 +44,14 @@ OfflineRender::OfflineRender(RenderPlan plan)
       sourceBefore_(setRandomSource([generator = std::mt19937(plan_.seed)]() mutable {
           return static_cast<std::uint32_t>(generator());
       })),
-      trace_(std::make_unique<GrainTrace>()), unit_(makeUnit(plan_.host.type, instance_)),
-      controller_(instance_), motion_(instance_, controller_), host_(*unit_, instance_) {
+      trace_(std::make_unique<GrainTrace>()),
+      unit_(makeUnit(plan_.host.type, inCommandFolders(instance_))), controller_(instance_),
+      motion_(instance_, controller_), host_(*unit_, instance_) {
     const auto block = static_cast<std::size_t>(plan_.blockFrames);
     for (std::vector<float>* samples : {&paddedLeft_, &paddedRight_, &left_, &right_})
         samples->resize(block);
     host_.setMidiInlet(&motion_.inlet());
+    building_.reset();
 }
 
 OfflineRender::~OfflineRender() {
@@ -128,13 +142,39 @@ Result<void> OfflineRender::restoreState() {
     if (const Alert* const alert = instance_.alerts.current())
         return Failure{"--state " + plan_.host.state->string() + ": " + alert->message +
                        "; --sample FILE names another"};
-    log.release();
+    log.release(isNews);
     return {};
+}
+
+/// Through the store, which then knows what is selected.
+Result<void> OfflineRender::restorePreset() {
+    const PresetChoice& preset = *plan_.preset;
+    HeldLog log;
+    {
+        const RunLoop::Scope main(instance_.runLoop);
+        controller_.presets.loadDefaultSnapshot_snapID(preset.bank, preset.key);
+    }
+    instance_.runLoop.runPosted();
+    instance_.runLoop.waitForWork(); // its sample
+    instance_.runLoop.runPosted();
+    // A sample that is missing was found, or replaced, before; behind live input nobody hears it.
+    const RunLoop::Scope main(instance_.runLoop);
+    const Bank* const bank = controller_.presets.getSelectedBankDictionary();
+    if (!bank || !bank->contains(preset.key))
+        return Failure{"preset " + inQuotes(preset.name) + " has left " + preset.bank +
+                       " meanwhile; try again"};
+    if (!source_.sample) log.release(isNews);
+    if (plan_.turnsLiveOn) return apply({ControlId::live, 1});
+    return {};
+}
+
+Result<void> OfflineRender::restore() {
+    if (plan_.preset) return restorePreset();
+    return restoreState();
 }
 
 Result<void> OfflineRender::prepare(RenderSource source) {
     source_ = std::move(source);
-    instance_.folders = standardFolders();
     {
         const RunLoop::Scope main(instance_.runLoop);
         instance_.runLoop.setClock(RunLoop::Clock::sample);
@@ -142,7 +182,7 @@ Result<void> OfflineRender::prepare(RenderSource source) {
                              .IOBufferDuration = plan_.blockFrames / plan_.sampleRate};
         if (plan_.host.isInstrument()) // at once: then no other sample is loaded
             if (const auto loaded = loadSample(); !loaded) return loaded;
-        if (!plan_.state)
+        if (!plan_.state && !plan_.preset)
             if (const auto done = applyScanSettings(); !done) return done;
         controller_.setAudioUnit(unit_.get());
     }
@@ -153,7 +193,7 @@ Result<void> OfflineRender::prepare(RenderSource source) {
     if (started != audio_unit_status::noError)
         return Failure{"the audio unit does not start (" + std::to_string(started) +
                        "); memory may be short"};
-    if (const auto restored = restoreState(); !restored) return restored;
+    if (const auto restored = restore(); !restored) return restored;
 
     {
         const RunLoop::Scope main(instance_.runLoop);
@@ -170,7 +210,23 @@ Result<void> OfflineRender::prepare(RenderSource source) {
     completePlan();
     startTransport();
     motion_.start(plan_);
+    if (plan_.isSaved) takeSnapshot();
     return {};
+}
+
+/// Before anything moves, but with the buttons of what is about to move down.
+void OfflineRender::takeSnapshot() {
+    instance_.runLoop.runPosted();
+    snapshot_ = controller_.snapshotState();
+}
+
+/// The picture shows a preset's region as it does a typed one.
+void OfflineRender::completeRegion() {
+    if (!plan_.preset || plan_.use == SourceUse::live) return;
+    const float start = stream().regionStart(), end = stream().regionEnd();
+    if (start == 0.0f && end == 1.0f) return;
+    plan_.start = start;
+    plan_.end = end;
 }
 
 void OfflineRender::completePlan() {
@@ -183,6 +239,7 @@ void OfflineRender::completePlan() {
     keep(ControlId::fadeIn, controller_._fadeInTime);
     keep(ControlId::fadeOut, controller_._fadeOutTime);
     plan_.use = stream().isLive() ? SourceUse::live : SourceUse::loaded;
+    completeRegion();
     plan_.swept = motion_.sweptControls();
     addEchoTail(plan_);
     plan_.moved = motion_.watch(plan_);

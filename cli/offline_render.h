@@ -1,6 +1,7 @@
 // OfflineRender: one instrument or effect rendered from first frame to last, as fast as it goes.
 #pragma once
 
+#include "cli/held_log.h"
 #include "cli/render_motion.h"
 #include "cli/render_plan.h"
 #include "engine/grain_trace.h"
@@ -12,8 +13,10 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -66,6 +69,9 @@ public:
     /// Everything as it stands, for saving.
     PropertyDictionary state() { return controller_.getState(); }
 
+    /// What the render started from, as a preset holds it; empty unless the plan saves one.
+    const PropertyDictionary& snapshot() const { return snapshot_; }
+
     /// Where the scan stood while grains started; null where the plan keeps no take.
     const TakeRecorder* recordedTake() const { return motion_.recorded(); }
 
@@ -74,7 +80,11 @@ public:
 
 private:
     Result<void> loadSample();
+    Result<void> restore();
     Result<void> restoreState();
+    Result<void> restorePreset();
+    void completeRegion();
+    void takeSnapshot();
     Result<void> apply(const ControlSetting& setting);
     Result<void> applySettings();
     Result<void> applyScanSettings();
@@ -95,6 +105,7 @@ private:
     RenderPlan plan_;
     RandomSource sourceBefore_;
     Instance instance_;
+    std::optional<HeldLog> building_{std::in_place}; // an empty store complains of its emptiness
     std::unique_ptr<GrainTrace> trace_;
     std::unique_ptr<MyAudioUnit> unit_; // outlives the controller that is connected to it
     AudioUnitViewController controller_;
@@ -106,6 +117,7 @@ private:
     std::vector<float> paddedLeft_, paddedRight_, left_, right_;
     std::vector<GrainRecord> grains_;
     RenderStatistics statistics_;
+    PropertyDictionary snapshot_;
 };
 
 } // namespace zephyra

@@ -129,6 +129,23 @@ std::string Canvas::fitted(const std::string& text, double width, const TextStyl
     return cut + kEllipsis;
 }
 
+void Canvas::picture(const Box& box, const std::filesystem::path& file) {
+    const std::unique_ptr<cairo_surface_t, Release> read(
+        cairo_image_surface_create_from_png(file.c_str()));
+    const double width = cairo_image_surface_get_width(read.get());
+    const double height = cairo_image_surface_get_height(read.get());
+    if (cairo_surface_status(read.get()) != CAIRO_STATUS_SUCCESS || width < 1 || height < 1) return;
+    const double scale = std::min(box.width / width, box.height / height);
+    cairo_t* const context = context_.get();
+    cairo_save(context);
+    cairo_translate(context, box.x + (box.width - width * scale) / 2, box.y);
+    cairo_scale(context, scale, scale);
+    cairo_set_source_surface(context, read.get(), 0, 0);
+    cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_GOOD);
+    cairo_paint(context);
+    cairo_restore(context);
+}
+
 void Canvas::clip(const Box& box) {
     cairo_rectangle(context_.get(), box.x, box.y, box.width, box.height);
     cairo_clip(context_.get());

@@ -85,6 +85,10 @@ public:
     /// text, cut to width pixels with an ellipsis where it is longer.
     std::string fitted(const std::string& text, double width, const TextStyle& style = {});
 
+    /// The PNG of that name, as large as box has room for, its top in the middle; nothing for one
+    /// that cannot be read.
+    void picture(const Box& box, const std::filesystem::path& file);
+
     /// Draws inside box only, until resetClip.
     void clip(const Box& box);
     void resetClip();

@@ -1,5 +1,6 @@
 #include "cli/render_options.h"
 
+#include "cli/batch_names.h"
 #include "cli/complaint.h"
 #include "cli/file_clashes.h"
 #include "cli/nearest_name.h"
@@ -8,7 +9,6 @@
 #include "platform/audio_file.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 #include <string_view>
 
@@ -18,16 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::array<OutputType, 7> kOutputTypes = {{
-    {audio_file_type::wave, "wav", nullptr, "WAV"},
-    {audio_file_type::aiff, "aiff", "aif", "AIFF"},
-    {audio_file_type::aifc, "aifc", nullptr, "AIFC (IMA 4:1)"},
-    {audio_file_type::caff, "caf", nullptr, "CAF"},
-    {audio_file_type::next, "au", nullptr, "AU"},
-    {audio_file_type::sd2f, "sd2", nullptr, "Sound Designer II"},
-    {audio_file_type::m4af, "m4a", nullptr, "M4A (AAC)"},
-}};
-constexpr const char* kTypeNames = "wav, aiff, aifc, caf, au, sd2 or m4a";
+constexpr const char* kSeeHelp = "; see zephyra --help";
 
 Complaint readNumber(const char* option, const std::optional<std::string>& typed, double low,
                      double high, const std::string& right, std::optional<double>& value) {
@@ -110,32 +101,30 @@ Complaint readEnvelope(const TypedRenderOptions& typed, RenderOptions& options) 
     return {};
 }
 
-const OutputType* findType(std::string_view name) {
-    const std::string plain = plainName(name);
-    const auto type = std::find_if(kOutputTypes.begin(), kOutputTypes.end(), [&](const auto& one) {
-        return plain == one.name || (one.otherName && plain == one.otherName);
-    });
-    return type == kOutputTypes.end() ? nullptr : type;
+/// What names the file that was given no name: INPUT, else the preset.
+std::string ownName(const RenderOptions& options) {
+    if (!options.input.empty()) return options.input.stem().string();
+    return BatchNames().take(std::nullopt, options.preset->name);
 }
 
 /// The type from --type, else from OUT's extension, else WAV; OUT from INPUT's name if need be.
 Complaint readOutput(const TypedRenderOptions& typed, RenderOptions& options) {
-    const OutputType* type = kOutputTypes.data();
+    const OutputType* type = &defaultOutputType();
     if (typed.type) {
-        type = findType(*typed.type);
-        if (!type) return wrongValue("--type", *typed.type, kTypeNames);
+        type = findOutputType(*typed.type);
+        if (!type) return wrongValue("--type", *typed.type, kOutputTypeNames);
     }
     if (typed.output) {
         options.output = *typed.output;
         const std::string extension = options.output.extension().string();
         if (options.output.empty()) return wrongValue("-o", "", "a file name");
-        if (!typed.type && !extension.empty()) type = findType(extension);
+        if (!typed.type && !extension.empty()) type = findOutputType(extension);
         if (!type)
             return Failure{"-o " + *typed.output + ": no type " + inQuotes(extension) +
-                           " can be written; use the extension " + kTypeNames + ", or --type"};
+                           " can be written; use the extension " + kOutputTypeNames +
+                           ", or --type"};
     } else {
-        options.output = options.input.stem();
-        options.output += std::string("-grains.") + type->name;
+        options.output = ownName(options) + "-grains." + type->name;
     }
     options.type = *type;
     if (options.floats && type->code != audio_file_type::wave)
@@ -145,13 +134,28 @@ Complaint readOutput(const TypedRenderOptions& typed, RenderOptions& options) {
 }
 
 Complaint readFiles(const TypedRenderOptions& typed, RenderOptions& options) {
-    options.input = typed.input;
-    if (typed.input.empty()) return Failure{"INPUT is empty; name a sound file"};
+    if (!typed.inputs.empty()) {
+        options.input = typed.inputs[0];
+        if (options.input.empty()) return Failure{"INPUT is empty; name a sound file"};
+    }
     if (const auto wrong = readOutput(typed, options)) return wrong;
     if (!typed.picture) return {};
     options.picture = *typed.picture;
     if (plainName(options.picture->extension().string()) != "png")
         return wrongValue("--picture", *typed.picture, "a file name that ends in .png");
+    return {};
+}
+
+/// An effect's input is INPUT; an instrument may have its sample from the preset.
+Complaint checkSource(const RenderOptions& options) {
+    if (!options.input.empty()) return {};
+    const std::string preset = "preset " + inQuotes(options.preset->name);
+    if (options.preset->live && !options.host.isInstrument())
+        return Failure{preset + " listens to live input; name INPUT, a sound file to feed it"};
+    if (!options.host.isInstrument())
+        return Failure{"an effect needs input; name INPUT, a sound file to feed it"};
+    if (!options.preset->hasSound)
+        return Failure{preset + " brings no sample; name INPUT, the sound file that it is to play"};
     return {};
 }
 
@@ -169,11 +173,42 @@ Complaint checkLive(const RenderOptions& options) {
     return Failure{"LIVE is for an effect, which has an input; add --as effect"};
 }
 
+/// The host and what moves the controls. A preset that listens to an input makes an effect.
+Result<void> readHost(const TypedRenderOptions& typed, RenderOptions& options) {
+    TypedHostOptions typedHost = typed.host;
+    options.isEffectOfPreset =
+        options.preset && options.preset->live && !typedHost.as && !typed.live;
+    if (options.isEffectOfPreset) typedHost.as = "effect";
+    Result<HostOptions> host = checkHostOptions(typedHost, typed.live);
+    if (!host) return Failure{host.message()};
+    options.host = std::move(host.value());
+    Result<MotionOptions> motion = checkMotionOptions(typed.motion, options.host.midi.has_value());
+    if (!motion) return Failure{motion.message()};
+    options.motion = std::move(motion.value());
+    options.host.tempoIsFollowed = options.motion.followsTempo();
+    return {};
+}
+
+/// A word that stands where only one sound file is expected.
+Failure surplus(const std::string& word) {
+    const std::string quoted = inQuotes(word);
+    const std::size_t sign = word.find('=');
+    if (sign == std::string::npos)
+        return {quoted + " is one file too many; one is taken at a time, several with --out-dir" +
+                kSeeHelp};
+    return {quoted + " stands alone; write " +
+            (word.find(':') < sign ? "--lfo, --learn or --at before it"
+                                   : "--set before each NAME=VALUE") +
+            kSeeHelp};
+}
+
 } // namespace
 
 void declareRenderOptions(CLI::App& command, TypedRenderOptions& typed) {
-    command.add_option("INPUT", typed.input, "The sound file to granulate")
-        ->required()
+    command
+        .add_option("INPUT", typed.inputs,
+                    "The sound file to granulate; several with --out-dir, none where a preset "
+                    "brings its own")
         ->option_text(" ");
     const auto option = [&command](const char* names, auto& value, const char* placeholder,
                                    const char* help) {
@@ -211,6 +246,7 @@ void declareRenderOptions(CLI::App& command, TypedRenderOptions& typed) {
            "wav, aiff, aifc, caf, au, sd2 or m4a, whatever OUT's name");
     declareHostOptions(command, typed.host);
     declareMotionOptions(command, typed.motion);
+    declarePresetOptions(command, typed.presets);
     command.add_flag("--float", typed.floats, "Write 32-bit floats (WAV), which nothing limits");
     option("--picture", typed.picture, "OUT.png",
            "Draw the source, every grain, the output and its spectrogram");
@@ -218,8 +254,26 @@ void declareRenderOptions(CLI::App& command, TypedRenderOptions& typed) {
     command.add_flag("--json", typed.json, "Print what was rendered as JSON");
 }
 
-Result<RenderOptions> checkRenderOptions(const TypedRenderOptions& typed) {
+Result<void> checkOneStart(const TypedRenderOptions& typed) {
+    if (!typed.host.state || !typed.presets.bank) return {};
+    return Failure{"--state and --bank both say what to start from; leave one out"};
+}
+
+Result<void> checkOneInput(const TypedRenderOptions& typed) {
+    if (typed.inputs.size() > 1) return surplus(typed.inputs[1]);
+    if (!typed.inputs.empty() || typed.presets.bank) return {};
+    return Failure{std::string("render needs the name of a sound file") + kSeeHelp};
+}
+
+std::string outputExtension(const TypedRenderOptions& typed) {
+    const OutputType* const type = typed.type ? findOutputType(*typed.type) : nullptr;
+    return type ? type->name : defaultOutputType().name;
+}
+
+Result<RenderOptions> checkRenderOptions(const TypedRenderOptions& typed,
+                                         const std::optional<PresetChoice>& preset) {
     RenderOptions options{};
+    options.preset = preset;
     options.live = typed.live;
     options.floats = typed.floats;
     options.quiet = typed.quiet;
@@ -229,15 +283,13 @@ Result<RenderOptions> checkRenderOptions(const TypedRenderOptions& typed) {
     if (Complaint wrong = readFraction("--start", typed.start, options.start))
         return std::move(*wrong);
     if (Complaint wrong = readFraction("--end", typed.end, options.end)) return std::move(*wrong);
-    Result<HostOptions> host = checkHostOptions(typed.host, typed.live);
-    if (!host) return Failure{host.message()};
-    options.host = std::move(host.value());
-    Result<MotionOptions> motion = checkMotionOptions(typed.motion, options.host.midi.has_value());
-    if (!motion) return Failure{motion.message()};
-    options.motion = std::move(motion.value());
-    options.host.tempoIsFollowed = options.motion.followsTempo();
+    Result<PresetOptions> presets = checkPresetOptions(typed.presets);
+    if (!presets) return Failure{presets.message()};
+    options.savedPreset = std::move(presets.value().saved);
+    if (const auto read = readHost(typed, options); !read) return Failure{read.message()};
     if (const auto clear = checkFileClashes(options); !clear) return Failure{clear.message()};
-    if (auto wrong = checkLive(options)) return std::move(*wrong);
+    for (const auto step : {checkSource, checkLive})
+        if (auto wrong = step(options)) return std::move(*wrong);
     return options;
 }
 

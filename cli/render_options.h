@@ -4,7 +4,9 @@
 #include "cli/control_names.h"
 #include "cli/host_options.h"
 #include "cli/motion_options.h"
-#include "platform/four_char_code.h"
+#include "cli/output_type.h"
+#include "cli/preset_choice.h"
+#include "cli/preset_options.h"
 #include "platform/result.h"
 
 #include <CLI/App.hpp>
@@ -17,27 +19,20 @@
 
 namespace zephyra {
 
-/// A file type that can be written, with its names.
-struct OutputType {
-    FourCharCode code;     ///< one of audio_file_type
-    const char* name;      ///< as typed, and the extension of files that get their name from us
-    const char* otherName; ///< another extension, or null
-    const char* title;     ///< for people
-};
-
 /// The options as they were typed.
 struct TypedRenderOptions {
-    std::string input;
+    std::vector<std::string> inputs;
     std::optional<std::string> output, seconds, rate, block, seed, envelope, start, end, type;
     std::optional<std::string> picture;
     std::vector<std::string> settings, timedSettings;
     TypedHostOptions host;
     TypedMotionOptions motion;
+    TypedPresetOptions presets;
     bool live = false, floats = false, quiet = false, json = false;
 };
 
 struct RenderOptions {
-    std::filesystem::path input;
+    std::filesystem::path input; ///< empty: the preset's sample is what is played
     std::filesystem::path output;
     std::optional<std::filesystem::path> picture;
     OutputType type;
@@ -51,6 +46,9 @@ struct RenderOptions {
     std::optional<float> start, end;         ///< fractions of the source
     HostOptions host;
     MotionOptions motion;
+    std::optional<PresetChoice> preset;
+    std::optional<SavedPreset> savedPreset;
+    bool isEffectOfPreset; ///< nothing but LIVE in the preset says so
     bool live, floats, quiet, json;
 };
 
@@ -63,7 +61,18 @@ inline constexpr double kLowestRate = 8000.0, kHighestRate = 384000.0; // Hz
 /// and must outlive it.
 void declareRenderOptions(CLI::App& command, TypedRenderOptions& typed);
 
-/// Checks every value. A failure is a wrong usage; it names the option and what would be right.
-Result<RenderOptions> checkRenderOptions(const TypedRenderOptions& typed);
+/// Whether a state or a preset says what to start from, not both. A failure is a wrong usage.
+Result<void> checkOneStart(const TypedRenderOptions& typed);
+
+/// Whether one sound file is named, or none and a preset instead. A failure is a wrong usage.
+Result<void> checkOneInput(const TypedRenderOptions& typed);
+
+/// Checks every value for a render of the first INPUT, if there is one, with a preset, if there is
+/// one. A failure is a wrong usage; it names the option and what would be right.
+Result<RenderOptions> checkRenderOptions(const TypedRenderOptions& typed,
+                                         const std::optional<PresetChoice>& preset = {});
+
+/// The extension of files of the type that the options ask for, "wav" where they ask for none.
+std::string outputExtension(const TypedRenderOptions& typed);
 
 } // namespace zephyra

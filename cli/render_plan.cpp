@@ -130,6 +130,9 @@ Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileI
                     .host = options.host,
                     .motion = options.motion,
                     .addTail = !options.seconds};
+    plan.preset = options.preset;
+    plan.turnsLiveOn = options.preset && live && (options.live || !options.preset->hasSound);
+    plan.isSaved = options.savedPreset.has_value();
     if (const auto read = readFiles(options.host, plan); !read) return Failure{read.message()};
     const double ownSeconds = static_cast<double>(input.frames) / input.sampleRate;
     const double frames = std::round(options.seconds.value_or(ownSeconds) * plan.sampleRate);

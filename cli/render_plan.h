@@ -51,6 +51,9 @@ struct RenderPlan {
     std::vector<AutomationPoint> automation = {}; ///< sorted
     std::vector<TimedMidi> midi = {};             ///< sorted
     std::optional<PropertyDictionary> state = {};
+    std::optional<PresetChoice> preset = {}; ///< of the store
+    bool turnsLiveOn = false;                ///< over what the preset says
+    bool isSaved = false;                    ///< as a preset
     MotionOptions motion = {};
     std::vector<float> take = {};                ///< of --scrub; empty: none
     bool addTail = false;                        ///< the echo's tail is still to be added to frames

@@ -1,5 +1,6 @@
 #include "cli/render_report.h"
 
+#include "cli/nearest_name.h"
 #include "cli/text_numbers.h"
 #include "engine/envelope_menu.h"
 #include "platform/audio_unit_status.h"
@@ -59,12 +60,37 @@ std::string motionText(const RenderOutcome& outcome) {
     return text;
 }
 
+void addPresets(nlohmann::ordered_json& json, const RenderOutcome& outcome) {
+    if (const auto& preset = outcome.options.preset) {
+        json["bank"] = preset->bank;
+        json["preset"] = preset->name;
+        json["presetKey"] = preset->key;
+    }
+    if (!outcome.sample.empty()) json["sample"] = outcome.sample;
+    if (const auto& saved = outcome.options.savedPreset) {
+        json["savedBank"] = saved->bank;
+        json["savedPreset"] = saved->name;
+    }
+}
+
+/// ", as an effect because the preset has LIVE on, saved as ...", or nothing.
+std::string presetText(const RenderOptions& options) {
+    std::string text;
+    if (options.isEffectOfPreset) text += ", as an effect because the preset has LIVE on";
+    if (const auto& saved = options.savedPreset)
+        text += ", saved as " + inQuotes(saved->name) + " in " + saved->bank;
+    return text;
+}
+
 } // namespace
 
 std::string jsonReport(const RenderOutcome& outcome) {
-    const auto& [options, plan, statistics, file, recordedPositions] = outcome;
+    const RenderOptions& options = outcome.options;
+    const RenderPlan& plan = outcome.plan;
+    const OutputFile& file = outcome.file;
     nlohmann::ordered_json json;
-    json["input"] = options.input.string();
+    if (!options.input.empty()) json["input"] = options.input.string();
+    addPresets(json, outcome);
     json["output"] = options.output.string();
     if (options.picture) json["picture"] = options.picture->string();
     json["type"] = options.type.name;
@@ -84,24 +110,35 @@ std::string jsonReport(const RenderOutcome& outcome) {
     json["peak"] = file.peak();
     json["rms"] = file.rms();
     json["limitedSamples"] = file.limitedSamples();
-    json["grainsStarted"] = statistics.startedGrains;
-    json["grainsDropped"] = statistics.droppedGrains;
+    json["grainsStarted"] = outcome.statistics.startedGrains;
+    json["grainsDropped"] = outcome.statistics.droppedGrains;
     json["speed"] = speedOf(outcome);
     json["cpuLevel"] = cpuLevelName(chosenCpuLevel());
     // File names need not be UTF-8; what is not becomes a replacement character.
     return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
+std::string levelText(const OutputFile& file) {
+    return "rms " + decibelText(file.rms()) + ", peak " + decibelText(file.peak());
+}
+
+std::string outputLine(const RenderOutcome& outcome) {
+    const RenderOptions& options = outcome.options;
+    const OutputFile& file = outcome.file;
+    return options.output.string() + ": " + formatDuration(secondsOf(outcome.plan)) + ", " +
+           options.type.title + (options.floats ? " 32-bit float" : "") + ", stereo, " +
+           formatNumber(outcome.plan.sampleRate) + " Hz, peak " + decibelText(file.peak()) +
+           ", rms " + decibelText(file.rms()) + "\n";
+}
+
 std::string textReport(const RenderOutcome& outcome) {
-    const auto& [options, plan, statistics, file, recordedPositions] = outcome;
-    std::string text = options.output.string() + ": " + formatDuration(secondsOf(plan)) + ", " +
-                       options.type.title + (options.floats ? " 32-bit float" : "") + ", stereo, " +
-                       formatNumber(plan.sampleRate) + " Hz, peak " + decibelText(file.peak()) +
-                       ", rms " + decibelText(file.rms()) + "\n";
+    const RenderStatistics& statistics = outcome.statistics;
+    std::string text = outputLine(outcome);
     text += std::to_string(statistics.startedGrains) + " grains";
     if (statistics.droppedGrains > 0)
         text += " (" + std::to_string(statistics.droppedGrains) + " dropped)";
-    text += motionText(outcome) + ", seed " + std::to_string(plan.seed) + ", rendered at " +
+    text += motionText(outcome) + presetText(outcome.options) + ", seed " +
+            std::to_string(outcome.plan.seed) + ", rendered at " +
             formatFixed(speedOf(outcome), 0) + " times real time\n";
     return text;
 }

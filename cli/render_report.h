@@ -17,6 +17,7 @@ struct RenderOutcome {
     const RenderStatistics& statistics;
     const OutputFile& file;
     std::size_t recordedPositions; ///< of --record-scrub
+    std::string sample = {};       ///< the preset's sample, where it is what was played
 };
 
 /// A JSON object for scripts, with a line end.
@@ -24,5 +25,11 @@ std::string jsonReport(const RenderOutcome& outcome);
 
 /// Two lines for people, each with a line end.
 std::string textReport(const RenderOutcome& outcome);
+
+/// The first of them.
+std::string outputLine(const RenderOutcome& outcome);
+
+/// "rms -18.2 dB, peak -3.1 dB".
+std::string levelText(const OutputFile& file);
 
 } // namespace zephyra

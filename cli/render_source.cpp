@@ -1,7 +1,9 @@
 #include "cli/render_source.h"
 
+#include "cli/command_folders.h"
+#include "cli/file_clashes.h"
 #include "cli/interrupt.h"
-#include "platform/folders.h"
+#include "cli/preset_sound.h"
 #include "stream/sample_loader.h"
 
 #include <algorithm>
@@ -23,7 +25,7 @@ Result<LoadedSample> readSampleFile(const std::filesystem::path& path, ProgressB
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
     // A saved state names the sample and is used from other folders too.
-    return readSample(error ? path : absolute, standardFolders().shared, [&bar](double share) {
+    return readSample(error ? path : absolute, commandFolders().shared, [&bar](double share) {
         bar.update(share);
         return !interrupted();
     });
@@ -58,26 +60,42 @@ std::span<const float> ReadSource::shownSamples() const {
 
 Result<ReadSource> readRenderSource(const RenderOptions& options, ProgressBar::Shown bar) {
     ReadSource read;
+    const auto take = [&](std::shared_ptr<mokSample> sample, SampleReference reference) {
+        read.sample = read.source.sample = std::move(sample);
+        read.source.reference = std::move(reference);
+        read.shown = infoOf(read.source.reference);
+        read.sampleFile = read.source.reference.path;
+    };
     const auto takeSample = [&](const std::filesystem::path& path) -> Result<void> {
         auto loaded = readSampleFile(path, bar);
         if (!loaded) return Failure{loaded.message()};
-        read.sample = read.source.sample = std::move(loaded.value().sound);
-        read.source.reference = std::move(loaded.value().reference);
-        read.shown = infoOf(read.source.reference);
+        take(std::move(loaded.value().sound), std::move(loaded.value().reference));
         return {};
     };
+    const auto takePresetSound = [&]() -> Result<void> {
+        auto sound = findPresetSound(*options.preset, commandFolders());
+        if (!sound) return Failure{sound.message()};
+        take(std::move(sound.value().sample), std::move(sound.value().reference));
+        return checkOverwriting(options, "the preset's sample", read.source.reference.path);
+    };
     if (options.host.isInstrument()) {
-        if (const auto taken = takeSample(options.input); !taken) return Failure{taken.message()};
+        const auto taken = options.input.empty() ? takePresetSound() : takeSample(options.input);
+        if (!taken) return Failure{taken.message()};
         read.input = read.shown;
         return read;
     }
     auto input = readInput(options.input, bar, read.source);
     if (!input) return Failure{input.message()};
     read.input = read.shown = input.value().info;
-    if (!options.host.sample)
+    if (options.host.sample) {
+        if (const auto taken = takeSample(*options.host.sample); !taken)
+            return Failure{"--sample: " + taken.message()};
+    } else if (const auto& preset = options.preset;
+               preset && preset->hasSound && !preset->live && !options.live) {
+        if (const auto taken = takePresetSound(); !taken) return Failure{taken.message()};
+    } else {
         read.heard = std::move(input.value().samples);
-    else if (const auto taken = takeSample(*options.host.sample); !taken)
-        return Failure{"--sample: " + taken.message()};
+    }
     return read;
 }
 

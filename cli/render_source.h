@@ -7,6 +7,7 @@
 #include "platform/result.h"
 #include "platform/sound_file.h"
 
+#include <filesystem>
 #include <memory>
 #include <span>
 #include <vector>
@@ -19,12 +20,14 @@ struct ReadSource {
     SoundFileInfo input;               ///< of INPUT
     SoundFileInfo shown;               ///< of the sound that grains are cut from
     std::shared_ptr<mokSample> sample; ///< that sound, when it is a sample
+    std::filesystem::path sampleFile;  ///< where it stands, if it came from a file
     std::vector<float> heard; ///< that sound, when it is the input: the mean of its channels
     std::span<const float> shownSamples() const;
 };
 
 /// Reads INPUT as the sample of an instrument, or as the input of an effect (a mono file on both
 /// channels, as a host feeds it; of more than two channels the first two), and an effect's sample.
+/// A preset's sample is read where nothing else takes its place, and counts as INPUT without one.
 /// Stops when the user interrupts.
 Result<ReadSource> readRenderSource(const RenderOptions& options, ProgressBar::Shown bar);
 

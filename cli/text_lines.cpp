@@ -1,13 +1,8 @@
 #include "cli/text_lines.h"
 
-namespace zephyra {
+#include "platform/file_name.h"
 
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view kBlank = " \t\r";
-    const std::size_t first = text.find_first_not_of(kBlank);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(kBlank) - first + 1);
-}
+namespace zephyra {
 
 TextLines::TextLines(std::string_view text) : rest_(text) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";

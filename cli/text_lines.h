@@ -7,9 +7,6 @@
 
 namespace zephyra {
 
-/// text without the blanks at its ends.
-std::string_view trimmed(std::string_view text);
-
 /// Skips the byte order mark that spreadsheets write, empty lines and those that begin with #. A
 /// view of the text, which must outlive this.
 class TextLines {

@@ -74,7 +74,10 @@ std::string formatDuration(double seconds) {
 }
 
 std::string padded(std::string text, std::size_t width) {
-    text.resize(std::max(text.size() + 2, width), ' ');
+    const auto inside = std::count_if(text.begin(), text.end(),
+                                      [](unsigned char byte) { return (byte & 0xC0) == 0x80; });
+    const std::size_t wide = width + static_cast<std::size_t>(inside); // a character, many bytes
+    text.resize(std::max(text.size() + 2, wide), ' ');
     return text;
 }
 

@@ -31,7 +31,7 @@ std::string formatClock(long long seconds);
 /// Seconds as a length for people: "0.25 s", "12.3 s", "4:05 min", "1:02:03 h".
 std::string formatDuration(double seconds);
 
-/// text as a cell of a table: filled with blanks to width, at least two of them.
+/// text as a cell of a table: filled with blanks to width characters, at least two of them.
 std::string padded(std::string text, std::size_t width);
 
 } // namespace zephyra

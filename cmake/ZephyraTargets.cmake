@@ -1,5 +1,22 @@
 # One static library per folder, one test program per folder.
 
+option(ZEPHYRA_PRECOMPILE "Compile the standard library's and the tests' headers once" OFF)
+
+# zephyra_precompile(TARGET SHARED HEADERS...): the first target given a name SHARED makes the
+# precompiled header, the others take it.
+function(zephyra_precompile target shared)
+    if(NOT ZEPHYRA_PRECOMPILE)
+        return()
+    endif()
+    get_property(maker GLOBAL PROPERTY ZEPHYRA_PRECOMPILED_${shared})
+    if(maker)
+        target_precompile_headers(${target} REUSE_FROM ${maker})
+    else()
+        target_precompile_headers(${target} PRIVATE ${ARGN})
+        set_property(GLOBAL PROPERTY ZEPHYRA_PRECOMPILED_${shared} ${target})
+    endif()
+endfunction()
+
 # zephyra_library(NAME SOURCES a.cpp HEADERS a.h [LINKS zephyra_other] [PRIVATE_LINKS third_party])
 # makes zephyra_NAME. LINKS are the folders it may include; third-party libraries stay private.
 function(zephyra_library name)
@@ -8,6 +25,7 @@ function(zephyra_library name)
     target_sources(zephyra_${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}
                    FILES ${ARG_HEADERS})
     target_link_libraries(zephyra_${name} PUBLIC zephyra_compile ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
+    zephyra_precompile(zephyra_${name} library <algorithm> <any> <array> <filesystem> <functional> <map> <memory> <optional> <string> <vector>)
 endfunction()
 
 # zephyra_tests(NAME SOURCES a_test.cpp LINKS zephyra_x) makes NAME_tests and registers its cases.
@@ -19,6 +37,7 @@ function(zephyra_tests name)
     target_compile_definitions(${name}_tests PRIVATE ZEPHYRA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
                                ZEPHYRA_BINARY_DIR="${PROJECT_BINARY_DIR}")
     target_include_directories(${name}_tests PRIVATE ${PROJECT_SOURCE_DIR})
+    zephyra_precompile(${name}_tests tests <gmock/gmock.h> <gtest/gtest.h> <algorithm> <any> <array> <filesystem> <functional> <map> <memory> <optional> <string> <vector>)
     gtest_discover_tests(${name}_tests TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
                          PROPERTIES TIMEOUT 300)
 endfunction()

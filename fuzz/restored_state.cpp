@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <initializer_list>
+#include <vector>
 
 namespace zephyra {
 namespace {
@@ -15,6 +17,7 @@ namespace {
 constexpr std::uint32_t kFrames = 512;
 constexpr double kRate = 8000.0;
 constexpr std::uint8_t kBlocks = 6;
+constexpr std::size_t kMostPresets = 3; // of one input; each loads its sound
 
 struct System : PlayedSystem {
     explicit System(FourCharCode type) : PlayedSystem(type, {kRate, kFrames}) {}
@@ -64,15 +67,31 @@ std::string firstDifference(const PropertyDictionary& before, const PropertyDict
     return before.size() == after.size() ? "" : "the state gets another key";
 }
 
+/// The states in a list: itself, or some of a bank's presets, one after another.
+std::vector<const PropertyDictionary*> statesIn(const PropertyDictionary& list, unsigned chosen) {
+    std::vector<const PropertyDictionary*> presets;
+    for (const auto& [key, value] : list)
+        if (const auto* const preset = value.as<PropertyDictionary>();
+            preset && preset->contains("SnapshotTags"))
+            presets.push_back(preset);
+    if (presets.empty()) return {&list};
+    const std::size_t first = chosen % presets.size();
+    const std::size_t count = std::min(kMostPresets, presets.size() - first);
+    return {presets.begin() + static_cast<std::ptrdiff_t>(first),
+            presets.begin() + static_cast<std::ptrdiff_t>(first + count)};
+}
+
 } // namespace
 
 std::string tryRestoring(std::span<const std::byte> bytes) {
-    const auto list = readPropertyList(bytes, {.bytes = std::size_t{1} << 20, .values = 20000});
+    const auto list = readPropertyList(bytes, {.bytes = std::size_t{2} << 20, .values = 100000});
     const auto* const given = list ? list.value().as<PropertyDictionary>() : nullptr;
     if (!given) return "";
+    const auto chosen = std::to_integer<unsigned>(bytes.back());
     constexpr FourCharCode kTypes[] = {component_type::effect, component_type::instrument};
-    System system(kTypes[std::to_integer<unsigned>(bytes.back()) % 2]);
-    system.restore(*given);
+    System system(kTypes[chosen % 2]);
+    for (const PropertyDictionary* const state : statesIn(*given, chosen / 2))
+        system.restore(*state);
     if (const std::string fault = system.play(); !fault.empty()) return fault;
     const PropertyDictionary first = system.view.getState();
     if (const auto written = writePropertyList(first); !written) return written.message();

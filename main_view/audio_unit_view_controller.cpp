@@ -29,7 +29,8 @@ AudioUnitViewController::AudioUnitViewController(Instance& instance)
       surfaces(_GRANULATOR_STREAM), scrubWidgets(instance.runLoop),
       assignments(instance, assignable), midiManager(instance, assignments),
       tiltWidgets(instance.runLoop, instance.accelerometer), _lfoSwitch("LFOSwitch", true),
-      instance_(instance) {
+      chosenSample(instance.folders, sampleLoader), presets(instance, &snapshotSource),
+      samples(instance, &chosenSample), instance_(instance) {
     withRange(_fadeInTime, ControlId::fadeIn, kSuffix);
     withRange(_fadeOutTime, ControlId::fadeOut, kSuffix);
     for (MOK_KNOB* knob : {&_inputDryWetKnob, static_cast<MOK_KNOB*>(&_fadeInTime),
@@ -47,6 +48,7 @@ AudioUnitViewController::AudioUnitViewController(Instance& instance)
     });
     collecting_ =
         instance_.runLoop.addTimer(kCollectInterval, [this] { _GRANULATOR_STREAM.collect(); });
+    samples.viewDidLoad();
     refreshParameters();
 }
 
@@ -106,7 +108,9 @@ void AudioUnitViewController::loadSample(const std::filesystem::path& path) {
 bool AudioUnitViewController::LoadSampleDelegate(const std::string& name) {
     const std::filesystem::path path = instance_.folders.resources / name;
     std::error_code unreadable;
-    if (!std::filesystem::is_regular_file(path, unreadable)) return false;
+    // Without a folder, the name would be looked for wherever the host runs.
+    if (instance_.folders.resources.empty() || !std::filesystem::is_regular_file(path, unreadable))
+        return false;
     sampleLoader.loadSamplePerform(path);
     return true;
 }

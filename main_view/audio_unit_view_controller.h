@@ -5,9 +5,13 @@
 #include "audiounit/audio_unit_controller.h"
 #include "audiounit/my_audio_unit.h"
 #include "controls/toggle.h"
+#include "library/quick_presets_manager.h"
+#include "library/quick_sample_manager.h"
 #include "main_view/assignable_controls.h"
+#include "main_view/chosen_sample.h"
 #include "main_view/host_parameters.h"
 #include "main_view/performance_surfaces.h"
+#include "main_view/snapshot_source.h"
 #include "modulation/accelerometer_widgets.h"
 #include "modulation/control_manager.h"
 #include "modulation/midi_manager.h"
@@ -19,6 +23,7 @@
 #include "stream/sample_loader.h"
 #include "stream/stream_controller.h"
 #include "stream/stream_settings.h"
+#include "stream/stream_state.h"
 
 #include <array>
 #include <bitset>
@@ -58,6 +63,11 @@ public:
     AccelerometerWidgets tiltWidgets;
     Toggle _lfoSwitch; ///< off: every LFO stands
 
+    SnapshotSource snapshotSource{*this}; ///< of presets
+    ChosenSample chosenSample;            ///< from samples
+    QuickPresetsManager presets;          ///< the store; MIDI chooses in it as well
+    QuickSampleManager samples;
+
     /// A MIDI message of the host, besides what the audio unit makes of its notes.
     void receiveMidi(const MidiMessage& message);
 
@@ -75,6 +85,11 @@ public:
     void refreshParameters() override;
     void removeTargets() override;
     void audioUnitLeaves() override { setAudioUnit(nullptr); }
+    /// As a session keeps it; keys that a newer program wrote and restoreState did not know are
+    /// handed back.
+    PropertyDictionary getState() override;
+    /// Passes a copy to restoreStateProc on MAIN.
+    void restoreState(PropertyDictionary state) override;
     bool LoadSampleDelegate(const std::string& name) override;
     bool sampleWasRequested() const override;
     void standBehindInput() override;
@@ -90,18 +105,22 @@ public:
     void AUv3_Parameter_LiveToggle_from_DSP() override;
     void AUv3_Parameter_scrub_from_DSP(ControlEvents event) override;
 
-    /// The whole state as a property-list dictionary; keys that a newer program wrote and
-    /// restoreState did not know are handed back.
-    PropertyDictionary getState();
-    /// Any thread but RENDER: passes a copy to restoreStateProc on MAIN.
-    void restoreState(PropertyDictionary state);
-    /// Missing keys keep what is there, wrong types are ignored with a log line.
+    /// The state as a preset keeps it: without sound data, without what is of a session (MIDI
+    /// navigation, the preset selected). A sound that no file holds becomes one in the shared
+    /// folder first; what goes wrong then becomes an alert.
+    PropertyDictionary snapshotState();
+    /// Missing keys keep what is there, wrong types are ignored with a log line. The preset that a
+    /// session names is selected, not loaded.
     void restoreStateProc(const PropertyDictionary& state);
 
 private:
     void addOwnTargets();
     void disconnect();
     void postIfAlive(void (AudioUnitViewController::*task)());
+
+    // view_controller_state.cpp
+    PropertyDictionary stateFor(StateUse use);
+    void restoreSelection(PropertyReader& state);
 
     // view_controller_modulation.cpp
     void listAssignableControls();

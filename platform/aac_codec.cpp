@@ -2,6 +2,8 @@
 
 #include "platform/aac_codec.h"
 
+#include "platform/program_folder.h"
+
 #include <cstdlib>
 #include <dlfcn.h>
 #include <filesystem>
@@ -13,23 +15,13 @@ namespace {
 constexpr const char* kModuleFile = "libzephyra_aac.so";
 constexpr const char* kEntryPoint = "zephyraAacModule";
 
-/// The folder of the program or shared library that contains this function. A program that was
-/// found through PATH is reported without a folder, hence the detour through /proc.
-std::filesystem::path ownFolder() {
-    Dl_info info{};
-    if (dladdr(reinterpret_cast<const void*>(&ownFolder), &info) != 0 && info.dli_fname) {
-        const std::filesystem::path object = info.dli_fname;
-        if (object.is_absolute()) return object.parent_path();
-    }
-    std::error_code ignored;
-    return std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path();
-}
-
 std::vector<std::filesystem::path> moduleFolders() {
     std::vector<std::filesystem::path> folders;
     if (const char* named = std::getenv("ZEPHYRA_MODULES"); named && *named)
         folders.emplace_back(named);
-    folders.push_back(ownFolder());
+    const std::filesystem::path own = programFolder();
+    folders.push_back(own);
+    folders.push_back((own / "../lib/zephyra").lexically_normal()); // as it is installed
     folders.emplace_back(ZEPHYRA_MODULE_FOLDER);
     return folders;
 }

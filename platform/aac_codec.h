@@ -53,7 +53,8 @@ struct AacModule {
 };
 
 /// The module, loaded at the first call. Looked for in the folder named by the environment variable
-/// ZEPHYRA_MODULES, then beside the program or library this code is in, then where it was built.
+/// ZEPHYRA_MODULES, then beside the program or library this code is in, then in ../lib/zephyra from
+/// there, then where it was built.
 /// Fails with a line that says where it was looked for. MAIN or WORKER.
 Result<const AacModule*> aacModule();
 

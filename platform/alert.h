@@ -22,6 +22,11 @@ struct AlertAction {
 struct AlertTextField {
     std::string placeholder;
     std::string text; ///< what stands in it at first
+    bool centred = false;
+    bool autoCorrects = true;
+    bool autoCapitalises = true;
+    bool showsClearButton = false;
+    std::string returnKey = {}; ///< what the keyboard's return key says; empty: its usual label
 };
 
 struct Alert {

@@ -1,10 +1,10 @@
 #include "platform/atomic_file.h"
 
-#include <cerrno>
-#include <cstdlib>
+#include "platform/abandoned_folders.h"
+#include "platform/file_calls.h"
+
 #include <fcntl.h>
 #include <string>
-#include <unistd.h>
 #include <utility>
 
 namespace zephyra {
@@ -13,28 +13,36 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
-
 std::error_code flushToDisk(const fs::path& path) {
-    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (file < 0) return lastError();
-    const std::error_code error = ::fsync(file) == 0 ? std::error_code() : lastError();
-    ::close(file);
+    std::error_code error;
+    const int file = file_calls::open(path, O_RDONLY, error);
+    if (error) return error;
+    error = file_calls::flush(file, path);
+    static_cast<void>(file_calls::close(file, path));
     return error;
 }
 
 /// Only an ordinary file that may be written to is replaced.
 std::error_code checkReplaceable(const fs::path& target) {
     std::error_code error;
-    const fs::file_status status = fs::status(target, error);
+    const fs::file_status status = file_calls::status(target, error);
     if (status.type() == fs::file_type::not_found) return {};
     if (error) return error;
     if (fs::is_directory(status)) return std::make_error_code(std::errc::is_a_directory);
     if (!fs::is_regular_file(status)) return std::make_error_code(std::errc::invalid_argument);
-    const bool writable = ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) == 0;
-    return writable ? std::error_code() : lastError();
+    return file_calls::mayWrite(target);
+}
+
+/// Gives file the permissions of target, if that exists. File systems without permissions show the
+/// same for both.
+std::error_code takePermissions(const fs::path& file, const fs::path& target) {
+    std::error_code error;
+    const fs::file_status old = file_calls::status(target, error);
+    if (old.type() == fs::file_type::not_found) return {};
+    if (error) return error;
+    const fs::file_status fresh = file_calls::status(file, error);
+    if (error || fresh.permissions() == old.permissions()) return error;
+    return file_calls::permissions(file, old.permissions());
 }
 
 } // namespace
@@ -55,49 +63,47 @@ std::error_code AtomicFile::open(const fs::path& target) {
     if (target.empty()) return std::make_error_code(std::errc::no_such_file_or_directory);
     if (!target.has_filename()) return std::make_error_code(std::errc::is_a_directory);
     std::error_code error;
-    const fs::path absolute = fs::absolute(target, error);
-    fs::path resolved = error ? absolute : fs::weakly_canonical(absolute, error);
+    fs::path resolved = file_calls::resolved(target, error);
     if (error) return error;
     if (const std::error_code refused = checkReplaceable(resolved)) return refused;
 
-    std::string folder = (resolved.parent_path() / ".zephyra-XXXXXX").string();
-    if (!::mkdtemp(folder.data())) return lastError();
+    removeAbandonedFolders(resolved.parent_path());
+    std::string folder = (resolved.parent_path() / kPrivateFolder).string();
+    if ((error = file_calls::makeUniqueFolder(folder))) return error;
     path_ = fs::path(folder) / resolved.filename();
     target_ = std::move(resolved);
     return {};
 }
 
-std::error_code AtomicFile::renameAll() {
+std::error_code AtomicFile::renameAll(Target target) {
     const fs::path folder = path_.parent_path();
-    std::error_code error;
-    if (const auto old = fs::status(target_, error); fs::is_regular_file(old))
-        fs::permissions(path_, old.permissions(), error);
-    if ((error = flushToDisk(path_))) return error;
+    std::error_code error = takePermissions(path_, target_);
+    if (error || (error = flushToDisk(path_))) return error;
 
-    fs::directory_iterator entry(folder, error);
-    for (const fs::directory_iterator end; !error && entry != end; entry.increment(error)) {
-        if (entry->path() == path_) continue;
-        if ((error = flushToDisk(entry->path()))) return error;
-        fs::rename(entry->path(), target_.parent_path() / entry->path().filename(), error);
+    for (const std::string& name : file_calls::list(folder, error)) {
+        if (name == path_.filename()) continue;
+        if ((error = flushToDisk(folder / name))) return error;
+        error = file_calls::rename(folder / name, target_.parent_path() / name);
         if (error) return error;
     }
-    if (!error) fs::rename(path_, target_, error);
+    if (error) return error;
+    error = target == Target::created ? file_calls::renameNew(path_, target_)
+                                      : file_calls::rename(path_, target_);
     // Makes the new name last through a power cut; some file systems cannot flush a folder.
     if (!error) static_cast<void>(flushToDisk(target_.parent_path()));
     return error;
 }
 
-std::error_code AtomicFile::commit() {
+std::error_code AtomicFile::finish(Target target) {
     if (path_.empty()) return std::make_error_code(std::errc::bad_file_descriptor);
-    const std::error_code error = renameAll();
+    const std::error_code error = renameAll(target);
     abandon();
     return error;
 }
 
 void AtomicFile::abandon() noexcept {
     if (path_.empty()) return;
-    std::error_code ignored;
-    fs::remove_all(path_.parent_path(), ignored);
+    removePrivateFolder(path_.parent_path());
     path_.clear();
     target_.clear();
 }

@@ -20,7 +20,8 @@ public:
     /// Makes the private folder, after abandoning what was open before. A symbolic link is
     /// followed: the file it names is replaced, not the link (one that leads nowhere is). Refused:
     /// a missing or unwritable folder, an existing file that may not be written to, and a target
-    /// that is no ordinary file (a folder, a device, a pipe).
+    /// that is no ordinary file (a folder, a device, a pipe). Private folders that a process left
+    /// there when it died are removed once nothing in them has changed for a day.
     std::error_code open(const std::filesystem::path& target);
 
     /// Where to write meanwhile; empty when nothing is open.
@@ -29,13 +30,19 @@ public:
     /// Flushes to disk and renames over the target, which keeps its permissions. Files that were
     /// left beside path() go first, to the target's folder. After a failure the target is as it was
     /// and the new file is gone.
-    std::error_code commit();
+    std::error_code commit() { return finish(Target::replaced); }
+
+    /// The same where nothing stands at the target: std::errc::file_exists, and nothing changed,
+    /// when something does by now.
+    std::error_code commitNew() { return finish(Target::created); }
 
     /// Removes what was written. Nothing happens when nothing is open.
     void abandon() noexcept;
 
 private:
-    std::error_code renameAll();
+    enum class Target { replaced, created };
+    std::error_code finish(Target target);
+    std::error_code renameAll(Target target);
 
     std::filesystem::path target_;
     std::filesystem::path path_;

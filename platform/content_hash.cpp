@@ -1,5 +1,7 @@
 #include "platform/content_hash.h"
 
+#include "platform/one_line.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <fstream>
@@ -38,7 +40,7 @@ std::string contentHash(std::span<const std::byte> bytes) {
 Result<std::string> contentHashOfFile(const std::filesystem::path& path,
                                       const std::function<bool()>& wanted) {
     const auto failure = [&](const char* reason) {
-        return Failure{path.string() + " cannot be read: " + reason};
+        return Failure{onOneLine(path.string()) + " cannot be read: " + reason};
     };
     std::error_code ignored;
     // A device or pipe is not even opened: that may wait for ever.

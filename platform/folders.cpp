@@ -1,5 +1,7 @@
 #include "platform/folders.h"
 
+#include "platform/program_folder.h"
+
 #include <cstdlib>
 #include <pwd.h>
 #include <unistd.h>
@@ -14,6 +16,13 @@ namespace {
 fs::path fromEnvironment(const char* name) {
     const char* const value = std::getenv(name);
     return value ? fs::path(value) : fs::path();
+}
+
+/// States name files below the folder, wherever the program that reads them runs.
+fs::path inFull(const fs::path& path) {
+    std::error_code error;
+    const fs::path whole = fs::absolute(path, error);
+    return error ? path : whole.lexically_normal();
 }
 
 fs::path homeFolder() {
@@ -31,12 +40,19 @@ fs::path sharedFolder() {
     return (data.is_absolute() ? data : homeFolder() / ".local/share") / "zephyra";
 }
 
+fs::path resourceFolder() {
+    const fs::path named = fromEnvironment("ZEPHYRA_RESOURCE_FOLDER");
+    if (!named.empty()) return named;
+    const fs::path installed = (programFolder() / "../share/zephyra").lexically_normal();
+    std::error_code ignored;
+    if (fs::is_directory(installed, ignored)) return installed;
+    return ZEPHYRA_RESOURCE_FOLDER_DEFAULT;
+}
+
 } // namespace
 
 Folders standardFolders() {
-    const fs::path resources = fromEnvironment("ZEPHYRA_RESOURCE_FOLDER");
-    return {sharedFolder(),
-            resources.empty() ? fs::path(ZEPHYRA_RESOURCE_FOLDER_DEFAULT) : resources};
+    return {inFull(sharedFolder()), inFull(resourceFolder())};
 }
 
 } // namespace zephyra

@@ -11,9 +11,10 @@ struct Folders {
     std::filesystem::path resources; ///< what came with the program, read-only
 };
 
-/// shared: $XDG_DATA_HOME/zephyra, else $HOME/.local/share/zephyra, or $ZEPHYRA_SHARED_FOLDER as it
-/// stands. resources: $ZEPHYRA_RESOURCE_FOLDER, else the folder that this program was built with.
-/// Nothing is created. MAIN.
+/// Both absolute. shared: $ZEPHYRA_SHARED_FOLDER, else $XDG_DATA_HOME/zephyra, else
+/// $HOME/.local/share/zephyra. resources: $ZEPHYRA_RESOURCE_FOLDER, else ../share/zephyra from
+/// where the program stands, if that exists, else the folder that it was built with. Nothing is
+/// created. MAIN.
 Folders standardFolders();
 
 } // namespace zephyra

@@ -4,23 +4,28 @@
 #include "platform/accelerometer.h"
 #include "platform/alert.h"
 #include "platform/audio_session.h"
+#include "platform/document_center.h"
 #include "platform/folders.h"
 #include "platform/notification_center.h"
 #include "platform/run_loop.h"
+#include "platform/shared_folder_notices.h"
 #include "platform/user_defaults.h"
 
 namespace zephyra {
 
-/// Two instances in one process share nothing of this. Made first and destroyed last, by whoever
-/// drives the system: the command line tool, a plug-in, a test. The members' own threads hold.
+/// Two instances in one process share nothing of this but the notices of sharedFolder. Made first
+/// and destroyed last, by whoever drives the system: the command line tool, a plug-in, a test. The
+/// members' own threads hold.
 struct Instance {
     RunLoop runLoop;
     NotificationCenter notifications;
     AudioSession session;
     AlertCenter alerts;
+    DocumentCenter documents;
     UserDefaults defaults;
     Folders folders;
     Accelerometer accelerometer;
+    SharedFolderNotices sharedFolder{runLoop, notifications};
 };
 
 } // namespace zephyra

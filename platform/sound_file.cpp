@@ -2,6 +2,7 @@
 
 #include "platform/sound_file.h"
 
+#include "platform/one_line.h"
 #include "platform/sound_file_source.h"
 
 #include <algorithm>
@@ -26,10 +27,7 @@ constexpr const char* kWanted = "; a raw, wav, aif, aiff, aifc, caf, mp3, m4a, f
 
 /// "NAME reason" on one line whatever bytes the name has.
 Failure failure(const std::filesystem::path& path, const std::string& reason) {
-    std::string line = path.string();
-    for (char& byte : line)
-        if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7f) byte = '?';
-    return Failure{line + " " + reason};
+    return Failure{onOneLine(path.string()) + " " + reason};
 }
 
 std::string cannotBeOpened(int error) {

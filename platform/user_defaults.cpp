@@ -1,5 +1,6 @@
 #include "platform/user_defaults.h"
 
+#include "platform/file_calls.h"
 #include "platform/log.h"
 
 namespace zephyra {
@@ -47,8 +48,7 @@ void UserDefaults::save() {
         else
             logLine(path_.string() + " goes without " + xml.message());
     }
-    std::error_code ignored;
-    fs::create_directories(path_.parent_path(), ignored);
+    static_cast<void>(file_calls::makeFolders(path_.parent_path())); // writing says what is wrong
     if (const auto written = writePropertyListFile(path_, kept); !written)
         logLine(written.message());
 }

@@ -1,11 +1,9 @@
 #include "stream/captured_state.h"
 
-#include "platform/flac_codec.h"
 #include "platform/log.h"
 #include "platform/property_reader.h"
+#include "stream/kept_sound.h"
 
-#include <algorithm>
-#include <cmath>
 #include <new>
 #include <utility>
 #include <vector>
@@ -14,75 +12,64 @@ namespace zephyra {
 
 namespace {
 
-// Hz: FLAC counts whole ones up to the first, then tens up to the second.
-constexpr double kMostWholeRate = 65535.0, kMostFlacRate = 655350.0;
-
-/// The nearest rate that FLAC can tell; the state keeps the true one beside it.
-double flacRate(double rate) {
-    const double step = rate <= kMostWholeRate ? 1.0 : 10.0;
-    return std::clamp(std::round(rate / step) * step, 1.0, kMostFlacRate);
+CapturedMemory::Version versionOf(const MOK_SCRUB_GRANULATOR& stream) {
+    const LiveSample& live = *stream.waveForm().liveSample();
+    return {stream.waveForm().liveReplacements(), stream.liveStarts(), live.heard, live.offset};
 }
 
-/// The power of two that brings the loudest sample below 1, as near as it can: dividing by it is
-/// exact, so that all 24 bits of FLAC count and a state that is kept again is the same.
-double levelOf(const std::vector<float>& frames) {
-    float peak = 0.0f;
-    for (const float frame : frames) peak = std::max(peak, std::abs(frame));
-    int exponent = 0;
-    std::frexp(peak, &exponent);
-    return std::ldexp(1.0, exponent);
-}
-
-void multiply(std::vector<float>& frames, double factor) {
-    for (float& frame : frames) frame = static_cast<float>(frame * factor);
+Result<PropertyDictionary> encoded(const WaveForm& waveForm) {
+    try {
+        std::vector<float> frames = waveForm.heardFrames();
+        if (frames.empty()) return PropertyDictionary();
+        return keptSound(std::move(frames), double{waveForm.mSample()->sampleRate});
+    } catch (const std::bad_alloc&) {
+        return Failure{"no memory for a copy; free some"};
+    }
 }
 
 } // namespace
 
-PropertyDictionary capturedState(const WaveForm& waveForm) {
-    if (!waveForm.isLiveCurrent()) return {};
-    try {
-        std::vector<float> frames = waveForm.heardFrames();
-        if (frames.empty()) return {};
-        const double level = levelOf(frames);
-        multiply(frames, 1.0 / level);
-        const double rate = double{waveForm.mSample()->sampleRate};
-        Result<FlacSound> flac = encodeFlac(frames, flacRate(rate));
-        if (flac)
-            return {{"FLAC", std::move(flac.value().bytes)},
-                    {"Scale", flac.value().scale * level},
-                    {"SampleRate", rate},
-                    {"Frames", static_cast<std::int64_t>(frames.size())}};
-        logLine("what LIVE heard is left out of the state: " + flac.message());
-    } catch (const std::bad_alloc&) {
-        logLine("what LIVE heard is left out of the state: no memory for a copy; free some");
+PropertyDictionary capturedState(MOK_SCRUB_GRANULATOR& stream) {
+    if (!stream.waveForm().isLiveCurrent()) return {};
+    CapturedMemory& memory = stream.capturedMemory();
+    const CapturedMemory::Version version = versionOf(stream);
+    if (version.replacements != memory.version.replacements) memory.unknown.clear();
+    if (version != memory.version) memory.sound.clear();
+    memory.version = version;
+    if (memory.sound.empty()) {
+        auto sound = encoded(stream.waveForm());
+        if (!sound) {
+            logLine("what LIVE heard is left out of the state: " + sound.message());
+            return {};
+        }
+        memory.sound = std::move(sound.value());
     }
-    return {};
+    if (memory.sound.empty()) return {};
+    PropertyDictionary state = memory.sound;
+    if (stream.isLive()) memory.sound.clear(); // may be another one at any time
+    state.insert(memory.unknown.begin(), memory.unknown.end());
+    return state;
 }
 
 bool restoreCaptured(MOK_SCRUB_GRANULATOR& stream, const PropertyDictionary& state,
                      const std::string& key) {
     PropertyReader reader(state, key);
-    const PropertyData* const flac = reader.data("FLAC");
-    if (!flac) {
-        logLine(key + ".FLAC: missing; the captured sound as FLAC data is needed");
-        return false;
-    }
-    Result<DecodedFlac> sound = decodeFlac(*flac, 1.0, WaveForm::kLiveFrames);
+    Result<ReadSound> sound = readKeptSound(reader, key, WaveForm::kLiveFrames);
     if (!sound) {
-        logLine(key + ".FLAC: " + sound.message());
+        logLine(sound.message());
         return false;
     }
-    multiply(sound.value().samples, reader.real("Scale").value_or(1.0));
-    const double rate = reader.real("SampleRate").value_or(sound.value().sampleRate);
-    const auto frames = reader.whole("Frames");
-    if (frames && static_cast<std::uint64_t>(*frames) != sound.value().samples.size())
-        logLine(key + ".FLAC: holds " + std::to_string(sound.value().samples.size()) +
-                " frames where " + std::to_string(*frames) + " were kept; these are played");
-    if (stream.setCaptured(sound.value().samples, rate)) return true;
-    logLine(key + ": is not played; samples up to 4294967296 times full scale, a rate above 0 Hz "
-                  "and free memory are needed");
-    return false;
+    const auto& [frames, rate, expected] = sound.value();
+    if (expected && *expected != static_cast<std::int64_t>(frames.size()))
+        logLine(key + ".FLAC: holds " + std::to_string(frames.size()) + " frames where " +
+                std::to_string(*expected) + " were kept; these are played");
+    if (!stream.setCaptured(frames, rate)) {
+        logLine(key + ": is not played; samples up to 4294967296 times full scale, a rate above 0 "
+                      "Hz and free memory are needed");
+        return false;
+    }
+    stream.capturedMemory() = {versionOf(stream), {}, reader.unknown()};
+    return true;
 }
 
 } // namespace zephyra

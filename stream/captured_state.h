@@ -8,12 +8,14 @@
 
 namespace zephyra {
 
-/// The current sound as FLAC when it is a live or captured one that holds anything; else empty.
-/// Nothing but a log line when it cannot be kept. MAIN.
-PropertyDictionary capturedState(const WaveForm& waveForm);
+/// The current sound as FLAC (kept_sound.h) when it is a live or captured one that holds anything;
+/// else empty. One that stands still is encoded once. Nothing but a log line when it cannot be
+/// kept. MAIN.
+PropertyDictionary capturedState(MOK_SCRUB_GRANULATOR& stream);
 
-/// Makes such a dictionary the stream's captured sound; LIVE goes off. key names it in log lines.
-/// False, after a log line and with nothing changed, for one that holds no sound. MAIN.
+/// Makes such a dictionary the stream's captured sound; LIVE goes off. Keys that it does not know
+/// are handed back for as long as that sound is kept. key names it in log lines. False, after a log
+/// line and with nothing changed, for one that holds no sound. MAIN.
 bool restoreCaptured(MOK_SCRUB_GRANULATOR& stream, const PropertyDictionary& state,
                      const std::string& key);
 

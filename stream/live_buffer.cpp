@@ -110,6 +110,7 @@ void WaveForm::swapFile(std::shared_ptr<mokSample> next) {
 
 void WaveForm::swapLive(std::shared_ptr<LiveSample> next) {
     next.swap(live_);
+    ++liveReplacements_;
     pendingReset_.store(false, std::memory_order_relaxed); // it was meant for the old buffer
     data_.mSample.exchange(live_.get());
     if (liveIsCurrent_) tellReplaced();

@@ -65,6 +65,8 @@ public:
     bool normalizeBufferWithValue(std::optional<float> peak);
     /// Whether setFileSample ever took a sound.
     bool hasFileSample() const noexcept { return hasFile_; }
+    /// The sound as it was loaded, silence before; never null, not to be changed.
+    std::shared_ptr<const mokSample> fileSound() const noexcept { return original_; }
 
     // --- The live sample ---
 
@@ -103,6 +105,8 @@ public:
 
     /// RENDER writes it: read its floats with copyLive.
     const LiveSample* liveSample() const noexcept { return live_.get(); }
+    /// How often another buffer took its place.
+    std::uint64_t liveReplacements() const noexcept { return liveReplacements_; }
     /// The frames from index first on, wrapping at the buffer's end. The write index tells where
     /// old and new meet; it may move meanwhile.
     void copyLive(std::uint64_t first, std::span<float> frames) const noexcept;
@@ -150,6 +154,7 @@ private:
     float originalPeak_ = 0.0f;
     bool hasFile_ = false;
     std::shared_ptr<LiveSample> live_; // what data_.mSample points at
+    std::uint64_t liveReplacements_ = 0;
     bool liveIsCurrent_ = false;
     std::function<void()> replaced_;
     std::optional<double> sessionRate_; // Hz, of the last set-up for a session

@@ -1,14 +1,12 @@
 #include "stream/live_export.h"
 
 #include "platform/audio_file_error.h"
-#include "platform/incremental_name.h"
 #include "platform/log.h"
 #include "stream/audio_file_writer.h"
+#include "stream/reserved_name.h"
 #include "stream/warning.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
 #include <functional>
 #include <memory>
 #include <new>
@@ -47,29 +45,6 @@ bool isAboutFormat(OSStatus code) {
            code == codecUnavailable;
 }
 
-/// An empty file under the next free name of folder, made here and now so that nobody else takes
-/// the name meanwhile.
-Result<std::filesystem::path> reserveName(const std::filesystem::path& folder) {
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error) return problem(kCreating, writeFailure(folder, audioFileStatus(error)).message);
-    std::filesystem::path last;
-    for (;;) {
-        const auto path =
-            folder / (getIncrementalNameFromDocumentsFolder(folder, kBaseName) + ".wav");
-        if (std::FILE* const file = std::fopen(path.c_str(), "wx")) {
-            std::fclose(file);
-            return path;
-        }
-        if (errno != EEXIST)
-            error.assign(errno, std::generic_category());
-        else if (path == last)
-            return problem(kCreating, path.string() + " is the highest number there is; rename it");
-        if (error) return problem(kCreating, writeFailure(path, audioFileStatus(error)).message);
-        last = path;
-    }
-}
-
 Result<void> writeTake(const std::filesystem::path& path, Take& take) {
     EAFWrite writer;
     const OSStatus opened = writer.openFileForWrite_sr_channels_wordLength_type(
@@ -95,8 +70,8 @@ Result<void> writeTake(const std::filesystem::path& path, Take& take) {
 
 /// Where it was written.
 Result<std::filesystem::path> exportTake(const std::filesystem::path& folder, Take& take) {
-    Result<std::filesystem::path> path = reserveName(folder);
-    if (!path) return path;
+    Result<std::filesystem::path> path = reserveName(folder, kBaseName, FirstName::numbered);
+    if (!path) return problem(kCreating, path.message());
     const Result<void> written = writeTake(path.value(), take);
     if (written) return path;
     std::error_code ignored;
@@ -161,7 +136,7 @@ void LiveExport::save() {
         return RunLoop::Task([this, saved = exportTake(folder, *take)] {
             if (!saved) return presentWarning(instance_, saved.message());
             lastSaved_ = saved.value();
-            instance_.notifications.post("fillTableWithFilesName");
+            instance_.sharedFolder.post(shared_folder_notice::kSamples);
         });
     });
 }

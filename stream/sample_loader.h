@@ -4,19 +4,23 @@
 #include "platform/relaxed.h"
 #include "platform/result.h"
 #include "platform/worker.h"
+#include "stream/sample_reading.h"
 #include "stream/stream_controller.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace zephyra {
 
 /// Reads on WORKER, hands over on MAIN; the latest request wins, and the old sound plays until the
 /// new one is ready. A file that is missing or cannot be read is named in an alert "Warning" with
-/// "Ok", and the old sound stays. MAIN.
+/// "Ok", and the old sound stays; where a state names it, "Locate" lets the user pick another in
+/// its place, as long as no other sound was asked for. Sounds that are short enough are encoded on
+/// WORKER, too, so that states can take them along (embedded_sample.h). MAIN.
 class SampleLoader {
 public:
     /// Both must outlive this.
@@ -28,12 +32,12 @@ public:
     /// Starts reading the file at path. If LIVE goes on meanwhile, the sound waits behind it.
     void loadSamplePerform(const std::filesystem::path& path, Ended ended = {});
 
-    /// Starts reading the file that a state names, wherever it was moved to (findSample). The
-    /// stream's reference becomes this one at once and stays so when the file is missing, so that
-    /// the next state still names it.
+    /// Starts reading what a state names, wherever it was moved to (readReferencedSample). The
+    /// stream's reference becomes this one at once and stays so, embedded copy included, when
+    /// nothing is found, so that the next state still has it.
     void loadReference(const SampleReference& reference, SoundUse use, Ended ended = {});
 
-    /// Drops what is being read.
+    /// Drops what is being read, and forgets what is missing.
     void cancel();
 
     /// Whether a file is being read.
@@ -44,26 +48,31 @@ public:
     std::uint64_t requests() const { return requests_; }
 
 private:
-    /// The file to be read. WORKER.
-    using Find = std::function<std::filesystem::path(const Worker::Cancelled& cancelled)>;
-    void start(Find find, SoundUse use, Ended ended);
+    /// What becomes of a sound that was read, or of the failure.
+    struct Order {
+        SoundUse use = SoundUse::play;
+        Ended ended = {};
+        std::optional<SampleReference> named = {}; ///< by a state that needs it
+        std::uint64_t liveStarts = 0;              ///< of the stream when it was asked for
+    };
+    /// WORKER; progress also tells whether the sound is still wanted.
+    using Read = std::function<Result<LoadedSample>(const std::function<bool(double)>& progress)>;
+
+    void readFile(const std::filesystem::path& path, Order order);
+    void start(Read read, Order order);
+    void finish(const Order& order, Result<LoadedSample>& loaded);
+    std::string take(const Order& order, LoadedSample& sample);
+    void tell(const Order& order, const std::string& problem);
+    void locate(const std::string& path);
+    bool isStillMissing(const std::string& path) const;
 
     Instance& instance_;
     MOK_SCRUB_GRANULATOR& stream_;
     std::shared_ptr<Relaxed<double>> progress_; // the running job keeps it too
     std::uint64_t requests_ = 0;
+    std::optional<Order> missing_; // the last load, when a state's sound was not found
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true); // an alert may outlive us
     Worker worker_; // last: its thread ends before what it uses
 };
-
-/// Reads path as a stream plays it: mono, with the reference that states keep. shared: the folder
-/// that paths are also kept relative to. progress as for readSoundFile. Fails with one line that
-/// names the file. MAIN or WORKER.
-struct LoadedSample {
-    std::shared_ptr<mokSample> sound;
-    SampleReference reference;
-};
-Result<LoadedSample> readSample(const std::filesystem::path& path,
-                                const std::filesystem::path& shared,
-                                const std::function<bool(double)>& progress = {});
 
 } // namespace zephyra

@@ -1,6 +1,7 @@
 #include "stream/sample_search.h"
 
 #include "platform/content_hash.h"
+#include "platform/folder_entries.h"
 #include "platform/sound_file.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@ namespace zephyra {
 namespace {
 
 using Path = std::filesystem::path;
+using Wanted = std::function<bool()>;
 
 bool isFile(const Path& path) {
     std::error_code ignored;
@@ -21,53 +23,67 @@ bool isFile(const Path& path) {
 /// Whether a relative path leads to somewhere inside the folder that it begins in.
 bool isBelow(const Path& path) {
     const Path normal = path.lexically_normal();
-    return !normal.empty() && normal.is_relative() && *normal.begin() != "..";
+    return normal.has_filename() && normal.is_relative() && *normal.begin() != "..";
 }
-
-using Wanted = std::function<bool()>;
 
 bool hasContent(const Path& path, const std::string& hash, const Wanted& wanted) {
     const Result<std::string> found = contentHashOfFile(path, wanted);
     return found && found.value() == hash;
 }
 
-bool hasSoundExtension(const Path& path) {
-    const std::string extension = path.extension().string();
-    return !extension.empty() &&
-           std::ranges::find(kSoundFileExtensions, std::string_view(extension).substr(1)) !=
-               kSoundFileExtensions.end();
+/// Every file that the reference may mean by its name, the likeliest first.
+std::vector<Path> namedFiles(const SampleReference& reference, const Folders& folders) {
+    const Path path(reference.path);
+    std::vector<Path> files;
+    if (path.is_absolute()) files.push_back(path);
+    for (const Path& below : {Path(reference.relativePath), path, path.filename()}) {
+        if (!isBelow(below)) continue;
+        for (const Path& folder : {folders.shared, folders.resources})
+            if (!folder.empty()) files.push_back(folder / below);
+    }
+    std::erase_if(files, [](const Path& file) { return !isFile(file); });
+    return files;
 }
 
-/// The sound files that stand in folder, by name.
-std::vector<Path> soundFiles(const Path& folder) {
-    std::vector<Path> files;
-    std::error_code ended;
-    for (std::filesystem::directory_iterator entry(folder, ended), last; !ended && entry != last;
-         entry.increment(ended))
-        if (hasSoundExtension(entry->path()) && isFile(entry->path()))
-            files.push_back(entry->path());
-    std::sort(files.begin(), files.end());
-    return files;
+/// Whether its content is worth a look; files are seldom renamed to another extension.
+bool isCandidate(const std::string& name, const SampleReference& reference) {
+    const std::string_view extension = extensionOf(name);
+    return extension == extensionOf(reference.path) ||
+           std::ranges::find(kSoundFileExtensions, extension) != kSoundFileExtensions.end();
+}
+
+std::string relativeTo(const Path& folder, const Path& path) {
+    const Path relative = path.lexically_relative(folder);
+    if (relative.empty() || *relative.begin() == ".." || relative == ".") return {};
+    return relative.generic_string();
 }
 
 } // namespace
 
-Path findSample(const SampleReference& reference, const Folders& folders, const Wanted& wanted) {
-    const Path path(reference.path), name = path.filename();
-    std::vector<Path> candidates = {path, folders.shared / name, folders.resources / name};
-    if (const Path below(reference.relativePath); isBelow(below))
-        candidates.insert(candidates.begin() + 1, folders.shared / below);
-    std::erase_if(candidates, [](const Path& candidate) { return !isFile(candidate); });
-
+FoundSample findSample(const SampleReference& reference, const Folders& folders,
+                       const Wanted& wanted) {
+    const std::vector<Path> named = namedFiles(reference, folders);
     const std::string& hash = reference.contentHash;
-    if (candidates.size() == 1 || (hash.empty() && !candidates.empty())) return candidates.front();
-    if (hash.empty()) return path;
-    for (const Path& candidate : candidates)
-        if (hasContent(candidate, hash, wanted)) return candidate;
-    if (!candidates.empty()) return candidates.front();
-    for (const Path& file : soundFiles(folders.shared))
-        if (hasContent(file, hash, wanted)) return file;
-    return path;
+    if (!hash.empty()) {
+        for (const Path& file : named)
+            if (hasContent(file, hash, wanted)) return {file, true};
+        for (const std::string& name : folderEntries(folders.shared))
+            if (isCandidate(name, reference) && hasContent(folders.shared / name, hash, wanted))
+                return {folders.shared / name, true};
+    }
+    if (named.empty()) return {};
+    return {named.front(), hash.empty()};
+}
+
+std::string pathBelow(const Path& path, const Path& folder) {
+    if (folder.empty()) return {};
+    std::string below = relativeTo(folder.lexically_normal(), path.lexically_normal());
+    if (!below.empty() || !path.is_absolute()) return below;
+    // Either may be named through a link.
+    std::error_code error;
+    const Path from = std::filesystem::weakly_canonical(folder, error);
+    const Path to = error ? Path() : std::filesystem::weakly_canonical(path, error);
+    return error ? std::string() : relativeTo(from, to);
 }
 
 } // namespace zephyra

@@ -6,14 +6,25 @@
 
 #include <filesystem>
 #include <functional>
+#include <string>
 
 namespace zephyra {
 
-/// Of the reference's path, its relative path below the shared folder, and its file name in the
-/// shared and the resource folder, the first file with the reference's content, else the first that
-/// exists, else any file of the shared folder with that content; the reference's path when there is
-/// none. It may read many files, as long as wanted answers true. MAIN or WORKER.
-std::filesystem::path findSample(const SampleReference& reference, const Folders& folders,
-                                 const std::function<bool()>& wanted = {});
+struct FoundSample {
+    std::filesystem::path path; ///< absolute as far as the folders are; empty: nowhere
+    /// Whether it holds what the reference means; true as well when that is not known.
+    bool hasContent = false;
+};
+
+/// Looks at the reference's path, if that is absolute, its relative path and its file name below
+/// the shared and the resource folder, and then through the sound files of the shared folder: the
+/// first with the reference's content, else the first of the former that exists. It may read many
+/// files, as long as wanted answers true. MAIN or WORKER.
+FoundSample findSample(const SampleReference& reference, const Folders& folders,
+                       const std::function<bool()>& wanted = {});
+
+/// path relative to folder, with generic separators; empty when it is not below, also through
+/// links. MAIN or WORKER.
+std::string pathBelow(const std::filesystem::path& path, const std::filesystem::path& folder);
 
 } // namespace zephyra

@@ -8,6 +8,7 @@
 #include "platform/instance.h"
 #include "platform/realtime.h"
 #include "platform/render_cycle.h"
+#include "stream/captured_memory.h"
 #include "stream/live_buffer.h"
 #include "stream/oscilloscope.h"
 #include "stream/sample_reference.h"
@@ -190,6 +191,8 @@ public:
     /// False, and nothing changed, when it is empty, has no rate, is not playable (see
     /// normalized_sample.h), or memory is short.
     bool setCaptured(std::span<const float> samples, double rate);
+    /// What is remembered between two states of the captured sound, see captured_state.h.
+    CapturedMemory& capturedMemory() { return capturedMemory_; }
 
     // --- Sound: stream_sound.cpp ---
 
@@ -202,6 +205,8 @@ public:
     const SampleReference& sampleReference() const { return reference_; }
     /// Names the file that is about to be loaded, so that a state keeps it though it is missing.
     void setSampleReference(SampleReference reference) { reference_ = std::move(reference); }
+    /// The sound that is loaded stands in this file now; what plays is left alone.
+    void nameSound(SampleReference reference);
     /// Back from the captured sound to the file's; nothing without one. LIVE goes off.
     void restoreLastSample();
     /// Normalize: for LIVE the gain of the input as it is written, for a file the peak that a copy
@@ -301,6 +306,7 @@ private:
     double isFreezed = 1.0; ///< a multiplier: 0 while frozen
 
     SampleReference reference_;
+    CapturedMemory capturedMemory_;
     bool normalizeTouched_ = false;
     double normalizedAt_ = -kLeastNormalizeInterval; // when a copy was last made
     RunLoop::Token normalizing_ = 0;                 // the next copy, which waits for its time

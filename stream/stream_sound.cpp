@@ -22,13 +22,15 @@ bool MOK_SCRUB_GRANULATOR::loadSound(std::shared_ptr<mokSample> sound, SampleRef
     if (!sound || !isPlayable(*sound)) return false;
     if (reference.frames == 0) reference.frames = sound->size;
     if (!waveForm_.setFileSample(std::move(sound), filePeak())) return false;
+    nameSound(std::move(reference));
+    if (waveForm_.isLiveCurrent() && use == SoundUse::play) playFile();
+    return true;
+}
+
+void MOK_SCRUB_GRANULATOR::nameSound(SampleReference reference) {
     reference_ = std::move(reference);
     waveForm_.setLastSelectedPath(reference_.path);
-    if (!waveForm_.isLiveCurrent())
-        waveForm_.setCurrentPath(reference_.path);
-    else if (use == SoundUse::play)
-        playFile();
-    return true;
+    if (!waveForm_.isLiveCurrent()) waveForm_.setCurrentPath(reference_.path);
 }
 
 void MOK_SCRUB_GRANULATOR::playFile() {

@@ -1,7 +1,7 @@
 #include "stream/stream_state.h"
 
-#include "platform/log.h"
 #include "stream/captured_state.h"
+#include "stream/sample_state.h"
 
 #include <algorithm>
 #include <limits>
@@ -30,27 +30,6 @@ Kept kept(const ControlRange& range) {
     default:
         return range.kind == ControlKind::switching ? Kept::asSwitch : Kept::asReal;
     }
-}
-
-PropertyDictionary referenceState(const SampleReference& reference) {
-    return {{"Path", reference.path},
-            {"RelativePath", reference.relativePath},
-            {"ContentHash", reference.contentHash},
-            {"SampleRate", reference.sampleRate}};
-}
-
-std::optional<SampleReference> readReference(PropertyReader& state, const std::string& key) {
-    const PropertyDictionary* const dictionary = state.dictionary(key);
-    if (!dictionary) return std::nullopt;
-    PropertyReader reader(*dictionary, key);
-    SampleReference reference;
-    reference.path = reader.text("Path").value_or("");
-    reference.relativePath = reader.text("RelativePath").value_or("");
-    reference.contentHash = reader.text("ContentHash").value_or("");
-    reference.sampleRate = reader.real("SampleRate").value_or(0.0);
-    if (!reference.path.empty()) return reference;
-    logLine(key + ".Path: empty; the sample's absolute path is needed");
-    return std::nullopt;
 }
 
 float nearestFloat(double value) {
@@ -151,7 +130,7 @@ private:
 
 } // namespace
 
-void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state) {
+void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state, StateUse use) {
     const std::string& suffix = stream.channel();
     for (const ControlRange& range : controlRanges()) {
         const float linear = stream.linear(range.id);
@@ -168,9 +147,10 @@ void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state) {
     if (stream.scanningValue() == 0.0)
         state["ScanPosition" + suffix] = std::clamp(stream.getTimePhasor(), 0.0f, 1.0f);
     stream.scrubRecorder.saveDataForRecordScrub(state);
-    if (!stream.sampleReference().path.empty())
-        state["Sample" + suffix] = referenceState(stream.sampleReference());
-    if (auto captured = capturedState(stream.waveForm()); !captured.empty())
+    if (auto sample = sampleState(stream, use); !sample.empty())
+        state["Sample" + suffix] = std::move(sample);
+    if (use == StateUse::snapshot) return;
+    if (auto captured = capturedState(stream); !captured.empty())
         state["Captured" + suffix] = std::move(captured);
 }
 
@@ -180,7 +160,7 @@ void restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, Prop
     restoring.controls();
     restoring.normalizing();
     restoring.scan();
-    if (const auto reference = readReference(state, "Sample" + stream.channel()))
+    if (const auto reference = readSampleState(state, "Sample" + stream.channel()))
         loader.loadReference(*reference, live ? SoundUse::await : SoundUse::play);
     else if (live && !stream.isLive())
         loader.cancel(); // or what was asked for before would take the captured sound's place

@@ -7,17 +7,27 @@
 
 namespace zephyra {
 
+/// What a state is made for.
+enum class StateUse {
+    session,  ///< a host's project: sounds go along, so that they cannot get lost
+    snapshot, ///< a preset of a bank, which stays small and moves between machines
+};
+
 /// Adds the stream's keys to state: every control's linear value or switch under its channel, the
-/// region, envelope and seed, the place of a scan that stands, the recorded take, the sample's
-/// reference, and what live input heard as FLAC, exact to 24 bits of its loudest frame. Playing and
-/// armed are not kept. Ends a recording without points, see ScrubRecorder. MAIN.
-void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state);
+/// region, envelope and seed, the place of a scan that stands, the recorded take and the sample's
+/// reference. A session also keeps the sample's sound, if it is short enough (embedSeconds) or no
+/// file is known that holds it, and what live input heard, both as FLAC, exact to 24 bits of the
+/// loudest frame. A snapshot names a sample below the shared or the resource folder by its file
+/// name and relative path only. Playing and armed are not kept. Ends a recording without points,
+/// see ScrubRecorder. MAIN.
+void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state,
+                     StateUse use = StateUse::session);
 
 /// Moves every control that state has a value for and that presets move, handlers included, and
-/// loads the sample that it names through loader; behind LIVE or a captured sound it waits there. A
-/// missing key keeps what is there; a wrong type is ignored with a log line; values are clamped. A
-/// missing take is forgotten; a captured sound that cannot be read is left out with a log line.
-/// MAIN.
+/// loads the sample that it names or embeds through loader; behind LIVE or a captured sound it
+/// waits there. A missing key keeps what is there; a wrong type is ignored with a log line; values
+/// are clamped. A missing take is forgotten; a captured sound that cannot be read is left out with
+/// a log line. MAIN.
 void restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, PropertyReader& state);
 
 } // namespace zephyra

@@ -179,7 +179,7 @@ TEST_F(HostedRender, ASavedStateGivesTheSoundBackAndAWrongOneIsNamed) {
 TEST_F(HostedRender, AStateFindsItsSampleFromAnotherFolderOrSaysInOneLineThatItIsGone) {
     const std::string asEffect = "render ../in.wav --as effect --state ../s -o ../o.wav";
     std::filesystem::create_directory(folder_ / "sub");
-    std::filesystem::copy_file(folder_ / "in.wav", folder_ / "sample.wav");
+    writeWav(folder_ / "sample.wav", tone(61 * 8000), 8000); // too long to go along with a state
     render("--as effect --sample sample.wav --save-state s");
     EXPECT_EQ(runZephyra(folder_, asEffect, "cd sub;" + environment()).code, 0);
     std::filesystem::remove(folder_ / "sample.wav");

@@ -6,6 +6,7 @@ tree=$1 zephyra=$2
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 cd "$scratch"
+export ZEPHYRA_SHARED_FOLDER="$scratch/shared" # not the one of whoever tests
 ln -s "$tree/resources" resources
 printf '#!/bin/bash\nexec "%s" "$@"\n' "$zephyra" >run
 chmod +x run

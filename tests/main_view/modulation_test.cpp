@@ -1,7 +1,6 @@
 // The whole system with what moves it: from hand, LFO, MIDI and tilt to the engine, and back out of
 // a state.
 
-#include "hosting/midi_inlet.h"
 #include "tests/support/hosted_unit.h"
 #include "tests/support/stream_probe.h"
 
@@ -16,13 +15,7 @@ namespace {
 using enum ControlId;
 
 struct Played : HostedUnit {
-    explicit Played(FourCharCode type = component_type::instrument) : HostedUnit(type) {
-        ready();
-        host.setMidiInlet(&inlet);
-    }
-    void midi(std::vector<std::uint8_t> bytes) {
-        host.queueMidi(bytes.data(), static_cast<std::uint16_t>(bytes.size()));
-    }
+    explicit Played(FourCharCode type = component_type::instrument) : HostedUnit(type) { ready(); }
     void pass(int blocks) {
         for (int i = 0; i < blocks; ++i) render(512);
     }
@@ -34,7 +27,6 @@ struct Played : HostedUnit {
         return wrapper;
     }
     float width() { return StreamProbe::fields(stream.engine()).width; }
-    MidiInlet inlet{instance, [this](const MidiMessage& message) { view.receiveMidi(message); }};
 };
 
 TEST(Motion, OfAnLfoReachesTheEngineTickByTickAndStopsWithItsSwitch) {

@@ -1,11 +1,7 @@
 // Where a stream's sound comes from and goes to: files, live input, exports and states.
 
 #include "platform/sound_file.h"
-#include "stream/live_export.h"
-#include "stream/stream_state.h"
-#include "tests/support/stream_probe.h"
-#include "tests/support/temporary_folder.h"
-#include "tests/support/test_stream.h"
+#include "tests/support/stream_player.h"
 
 #include <gmock/gmock.h>
 
@@ -15,7 +11,6 @@
 namespace zephyra {
 namespace {
 
-using Frames = std::vector<float>;
 using enum ControlId;
 using testing::HasSubstr;
 
@@ -32,39 +27,6 @@ std::filesystem::path write(const std::filesystem::path& path, std::size_t frame
     writeText(path, std::string(2 * frames, '\0'));
     return path;
 }
-
-struct Player : TestStream {
-    SampleLoader loader{instance, controller};
-    LiveExport exporter{instance, controller};
-
-    explicit Player(const TemporaryFolder& folder) { instance.folders.shared = folder / "shared"; }
-    void finishWork() {
-        instance.runLoop.waitForWork();
-        instance.runLoop.runPosted();
-    }
-    void hear(Frames input) {
-        const ChannelList list{input.data()};
-        drawLiveWaveForm(&controller.waveForm(), static_cast<int>(input.size()), list.list);
-    }
-    /// What grains are cut from.
-    const mokSample& sound() { return *StreamProbe::sample(controller.engine()); }
-    PropertyDictionary state() {
-        PropertyDictionary saved;
-        saveStreamState(controller, saved);
-        return saved;
-    }
-    void restore(const PropertyDictionary& state) {
-        PropertyReader reader(state);
-        restoreStreamState(controller, loader, reader);
-        finishWork();
-    }
-    std::string takeAlert() {
-        const Alert* const alert = instance.alerts.current();
-        const std::string message = alert ? alert->message : "";
-        instance.alerts.answer("Ok");
-        return message;
-    }
-};
 
 struct StreamSound : testing::Test {
     TemporaryFolder folder;

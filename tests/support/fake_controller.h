@@ -22,6 +22,7 @@ struct FakeController final : AudioUnitController, Modulation {
     LFO_WIDGETS_MAPPING mapping;
     MyAudioUnit* unit = nullptr;
     bool wasRequested = false;
+    PropertyDictionary state;
     std::ostringstream calls;
 
     std::string takeCalls() { return std::exchange(calls, std::ostringstream()).str(); }
@@ -50,6 +51,8 @@ struct FakeController final : AudioUnitController, Modulation {
     }
     bool sampleWasRequested() const override { return wasRequested; }
     void standBehindInput() override { calls << "stand "; }
+    PropertyDictionary getState() override { return state; }
+    void restoreState(PropertyDictionary restored) override { state = std::move(restored); }
     void parameterMoved(AUParameterAddress address, AUValue value) override {
         calls << address << '=' << value << ' ';
     }

@@ -1,6 +1,7 @@
 // HostedUnit: an audio unit with its view controller, as an offline host loads it.
 #pragma once
 
+#include "hosting/midi_inlet.h"
 #include "hosting/offline_host.h"
 #include "main_view/audio_unit_view_controller.h"
 #include "tests/support/test_sounds.h"
@@ -38,6 +39,11 @@ struct HostedUnit {
     void queue(ControlId id, float value) {
         host.queueParameter(static_cast<AUParameterAddress>(id), value);
     }
+    /// For the unit and for the view.
+    void midi(std::vector<std::uint8_t> bytes) {
+        host.setMidiInlet(&inlet);
+        host.queueMidi(bytes.data(), static_cast<std::uint16_t>(bytes.size()));
+    }
     AUParameter& parameter(ControlId id) {
         return *view.parameters._paramChildrens[static_cast<std::size_t>(id)];
     }
@@ -48,6 +54,7 @@ struct HostedUnit {
     AudioUnitViewController view{instance};
     MOK_SCRUB_GRANULATOR& stream = view._GRANULATOR_STREAM;
     OfflineHost host{*unit, instance};
+    MidiInlet inlet{instance, [this](const MidiMessage& message) { view.receiveMidi(message); }};
     std::vector<float> heard;
 };
 

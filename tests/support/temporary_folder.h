@@ -11,9 +11,9 @@ namespace zephyra {
 
 class TemporaryFolder {
 public:
-    TemporaryFolder() {
-        std::string name =
-            (std::filesystem::temp_directory_path() / "zephyra-test-XXXXXX").string();
+    explicit TemporaryFolder(
+        const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+        std::string name = (parent / "zephyra-test-XXXXXX").string();
         if (!::mkdtemp(name.data())) std::abort();
         path_ = name;
     }

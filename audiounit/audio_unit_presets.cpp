@@ -1,0 +1,88 @@
+#include "audiounit/audio_unit_presets.h"
+
+#include "library/bank_edits.h"
+#include "library/bank_file.h"
+#include "platform/folder_entries.h"
+#include "platform/log.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zephyra {
+
+namespace {
+
+std::string numberAndName(const AUAudioUnitPreset& preset) {
+    return std::to_string(preset.number) + ", " + preset.name;
+}
+
+} // namespace
+
+AUAudioUnitPreset NewAUPreset(std::int64_t number, std::string name) {
+    return {number, std::move(name)};
+}
+
+void AudioUnitPresets::makeFactoryPresets() {
+    factoryPresets_.clear();
+    factorySnapshots_.clear();
+    for (const std::string& entry : folderEntries(folders_.resources))
+        if (extensionOf(entry) == kBankExtension) addPresets(folders_.resources / entry);
+    factoryIndex_ = 0;
+    made_ = true;
+}
+
+void AudioUnitPresets::addPresets(const std::filesystem::path& bank) {
+    Result<BankOnDisk> read = readBank(bank);
+    if (!read) return logLine("no factory presets: " + read.message());
+    for (const std::string& key : sortedKeys(read.value().bank)) {
+        PropertyDictionary& snapshot = *recordOf(read.value().bank, key);
+        const std::string tag = snapshotTag(snapshot).value_or(kUnnamed);
+        factoryPresets_.push_back(NewAUPreset(static_cast<std::int64_t>(factoryPresets_.size()),
+                                              tag + " (" + bank.stem().string() + ")"));
+        factorySnapshots_.push_back(std::move(snapshot));
+    }
+}
+
+const std::vector<AUAudioUnitPreset>& AudioUnitPresets::factoryPresets() {
+    if (!made_) makeFactoryPresets();
+    return factoryPresets_;
+}
+
+std::optional<AUAudioUnitPreset> AudioUnitPresets::currentPreset() {
+    const std::int64_t number = currentPreset_ ? currentPreset_->number : 0;
+    if (number >= 0 && factoryIndex_ < factoryPresets().size()) {
+        logLine("Returning Current Factory Preset: " + std::to_string(factoryIndex_));
+        return factoryPresets_[factoryIndex_];
+    }
+    logLine("Returning Current Custom Preset: " +
+            numberAndName(currentPreset_.value_or(NewAUPreset(0, "(null)"))));
+    return currentPreset_;
+}
+
+void AudioUnitPresets::setCurrentPreset(const std::optional<AUAudioUnitPreset>& preset,
+                                        AudioUnitController* controller) {
+    if (!preset) return logLine("nil passed to setCurrentPreset!");
+    if (preset->number < 0)
+        setCustomPreset(*preset);
+    else
+        setFactoryPreset(*preset, controller);
+}
+
+void AudioUnitPresets::setCustomPreset(const AUAudioUnitPreset& preset) {
+    if (preset.name.empty())
+        return logLine("setCurrentPreset not set! - invalid AUAudioUnitPreset");
+    currentPreset_ = preset;
+    logLine("currentPreset Custom: " + numberAndName(preset));
+}
+
+void AudioUnitPresets::setFactoryPreset(const AUAudioUnitPreset& preset,
+                                        AudioUnitController* controller) {
+    const auto index = static_cast<std::size_t>(preset.number);
+    if (index >= factoryPresets().size()) return;
+    if (controller) controller->restoreState(factorySnapshots_[index]);
+    currentPreset_ = preset;
+    factoryIndex_ = index;
+    logLine("currentPreset Factory: " + numberAndName(preset));
+}
+
+} // namespace zephyra

@@ -1,0 +1,55 @@
+// AudioUnitPresets: the presets of one audio unit as its host numbers them.
+#pragma once
+
+#include "audiounit/audio_unit_controller.h"
+#include "platform/audio_unit_preset.h"
+#include "platform/folders.h"
+#include "platform/property_list.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zephyra {
+
+AUAudioUnitPreset NewAUPreset(std::int64_t number, std::string name);
+
+/// The factory's are the snapshots of the banks that came with the program, numbered through all of
+/// them; the user's own are kept by the host, which brings them back as a full state. MAIN.
+class AudioUnitPresets {
+public:
+    /// folders must outlive this. No file is read yet.
+    explicit AudioUnitPresets(const Folders& folders) : folders_(folders) {}
+
+    /// Reads the banks of the resource folder again, sorted by bytes, each one's keys without
+    /// regard to case. One that cannot be read adds nothing but a log line. Numbers hold as long as
+    /// these files do.
+    void makeFactoryPresets();
+    /// "Name (Bank)", numbered from 0. The first call makes them.
+    const std::vector<AUAudioUnitPreset>& factoryPresets();
+
+    /// What was chosen last. Without a choice the factory's first, if there is any.
+    std::optional<AUAudioUnitPreset> currentPreset();
+    /// A number of the factory hands its snapshot to controller (null: to nobody); an unknown one
+    /// changes nothing. One below 0 is remembered if it has a name. Nothing, and no name, are
+    /// refused with a log line.
+    void setCurrentPreset(const std::optional<AUAudioUnitPreset>& preset,
+                          AudioUnitController* controller);
+
+private:
+    void addPresets(const std::filesystem::path& bank);
+    void setCustomPreset(const AUAudioUnitPreset& preset);
+    void setFactoryPreset(const AUAudioUnitPreset& preset, AudioUnitController* controller);
+
+    const Folders& folders_;
+    bool made_ = false;
+    std::vector<AUAudioUnitPreset> factoryPresets_;
+    std::vector<PropertyDictionary> factorySnapshots_; // one for each of factoryPresets_
+    std::optional<AUAudioUnitPreset> currentPreset_;
+    std::size_t factoryIndex_ = 0; // of the one that was chosen last
+};
+
+} // namespace zephyra

@@ -1,0 +1,23 @@
+// findPresetSound: the sound that a preset plays when nothing takes its place.
+#pragma once
+
+#include "cli/preset_choice.h"
+#include "engine/sample_buffer.h"
+#include "platform/folders.h"
+#include "platform/result.h"
+#include "stream/sample_reference.h"
+
+#include <memory>
+
+namespace zephyra {
+
+struct PresetSound {
+    std::shared_ptr<mokSample> sample; ///< as it was loaded; never null
+    SampleReference reference;         ///< with its length and channels
+};
+
+/// Reads it as a stream does: from its file, wherever that is now, else from the audio that the
+/// preset holds. Fails with one line for a sound that is missing. MAIN.
+Result<PresetSound> findPresetSound(const PresetChoice& preset, const Folders& folders);
+
+} // namespace zephyra

@@ -1,0 +1,55 @@
+#include "cli/text_table.h"
+
+#include "cli/text_numbers.h"
+
+#include <algorithm>
+
+namespace zephyra {
+
+namespace {
+
+std::size_t charactersOf(const std::string& text) {
+    return static_cast<std::size_t>(std::count_if(
+        text.begin(), text.end(), [](unsigned char byte) { return (byte & 0xC0) != 0x80; }));
+}
+
+std::string withoutBlanksBehind(std::string line) {
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line;
+}
+
+} // namespace
+
+std::string onOneLine(std::string text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const bool isSecondBlock =
+            byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
+        if (byte < 0x20 || byte == 0x7F) text[i] = '?';
+        if (isSecondBlock) text.replace(i, 2, "?"); // U+0080 to U+009F
+    }
+    return text;
+}
+
+void TextTable::addRow(std::vector<std::string> cells) {
+    for (std::string& cell : cells) cell = onOneLine(std::move(cell));
+    rows_.push_back(std::move(cells));
+}
+
+std::string TextTable::text() const {
+    std::vector<std::size_t> widths;
+    for (const auto& row : rows_)
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            if (i == widths.size()) widths.push_back(0);
+            widths[i] = std::max(widths[i], std::min(charactersOf(row[i]), kMostColumn));
+        }
+    std::string text;
+    for (const auto& row : rows_) {
+        std::string line;
+        for (std::size_t i = 0; i < row.size(); ++i) line += padded(row[i], widths[i] + 2);
+        text += withoutBlanksBehind(std::move(line)) + "\n";
+    }
+    return text;
+}
+
+} // namespace zephyra

@@ -1,0 +1,117 @@
+#include "cli/usage_complaint.h"
+
+#include "cli/nearest_name.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace zephyra {
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+std::string firstLine(const std::string& text) {
+    return text.substr(0, text.find('\n'));
+}
+
+/// "show, export or import".
+std::string listed(const Names& names, const std::string& lastly) {
+    std::string list;
+    for (std::size_t i = 0; i < names.size(); ++i)
+        list += (i == 0 ? "" : i + 1 == names.size() ? " " + lastly + " " : ", ") + names[i];
+    return list;
+}
+
+std::string nearestOf(std::string_view word, const Names& names) {
+    const std::vector<std::string_view> views(names.begin(), names.end());
+    return std::string(nearestName(word, views));
+}
+
+Names commandsOf(const CLI::App& command) {
+    Names names;
+    for (const CLI::App* one : command.get_subcommands([](const CLI::App*) { return true; }))
+        names.push_back(one->get_name());
+    return names;
+}
+
+bool isWhole(const CLI::App& command) {
+    return command.get_parent() == nullptr;
+}
+
+/// "preset show"; nothing for the program itself.
+std::string nameOf(const CLI::App& command) {
+    if (isWhole(command)) return "";
+    const std::string before = nameOf(*command.get_parent());
+    return (before.empty() ? "" : before + " ") + command.get_name();
+}
+
+/// The innermost command that was called.
+const CLI::App& chosenIn(const CLI::App& app) {
+    const std::vector<CLI::App*> chosen = app.get_subcommands();
+    return chosen.empty() ? app : chosenIn(*chosen.front());
+}
+
+bool takesWords(const CLI::App& command) {
+    for (const CLI::Option* option : command.get_options())
+        if (option->get_positional()) return true;
+    return false;
+}
+
+/// What an argument that command does not know was probably meant to be.
+std::string unexpected(const CLI::App& command, const std::string& argument) {
+    const std::string quoted = inQuotes(argument);
+    if (!argument.empty() && argument[0] == '-') {
+        Names names;
+        for (const CLI::Option* option : command.get_options())
+            if (!option->get_lnames().empty()) names.push_back("--" + option->get_lnames()[0]);
+        return "there is no option " + quoted + "; the nearest is " +
+               nearestOf(argument.substr(0, argument.find('=')), names);
+    }
+    if (!commandsOf(command).empty()) return noSuchCommand(command, argument);
+    if (!takesWords(command)) return nameOf(command) + " takes no " + quoted + ", only options";
+    if (command.get_name() == "info")
+        return quoted + " is one file too many; one is taken at a time";
+    return quoted + " is one word too many; put names that have blanks between quotes";
+}
+
+/// What is missing, where nothing is too much.
+std::string missing(const CLI::App& command) {
+    const Names commands = commandsOf(command);
+    if (isWhole(command)) return "a command is missing: " + listed(commands, "or");
+    if (!commands.empty()) return nameOf(command) + " needs what to do: " + listed(commands, "or");
+    if (command.get_name() == "info") return "info needs the name of a sound file";
+    Names names;
+    for (const CLI::Option* option : command.get_options())
+        if (option->get_required() && option->count() == 0) names.push_back(option->get_name());
+    return nameOf(command) + " needs " + listed(names, "and");
+}
+
+/// "--name: ..." says that a value is missing, or that there is more than one.
+std::string wrongCount(const CLI::App& command, const std::string& text) {
+    const std::string option = text.substr(0, text.find(':'));
+    if (!option.starts_with('-')) return nameOf(command) + " needs " + option;
+    if (text.find("missing") != std::string::npos) return option + " needs a value";
+    if (text.find("received") != std::string::npos) return option + " can only be given once";
+    return text;
+}
+
+} // namespace
+
+std::string noSuchCommand(const CLI::App& command, std::string_view word) {
+    const Names names = commandsOf(command);
+    const std::string kind = isWhole(command) ? "command " : nameOf(command) + " command ";
+    return "there is no " + kind + inQuotes(word) + "; the nearest is " + nearestOf(word, names);
+}
+
+std::string usageComplaint(const CLI::App& app, const CLI::ParseError& error) {
+    const CLI::App& command = chosenIn(app);
+    const std::vector<std::string> extras = app.remaining(true);
+    if (!extras.empty()) return unexpected(command, extras[0]);
+    if (dynamic_cast<const CLI::RequiredError*>(&error)) return missing(command);
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))
+        return wrongCount(command, firstLine(error.what()));
+    return firstLine(error.what());
+}
+
+} // namespace zephyra

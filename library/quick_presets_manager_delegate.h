@@ -1,0 +1,20 @@
+// QuickPresetsManagerDelegate: who provides the state that a preset holds, and takes it back.
+#pragma once
+
+#include "platform/property_list.h"
+
+namespace zephyra {
+
+/// Implemented by the main view controller. MAIN.
+class QuickPresetsManagerDelegate {
+public:
+    virtual ~QuickPresetsManagerDelegate() = default;
+    /// The whole current state as a preset keeps it.
+    virtual PropertyDictionary getState() = 0;
+    /// Applies a snapshot record, "SnapshotTags" among it.
+    virtual void restoreStateProc(const PropertyDictionary& state) = 0;
+    /// The store is to be closed.
+    virtual void dismissQuickPresetsManager() {}
+};
+
+} // namespace zephyra

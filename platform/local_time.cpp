@@ -1,0 +1,34 @@
+#include "platform/local_time.h"
+
+#include "platform/clock.h"
+
+#include <array>
+#include <cstdint>
+#include <ctime>
+
+namespace zephyra {
+
+namespace {
+
+/// currentSeconds() without its wrap: the high half comes from the system.
+std::time_t currentMoment() {
+    const std::int64_t wraps = std::int64_t{std::time(nullptr)} >> 32;
+    return static_cast<std::time_t>((wraps << 32) + currentSeconds());
+}
+
+std::string text(const std::tm& moment, const char* format) {
+    std::array<char, 64> buffer;
+    return {buffer.data(), std::strftime(buffer.data(), buffer.size(), format, &moment)};
+}
+
+} // namespace
+
+DateAndTime currentDateAndTime() {
+    const std::time_t seconds = currentMoment();
+    std::tm moment{};
+    ::tzset(); // localtime_r alone may not look at TZ again
+    ::localtime_r(&seconds, &moment);
+    return {text(moment, "%d.%m.%Y"), text(moment, "%H:%M:%S")};
+}
+
+} // namespace zephyra

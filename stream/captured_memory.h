@@ -1,0 +1,23 @@
+// CapturedMemory: what a stream remembers of its captured sound between two states.
+#pragma once
+
+#include "platform/property_list.h"
+
+#include <cstdint>
+
+namespace zephyra {
+
+/// So that a sound that stands still is encoded once, and loses nothing that a state said of it.
+/// Plain data. MAIN.
+struct CapturedMemory {
+    /// Which live sound it is, and how far that was written.
+    struct Version {
+        std::uint64_t replacements = 0, liveStarts = 0, heard = 0, offset = 0;
+        bool operator==(const Version&) const = default;
+    };
+    Version version = {};
+    PropertyDictionary sound = {};   ///< as states keep it; empty until it is encoded
+    PropertyDictionary unknown = {}; ///< what a newer program wrote beside it
+};
+
+} // namespace zephyra

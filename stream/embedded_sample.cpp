@@ -1,0 +1,98 @@
+#include "stream/embedded_sample.h"
+
+#include "platform/content_hash.h"
+#include "platform/folder_entries.h"
+#include "platform/log.h"
+#include "stream/kept_sound.h"
+#include "stream/normalized_sample.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+#include <utility>
+
+namespace zephyra {
+
+namespace {
+
+constexpr const char* kSetting = "EmbedSeconds";
+constexpr double kUsualSeconds = 60.0;
+
+bool cameWithProgram(const SampleReference& reference, const std::filesystem::path& resources) {
+    if (resources.empty() || reference.contentHash.empty()) return false;
+    return std::ranges::any_of(folderEntries(resources), [&](const std::string& name) {
+        if (extensionOf(name) != extensionOf(reference.path)) return false;
+        const auto hash = contentHashOfFile(resources / name);
+        return hash && hash.value() == reference.contentHash;
+    });
+}
+
+/// Without the silence that fills up a very short one.
+std::uint64_t framesOf(const mokSample& sound, const SampleReference& reference) {
+    return reference.frames == 0 ? sound.size : std::min(sound.size, reference.frames);
+}
+
+Result<PropertyDictionary> encoded(const mokSample& sound, std::uint64_t frames) {
+    try {
+        auto kept = keptSound({sound.getPtr(), sound.getPtr() + frames}, double{sound.sampleRate});
+        if (!kept || kept.value().at("FLAC").as<PropertyData>()->size() <= kMostEmbeddedBytes)
+            return kept;
+        return Failure{"it has more than " + std::to_string(kMostEmbeddedBytes >> 20) +
+                       " MiB even as FLAC"};
+    } catch (const std::bad_alloc&) {
+        return Failure{"no memory for a copy of the sound; free some"};
+    }
+}
+
+} // namespace
+
+double embedSeconds(const UserDefaults& defaults) {
+    const PropertyValue* const value = defaults.value(kSetting);
+    if (!value) return kUsualSeconds;
+    if (const auto* const whole = value->as<std::int64_t>())
+        return std::max(static_cast<double>(*whole), 0.0);
+    const double* const seconds = value->as<double>();
+    return seconds && !std::isnan(*seconds) ? std::max(*seconds, 0.0) : kUsualSeconds;
+}
+
+bool isEmbeddable(const mokSample& sound, double seconds) noexcept {
+    return seconds > 0.0 && sound.size <= kMostEmbeddedFrames &&
+           static_cast<double>(sound.size) <= seconds * double{sound.sampleRate};
+}
+
+std::shared_ptr<const EmbeddedSample> embedSample(const mokSample& sound,
+                                                  const SampleReference& reference,
+                                                  const std::filesystem::path& resources) {
+    auto embedded = std::make_shared<EmbeddedSample>();
+    if (cameWithProgram(reference, resources)) return embedded;
+    if (auto audio = encoded(sound, framesOf(sound, reference)))
+        embedded->audio = std::move(audio.value());
+    else
+        logLine(reference.path + " does not go along with the state: " + audio.message() +
+                "; keep the file");
+    return embedded;
+}
+
+Result<std::shared_ptr<mokSample>> embeddedSound(const EmbeddedSample& sample,
+                                                 const std::string& key) {
+    const std::string where = key + ".Audio";
+    PropertyReader reader(sample.audio, where);
+    Result<ReadSound> read = readKeptSound(reader, where, kMostEmbeddedFrames);
+    if (!read) return Failure{read.message()};
+    const ReadSound& found = read.value();
+    const auto frames = static_cast<std::int64_t>(found.frames.size());
+    if (found.expectedFrames != frames)
+        return Failure{where + ".FLAC: holds " + std::to_string(frames) +
+                       " frames, not as many "
+                       "as \"Frames\" says; the whole sound is needed"};
+    auto sound = std::make_shared<mokSample>();
+    if (!sound->allocate(found.frames.size(), static_cast<float>(found.sampleRate)))
+        return Failure{where + ": no memory for the sound; free some"};
+    std::ranges::copy(found.frames, sound->getPtr());
+    sound->writeGuardPoint();
+    if (isPlayable(*sound)) return sound;
+    return Failure{where + ": cannot be played; a rate above 0 Hz, and samples up to 4294967296 "
+                           "times full scale, are needed"};
+}
+
+} // namespace zephyra

@@ -1,0 +1,31 @@
+// keptSound: a mono sound as states keep it, as FLAC in a dictionary.
+#pragma once
+
+#include "platform/property_reader.h"
+#include "platform/result.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zephyra {
+
+/// "FLAC", "Scale", "SampleRate" and "Frames", exact to 24 bits of the loudest frame, so that a
+/// sound of 24 bits or less, and one that was kept before, comes back as it is. rate in Hz. Fails
+/// for no frames, for frames that are not finite, and when memory is short. All but RENDER.
+Result<PropertyDictionary> keptSound(std::vector<float> frames, double rate);
+
+struct ReadSound {
+    std::vector<float> frames;
+    double sampleRate = 0.0; ///< Hz
+    /// What the state says that there should be.
+    std::optional<std::int64_t> expectedFrames = {};
+};
+
+/// Fails with one line that begins with key, the dictionary's path, for what is no sound of at most
+/// mostFrames. All but RENDER.
+Result<ReadSound> readKeptSound(PropertyReader& reader, const std::string& key,
+                                std::uint64_t mostFrames);
+
+} // namespace zephyra

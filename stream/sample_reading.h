@@ -1,0 +1,32 @@
+// readSample and readReferencedSample: a sound as a stream plays it, from a file or from a state.
+#pragma once
+
+#include "engine/sample_buffer.h"
+#include "platform/folders.h"
+#include "platform/result.h"
+#include "stream/sample_reference.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+namespace zephyra {
+
+struct LoadedSample {
+    std::shared_ptr<mokSample> sound; ///< mono
+    SampleReference reference;
+};
+
+/// shared: the folder that paths are also kept relative to. progress as for readSoundFile. Fails
+/// with one line that names the file. MAIN or WORKER.
+Result<LoadedSample> readSample(const std::filesystem::path& path,
+                                const std::filesystem::path& shared,
+                                const std::function<bool(double)>& progress = {});
+
+/// What the reference of a state means: a file with its content wherever that was moved to
+/// (findSample), else the embedded copy, under the reference as it is, else a file of its name that
+/// holds another sound now. Fails with one line that names the file. MAIN or WORKER.
+Result<LoadedSample> readReferencedSample(const SampleReference& reference, const Folders& folders,
+                                          const std::function<bool(double)>& progress = {});
+
+} // namespace zephyra

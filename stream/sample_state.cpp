@@ -1,0 +1,82 @@
+#include "stream/sample_state.h"
+
+#include "platform/log.h"
+#include "stream/embedded_sample.h"
+#include "stream/sample_search.h"
+
+#include <filesystem>
+#include <memory>
+#include <utility>
+
+namespace zephyra {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+PropertyDictionary fileState(const SampleReference& reference) {
+    return {{"Path", reference.path},
+            {"RelativePath", reference.relativePath},
+            {"ContentHash", reference.contentHash},
+            {"SampleRate", reference.sampleRate}};
+}
+
+/// What to look for on any machine.
+SampleReference movable(SampleReference reference, const Folders& folders) {
+    if (reference.relativePath.empty())
+        reference.relativePath = pathBelow(reference.path, folders.resources);
+    if (!reference.relativePath.empty())
+        reference.path = fs::path(reference.relativePath).filename().string();
+    return reference;
+}
+
+/// Null for none. Whatever the setting says, the only copy of a sound is not thrown away.
+const PropertyDictionary* embeddedAudio(MOK_SCRUB_GRANULATOR& stream) {
+    const SampleReference& reference = stream.sampleReference();
+    if (!reference.embedded || !reference.embedded->isOnlyCopy) {
+        const auto sound = stream.waveForm().fileSound();
+        const Instance& instance = stream.instance();
+        if (reference.frames == 0 || !isEmbeddable(*sound, embedSeconds(instance.defaults)))
+            return nullptr;
+        if (!reference.embedded) {
+            SampleReference encoded = reference;
+            encoded.embedded = embedSample(*sound, reference, instance.folders.resources);
+            stream.setSampleReference(std::move(encoded));
+        }
+    }
+    const PropertyDictionary& audio = stream.sampleReference().embedded->audio;
+    return audio.empty() ? nullptr : &audio;
+}
+
+} // namespace
+
+PropertyDictionary sampleState(MOK_SCRUB_GRANULATOR& stream, StateUse use) {
+    const SampleReference& reference = stream.sampleReference();
+    if (reference.path.empty()) return {};
+    PropertyDictionary state = use == StateUse::session
+                                   ? fileState(reference)
+                                   : fileState(movable(reference, stream.instance().folders));
+    state.insert(reference.unknown.begin(), reference.unknown.end());
+    if (use == StateUse::snapshot) return state;
+    if (const PropertyDictionary* const audio = embeddedAudio(stream)) state["Audio"] = *audio;
+    return state;
+}
+
+std::optional<SampleReference> readSampleState(PropertyReader& state, const std::string& key) {
+    const PropertyDictionary* const dictionary = state.dictionary(key);
+    if (!dictionary) return std::nullopt;
+    PropertyReader reader(*dictionary, key);
+    SampleReference reference;
+    reference.path = reader.text("Path").value_or("");
+    reference.relativePath = reader.text("RelativePath").value_or("");
+    reference.contentHash = reader.text("ContentHash").value_or("");
+    reference.sampleRate = reader.real("SampleRate").value_or(0.0);
+    if (const PropertyDictionary* const audio = reader.dictionary("Audio"))
+        reference.embedded = std::make_shared<EmbeddedSample>(EmbeddedSample{*audio, true});
+    reference.unknown = reader.unknown();
+    if (!reference.path.empty()) return reference;
+    logLine(key + ".Path: empty; the sample's absolute path, or its file name, is needed");
+    return std::nullopt;
+}
+
+} // namespace zephyra

@@ -1,0 +1,141 @@
+// Many renders at a time: their processes, their names, and what becomes of those that fail.
+
+#include "cli/batch_names.h"
+#include "cli/contact_sheet.h"
+#include "cli/process_pool.h"
+#include "tests/cli/program.h"
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <set>
+
+namespace zephyra {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+TEST(ProcessPool, AJobThatDiesOrFailsLeavesTheOthersAlone) {
+    std::map<std::size_t, std::string> ends;
+    double share = 0;
+    const std::string longText(300000, 'x'); // more than a pipe holds
+    const bool all = runJobs(
+        6, 2,
+        [&](std::size_t job, JobLine& line) {
+            line.share(0.5);
+            if (job == 1) std::raise(SIGKILL);
+            line.say('t', job == 2 ? longText : std::to_string(job));
+            return job == 3 ? 9 : 0;
+        },
+        {.said = [&](std::size_t job, char kind,
+                     const std::string& text) { ends[job].append(1, kind).append(text); },
+         .progressed = [&](double done) { share = done; },
+         .ended =
+             [&](std::size_t job, const JobEnd& end) {
+                 ends[job].append("=").append(std::to_string(end.code));
+             }},
+        [] { return false; });
+    EXPECT_TRUE(all);
+    EXPECT_EQ(share, 1.0);
+    EXPECT_EQ(ends[2].size(), longText.size() + 3);
+    ends.erase(2);
+    EXPECT_EQ(ends, (std::map<std::size_t, std::string>{
+                        {0, "t0=0"}, {1, "=-1"}, {3, "t3=9"}, {4, "t4=0"}, {5, "t5=0"}}));
+}
+
+TEST(BatchNames, AreFileNamesOfWhichNoTwoAreAlike) {
+    BatchNames names;
+    names.reserve("contact-sheet");
+    const std::string longName(300, 'n');
+    const struct {
+        std::optional<std::string> input, preset;
+        std::string name;
+    } cases[] = {
+        {"in", "Glass", "in - Glass"},
+        {{}, "Glass", "Glass"},
+        {{}, "glass", "glass 2"}, // a disk may not tell them apart
+        {"Glass", {}, "Glass 3"},
+        {{}, "../../up", "_.._.._up"},
+        {{}, "a\nb", "a_b"},
+        {{}, "", "_"},
+        {{}, "Contact-Sheet", "Contact-Sheet 2"},
+        {{}, longName, std::string(239, 'n')},
+        {{}, longName, std::string(239, 'n') + " 2"},
+        {{}, std::string(238, 'n') + "\u00E9", std::string(238, 'n')},
+    };
+    for (const auto& one : cases) EXPECT_EQ(names.take(one.input, one.preset), one.name);
+}
+
+TEST(ContactSheet, StaysWithinWhatCanBeDrawn) {
+    for (const std::size_t count : {1, 48, 3000}) {
+        const ContactSheet sheet("", std::vector<ContactSheetEntry>(count));
+        EXPECT_LE(std::max(sheet.width(), sheet.height()), ContactSheet::kMostPixels) << count;
+        EXPECT_GT(static_cast<std::size_t>(sheet.width() / 40) *
+                      static_cast<std::size_t>(sheet.height() / 40),
+                  count);
+    }
+}
+
+class Batch : public testing::Test {
+protected:
+    Batch() {
+        writeWav(folder / "in.wav", tone(22050));
+        writeText(folder / "broken.wav", "no sound at all, and long enough to look at");
+        for (const char* preset :
+             {"Glass --set Density=90", "'Tag & Nacht' --set Pitch=7", "Rain --set Jittering=0.1"})
+            run("in.wav --seconds 0.1 -o made.wav --save-bank B --save-preset " +
+                std::string(preset));
+        std::filesystem::remove(folder / "made.wav");
+    }
+    ProgramRun run(const std::string& arguments, const std::string& before = "") const {
+        return runZephyra(folder, "render " + arguments,
+                          "ZEPHYRA_SHARED_FOLDER='" + (folder / "shared").string() + "' " + before);
+    }
+    TemporaryFolder folder;
+};
+
+TEST_F(Batch, EveryInputIsRenderedWithEveryPresetAsItWouldBeAlone) {
+    const ProgramRun ended =
+        run("in.wav broken.wav --bank B --preset '*' --out-dir out --seed 7 --json");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 3) << ended.err;
+    EXPECT_THAT(ended.err, HasSubstr("broken - Glass: "));
+    const json reports = json::parse(ended.out, nullptr, false);
+    ASSERT_EQ(reports.size(), 6u) << ended.out;
+    EXPECT_EQ(reports[1]["preset"], "Tag & Nacht");
+    EXPECT_TRUE(reports[3].contains("error"));
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder / "out"))
+        names.insert(entry.path().filename().string());
+    EXPECT_THAT(names, testing::ElementsAre("contact-sheet.png", "in - Glass.png", "in - Glass.wav",
+                                            "in - Rain.png", "in - Rain.wav",
+                                            "in - Tag & Nacht.png", "in - Tag & Nacht.wav"));
+    for (const char* preset : {"Glass", "Rain"}) {
+        run(std::string("in.wav --seed 7 -o alone.wav --bank B --preset ") + preset);
+        EXPECT_TRUE(readText(folder / "alone.wav") ==
+                    readText(folder / ("out/in - " + std::string(preset) + ".wav")))
+            << preset;
+    }
+}
+
+TEST_F(Batch, AnInterruptEndsAllAndLeavesNoHalfFiles) {
+    const ProgramRun ended = run("in.wav --bank B --preset '*' --out-dir out --seconds 80000",
+                                 "timeout --foreground --preserve-status -s INT 1");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_THAT(ended.err, HasSubstr("interrupted; 0 of 3 renders were written"));
+    EXPECT_TRUE(std::filesystem::is_empty(folder / "out"));
+}
+
+TEST_F(Batch, NothingThatIsReadIsReplaced) {
+    const auto sound = readText(folder / "in.wav");
+    std::filesystem::copy_file(folder / "in.wav", folder / "two.wav");
+    const ProgramRun ended = run("in.wav two.wav --out-dir .");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_THAT(ended.err, HasSubstr("would replace INPUT"));
+    EXPECT_TRUE(readText(folder / "in.wav") == sound);
+}
+
+} // namespace
+} // namespace zephyra

@@ -1,0 +1,259 @@
+// What the commands about banks, presets, samples and folders do with real folders.
+
+#include "cli/preset_names.h"
+#include "library/bank_edits.h"
+#include "tests/cli/program.h"
+
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+namespace zephyra {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+PropertyDictionary preset(const std::string& name, double density = 200.25) {
+    return {{kSnapshotTags, name}, {"Density_0", density}};
+}
+
+/// A user's folder and a factory's, and the program that works in them.
+class Library : public testing::Test {
+protected:
+    Library() {
+        std::filesystem::create_directory(shared());
+        std::filesystem::create_directory(factory());
+        put(shared() / "Clouds.zephyra",
+            {{"0 - a", preset("Haze")}, {"1 - b", preset("Rain")}, {"2 - c", preset("rain")}});
+        put(factory() / "Drones.zephyra", {{"0 - a", preset("Deep")}});
+    }
+
+    std::filesystem::path shared() const { return folder_ / "shared"; }
+    std::filesystem::path factory() const { return folder_ / "factory"; }
+    static void put(const std::filesystem::path& file, const Bank& bank) {
+        const auto written = writeBank(file, bank);
+        ASSERT_TRUE(written) << written.message();
+    }
+    static Bank bankIn(const std::filesystem::path& file) {
+        auto read = readBank(file);
+        EXPECT_TRUE(read) << read.message();
+        return read ? std::move(read.value().bank) : Bank();
+    }
+    /// The display names, in the order of the list.
+    std::vector<std::string> names(const std::string& bank) const {
+        const Bank content = bankIn(shared() / (bank + ".zephyra"));
+        std::vector<std::string> names;
+        for (const std::string& key : sortedKeys(content))
+            names.push_back(snapshotTag(content, key).value_or("?"));
+        return names;
+    }
+    ProgramRun run(const std::string& arguments) const {
+        return runZephyra(folder_, arguments,
+                          "SOURCE_DATE_EPOCH=1794750533 TZ=UTC ZEPHYRA_SHARED_FOLDER=shared "
+                          "ZEPHYRA_RESOURCE_FOLDER=factory");
+    }
+    /// Of a run that must end well.
+    std::string out(const std::string& arguments) const {
+        const ProgramRun ran = run(arguments);
+        EXPECT_EQ(ran.code, 0) << arguments << ": " << ran.err;
+        return ran.out;
+    }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(Library, ANameMeansABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
+    put(shared() / "Mist.zephyra", {{"0 - a", preset("3")},
+                                    {"1 - b", preset("x")},
+                                    {"2 - c", preset("x")},
+                                    {"3 - d", preset("Über")}});
+    put(shared() / "mist.zephyra", {});
+    const Folders folders{shared(), factory()};
+    BankFolder banks(folders);
+    const std::pair<const char*, const char*> bankNames[] = {
+        {"Clouds", "Clouds.zephyra"}, {"clouds.ZEPHYRA", "Clouds.zephyra"},
+        {"DRONES", "Drones.zephyra"}, {"mist", "mist.zephyra"},
+        {"MIST", "2 banks"},          {"Cluods", "nearest is \"Clouds\""},
+    };
+    for (const auto& [typed, expected] : bankNames) {
+        const auto found = findBank(banks, typed);
+        EXPECT_THAT(found ? found.value() : found.message(), HasSubstr(expected)) << typed;
+    }
+    const std::pair<const char*, const char*> presetNames[] = {
+        {"3", "0 - a"},     {"#3", "2 - c"},       {"2", "1 - b"},
+        {"2 - c", "2 - c"}, {"ÜBER", "3 - d"},     {"x", "2 presets \"x\""},
+        {"X", ": 2, 3"},    {"5", "are 1 to 4"},   {"0", "has no preset"},
+        {"ubr", "nearest"}, {"", "has no preset"},
+    };
+    for (const auto& [typed, expected] : presetNames) {
+        const auto found = findPresets(banks, "Mist.zephyra", typed);
+        EXPECT_THAT(found ? found.value().front() : found.message(), HasSubstr(expected)) << typed;
+    }
+    EXPECT_THAT(findPresets(banks, "Mist.zephyra", "*").value(),
+                ElementsAre("0 - a", "1 - b", "2 - c", "3 - d"));
+}
+
+TEST_F(Library, WhatIsWrongStandsInOneLineAndChangesNothing) {
+    writeText(folder_ / "sound.wav", "");
+    writeText(folder_ / "broken.zephyra", "no bank");
+    const struct {
+        const char* arguments;
+        int code;
+        const char* said;
+    } cases[] = {
+        {"bank", 2, "nearest is banks"},
+        {"--shared-folder d bnks", 2, "there is no command \"bnks\"; the nearest is banks"},
+        {"preset", 2, "preset needs what to do: show, export, import, rename, delete, copy or"},
+        {"preset shwo Clouds", 2, "there is no preset command \"shwo\"; the nearest is show"},
+        {"preset copy Clouds", 2, "preset copy needs PRESET and TO-BANK"},
+        {"preset rename Clouds", 2, "preset rename needs BANK [PRESET] NEW"},
+        {"preset show Clouds Haze x", 2, "\"x\" is one word too many"},
+        {"preset show Clouds Haze --jsn", 2, "nearest is --json"},
+        {"where now", 2, "only options"},
+        {"banks --search ''", 2, "--search takes a part of a name"},
+        {"banks --shared-folder ''", 2, "--shared-folder takes a folder's name"},
+        {"samples import", 2, "samples import needs FILE"},
+        {"banks Cluods", 1, "the nearest is \"Clouds\""},
+        {"preset show Clouds RAIN", 1, "2 presets \"RAIN\"; name one by its number: 2, 3"},
+        {"preset delete Clouds", 2, "would delete \"Clouds\" with 3 presets for good; add --yes"},
+        {"preset delete Clouds Haze", 2, "would delete \"Haze\" of \"Clouds\" for good"},
+        {"preset delete Drones --yes", 1, "came with the program"},
+        {"preset rename Drones Mine", 1, "came with the program"},
+        {"preset rename Clouds ../Up", 2, "no bank can be called \"../Up\""},
+        {"preset rename Clouds Haze Rain", 1, "has a preset \"Rain\" already"},
+        {"preset move Clouds Haze", 2, "a position or --to BANK"},
+        {"preset move Clouds Haze 4", 2, "a number from 1 to 3"},
+        {"preset move Clouds Haze --to clouds", 2, "the preset's own bank"},
+        {"preset copy Clouds Haze a/b", 1, "no bank can be called \"a/b\""},
+        {"preset export Clouds -o out.wav", 2, "ends in .zephyra"},
+        {"preset export Clouds -o shared/x.zephyra", 2, "among the banks in use"},
+        {"preset export Clouds -o broken.zephyra", 1, "broken.zephyra is there already"},
+        {"preset import sound.wav", 1, "name a file that ends in .zephyra"},
+        {"preset import broken.zephyra", 1, "broken.zephyra"},
+        {"preset import shared/Clouds.zephyra", 1, "there already; choose another name with --as"},
+        {"samples import broken.zephyra", 1, "ends in one of raw, wav"},
+        {"samples import none.wav", 1, "none.wav"},
+        {"check none.zephyra", 1, "none.zephyra"},
+    };
+    const std::string before = readText(shared() / "Clouds.zephyra");
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.arguments);
+        const ProgramRun ran = run(one.arguments);
+        EXPECT_EQ(ran.code, one.code);
+        EXPECT_THAT(ran.err, HasSubstr(one.said));
+        EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
+        EXPECT_EQ(ran.out, "");
+        EXPECT_TRUE(readText(shared() / "Clouds.zephyra") == before);
+        EXPECT_EQ(folder_.entries(), 4) << "a file was left behind";
+    }
+}
+
+TEST_F(Library, ListsBanksAndPresetsAndFindsThemByNameAndLeavesFoldersAlone) {
+    put(shared() / "Storm.zephyra",
+        {{"0 - a",
+          {PropertyDictionary{{kSnapshotTags, "Big\nrain"},
+                              {"LIVE_0", true},
+                              {"Sample_0", PropertyDictionary{{"Path", "/a/b.wav"}}}}}}});
+    writeText(shared() / "Bad.zephyra", "no bank");
+    const std::string all = out("banks");
+    EXPECT_THAT(all, HasSubstr("Clouds  user     3 presets\n"));
+    EXPECT_THAT(all, HasSubstr("Drones  factory  1 preset\n"));
+    EXPECT_THAT(all, HasSubstr("Bad     user     cannot be read: "));
+    EXPECT_THAT(out("banks clouds"), HasSubstr("2  Rain  1 - b  no sound\n"));
+
+    const auto found = nlohmann::json::parse(out("banks --search RAIN --json"));
+    ASSERT_EQ(found.size(), 3u); // two of Clouds, one of Storm
+    EXPECT_EQ(found[2]["name"], "Big\nrain");
+    EXPECT_THAT(out("banks --search big"), HasSubstr("Storm  1  Big?rain  0 - a\n"));
+    EXPECT_THAT(out("banks storm"), HasSubstr("live input"));
+
+    // half way from 0.5 to 400 Hz on a knob that bends by the third power: 0.5 + 399.5 / 8
+    EXPECT_THAT(out("preset show clouds haze"), HasSubstr("Density  50.4375 Hz\n"));
+    EXPECT_EQ(nlohmann::json::parse(out("preset show clouds '#1' --json"))["record"]["Density_0"],
+              200.25);
+    EXPECT_THAT(out("banks --shared-folder none"), HasSubstr("Drones"));
+    EXPECT_THAT(out("--shared-folder none where"), HasSubstr("--shared-folder, does not exist"));
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "none"));
+}
+
+TEST_F(Library, PresetsAreCopiedMovedRenamedAndDeletedUnderNewKeys) {
+    out("preset copy Drones deep Clouds");
+    EXPECT_THAT(names("Clouds"), ElementsAre("Haze", "Rain", "rain", "Deep"));
+    EXPECT_TRUE(bankIn(shared() / "Clouds.zephyra").contains("3 - 15.11.2026 | 13:48:53"));
+    EXPECT_THAT(out("preset copy Clouds Haze clouds"), HasSubstr("\"Haze 2\" is in \"Clouds\""));
+    out("preset move Clouds 'haze 2' 2");
+    EXPECT_THAT(names("Clouds"), ElementsAre("Haze", "Haze 2", "Rain", "rain", "Deep"));
+    out("preset rename Clouds 4 Drizzle");
+    out("preset move Clouds Drizzle --to New");
+    EXPECT_THAT(names("Clouds"), ElementsAre("Haze", "Haze 2", "Rain", "Deep"));
+    EXPECT_THAT(names("New"), ElementsAre("Drizzle"));
+    out("preset delete Clouds Rain --yes");
+    EXPECT_THAT(names("Clouds"), ElementsAre("Haze", "Haze 2", "Deep"));
+    out("preset rename new Newer");
+    out("preset delete Newer --yes");
+    EXPECT_THAT(out("banks"), testing::Not(HasSubstr("New")));
+    out("preset copy Clouds '*' Drones"); // saving into a factory's bank makes the user's own
+    EXPECT_THAT(names("Drones"), ElementsAre("Deep", "Haze", "Haze 2", "Deep 2"));
+    for (int i = 0; i < 2; ++i) out("preset copy Drones '*' Drones");
+    out("preset copy Drones '*' Copy"); // of 16, whose keys would be sorted as text
+    EXPECT_EQ(names("Copy"), names("Drones"));
+    EXPECT_THAT(names("Copy")[15], "Deep 2 2 2");
+}
+
+TEST_F(Library, ABankThatWasExportedIsTheSameOnAnotherMachineAndBringsItsSound) {
+    writeWav(folder_ / "tone.wav", tone(2000));
+    EXPECT_EQ(out("samples import tone.wav"), "tone.wav is there\n");
+    EXPECT_THAT(out("samples"), HasSubstr("tone.wav"));
+    PropertyDictionary played = preset("Played");
+    played["Sample_0"] = PropertyDictionary{{"Path", "tone.wav"}, {"RelativePath", "tone.wav"}};
+    put(shared() / "Clouds.zephyra", {{"0 - a", played}, {"1 - b", preset("Silent")}});
+
+    EXPECT_EQ(out("preset export Clouds -o away.zephyra"), "away.zephyra holds 2 presets\n");
+    const std::string elsewhere = " --shared-folder " + (folder_ / "elsewhere").string();
+    out("preset import away.zephyra --as Here" + elsewhere);
+    Bank arrived = bankIn(folder_ / "elsewhere/Here.zephyra");
+    EXPECT_EQ(recordOf(arrived, "0 - a")->at("Sample_0").as<PropertyDictionary>()->erase("Audio"),
+              1u);
+    EXPECT_TRUE(arrived == bankIn(shared() / "Clouds.zephyra"));
+    EXPECT_EQ(out("check elsewhere/Here.zephyra" + elsewhere), "2 presets, nothing wrong\n");
+
+    EXPECT_EQ(run("samples import tone.wav").code, 1);
+    EXPECT_EQ(out("samples import tone.wav --as bell"), "bell.wav is there\n");
+    writeText(folder_ / "tone.wav", "other");
+    out("samples import tone.wav --yes");
+    EXPECT_TRUE(readText(shared() / "tone.wav") == "other");
+}
+
+TEST_F(Library, CheckNamesWhatIsWrongAtItsKeyAndMendsACopyOnly) {
+    PropertyDictionary wrong = preset("Wrong");
+    wrong["Pan_0"] = "left";
+    wrong["Sample_0"] = PropertyDictionary{{"Path", "/gone/bird.wav"}};
+    put(shared() / "Bad.zephyra", {{"0 - a", preset("Fine")}, {"1 - b", wrong}});
+    const ProgramRun checked = run("check shared/Bad.zephyra");
+    EXPECT_EQ(checked.code, 1);
+    EXPECT_THAT(checked.out, HasSubstr("1 - b.Pan_0: a value of type string"));
+    EXPECT_THAT(checked.out, HasSubstr("1 - b.Sample_0: "));
+    EXPECT_THAT(checked.out, HasSubstr("/gone/bird.wav"));
+    EXPECT_THAT(checked.out, testing::Not(HasSubstr("0 - a")));
+
+    const std::string whole = readText(shared() / "Bad.zephyra");
+    const std::string cut = whole.substr(0, whole.find("Wrong"));
+    writeText(shared() / "Bad.zephyra", cut);
+    EXPECT_EQ(run("check shared/Bad.zephyra").code, 1);
+    EXPECT_THAT(out("check shared/Bad.zephyra --repair"), HasSubstr("1 could not be saved"));
+    EXPECT_THAT(names("Bad (mended)"), ElementsAre("Fine"));
+    EXPECT_EQ(out("check 'shared/Bad (mended).zephyra'"), "1 preset, nothing wrong\n");
+    EXPECT_TRUE(readText(shared() / "Bad.zephyra") == cut);
+    EXPECT_THAT(run("check shared/Bad.zephyra --repair").err, HasSubstr("is there already"));
+
+    writeText(shared() / "Bad.zephyra", whole); // what a repair drops is what cannot be used
+    std::filesystem::remove(shared() / "Bad (mended).zephyra");
+    out("check shared/Bad.zephyra --repair");
+    Bank mended = bankIn(shared() / "Bad (mended).zephyra");
+    EXPECT_FALSE(recordOf(mended, "1 - b")->contains("Pan_0"));
+    EXPECT_TRUE(recordOf(mended, "1 - b")->contains("Sample_0"));
+}
+
+} // namespace
+} // namespace zephyra

@@ -1,0 +1,127 @@
+#include "library/bank_check.h"
+
+#include "library/bank_edits.h"
+
+#include <chrono>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace zephyra {
+namespace {
+
+using ::testing::ElementsAre;
+
+std::span<const std::byte> bytesOf(const std::string& text) {
+    return std::as_bytes(std::span(text));
+}
+
+PropertyDictionary named(const char* name) {
+    return {{kSnapshotTags, name}, {"Density_0", 0.5}, {"Inner", PropertyDictionary{{"x", 1}}}};
+}
+
+/// Three presets as their file has them.
+std::string soundText() {
+    return writePropertyList(Bank{{"0-a", named("A")}, {"1-b&c", named("B")}, {"2-d", named("D")}})
+        .value();
+}
+
+std::string replaced(std::string text, const std::string& what, const std::string& by) {
+    const std::size_t at = text.find(what);
+    EXPECT_NE(at, std::string::npos) << what;
+    return at == std::string::npos ? text : text.replace(at, what.size(), by);
+}
+
+std::vector<std::string> keysOf(const std::vector<BankFinding>& findings) {
+    std::vector<std::string> keys;
+    for (const BankFinding& finding : findings)
+        keys.push_back((finding.fatal ? "!" : "") + finding.key);
+    return keys;
+}
+
+TEST(BankCheck, NamesTheKeyOfEveryFinding) {
+    const Bank bank = {{"0-a", named("A")},
+                       {"1 - b", "text"},
+                       {"2 - c", PropertyDictionary{}},
+                       {"3 - d", PropertyDictionary{{kSnapshotTags, 3}}},
+                       {"4 - e", named("A")},
+                       {"f", named("F")}};
+    const std::string text = writePropertyList(bank).value();
+    const auto findings =
+        checkBank(bytesOf(text), [](const std::string& key, const PropertyDictionary& record) {
+            std::vector<BankFinding> found;
+            if (key == "0-a" && record.contains("Density_0"))
+                found.push_back({key + ".Density_0", "is wrong"});
+            return found;
+        });
+    EXPECT_THAT(keysOf(findings), ElementsAre("0-a.Density_0", "!1 - b", "2 - c",
+                                              "3 - d.SnapshotTags", "4 - e", "f"));
+    EXPECT_THAT(checkBank(bytesOf(soundText())), ElementsAre());
+    EXPECT_THAT(keysOf(checkBank(bytesOf("no list"))), ElementsAre("!"));
+    EXPECT_THAT(keysOf(checkBank(bytesOf("<plist><array/></plist>"))), ElementsAre("!"));
+}
+
+TEST(BankCheck, MendingKeepsEveryPresetThatIsWhole) {
+    struct Damage {
+        const char* how;
+        std::string text;
+        std::vector<std::string> kept; // keys
+        std::size_t lost, notes;
+    };
+    const std::vector<std::string> all = {"0-a", "1-b&c", "2-d"};
+    const std::string sound = soundText();
+    const std::size_t second = sound.find("\t<key>1");
+    const std::string rest = sound.substr(second);
+    std::string line = sound;
+    std::erase_if(line, [](char byte) { return byte == '\n' || byte == '\t'; });
+    const Damage damages[] = {
+        {"cut off", sound.substr(0, sound.rfind("</dict>") - 9), {"0-a", "1-b&c"}, 1, 1},
+        {"no end", sound.substr(0, second) + replaced(rest, "</dict>", ""), {"0-a", "2-d"}, 1, 1},
+        {"ends too many", replaced(line, "<key>x</key>", "</dict></dict>"), all, 1, 3},
+        {"no number", replaced(line, "<real>0.5", "<real>half"), {"1-b&c", "2-d"}, 1, 1},
+        {"no beginning", rest.substr(20), {"2-d"}, 0, 0},
+        {"comment", replaced(sound, "</plist>", "<!--<key>3</key><dict/>-->"), all, 0, 0},
+        {"key twice", replaced(sound, "2-d", "0-a"), {"0-a", "0-a (2)", "1-b&c"}, 0, 0},
+        {"no dictionary", replaced(sound, "</plist>", "\n\t<key>3</key>\n\t<true/>"), all, 1, 1},
+    };
+    for (const Damage& damage : damages) {
+        SCOPED_TRACE(damage.how);
+        EXPECT_TRUE(checkBank(bytesOf(damage.text)).front().fatal);
+        const auto mended = mendBank(bytesOf(damage.text));
+        ASSERT_TRUE(mended);
+        EXPECT_EQ(sortedKeys(mended->bank), damage.kept);
+        EXPECT_EQ(mended->lost, damage.lost);
+        EXPECT_EQ(mended->notes.size(), damage.notes);
+        for (const auto& [key, record] : mended->bank)
+            EXPECT_EQ(record.as<PropertyDictionary>()->size(), 3u) << key;
+    }
+}
+
+TEST(BankCheck, MendingNamesTheUnnamedAndLeavesOutWhatIsFoundWrong) {
+    const Bank bank = {{"0-a.b", PropertyDictionary{{"Bad", 1}, {"Good", 2}}}, {"1 - c", 7}};
+    const auto mended = mendBank(bytesOf(writePropertyList(bank).value()),
+                                 [](const std::string& key, const PropertyDictionary&) {
+                                     return std::vector<BankFinding>{{key + ".Bad", "is bad"}};
+                                 });
+    ASSERT_TRUE(mended);
+    const Bank expected = {{"0-a.b", PropertyDictionary{{"Good", 2}, {kSnapshotTags, kUnnamed}}}};
+    EXPECT_TRUE(mended->bank == expected);
+    EXPECT_EQ(mended->notes.size(), 3u);
+    for (const char* const text : {"", "no list", "bplist00", "<plist><dict><key>a</key>"})
+        EXPECT_FALSE(mendBank(bytesOf(text))) << text;
+}
+
+TEST(BankCheck, TakesNoLongerThanTheTextOfAHostileFileIsLong) {
+    const auto start = std::chrono::steady_clock::now();
+    for (const char* const piece :
+         {"<!--", "<![CDATA[", "<key>", "<dict>", "\n\t<key>a</key><dict>", "\n<key>a</key><dict/>",
+          "<", "</dict>"}) {
+        std::string text = "<plist><dict>\n<key>a</key>";
+        while (text.size() < 1'000'000) text += piece;
+        static_cast<void>(mendBank(bytesOf(text)));
+        EXPECT_LE(checkBank(bytesOf(text)).size(), kMostFindings + 1) << piece;
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
+}
+
+} // namespace
+} // namespace zephyra

@@ -1,0 +1,237 @@
+#include "library/bank_edits.h"
+#include "library/bank_folder.h"
+#include "tests/library/bank_fixture.h"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <gtest/gtest.h>
+#include <random>
+#include <set>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace zephyra {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kName = "Bank.zephyra";
+
+/// Where a bank stands before it is saved into.
+enum class Start { nowhere, shared, factory };
+constexpr Start kStarts[] = {Start::nowhere, Start::shared, Start::factory};
+
+/// In memory where that can be had: a disk takes long to flush what hundreds of saves write.
+fs::path quickFolder() {
+    const fs::path memory = "/dev/shm";
+    return fs::is_directory(memory) ? memory : fs::temp_directory_path();
+}
+
+/// New folders with the bank "0 - old" where start says.
+struct Place {
+    explicit Place(Start start, const fs::path& parent = quickFolder()) : top(parent) {
+        if (start == Start::nowhere) return; // the folder is missing, too
+        const fs::path folder = start == Start::shared ? shared : resources;
+        fs::create_directories(folder);
+        EXPECT_TRUE(writeBank(folder / kName, {{"0 - old", named("Old")}}));
+        before = {"0 - old"};
+    }
+
+    fs::path bank() const { return shared / kName; }
+    /// The keys that stand on disk; the test fails for a bank that is not whole.
+    std::set<std::string> onDisk() const {
+        const bool isUsers = fs::exists(bank());
+        std::set<std::string> keys;
+        if (!isUsers && before.empty()) return keys;
+        const auto read = readBank(isUsers ? bank() : resources / kName);
+        EXPECT_TRUE(read) << read.message();
+        if (!read) return keys;
+        for (const auto& entry : read.value().bank) keys.insert(entry.first);
+        return keys;
+    }
+    std::set<std::string> with(std::initializer_list<std::string> added) const {
+        std::set<std::string> keys = before;
+        keys.insert(added);
+        return keys;
+    }
+
+    TemporaryFolder top;
+    fs::path shared = top / "data" / "zephyra", resources = top / "resources";
+    Folders folders{shared, resources};
+    std::set<std::string> before;
+};
+
+/// The calls by which a preset is saved.
+int pointsOfSave(Start start) {
+    const Place place(start);
+    int points = 0;
+    const GateScope gate([&points](FileCall, const fs::path&) {
+        ++points;
+        return 0;
+    });
+    EXPECT_EQ(BankFolder(place.folders).change(kName, adding("1 - new")).problem, "");
+    return points;
+}
+
+/// Saves while call number `point` fails, and all after it where the trouble lasts.
+void saveWith(int point, int error, bool lasts, Start start) {
+    const Place place(start);
+    BankFolder banks(place.folders);
+    BankFolder::Changed changed;
+    {
+        int call = 0;
+        const GateScope gate([&](FileCall, const fs::path&) {
+            return ++call == point || (lasts && call > point) ? error : 0;
+        });
+        changed = banks.change(kName, adding("1 - new"));
+    }
+    ASSERT_TRUE(changed.applied && changed.content && changed.content->contains("1 - new"));
+    const auto onDisk = place.onDisk();
+    const bool isNew = onDisk == place.with({"1 - new"});
+    EXPECT_TRUE(isNew || onDisk == place.before);
+    EXPECT_EQ(changed.problem.empty(), isNew) << changed.problem;
+    const auto shown = banks.read(kName);
+    ASSERT_TRUE(shown) << shown.message();
+    EXPECT_EQ(shown.value()->size(), place.before.size() + 1);
+    EXPECT_EQ(banks.change(kName, adding("2 - later")).problem, "");
+    EXPECT_EQ(place.onDisk(), place.with({"1 - new", "2 - later"}));
+}
+
+TEST(BankCrash, ASaveThatFailsAtAnyFileCallLeavesTheOldOrTheNewBankAndLosesNothing) {
+    int points = 0;
+    for (const Start start : kStarts) {
+        const int ofThis = pointsOfSave(start);
+        points += ofThis;
+        for (int i = 0; i < 6 * ofThis && !HasFatalFailure(); ++i) {
+            const int point = 1 + i / 6,
+                      error = std::array{ENOSPC, EACCES, EIO}[static_cast<std::size_t>(i % 3)];
+            SCOPED_TRACE(testing::Message() << "start " << static_cast<int>(start) << ", point "
+                                            << point << ", case " << i % 6);
+            saveWith(point, error, i % 6 > 2, start);
+        }
+    }
+    EXPECT_GT(points, 60); // so many calls three saves make at least
+    RecordProperty("points", points);
+}
+
+/// Runs work in a process of its own, which ends with its answer.
+pid_t inChild(const std::function<int()>& work) {
+    const pid_t child = ::fork();
+    if (child == 0) ::_exit(work());
+    return child;
+}
+
+int exitCode(pid_t child) {
+    int status = 0;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(BankCrash, AProcessThatDiesAtAnyFileCallLeavesTheOldOrTheNewBankAndTheLockFree) {
+    constexpr int died = 9;
+    int deaths = 0;
+    for (const Start start : kStarts) {
+        const int points = pointsOfSave(start);
+        for (int point = 1; point <= points; ++point) {
+            SCOPED_TRACE(testing::Message()
+                         << "start " << static_cast<int>(start) << ", point " << point);
+            const Place place(start);
+            const pid_t child = inChild([&] {
+                int call = 0;
+                setFileCallGate([&](FileCall, const fs::path&) {
+                    if (++call == point) ::_exit(died);
+                    return 0;
+                });
+                BankFolder(place.folders).change(kName, adding("1 - new"));
+                return 0;
+            });
+            ASSERT_EQ(exitCode(child), died);
+            const auto onDisk = place.onDisk();
+            EXPECT_TRUE(onDisk == place.before || onDisk == place.with({"1 - new"}));
+            EXPECT_EQ(BankFolder(place.folders).change(kName, adding("2 - later")).problem, "");
+            EXPECT_EQ(place.onDisk().size(), onDisk.size() + 1);
+            ++deaths;
+        }
+    }
+    RecordProperty("deaths", deaths);
+}
+
+/// Saves presets until somebody ends the process, and tells of each one that stands on disk.
+int saveForEver(const Folders& folders, int tell) {
+    BankFolder banks(folders);
+    for (std::uint32_t count = 0;; ++count) {
+        if (!banks.change(kName, adding(std::to_string(count))).problem.empty()) return 1;
+        if (::write(tell, &count, sizeof count) != sizeof count) return 2;
+    }
+}
+
+TEST(BankCrash, AProcessThatIsKilledWhileItSavesLosesNothingThatItSaved) {
+    const Place place(Start::nowhere);
+    std::mt19937 random(5);
+    std::uniform_int_distribution<int> microseconds(500, 40'000);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(3);
+    int kills = 0;
+    std::size_t saves = 0;
+    while (std::chrono::steady_clock::now() < end) {
+        fs::remove(place.bank());
+        int ends[2];
+        ASSERT_EQ(::pipe(ends), 0);
+        const pid_t child = inChild([&] { return saveForEver(place.folders, ends[1]); });
+        ::close(ends[1]);
+        std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
+        ::kill(child, SIGKILL);
+        ASSERT_EQ(exitCode(child), -1);
+        std::size_t told = 0;
+        for (std::uint32_t count = 0; ::read(ends[0], &count, sizeof count) == sizeof count;)
+            told = count + 1;
+        ::close(ends[0]);
+        const std::size_t kept = place.onDisk().size();
+        // One more when it was killed between saving and telling.
+        ASSERT_TRUE(kept == told || kept == told + 1) << kept << " of " << told;
+        saves += told;
+        ++kills;
+    }
+    EXPECT_GT(saves, 0u);
+    EXPECT_EQ(BankFolder(place.folders).change(kName, adding("later")).problem, "");
+    RecordProperty("kills", kills);
+    RecordProperty("saves", static_cast<int>(saves));
+}
+
+TEST(BankCrash, TwoProcessesThatSaveIntoOneBankLoseNothing) {
+    constexpr int presets = 100;
+    const Place place(Start::nowhere, fs::temp_directory_path());
+    const auto saveAll = [&place](const char* who) {
+        BankFolder banks(place.folders);
+        for (int i = 0; i < presets; ++i) {
+            const auto changed = banks.change(kName, [&](Bank& bank) {
+                const std::string key = std::to_string(bank.size()) + " - ";
+                return bank.emplace(key + who, named(who + std::to_string(i))).second;
+            });
+            if (!changed.problem.empty() || !changed.applied) return 1;
+        }
+        return 0;
+    };
+    const pid_t first = inChild([&] { return saveAll("a"); });
+    const pid_t second = inChild([&] { return saveAll("b"); });
+    EXPECT_EQ(exitCode(first), 0);
+    EXPECT_EQ(exitCode(second), 0);
+    std::set<std::string> names;
+    const auto bank = readBank(place.bank());
+    ASSERT_TRUE(bank) << bank.message();
+    for (const auto& entry : bank.value().bank)
+        names.insert(snapshotTag(entry.second).value_or(""));
+    EXPECT_EQ(bank.value().bank.size(), 2u * presets);
+    EXPECT_EQ(names.size(), 2u * presets);
+    for (int i = 0; i < 2 * presets; ++i) {
+        const auto key = std::to_string(i) + " - ";
+        EXPECT_EQ(bank.value().bank.contains(key + "a") + bank.value().bank.contains(key + "b"), 1)
+            << key;
+    }
+}
+
+} // namespace
+} // namespace zephyra

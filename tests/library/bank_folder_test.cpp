@@ -1,0 +1,205 @@
+#include "library/bank_folder.h"
+
+#include "library/bank_edits.h"
+#include "platform/file_calls.h"
+#include "tests/library/bank_fixture.h"
+
+#include <cerrno>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace zephyra {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+const std::string kName = "Bank.zephyra";
+
+/// Two folders, with a factory bank, and what is done to the user's.
+class BankFolderTest : public BankFixture {
+protected:
+    BankFolderTest() { EXPECT_TRUE(writeBank(factory(), {{"0 - f", named("F")}})); }
+
+    fs::path factory() const { return folders_.resources / "Factory.zephyra"; }
+    std::vector<std::string> keys(const std::string& name) {
+        const auto content = banks_.read(name);
+        return content ? sortedKeys(*content.value()) : std::vector{content.message()};
+    }
+
+    BankFolder banks_{folders_};
+};
+
+TEST_F(BankFolderTest, AUsersBankHidesTheFactorysAndStartsWithItsPresets) {
+    writeText(folders_.resources / "no bank.txt", "");
+    writeText(folders_.resources / ".zephyra", "");
+    ASSERT_TRUE(banks_.create("a.zephyra").value());
+    ASSERT_FALSE(banks_.create("a.zephyra").value());
+    fs::create_directory(folders_.shared / "Z folder.zephyra");
+    EXPECT_THAT(banks_.list(),
+                ElementsAre(ListedBank{"Factory.zephyra", kFactoryMarker},
+                            ListedBank{"Z folder.zephyra"}, ListedBank{"a.zephyra"}));
+    EXPECT_FALSE(banks_.isInSharedFolder("Factory.zephyra"));
+
+    EXPECT_EQ(banks_.change("Factory.zephyra", adding("1 - u")).problem, "");
+    EXPECT_EQ(banks_.list().front(), ListedBank{"Factory.zephyra"});
+    EXPECT_EQ(banks_.locate("Factory.zephyra"), folders_.shared / "Factory.zephyra");
+    EXPECT_THAT(keys("Factory.zephyra"), ElementsAre("0 - f", "1 - u"));
+    EXPECT_EQ(readBank(factory()).value().bank.size(), 1u);
+}
+
+TEST_F(BankFolderTest, OnlyPlainFileNamesOfBanksAreTaken) {
+    const std::string decomposed = "Ka\xcc\x88se v1.2 \xe9\x9f\xb3.zephyra";
+    EXPECT_EQ(banks_.change(decomposed, adding("0 - a")).problem, "");
+    EXPECT_THAT(banks_.list().back(), (ListedBank{decomposed}));
+    EXPECT_FALSE(banks_.rename(decomposed, decomposed).value()); // taken
+    const std::string names[] = {"../x.zephyra",
+                                 "a/b.zephyra",
+                                 "/x.zephyra",
+                                 "..",
+                                 "",
+                                 "x.wav",
+                                 ".zephyra",
+                                 "x",
+                                 std::string("a\0.zephyra", 10),
+                                 "a\n.zephyra",
+                                 "\xff.zephyra",
+                                 std::string(292, 'n') + ".zephyra"};
+    for (const std::string& name : names) {
+        SCOPED_TRACE(name);
+        const auto changed = banks_.change(name, adding("0 - a"));
+        EXPECT_TRUE(changed.refused && changed.problem == "Invalid file name");
+        EXPECT_FALSE(banks_.read(name) || banks_.summary(name) || banks_.create(name) ||
+                     banks_.remove(name) || banks_.rename(decomposed, name) ||
+                     banks_.rename(name, "to.zephyra"));
+        EXPECT_EQ(banks_.locate(name), fs::path());
+    }
+    EXPECT_EQ(shared_.entries(), 2);                 // with the lock
+    writeText(folders_.shared / "\xff.zephyra", ""); // which no session could name
+    EXPECT_EQ(banks_.list().size(), 2u);
+}
+
+TEST_F(BankFolderTest, ReadsAFileOnceUntilItChanges) {
+    BankFolder other(folders_);
+    for (const char digit : std::string("01234"))
+        other.change(std::string(1, digit) + ".zephyra", adding("0 - a"));
+    writeText(folders_.shared / "broken.zephyra", "no list");
+    const CallsOf reads(FileCall::read);
+    const auto readsOf = [&](const std::string& name) {
+        const int before = reads.count();
+        EXPECT_EQ(banks_.read(name + ".zephyra").ok(), name != "broken");
+        return reads.count() - before;
+    };
+    EXPECT_TRUE(banks_.summary("0.zephyra") && banks_.summary("0.zephyra"));
+    EXPECT_EQ(reads.count(), 1);
+    // Only the summary of the first was kept, and in the end four others were used later.
+    for (const char* const name : {"broken", "0", "1", "2", "3", "4", "0"}) {
+        EXPECT_EQ(readsOf(name), 1) << name;
+        EXPECT_EQ(readsOf(name), 0) << name;
+    }
+    const int before = reads.count();
+    banks_.change("0.zephyra", adding("1 - b"));
+    EXPECT_EQ(readsOf("0"), 0);
+    EXPECT_EQ(reads.count(), before);
+    other.change("0.zephyra", adding("2 - c"));
+    EXPECT_EQ(readsOf("0"), 1);
+    EXPECT_THAT(keys("0.zephyra"), ElementsAre("0 - a", "1 - b", "2 - c"));
+    writeText(folders_.shared / "broken.zephyra", "<plist><dict/></plist>");
+    EXPECT_TRUE(banks_.read("broken.zephyra"));
+}
+
+TEST_F(BankFolderTest, WhatIsNoBankStaysUntilTheUserAgreesToMoveItAside) {
+    const std::string name = std::string(243, 'n') + "\xc3\xa4.zephyra"; // 253 bytes
+    std::string deep;
+    for (int i = 0; i < 40; ++i) deep = "<array>" + deep + "</array>";
+    const std::string texts[] = {"", "no list", "<plist><array/></plist>",
+                                 "<plist><dict><key>1 - x</key><true/></dict></plist>",
+                                 "<plist><dict><key>a</key><dict><key>b</key>" + deep +
+                                     "</dict></dict></plist>"};
+    for (const std::string& text : texts) {
+        writeText(folders_.shared / name, text);
+        const auto refused = banks_.change(name, adding("0 - a"));
+        EXPECT_TRUE(refused.refused && !refused.content && !refused.applied);
+        EXPECT_THAT(refused.problem, HasSubstr(name));
+        EXPECT_EQ(readText(folders_.shared / name), text);
+        EXPECT_TRUE(std::ranges::count(banks_.list(), ListedBank{name}) == 1);
+    }
+    for (int count = 1; count <= 2; ++count) {
+        writeText(folders_.shared / name, texts[3]);
+        const auto moved =
+            banks_.change(name, adding("0 - a"), nullptr, BankFolder::Unreadable::moveAside);
+        EXPECT_FALSE(moved.refused);
+        EXPECT_EQ(moved.problem, "");
+        EXPECT_THAT(keys(name), ElementsAre("0 - a"));
+        const std::string aside = std::string(count == 1 ? 243 : 242, 'n') +
+                                  (count == 1 ? ".unreadable" : ".unreadable 2");
+        EXPECT_EQ(readText(folders_.shared / aside), texts[3]);
+    }
+}
+
+TEST_F(BankFolderTest, WhatCannotBeWrittenIsShownAndWrittenWithTheNextChange) {
+    ASSERT_EQ(banks_.change(kName, adding("0 - a")).problem, "");
+    const auto fail = [this](const std::string& name, const char* key) {
+        const CallsOf noSpace(FileCall::write, ENOSPC);
+        const auto changed = banks_.change(name, adding(key));
+        EXPECT_TRUE(changed.applied && !changed.refused);
+        EXPECT_THAT(changed.problem, HasSubstr(name));
+        EXPECT_TRUE(changed.content->contains(key));
+    };
+    fail(kName, "1 - b");
+    fail(kName, "2 - c");
+    EXPECT_THAT(keys(kName), ElementsAre("0 - a", "1 - b", "2 - c"));
+    EXPECT_EQ(banks_.summary(kName).value()->snapshots[2].tag, "Name");
+    BankFolder(folders_).change(kName, adding("3 - other"));
+    EXPECT_THAT(keys(kName), ElementsAre("0 - a", "1 - b", "2 - c", "3 - other"));
+
+    EXPECT_TRUE(banks_.rename(kName, "New.zephyra").value());
+    EXPECT_EQ(banks_.retry("New.zephyra").problem, "");
+    EXPECT_EQ(readBank(folders_.shared / "New.zephyra").value().bank.size(), 4u);
+    EXPECT_FALSE(banks_.hasUnwritten("New.zephyra"));
+
+    fail("New.zephyra", "4 - gone");
+    fs::remove(folders_.shared / "New.zephyra");
+    EXPECT_EQ(banks_.change("New.zephyra", adding("5 - d")).problem, "");
+    EXPECT_EQ(readBank(folders_.shared / "New.zephyra").value().bank.size(), 6u);
+
+    fail("Fresh.zephyra", "0 - a");
+    EXPECT_THAT(banks_.list().back(), (ListedBank{"New.zephyra"}));
+    EXPECT_EQ(banks_.list().size(), 3u);
+    EXPECT_FALSE(banks_.create("Fresh.zephyra").value());
+    EXPECT_FALSE(banks_.rename("New.zephyra", "Fresh.zephyra").value());
+    EXPECT_FALSE(banks_.rename("gone.zephyra", "c.zephyra").value());
+    EXPECT_TRUE(banks_.remove("Fresh.zephyra").value());
+    EXPECT_FALSE(banks_.remove("Fresh.zephyra").value());
+    EXPECT_EQ(banks_.list().size(), 2u);
+}
+
+TEST_F(BankFolderTest, WhatCouldNotBeReadAgainIsNotWrittenAndHindersNothing) {
+    PropertyValue deep = PropertyArray{};
+    for (int i = 0; i < 40; ++i) deep = PropertyArray{deep};
+    const auto changed = banks_.change(kName, [&deep](Bank& bank) {
+        return bank.emplace("1 - deep", PropertyDictionary{{"x", deep}}).second;
+    });
+    EXPECT_THAT(changed.problem, HasSubstr("1 - deep.x"));
+    EXPECT_FALSE(changed.applied || banks_.isInSharedFolder(kName));
+    EXPECT_EQ(banks_.change(kName, adding("2 - flat")).problem, "");
+    EXPECT_THAT(keys(kName), ElementsAre("2 - flat"));
+}
+
+TEST_F(BankFolderTest, WithoutFoldersThereIsNothingAndNothingIsWritten) {
+    banks_.change(kName, adding("0 - not meant"));
+    const fs::path before = fs::current_path();
+    fs::current_path(shared_.path());
+    const Folders none;
+    BankFolder banks(none);
+    EXPECT_TRUE(banks.list().empty());
+    EXPECT_EQ(banks.locate(kName), fs::path());
+    EXPECT_NE(banks.change(kName, adding("1 - b")).problem, "");
+    EXPECT_EQ(banks.read(kName).value()->size(), 1u);
+    fs::current_path(before);
+    EXPECT_THAT(keys(kName), ElementsAre("0 - not meant"));
+}
+
+} // namespace
+} // namespace zephyra

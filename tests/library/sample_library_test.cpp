@@ -1,0 +1,145 @@
+// Importing documents, the sample library's lists, and the built-in samples' way into the folder.
+
+#include "library/quick_sample_manager.h"
+#include "library/shared_folder.h"
+#include "platform/file_calls.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+
+namespace zephyra {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+int diskIsFull(FileCall call, const std::filesystem::path&) {
+    return call == FileCall::write ? ENOSPC : 0;
+}
+
+struct Chosen : QuickSampleManagerDelegate {
+    std::vector<std::filesystem::path> told;
+    void LoadSampleDelegate(const std::filesystem::path& file) override { told.push_back(file); }
+    void dismissQuickSampleManager() override { told.push_back("closed"); }
+};
+
+struct SampleLibrary : testing::Test {
+    SampleLibrary() {
+        for (const char* name : {"documents", "resources", "home/shared"})
+            std::filesystem::create_directories(folder / name);
+        instance.folders = {folder / "home/shared", folder / "resources"};
+    }
+    std::filesystem::path document(const std::string& name, const std::string& text) {
+        writeText(folder / "documents" / name, text);
+        return folder / "documents" / name;
+    }
+    /// The message (title for a rename) of the alert that work ended with.
+    std::string finished() {
+        for (int turn = 0; turn < 3; ++turn) {
+            instance.runLoop.waitForWork();
+            instance.runLoop.runPosted();
+        }
+        const Alert* const alert = instance.alerts.current();
+        if (alert && alert->textField) return alert->title;
+        const std::string message = alert ? alert->message : "";
+        instance.alerts.answer("Ok");
+        return message;
+    }
+    std::string imported(const std::filesystem::path& file) {
+        imports.importDocument(file);
+        return finished();
+    }
+    std::string shared(const std::string& name) { return readText(instance.folders.shared / name); }
+
+    TemporaryFolder folder;
+    Instance instance;
+    int refills = 0;
+    DocumentImport imports{instance, {{"zephyra", "wav"}, "Only those"}, [this] { ++refills; }};
+};
+
+TEST_F(SampleLibrary, ImportsUnderTheDecodedNameAndNothingOutsideTheFolder) {
+    const char* const invalid = "Invalid file name";
+    const std::tuple<std::string, std::string, const char*> cases[] = {
+        {"my%20bank.zephyra", "", "my bank.zephyra"}, {"100%.wav", "", "100%.wav"},
+        {"loud.WAV", "Only those", "loud.WAV"},       {".wav", "Only those", ".wav"},
+        {"..%2Fx.zephyra", invalid, "../x.zephyra"},  {"..%2fshared%2Fy.wav", invalid, "y.wav"},
+        {"line%0Aend.wav", invalid, "line\nend.wav"},
+    };
+    int copies = 0;
+    for (const auto& [name, alert, copy] : cases) {
+        EXPECT_EQ(imported(document(name, name)), alert) << name;
+        EXPECT_EQ(shared(copy), alert.empty() ? name : "") << name;
+        EXPECT_EQ(refills, copies += alert.empty());
+    }
+    EXPECT_THAT(imported(folder / "documents/gone.wav"), HasSubstr("gone.wav cannot be read"));
+}
+
+TEST_F(SampleLibrary, AsksForAnotherNameWhenOneIsTakenAlsoAtTheLastMoment) {
+    const auto file = document("take.wav", "new"), others = instance.folders.shared / "take.wav";
+    const std::string asks = "This location already contains a file named take.wav";
+    setFileCallGate([&](FileCall call, const std::filesystem::path& path) {
+        if (call == FileCall::rename && path.filename() == "take.wav" && !exists(others))
+            writeText(others, "old");
+        return 0;
+    });
+    imports.importDocument(file);
+    EXPECT_EQ(imported(document("b.wav", "b")), asks); // and the next goes on
+    setFileCallGate({});
+    for (const char* typed : {" \t", "../take", "a/b", "x\ny"}) {
+        instance.alerts.answer("OK", typed);
+        EXPECT_EQ(finished(), "Invalid file name") << typed;
+        EXPECT_EQ(imported(file), asks);
+    }
+    writeText(instance.folders.shared / "mine.wav", "mine");
+    instance.alerts.answer("OK", "  mine ");
+    EXPECT_EQ(finished(), "");
+    EXPECT_EQ(shared("mine.wav") + shared("take.wav") + shared("b.wav"), "newoldb");
+    setFileCallGate(diskIsFull);
+    EXPECT_THAT(imported(document("c.wav", "c")), HasSubstr("c.wav cannot be written"));
+    setFileCallGate({});
+    EXPECT_FALSE(exists(instance.folders.shared / "c.wav"));
+}
+
+TEST_F(SampleLibrary, ListsSoundsOfTheFolderAndHandsOverWhatIsChosen) {
+    Chosen chosen;
+    Instance other;
+    other.folders = instance.folders;
+    QuickSampleManager manager(instance, &chosen), elsewhere(other, nullptr);
+    for (const char* name : {"b%20b.wav", "take.WAV", "A.aifc", "bank.zephyra", "wav", "c.mp3"})
+        writeText(instance.folders.shared / name, name);
+    manager.viewDidLoad();
+    elsewhere.viewDidLoad();
+    EXPECT_THAT(manager.listOfFiles(), ElementsAre("A.aifc", "b%20b.wav", "c.mp3"));
+    EXPECT_EQ(manager.table().sections[1].rows[1].title, "b b.wav");
+    manager.tableView_didSelectRowAtIndexPath({0, 1});
+    manager.tableView_didSelectRowAtIndexPath({1, 3}); // no such row
+    EXPECT_THAT(chosen.told, ElementsAre(instance.folders.shared / "Blackbird.mp3", "closed"));
+    manager.tableView_commitDeleteForRowAtIndexPath({0, 1}); // built in
+    manager.tableView_commitDeleteForRowAtIndexPath({1, 0});
+    EXPECT_FALSE(exists(instance.folders.shared / "A.aifc"));
+    manager.open_AUv3_main_APP();
+    instance.documents.pick({document("d.wav", "d"), document("e.txt", "e")});
+    EXPECT_THAT(finished(), HasSubstr("only these audio types: \nraw\nwav\naif\n"));
+    other.runLoop.runPosted();
+    for (const QuickSampleManager* each : {&manager, &elsewhere})
+        EXPECT_THAT(each->listOfFiles(), ElementsAre("b%20b.wav", "c.mp3", "d.wav"));
+}
+
+TEST_F(SampleLibrary, CopiesBuiltInSamplesOnceAndNeverOverAFile) {
+    const auto prepare = [this] { return prepareSharedFolder(instance.folders); };
+    writeText(folder / "resources/Zephyra_Sample08.mp3", "sample");
+    writeText(instance.folders.shared / "Zephyra_Sample08.mp3", "the user's");
+    EXPECT_TRUE(prepare());
+    writeText(folder / "resources/Blackbird.mp3", "bird"); // comes with a later version
+    setFileCallGate(diskIsFull);
+    EXPECT_THAT(prepare().message(), HasSubstr("Blackbird.mp3"));
+    setFileCallGate({});
+    EXPECT_TRUE(prepare());
+    EXPECT_EQ(shared("Blackbird.mp3") + shared("Zephyra_Sample08.mp3"), "birdthe user's");
+    std::filesystem::remove(instance.folders.shared / "Blackbird.mp3");
+    EXPECT_TRUE(prepare());
+    EXPECT_FALSE(exists(instance.folders.shared / "Blackbird.mp3"));
+}
+
+} // namespace
+} // namespace zephyra

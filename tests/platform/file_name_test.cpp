@@ -1,0 +1,45 @@
+#include "platform/file_name.h"
+
+#include "platform/folder_entries.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+
+namespace zephyra {
+namespace {
+
+using namespace std::string_view_literals;
+
+TEST(FileName, IsOneNameOfValidTextWithoutControlCharacters) {
+    const std::string longest = std::string(252, 'x') + "夜";
+    for (const std::string_view name :
+         {"..."sv, "User 0 - 15.11.2026 | 13:48:53"sv, "Čajka"sv, "e\u0301te\u0301"sv, "夜の音"sv,
+          "صوت"sv, "\U0001F3B5"sv, " "sv, "\\"sv, "\u00a0"sv, std::string_view(longest)})
+        EXPECT_TRUE(isFileName(name)) << name;
+    for (const std::string_view name :
+         {""sv, "."sv, ".."sv, "/"sv, "a/b"sv, "../a"sv, "a\0b"sv, "a\n"sv, "\x7f"sv, "a\u0085"sv,
+          "\u009f"sv, "\x80"sv, "a\xff"sv, "\xc0\xaf"sv, "\xed\xa0\x80"sv, "\xe5\xa4"sv})
+        EXPECT_FALSE(isFileName(name)) << testing::PrintToString(name);
+    EXPECT_FALSE(isFileName(std::string(256, 'x')));
+    EXPECT_FALSE(isFileName(std::string(254, 'x') + "é")); // 255 characters
+}
+
+TEST(FileName, LosesPercentEscapesAndSurroundingBlanksOnly) {
+    const std::pair<std::string, std::string> escapes[] = {{"a%20b", "a b"},   {"%e5%A4%9C", "夜"},
+                                                           {"100%", "100%"},   {"%2", "%2"},
+                                                           {"%zz%41", "%zzA"}, {"%2541", "%41"}};
+    for (const auto& [text, expected] : escapes) EXPECT_EQ(percentDecoded(text), expected);
+    const std::pair<std::string, std::string> blanks[] = {
+        {" \t\r\n", ""}, {"\u00a0\u3000a b\u2003", "a b"}, {" \x80 ", "\x80"}, {"夜 ", "夜"}};
+    for (const auto& [text, expected] : blanks) EXPECT_EQ(trimmed(text), expected);
+}
+
+TEST(FolderEntries, AreSortedByBytes) {
+    TemporaryFolder folder;
+    for (const char* name : {"é", "b", "B", "a1", "a", "z"}) writeText(folder / name, "");
+    EXPECT_THAT(folderEntries(folder.path()), testing::ElementsAre("B", "a", "a1", "b", "z", "é"));
+    EXPECT_TRUE(folderEntries(folder / "missing").empty());
+}
+
+} // namespace
+} // namespace zephyra

@@ -1,0 +1,72 @@
+#include "platform/whole_file.h"
+
+#include "tests/support/temporary_folder.h"
+
+#include <algorithm>
+#include <chrono>
+#include <gtest/gtest.h>
+
+namespace zephyra {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::span<const std::byte> bytesOf(std::string_view text) {
+    return std::as_bytes(std::span(text));
+}
+
+TEST(WholeFile, IsReadWithTheStampThatTellsItFromItsSuccessor) {
+    TemporaryFolder folder;
+    const fs::path path = folder / "a";
+    ASSERT_TRUE(replaceFile(path, bytesOf("abc")).ok());
+    const auto first = readWholeFile(path, 3);
+    ASSERT_TRUE(first.ok()) << first.message();
+    EXPECT_TRUE(std::ranges::equal(first.value().bytes, bytesOf("abc")));
+    EXPECT_EQ(first.value().stamp, fileStamp(path));
+    const auto written = fs::last_write_time(path);
+    ASSERT_TRUE(replaceFile(path, bytesOf("xyz")).ok());
+    fs::last_write_time(path, written); // as long and as old as the one before
+    EXPECT_NE(first.value().stamp, fileStamp(path));
+}
+
+TEST(WholeFile, IsCreatedOnlyWhereNothingStands) {
+    TemporaryFolder folder;
+    fs::create_symlink("nowhere", folder / "link");
+    fs::create_directory(folder / "folder");
+    const std::pair<const char*, bool> cases[] = {
+        {"new", true}, {"new", false}, {"link", false}, {"folder", false}};
+    for (const auto& [name, expected] : cases) {
+        const auto created = createFile(folder / name, bytesOf("abc"));
+        ASSERT_TRUE(created.ok()) << created.message();
+        EXPECT_EQ(created.value(), expected) << name;
+    }
+    EXPECT_FALSE(createFile(folder / "missing/a", bytesOf("abc")).ok());
+    EXPECT_FALSE(fs::exists(folder / "link"));
+    EXPECT_EQ(folder.entries(), 3);
+}
+
+TEST(WholeFile, ClearsAwayWhatADeadProcessLeftADayAgo) {
+    TemporaryFolder folder;
+    const auto now = fs::file_time_type::clock::now();
+    const struct {
+        const char* name;
+        int folderHours, fileHours;
+        bool stays;
+    } cases[] = {{".zephyra-unfinished-aB3xYz", 25, 25, false},
+                 {".zephyra-unfinished-aB3xYy", 23, 23, true},
+                 {".zephyra-unfinished-000000", 25, 1, true}, // a long recording
+                 {".zephyra-unfinished-aB3xY", 25, 25, true},
+                 {".zephyra-unfinished-aB3xY-", 25, 25, true},
+                 {".zephyra-backup", 25, 25, true}};
+    for (const auto& [name, folderHours, fileHours, stays] : cases) {
+        fs::create_directory(folder / name);
+        writeText(folder / name / "half", "a");
+        fs::last_write_time(folder / name / "half", now - std::chrono::hours(fileHours));
+        fs::last_write_time(folder / name, now - std::chrono::hours(folderHours));
+    }
+    ASSERT_TRUE(replaceFile(folder / "a", {}).ok());
+    for (const auto& one : cases) EXPECT_EQ(fs::exists(folder / one.name), one.stays) << one.name;
+}
+
+} // namespace
+} // namespace zephyra

@@ -1,0 +1,53 @@
+// Player: a stream with what loads, exports, saves and restores its sound.
+#pragma once
+
+#include "stream/live_export.h"
+#include "stream/stream_state.h"
+#include "tests/support/stream_probe.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/support/test_stream.h"
+
+#include <string>
+#include <vector>
+
+namespace zephyra {
+
+using Frames = std::vector<float>;
+
+/// Its shared folder is folder/shared.
+struct Player : TestStream {
+    SampleLoader loader{instance, controller};
+    LiveExport exporter{instance, controller};
+
+    explicit Player(const TemporaryFolder& folder) { instance.folders.shared = folder / "shared"; }
+    /// Until nothing is being read or written.
+    void finishWork() {
+        instance.runLoop.waitForWork();
+        instance.runLoop.runPosted();
+    }
+    void hear(Frames input) {
+        const ChannelList list{input.data()};
+        drawLiveWaveForm(&controller.waveForm(), static_cast<int>(input.size()), list.list);
+    }
+    /// What grains are cut from.
+    const mokSample& sound() { return *StreamProbe::sample(controller.engine()); }
+    PropertyDictionary state(StateUse use = StateUse::session) {
+        PropertyDictionary saved;
+        saveStreamState(controller, saved, use);
+        return saved;
+    }
+    void restore(const PropertyDictionary& state) {
+        PropertyReader reader(state);
+        restoreStreamState(controller, loader, reader);
+        finishWork();
+    }
+    /// The message that was shown; empty for none.
+    std::string takeAlert() {
+        const Alert* const alert = instance.alerts.current();
+        const std::string message = alert ? alert->message : "";
+        instance.alerts.answer("Ok");
+        return message;
+    }
+};
+
+} // namespace zephyra
