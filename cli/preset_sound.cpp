@@ -46,8 +46,12 @@ std::shared_ptr<mokSample> currentSound(const MOK_SCRUB_GRANULATOR& stream) {
 
 } // namespace
 
+bool tellsOfOtherSound(std::string_view logLine) {
+    return logLine.ends_with("and is played all the same");
+}
+
 Result<PresetSound> findPresetSound(const PresetChoice& preset, const Folders& folders) {
-    const HeldLog quiet; // what is wrong comes as an alert, and again when the preset is restored
+    HeldLog quiet; // what is wrong comes as an alert, and again when the preset is restored
     Instance instance;
     instance.folders = folders;
     instance.defaults.setValue("EmbedSeconds", 0.0); // it saves no state
@@ -66,6 +70,7 @@ Result<PresetSound> findPresetSound(const PresetChoice& preset, const Folders& f
     const std::string of = "the sound of preset " + inQuotes(preset.name) + " is missing";
     if (const Alert* const alert = instance.alerts.current())
         return Failure{of + ": " + alert->message + "; name INPUT instead"};
+    quiet.release(tellsOfOtherSound);
     PresetSound sound{currentSound(stream), stream.sampleReference()};
     if (!sound.sample) return Failure{of + "; name INPUT instead"};
     if (sound.reference.path.empty() || stream.waveForm().isLiveCurrent()) sound.reference = {};

@@ -8,6 +8,7 @@
 #include "stream/sample_reference.h"
 
 #include <memory>
+#include <string_view>
 
 namespace zephyra {
 
@@ -19,5 +20,9 @@ struct PresetSound {
 /// Reads it as a stream does: from its file, wherever that is now, else from the audio that the
 /// preset holds. Fails with one line for a sound that is missing. MAIN.
 Result<PresetSound> findPresetSound(const PresetChoice& preset, const Folders& folders);
+
+/// Whether the line tells that a file was replaced by another sound, which nobody should miss. Any
+/// thread.
+bool tellsOfOtherSound(std::string_view logLine);
 
 } // namespace zephyra

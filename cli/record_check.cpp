@@ -3,6 +3,7 @@
 #include "cli/held_log.h"
 #include "cli/interrupt.h"
 #include "cli/preset_facts.h"
+#include "cli/preset_sound.h"
 #include "library/bank_edits.h"
 #include "main_view/audio_unit_view_controller.h"
 
@@ -33,13 +34,11 @@ BankFinding findingOf(const std::string& key, const std::string& line,
     return {key + "." + line.substr(0, colon), line.substr(colon + 2)};
 }
 
-constexpr std::string_view kOtherSound = "and is played all the same";
-
 /// Whether the line tells how the sample's file was looked for. What was not found at all comes as
 /// an alert, too.
 bool isOfSampleFile(std::string_view line) {
     return line.starts_with("Warning, no file exist at path: ") ||
-           line.ends_with(": the copy in the state is played") || line.ends_with(kOtherSound);
+           line.ends_with(": the copy in the state is played") || tellsOfOtherSound(line);
 }
 
 class Checker {
@@ -77,7 +76,7 @@ private:
         for (const std::string& line : std::span(log.lines()).subspan(ofStart)) {
             if (topKeyOf(line, record) == kSnapshotTags) continue; // the bank's own check tells
             if (isOfSampleFile(line)) {
-                if (samples_ == SampleFiles::lookFor && line.ends_with(kOtherSound))
+                if (samples_ == SampleFiles::lookFor && tellsOfOtherSound(line))
                     findings.push_back({sample, line});
                 continue;
             }

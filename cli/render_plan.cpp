@@ -3,6 +3,7 @@
 #include "cli/echo_tail.h"
 #include "cli/take_file.h"
 #include "cli/text_numbers.h"
+#include "library/bank_edits.h"
 #include "platform/clock.h"
 #include "stream/echo_sync.h"
 
@@ -51,6 +52,12 @@ std::uint64_t tailFrames(const RenderPlan& plan) {
     return static_cast<std::uint64_t>(std::ceil((echo + longestGrain) * plan.sampleRate));
 }
 
+/// Its keys are those of presets, which as a state would all be unknown.
+bool isBank(const PropertyDictionary& list) {
+    return std::ranges::any_of(
+        list, [](const auto& entry) { return snapshotTag(entry.second).has_value(); });
+}
+
 Result<void> readFiles(const HostOptions& host, RenderPlan& plan) {
     const double tempo = host.tempo.value_or(kDefaultTempo);
     if (host.automation) {
@@ -66,6 +73,10 @@ Result<void> readFiles(const HostOptions& host, RenderPlan& plan) {
     if (host.state) {
         auto state = readPropertyListFile(*host.state);
         if (!state) return Failure{"--state: " + state.message()};
+        if (isBank(state.value()))
+            return Failure{"--state: " + host.state->string() +
+                           " is a bank of presets; name it with --bank, and one of them with "
+                           "--preset"};
         plan.state = std::move(state.value());
     }
     if (plan.motion.scrub) {

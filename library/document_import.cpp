@@ -5,6 +5,7 @@
 #include "platform/file_lock.h"
 #include "platform/file_name.h"
 #include "platform/folder_entries.h"
+#include "platform/one_line.h"
 #include "platform/whole_file.h"
 
 #include <algorithm>
@@ -66,7 +67,7 @@ Result<DocumentImport::Outcome> DocumentImport::perform(const Copy& copy, const 
     const auto document = readWholeFile(copy.document, kMostBytes);
     if (!document) return Failure{document.message()};
     if (const std::error_code error = file_calls::makeFolders(folder))
-        return Failure{copy.document.string() + " cannot be imported: the folder " +
+        return Failure{onOneLine(copy.document.string()) + " cannot be imported: the folder " +
                        folder.string() + " cannot be made: " + error.message()};
     const fs::path target = folder / copy.name;
     if (copy.taken == Copy::Taken::ask) {
