@@ -8,6 +8,7 @@
 #include "library/bank_edits.h"
 #include "library/preset_search.h"
 #include "platform/folder_entries.h"
+#include "platform/one_line.h"
 
 #include <algorithm>
 #include <cstddef>

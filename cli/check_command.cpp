@@ -3,9 +3,9 @@
 #include "cli/command_folders.h"
 #include "cli/interrupt.h"
 #include "cli/record_check.h"
-#include "cli/text_table.h"
 #include "library/bank_check.h"
 #include "platform/folder_entries.h"
+#include "platform/one_line.h"
 #include "platform/whole_file.h"
 
 #include <cstddef>

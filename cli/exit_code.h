@@ -1,6 +1,8 @@
 // ExitCode: how the program ends.
 #pragma once
 
+#include "platform/one_line.h"
+
 #include <cstdio>
 #include <string>
 
@@ -9,10 +11,9 @@ namespace zephyra {
 enum class ExitCode : int { success = 0, failure = 1, wrongUsage = 2 };
 
 /// Says on standard error, in one line, why the program ends with code; returns code.
-inline ExitCode endWith(ExitCode code, std::string reason) {
-    for (char& c : reason) // whatever was typed, or stands in a file that is no text
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
-    std::fprintf(stderr, "zephyra: %s\n", reason.c_str());
+inline ExitCode endWith(ExitCode code, const std::string& reason) {
+    // Whatever was typed, or stands in a file that is no text.
+    std::fprintf(stderr, "zephyra: %s\n", onOneLine(reason).c_str());
     return code;
 }
 

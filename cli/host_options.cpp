@@ -5,6 +5,7 @@
 #include "cli/nearest_name.h"
 #include "cli/text_numbers.h"
 
+#include <CLI/App.hpp>
 #include <array>
 #include <bit>
 #include <string_view>

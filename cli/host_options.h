@@ -4,12 +4,15 @@
 #include "platform/audio_unit_status.h"
 #include "platform/result.h"
 
-#include <CLI/App.hpp>
 #include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <utility>
+
+namespace CLI {
+class App;
+}
 
 namespace zephyra {
 

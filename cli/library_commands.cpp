@@ -1,5 +1,7 @@
 #include "cli/library_commands.h"
 
+#include <CLI/App.hpp>
+
 namespace zephyra {
 
 namespace {

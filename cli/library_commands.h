@@ -11,9 +11,12 @@
 #include "cli/samples_command.h"
 #include "cli/where_command.h"
 
-#include <CLI/App.hpp>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace zephyra {
 

@@ -2,6 +2,7 @@
 
 #include "cli/complaint.h"
 
+#include <CLI/App.hpp>
 #include <algorithm>
 #include <tuple>
 

@@ -5,11 +5,14 @@
 #include "cli/lfo_option.h"
 #include "platform/result.h"
 
-#include <CLI/App.hpp>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace zephyra {
 

@@ -2,8 +2,8 @@
 
 #include "cli/nearest_name.h"
 #include "cli/picked_presets.h"
-#include "cli/text_table.h"
 #include "library/bank_edits.h"
+#include "platform/one_line.h"
 
 #include <cstddef>
 

@@ -5,9 +5,9 @@
 #include "cli/picked_presets.h"
 #include "cli/preset_adding.h"
 #include "cli/text_numbers.h"
-#include "cli/text_table.h"
 #include "library/bank_edits.h"
 #include "platform/file_name.h"
+#include "platform/one_line.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -5,9 +5,9 @@
 #include "cli/nearest_name.h"
 #include "cli/picked_presets.h"
 #include "cli/sound_embedding.h"
-#include "cli/text_table.h"
 #include "library/bank_edits.h"
 #include "platform/folder_entries.h"
+#include "platform/one_line.h"
 
 #include <filesystem>
 #include <system_error>

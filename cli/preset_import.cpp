@@ -4,9 +4,9 @@
 #include "cli/nearest_name.h"
 #include "cli/picked_presets.h"
 #include "cli/preset_adding.h"
-#include "cli/text_table.h"
 #include "library/bank_edits.h"
 #include "platform/folder_entries.h"
+#include "platform/one_line.h"
 
 #include <filesystem>
 #include <memory>

@@ -5,6 +5,8 @@
 #include "platform/file_name.h"
 #include "platform/folder_entries.h"
 
+#include <CLI/App.hpp>
+
 namespace zephyra {
 
 namespace {

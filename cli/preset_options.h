@@ -4,10 +4,13 @@
 
 #include "platform/result.h"
 
-#include <CLI/App.hpp>
 #include <filesystem>
 #include <optional>
 #include <string>
+
+namespace CLI {
+class App;
+}
 
 namespace zephyra {
 

@@ -9,6 +9,7 @@
 #include "engine/envelope_menu.h"
 #include "library/bank_edits.h"
 #include "platform/folder_entries.h"
+#include "platform/one_line.h"
 
 #include <algorithm>
 #include <cmath>

@@ -8,6 +8,7 @@
 #include "engine/envelope_menu.h"
 #include "platform/audio_file.h"
 
+#include <CLI/App.hpp>
 #include <algorithm>
 #include <limits>
 #include <string_view>

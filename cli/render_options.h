@@ -9,13 +9,16 @@
 #include "cli/preset_options.h"
 #include "platform/result.h"
 
-#include <CLI/App.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace zephyra {
 

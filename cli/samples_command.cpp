@@ -7,6 +7,7 @@
 #include "library/quick_sample_manager.h"
 #include "platform/folder_entries.h"
 #include "platform/instance.h"
+#include "platform/one_line.h"
 #include "platform/sound_file.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include "cli/text_table.h"
 
 #include "cli/text_numbers.h"
+#include "platform/one_line.h"
 
 #include <algorithm>
 
@@ -19,17 +20,6 @@ std::string withoutBlanksBehind(std::string line) {
 }
 
 } // namespace
-
-std::string onOneLine(std::string text) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        const bool isSecondBlock =
-            byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
-        if (byte < 0x20 || byte == 0x7F) text[i] = '?';
-        if (isSecondBlock) text.replace(i, 2, "?"); // U+0080 to U+009F
-    }
-    return text;
-}
 
 void TextTable::addRow(std::vector<std::string> cells) {
     for (std::string& cell : cells) cell = onOneLine(std::move(cell));

@@ -7,11 +7,9 @@
 
 namespace zephyra {
 
-/// text on one line and without what a terminal would obey: what files hold may be anything.
-std::string onOneLine(std::string text);
-
 /// Every column but the last is as wide as its widest cell, up to kMostColumn characters; a longer
-/// cell pushes the rest of its own line only. MAIN.
+/// cell pushes the rest of its own line only. Cells
+/// are brought on one line. MAIN.
 class TextTable {
 public:
     static constexpr std::size_t kMostColumn = 40;

@@ -2,6 +2,7 @@
 
 #include "cli/nearest_name.h"
 
+#include <CLI/App.hpp>
 #include <cstddef>
 #include <vector>
 

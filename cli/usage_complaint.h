@@ -1,9 +1,13 @@
 // usageComplaint: what is wrong with how the command was called, in one line.
 #pragma once
 
-#include <CLI/App.hpp>
 #include <string>
 #include <string_view>
+
+namespace CLI {
+class App;
+class ParseError;
+} // namespace CLI
 
 namespace zephyra {
 

@@ -1,11 +1,16 @@
 # One static library per folder, one test program per folder.
 
-option(ZEPHYRA_PRECOMPILE "Compile the standard library's and the tests' headers once" OFF)
+# The libraries of what users run are built without, so that no source leans on headers that it does
+# not include.
+set(ZEPHYRA_PRECOMPILE "" CACHE STRING "What precompiles the headers that it includes: library, tests")
+
+# Where the time goes into building and not into running, half the optimisation does.
+set(zephyra_quick_to_build $<$<CONFIG:Release>:-O1>)
 
 # zephyra_precompile(TARGET SHARED HEADERS...): the first target given a name SHARED makes the
 # precompiled header, the others take it.
 function(zephyra_precompile target shared)
-    if(NOT ZEPHYRA_PRECOMPILE)
+    if(NOT shared IN_LIST ZEPHYRA_PRECOMPILE)
         return()
     endif()
     get_property(maker GLOBAL PROPERTY ZEPHYRA_PRECOMPILED_${shared})
