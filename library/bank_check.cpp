@@ -149,10 +149,12 @@ std::vector<BankFinding> checkBank(std::span<const std::byte> bytes, const Recor
         for (BankFinding& lost : whole.damaged) checked.add(std::move(lost));
         checked.records(whole.bank);
         if (!whole.bank.empty())
-            checked.add({{},
-                         std::to_string(whole.bank.size()) + " presets are whole, the first is " +
-                             shown(sortedKeys(whole.bank).front()) +
-                             "; a mended copy can keep them"});
+            checked.add(
+                {{},
+                 (whole.bank.size() == 1
+                      ? std::string("1 preset is whole, ")
+                      : std::to_string(whole.bank.size()) + " presets are whole, the first is ") +
+                     shown(sortedKeys(whole.bank).front()) + "; a mended copy can keep them"});
     } else if (const auto* const bank = value.value().as<PropertyDictionary>()) {
         checked.records(*bank);
     } else {
