@@ -1,8 +1,8 @@
 // audio_struct: the audio unit's record of parameter values and render state.
 #pragma once
 
-#include "platform/audio_buffer_list.h"
-#include "platform/relaxed.h"
+#include "platform/sound/audio_buffer_list.h"
+#include "platform/threads/relaxed.h"
 
 namespace zephyra {
 

@@ -1,9 +1,9 @@
 // AudioUnitController: what the audio unit asks of the view controller that belongs to it.
 #pragma once
 
-#include "platform/audio_unit_events.h"
-#include "platform/property_list.h"
-#include "platform/realtime.h"
+#include "platform/audio_unit/audio_unit_events.h"
+#include "platform/lists/property_list.h"
+#include "platform/threads/realtime.h"
 
 #include <string>
 

@@ -2,8 +2,8 @@
 
 #include "library/bank_edits.h"
 #include "library/bank_file.h"
-#include "platform/folder_entries.h"
-#include "platform/log.h"
+#include "platform/files/folder_entries.h"
+#include "platform/text/log.h"
 
 #include <algorithm>
 #include <utility>

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "audiounit/audio_unit_controller.h"
-#include "platform/audio_unit_preset.h"
-#include "platform/folders.h"
-#include "platform/property_list.h"
+#include "platform/audio_unit/audio_unit_preset.h"
+#include "platform/files/folders.h"
+#include "platform/lists/property_list.h"
 
 #include <cstddef>
 #include <cstdint>

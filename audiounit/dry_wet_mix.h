@@ -1,7 +1,7 @@
 // DryWetGains: the two gains between dry and processed signal, and how they glide.
 #pragma once
 
-#include "platform/realtime.h"
+#include "platform/threads/realtime.h"
 
 namespace zephyra {
 

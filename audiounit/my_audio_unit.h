@@ -5,13 +5,13 @@
 #include "audiounit/audio_unit_controller.h"
 #include "audiounit/audio_unit_presets.h"
 #include "audiounit/render_notices.h"
-#include "platform/address_mask.h"
-#include "platform/audio_unit_bus.h"
-#include "platform/audio_unit_host.h"
-#include "platform/audio_unit_parameters.h"
-#include "platform/audio_unit_status.h"
+#include "platform/audio_unit/audio_unit_bus.h"
+#include "platform/audio_unit/audio_unit_host.h"
+#include "platform/audio_unit/audio_unit_parameters.h"
+#include "platform/audio_unit/audio_unit_status.h"
 #include "platform/instance.h"
-#include "platform/relaxed.h"
+#include "platform/threads/address_mask.h"
+#include "platform/threads/relaxed.h"
 
 #include <atomic>
 #include <cstdint>

@@ -4,7 +4,7 @@
 #include "audiounit/parameter_table.h"
 #include "modulation/lfo_widgets_mapping.h"
 #include "modulation/modulation.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 #include "stream/stream_controller.h"
 
 #include <utility>

@@ -4,7 +4,7 @@
 #include "audiounit/my_audio_unit.h"
 #include "audiounit/parameter_table.h"
 #include "modulation/lfo_widgets_mapping.h"
-#include "platform/flush_denormals.h"
+#include "platform/threads/flush_denormals.h"
 #include "stream/stream_controller.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "audiounit/audio_struct.h"
-#include "platform/audio_unit_parameters.h"
+#include "platform/audio_unit/audio_unit_parameters.h"
 #include "stream/control_ranges.h"
 
 #include <cstddef>

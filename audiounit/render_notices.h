@@ -1,7 +1,7 @@
 // RenderNotice: what RENDER tells MAIN, in order.
 #pragma once
 
-#include "platform/spsc_ring.h"
+#include "platform/threads/spsc_ring.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,7 +3,7 @@
 
 #include "effects/ring_modulator.h"
 #include "engine/granular_stream.h"
-#include "platform/flush_denormals.h"
+#include "platform/threads/flush_denormals.h"
 #include "tests/support/literal_stream.h"
 #include "tests/support/stream_probe.h"
 #include "tests/support/test_sounds.h"

@@ -5,7 +5,7 @@
 // holds more once the first of them stands, its audio unit allocated and its main queue empty.
 
 #include "main_view/audio_unit_view_controller.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // What a stereo frame of the echo and the ring modulator costs, at rest and gliding, beside the
 // plain per-sample loop.
 #include "effects/effect_bodies.h"
-#include "platform/flush_denormals.h"
+#include "platform/threads/flush_denormals.h"
 #include "tests/support/literal_effects.h"
 
 #include <benchmark/benchmark.h>

@@ -9,7 +9,7 @@
 #include "bench/thread_time.h"
 #include "hosting/midi_inlet.h"
 #include "main_view/audio_unit_view_controller.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 #include "tests/support/test_sounds.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // other programs can be timed beside it on the same work.
 
 #include "bench/bench_work.h"
-#include "platform/sound_file.h"
+#include "platform/sound/sound_file.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,7 +1,7 @@
 #include "cli/command_clock.h"
 
-#include "cli/text_numbers.h"
 #include "platform/clock.h"
+#include "platform/text/text_numbers.h"
 
 #include <cstdlib>
 

@@ -1,8 +1,8 @@
 // commandFolders: the folders that the command works in.
 #pragma once
 
-#include "platform/folders.h"
-#include "platform/result.h"
+#include "platform/files/folders.h"
+#include "platform/text/result.h"
 
 #include <filesystem>
 

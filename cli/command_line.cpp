@@ -1,15 +1,15 @@
 #include "cli/command_line.h"
 
+#include "audiounit/control_text.h"
 #include "cli/command_folders.h"
-#include "cli/control_names.h"
-#include "cli/envelopes_command.h"
+#include "cli/commands/envelopes_command.h"
+#include "cli/commands/info_command.h"
+#include "cli/commands/library_commands.h"
+#include "cli/commands/parameters_command.h"
+#include "cli/commands/render_command.h"
 #include "cli/help_text.h"
-#include "cli/info_command.h"
-#include "cli/library_commands.h"
-#include "cli/parameters_command.h"
-#include "cli/render_command.h"
-#include "cli/text_numbers.h"
 #include "cli/usage_complaint.h"
+#include "platform/text/text_numbers.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>

@@ -1,7 +1,7 @@
 // ExitCode: how the program ends.
 #pragma once
 
-#include "platform/one_line.h"
+#include "platform/text/one_line.h"
 
 #include <cstdio>
 #include <string>

@@ -1,7 +1,7 @@
 // HeldLog: keeps the log's lines back, for when one line to the user is enough.
 #pragma once
 
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <string>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "cli/progress_bar.h"
 
-#include "cli/text_numbers.h"
+#include "platform/text/text_numbers.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "cli/text_table.h"
 
-#include "cli/text_numbers.h"
-#include "platform/one_line.h"
+#include "platform/text/one_line.h"
+#include "platform/text/text_numbers.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "cli/usage_complaint.h"
 
-#include "cli/nearest_name.h"
+#include "platform/text/nearest_name.h"
 
 #include <CLI/App.hpp>
 #include <cstddef>

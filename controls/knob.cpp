@@ -1,9 +1,9 @@
 #include "controls/knob.h"
 
 #include "controls/gravity.h"
-#include "platform/fixed_text.h"
 #include "platform/notification_center.h"
 #include "platform/random_source.h"
+#include "platform/text/fixed_text.h"
 
 #include <algorithm>
 #include <any>

@@ -6,7 +6,7 @@
 #include "controls/keyboard.h"
 #include "controls/keyboard_layout.h"
 #include "controls/touch_surface.h"
-#include "platform/relaxed.h"
+#include "platform/threads/relaxed.h"
 
 #include <array>
 #include <bitset>

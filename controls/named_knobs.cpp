@@ -1,6 +1,6 @@
 #include "controls/named_knobs.h"
 
-#include "platform/fixed_text.h"
+#include "platform/text/fixed_text.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 #include "controls/pad.h"
 
 #include "controls/fraction.h"
-#include "platform/log.h"
-#include "platform/property_reader.h"
+#include "platform/lists/property_reader.h"
+#include "platform/text/log.h"
 #include "platform/user_defaults.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 
 #include "controls/forwarded_scrub_reference.h"
 #include "controls/touch_surface.h"
-#include "platform/property_list.h"
+#include "platform/lists/property_list.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "controls/tap_tempo.h"
 
-#include "platform/fixed_text.h"
+#include "platform/text/fixed_text.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "controls/control.h"
-#include "platform/run_loop.h"
+#include "platform/threads/run_loop.h"
 
 #include <string>
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "controls/control.h"
-#include "platform/property_list.h"
-#include "platform/property_reader.h"
+#include "platform/lists/property_list.h"
+#include "platform/lists/property_reader.h"
 
 namespace zephyra {
 

@@ -1,7 +1,7 @@
 // CommonState: the part that the state records of all DSP modules begin with.
 #pragma once
 
-#include "platform/realtime.h"
+#include "platform/threads/realtime.h"
 
 #include <cstdint>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "effects/dsp_runtime.h"
-#include "platform/realtime.h"
+#include "platform/threads/realtime.h"
 
 #include <cstdint>
 

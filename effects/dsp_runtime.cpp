@@ -1,6 +1,6 @@
 #include "effects/dsp_runtime.h"
 
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // DataStoreEntry and the small runtime of the DSP modules: memory, reports, data store, power.
 #pragma once
 
-#include "platform/realtime.h"
+#include "platform/threads/realtime.h"
 
 #include <cstddef>
 #include <cstdint>

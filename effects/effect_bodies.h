@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/cpu_level.h"
-#include "platform/realtime.h"
+#include "platform/threads/realtime.h"
 
 #include <cstdint>
 

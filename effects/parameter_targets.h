@@ -1,7 +1,7 @@
 // ParameterTargets: the parameters of a DSP module as they were last set, crossing to RENDER.
 #pragma once
 
-#include "platform/relaxed.h"
+#include "platform/threads/relaxed.h"
 
 #include <array>
 #include <cmath>

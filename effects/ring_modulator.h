@@ -5,7 +5,7 @@
 #pragma once
 
 #include "effects/common_state.h"
-#include "platform/realtime.h"
+#include "platform/threads/realtime.h"
 
 #include <cstdint>
 

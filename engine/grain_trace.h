@@ -1,7 +1,7 @@
 // GrainTrace: every grain that RENDER starts, for pictures and displays.
 #pragma once
 
-#include "platform/spsc_ring.h"
+#include "platform/threads/spsc_ring.h"
 
 #include <cstdint>
 

@@ -6,9 +6,9 @@
 #include "engine/grain_trace.h"
 #include "engine/grain_voice.h"
 #include "engine/scan_phasor.h"
-#include "platform/audio_buffer_list.h"
-#include "platform/relaxed.h"
-#include "platform/render_cycle.h"
+#include "platform/sound/audio_buffer_list.h"
+#include "platform/threads/relaxed.h"
+#include "platform/threads/render_cycle.h"
 
 #include <atomic>
 #include <cstdint>

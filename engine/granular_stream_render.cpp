@@ -4,7 +4,7 @@
 #include "effects/ring_modulator.h"
 #include "effects/stereo_echo.h"
 #include "engine/granular_stream.h"
-#include "platform/flush_denormals.h"
+#include "platform/threads/flush_denormals.h"
 
 #include <algorithm>
 #include <limits>

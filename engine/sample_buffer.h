@@ -1,7 +1,7 @@
 // mokBuffer and mokSample: the float arrays that grains read, with guard points behind the end.
 #pragma once
 
-#include "platform/relaxed.h"
+#include "platform/threads/relaxed.h"
 
 #include <cstddef>
 #include <cstdint>

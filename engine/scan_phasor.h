@@ -1,7 +1,7 @@
 // mokPhasor: the 0..1 ramp that sweeps the scan position.
 #pragma once
 
-#include "platform/relaxed.h"
+#include "platform/threads/relaxed.h"
 
 namespace zephyra {
 

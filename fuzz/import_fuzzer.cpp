@@ -5,7 +5,7 @@
 #include "fuzz/require.h"
 #include "library/bank_folder.h"
 #include "library/document_import.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <cstdint>
 #include <cstdlib>

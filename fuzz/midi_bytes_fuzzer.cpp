@@ -6,7 +6,7 @@
 #include "fuzz/require.h"
 #include "hosting/midi_inlet.h"
 #include "modulation/midi_manager.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 #include "tests/support/fake_scan.h"
 
 #include <array>

@@ -1,9 +1,9 @@
 // Reads arbitrary bytes as a MIDI file and as a host's automation. Whatever comes, reading ends
 // with one line of text, or with events in time's order whose values a control takes.
 
-#include "cli/automation_file.h"
-#include "cli/midi_file.h"
 #include "fuzz/require.h"
+#include "rendering/automation_file.h"
+#include "rendering/midi_file.h"
 
 namespace {
 

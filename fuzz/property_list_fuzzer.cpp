@@ -2,7 +2,7 @@
 // with one line of text or with a value that is written and read back equal.
 
 #include "fuzz/require.h"
-#include "platform/property_list.h"
+#include "platform/lists/property_list.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace zephyra;

@@ -2,7 +2,7 @@
 // answers as it must, with finite samples and nothing written that was not asked for.
 
 #include "fuzz/render_cycles.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <cstdint>
 #include <cstdio>

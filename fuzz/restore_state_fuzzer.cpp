@@ -2,7 +2,7 @@
 // and what is saved then is written, and restored and saved again the same.
 
 #include "fuzz/restored_state.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <cstdint>
 #include <cstdio>

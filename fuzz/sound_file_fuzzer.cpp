@@ -2,7 +2,7 @@
 // finite samples or with one line of text.
 
 #include "fuzz/require.h"
-#include "platform/sound_file.h"
+#include "platform/sound/sound_file.h"
 
 #include <cmath>
 #include <sys/mman.h>

@@ -2,7 +2,7 @@
 // Whatever comes, values stay in their ranges, hands win, and what they held they let go.
 
 #include "fuzz/hands.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -1,7 +1,7 @@
 // GestureFilter: lets through to a host only what a hand did.
 #pragma once
 
-#include "platform/audio_unit_parameters.h"
+#include "platform/audio_unit/audio_unit_parameters.h"
 
 #include <functional>
 #include <memory>

@@ -1,8 +1,8 @@
 // LatestMidi: the newest message of each kind, for when there are too many to keep all.
 #pragma once
 
-#include "platform/midi_message.h"
-#include "platform/realtime.h"
+#include "platform/audio_unit/midi_message.h"
+#include "platform/threads/realtime.h"
 
 #include <array>
 #include <atomic>

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "hosting/latest_midi.h"
+#include "platform/audio_unit/midi_message.h"
+#include "platform/audio_unit/midi_parser.h"
 #include "platform/instance.h"
-#include "platform/midi_message.h"
-#include "platform/midi_parser.h"
-#include "platform/spsc_ring.h"
+#include "platform/threads/spsc_ring.h"
 
 #include <cstddef>
 #include <cstdint>

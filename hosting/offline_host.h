@@ -3,7 +3,7 @@
 
 #include "audiounit/my_audio_unit.h"
 #include "hosting/midi_inlet.h"
-#include "platform/audio_unit_host.h"
+#include "platform/audio_unit/audio_unit_host.h"
 #include "platform/instance.h"
 
 #include <cstdint>

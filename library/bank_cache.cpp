@@ -1,9 +1,9 @@
 #include "library/bank_cache.h"
 
 #include "library/bank_edits.h"
-#include "platform/case_folding.h"
-#include "platform/file_calls.h"
-#include "platform/whole_file.h"
+#include "platform/files/file_calls.h"
+#include "platform/files/whole_file.h"
+#include "platform/text/case_folding.h"
 
 #include <utility>
 

@@ -2,7 +2,7 @@
 
 #include "library/bank_edits.h"
 #include "library/bank_rescue.h"
-#include "platform/property_path.h"
+#include "platform/lists/property_path.h"
 
 #include <algorithm>
 #include <map>

@@ -1,7 +1,7 @@
 #include "library/bank_edits.h"
 
-#include "platform/case_folding.h"
-#include "platform/fixed_text.h"
+#include "platform/text/case_folding.h"
+#include "platform/text/fixed_text.h"
 
 #include <algorithm>
 #include <utility>

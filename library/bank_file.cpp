@@ -1,9 +1,9 @@
 #include "library/bank_file.h"
 
-#include "platform/backup_flag.h"
-#include "platform/property_list_scan.h"
-#include "platform/property_path.h"
-#include "platform/whole_file.h"
+#include "platform/files/backup_flag.h"
+#include "platform/files/whole_file.h"
+#include "platform/lists/property_list_scan.h"
+#include "platform/lists/property_path.h"
 
 #include <utility>
 

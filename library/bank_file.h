@@ -1,9 +1,9 @@
 // Bank: a bank of presets as its file holds it, and the file's reading and writing.
 #pragma once
 
-#include "platform/file_stamp.h"
-#include "platform/property_list.h"
-#include "platform/result.h"
+#include "platform/files/file_stamp.h"
+#include "platform/lists/property_list.h"
+#include "platform/text/result.h"
 
 #include <cstddef>
 #include <filesystem>

@@ -1,10 +1,10 @@
 #include "library/bank_folder.h"
 
-#include "platform/backup_flag.h"
-#include "platform/file_calls.h"
-#include "platform/file_lock.h"
-#include "platform/file_name.h"
-#include "platform/folder_entries.h"
+#include "platform/files/backup_flag.h"
+#include "platform/files/file_calls.h"
+#include "platform/files/file_lock.h"
+#include "platform/files/file_name.h"
+#include "platform/files/folder_entries.h"
 
 #include <algorithm>
 #include <optional>

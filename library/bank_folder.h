@@ -3,8 +3,8 @@
 #pragma once
 
 #include "library/bank_cache.h"
-#include "platform/folders.h"
-#include "platform/result.h"
+#include "platform/files/folders.h"
+#include "platform/text/result.h"
 
 #include <functional>
 #include <map>

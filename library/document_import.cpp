@@ -1,12 +1,12 @@
 #include "library/document_import.h"
 
 #include "library/bank_folder.h"
-#include "platform/file_calls.h"
-#include "platform/file_lock.h"
-#include "platform/file_name.h"
-#include "platform/folder_entries.h"
-#include "platform/one_line.h"
-#include "platform/whole_file.h"
+#include "platform/files/file_calls.h"
+#include "platform/files/file_lock.h"
+#include "platform/files/file_name.h"
+#include "platform/files/folder_entries.h"
+#include "platform/files/whole_file.h"
+#include "platform/text/one_line.h"
 
 #include <algorithm>
 #include <utility>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/instance.h"
-#include "platform/result.h"
-#include "platform/worker.h"
+#include "platform/text/result.h"
+#include "platform/threads/worker.h"
 
 #include <cstddef>
 #include <deque>

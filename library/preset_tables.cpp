@@ -1,7 +1,7 @@
 #include "library/preset_tables.h"
 
 #include "library/bank_edits.h"
-#include "platform/folder_entries.h"
+#include "platform/files/folder_entries.h"
 
 #include <utility>
 

@@ -5,8 +5,8 @@
 #include "library/bank_edits.h"
 #include "library/preset_dialogs.h"
 #include "library/preset_tables.h"
-#include "platform/log.h"
-#include "platform/midi_notices.h"
+#include "platform/audio_unit/midi_notices.h"
+#include "platform/text/log.h"
 
 #include <utility>
 

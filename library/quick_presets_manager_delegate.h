@@ -1,7 +1,7 @@
 // QuickPresetsManagerDelegate: who provides the state that a preset holds, and takes it back.
 #pragma once
 
-#include "platform/property_list.h"
+#include "platform/lists/property_list.h"
 
 namespace zephyra {
 

@@ -3,9 +3,9 @@
 #include "library/bank_edits.h"
 #include "library/preset_dialogs.h"
 #include "library/quick_presets_manager.h"
-#include "platform/file_name.h"
-#include "platform/folder_entries.h"
-#include "platform/log.h"
+#include "platform/files/file_name.h"
+#include "platform/files/folder_entries.h"
+#include "platform/text/log.h"
 
 #include <utility>
 

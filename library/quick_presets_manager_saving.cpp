@@ -3,10 +3,10 @@
 #include "library/bank_edits.h"
 #include "library/preset_dialogs.h"
 #include "library/quick_presets_manager.h"
-#include "platform/file_name.h"
-#include "platform/folder_entries.h"
+#include "platform/files/file_name.h"
+#include "platform/files/folder_entries.h"
 #include "platform/local_time.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <utility>
 

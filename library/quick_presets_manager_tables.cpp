@@ -3,7 +3,7 @@
 #include "library/bank_edits.h"
 #include "library/preset_tables.h"
 #include "library/quick_presets_manager.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <algorithm>
 

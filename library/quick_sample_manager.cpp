@@ -1,9 +1,9 @@
 #include "library/quick_sample_manager.h"
 
-#include "platform/file_calls.h"
-#include "platform/file_name.h"
-#include "platform/folder_entries.h"
-#include "platform/log.h"
+#include "platform/files/file_calls.h"
+#include "platform/files/file_name.h"
+#include "platform/files/folder_entries.h"
+#include "platform/text/log.h"
 
 #include <algorithm>
 #include <iterator>

@@ -5,7 +5,7 @@
 #include "library/document_import.h"
 #include "library/library_table.h"
 #include "platform/instance.h"
-#include "platform/sound_file.h"
+#include "platform/sound/sound_file.h"
 
 #include <cstddef>
 #include <filesystem>

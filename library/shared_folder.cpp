@@ -1,8 +1,8 @@
 #include "library/shared_folder.h"
 
 #include "library/built_in_samples.h"
-#include "platform/file_calls.h"
-#include "platform/whole_file.h"
+#include "platform/files/file_calls.h"
+#include "platform/files/whole_file.h"
 
 #include <algorithm>
 #include <cstddef>

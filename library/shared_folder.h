@@ -1,8 +1,8 @@
 // prepareSharedFolder: the shared folder as a program finds it on its first start.
 #pragma once
 
-#include "platform/folders.h"
-#include "platform/result.h"
+#include "platform/files/folders.h"
+#include "platform/text/result.h"
 
 #include <filesystem>
 #include <string>

@@ -1,6 +1,6 @@
 #include "main_view/audio_unit_view_controller.h"
 
-#include "platform/fixed_text.h"
+#include "platform/text/fixed_text.h"
 
 #include <algorithm>
 #include <system_error>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "library/quick_sample_manager.h"
-#include "platform/folders.h"
+#include "platform/files/folders.h"
 #include "stream/sample_loader.h"
 
 namespace zephyra {

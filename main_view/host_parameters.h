@@ -2,7 +2,7 @@
 #pragma once
 
 #include "audiounit/parameter_table.h"
-#include "platform/audio_unit_parameters.h"
+#include "platform/audio_unit/audio_unit_parameters.h"
 #include "stream/stream_controls.h"
 
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include "modulation/accelerometer_widgets.h"
 
 #include "modulation/accelerometer_wrapper.h"
-#include "platform/log.h"
-#include "platform/property_reader.h"
+#include "platform/lists/property_reader.h"
+#include "platform/text/log.h"
 
 namespace zephyra {
 

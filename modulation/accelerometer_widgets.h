@@ -3,7 +3,7 @@
 
 #include "modulation/wrapper_list.h"
 #include "platform/accelerometer.h"
-#include "platform/run_loop.h"
+#include "platform/threads/run_loop.h"
 
 #include <cstddef>
 #include <functional>

@@ -1,6 +1,6 @@
 #include "modulation/assignment_search.h"
 
-#include "platform/case_folding.h"
+#include "platform/text/case_folding.h"
 
 namespace zephyra {
 

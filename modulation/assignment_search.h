@@ -1,7 +1,7 @@
 // AssignmentSearchResult: an assignment record that a search found.
 #pragma once
 
-#include "platform/property_list.h"
+#include "platform/lists/property_list.h"
 
 #include <cstddef>
 #include <string>

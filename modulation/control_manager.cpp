@@ -1,7 +1,7 @@
 #include "modulation/control_manager.h"
 
 #include "controls/scan_target.h"
-#include "platform/midi_notices.h"
+#include "platform/audio_unit/midi_notices.h"
 
 #include <algorithm>
 #include <utility>

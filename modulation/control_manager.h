@@ -11,7 +11,7 @@
 #include "modulation/mapping_panel.h"
 #include "modulation/modulation.h"
 #include "platform/instance.h"
-#include "platform/property_list.h"
+#include "platform/lists/property_list.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,8 +3,8 @@
 #include "controls/note_values.h"
 #include "modulation/control_manager.h"
 #include "modulation/scrub_widget_wrapper.h"
-#include "platform/fixed_text.h"
-#include "platform/log.h"
+#include "platform/text/fixed_text.h"
+#include "platform/text/log.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // Saving and restoring of ControlManager.
 
 #include "modulation/control_manager.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <map>
 

@@ -2,7 +2,7 @@
 
 #include "modulation/lfo_knob_wrapper.h"
 #include "modulation/lfo_scan_wrapper.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 namespace zephyra {
 

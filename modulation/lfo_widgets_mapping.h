@@ -3,8 +3,8 @@
 
 #include "modulation/lfo_widget_wrapper.h"
 #include "modulation/wrapper_list.h"
-#include "platform/realtime.h"
-#include "platform/run_loop.h"
+#include "platform/threads/realtime.h"
+#include "platform/threads/run_loop.h"
 
 #include <cstddef>
 

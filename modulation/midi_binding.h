@@ -2,8 +2,8 @@
 #pragma once
 
 #include "controls/control.h"
-#include "platform/midi_message.h"
-#include "platform/result.h"
+#include "platform/audio_unit/midi_message.h"
+#include "platform/text/result.h"
 
 #include <cstdint>
 #include <string>

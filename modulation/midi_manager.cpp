@@ -2,8 +2,8 @@
 
 #include "modulation/midi_conflicts.h"
 #include "modulation/spoken_list.h"
-#include "platform/log.h"
-#include "platform/midi_notices.h"
+#include "platform/audio_unit/midi_notices.h"
+#include "platform/text/log.h"
 
 #include <any>
 

@@ -5,9 +5,9 @@
 #include "modulation/midi_binding.h"
 #include "modulation/midi_follower.h"
 #include "modulation/midi_values.h"
+#include "platform/audio_unit/midi_message.h"
 #include "platform/instance.h"
-#include "platform/midi_message.h"
-#include "platform/property_list.h"
+#include "platform/lists/property_list.h"
 
 #include <cstddef>
 #include <cstdint>

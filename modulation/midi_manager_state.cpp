@@ -1,8 +1,8 @@
 // Saving and restoring of MidiManager.
 
 #include "modulation/midi_manager.h"
-#include "platform/log.h"
-#include "platform/property_reader.h"
+#include "platform/lists/property_reader.h"
+#include "platform/text/log.h"
 
 #include <algorithm>
 #include <set>

@@ -4,7 +4,7 @@
 #include "controls/scrub_reference.h"
 #include "controls/touch_listener.h"
 #include "modulation/wrapper_list.h"
-#include "platform/run_loop.h"
+#include "platform/threads/run_loop.h"
 
 #include <array>
 #include <cstddef>

@@ -1,7 +1,7 @@
 // Accelerometer: how the machine is tilted.
 #pragma once
 
-#include "platform/relaxed.h"
+#include "platform/threads/relaxed.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "platform/cpu_level.h"
 
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <cstdlib>
 #include <string>

@@ -3,12 +3,12 @@
 
 #include "platform/accelerometer.h"
 #include "platform/alert.h"
-#include "platform/audio_session.h"
+#include "platform/audio_unit/audio_session.h"
 #include "platform/document_center.h"
-#include "platform/folders.h"
+#include "platform/files/folders.h"
 #include "platform/notification_center.h"
-#include "platform/run_loop.h"
 #include "platform/shared_folder_notices.h"
+#include "platform/threads/run_loop.h"
 #include "platform/user_defaults.h"
 
 namespace zephyra {

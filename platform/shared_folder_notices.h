@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/notification_center.h"
-#include "platform/run_loop.h"
+#include "platform/threads/run_loop.h"
 
 #include <memory>
 #include <string>

@@ -1,7 +1,7 @@
 #include "platform/user_defaults.h"
 
-#include "platform/file_calls.h"
-#include "platform/log.h"
+#include "platform/files/file_calls.h"
+#include "platform/text/log.h"
 
 namespace zephyra {
 

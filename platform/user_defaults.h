@@ -1,7 +1,7 @@
 // UserDefaults: small settings that outlive the program, in one property-list file.
 #pragma once
 
-#include "platform/property_list.h"
+#include "platform/lists/property_list.h"
 
 #include <filesystem>
 #include <string>

@@ -1,8 +1,8 @@
 #include "stream/audio_file_writer.h"
 
-#include "platform/audio_buffer_list.h"
-#include "platform/audio_file_error.h"
-#include "platform/log.h"
+#include "platform/sound/audio_buffer_list.h"
+#include "platform/sound/audio_file_error.h"
+#include "platform/text/log.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 // EAFWrite: writes floats or 16-bit samples to a new sound file.
 #pragma once
 
-#include "platform/audio_file.h"
-#include "platform/stream_description.h"
+#include "platform/sound/audio_file.h"
+#include "platform/sound/stream_description.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,7 +1,7 @@
 // CapturedMemory: what a stream remembers of its captured sound between two states.
 #pragma once
 
-#include "platform/property_list.h"
+#include "platform/lists/property_list.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 #include "stream/captured_state.h"
 
-#include "platform/log.h"
-#include "platform/property_reader.h"
+#include "platform/lists/property_reader.h"
+#include "platform/text/log.h"
 #include "stream/kept_sound.h"
 
 #include <new>

@@ -1,7 +1,7 @@
 // capturedState and restoreCaptured: what live input heard, as states keep it.
 #pragma once
 
-#include "platform/property_list.h"
+#include "platform/lists/property_list.h"
 #include "stream/stream_controller.h"
 
 #include <string>

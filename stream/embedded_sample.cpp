@@ -1,8 +1,8 @@
 #include "stream/embedded_sample.h"
 
-#include "platform/content_hash.h"
-#include "platform/folder_entries.h"
-#include "platform/log.h"
+#include "platform/files/content_hash.h"
+#include "platform/files/folder_entries.h"
+#include "platform/text/log.h"
 #include "stream/kept_sound.h"
 #include "stream/normalized_sample.h"
 

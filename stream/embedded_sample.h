@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/sample_buffer.h"
-#include "platform/result.h"
+#include "platform/text/result.h"
 #include "platform/user_defaults.h"
 #include "stream/sample_reference.h"
 

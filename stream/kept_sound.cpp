@@ -1,6 +1,6 @@
 #include "stream/kept_sound.h"
 
-#include "platform/flac_codec.h"
+#include "platform/sound/flac_codec.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 // keptSound: a mono sound as states keep it, as FLAC in a dictionary.
 #pragma once
 
-#include "platform/property_reader.h"
-#include "platform/result.h"
+#include "platform/lists/property_reader.h"
+#include "platform/text/result.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "stream/live_buffer.h"
 
-#include "platform/log.h"
+#include "platform/text/log.h"
 #include "stream/normalized_sample.h"
 
 #include <algorithm>

@@ -1,11 +1,11 @@
 // WaveForm: a stream's sounds, one loaded from a file and one kept of the live input.
 #pragma once
 
-#include "platform/audio_buffer_list.h"
-#include "platform/audio_session.h"
+#include "platform/audio_unit/audio_session.h"
 #include "platform/notification_center.h"
-#include "platform/realtime.h"
-#include "platform/render_cycle.h"
+#include "platform/sound/audio_buffer_list.h"
+#include "platform/threads/realtime.h"
+#include "platform/threads/render_cycle.h"
 #include "stream/waveform_data.h"
 
 #include <atomic>

@@ -1,7 +1,7 @@
 #include "stream/live_export.h"
 
-#include "platform/audio_file_error.h"
-#include "platform/log.h"
+#include "platform/sound/audio_file_error.h"
+#include "platform/text/log.h"
 #include "stream/audio_file_writer.h"
 #include "stream/reserved_name.h"
 #include "stream/warning.h"

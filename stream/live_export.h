@@ -1,7 +1,7 @@
 // LiveExport: the command that keeps, restores or clears what live input captured.
 #pragma once
 
-#include "platform/worker.h"
+#include "platform/threads/worker.h"
 #include "stream/stream_controller.h"
 
 #include <filesystem>

@@ -1,9 +1,9 @@
 // Oscilloscope: the newest output of a stream, kept for a screen that looks at it.
 #pragma once
 
-#include "platform/audio_buffer_list.h"
-#include "platform/realtime.h"
-#include "platform/relaxed.h"
+#include "platform/sound/audio_buffer_list.h"
+#include "platform/threads/realtime.h"
+#include "platform/threads/relaxed.h"
 
 #include <array>
 #include <cstddef>

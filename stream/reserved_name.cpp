@@ -1,8 +1,8 @@
 #include "stream/reserved_name.h"
 
-#include "platform/audio_file_error.h"
-#include "platform/file_calls.h"
-#include "platform/incremental_name.h"
+#include "platform/files/file_calls.h"
+#include "platform/files/incremental_name.h"
+#include "platform/sound/audio_file_error.h"
 
 #include <system_error>
 

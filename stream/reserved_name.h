@@ -1,7 +1,7 @@
 // reserveName: an empty sound file under a name that nobody else has or gets.
 #pragma once
 
-#include "platform/result.h"
+#include "platform/text/result.h"
 
 #include <filesystem>
 #include <string>

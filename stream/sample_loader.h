@@ -1,9 +1,9 @@
 // SampleLoader: reads sound files into a stream without stopping the one that plays.
 #pragma once
 
-#include "platform/relaxed.h"
-#include "platform/result.h"
-#include "platform/worker.h"
+#include "platform/text/result.h"
+#include "platform/threads/relaxed.h"
+#include "platform/threads/worker.h"
 #include "stream/sample_reading.h"
 #include "stream/stream_controller.h"
 

@@ -1,9 +1,9 @@
 #include "stream/sample_reading.h"
 
-#include "platform/content_hash.h"
-#include "platform/log.h"
-#include "platform/one_line.h"
-#include "platform/sound_file.h"
+#include "platform/files/content_hash.h"
+#include "platform/sound/sound_file.h"
+#include "platform/text/log.h"
+#include "platform/text/one_line.h"
 #include "stream/embedded_sample.h"
 #include "stream/sample_search.h"
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "engine/sample_buffer.h"
-#include "platform/folders.h"
-#include "platform/result.h"
+#include "platform/files/folders.h"
+#include "platform/text/result.h"
 #include "stream/sample_reference.h"
 
 #include <filesystem>

@@ -1,7 +1,7 @@
 // SampleReference: which file a stream's sound came from, as states keep it.
 #pragma once
 
-#include "platform/property_list.h"
+#include "platform/lists/property_list.h"
 
 #include <cstdint>
 #include <memory>

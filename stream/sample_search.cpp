@@ -1,8 +1,8 @@
 #include "stream/sample_search.h"
 
-#include "platform/content_hash.h"
-#include "platform/folder_entries.h"
-#include "platform/sound_file.h"
+#include "platform/files/content_hash.h"
+#include "platform/files/folder_entries.h"
+#include "platform/sound/sound_file.h"
 
 #include <algorithm>
 #include <system_error>

@@ -1,7 +1,7 @@
 // findSample: the file that a reference names, also where its folder or name is another one now.
 #pragma once
 
-#include "platform/folders.h"
+#include "platform/files/folders.h"
 #include "stream/sample_reference.h"
 
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "stream/sample_state.h"
 
-#include "platform/log.h"
+#include "platform/text/log.h"
 #include "stream/embedded_sample.h"
 #include "stream/sample_search.h"
 

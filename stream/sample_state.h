@@ -1,7 +1,7 @@
 // sampleState and readSampleState: a stream's sample as states keep it.
 #pragma once
 
-#include "platform/property_reader.h"
+#include "platform/lists/property_reader.h"
 #include "stream/stream_controller.h"
 #include "stream/stream_state.h"
 

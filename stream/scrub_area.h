@@ -3,7 +3,7 @@
 
 #include "controls/scan_target.h"
 #include "controls/touch_listener.h"
-#include "platform/run_loop.h"
+#include "platform/threads/run_loop.h"
 #include "stream/scrub_animation.h"
 
 #include <optional>

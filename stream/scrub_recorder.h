@@ -1,9 +1,9 @@
 // ScrubRecorder: records how a hand moves a stream's scan, and plays that take in a loop.
 #pragma once
 
-#include "platform/property_list.h"
-#include "platform/property_reader.h"
-#include "platform/run_loop.h"
+#include "platform/lists/property_list.h"
+#include "platform/lists/property_reader.h"
+#include "platform/threads/run_loop.h"
 
 #include <array>
 #include <cstddef>

@@ -1,10 +1,10 @@
 #include "stream/sound_keeping.h"
 
-#include "platform/audio_file_float_wav.h"
-#include "platform/content_hash.h"
-#include "platform/file_calls.h"
-#include "platform/file_name.h"
-#include "platform/sound_file.h"
+#include "platform/files/content_hash.h"
+#include "platform/files/file_calls.h"
+#include "platform/files/file_name.h"
+#include "platform/sound/audio_file_float_wav.h"
+#include "platform/sound/sound_file.h"
 #include "stream/reserved_name.h"
 #include "stream/sample_search.h"
 

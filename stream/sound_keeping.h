@@ -1,7 +1,7 @@
 // keepSoundAsFile: gives a sound that only a state or the live buffer holds a file of its own.
 #pragma once
 
-#include "platform/result.h"
+#include "platform/text/result.h"
 #include "stream/stream_controller.h"
 
 namespace zephyra {

@@ -4,10 +4,10 @@
 
 #include "controls/keyboard.h"
 #include "engine/granular_stream.h"
-#include "platform/audio_buffer_list.h"
 #include "platform/instance.h"
-#include "platform/realtime.h"
-#include "platform/render_cycle.h"
+#include "platform/sound/audio_buffer_list.h"
+#include "platform/threads/realtime.h"
+#include "platform/threads/render_cycle.h"
 #include "stream/captured_memory.h"
 #include "stream/live_buffer.h"
 #include "stream/oscilloscope.h"

@@ -1,7 +1,7 @@
 // StreamFade: a stream's level on its way up or down, tick by tick on the run loop.
 #pragma once
 
-#include "platform/run_loop.h"
+#include "platform/threads/run_loop.h"
 
 #include <functional>
 

@@ -1,6 +1,6 @@
 // How live input goes on and off, and what becomes of what it heard.
 
-#include "platform/log.h"
+#include "platform/text/log.h"
 #include "stream/normalized_sample.h"
 #include "stream/stream_controller.h"
 

@@ -1,6 +1,6 @@
 // GranulatorProcessing: what one render cycle does with a stream.
 
-#include "platform/flush_denormals.h"
+#include "platform/threads/flush_denormals.h"
 #include "stream/stream_controller.h"
 
 #include <algorithm>

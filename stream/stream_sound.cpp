@@ -1,7 +1,7 @@
 // Which sound a stream plays: a file's, as it is or normalized, or what live input left.
 
-#include "platform/fixed_text.h"
-#include "platform/log.h"
+#include "platform/text/fixed_text.h"
+#include "platform/text/log.h"
 #include "stream/normalized_sample.h"
 #include "stream/stream_controller.h"
 

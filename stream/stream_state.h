@@ -1,7 +1,7 @@
 // saveStreamState and restoreStreamState: everything of a stream that a preset keeps.
 #pragma once
 
-#include "platform/property_reader.h"
+#include "platform/lists/property_reader.h"
 #include "stream/sample_loader.h"
 #include "stream/stream_controller.h"
 

@@ -1,6 +1,6 @@
 // How MOK_SCRUB_GRANULATOR starts, stops, rewinds and freezes.
 
-#include "platform/log.h"
+#include "platform/text/log.h"
 #include "stream/stream_controller.h"
 
 #include <utility>

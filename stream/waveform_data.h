@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/sample_buffer.h"
-#include "platform/relaxed.h"
+#include "platform/threads/relaxed.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // openReader to closeWriter: the functions that aac_module.cpp gathers into one AacModule.
 #pragma once
 
-#include "platform/aac_codec.h"
+#include "platform/sound/aac_codec.h"
 
 namespace zephyra::aac {
 

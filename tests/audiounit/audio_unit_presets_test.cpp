@@ -1,7 +1,7 @@
 // The presets that a host sees, and the states that it reads and writes.
 
 #include "library/bank_file.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 #include "tests/support/fake_host.h"
 #include "tests/support/temporary_folder.h"
 

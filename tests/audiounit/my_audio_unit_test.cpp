@@ -1,7 +1,7 @@
 // What a host sees of the audio unit: its answers, its memory, its first moments, its mix.
 
 #include "audiounit/dry_wet_mix.h"
-#include "platform/flush_denormals.h"
+#include "platform/threads/flush_denormals.h"
 #include "tests/audiounit/audio_unit_rig.h"
 
 #include <gtest/gtest.h>

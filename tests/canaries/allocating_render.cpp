@@ -1,6 +1,6 @@
 // Allocates where it promised not to, hidden from the compiler; the real-time sanitizer must say
 // so.
-#include "platform/realtime.h"
+#include "platform/threads/realtime.h"
 
 #include <cstdlib>
 

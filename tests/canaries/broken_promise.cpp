@@ -1,5 +1,5 @@
 // Calls a function that may block from one that promised not to; clang must refuse to compile it.
-#include "platform/realtime.h"
+#include "platform/threads/realtime.h"
 
 void waitForSomebody();
 

@@ -1,8 +1,8 @@
 // Many renders at a time: their processes, their names, and what becomes of those that fail.
 
-#include "cli/batch_names.h"
-#include "cli/contact_sheet.h"
-#include "cli/process_pool.h"
+#include "cli/batch/batch_names.h"
+#include "cli/batch/process_pool.h"
+#include "pictures/cairo/contact_sheet.h"
 #include "tests/cli/program.h"
 
 #include <csignal>

@@ -1,7 +1,7 @@
 // Settings as they are typed, against the controls' table.
 
-#include "cli/control_names.h"
-#include "cli/text_numbers.h"
+#include "audiounit/control_text.h"
+#include "platform/text/text_numbers.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

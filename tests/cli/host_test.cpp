@@ -1,7 +1,7 @@
 // What a render's host does: automation, MIDI, tempo, transport, states.
 
-#include "cli/automation_lane.h"
-#include "cli/midi_file.h"
+#include "rendering/automation_lane.h"
+#include "rendering/midi_file.h"
 #include "tests/cli/program.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // What the commands about banks, presets, samples and folders do with real folders.
 
-#include "cli/preset_names.h"
 #include "library/bank_edits.h"
+#include "presets/preset_names.h"
 #include "tests/cli/program.h"
 
 #include <algorithm>

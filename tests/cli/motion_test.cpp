@@ -1,10 +1,10 @@
 // What moves a render's controls by itself: LFOs, takes, learned controllers, and their picture.
 
-#include "cli/learn_option.h"
-#include "cli/lfo_option.h"
-#include "cli/notes_lane.h"
-#include "cli/paths_lane.h"
-#include "cli/take_file.h"
+#include "cli/options/learn_option.h"
+#include "cli/options/lfo_option.h"
+#include "pictures/cairo/notes_lane.h"
+#include "pictures/cairo/paths_lane.h"
+#include "rendering/take_file.h"
 #include "tests/cli/program.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 // OfflineRender against the engine called by hand, and how long the echo is waited for.
 
-#include "cli/echo_tail.h"
-#include "cli/offline_render.h"
-#include "cli/render_plan.h"
 #include "engine/envelope_menu.h"
+#include "rendering/echo_tail.h"
+#include "rendering/offline_render.h"
+#include "rendering/render_plan.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,16 +1,16 @@
 // What the pictures' numbers are made of: waveforms, spectra, scales and names.
 
-#include "cli/grain_map.h"
-#include "cli/nearest_name.h"
-#include "cli/paths_lane.h"
-#include "cli/picture_axes.h"
-#include "cli/picture_recorder.h"
 #include "cli/progress_bar.h"
-#include "cli/spectrogram_lane.h"
-#include "cli/spectrum_columns.h"
-#include "cli/text_numbers.h"
-#include "cli/waveform_columns.h"
-#include "cli/waveform_lane.h"
+#include "pictures/cairo/grain_map.h"
+#include "pictures/cairo/paths_lane.h"
+#include "pictures/cairo/picture_axes.h"
+#include "pictures/cairo/spectrogram_lane.h"
+#include "pictures/cairo/waveform_lane.h"
+#include "pictures/spectrum_columns.h"
+#include "pictures/waveform_columns.h"
+#include "platform/text/nearest_name.h"
+#include "platform/text/text_numbers.h"
+#include "rendering/picture_recorder.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // The pad: what its notes may be, what a finger does to its values, what it remembers.
 
 #include "controls/pad.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 #include "platform/user_defaults.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "effects/dsp_runtime.h"
 
 #include "effects/delay_line.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Every level's loops against the plain per-sample model, bit for bit.
 #include "effects/effect_bodies.h"
 
-#include "platform/flush_denormals.h"
+#include "platform/threads/flush_denormals.h"
 #include "tests/support/block_partition.h"
 #include "tests/support/literal_effects.h"
 

@@ -2,7 +2,7 @@
 
 #include "effects/ring_modulator.h"
 #include "effects/stereo_echo.h"
-#include "platform/flush_denormals.h"
+#include "platform/threads/flush_denormals.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // The banks that the fuzzer starts from, each named by what it is: what opening, checking and
 // mending them gives.
 #include "library/bank_check.h"
-#include "platform/whole_file.h"
+#include "platform/files/whole_file.h"
 
 #include <cstddef>
 #include <filesystem>

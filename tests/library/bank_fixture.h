@@ -3,7 +3,7 @@
 
 #include "library/bank_edits.h"
 #include "library/bank_folder.h"
-#include "platform/file_calls.h"
+#include "platform/files/file_calls.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>

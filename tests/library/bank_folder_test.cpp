@@ -1,7 +1,7 @@
 #include "library/bank_folder.h"
 
 #include "library/bank_edits.h"
-#include "platform/file_calls.h"
+#include "platform/files/file_calls.h"
 #include "tests/library/bank_fixture.h"
 
 #include <cerrno>

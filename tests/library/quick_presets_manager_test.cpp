@@ -1,10 +1,10 @@
 #include "library/quick_presets_manager.h"
 
 #include "library/bank_edits.h"
+#include "platform/audio_unit/midi_notices.h"
 #include "platform/clock.h"
-#include "platform/file_calls.h"
-#include "platform/log.h"
-#include "platform/midi_notices.h"
+#include "platform/files/file_calls.h"
+#include "platform/text/log.h"
 #include "tests/support/temporary_folder.h"
 
 #include <cerrno>

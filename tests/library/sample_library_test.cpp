@@ -2,7 +2,7 @@
 
 #include "library/quick_sample_manager.h"
 #include "library/shared_folder.h"
-#include "platform/file_calls.h"
+#include "platform/files/file_calls.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gmock/gmock.h>

@@ -2,7 +2,7 @@
 // thread sanitizer watches.
 
 #include "hosting/midi_inlet.h"
-#include "platform/wall_clock_driver.h"
+#include "platform/threads/wall_clock_driver.h"
 #include "tests/support/hosted_unit.h"
 #include "tests/support/temporary_folder.h"
 

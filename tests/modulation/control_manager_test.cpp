@@ -3,7 +3,7 @@
 #include "controls/scan_target.h"
 #include "modulation/midi_manager.h"
 #include "modulation/scrub_widgets.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <gtest/gtest.h>
 

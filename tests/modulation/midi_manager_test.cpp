@@ -1,8 +1,8 @@
 // What MIDI messages do to controls: learning, taking over, ranges, navigation, conflicts, states.
 
 #include "modulation/midi_manager.h"
-#include "platform/log.h"
-#include "platform/midi_notices.h"
+#include "platform/audio_unit/midi_notices.h"
+#include "platform/text/log.h"
 #include "tests/support/fake_scan.h"
 
 #include <gmock/gmock.h>

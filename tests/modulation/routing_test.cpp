@@ -4,7 +4,7 @@
 #include "controls/toggle.h"
 #include "modulation/accelerometer_widgets.h"
 #include "modulation/lfo_widgets_mapping.h"
-#include "platform/log.h"
+#include "platform/text/log.h"
 #include "tests/support/fake_scan.h"
 
 #include <gtest/gtest.h>

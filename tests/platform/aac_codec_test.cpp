@@ -1,6 +1,6 @@
 // The AAC module: what it writes it reads back at its exact length.
 
-#include "platform/aac_codec.h"
+#include "platform/sound/aac_codec.h"
 
 #include <cmath>
 #include <filesystem>

@@ -1,6 +1,6 @@
-#include "platform/atomic_file.h"
+#include "platform/files/atomic_file.h"
 
-#include "platform/audio_file_error.h"
+#include "platform/sound/audio_file_error.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>

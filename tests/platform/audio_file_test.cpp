@@ -1,8 +1,8 @@
-#include "platform/audio_file.h"
+#include "platform/sound/audio_file.h"
 
-#include "platform/audio_file_error.h"
-#include "platform/audio_file_float_wav.h"
-#include "platform/log.h"
+#include "platform/sound/audio_file_error.h"
+#include "platform/sound/audio_file_float_wav.h"
+#include "platform/text/log.h"
 #include "tests/support/other_program.h"
 #include "tests/support/temporary_folder.h"
 

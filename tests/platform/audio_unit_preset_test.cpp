@@ -1,4 +1,4 @@
-#include "platform/audio_unit_preset.h"
+#include "platform/audio_unit/audio_unit_preset.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/content_hash.h"
+#include "platform/files/content_hash.h"
 
 #include "tests/support/temporary_folder.h"
 

@@ -1,7 +1,7 @@
 // Every call of a write fails in turn: what stands under the name is the old file or the new one.
 
-#include "platform/file_calls.h"
-#include "platform/whole_file.h"
+#include "platform/files/file_calls.h"
+#include "platform/files/whole_file.h"
 #include "tests/support/temporary_folder.h"
 
 #include <cerrno>

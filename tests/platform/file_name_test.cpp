@@ -1,6 +1,6 @@
-#include "platform/file_name.h"
+#include "platform/files/file_name.h"
 
-#include "platform/folder_entries.h"
+#include "platform/files/folder_entries.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "platform/flac_codec.h"
+#include "platform/sound/flac_codec.h"
 
 #include <cmath>
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "platform/incremental_name.h"
+#include "platform/files/incremental_name.h"
 
 #include "tests/support/temporary_folder.h"
 

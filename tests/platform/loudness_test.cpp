@@ -1,6 +1,6 @@
 // Loudness against the values that the standard gives for sines.
 
-#include "platform/loudness.h"
+#include "platform/sound/loudness.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

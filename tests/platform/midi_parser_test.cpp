@@ -1,6 +1,6 @@
 // Which messages arbitrary MIDI bytes hold.
 
-#include "platform/midi_parser.h"
+#include "platform/audio_unit/midi_parser.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Every file of fuzz/corpus/property_list, whose names say what is in them, reads as its row says.
 
-#include "platform/property_list.h"
+#include "platform/lists/property_list.h"
 
 #include <fstream>
 #include <gmock/gmock.h>

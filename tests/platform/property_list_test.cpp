@@ -1,4 +1,4 @@
-#include "platform/property_list.h"
+#include "platform/lists/property_list.h"
 
 #include "tests/support/temporary_folder.h"
 

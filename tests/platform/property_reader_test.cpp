@@ -1,6 +1,6 @@
-#include "platform/property_reader.h"
+#include "platform/lists/property_reader.h"
 
-#include "platform/log.h"
+#include "platform/text/log.h"
 
 #include <cmath>
 #include <gmock/gmock.h>

@@ -1,8 +1,8 @@
-#include "platform/run_loop.h"
+#include "platform/threads/run_loop.h"
 
 #include "platform/alert.h"
-#include "platform/wall_clock_driver.h"
-#include "platform/worker.h"
+#include "platform/threads/wall_clock_driver.h"
+#include "platform/threads/worker.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What several processes, or several instances of one, tell each other about files.
 
 #include "platform/clock.h"
-#include "platform/file_lock.h"
+#include "platform/files/file_lock.h"
 #include "platform/instance.h"
 #include "platform/local_time.h"
 #include "tests/support/temporary_folder.h"

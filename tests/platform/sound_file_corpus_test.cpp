@@ -1,6 +1,6 @@
 // Every file of fuzz/corpus/sound_file, whose names say what is in them, reads as its row says.
 
-#include "platform/sound_file.h"
+#include "platform/sound/sound_file.h"
 
 #include <cmath>
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 // Reading sound files: what options do, and what is no sound file at all.
 
-#include "platform/sound_file.h"
+#include "platform/sound/sound_file.h"
 
 #include "tests/support/temporary_folder.h"
 

@@ -1,6 +1,6 @@
 #include "platform/user_defaults.h"
 
-#include "platform/log.h"
+#include "platform/text/log.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "platform/whole_file.h"
+#include "platform/files/whole_file.h"
 
 #include "tests/support/temporary_folder.h"
 

@@ -2,8 +2,8 @@
 // neighbours.
 
 #include "library/bank_edits.h"
-#include "platform/content_hash.h"
-#include "platform/file_name.h"
+#include "platform/files/content_hash.h"
+#include "platform/files/file_name.h"
 #include "platform/random_source.h"
 #include "tests/resources/sound_measure.h"
 #include "tests/support/hosted_unit.h"

@@ -1,7 +1,7 @@
 // SoundMeasure: what an ear would say of a stereo sound, in numbers.
 #pragma once
 
-#include "cli/spectrum_columns.h"
+#include "pictures/spectrum_columns.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "stream/audio_file_writer.h"
 
-#include "platform/log.h"
+#include "platform/text/log.h"
 #include "tests/support/other_program.h"
 #include "tests/support/temporary_folder.h"
 

@@ -1,6 +1,6 @@
 // Samples that cannot get lost: states find them again, carry them along, or say what is missing.
 
-#include "platform/sound_file.h"
+#include "platform/sound/sound_file.h"
 #include "stream/kept_sound.h"
 #include "stream/sound_keeping.h"
 #include "tests/support/stream_player.h"

@@ -1,6 +1,6 @@
 // Where a stream's sound comes from and goes to: files, live input, exports and states.
 
-#include "platform/sound_file.h"
+#include "platform/sound/sound_file.h"
 #include "tests/support/stream_player.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 // FakeHost: an audio unit between a fake view controller and a host that tells what it is told to.
 #pragma once
 
-#include "platform/audio_unit_host.h"
+#include "platform/audio_unit/audio_unit_host.h"
 #include "tests/support/fake_controller.h"
 #include "tests/support/test_sounds.h"
 

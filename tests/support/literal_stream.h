@@ -6,7 +6,7 @@
 
 #include "engine/grain_window.h"
 #include "engine/sample_buffer.h"
-#include "platform/flush_denormals.h"
+#include "platform/threads/flush_denormals.h"
 
 #include <algorithm>
 #include <cmath>

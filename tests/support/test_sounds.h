@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/sample_buffer.h"
-#include "platform/audio_buffer_list.h"
+#include "platform/sound/audio_buffer_list.h"
 
 #include <array>
 #include <cstdint>

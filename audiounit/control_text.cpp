@@ -1,0 +1,138 @@
+#include "audiounit/control_text.h"
+
+#include "audiounit/parameter_table.h"
+#include "controls/note_values.h"
+#include "platform/text/nearest_name.h"
+#include "platform/text/text_numbers.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace zephyra {
+
+namespace {
+
+/// All but the envelope, which has an option of its own.
+constexpr std::array<ControlId, kControlCount - 1> kSettable = [] {
+    std::array<ControlId, kControlCount - 1> ids{};
+    for (std::size_t i = 0; i < ids.size(); ++i) ids[i] = static_cast<ControlId>(i);
+    return ids;
+}();
+static_assert(static_cast<std::size_t>(ControlId::envelope) == kControlCount - 1);
+
+constexpr const char* kStreamSuffix = "_0"; // of the one stream, in identifiers
+
+constexpr std::span<const ControlId> kParameters(kSettable.data(), kParameterCount);
+
+std::string withUnit(const std::string& number, const char* unit) {
+    return *unit ? number + " " + unit : number;
+}
+
+Failure unknownName(std::string_view name, std::span<const ControlId> known, const char* kind,
+                    const char* list) {
+    std::vector<std::string_view> names;
+    for (const ControlId id : known) names.emplace_back(controlRange(id).name);
+    return {std::string("there is no ") + kind + " " + inQuotes(name) + "; the nearest is " +
+            inQuotes(nearestName(name, names)) + " (`" + list + "` lists all)"};
+}
+
+std::optional<ControlId> findName(std::string_view name, std::span<const ControlId> known) {
+    const std::string plain = plainName(name);
+    for (const ControlId id : known)
+        if (plainName(controlRange(id).name) == plain) return id;
+    return std::nullopt;
+}
+
+std::optional<float> parseChoice(std::string_view text) {
+    const std::string plain = plainName(text);
+    for (std::size_t i = 0; i < kNoteValues.size(); ++i)
+        if (plainName(kNoteValues[i].name) == plain) return static_cast<float>(i);
+    return std::nullopt;
+}
+
+std::optional<float> parseValue(const ControlRange& range, std::string_view text) {
+    if (range.kind == ControlKind::choice) return parseChoice(text);
+    if (range.kind == ControlKind::switching) {
+        const std::string word = plainName(text);
+        if (word == "on" || word == "1") return 1.0f;
+        if (word == "off" || word == "0") return 0.0f;
+        return std::nullopt;
+    }
+    const std::optional<double> number = parseNumber(text);
+    if (!number) return std::nullopt;
+    // The ends belong to the range, also where single precision rounds them inwards.
+    const auto value = static_cast<float>(*number);
+    return acceptsValue(range, value) ? std::optional(value) : std::nullopt;
+}
+
+} // namespace
+
+std::span<const ControlId> settableControls() {
+    return kSettable;
+}
+
+std::string rangeText(const ControlRange& range) {
+    if (range.kind == ControlKind::switching) return "on or off";
+    if (range.kind == ControlKind::choice)
+        return std::string(kNoteValues.front().name) + " to " + kNoteValues.back().name;
+    return formatNumber(range.minimum) + " to " + withUnit(formatNumber(range.maximum), range.unit);
+}
+
+std::string valueText(const ControlRange& range, float value) {
+    if (range.kind == ControlKind::switching) return value != 0 ? "on" : "off";
+    if (range.kind == ControlKind::choice) return kNoteValues[static_cast<std::size_t>(value)].name;
+    // A curve's rounding is nothing to read: 50, not 50.000004.
+    return withUnit(formatShort(double{value}), range.unit);
+}
+
+std::string settingText(const ControlSetting& setting) {
+    const ControlRange& range = controlRange(setting.control);
+    return std::string(range.name) + " " + valueText(range, setting.value);
+}
+
+Result<ControlId> parseControlName(std::string_view name) {
+    if (const auto id = findName(name, kSettable)) return *id;
+    if (plainName(name) == "envelope")
+        return Failure{"the envelope is chosen with --envelope NAME"};
+    return unknownName(name, kSettable, "control", "zephyra render --help");
+}
+
+Result<ControlId> parseParameterName(std::string_view name) {
+    if (const auto id = findName(name, kParameters)) return *id;
+    for (const ParameterRow& row : parameterTable())
+        if (parameterIdentifier(row, kStreamSuffix) == name) return row.id;
+    return unknownName(name, kParameters, "parameter", "zephyra parameters");
+}
+
+Result<float> parseControlValue(ControlId control, std::string_view text) {
+    const ControlRange& range = controlRange(control);
+    if (const std::optional<float> value = parseValue(range, text)) return *value;
+    return Failure{std::string(range.name) + " takes " + rangeText(range) + ", not " +
+                   inQuotes(text)};
+}
+
+Result<ControlSetting> parseSetting(std::string_view text) {
+    const std::size_t sign = text.find('=');
+    if (sign == std::string_view::npos || sign == 0)
+        return Failure{inQuotes(text) + " is no setting; write NAME=VALUE, as in Density=80"};
+    const Result<ControlId> control = parseControlName(text.substr(0, sign));
+    if (!control) return Failure{control.message()};
+    const Result<float> value = parseControlValue(control.value(), text.substr(sign + 1));
+    if (!value) return Failure{value.message()};
+    return ControlSetting{control.value(), value.value()};
+}
+
+Result<TimedSetting> parseTimedSetting(std::string_view text) {
+    const std::size_t colon = text.find(':');
+    const std::optional<double> seconds =
+        colon == std::string_view::npos ? std::nullopt : parseNumber(text.substr(0, colon));
+    if (!seconds || *seconds < 0)
+        return Failure{inQuotes(text) +
+                       " has no time; write SECONDS:NAME=VALUE, as in 2.5:Pitch=7"};
+    const Result<ControlSetting> setting = parseSetting(text.substr(colon + 1));
+    if (!setting) return Failure{setting.message()};
+    return TimedSetting{*seconds, setting.value()};
+}
+
+} // namespace zephyra

@@ -1,0 +1,137 @@
+#include "cli/batch/batch_render.h"
+
+#include "cli/batch/batch_plan.h"
+#include "cli/batch/batch_report.h"
+#include "cli/batch/process_pool.h"
+#include "cli/interrupt.h"
+#include "pictures/cairo/contact_sheet.h"
+#include "pictures/cairo/picture_file.h"
+#include "platform/files/folder_entries.h"
+#include "platform/text/log.h"
+
+#include <algorithm>
+#include <new>
+#include <system_error>
+#include <utility>
+
+namespace zephyra {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// What a child says of its render.
+constexpr char kMessage = 'm', kLine = 'l', kLevels = 'v', kJson = 'j', kNotice = 'n';
+
+int renderInChild(const BatchJob& job, JobLine& line) {
+    setLogSink([&line](std::string_view text) { line.say(kNotice, text); });
+    RenderEnd end;
+    try {
+        end = renderFile(*job.options, ProgressBar::Shown::never,
+                         [&line](double share) { line.share(share); });
+    } catch (const std::bad_alloc&) {
+        end = {.code = ExitCode::failure,
+               .message = "memory is short; free some or take a shorter sound"};
+    }
+    setLogSink({});
+    for (const auto& [kind, text] : {std::pair(kMessage, &end.message),
+                                     {kLine, &end.line},
+                                     {kLevels, &end.levels},
+                                     {kJson, &end.json}})
+        line.say(kind, *text);
+    for (const std::string& notice : end.notices) line.say(kNotice, notice);
+    return static_cast<int>(end.code);
+}
+
+void hear(BatchJob& job, char kind, const std::string& text) {
+    if (kind == kMessage) job.end.message = text;
+    if (kind == kLine) job.end.line = text;
+    if (kind == kLevels) job.end.levels = text;
+    if (kind == kJson) job.end.json = text;
+    if (kind == kNotice) job.end.notices.push_back(text);
+}
+
+void close(BatchJob& job, const JobEnd& end) {
+    if (end.code == static_cast<int>(ExitCode::success)) return;
+    job.end.code = end.code < 0 ? ExitCode::failure : static_cast<ExitCode>(end.code);
+    if (!end.why.empty()) job.end.message = end.why;
+    if (job.end.message.empty()) job.end.message = "its process ended before it was done";
+}
+
+/// Those whose options are right; false when the user wants no more.
+bool renderJobs(std::vector<BatchJob>& jobs, ProgressBar::Shown shown) {
+    std::vector<BatchJob*> ready;
+    for (BatchJob& job : jobs)
+        if (job.options) ready.push_back(&job);
+    ProgressBar bar("Rendering", shown);
+    const JobEvents events = {
+        .said = [&](std::size_t i, char kind,
+                    const std::string& text) { hear(*ready[i], kind, text); },
+        .progressed = [&](double share) { bar.update(share); },
+        .ended = [&](std::size_t i, const JobEnd& end) { close(*ready[i], end); }};
+    return runJobs(
+        ready.size(), processorCount(),
+        [&](std::size_t i, JobLine& line) { return renderInChild(*ready[i], line); }, events,
+        [] { return interrupted(); });
+}
+
+std::string heading(const std::vector<BatchJob>& jobs, const PresetOptions& presets) {
+    const std::string count = std::to_string(jobs.size());
+    if (!presets.played) return count + " sounds";
+    return std::string(stemOf(jobs.front().preset->bank)) + " \u00B7 " + count +
+           (jobs.size() == 1 ? " render" : " renders");
+}
+
+Result<void> drawSheet(const std::vector<BatchJob>& jobs, const PresetOptions& presets) {
+    std::vector<ContactSheetEntry> entries;
+    for (const BatchJob& job : jobs)
+        entries.push_back({.title = job.name,
+                           .detail = job.end.levels,
+                           .picture = job.options ? *job.options->picture : fs::path(),
+                           .failure = job.end.message});
+    PictureFile file;
+    const fs::path path = *presets.outDir / (std::string(kContactSheet) + ".png");
+    if (const auto opened = file.open(path); !opened) return opened;
+    const ContactSheet sheet(heading(jobs, presets), std::move(entries));
+    Canvas canvas(sheet.width(), sheet.height());
+    sheet.draw(canvas);
+    return file.save(canvas);
+}
+
+Result<void> makeFolder(const fs::path& folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (!error && fs::is_directory(folder, error)) return {};
+    return Failure{"--out-dir " + folder.string() + " cannot be made (" +
+                   (error ? error.message() : "it is no folder") + "); choose another"};
+}
+
+bool isWritten(const BatchJob& job) {
+    return job.options && job.end.code == ExitCode::success && !job.end.line.empty();
+}
+
+} // namespace
+
+ExitCode runBatchRender(const TypedRenderOptions& typed, const PresetOptions& presets) {
+    ExitCode code = ExitCode::failure;
+    Result<std::vector<BatchJob>> planned = planBatch(typed, presets, code);
+    if (!planned) return endWith(code, planned.message());
+    std::vector<BatchJob>& jobs = planned.value();
+    if (const auto made = makeFolder(*presets.outDir); !made)
+        return endWith(ExitCode::failure, made.message());
+
+    const bool all =
+        renderJobs(jobs, typed.quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal);
+    const auto written = std::count_if(jobs.begin(), jobs.end(), isWritten);
+    if (!all)
+        return endWith(ExitCode::failure, "interrupted; " + std::to_string(written) + " of " +
+                                              std::to_string(jobs.size()) +
+                                              " renders were written");
+    if (const RenderEnd* const failure = commonFailure(jobs))
+        return endWith(failure->code, failure->message);
+    const auto drawn = drawSheet(jobs, presets);
+    code = reportBatch(jobs, typed);
+    return drawn ? code : endWith(ExitCode::failure, drawn.message());
+}
+
+} // namespace zephyra

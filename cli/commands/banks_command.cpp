@@ -1,0 +1,161 @@
+#include "cli/commands/banks_command.h"
+
+#include "cli/command_folders.h"
+#include "cli/text_table.h"
+#include "library/bank_edits.h"
+#include "library/preset_search.h"
+#include "platform/files/folder_entries.h"
+#include "platform/text/nearest_name.h"
+#include "platform/text/one_line.h"
+#include "presets/preset_facts.h"
+#include "presets/preset_names.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+namespace zephyra {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+ExitCode printJson(const Json& json) {
+    return printOut(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+}
+
+std::string countText(std::size_t presets) {
+    return std::to_string(presets) + (presets == 1 ? " preset" : " presets");
+}
+
+std::string stem(const std::string& bank) {
+    return std::string(stemOf(bank));
+}
+
+const char* ownerOf(const ListedBank& bank) {
+    return bank.isFactory() ? "factory" : "user";
+}
+
+/// The banks, or the one that was asked for.
+Result<std::vector<ListedBank>> listedBanks(BankFolder& banks, const BanksRequest& request) {
+    std::vector<ListedBank> listed = banks.list();
+    if (!request.bank) return listed;
+    const auto name = findBank(banks, *request.bank);
+    if (!name) return Failure{name.message()};
+    std::erase_if(listed, [&](const ListedBank& bank) { return bank.name != name.value(); });
+    if (listed.empty()) return Failure{inQuotes(*request.bank) + " was made just now; try again"};
+    return listed;
+}
+
+// --- the banks ---
+
+/// Why it cannot be read, without the path that the message begins with.
+std::string reasonOf(const std::string& message, const std::filesystem::path& file) {
+    const std::string lead = file.string() + " cannot be read: ";
+    return message.starts_with(lead) ? message.substr(lead.size()) : message;
+}
+
+ExitCode listBanks(BankFolder& banks, const std::vector<ListedBank>& listed, bool asJson) {
+    TextTable table;
+    Json json = Json::array();
+    for (const ListedBank& bank : listed) {
+        const auto summary = banks.summary(bank.name);
+        Json entry = {{"name", stem(bank.name)},
+                      {"file", banks.locate(bank.name).string()},
+                      {"factory", bank.isFactory()}};
+        if (summary)
+            entry["presets"] = summary.value()->snapshots.size();
+        else
+            entry["problem"] = summary.message();
+        json.push_back(std::move(entry));
+        table.addRow(
+            {stem(bank.name), ownerOf(bank),
+             summary ? countText(summary.value()->snapshots.size())
+                     : "cannot be read: " + reasonOf(summary.message(), banks.locate(bank.name))});
+    }
+    if (asJson) return printJson(json);
+    if (!table.isEmpty()) return printOut(table.text());
+    const Folders& folders = banks.folders();
+    return printOut(onOneLine("no bank stands in " + folders.shared.string() + " and " +
+                              folders.resources.string()) +
+                    "\n");
+}
+
+// --- one bank's presets ---
+
+ExitCode listPresets(BankFolder& banks, const ListedBank& bank, bool asJson) {
+    const auto content = banks.read(bank.name);
+    if (!content) return endWith(ExitCode::failure, content.message());
+    TextTable table;
+    Json presets = Json::array();
+    for (const std::string& key : sortedKeys(*content.value())) {
+        const PropertyDictionary* const record = recordOf(*content.value(), key);
+        if (!record) continue;
+        const PresetFacts facts = presetFacts(*record);
+        const std::string name = snapshotTag(*content.value(), key).value_or(kUnnamed);
+        const std::size_t number = presets.size() + 1;
+        table.addRow({std::to_string(number), name, key, soundText(facts)});
+        presets.push_back({{"number", number},
+                           {"name", name},
+                           {"key", key},
+                           {"sample", facts.sample.empty() ? Json(nullptr) : Json(facts.sample)},
+                           {"live", facts.listensToInput}});
+    }
+    if (asJson)
+        return printJson({{"name", stem(bank.name)},
+                          {"file", banks.locate(bank.name).string()},
+                          {"factory", bank.isFactory()},
+                          {"presets", std::move(presets)}});
+    if (table.isEmpty()) return printOut(onOneLine(stem(bank.name)) + " holds no preset\n");
+    return printOut(table.text());
+}
+
+// --- what a search found ---
+
+/// The preset's number in its bank, from 1; 0 for a whole bank.
+std::size_t numberOf(BankFolder& banks, const FoundPreset& found) {
+    const auto summary = banks.summary(found[0]);
+    if (!summary) return 0;
+    const auto& snapshots = summary.value()->snapshots;
+    const auto place = std::ranges::find(snapshots, found[2], &BankSummary::Snapshot::key);
+    return place == snapshots.end() ? 0 : static_cast<std::size_t>(place - snapshots.begin()) + 1;
+}
+
+ExitCode listFound(BankFolder& banks, const std::vector<ListedBank>& listed,
+                   const BanksRequest& request) {
+    TextTable table;
+    Json json = Json::array();
+    for (const FoundPreset& found : searchPresets(banks, listed, *request.search)) {
+        const auto& [bank, name, detail] = found;
+        const std::size_t number = numberOf(banks, found);
+        if (number == 0) {
+            table.addRow({stem(bank), "", "", detail});
+            json.push_back({{"bank", stem(bank)}});
+            continue;
+        }
+        table.addRow({stem(bank), std::to_string(number), name, detail});
+        json.push_back({{"bank", stem(bank)}, {"number", number}, {"name", name}, {"key", detail}});
+    }
+    if (request.json) return printJson(json);
+    if (!table.isEmpty()) return printOut(table.text());
+    return printOut("no bank and no preset has " + onOneLine(inQuotes(*request.search)) +
+                    " in its name\n");
+}
+
+} // namespace
+
+ExitCode runBanks(const BanksRequest& request) {
+    if (request.search && request.search->empty())
+        return endWith(ExitCode::wrongUsage, "--search takes a part of a name, not \"\"");
+    const Folders folders = commandFolders();
+    BankFolder banks(folders);
+    const auto listed = listedBanks(banks, request);
+    if (!listed) return endWith(ExitCode::failure, listed.message());
+    if (request.search) return listFound(banks, listed.value(), request);
+    if (request.bank) return listPresets(banks, listed.value().front(), request.json);
+    return listBanks(banks, listed.value(), request.json);
+}
+
+} // namespace zephyra

@@ -1,0 +1,45 @@
+#include "cli/commands/envelopes_command.h"
+
+#include "engine/envelope_menu.h"
+#include "pictures/cairo/envelope_picture.h"
+#include "pictures/cairo/picture_file.h"
+#include "platform/random_source.h"
+#include "platform/text/nearest_name.h"
+
+#include <filesystem>
+#include <random>
+
+namespace zephyra {
+
+namespace {
+
+Result<void> savePicture(const std::filesystem::path& path) {
+    PictureFile file;
+    if (auto opened = file.open(path); !opened) return opened;
+    Canvas canvas(kEnvelopePictureWidth, kEnvelopePictureHeight);
+    // The Random envelope of the picture is always the same one.
+    const RandomSource before = setRandomSource(
+        [generator = std::mt19937()]() mutable { return std::uint32_t(generator()); });
+    const Result<void> drawn = drawEnvelopes(canvas);
+    setRandomSource(before);
+    return drawn ? file.save(canvas) : drawn;
+}
+
+} // namespace
+
+ExitCode runEnvelopes(const std::optional<std::string>& picture) {
+    if (picture) {
+        const std::filesystem::path path = *picture;
+        if (plainName(path.extension().string()) != "png")
+            return endWith(ExitCode::wrongUsage,
+                           "--picture takes a file name that ends in .png, not " +
+                               inQuotes(*picture));
+        if (const auto saved = savePicture(path); !saved)
+            return endWith(ExitCode::failure, saved.message());
+    }
+    std::string menu;
+    for (const char* entry : kEnvelopeMenu) menu += std::string(entry) + "\n";
+    return printOut(menu);
+}
+
+} // namespace zephyra

@@ -1,0 +1,238 @@
+#include "cli/commands/preset_changes.h"
+
+#include "cli/command_folders.h"
+#include "library/bank_edits.h"
+#include "platform/files/file_name.h"
+#include "platform/text/nearest_name.h"
+#include "platform/text/one_line.h"
+#include "platform/text/text_numbers.h"
+#include "presets/picked_presets.h"
+#include "presets/preset_adding.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace zephyra {
+
+namespace {
+
+ExitCode fail(const std::string& message) {
+    return endWith(ExitCode::failure, message);
+}
+
+ExitCode done(const std::string& message) {
+    return printOut(onOneLine(message) + "\n");
+}
+
+std::string nameOf(const Bank& bank, const std::string& key) {
+    return inQuotes(snapshotTag(bank, key).value_or(kUnnamed));
+}
+
+std::string countText(std::size_t presets) {
+    return std::to_string(presets) + (presets == 1 ? " preset" : " presets");
+}
+
+/// The presets, in a bank that may be changed.
+Result<PickedPresets> pickOwnPresets(BankFolder& banks, const std::string& bank,
+                                     const std::string& preset) {
+    auto picked = pickPresets(banks, bank, preset);
+    if (!picked) return picked;
+    if (const auto users = checkIsUsersBank(banks, picked.value().bank); !users)
+        return Failure{users.message()};
+    return picked;
+}
+
+/// Nothing when the change stands on disk.
+std::optional<Failure> trouble(const BankFolder::Changed& changed, const std::string& bank) {
+    if (!changed.problem.empty()) return Failure{changed.problem};
+    if (changed.applied) return std::nullopt;
+    return Failure{quotedBank(bank) + " has been changed by another program; try again"};
+}
+
+// --- rename ---
+
+ExitCode renameBank(BankFolder& banks, const RenameRequest& request) {
+    const auto bank = findBank(banks, request.bank);
+    if (!bank) return fail(bank.message());
+    if (const auto users = checkIsUsersBank(banks, bank.value()); !users)
+        return fail(users.message());
+    const auto name = newBankName(request.name);
+    if (!name) return endWith(ExitCode::wrongUsage, name.message());
+    const auto renamed = banks.rename(bank.value(), name.value());
+    if (!renamed) return fail(renamed.message());
+    if (!renamed.value())
+        return fail("a bank " + quotedBank(name.value()) +
+                    " is there already; choose another name");
+    return done(quotedBank(bank.value()) + " is " + quotedBank(name.value()) + " now");
+}
+
+ExitCode renamePreset(BankFolder& banks, const RenameRequest& request) {
+    const auto picked = pickOwnPresets(banks, request.bank, *request.preset);
+    if (!picked) return fail(picked.message());
+    const auto& [name, content, keys] = picked.value();
+    if (hasSnapshotNamed(*content, request.name))
+        return fail(quotedBank(name) + " has a preset " + inQuotes(request.name) +
+                    " already; choose another name");
+    const BankFolder::Changed changed = banks.change(name, [&](Bank& bank) {
+        PropertyDictionary* const record = recordOf(bank, keys.front());
+        if (!record || hasSnapshotNamed(bank, request.name)) return false;
+        record->insert_or_assign(kSnapshotTags, request.name);
+        return true;
+    });
+    if (const auto wrong = trouble(changed, name)) return fail(wrong->message);
+    return done(nameOf(*content, keys.front()) + " is " + inQuotes(request.name) + " now");
+}
+
+// --- delete ---
+
+ExitCode notWithoutYes(const std::string& what) {
+    return endWith(ExitCode::wrongUsage, "this would delete " + what + " for good; add --yes");
+}
+
+ExitCode deleteBank(BankFolder& banks, const DeleteRequest& request) {
+    const auto bank = findBank(banks, request.bank);
+    if (!bank) return fail(bank.message());
+    if (const auto users = checkIsUsersBank(banks, bank.value()); !users)
+        return fail(users.message());
+    const auto summary = banks.summary(bank.value());
+    const std::string what =
+        quotedBank(bank.value()) +
+        (summary ? " with " + countText(summary.value()->snapshots.size())
+                 : ", which cannot be read (`zephyra check` may find presets in it),");
+    if (!request.yes) return notWithoutYes(what);
+    const auto removed = banks.remove(bank.value());
+    if (!removed) return fail(removed.message());
+    if (!removed.value()) return fail(quotedBank(bank.value()) + " was deleted already");
+    return done("deleted " + what);
+}
+
+ExitCode deletePresets(BankFolder& banks, const DeleteRequest& request) {
+    const auto picked = pickOwnPresets(banks, request.bank, *request.preset);
+    if (!picked) return fail(picked.message());
+    const auto& [name, content, keys] = picked.value();
+    const std::string what = keys.size() == 1
+                                 ? nameOf(*content, keys.front()) + " of " + quotedBank(name)
+                                 : "all " + countText(keys.size()) + " of " + quotedBank(name);
+    if (keys.empty()) return done(quotedBank(name) + " holds no preset");
+    if (!request.yes) return notWithoutYes(what);
+    const BankFolder::Changed changed = banks.change(name, [&](Bank& bank) {
+        std::size_t erased = 0;
+        for (const std::string& key : keys) erased += bank.erase(key);
+        return erased > 0;
+    });
+    if (const auto wrong = trouble(changed, name)) return fail(wrong->message);
+    return done("deleted " + what);
+}
+
+// --- copy and move ---
+
+std::vector<PropertyDictionary> recordsOf(const PickedPresets& picked) {
+    std::vector<PropertyDictionary> records;
+    for (const std::string& key : picked.keys) records.push_back(*recordOf(*picked.content, key));
+    return records;
+}
+
+ExitCode copyPresets(BankFolder& banks, const PickedPresets& picked, const std::string& target) {
+    const auto added = addPresets(banks, target, recordsOf(picked));
+    if (!added) return fail(added.message());
+    return printOut(addedText(target, added.value()));
+}
+
+/// In this order, so that nothing is lost when the second half fails.
+ExitCode moveToBank(BankFolder& banks, const MoveRequest& request) {
+    const auto picked = pickOwnPresets(banks, request.bank, request.preset);
+    if (!picked) return fail(picked.message());
+    const auto target = findOrNameBank(banks, *request.target);
+    if (!target) return fail(target.message());
+    const auto& [name, content, keys] = picked.value();
+    if (target.value() == name)
+        return endWith(ExitCode::wrongUsage,
+                       "--to names the preset's own bank; write a position to move it there");
+    if (const ExitCode code = copyPresets(banks, picked.value(), target.value());
+        code != ExitCode::success)
+        return code;
+    const BankFolder::Changed changed = banks.change(name, [&](Bank& bank) {
+        for (const std::string& key : keys) {
+            const PropertyDictionary* const record = recordOf(bank, key);
+            // What somebody changed meanwhile was not copied like that.
+            if (record && *record == *recordOf(*content, key)) bank.erase(key);
+        }
+        return true;
+    });
+    if (const auto wrong = trouble(changed, name)) return fail(wrong->message);
+    return ExitCode::success;
+}
+
+ExitCode moveWithinBank(BankFolder& banks, const MoveRequest& request) {
+    if (request.preset == "*")
+        return endWith(ExitCode::wrongUsage, "one preset can stand at a position; name one");
+    const auto picked = pickOwnPresets(banks, request.bank, request.preset);
+    if (!picked) return fail(picked.message());
+    const auto& [name, content, keys] = picked.value();
+    const auto position = parseWhole(*request.position);
+    if (!position || *position == 0 || *position > content->size())
+        return endWith(ExitCode::wrongUsage, "a position in " + quotedBank(name) +
+                                                 " is a number from 1 to " +
+                                                 std::to_string(content->size()) + ", not " +
+                                                 inQuotes(*request.position));
+    const BankFolder::Changed changed = banks.change(name, [&](Bank& bank) {
+        std::vector<std::string> order = sortedKeys(bank);
+        if (std::erase(order, keys.front()) == 0) return false;
+        const std::size_t place = std::min<std::size_t>(*position - 1, order.size());
+        order.insert(order.begin() + static_cast<std::ptrdiff_t>(place), keys.front());
+        bank = renumberedBank(std::move(bank), std::move(order));
+        return true;
+    });
+    if (const auto wrong = trouble(changed, name)) return fail(wrong->message);
+    return done(nameOf(*content, keys.front()) + " is number " + std::to_string(*position) +
+                " of " + quotedBank(name) + " now");
+}
+
+/// What run makes of the folders in use.
+template <typename Request>
+ExitCode withBanks(ExitCode (*run)(BankFolder&, const Request&), const Request& request) {
+    const Folders folders = commandFolders();
+    if (const auto ready = readySharedFolder(folders); !ready) return fail(ready.message());
+    BankFolder banks(folders);
+    return run(banks, request);
+}
+
+ExitCode copyToBank(BankFolder& banks, const CopyRequest& request) {
+    const auto picked = pickPresets(banks, request.bank, request.preset);
+    if (!picked) return fail(picked.message());
+    const auto target = findOrNameBank(banks, request.target);
+    if (!target) return fail(target.message());
+    return copyPresets(banks, picked.value(), target.value());
+}
+
+} // namespace
+
+ExitCode runPresetRename(const RenameRequest& request) {
+    if (request.name.empty())
+        return endWith(ExitCode::wrongUsage, "the new name is empty; write one");
+    if (request.preset == "*")
+        return endWith(ExitCode::wrongUsage, "one preset can have the new name; name one");
+    if (request.preset && !isFileName(request.name))
+        return endWith(ExitCode::wrongUsage,
+                       "no preset can be called " + inQuotes(request.name) +
+                           "; a name has at most 255 bytes, no / and no control characters, and is "
+                           "neither \".\" nor \"..\"");
+    return withBanks(request.preset ? renamePreset : renameBank, request);
+}
+
+ExitCode runPresetDelete(const DeleteRequest& request) {
+    return withBanks(request.preset ? deletePresets : deleteBank, request);
+}
+
+ExitCode runPresetCopy(const CopyRequest& request) {
+    return withBanks(copyToBank, request);
+}
+
+ExitCode runPresetMove(const MoveRequest& request) {
+    if (request.position.has_value() == request.target.has_value())
+        return endWith(ExitCode::wrongUsage,
+                       "preset move needs a position or --to BANK, one of the two");
+    return withBanks(request.target ? moveToBank : moveWithinBank, request);
+}
+
+} // namespace zephyra

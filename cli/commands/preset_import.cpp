@@ -1,0 +1,107 @@
+#include "cli/commands/preset_import.h"
+
+#include "cli/command_folders.h"
+#include "library/bank_edits.h"
+#include "platform/files/folder_entries.h"
+#include "platform/text/nearest_name.h"
+#include "platform/text/one_line.h"
+#include "presets/picked_presets.h"
+#include "presets/preset_adding.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace zephyra {
+
+namespace {
+
+struct ReadFile {
+    std::string name; ///< of the bank that it is to be
+    BankCache::Content content;
+};
+
+Result<ReadFile> readFile(const PresetImportRequest& request, const std::filesystem::path& file) {
+    const std::string fileName = file.filename().string();
+    if (extensionOf(fileName) != kBankExtension)
+        return Failure{file.string() + " is no bank of presets; name a file that ends in .zephyra"};
+    auto read = readBank(file);
+    if (!read) return Failure{read.message()};
+    const auto name = newBankName(request.name.value_or(fileName));
+    if (!name) return Failure{name.message()};
+    return ReadFile{name.value(), std::make_shared<const Bank>(std::move(read.value().bank))};
+}
+
+Failure nameIsTaken(const std::string& name) {
+    return {"a bank " + quotedBank(name) +
+            " is there already; choose another name with --as, or add --yes to replace it"};
+}
+
+/// Writes the file as a bank of its own.
+Result<void> makeBank(BankFolder& banks, const ReadFile& file, bool replaces) {
+    const auto isNew = banks.create(file.name); // takes the name before anybody else does
+    if (!isNew) return Failure{isNew.message()};
+    if (!isNew.value() && !replaces) return nameIsTaken(file.name);
+    const BankFolder::Changed changed = banks.change(
+        file.name,
+        [&](Bank& bank) {
+            bank = *file.content;
+            return true;
+        },
+        nullptr, BankFolder::Unreadable::moveAside);
+    if (changed.problem.empty()) return {};
+    if (isNew.value()) static_cast<void>(banks.remove(file.name));
+    return Failure{changed.problem};
+}
+
+Result<std::string> importFile(BankFolder& banks, const PresetImportRequest& request,
+                               const ReadFile& file) {
+    if (!request.bank) {
+        const auto made = makeBank(banks, file, request.yes);
+        if (!made) return Failure{made.message()};
+        const std::size_t count = file.content->size();
+        return onOneLine(quotedBank(file.name)) + " is there, with " + std::to_string(count) +
+               (count == 1 ? " preset\n" : " presets\n");
+    }
+    const auto target = findOrNameBank(banks, *request.bank);
+    if (!target) return target;
+    std::vector<PropertyDictionary> records;
+    for (const std::string& key : sortedKeys(*file.content))
+        records.push_back(*recordOf(*file.content, key));
+    const auto added = addPresets(banks, target.value(), records);
+    if (!added) return Failure{added.message()};
+    return addedText(target.value(), added.value());
+}
+
+Result<void> checkRequest(const PresetImportRequest& request) {
+    if (request.name && request.bank)
+        return Failure{"--as names a new bank, --bank one that gets the presets; leave one out"};
+    if (request.name && request.files.size() > 1)
+        return Failure{"--as names one bank; import one file with it"};
+    return {};
+}
+
+} // namespace
+
+ExitCode runPresetImport(const PresetImportRequest& request) {
+    if (const auto fits = checkRequest(request); !fits)
+        return endWith(ExitCode::wrongUsage, fits.message());
+    std::vector<ReadFile> files;
+    for (const std::string& name : request.files) {
+        auto read = readFile(request, name);
+        if (!read) return endWith(ExitCode::failure, read.message());
+        files.push_back(std::move(read.value()));
+    }
+    const Folders folders = commandFolders();
+    if (const auto ready = readySharedFolder(folders); !ready)
+        return endWith(ExitCode::failure, ready.message());
+    BankFolder banks(folders);
+    for (const ReadFile& file : files) {
+        const auto imported = importFile(banks, request, file);
+        if (!imported) return endWith(ExitCode::failure, imported.message());
+        if (const ExitCode code = printOut(imported.value()); code != ExitCode::success)
+            return code;
+    }
+    return ExitCode::success;
+}
+
+} // namespace zephyra

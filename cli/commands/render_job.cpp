@@ -1,0 +1,189 @@
+#include "cli/commands/render_job.h"
+
+#include "cli/command_folders.h"
+#include "cli/commands/render_report.h"
+#include "cli/interrupt.h"
+#include "pictures/cairo/picture_file.h"
+#include "platform/files/atomic_file.h"
+#include "platform/files/folder_entries.h"
+#include "presets/preset_saving.h"
+#include "rendering/offline_render.h"
+#include "rendering/output_file.h"
+#include "rendering/picture_recorder.h"
+#include "rendering/render_plan.h"
+#include "rendering/render_source.h"
+#include "rendering/take_file.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+namespace zephyra {
+
+namespace {
+
+/// A render on its way: the files it goes into, and what is collected meanwhile.
+struct Job {
+    const RenderOptions& options;
+    OfflineRender render;
+    const RenderPlan& plan() const { return render.plan(); }
+    OutputFile file;
+    PictureFile pictureFile;
+    TakeFile takeFile;
+    std::unique_ptr<PictureRecorder> recorder; // only when a picture is wanted
+};
+
+/// Whether a state can be saved there, before hours go into the sound that comes with it.
+Result<void> checkStateFile(const std::optional<std::filesystem::path>& path) {
+    AtomicFile trial;
+    const std::error_code error = path ? trial.open(*path) : std::error_code();
+    if (!error) return {};
+    return Failure{path->string() + ": the state cannot be written (" + error.message() +
+                   "); choose a folder with room that may be written to"};
+}
+
+/// Opens what will be written before the long work begins.
+Result<void> openFiles(Job& job, const ReadSource& read) {
+    const SampleFormat format = job.options.floats ? SampleFormat::floats : SampleFormat::shorts;
+    if (auto opened =
+            job.file.open(job.options.output, job.options.type, format, job.plan().sampleRate);
+        !opened)
+        return opened;
+    if (auto writable = checkStateFile(job.options.host.saveState); !writable) return writable;
+    if (const auto& take = job.options.motion.recordScrub)
+        if (auto opened = job.takeFile.open(*take); !opened) return opened;
+    if (!job.options.picture) return {};
+    if (auto opened = job.pictureFile.open(*job.options.picture); !opened) return opened;
+    job.recorder = std::make_unique<PictureRecorder>(job.plan(), read.shown);
+    job.recorder->addSource(read.shownSamples());
+    return {};
+}
+
+Result<RenderStatistics> renderAll(Job& job, ProgressBar::Shown shown,
+                                   const std::function<void(double)>& told) {
+    ProgressBar bar("Rendering", shown);
+    return job.render.run([&](const RenderedBlock& block) -> Result<void> {
+        if (interrupted())
+            return Failure{"interrupted; " + job.options.output.string() + " was not written"};
+        if (job.recorder) job.recorder->add(block); // before the writer limits the samples
+        const double share =
+            static_cast<double>(block.firstFrame) / static_cast<double>(job.plan().frames);
+        bar.update(share);
+        if (told) told(share);
+        return job.file.write(block.left, block.right, block.frames);
+    });
+}
+
+Result<void> saveState(Job& job) {
+    if (!job.options.host.saveState) return {};
+    return writePropertyListFile(*job.options.host.saveState, job.render.state());
+}
+
+Result<void> saveTake(Job& job) {
+    const TakeRecorder* const take = job.render.recordedTake();
+    return take ? job.takeFile.save(take->positions()) : Result<void>();
+}
+
+std::string pictureTitle(const RenderOptions& options) {
+    const std::string input = options.input.filename().string();
+    if (!options.preset) return input;
+    const std::string preset =
+        options.preset->name + " (" + std::string(stemOf(options.preset->bank)) + ")";
+    return input.empty() ? preset : preset + " \u00B7 " + input;
+}
+
+Result<void> savePicture(Job& job, const RenderStatistics& statistics) {
+    if (!job.recorder) return {};
+    Canvas canvas(RenderPicture::kWidth, job.recorder->height());
+    job.recorder->draw(canvas, pictureTitle(job.options), statistics, job.file);
+    return job.pictureFile.save(canvas);
+}
+
+Result<void> savePresetOf(Job& job, BankFolder& banks) {
+    if (!job.options.savedPreset) return {};
+    return savePreset(banks, *job.options.savedPreset, job.render.snapshot());
+}
+
+/// Puts every file under its name, the sound first.
+Result<void> saveAll(Job& job, const RenderStatistics& statistics, BankFolder& banks) {
+    if (const auto closed = job.file.close(); !closed) return closed;
+    if (const auto saved = savePicture(job, statistics); !saved) return saved;
+    if (const auto saved = saveTake(job); !saved) return saved;
+    if (const auto saved = saveState(job); !saved) return saved;
+    return savePresetOf(job, banks);
+}
+
+std::vector<std::string> noticesOf(const Job& job) {
+    std::vector<std::string> notices;
+    const TakeRecorder* const take = job.render.recordedTake();
+    if (take && take->isCut())
+        notices.push_back(job.options.motion.recordScrub->string() +
+                          ": a take holds 1800 positions; what came after 120 s is left out");
+    if (const std::uint64_t limited = job.file.limitedSamples(); limited > 0)
+        notices.push_back(job.options.output.string() + ": " + std::to_string(limited) +
+                          " samples exceeded full scale and were limited; lower Amplitude or "
+                          "write --float");
+    return notices;
+}
+
+RenderEnd success(const Job& job, const ReadSource& read, const RenderStatistics& statistics) {
+    const TakeRecorder* const take = job.render.recordedTake();
+    const RenderOutcome outcome = {job.options,
+                                   job.plan(),
+                                   statistics,
+                                   job.file,
+                                   take ? take->positions().size() : 0,
+                                   job.options.preset ? read.sampleFile.string() : std::string()};
+    RenderEnd end;
+    end.text = textReport(outcome);
+    end.json = jsonReport(outcome);
+    end.line = outputLine(outcome);
+    end.levels = levelText(job.file);
+    end.notices = noticesOf(job);
+    return end;
+}
+
+RenderEnd failed(std::string message) {
+    return {.code = ExitCode::failure, .message = std::move(message)};
+}
+
+RenderEnd wrongUsage(std::string message) {
+    return {.code = ExitCode::wrongUsage, .message = std::move(message)};
+}
+
+} // namespace
+
+RenderEnd renderFile(const RenderOptions& options, ProgressBar::Shown bar,
+                     const std::function<void(double share)>& told) {
+    const Folders folders = commandFolders();
+    BankFolder banks(folders);
+    if (options.savedPreset)
+        if (const auto free = checkPresetSaving(banks, *options.savedPreset); !free)
+            return wrongUsage(free.message());
+    Result<ReadSource> read = readRenderSource(options, bar);
+    if (!read) return failed(read.message());
+    if (const auto fits = checkInputRate(options, read.value().input); !fits)
+        return wrongUsage(fits.message());
+    Result<RenderPlan> plan = makeRenderPlan(options, read.value().input);
+    if (!plan) return failed(plan.message());
+
+    Job job{.options = options,
+            .render = OfflineRender(std::move(plan.value())),
+            .file = {},
+            .pictureFile = {},
+            .takeFile = {},
+            .recorder = nullptr};
+    if (const auto ready = job.render.prepare(std::move(read.value().source)); !ready)
+        return failed(ready.message());
+    if (const auto fits = checkTimes(job.plan()); !fits) return wrongUsage(fits.message());
+    if (const auto opened = openFiles(job, read.value()); !opened) return failed(opened.message());
+    const Result<RenderStatistics> statistics = renderAll(job, bar, told);
+    if (!statistics) return failed(statistics.message());
+    if (const auto saved = saveAll(job, statistics.value(), banks); !saved)
+        return failed(saved.message());
+    return success(job, read.value(), statistics.value());
+}
+
+} // namespace zephyra

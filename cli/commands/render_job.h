@@ -1,0 +1,28 @@
+// renderFile: one render from its options to its files.
+#pragma once
+
+#include "cli/exit_code.h"
+#include "cli/options/render_options.h"
+#include "cli/progress_bar.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace zephyra {
+
+/// How it ended.
+struct RenderEnd {
+    ExitCode code = ExitCode::success;
+    std::string message = {};              ///< of a failure, one line
+    std::string text = {}, json = {};      ///< what was rendered, for people and for scripts
+    std::string line = {}, levels = {};    ///< the same in one line; how loud it is
+    std::vector<std::string> notices = {}; ///< what people should know, a line each
+};
+
+/// Renders and writes every file that the options name, each whole or not at all. told gets the
+/// share of the render that is done, 0 to 1; it may be empty. Prints nothing but the bar. MAIN.
+RenderEnd renderFile(const RenderOptions& options, ProgressBar::Shown bar,
+                     const std::function<void(double share)>& told = {});
+
+} // namespace zephyra

@@ -1,0 +1,146 @@
+#include "cli/commands/render_report.h"
+
+#include "engine/envelope_menu.h"
+#include "platform/audio_unit/audio_unit_status.h"
+#include "platform/cpu_level.h"
+#include "platform/text/nearest_name.h"
+#include "platform/text/text_numbers.h"
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+namespace zephyra {
+
+namespace {
+
+double secondsOf(const RenderPlan& plan) {
+    return static_cast<double>(plan.frames) / plan.sampleRate;
+}
+
+double speedOf(const RenderOutcome& outcome) {
+    return secondsOf(outcome.plan) / std::max(outcome.statistics.renderSeconds, 1e-9);
+}
+
+std::string decibelText(double level) {
+    return level > 0 ? formatFixed(20 * std::log10(level), 1) + " dB" : "silent";
+}
+
+const char* componentName(FourCharCode type) {
+    if (type == component_type::instrument) return "instrument";
+    return type == component_type::effect ? "effect" : "music-effect";
+}
+
+/// Adds what moved the controls, where something did.
+void addMotion(nlohmann::ordered_json& json, const RenderOutcome& outcome) {
+    const RenderPlan& plan = outcome.plan;
+    if (!plan.automation.empty()) json["automationPoints"] = plan.automation.size();
+    if (!plan.midi.empty()) json["midiMessages"] = plan.midi.size();
+    if (plan.counts.lfos > 0) json["lfos"] = plan.counts.lfos;
+    if (plan.counts.controllers > 0) json["learnedControllers"] = plan.counts.controllers;
+    if (plan.counts.takePoints > 0) json["takePoints"] = plan.counts.takePoints;
+    if (!plan.motion.recordScrub) return;
+    json["recordedTake"] = plan.motion.recordScrub->string();
+    json["recordedTakePoints"] = outcome.recordedPositions;
+}
+
+/// ", 2 LFOs, a take of 30 positions", or nothing.
+std::string motionText(const RenderOutcome& outcome) {
+    const auto counted = [](std::size_t count, const char* one) {
+        return count == 0 ? std::string()
+                          : ", " + std::to_string(count) + " " + one + (count == 1 ? "" : "s");
+    };
+    const RenderPlan& plan = outcome.plan;
+    std::string text =
+        counted(plan.counts.lfos, "LFO") + counted(plan.counts.controllers, "learned controller");
+    if (plan.counts.takePoints > 0)
+        text += ", a take of " + std::to_string(plan.counts.takePoints) + " positions";
+    if (plan.motion.recordScrub)
+        text += ", " + std::to_string(outcome.recordedPositions) + " positions kept in " +
+                plan.motion.recordScrub->string();
+    return text;
+}
+
+void addPresets(nlohmann::ordered_json& json, const RenderOutcome& outcome) {
+    if (const auto& preset = outcome.options.preset) {
+        json["bank"] = preset->bank;
+        json["preset"] = preset->name;
+        json["presetKey"] = preset->key;
+    }
+    if (!outcome.sample.empty()) json["sample"] = outcome.sample;
+    if (const auto& saved = outcome.options.savedPreset) {
+        json["savedBank"] = saved->bank;
+        json["savedPreset"] = saved->name;
+    }
+}
+
+/// ", as an effect because the preset has LIVE on, saved as ...", or nothing.
+std::string presetText(const RenderOptions& options) {
+    std::string text;
+    if (options.isEffectOfPreset) text += ", as an effect because the preset has LIVE on";
+    if (const auto& saved = options.savedPreset)
+        text += ", saved as " + inQuotes(saved->name) + " in " + saved->bank;
+    return text;
+}
+
+} // namespace
+
+std::string jsonReport(const RenderOutcome& outcome) {
+    const RenderOptions& options = outcome.options;
+    const RenderPlan& plan = outcome.plan;
+    const OutputFile& file = outcome.file;
+    nlohmann::ordered_json json;
+    if (!options.input.empty()) json["input"] = options.input.string();
+    addPresets(json, outcome);
+    json["output"] = options.output.string();
+    if (options.picture) json["picture"] = options.picture->string();
+    json["type"] = options.type.name;
+    json["float"] = options.floats;
+    json["as"] = componentName(options.host.type);
+    json["live"] = plan.use == SourceUse::live;
+    json["envelope"] = kEnvelopeMenu[static_cast<std::size_t>(
+        plan.initial[static_cast<std::size_t>(ControlId::envelope)])];
+    if (options.host.reportsContext()) json["tempo"] = options.host.tempo.value_or(kDefaultTempo);
+    addMotion(json, outcome);
+    if (options.host.saveState) json["savedState"] = options.host.saveState->string();
+    json["sampleRate"] = plan.sampleRate;
+    json["frames"] = plan.frames;
+    json["seconds"] = secondsOf(plan);
+    json["block"] = plan.blockFrames;
+    json["seed"] = plan.seed;
+    json["peak"] = file.peak();
+    json["rms"] = file.rms();
+    json["limitedSamples"] = file.limitedSamples();
+    json["grainsStarted"] = outcome.statistics.startedGrains;
+    json["grainsDropped"] = outcome.statistics.droppedGrains;
+    json["speed"] = speedOf(outcome);
+    json["cpuLevel"] = cpuLevelName(chosenCpuLevel());
+    // File names need not be UTF-8; what is not becomes a replacement character.
+    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+std::string levelText(const OutputFile& file) {
+    return "rms " + decibelText(file.rms()) + ", peak " + decibelText(file.peak());
+}
+
+std::string outputLine(const RenderOutcome& outcome) {
+    const RenderOptions& options = outcome.options;
+    const OutputFile& file = outcome.file;
+    return options.output.string() + ": " + formatDuration(secondsOf(outcome.plan)) + ", " +
+           options.type.title + (options.floats ? " 32-bit float" : "") + ", stereo, " +
+           formatNumber(outcome.plan.sampleRate) + " Hz, peak " + decibelText(file.peak()) +
+           ", rms " + decibelText(file.rms()) + "\n";
+}
+
+std::string textReport(const RenderOutcome& outcome) {
+    const RenderStatistics& statistics = outcome.statistics;
+    std::string text = outputLine(outcome);
+    text += std::to_string(statistics.startedGrains) + " grains";
+    if (statistics.droppedGrains > 0)
+        text += " (" + std::to_string(statistics.droppedGrains) + " dropped)";
+    text += motionText(outcome) + presetText(outcome.options) + ", seed " +
+            std::to_string(outcome.plan.seed) + ", rendered at " +
+            formatFixed(speedOf(outcome), 0) + " times real time\n";
+    return text;
+}
+
+} // namespace zephyra

@@ -1,0 +1,35 @@
+// jsonReport and textReport: what `zephyra render` tells about what it did.
+#pragma once
+
+#include "cli/options/render_options.h"
+#include "rendering/offline_render.h"
+#include "rendering/output_file.h"
+
+#include <cstddef>
+#include <string>
+
+namespace zephyra {
+
+/// All that a report is made of.
+struct RenderOutcome {
+    const RenderOptions& options;
+    const RenderPlan& plan;
+    const RenderStatistics& statistics;
+    const OutputFile& file;
+    std::size_t recordedPositions; ///< of --record-scrub
+    std::string sample = {};       ///< the preset's sample, where it is what was played
+};
+
+/// A JSON object for scripts, with a line end.
+std::string jsonReport(const RenderOutcome& outcome);
+
+/// Two lines for people, each with a line end.
+std::string textReport(const RenderOutcome& outcome);
+
+/// The first of them.
+std::string outputLine(const RenderOutcome& outcome);
+
+/// "rms -18.2 dB, peak -3.1 dB".
+std::string levelText(const OutputFile& file);
+
+} // namespace zephyra

@@ -1,0 +1,87 @@
+#include "cli/options/file_clashes.h"
+
+#include "cli/command_folders.h"
+
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace zephyra {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct NamedFile {
+    const char* option;
+    fs::path path;
+};
+
+/// The same file, whether or not it exists yet.
+bool sameFile(const fs::path& a, const fs::path& b) {
+    const fs::path left = trueName(a), right = trueName(b);
+    return !left.empty() && left == right;
+}
+
+/// What the render writes, whether or not it was asked for.
+std::vector<std::pair<const char*, std::optional<fs::path>>>
+writtenFiles(const RenderOptions& options) {
+    return {{"OUT", options.output},
+            {"--picture", options.picture},
+            {"--save-state", options.host.saveState},
+            {"--record-scrub", options.motion.recordScrub}};
+}
+
+Failure wouldReplace(const char* option, const std::string& what, const fs::path& path) {
+    return {std::string(option) + " would replace " + what + " " + path.string() +
+            "; choose another name"};
+}
+
+} // namespace
+
+fs::path trueName(const fs::path& file) {
+    std::error_code error;
+    if (file.empty()) return {};
+    const fs::path name = fs::weakly_canonical(fs::absolute(file, error), error);
+    return error ? fs::path() : name;
+}
+
+Result<void> checkOverwriting(const RenderOptions& options, const std::string& what,
+                              const fs::path& file) {
+    for (const auto& [option, path] : writtenFiles(options))
+        if (path && sameFile(*path, file)) return wouldReplace(option, what, file);
+    return {};
+}
+
+Result<void> checkFileClashes(const RenderOptions& options) {
+    const HostOptions& host = options.host;
+    std::vector<NamedFile> taken;
+    if (!options.input.empty()) taken.push_back({"INPUT", options.input});
+    const auto take = [&taken](const char* option, const std::optional<fs::path>& path) {
+        if (path) taken.push_back({option, *path});
+    };
+    take("--sample", host.sample);
+    take("--automate", host.automation);
+    take("--midi", host.midi);
+    take("--scrub", options.motion.scrub);
+    if (options.preset) take("--bank", options.preset->file);
+    if (options.savedPreset)
+        take("--save-bank", commandFolders().shared / options.savedPreset->bank);
+    if (!host.saveState || !host.state || !sameFile(*host.saveState, *host.state))
+        take("--state", host.state);
+
+    const auto write = [&](const char* option,
+                           const std::optional<fs::path>& path) -> Result<void> {
+        if (!path) return {};
+        for (const NamedFile& other : taken)
+            if (sameFile(*path, other.path)) return wouldReplace(option, other.option, other.path);
+        take(option, path);
+        return {};
+    };
+    for (const auto& [option, path] : writtenFiles(options))
+        if (const auto written = write(option, path); !written) return written;
+    return {};
+}
+
+} // namespace zephyra

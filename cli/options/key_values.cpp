@@ -1,0 +1,69 @@
+#include "cli/options/key_values.h"
+
+#include "platform/text/text_numbers.h"
+
+#include <algorithm>
+#include <string>
+
+namespace zephyra {
+
+namespace {
+
+std::string listed(std::span<const std::string_view> keys) {
+    std::string text;
+    for (const std::string_view key : keys) text += (text.empty() ? "" : ", ") + std::string(key);
+    return text;
+}
+
+} // namespace
+
+Complaint KeyValues::add(std::string_view part, std::span<const std::string_view> keys) {
+    const std::size_t sign = part.find('=');
+    const std::string plain = plainName(part.substr(0, sign));
+    const auto key = std::find_if(keys.begin(), keys.end(),
+                                  [&plain](auto known) { return plainName(known) == plain; });
+    if (key == keys.end())
+        return Failure{"there is no key " + inQuotes(part.substr(0, sign)) + "; the nearest is " +
+                       inQuotes(nearestName(plain, keys)) + " (of " + listed(keys) + ")"};
+    if (sign == std::string_view::npos)
+        return Failure{std::string(*key) + " has no value; write " + std::string(*key) + "=VALUE"};
+    if (find(*key)) return Failure{std::string(*key) + " is given twice; leave one out"};
+    entries_.push_back({*key, part.substr(sign + 1)});
+    return {};
+}
+
+Result<KeyValues> KeyValues::read(std::string_view text, std::span<const std::string_view> keys) {
+    KeyValues all;
+    while (!text.empty()) {
+        const std::size_t comma = text.find(',');
+        if (auto wrong = all.add(text.substr(0, comma), keys)) return std::move(*wrong);
+        text.remove_prefix(comma == std::string_view::npos ? text.size() : comma + 1);
+    }
+    return all;
+}
+
+std::optional<std::string_view> KeyValues::find(std::string_view key) const {
+    for (const Entry& entry : entries_)
+        if (entry.key == key) return entry.value;
+    return std::nullopt;
+}
+
+Complaint KeyValues::readNumber(std::string_view key, double low, double high, const char* right,
+                                std::optional<double>& value) const {
+    const auto typed = find(key);
+    if (!typed) return {};
+    value = parseNumber(*typed);
+    if (!value || *value < low || *value > high)
+        return wrongValue(std::string(key).c_str(), std::string(*typed), right);
+    return {};
+}
+
+Complaint KeyValues::readNumber(std::string_view key, double low, double high, const char* right,
+                                float& value) const {
+    std::optional<double> number;
+    Complaint wrong = readNumber(key, low, high, right, number);
+    if (number) value = static_cast<float>(*number);
+    return wrong;
+}
+
+} // namespace zephyra

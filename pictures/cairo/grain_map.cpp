@@ -1,0 +1,216 @@
+#include "pictures/cairo/grain_map.h"
+
+#include "platform/text/text_numbers.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+namespace zephyra {
+
+namespace {
+
+constexpr Colour kScanColour = Colour::hex(0xFFFFFF, 0.72);
+constexpr Colour kEventColour = Colour::hex(0xFFFFFF, 0.30);
+constexpr Colour kOutside = theme::background.faded(0.6);
+constexpr double kThinnest = 0.9, kThickest = 2.6; // pixels, half a grain's height at its middle
+constexpr double kShortest = 2.2;                  // pixels, so that every grain can be seen
+constexpr int kMostTraversals = 24; // a long grain in a tiny source is one solid band anyway
+
+// From two octaves down to two up; the middle is the source's own pitch.
+constexpr std::array<Colour, 7> kPitchStops = {
+    Colour::hex(0xE23D6D), Colour::hex(0xF4665A), Colour::hex(0xFF9B54), Colour::hex(0xFFE3A3),
+    Colour::hex(0x6FE0B0), Colour::hex(0x3FB6E8), Colour::hex(0x7C7BFF),
+};
+
+/// The map's scales.
+struct Scales {
+    const Box& box;
+    double seconds;
+
+    double x(double time) const noexcept { return box.x + time / seconds * box.width; }
+    double y(double position) const noexcept { return box.bottom() - position * box.height; }
+};
+
+double loudest(const GrainMap& map) {
+    double level = 1e-9;
+    for (const GrainMark& grain : map.grains) level = std::max(level, std::abs(grain.level));
+    return level;
+}
+
+/// Opacity at which grains that lie over each other can still be told apart.
+double grainOpacity(const GrainMap& map, const Scales& scales) {
+    double covered = 0;
+    for (const GrainMark& grain : map.grains)
+        covered += std::max(grain.length / map.seconds * scales.box.width, kShortest);
+    const double depth = covered / scales.box.width; // grains over each pixel of time
+    return std::clamp(2.3 / std::sqrt(1 + depth), 0.16, 0.95);
+}
+
+/// A lens from one point to the other, as thick as the grain is loud, like its envelope.
+void drawLens(Canvas& canvas, double x1, double y1, double x2, double y2, double thickness) {
+    const double length = std::max(std::hypot(x2 - x1, y2 - y1), kShortest);
+    const double angle = std::atan2(y2 - y1, x2 - x1);
+    const double bulge = thickness * 4 / 3; // a cubic reaches three quarters of its controls
+    cairo_t* const context = canvas.context();
+    cairo_save(context);
+    cairo_translate(context, x1, y1);
+    cairo_rotate(context, angle);
+    cairo_move_to(context, 0, 0);
+    cairo_curve_to(context, length * 0.3, -bulge, length * 0.7, -bulge, length, 0);
+    cairo_curve_to(context, length * 0.7, bulge, length * 0.3, bulge, 0, 0);
+    cairo_fill(context);
+    cairo_restore(context);
+}
+
+void drawGrain(Canvas& canvas, const Scales& scales, const GrainMark& grain, SourceEdge edge,
+               double thickness) {
+    int first = 0, last = 0; // by how many source lengths it is drawn shifted down
+    if (edge == SourceEdge::wraps) {
+        first = static_cast<int>(std::floor(std::min(grain.from, grain.to)));
+        const double end = std::max(grain.from, grain.to);
+        last = std::max(first, static_cast<int>(std::min(std::ceil(end) - 1, 1e6)));
+        last = std::min(last, first + kMostTraversals);
+    }
+    for (int shift = first; shift <= last; ++shift)
+        drawLens(canvas, scales.x(grain.start), scales.y(grain.from - shift),
+                 scales.x(grain.start + grain.length), scales.y(grain.to - shift), thickness);
+}
+
+void drawSoundingGrains(Canvas& canvas, const Scales& scales, const GrainMap& map) {
+    const double range = pitchRange(map), opacity = grainOpacity(map, scales), top = loudest(map);
+    cairo_set_operator(canvas.context(), CAIRO_OPERATOR_SCREEN);
+    for (const GrainMark& grain : map.grains) {
+        if (grain.dropped) continue;
+        const double loudness = std::sqrt(std::abs(grain.level) / top);
+        canvas.setColour(pitchColour(grain.semitones, range).faded(opacity * loudness));
+        drawGrain(canvas, scales, grain, map.edge, kThinnest + (kThickest - kThinnest) * loudness);
+    }
+    cairo_set_operator(canvas.context(), CAIRO_OPERATOR_OVER);
+}
+
+void drawDroppedGrains(Canvas& canvas, const Scales& scales, const GrainMap& map) {
+    constexpr double kArm = 2.2, kRoomPerMark = 2; // pixels
+    const auto dropped = static_cast<double>(std::count_if(
+        map.grains.begin(), map.grains.end(), [](auto& grain) { return grain.dropped; }));
+    const double crowd = std::max(dropped * kRoomPerMark / scales.box.width, 1.0);
+    const Colour colour = theme::warning.faded(0.8 / std::sqrt(crowd));
+    for (const GrainMark& grain : map.grains) {
+        if (!grain.dropped) continue;
+        const double x = scales.x(grain.start), y = scales.y(grain.from);
+        canvas.line(x - kArm, y - kArm, x + kArm, y + kArm, colour, 1.1);
+        canvas.line(x - kArm, y + kArm, x + kArm, y - kArm, colour, 1.1);
+    }
+}
+
+/// One step of the scan, over the part's ends where it wraps between the two.
+void drawScanStep(cairo_t* context, const Scales& scales, const GrainMap& map, const ScanMark& a,
+                  const ScanMark& b) {
+    const double span = map.high - map.low, step = b.position - a.position;
+    if (std::abs(step) <= span / 2) {
+        cairo_move_to(context, scales.x(a.seconds), scales.y(a.position));
+        cairo_line_to(context, scales.x(b.seconds), scales.y(b.position));
+        return;
+    }
+    if (map.edge == SourceEdge::ends) return;
+    const bool up = step < 0; // it left at the one end and came back at the other
+    const double left = up ? map.high : map.low, entered = up ? map.low : map.high;
+    const double before = std::abs(left - a.position), after = std::abs(b.position - entered);
+    const double share = before + after > 0 ? before / (before + after) : 0.5;
+    const double seconds = a.seconds + share * (b.seconds - a.seconds);
+    cairo_move_to(context, scales.x(a.seconds), scales.y(a.position));
+    cairo_line_to(context, scales.x(seconds), scales.y(left));
+    cairo_move_to(context, scales.x(seconds), scales.y(entered));
+    cairo_line_to(context, scales.x(b.seconds), scales.y(b.position));
+}
+
+void drawScan(Canvas& canvas, const Scales& scales, const GrainMap& map) {
+    canvas.setColour(kScanColour);
+    cairo_set_line_width(canvas.context(), 1.1);
+    for (std::size_t i = 1; i < map.scan.size(); ++i)
+        drawScanStep(canvas.context(), scales, map, map.scan[i - 1], map.scan[i]);
+    cairo_stroke(canvas.context());
+}
+
+/// Darkens what is not scanned, and the time in which no grain starts.
+void drawShades(Canvas& canvas, const Scales& scales, const GrainMap& map) {
+    const Box& box = scales.box;
+    if (map.edge == SourceEdge::wraps) {
+        canvas.fill({box.x, box.y, box.width, (1 - map.high) * box.height}, kOutside);
+        canvas.fill({box.x, scales.y(map.low), box.width, map.low * box.height}, kOutside);
+    }
+    if (map.playSeconds >= map.seconds) return;
+    const double x = scales.x(map.playSeconds);
+    canvas.fill({x, box.y, box.right() - x, box.height}, kOutside);
+    canvas.line(x, box.y, x, box.bottom(), kEventColour);
+    canvas.text(x + 6, box.bottom() - 8, "echo's tail",
+                {.colour = theme::faintText, .size = theme::tickSize});
+}
+
+void drawEvents(Canvas& canvas, const Scales& scales, const GrainMap& map) {
+    constexpr int kRows = 4;
+    constexpr double kRowHeight = 16, kGap = 5; // pixels
+    const TextStyle style = {.colour = theme::text, .size = 11.5};
+    std::array<double, kRows> taken{}; // up to where each row of labels is used
+    for (const EventMark& event : map.events) {
+        const double x = std::round(scales.x(event.seconds)) + 0.5;
+        const double dash[] = {3, 3};
+        cairo_set_dash(canvas.context(), dash, 2, 0);
+        canvas.line(x, scales.box.y, x, scales.box.bottom(), kEventColour);
+        cairo_set_dash(canvas.context(), nullptr, 0, 0);
+        const double width = canvas.textWidth(event.label, style);
+        const bool fits = x + kGap + width < scales.box.right();
+        const double textX = fits ? x + kGap : x - kGap - width;
+        for (int row = 0; row < kRows; ++row) {
+            double& used = taken[static_cast<std::size_t>(row)];
+            if (used > textX) continue;
+            used = textX + width + 2 * kGap;
+            const double y = scales.box.y + kRowHeight * (row + 1);
+            canvas.fill({textX - 2, y - 12, width + 4, 16}, theme::panel.faded(0.75));
+            canvas.text(textX, y, event.label, style);
+            break;
+        }
+    }
+}
+
+} // namespace
+
+double pitchRange(const GrainMap& map) {
+    double most = 0;
+    for (const GrainMark& grain : map.grains) most = std::max(most, std::abs(grain.semitones));
+    if (most < 0.01) return 12; // nothing is transposed: an octave shows that best
+    for (const double range : {1.0, 2.0, 3.0, 6.0, 12.0, 24.0, 36.0})
+        if (most <= range * 1.001) return range;
+    return 12 * std::ceil(most / 12);
+}
+
+Colour pitchColour(double semitones, double range) {
+    const double at = std::clamp((semitones / range + 1) / 2, 0.0, 1.0) * (kPitchStops.size() - 1);
+    const std::size_t stop = std::min(static_cast<std::size_t>(at), kPitchStops.size() - 2);
+    return blend(kPitchStops[stop], kPitchStops[stop + 1], at - static_cast<double>(stop));
+}
+
+void drawGrainMap(Canvas& canvas, const Box& box, const GrainMap& map) {
+    const Scales scales{box, map.seconds};
+    canvas.clip(box);
+    drawShades(canvas, scales, map);
+    drawDroppedGrains(canvas, scales, map);
+    drawSoundingGrains(canvas, scales, map);
+    drawScan(canvas, scales, map);
+    drawEvents(canvas, scales, map);
+    canvas.resetClip();
+}
+
+void drawPitchLegend(Canvas& canvas, const Box& box, double range) {
+    for (double y = 0; y < box.height; ++y)
+        canvas.fill({box.x, box.y + y, box.width, 1},
+                    pitchColour(range * (1 - 2 * (y + 0.5) / box.height), range));
+    canvas.outline(box, theme::frame);
+    std::vector<Tick> ticks;
+    for (const double share : {-1.0, -0.5, 0.0, 0.5, 1.0})
+        ticks.push_back({(share + 1) / 2, formatNumber(share * range)});
+    drawUprightAxis(canvas, box, ticks, "pitch (semitones)", AxisSide::right, GridLines::none);
+}
+
+} // namespace zephyra

@@ -1,0 +1,166 @@
+#include "pictures/cairo/picture_canvas.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <numbers>
+#include <string_view>
+
+namespace zephyra {
+
+namespace {
+
+constexpr const char* kFont = "DejaVu Sans";
+constexpr const char* kEllipsis = "\u2026";
+
+void selectFont(cairo_t* context, const TextStyle& style) {
+    cairo_select_font_face(context, kFont, CAIRO_FONT_SLANT_NORMAL,
+                           style.weight == TextWeight::bold ? CAIRO_FONT_WEIGHT_BOLD
+                                                            : CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(context, style.size);
+}
+
+bool continuesCharacter(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+/// How many bytes the character at text[at] has; 0 where none is well formed.
+std::size_t characterLength(std::string_view text, std::size_t at) {
+    const auto first = static_cast<unsigned char>(text[at]);
+    const std::size_t length = first < 0x80                    ? 1
+                               : first >= 0xC2 && first < 0xE0 ? 2
+                               : first >= 0xE0 && first < 0xF0 ? 3
+                               : first >= 0xF0 && first < 0xF5 ? 4
+                                                               : 0;
+    if (length > text.size() - at) return 0;
+    for (std::size_t i = 1; i < length; ++i)
+        if (!continuesCharacter(text[at + i])) return 0;
+    // Longer forms than needed, surrogates, and what lies beyond the last character.
+    const auto second = static_cast<unsigned char>(length > 1 ? text[at + 1] : '\0');
+    const bool wrong = (first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
+                       (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F);
+    return wrong ? 0 : length;
+}
+
+/// text with a question mark for every byte that is not UTF-8: file names may hold any, and cairo
+/// stops drawing at the first.
+std::string wellFormed(std::string_view text) {
+    std::string shown;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t length = characterLength(text, at);
+        shown += length ? std::string(text.substr(at, length)) : "?";
+        at += std::max<std::size_t>(length, 1);
+    }
+    return shown;
+}
+
+/// Without its last character, which in UTF-8 may be several bytes.
+void removeLastCharacter(std::string& text) {
+    while (!text.empty() && continuesCharacter(text.back())) text.pop_back();
+    if (!text.empty()) text.pop_back();
+}
+
+} // namespace
+
+Colour blend(const Colour& from, const Colour& to, double share) noexcept {
+    share = std::clamp(share, 0.0, 1.0);
+    const auto mix = [share](double a, double b) { return a + (b - a) * share; };
+    return {mix(from.red, to.red), mix(from.green, to.green), mix(from.blue, to.blue),
+            mix(from.alpha, to.alpha)};
+}
+
+Canvas::Canvas(int width, int height)
+    : surface_(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height)),
+      context_(cairo_create(surface_.get())) {
+    fill({0, 0, static_cast<double>(width), static_cast<double>(height)}, theme::background);
+}
+
+void Canvas::setColour(const Colour& colour) {
+    cairo_set_source_rgba(context_.get(), colour.red, colour.green, colour.blue, colour.alpha);
+}
+
+void Canvas::fill(const Box& box, const Colour& colour) {
+    setColour(colour);
+    cairo_rectangle(context_.get(), box.x, box.y, box.width, box.height);
+    cairo_fill(context_.get());
+}
+
+void Canvas::outline(const Box& box, const Colour& colour) {
+    setColour(colour);
+    cairo_set_line_width(context_.get(), 1);
+    cairo_rectangle(context_.get(), box.x - 0.5, box.y - 0.5, box.width + 1, box.height + 1);
+    cairo_stroke(context_.get());
+}
+
+void Canvas::line(double x1, double y1, double x2, double y2, const Colour& colour, double width) {
+    setColour(colour);
+    cairo_set_line_width(context_.get(), width);
+    cairo_move_to(context_.get(), x1, y1);
+    cairo_line_to(context_.get(), x2, y2);
+    cairo_stroke(context_.get());
+}
+
+void Canvas::text(double x, double y, const std::string& text, const TextStyle& style) {
+    const double width = style.anchor == TextAnchor::left ? 0 : textWidth(text, style);
+    const double shift = style.anchor == TextAnchor::centre ? width / 2 : width;
+    cairo_t* const context = context_.get();
+    cairo_save(context);
+    selectFont(context, style);
+    setColour(style.colour);
+    cairo_translate(context, x, y);
+    if (style.turn == TextTurn::upwards) cairo_rotate(context, -std::numbers::pi / 2);
+    cairo_move_to(context, -shift, 0);
+    cairo_show_text(context, wellFormed(text).c_str());
+    cairo_restore(context);
+}
+
+double Canvas::textWidth(const std::string& text, const TextStyle& style) {
+    cairo_text_extents_t extents;
+    cairo_save(context_.get());
+    selectFont(context_.get(), style);
+    cairo_text_extents(context_.get(), wellFormed(text).c_str(), &extents);
+    cairo_restore(context_.get());
+    return extents.x_advance;
+}
+
+std::string Canvas::fitted(const std::string& text, double width, const TextStyle& style) {
+    if (textWidth(text, style) <= width) return text;
+    std::string cut = text;
+    while (!cut.empty() && textWidth(cut + kEllipsis, style) > width) removeLastCharacter(cut);
+    return cut + kEllipsis;
+}
+
+void Canvas::picture(const Box& box, const std::filesystem::path& file) {
+    const std::unique_ptr<cairo_surface_t, Release> read(
+        cairo_image_surface_create_from_png(file.c_str()));
+    const double width = cairo_image_surface_get_width(read.get());
+    const double height = cairo_image_surface_get_height(read.get());
+    if (cairo_surface_status(read.get()) != CAIRO_STATUS_SUCCESS || width < 1 || height < 1) return;
+    const double scale = std::min(box.width / width, box.height / height);
+    cairo_t* const context = context_.get();
+    cairo_save(context);
+    cairo_translate(context, box.x + (box.width - width * scale) / 2, box.y);
+    cairo_scale(context, scale, scale);
+    cairo_set_source_surface(context, read.get(), 0, 0);
+    cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_GOOD);
+    cairo_paint(context);
+    cairo_restore(context);
+}
+
+void Canvas::clip(const Box& box) {
+    cairo_rectangle(context_.get(), box.x, box.y, box.width, box.height);
+    cairo_clip(context_.get());
+}
+
+void Canvas::resetClip() {
+    cairo_reset_clip(context_.get());
+}
+
+Result<void> Canvas::save(const std::filesystem::path& file) const {
+    cairo_status_t status = cairo_status(context_.get());
+    if (status == CAIRO_STATUS_SUCCESS)
+        status = cairo_surface_write_to_png(surface_.get(), file.c_str());
+    if (status == CAIRO_STATUS_SUCCESS) return {};
+    return Failure{cairo_status_to_string(status)};
+}
+
+} // namespace zephyra

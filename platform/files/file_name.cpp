@@ -1,0 +1,82 @@
+#include "platform/files/file_name.h"
+
+#include <optional>
+#include <utf8proc.h>
+
+namespace zephyra {
+
+namespace {
+
+struct Character {
+    utf8proc_int32_t code; // -1: no UTF-8
+    std::size_t bytes;
+};
+
+/// The first character of text, which is not empty; a byte that is no UTF-8 stands for itself.
+Character firstCharacter(std::string_view text) {
+    utf8proc_int32_t code = -1;
+    const auto bytes = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                                        static_cast<utf8proc_ssize_t>(text.size()), &code);
+    if (bytes <= 0) return {-1, 1};
+    return {code, static_cast<std::size_t>(bytes)};
+}
+
+bool isWhiteSpace(utf8proc_int32_t code) {
+    if (code < 0) return false;
+    if ((code >= '\t' && code <= '\r') || code == 0x85) return true;
+    const auto category = utf8proc_category(code);
+    return category == UTF8PROC_CATEGORY_ZS || category == UTF8PROC_CATEGORY_ZL ||
+           category == UTF8PROC_CATEGORY_ZP;
+}
+
+std::optional<unsigned> hexDigit(char c) {
+    if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
+    if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A' + 10);
+    if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a' + 10);
+    return std::nullopt;
+}
+
+} // namespace
+
+bool isFileName(std::string_view text) {
+    if (text.empty() || text.size() > kMostFileNameBytes || text == "." || text == "..")
+        return false;
+    while (!text.empty()) {
+        const auto [code, bytes] = firstCharacter(text);
+        if (code < 0 || code == '/' || utf8proc_category(code) == UTF8PROC_CATEGORY_CC)
+            return false;
+        text.remove_prefix(bytes);
+    }
+    return true;
+}
+
+std::string percentDecoded(std::string_view text) {
+    std::string decoded;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool hasRoom = text[i] == '%' && text.size() - i > 2;
+        const auto high = hasRoom ? hexDigit(text[i + 1]) : std::nullopt;
+        const auto low = hasRoom ? hexDigit(text[i + 2]) : std::nullopt;
+        if (high && low) {
+            decoded += static_cast<char>(static_cast<unsigned char>(*high * 16 + *low));
+            i += 2;
+        } else {
+            decoded += text[i];
+        }
+    }
+    return decoded;
+}
+
+std::string_view trimmed(std::string_view text) {
+    std::size_t begin = text.size(), end = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const auto [code, bytes] = firstCharacter(text.substr(at));
+        if (!isWhiteSpace(code)) {
+            if (begin == text.size()) begin = at;
+            end = at + bytes;
+        }
+        at += bytes;
+    }
+    return begin < end ? text.substr(begin, end - begin) : std::string_view();
+}
+
+} // namespace zephyra

@@ -1,0 +1,63 @@
+// Finds and opens the AAC module.
+
+#include "platform/sound/aac_codec.h"
+
+#include "platform/files/program_folder.h"
+
+#include <cstdlib>
+#include <dlfcn.h>
+#include <filesystem>
+#include <vector>
+
+namespace zephyra {
+namespace {
+
+constexpr const char* kModuleFile = "libzephyra_aac.so";
+constexpr const char* kEntryPoint = "zephyraAacModule";
+
+std::vector<std::filesystem::path> moduleFolders() {
+    std::vector<std::filesystem::path> folders;
+    if (const char* named = std::getenv("ZEPHYRA_MODULES"); named && *named)
+        folders.emplace_back(named);
+    const std::filesystem::path own = programFolder();
+    folders.push_back(own);
+    folders.push_back((own / "../lib/zephyra").lexically_normal()); // as it is installed
+    folders.emplace_back(ZEPHYRA_MODULE_FOLDER);
+    return folders;
+}
+
+Result<const AacModule*> openModule(const std::filesystem::path& file) {
+    // Local, so that the decoder's libraries do not mix with a host's; never closed, since those
+    // libraries keep thread-local state.
+    void* handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!handle)
+        return Failure{"the AAC module cannot be loaded (" + std::string(dlerror()) +
+                       "); install the FFmpeg libraries it was built with"};
+    const auto entry = reinterpret_cast<const AacModule* (*)()>(dlsym(handle, kEntryPoint));
+    const AacModule* module = entry ? entry() : nullptr;
+    if (!module || module->version != kAacModuleVersion)
+        return Failure{file.string() + " is of another version of Zephyra; install both from the "
+                                       "same build"};
+    return module;
+}
+
+Result<const AacModule*> findModule() {
+    std::string lookedIn;
+    for (const auto& folder : moduleFolders()) {
+        const auto file = folder / kModuleFile;
+        std::error_code ignored;
+        if (std::filesystem::exists(file, ignored)) return openModule(file);
+        lookedIn += (lookedIn.empty() ? "" : ", ") + folder.string();
+    }
+    return Failure{"m4a files need " + std::string(kModuleFile) + ", which is not in " + lookedIn +
+                   "; set ZEPHYRA_MODULES to its folder"};
+}
+
+} // namespace
+
+Result<const AacModule*> aacModule() {
+    static const Result<const AacModule*> module = findModule();
+    return module;
+}
+
+} // namespace zephyra

@@ -1,0 +1,133 @@
+// Reads sound files by libsndfile: everything but MPEG-4.
+
+#include "platform/sound/sound_file_source.h"
+
+#include <cmath>
+#include <sndfile.h>
+#include <utility>
+
+namespace zephyra {
+namespace {
+
+struct SndfileCloser {
+    void operator()(SNDFILE* file) const { sf_close(file); }
+};
+using SndfilePtr = std::unique_ptr<SNDFILE, SndfileCloser>;
+
+class SndfileSource final : public SoundFileSource {
+public:
+    SndfileSource(SndfilePtr file, SoundFileInfo info) : file_(std::move(file)) {
+        info_ = std::move(info);
+    }
+
+    Result<std::uint32_t> read(float* interleaved, std::uint32_t maxFrames) override {
+        const sf_count_t got = sf_readf_float(file_.get(), interleaved, maxFrames);
+        return got > 0 ? static_cast<std::uint32_t>(got) : 0u;
+    }
+
+private:
+    SndfilePtr file_;
+};
+
+int rawSubtype(std::uint32_t bits) {
+    switch (bits) {
+    case 8:
+        return SF_FORMAT_PCM_S8;
+    case 16:
+        return SF_FORMAT_PCM_16;
+    case 24:
+        return SF_FORMAT_PCM_24;
+    case 32:
+        return SF_FORMAT_PCM_32;
+    default:
+        return 0;
+    }
+}
+
+/// What libsndfile must be told about a headerless file.
+Result<SF_INFO> rawInfo(const RawSoundFormat& raw) {
+    if (rawSubtype(raw.bits) == 0)
+        return Failure{"cannot be read with " + std::to_string(raw.bits) +
+                       " bits a sample; 8, 16, 24 or 32 would do"};
+    SF_INFO info{};
+    info.format = SF_FORMAT_RAW | SF_ENDIAN_LITTLE | rawSubtype(raw.bits);
+    info.channels = static_cast<int>(raw.channels);
+    info.samplerate = static_cast<int>(std::lround(raw.sampleRate));
+    return info;
+}
+
+/// What libsndfile found: behind an ID3 tag that may be anything.
+SoundFileKind kindFound(const SF_INFO& info) {
+    switch (info.format & SF_FORMAT_TYPEMASK) {
+    case SF_FORMAT_RAW:
+        return SoundFileKind::raw;
+    case SF_FORMAT_WAV:
+    case SF_FORMAT_WAVEX:
+    case SF_FORMAT_RF64:
+        return SoundFileKind::wave;
+    case SF_FORMAT_AIFF:
+        return SoundFileKind::aiff;
+    case SF_FORMAT_CAF:
+        return SoundFileKind::caf;
+    case SF_FORMAT_AU:
+        return SoundFileKind::au;
+    case SF_FORMAT_MPEG:
+        return SoundFileKind::mp3;
+    case SF_FORMAT_FLAC:
+        return SoundFileKind::flac;
+    case SF_FORMAT_OGG:
+        return SoundFileKind::ogg;
+    default:
+        return SoundFileKind::unknown;
+    }
+}
+
+std::string formatText(SoundFileKind kind, const SF_INFO& info) {
+    SF_FORMAT_INFO subtype{};
+    subtype.format = info.format & SF_FORMAT_SUBMASK;
+    const bool known =
+        sf_command(nullptr, SFC_GET_FORMAT_INFO, &subtype, sizeof subtype) == 0 && subtype.name;
+    const std::string name = soundFileKindName(kind);
+    return known ? name + ", " + subtype.name : name;
+}
+
+/// libsndfile's reason, without the full stop or line end that some of its texts have. Texts about
+/// its own insides, which it gives for absurd headers, say nothing to a user.
+std::string openFailure() {
+    std::string text = sf_strerror(nullptr);
+    if (text.find("nternal error") != std::string::npos ||
+        text.find("regular file") != std::string::npos)
+        return "its header is damaged";
+    while (!text.empty() && (text.back() == '.' || text.back() == '\n' || text.back() == ' '))
+        text.pop_back();
+    return text;
+}
+
+} // namespace
+
+SoundFileSourceResult openSndfileSource(int descriptor, SoundFileKind kind,
+                                        const RawSoundFormat& raw) {
+    SF_INFO info{};
+    if (kind == SoundFileKind::raw) {
+        const auto told = rawInfo(raw);
+        if (!told) return Failure{told.message()};
+        info = told.value();
+    }
+    SndfilePtr file(sf_open_fd(descriptor, SFM_READ, &info, SF_FALSE));
+    if (!file)
+        return Failure{std::string("cannot be read as ") + soundFileKindName(kind) + " (" +
+                       openFailure() + "); export it again as 16-bit WAV"};
+    const SoundFileKind found = kindFound(info);
+    if (found == SoundFileKind::unknown)
+        return Failure{"holds no MP3 behind its ID3 tag; export it again as 16-bit WAV"};
+    SoundFileInfo described;
+    described.format = formatText(found, info);
+    described.channels = static_cast<std::uint32_t>(info.channels);
+    described.sampleRate = info.samplerate;
+    const bool counted = info.frames > 0 && info.frames < SF_COUNT_MAX; // a cut Ogg has the latter
+    described.frames = counted ? static_cast<std::uint64_t>(info.frames) : 0;
+    return std::unique_ptr<SoundFileSource>(
+        new SndfileSource(std::move(file), std::move(described)));
+}
+
+} // namespace zephyra

@@ -1,0 +1,61 @@
+#include "platform/text/nearest_name.h"
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+namespace zephyra {
+
+namespace {
+
+bool isLetterOrDigit(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+
+} // namespace
+
+std::string plainName(std::string_view name) {
+    std::string plain;
+    for (const char c : name)
+        if (isLetterOrDigit(c))
+            plain += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return plain;
+}
+
+std::string inQuotes(std::string_view name) {
+    constexpr std::size_t kMost = 80;
+    std::size_t shown = std::min(name.size(), kMost);
+    if (shown < name.size()) // between characters, not within one
+        while (shown > 0 && (name[shown] & 0xC0) == 0x80) --shown;
+    return '"' + std::string(name.substr(0, shown)) + (shown < name.size() ? "..." : "") + '"';
+}
+
+std::size_t editDistance(std::string_view from, std::string_view to) {
+    // One row for each prefix of from: the distances to every prefix of to.
+    std::vector<std::size_t> twoBack, back, row(to.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 1; i <= from.size(); ++i) {
+        twoBack = std::move(back);
+        back = row;
+        row[0] = i;
+        for (std::size_t j = 1; j <= to.size(); ++j) {
+            const bool same = from[i - 1] == to[j - 1];
+            row[j] = std::min({back[j] + 1, row[j - 1] + 1, back[j - 1] + (same ? 0 : 1)});
+            if (i > 1 && j > 1 && from[i - 1] == to[j - 2] && from[i - 2] == to[j - 1])
+                row[j] = std::min(row[j], twoBack[j - 2] + 1);
+        }
+    }
+    return row.back();
+}
+
+std::string_view nearestName(std::string_view name, std::span<const std::string_view> names) {
+    const std::string plain = plainName(name);
+    const auto distance = [&plain](std::string_view candidate) {
+        return editDistance(plain, plainName(candidate));
+    };
+    return *std::min_element(
+        names.begin(), names.end(),
+        [&](std::string_view a, std::string_view b) { return distance(a) < distance(b); });
+}
+
+} // namespace zephyra

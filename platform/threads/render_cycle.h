@@ -1,0 +1,70 @@
+// RenderCycle: counts render calls, so that MAIN knows when RENDER can no longer see an old object.
+#pragma once
+
+#include "platform/threads/realtime.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace zephyra {
+
+/// Odd while a render call runs, even between calls. RENDER counts itself in before it takes its
+/// snapshot of any shared pointer and out after its last use of them. Both sides use sequentially
+/// consistent order: either RENDER sees the new pointer, or MAIN sees the odd count.
+class RenderCycle {
+public:
+    /// RENDER: one call's stay, entered on construction and left on destruction.
+    class Scope {
+    public:
+        explicit Scope(RenderCycle& cycle) ZEPHYRA_NONBLOCKING : cycle_(cycle) {
+            cycle_.count_.fetch_add(1);
+        }
+        ~Scope() ZEPHYRA_NONBLOCKING { cycle_.count_.fetch_add(1); }
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+
+    private:
+        RenderCycle& cycle_;
+    };
+
+    /// Any thread.
+    std::uint64_t count() const noexcept { return count_.load(); }
+
+private:
+    static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
+    std::atomic<std::uint64_t> count_{0};
+};
+
+/// Keeps replaced objects alive until no render call can still be using them. MAIN; destroyed OFF.
+class Retirement {
+public:
+    explicit Retirement(const RenderCycle& cycle) : cycle_(cycle) {}
+
+    /// Takes an object that RENDER could see until just now; call it after its pointer was
+    /// replaced. Frees it at once when no render call is under way, else in a later collect().
+    void retire(std::shared_ptr<void> object) {
+        if (object) waiting_.emplace_back(std::move(object), cycle_.count());
+        collect();
+    }
+
+    /// Frees what no render call can see any more: those retired while none ran, and those whose
+    /// call has ended since.
+    void collect() {
+        const std::uint64_t now = cycle_.count();
+        std::erase_if(waiting_, [now](const auto& entry) {
+            return entry.second % 2 == 0 || entry.second != now;
+        });
+    }
+
+    /// How many objects still wait.
+    std::size_t waiting() const noexcept { return waiting_.size(); }
+
+private:
+    const RenderCycle& cycle_;
+    std::vector<std::pair<std::shared_ptr<void>, std::uint64_t>> waiting_;
+};
+
+} // namespace zephyra

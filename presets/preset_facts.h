@@ -1,0 +1,30 @@
+// PresetFacts: what a list tells of a preset besides its name.
+#pragma once
+
+#include "platform/lists/property_list.h"
+
+#include <string>
+
+namespace zephyra {
+
+/// Plain data.
+struct PresetFacts {
+    std::string sample; ///< its file's name; empty when it names none
+    bool listensToInput = false;
+    bool holdsSound = false; ///< one that was captured
+};
+
+/// What stands in a snapshot record, without a look at any file. MAIN.
+PresetFacts presetFacts(const PropertyDictionary& record);
+
+/// "live input", the sample's file name, "captured sound", or "no sound".
+std::string soundText(const PresetFacts& facts);
+
+/// The keys of the one stream in a record.
+namespace record_key {
+inline constexpr const char* kStream = "_0"; ///< what they end with
+inline constexpr const char* kSample = "Sample_0";
+inline constexpr const char* kCaptured = "Captured_0";
+} // namespace record_key
+
+} // namespace zephyra

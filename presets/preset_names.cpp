@@ -1,0 +1,126 @@
+#include "presets/preset_names.h"
+
+#include "platform/files/folder_entries.h"
+#include "platform/text/case_folding.h"
+#include "platform/text/nearest_name.h"
+#include "platform/text/text_numbers.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+
+namespace zephyra {
+
+namespace {
+
+using Snapshots = std::vector<BankSummary::Snapshot>;
+using Texts = std::vector<std::string>;
+
+std::string nearest(std::string_view typed, const Texts& names) {
+    const std::vector<std::string_view> views(names.begin(), names.end());
+    return "the nearest is " + inQuotes(nearestName(typed, views));
+}
+
+std::string withExtension(std::string_view name) {
+    return std::string(name).append(".").append(kBankExtension);
+}
+
+/// The banks that typed names but for the case.
+Texts banksInAnyCase(const std::vector<ListedBank>& banks, std::string_view typed) {
+    const std::string plain = foldCase(typed), whole = foldCase(withExtension(typed));
+    Texts found;
+    for (const ListedBank& bank : banks)
+        if (const std::string name = foldCase(bank.name); name == plain || name == whole)
+            found.push_back(bank.name);
+    return found;
+}
+
+Failure noBank(const BankFolder& folder, const std::vector<ListedBank>& banks,
+               std::string_view typed) {
+    const std::string none = "there is no bank " + inQuotes(typed) + "; ";
+    if (banks.empty())
+        return {none + "none stands in " + folder.folders().shared.string() + " and " +
+                folder.folders().resources.string()};
+    Texts names;
+    for (const ListedBank& bank : banks) names.emplace_back(stemOf(bank.name));
+    return {none + nearest(typed, names) + " (`zephyra banks` lists all)"};
+}
+
+std::string listOf(const std::string& bank) {
+    return " (`zephyra banks " + inQuotes(stemOf(bank)) + "` lists all)";
+}
+
+/// The keys of what is called so in the way that is asked for.
+template <typename IsCalled>
+Texts keysOf(const Snapshots& snapshots, const IsCalled& isCalled) {
+    Texts keys;
+    for (const BankSummary::Snapshot& snapshot : snapshots)
+        if (isCalled(snapshot)) keys.push_back(snapshot.key);
+    return keys;
+}
+
+/// The number in the list that typed says, "3" or "#3", whether there is one or not.
+std::optional<std::size_t> numberIn(std::string_view typed) {
+    if (typed.starts_with('#')) typed.remove_prefix(1);
+    const auto number = parseWhole(typed);
+    if (!number) return std::nullopt;
+    return static_cast<std::size_t>(*number);
+}
+
+Failure noPreset(const std::string& bank, const Snapshots& snapshots, std::string_view typed) {
+    if (snapshots.empty()) return {inQuotes(stemOf(bank)) + " holds no preset"};
+    const std::string start = inQuotes(stemOf(bank)) + " has no preset " + inQuotes(typed) + "; ";
+    if (numberIn(typed))
+        return {start + "its presets are 1 to " + std::to_string(snapshots.size()) + listOf(bank)};
+    Texts names;
+    for (const BankSummary::Snapshot& snapshot : snapshots) names.push_back(snapshot.tag);
+    return {start + nearest(typed, names) + listOf(bank)};
+}
+
+Failure ambiguous(const std::string& bank, const Snapshots& snapshots, const Texts& keys,
+                  std::string_view typed) {
+    constexpr std::size_t most = 4; // of many "<unnamed>" ones
+    std::string numbers;
+    for (std::size_t i = 0, named = 0; i < snapshots.size() && named < std::min(most, keys.size());
+         ++i)
+        if (snapshots[i].key == keys[named])
+            numbers += (named++ == 0 ? "" : ", ") + std::to_string(i + 1);
+    return {inQuotes(stemOf(bank)) + " has " + std::to_string(keys.size()) + " presets " +
+            inQuotes(typed) + "; name one by its number: " + numbers +
+            (keys.size() > most ? " and so on" : "")};
+}
+
+} // namespace
+
+Result<std::string> findBank(BankFolder& folder, std::string_view typed) {
+    const std::vector<ListedBank> banks = folder.list();
+    for (const std::string& name : {std::string(typed), withExtension(typed)})
+        if (std::ranges::find(banks, name, &ListedBank::name) != banks.end()) return name;
+    const Texts found = banksInAnyCase(banks, typed);
+    if (found.empty()) return noBank(folder, banks, typed);
+    if (found.size() == 1) return found[0];
+    return Failure{std::to_string(found.size()) + " banks are called " + inQuotes(typed) +
+                   " in some case, as " + inQuotes(found[0]) + " and " + inQuotes(found[1]) +
+                   "; type the name of one as it stands"};
+}
+
+Result<Texts> findPresets(BankFolder& banks, const std::string& bank, std::string_view typed) {
+    const auto summary = banks.summary(bank);
+    if (!summary) return Failure{summary.message()};
+    const Snapshots& snapshots = summary.value()->snapshots;
+    if (typed == "*") return keysOf(snapshots, [](const auto&) { return true; });
+
+    const std::string folded = foldCase(typed);
+    Texts keys = keysOf(snapshots, [&](const auto& one) { return one.tag == typed; });
+    if (keys.empty())
+        keys = keysOf(snapshots, [&](const auto& one) { return one.foldedTag == folded; });
+    if (keys.empty()) keys = keysOf(snapshots, [&](const auto& one) { return one.key == typed; });
+    if (const auto number = numberIn(typed);
+        keys.empty() && number && *number > 0 && *number <= snapshots.size())
+        keys.push_back(snapshots[*number - 1].key);
+    if (keys.empty()) return noPreset(bank, snapshots, typed);
+    if (keys.size() > 1) return ambiguous(bank, snapshots, keys, typed);
+    return keys;
+}
+
+} // namespace zephyra

@@ -1,0 +1,24 @@
+// findBank and findPresets: which bank and preset a typed name means.
+#pragma once
+
+#include "library/bank_folder.h"
+#include "platform/text/result.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zephyra {
+
+/// The file name of the bank that typed names, with or without extension: exactly, or in another
+/// case when only one is called so. Fails with one line that tells the nearest name. MAIN.
+Result<std::string> findBank(BankFolder& banks, std::string_view typed);
+
+/// The keys of the presets of bank (a file name) that typed names: a display name, exactly or in
+/// another case; a key; a number from 1 in the listed order, also as "#3"; "*" for all of
+/// them, in that order. Never none, except by "*". Fails with one line when there is none or more
+/// than one of that name. MAIN.
+Result<std::vector<std::string>> findPresets(BankFolder& banks, const std::string& bank,
+                                             std::string_view typed);
+
+} // namespace zephyra

@@ -1,0 +1,21 @@
+// savePreset: makes a preset of a render's start.
+#pragma once
+
+#include "cli/options/preset_options.h"
+#include "library/bank_folder.h"
+#include "platform/lists/property_list.h"
+#include "platform/text/result.h"
+
+namespace zephyra {
+
+/// Whether the preset could be saved as things stand, before hours go into the sound that comes
+/// with it. A failure is a wrong usage: the bank has a preset of that name, or cannot be read.
+/// MAIN.
+Result<void> checkPresetSaving(BankFolder& banks, const SavedPreset& saved);
+
+/// Adds snapshot to the bank, which is made when missing, under the name. One that has the name
+/// already is overwritten or, unless saved.replaces, kept; then it fails. MAIN.
+Result<void> savePreset(BankFolder& banks, const SavedPreset& saved,
+                        const PropertyDictionary& snapshot);
+
+} // namespace zephyra

@@ -1,0 +1,82 @@
+#include "presets/preset_sound.h"
+
+#include "cli/held_log.h"
+#include "platform/instance.h"
+#include "platform/lists/property_reader.h"
+#include "platform/text/nearest_name.h"
+#include "stream/sample_loader.h"
+#include "stream/stream_controller.h"
+#include "stream/stream_state.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace zephyra {
+
+namespace {
+
+/// What the record says of the sound, and nothing that would scale it.
+PropertyDictionary soundKeys(const PropertyDictionary& record, const std::string& channel) {
+    PropertyDictionary state;
+    for (const char* key : {"Sample", "Captured"})
+        if (const auto found = record.find(key + channel); found != record.end())
+            state.insert(*found);
+    return state;
+}
+
+std::shared_ptr<mokSample> copyOf(const float* frames, std::size_t count, float rate) {
+    auto sample = std::make_shared<mokSample>();
+    if (count == 0 || !sample->allocate(count, rate)) return nullptr;
+    std::copy_n(frames, count, sample->getPtr());
+    sample->writeGuardPoint();
+    return sample;
+}
+
+std::shared_ptr<mokSample> currentSound(const MOK_SCRUB_GRANULATOR& stream) {
+    const WaveForm& wave = stream.waveForm();
+    const mokSample& current = *wave.mSample();
+    if (wave.isLiveCurrent()) {
+        const std::vector<float> heard = wave.heardFrames();
+        return copyOf(heard.data(), heard.size(), current.sampleRate);
+    }
+    if (!wave.hasFileSample()) return nullptr;
+    return copyOf(current.getPtr(), current.size, current.sampleRate);
+}
+
+} // namespace
+
+bool tellsOfOtherSound(std::string_view logLine) {
+    return logLine.ends_with("and is played all the same");
+}
+
+Result<PresetSound> findPresetSound(const PresetChoice& preset, const Folders& folders) {
+    HeldLog quiet; // what is wrong comes as an alert, and again when the preset is restored
+    Instance instance;
+    instance.folders = folders;
+    instance.defaults.setValue("EmbedSeconds", 0.0); // it saves no state
+    MOK_SCRUB_GRANULATOR stream(instance);
+    SampleLoader loader(instance, stream);
+    const PropertyDictionary state = soundKeys(*preset.record, stream.channel());
+    {
+        const RunLoop::Scope main(instance.runLoop);
+        PropertyReader reader(state);
+        restoreStreamState(stream, loader, reader);
+    }
+    instance.runLoop.waitForWork();
+    instance.runLoop.runPosted();
+
+    const RunLoop::Scope main(instance.runLoop);
+    const std::string of = "the sound of preset " + inQuotes(preset.name) + " is missing";
+    if (const Alert* const alert = instance.alerts.current())
+        return Failure{of + ": " + alert->message + "; name INPUT instead"};
+    quiet.release(tellsOfOtherSound);
+    PresetSound sound{currentSound(stream), stream.sampleReference()};
+    if (!sound.sample) return Failure{of + "; name INPUT instead"};
+    if (sound.reference.path.empty() || stream.waveForm().isLiveCurrent()) sound.reference = {};
+    sound.reference.sampleRate = double{sound.sample->sampleRate};
+    sound.reference.frames = sound.sample->size;
+    return sound;
+}
+
+} // namespace zephyra

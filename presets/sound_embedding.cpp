@@ -1,0 +1,80 @@
+#include "presets/sound_embedding.h"
+
+#include "cli/held_log.h"
+#include "cli/interrupt.h"
+#include "platform/lists/property_reader.h"
+#include "platform/text/nearest_name.h"
+#include "presets/preset_facts.h"
+#include "stream/embedded_sample.h"
+#include "stream/sample_reading.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zephyra {
+
+namespace {
+
+constexpr const char* kAudio = "Audio";
+
+SampleReference referenceIn(const PropertyDictionary& sample) {
+    PropertyReader reader(sample, record_key::kSample);
+    SampleReference reference;
+    reference.path = reader.text("Path").value_or("");
+    reference.relativePath = reader.text("RelativePath").value_or("");
+    reference.contentHash = reader.text("ContentHash").value_or("");
+    return reference;
+}
+
+std::size_t bytesOf(const PropertyDictionary& audio) {
+    const auto flac = audio.find("FLAC");
+    const auto* const data = flac == audio.end() ? nullptr : flac->second.as<PropertyData>();
+    return data ? data->size() : 0;
+}
+
+/// Empty for a sound that every machine has.
+Result<PropertyDictionary> audioOf(const PropertyDictionary& sample, const Folders& folders) {
+    const HeldLog log;
+    const SampleReference reference = referenceIn(sample);
+    const auto loaded =
+        readReferencedSample(reference, folders, [](double) { return !interrupted(); });
+    if (!loaded) return Failure{loaded.message()};
+    const auto& [sound, found] = loaded.value();
+    if (!reference.contentHash.empty() && reference.contentHash != found.contentHash)
+        return Failure{found.path + " holds another sound now"};
+    if (!isEmbeddable(*sound, SoundEmbedding::kMostSeconds))
+        return Failure{found.path + " is longer than ten minutes; take the file along"};
+    const auto embedded = embedSample(*sound, found, folders.resources);
+    if (embedded->audio.empty() && !log.lines().empty()) return Failure{log.lines().back()};
+    return embedded->audio;
+}
+
+} // namespace
+
+const SoundEmbedding::Made& SoundEmbedding::make(const PropertyDictionary& sample) {
+    const auto known = std::ranges::find(made_, sample, &Made::sample);
+    if (known != made_.end()) return *known;
+    auto audio = audioOf(sample, folders_);
+    Made made{sample, {}, {}};
+    if (audio)
+        made.audio = std::move(audio.value());
+    else
+        made.problem = audio.message();
+    return made_.emplace_back(std::move(made));
+}
+
+void SoundEmbedding::embed(PropertyDictionary& record, const std::string& name) {
+    const auto found = record.find(record_key::kSample);
+    auto* const sample = found == record.end() ? nullptr : found->second.as<PropertyDictionary>();
+    if (!sample || sample->contains(kAudio)) return;
+    const Made& made = make(*sample);
+    const std::string without = inQuotes(name) + " goes without its sound: ";
+    if (!made.problem.empty()) return notes_.push_back(without + made.problem);
+    if (made.audio.empty()) return;
+    if (bytes_ + bytesOf(made.audio) > kMostBytes)
+        return notes_.push_back(without + "the bank would be too large; export fewer presets");
+    bytes_ += bytesOf(made.audio);
+    sample->insert_or_assign(kAudio, made.audio);
+}
+
+} // namespace zephyra

@@ -1,0 +1,274 @@
+#include "rendering/offline_render.h"
+
+#include "cli/command_folders.h"
+#include "platform/text/nearest_name.h"
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <utility>
+
+namespace zephyra {
+
+namespace {
+
+std::unique_ptr<MyAudioUnit> makeUnit(FourCharCode type, Instance& instance) {
+    OSStatus error = audio_unit_status::noError;
+    return MyAudioUnit::initWithComponentDescription_options_error({.componentType = type},
+                                                                   instance, error);
+}
+
+/// Before anything is built on it: the store lists its folders at once.
+Instance& inCommandFolders(Instance& instance) {
+    instance.folders = commandFolders();
+    return instance;
+}
+
+bool isScanSetting(const ControlSetting& setting) {
+    return setting.control == ControlId::scanning || setting.control == ControlId::scrubbingWave;
+}
+
+/// Nobody who renders asked for a selection in the store.
+bool isNews(const std::string& line) {
+    return line != "NO Bank was Selected!" && line != "NO Snapshot was Selected!";
+}
+
+Failure memoryIsShort() {
+    return {"memory is too short for the source; shorten it or free some"};
+}
+
+} // namespace
+
+OfflineRender::OfflineRender(RenderPlan plan)
+    : plan_(std::move(plan)),
+      sourceBefore_(setRandomSource([generator = std::mt19937(plan_.seed)]() mutable {
+          return static_cast<std::uint32_t>(generator());
+      })),
+      trace_(std::make_unique<GrainTrace>()),
+      unit_(makeUnit(plan_.host.type, inCommandFolders(instance_))), controller_(instance_),
+      motion_(instance_, controller_), host_(*unit_, instance_) {
+    const auto block = static_cast<std::size_t>(plan_.blockFrames);
+    for (std::vector<float>* samples : {&paddedLeft_, &paddedRight_, &left_, &right_})
+        samples->resize(block);
+    host_.setMidiInlet(&motion_.inlet());
+    building_.reset();
+}
+
+OfflineRender::~OfflineRender() {
+    host_.stop();
+    setRandomSource(std::move(sourceBefore_));
+}
+
+Result<void> OfflineRender::apply(const ControlSetting& setting) {
+    const auto setKnob = [&setting](MOK_KNOB& knob) {
+        knob.setDisplayedValue(setting.value);
+        knob.sendEventValueChanged();
+        return true;
+    };
+    const bool taken = setting.control == ControlId::dryWet ? setKnob(controller_._inputDryWetKnob)
+                       : setting.control == ControlId::fadeIn ? setKnob(controller_._fadeInTime)
+                       : setting.control == ControlId::fadeOut
+                           ? setKnob(controller_._fadeOutTime)
+                           : stream().setDisplayed(setting.control, setting.value);
+    if (taken) return {};
+    return Failure{"the stream does not take " + settingText(setting) + "; memory may be short"};
+}
+
+Result<void> OfflineRender::loadSample() {
+    if (!source_.sample || stream().loadSound(source_.sample, source_.reference)) return {};
+    return memoryIsShort();
+}
+
+Result<void> OfflineRender::applyRegion() {
+    if (plan_.start || plan_.end)
+        stream().setRegion(plan_.start.value_or(stream().regionStart()),
+                           plan_.end.value_or(stream().regionEnd()));
+    return {};
+}
+
+/// A fresh effect chooses a scan of its own as soon as it runs, unless one was set before.
+Result<void> OfflineRender::applyScanSettings() {
+    for (const ControlSetting& setting : plan_.settings)
+        if (isScanSetting(setting))
+            if (const auto done = apply(setting); !done) return done;
+    return applyRegion();
+}
+
+Result<void> OfflineRender::applySettings() {
+    for (const ControlSetting& setting : plan_.settings)
+        if (const auto done = apply(setting); !done) return done;
+    if (plan_.envelope && !stream().pickEnvelope(*plan_.envelope)) return memoryIsShort();
+    return applyRegion();
+}
+
+Result<void> OfflineRender::applyHostOptions() {
+    const HostOptions& host = plan_.host;
+    std::vector<ControlSetting> settings;
+    const auto add = [&settings](ControlId id, double value) {
+        settings.push_back({id, static_cast<float>(value)});
+    };
+    if (host.wetOnly) add(ControlId::dryWet, 100);
+    if (host.dryWet) add(ControlId::dryWet, double{*host.dryWet});
+    if (host.fadeIn) add(ControlId::fadeIn, *host.fadeIn);
+    if (host.fadeOut) add(ControlId::fadeOut, *host.fadeOut);
+    if (host.scanSync) {
+        add(ControlId::measures, host.scanSync->first);
+        add(ControlId::quarters, host.scanSync->second);
+        add(ControlId::scanSync, 1);
+    }
+    if (host.echoSync) {
+        add(ControlId::leftSubdivision, static_cast<double>(host.echoSync->first));
+        add(ControlId::rightSubdivision, static_cast<double>(host.echoSync->second));
+        add(ControlId::echoSync, 1);
+        add(ControlId::echoSwitch, 1);
+    }
+    if (host.freeze) add(ControlId::freeze, 1);
+    for (const ControlSetting& setting : settings)
+        if (const auto done = apply(setting); !done) return done;
+    return {};
+}
+
+Result<void> OfflineRender::restoreState() {
+    if (!plan_.state) return {};
+    HeldLog log; // a failure to load is reported there too
+    {
+        PropertyDictionary state = *plan_.state;
+        if (source_.sample) state.erase("Sample" + stream().channel()); // would only be replaced
+        const RunLoop::Scope main(instance_.runLoop);
+        controller_.restoreStateProc(state);
+    }
+    instance_.runLoop.waitForWork(); // a sample that the state names
+    instance_.runLoop.runPosted();
+    if (const Alert* const alert = instance_.alerts.current())
+        return Failure{"--state " + plan_.host.state->string() + ": " + alert->message +
+                       "; --sample FILE names another"};
+    log.release(isNews);
+    return {};
+}
+
+/// Through the store, which then knows what is selected.
+Result<void> OfflineRender::restorePreset() {
+    const PresetChoice& preset = *plan_.preset;
+    HeldLog log;
+    {
+        const RunLoop::Scope main(instance_.runLoop);
+        controller_.presets.loadDefaultSnapshot_snapID(preset.bank, preset.key);
+    }
+    instance_.runLoop.runPosted();
+    instance_.runLoop.waitForWork(); // its sample
+    instance_.runLoop.runPosted();
+    // A sample that is missing was found, or replaced, before; behind live input nobody hears it.
+    const RunLoop::Scope main(instance_.runLoop);
+    const Bank* const bank = controller_.presets.getSelectedBankDictionary();
+    if (!bank || !bank->contains(preset.key))
+        return Failure{"preset " + inQuotes(preset.name) + " has left " + preset.bank +
+                       " meanwhile; try again"};
+    if (!source_.sample) log.release(isNews);
+    if (plan_.turnsLiveOn) return apply({ControlId::live, 1});
+    return {};
+}
+
+Result<void> OfflineRender::restore() {
+    if (plan_.preset) return restorePreset();
+    return restoreState();
+}
+
+Result<void> OfflineRender::prepare(RenderSource source) {
+    source_ = std::move(source);
+    {
+        const RunLoop::Scope main(instance_.runLoop);
+        instance_.runLoop.setClock(RunLoop::Clock::sample);
+        instance_.session = {.sampleRate = plan_.sampleRate,
+                             .IOBufferDuration = plan_.blockFrames / plan_.sampleRate};
+        if (plan_.host.isInstrument()) // at once: then no other sample is loaded
+            if (const auto loaded = loadSample(); !loaded) return loaded;
+        if (!plan_.state && !plan_.preset)
+            if (const auto done = applyScanSettings(); !done) return done;
+        controller_.setAudioUnit(unit_.get());
+    }
+    const OSStatus started =
+        host_.start({.sampleRate = plan_.sampleRate,
+                     .blockFrames = std::min(static_cast<std::uint32_t>(plan_.blockFrames),
+                                             MyAudioUnit::kMostFramesToRender)});
+    if (started != audio_unit_status::noError)
+        return Failure{"the audio unit does not start (" + std::to_string(started) +
+                       "); memory may be short"};
+    if (const auto restored = restore(); !restored) return restored;
+
+    {
+        const RunLoop::Scope main(instance_.runLoop);
+        if (const auto loaded = loadSample(); !loaded) return loaded;
+    }
+    instance_.runLoop.runPosted(); // what the change of the sound brought about
+    const RunLoop::Scope main(instance_.runLoop);
+    if (const auto done = applyHostOptions(); !done) return done;
+    if (const auto done = applySettings(); !done) return done;
+    stream().engine().setRandomSeed(plan_.seed);
+    stream().setSeed(plan_.seed);
+    stream().engine().setTrace(trace_.get());
+    if (const auto done = motion_.apply(plan_); !done) return done;
+    completePlan();
+    startTransport();
+    motion_.start(plan_);
+    if (plan_.isSaved) takeSnapshot();
+    return {};
+}
+
+/// Before anything moves, but with the buttons of what is about to move down.
+void OfflineRender::takeSnapshot() {
+    instance_.runLoop.runPosted();
+    snapshot_ = controller_.snapshotState();
+}
+
+/// The picture shows a preset's region as it does a typed one.
+void OfflineRender::completeRegion() {
+    if (!plan_.preset || plan_.use == SourceUse::live) return;
+    const float start = stream().regionStart(), end = stream().regionEnd();
+    if (start == 0.0f && end == 1.0f) return;
+    plan_.start = start;
+    plan_.end = end;
+}
+
+void OfflineRender::completePlan() {
+    for (const ControlRange& range : controlRanges())
+        plan_.initial[static_cast<std::size_t>(range.id)] = stream().displayed(range.id);
+    const auto keep = [this](ControlId id, const MOK_KNOB& knob) {
+        plan_.initial[static_cast<std::size_t>(id)] = knob.displayedValue();
+    };
+    keep(ControlId::dryWet, controller_._inputDryWetKnob);
+    keep(ControlId::fadeIn, controller_._fadeInTime);
+    keep(ControlId::fadeOut, controller_._fadeOutTime);
+    plan_.use = stream().isLive() ? SourceUse::live : SourceUse::loaded;
+    completeRegion();
+    plan_.swept = motion_.sweptControls();
+    addEchoTail(plan_);
+    plan_.moved = motion_.watch(plan_);
+    plan_.counts = motion_.counts(plan_);
+    lanes_ = automationLanes(plan_.automation, [this](ControlId id) {
+        return linearFromDisplayed(controlRange(id), plan_.initial[static_cast<std::size_t>(id)]);
+    });
+}
+
+/// Play is pressed, unless the host's transport is what starts the grains.
+void OfflineRender::startTransport() {
+    const HostOptions& host = plan_.host;
+    const bool follows = stream().controls.syncSampler.isOn();
+    if (host.reportsContext() || follows) {
+        host_.reportContext(true);
+        host_.setTempo(host.tempo.value_or(kDefaultTempo));
+        host_.setMeter(host.meter ? host.meter->first : kDefaultMeter);
+        host_.setBeatPosition(0.0);
+    }
+    if (!host.transport && !follows) {
+        stream().setDisplayed(ControlId::playStop, 1.0f);
+        return;
+    }
+    const bool plays = host.transport.value_or(HostTransport::play) == HostTransport::play;
+    host_.reportTransport(true);
+    host_.setTransport(plays);
+    // A stream that does not follow the transport is started by the parameter, as hosts can.
+    if (plays && !follows)
+        host_.queueParameter(static_cast<AUParameterAddress>(ControlId::playStop), 1.0f);
+}
+
+} // namespace zephyra

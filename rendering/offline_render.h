@@ -1,0 +1,123 @@
+// OfflineRender: one instrument or effect rendered from first frame to last, as fast as it goes.
+#pragma once
+
+#include "cli/held_log.h"
+#include "engine/grain_trace.h"
+#include "hosting/offline_host.h"
+#include "main_view/audio_unit_view_controller.h"
+#include "platform/random_source.h"
+#include "platform/text/result.h"
+#include "rendering/render_motion.h"
+#include "rendering/render_plan.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zephyra {
+
+/// What is played: a sample, a host's input, or both.
+struct RenderSource {
+    std::shared_ptr<mokSample> sample = {}; ///< null for an effect on its input alone
+    SampleReference reference = {};         ///< of sample
+    /// The host's input, of equal length; empty: none.
+    std::vector<float> inputLeft = {}, inputRight = {};
+};
+
+/// One block as it was rendered.
+struct RenderedBlock {
+    std::uint64_t firstFrame;
+    std::uint32_t frames;
+    float* left; ///< may be overwritten
+    float* right;
+    std::span<const GrainRecord> grains; ///< those that were scheduled in it
+    float scanPosition;                  ///< fraction of the source, at the last frame
+    float amplitude;                     ///< that the block's grains started with
+    std::span<const float> moved = {};   ///< linear values of the plan's moved controls, after it
+};
+
+struct RenderStatistics {
+    std::uint64_t startedGrains = 0, droppedGrains = 0;
+    double renderSeconds = 0; ///< of this machine's time, the consumer's not counted
+};
+
+/// Order of calls: prepare, run once. MAIN; it is RENDER itself meanwhile.
+class OfflineRender {
+public:
+    /// A failure of the consumer ends the render.
+    using Consumer = std::function<Result<void>(const RenderedBlock&)>;
+
+    explicit OfflineRender(RenderPlan plan);
+    ~OfflineRender();
+    OfflineRender(const OfflineRender&) = delete;
+    OfflineRender& operator=(const OfflineRender&) = delete;
+
+    /// Builds the whole system, loads what is to be played, sets everything that holds from the
+    /// first frame on, and completes the plan with what only the system knows.
+    Result<void> prepare(RenderSource source);
+
+    /// Complete after prepare.
+    const RenderPlan& plan() const noexcept { return plan_; }
+
+    Result<RenderStatistics> run(const Consumer& consumer);
+
+    /// Everything as it stands, for saving.
+    PropertyDictionary state() { return controller_.getState(); }
+
+    /// What the render started from, as a preset holds it; empty unless the plan saves one.
+    const PropertyDictionary& snapshot() const { return snapshot_; }
+
+    /// Where the scan stood while grains started; null where the plan keeps no take.
+    const TakeRecorder* recordedTake() const { return motion_.recorded(); }
+
+    /// Frames of the buffer that live input is kept in.
+    static constexpr std::uint64_t kLiveFrames = WaveForm::kLiveFrames;
+
+private:
+    Result<void> loadSample();
+    Result<void> restore();
+    Result<void> restoreState();
+    Result<void> restorePreset();
+    void completeRegion();
+    void takeSnapshot();
+    Result<void> apply(const ControlSetting& setting);
+    Result<void> applySettings();
+    Result<void> applyScanSettings();
+    Result<void> applyRegion();
+    Result<void> applyHostOptions();
+    void completePlan();
+    void startTransport();
+    Result<void> applyDue(std::uint64_t blockEnd);
+    void queueAutomation(std::uint64_t firstFrame, std::uint32_t frames);
+    void queueMidi(std::uint64_t firstFrame, std::uint32_t frames);
+    std::uint32_t nextBlockLength(std::uint64_t firstFrame) const;
+    OSStatus renderBlock(std::uint64_t firstFrame, std::uint32_t frames);
+    const float* inputAt(const std::vector<float>& channel, std::vector<float>& padded,
+                         std::uint64_t firstFrame, std::uint32_t frames) const;
+    void takeGrains(std::uint64_t firstFrame);
+    MOK_SCRUB_GRANULATOR& stream() { return controller_._GRANULATOR_STREAM; }
+
+    RenderPlan plan_;
+    RandomSource sourceBefore_;
+    Instance instance_;
+    std::optional<HeldLog> building_{std::in_place}; // an empty store complains of its emptiness
+    std::unique_ptr<GrainTrace> trace_;
+    std::unique_ptr<MyAudioUnit> unit_; // outlives the controller that is connected to it
+    AudioUnitViewController controller_;
+    RenderMotion motion_;
+    OfflineHost host_;
+    RenderSource source_;
+    std::size_t nextSetting_ = 0, nextMidi_ = 0;
+    std::vector<AutomationLane> lanes_; // one per automated parameter
+    std::vector<float> paddedLeft_, paddedRight_, left_, right_;
+    std::vector<GrainRecord> grains_;
+    RenderStatistics statistics_;
+    PropertyDictionary snapshot_;
+};
+
+} // namespace zephyra

@@ -1,0 +1,191 @@
+#include "rendering/render_plan.h"
+
+#include "library/bank_edits.h"
+#include "platform/clock.h"
+#include "platform/text/text_numbers.h"
+#include "rendering/echo_tail.h"
+#include "rendering/take_file.h"
+#include "stream/echo_sync.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zephyra {
+
+namespace {
+
+float valueOf(const ControlValues& values, ControlId id) {
+    return values[static_cast<std::size_t>(id)];
+}
+
+/// The source's own rate, or the nearest that can be written.
+double outputRate(const RenderOptions& options, const SoundFileInfo& source) {
+    return options.sampleRate.value_or(
+        std::clamp(std::round(source.sampleRate), kLowestRate, kHighestRate));
+}
+
+std::uint32_t clockSeed() {
+    return std::max<std::uint32_t>(currentSeconds(), 1);
+}
+
+EchoSide echoSide(const RenderPlan& plan, const ControlValues& at, ControlId delay,
+                  ControlId subdivision, ControlId gain) {
+    const bool synced = valueOf(at, ControlId::echoSync) != 0;
+    const double seconds =
+        synced ? syncedEchoSeconds(plan.host.tempo.value_or(kDefaultTempo),
+                                   static_cast<std::size_t>(valueOf(at, subdivision)))
+               : double{valueOf(at, delay)};
+    return {seconds, valueOf(at, gain)};
+}
+
+/// Frames from when no more grains start until the last one and its repeats have sounded.
+std::uint64_t tailFrames(const RenderPlan& plan) {
+    const ControlValues at = controlsAt(plan, plan.playFrames - 1);
+    if (valueOf(at, ControlId::echoSwitch) == 0) return 0;
+    const double echo = echoTail(
+        echoSide(plan, at, ControlId::leftDelay, ControlId::leftSubdivision, ControlId::leftGain),
+        echoSide(plan, at, ControlId::rightDelay, ControlId::rightSubdivision,
+                 ControlId::rightGain),
+        plan.sampleRate);
+    const double longestGrain =
+        valueOf(at, ControlId::length) * 0.001 * (1 + 0.5 * valueOf(at, ControlId::rndLength));
+    return static_cast<std::uint64_t>(std::ceil((echo + longestGrain) * plan.sampleRate));
+}
+
+/// Its keys are those of presets, which as a state would all be unknown.
+bool isBank(const PropertyDictionary& list) {
+    return std::ranges::any_of(
+        list, [](const auto& entry) { return snapshotTag(entry.second).has_value(); });
+}
+
+Result<void> readFiles(const HostOptions& host, RenderPlan& plan) {
+    const double tempo = host.tempo.value_or(kDefaultTempo);
+    if (host.automation) {
+        auto points = readAutomation(*host.automation, tempo);
+        if (!points) return Failure{"--automate: " + points.message()};
+        plan.automation = std::move(points.value());
+    }
+    if (host.midi) {
+        auto messages = readMidiFile(*host.midi, host.tempo);
+        if (!messages) return Failure{"--midi: " + messages.message()};
+        plan.midi = std::move(messages.value());
+    }
+    if (host.state) {
+        auto state = readPropertyListFile(*host.state);
+        if (!state) return Failure{"--state: " + state.message()};
+        if (isBank(state.value()))
+            return Failure{"--state: " + host.state->string() +
+                           " is a bank of presets; name it with --bank, and one of them with "
+                           "--preset"};
+        plan.state = std::move(state.value());
+    }
+    if (plan.motion.scrub) {
+        auto take = readTake(*plan.motion.scrub);
+        if (!take) return Failure{"--scrub: " + take.message()};
+        plan.take = std::move(take.value());
+    }
+    return {};
+}
+
+/// A take is read back only with two positions in it.
+Result<void> checkRecordedTake(const RenderPlan& plan) {
+    const double seconds = plan.secondsAt(plan.playFrames);
+    if (!plan.motion.recordScrub || seconds * ScrubRecorder::kPointsPerSecond > kLeastTakePoints)
+        return {};
+    return Failure{"--record-scrub keeps 15 positions a second, and the grains play for " +
+                   formatFixed(seconds, 3) + " s only; lengthen the render with --seconds"};
+}
+
+} // namespace
+
+ControlValues defaultControlValues() {
+    ControlValues values{};
+    for (const ControlRange& range : controlRanges())
+        values[static_cast<std::size_t>(range.id)] = range.defaultValue;
+    return values;
+}
+
+std::uint64_t dueFrame(double seconds, double sampleRate) {
+    return static_cast<std::uint64_t>(std::floor(seconds * sampleRate));
+}
+
+ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame) {
+    ControlValues values = plan.initial;
+    for (const TimedSetting& timed : plan.timedSettings)
+        if (dueFrame(timed.seconds, plan.sampleRate) <= frame)
+            values[static_cast<std::size_t>(timed.setting.control)] = timed.setting.value;
+    for (const ControlSetting& one : plan.swept)
+        values[static_cast<std::size_t>(one.control)] = one.value;
+    const auto lanes = automationLanes(plan.automation, [&values](ControlId id) {
+        return linearFromDisplayed(controlRange(id), values[static_cast<std::size_t>(id)]);
+    });
+    for (const AutomationLane& lane : lanes)
+        values[static_cast<std::size_t>(lane.parameter())] = displayedFromLinear(
+            controlRange(lane.parameter()), lane.valueAt(plan.secondsAt(frame)));
+    return values;
+}
+
+Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileInfo& input) {
+    const bool live = !options.host.isInstrument() && !options.host.sample;
+    RenderPlan plan{.sampleRate = outputRate(options, input),
+                    .playFrames = 0,
+                    .frames = 0,
+                    .blockFrames = options.blockFrames,
+                    .seed = options.seed ? *options.seed : clockSeed(),
+                    .envelope = options.envelope,
+                    .use = live ? SourceUse::live : SourceUse::loaded,
+                    .settings = options.settings,
+                    .timedSettings = options.timedSettings,
+                    .start = options.start,
+                    .end = options.end,
+                    .host = options.host,
+                    .motion = options.motion,
+                    .addTail = !options.seconds};
+    plan.preset = options.preset;
+    plan.turnsLiveOn = options.preset && live && (options.live || !options.preset->hasSound);
+    plan.isSaved = options.savedPreset.has_value();
+    if (const auto read = readFiles(options.host, plan); !read) return Failure{read.message()};
+    const double ownSeconds = static_cast<double>(input.frames) / input.sampleRate;
+    const double frames = std::round(options.seconds.value_or(ownSeconds) * plan.sampleRate);
+    plan.playFrames = static_cast<std::uint64_t>(std::max(frames, 1.0));
+    plan.frames = plan.playFrames;
+    if (options.host.fadeOut) {
+        const std::uint64_t fade = dueFrame(*options.host.fadeOut, plan.sampleRate);
+        plan.stopFrame = plan.playFrames - std::min(fade, plan.playFrames);
+    }
+    return plan;
+}
+
+Result<void> checkInputRate(const RenderOptions& options, const SoundFileInfo& input) {
+    if (options.host.isInstrument() || outputRate(options, input) == std::round(input.sampleRate))
+        return {};
+    const std::string own = formatNumber(std::round(input.sampleRate));
+    if (input.sampleRate < kLowestRate || input.sampleRate > kHighestRate)
+        return Failure{"INPUT has " + own +
+                       " Hz; an effect's input must have 8000 to 384000 Hz, so convert it first"};
+    return Failure{"an effect is fed INPUT at its own " + own + " Hz; leave --rate " +
+                   formatNumber(*options.sampleRate) + " out"};
+}
+
+void addEchoTail(RenderPlan& plan) {
+    if (plan.addTail) plan.frames = plan.playFrames + tailFrames(plan);
+    plan.addTail = false;
+}
+
+Result<void> checkTimes(const RenderPlan& plan) {
+    if (plan.host.fadeOut && dueFrame(*plan.host.fadeOut, plan.sampleRate) > plan.playFrames)
+        return Failure{"--fade-out " + formatNumber(*plan.host.fadeOut) +
+                       " is longer than the grains play, which is " +
+                       formatFixed(plan.secondsAt(plan.playFrames), 3) +
+                       " s; choose a shorter fade or lengthen the render with --seconds"};
+    if (const auto fits = checkRecordedTake(plan); !fits) return fits;
+    if (plan.timedSettings.empty()) return {};
+    const TimedSetting& last = plan.timedSettings.back();
+    if (last.seconds < kMostSeconds && dueFrame(last.seconds, plan.sampleRate) < plan.frames)
+        return {};
+    return Failure{"--at " + formatNumber(last.seconds) + ":" + settingText(last.setting) +
+                   " comes after the end at " + formatFixed(plan.secondsAt(plan.frames), 3) +
+                   " s; choose an earlier time or lengthen the render with --seconds"};
+}
+
+} // namespace zephyra

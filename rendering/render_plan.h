@@ -1,0 +1,91 @@
+// RenderPlan: everything that decides the sound of a render.
+#pragma once
+
+#include "cli/options/host_options.h"
+#include "cli/options/motion_options.h"
+#include "cli/options/render_options.h"
+#include "platform/lists/property_list.h"
+#include "platform/sound/sound_file.h"
+#include "platform/text/result.h"
+#include "rendering/automation_lane.h"
+#include "rendering/control_paths.h"
+#include "rendering/midi_file.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace zephyra {
+
+/// The displayed value of every control, by ControlId.
+using ControlValues = std::array<float, kControlCount>;
+
+/// What controlRanges() says.
+ControlValues defaultControlValues();
+
+/// Whether grains are cut from a loaded sample or from the host's input.
+enum class SourceUse { loaded, live };
+
+/// How much moves by itself, whether options asked for it or a state brought it.
+struct MotionCounts {
+    std::size_t lfos = 0;
+    std::size_t controllers = 0; ///< learned ones
+    std::size_t takePoints = 0;  ///< of the take that plays
+};
+
+/// The same plan and source give the same samples.
+struct RenderPlan {
+    double sampleRate;        ///< Hz
+    std::uint64_t playFrames; ///< while grains start
+    std::uint64_t frames;     ///< all, with the echo's tail
+    int blockFrames;          ///< per render call; those that reach a border below are shorter
+    std::uint32_t seed;       ///< from 1 up
+    std::optional<std::size_t> envelope = {}; ///< position in the menu; none: as the state says
+    SourceUse use = SourceUse::loaded;
+    std::vector<ControlSetting> settings = {};    ///< over the defaults, in order
+    std::vector<TimedSetting> timedSettings = {}; ///< sorted; each at the start of its block
+    std::optional<float> start = {}, end = {};    ///< fractions of the source
+    HostOptions host = {};
+    std::vector<AutomationPoint> automation = {}; ///< sorted
+    std::vector<TimedMidi> midi = {};             ///< sorted
+    std::optional<PropertyDictionary> state = {};
+    std::optional<PresetChoice> preset = {}; ///< of the store
+    bool turnsLiveOn = false;                ///< over what the preset says
+    bool isSaved = false;                    ///< as a preset
+    MotionOptions motion = {};
+    std::vector<float> take = {};                ///< of --scrub; empty: none
+    bool addTail = false;                        ///< the echo's tail is still to be added to frames
+    std::optional<std::uint64_t> stopFrame = {}; ///< where stop is pressed; none: never
+    /// By LFOs, controllers and automation, the state's as well, once it is prepared.
+    std::vector<MovedControl> moved = {};
+    MotionCounts counts = {};
+    std::vector<ControlSetting> swept = {};         ///< what LFOs move, high on each one's way
+    ControlValues initial = defaultControlValues(); ///< at the first frame, once it is prepared
+
+    double secondsAt(std::uint64_t frame) const { return static_cast<double>(frame) / sampleRate; }
+};
+
+/// The frame of the output at which settings of this time are due.
+std::uint64_t dueFrame(double seconds, double sampleRate);
+
+/// What the controls stand at when the output has reached frame, all settings and automation of
+/// that block and before applied; about what, where an LFO moves them.
+ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame);
+
+/// Fills in what the options leave open: the source's rate and length, a seed from the clock; reads
+/// the files that they name. Failures name the option or file.
+Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileInfo& input);
+
+/// Whether the options go with an input of this rate; a failure is a wrong usage.
+Result<void> checkInputRate(const RenderOptions& options, const SoundFileInfo& input);
+
+/// Once plan.initial is known: adds the echo's tail where it is due.
+void addEchoTail(RenderPlan& plan);
+
+/// Once the length is known: a failure, a wrong usage, names a setting that comes after the end,
+/// or a fade that does not fit.
+Result<void> checkTimes(const RenderPlan& plan);
+
+} // namespace zephyra

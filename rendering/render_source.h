@@ -1,0 +1,34 @@
+// readRenderSource: the sounds that a render is made of, read with a progress bar.
+#pragma once
+
+#include "cli/options/render_options.h"
+#include "cli/progress_bar.h"
+#include "platform/sound/sound_file.h"
+#include "platform/text/result.h"
+#include "rendering/offline_render.h"
+
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace zephyra {
+
+/// What was read.
+struct ReadSource {
+    RenderSource source;
+    SoundFileInfo input;               ///< of INPUT
+    SoundFileInfo shown;               ///< of the sound that grains are cut from
+    std::shared_ptr<mokSample> sample; ///< that sound, when it is a sample
+    std::filesystem::path sampleFile;  ///< where it stands, if it came from a file
+    std::vector<float> heard; ///< that sound, when it is the input: the mean of its channels
+    std::span<const float> shownSamples() const;
+};
+
+/// Reads INPUT as the sample of an instrument, or as the input of an effect (a mono file on both
+/// channels, as a host feeds it; of more than two channels the first two), and an effect's sample.
+/// A preset's sample is read where nothing else takes its place, and counts as INPUT without one.
+/// Stops when the user interrupts.
+Result<ReadSource> readRenderSource(const RenderOptions& options, ProgressBar::Shown bar);
+
+} // namespace zephyra
