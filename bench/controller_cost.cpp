@@ -4,7 +4,7 @@
 // Without the demonstration sample. Time is the median of fresh builds; memory is what the heap
 // holds more once the first of them stands, its audio unit allocated and its main queue empty.
 
-#include "main_view/audio_unit_view_controller.h"
+#include "hosting/hosted_instance.h"
 #include "platform/text/log.h"
 
 #include <algorithm>
@@ -19,20 +19,14 @@ namespace {
 
 constexpr double kMostMilliseconds = 30.0, kMostMebibytes = 12.0;
 
-struct System {
+struct System : HostedInstance {
     System()
-        : unit(MyAudioUnit::initWithComponentDescription_options_error(
-              {.componentType = component_type::musicEffect}, instance, error)),
-          view(instance) {
-        instance.folders.resources = "/nonexistent";
-        view.setAudioUnit(unit.get());
+        : HostedInstance(component_type::musicEffect,
+                         [](Instance& fresh) { fresh.folders.resources = "/nonexistent"; }) {
+        connect();
         unit->allocateRenderResourcesAndReturnError();
         instance.runLoop.runPosted();
     }
-    Instance instance;
-    OSStatus error = 0;
-    std::unique_ptr<MyAudioUnit> unit;
-    AudioUnitViewController view;
 };
 
 /// Bytes that the heap holds, large blocks included.

@@ -7,15 +7,13 @@
 // core.
 
 #include "bench/thread_time.h"
-#include "hosting/midi_inlet.h"
-#include "main_view/audio_unit_view_controller.h"
+#include "hosting/hosted_instance.h"
 #include "platform/text/log.h"
 #include "tests/support/test_sounds.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <memory>
 #include <vector>
 
 namespace zephyra {
@@ -26,15 +24,13 @@ constexpr int kMessagesPerSecond = 1000;
 constexpr std::uint64_t kSoundFrames = 20 * 44100;
 constexpr double kMostPercent = 1.0;
 
-struct System {
+struct System : HostedInstance {
     System()
-        : unit(MyAudioUnit::initWithComponentDescription_options_error(
-              {.componentType = component_type::instrument}, instance, error)),
-          view(instance),
-          inlet(instance, [this](const MidiMessage& message) { view.receiveMidi(message); }) {
-        instance.folders.resources = "/nonexistent";
-        instance.runLoop.setClock(RunLoop::Clock::sample);
-        view.setAudioUnit(unit.get());
+        : HostedInstance(component_type::instrument, [](Instance& fresh) {
+              fresh.folders.resources = "/nonexistent";
+              fresh.runLoop.setClock(RunLoop::Clock::sample);
+          }) {
+        connect();
         unit->allocateRenderResourcesAndReturnError();
         instance.runLoop.runPosted();
         view._GRANULATOR_STREAM.loadSound(noiseSample(kSoundFrames, 44100)); // for the scan
@@ -94,11 +90,6 @@ struct System {
         return threadNanoseconds() - before;
     }
 
-    Instance instance;
-    OSStatus error = 0;
-    std::unique_ptr<MyAudioUnit> unit;
-    AudioUnitViewController view;
-    MidiInlet inlet;
     std::uint64_t moves = 0; // of knobs
 };
 

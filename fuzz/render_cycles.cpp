@@ -1,7 +1,7 @@
 #include "fuzz/render_cycles.h"
 
 #include "fuzz/byte_reader.h"
-#include "main_view/audio_unit_view_controller.h"
+#include "hosting/hosted_instance.h"
 #include "tests/support/render_guard.h"
 #include "tests/support/test_sounds.h"
 
@@ -10,7 +10,6 @@
 #include <cmath>
 #include <deque>
 #include <limits>
-#include <memory>
 #include <utility>
 
 namespace zephyra {
@@ -38,17 +37,13 @@ enum : unsigned {
 
 class Play : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderPullInputBlock {
 public:
-    explicit Play(std::span<const std::byte> bytes) : bytes_(bytes) {
-        constexpr FourCharCode kTypes[] = {component_type::effect, component_type::musicEffect,
-                                           component_type::instrument};
-        instance_.folders.resources = "/nonexistent";
-        instance_.runLoop.setClock(RunLoop::Clock::sample);
-        OSStatus error = 0;
-        unit_ = MyAudioUnit::initWithComponentDescription_options_error(
-            {.componentType = kTypes[bytes_.below(3)]}, instance_, error);
-        view_ = std::make_unique<AudioUnitViewController>(instance_);
-        view_->setAudioUnit(unit_.get());
-        view_->_GRANULATOR_STREAM.setSeed(1);
+    explicit Play(std::span<const std::byte> bytes)
+        : bytes_(bytes), system_(kComponents[bytes_.below(3)], [](Instance& fresh) {
+              fresh.folders.resources = "/nonexistent";
+              fresh.runLoop.setClock(RunLoop::Clock::sample);
+          }) {
+        system_.connect();
+        system_.stream().setSeed(1);
         unit_->musicalContextBlock = this;
         unit_->transportStateBlock = this;
         unit_->allocateRenderResourcesAndReturnError();
@@ -62,6 +57,8 @@ public:
 
 private:
     using Step = void (Play::*)();
+    static constexpr FourCharCode kComponents[] = {
+        component_type::effect, component_type::musicEffect, component_type::instrument};
 
     void act() {
         static constexpr Step kSteps[] = {&Play::cycle,    &Play::parameterEvent, &Play::midiEvent,
@@ -298,9 +295,10 @@ private:
     }
 
     ByteReader bytes_;
-    Instance instance_;
-    std::unique_ptr<MyAudioUnit> unit_;
-    std::unique_ptr<AudioUnitViewController> view_;
+    HostedInstance system_;
+    Instance& instance_ = system_.instance;
+    MyAudioUnit* const unit_ = system_.unit.get();
+    AudioUnitViewController* const view_ = &system_.view;
     std::deque<AURenderEvent> events_; // whose addresses stay
     AUMusicalContext context_;
     unsigned flags_ = 0, cycle_ = 0;

@@ -9,16 +9,30 @@ namespace zephyra {
 /// Where a folder may include headers that are neither ours nor the standard library's.
 enum class ThirdParty { Nowhere, InSources, Everywhere };
 
-/// One folder of the house: arrows point only from it to those in mayUse.
+/// One room of the house, a folder or a folder in one: arrows point only from it to those in
+/// mayUse. A name stands for the rooms below it as well, unless they are apart.
 struct FolderRow {
-    std::string_view folder;
+    std::string_view folder; ///< from the root; a file belongs to the longest that holds it
     std::vector<std::string_view> mayUse;
     ThirdParty thirdParty = ThirdParty::Nowhere;
+    bool apart = false; ///< the name of the folder around it does not stand for it
 };
 
 /// The house, from the bottom up. A folder with sources that has no row is an error.
 inline const std::vector<FolderRow> kHouse = {
-    {"platform", {}, ThirdParty::InSources},
+    {"platform/text", {}, ThirdParty::InSources},
+    {"platform/threads", {"platform/text"}, ThirdParty::InSources},
+    {"platform/files", {"platform/text"}, ThirdParty::InSources},
+    {"platform/lists", {"platform/files", "platform/text"}, ThirdParty::InSources},
+    {"platform/sound", {"platform/files", "platform/text"}, ThirdParty::InSources},
+    {"platform/audio_unit",
+     {"platform/sound", "platform/lists", "platform/threads", "platform/text"},
+     ThirdParty::InSources},
+    {"platform/aac_module", {"platform/sound"}, ThirdParty::Everywhere, true}, // loaded by name
+    {"platform",
+     {"platform/audio_unit", "platform/sound", "platform/lists", "platform/files",
+      "platform/threads", "platform/text"},
+     ThirdParty::InSources},
     {"effects", {"platform"}},
     {"engine", {"effects", "platform"}},
     {"controls", {"platform"}},
@@ -28,13 +42,28 @@ inline const std::vector<FolderRow> kHouse = {
     {"audiounit", {"engine", "effects", "stream", "modulation", "library", "platform"}},
     {"main_view",
      {"audiounit", "library", "modulation", "stream", "controls", "engine", "effects", "platform"}},
-    {"hosting", {"audiounit", "main_view", "platform"}},
+    {"hosting", {"audiounit", "main_view", "stream", "platform"}},
+    {"presets", {"main_view", "library", "stream", "engine", "platform"}},
+    {"pictures", {"controls", "engine", "platform"}, ThirdParty::InSources},
+    {"pictures/cairo",
+     {"pictures", "controls", "engine", "platform"},
+     ThirdParty::Everywhere,
+     true},
+    {"rendering",
+     {"pictures", "presets", "hosting", "main_view", "audiounit", "library", "modulation", "stream",
+      "controls", "engine", "effects", "platform"}},
     {"cli",
-     {"hosting", "main_view", "audiounit", "library", "modulation", "stream", "controls", "engine",
-      "effects", "platform"},
+     {"rendering", "pictures/cairo", "pictures", "presets", "hosting", "main_view", "audiounit",
+      "library", "modulation", "stream", "controls", "engine", "effects", "platform"},
      ThirdParty::Everywhere},
-    {"screens", {"main_view", "controls"}, ThirdParty::Everywhere},
-    {"plugin", {"hosting", "screens"}, ThirdParty::Everywhere},
+    {"screens",
+     {"rendering", "pictures", "presets", "hosting", "main_view", "audiounit", "library",
+      "modulation", "stream", "controls", "engine", "effects", "platform"},
+     ThirdParty::Everywhere},
+    {"plugin",
+     {"screens", "rendering", "pictures", "presets", "hosting", "main_view", "audiounit",
+      "platform"},
+     ThirdParty::Everywhere},
     {"resources", {}, ThirdParty::InSources}, // the generator of the built-in samples
 };
 

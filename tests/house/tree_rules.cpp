@@ -46,34 +46,67 @@ std::vector<fs::path> filesBelow(const fs::path& folder, bool (*takes)(const fs:
     return files;
 }
 
-bool mayUse(const FolderRow& row, std::string_view folder) {
-    return folder == row.folder ||
-           std::find(row.mayUse.begin(), row.mayUse.end(), folder) != row.mayUse.end();
+bool isIn(std::string_view folder, std::string_view path) {
+    return path == folder || (path.starts_with(folder) && path.substr(folder.size())[0] == '/');
 }
 
-bool mayIncludeSystemHeader(const FolderRow& row, const fs::path& file, const std::string& name) {
+/// The row of the innermost room that path, from the root, lies in; null for none.
+const FolderRow* rowOf(const std::vector<FolderRow>& house, std::string_view path) {
+    const FolderRow* innermost = nullptr;
+    for (const FolderRow& row : house)
+        if (isIn(row.folder, path) && (!innermost || row.folder.size() > innermost->folder.size()))
+            innermost = &row;
+    return innermost;
+}
+
+bool mayUse(const FolderRow& row, const FolderRow& used) {
+    return &used == &row ||
+           std::any_of(row.mayUse.begin(), row.mayUse.end(), [&](std::string_view folder) {
+               return used.folder == folder || (isIn(folder, used.folder) && !used.apart);
+           });
+}
+
+/// Every source of the row's own, without those of the rooms in it that have rows.
+std::vector<fs::path> filesOf(const fs::path& root, const std::vector<FolderRow>& house,
+                              const FolderRow& row, bool (*takes)(const fs::path&)) {
+    std::vector<fs::path> files = filesBelow(root / row.folder, takes);
+    std::erase_if(files, [&](const fs::path& file) {
+        return rowOf(house, fs::relative(file, root).string()) != &row;
+    });
+    return files;
+}
+
+bool mayIncludeSystemHeader(const fs::path& root, const FolderRow& row, const fs::path& file,
+                            const std::string& name) {
     if (kStandardHeaders.find(" " + name + " ") != std::string_view::npos) return true;
     if (row.thirdParty == ThirdParty::Everywhere) return true;
-    // The public headers are those at a folder's top; deeper ones belong to a module's sources.
-    const bool isPublic = isHeader(file) && file.parent_path().filename() == row.folder;
+    // The public headers are those at a room's top; deeper ones belong to a module's sources.
+    const bool isPublic = isHeader(file) && fs::relative(file.parent_path(), root) == row.folder;
     return row.thirdParty == ThirdParty::InSources && !isPublic;
 }
 
 /// Why file may not have this line, empty when it may.
-std::string includeBreach(const fs::path& root, const FolderRow& row, const fs::path& file,
-                          const std::string& line) {
+std::string includeBreach(const fs::path& root, const std::vector<FolderRow>& house,
+                          const FolderRow& row, const fs::path& file, const std::string& line) {
     static const std::regex include(R"(^\s*#\s*include\s*([<"])([^>"]+)[>"])");
     std::smatch match;
     if (!std::regex_search(line, match, include)) return {};
     const std::string name = match[2];
     if (match[1] == "<")
-        return mayIncludeSystemHeader(row, file, name)
+        return mayIncludeSystemHeader(root, row, file, name)
                    ? ""
                    : " includes <" + name + ">, which is not the standard library's";
     if (!fs::exists(root / name)) return " includes " + name + ", which is not rooted at the tree";
-    if (!mayUse(row, name.substr(0, name.find('/'))))
-        return " includes " + name + ", which its folder may not use";
+    const FolderRow* const used = rowOf(house, name);
+    if (!used || !mayUse(row, *used)) return " includes " + name + ", which its folder may not use";
     return {};
+}
+
+/// "pictures/cairo" makes the library zephyra_pictures_cairo.
+std::string libraryOf(std::string_view folder) {
+    std::string name(folder);
+    std::replace(name.begin(), name.end(), '/', '_');
+    return name;
 }
 
 /// The header without comments and includes.
@@ -101,11 +134,11 @@ bool namesSomething(const Lines& lines) {
 Lines forbiddenIncludes(const fs::path& root, const std::vector<FolderRow>& house) {
     Lines breaches;
     for (const FolderRow& row : house)
-        for (const fs::path& file : filesBelow(root / row.folder, isSource)) {
+        for (const fs::path& file : filesOf(root, house, row, isSource)) {
             std::size_t number = 0;
             for (const std::string& line : linesOf(file)) {
                 ++number;
-                const std::string why = includeBreach(root, row, file, line);
+                const std::string why = includeBreach(root, house, row, file, line);
                 if (!why.empty())
                     breaches.push_back(fs::relative(file, root).string() + ":" +
                                        std::to_string(number) + why);
@@ -123,10 +156,10 @@ Lines forbiddenLinks(const fs::path& root, const std::vector<FolderRow>& house) 
         const std::string text = std::regex_replace(textOf(file), std::regex("#[^\n]*"), "");
         for (std::sregex_iterator match(text.begin(), text.end(), library), end; match != end;
              ++match) {
-            const std::string folder = (*match)[1];
-            const bool ofTheHouse = std::any_of(house.begin(), house.end(),
-                                                [&](const auto& r) { return r.folder == folder; });
-            if ((ofTheHouse && !mayUse(row, folder)) ||
+            const auto linked = std::find_if(house.begin(), house.end(), [&](const auto& r) {
+                return libraryOf(r.folder) == (*match)[1];
+            });
+            if ((linked != house.end() && !mayUse(row, *linked)) ||
                 ((*match)[2].matched && row.thirdParty == ThirdParty::Nowhere))
                 breaches.push_back(fs::relative(file, root).string() + " links " + match->str());
         }
@@ -138,7 +171,7 @@ Lines forbiddenLinks(const fs::path& root, const std::vector<FolderRow>& house) 
 Lines namelessHeaders(const fs::path& root, const std::vector<FolderRow>& house) {
     Lines breaches;
     for (const FolderRow& row : house)
-        for (const fs::path& file : filesBelow(root / row.folder, isHeader))
+        for (const fs::path& file : filesOf(root, house, row, isHeader))
             if (!namesSomething(linesOf(file)))
                 breaches.push_back(fs::relative(file, root).string() +
                                    ": the first line does not name what it declares");

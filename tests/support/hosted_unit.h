@@ -1,24 +1,20 @@
-// HostedUnit: an audio unit with its view controller, as an offline host loads it.
+// HostedUnit: an instance of the system behind an offline host, ready to be listened to.
 #pragma once
 
-#include "hosting/midi_inlet.h"
+#include "hosting/hosted_instance.h"
 #include "hosting/offline_host.h"
-#include "main_view/audio_unit_view_controller.h"
 #include "tests/support/test_sounds.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <vector>
 
 namespace zephyra {
 
-struct HostedUnit {
-    explicit HostedUnit(FourCharCode type)
-        : unit(MyAudioUnit::initWithComponentDescription_options_error({.componentType = type},
-                                                                       instance, error)) {
+struct HostedUnit : HostedInstance {
+    explicit HostedUnit(FourCharCode type) : HostedInstance(type) {
         instance.folders.resources = ZEPHYRA_SOURCE_DIR "/resources";
-        view.setAudioUnit(unit.get());
+        connect();
     }
     /// Ready to render noise, without fades.
     HostedUnit& ready(std::uint32_t blockFrames = 512) {
@@ -48,13 +44,8 @@ struct HostedUnit {
         return *view.parameters._paramChildrens[static_cast<std::size_t>(id)];
     }
 
-    Instance instance;
-    OSStatus error = 0;
-    std::unique_ptr<MyAudioUnit> unit;
-    AudioUnitViewController view{instance};
     MOK_SCRUB_GRANULATOR& stream = view._GRANULATOR_STREAM;
     OfflineHost host{*unit, instance};
-    MidiInlet inlet{instance, [this](const MidiMessage& message) { view.receiveMidi(message); }};
     std::vector<float> heard;
 };
 
