@@ -12,6 +12,7 @@ namespace {
 
 constexpr double kWindowSeconds = 0.08; // fine enough for the bass, short enough for attacks
 constexpr std::size_t kShortestWindow = 256, kLongestWindow = 32768;
+constexpr double kShownDecibels = 80; // below that a mix hides what there is
 
 std::size_t windowFrames(double sampleRate) {
     std::size_t size = kShortestWindow;
@@ -145,6 +146,16 @@ float SpectrumColumns::rowPower(std::size_t row) const {
 float SpectrumColumns::decibels(std::size_t column, std::size_t row) const noexcept {
     const float power = power_[column * rows_ + row];
     return power > 1e-20f ? 10.0f * std::log10(power) : kSilenceDecibels;
+}
+
+LevelRange levelRange(const SpectrumColumns& spectrum) {
+    float loudest = SpectrumColumns::kSilenceDecibels;
+    for (std::size_t column = 0; column < spectrum.columns(); ++column)
+        for (std::size_t row = 0; row < spectrum.rows(); ++row)
+            loudest = std::max(loudest, spectrum.decibels(column, row));
+    const double high =
+        loudest > SpectrumColumns::kSilenceDecibels ? std::ceil(loudest / 10.0) * 10 : 0.0;
+    return {high - kShownDecibels, high};
 }
 
 } // namespace zephyra

@@ -57,4 +57,12 @@ private:
     std::vector<float> power_; ///< columns_ · rows_, linear
 };
 
+/// The decibels that a spectrum's colours go from and to.
+struct LevelRange {
+    double low, high;
+};
+
+/// 80 dB up to the loudest place of spectrum, rounded up to tens.
+LevelRange levelRange(const SpectrumColumns& spectrum);
+
 } // namespace zephyra

@@ -30,4 +30,18 @@ std::vector<WaveformColumns::Column> WaveformColumns::columns() const {
     return shown;
 }
 
+double largestLevel(const std::vector<WaveformColumns::Column>& columns) {
+    double most = 0;
+    for (const WaveformColumns::Column& column : columns)
+        most = std::max({most, std::abs(double{column.low}), std::abs(double{column.high})});
+    return most;
+}
+
+double waveformScale(double peak) {
+    if (peak > 1) return peak;
+    for (const double scale : {0.0625, 0.125, 0.25, 0.5})
+        if (peak <= scale) return scale;
+    return 1;
+}
+
 } // namespace zephyra

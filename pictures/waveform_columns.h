@@ -18,6 +18,8 @@ public:
 
         /// Root mean square; 0 for a column without frames.
         double rms() const noexcept;
+        /// Beyond full scale, which 16 bits cannot hold.
+        bool tooLoud() const noexcept { return high > 1.0f || low < -1.0f; }
     };
 
     /// frames and columns of at least 1.
@@ -33,5 +35,12 @@ private:
     std::uint64_t seen_ = 0;
     std::vector<Column> columns_;
 };
+
+/// The largest magnitude that columns show.
+double largestLevel(const std::vector<WaveformColumns::Column>& columns);
+
+/// The magnitude that reaches the edge of a lane: full scale, a power of two less for a quieter
+/// peak (down to 1/16), or peak itself where it is too loud.
+double waveformScale(double peak);
 
 } // namespace zephyra

@@ -1,7 +1,7 @@
 // PictureRecorder: collects a render block by block for its picture.
 #pragma once
 
-#include "pictures/cairo/render_picture.h"
+#include "pictures/render_picture.h"
 #include "platform/sound/sound_file.h"
 #include "rendering/offline_render.h"
 #include "rendering/output_file.h"
@@ -11,23 +11,26 @@
 
 namespace zephyra {
 
-/// Order of calls: addSource, add for every block, draw. MAIN.
+/// Order of calls: addSource, add for every block, finish. MAIN.
 class PictureRecorder {
 public:
-    PictureRecorder(const RenderPlan& plan, const SoundFileInfo& source);
+    /// grid: of whoever will draw the picture.
+    PictureRecorder(const RenderPlan& plan, const SoundFileInfo& source, const PictureGrid& grid);
 
-    void addSource(std::span<const float> samples) { picture_.addSource(samples); }
+    void addSource(std::span<const float> samples) {
+        picture_.source.add(samples.data(), samples.size());
+    }
     /// Before the block's samples are limited.
     void add(const RenderedBlock& block);
-    /// Pixels of the canvas to draw on.
-    int height() const { return picture_.height(); }
-    /// What was recorded of the grains.
-    const GrainMap& map() const noexcept { return picture_.map(); }
-    /// title is the source's name; statistics and file tell what else was measured.
-    void draw(Canvas& canvas, const std::string& title, const RenderStatistics& statistics,
-              const OutputFile& file);
+    /// What was recorded until now.
+    const RenderPicture& picture() const noexcept { return picture_; }
+    /// The complete picture, valid as long as this. title is the source's name; statistics and
+    /// file tell what else was measured.
+    const RenderPicture& finish(std::string title, const RenderStatistics& statistics,
+                                const OutputFile& file);
 
 private:
+    void addPaths(const PictureGrid& grid);
     /// Where a read position of the engine lies in the source, as a fraction of it, for a grain or
     /// scan at this frame of the block.
     double sourcePosition(double position, const RenderedBlock& block, std::uint64_t frame) const;

@@ -5,7 +5,6 @@
 #include "main_view/audio_unit_view_controller.h"
 #include "platform/instance.h"
 #include "platform/text/result.h"
-#include "rendering/control_paths.h"
 #include "rendering/render_plan.h"
 #include "rendering/take_recorder.h"
 

@@ -8,13 +8,14 @@
 #include "platform/sound/sound_file.h"
 #include "platform/text/result.h"
 #include "rendering/automation_lane.h"
-#include "rendering/control_paths.h"
 #include "rendering/midi_file.h"
+#include "stream/control_ranges.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace zephyra {
@@ -27,6 +28,12 @@ ControlValues defaultControlValues();
 
 /// Whether grains are cut from a loaded sample or from the host's input.
 enum class SourceUse { loaded, live };
+
+/// A control that is moved while the render goes on.
+struct MovedControl {
+    ControlId control;
+    std::string mover; ///< what moves it, for people: "LFO sine 0.25 Hz", "CC 1", "automation"
+};
 
 /// How much moves by itself, whether options asked for it or a state brought it.
 struct MotionCounts {

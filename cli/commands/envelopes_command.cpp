@@ -1,13 +1,15 @@
 #include "cli/commands/envelopes_command.h"
 
 #include "engine/envelope_menu.h"
-#include "pictures/cairo/envelope_picture.h"
+#include "pictures/cairo/envelope_page.h"
 #include "pictures/cairo/picture_file.h"
+#include "pictures/envelope_curves.h"
 #include "platform/random_source.h"
 #include "platform/text/nearest_name.h"
 
 #include <filesystem>
 #include <random>
+#include <vector>
 
 namespace zephyra {
 
@@ -16,13 +18,15 @@ namespace {
 Result<void> savePicture(const std::filesystem::path& path) {
     PictureFile file;
     if (auto opened = file.open(path); !opened) return opened;
-    Canvas canvas(kEnvelopePictureWidth, kEnvelopePictureHeight);
     // The Random envelope of the picture is always the same one.
     const RandomSource before = setRandomSource(
         [generator = std::mt19937()]() mutable { return std::uint32_t(generator()); });
-    const Result<void> drawn = drawEnvelopes(canvas);
+    const Result<std::vector<EnvelopeCurve>> curves = envelopeCurves();
     setRandomSource(before);
-    return drawn ? file.save(canvas) : drawn;
+    if (!curves) return Failure{curves.message()};
+    Canvas canvas(kEnvelopePageWidth, kEnvelopePageHeight);
+    drawEnvelopes(canvas, curves.value());
+    return file.save(canvas);
 }
 
 } // namespace

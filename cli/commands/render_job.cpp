@@ -4,6 +4,7 @@
 #include "cli/commands/render_report.h"
 #include "cli/interrupt.h"
 #include "pictures/cairo/picture_file.h"
+#include "pictures/cairo/render_page.h"
 #include "platform/files/atomic_file.h"
 #include "platform/files/folder_entries.h"
 #include "presets/preset_saving.h"
@@ -56,7 +57,7 @@ Result<void> openFiles(Job& job, const ReadSource& read) {
         if (auto opened = job.takeFile.open(*take); !opened) return opened;
     if (!job.options.picture) return {};
     if (auto opened = job.pictureFile.open(*job.options.picture); !opened) return opened;
-    job.recorder = std::make_unique<PictureRecorder>(job.plan(), read.shown);
+    job.recorder = std::make_unique<PictureRecorder>(job.plan(), read.shown, RenderPage::grid());
     job.recorder->addSource(read.shownSamples());
     return {};
 }
@@ -96,8 +97,9 @@ std::string pictureTitle(const RenderOptions& options) {
 
 Result<void> savePicture(Job& job, const RenderStatistics& statistics) {
     if (!job.recorder) return {};
-    Canvas canvas(RenderPicture::kWidth, job.recorder->height());
-    job.recorder->draw(canvas, pictureTitle(job.options), statistics, job.file);
+    const RenderPage page(job.recorder->finish(pictureTitle(job.options), statistics, job.file));
+    Canvas canvas(RenderPage::kWidth, page.height());
+    page.draw(canvas);
     return job.pictureFile.save(canvas);
 }
 

@@ -1,40 +1,16 @@
 #include "pictures/cairo/picture_axes.h"
 
-#include "platform/text/text_numbers.h"
-
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 namespace zephyra {
 
 namespace {
 
-constexpr double kClockFrom = 60;  // seconds: from here on times read as on a clock
 constexpr double kLabelGap = 7;    // pixels between box and labels
 constexpr double kNameGap = 52;    // pixels between box and an upright axis's name
 constexpr double kHalfDigit = 4.5; // half the height of a tick's digits
 constexpr TextStyle kTickStyle = {.colour = theme::faintText, .size = theme::tickSize};
-
-/// The smallest of 1, 2 and 5 times a power of ten that is at least step.
-double roundStep(double step) {
-    const double power = std::pow(10.0, std::floor(std::log10(step)));
-    for (const double factor : {1.0, 2.0, 5.0})
-        if (factor * power >= step * (1 - 1e-9)) return factor * power;
-    return 10 * power;
-}
-
-/// Seconds between ticks: decimal steps below a minute, parts of minutes and hours above.
-double timeStep(double least) {
-    if (least <= 10) return roundStep(least);
-    for (const double step : {15.0, 30.0, 60.0, 120.0, 300.0, 600.0, 900.0, 1800.0, 3600.0})
-        if (step >= least) return step;
-    return 3600 * std::ceil(least / 3600);
-}
-
-int decimalsOf(double step) {
-    return std::clamp(static_cast<int>(std::ceil(-std::log10(step) - 1e-9)), 0, 9);
-}
 
 /// Moves a label so that it stays between the box's ends.
 TextAnchor anchorAt(double share) {
@@ -42,43 +18,6 @@ TextAnchor anchorAt(double share) {
 }
 
 } // namespace
-
-std::vector<Tick> roundTicks(double low, double high, int most) {
-    const double step = roundStep((high - low) / most);
-    std::vector<Tick> ticks;
-    const double end = high + step * 1e-6;
-    for (double k = std::ceil(low / step - 1e-6); k * step <= end; ++k)
-        ticks.push_back(
-            {(k * step - low) / (high - low), formatFixed(k * step + 0.0, decimalsOf(step))});
-    return ticks;
-}
-
-std::vector<Tick> timeTicks(double seconds, int most) {
-    const double step = timeStep(seconds / most);
-    std::vector<Tick> ticks;
-    for (int k = 0; k * step <= seconds * (1 + 1e-9); ++k)
-        ticks.push_back({k * step / seconds, seconds < kClockFrom
-                                                 ? formatFixed(k * step, decimalsOf(step))
-                                                 : formatClock(std::llround(k * step))});
-    return ticks;
-}
-
-const char* timeUnit(double seconds) {
-    return seconds < kClockFrom ? "s" : "min:s";
-}
-
-std::vector<Tick> frequencyTicks(double low, double high) {
-    std::vector<Tick> ticks;
-    for (double power = 1; power <= high; power *= 10)
-        for (const double factor : {1.0, 2.0, 5.0}) {
-            const double hertz = factor * power;
-            if (hertz < low || hertz > high) continue;
-            const std::string label =
-                hertz < 1000 ? formatNumber(hertz) : formatNumber(hertz / 1000) + "k";
-            ticks.push_back({std::log(hertz / low) / std::log(high / low), label});
-        }
-    return ticks;
-}
 
 void drawTimeGrid(Canvas& canvas, const Box& box, const std::vector<Tick>& ticks) {
     for (const Tick& tick : ticks) {
@@ -116,6 +55,15 @@ void drawUprightAxis(Canvas& canvas, const Box& box, const std::vector<Tick>& ti
     canvas.text(left ? box.x - kNameGap : box.right() + kNameGap + 2 * kHalfDigit,
                 box.y + box.height / 2, name,
                 {.size = theme::tickSize, .anchor = TextAnchor::centre, .turn = TextTurn::upwards});
+}
+
+void drawColourLegend(Canvas& canvas, const Box& box,
+                      const std::function<Colour(double share)>& colourAt,
+                      const std::vector<Tick>& ticks, const std::string& name) {
+    for (double y = 0; y < box.height; ++y)
+        canvas.fill({box.x, box.y + y, box.width, 1}, colourAt(1 - (y + 0.5) / box.height));
+    canvas.outline(box, theme::frame);
+    drawUprightAxis(canvas, box, ticks, name, AxisSide::right, GridLines::none);
 }
 
 } // namespace zephyra

@@ -1,31 +1,14 @@
-// Tick and the axes: where a picture's scales are labelled, and how they are drawn.
+// drawTimeAxis and drawUprightAxis: the scales around a box, and the legends of colours.
 #pragma once
 
+#include "pictures/axis_ticks.h"
 #include "pictures/cairo/picture_canvas.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace zephyra {
-
-/// A labelled place on a scale; an empty label is a grid line only.
-struct Tick {
-    double at; ///< 0 to 1 along the scale
-    std::string label;
-};
-
-/// Ticks at round numbers (1, 2 or 5 times a power of ten) of a scale from low to high, at most
-/// about `most`. high must be above low.
-std::vector<Tick> roundTicks(double low, double high, int most);
-
-/// Ticks of a time scale from 0 to seconds: round seconds, from a minute on "m:ss".
-std::vector<Tick> timeTicks(double seconds, int most);
-
-/// The unit of those labels: "s", or "min:s".
-const char* timeUnit(double seconds);
-
-/// Ticks at 1, 2 and 5 times the powers of ten of a logarithmic scale in Hz, labelled "200", "1k".
-std::vector<Tick> frequencyTicks(double low, double high);
 
 /// Where an axis stands at its box.
 enum class AxisSide { left, right };
@@ -42,5 +25,10 @@ void drawTimeGrid(Canvas& canvas, const Box& box, const std::vector<Tick>& ticks
 void drawUprightAxis(Canvas& canvas, const Box& box, const std::vector<Tick>& ticks,
                      const std::string& name, AxisSide side = AxisSide::left,
                      GridLines grid = GridLines::drawn);
+
+/// A bar of colours in box from share 0 at its bottom to 1 at its top, labelled at its right.
+void drawColourLegend(Canvas& canvas, const Box& box,
+                      const std::function<Colour(double share)>& colourAt,
+                      const std::vector<Tick>& ticks, const std::string& name);
 
 } // namespace zephyra

@@ -68,6 +68,12 @@ Colour blend(const Colour& from, const Colour& to, double share) noexcept {
             mix(from.alpha, to.alpha)};
 }
 
+Colour blend(std::span<const Colour> stops, double share) noexcept {
+    const double at = std::clamp(share, 0.0, 1.0) * static_cast<double>(stops.size() - 1);
+    const std::size_t stop = std::min(static_cast<std::size_t>(at), stops.size() - 2);
+    return blend(stops[stop], stops[stop + 1], at - static_cast<double>(stop));
+}
+
 Canvas::Canvas(int width, int height)
     : surface_(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height)),
       context_(cairo_create(surface_.get())) {

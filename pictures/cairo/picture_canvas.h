@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <string>
 
 namespace zephyra {
@@ -26,6 +27,8 @@ struct Colour {
 
 /// The colour at share (0 to 1, clamped) between from and to.
 Colour blend(const Colour& from, const Colour& to, double share) noexcept;
+/// The same along a row of at least two colours, evenly spaced.
+Colour blend(std::span<const Colour> stops, double share) noexcept;
 
 /// What all pictures are drawn in.
 namespace theme {

@@ -2,7 +2,6 @@
 
 #include "cli/batch/batch_names.h"
 #include "cli/batch/process_pool.h"
-#include "pictures/cairo/contact_sheet.h"
 #include "tests/cli/program.h"
 
 #include <csignal>
@@ -66,16 +65,6 @@ TEST(BatchNames, AreFileNamesOfWhichNoTwoAreAlike) {
         {{}, std::string(238, 'n') + "\u00E9", std::string(238, 'n')},
     };
     for (const auto& one : cases) EXPECT_EQ(names.take(one.input, one.preset), one.name);
-}
-
-TEST(ContactSheet, StaysWithinWhatCanBeDrawn) {
-    for (const std::size_t count : {1, 48, 3000}) {
-        const ContactSheet sheet("", std::vector<ContactSheetEntry>(count));
-        EXPECT_LE(std::max(sheet.width(), sheet.height()), ContactSheet::kMostPixels) << count;
-        EXPECT_GT(static_cast<std::size_t>(sheet.width() / 40) *
-                      static_cast<std::size_t>(sheet.height() / 40),
-                  count);
-    }
 }
 
 class Batch : public testing::Test {

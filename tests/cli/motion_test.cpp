@@ -1,9 +1,7 @@
-// What moves a render's controls by itself: LFOs, takes, learned controllers, and their picture.
+// What moves a render's controls by itself: LFOs, takes, learned controllers.
 
 #include "cli/options/learn_option.h"
 #include "cli/options/lfo_option.h"
-#include "pictures/cairo/notes_lane.h"
-#include "pictures/cairo/paths_lane.h"
 #include "rendering/take_file.h"
 #include "tests/cli/program.h"
 
@@ -79,34 +77,6 @@ TEST(TakeFile, ReadsWhatItWritesAndNamesTheLineThatIsWrong) {
     };
     for (const auto& [text, message] : wrong)
         EXPECT_NE(parseTake(text, "take").message().find(message), std::string::npos) << message;
-}
-
-TEST(ControlPaths, KeepWhatWasSeenInEachColumnAndSayItInDisplayedUnits) {
-    ControlPaths paths({{ControlId::density, "CC 1"}}, 2.0, 4);
-    for (const auto& [seconds, value] :
-         {std::pair(0.0, 300.0f), {0.1, 0.5f}, {0.2, 400.0f}, {0.3, 9.0f}, {2.0, 20.0f}})
-        paths.add(seconds, {&value, 1});
-    const ControlPath& path = paths.all().at(0);
-    EXPECT_EQ(path.columns[0].first, 300.0f);
-    EXPECT_EQ(path.columns[0].low, 0.5f);
-    EXPECT_EQ(path.columns[0].high, 400.0f);
-    EXPECT_EQ(path.columns[0].last, 9.0f);
-    EXPECT_EQ(path.columns[1].count + path.columns[2].count, 0u);
-    EXPECT_EQ(path.columns[3].last, 20.0f);
-    EXPECT_EQ(path.valueText(path.highest()), "400 Hz");
-    EXPECT_EQ(path.valueText(200.25f), "50.4 Hz"); // half way: 0.5 + 399.5 / 8
-}
-
-TEST(NotesLane, ANoteEndsWithItsOwnChannelsNoteOffOrWhenItIsStruckAgain) {
-    const std::vector<TimedMidi> messages = {
-        {0.0, 3, {0x90, 60, 127}}, {0.5, 3, {0x81, 60, 0}}, // another channel's
-        {1.0, 3, {0x90, 60, 64}},  {2.0, 3, {0x90, 60, 0}}, {2.5, 3, {0xB0, 60, 1}},
-        {3.0, 3, {0x91, 72, 1}},   {9.0, 3, {0x91, 74, 1}}, // beyond the end
-    };
-    const auto notes = notesOf(messages, 4.0);
-    ASSERT_EQ(notes.size(), 3u);
-    for (const std::size_t i : {0u, 1u, 2u}) EXPECT_EQ(notes[i].length, 1.0) << i;
-    EXPECT_EQ(notes[2].number, 72);
 }
 
 class MovedRender : public ::testing::Test {

@@ -67,8 +67,8 @@ TEST(Documents, NameOnlyFilesThatExist) {
 
 TEST(Documents, HaveAPageForEveryFolderOfTheHouse) {
     for (const char* folder : {"platform", "effects", "engine", "controls", "stream", "modulation",
-                               "library", "audiounit", "main_view", "hosting", "cli", "screens",
-                               "plugin", "resources", "tests", "bench", "fuzz"})
+                               "library", "audiounit", "main_view", "hosting", "pictures", "cli",
+                               "screens", "plugin", "resources", "tests", "bench", "fuzz"})
         if (fs::is_directory(kTree / folder)) {
             EXPECT_TRUE(fs::exists(kTree / "docs" / (std::string(folder) + ".md"))) << folder;
         }

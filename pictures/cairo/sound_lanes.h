@@ -1,7 +1,8 @@
-// drawWaveform: a signal's extremes and level over time, along either axis.
+// drawWaveform and drawSpectrogram: a sound's levels and frequencies over its time.
 #pragma once
 
 #include "pictures/cairo/picture_canvas.h"
+#include "pictures/spectrum_columns.h"
 #include "pictures/waveform_columns.h"
 
 #include <vector>
@@ -18,5 +19,12 @@ enum class WaveformDirection {
 void drawWaveform(Canvas& canvas, const Box& box,
                   const std::vector<WaveformColumns::Column>& columns, const Colour& colour,
                   double scale, WaveformDirection direction = WaveformDirection::rightwards);
+
+/// Draws one column and one row per pixel of box; spectrum must have as many.
+void drawSpectrogram(Canvas& canvas, const Box& box, const SpectrumColumns& spectrum,
+                     const LevelRange& range);
+
+/// The scale of level colours in box, labelled at its right.
+void drawLevelLegend(Canvas& canvas, const Box& box, const LevelRange& range);
 
 } // namespace zephyra

@@ -1,8 +1,5 @@
-// GrainMap: every grain of a render in time and source position, with its pitch as colour.
+// GrainMap: every grain of a render in time, source position and pitch, and how the scan went.
 #pragma once
-
-#include "pictures/cairo/picture_axes.h"
-#include "pictures/cairo/picture_canvas.h"
 
 #include <string>
 #include <vector>
@@ -43,15 +40,25 @@ struct GrainMap {
 };
 
 /// Semitones up to which a map's colours go either way: a round number that holds every grain.
+/// Any thread but RENDER, as the rest.
 double pitchRange(const GrainMap& map);
 
-/// The colour of a pitch on a scale from -range to range semitones: low ones warm, high ones cool.
-Colour pitchColour(double semitones, double range);
+/// The rounds through the source in which a grain reads, 0 the one that its positions count from:
+/// in round n the map shows it n source lengths further down.
+struct SourceRounds {
+    int first, last;
+};
 
-/// Draws the map into box.
-void drawGrainMap(Canvas& canvas, const Box& box, const GrainMap& map);
+/// At most 25; one where reading ends with the source.
+SourceRounds roundsOf(const GrainMark& grain, SourceEdge edge);
 
-/// The scale of pitch colours from -range to range in box, labelled at its right.
-void drawPitchLegend(Canvas& canvas, const Box& box, double range);
+/// A straight piece of the scan's way.
+struct ScanLine {
+    ScanMark from, to;
+};
+
+/// The way of the scan from mark to mark; a step over more than half of the scanned part left it at
+/// one end and came back at the other, or is a gap where the source ends.
+std::vector<ScanLine> scanLines(const GrainMap& map);
 
 } // namespace zephyra

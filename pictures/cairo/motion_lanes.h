@@ -1,14 +1,24 @@
-// drawPaths: the ways of moved controls, a row each, over a render's time.
+// drawNotes and drawPaths: the notes that a render heard and the controls that moved, over its
+// time.
 #pragma once
 
-#include "pictures/cairo/picture_axes.h"
+#include "pictures/axis_ticks.h"
 #include "pictures/cairo/picture_canvas.h"
-#include "rendering/control_paths.h"
+#include "pictures/control_path.h"
+#include "pictures/note_mark.h"
 
 #include <cstddef>
 #include <vector>
 
 namespace zephyra {
+
+/// Pixels that the lane of such notes takes; 0 for none.
+double notesHeight(const std::vector<NoteMark>& notes);
+
+/// Draws the notes, at least one, across box, high ones at the top, with names where there is room.
+/// seconds: of box.
+void drawNotes(Canvas& canvas, const Box& box, const std::vector<NoteMark>& notes, double seconds,
+               const std::vector<Tick>& grid);
 
 /// Pixels that so many rows take; 0 for none. The more there are, the lower each is.
 double pathsHeight(std::size_t count);

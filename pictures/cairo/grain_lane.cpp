@@ -1,6 +1,6 @@
-#include "pictures/cairo/grain_map.h"
+#include "pictures/cairo/grain_lane.h"
 
-#include "platform/text/text_numbers.h"
+#include "pictures/cairo/picture_axes.h"
 
 #include <algorithm>
 #include <array>
@@ -16,7 +16,6 @@ constexpr Colour kEventColour = Colour::hex(0xFFFFFF, 0.30);
 constexpr Colour kOutside = theme::background.faded(0.6);
 constexpr double kThinnest = 0.9, kThickest = 2.6; // pixels, half a grain's height at its middle
 constexpr double kShortest = 2.2;                  // pixels, so that every grain can be seen
-constexpr int kMostTraversals = 24; // a long grain in a tiny source is one solid band anyway
 
 // From two octaves down to two up; the middle is the source's own pitch.
 constexpr std::array<Colour, 7> kPitchStops = {
@@ -66,16 +65,10 @@ void drawLens(Canvas& canvas, double x1, double y1, double x2, double y2, double
 
 void drawGrain(Canvas& canvas, const Scales& scales, const GrainMark& grain, SourceEdge edge,
                double thickness) {
-    int first = 0, last = 0; // by how many source lengths it is drawn shifted down
-    if (edge == SourceEdge::wraps) {
-        first = static_cast<int>(std::floor(std::min(grain.from, grain.to)));
-        const double end = std::max(grain.from, grain.to);
-        last = std::max(first, static_cast<int>(std::min(std::ceil(end) - 1, 1e6)));
-        last = std::min(last, first + kMostTraversals);
-    }
-    for (int shift = first; shift <= last; ++shift)
-        drawLens(canvas, scales.x(grain.start), scales.y(grain.from - shift),
-                 scales.x(grain.start + grain.length), scales.y(grain.to - shift), thickness);
+    const SourceRounds rounds = roundsOf(grain, edge);
+    for (int round = rounds.first; round <= rounds.last; ++round)
+        drawLens(canvas, scales.x(grain.start), scales.y(grain.from - round),
+                 scales.x(grain.start + grain.length), scales.y(grain.to - round), thickness);
 }
 
 void drawSoundingGrains(Canvas& canvas, const Scales& scales, const GrainMap& map) {
@@ -104,32 +97,13 @@ void drawDroppedGrains(Canvas& canvas, const Scales& scales, const GrainMap& map
     }
 }
 
-/// One step of the scan, over the part's ends where it wraps between the two.
-void drawScanStep(cairo_t* context, const Scales& scales, const GrainMap& map, const ScanMark& a,
-                  const ScanMark& b) {
-    const double span = map.high - map.low, step = b.position - a.position;
-    if (std::abs(step) <= span / 2) {
-        cairo_move_to(context, scales.x(a.seconds), scales.y(a.position));
-        cairo_line_to(context, scales.x(b.seconds), scales.y(b.position));
-        return;
-    }
-    if (map.edge == SourceEdge::ends) return;
-    const bool up = step < 0; // it left at the one end and came back at the other
-    const double left = up ? map.high : map.low, entered = up ? map.low : map.high;
-    const double before = std::abs(left - a.position), after = std::abs(b.position - entered);
-    const double share = before + after > 0 ? before / (before + after) : 0.5;
-    const double seconds = a.seconds + share * (b.seconds - a.seconds);
-    cairo_move_to(context, scales.x(a.seconds), scales.y(a.position));
-    cairo_line_to(context, scales.x(seconds), scales.y(left));
-    cairo_move_to(context, scales.x(seconds), scales.y(entered));
-    cairo_line_to(context, scales.x(b.seconds), scales.y(b.position));
-}
-
 void drawScan(Canvas& canvas, const Scales& scales, const GrainMap& map) {
     canvas.setColour(kScanColour);
     cairo_set_line_width(canvas.context(), 1.1);
-    for (std::size_t i = 1; i < map.scan.size(); ++i)
-        drawScanStep(canvas.context(), scales, map, map.scan[i - 1], map.scan[i]);
+    for (const auto& [from, to] : scanLines(map)) {
+        cairo_move_to(canvas.context(), scales.x(from.seconds), scales.y(from.position));
+        cairo_line_to(canvas.context(), scales.x(to.seconds), scales.y(to.position));
+    }
     cairo_stroke(canvas.context());
 }
 
@@ -176,19 +150,8 @@ void drawEvents(Canvas& canvas, const Scales& scales, const GrainMap& map) {
 
 } // namespace
 
-double pitchRange(const GrainMap& map) {
-    double most = 0;
-    for (const GrainMark& grain : map.grains) most = std::max(most, std::abs(grain.semitones));
-    if (most < 0.01) return 12; // nothing is transposed: an octave shows that best
-    for (const double range : {1.0, 2.0, 3.0, 6.0, 12.0, 24.0, 36.0})
-        if (most <= range * 1.001) return range;
-    return 12 * std::ceil(most / 12);
-}
-
 Colour pitchColour(double semitones, double range) {
-    const double at = std::clamp((semitones / range + 1) / 2, 0.0, 1.0) * (kPitchStops.size() - 1);
-    const std::size_t stop = std::min(static_cast<std::size_t>(at), kPitchStops.size() - 2);
-    return blend(kPitchStops[stop], kPitchStops[stop + 1], at - static_cast<double>(stop));
+    return blend(kPitchStops, (semitones / range + 1) / 2);
 }
 
 void drawGrainMap(Canvas& canvas, const Box& box, const GrainMap& map) {
@@ -203,14 +166,10 @@ void drawGrainMap(Canvas& canvas, const Box& box, const GrainMap& map) {
 }
 
 void drawPitchLegend(Canvas& canvas, const Box& box, double range) {
-    for (double y = 0; y < box.height; ++y)
-        canvas.fill({box.x, box.y + y, box.width, 1},
-                    pitchColour(range * (1 - 2 * (y + 0.5) / box.height), range));
-    canvas.outline(box, theme::frame);
-    std::vector<Tick> ticks;
-    for (const double share : {-1.0, -0.5, 0.0, 0.5, 1.0})
-        ticks.push_back({(share + 1) / 2, formatNumber(share * range)});
-    drawUprightAxis(canvas, box, ticks, "pitch (semitones)", AxisSide::right, GridLines::none);
+    const auto colourAt = [range](double share) {
+        return pitchColour(range * (2 * share - 1), range);
+    };
+    drawColourLegend(canvas, box, colourAt, pitchTicks(range), "pitch (semitones)");
 }
 
 } // namespace zephyra

@@ -1,0 +1,111 @@
+// What a render's picture is collected from: grains, notes and the values of moved controls.
+
+#include "rendering/midi_notes.h"
+#include "rendering/picture_recorder.h"
+#include "rendering/picture_texts.h"
+
+#include <cstddef>
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace zephyra {
+namespace {
+
+/// A plan of one second at 44100 Hz, and one block of it.
+RenderPlan planFor(SourceUse use) {
+    return {.sampleRate = 44100,
+            .playFrames = 44100,
+            .frames = 44100,
+            .blockFrames = 10000,
+            .seed = 1,
+            .envelope = 0,
+            .use = use};
+}
+
+TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
+    const SoundFileInfo source{.format = "", .channels = 1, .sampleRate = 44100, .frames = 88200};
+    std::vector<float> silence(10000);
+    // In a source of 2 s, 1 Hz is an octave up; in the live buffer of 10 s, 0.1 Hz is its own
+    // pitch.
+    const GrainRecord loaded{20500, 0.25f, 1.0f, 0.1f, 1, 0.5f, false};
+    const GrainRecord live{20500, (441000 - 5 - 8820) / 441000.0f, 0.1f, 0.1f, 1, 0.5f, true};
+    const auto recorded = [&](SourceUse use, const GrainRecord& grain) {
+        PictureRecorder recorder(planFor(use), source, {.source = 1, .time = 1, .frequencies = 1});
+        recorder.add({.firstFrame = 20000,
+                      .frames = 10000,
+                      .left = silence.data(),
+                      .right = silence.data(),
+                      .grains = {&grain, 1},
+                      .scanPosition = grain.position,
+                      .amplitude = 0.5f});
+        return recorder.picture().map;
+    };
+    const GrainMark first = recorded(SourceUse::loaded, loaded).grains.at(0);
+    EXPECT_NEAR(first.start, 20500 / 44100.0, 1e-9);
+    EXPECT_NEAR(first.from, 0.25, 1e-6);
+    EXPECT_NEAR(first.to, 0.35, 1e-6);
+    EXPECT_NEAR(first.semitones, 12, 1e-3);
+    EXPECT_EQ(first.level, 0.5);
+    EXPECT_FALSE(first.dropped);
+
+    // The first step of the block ends with frame 24096, its last one with frame 30000.
+    const GrainMap map = recorded(SourceUse::live, live);
+    EXPECT_NEAR(map.grains.at(0).from, (24096 - 1 - 8820) / 88200.0, 1e-5);
+    EXPECT_NEAR(map.grains.at(0).to - map.grains.at(0).from, 4410 / 88200.0, 1e-5);
+    EXPECT_NEAR(map.grains.at(0).semitones, 0, 1e-3);
+    EXPECT_TRUE(map.grains.at(0).dropped);
+    EXPECT_NEAR(map.scan.at(0).position, (30000 - 1 - 8820) / 88200.0, 1e-5);
+}
+
+TEST(PictureRecorder, AMovedControlBeginsWhereItStandsAndNamesTheEndsOfItsWay) {
+    RenderPlan plan = planFor(SourceUse::loaded);
+    plan.moved = {{ControlId::pan, "LFO"}, {ControlId::density, "CC 1"}};
+    plan.initial[static_cast<std::size_t>(ControlId::density)] = 50;
+    PictureRecorder recorder(plan,
+                             {.format = "", .channels = 1, .sampleRate = 44100, .frames = 1000},
+                             {.source = 1, .time = 2, .frequencies = 1});
+    float silence[] = {0};
+    const float moved[] = {-0.5f, 400.0f};
+    recorder.add({.firstFrame = 44099,
+                  .frames = 1,
+                  .left = silence,
+                  .right = silence,
+                  .grains = {},
+                  .scanPosition = 0,
+                  .amplitude = 0.5f,
+                  .moved = moved});
+    const ControlPath& path = recorder.finish("in.wav", {}, {}).paths.at(1);
+    EXPECT_EQ(path.name + " " + path.mover, "Density CC 1");
+    EXPECT_EQ(path.lowText, "50 Hz");
+    EXPECT_EQ(path.highText, "400 Hz");
+    EXPECT_EQ(path.columns[1].count, 1u);
+    EXPECT_EQ(recorder.picture().texts.settings.at(0), "Density 50 Hz");
+}
+
+TEST(NotesOf, ANoteEndsWithItsOwnChannelsNoteOffOrWhenItIsStruckAgain) {
+    const std::vector<TimedMidi> messages = {
+        {0.0, 3, {0x90, 60, 127}}, {0.5, 3, {0x81, 60, 0}}, // another channel's
+        {1.0, 3, {0x90, 60, 64}},  {2.0, 3, {0x90, 60, 0}}, {2.5, 3, {0xB0, 60, 1}},
+        {3.0, 3, {0x91, 72, 1}},   {9.0, 3, {0x91, 74, 1}}, // beyond the end
+    };
+    const auto notes = notesOf(messages, 4.0);
+    ASSERT_EQ(notes.size(), 3u);
+    for (const std::size_t i : {0u, 1u, 2u}) EXPECT_EQ(notes[i].length, 1.0) << i;
+    EXPECT_EQ(notes[2].number, 72);
+}
+
+TEST(PictureTexts, APassingValueReadsInItsUnitWithThreeDigits) {
+    const struct {
+        ControlId control;
+        float linear;
+        const char* text;
+    } cases[] = {
+        {ControlId::density, 400.0f, "400 Hz"},
+        {ControlId::density, 200.25f, "50.4 Hz"}, // half way: 0.5 + 399.5 / 8
+        {ControlId::echoSwitch, 1.0f, "on"},
+    };
+    for (const auto& one : cases) EXPECT_EQ(passingValueText(one.control, one.linear), one.text);
+}
+
+} // namespace
+} // namespace zephyra
