@@ -5,20 +5,35 @@
 #include "rendering/automation_file.h"
 #include "rendering/midi_file.h"
 
+#include <cmath>
+
 namespace {
 
 using namespace zephyra;
 
-template <typename Events>
-void requireOrder(const Result<Events>& events) {
-    if (!events) {
-        require(!events.message().empty());
-        return;
-    }
+void requireLine(const std::string& text) {
+    require(!text.empty() && text.find('\n') == text.npos);
+}
+
+template <typename Event>
+void requireOrder(const std::vector<Event>& events) {
     double last = 0;
-    for (const auto& event : events.value()) {
+    for (const Event& event : events) {
         require(event.seconds >= last);
         last = event.seconds;
+    }
+}
+
+void requireMidi(const std::string& bytes, std::optional<double> tempo) {
+    const Result<MidiFile> file = parseMidi(bytes, tempo, "input");
+    if (!file) return requireLine(file.message());
+    requireOrder(file.value().messages);
+    for (const std::string& notice : file.value().notices) requireLine(notice);
+    for (const TimedMidi& message : file.value().messages) {
+        require(std::isfinite(message.seconds));
+        require(message.bytes[0] >= 0x80 && message.bytes[0] < 0xF0);
+        require(message.bytes[1] < 0x80 && message.bytes[2] < 0x80);
+        require(message.length == 2 || message.length == 3);
     }
 }
 
@@ -26,11 +41,14 @@ void requireOrder(const Result<Events>& events) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string bytes(reinterpret_cast<const char*>(data), size);
-    requireOrder(parseMidi(bytes, std::nullopt, "input"));
-    requireOrder(parseMidi(bytes, 120.0, "input"));
+    requireMidi(bytes, std::nullopt);
+    requireMidi(bytes, 120.0);
     const auto points = parseAutomation(bytes, 120.0, "input");
-    requireOrder(points);
-    if (!points) return 0;
+    if (!points) {
+        requireLine(points.message());
+        return 0;
+    }
+    requireOrder(points.value());
     for (const AutomationPoint& point : points.value()) {
         const ControlRange& range = controlRange(point.parameter);
         require(point.linear >= range.minimum && point.linear <= range.maximum);

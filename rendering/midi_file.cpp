@@ -1,66 +1,67 @@
 #include "rendering/midi_file.h"
 
 #include "platform/files/small_file.h"
-#include "rendering/midi_clean.h"
+#include "rendering/midi_tracks.h"
 #include "rendering/time_order.h"
 
-#include <algorithm>
-#include <cmath>
-#include <glib.h>
-#include <memory>
-#include <smf.h>
+#include <cstddef>
+#include <utility>
 
 namespace zephyra {
 
 namespace {
 
-struct SmfDeleter {
-    void operator()(smf_t* smf) const noexcept { smf_delete(smf); }
+/// The seconds of ticks, which are asked for in their order.
+class TempoMap {
+public:
+    TempoMap(std::vector<TickedTempo> tempos, std::uint32_t ticksPerBeat)
+        : tempos_(std::move(tempos)), ticksPerBeat_(ticksPerBeat) {
+        sortBy(&TickedTempo::tick, tempos_); // the last of one tick holds
+    }
+
+    double secondsAt(std::uint32_t tick) {
+        for (; next_ < tempos_.size() && tempos_[next_].tick <= tick; ++next_) {
+            seconds_ = secondsWithin(tempos_[next_].tick);
+            tempo_ = tempos_[next_];
+        }
+        return secondsWithin(tick);
+    }
+
+private:
+    double secondsWithin(std::uint32_t tick) const {
+        return seconds_ + (tick - tempo_.tick) * (tempo_.microseconds / (ticksPerBeat_ * 1e6));
+    }
+
+    std::vector<TickedTempo> tempos_;
+    double ticksPerBeat_;
+    std::size_t next_ = 0;
+    TickedTempo tempo_ = {0, 500'000}; // the one that holds, at first 120 beats per minute
+    double seconds_ = 0;               // where it began
 };
-
-/// The library reports through its log what the answer says as well.
-void ignoreLog(const gchar*, GLogLevelFlags, const gchar*, gpointer) {}
-
-bool isChannelMessage(const smf_event_t& event) {
-    return event.midi_buffer && event.midi_buffer_length >= 2 && event.midi_buffer_length <= 3 &&
-           event.midi_buffer[0] >= 0x80 && event.midi_buffer[0] < 0xF0;
-}
 
 } // namespace
 
-Result<std::vector<TimedMidi>> parseMidi(std::string_view bytes, std::optional<double> tempo,
-                                         const std::string& where) {
-    const auto unreadable = [&where](const std::string& reason) {
-        return Failure{where + " is no MIDI file that can be read: " + reason};
-    };
-    // The library reads past the end of what is cut off, and ends the program over odd events.
-    const Result<std::string> clean = cleanMidi(bytes);
-    if (!clean) return unreadable(clean.message());
-    const GLogFunc before = g_log_set_default_handler(ignoreLog, nullptr);
-    const std::unique_ptr<smf_t, SmfDeleter> smf(
-        smf_load_from_memory(clean.value().data(), static_cast<int>(clean.value().size())));
-    g_log_set_default_handler(before, nullptr);
-    if (!smf || smf->ppqn <= 0) return unreadable("its content is damaged");
-
-    std::vector<TimedMidi> messages;
-    while (const smf_event_t* const event = smf_get_next_event(smf.get())) {
-        if (!isChannelMessage(*event)) continue;
-        const double seconds =
-            tempo ? static_cast<double>(event->time_pulses) / smf->ppqn * 60.0 / *tempo
-                  : event->time_seconds;
-        if (!std::isfinite(seconds) || seconds < 0) continue;
-        TimedMidi message{.seconds = seconds,
-                          .length = static_cast<std::uint8_t>(event->midi_buffer_length),
-                          .bytes = {}};
-        std::copy_n(event->midi_buffer, message.length, message.bytes.begin());
-        messages.push_back(message);
-    }
-    sortByTime(messages);
-    return messages;
+Result<MidiFile> parseMidi(std::string_view bytes, std::optional<double> tempo,
+                           const std::string& where) {
+    Result<MidiTracks> tracks = readMidiTracks(bytes);
+    if (!tracks) return Failure{where + " is no MIDI file that can be read: " + tracks.message()};
+    const double ticksPerBeat = tracks.value().ticksPerBeat;
+    TempoMap map(std::move(tracks.value().tempos), tracks.value().ticksPerBeat);
+    std::vector<TickedMidi>& ticked = tracks.value().messages;
+    sortBy(&TickedMidi::tick, ticked);
+    MidiFile file;
+    file.messages.reserve(ticked.size());
+    for (const TickedMidi& message : ticked)
+        file.messages.push_back({.seconds = tempo ? message.tick / ticksPerBeat * 60.0 / *tempo
+                                                  : map.secondsAt(message.tick),
+                                 .length = message.length,
+                                 .bytes = message.bytes});
+    for (const std::string& notice : tracks.value().notices)
+        file.notices.push_back(where + ": " + notice);
+    return file;
 }
 
-Result<std::vector<TimedMidi>> readMidiFile(const std::filesystem::path& path,
-                                            std::optional<double> tempo) {
+Result<MidiFile> readMidiFile(const std::filesystem::path& path, std::optional<double> tempo) {
     const Result<std::string> bytes = readSmallFile(path);
     if (!bytes) return Failure{bytes.message()};
     return parseMidi(bytes.value(), tempo, path.string());

@@ -1,4 +1,4 @@
-// readMidiFile: the messages of a standard MIDI file, by time.
+// MidiFile: the messages of a standard MIDI file, by time.
 #pragma once
 
 #include "platform/text/result.h"
@@ -20,14 +20,18 @@ struct TimedMidi {
     std::array<std::uint8_t, 3> bytes; ///< status first
 };
 
-/// The channel messages of all tracks in time's order. With a tempo (beats per minute) the file's
-/// beats are played at it, else at the tempos that the file itself gives. Fails for what is no MIDI
-/// file; where is what the failure calls the bytes. MAIN.
-Result<std::vector<TimedMidi>> parseMidi(std::string_view bytes, std::optional<double> tempo,
-                                         const std::string& where);
+struct MidiFile {
+    std::vector<TimedMidi> messages = {};  ///< of all tracks in time's order
+    std::vector<std::string> notices = {}; ///< what was odd in the file, a line each, with its name
+};
+
+/// With a tempo (beats per minute, above 0) the file's beats are played at it, else at the tempos
+/// that the file itself gives, 120 until the first. Fails for what is no MIDI file; where is what
+/// the failure and the notices call the bytes. MAIN.
+Result<MidiFile> parseMidi(std::string_view bytes, std::optional<double> tempo,
+                           const std::string& where);
 
 /// The same of a file of at most 16 MiB.
-Result<std::vector<TimedMidi>> readMidiFile(const std::filesystem::path& path,
-                                            std::optional<double> tempo);
+Result<MidiFile> readMidiFile(const std::filesystem::path& path, std::optional<double> tempo);
 
 } // namespace zephyra

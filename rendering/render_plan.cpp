@@ -66,9 +66,10 @@ Result<void> readFiles(const HostOptions& host, RenderPlan& plan) {
         plan.automation = std::move(points.value());
     }
     if (host.midi) {
-        auto messages = readMidiFile(*host.midi, host.tempo);
-        if (!messages) return Failure{"--midi: " + messages.message()};
-        plan.midi = std::move(messages.value());
+        auto file = readMidiFile(*host.midi, host.tempo);
+        if (!file) return Failure{"--midi: " + file.message()};
+        plan.midi = std::move(file.value().messages);
+        plan.notices = std::move(file.value().notices);
     }
     if (host.state) {
         auto state = readPropertyListFile(*host.state);

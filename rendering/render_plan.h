@@ -57,6 +57,7 @@ struct RenderPlan {
     HostOptions host = {};
     std::vector<AutomationPoint> automation = {}; ///< sorted
     std::vector<TimedMidi> midi = {};             ///< sorted
+    std::vector<std::string> notices = {};        ///< what was odd in the files that were read
     std::optional<PropertyDictionary> state = {};
     std::optional<PresetChoice> preset = {}; ///< of the store
     bool turnsLiveOn = false;                ///< over what the preset says

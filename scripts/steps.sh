@@ -7,7 +7,7 @@ build_packages=(
     build-essential cmake ninja-build pkg-config
     libsndfile1-dev libebur128-dev libplist-dev libutf8proc-dev libxxhash-dev
     libavformat-dev libavcodec-dev libavutil-dev libswresample-dev
-    libsmf-dev nlohmann-json3-dev libcli11-dev libcairo2-dev libfftw3-dev
+    nlohmann-json3-dev libcli11-dev libcairo2-dev libfftw3-dev
     fontconfig fonts-dejavu-core
 )
 format_packages=(clang-format)

@@ -118,7 +118,7 @@ Result<void> saveAll(Job& job, const RenderStatistics& statistics, BankFolder& b
 }
 
 std::vector<std::string> noticesOf(const Job& job) {
-    std::vector<std::string> notices;
+    std::vector<std::string> notices = job.plan().notices;
     const TakeRecorder* const take = job.render.recordedTake();
     if (take && take->isCut())
         notices.push_back(job.options.motion.recordScrub->string() +

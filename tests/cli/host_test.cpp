@@ -1,7 +1,6 @@
 // What a render's host does: automation, MIDI, tempo, transport, states.
 
 #include "rendering/automation_lane.h"
-#include "rendering/midi_file.h"
 #include "tests/cli/program.h"
 
 #include <algorithm>
@@ -68,33 +67,6 @@ TEST(Automation, AStepIsSentOnceAndARampOnceABlock) {
     AutomationLane steps({{0.25, ControlId::pan, 1.0f, false}}, 0.0f);
     EXPECT_EQ(steps.next(0.0, 0.5, 100.0)->offset, 25u);
     EXPECT_FALSE(steps.next(0.5, 1.0, 100.0));
-}
-
-TEST(MidiFile, IsReadWholeOrNotAtAll) {
-    const struct {
-        const char* name;
-        std::vector<double> seconds; // of its messages; none: it is refused
-    } files[] = {
-        {"five-notes.mid", {0, 1, 2, 3, 4}},
-        {"two-tracks-tempo.mid", {0, 0.5, 0.5}}, // a running status, a controller
-        {"cut-in-a-track.mid", {}},
-        {"track-claims-too-much.mid", {}},
-        {"endless-delta.mid", {}},
-        {"no-beats.mid", {}},
-        {"film-time.mid", {}},
-    };
-    for (const auto& file : files) {
-        const std::string path = ZEPHYRA_SOURCE_DIR "/fuzz/corpus/performance_file/";
-        const auto read = readMidiFile(path + file.name, std::nullopt);
-        ASSERT_EQ(read.ok(), !file.seconds.empty()) << file.name;
-        for (std::size_t i = 0; read && i < file.seconds.size(); ++i)
-            EXPECT_NEAR(read.value().at(i).seconds, file.seconds[i], 1e-9) << file.name;
-    }
-    EXPECT_EQ(readMidiFile(ZEPHYRA_SOURCE_DIR "/fuzz/corpus/performance_file/five-notes.mid", 60.0)
-                  .value()
-                  .back()
-                  .seconds,
-              8.0);
 }
 
 class HostedRender : public ::testing::Test {

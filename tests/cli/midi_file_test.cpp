@@ -1,0 +1,121 @@
+// What is read of MIDI files, whole, odd and broken ones; fuzz/make_performance_file_corpus.py
+// makes them.
+
+#include "rendering/midi_file.h"
+
+#include "platform/text/text_numbers.h"
+#include "tests/cli/program.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace zephyra {
+namespace {
+
+const std::string kFolder = ZEPHYRA_SOURCE_DIR "/fuzz/corpus/performance_file/";
+
+/// "0.5 90 3C 40; " for each message.
+std::string textOf(const MidiFile& file) {
+    std::string text;
+    for (const TimedMidi& message : file.messages) {
+        text += formatShort(message.seconds);
+        for (int i = 0; i < message.length; ++i) {
+            char hex[8];
+            std::snprintf(hex, sizeof hex, " %02X", message.bytes[static_cast<std::size_t>(i)]);
+            text += hex;
+        }
+        text += "; ";
+    }
+    return text;
+}
+
+TEST(MidiFile, WholeAndOddFilesAreReadAndOddOnesGiveANotice) {
+    const std::string note = "0 90 3C 40; 0.5 90 3C 00; ", slow = "0 90 3C 40; 1 90 3C 00; ";
+    const struct {
+        const char* name;
+        std::string messages, notice; // no notice: nothing is odd
+    } files[] = {
+        {"five-notes", "0 99 3C 64; 1 99 43 64; 2 99 48 64; 3 99 37 64; 4 99 40 64; ", ""},
+        {"two-tracks-tempo", "0 90 3C 40; 0.5 90 3C 00; 0.5 B0 01 40; ", ""},
+        {"tempos-in-two-tracks",
+         "0.3 C1 05; 0.6 D1 06; 0.75 E1 07 08; 1.8 B0 07 01; 1.8 81 3C 09; ", ""},
+        // Half a beat at half a second a beat, half at one.
+        {"tempo-after-the-notes", "0 90 3C 40; 0.75 90 3C 00; ", ""},
+        {"tempo-of-nothing", note, ""},
+        {"bytes-after-the-last-track", note, "12 bytes after the last track are ignored"},
+        {"file-after-the-file", note, "34 bytes after the last track are ignored"},
+        {"fewer-tracks-than-announced", note,
+         "its header announces 3 tracks; it holds 1, which is played"},
+        {"more-tracks-than-announced", slow,
+         "its header announces 1 track; it holds 2, which are played"},
+        {"longer-header", note, "its header is longer than 6 bytes; what follows them is skipped"},
+        {"chunks-between-tracks", slow, "3 chunks of another kind than tracks are skipped"},
+        {"status-runs-across-events", "0 90 3C 40; 0.25 90 40 41; 0.5 90 43 42; ",
+         "messages after a meta or system-exclusive event leave their status out; that of the "
+         "message before is taken"},
+    };
+    for (const auto& [name, messages, notice] : files) {
+        const std::string path = kFolder + name + ".mid";
+        const auto read = readMidiFile(path, std::nullopt);
+        ASSERT_TRUE(read) << read.message();
+        EXPECT_EQ(textOf(read.value()), messages) << name;
+        std::vector<std::string> notices;
+        if (!notice.empty()) notices = {path + ": " + notice};
+        EXPECT_EQ(read.value().notices, notices);
+    }
+}
+
+TEST(MidiFile, ItsBeatsArePlayedAtTheTempoOfTheHostWhereThereIsOne) {
+    const auto read = readMidiFile(kFolder + "tempos-in-two-tracks.mid", 240.0);
+    ASSERT_TRUE(read) << read.message();
+    EXPECT_EQ(textOf(read.value()),
+              "0.125 C1 05; 0.25 D1 06; 0.375 E1 07 08; 0.75 B0 07 01; 0.75 81 3C 09; ");
+}
+
+TEST(MidiFile, BrokenFilesAreRefusedWithALineThatSaysWhy) {
+    const std::pair<const char*, const char*> files[] = {
+        {"cut-in-a-track", "it is cut off in its track 1; save it again"},
+        {"second-track-cut-off", "it is cut off in its track 2;"},
+        {"second-name-cut-off", "it is cut off in its track 2;"},
+        {"track-claims-too-much", "it is cut off in its track 1;"},
+        {"header-cut-off", "its header is cut off; save it again"},
+        {"header-too-short", "its header is cut off;"},
+        {"no-track", "it holds no track;"},
+        {"endless-delta",
+         "its track 1 is damaged (an event does not end within it); save it again"},
+        {"event-goes-over-the-end", "(an event does not end within it)"},
+        {"text-goes-over-the-end", "(an event does not end within it)"},
+        {"no-end-mark", "(its end mark is missing)"},
+        {"events-after-the-end-mark", "(events follow its end mark)"},
+        {"no-status", "(an event has no status)"},
+        {"clock-in-a-track", "(an event has a status that files do not know)"},
+        {"message-breaks-off", "(a message breaks off)"},
+        {"lasts-2-to-28-ticks", "(it lasts longer than 268435455 ticks)"},
+        {"patterns-of-format-2", "its format is 2; save it with format 0 or 1"},
+        {"no-beats", "not in beats; save it with ticks per quarter note"},
+        {"film-time", "not in beats; save it with ticks per quarter note"},
+    };
+    for (const auto& [name, reason] : files) {
+        const std::string path = kFolder + name + ".mid";
+        const auto read = readMidiFile(path, std::nullopt);
+        ASSERT_FALSE(read) << name;
+        EXPECT_EQ(read.message().find(path + " is no MIDI file that can be read: it"), 0u) << name;
+        EXPECT_NE(read.message().find(reason), std::string::npos) << read.message();
+    }
+}
+
+TEST(MidiFile, TheCommandTellsWhatWasOddBesideItsReport) {
+    TemporaryFolder folder;
+    writeWav(folder / "in.wav", tone(4410));
+    const std::string command = "render in.wav -o out.wav --json --midi " + kFolder;
+    const ProgramRun odd = runZephyra(folder, command + "longer-header.mid");
+    EXPECT_EQ(odd.code, 0) << odd.err;
+    EXPECT_EQ(nlohmann::json::parse(odd.out).at("midiMessages"), 2);
+    EXPECT_EQ(odd.err, "zephyra: " + kFolder +
+                           "longer-header.mid: its header is longer than 6 "
+                           "bytes; what follows them is skipped\n");
+    EXPECT_EQ(runZephyra(folder, command + "five-notes.mid").err, "");
+}
+
+} // namespace
+} // namespace zephyra
