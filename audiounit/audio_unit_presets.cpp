@@ -33,7 +33,7 @@ void AudioUnitPresets::makeFactoryPresets() {
 
 void AudioUnitPresets::addPresets(const std::filesystem::path& bank) {
     Result<BankOnDisk> read = readBank(bank);
-    if (!read) return logLine("no factory presets: " + read.message());
+    if (!read) return log_.write("no factory presets: " + read.message());
     for (const std::string& key : sortedKeys(read.value().bank)) {
         PropertyDictionary& snapshot = *recordOf(read.value().bank, key);
         const std::string tag = snapshotTag(snapshot).value_or(kUnnamed);
@@ -51,17 +51,17 @@ const std::vector<AUAudioUnitPreset>& AudioUnitPresets::factoryPresets() {
 std::optional<AUAudioUnitPreset> AudioUnitPresets::currentPreset() {
     const std::int64_t number = currentPreset_ ? currentPreset_->number : 0;
     if (number >= 0 && factoryIndex_ < factoryPresets().size()) {
-        logLine("Returning Current Factory Preset: " + std::to_string(factoryIndex_));
+        log_.write("Returning Current Factory Preset: " + std::to_string(factoryIndex_));
         return factoryPresets_[factoryIndex_];
     }
-    logLine("Returning Current Custom Preset: " +
-            numberAndName(currentPreset_.value_or(NewAUPreset(0, "(null)"))));
+    log_.write("Returning Current Custom Preset: " +
+               numberAndName(currentPreset_.value_or(NewAUPreset(0, "(null)"))));
     return currentPreset_;
 }
 
 void AudioUnitPresets::setCurrentPreset(const std::optional<AUAudioUnitPreset>& preset,
                                         AudioUnitController* controller) {
-    if (!preset) return logLine("nil passed to setCurrentPreset!");
+    if (!preset) return log_.write("nil passed to setCurrentPreset!");
     if (preset->number < 0)
         setCustomPreset(*preset);
     else
@@ -70,9 +70,9 @@ void AudioUnitPresets::setCurrentPreset(const std::optional<AUAudioUnitPreset>& 
 
 void AudioUnitPresets::setCustomPreset(const AUAudioUnitPreset& preset) {
     if (preset.name.empty())
-        return logLine("setCurrentPreset not set! - invalid AUAudioUnitPreset");
+        return log_.write("setCurrentPreset not set! - invalid AUAudioUnitPreset");
     currentPreset_ = preset;
-    logLine("currentPreset Custom: " + numberAndName(preset));
+    log_.write("currentPreset Custom: " + numberAndName(preset));
 }
 
 void AudioUnitPresets::setFactoryPreset(const AUAudioUnitPreset& preset,
@@ -82,7 +82,7 @@ void AudioUnitPresets::setFactoryPreset(const AUAudioUnitPreset& preset,
     if (controller) controller->restoreState(factorySnapshots_[index]);
     currentPreset_ = preset;
     factoryIndex_ = index;
-    logLine("currentPreset Factory: " + numberAndName(preset));
+    log_.write("currentPreset Factory: " + numberAndName(preset));
 }
 
 } // namespace zephyra

@@ -15,6 +15,8 @@
 
 namespace zephyra {
 
+class Log;
+
 AUAudioUnitPreset NewAUPreset(std::int64_t number, std::string name);
 
 /// The factory's are the snapshots of the banks that came with the program, numbered through all of
@@ -22,7 +24,7 @@ AUAudioUnitPreset NewAUPreset(std::int64_t number, std::string name);
 class AudioUnitPresets {
 public:
     /// folders must outlive this. No file is read yet.
-    explicit AudioUnitPresets(const Folders& folders) : folders_(folders) {}
+    AudioUnitPresets(const Folders& folders, Log& log) : folders_(folders), log_(log) {}
 
     /// Reads the banks of the resource folder again, sorted by bytes, each one's keys without
     /// regard to case. One that cannot be read adds nothing but a log line. Numbers hold as long as
@@ -45,6 +47,7 @@ private:
     void setFactoryPreset(const AUAudioUnitPreset& preset, AudioUnitController* controller);
 
     const Folders& folders_;
+    Log& log_;
     bool made_ = false;
     std::vector<AUAudioUnitPreset> factoryPresets_;
     std::vector<PropertyDictionary> factorySnapshots_; // one for each of factoryPresets_

@@ -58,7 +58,7 @@ MyAudioUnit::MyAudioUnit(const AudioComponentDescription& description, Instance&
       outputBus_(kStandard, isInstrument_ ? kOutputs : kMostInputChannels),
       inputBusses_{AUAudioUnitBusType::input, {}}, outputBusses_{AUAudioUnitBusType::output,
                                                                  {&outputBus_}},
-      presets_(instance.folders), alive_(std::make_shared<bool>(true)),
+      presets_(instance.folders, instance.log), alive_(std::make_shared<bool>(true)),
       notices_(std::make_unique<RenderNotices>()) {
     if (!isInstrument_) inputBusses_.busses.push_back(&inputBus_);
 }

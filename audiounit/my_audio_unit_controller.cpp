@@ -4,7 +4,6 @@
 #include "audiounit/parameter_table.h"
 #include "modulation/lfo_widgets_mapping.h"
 #include "modulation/modulation.h"
-#include "platform/text/log.h"
 #include "stream/stream_controller.h"
 
 #include <utility>
@@ -105,8 +104,8 @@ void MyAudioUnit::adaptToInstrument() {
     }
     if (!controller_->sampleWasRequested() &&
         !controller_->LoadSampleDelegate(kDemonstrationSample))
-        logLine("no " + (instance_.folders.resources / kDemonstrationSample).string() +
-                ": the instrument begins without a sound");
+        instance_.log.write("no " + (instance_.folders.resources / kDemonstrationSample).string() +
+                            ": the instrument begins without a sound");
     MOK_KNOB& dryWet = *controller_->inputDryWetKnob();
     dryWet.alpha = kDimmed;
     dryWet.setNeedsDisplay();

@@ -61,7 +61,8 @@ struct BenchWork {
     }
 
     std::unique_ptr<mokGranulatorSF> engine(int grains = mokGranulatorSF::kVoices) const {
-        auto stream = std::make_unique<mokGranulatorSF>(sample.get(), &window, grains, kRate);
+        auto stream =
+            std::make_unique<mokGranulatorSF>(sample.get(), &window, grains, kRate, kSeed);
         configure(*stream, grains);
         return stream;
     }
@@ -104,7 +105,8 @@ class BenchInnerBody {
 public:
     static constexpr int kFrames = 8192;
 
-    BenchInnerBody() : grain_(work_.sample.get(), &work_.window, BenchWork::kRate) {
+    BenchInnerBody()
+        : grain_(work_.sample.get(), &work_.window, BenchWork::kRate, BenchWork::kSeed) {
         grain_.start();
         grain_.setParameters(0.5f, 0.1f, 0.25, 0.085f);
     }

@@ -5,7 +5,7 @@
 // holds more once the first of them stands, its audio unit allocated and its main queue empty.
 
 #include "hosting/hosted_instance.h"
-#include "platform/text/log.h"
+#include "tests/support/heard_instance.h"
 
 #include <algorithm>
 #include <array>
@@ -19,10 +19,12 @@ namespace {
 
 constexpr double kMostMilliseconds = 30.0, kMostMebibytes = 12.0;
 
-struct System : HostedInstance {
+struct System : HeardLog, HostedInstance {
     System()
-        : HostedInstance(component_type::musicEffect,
-                         [](Instance& fresh) { fresh.folders.resources = "/nonexistent"; }) {
+        : HostedInstance(component_type::musicEffect, [this](Instance& fresh) {
+              hear(fresh);
+              fresh.folders.resources = "/nonexistent";
+          }) {
         connect();
         unit->allocateRenderResourcesAndReturnError();
         instance.runLoop.runPosted();
@@ -50,7 +52,6 @@ void row(const char* what, double measured, const char* unit, double must) {
 
 int main() {
     using namespace zephyra;
-    setLogSink([](std::string_view) {});
     const double before = heapBytes();
     auto first = std::make_unique<System>();
     const double held = heapBytes() - before;

@@ -5,7 +5,7 @@
 
 #include "library/bank_edits.h"
 #include "library/quick_presets_manager.h"
-#include "platform/text/log.h"
+#include "tests/support/heard_instance.h"
 
 #include <algorithm>
 #include <chrono>
@@ -89,7 +89,7 @@ void measure(const std::filesystem::path& folder) {
     for (std::size_t n = 0; n < kBanks; ++n)
         makeBank(folder, "Bank " + std::to_string(n), kPresetsOfEach);
 
-    Instance instance;
+    HeardInstance instance;
     instance.folders = {folder, folder / "none"};
     Loads delegate;
     const double before = heapBytes();
@@ -153,7 +153,6 @@ void measure(const std::filesystem::path& folder) {
 
 int main() {
     namespace fs = std::filesystem;
-    zephyra::setLogSink([](std::string_view) {});
     std::string name = (fs::temp_directory_path() / "zephyra-bench-XXXXXX").string();
     if (!::mkdtemp(name.data())) return 1;
     zephyra::measure(name);

@@ -8,7 +8,7 @@
 
 #include "bench/thread_time.h"
 #include "hosting/hosted_instance.h"
-#include "platform/text/log.h"
+#include "tests/support/heard_instance.h"
 #include "tests/support/test_sounds.h"
 
 #include <algorithm>
@@ -24,9 +24,11 @@ constexpr int kMessagesPerSecond = 1000;
 constexpr std::uint64_t kSoundFrames = 20 * 44100;
 constexpr double kMostPercent = 1.0;
 
-struct System : HostedInstance {
+struct System : HeardLog, HostedInstance {
     System()
-        : HostedInstance(component_type::instrument, [](Instance& fresh) {
+        : HostedInstance(component_type::instrument, [this](Instance& fresh) {
+              hear(fresh);
+
               fresh.folders.resources = "/nonexistent";
               fresh.runLoop.setClock(RunLoop::Clock::sample);
           }) {
@@ -98,7 +100,6 @@ struct System : HostedInstance {
 
 int main() {
     using namespace zephyra;
-    setLogSink([](std::string_view) {});
     System plain, modulated;
     modulated.modulate();
     std::array<double, 5> shares;

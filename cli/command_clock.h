@@ -1,10 +1,12 @@
-// useClockOfEnvironment: a clock that stands still, for banks that can be made again.
+// commandClock: the clock that the command goes by.
 #pragma once
+
+#include "platform/clock.h"
 
 namespace zephyra {
 
-/// From now on the platform's clock shows the whole seconds since 1970 that SOURCE_DATE_EPOCH
-/// holds; without that, or with anything else in it, it goes on. MAIN.
-void useClockOfEnvironment();
+/// Stands still at the whole seconds since 1970 that SOURCE_DATE_EPOCH holds, for banks that can be
+/// made again; without that, or with anything else in it, it goes on. MAIN.
+Clock commandClock();
 
 } // namespace zephyra

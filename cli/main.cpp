@@ -1,4 +1,3 @@
-#include "cli/command_clock.h"
 #include "cli/command_line.h"
 #include "cli/interrupt.h"
 
@@ -20,6 +19,5 @@ extern "C" const char* __lsan_default_suppressions() {
 
 int main(int count, char** arguments) {
     zephyra::watchInterrupts();
-    zephyra::useClockOfEnvironment();
     return static_cast<int>(zephyra::runCommandLine(count, arguments));
 }

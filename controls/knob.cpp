@@ -80,10 +80,10 @@ float MOK_KNOB::clampAngle(float a) const {
     return std::max(-MaxAngle, std::min(a, MaxAngle));
 }
 
-void MOK_KNOB::genRandomic() {
+void MOK_KNOB::genRandomic(RandomSource& random) {
     if (!isRandomizable) return;
     constexpr double kShare = 4.656613e-10; // 1 / 2^31, as far as single precision sees it
-    setValueNorm(static_cast<float>((systemRandom32() & 0x7fffffff) * kShare));
+    setValueNorm(static_cast<float>((random.next32() & 0x7fffffff) * kShare));
     sendActionsForControlEvents(control_event::all);
 }
 

@@ -9,6 +9,7 @@
 namespace zephyra {
 
 class NotificationCenter;
+class RandomSource;
 
 /// How a drag turns a knob.
 enum InteractionStyle : int {
@@ -64,7 +65,7 @@ public:
         float target, float rangeMin, float rangeMax, float gravity, double seconds);
 
     /// A random position, then all control events. Nothing unless isRandomizable.
-    void genRandomic();
+    void genRandomic(RandomSource& random);
     /// The default, raised to the minimum when below it, then all control events and skin colour 0.
     /// Nothing unless isDefaultResettable.
     void resetsDefault();

@@ -100,7 +100,9 @@ void MOK_PAD::restoreXY(const std::optional<double>& x, const std::optional<doub
 
 void MOK_PAD::restoreState(const PropertyArray& state) {
     if (state.size() < 2) {
-        logLine("pad " + channel + ": a state of " + std::to_string(state.size()) +
+        if (log)
+            log->write(
+                "pad " + channel + ": a state of " + std::to_string(state.size()) +
                 " values is ignored; octaves and base note are needed, then perhaps x and y");
         return;
     }

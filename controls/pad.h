@@ -10,6 +10,7 @@
 
 namespace zephyra {
 
+class Log;
 class UserDefaults;
 
 /// The first finger moves it; value-changed is sent on each change that a finger makes, touch-down
@@ -57,6 +58,7 @@ public:
     void saveAsDefault(Control* sender = nullptr);
     void loadAsDefault(Control* sender = nullptr);
     UserDefaults* userDefaults = nullptr; ///< null, or it outlives this
+    Log* log = nullptr; ///< hears of states that cannot be; null, or it outlives this
 
     /// Points; finite and above 0, else ignored.
     void setSize(double width, double height) { setSurface(width, height); }

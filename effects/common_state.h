@@ -7,6 +7,8 @@
 
 namespace zephyra {
 
+class Log;
+
 /// One parameter of a module, as create describes it. The defaults here are what both modules use.
 struct ParameterDescription {
     double defaultValue = 0; ///< the parameter's value after creation
@@ -33,6 +35,7 @@ struct CommonState {
     const char* const* outputNames = nullptr; ///< outputCount texts
     std::int32_t parameterCount = 0;
     ParameterDescription* parameters = nullptr; ///< parameterCount, from sysmem_newptr
+    Log* log = nullptr;                         ///< hears what goes wrong; null: standard error
 };
 
 /// What perform answers and keeps answering until reset.

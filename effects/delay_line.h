@@ -24,8 +24,9 @@ struct DelayLine {
 
 /// Gives a new line room for at least requestedLength samples (below 2 counts as 2); problems are
 /// reported with the line's name kept out, as the texts are fixed, and leave it unusable. A line
-/// that is already set up is only cleared. MAIN or OFF.
-void setUpDelayLine(DelayLine& line, const char* name, std::int64_t requestedLength) noexcept;
+/// that is already set up is only cleared. log: null, or it outlives the line. MAIN or OFF.
+void setUpDelayLine(DelayLine& line, const char* name, std::int64_t requestedLength,
+                    Log* log) noexcept;
 
 /// Zeroes the contents and the write index. OFF.
 void clearDelayLine(DelayLine& line) noexcept;

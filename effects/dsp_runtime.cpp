@@ -26,8 +26,11 @@ void set_zero64(double* array, std::int64_t count) ZEPHYRA_NONBLOCKING {
     for (std::int64_t n = 0; n < count; ++n) array[n] = 0;
 }
 
-void genlib_report_error(const char* text) noexcept {
-    logLine(text);
+void genlib_report_error(const char* text, Log* log) noexcept {
+    if (log)
+        log->write(text);
+    else
+        Log().write(text);
 }
 
 void genlib_report_message(const char* text) noexcept {
@@ -92,13 +95,13 @@ Dimensions constrained(std::int64_t frames, std::int64_t channels) noexcept {
 
 /// Allocates for the wanted dimensions or, as a fallback, for smaller ones that it then stores
 /// there.
-double* allocateOrShrink(Dimensions& wanted) noexcept {
+double* allocateOrShrink(Dimensions& wanted, Log* log) noexcept {
     constexpr std::int64_t kFallbackFrames = 512;
     constexpr std::int64_t kLastFallbackFrames = 4;
     for (;;) {
         const auto count = static_cast<std::size_t>(wanted.frames * wanted.channels);
         if (void* data = sysmem_newptr(count * sizeof(double))) return static_cast<double*>(data);
-        genlib_report_error("allocating [data]: out of memory");
+        genlib_report_error("allocating [data]: out of memory", log);
         if (wanted.frames == kLastFallbackFrames && wanted.channels == 1) return nullptr;
         wanted = {wanted.frames > kFallbackFrames ? kFallbackFrames : kLastFallbackFrames, 1};
     }
@@ -123,7 +126,7 @@ void genlib_data_resize(DataStoreEntry* entry, std::int64_t frames,
         set_zero64(entry->data, count);
         return;
     }
-    double* data = allocateOrShrink(wanted);
+    double* data = allocateOrShrink(wanted, entry->log);
     if (!data) return;
     set_zero64(data, wanted.frames * wanted.channels);
     copyOverlap(*entry, data, wanted);

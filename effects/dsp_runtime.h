@@ -8,6 +8,8 @@
 
 namespace zephyra {
 
+class Log;
+
 /// Allocates size bytes, not cleared; null when there is no memory. MAIN or OFF.
 void* sysmem_newptr(std::size_t size) noexcept;
 /// Resizes an allocation and keeps its contents; null (pointer stays valid) on failure. MAIN or
@@ -19,8 +21,8 @@ void sysmem_freeptr(void* pointer) noexcept;
 /// Sets count doubles to 0; does nothing for a count below 1. Any thread.
 void set_zero64(double* array, std::int64_t count) ZEPHYRA_NONBLOCKING;
 
-/// Writes one line to the log (standard error unless a sink is set). MAIN or OFF.
-void genlib_report_error(const char* text) noexcept;
+/// Writes one line to log, or to standard error where there is none. MAIN or OFF.
+void genlib_report_error(const char* text, Log* log = nullptr) noexcept;
 /// Writes one line to standard output. MAIN or OFF.
 void genlib_report_message(const char* text) noexcept;
 /// A module has finished its reset: nothing follows from it. Any thread.
@@ -38,6 +40,7 @@ struct DataStoreEntry {
     std::int64_t channels = 0;
     double* data = nullptr; ///< frames * channels values
     double cursor = 0;
+    Log* log = nullptr; ///< hears what goes wrong; null: standard error
 };
 
 /// What an entry answers about itself.

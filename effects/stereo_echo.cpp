@@ -30,15 +30,16 @@ struct State : CommonState {
 
 } // namespace
 
-CommonState* create(double sampleRate, std::int32_t vectorSize) noexcept {
+CommonState* create(double sampleRate, std::int32_t vectorSize, Log* log) noexcept {
     auto* state = new (std::nothrow) State;
     if (!state) return nullptr;
+    state->log = log;
     if (!fillStereoState(*state, sampleRate, vectorSize, kParameterNames, kParameterCount)) {
         destroy(state);
         return nullptr;
     }
-    setUpDelayLine(state->lineL, "m_delay_5", static_cast<std::int64_t>(kMaxDelay));
-    setUpDelayLine(state->lineR, "m_delay_6", static_cast<std::int64_t>(kMaxDelay));
+    setUpDelayLine(state->lineL, "m_delay_5", static_cast<std::int64_t>(kMaxDelay), log);
+    setUpDelayLine(state->lineR, "m_delay_6", static_cast<std::int64_t>(kMaxDelay), log);
     if (state->lineL.size != kEchoLineSize || !state->lineL.usable() || !state->lineR.usable()) {
         destroy(state);
         return nullptr;

@@ -31,7 +31,7 @@ enum Parameter : std::int32_t {
 /// A new echo at sampleRate (Hz; what isModuleSampleRate refuses becomes 44100) with cleared lines.
 /// vectorSize is only remembered. Null when there is no memory, which the log then says. MAIN or
 /// OFF.
-CommonState* create(double sampleRate, std::int32_t vectorSize) noexcept;
+CommonState* create(double sampleRate, std::int32_t vectorSize, Log* log = nullptr) noexcept;
 
 /// Error 0, parameters and their glides 0, lines cleared. OFF.
 void reset(CommonState* state) noexcept;

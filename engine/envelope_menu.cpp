@@ -1,5 +1,7 @@
 #include "engine/envelope_menu.h"
 
+#include "platform/random_source.h"
+
 #include <new>
 #include <string>
 
@@ -7,22 +9,22 @@ namespace zephyra {
 
 namespace {
 
-using Generator = void (*)(mokWindow&);
+using Generator = void (*)(mokWindow&, RandomSource&);
 
 /// In the menu's order.
 constexpr std::array<Generator, kEnvelopeMenu.size()> kGenerators = {
-    [](mokWindow& window) { window.genGaussian(); },
-    [](mokWindow& window) { window.genBlackmanHarris(); },
-    [](mokWindow& window) { window.genHanning(); },
-    [](mokWindow& window) { window.genBarlett(); },
-    [](mokWindow& window) { window.genSync(mokWindow::kSyncPeak); },
-    [](mokWindow& window) { window.genHamming(); },
-    [](mokWindow& window) { window.genBlackmanMok(); },
-    [](mokWindow& window) { window.genRectangular(); },
-    [](mokWindow& window) { window.genPulse(); },
-    [](mokWindow& window) { window.genPulse2(); },
-    [](mokWindow& window) { window.genSine(); },
-    [](mokWindow& window) { window.genRandom(); }};
+    [](mokWindow& window, RandomSource&) { window.genGaussian(); },
+    [](mokWindow& window, RandomSource&) { window.genBlackmanHarris(); },
+    [](mokWindow& window, RandomSource&) { window.genHanning(); },
+    [](mokWindow& window, RandomSource&) { window.genBarlett(); },
+    [](mokWindow& window, RandomSource&) { window.genSync(mokWindow::kSyncPeak); },
+    [](mokWindow& window, RandomSource&) { window.genHamming(); },
+    [](mokWindow& window, RandomSource&) { window.genBlackmanMok(); },
+    [](mokWindow& window, RandomSource&) { window.genRectangular(); },
+    [](mokWindow& window, RandomSource&) { window.genPulse(); },
+    [](mokWindow& window, RandomSource&) { window.genPulse2(); },
+    [](mokWindow& window, RandomSource&) { window.genSine(); },
+    [](mokWindow& window, RandomSource& random) { window.genRandom(random); }};
 
 /// Letters and digits alone, in lower case.
 std::string plain(std::string_view text) {
@@ -44,11 +46,11 @@ std::string plainEntry(std::string_view text) {
 
 } // namespace
 
-std::shared_ptr<mokWindow> makeEnvelope(std::size_t menuIndex) {
+std::shared_ptr<mokWindow> makeEnvelope(std::size_t menuIndex, RandomSource& random) {
     if (menuIndex >= kGenerators.size()) return nullptr;
     try {
         auto window = std::make_shared<mokWindow>(mokWindow::kPoints, kWindowRectangular);
-        kGenerators[menuIndex](*window);
+        kGenerators[menuIndex](*window, random);
         return window;
     } catch (const std::bad_alloc&) {
         return nullptr;

@@ -1,7 +1,6 @@
 #include "engine/grain_voice.h"
 
 #include "engine/grain_step.h"
-#include "platform/clock.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,8 +34,9 @@ GrainTables grainTables(const mokBuffer& source, const mokBuffer& envelope) ZEPH
             .ready = source.ready};
 }
 
-mokGrain::mokGrain(const mokBuffer* sourceBuffer, const mokBuffer* envelopeBuffer, float rate)
-    : seed(currentSeconds()), source(sourceBuffer), envelope(envelopeBuffer),
+mokGrain::mokGrain(const mokBuffer* sourceBuffer, const mokBuffer* envelopeBuffer, float rate,
+                   std::uint32_t givenSeed)
+    : seed(givenSeed), source(sourceBuffer), envelope(envelopeBuffer),
       phaseIncrement(rate > 0.0f ? kFirstFrequency / rate : 0.0f), sampleRate(rate),
       envelopeIncrement(envelopeIncrementFor(kFirstLength, rate)) {
     if (!source) {

@@ -34,7 +34,8 @@ public:
 
     /// source and envelope are not owned; a null source becomes an own 4096-point sine, a null
     /// envelope an own 4096-point Hanning. sampleRate in Hz. MAIN.
-    mokGrain(const mokBuffer* source, const mokBuffer* envelope, float sampleRate);
+    mokGrain(const mokBuffer* source, const mokBuffer* envelope, float sampleRate,
+             std::uint32_t seed);
     ~mokGrain();
     mokGrain(const mokGrain&) = delete;
     mokGrain& operator=(const mokGrain&) = delete;
@@ -66,7 +67,7 @@ public:
                   ///< without read-modify-write, so only a rough count
 
     // The fields are in the order of the record that the stream walks.
-    std::uint32_t seed;        ///< seconds at construction; read by nothing
+    std::uint32_t seed;        ///< as given at construction; read by nothing
     bool ownsSource = false;   ///< the grain made its own source table
     bool ownsEnvelope = false; ///< the grain made its own envelope
     bool active = false;       ///< sounding

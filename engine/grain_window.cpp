@@ -170,9 +170,9 @@ void mokWindow::genPulse2() noexcept {
     writeGuardPoint();
 }
 
-void mokWindow::genRandom() {
+void mokWindow::genRandom(RandomSource& random) {
     for (std::uint64_t n = 0; n < size; ++n)
-        data[n] = static_cast<float>(2.0 * (systemRandom32() * 0x1p-32) - 1.0);
+        data[n] = static_cast<float>(2.0 * (random.next32() * 0x1p-32) - 1.0);
     writeGuardPoint();
 }
 

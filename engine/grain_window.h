@@ -5,6 +5,8 @@
 
 namespace zephyra {
 
+class RandomSource;
+
 /// Codes that the sizing constructor of mokWindow takes; any other code gives the Gaussian.
 enum WINDOWS : int {
     kWindowBarlett = 1,
@@ -47,8 +49,8 @@ public:
     void genSine() noexcept;           ///< one period of a sine: the second half is negative
     void genPulse() noexcept;          ///< sin(x)/x over 0..6π: loud at the start
     void genPulse2() noexcept;         ///< sin(x)/x over 0..4π, mirrored about the centre
-    void genRandom();                  ///< noise in -1..1 from the system's random source
-    void genBlackmanMok() noexcept;    ///< Blackman lifted to 0.5..1
+    void genRandom(RandomSource& random); ///< noise in -1..1
+    void genBlackmanMok() noexcept;       ///< Blackman lifted to 0.5..1
 
 private:
     template <typename Shape>

@@ -3,7 +3,7 @@
 #include "effects/dsp_runtime.h"
 #include "effects/ring_modulator.h"
 #include "effects/stereo_echo.h"
-#include "platform/clock.h"
+#include "platform/text/log.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,12 +22,13 @@ constexpr int kSmallestWorkFrames = 512;
 } // namespace
 
 mokGranulatorSF::mokGranulatorSF(const mokSample* givenSample, const mokWindow* givenWindow,
-                                 std::int32_t voices, float rate)
+                                 std::int32_t voices, float rate, std::uint32_t seed, Log* log)
     : scanPhasor(44100.0f), sample(givenSample), window(givenWindow),
-      echo(delay_stereo_forward::create(kModuleRate, kModuleVectorSize)),
+      echo(delay_stereo_forward::create(kModuleRate, kModuleVectorSize, log)),
       ringModulator(RM::create(kModuleRate, kModuleVectorSize)), maxGrains(voices),
-      randomSeed(currentSeconds()), sampleRate(rate), mixer_(grainMixer(chosenCpuLevel())) {
+      randomSeed(seed), sampleRate(rate), mixer_(grainMixer(chosenCpuLevel())) {
     if (!echo || !ringModulator) throw std::bad_alloc();
+    if (log && !cpuLevelWarning().empty()) log->write(cpuLevelWarning());
     delay_stereo_forward::reset(echo);
     RM::reset(ringModulator);
     using delay_stereo_forward::setparameter;
@@ -53,7 +54,7 @@ mokGranulatorSF::mokGranulatorSF(const mokSample* givenSample, const mokWindow* 
     grainGainR.assign(pool, 0.0f);
     grainStartOffset.assign(pool, 0);
     for (std::size_t i = 0; i < pool; ++i)
-        grains.push_back(std::make_unique<mokGrain>(sample.load(), window.load(), rate));
+        grains.push_back(std::make_unique<mokGrain>(sample.load(), window.load(), rate, seed));
 
     if (rate > 0.0f) scanPhasor.setSampleRate(rate);
     setSpeed(1.0f);

@@ -30,9 +30,11 @@ public:
     static constexpr std::int32_t kVoices = 24;
 
     /// A null sample becomes an own placeholder of silence, a null window an own Hanning. maxGrains
-    /// below 1 gives no voices: grains are scheduled and none sounds. sampleRate in Hz. MAIN.
+    /// below 1 gives no voices: grains are scheduled and none sounds. sampleRate in Hz. seed: see
+    /// setRandomSeed(). log hears of problems, standard error when it is null, and outlives this.
+    /// MAIN.
     mokGranulatorSF(const mokSample* sample, const mokWindow* window, std::int32_t maxGrains,
-                    float sampleRate);
+                    float sampleRate, std::uint32_t seed, Log* log = nullptr);
     /// OFF.
     virtual ~mokGranulatorSF();
     mokGranulatorSF(const mokGranulatorSF&) = delete;

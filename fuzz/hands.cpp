@@ -141,7 +141,8 @@ private:
         Control& control = listed();
         if (auto* const toggle = dynamic_cast<Toggle*>(&control)) return toggle->touch();
         if (auto* const knob = dynamic_cast<MOK_KNOB*>(&control))
-            return bytes_.byte() % 2 ? knob->genRandomic() : knob->resetsDefault();
+            return bytes_.byte() % 2 ? knob->genRandomic(stream_.instance().random)
+                                     : knob->resetsDefault();
         control.sendActionsForControlEvents(control_event::touchUpInside);
     }
     void recorder() {

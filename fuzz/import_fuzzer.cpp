@@ -5,7 +5,7 @@
 #include "fuzz/require.h"
 #include "library/bank_folder.h"
 #include "library/document_import.h"
-#include "platform/text/log.h"
+#include "tests/support/heard_instance.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -58,7 +58,7 @@ void tryImport(const std::string& document, const std::string& typed, const std:
         made << content;
         if (!made) return; // no name that a document can have
     }
-    Instance instance;
+    HeardInstance instance;
     instance.folders.shared = ground.shared();
     int refills = 0;
     DocumentImport import(instance, {{"zephyra"}, "Only banks"}, [&refills] { ++refills; });
@@ -88,12 +88,6 @@ void tryImport(const std::string& document, const std::string& typed, const std:
 
 } // namespace
 } // namespace zephyra
-
-extern "C" int LLVMFuzzerInitialize(int*, char***);
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    zephyra::setLogSink([](std::string_view) {});
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     // Document's name, a line end, what the user types, a line end, content.

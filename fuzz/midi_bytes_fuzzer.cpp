@@ -6,8 +6,8 @@
 #include "fuzz/require.h"
 #include "hosting/midi_inlet.h"
 #include "modulation/midi_manager.h"
-#include "platform/text/log.h"
 #include "tests/support/fake_scan.h"
+#include "tests/support/heard_instance.h"
 
 #include <array>
 #include <cstdint>
@@ -134,7 +134,7 @@ private:
     }
 
     ByteReader reader_;
-    Instance instance_;
+    HeardInstance instance_;
     Source source_;
     ControlManager controls_{instance_, source_};
     MidiManager midi_{instance_, controls_};
@@ -145,12 +145,6 @@ private:
 
 } // namespace
 } // namespace zephyra
-
-extern "C" int LLVMFuzzerInitialize(int*, char***);
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    zephyra::setLogSink([](std::string_view) {});
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     zephyra::Attack(std::as_bytes(std::span(data, size))).run();

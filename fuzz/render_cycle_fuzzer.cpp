@@ -2,17 +2,10 @@
 // answers as it must, with finite samples and nothing written that was not asked for.
 
 #include "fuzz/render_cycles.h"
-#include "platform/text/log.h"
 
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-
-extern "C" int LLVMFuzzerInitialize(int*, char***);
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    zephyra::setLogSink([](std::string_view) {});
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string wrong = zephyra::playRenderCycles(std::as_bytes(std::span(data, size)));

@@ -2,6 +2,7 @@
 
 #include "fuzz/byte_reader.h"
 #include "hosting/hosted_instance.h"
+#include "tests/support/heard_instance.h"
 #include "tests/support/render_guard.h"
 #include "tests/support/test_sounds.h"
 
@@ -38,7 +39,8 @@ enum : unsigned {
 class Play : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderPullInputBlock {
 public:
     explicit Play(std::span<const std::byte> bytes)
-        : bytes_(bytes), system_(kComponents[bytes_.below(3)], [](Instance& fresh) {
+        : bytes_(bytes), system_(kComponents[bytes_.below(3)], [this](Instance& fresh) {
+              log_.hear(fresh);
               fresh.folders.resources = "/nonexistent";
               fresh.runLoop.setClock(RunLoop::Clock::sample);
           }) {
@@ -295,6 +297,7 @@ private:
     }
 
     ByteReader bytes_;
+    HeardLog log_;
     HostedInstance system_;
     Instance& instance_ = system_.instance;
     MyAudioUnit* const unit_ = system_.unit.get();

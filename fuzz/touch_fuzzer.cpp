@@ -2,17 +2,10 @@
 // Whatever comes, values stay in their ranges, hands win, and what they held they let go.
 
 #include "fuzz/hands.h"
-#include "platform/text/log.h"
 
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-
-extern "C" int LLVMFuzzerInitialize(int*, char***);
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    zephyra::setLogSink([](std::string_view) {});
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string wrong = zephyra::playHands(std::as_bytes(std::span(data, size)));

@@ -23,7 +23,7 @@ constexpr const char* kInvalidName = "Invalid file name";
 
 DocumentImport::DocumentImport(Instance& instance, Kind kind, std::function<void()> refill)
     : instance_(instance), kind_(std::move(kind)), refill_(std::move(refill)),
-      worker_(instance.runLoop) {}
+      worker_(instance.runLoop, instance.log) {}
 
 DocumentImport::~DocumentImport() = default;
 

@@ -6,7 +6,6 @@
 #include "library/preset_dialogs.h"
 #include "library/preset_tables.h"
 #include "platform/audio_unit/midi_notices.h"
-#include "platform/text/log.h"
 
 #include <utility>
 
@@ -81,7 +80,7 @@ void QuickPresetsManager::printSnapshotBankContents() const {
     if (!_currentBank) return;
     for (const auto& [key, value] : *_currentBank) {
         const auto text = writePropertyList(value);
-        logLine("key: " + key + " value: " + (text ? text.value() : text.message()));
+        instance_.log.write("key: " + key + " value: " + (text ? text.value() : text.message()));
     }
 }
 
@@ -168,7 +167,7 @@ void QuickPresetsManager::present(Alert alert) {
 }
 
 void QuickPresetsManager::report(const std::string& problem) {
-    logLine(problem);
+    instance_.log.write(problem);
     present(warning(problem));
 }
 

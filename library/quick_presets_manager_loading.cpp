@@ -3,7 +3,6 @@
 #include "library/bank_edits.h"
 #include "library/preset_tables.h"
 #include "library/quick_presets_manager.h"
-#include "platform/random_source.h"
 
 #include <algorithm>
 #include <utility>
@@ -18,8 +17,8 @@ std::size_t clamped(std::int64_t index, std::size_t count) {
         std::clamp<std::int64_t>(index, 0, static_cast<std::int64_t>(count) - 1));
 }
 
-std::size_t randomIndex(std::size_t count) {
-    return systemRandom32() % count;
+std::size_t randomIndex(std::size_t count, RandomSource& random) {
+    return random.next32() % count;
 }
 
 } // namespace
@@ -85,9 +84,9 @@ void QuickPresetsManager::previousSnap() {
 void QuickPresetsManager::selectRandomSnap() {
     fillTableWithBankName();
     if (_listOfBank.empty()) return;
-    selectBankRow(randomIndex(_listOfBank.size()));
+    selectBankRow(randomIndex(_listOfBank.size(), instance_.random));
     if (_listOfSnapshots.empty()) return nextSnap();
-    selectSnapRow(randomIndex(_listOfSnapshots.size()));
+    selectSnapRow(randomIndex(_listOfSnapshots.size(), instance_.random));
 }
 
 void QuickPresetsManager::selectBankFromIndex(std::int64_t index) {

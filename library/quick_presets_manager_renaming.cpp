@@ -5,7 +5,6 @@
 #include "library/quick_presets_manager.h"
 #include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
-#include "platform/text/log.h"
 
 #include <utility>
 
@@ -48,7 +47,7 @@ void QuickPresetsManager::rename(const RenamedItem& item, const std::string& typ
 void QuickPresetsManager::renameCurrentSnapshot(const std::string& name) {
     if (selectedRecord())
         setSnapshotName(getCurrentSelectedBankName(), getCurrentSelectedSnapID(), name,
-                        [] { logLine(kExisting); });
+                        [this] { instance_.log.write(kExisting); });
 }
 
 void QuickPresetsManager::setSnapshotName(const std::string& bank, const std::string& key,
@@ -75,7 +74,7 @@ void QuickPresetsManager::renameBank(const std::string& from, const std::string&
     const auto moved = banks_.rename(from, to);
     if (moved && !moved.value()) return present(warning(kExisting, "Close"));
     if (!moved) {
-        logLine("Unable to move file: " + moved.message());
+        instance_.log.write("Unable to move file: " + moved.message());
         present(warning(moved.message()));
     }
     // After a failed move, too: what is saved next then stands under the wanted name.

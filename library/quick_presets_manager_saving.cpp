@@ -6,7 +6,6 @@
 #include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
 #include "platform/local_time.h"
-#include "platform/text/log.h"
 
 #include <utility>
 
@@ -24,7 +23,8 @@ void QuickPresetsManager::readBankFromDisk() {
     const std::string* const selected = selectedBank();
     const std::string name = selected ? *selected : std::string();
     if (banks_.locate(name).empty() && !banks_.hasUnwritten(name)) {
-        logLine("Warning, no file exist at path: " + (getResourcesFolder() / name).string() + "!");
+        instance_.log.write(
+            "Warning, no file exist at path: " + (getResourcesFolder() / name).string() + "!");
         return;
     }
     const auto content = banks_.read(name);
@@ -46,7 +46,7 @@ void QuickPresetsManager::showProblemOfBank(const std::string& name, const std::
 
 void QuickPresetsManager::writeBankToDisk() {
     const std::string* const name = selectedBank();
-    if (!name) return logLine(kNoBank);
+    if (!name) return instance_.log.write(kNoBank);
     // What other programs added meanwhile stays.
     changeBank(*name, [mine = selectedContent()](Bank& bank) {
         if (mine)
@@ -87,7 +87,7 @@ void QuickPresetsManager::offerReplacement(const std::string& name, const std::s
         if (known && bank.empty()) bank = *known;
         return change(bank);
     };
-    logLine(problem);
+    instance_.log.write(problem);
     present(
         replaceBankDialog(problem, [this, name, anew = std::move(anew), done = std::move(done)] {
             changeBank(name, anew, done, BankFolder::Unreadable::moveAside);
@@ -95,7 +95,7 @@ void QuickPresetsManager::offerReplacement(const std::string& name, const std::s
 }
 
 void QuickPresetsManager::addBank(const void*) {
-    const DateAndTime now = currentDateAndTime();
+    const DateAndTime now = currentDateAndTime(instance_.clock);
     const std::string name =
         "User " + snapshotKey(_listOfBank.size(), now) + "." + std::string(kBankExtension);
     const auto select = [this, name](bool) {
@@ -106,7 +106,7 @@ void QuickPresetsManager::addBank(const void*) {
     if (!created)
         return changeBank(
             name, [](Bank&) { return true; }, select); // kept in memory
-    if (!created.value()) return logLine("Existing file name");
+    if (!created.value()) return instance_.log.write("Existing file name");
     select(true);
     tellOtherInstances();
 }
@@ -121,7 +121,7 @@ void QuickPresetsManager::collectSnapshotInformation(PropertyDictionary& record)
 
 void QuickPresetsManager::saveSnap() {
     const std::string* const bank = selectedBank();
-    if (!bank) return logLine(kNoBank);
+    if (!bank) return instance_.log.write(kNoBank);
     saveInto(*bank, {});
 }
 
@@ -133,7 +133,8 @@ void QuickPresetsManager::saveInto(const std::string& bank, const std::string& t
     record.insert_or_assign(kSnapshotTags, kUnnamed);
 
     const auto key = std::make_shared<std::string>();
-    const auto save = [key, record = std::move(record), now = currentDateAndTime()](Bank& into) {
+    const auto save = [key, record = std::move(record),
+                       now = currentDateAndTime(instance_.clock)](Bank& into) {
         // Run again, it keeps its key, but not at the cost of somebody else's preset.
         if (key->empty() || into.contains(*key)) *key = snapshotKey(into.size(), now);
         into.insert_or_assign(*key, record);
@@ -159,7 +160,7 @@ void QuickPresetsManager::presentSaveDialog() {
     const std::string bank = getCurrentSelectedBankName();
     const std::string key = getCurrentSelectedSnapID();
     const auto save = [this, bank](const std::string& typed) {
-        if (bank == kNone) return logLine(kNoBank);
+        if (bank == kNone) return instance_.log.write(kNoBank);
         saveInto(bank, typed);
     };
     std::function<void()> overwriteKey;

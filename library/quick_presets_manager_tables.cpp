@@ -3,7 +3,6 @@
 #include "library/bank_edits.h"
 #include "library/preset_tables.h"
 #include "library/quick_presets_manager.h"
-#include "platform/text/log.h"
 
 #include <algorithm>
 
@@ -72,7 +71,7 @@ void QuickPresetsManager::selectRow(int table, std::size_t row) {
 
 void QuickPresetsManager::refreshBankSelection() {
     if (const auto row = bankRow()) return selectBankRow(*row);
-    logLine("NO Bank was Selected!");
+    instance_.log.write("NO Bank was Selected!");
     tools_.saveEnabled = false;
     _listOfSnapshots.clear();
     listedContent_ = nullptr;
@@ -83,7 +82,7 @@ void QuickPresetsManager::refreshBankSelection() {
 
 void QuickPresetsManager::refreshSnapshotSelection() {
     if (const auto row = snapRow()) return selectRow(kPresetsTable, *row);
-    logLine("NO Snapshot was Selected!");
+    instance_.log.write("NO Snapshot was Selected!");
     if (!isFiltered) tables_[kPresetsTable].selected.reset();
 }
 
@@ -126,7 +125,8 @@ bool QuickPresetsManager::tableView_canMoveRowAtIndexPath(int table, std::size_t
 
 void QuickPresetsManager::tableView_moveRowAtIndexPath_toIndexPath(int table, std::size_t from,
                                                                    std::size_t to) {
-    if (table != kPresetsTable) return logLine("tableView:moveRowAtIndexPath:toIndexPath:");
+    if (table != kPresetsTable)
+        return instance_.log.write("tableView:moveRowAtIndexPath:toIndexPath:");
     if (!tableView_canMoveRowAtIndexPath(table, from) || to >= _listOfSnapshots.size()) return;
     const auto tag = selectedTag();
     std::vector<std::string> keys = _listOfSnapshots;

@@ -3,7 +3,6 @@
 #include "platform/files/file_calls.h"
 #include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
-#include "platform/text/log.h"
 
 #include <algorithm>
 #include <iterator>
@@ -77,7 +76,7 @@ void QuickSampleManager::tableView_didSelectRowAtIndexPath(LibraryTable::Place p
     const auto& files = place.section == kBuiltInSection ? _buitlInFiles : _listOfFiles;
     if (place.section > kSharedSection || place.row >= files.size()) return;
     if (instance_.folders.shared.empty()) // its name alone would be looked for just anywhere
-        return logLine("no sample can be chosen: there is no shared folder; name one");
+        return instance_.log.write("no sample can be chosen: there is no shared folder; name one");
     table_.selected = place;
     _pathAndNameTmp = instance_.folders.shared / files[place.row];
     if (delegate) delegate->LoadSampleDelegate(_pathAndNameTmp);
@@ -108,7 +107,7 @@ void QuickSampleManager::tableView_commitDeleteForRowAtIndexPath(LibraryTable::P
     const auto row = static_cast<std::ptrdiff_t>(place.row);
     const std::filesystem::path file = instance_.folders.shared / _listOfFiles[place.row];
     if (const std::error_code error = file_calls::remove(file))
-        logLine(file.string() + " cannot be deleted: " + error.message());
+        instance_.log.write(file.string() + " cannot be deleted: " + error.message());
     _listOfFiles.erase(_listOfFiles.begin() + row);
     auto& rows = table_.sections[kSharedSection].rows;
     rows.erase(rows.begin() + row);

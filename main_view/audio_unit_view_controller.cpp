@@ -27,10 +27,9 @@ AudioUnitViewController::AudioUnitViewController(Instance& instance)
                  kSuffix),
       sampleLoader(instance, _GRANULATOR_STREAM), liveExport(instance, _GRANULATOR_STREAM),
       surfaces(_GRANULATOR_STREAM), scrubWidgets(instance.runLoop),
-      assignments(instance, assignable), midiManager(instance, assignments),
-      tiltWidgets(instance.runLoop, instance.accelerometer), _lfoSwitch("LFOSwitch", true),
-      chosenSample(instance.folders, sampleLoader), presets(instance, &snapshotSource),
-      samples(instance, &chosenSample), instance_(instance) {
+      assignments(instance, assignable), midiManager(instance, assignments), tiltWidgets(instance),
+      _lfoSwitch("LFOSwitch", true), chosenSample(instance.folders, sampleLoader),
+      presets(instance, &snapshotSource), samples(instance, &chosenSample), instance_(instance) {
     withRange(_fadeInTime, ControlId::fadeIn, kSuffix);
     withRange(_fadeOutTime, ControlId::fadeOut, kSuffix);
     for (MOK_KNOB* knob : {&_inputDryWetKnob, static_cast<MOK_KNOB*>(&_fadeInTime),

@@ -17,6 +17,7 @@ PerformanceSurfaces::PerformanceSurfaces(MOK_SCRUB_GRANULATOR& stream)
     _keyboardTiny.delegate = this;
     _pad.channel = stream.channel();
     _pad.userDefaults = &stream.instance().defaults;
+    _pad.log = &stream.instance().log;
     _pad.loadAsDefault();
     _pad.mWidgetWrappers = &padWidgets;
     _pad.touchListener = &padWidgets;

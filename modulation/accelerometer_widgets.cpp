@@ -2,16 +2,14 @@
 
 #include "modulation/accelerometer_wrapper.h"
 #include "platform/lists/property_reader.h"
-#include "platform/text/log.h"
 
 namespace zephyra {
 
-AccelerometerWidgets::AccelerometerWidgets(RunLoop& runLoop, const Accelerometer& accelerometer)
-    : runLoop_(runLoop), accelerometer_(accelerometer),
-      timer_(runLoop.addTimer(kLfoTick, [this] { tick(); })) {}
+AccelerometerWidgets::AccelerometerWidgets(Instance& instance)
+    : instance_(instance), timer_(instance.runLoop.addTimer(kLfoTick, [this] { tick(); })) {}
 
 AccelerometerWidgets::~AccelerometerWidgets() {
-    runLoop_.cancel(timer_);
+    instance_.runLoop.cancel(timer_);
 }
 
 void AccelerometerWidgets::addWidget_forAxis(Control* control, Accelerometer::Axis axis) {
@@ -57,8 +55,8 @@ void AccelerometerWidgets::restoreState(const PropertyArray& state,
         if (const auto* const bond = entry.as<PropertyDictionary>())
             restoreBond(*bond, find);
         else
-            logLine(std::string("accelerometer: an entry of type ") + entry.typeName() +
-                    " is ignored; a dictionary is needed");
+            instance_.log.write(std::string("accelerometer: an entry of type ") + entry.typeName() +
+                                " is ignored; a dictionary is needed");
 }
 
 void AccelerometerWidgets::restoreBond(const PropertyDictionary& bond,
@@ -67,19 +65,21 @@ void AccelerometerWidgets::restoreBond(const PropertyDictionary& bond,
     const std::string name = reader.text("name").value_or("");
     const std::int64_t axis = reader.whole("axis").value_or(-1);
     if (axis != 0 && axis != 1)
-        return logLine("accelerometer: \"" + name + "\" is ignored; its axis must be 0 or 1");
+        return instance_.log.write("accelerometer: \"" + name +
+                                   "\" is ignored; its axis must be 0 or 1");
     Control* const control = find(name);
     addWidget_forAxis(control, axis == 0 ? Accelerometer::Axis::x : Accelerometer::Axis::y);
     if (WidgetWrapper* const wrapper = getWrapperID(control))
         wrapper->applyState(reader);
     else
-        logLine("accelerometer: \"" + name + "\" is ignored; it must name a knob or a scan");
+        instance_.log.write("accelerometer: \"" + name +
+                            "\" is ignored; it must name a knob or a scan");
 }
 
 void AccelerometerWidgets::tick() {
-    if (!accelerometer_.isPresent()) return;
+    if (!instance_.accelerometer.isPresent()) return;
     wrappers_.forEach([this](AccelerometerWrapper& wrapper) {
-        wrapper.follow(accelerometer_.value(wrapper.axis()));
+        wrapper.follow(instance_.accelerometer.value(wrapper.axis()));
     });
 }
 

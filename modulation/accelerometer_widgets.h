@@ -2,8 +2,7 @@
 #pragma once
 
 #include "modulation/wrapper_list.h"
-#include "platform/accelerometer.h"
-#include "platform/threads/run_loop.h"
+#include "platform/instance.h"
 
 #include <cstddef>
 #include <functional>
@@ -17,8 +16,8 @@ class AccelerometerWrapper;
 /// device has no accelerometer. Controls must outlive it or be removed. MAIN.
 class AccelerometerWidgets {
 public:
-    /// Reads 32 times a second; both must outlive this.
-    AccelerometerWidgets(RunLoop& runLoop, const Accelerometer& accelerometer);
+    /// Reads the accelerometer 32 times a second; instance must outlive this.
+    explicit AccelerometerWidgets(Instance& instance);
     ~AccelerometerWidgets();
     AccelerometerWidgets(const AccelerometerWidgets&) = delete;
     AccelerometerWidgets& operator=(const AccelerometerWidgets&) = delete;
@@ -45,8 +44,7 @@ private:
                      const std::function<Control*(const std::string&)>& find);
     void tick();
 
-    RunLoop& runLoop_;
-    const Accelerometer& accelerometer_;
+    Instance& instance_;
     RunLoop::Token timer_;
     WrapperList<AccelerometerWrapper> wrappers_;
 };

@@ -24,7 +24,7 @@ std::string assignmentName(const Control& control) {
 }
 
 ControlManager::ControlManager(Instance& instance, ControlManagerDataSource& source, Idiom idiom)
-    : tempo(instance.runLoop), instance_(instance), dataSource(source), _lfo(instance.runLoop) {
+    : tempo(instance.runLoop), instance_(instance), dataSource(source), _lfo(instance) {
     addLfoControls();
     if (idiom == Idiom::tablet)
         orientation_ = instance_.notifications.addObserver(

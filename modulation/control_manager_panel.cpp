@@ -4,7 +4,6 @@
 #include "modulation/control_manager.h"
 #include "modulation/scrub_widget_wrapper.h"
 #include "platform/text/fixed_text.h"
-#include "platform/text/log.h"
 
 #include <algorithm>
 #include <cmath>
@@ -57,8 +56,8 @@ void ControlManager::performMapping(std::int64_t segment) {
     if (!panel.control) return;
     const auto type = static_cast<AssignmentType>(segment);
     if (!assignmentEntry(type)) {
-        logLine("There is no modulation source " + std::to_string(segment) + "; they are 0 to " +
-                std::to_string(kAssignments.size() - 1));
+        instance_.log.write("There is no modulation source " + std::to_string(segment) +
+                            "; they are 0 to " + std::to_string(kAssignments.size() - 1));
         return;
     }
     assign(*panel.control, type);

@@ -1,7 +1,6 @@
 // Saving and restoring of ControlManager.
 
 #include "modulation/control_manager.h"
-#include "platform/text/log.h"
 
 #include <map>
 
@@ -87,10 +86,12 @@ void ControlManager::takeSaved(const PropertyArray& records) {
     }
     // One line for all: a file may hold any number of them.
     if (broken != 0)
-        logLine(std::to_string(broken) + " assignment(s) left out: each needs a text for its "
-                                         "\"name\" and a whole number for its \"type\"");
+        instance_.log.write(std::to_string(broken) +
+                            " assignment(s) left out: each needs a text for its "
+                            "\"name\" and a whole number for its \"type\"");
     if (strangers != 0)
-        logLine(std::to_string(strangers) + " assignment(s) left out: no such control is here");
+        instance_.log.write(std::to_string(strangers) +
+                            " assignment(s) left out: no such control is here");
 }
 
 void ControlManager::bindRecord(std::size_t index) {

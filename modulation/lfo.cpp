@@ -56,17 +56,17 @@ double shapeValue(const lfo_data& lfo) {
     }
 }
 
-void beginCycle(lfo_data& lfo) {
+void beginCycle(lfo_data& lfo, RandomSource& random) {
     lfo.phi -= std::ceil(lfo.phi) - 1.0; // 1, unless the phase was set beyond 2
     if (!isRandom(lfo.shape)) return;
     lfo.lastRandomValue = lfo.currentRandomValue;
-    lfo.value = systemRandom32() * 0x1p-32;
+    lfo.value = random.next32() * 0x1p-32;
     lfo.currentRandomValue = static_cast<float>(lfo.value);
 }
 
 } // namespace
 
-MOK_LFO::MOK_LFO() : data_{} {
+MOK_LFO::MOK_LFO(RandomSource& random) : data_{}, random_(random) {
     constexpr double kTurn = 6.283185308; // 2π as the table has always had it
     for (std::size_t n = 0; n < lfo_data::kTableSize; ++n)
         data_.sineTable[n] = static_cast<float>(
@@ -103,7 +103,7 @@ void processLFO(MOK_LFO* lfo) {
     if (!lfo) return;
     lfo_data& data = lfo->data_;
     data.phi += data.hz * kLfoTick;
-    if (data.phi > 1.0) beginCycle(data);
+    if (data.phi > 1.0) beginCycle(data, lfo->random_);
     data.value = shapeValue(data);
     if (data.lfoWrapperDelegate) data.lfoWrapperDelegate->lfoValue(data.value);
 }

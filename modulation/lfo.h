@@ -7,6 +7,8 @@
 
 namespace zephyra {
 
+class RandomSource;
+
 /// Whoever an LFO drives. MAIN.
 class LFO_CONTROL_WRAPPER_DELEGATE {
 public:
@@ -64,7 +66,8 @@ struct lfo_data {
 /// MAIN.
 class MOK_LFO {
 public:
-    MOK_LFO(); ///< everything 0 but the table
+    /// Everything 0 but the table. random, which must outlive this, is for the random shapes.
+    explicit MOK_LFO(RandomSource& random);
 
     /// The one delegate, which must outlive this or be removed.
     void addDelegate(LFO_CONTROL_WRAPPER_DELEGATE* delegate) {
@@ -97,6 +100,7 @@ private:
     friend void processLFO(MOK_LFO* lfo);
 
     lfo_data data_;
+    RandomSource& random_;
 };
 
 /// One tick: moves the phase on by kLfoTick seconds, computes the value, tells the delegate. Null

@@ -9,8 +9,8 @@ namespace zephyra {
 /// MAIN.
 class MOK_KNOB_LFO_CONTROL_WRAPPER final : public LfoWidgetWrapper {
 public:
-    MOK_KNOB_LFO_CONTROL_WRAPPER(MOK_KNOB& knob, double bpm)
-        : LfoWidgetWrapper(knob, std::make_unique<KnobMover>(knob), bpm) {}
+    MOK_KNOB_LFO_CONTROL_WRAPPER(MOK_KNOB& knob, double bpm, RandomSource& random)
+        : LfoWidgetWrapper(knob, std::make_unique<KnobMover>(knob), bpm, random) {}
 };
 
 } // namespace zephyra

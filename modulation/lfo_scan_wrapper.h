@@ -9,8 +9,8 @@ namespace zephyra {
 /// MAIN.
 class LfoScrubWaveFormWidgetWrapper final : public LfoWidgetWrapper {
 public:
-    LfoScrubWaveFormWidgetWrapper(ScanTarget& scan, double bpm)
-        : LfoWidgetWrapper(scan, std::make_unique<ScanMover>(scan), bpm) {}
+    LfoScrubWaveFormWidgetWrapper(ScanTarget& scan, double bpm, RandomSource& random)
+        : LfoWidgetWrapper(scan, std::make_unique<ScanMover>(scan), bpm, random) {}
 };
 
 } // namespace zephyra

@@ -16,8 +16,8 @@ constexpr std::int64_t kLastNoteValue = std::int64_t{kNoteValues.size()} - 1;
 } // namespace
 
 LfoWidgetWrapper::LfoWidgetWrapper(Control& control, std::unique_ptr<ControlMover> mover,
-                                   double bpm)
-    : WidgetWrapper(control), mover_(std::move(mover)) {
+                                   double bpm, RandomSource& random)
+    : WidgetWrapper(control), currentLFO(random), mover_(std::move(mover)) {
     currentLFO.addDelegate(this);
     setTempo(bpm);
     resetPhase();

@@ -17,9 +17,10 @@ public:
     static constexpr int kFirstClockSub = 7;   ///< a quarter note
     static constexpr double kLeastMult = 1.0 / 64, kMostMult = 64.0;
 
-    /// mover: of the control, not null. bpm: the tempo that a link follows. The phase is set so
-    /// that the control does not jump.
-    LfoWidgetWrapper(Control& control, std::unique_ptr<ControlMover> mover, double bpm);
+    /// mover: of the control, not null. bpm: the tempo that a link follows. random must outlive
+    /// this. The phase is set so that the control does not jump.
+    LfoWidgetWrapper(Control& control, std::unique_ptr<ControlMover> mover, double bpm,
+                     RandomSource& random);
     ~LfoWidgetWrapper() override;
 
     MOK_LFO currentLFO;

@@ -2,23 +2,25 @@
 
 #include "modulation/lfo_knob_wrapper.h"
 #include "modulation/lfo_scan_wrapper.h"
-#include "platform/text/log.h"
 
 namespace zephyra {
 
-LFO_WIDGETS_MAPPING::LFO_WIDGETS_MAPPING(RunLoop& runLoop)
-    : runLoop_(runLoop), timer_(runLoop.addTimer(kLfoTick, [this] { notifyClients(); })) {}
+LFO_WIDGETS_MAPPING::LFO_WIDGETS_MAPPING(Instance& instance)
+    : instance_(instance),
+      timer_(instance.runLoop.addTimer(kLfoTick, [this] { notifyClients(); })) {}
 
 LFO_WIDGETS_MAPPING::~LFO_WIDGETS_MAPPING() {
-    runLoop_.cancel(timer_);
+    instance_.runLoop.cancel(timer_);
 }
 
 void LFO_WIDGETS_MAPPING::addWidget(Control* control) {
-    if (!control) return logLine("Error: Attempted to add a widget with a ID null");
+    if (!control) return instance_.log.write("Error: Attempted to add a widget with a ID null");
     if (auto* const knob = dynamic_cast<MOK_KNOB*>(control))
-        wrappers_.add(std::make_shared<MOK_KNOB_LFO_CONTROL_WRAPPER>(*knob, bpm_));
+        wrappers_.add(
+            std::make_shared<MOK_KNOB_LFO_CONTROL_WRAPPER>(*knob, bpm_, instance_.random));
     else if (auto* const scan = dynamic_cast<ScanTarget*>(control))
-        wrappers_.add(std::make_shared<LfoScrubWaveFormWidgetWrapper>(*scan, bpm_));
+        wrappers_.add(
+            std::make_shared<LfoScrubWaveFormWidgetWrapper>(*scan, bpm_, instance_.random));
 }
 
 void LFO_WIDGETS_MAPPING::removeWidget(const Control* control) {

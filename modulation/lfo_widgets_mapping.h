@@ -3,6 +3,7 @@
 
 #include "modulation/lfo_widget_wrapper.h"
 #include "modulation/wrapper_list.h"
+#include "platform/instance.h"
 #include "platform/threads/realtime.h"
 #include "platform/threads/run_loop.h"
 
@@ -16,8 +17,8 @@ class LFO_WIDGETS_MAPPING {
 public:
     static constexpr double kTickRate = 32.0; ///< ticks per second
 
-    /// Ticks from now on; runLoop must outlive this.
-    explicit LFO_WIDGETS_MAPPING(RunLoop& runLoop);
+    /// Ticks from now on; instance must outlive this.
+    explicit LFO_WIDGETS_MAPPING(Instance& instance);
     ~LFO_WIDGETS_MAPPING();
     LFO_WIDGETS_MAPPING(const LFO_WIDGETS_MAPPING&) = delete;
     LFO_WIDGETS_MAPPING& operator=(const LFO_WIDGETS_MAPPING&) = delete;
@@ -48,7 +49,7 @@ public:
     LfoWidgetWrapper& at(std::size_t index) const { return wrappers_.at(index); }
 
 private:
-    RunLoop& runLoop_;
+    Instance& instance_;
     RunLoop::Token timer_;
     bool enabled_ = true;
     double bpm_ = 120.0;

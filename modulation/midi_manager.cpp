@@ -3,7 +3,6 @@
 #include "modulation/midi_conflicts.h"
 #include "modulation/spoken_list.h"
 #include "platform/audio_unit/midi_notices.h"
-#include "platform/text/log.h"
 
 #include <any>
 
@@ -56,8 +55,8 @@ void MidiManager::receive(const MidiMessage& message) {
 
 bool MidiManager::learn(Control& control) {
     if (!isKnown(control) || !movesByMidi(control)) {
-        logLine("MIDI cannot move " + controls_.displayName(control) +
-                "; it moves knobs, toggles, buttons and scans that can be assigned");
+        instance_.log.write("MIDI cannot move " + controls_.displayName(control) +
+                            "; it moves knobs, toggles, buttons and scans that can be assigned");
         return false;
     }
     learning_ = &control;
@@ -125,16 +124,18 @@ std::optional<std::size_t> MidiManager::find(const MidiTrigger& trigger,
 
 bool MidiManager::bind(const MidiBinding& binding) {
     if (const auto checked = checkBinding(binding); !checked) {
-        logLine("MIDI binding refused: " + checked.message());
+        instance_.log.write("MIDI binding refused: " + checked.message());
         return false;
     }
     Control& control = *binding.control;
     if (!isKnown(control)) {
-        logLine("MIDI binding refused: " + assignmentName(control) + " cannot be assigned");
+        instance_.log.write("MIDI binding refused: " + assignmentName(control) +
+                            " cannot be assigned");
         return false;
     }
     if (bindings_.size() >= kMostBindings && !find(binding.trigger, control)) {
-        logLine("MIDI binding refused: there are " + std::to_string(kMostBindings) + " already");
+        instance_.log.write("MIDI binding refused: there are " + std::to_string(kMostBindings) +
+                            " already");
         return false;
     }
     takeOver(control);
@@ -268,8 +269,9 @@ bool MidiManager::setNavigation(const Navigation& navigation) {
     if (navigation.channel < 0 || navigation.channel > 16 || !isNote(navigation.firstPresetNote) ||
         !isNote(navigation.firstBankNote) || !isCount(navigation.presetNotes) ||
         !isCount(navigation.bankNotes)) {
-        logLine("MIDI navigation refused: it needs a channel 1 to 16 (or 0 for any), first notes "
-                "0 to 127 and 1 to 128 notes");
+        instance_.log.write(
+            "MIDI navigation refused: it needs a channel 1 to 16 (or 0 for any), first notes "
+            "0 to 127 and 1 to 128 notes");
         return false;
     }
     navigation_ = navigation;

@@ -2,7 +2,6 @@
 
 #include "modulation/midi_manager.h"
 #include "platform/lists/property_reader.h"
-#include "platform/text/log.h"
 
 #include <algorithm>
 #include <set>
@@ -104,11 +103,11 @@ void MidiManager::restoreBindings(const PropertyArray& saved) {
     for (Control* const control : concerned) showBindings(*control);
     // One line for all: a file may hold any number of them.
     if (leftOut != 0)
-        logLine(std::to_string(leftOut) +
-                " MIDI binding(s) left out: each needs the name of a "
-                "control that is here and numbers within their ranges, "
-                "and there can be " +
-                std::to_string(kMostBindings));
+        instance_.log.write(std::to_string(leftOut) +
+                            " MIDI binding(s) left out: each needs the name of a "
+                            "control that is here and numbers within their ranges, "
+                            "and there can be " +
+                            std::to_string(kMostBindings));
 }
 
 void MidiManager::restoreNavigation(const PropertyDictionary& saved) {

@@ -1,6 +1,7 @@
 // EnvelopeCurve: an entry of the menu of grain envelopes, as the points of its curve.
 #pragma once
 
+#include "platform/random_source.h"
 #include "platform/text/result.h"
 
 #include <string>
@@ -15,7 +16,8 @@ struct EnvelopeCurve {
     std::vector<float> gains; ///< evenly over the length of a grain
 };
 
-/// Every entry of the menu, in its order. A failure means that memory is short. MAIN.
-Result<std::vector<EnvelopeCurve>> envelopeCurves();
+/// Every entry of the menu, in its order; random draws the one that is random. A failure means that
+/// memory is short. MAIN.
+Result<std::vector<EnvelopeCurve>> envelopeCurves(RandomSource& random);
 
 } // namespace zephyra

@@ -1,21 +1,11 @@
 #include "platform/clock.h"
 
-#include <atomic>
 #include <ctime>
 
 namespace zephyra {
 
-namespace {
-std::atomic<SecondsSource> secondsSource{nullptr};
-}
-
-std::uint32_t currentSeconds() noexcept {
-    if (const SecondsSource source = secondsSource.load()) return source();
-    return static_cast<std::uint32_t>(std::time(nullptr));
-}
-
-SecondsSource setSecondsSource(SecondsSource source) noexcept {
-    return secondsSource.exchange(source);
+std::uint32_t Clock::seconds() const noexcept {
+    return fixed_ ? *fixed_ : static_cast<std::uint32_t>(std::time(nullptr));
 }
 
 } // namespace zephyra

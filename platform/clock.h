@@ -1,17 +1,23 @@
-// currentSeconds: the time of day in seconds, which seeds the grain generator.
+// Clock: the time of day as one instance sees it.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 namespace zephyra {
 
-using SecondsSource = std::uint32_t (*)();
+/// Goes by the system's clock, unless it stands still so that a test or a render repeats. Seeds the
+/// grain generator and dates presets. Plain data.
+class Clock {
+public:
+    /// Whole seconds since 1970, modulo 2^32. Any thread but RENDER.
+    std::uint32_t seconds() const noexcept;
 
-/// Whole seconds since 1970, modulo 2^32. Any thread but RENDER.
-std::uint32_t currentSeconds() noexcept;
+    /// Stands still there from now on. OFF.
+    void fix(std::uint32_t seconds) noexcept { fixed_ = seconds; }
 
-/// Replaces the clock (null brings the system's back) and returns the source set before: a fixed
-/// one makes a test or a render repeatable. MAIN or OFF.
-SecondsSource setSecondsSource(SecondsSource source) noexcept;
+private:
+    std::optional<std::uint32_t> fixed_;
+};
 
 } // namespace zephyra

@@ -1,7 +1,5 @@
 #include "platform/cpu_level.h"
 
-#include "platform/text/log.h"
-
 #include <cstdlib>
 #include <string>
 
@@ -9,15 +7,25 @@ namespace zephyra {
 
 namespace {
 
-CpuLevel chooseLevel() noexcept {
+struct Choice {
+    CpuLevel level;
+    std::string warning;
+};
+
+Choice chooseLevel() {
     const CpuLevel supported = supportedCpuLevel();
     const char* forced = std::getenv("ZEPHYRA_CPU_LEVEL");
-    if (!forced) return supported;
+    if (!forced) return {supported, {}};
     for (CpuLevel level : {CpuLevel::baseline, CpuLevel::v3, CpuLevel::v4})
-        if (std::string(forced) == cpuLevelName(level) && level <= supported) return level;
-    logLine(std::string("Warning, ZEPHYRA_CPU_LEVEL=") + forced +
-            " is ignored: this processor offers baseline up to " + cpuLevelName(supported));
-    return supported;
+        if (std::string(forced) == cpuLevelName(level) && level <= supported) return {level, {}};
+    return {supported, std::string("Warning, ZEPHYRA_CPU_LEVEL=") + forced +
+                           " is ignored: this processor offers baseline up to " +
+                           cpuLevelName(supported)};
+}
+
+const Choice& choice() {
+    static const Choice made = chooseLevel();
+    return made;
 }
 
 } // namespace
@@ -40,8 +48,11 @@ CpuLevel supportedCpuLevel() noexcept {
 }
 
 CpuLevel chosenCpuLevel() noexcept {
-    static const CpuLevel level = chooseLevel();
-    return level;
+    return choice().level;
+}
+
+const std::string& cpuLevelWarning() noexcept {
+    return choice().warning;
 }
 
 const char* cpuLevelName(CpuLevel level) noexcept {

@@ -4,10 +4,13 @@
 #include "platform/accelerometer.h"
 #include "platform/alert.h"
 #include "platform/audio_unit/audio_session.h"
+#include "platform/clock.h"
 #include "platform/document_center.h"
 #include "platform/files/folders.h"
 #include "platform/notification_center.h"
+#include "platform/random_source.h"
 #include "platform/shared_folder_notices.h"
+#include "platform/text/log.h"
 #include "platform/threads/run_loop.h"
 #include "platform/user_defaults.h"
 
@@ -17,6 +20,9 @@ namespace zephyra {
 /// and destroyed last, by whoever drives the system: the command line tool, a plug-in, a test. The
 /// members' own threads hold.
 struct Instance {
+    Log log; // first: whatever ends later than the rest may still report
+    RandomSource random;
+    Clock clock;
     RunLoop runLoop;
     NotificationCenter notifications;
     AudioSession session;

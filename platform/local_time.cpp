@@ -1,7 +1,5 @@
 #include "platform/local_time.h"
 
-#include "platform/clock.h"
-
 #include <array>
 #include <cstdint>
 #include <ctime>
@@ -10,10 +8,10 @@ namespace zephyra {
 
 namespace {
 
-/// currentSeconds() without its wrap: the high half comes from the system.
-std::time_t currentMoment() {
+/// The clock's seconds without their wrap: the high half comes from the system.
+std::time_t momentOf(const Clock& clock) {
     const std::int64_t wraps = std::int64_t{std::time(nullptr)} >> 32;
-    return static_cast<std::time_t>((wraps << 32) + currentSeconds());
+    return static_cast<std::time_t>((wraps << 32) + clock.seconds());
 }
 
 std::string text(const std::tm& moment, const char* format) {
@@ -23,8 +21,8 @@ std::string text(const std::tm& moment, const char* format) {
 
 } // namespace
 
-DateAndTime currentDateAndTime() {
-    const std::time_t seconds = currentMoment();
+DateAndTime currentDateAndTime(const Clock& clock) {
+    const std::time_t seconds = momentOf(clock);
     std::tm moment{};
     ::tzset(); // localtime_r alone may not look at TZ again
     ::localtime_r(&seconds, &moment);

@@ -1,35 +1,25 @@
 #include "platform/random_source.h"
 
-#include <mutex>
+#include <memory>
 #include <random>
 #include <utility>
 
 namespace zephyra {
 
-namespace {
-
-std::mutex& sourceMutex() {
-    static std::mutex mutex;
-    return mutex;
+std::uint32_t RandomSource::next32() {
+    if (!generator_)
+        generator_ = [device = std::make_shared<std::random_device>()] { return (*device)(); };
+    return generator_();
 }
 
-RandomSource& source() {
-    static RandomSource current;
-    return current;
+void RandomSource::seed(std::uint32_t seed) {
+    generator_ = [twister = std::mt19937(seed)]() mutable {
+        return static_cast<std::uint32_t>(twister());
+    };
 }
 
-} // namespace
-
-std::uint32_t systemRandom32() {
-    const std::lock_guard lock(sourceMutex());
-    if (source()) return source()();
-    static std::random_device device;
-    return device();
-}
-
-RandomSource setRandomSource(RandomSource next) {
-    const std::lock_guard lock(sourceMutex());
-    return std::exchange(source(), std::move(next));
+void RandomSource::setGenerator(Generator generator) {
+    generator_ = std::move(generator);
 }
 
 } // namespace zephyra

@@ -1,4 +1,4 @@
-// systemRandom32: the system's random source, for the Random envelope and random gestures.
+// RandomSource: where one instance's random numbers come from.
 #pragma once
 
 #include <cstdint>
@@ -6,14 +6,23 @@
 
 namespace zephyra {
 
-using RandomSource = std::function<std::uint32_t()>;
+/// For random LFOs, the Random envelope, random gestures and random presets; grains draw from
+/// generators of their own. MAIN.
+class RandomSource {
+public:
+    using Generator = std::function<std::uint32_t()>;
 
-/// 32 random bits: from the operating system's cryptographic generator, unless a source was set.
-/// MAIN or WORKER, never RENDER.
-std::uint32_t systemRandom32();
+    /// 32 random bits: from the operating system's generator, unless another one was chosen.
+    std::uint32_t next32();
 
-/// Draws from source from now on; an empty one brings the system's generator back. Returns the
-/// source set before. A seeded source makes offline renders repeatable. MAIN or OFF.
-RandomSource setRandomSource(RandomSource source);
+    /// From now on the sequence that std::mt19937 gives after seed, so that a render repeats.
+    void seed(std::uint32_t seed);
+
+    /// From now on what generator gives; an empty one brings the operating system's back.
+    void setGenerator(Generator generator);
+
+private:
+    Generator generator_;
+};
 
 } // namespace zephyra

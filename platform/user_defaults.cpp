@@ -7,7 +7,7 @@ namespace zephyra {
 
 namespace fs = std::filesystem;
 
-UserDefaults::UserDefaults(fs::path path) : path_(std::move(path)) {
+UserDefaults::UserDefaults(fs::path path, Log& log) : path_(std::move(path)), log_(&log) {
     std::error_code ignored;
     if (fs::status(path_, ignored).type() == fs::file_type::not_found) return;
     auto values = readPropertyListFile(path_);
@@ -15,7 +15,8 @@ UserDefaults::UserDefaults(fs::path path) : path_(std::move(path)) {
         values_ = std::move(values.value());
         return;
     }
-    logLine(values.message() + "; it is left as it is, and settings last until the program ends");
+    log_->write(values.message() +
+                "; it is left as it is, and settings last until the program ends");
     path_.clear();
 }
 
@@ -46,11 +47,11 @@ void UserDefaults::save() {
         if (xml)
             kept.merge(alone);
         else
-            logLine(path_.string() + " goes without " + xml.message());
+            log_->write(path_.string() + " goes without " + xml.message());
     }
     static_cast<void>(file_calls::makeFolders(path_.parent_path())); // writing says what is wrong
     if (const auto written = writePropertyListFile(path_, kept); !written)
-        logLine(written.message());
+        log_->write(written.message());
 }
 
 } // namespace zephyra

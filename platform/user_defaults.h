@@ -9,13 +9,16 @@
 
 namespace zephyra {
 
+class Log;
+
 /// A dictionary by key. With a path it is read once and written, completely or not at all, on every
 /// change; a file that cannot be read is left as it is and nothing is written until the next
 /// program start. Without one it lives in memory only. MAIN.
 class UserDefaults {
 public:
     UserDefaults() = default;
-    explicit UserDefaults(std::filesystem::path path);
+    /// log must outlive this and what it is assigned to.
+    UserDefaults(std::filesystem::path path, Log& log);
 
     /// Null when there is none.
     const PropertyValue* value(std::string_view key) const;
@@ -27,6 +30,7 @@ private:
     void save();
 
     std::filesystem::path path_; // empty: memory only
+    Log* log_ = nullptr;         // null: memory only
     PropertyDictionary values_;
 };
 

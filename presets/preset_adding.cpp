@@ -12,8 +12,7 @@ namespace zephyra {
 namespace {
 
 /// Numbered on until no preset has the key: after a deletion the count names one that is there.
-std::string freeKey(const Bank& bank) {
-    const DateAndTime now = currentDateAndTime();
+std::string freeKey(const Bank& bank, const DateAndTime& now) {
     std::size_t count = bank.size();
     std::string key = snapshotKey(count, now);
     while (bank.contains(key)) key = snapshotKey(++count, now);
@@ -37,11 +36,12 @@ std::string nameApart(const Bank& bank, PropertyDictionary& record) {
 }
 
 /// Answers the names.
-std::vector<std::string> add(Bank& bank, std::vector<PropertyDictionary> records) {
+std::vector<std::string> add(Bank& bank, std::vector<PropertyDictionary> records,
+                             const DateAndTime& now) {
     std::vector<std::string> names, order = sortedKeys(bank);
     for (PropertyDictionary& record : records) {
         names.push_back(nameApart(bank, record));
-        order.push_back(freeKey(bank));
+        order.push_back(freeKey(bank, now));
         bank.insert_or_assign(order.back(), std::move(record));
     }
     // As text, a tenth key stands before a second one. Several at once keep their order.
@@ -53,10 +53,11 @@ std::vector<std::string> add(Bank& bank, std::vector<PropertyDictionary> records
 } // namespace
 
 Result<std::vector<std::string>> addPresets(BankFolder& banks, const std::string& name,
-                                            const std::vector<PropertyDictionary>& records) {
+                                            const std::vector<PropertyDictionary>& records,
+                                            const DateAndTime& now) {
     std::vector<std::string> names;
     const BankFolder::Changed changed = banks.change(name, [&](Bank& bank) {
-        names = add(bank, records); // it may run again on another version
+        names = add(bank, records, now); // it may run again on another version
         return true;
     });
     if (!changed.problem.empty()) return Failure{changed.problem};

@@ -3,6 +3,7 @@
 
 #include "library/bank_folder.h"
 #include "platform/lists/property_list.h"
+#include "platform/local_time.h"
 #include "platform/text/result.h"
 
 #include <string>
@@ -11,10 +12,11 @@
 namespace zephyra {
 
 /// Adds records to the bank, which is made when missing, behind the presets there and under keys of
-/// their own. Answers their display names: one that is taken gets a number behind it. Fails with
-/// one line, and nothing is added. MAIN.
+/// their own, made now. Answers their display names: one that is taken gets a number behind it.
+/// Fails with one line, and nothing is added. MAIN.
 Result<std::vector<std::string>> addPresets(BankFolder& banks, const std::string& bank,
-                                            const std::vector<PropertyDictionary>& records);
+                                            const std::vector<PropertyDictionary>& records,
+                                            const DateAndTime& now);
 
 /// "Haze 2" is in "Clouds": a line each, with line ends.
 std::string addedText(const std::string& bank, const std::vector<std::string>& names);

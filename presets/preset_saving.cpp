@@ -2,7 +2,6 @@
 
 #include "library/bank_edits.h"
 #include "platform/files/folder_entries.h"
-#include "platform/local_time.h"
 #include "platform/text/nearest_name.h"
 
 #include <string>
@@ -24,11 +23,12 @@ PropertyDictionary* recordNamed(Bank& bank, const std::string& name) {
 }
 
 /// False, and nothing changed, where the name is taken.
-bool put(Bank& bank, const SavedPreset& saved, const PropertyDictionary& snapshot) {
+bool put(Bank& bank, const SavedPreset& saved, const PropertyDictionary& snapshot,
+         const DateAndTime& now) {
     PropertyDictionary* record = recordNamed(bank, saved.name);
     if (record && !saved.replaces) return false;
     if (!record) {
-        const std::string key = snapshotKey(bank.size(), currentDateAndTime());
+        const std::string key = snapshotKey(bank.size(), now);
         record =
             bank.insert_or_assign(key, PropertyDictionary{}).first->second.as<PropertyDictionary>();
     }
@@ -48,9 +48,9 @@ Result<void> checkPresetSaving(BankFolder& banks, const SavedPreset& saved) {
 }
 
 Result<void> savePreset(BankFolder& banks, const SavedPreset& saved,
-                        const PropertyDictionary& snapshot) {
+                        const PropertyDictionary& snapshot, const DateAndTime& now) {
     const BankFolder::Changed changed =
-        banks.change(saved.bank, [&](Bank& bank) { return put(bank, saved, snapshot); });
+        banks.change(saved.bank, [&](Bank& bank) { return put(bank, saved, snapshot, now); });
     if (!changed.problem.empty()) return Failure{changed.problem};
     if (!changed.applied) return nameIsTaken(saved);
     return {};

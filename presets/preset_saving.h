@@ -4,6 +4,7 @@
 #include "cli/options/preset_options.h"
 #include "library/bank_folder.h"
 #include "platform/lists/property_list.h"
+#include "platform/local_time.h"
 #include "platform/text/result.h"
 
 namespace zephyra {
@@ -13,9 +14,9 @@ namespace zephyra {
 /// MAIN.
 Result<void> checkPresetSaving(BankFolder& banks, const SavedPreset& saved);
 
-/// Adds snapshot to the bank, which is made when missing, under the name. One that has the name
-/// already is overwritten or, unless saved.replaces, kept; then it fails. MAIN.
+/// Adds snapshot to the bank, which is made when missing, under the name; made now. One that has
+/// the name already is overwritten or, unless saved.replaces, kept; then it fails. MAIN.
 Result<void> savePreset(BankFolder& banks, const SavedPreset& saved,
-                        const PropertyDictionary& snapshot);
+                        const PropertyDictionary& snapshot, const DateAndTime& now);
 
 } // namespace zephyra

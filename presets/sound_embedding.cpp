@@ -35,16 +35,17 @@ std::size_t bytesOf(const PropertyDictionary& audio) {
 /// Empty for a sound that every machine has.
 Result<PropertyDictionary> audioOf(const PropertyDictionary& sample, const Folders& folders) {
     const HeldLog log;
+    Log said; // goes there
     const SampleReference reference = referenceIn(sample);
     const auto loaded =
-        readReferencedSample(reference, folders, [](double) { return !interrupted(); });
+        readReferencedSample(reference, folders, said, [](double) { return !interrupted(); });
     if (!loaded) return Failure{loaded.message()};
     const auto& [sound, found] = loaded.value();
     if (!reference.contentHash.empty() && reference.contentHash != found.contentHash)
         return Failure{found.path + " holds another sound now"};
     if (!isEmbeddable(*sound, SoundEmbedding::kMostSeconds))
         return Failure{found.path + " is longer than ten minutes; take the file along"};
-    const auto embedded = embedSample(*sound, found, folders.resources);
+    const auto embedded = embedSample(*sound, found, folders.resources, said);
     if (embedded->audio.empty() && !log.lines().empty()) return Failure{log.lines().back()};
     return embedded->audio;
 }

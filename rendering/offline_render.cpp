@@ -4,7 +4,6 @@
 #include "platform/text/nearest_name.h"
 
 #include <algorithm>
-#include <random>
 #include <string>
 #include <utility>
 
@@ -19,8 +18,10 @@ std::unique_ptr<MyAudioUnit> makeUnit(FourCharCode type, Instance& instance) {
 }
 
 /// Before anything is built on it: the store lists its folders at once.
-Instance& inCommandFolders(Instance& instance) {
+Instance& surroundings(Instance& instance, const RenderPlan& plan) {
     instance.folders = commandFolders();
+    instance.random.seed(plan.seed);
+    instance.clock = plan.clock;
     return instance;
 }
 
@@ -40,12 +41,8 @@ Failure memoryIsShort() {
 } // namespace
 
 OfflineRender::OfflineRender(RenderPlan plan)
-    : plan_(std::move(plan)),
-      sourceBefore_(setRandomSource([generator = std::mt19937(plan_.seed)]() mutable {
-          return static_cast<std::uint32_t>(generator());
-      })),
-      trace_(std::make_unique<GrainTrace>()),
-      unit_(makeUnit(plan_.host.type, inCommandFolders(instance_))), controller_(instance_),
+    : plan_(std::move(plan)), trace_(std::make_unique<GrainTrace>()),
+      unit_(makeUnit(plan_.host.type, surroundings(instance_, plan_))), controller_(instance_),
       motion_(instance_, controller_), host_(*unit_, instance_) {
     const auto block = static_cast<std::size_t>(plan_.blockFrames);
     for (std::vector<float>* samples : {&paddedLeft_, &paddedRight_, &left_, &right_})
@@ -56,7 +53,6 @@ OfflineRender::OfflineRender(RenderPlan plan)
 
 OfflineRender::~OfflineRender() {
     host_.stop();
-    setRandomSource(std::move(sourceBefore_));
 }
 
 Result<void> OfflineRender::apply(const ControlSetting& setting) {

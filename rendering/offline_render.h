@@ -5,7 +5,6 @@
 #include "engine/grain_trace.h"
 #include "hosting/offline_host.h"
 #include "main_view/audio_unit_view_controller.h"
-#include "platform/random_source.h"
 #include "platform/text/result.h"
 #include "rendering/render_motion.h"
 #include "rendering/render_plan.h"
@@ -103,7 +102,6 @@ private:
     MOK_SCRUB_GRANULATOR& stream() { return controller_._GRANULATOR_STREAM; }
 
     RenderPlan plan_;
-    RandomSource sourceBefore_;
     Instance instance_;
     std::optional<HeldLog> building_{std::in_place}; // an empty store complains of its emptiness
     std::unique_ptr<GrainTrace> trace_;

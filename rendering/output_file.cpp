@@ -1,6 +1,5 @@
 #include "rendering/output_file.h"
 
-#include "cli/held_log.h"
 #include "platform/sound/audio_file_error.h"
 
 #include <algorithm>
@@ -26,7 +25,6 @@ Result<void> OutputFile::open(const std::filesystem::path& path, const OutputTyp
     path_ = path;
     format_ = format;
     if (format == SampleFormat::floats) return floats_.open(path, sampleRate, kChannels);
-    const HeldLog quiet; // the writer reports failures to the log too
     return writerResult(path, shorts_.openFileForWrite_sr_channels_wordLength_type(
                                   path, sampleRate, kChannels, kBits, type.code));
 }
@@ -47,7 +45,6 @@ Result<void> OutputFile::write(float* left, float* right, std::uint32_t frames) 
     measure(right, frames);
     float* const channels[kChannels] = {left, right};
     if (format_ == SampleFormat::floats) return floats_.write(channels, frames);
-    const HeldLog quiet;
     const std::uint32_t status = shorts_.writeFloats_fromArray(frames, channels);
     if (status == EAFWrite::kNothingWritten)
         return writeFailure(path_, audio_file_error::outOfMemory);
@@ -56,7 +53,6 @@ Result<void> OutputFile::write(float* left, float* right, std::uint32_t frames) 
 
 Result<void> OutputFile::close() {
     if (format_ == SampleFormat::floats) return floats_.close();
-    const HeldLog quiet;
     return writerResult(path_, shorts_.closeFile());
 }
 

@@ -3,6 +3,7 @@
 
 #include "cli/options/render_options.h"
 #include "platform/sound/audio_file_float_wav.h"
+#include "platform/text/log.h"
 #include "platform/text/result.h"
 #include "stream/audio_file_writer.h"
 
@@ -38,7 +39,8 @@ private:
 
     SampleFormat format_ = SampleFormat::shorts;
     std::filesystem::path path_;
-    EAFWrite shorts_;
+    Log unheard_{[](std::string_view) {}}; // what fails is told by return
+    EAFWrite shorts_{unheard_};
     FloatWavWriter floats_;
     double peak_ = 0, squares_ = 0;
     std::uint64_t samples_ = 0, limited_ = 0;

@@ -1,7 +1,6 @@
 #include "rendering/render_plan.h"
 
 #include "library/bank_edits.h"
-#include "platform/clock.h"
 #include "platform/text/text_numbers.h"
 #include "rendering/echo_tail.h"
 #include "rendering/take_file.h"
@@ -24,8 +23,8 @@ double outputRate(const RenderOptions& options, const SoundFileInfo& source) {
         std::clamp(std::round(source.sampleRate), kLowestRate, kHighestRate));
 }
 
-std::uint32_t clockSeed() {
-    return std::max<std::uint32_t>(currentSeconds(), 1);
+std::uint32_t clockSeed(const Clock& clock) {
+    return std::max<std::uint32_t>(clock.seconds(), 1);
 }
 
 EchoSide echoSide(const RenderPlan& plan, const ControlValues& at, ControlId delay,
@@ -126,13 +125,14 @@ ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame) {
     return values;
 }
 
-Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileInfo& input) {
+Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileInfo& input,
+                                  const Clock& clock) {
     const bool live = !options.host.isInstrument() && !options.host.sample;
     RenderPlan plan{.sampleRate = outputRate(options, input),
                     .playFrames = 0,
                     .frames = 0,
                     .blockFrames = options.blockFrames,
-                    .seed = options.seed ? *options.seed : clockSeed(),
+                    .seed = options.seed ? *options.seed : clockSeed(clock),
                     .envelope = options.envelope,
                     .use = live ? SourceUse::live : SourceUse::loaded,
                     .settings = options.settings,
@@ -142,6 +142,7 @@ Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileI
                     .host = options.host,
                     .motion = options.motion,
                     .addTail = !options.seconds};
+    plan.clock = clock;
     plan.preset = options.preset;
     plan.turnsLiveOn = options.preset && live && (options.live || !options.preset->hasSound);
     plan.isSaved = options.savedPreset.has_value();

@@ -4,6 +4,7 @@
 #include "cli/options/host_options.h"
 #include "cli/options/motion_options.h"
 #include "cli/options/render_options.h"
+#include "platform/clock.h"
 #include "platform/lists/property_list.h"
 #include "platform/sound/sound_file.h"
 #include "platform/text/result.h"
@@ -48,7 +49,7 @@ struct RenderPlan {
     std::uint64_t playFrames; ///< while grains start
     std::uint64_t frames;     ///< all, with the echo's tail
     int blockFrames;          ///< per render call; those that reach a border below are shorter
-    std::uint32_t seed;       ///< from 1 up
+    std::uint32_t seed;       ///< from 1 up; of the grains, and of the instance's random source
     std::optional<std::size_t> envelope = {}; ///< position in the menu; none: as the state says
     SourceUse use = SourceUse::loaded;
     std::vector<ControlSetting> settings = {};    ///< over the defaults, in order
@@ -62,6 +63,7 @@ struct RenderPlan {
     std::optional<PresetChoice> preset = {}; ///< of the store
     bool turnsLiveOn = false;                ///< over what the preset says
     bool isSaved = false;                    ///< as a preset
+    Clock clock = {};                        ///< the instance's
     MotionOptions motion = {};
     std::vector<float> take = {};                ///< of --scrub; empty: none
     bool addTail = false;                        ///< the echo's tail is still to be added to frames
@@ -82,9 +84,10 @@ std::uint64_t dueFrame(double seconds, double sampleRate);
 /// that block and before applied; about what, where an LFO moves them.
 ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame);
 
-/// Fills in what the options leave open: the source's rate and length, a seed from the clock; reads
-/// the files that they name. Failures name the option or file.
-Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileInfo& input);
+/// Fills in what the options leave open: the source's rate and length, a seed from clock; reads the
+/// files that they name. Failures name the option or file.
+Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileInfo& input,
+                                  const Clock& clock);
 
 /// Whether the options go with an input of this rate; a failure is a wrong usage.
 Result<void> checkInputRate(const RenderOptions& options, const SoundFileInfo& input);

@@ -57,20 +57,20 @@ std::int16_t lowBitsOfIntegerPart(float value) {
     return static_cast<std::int16_t>(whole);
 }
 
-/// Reports a failure of operation on the error stream; true when there was one.
-bool failed(const char* operation, OSStatus status) {
+/// Reports a failure of operation to the log; true when there was one.
+bool failed(Log& log, const char* operation, OSStatus status) {
     if (status == audio_file_error::none) return false;
     const std::string code = fourCharText(static_cast<FourCharCode>(status));
     char line[96];
     std::snprintf(line, sizeof line, "%s FAILED! %d '%-4.4s'", operation, status, code.c_str());
-    logLine(line);
+    log.write(line);
     return true;
 }
 
-std::uint32_t writeBuffers(const ExtAudioFileRef& file, std::uint32_t frames,
+std::uint32_t writeBuffers(Log& log, const ExtAudioFileRef& file, std::uint32_t frames,
                            const BufferList& list) {
     const OSStatus status = ExtAudioFileWrite(file, frames, *list);
-    failed("ExtAudioFileWrite", status);
+    failed(log, "ExtAudioFileWrite", status);
     return static_cast<std::uint32_t>(status);
 }
 
@@ -122,13 +122,13 @@ OSStatus EAFWrite::openFileForWrite_sr_channels_wordLength_type(const std::files
                      channels,
                      8 * kBytesPerSample};
 
-    OSStatus status = AudioFileCreate(path, mType, mStreamFormat, mAfid);
-    if (failed("AudioFileCreate", status)) return status;
+    OSStatus status = AudioFileCreate(path, mType, mStreamFormat, mAfid, &log_);
+    if (failed(log_, "AudioFileCreate", status)) return status;
     status = ExtAudioFileWrapAudioFileID(mAfid, mOutputAudioFile);
-    if (failed("ExtAudioFileWrapAudioFileID", status)) return status;
+    if (failed(log_, "ExtAudioFileWrapAudioFileID", status)) return status;
     // File and client have equally many channels, so no channel map is needed.
     status = ExtAudioFileSetProperty(mOutputAudioFile, mOutputFormat);
-    failed("ExtAudioFileSetProperty", status);
+    failed(log_, "ExtAudioFileSetProperty", status);
     return status;
 }
 
@@ -139,7 +139,7 @@ std::uint32_t EAFWrite::writeShorts_fromArray(std::uint32_t frames,
     if (!list) return kNothingWritten;
     for (std::uint32_t c = 0; c < mAudioChannels; ++c)
         if (array[c]) std::copy_n(array[c], frames, shorts(list, c));
-    return writeBuffers(mOutputAudioFile, frames, list);
+    return writeBuffers(log_, mOutputAudioFile, frames, list);
 }
 
 std::uint32_t EAFWrite::writeFloats_fromArray(std::uint32_t frames, float* const* array) {
@@ -153,7 +153,7 @@ std::uint32_t EAFWrite::writeFloats_fromArray(std::uint32_t frames, float* const
             shorts(list, c)[i] = static_cast<std::int16_t>(array[c][i] * 32768.0f);
         }
     }
-    return writeBuffers(mOutputAudioFile, frames, list);
+    return writeBuffers(log_, mOutputAudioFile, frames, list);
 }
 
 std::uint32_t EAFWrite::writeShortsMok_fromArray(std::uint32_t frames, const std::int16_t* array) {
@@ -162,7 +162,7 @@ std::uint32_t EAFWrite::writeShortsMok_fromArray(std::uint32_t frames, const std
     if (!list) return kNothingWritten;
     for (std::uint32_t c = 0; c < std::min(mAudioChannels, 2u); ++c)
         std::copy_n(array, frames, shorts(list, c));
-    return writeBuffers(mOutputAudioFile, frames, list);
+    return writeBuffers(log_, mOutputAudioFile, frames, list);
 }
 
 std::uint32_t EAFWrite::writeFloatsMok_fromArray(std::uint32_t frames,
@@ -176,7 +176,7 @@ std::uint32_t EAFWrite::writeFloatsMok_fromArray(std::uint32_t frames,
         std::transform(sides[c], sides[c] + frames, shorts(list, c),
                        [](float value) { return lowBitsOfIntegerPart(value * 32767.0f); });
     }
-    return writeBuffers(mOutputAudioFile, frames, list);
+    return writeBuffers(log_, mOutputAudioFile, frames, list);
 }
 
 OSStatus EAFWrite::closeFile() {

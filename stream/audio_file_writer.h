@@ -9,6 +9,8 @@
 
 namespace zephyra {
 
+class Log;
+
 /// A left and a right array of the same length; a missing one is silent.
 struct StereoFloatArrays {
     const float* left = nullptr;
@@ -25,6 +27,9 @@ class EAFWrite {
 public:
     static constexpr std::uint32_t kNothingWritten = 0xFFFFFFFF;
 
+    /// log hears of every failure, with the operation and its code; it must outlive this.
+    explicit EAFWrite(Log& log) : log_(log) {}
+
     /// Fills the file's data format and type. sr in Hz; wordLength in bits, rounded down to whole
     /// bytes, counts for linear types only. An unknown type leaves the type and the format 0.
     void SetupStreamAndFileFormatForType_withSR_channels_wordlength(FourCharCode type, double sr,
@@ -32,7 +37,7 @@ public:
                                                                     std::uint32_t wordLength);
 
     /// Begins a file for path, replacing an existing one on closeFile. Returns 0 or the platform's
-    /// error code, after a line on the error stream.
+    /// error code, after a line in the log.
     OSStatus openFileForWrite_sr_channels_wordLength_type(const std::filesystem::path& path,
                                                           double sr, std::uint32_t channels,
                                                           std::uint32_t wordLength,
@@ -63,6 +68,9 @@ public:
     StreamDescription mStreamFormat;  ///< of the file
     FourCharCode mType = 0;           ///< one of audio_file_type, 0 when unset
     AudioFileID mAfid;
+
+private:
+    Log& log_;
 };
 
 } // namespace zephyra

@@ -1,7 +1,6 @@
 #include "stream/captured_state.h"
 
 #include "platform/lists/property_reader.h"
-#include "platform/text/log.h"
 #include "stream/kept_sound.h"
 
 #include <new>
@@ -39,7 +38,8 @@ PropertyDictionary capturedState(MOK_SCRUB_GRANULATOR& stream) {
     if (memory.sound.empty()) {
         auto sound = encoded(stream.waveForm());
         if (!sound) {
-            logLine("what LIVE heard is left out of the state: " + sound.message());
+            stream.instance().log.write("what LIVE heard is left out of the state: " +
+                                        sound.message());
             return {};
         }
         memory.sound = std::move(sound.value());
@@ -56,16 +56,18 @@ bool restoreCaptured(MOK_SCRUB_GRANULATOR& stream, const PropertyDictionary& sta
     PropertyReader reader(state, key);
     Result<ReadSound> sound = readKeptSound(reader, key, WaveForm::kLiveFrames);
     if (!sound) {
-        logLine(sound.message());
+        stream.instance().log.write(sound.message());
         return false;
     }
     const auto& [frames, rate, expected] = sound.value();
     if (expected && *expected != static_cast<std::int64_t>(frames.size()))
-        logLine(key + ".FLAC: holds " + std::to_string(frames.size()) + " frames where " +
-                std::to_string(*expected) + " were kept; these are played");
+        stream.instance().log.write(key + ".FLAC: holds " + std::to_string(frames.size()) +
+                                    " frames where " + std::to_string(*expected) +
+                                    " were kept; these are played");
     if (!stream.setCaptured(frames, rate)) {
-        logLine(key + ": is not played; samples up to 4294967296 times full scale, a rate above 0 "
-                      "Hz and free memory are needed");
+        stream.instance().log.write(
+            key + ": is not played; samples up to 4294967296 times full scale, a rate above 0 "
+                  "Hz and free memory are needed");
         return false;
     }
     stream.capturedMemory() = {versionOf(stream), {}, reader.unknown()};

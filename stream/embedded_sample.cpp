@@ -62,14 +62,15 @@ bool isEmbeddable(const mokSample& sound, double seconds) noexcept {
 
 std::shared_ptr<const EmbeddedSample> embedSample(const mokSample& sound,
                                                   const SampleReference& reference,
-                                                  const std::filesystem::path& resources) {
+                                                  const std::filesystem::path& resources,
+                                                  Log& log) {
     auto embedded = std::make_shared<EmbeddedSample>();
     if (cameWithProgram(reference, resources)) return embedded;
     if (auto audio = encoded(sound, framesOf(sound, reference)))
         embedded->audio = std::move(audio.value());
     else
-        logLine(reference.path + " does not go along with the state: " + audio.message() +
-                "; keep the file");
+        log.write(reference.path + " does not go along with the state: " + audio.message() +
+                  "; keep the file");
     return embedded;
 }
 

@@ -13,6 +13,8 @@
 
 namespace zephyra {
 
+class Log;
+
 // What a state may carry, whatever the setting says: it must stay well below what a property list
 // may have (PropertyListLimits), and no small file may ask for much memory.
 inline constexpr std::uint64_t kMostEmbeddedFrames = std::uint64_t{1} << 25;
@@ -26,11 +28,11 @@ double embedSeconds(const UserDefaults& defaults);
 bool isEmbeddable(const mokSample& sound, double seconds) noexcept;
 
 /// sound, as it was loaded from the file of reference, encoded for states. Without audio when the
-/// file came with the program (the resource folder has its content) or, after a log line, when it
-/// cannot be encoded. Never null. MAIN or WORKER.
+/// file came with the program (the resource folder has its content) or, after a line in log, when
+/// it cannot be encoded. Never null. MAIN or WORKER.
 std::shared_ptr<const EmbeddedSample> embedSample(const mokSample& sound,
                                                   const SampleReference& reference,
-                                                  const std::filesystem::path& resources);
+                                                  const std::filesystem::path& resources, Log& log);
 
 /// The sound again. Fails with one line that begins with key, the path of the dictionary that holds
 /// "Audio", for one that is damaged, is not whole, or cannot be played. MAIN or WORKER.

@@ -1,6 +1,5 @@
 #include "stream/live_buffer.h"
 
-#include "platform/text/log.h"
 #include "stream/normalized_sample.h"
 
 #include <algorithm>
@@ -40,9 +39,9 @@ bool isRate(float rate) noexcept {
 
 } // namespace
 
-WaveForm::WaveForm(NotificationCenter& notifications, const AudioSession& session,
+WaveForm::WaveForm(NotificationCenter& notifications, const AudioSession& session, Log& log,
                    Retirement& retirement)
-    : notifications_(notifications), session_(session), retirement_(retirement),
+    : notifications_(notifications), session_(session), log_(log), retirement_(retirement),
       original_(makeSilence<mokSample>(kSilentFrames, kFirstRate)), file_(original_),
       live_(makeSilence<LiveSample>(kLiveFrames, kFirstRate)) {
     if (!original_ || !live_) throw std::bad_alloc();
@@ -164,7 +163,7 @@ bool WaveForm::followSession() {
     const double rate = session_.sampleRate;
     if (!_enableLIVE || rate == sessionRate_) return true;
     if (!initLiveBuffer_andSamplingRate(kLiveFrames, rate)) {
-        logLine(
+        log_.write(
             "LIVE goes on at the rate before: no buffer at that of the audio session; free some "
             "memory, or set a rate above 0 Hz");
         return false;

@@ -4,6 +4,7 @@
 #include "platform/audio_unit/audio_session.h"
 #include "platform/notification_center.h"
 #include "platform/sound/audio_buffer_list.h"
+#include "platform/text/log.h"
 #include "platform/threads/realtime.h"
 #include "platform/threads/render_cycle.h"
 #include "stream/waveform_data.h"
@@ -32,9 +33,9 @@ public:
     static constexpr std::uint64_t kLiveFrames = 441000;
 
     /// A silent file sample is current. retirement belongs to the render cycle that
-    /// drawLiveWaveForm is called in; all three references must outlive this. Throws
+    /// drawLiveWaveForm is called in; all four references must outlive this. Throws
     /// std::bad_alloc.
-    WaveForm(NotificationCenter& notifications, const AudioSession& session,
+    WaveForm(NotificationCenter& notifications, const AudioSession& session, Log& log,
              Retirement& retirement);
     ~WaveForm();
     WaveForm(const WaveForm&) = delete;
@@ -147,6 +148,7 @@ private:
 
     NotificationCenter& notifications_;
     const AudioSession& session_;
+    Log& log_;
     Retirement& retirement_;
     waveform_data data_;
     std::shared_ptr<mokSample> original_; // the file's sound as it was loaded

@@ -1,7 +1,6 @@
 #include "stream/live_export.h"
 
 #include "platform/sound/audio_file_error.h"
-#include "platform/text/log.h"
 #include "stream/audio_file_writer.h"
 #include "stream/reserved_name.h"
 #include "stream/warning.h"
@@ -45,8 +44,8 @@ bool isAboutFormat(OSStatus code) {
            code == codecUnavailable;
 }
 
-Result<void> writeTake(const std::filesystem::path& path, Take& take) {
-    EAFWrite writer;
+Result<void> writeTake(const std::filesystem::path& path, Take& take, Log& log) {
+    EAFWrite writer(log);
     const OSStatus opened = writer.openFileForWrite_sr_channels_wordLength_type(
         path, take.rate, 1, kBitsPerSample, audio_file_type::wave);
     if (opened != audio_file_error::none)
@@ -69,10 +68,11 @@ Result<void> writeTake(const std::filesystem::path& path, Take& take) {
 }
 
 /// Where it was written.
-Result<std::filesystem::path> exportTake(const std::filesystem::path& folder, Take& take) {
+Result<std::filesystem::path> exportTake(const std::filesystem::path& folder, Take& take,
+                                         Log& log) {
     Result<std::filesystem::path> path = reserveName(folder, kBaseName, FirstName::numbered);
     if (!path) return problem(kCreating, path.message());
-    const Result<void> written = writeTake(path.value(), take);
+    const Result<void> written = writeTake(path.value(), take, log);
     if (written) return path;
     std::error_code ignored;
     std::filesystem::remove(path.value(), ignored);
@@ -100,7 +100,7 @@ Take currentSound(const WaveForm& waveForm, bool written) {
 } // namespace
 
 LiveExport::LiveExport(Instance& instance, MOK_SCRUB_GRANULATOR& stream)
-    : instance_(instance), stream_(stream), worker_(instance.runLoop) {}
+    : instance_(instance), stream_(stream), worker_(instance.runLoop, instance.log) {}
 
 void LiveExport::saveData(Control*) {
     const auto action = [this](const char* title, std::function<void()> chosen) -> AlertAction {
@@ -118,7 +118,8 @@ void LiveExport::saveData(Control*) {
 }
 
 void LiveExport::save() {
-    if (isSaving()) return logLine("the last save is still being written; save again after it");
+    if (isSaving())
+        return instance_.log.write("the last save is still being written; save again after it");
     std::shared_ptr<Take> take;
     try {
         const bool written = stream_.isLive() && instance_.runLoop.clock() == RunLoop::Clock::wall;
@@ -132,8 +133,9 @@ void LiveExport::save() {
             instance_,
             problem(kWriting, "there is no sound yet; switch LIVE on and play, or load one")
                 .message);
-    worker_.start([this, take, folder = instance_.folders.shared](const Worker::Cancelled&) {
-        return RunLoop::Task([this, saved = exportTake(folder, *take)] {
+    worker_.start([this, take, folder = instance_.folders.shared,
+                   &log = instance_.log](const Worker::Cancelled&) {
+        return RunLoop::Task([this, saved = exportTake(folder, *take, log)] {
             if (!saved) return presentWarning(instance_, saved.message());
             lastSaved_ = saved.value();
             instance_.sharedFolder.post(shared_folder_notice::kSamples);

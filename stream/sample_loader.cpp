@@ -11,7 +11,7 @@ namespace zephyra {
 
 SampleLoader::SampleLoader(Instance& instance, MOK_SCRUB_GRANULATOR& stream)
     : instance_(instance), stream_(stream), progress_(std::make_shared<Relaxed<double>>(0.0)),
-      worker_(instance.runLoop) {}
+      worker_(instance.runLoop, instance.log) {}
 
 void SampleLoader::loadSamplePerform(const std::filesystem::path& path, Ended ended) {
     readFile(path, {.use = SoundUse::play, .ended = std::move(ended)});
@@ -19,9 +19,11 @@ void SampleLoader::loadSamplePerform(const std::filesystem::path& path, Ended en
 
 void SampleLoader::loadReference(const SampleReference& reference, SoundUse use, Ended ended) {
     stream_.setSampleReference(reference);
-    start([reference, folders = instance_.folders](
-              const auto& progress) { return readReferencedSample(reference, folders, progress); },
-          {.use = use, .ended = std::move(ended), .named = reference});
+    start(
+        [reference, folders = instance_.folders, &log = instance_.log](const auto& progress) {
+            return readReferencedSample(reference, folders, log, progress);
+        },
+        {.use = use, .ended = std::move(ended), .named = reference});
 }
 
 void SampleLoader::readFile(const std::filesystem::path& path, Order order) {
@@ -57,7 +59,7 @@ void SampleLoader::start(Read read, Order order) {
         if (*loaded && !cancelled) {
             auto& [sound, reference] = loaded->value();
             if (!reference.embedded && isEmbeddable(*sound, seconds))
-                reference.embedded = embedSample(*sound, reference, resources);
+                reference.embedded = embedSample(*sound, reference, resources, instance_.log);
         }
         return RunLoop::Task([this, order, loaded] { finish(order, *loaded); });
     });

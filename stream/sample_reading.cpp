@@ -31,11 +31,11 @@ Result<LoadedSample> readFound(const SampleReference& reference, const std::file
 }
 
 /// Nothing when there is no copy or, after a log line, none that can be played.
-std::shared_ptr<mokSample> soundOf(const SampleReference& reference) {
+std::shared_ptr<mokSample> soundOf(const SampleReference& reference, Log& log) {
     if (!reference.embedded || reference.embedded->audio.empty()) return nullptr;
     auto sound = embeddedSound(*reference.embedded, onOneLine(reference.path));
     if (sound) return sound.value();
-    logLine(sound.message());
+    log.write(sound.message());
     return nullptr;
 }
 
@@ -78,21 +78,21 @@ Result<LoadedSample> readSample(const std::filesystem::path& path,
 }
 
 Result<LoadedSample> readReferencedSample(const SampleReference& reference, const Folders& folders,
-                                          const std::function<bool(double)>& progress) {
+                                          Log& log, const std::function<bool(double)>& progress) {
     const auto wanted = [&progress] { return !progress || progress(0.0); };
     const FoundSample found = findSample(reference, folders, wanted);
     Result<LoadedSample> loaded = isMissing(reference);
     if (found.path.empty())
-        logLine("Warning, no file exist at path: " + onOneLine(reference.path) + "!");
+        log.write("Warning, no file exist at path: " + onOneLine(reference.path) + "!");
     if (found.hasContent) loaded = readFound(reference, found.path, folders, progress);
     if (loaded || !wanted()) return loaded;
-    if (auto sound = soundOf(reference)) {
-        logLine(onOneLine(reference.path) + ": the copy in the state is played");
+    if (auto sound = soundOf(reference, log)) {
+        log.write(onOneLine(reference.path) + ": the copy in the state is played");
         return fromState(reference, std::move(sound));
     }
     if (found.hasContent || found.path.empty()) return loaded;
-    logLine(onOneLine(found.path.string()) +
-            " holds another sound than the state was made with, and is played all the same");
+    log.write(onOneLine(found.path.string()) +
+              " holds another sound than the state was made with, and is played all the same");
     return readFound(reference, found.path, folders, progress);
 }
 

@@ -12,6 +12,8 @@
 
 namespace zephyra {
 
+class Log;
+
 struct LoadedSample {
     std::shared_ptr<mokSample> sound; ///< mono
     SampleReference reference;
@@ -27,6 +29,7 @@ Result<LoadedSample> readSample(const std::filesystem::path& path,
 /// (findSample), else the embedded copy, under the reference as it is, else a file of its name that
 /// holds another sound now. Fails with one line that names the file. MAIN or WORKER.
 Result<LoadedSample> readReferencedSample(const SampleReference& reference, const Folders& folders,
+                                          Log& log,
                                           const std::function<bool(double)>& progress = {});
 
 } // namespace zephyra

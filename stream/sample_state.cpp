@@ -1,6 +1,5 @@
 #include "stream/sample_state.h"
 
-#include "platform/text/log.h"
 #include "stream/embedded_sample.h"
 #include "stream/sample_search.h"
 
@@ -35,12 +34,13 @@ const PropertyDictionary* embeddedAudio(MOK_SCRUB_GRANULATOR& stream) {
     const SampleReference& reference = stream.sampleReference();
     if (!reference.embedded || !reference.embedded->isOnlyCopy) {
         const auto sound = stream.waveForm().fileSound();
-        const Instance& instance = stream.instance();
+        Instance& instance = stream.instance();
         if (reference.frames == 0 || !isEmbeddable(*sound, embedSeconds(instance.defaults)))
             return nullptr;
         if (!reference.embedded) {
             SampleReference encoded = reference;
-            encoded.embedded = embedSample(*sound, reference, instance.folders.resources);
+            encoded.embedded =
+                embedSample(*sound, reference, instance.folders.resources, instance.log);
             stream.setSampleReference(std::move(encoded));
         }
     }
@@ -62,7 +62,8 @@ PropertyDictionary sampleState(MOK_SCRUB_GRANULATOR& stream, StateUse use) {
     return state;
 }
 
-std::optional<SampleReference> readSampleState(PropertyReader& state, const std::string& key) {
+std::optional<SampleReference> readSampleState(PropertyReader& state, const std::string& key,
+                                               Log& log) {
     const PropertyDictionary* const dictionary = state.dictionary(key);
     if (!dictionary) return std::nullopt;
     PropertyReader reader(*dictionary, key);
@@ -75,7 +76,7 @@ std::optional<SampleReference> readSampleState(PropertyReader& state, const std:
         reference.embedded = std::make_shared<EmbeddedSample>(EmbeddedSample{*audio, true});
     reference.unknown = reader.unknown();
     if (!reference.path.empty()) return reference;
-    logLine(key + ".Path: empty; the sample's absolute path, or its file name, is needed");
+    log.write(key + ".Path: empty; the sample's absolute path, or its file name, is needed");
     return std::nullopt;
 }
 

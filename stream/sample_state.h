@@ -17,6 +17,7 @@ PropertyDictionary sampleState(MOK_SCRUB_GRANULATOR& stream, StateUse use);
 
 /// The reference that stands under key; nothing, after a log line, for one that names no file.
 /// MAIN.
-std::optional<SampleReference> readSampleState(PropertyReader& state, const std::string& key);
+std::optional<SampleReference> readSampleState(PropertyReader& state, const std::string& key,
+                                               Log& log);
 
 } // namespace zephyra

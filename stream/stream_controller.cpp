@@ -28,9 +28,10 @@ struct Wire {
 MOK_SCRUB_GRANULATOR::MOK_SCRUB_GRANULATOR(Instance& instance, std::string suffix)
     : controls(suffix), scrubArea(*this, instance.runLoop, suffix),
       scrubRecorder(*this, instance.runLoop), instance_(instance), suffix_(std::move(suffix)),
-      window_(makeEnvelope(kDefaultEnvelope)),
-      waveForm_(instance.notifications, instance.session, retirement_),
-      engine_(waveForm_.mSample(), window_.get(), mokGranulatorSF::kVoices, kEngineRate),
+      window_(makeEnvelope(kDefaultEnvelope, instance.random)),
+      waveForm_(instance.notifications, instance.session, instance.log, retirement_),
+      engine_(waveForm_.mSample(), window_.get(), mokGranulatorSF::kVoices, kEngineRate,
+              instance.clock.seconds(), &instance.log),
       fade_(instance.runLoop), envelope_(kDefaultEnvelope), seed_(engine_.currentRandomSeed()) {
     if (!window_) throw std::bad_alloc();
     waveForm_.setReplacedHandler([this] { handToEngine(waveForm_.mSample()); });

@@ -1,6 +1,5 @@
 // How live input goes on and off, and what becomes of what it heard.
 
-#include "platform/text/log.h"
 #include "stream/normalized_sample.h"
 #include "stream/stream_controller.h"
 
@@ -14,8 +13,9 @@ void MOK_SCRUB_GRANULATOR::ui_enableLiveInput(Control*) {
     // Before the sound stops, so that it just plays on when there is no room for a buffer.
     if (!waveForm_.enableLIVE(on)) {
         button.tag = 0;
-        logLine("LIVE stays off: no buffer for its input at the rate of the audio session; free "
-                "some memory, or set a rate above 0 Hz");
+        instance_.log.write(
+            "LIVE stays off: no buffer for its input at the rate of the audio session; free "
+            "some memory, or set a rate above 0 Hz");
         if (settings_) settings_->AUv3_Parameter_LiveToggle_from_DSP();
         return;
     }
@@ -51,7 +51,8 @@ void MOK_SCRUB_GRANULATOR::leaveLive() {
 
 void MOK_SCRUB_GRANULATOR::ui_liveClear(Control*) {
     if (!waveForm_.clearBuffer())
-        logLine("what LIVE heard is still there: no memory for an empty buffer; free some");
+        instance_.log.write(
+            "what LIVE heard is still there: no memory for an empty buffer; free some");
 }
 
 bool MOK_SCRUB_GRANULATOR::setCaptured(std::span<const float> samples, double rate) {

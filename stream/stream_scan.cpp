@@ -55,7 +55,7 @@ bool MOK_SCRUB_GRANULATOR::setRegion(float start, float end) {
 }
 
 bool MOK_SCRUB_GRANULATOR::pickEnvelope(std::size_t menuIndex) {
-    auto next = makeEnvelope(menuIndex);
+    auto next = makeEnvelope(menuIndex, instance_.random);
     if (!next) return false;
     next.swap(window_);
     engine_.setWindow(window_.get());

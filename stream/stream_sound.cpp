@@ -1,7 +1,6 @@
 // Which sound a stream plays: a file's, as it is or normalized, or what live input left.
 
 #include "platform/text/fixed_text.h"
-#include "platform/text/log.h"
 #include "stream/normalized_sample.h"
 #include "stream/stream_controller.h"
 
@@ -78,8 +77,9 @@ bool MOK_SCRUB_GRANULATOR::applyNormalize() {
     }
     normalizedAt_ = instance_.runLoop.now();
     if (waveForm_.normalizeBufferWithValue(filePeak())) return true;
-    logLine("Normalize: no memory for a scaled copy of the sound, which plays as before; free some "
-            "or load a shorter one");
+    instance_.log.write(
+        "Normalize: no memory for a scaled copy of the sound, which plays as before; free some "
+        "or load a shorter one");
     return false;
 }
 

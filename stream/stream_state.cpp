@@ -160,7 +160,8 @@ void restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, Prop
     restoring.controls();
     restoring.normalizing();
     restoring.scan();
-    if (const auto reference = readSampleState(state, "Sample" + stream.channel()))
+    if (const auto reference =
+            readSampleState(state, "Sample" + stream.channel(), stream.instance().log))
         loader.loadReference(*reference, live ? SoundUse::await : SoundUse::play);
     else if (live && !stream.isLive())
         loader.cancel(); // or what was asked for before would take the captured sound's place

@@ -1,6 +1,5 @@
 // How MOK_SCRUB_GRANULATOR starts, stops, rewinds and freezes.
 
-#include "platform/text/log.h"
 #include "stream/stream_controller.h"
 
 #include <utility>
@@ -37,7 +36,7 @@ void MOK_SCRUB_GRANULATOR::____play() {
     onMain([this] { showPlaying(); });
     handFadedLevel(); // or a block that comes right now would begin at the full volume
     std::string error;
-    if (!play(&error)) logLine("Could not play player: " + error);
+    if (!play(&error)) instance_.log.write("Could not play player: " + error);
     const double seconds = fadeTime(ControlId::fadeIn);
     scrubArea.animation.scrubAnimation(seconds, ScrubAnimation::Cursor::comes,
                                        instance_.runLoop.now());

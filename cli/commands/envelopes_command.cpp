@@ -18,11 +18,9 @@ namespace {
 Result<void> savePicture(const std::filesystem::path& path) {
     PictureFile file;
     if (auto opened = file.open(path); !opened) return opened;
-    // The Random envelope of the picture is always the same one.
-    const RandomSource before = setRandomSource(
-        [generator = std::mt19937()]() mutable { return std::uint32_t(generator()); });
-    const Result<std::vector<EnvelopeCurve>> curves = envelopeCurves();
-    setRandomSource(before);
+    RandomSource random;
+    random.seed(std::mt19937::default_seed); // the picture's Random envelope is always the same one
+    const Result<std::vector<EnvelopeCurve>> curves = envelopeCurves(random);
     if (!curves) return Failure{curves.message()};
     Canvas canvas(kEnvelopePageWidth, kEnvelopePageHeight);
     drawEnvelopes(canvas, curves.value());

@@ -1,5 +1,6 @@
 #include "cli/commands/preset_changes.h"
 
+#include "cli/command_clock.h"
 #include "cli/command_folders.h"
 #include "library/bank_edits.h"
 #include "platform/files/file_name.h"
@@ -133,7 +134,8 @@ std::vector<PropertyDictionary> recordsOf(const PickedPresets& picked) {
 }
 
 ExitCode copyPresets(BankFolder& banks, const PickedPresets& picked, const std::string& target) {
-    const auto added = addPresets(banks, target, recordsOf(picked));
+    const auto added =
+        addPresets(banks, target, recordsOf(picked), currentDateAndTime(commandClock()));
     if (!added) return fail(added.message());
     return printOut(addedText(target, added.value()));
 }

@@ -1,5 +1,6 @@
 #include "cli/commands/preset_import.h"
 
+#include "cli/command_clock.h"
 #include "cli/command_folders.h"
 #include "library/bank_edits.h"
 #include "platform/files/folder_entries.h"
@@ -67,7 +68,8 @@ Result<std::string> importFile(BankFolder& banks, const PresetImportRequest& req
     std::vector<PropertyDictionary> records;
     for (const std::string& key : sortedKeys(*file.content))
         records.push_back(*recordOf(*file.content, key));
-    const auto added = addPresets(banks, target.value(), records);
+    const auto added =
+        addPresets(banks, target.value(), records, currentDateAndTime(commandClock()));
     if (!added) return Failure{added.message()};
     return addedText(target.value(), added.value());
 }

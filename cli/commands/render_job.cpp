@@ -1,5 +1,6 @@
 #include "cli/commands/render_job.h"
 
+#include "cli/command_clock.h"
 #include "cli/command_folders.h"
 #include "cli/commands/render_report.h"
 #include "cli/interrupt.h"
@@ -105,7 +106,8 @@ Result<void> savePicture(Job& job, const RenderStatistics& statistics) {
 
 Result<void> savePresetOf(Job& job, BankFolder& banks) {
     if (!job.options.savedPreset) return {};
-    return savePreset(banks, *job.options.savedPreset, job.render.snapshot());
+    return savePreset(banks, *job.options.savedPreset, job.render.snapshot(),
+                      currentDateAndTime(commandClock()));
 }
 
 /// Puts every file under its name, the sound first.
@@ -168,7 +170,7 @@ RenderEnd renderFile(const RenderOptions& options, ProgressBar::Shown bar,
     if (!read) return failed(read.message());
     if (const auto fits = checkInputRate(options, read.value().input); !fits)
         return wrongUsage(fits.message());
-    Result<RenderPlan> plan = makeRenderPlan(options, read.value().input);
+    Result<RenderPlan> plan = makeRenderPlan(options, read.value().input, commandClock());
     if (!plan) return failed(plan.message());
 
     Job job{.options = options,

@@ -60,14 +60,14 @@ bool holds(const AudioBufferList& buffers, std::uint32_t frames, const StreamDes
 } // namespace
 
 OSStatus AudioFileCreate(const std::filesystem::path& path, FourCharCode type,
-                         const StreamDescription& format, AudioFileID& file) {
+                         const StreamDescription& format, AudioFileID& file, Log* log) {
     file.reset();
     AudioFileID made(new AudioFile);
     if (const std::error_code error = made->target.open(path)) return audioFileStatus(error);
     OSStatus status = none;
     made->format = format;
     made->encoder = type == audio_file_type::m4af
-                        ? makeAacEncoder(made->target.path(), format, status)
+                        ? makeAacEncoder(made->target.path(), format, log, status)
                         : makeSndfileEncoder(made->target.path(), type, format, status);
     if (status == none) file = std::move(made);
     return status;

@@ -17,6 +17,7 @@ namespace zephyra {
 
 class AudioFile;
 class ExtAudioFile;
+class Log;
 
 struct AudioFileDeleter {
     void operator()(AudioFile* file) const noexcept;
@@ -44,9 +45,10 @@ inline constexpr FourCharCode m4af = fourCC("m4af"); ///< 'aac ', low complexity
 /// Begins a new file for path, which replaces an existing one when it is closed. Linear formats
 /// hold 8, 16, 24 or 32 bits, WAVE also 32-bit floats. WAVE's 8-bit samples are stored with an
 /// offset of 128, the only form its readers know. Rates are rounded to whole Hz. 'typ?' and 'fmt?'
-/// tell what does not go together; file stays empty on failure.
+/// tell what does not go together; file stays empty on failure. log, unless null, hears what the
+/// codec of m4af says in words, and must outlive the file.
 OSStatus AudioFileCreate(const std::filesystem::path& path, FourCharCode type,
-                         const StreamDescription& format, AudioFileID& file);
+                         const StreamDescription& format, AudioFileID& file, Log* log = nullptr);
 
 /// Makes the side that samples are handed to. file must live as long as samples are written.
 OSStatus ExtAudioFileWrapAudioFileID(const AudioFileID& file, ExtAudioFileRef& wrapped);

@@ -17,23 +17,24 @@ namespace {
 
 /// The code for what the module reported as text, which goes to the log. The operating system's
 /// error, when there was one, tells more than the fallback.
-OSStatus moduleStatus(const std::filesystem::path& path, const char* text, OSStatus fallback) {
-    logLine(path.filename().string() + ": " + text);
+OSStatus moduleStatus(Log* log, const std::filesystem::path& path, const char* text,
+                      OSStatus fallback) {
+    if (log) log->write(path.filename().string() + ": " + text);
     const OSStatus system = audioFileStatus({errno, std::generic_category()});
     return system == diskFull || system == permission ? system : fallback;
 }
 
 class AacEncoder final : public AudioFileEncoder {
 public:
-    AacEncoder(const AacModule& module, std::filesystem::path path)
-        : module_(module), path_(std::move(path)) {}
+    AacEncoder(const AacModule& module, std::filesystem::path path, Log* log)
+        : module_(module), path_(std::move(path)), log_(log) {}
     ~AacEncoder() override { closeWriter(); }
 
     OSStatus open(const StreamDescription& format);
     OSStatus write(const AudioBufferList& buffers, std::uint32_t frames) override;
     OSStatus finish() override {
         errno = 0;
-        return closeWriter() == 0 ? none : moduleStatus(path_, text_.data(), unspecified);
+        return closeWriter() == 0 ? none : moduleStatus(log_, path_, text_.data(), unspecified);
     }
 
 private:
@@ -45,6 +46,7 @@ private:
 
     const AacModule& module_;
     std::filesystem::path path_;
+    Log* log_;
     void* writer_ = nullptr;
     std::array<char, 256> text_{};
 };
@@ -53,7 +55,7 @@ OSStatus AacEncoder::open(const StreamDescription& format) {
     errno = 0;
     const int failed = module_.openWriter(path_.c_str(), format.sampleRate, format.channelsPerFrame,
                                           &writer_, text_.data(), textSize());
-    return failed ? moduleStatus(path_, text_.data(), unsupportedDataFormat) : none;
+    return failed ? moduleStatus(log_, path_, text_.data(), unsupportedDataFormat) : none;
 }
 
 OSStatus AacEncoder::write(const AudioBufferList& buffers, std::uint32_t frames) {
@@ -62,23 +64,23 @@ OSStatus AacEncoder::write(const AudioBufferList& buffers, std::uint32_t frames)
         channels[i] = static_cast<const std::int16_t*>(buffers.mBuffers[i].mData);
     errno = 0;
     const int failed = module_.write(writer_, channels.data(), frames, text_.data(), textSize());
-    return failed ? moduleStatus(path_, text_.data(), unspecified) : none;
+    return failed ? moduleStatus(log_, path_, text_.data(), unspecified) : none;
 }
 
 } // namespace
 
 std::unique_ptr<AudioFileEncoder> makeAacEncoder(const std::filesystem::path& path,
-                                                 const StreamDescription& format,
+                                                 const StreamDescription& format, Log* log,
                                                  OSStatus& status) {
     status = unsupportedDataFormat;
     if (format.formatCode != fourCC("aac ")) return nullptr;
     const Result<const AacModule*> module = aacModule();
     if (!module) {
-        logLine(module.message());
+        if (log) log->write(module.message());
         status = codecUnavailable;
         return nullptr;
     }
-    auto encoder = std::make_unique<AacEncoder>(*module.value(), path);
+    auto encoder = std::make_unique<AacEncoder>(*module.value(), path, log);
     status = encoder->open(format);
     if (status != none) encoder.reset();
     return encoder;

@@ -10,6 +10,8 @@
 
 namespace zephyra {
 
+class Log;
+
 /// Order of calls: write as often as needed, finish once. Destroyed without finish, the file is
 /// merely closed. MAIN or WORKER.
 class AudioFileEncoder {
@@ -31,6 +33,7 @@ std::unique_ptr<AudioFileEncoder> makeSndfileEncoder(const std::filesystem::path
                                                      const StreamDescription& format,
                                                      OSStatus& status);
 std::unique_ptr<AudioFileEncoder> makeAacEncoder(const std::filesystem::path& path,
-                                                 const StreamDescription& format, OSStatus& status);
+                                                 const StreamDescription& format, Log* log,
+                                                 OSStatus& status);
 
 } // namespace zephyra

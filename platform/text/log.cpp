@@ -1,8 +1,6 @@
 #include "platform/text/log.h"
 
 #include <cstdio>
-#include <mutex>
-#include <utility>
 
 namespace zephyra {
 
@@ -19,6 +17,19 @@ LogSink& logSink() {
 }
 
 } // namespace
+
+void Log::write(std::string_view line) {
+    const std::lock_guard lock(mutex_);
+    if (sink_)
+        sink_(line);
+    else
+        logLine(line);
+}
+
+void Log::setSink(LogSink sink) {
+    const std::lock_guard lock(mutex_);
+    sink_ = std::move(sink);
+}
 
 void logLine(std::string_view line) {
     const std::lock_guard lock(logMutex());

@@ -1,20 +1,40 @@
-// logLine: the system's log, a line at a time.
+// Log: what one instance of the system reports, a line at a time.
 #pragma once
 
 #include <functional>
+#include <mutex>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace zephyra {
 
 using LogSink = std::function<void(std::string_view)>;
 
-/// Writes one line (without a line end of its own) to the log: standard error, unless a sink was
-/// set. MAIN or WORKER, never RENDER. Lines of several threads do not mix.
-void logLine(std::string_view line);
+/// Each object has a sink of its own: standard error until another one is set. Lines of several
+/// threads do not mix.
+class Log {
+public:
+    Log() = default;
+    explicit Log(LogSink sink) : sink_(std::move(sink)) {}
+    Log(const Log&) = delete;
+    Log& operator=(const Log&) = delete;
 
-/// Sends log lines to sink from now on; an empty one brings standard error back. Returns the sink
-/// set before, so that a test can restore it. Any thread but RENDER.
+    /// line has no line end of its own. MAIN or WORKER, never RENDER.
+    void write(std::string_view line);
+
+    /// Sends lines to sink from now on, on whatever thread writes one; an empty one brings standard
+    /// error back. A sink must not write to the log that it serves. Any thread but RENDER.
+    void setSink(LogSink sink);
+
+private:
+    std::mutex mutex_; // held while the sink hears a line
+    LogSink sink_;
+};
+
+/// As Log, for what has no instance: lines of logs without a sink come here as well.
+void logLine(std::string_view line);
+/// Returns the sink set before.
 LogSink setLogSink(LogSink sink);
 
 } // namespace zephyra

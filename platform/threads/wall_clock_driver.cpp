@@ -1,7 +1,5 @@
 #include "platform/threads/wall_clock_driver.h"
 
-#include "platform/text/log.h"
-
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
@@ -26,11 +24,11 @@ struct WallClockDriver::Entry {
 };
 
 struct WallClockDriver::Thread {
-    Thread();
+    explicit Thread(Log& log);
     ~Thread();
 
     /// The one that lives, or a new one.
-    static std::shared_ptr<Thread> shared();
+    static std::shared_ptr<Thread> shared(Log& log);
 
     void add(const std::shared_ptr<Entry>& entry);
     /// Waits until the thread is out of the entry's run loop.
@@ -48,12 +46,12 @@ private:
     std::thread thread_;
 };
 
-WallClockDriver::Thread::Thread() {
+WallClockDriver::Thread::Thread(Log& log) {
     try {
         thread_ = std::thread([this] { run(); });
     } catch (const std::system_error& error) {
-        logLine(std::string("Nothing moves by itself, no thread could be started for timers: ") +
-                error.what());
+        log.write(std::string("Nothing moves by itself, no thread could be started for timers: ") +
+                  error.what());
     }
 }
 
@@ -66,12 +64,12 @@ WallClockDriver::Thread::~Thread() {
     if (thread_.joinable()) thread_.join();
 }
 
-std::shared_ptr<WallClockDriver::Thread> WallClockDriver::Thread::shared() {
+std::shared_ptr<WallClockDriver::Thread> WallClockDriver::Thread::shared(Log& log) {
     static std::mutex mutex;
     static std::weak_ptr<Thread> latest;
     const std::lock_guard lock(mutex);
     std::shared_ptr<Thread> thread = latest.lock();
-    if (!thread) latest = thread = std::make_shared<Thread>();
+    if (!thread) latest = thread = std::make_shared<Thread>(log);
     return thread;
 }
 
@@ -112,8 +110,8 @@ void WallClockDriver::Thread::advanceAll(std::unique_lock<std::mutex>& lock) {
     }
 }
 
-WallClockDriver::WallClockDriver(RunLoop& loop)
-    : thread_(Thread::shared()), entry_(std::make_shared<Entry>(loop)) {
+WallClockDriver::WallClockDriver(RunLoop& loop, Log& log)
+    : thread_(Thread::shared(log)), entry_(std::make_shared<Entry>(loop)) {
     thread_->add(entry_);
 }
 

@@ -1,6 +1,7 @@
 // WallClockDriver: the one thread that advances run loops in real time.
 #pragma once
 
+#include "platform/text/log.h"
 #include "platform/threads/run_loop.h"
 
 #include <memory>
@@ -16,7 +17,8 @@ class WallClockDriver {
 public:
     static constexpr double kPeriod = 0.004; // seconds between two advances
 
-    explicit WallClockDriver(RunLoop& loop);
+    /// loop must outlive this; log hears when no thread can be started.
+    WallClockDriver(RunLoop& loop, Log& log);
     ~WallClockDriver();
     WallClockDriver(const WallClockDriver&) = delete;
     WallClockDriver& operator=(const WallClockDriver&) = delete;

@@ -1,14 +1,12 @@
 #include "platform/threads/worker.h"
 
-#include "platform/text/log.h"
-
 #include <string>
 #include <system_error>
 #include <utility>
 
 namespace zephyra {
 
-Worker::Worker(RunLoop& loop) : loop_(loop) {}
+Worker::Worker(RunLoop& loop, Log& log) : loop_(loop), log_(log) {}
 
 Worker::~Worker() {
     cancel();
@@ -57,8 +55,8 @@ bool Worker::hasThread() {
         thread_ = std::thread([this] { run(); });
         return true;
     } catch (const std::system_error& error) {
-        logLine(std::string("Warning, waiting for work that no thread could be started for: ") +
-                error.what());
+        log_.write(std::string("Warning, waiting for work that no thread could be started for: ") +
+                   error.what());
         return false;
     }
 }

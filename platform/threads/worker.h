@@ -1,6 +1,7 @@
 // Worker: one background thread for long work, of which only the latest request counts.
 #pragma once
 
+#include "platform/text/log.h"
 #include "platform/threads/run_loop.h"
 
 #include <atomic>
@@ -21,8 +22,8 @@ public:
     /// What runs on WORKER; the answer runs on MAIN, an empty one does nothing. Must not throw.
     using Job = std::function<RunLoop::Task(const Cancelled& cancelled)>;
 
-    /// loop must outlive this.
-    explicit Worker(RunLoop& loop);
+    /// Both must outlive this.
+    Worker(RunLoop& loop, Log& log);
     /// Drops what waits, tells the running job to stop and waits for it, so jobs may not wait for
     /// MAIN. MAIN, also inside the answer.
     ~Worker();
@@ -50,6 +51,7 @@ private:
     bool hasThread();
 
     RunLoop& loop_;
+    Log& log_;
     std::shared_ptr<Request> latest_; // MAIN's; null once it has answered or was cancelled
     std::mutex mutex_;                // guards waiting_ and ending_
     std::condition_variable wake_;

@@ -1,7 +1,6 @@
 // The presets that a host sees, and the states that it reads and writes.
 
 #include "library/bank_file.h"
-#include "platform/text/log.h"
 #include "tests/support/fake_host.h"
 #include "tests/support/temporary_folder.h"
 
@@ -15,8 +14,11 @@ PropertyDictionary tagged(const char* tag) {
 }
 
 struct PresetHost : FakeHost {
-    PresetHost() : FakeHost(component_type::effect) { instance.folders.resources = folder.path(); }
-    ~PresetHost() { setLogSink(sink); }
+    PresetHost() : FakeHost(component_type::effect) {
+        instance.folders.resources = folder.path();
+        instance.log.setSink([this](std::string_view line) { (log += '|') += line; });
+    }
+    ~PresetHost() { instance.log.setSink({}); }
     std::string presets() {
         std::string text;
         for (const auto& [number, name] : unit->factoryPresets())
@@ -34,7 +36,6 @@ struct PresetHost : FakeHost {
     }
     TemporaryFolder folder;
     std::string log;
-    LogSink sink = setLogSink([this](std::string_view line) { (log += '|') += line; });
 };
 
 TEST(HostPresets, AreNumberedThroughAllFactoryBanksChosenByNumberAndRefusedWithALine) {

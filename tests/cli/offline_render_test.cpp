@@ -43,9 +43,9 @@ TEST(OfflineRender, GivesTheEnginesOwnSamplesBlockForBlock) {
     }));
     ASSERT_EQ(left.size(), 10000u);
 
-    const std::shared_ptr<mokWindow> window = makeEnvelope(kDefaultEnvelope);
-    mokGranulatorSF engine(source.get(), window.get(), mokGranulatorSF::kVoices, 48000.0f);
-    engine.setRandomSeed(77);
+    RandomSource random;
+    const std::shared_ptr<mokWindow> window = makeEnvelope(kDefaultEnvelope, random);
+    mokGranulatorSF engine(source.get(), window.get(), mokGranulatorSF::kVoices, 48000.0f, 77);
     // What is on a curve has its rounding.
     const auto curved = [](ControlId id, float displayed) {
         const ControlRange& range = controlRange(id);
@@ -110,14 +110,18 @@ TEST(RenderPlan, LengthRateAndSeedComeFromTheSourceAndTheClock) {
     RenderOptions options{};
     options.blockFrames = kDefaultBlockFrames;
     const SoundFileInfo source{.format = "", .channels = 1, .sampleRate = 22050, .frames = 11025};
-    const auto own = makeRenderPlan(options, source);
+    Clock clock;
+    clock.fix(1234567);
+    const auto own = makeRenderPlan(options, source, clock);
     ASSERT_TRUE(own);
     EXPECT_EQ(own.value().sampleRate, 22050);
     EXPECT_EQ(own.value().frames, 11025u);
-    EXPECT_NE(own.value().seed, 0u);
+    EXPECT_EQ(own.value().seed, 1234567u);
+    clock.fix(0);
+    EXPECT_EQ(makeRenderPlan(options, source, clock).value().seed, 1u);
 
     options.sampleRate = 44100;
-    EXPECT_EQ(makeRenderPlan(options, source).value().frames, 22050u);
+    EXPECT_EQ(makeRenderPlan(options, source, clock).value().frames, 22050u);
     EXPECT_TRUE(checkInputRate(options, source));
     options.host.type = component_type::effect;
     EXPECT_FALSE(checkInputRate(options, source));

@@ -39,9 +39,9 @@ TEST(Knob, GoesToARandomPlaceOrItsDefaultAndTellsAll) {
     knob.setRange(10.0f, 110.0f);
     int told = 0;
     knob.addTarget(&told, "t", control_event::touchCancel, [&](Control&) { ++told; });
-    const RandomSource before = setRandomSource([] { return 0xA0000000u; }); // 1/4, and the top bit
-    knob.genRandomic();
-    setRandomSource(before);
+    RandomSource random;
+    random.setGenerator([] { return 0xA0000000u; }); // 1/4, and the top bit
+    knob.genRandomic(random);
     EXPECT_NEAR(knob.value(), 35.0f, 1e-4f);
     knob.setDefaultValue(35.0f);
     knob.currentColorIndex = 3;
@@ -52,7 +52,7 @@ TEST(Knob, GoesToARandomPlaceOrItsDefaultAndTellsAll) {
     knob.resetsDefault();
     knob.isRandomizable = knob.isDefaultResettable = false;
     knob.setDefaultValue(35.0f);
-    knob.genRandomic();
+    knob.genRandomic(random);
     knob.resetsDefault();
     EXPECT_EQ(knob.value(), 10.0f);
     EXPECT_EQ(told, 3);

@@ -51,6 +51,7 @@ TEST(Pad, FollowsItsFirstFingerAcrossItsNotes) {
 
 TEST(Pad, ComesBackAsItWasOrAsFarAsAStateIsUsable) {
     std::string logged;
+    Log log;
     const LogSink former = setLogSink([&](std::string_view line) { logged += line; });
     const struct {
         PropertyArray state, wanted;
@@ -62,6 +63,7 @@ TEST(Pad, ComesBackAsItWasOrAsFarAsAStateIsUsable) {
                  {{1e300, -1e300, 1e300}, {10.0, 0.0, 1.0, 0.5}, false}};
     for (const auto& c : cases) {
         MOK_PAD pad;
+        pad.log = &log;
         pad.saveLoad_XY = true;
         pad.setBaseNote(120.0f);
         logged.clear();

@@ -52,13 +52,13 @@ TEST(DataStore, KeepsRequestsWithinItsLimits) {
 TEST(DataStoreDeathTest, FallsBackTo512FramesOfOneChannelWhenMemoryIsShortWhichNoLineCanUse) {
     const auto inShortMemory = [] {
         std::vector<std::string> lines;
-        setLogSink([&](std::string_view line) { lines.emplace_back(line); });
+        Log log([&](std::string_view line) { lines.emplace_back(line); });
         const rlimit limit{64 << 20, 64 << 20};
         setrlimit(RLIMIT_AS, &limit);
-        DataStoreEntry entry;
+        DataStoreEntry entry{.log = &log};
         genlib_data_resize(&entry, kDataStoreLimit / 2, 2);
         DelayLine line;
-        setUpDelayLine(line, "line", kDataStoreLimit);
+        setUpDelayLine(line, "line", kDataStoreLimit, &log);
         const char* const kShort = "allocating [data]: out of memory";
         const bool told =
             lines == std::vector<std::string>{kShort, kShort, "delay memory size error"};
@@ -72,14 +72,14 @@ TEST(DelayLine, HoldsThePowerOfTwoAtOrAboveTheRequestAndIsClearedBySettingUpAgai
     const std::int64_t sizes[][2] = {{-1, 2}, {2, 2}, {3, 4}, {4, 4}, {200000, 262144}};
     for (const auto& [requested, size] : sizes) {
         DelayLine line;
-        setUpDelayLine(line, "line", requested);
+        setUpDelayLine(line, "line", requested, nullptr);
         EXPECT_TRUE(line.usable());
         EXPECT_EQ(line.size, size);
         EXPECT_EQ(line.mask, size - 1);
         EXPECT_EQ(line.maxDelay, requested);
         line.memory[size - 1] = 5;
         line.writeIndex = 1;
-        setUpDelayLine(line, "line", requested);
+        setUpDelayLine(line, "line", requested, nullptr);
         EXPECT_EQ(line.memory[size - 1], 0);
         EXPECT_EQ(line.writeIndex, 0);
         releaseDelayLine(line);

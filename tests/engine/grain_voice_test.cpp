@@ -34,7 +34,7 @@ struct Voice {
     mokGrain grain;
 
     explicit Voice(std::unique_ptr<mokSample> sound)
-        : source(std::move(sound)), grain(source.get(), &envelope, kRate) {}
+        : source(std::move(sound)), grain(source.get(), &envelope, kRate, 1) {}
 
     void begin(float frequency, double position, float length, float amplitude = 1.0f) {
         grain.start();
@@ -43,7 +43,7 @@ struct Voice {
 };
 
 TEST(GrainVoice, MakesItsOwnSineAndHanningWithoutTables) {
-    mokGrain grain(nullptr, nullptr, 44100);
+    mokGrain grain(nullptr, nullptr, 44100, 1);
     EXPECT_TRUE(grain.ownsSource && grain.ownsEnvelope);
     EXPECT_EQ(grain.phaseIncrement, 440.0f / 44100.0f);
     EXPECT_EQ(grain.envelopeIncrement, (1.0f / 85.0f) / 44100.0f);

@@ -81,9 +81,8 @@ void compare(const Case& c, const mokSample& sample, Level level, int frames, st
              int largestBlock) {
     const mokWindow window(c.windowPoints, c.window);
 
-    mokGranulatorSF engine(&sample, &window, mokGranulatorSF::kVoices, c.outputRate);
+    mokGranulatorSF engine(&sample, &window, mokGranulatorSF::kVoices, c.outputRate, c.seed);
     engine.setMixer(grainMixer(level));
-    engine.setRandomSeed(c.seed);
     engine.granularOn = true;
     engine.setDensity(c.density);
     engine.setLength(c.length);

@@ -1,7 +1,6 @@
 // What the stream schedules, starts and puts out: values worked out by hand.
 
 #include "engine/granular_stream.h"
-#include "platform/clock.h"
 #include "tests/support/stream_probe.h"
 #include "tests/support/test_sounds.h"
 
@@ -26,9 +25,8 @@ struct Stream {
 
     explicit Stream(std::shared_ptr<mokSample> sound = noiseSample(44100, kRate),
                     std::int32_t voices = 24)
-        : sample(std::move(sound)), engine(sample.get(), &window, voices, kRate) {
+        : sample(std::move(sound)), engine(sample.get(), &window, voices, kRate, 1) {
         engine.granularOn = true;
-        engine.setRandomSeed(1);
         engine.setRndDensity(0);
         engine.setRndLength(0);
         engine.setJittering(0);
@@ -128,13 +126,6 @@ TEST(GranularStream, DrawsFiveValuesAGrainFromItsGenerator) {
     EXPECT_EQ(StreamProbe::seed(stream.engine), 3095271137u * 16807u);
 }
 
-TEST(GranularStream, SeedsItselfFromTheClock) {
-    const auto before = setSecondsSource([] { return 1234567u; });
-    const mokGranulatorSF engine(nullptr, nullptr, 1, kRate);
-    setSecondsSource(before);
-    EXPECT_EQ(StreamProbe::seed(engine), 1234567u);
-}
-
 TEST(GranularStream, PansLopsidedly) {
     const float spread = 0.25f * (16807 * 0x1p-31f + 1) * 0.5f;
     const float L = 1 - 0.25f + spread, R = 1 - spread;
@@ -213,7 +204,7 @@ TEST(GranularStream, DropsThePitchWithANewSample) {
 }
 
 TEST(GranularStream, StandsAlmostStillOnItsSilentPlaceholder) {
-    mokGranulatorSF engine(nullptr, nullptr, 24, kRate);
+    mokGranulatorSF engine(nullptr, nullptr, 24, kRate, 1);
     EXPECT_TRUE(engine.onPlaceholder());
     const auto before = StreamProbe::fields(engine);
     engine.setPitch(12);

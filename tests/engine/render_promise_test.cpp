@@ -17,7 +17,7 @@ namespace {
 TEST(RenderPromise, HoldsWithEveryStageOn) {
     if (!RenderGuard::isActive()) GTEST_SKIP() << "a sanitizer watches in this build";
     const auto sound = noiseSample(44100, 44100);
-    mokGranulatorSF engine(sound.get(), nullptr, 24, 44100);
+    mokGranulatorSF engine(sound.get(), nullptr, 24, 44100, 1);
     GrainTrace trace;
     engine.setTrace(&trace);
     engine.setDensity(400);
@@ -35,7 +35,7 @@ TEST(RenderPromise, HoldsWithEveryStageOn) {
 }
 
 TEST(RenderPromise, HoldsWhileAnotherThreadTurnsAndSwapsEverything) {
-    mokGranulatorSF engine(nullptr, nullptr, 24, 44100);
+    mokGranulatorSF engine(nullptr, nullptr, 24, 44100, 1);
     Retirement retired(engine.renderCycle());
     engine.granularOn = true;
     std::atomic<bool> stop = false;

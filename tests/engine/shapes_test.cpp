@@ -92,6 +92,7 @@ const struct {
 };
 
 TEST(Window, FollowsItsFormulaAndRepeatsItsStartBehindItsEnd) {
+    RandomSource random;
     for (const auto& shape : kWindows) {
         for (const unsigned long N : {4096ul, 4095ul, 1000ul, 16ul, 3ul, 2ul, 1ul}) {
             mokWindow window(N, kWindowRectangular);
@@ -100,7 +101,7 @@ TEST(Window, FollowsItsFormulaAndRepeatsItsStartBehindItsEnd) {
         }
         if (shape.code >= 0) expectShape(mokWindow(64, shape.code), shape.value, shape.name);
         if (shape.entry < 0) continue;
-        const auto window = makeEnvelope(static_cast<std::size_t>(shape.entry));
+        const auto window = makeEnvelope(static_cast<std::size_t>(shape.entry), random);
         ASSERT_TRUE(window && window->size == 4096);
         expectShape(*window, shape.value, shape.name);
     }
@@ -112,9 +113,9 @@ TEST(Window, FollowsItsFormulaAndRepeatsItsStartBehindItsEnd) {
 TEST(Window, RandomMapsThirtyTwoBitsToBipolarValues) {
     std::vector<std::uint32_t> bits = {0u, 0x80000000u, 0xc0000000u, 0xffffffffu};
     std::size_t next = 0;
-    const RandomSource before = setRandomSource([&] { return bits[next++ % bits.size()]; });
-    const auto window = makeEnvelope(11);
-    setRandomSource(before);
+    RandomSource random;
+    random.setGenerator([&] { return bits[next++ % bits.size()]; });
+    const auto window = makeEnvelope(11, random);
     const float expected[] = {-1.0f, 0.0f, 0.5f, 1.0f};
     for (std::size_t n = 0; n < 4099; ++n) ASSERT_NEAR(window->data[n], expected[n % 4], 6e-8) << n;
 }
@@ -152,7 +153,8 @@ TEST(EnvelopeMenu, NamesItsEntriesAndFindsThemByAnyReasonableSpelling) {
                      "Grain Envelope: Pulse 1\nGrain Envelope: Pulse 2\n"
                      "Grain Envelope: Sinusoidal\nGrain Envelope: Random\n");
     EXPECT_EQ(kDefaultEnvelope, 2u);
-    EXPECT_EQ(makeEnvelope(12), nullptr);
+    RandomSource random;
+    EXPECT_EQ(makeEnvelope(12, random), nullptr);
     const std::pair<const char*, std::optional<std::size_t>> cases[] = {
         {"Grain Envelope: Hanning", 2},
         {"  H A N N I N G ", 2},

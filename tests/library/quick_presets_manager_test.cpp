@@ -2,9 +2,8 @@
 
 #include "library/bank_edits.h"
 #include "platform/audio_unit/midi_notices.h"
-#include "platform/clock.h"
 #include "platform/files/file_calls.h"
-#include "platform/text/log.h"
+#include "tests/support/heard_instance.h"
 #include "tests/support/temporary_folder.h"
 
 #include <cerrno>
@@ -33,6 +32,7 @@ struct TwoFolders {
 /// A store with its view, and a user who answers its alerts.
 struct Store : QuickPresetsManagerDelegate {
     explicit Store(const TwoFolders& folders) {
+        instance.clock.fix(1794750533);
         instance.folders = {folders.shared.path(), folders.resources.path()};
     }
     QuickPresetsManager* operator->() {
@@ -79,7 +79,7 @@ struct Store : QuickPresetsManagerDelegate {
         return std::exchange(restored, {});
     }
 
-    Instance instance;
+    HeardInstance instance;
     PropertyDictionary state = {{"Density_0", 0.5}};
     std::string restored;
     std::unique_ptr<QuickPresetsManager> manager;
@@ -87,14 +87,7 @@ struct Store : QuickPresetsManagerDelegate {
 
 class Presets : public ::testing::Test {
 protected:
-    Presets() {
-        setSecondsSource([] { return std::uint32_t{1794750533}; });
-    }
-    ~Presets() override {
-        setLogSink(log_);
-        setSecondsSource(nullptr);
-        setFileCallGate({});
-    }
+    ~Presets() override { setFileCallGate({}); }
     static void write(const std::filesystem::path& file, const Bank& bank) {
         ASSERT_TRUE(writeBank(file, bank));
     }
@@ -107,11 +100,10 @@ protected:
 
     TwoFolders folders;
     Store store{folders};
-    LogSink log_ = setLogSink([](std::string_view) {});
 };
 
 TEST_F(Presets, ASaveWithoutABankMakesOneAndAsksForAName) {
-    const DateAndTime now = currentDateAndTime();
+    const DateAndTime now = currentDateAndTime(store.instance.clock);
     store->saveSnapAs();
     const std::string key = "0 - " + now.date + " | " + now.time;
     EXPECT_EQ(store.alert(), "Save Preset in: User " + key + ".zephyra");

@@ -176,7 +176,7 @@ struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderP
 TEST(Threads, OfAHostAndItsUserMeetWithoutARaceAndLoseNoNotice) {
     Threads threads;
     {
-        const WallClockDriver driver(threads.hosted.instance.runLoop);
+        const WallClockDriver driver(threads.hosted.instance.runLoop, threads.hosted.instance.log);
         std::thread host([&] { threads.host(); }), setter([&] { threads.setParameters(); }),
             tilter([&] { threads.tilt(); });
         std::mt19937 random(2);

@@ -14,6 +14,7 @@ namespace zephyra {
 namespace {
 
 TEST(Lfo, GivesEachShapesValueAtAPhase) {
+    RandomSource random;
     constexpr double kPhases[] = {0.0, 0.125, 0.25, 0.5, 0.875, 1.0};
     const std::pair<std::int64_t, std::array<double, 6>> kRows[] = {
         {kLfoSine, {0.5, 0.853553, 1.0, 0.5, 0.146447, 0.5}},
@@ -24,7 +25,7 @@ TEST(Lfo, GivesEachShapesValueAtAPhase) {
         {7, {0.0, 0.125, 0.25, 0.5, 0.875, 1.0}}};
     for (const auto& [shape, values] : kRows)
         for (std::size_t i = 0; i < values.size(); ++i) {
-            MOK_LFO lfo;
+            MOK_LFO lfo(random);
             lfo.setShape(shape);
             lfo.setPhase(kPhases[i]);
             EXPECT_NEAR(lfo.valueAtPhase(), values[i], 1e-6) << shape << " at " << kPhases[i];
@@ -32,7 +33,8 @@ TEST(Lfo, GivesEachShapesValueAtAPhase) {
 }
 
 TEST(Lfo, WrapsOnceItsPhaseExceedsOneAndHoldsHostileNumbers) {
-    MOK_LFO lfo;
+    RandomSource random;
+    MOK_LFO lfo(random);
     lfo.setHz(0.0);
     EXPECT_EQ(lfo.hz(), 0.016);
     lfo.setHz(100.0);
@@ -57,9 +59,10 @@ TEST(Lfo, WrapsOnceItsPhaseExceedsOneAndHoldsHostileNumbers) {
 
 TEST(Lfo, DrawsANewRandomValueEachCycle) {
     std::uint32_t next = 0;
-    const RandomSource before = setRandomSource([&] { return next += 0x40000000u; });
+    RandomSource random;
+    random.setGenerator([&] { return next += 0x40000000u; });
     const auto sixTicks = [&](LfoShape shape) {
-        MOK_LFO lfo;
+        MOK_LFO lfo(random);
         lfo.setShape(shape);
         lfo.setHz(16.0); // half a cycle each
         next = 0;
@@ -69,7 +72,6 @@ TEST(Lfo, DrawsANewRandomValueEachCycle) {
     };
     EXPECT_EQ(sixTicks(kLfoRandom), (std::vector{0.0, 0.0, 0.25, 0.25, 0.5, 0.5}));
     EXPECT_EQ(sixTicks(kLfoRandomInterp), (std::vector{0.0, 0.0, 0.125, 0.25, 0.375, 0.5}));
-    setRandomSource(before);
 }
 
 } // namespace

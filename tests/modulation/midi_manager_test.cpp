@@ -2,8 +2,8 @@
 
 #include "modulation/midi_manager.h"
 #include "platform/audio_unit/midi_notices.h"
-#include "platform/text/log.h"
 #include "tests/support/fake_scan.h"
+#include "tests/support/heard_instance.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -44,7 +44,7 @@ struct MidiManagerTest : testing::Test, ControlManagerDataSource {
     }
     std::string recordOf(std::size_t row) { return controls.row(row).text; }
 
-    Instance instance;
+    HeardInstance instance;
     MOK_KNOB density{"_density"}, length{"_length"};
     Toggle echo{"_echo"};
     Button rec{"_rec"};
@@ -214,10 +214,8 @@ TEST_F(MidiManagerTest, StatesComeBackAndHostileOnesAreLeftOut) {
         saved.back().as<PropertyDictionary>()->insert_or_assign(key, value);
     }
     saved.resize(5000, good);
-    std::string logged;
-    const LogSink before = setLogSink([&](std::string_view line) { logged = line; });
     midi.restoreState(state);
-    setLogSink(before);
+    const std::string& logged = instance.lines.back();
     EXPECT_EQ(midi.bindings().size(), 1u);
     EXPECT_TRUE(logged.starts_with("913 MIDI binding(s) left out")) << logged;
     EXPECT_EQ(recordOf(1), "Unassigned");

@@ -6,6 +6,7 @@
 #include "modulation/lfo_widgets_mapping.h"
 #include "platform/text/log.h"
 #include "tests/support/fake_scan.h"
+#include "tests/support/heard_instance.h"
 
 #include <gtest/gtest.h>
 
@@ -28,19 +29,17 @@ struct Routing : testing::Test {
     }
     void run(int ticks) { loop.advance(loop.now() + ticks * kLfoTick); }
 
-    RunLoop loop;
+    HeardInstance instance;
+    RunLoop& loop = instance.runLoop;
     MOK_KNOB knob{"knob"};
     FakeScan scan;
-    LFO_WIDGETS_MAPPING table{loop};
+    LFO_WIDGETS_MAPPING table{instance};
     int told = 0;
 };
 
 TEST_F(Routing, KeepsOneWrapperForWhatItCanMoveUntilAnActionClearsThem) {
-    std::string line;
-    const LogSink before = setLogSink([&](std::string_view text) { line = text; });
     table.addWidget(nullptr);
-    setLogSink(before);
-    EXPECT_EQ(line, "Error: Attempted to add a widget with a ID null");
+    EXPECT_EQ(instance.lines.back(), "Error: Attempted to add a widget with a ID null");
     Toggle toggle;
     for (Control* const control : std::initializer_list<Control*>{&knob, &toggle, &scan, &knob})
         table.addWidget(control);
@@ -150,8 +149,8 @@ TEST_F(Routing, MovesTheScanThatNoHandHolds) {
 }
 
 TEST_F(Routing, FollowsTheTiltAndLeavesWhatRestsToTheHand) {
-    Accelerometer accelerometer;
-    AccelerometerWidgets widgets(loop, accelerometer);
+    Accelerometer& accelerometer = instance.accelerometer;
+    AccelerometerWidgets widgets(instance);
     for (const auto axis : {Accelerometer::Axis::y, Accelerometer::Axis::x})
         widgets.addWidget_forAxis(&knob, axis);
     run(1);
@@ -173,12 +172,9 @@ TEST_F(Routing, FollowsTheTiltAndLeavesWhatRestsToTheHand) {
     PropertyArray state = widgets.getState([](const Control& control) { return control.channel; });
     for (const std::int64_t axis : {1, 2})
         state.push_back(PropertyDictionary{{"name", axis == 1 ? "gone" : "knob"}, {"axis", axis}});
-    int lines = 0;
-    const LogSink before = setLogSink([&](std::string_view) { ++lines; });
     widgets.removeWidget(&knob);
     widgets.restoreState(state, [&](const auto& name) { return name == "knob" ? &knob : nullptr; });
-    setLogSink(before);
-    EXPECT_EQ(lines, 2);
+    EXPECT_EQ(instance.lines.size(), 2u);
     ASSERT_EQ(widgets.count(), 1u);
     EXPECT_EQ(widgets.axisOf(&knob), Accelerometer::Axis::x);
     EXPECT_EQ(widgets.getWrapperID(&knob)->minRange(), 1.0f);

@@ -2,7 +2,6 @@
 
 #include "platform/sound/audio_file_error.h"
 #include "platform/sound/audio_file_float_wav.h"
-#include "platform/text/log.h"
 #include "tests/support/other_program.h"
 #include "tests/support/temporary_folder.h"
 
@@ -102,7 +101,6 @@ TEST(AudioFile, GivesTheSameBytesForTheSameSamples) {
 }
 
 TEST(AudioFile, IsCompleteOrAbsentWhereverTheDiskBecomesFull) {
-    const LogSink before = setLogSink([](std::string_view) {});
     ASSERT_NE(std::signal(SIGXFSZ, SIG_IGN), SIG_ERR);
     rlimit unlimited{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &unlimited), 0);
@@ -127,11 +125,9 @@ TEST(AudioFile, IsCompleteOrAbsentWhereverTheDiskBecomesFull) {
             writeText(folder / name, "old");
         }
     }
-    setLogSink(before);
 }
 
 TEST(AudioFile, RefusesWhatATypeCannotHold) {
-    const LogSink before = setLogSink([](std::string_view) {});
     constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
     const auto linear = [](double rate, std::uint32_t flags, std::uint32_t channels,
                            std::uint32_t bits) {
@@ -161,7 +157,6 @@ TEST(AudioFile, RefusesWhatATypeCannotHold) {
     }
     EXPECT_EQ(readText(folder / "a"), "old");
     EXPECT_EQ(folder.entries(), 1);
-    setLogSink(before);
 }
 
 TEST(AudioFile, RefusesSamplesThatDoNotFitWhatWasAgreed) {

@@ -151,7 +151,8 @@ TEST(WallClockDriver, DrivesOneRunLoopWhileAnotherIsHeldAndLetsGoOfBoth) {
         RunLoop held, moving;
         std::promise<void> moved;
         moving.performAfter(0.001, [&] { moved.set_value(); });
-        WallClockDriver first(held), second(moving);
+        Log log;
+        WallClockDriver first(held, log), second(moving, log);
         const RunLoop::Scope scope(held);
         moved.get_future().wait();
     }
@@ -159,13 +160,14 @@ TEST(WallClockDriver, DrivesOneRunLoopWhileAnotherIsHeldAndLetsGoOfBoth) {
 
 TEST(Worker, AnswersTheLatestRequestOnlyAndNoneOnceItIsGone) {
     RunLoop loop;
+    Log log;
     std::vector<int> answers;
     const auto quick = [&](int number) {
         return [&, number](auto&) { return [&, number] { answers.push_back(number); }; };
     };
     for (const bool goes : {true, false}) {
         std::atomic<bool> began = false, ended = false;
-        Worker worker(loop), other(loop);
+        Worker worker(loop, log), other(loop, log);
         (goes ? other : worker).start([&](const Worker::Cancelled& cancelled) {
             for (began = true; !cancelled;) std::this_thread::yield();
             ended = true;
@@ -193,7 +195,8 @@ TEST(Worker, AnswersTheLatestRequestOnlyAndNoneOnceItIsGone) {
 TEST(Worker, MeetsTheRunLoopFromManyThreads) {
     constexpr int kThreads = 3, kRounds = 200;
     RunLoop loop;
-    Worker worker(loop);
+    Log log;
+    Worker worker(loop, log);
     int inScope = 0, started = 0, lastAnswer = 0;
     std::atomic<int> outside = 0;
     const auto askWorker = [&] {

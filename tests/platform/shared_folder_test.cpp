@@ -63,17 +63,17 @@ TEST(SharedFolderNotices, ReachEveryInstanceOnItsOwnRunLoopUnlessItHasGone) {
 
 TEST(LocalTime, WritesTheClocksMomentInTheZoneOfThePlace) {
     const struct {
-        SecondsSource clock;
+        std::uint32_t seconds;
         const char *zone, *expected;
-    } cases[] = {{[] { return 1794750533u; }, "UTC", "15.11.2026 13:48:53"},
-                 {[] { return 1794750533u; }, "HERE-10:30", "16.11.2026 00:18:53"},
-                 {[] { return 3000000000u; }, "UTC", "24.01.2065 05:20:00"}};
-    for (const auto& [clock, place, expected] : cases) {
-        const SecondsSource system = setSecondsSource(clock);
+    } cases[] = {{1794750533u, "UTC", "15.11.2026 13:48:53"},
+                 {1794750533u, "HERE-10:30", "16.11.2026 00:18:53"},
+                 {3000000000u, "UTC", "24.01.2065 05:20:00"}};
+    for (const auto& [seconds, place, expected] : cases) {
+        Clock clock;
+        clock.fix(seconds);
         ::setenv("TZ", place, 1);
-        const DateAndTime now = currentDateAndTime();
+        const DateAndTime now = currentDateAndTime(clock);
         EXPECT_EQ(now.date + " " + now.time, expected);
-        setSecondsSource(system);
     }
     ::unsetenv("TZ");
 }

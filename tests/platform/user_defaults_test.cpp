@@ -11,26 +11,21 @@ namespace {
 
 class UserDefaultsTest : public testing::Test {
 protected:
-    UserDefaultsTest() {
-        before_ = setLogSink([this](std::string_view line) { lines_.emplace_back(line); });
-    }
-    ~UserDefaultsTest() override { setLogSink(before_); }
-
     TemporaryFolder folder_;
     std::filesystem::path path_ = folder_ / "not yet there/defaults.plist";
     std::vector<std::string> lines_;
-    LogSink before_;
+    Log log_{[this](std::string_view line) { lines_.emplace_back(line); }};
 };
 
 TEST_F(UserDefaultsTest, OutliveTheProgram) {
     {
-        UserDefaults defaults(path_);
+        UserDefaults defaults(path_, log_);
         EXPECT_EQ(defaults.value("a"), nullptr);
         defaults.setValue("a", 1.5f);
         defaults.setValue("b", "x");
         defaults.removeValue("b");
     }
-    const UserDefaults defaults(path_);
+    const UserDefaults defaults(path_, log_);
     ASSERT_NE(defaults.value("a"), nullptr);
     EXPECT_EQ(*defaults.value("a"), PropertyValue(1.5));
     EXPECT_EQ(defaults.value("b"), nullptr);
@@ -40,7 +35,7 @@ TEST_F(UserDefaultsTest, OutliveTheProgram) {
 TEST_F(UserDefaultsTest, LeaveAFileAloneThatTheyCannotRead) {
     path_ = folder_ / "defaults.plist";
     writeText(path_, "damaged");
-    UserDefaults defaults(path_);
+    UserDefaults defaults(path_, log_);
     defaults.setValue("a", 1);
     EXPECT_EQ(*defaults.value("a"), PropertyValue(1));
     EXPECT_EQ(readText(path_), "damaged");
@@ -49,7 +44,7 @@ TEST_F(UserDefaultsTest, LeaveAFileAloneThatTheyCannotRead) {
 }
 
 TEST_F(UserDefaultsTest, WriteTheOthersWhenOneValueCannotBeKept) {
-    UserDefaults defaults(path_);
+    UserDefaults defaults(path_, log_);
     defaults.setValue("bad", std::numeric_limits<double>::infinity());
     defaults.setValue("good", 1);
     EXPECT_NE(defaults.value("bad"), nullptr);

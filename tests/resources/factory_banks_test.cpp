@@ -4,7 +4,6 @@
 #include "library/bank_edits.h"
 #include "platform/files/content_hash.h"
 #include "platform/files/file_name.h"
-#include "platform/random_source.h"
 #include "tests/resources/sound_measure.h"
 #include "tests/support/hosted_unit.h"
 
@@ -62,11 +61,10 @@ std::vector<float> playedChords() {
 
 SoundMeasure heard(PropertyDictionary record, int seed) {
     static const std::vector<float> chords = playedChords();
-    const auto before = setRandomSource(
-        [random = std::mt19937(1)]() mutable { return static_cast<std::uint32_t>(random()); });
     record["Seed_0"] = seed;
     const bool live = isOn(record, "LIVE_0"), follows = isOn(record, "ScanSync_0");
     HostedUnit hosted(live ? component_type::effect : component_type::instrument);
+    hosted.instance.random.seed(1);
     hosted.view.restoreState(std::move(record)); // before the start, or a demonstration is loaded
     hosted.host.reportContext(true);
     hosted.host.setTempo(120);
@@ -81,7 +79,6 @@ SoundMeasure heard(PropertyDictionary record, int seed) {
                                   chords.data(), left.data(), right.data()}),
               audio_unit_status::noError);
     EXPECT_EQ(hosted.instance.alerts.current(), nullptr);
-    setRandomSource(before);
     return {left, right, kRate};
 }
 

@@ -15,8 +15,15 @@ namespace {
 constexpr float kNotANumber = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
+Log& standardError() {
+    static Log log;
+    return log;
+}
+
 class Writer : public EAFWrite {
 public:
+    explicit Writer(Log& log = standardError()) : EAFWrite(log) {}
+
     OSStatus open(const std::filesystem::path& path, const char (&type)[5], std::uint32_t channels,
                   std::uint32_t bits = 16) {
         return openFileForWrite_sr_channels_wordLength_type(path, 44100, channels, bits,
@@ -107,14 +114,14 @@ TEST(FileWriter, AnswersAllOnesWhenThereIsNothingToWrite) {
     EXPECT_EQ(outputOf("soxi -s " + quoted(folder / "a.wav")), "0\n");
 }
 
-TEST(FileWriter, SaysWhatFailedOnTheErrorStreamAndLosesNothing) {
+TEST(FileWriter, TellsTheLogWhatFailedAndLosesNothing) {
     std::string lines;
-    const LogSink before = setLogSink([&](std::string_view line) { (lines += line) += '\n'; });
+    Log log([&](std::string_view line) { (lines += line) += '\n'; });
     TemporaryFolder folder;
     writeText(folder / "a.wav", "old");
     const std::int16_t sample = 0;
     {
-        Writer writer;
+        Writer writer(log);
         EXPECT_EQ(writer.writeShortsMok_fromArray(1, &sample), static_cast<std::uint32_t>(-38));
         EXPECT_EQ(writer.closeFile(), -38);
         EXPECT_EQ(writer.open(folder / "a.wav", "WAVE", 2, 7), OSStatus(fourCC("fmt?")));
@@ -123,7 +130,6 @@ TEST(FileWriter, SaysWhatFailedOnTheErrorStreamAndLosesNothing) {
         ASSERT_EQ(writer.open(folder / "a.wav", "WAVE", 1), 0);
         ASSERT_EQ(writer.writeShortsMok_fromArray(1, &sample), 0u);
     }
-    setLogSink(before);
     EXPECT_EQ(lines, "ExtAudioFileWrite FAILED! -38 '\?\?\?\?'\n"
                      "AudioFileCreate FAILED! 1718449215 'fmt?'\n"
                      "AudioFileCreate FAILED! 1954115647 'typ?'\n"

@@ -21,9 +21,10 @@ class LiveBuffer : public testing::Test {
 protected:
     NotificationCenter notifications;
     AudioSession session;
+    Log log;
     RenderCycle cycle;
     Retirement retirement{cycle};
-    WaveForm wave{notifications, session, retirement};
+    WaveForm wave{notifications, session, log, retirement};
 
     /// Writes mono values first, first + 1, ... in one block.
     void writeRamp(int first, int frames) {
@@ -158,7 +159,7 @@ TEST_F(LiveBuffer, IsCutFromTheOldestFrameToTheNewest) {
     constexpr int kSize = 1024;
     const mokWindow flat(16, kWindowRectangular);
     const auto frameAt = [&](int position) {
-        mokGrain grain(wave.liveSample(), &flat, 1024.0f);
+        mokGrain grain(wave.liveSample(), &flat, 1024.0f, 1);
         grain.start();
         grain.setParameters(1.0f, 0.0f, static_cast<double>(position) / kSize, 1e6f);
         float out = 0.0f;

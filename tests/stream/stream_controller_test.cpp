@@ -107,13 +107,20 @@ TEST_F(StreamController, RefusesWhatItHasNoPlaceForAndChangesNothing) {
     EXPECT_EQ(fields(), before);
 }
 
+TEST(StreamSeed, ComesFromTheInstancesClock) {
+    Instance instance;
+    instance.clock.fix(1234567);
+    MOK_SCRUB_GRANULATOR stream(instance);
+    EXPECT_EQ(StreamProbe::seed(stream.engine()), 1234567u);
+}
+
 TEST_F(StreamController, PicksAnEnvelopeAsANewTable) {
     const auto window = [&] { return StreamProbe::window(stream->engine()); };
     const mokWindow* const hanning = window();
     EXPECT_EQ(hanning->data[2048], 1.0f);
     ASSERT_TRUE(stream->pickEnvelope(0));
     EXPECT_NE(window(), hanning);
-    EXPECT_EQ(window()->data[1000], makeEnvelope(0)->data[1000]);
+    EXPECT_EQ(window()->data[1000], makeEnvelope(0, stream.instance.random)->data[1000]);
     for (const std::size_t beyond : {kEnvelopeMenu.size(), ~std::size_t{0}})
         EXPECT_FALSE(stream->pickEnvelope(beyond));
     EXPECT_EQ(stream->waitingObjects(), 0u); // nobody renders: all is freed at once

@@ -15,7 +15,7 @@
 namespace zephyra {
 
 struct FakeController final : AudioUnitController, Modulation {
-    explicit FakeController(Instance& instance) : stream(instance), mapping(instance.runLoop) {}
+    explicit FakeController(Instance& instance) : stream(instance), mapping(instance) {}
 
     MOK_SCRUB_GRANULATOR stream;
     MOK_KNOB dryWet;

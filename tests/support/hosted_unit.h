@@ -3,6 +3,7 @@
 
 #include "hosting/hosted_instance.h"
 #include "hosting/offline_host.h"
+#include "tests/support/heard_instance.h"
 #include "tests/support/test_sounds.h"
 
 #include <gtest/gtest.h>
@@ -11,8 +12,9 @@
 
 namespace zephyra {
 
-struct HostedUnit : HostedInstance {
-    explicit HostedUnit(FourCharCode type) : HostedInstance(type) {
+struct HostedUnit : HeardLog, HostedInstance {
+    explicit HostedUnit(FourCharCode type)
+        : HostedInstance(type, [this](Instance& fresh) { hear(fresh); }) {
         instance.folders.resources = ZEPHYRA_SOURCE_DIR "/resources";
         connect();
     }
