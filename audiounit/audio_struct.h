@@ -1,24 +1,30 @@
 // audio_struct: the audio unit's record of parameter values and render state.
 #pragma once
 
+#include "platform/audio_unit/audio_unit_parameters.h"
 #include "platform/sound/audio_buffer_list.h"
 #include "platform/threads/relaxed.h"
+
+#include <type_traits>
 
 namespace zephyra {
 
 class LFO_WIDGETS_MAPPING;
 
-/// One per audio unit. The values, in linear units, are stored and read on any thread; the render
-/// state is RENDER's own unless said otherwise.
+/// What a field of that unit holds.
+template <AudioUnitParameterUnit unit>
+using ParameterValue = std::conditional_t<unit == AudioUnitParameterUnit::boolean, bool, float>;
+
+/// One per audio unit. The values, a field for each parameter of stream/control_table.inl, in
+/// linear units, are stored and read on any thread; the render state is RENDER's own unless said
+/// otherwise.
 struct audio_struct {
-    Relaxed<float> volumeValue, panValue, drywetValue, widthValue, densityValue, rnd_densityValue,
-        lengthValue, rnd_lenValue, pitchValue, rnd_pitchValue, scanningValue, jitterValue;
-    Relaxed<bool> echoSwitchValue;
-    Relaxed<float> echoDelayLeftValue, echoDelayRightValue, echoGainLeftValue, echoGainRightValue;
-    Relaxed<bool> rmSwitchValue;
-    Relaxed<float> rmFrequencyValue, rmAmountValue;
-    Relaxed<float> scrubValue;
-    Relaxed<bool> playStopValue, freezeValue, liveValue;
+// clang-format off
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) parameter
+#define PARAMETER(unit, field, property, action) Relaxed<ParameterValue<AudioUnitParameterUnit::unit>> field;
+#define NO_PARAMETER
+#include "stream/control_table.inl"
+    // clang-format on
 
     double lastTempoValue = -1.0; ///< host tempo seen last; -1 makes the first one count
     bool lastWasPlaying = false;  ///< the host's transport moved in the cycle before

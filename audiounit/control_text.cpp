@@ -16,10 +16,11 @@ namespace {
 /// All but the envelope, which has an option of its own.
 constexpr std::array<ControlId, kControlCount - 1> kSettable = [] {
     std::array<ControlId, kControlCount - 1> ids{};
-    for (std::size_t i = 0; i < ids.size(); ++i) ids[i] = static_cast<ControlId>(i);
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < kControlCount; ++i)
+        if (const auto id = static_cast<ControlId>(i); id != ControlId::envelope) ids[count++] = id;
     return ids;
 }();
-static_assert(static_cast<std::size_t>(ControlId::envelope) == kControlCount - 1);
 
 constexpr const char* kStreamSuffix = "_0"; // of the one stream, in identifiers
 

@@ -1,4 +1,4 @@
-// ParameterRow: the 24 parameters that hosts see, one row each.
+// ParameterRow: the parameters that hosts see, one row each.
 #pragma once
 
 #include "audiounit/audio_struct.h"
@@ -21,14 +21,13 @@ enum class ParameterBinding {
     control, ///< a knob or toggle, whose range it has
 };
 
-/// Name, range and channel stand in the control's row (controlRange(id)). Everything else about a
-/// parameter stands here, and everybody reads it here: tree, render path, view controller, command
-/// line, tests.
+/// What the table of controls (stream/control_table.inl) says of a parameter besides its name,
+/// range and channel, which are in controlRange(id).
 struct ParameterRow {
     ControlId id; ///< its number is the address
+    ParameterBinding binding;
     AudioUnitParameterUnit unit;
     ParameterField field;
-    ParameterBinding binding;
     /// Name of the action that carries the control's value to the parameter; "_down" and "_up"
     /// follow for touch and release. Empty for none.
     const char* handler;

@@ -228,12 +228,9 @@ private:
     void control() {
         const auto id = static_cast<ControlId>(bytes_.below(kControlCount));
         const float value = bytes_.take<float>();
-        if (id == ControlId::dryWet || id == ControlId::fadeIn || id == ControlId::fadeOut) {
-            MOK_KNOB& knob = id == ControlId::dryWet   ? view_->_inputDryWetKnob
-                             : id == ControlId::fadeIn ? view_->_fadeInTime
-                                                       : view_->_fadeOutTime;
-            knob.setValue(value);
-            knob.sendEventValueChanged();
+        if (MOK_KNOB* const own = view_->ownKnob(id)) {
+            own->setValue(value);
+            own->sendEventValueChanged();
         } else if (bytes_.byte() % 2) {
             view_->_GRANULATOR_STREAM.setDisplayed(id, value);
         } else {

@@ -13,28 +13,16 @@ namespace {
 constexpr const char* kSuffix = "_0";    // of the one stream
 constexpr double kCollectInterval = 0.1; // seconds
 
-template <typename Knob>
-Knob& withRange(Knob& knob, ControlId id, const std::string& suffix) {
-    setUpKnob(knob, controlRange(id), suffix);
-    return knob;
-}
-
 } // namespace
 
 AudioUnitViewController::AudioUnitViewController(Instance& instance)
-    : _GRANULATOR_STREAM(instance, kSuffix),
-      parameters(_GRANULATOR_STREAM.controls, withRange(_inputDryWetKnob, ControlId::dryWet, ""),
-                 kSuffix),
+    : OwnKnobs(instance.notifications, kSuffix), _GRANULATOR_STREAM(instance, kSuffix),
+      parameters(_GRANULATOR_STREAM.controls, _inputDryWetKnob, kSuffix),
       sampleLoader(instance, _GRANULATOR_STREAM), liveExport(instance, _GRANULATOR_STREAM),
       surfaces(_GRANULATOR_STREAM), scrubWidgets(instance.runLoop),
       assignments(instance, assignable), midiManager(instance, assignments), tiltWidgets(instance),
       _lfoSwitch("LFOSwitch", true), chosenSample(instance.folders, sampleLoader),
       presets(instance, &snapshotSource), samples(instance, &chosenSample), instance_(instance) {
-    withRange(_fadeInTime, ControlId::fadeIn, kSuffix);
-    withRange(_fadeOutTime, ControlId::fadeOut, kSuffix);
-    for (MOK_KNOB* knob : {&_inputDryWetKnob, static_cast<MOK_KNOB*>(&_fadeInTime),
-                           static_cast<MOK_KNOB*>(&_fadeOutTime)})
-        knob->observeInteractionStyle(instance_.notifications);
     _GRANULATOR_STREAM.setSettings(this);
     addOwnTargets();
     wireModulation();
@@ -57,6 +45,11 @@ AudioUnitViewController::~AudioUnitViewController() {
     instance_.notifications.removeObserver(refreshNotice_);
     _GRANULATOR_STREAM.scrubArea.removeListener(&scrubWidgets);
     _GRANULATOR_STREAM.setSettings(nullptr);
+}
+
+Control* AudioUnitViewController::control(ControlId id) {
+    if (MOK_KNOB* const own = ownKnob(id)) return own;
+    return _GRANULATOR_STREAM.control(id);
 }
 
 void AudioUnitViewController::addOwnTargets() {

@@ -10,6 +10,7 @@
 #include "main_view/assignable_controls.h"
 #include "main_view/chosen_sample.h"
 #include "main_view/host_parameters.h"
+#include "main_view/own_knobs.h"
 #include "main_view/performance_surfaces.h"
 #include "main_view/snapshot_source.h"
 #include "modulation/accelerometer_widgets.h"
@@ -37,7 +38,9 @@ namespace zephyra {
 /// Creates the stream with its controls, the parameters, the settings; draws nothing. Everything is
 /// MAIN unless said otherwise. Made and destroyed MAIN and OFF; destroying disconnects from the
 /// audio unit.
-class AudioUnitViewController final : public AudioUnitController, public StreamSettings {
+class AudioUnitViewController final : public AudioUnitController,
+                                      public StreamSettings,
+                                      public OwnKnobs {
 public:
     /// instance must outlive this. Throws std::bad_alloc.
     explicit AudioUnitViewController(Instance& instance);
@@ -49,8 +52,6 @@ public:
     MyAudioUnit* audioUnit() const { return audioUnit_; }
 
     MOK_SCRUB_GRANULATOR _GRANULATOR_STREAM;
-    MOK_KNOB _inputDryWetKnob;             ///< percent: 0 dry, 50 both, 100 wet
-    MokKnobTime _fadeInTime, _fadeOutTime; ///< seconds
     HostParameters parameters;
     SampleLoader sampleLoader;
     LiveExport liveExport;
@@ -67,6 +68,9 @@ public:
     ChosenSample chosenSample;            ///< from samples
     QuickPresetsManager presets;          ///< the store; MIDI chooses in it as well
     QuickSampleManager samples;
+
+    /// What a hand moves for id, its own knob or something of the stream's; null for the envelope.
+    Control* control(ControlId id);
 
     /// A MIDI message of the host, besides what the audio unit makes of its notes.
     void receiveMidi(const MidiMessage& message);

@@ -8,20 +8,14 @@ namespace {
 
 using Member = std::shared_ptr<AUParameter> HostParameters::*;
 
+// clang-format off
 constexpr std::array<Member, kParameterCount> kMembers = {
-    &HostParameters::_scrubParameter,          &HostParameters::_volume_Parameter,
-    &HostParameters::_pan_Parameter,           &HostParameters::_drywetParameter,
-    &HostParameters::_width_Parameter,         &HostParameters::_density_Parameter,
-    &HostParameters::_rnd_density_Parameter,   &HostParameters::_length_Parameter,
-    &HostParameters::_rnd_len_Parameter,       &HostParameters::_pitch_Parameter,
-    &HostParameters::_rnd_pitch_Parameter,     &HostParameters::_scanning_Parameter,
-    &HostParameters::_jitter_Parameter,        &HostParameters::_echoSwitch_Parameter,
-    &HostParameters::_echoDelayLeft_Parameter, &HostParameters::_echoDelayRight_Parameter,
-    &HostParameters::_echoGainLeft_Parameter,  &HostParameters::_echoGainRight_Parameter,
-    &HostParameters::_rmSwitch_Parameter,      &HostParameters::_rmFrequency_Parameter,
-    &HostParameters::_rmAmount_Parameter,      &HostParameters::_playStop_Parameter,
-    &HostParameters::_freezeToggle_Parameter,  &HostParameters::_enableLIVE_Parameter,
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) parameter
+#define PARAMETER(unit, field, property, action) &HostParameters::property,
+#define NO_PARAMETER
+#include "stream/control_table.inl"
 };
+// clang-format on
 
 std::shared_ptr<AUParameter> parameterFor(const ParameterRow& row, const Control* control,
                                           const std::string& suffix) {
@@ -48,8 +42,7 @@ HostParameters::HostParameters(StreamControls& controls, MOK_KNOB& dryWet,
 Control* boundControl(const ParameterRow& row, StreamControls& controls, MOK_KNOB& dryWet) {
     if (row.binding == ParameterBinding::none) return nullptr;
     if (row.id == ControlId::dryWet) return &dryWet;
-    if (MOK_KNOB* knob = controls.knob(row.id)) return knob;
-    return controls.toggle(row.id);
+    return controls.control(row.id);
 }
 
 std::uint32_t getFlags(const Control* control) {

@@ -1,4 +1,4 @@
-// HostParameters: the 24 parameters as the view controller keeps them.
+// HostParameters: the parameters as the view controller keeps them.
 #pragma once
 
 #include "audiounit/parameter_table.h"
@@ -12,18 +12,18 @@
 
 namespace zephyra {
 
-/// Made once from the controls; the ranges are those of that moment. MAIN.
+/// One property for each parameter of stream/control_table.inl, under its name there. Made once
+/// from the controls; the ranges are those of that moment. MAIN.
 struct HostParameters {
     /// dryWet is the input dry/wet knob, the one bound control that is not the stream's.
     HostParameters(StreamControls& controls, MOK_KNOB& dryWet, const std::string& suffix);
 
-    std::shared_ptr<AUParameter> _scrubParameter, _volume_Parameter, _pan_Parameter,
-        _drywetParameter, _width_Parameter, _density_Parameter, _rnd_density_Parameter,
-        _length_Parameter, _rnd_len_Parameter, _pitch_Parameter, _rnd_pitch_Parameter,
-        _scanning_Parameter, _jitter_Parameter, _echoSwitch_Parameter, _echoDelayLeft_Parameter,
-        _echoDelayRight_Parameter, _echoGainLeft_Parameter, _echoGainRight_Parameter,
-        _rmSwitch_Parameter, _rmFrequency_Parameter, _rmAmount_Parameter, _playStop_Parameter,
-        _freezeToggle_Parameter, _enableLIVE_Parameter;
+// clang-format off
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) parameter
+#define PARAMETER(unit, field, property, action) std::shared_ptr<AUParameter> property;
+#define NO_PARAMETER
+#include "stream/control_table.inl"
+    // clang-format on
 
     /// All of them in address order.
     std::vector<std::shared_ptr<AUParameter>> _paramChildrens;

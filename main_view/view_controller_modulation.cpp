@@ -3,51 +3,69 @@
 #include "main_view/audio_unit_view_controller.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <iterator>
 #include <set>
+#include <utility>
 
 namespace zephyra {
 
 namespace {
 
-using enum ControlId;
-
-// The table's colour groups.
-constexpr int kTransport = 0, kScan = 1, kLevel = 2, kGrains = 3, kPitch = 4, kEcho = 5, kRing = 6;
+using enum ControlGroup;
 
 constexpr float kBendSemitones = 2.0f; // either way
 
-struct ListedControl {
-    ControlId id;
-    int color;
+using View = AudioUnitViewController;
+
+StreamControls& controlsOf(View& view) {
+    return view._GRANULATOR_STREAM.controls;
+}
+
+/// What modulation may move besides the controls of the table, each in its place among them.
+struct OtherControl {
+    int place;
+    const char* name;
+    ControlGroup group;
+    Control& (*of)(View&);
 };
 
-constexpr ListedControl kListedControls[] = {{scanning, kScan},
-                                             {jittering, kScan},
-                                             {density, kGrains},
-                                             {rndDensity, kGrains},
-                                             {length, kGrains},
-                                             {rndLength, kGrains},
-                                             {pitch, kPitch},
-                                             {rndPitch, kPitch},
-                                             {amplitude, kLevel},
-                                             {pan, kLevel},
-                                             {width, kLevel},
-                                             {normalize, kLevel},
-                                             {echoSwitch, kEcho},
-                                             {leftDelay, kEcho},
-                                             {rightDelay, kEcho},
-                                             {leftGain, kEcho},
-                                             {rightGain, kEcho},
-                                             {echoSync, kEcho},
-                                             {leftSubdivision, kEcho},
-                                             {rightSubdivision, kEcho},
-                                             {ringModulationSwitch, kRing},
-                                             {ringModulationFrequency, kRing},
-                                             {ringModulationAmount, kRing},
-                                             {scanSync, kTransport},
-                                             {measures, kTransport},
-                                             {quarters, kTransport}};
+constexpr OtherControl kOtherControls[] = {
+    {31, "Rewind", transport, [](View& v) -> Control& { return controlsOf(v)._rewind; }},
+    {34, "Clear LIVE", transport, [](View& v) -> Control& { return controlsOf(v).liveClear; }},
+    {35, "Keyboard Pitch", pitch,
+     [](View& v) -> Control& { return controlsOf(v)._keyboardButton; }},
+    {36, "Scrub Record", scan, [](View& v) -> Control& { return controlsOf(v).scrubRec; }},
+    {37, "Scrub Play", scan, [](View& v) -> Control& { return controlsOf(v).scrubPlay; }},
+    {38, "Scrub Rewind", scan, [](View& v) -> Control& { return controlsOf(v).scrubRewind; }},
+    {39, "Keyboard", pitch, [](View& v) -> Control& { return v.surfaces._keyboard; }},
+    {40, "Pad", pitch, [](View& v) -> Control& { return v.surfaces._pad; }},
+};
+
+// clang-format off
+constexpr int kTablePlaces[] = {
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) moved
+#define MOVED(group, place) place,
+#define NOT_MOVED
+#include "stream/control_table.inl"
+};
+// clang-format on
+
+constexpr std::size_t kMovedCount = std::size(kTablePlaces) + std::size(kOtherControls);
+
+static_assert(
+    [] {
+        std::array<bool, kMovedCount> taken{};
+        const auto take = [&taken](int place) {
+            const auto at = static_cast<std::size_t>(place);
+            return place >= 0 && at < taken.size() && !std::exchange(taken[at], true);
+        };
+        return std::all_of(std::begin(kTablePlaces), std::end(kTablePlaces), take) &&
+               std::all_of(std::begin(kOtherControls), std::end(kOtherControls),
+                           [&take](const OtherControl& other) { return take(other.place); });
+    }(),
+    "each place from 0 on is one control's: a new one takes the next number");
 
 using Names = std::set<std::string, std::less<>>;
 
@@ -76,26 +94,15 @@ void addUnnamed(PropertyArray& saved, const PropertyArray& own, const Names& nam
 } // namespace
 
 void AudioUnitViewController::listAssignableControls() {
-    StreamControls& controls = _GRANULATOR_STREAM.controls;
-    assignable.add(_GRANULATOR_STREAM.scrubArea, controlRange(scrubbingWave).name, kScan);
-    for (const auto& [id, color] : kListedControls) {
-        Control* const knob = controls.knob(id);
-        assignable.add(knob ? *knob : *controls.toggle(id), controlRange(id).name, color);
-    }
-    assignable.add(_inputDryWetKnob, controlRange(dryWet).name, kLevel);
-    assignable.add(_fadeInTime, controlRange(fadeIn).name, kTransport);
-    assignable.add(_fadeOutTime, controlRange(fadeOut).name, kTransport);
-    assignable.add(controls._playToggle, controlRange(playStop).name, kTransport);
-    assignable.add(controls._rewind, "Rewind", kTransport);
-    assignable.add(controls._freeze, controlRange(freeze).name, kTransport);
-    assignable.add(controls._enableLIVE, controlRange(live).name, kTransport);
-    assignable.add(controls.liveClear, "Clear LIVE", kTransport);
-    assignable.add(controls._keyboardButton, "Keyboard Pitch", kPitch);
-    assignable.add(controls.scrubRec, "Scrub Record", kScan);
-    assignable.add(controls.scrubPlay, "Scrub Play", kScan);
-    assignable.add(controls.scrubRewind, "Scrub Rewind", kScan);
-    assignable.add(surfaces._keyboard, "Keyboard", kPitch);
-    assignable.add(surfaces._pad, "Pad", kPitch);
+    std::array<AssignableControl, kMovedCount> list;
+    const auto put = [&list](int place, Control& control, const char* name, ControlGroup group) {
+        list[static_cast<std::size_t>(place)] = {&control, name, static_cast<int>(group)};
+    };
+    for (const ControlRange& range : controlRanges())
+        if (range.place != kNotMoved) put(range.place, *control(range.id), range.name, range.group);
+    for (const OtherControl& other : kOtherControls)
+        put(other.place, other.of(*this), other.name, other.group);
+    for (const AssignableControl& one : list) assignable.add(*one.control, one.name, one.color);
     assignable.addScrubReference(scrubWidgets);
 }
 

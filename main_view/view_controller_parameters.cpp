@@ -106,9 +106,9 @@ void AudioUnitViewController::parameterMoved(AUParameterAddress address, AUValue
     const auto id = static_cast<ControlId>(address);
     known(id) = moved;
     movingFromHost_ = true;
-    if (id == ControlId::dryWet) {
-        _inputDryWetKnob.setValue(moved);
-        _inputDryWetKnob.sendEventValueChanged();
+    if (MOK_KNOB* const own = ownKnob(id)) {
+        own->setValue(moved);
+        own->sendEventValueChanged();
     } else {
         _GRANULATOR_STREAM.setLinear(id, moved);
     }

@@ -7,15 +7,11 @@
 #include "stream/warning.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace zephyra {
 
 namespace {
-
-template <typename Knob>
-using OwnKnobs = std::array<Knob*, 3>;
 
 constexpr const char* kPreset = "Preset";
 constexpr const char* kNone = QuickPresetsManager::kNone;
@@ -35,9 +31,9 @@ PropertyDictionary selectionState(const QuickPresetsManager& presets) {
 PropertyDictionary AudioUnitViewController::stateFor(StateUse use) {
     PropertyDictionary state = unknownState_;
     saveStreamState(_GRANULATOR_STREAM, state, use);
-    for (const MOK_KNOB* knob :
-         OwnKnobs<const MOK_KNOB>{&_inputDryWetKnob, &_fadeInTime, &_fadeOutTime})
-        state.insert_or_assign(knob->channel, knob->value());
+    for (const ControlRange& range : controlRanges())
+        if (const MOK_KNOB* const knob = ownKnob(range.id))
+            state.insert_or_assign(knob->channel, knob->value());
     saveModulation(state);
     return state;
 }
@@ -67,7 +63,9 @@ void AudioUnitViewController::restoreState(PropertyDictionary state) {
 void AudioUnitViewController::restoreStateProc(const PropertyDictionary& state) {
     PropertyReader reader(state);
     restoreStreamState(_GRANULATOR_STREAM, sampleLoader, reader);
-    for (MOK_KNOB* knob : OwnKnobs<MOK_KNOB>{&_inputDryWetKnob, &_fadeInTime, &_fadeOutTime}) {
+    for (const ControlRange& range : controlRanges()) {
+        MOK_KNOB* const knob = ownKnob(range.id);
+        if (!knob) continue;
         const auto value = reader.real(knob->channel);
         if (!value || knob->skipFromPreset) continue;
         const double held = std::clamp(*value, double{knob->minimumValue()},

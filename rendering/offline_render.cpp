@@ -56,16 +56,12 @@ OfflineRender::~OfflineRender() {
 }
 
 Result<void> OfflineRender::apply(const ControlSetting& setting) {
-    const auto setKnob = [&setting](MOK_KNOB& knob) {
-        knob.setDisplayedValue(setting.value);
-        knob.sendEventValueChanged();
-        return true;
-    };
-    const bool taken = setting.control == ControlId::dryWet ? setKnob(controller_._inputDryWetKnob)
-                       : setting.control == ControlId::fadeIn ? setKnob(controller_._fadeInTime)
-                       : setting.control == ControlId::fadeOut
-                           ? setKnob(controller_._fadeOutTime)
-                           : stream().setDisplayed(setting.control, setting.value);
+    MOK_KNOB* const own = controller_.ownKnob(setting.control);
+    if (own) {
+        own->setDisplayedValue(setting.value);
+        own->sendEventValueChanged();
+    }
+    const bool taken = own || stream().setDisplayed(setting.control, setting.value);
     if (taken) return {};
     return Failure{"the stream does not take " + settingText(setting) + "; memory may be short"};
 }
@@ -226,14 +222,11 @@ void OfflineRender::completeRegion() {
 }
 
 void OfflineRender::completePlan() {
-    for (const ControlRange& range : controlRanges())
-        plan_.initial[static_cast<std::size_t>(range.id)] = stream().displayed(range.id);
-    const auto keep = [this](ControlId id, const MOK_KNOB& knob) {
-        plan_.initial[static_cast<std::size_t>(id)] = knob.displayedValue();
-    };
-    keep(ControlId::dryWet, controller_._inputDryWetKnob);
-    keep(ControlId::fadeIn, controller_._fadeInTime);
-    keep(ControlId::fadeOut, controller_._fadeOutTime);
+    for (const ControlRange& range : controlRanges()) {
+        const MOK_KNOB* const own = controller_.ownKnob(range.id);
+        plan_.initial[static_cast<std::size_t>(range.id)] =
+            own ? own->displayedValue() : stream().displayed(range.id);
+    }
     plan_.use = stream().isLive() ? SourceUse::live : SourceUse::loaded;
     completeRegion();
     plan_.swept = motion_.sweptControls();

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <string_view>
 
 namespace zephyra {
 
@@ -17,56 +18,53 @@ using enum ControlCurve;
 using enum ControlKind;
 
 constexpr float kLastEnvelope = static_cast<float>(kEnvelopeMenu.size() - 1);
+constexpr float kStartEnvelope = static_cast<float>(kDefaultEnvelope);
 constexpr float kLastSubdivision = static_cast<float>(kNoteValues.size() - 1);
 
 // clang-format off
 constexpr std::array<ControlRange, kControlCount> kRanges = {{
-    // id                      name                         min     max      default  curve, stepness    unit         kind        channel
-    {scrubbingWave,           "Scrubbing Wave",            0.0f,    1.0f,     0.0f,   linear, 1.0f,      "",          continuous, ""},
-    {amplitude,               "Amplitude",                 0.0f,    1.0f,     0.5f,   linear, 1.0f,      "",          continuous, "Volume"},
-    {pan,                     "Pan",                      -1.0f,    1.0f,     0.0f,   linear, 1.0f,      "",          continuous, "Pan"},
-    {dryWet,                  "Dry/Wet",                   0.0f,  100.0f,    50.0f,   linear, 1.0f,      "%",         continuous, "InputDryWet"},
-    {width,                   "Width",                     0.0f,    1.0f,     0.25f,  linear, 1.0f,      "",          continuous, "Width"},
-    {density,                 "Density",                   0.5f,  400.0f,    50.0f,   exponential, 3.0f, "Hz",        continuous, "Density"},
-    {rndDensity,              "Rnd Density",               0.0f,    1.0f,     0.5f,   linear, 1.0f,      "",          continuous, "Rnd_Density"},
-    {length,                  "Length",                    5.0f, 2000.0f,    85.0f,   exponential, 3.0f, "ms",        continuous, "Length"},
-    {rndLength,               "Rnd Length",                0.0f,    1.0f,     0.5f,   linear, 1.0f,      "",          continuous, "Rnd_Length"},
-    {pitch,                   "Pitch",                   -24.0f,   24.0f,     0.0f,   linear, 1.0f,      "semitones", continuous, "Pitch"},
-    {rndPitch,                "Rnd Pitch",                 0.0f,   24.0f,     0.0f,   linear, 1.0f,      "semitones", continuous, "Rnd_Pitch"},
-    {scanning,                "Scanning",                 -4.0f,    4.0f,     1.0f,   linear, 1.0f,      "x",         continuous, "Scanning"},
-    {jittering,               "Jittering",                 0.0f, 1000.0f,     5.0f,   exponential, 4.0f, "ms",        continuous, "Jittering"},
-    {echoSwitch,              "Echo Switch",               0.0f,    1.0f,     0.0f,   linear, 1.0f,      "",          switching,  "EchoSwitch"},
-    {leftDelay,               "Left Delay",                0.001f,  4.5f,     0.3f,   linear, 1.0f,      "s",         continuous, "EchoLeftDelay"},
-    {rightDelay,              "Right Delay",               0.001f,  4.5f,     0.25f,  linear, 1.0f,      "s",         continuous, "EchoRightDelay"},
-    {leftGain,                "Left Gain",                 0.0f,    0.98f,    0.341f, linear, 1.0f,      "",          continuous, "EchoLeftGain"},
-    {rightGain,               "Right Gain",                0.0f,    0.98f,    0.231f, linear, 1.0f,      "",          continuous, "EchoRightGain"},
-    {ringModulationSwitch,    "Ring Modulation Switch",    0.0f,    1.0f,     0.0f,   linear, 1.0f,      "",          switching,  "RMSwitch"},
-    {ringModulationFrequency, "Ring Modulation Frequency", 0.1f, 8000.0f,   220.0f,   exponential, 4.0f, "Hz",        continuous, "RMFrequency"},
-    {ringModulationAmount,    "Ring Modulation Amount",    0.0f,    1.0f,     0.5f,   linear, 1.0f,      "",          continuous, "RMAmount"},
-    {playStop,                "Play Stop",                 0.0f,    1.0f,     0.0f,   linear, 1.0f,      "",          switching,  ""},
-    {freeze,                  "Freeze",                    0.0f,    1.0f,     0.0f,   linear, 1.0f,      "",          switching,  "Freeze"},
-    {live,                    "LIVE",                      0.0f,    1.0f,     0.0f,   linear, 1.0f,      "",          switching,  "LIVE"},
-    {normalize,               "Normalize",                 0.0f,    1.0f,     1.0f,   linear, 1.0f,      "",          continuous, "Normalize"},
-    {scanSync,                "Scan Sync",                 0.0f,    1.0f,     0.0f,   linear, 1.0f,      "",          switching,  "ScanSync"},
-    {measures,                "measures",                  1.0f,   64.0f,     1.0f,   linear, 1.0f,      "",          whole,      "Mesures Sample"},
-    {quarters,                "quarters",                  0.0f,   16.0f,     4.0f,   linear, 1.0f,      "",          whole,      "Mesures Quarter"},
-    {echoSync,                "Echo Sync",                 0.0f,    1.0f,     0.0f,   linear, 1.0f,      "",          switching,  "DelaySync"},
-    {leftSubdivision,         "Subdiv Left",  0.0f, kLastSubdivision,         7.0f,   linear, 1.0f,      "",          choice,     "DelaySubLeft"},
-    {rightSubdivision,        "Subdiv Right", 0.0f, kLastSubdivision,         7.0f,   linear, 1.0f,      "",          choice,     "DelaySubRight"},
-    {fadeIn,                  "fade in",                   0.0f,   10.0f,     0.05f,  linear, 1.0f,      "s",         continuous, "FadeInTime"},
-    {fadeOut,                 "fade out",                  0.0f,   10.0f,     0.25f,  linear, 1.0f,      "s",         continuous, "FadeOutTime"},
-    {envelope,                "envelope",                  0.0f, kLastEnvelope,
-     static_cast<float>(kDefaultEnvelope),                                            linear, 1.0f,      "",          choice,     "Envelope"},
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) \
+    {ControlId::id, name, values, saved, moved},
+#define RANGE(minimum, maximum, value, unit) minimum, maximum, value, linear, 1.0f, unit, continuous
+#define CURVE(minimum, maximum, value, unit, stepness) minimum, maximum, value, exponential, stepness, unit, continuous
+#define COUNT(minimum, maximum, value) minimum, maximum, value, linear, 1.0f, "", whole
+#define SWITCH(value) 0.0f, 1.0f, value, linear, 1.0f, "", switching
+#define CHOICE(last, value) 0.0f, last, value, linear, 1.0f, "", choice
+#define KEPT(channel) channel, true
+#define ELSEWHERE(channel) channel, false
+#define NOT_KEPT "", false
+#define MOVED(group, place) ControlGroup::group, place
+#define NOT_MOVED ControlGroup::transport, kNotMoved
+#include "stream/control_table.inl"
 }};
+
+constexpr std::array<bool, kControlCount> kIsParameter = {
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) parameter,
+#define PARAMETER(unit, field, property, action) true
+#define NO_PARAMETER false
+#include "stream/control_table.inl"
+};
 // clang-format on
 
-static_assert(
-    [] {
-        for (std::size_t i = 0; i < kRanges.size(); ++i)
-            if (static_cast<std::size_t>(kRanges[i].id) != i) return false;
-        return true;
-    }(),
-    "the table is in the order of ControlId");
+static_assert(std::is_partitioned(kIsParameter.begin(), kIsParameter.end(),
+                                  [](bool is) { return is; }),
+              "the rows with a parameter come first: their places are addresses");
+
+static_assert(std::all_of(kRanges.begin(), kRanges.end(),
+                          [](const ControlRange& one) {
+                              return one.minimum < one.maximum && one.minimum <= one.defaultValue &&
+                                     one.defaultValue <= one.maximum;
+                          }),
+              "a default lies inside its range");
+
+constexpr bool channelsDiffer() {
+    for (const ControlRange& one : kRanges)
+        for (const ControlRange& other : kRanges)
+            if (one.id < other.id && *one.channel && std::string_view(one.channel) == other.channel)
+                return false;
+    return true;
+}
+static_assert(channelsDiffer(), "two controls would share a key of the state");
 
 } // namespace
 
@@ -76,6 +74,10 @@ std::span<const ControlRange, kControlCount> controlRanges() noexcept {
 
 const ControlRange& controlRange(ControlId id) noexcept {
     return kRanges[static_cast<std::size_t>(id)];
+}
+
+std::string controlChannel(const ControlRange& range, const std::string& suffix) {
+    return range.id == dryWet ? range.channel : range.channel + suffix;
 }
 
 bool acceptsValue(const ControlRange& range, float displayed) noexcept {

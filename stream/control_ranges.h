@@ -4,50 +4,30 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 
 namespace zephyra {
 
+// clang-format off
 /// The controls in the order of their table. The first kParameterCount are the host's parameters,
 /// and their numbers the addresses that hosts save automation under.
 enum class ControlId : std::uint8_t {
-    scrubbingWave,
-    amplitude,
-    pan,
-    dryWet,
-    width,
-    density,
-    rndDensity,
-    length,
-    rndLength,
-    pitch,
-    rndPitch,
-    scanning,
-    jittering,
-    echoSwitch,
-    leftDelay,
-    rightDelay,
-    leftGain,
-    rightGain,
-    ringModulationSwitch,
-    ringModulationFrequency,
-    ringModulationAmount,
-    playStop,
-    freeze,
-    live,
-    normalize,
-    scanSync,
-    measures,
-    quarters,
-    echoSync,
-    leftSubdivision,
-    rightSubdivision,
-    fadeIn,
-    fadeOut,
-    envelope,
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) id,
+#include "stream/control_table.inl"
 };
 
-inline constexpr std::size_t kControlCount = static_cast<std::size_t>(ControlId::envelope) + 1;
-inline constexpr std::size_t kParameterCount = static_cast<std::size_t>(ControlId::live) + 1;
+inline constexpr std::size_t kControlCount = 0
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) + 1
+#include "stream/control_table.inl"
+    ;
+
+inline constexpr std::size_t kParameterCount = 0
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) parameter
+#define PARAMETER(unit, field, property, action) + 1
+#define NO_PARAMETER
+#include "stream/control_table.inl"
+    ;
+// clang-format on
 
 /// How the linear value that a control holds becomes the displayed one.
 enum class ControlCurve : std::uint8_t {
@@ -63,20 +43,29 @@ enum class ControlKind : std::uint8_t {
     choice,    ///< a position in a list of names, from 0
 };
 
-/// One control. All values are displayed ones: those that people read and type.
+/// What modulation shows in one colour; the numbers are those of ControlManagerDataSource.
+enum class ControlGroup : std::uint8_t { transport, scan, level, grains, pitch, echo, ring };
+
+inline constexpr int kNotMoved = -1; ///< the place of what modulation cannot move
+
+/// The row of one control, as far as any folder needs it. All values are displayed ones: those that
+/// people read and type.
 struct ControlRange {
     ControlId id;
     const char* name;
     float minimum;
     float maximum;
     float defaultValue;
-    ControlCurve curve = ControlCurve::linear;
-    float stepness = 1.0f; ///< exponent of the curve; 1 for a linear one
-    const char* unit = ""; ///< "Hz", "ms", ...; empty where there is none
-    ControlKind kind = ControlKind::continuous;
+    ControlCurve curve;
+    float stepness;   ///< exponent of the curve; 1 for a linear one
+    const char* unit; ///< "Hz", "ms", ...; empty where there is none
+    ControlKind kind;
     /// What the control's channel begins with; the stream's channel suffix follows. The key that
     /// states are saved under and the start of host identifiers; empty where no control holds it.
-    const char* channel = "";
+    const char* channel;
+    bool kept; ///< by the stream's state under its channel: a switch as a Boolean, else linear
+    ControlGroup group;
+    int place; ///< among what modulation moves, from 0; kNotMoved
 };
 
 /// The table, one entry per ControlId in its order. Any thread.
@@ -84,6 +73,10 @@ std::span<const ControlRange, kControlCount> controlRanges() noexcept;
 
 /// The entry of id. Any thread.
 const ControlRange& controlRange(ControlId id) noexcept;
+
+/// The channel of the control in the stream that suffix stands for. Dry/Wet is the whole unit's: it
+/// has no suffix. Any thread but RENDER.
+std::string controlChannel(const ControlRange& range, const std::string& suffix);
 
 /// Whether displayed is finite, inside the range (both ends belong to it), and whole where it must
 /// be. Any thread.

@@ -16,12 +16,24 @@ constexpr float kEngineRate = 44100.0f; // Hz, until prepare()
 
 using Handler = void (MOK_SCRUB_GRANULATOR::*)(Control*);
 
-/// One control's way to its handler, under the handler's message name.
+/// One control's way to its handler.
 struct Wire {
-    Control& control;
     const char* message;
-    Handler handler;
+    Handler handler; ///< null for none
+    ControlEvents events;
+    bool atOnce; ///< what the control shows is what sounds
 };
+
+// clang-format off
+constexpr Wire kWires[] = {
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) handler,
+#define HANDS_OVER(handler) {#handler ":", &MOK_SCRUB_GRANULATOR::handler, control_event::valueChanged, true}
+#define RUNS(handler) {#handler ":", &MOK_SCRUB_GRANULATOR::handler, control_event::valueChanged, false}
+#define PRESSED(handler, message) {message, &MOK_SCRUB_GRANULATOR::handler, control_event::touchUpInside, false}
+#define NO_HANDLER {}
+#include "stream/control_table.inl"
+};
+// clang-format on
 
 } // namespace
 
@@ -44,55 +56,24 @@ MOK_SCRUB_GRANULATOR::~MOK_SCRUB_GRANULATOR() {
 }
 
 void MOK_SCRUB_GRANULATOR::addTargets() {
-    using Self = MOK_SCRUB_GRANULATOR;
-    StreamControls& c = controls;
-    const Wire values[] = {
-        {c._volume, "ui_setAmplitude:", &Self::ui_setAmplitude},
-        {c._width, "ui_setWidth:", &Self::ui_setWidth},
-        {c._pan, "ui_setPan:", &Self::ui_setPan},
-        {c._density, "ui_setDensity:", &Self::ui_setDensity},
-        {c._length, "ui_setLength:", &Self::ui_setLength},
-        {c._jitter, "ui_setJittering:", &Self::ui_setJittering},
-        {c._pitch, "ui_setPitch:", &Self::ui_setPitch},
-        {c._rnd_density, "ui_setRndDensity:", &Self::ui_setRndDensity},
-        {c._rnd_len, "ui_setRndLength:", &Self::ui_setRndLength},
-        {c._rnd_pitch, "ui_setRndPitch:", &Self::ui_setRndPitch},
-        {c._scanning, "ui_setSpeed:", &Self::ui_setSpeed},
-        {c.sampler_mesure, "ui_setSpeed:", &Self::ui_setSpeed},
-        {c.sampler_quarter, "ui_setSpeed:", &Self::ui_setSpeed},
-        {c._echoDelayLeft, "setEchoDelayLeft:", &Self::setEchoDelayLeft},
-        {c._echoDelayRight, "setEchoDelayRight:", &Self::setEchoDelayRight},
-        {c.delay_subdivisionLeft, "setEchoDelayLeft:", &Self::setEchoDelayLeft},
-        {c.delay_subdivisionRight, "setEchoDelayRight:", &Self::setEchoDelayRight},
-        {c._echoGainLeft, "setEchoGainLeft:", &Self::setEchoGainLeft},
-        {c._echoGainRight, "setEchoGainRight:", &Self::setEchoGainRight},
-        {c._rmFrequency, "setRmFrequency:", &Self::setRmFrequency},
-        {c._rmAmount, "setRmAmount:", &Self::setRmAmount},
-        {c._echoSwitch, "enableEcho:", &Self::enableEcho},
-        {c._rmSwitch, "enableRM:", &Self::enableRM},
-    };
-    for (const auto& [control, message, handler] : values) {
-        addTarget(control, message, control_event::valueChanged, handler);
-        (this->*handler)(&control); // what the control shows is what sounds
-    }
-    addSwitchTargets();
-    for (const ControlRange& range : controlRanges())
-        if (MOK_KNOB* const knob = c.knob(range.id))
+    for (const ControlRange& range : controlRanges()) {
+        if (MOK_KNOB* const knob = controls.knob(range.id))
             knob->observeInteractionStyle(instance_.notifications);
+        const Wire& wire = kWires[static_cast<std::size_t>(range.id)];
+        Control* const control = controls.control(range.id);
+        if (!control || !wire.handler) continue;
+        addTarget(*control, wire.message, wire.events, wire.handler);
+        if (wire.atOnce) (this->*wire.handler)(control);
+    }
+    addButtonTargets();
 }
 
-/// Those whose handlers do more than hand a value over: they run when somebody moves the control.
-void MOK_SCRUB_GRANULATOR::addSwitchTargets() {
+/// Those of the buttons that the table does not hold, because they have no value.
+void MOK_SCRUB_GRANULATOR::addButtonTargets() {
     using Self = MOK_SCRUB_GRANULATOR;
-    using namespace control_event;
+    using control_event::touchUpInside;
     StreamControls& c = controls;
-    addTarget(c.syncDelay, "enableDelaySync:", valueChanged, &Self::enableDelaySync);
-    addTarget(c.syncSampler, "enableSamplerSync:", valueChanged, &Self::enableSamplerSync);
-    addTarget(c._normalizeGain, "ui_normalizeBuffer:", valueChanged, &Self::ui_normalizeBuffer);
-    addTarget(c._playToggle, "ui_playStop:", touchUpInside, &Self::ui_playStop);
     addTarget(c._rewind, "ui_rewind:", touchUpInside, &Self::ui_rewind);
-    addTarget(c._freeze, "ui_freeze:", touchUpInside, &Self::ui_freeze);
-    addTarget(c._enableLIVE, "ui_enableLiveInput", touchUpInside, &Self::ui_enableLiveInput);
     addTarget(c.liveClear, "ui_liveClear:", touchUpInside, &Self::ui_liveClear);
     scrubRecorder.addTargets();
     c._keyboardButton.addTarget(this, "ui_setPitchToKeyboard:", touchUpInside,

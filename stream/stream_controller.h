@@ -141,6 +141,10 @@ public:
     float displayed(ControlId id) const;
     float linear(ControlId id) const;
 
+    /// What a hand moves for id: its control, or the picture of the sound for the scrubbing wave;
+    /// null for an id that a stream does not have, and for the envelope.
+    Control* control(ControlId id);
+
     // --- Scan position, region, envelope, seed: stream_scan.cpp ---
 
     /// The engine's scan position, a fraction of the sound.
@@ -261,7 +265,7 @@ private:
     void addTargets();
     void addTarget(Control& control, const char* message, ControlEvents events,
                    void (MOK_SCRUB_GRANULATOR::*handler)(Control*));
-    void addSwitchTargets();
+    void addButtonTargets();
     void showPlaying();
     void setArmed(bool armed);
     void dropArmed();
@@ -278,7 +282,6 @@ private:
     void playFile();
     bool buttonShows(ControlId id) const;
     bool switchButton(ControlId id, bool on);
-    void pressButton(ControlId id);
     double echoSeconds(const MOK_KNOB& delay, const MokKnobEnum& subdivision) const;
 
     Instance& instance_;

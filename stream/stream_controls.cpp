@@ -2,7 +2,9 @@
 
 #include "controls/note_values.h"
 
+#include <initializer_list>
 #include <optional>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -10,37 +12,77 @@ namespace zephyra {
 
 namespace {
 
-using enum ControlId;
-
 constexpr float kDisabledAlpha = 0.3f;
 
-std::string channelOf(ControlId id, const std::string& suffix) {
-    return controlRange(id).channel + suffix;
+/// What values need of whoever holds them.
+enum class Form { linear, curved, named, switched };
+
+struct Holder {
+    bool ofStream;
+    std::optional<Form> form; ///< none: no control
+};
+
+template <typename Held>
+constexpr Form formOf() {
+    if (std::is_base_of_v<CurvedKnob, Held>) return Form::curved;
+    if (std::is_base_of_v<MokKnobEnum, Held>) return Form::named;
+    return std::is_base_of_v<MOK_KNOB, Held> ? Form::linear : Form::switched;
 }
 
-void setUpToggle(Toggle& toggle, ControlId id, const std::string& suffix) {
-    toggle.channel = channelOf(id, suffix);
-    toggle.isOnByDefault = controlRange(id).defaultValue != 0.0f;
+constexpr bool fits(const Holder& holder, Form form, bool kept) {
+    return (!holder.form || *holder.form == form) && (holder.ofStream || !kept);
+}
+
+// clang-format off
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) \
+    static_assert(fits(held, values, saved), name ": what holds it has no such values, or is no stream's and cannot be KEPT");
+#define RANGE(minimum, maximum, value, unit) Form::linear
+#define CURVE(minimum, maximum, value, unit, stepness) Form::curved
+#define COUNT(minimum, maximum, value) Form::linear
+#define SWITCH(value) Form::switched
+#define CHOICE(last, value) Form::named
+#define KEPT(channel) true
+#define ELSEWHERE(channel) false
+#define NOT_KEPT false
+#define KNOB(type, member) Holder{true, formOf<type>()}
+#define TOGGLE(member) Holder{true, Form::switched}
+#define BUTTON(member) Holder{true, Form::switched}
+#define OWN_KNOB(type, member) Holder{false, formOf<type>()}
+#define NO_CONTROL Holder{false, std::nullopt}
+#include "stream/control_table.inl"
+
+template <typename Wanted, typename Held>
+Wanted* as(Held& held) {
+    if constexpr (std::is_base_of_v<Wanted, Held>) return &held;
+    else return nullptr;
+}
+
+/// The control of id, if it is what is wanted.
+template <typename Wanted>
+Wanted* controlAs(StreamControls& controls, ControlId wanted) {
+    switch (wanted) {
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) \
+    case ControlId::id: return held;
+#define KNOB(type, member) as<Wanted>(controls.member)
+#define TOGGLE(member) as<Wanted>(controls.member)
+#define BUTTON(member) as<Wanted>(controls.member)
+#define OWN_KNOB(type, member) nullptr
+#define NO_CONTROL nullptr
+#include "stream/control_table.inl"
+    }
+    return nullptr;
+}
+// clang-format on
+
+void setUpToggle(Toggle& toggle, const ControlRange& range) {
+    toggle.isOnByDefault = range.defaultValue != 0.0f;
     toggle.setOn(toggle.isOnByDefault);
 }
 
-void setUpCurvedKnob(CurvedKnob& knob, ControlId id, const std::string& suffix) {
-    knob.setStepness(controlRange(id).stepness); // before the default, which is bent by it
-    setUpKnob(knob, controlRange(id), suffix);
-}
-
-void setUpSubdivision(MokKnobEnum& knob, ControlId id, const std::string& suffix) {
+void nameNotes(MokKnobEnum& knob) {
     std::vector<std::string> names;
     for (const NoteValue& note : kNoteValues) names.emplace_back(note.name);
     knob.setNames(std::move(names));
-    setUpKnob(knob, controlRange(id), suffix);
-    knob.hidden = true;
-}
-
-void setUpCount(MOK_KNOB& knob, ControlId id, const std::string& suffix) {
-    setUpKnob(knob, controlRange(id), suffix);
-    knob._precision = 0;
-    knob.hidden = true;
 }
 
 } // namespace
@@ -57,32 +99,29 @@ void showArmed(Button& button, bool armed) {
 }
 
 void setUpKnob(MOK_KNOB& knob, const ControlRange& range, const std::string& suffix) {
-    knob.channel = range.channel + suffix;
+    knob.channel = controlChannel(range, suffix);
+    if (auto* const curved = dynamic_cast<CurvedKnob*>(&knob))
+        curved->setStepness(range.stepness); // before the default, which is bent by it
+    if (auto* const named = dynamic_cast<MokKnobEnum*>(&knob)) nameNotes(*named);
     knob.setRange(range.minimum, range.maximum);
     knob.setDefaultValue(range.defaultValue);
     knob.setDisplayedValue(range.defaultValue);
     knob._postfix = range.unit;
+    if (range.kind == ControlKind::whole) knob._precision = 0;
 }
 
 StreamControls::StreamControls(const std::string& suffix) {
-    for (const ControlId id :
-         {amplitude, pan, width, rndDensity, rndLength, pitch, rndPitch, scanning, leftDelay,
-          rightDelay, leftGain, rightGain, ringModulationAmount, normalize})
-        setUpKnob(*knob(id), controlRange(id), suffix);
-    setUpCurvedKnob(_density, density, suffix);
-    setUpCurvedKnob(_length, length, suffix);
-    setUpCurvedKnob(_jitter, jittering, suffix);
-    setUpCurvedKnob(_rmFrequency, ringModulationFrequency, suffix);
-    setUpSubdivision(delay_subdivisionLeft, leftSubdivision, suffix);
-    setUpSubdivision(delay_subdivisionRight, rightSubdivision, suffix);
-    setUpCount(sampler_mesure, measures, suffix);
-    setUpCount(sampler_quarter, quarters, suffix);
-    for (const ControlId id : {echoSwitch, echoSync, ringModulationSwitch, scanSync})
-        setUpToggle(*toggle(id), id, suffix);
+    for (const ControlRange& range : controlRanges()) {
+        if (Control* const any = control(range.id)) any->channel = controlChannel(range, suffix);
+        if (MOK_KNOB* const turned = knob(range.id)) setUpKnob(*turned, range, suffix);
+        if (Toggle* const flipped = toggle(range.id)) setUpToggle(*flipped, range);
+    }
     setUpButtons(suffix);
     _playToggle.title = kStoppedIcon;
-    syncImg.hidden = true;
-    scrubMessage.hidden = true;
+    for (Control* const later : std::initializer_list<Control*>{
+             &syncImg, &sampler_mesure, &sampler_quarter, &delay_subdivisionLeft,
+             &delay_subdivisionRight, &scrubMessage}) // while something is synced, or recorded
+        later->hidden = true;
     for (Button* const button : {&scrubPlay, &scrubRewind}) { // until there is a take
         button->userInteractionEnabled = false;
         button->alpha = kDisabledAlpha;
@@ -90,9 +129,7 @@ StreamControls::StreamControls(const std::string& suffix) {
 }
 
 void StreamControls::setUpButtons(const std::string& suffix) {
-    _freeze.channel = channelOf(freeze, suffix);
-    _enableLIVE.channel = channelOf(live, suffix);
-    _playToggle.channel = "PlayToggle" + suffix;
+    _playToggle.channel = "PlayToggle" + suffix; // not kept
     _rewind.channel = "Rewind" + suffix;
     liveClear.channel = "LiveClear" + suffix;
     _keyboardButton.channel = "Keyboard" + suffix;
@@ -101,70 +138,20 @@ void StreamControls::setUpButtons(const std::string& suffix) {
     scrubRewind.channel = "ScrubRewind" + suffix;
 }
 
+Control* StreamControls::control(ControlId id) {
+    return controlAs<Control>(*this, id);
+}
+
 MOK_KNOB* StreamControls::knob(ControlId id) {
-    switch (id) {
-    case amplitude:
-        return &_volume;
-    case pan:
-        return &_pan;
-    case width:
-        return &_width;
-    case density:
-        return &_density;
-    case rndDensity:
-        return &_rnd_density;
-    case length:
-        return &_length;
-    case rndLength:
-        return &_rnd_len;
-    case pitch:
-        return &_pitch;
-    case rndPitch:
-        return &_rnd_pitch;
-    case scanning:
-        return &_scanning;
-    case jittering:
-        return &_jitter;
-    case leftDelay:
-        return &_echoDelayLeft;
-    case rightDelay:
-        return &_echoDelayRight;
-    case leftGain:
-        return &_echoGainLeft;
-    case rightGain:
-        return &_echoGainRight;
-    case ringModulationFrequency:
-        return &_rmFrequency;
-    case ringModulationAmount:
-        return &_rmAmount;
-    case normalize:
-        return &_normalizeGain;
-    case measures:
-        return &sampler_mesure;
-    case quarters:
-        return &sampler_quarter;
-    case leftSubdivision:
-        return &delay_subdivisionLeft;
-    case rightSubdivision:
-        return &delay_subdivisionRight;
-    default:
-        return nullptr;
-    }
+    return controlAs<MOK_KNOB>(*this, id);
 }
 
 Toggle* StreamControls::toggle(ControlId id) {
-    switch (id) {
-    case echoSwitch:
-        return &_echoSwitch;
-    case ringModulationSwitch:
-        return &_rmSwitch;
-    case scanSync:
-        return &syncSampler;
-    case echoSync:
-        return &syncDelay;
-    default:
-        return nullptr;
-    }
+    return controlAs<Toggle>(*this, id);
+}
+
+Button* StreamControls::button(ControlId id) {
+    return controlAs<Button>(*this, id);
 }
 
 } // namespace zephyra

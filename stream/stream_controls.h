@@ -10,15 +10,23 @@
 
 namespace zephyra {
 
-/// Made with the ranges, defaults, curves, units and channels of controlRanges(). MAIN.
+/// Each control of stream/control_table.inl that a stream holds, under its name there and with its
+/// range, default, curve, unit and channel, and the buttons beside them. MAIN.
 struct StreamControls {
     /// suffix: what every channel ends with, one per stream.
     explicit StreamControls(const std::string& suffix);
 
-    Button _playToggle; ///< tag 1: playing
+// clang-format off
+#define CONTROL(id, name, values, saved, moved, held, handler, parameter) held
+#define KNOB(type, member) type member;
+#define TOGGLE(member) Toggle member;
+#define BUTTON(member) Button member;
+#define OWN_KNOB(type, member)
+#define NO_CONTROL
+#include "stream/control_table.inl"
+    // clang-format on
+
     Button _rewind;
-    Button _freeze;         ///< tag 1: the scan stands
-    Button _enableLIVE;     ///< tag 1: grains are cut from the input
     Button liveClear;       ///< forgets what was heard
     Button _keyboardButton; ///< tag 1: pitch follows the keyboard
     Button _saveButton;     ///< offers what can be done with the live sound
@@ -29,33 +37,22 @@ struct StreamControls {
     ProgressIndicator scrubRecIndicator;
     Control scrubMessage; ///< what a recording waits for
 
-    MOK_KNOB _volume, _pan, _width, _rnd_density, _rnd_len, _pitch, _rnd_pitch, _scanning;
-    MokKnobHZ _density;
-    MOK_KNOB_EXP _length, _jitter;
+    Control syncImg; ///< the badge that says that the scan follows the tempo
 
-    Toggle _echoSwitch;
-    MokKnobTime _echoDelayLeft, _echoDelayRight;
-    MOK_KNOB _echoGainLeft, _echoGainRight;
-    Toggle syncDelay; ///< echo times follow the tempo
-    MokKnobEnum delay_subdivisionLeft, delay_subdivisionRight;
-
-    Toggle _rmSwitch;
-    MokKnobHZ _rmFrequency;
-    MOK_KNOB _rmAmount;
-
-    MOK_KNOB _normalizeGain;
-
-    Toggle syncSampler; ///< the scan follows the tempo, the transport the host's
-    MOK_KNOB sampler_mesure, sampler_quarter;
-    Control syncImg; ///< the badge that says so
-
-    /// The knob or toggle of id; null for what has none here (buttons, Dry/Wet, the fade times, the
-    /// scrubbing wave, the envelope).
+    /// What holds the value of id, and whether it is a knob, a toggle or a button; null for what
+    /// stands elsewhere (Dry/Wet, the fade times, the scrubbing wave, the envelope).
+    Control* control(ControlId id);
     MOK_KNOB* knob(ControlId id);
     Toggle* toggle(ControlId id);
-    const MOK_KNOB* knob(ControlId id) const { return const_cast<StreamControls*>(this)->knob(id); }
+    Button* button(ControlId id);
+    const MOK_KNOB* knob(ControlId id) const {
+        return const_cast<StreamControls*>(this)->knob(id);
+    }
     const Toggle* toggle(ControlId id) const {
         return const_cast<StreamControls*>(this)->toggle(id);
+    }
+    const Button* button(ControlId id) const {
+        return const_cast<StreamControls*>(this)->button(id);
     }
 
 private:
@@ -71,7 +68,7 @@ void showActive(Button& button, bool active);
 /// The background of a button that waits for the downbeat, or does not.
 void showArmed(Button& button, bool armed);
 
-/// A knob's range, default, label and channel from its row of the table.
+/// A knob's range, default, curve, names, label and channel from its row of the table.
 void setUpKnob(MOK_KNOB& knob, const ControlRange& range, const std::string& suffix);
 
 } // namespace zephyra

@@ -134,6 +134,10 @@ void MOK_SCRUB_GRANULATOR::enableRM(Control*) {
     engine_.ringOn = controls._rmSwitch.isOn();
 }
 
+Control* MOK_SCRUB_GRANULATOR::control(ControlId id) {
+    return id == scrubbingWave ? &scrubArea : controls.control(id);
+}
+
 bool MOK_SCRUB_GRANULATOR::setDisplayed(ControlId id, float displayedValue) {
     const ControlRange& range = controlRange(id);
     return acceptsValue(range, displayedValue) &&
@@ -154,11 +158,8 @@ bool MOK_SCRUB_GRANULATOR::setLinear(ControlId id, float value) {
         toggle->sendEventValueChanged();
         return true;
     }
+    if (controls.button(id)) return switchButton(id, held != 0.0f);
     switch (id) {
-    case playStop:
-    case freeze:
-    case live:
-        return switchButton(id, held != 0.0f);
     case scrubbingWave:
         setScrubNormalizedValue(held);
         return true;
@@ -188,16 +189,9 @@ float MOK_SCRUB_GRANULATOR::linear(ControlId id) const {
 }
 
 bool MOK_SCRUB_GRANULATOR::buttonShows(ControlId id) const {
-    switch (id) {
-    case playStop:
-        return controls._playToggle.tag != 0 || shouldPlayOnTime || startQueued_;
-    case freeze:
-        return controls._freeze.tag == 1;
-    case live:
-        return isLive();
-    default:
-        return false;
-    }
+    if (id == playStop) return controls._playToggle.tag != 0 || shouldPlayOnTime || startQueued_;
+    const Button* const button = controls.button(id);
+    return button && button->tag == 1;
 }
 
 bool MOK_SCRUB_GRANULATOR::switchButton(ControlId id, bool on) {
@@ -205,15 +199,9 @@ bool MOK_SCRUB_GRANULATOR::switchButton(ControlId id, bool on) {
         onMain([this, on] { switchButton(playStop, on); });
         return true;
     }
-    if (buttonShows(id) != on) pressButton(id);
+    if (buttonShows(id) != on)
+        controls.button(id)->sendActionsForControlEvents(control_event::touchUpInside);
     return id != live || isLive() == on;
-}
-
-void MOK_SCRUB_GRANULATOR::pressButton(ControlId id) {
-    Button& button = id == playStop ? controls._playToggle
-                     : id == freeze ? controls._freeze
-                                    : controls._enableLIVE;
-    button.sendActionsForControlEvents(control_event::touchUpInside);
 }
 
 } // namespace zephyra

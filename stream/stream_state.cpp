@@ -15,34 +15,13 @@ namespace {
 
 using enum ControlId;
 
-/// How a control is kept under its channel.
-enum class Kept { notAtAll, asReal, asSwitch };
-
-Kept kept(const ControlRange& range) {
-    switch (range.id) {
-    case scrubbingWave: // kept as the scan position
-    case playStop:
-    case dryWet: // of the whole system, not of a stream
-    case fadeIn:
-    case fadeOut:
-    case envelope: // kept as a whole number
-        return Kept::notAtAll;
-    default:
-        return range.kind == ControlKind::switching ? Kept::asSwitch : Kept::asReal;
-    }
-}
-
 float nearestFloat(double value) {
     constexpr double most = std::numeric_limits<float>::max();
     return static_cast<float>(std::clamp(value, -most, most));
 }
 
-/// The control that shows id; null where a stream has none.
-const Control* controlOf(StreamControls& controls, ControlId id) {
-    if (id == freeze) return &controls._freeze;
-    if (id == live) return &controls._enableLIVE;
-    if (const Control* const toggle = controls.toggle(id)) return toggle;
-    return controls.knob(id);
+bool isSwitch(const ControlRange& range) {
+    return range.kind == ControlKind::switching;
 }
 
 /// Reads one stream's keys, one group of them after another.
@@ -100,20 +79,15 @@ private:
     /// What presets move and the state holds; the keys of the others are read all the same, because
     /// they are known.
     std::optional<float> value(const ControlRange& range) {
+        if (!range.kept) return std::nullopt;
         const std::string key = range.channel + suffix_;
         std::optional<float> linear;
-        switch (kept(range)) {
-        case Kept::notAtAll:
-            return std::nullopt;
-        case Kept::asSwitch:
+        if (isSwitch(range)) {
             if (const auto on = state_.boolean(key)) linear = *on ? 1.0f : 0.0f;
-            break;
-        case Kept::asReal:
-            if (const auto real = state_.real(key)) linear = nearestFloat(*real);
-            break;
+        } else if (const auto real = state_.real(key)) {
+            linear = nearestFloat(*real);
         }
-        const Control* const control = controlOf(stream_.controls, range.id);
-        if (!control || control->skipFromPreset) return std::nullopt;
+        if (stream_.controls.control(range.id)->skipFromPreset) return std::nullopt;
         return linear;
     }
 
@@ -133,9 +107,13 @@ private:
 void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state, StateUse use) {
     const std::string& suffix = stream.channel();
     for (const ControlRange& range : controlRanges()) {
+        if (!range.kept) continue;
+        PropertyValue& value = state[range.channel + suffix];
         const float linear = stream.linear(range.id);
-        if (kept(range) == Kept::asReal) state[range.channel + suffix] = linear;
-        if (kept(range) == Kept::asSwitch) state[range.channel + suffix] = linear != 0.0f;
+        if (isSwitch(range))
+            value = linear != 0.0f;
+        else
+            value = linear;
     }
     state["Keyboard" + suffix] = stream.controls._keyboardButton.tag == 1;
     state["NormalizeTouched" + suffix] = stream.normalizeTouched();

@@ -27,11 +27,8 @@ using Json = nlohmann::ordered_json;
 
 /// The control that a record keeps under key; null for none.
 const ControlRange* controlKeptAs(std::string_view key) {
-    for (const ControlRange& range : controlRanges()) {
-        if (!*range.channel) continue;
-        const char* const suffix = range.id == ControlId::dryWet ? "" : record_key::kStream;
-        if (key == std::string(range.channel) + suffix) return &range;
-    }
+    for (const ControlRange& range : controlRanges())
+        if (*range.channel && key == controlChannel(range, record_key::kStream)) return &range;
     return nullptr;
 }
 

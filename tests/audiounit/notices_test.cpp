@@ -74,8 +74,8 @@ TEST(Notices, TellNewestParametersThenTheTempoThenNotesWithinTheRenderPromise) {
     AudioUnitRig rig;
     rig.ready();
     rig.controller.stream.____play();
-    const AUParameterEvent parameters[] = {{7, 3, 0},  {5, 3, 0},   {5, 20, 512},
-                                           {24, 1, 0}, {9, NAN, 0}, {13, 0.4f, 0}};
+    const AUParameterEvent parameters[] = {
+        {7, 3, 0}, {5, 3, 0}, {5, 20, 512}, {kParameterCount, 1, 0}, {9, NAN, 0}, {13, 0.4f, 0}};
     const AUMIDIEvent notes[] = {{3, 0, {0x99, 60, 100}}, {3, 0, {0x80, 60, 64}},
                                  {3, 0, {0x90, 61, 0}},   {3, 0, {0x90, 60, 128}},
                                  {3, 0, {0x90, 128, 1}},  {2, 0, {0x90, 60, 1}}};

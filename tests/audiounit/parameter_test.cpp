@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <tuple>
 
 namespace zephyra {
 namespace {
@@ -43,27 +42,20 @@ TEST(Parameters, KeepTheirAddressesIdentifiersUnitsAndHandlers) {
 )");
 }
 
-TEST(Parameters, StandInTheFieldsOfTheRecord) {
+TEST(Parameters, StandInAFieldOfTheirOwnEach) {
     AudioUnitRig rig;
-    const audio_struct& r = rig.unit->record();
-    for (const auto& child : rig.unit->parameterTree()->children())
-        child->setValue(static_cast<float>(child->address()) + 0.4f);
-    // clang-format off
-    const float fields[] = {
-        r.scrubValue, r.volumeValue, r.panValue, r.drywetValue, r.widthValue, r.densityValue,
-        r.rnd_densityValue, r.lengthValue, r.rnd_lenValue, r.pitchValue, r.rnd_pitchValue,
-        r.scanningValue, r.jitterValue, 13.4f, r.echoDelayLeftValue, r.echoDelayRightValue,
-        r.echoGainLeftValue, r.echoGainRightValue, 18.4f, r.rmFrequencyValue, r.rmAmountValue};
-    // clang-format on
-    for (std::size_t i = 0; i < std::size(fields); ++i)
-        EXPECT_EQ(fields[i], static_cast<float>(i) + 0.4f);
-    const auto& [echo, ring, play, freeze, live] =
-        std::tie(r.echoSwitchValue, r.rmSwitchValue, r.playStopValue, r.freezeValue, r.liveValue);
-    EXPECT_TRUE(echo && ring && play && freeze && live);
-    rig.unit->parameterTree()->parameterWithAddress(18)->setValue(0);
-    EXPECT_TRUE(echo && !ring && play && freeze && live);
-    EXPECT_EQ(rig.unit->parameterTree()->parameterWithAddress(13)->value(), 1.0f);
-    EXPECT_EQ(loadParameter(r, 24), 0.0f);
+    const auto& children = rig.unit->parameterTree()->children();
+    for (const auto& child : children) child->setValue(static_cast<float>(child->address()) + 0.4f);
+    for (const ParameterRow& row : parameterTable()) {
+        const auto address = static_cast<AUParameterAddress>(row.id);
+        const bool flag = row.unit == AudioUnitParameterUnit::boolean;
+        const float held = flag ? 1.0f : static_cast<float>(address) + 0.4f;
+        EXPECT_EQ(children[address]->value(), held);
+        EXPECT_EQ(loadParameter(rig.unit->record(), address), held);
+        children[address]->setValue(0);
+        EXPECT_EQ(children[address]->value(), 0.0f);
+    }
+    EXPECT_EQ(loadParameter(rig.unit->record(), kParameterCount), 0.0f);
 }
 
 TEST(Parameters, TellEverybodyButTheOriginatorAndOutliveTheAudioUnit) {

@@ -10,7 +10,6 @@ namespace zephyra {
 namespace {
 
 TEST(ControlNames, EveryControlTakesBothItsEndsAndNothingBeyond) {
-    ASSERT_EQ(settableControls().size(), 33u);
     for (const ControlId id : settableControls()) {
         const ControlRange& range = controlRange(id);
         if (range.kind == ControlKind::choice) continue; // chosen by names

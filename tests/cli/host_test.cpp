@@ -163,7 +163,7 @@ TEST_F(HostedRender, AStateFindsItsSampleFromAnotherFolderOrSaysInOneLineThatItI
 TEST(Commands, ParametersPrintsTheTableThatHostsSee) {
     const TemporaryFolder folder;
     const auto table = nlohmann::json::parse(runZephyra(folder, "parameters --json").out);
-    ASSERT_EQ(table.size(), 24u);
+    ASSERT_EQ(table.size(), kParameterCount);
     EXPECT_EQ(table[5]["identifier"], "Density_0");
     EXPECT_EQ(table[5]["flags"], 0xC0400000u);  // exponential, from above 0
     EXPECT_EQ(table[12]["flags"], 0xC0000000u); // exponential, from 0

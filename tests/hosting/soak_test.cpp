@@ -59,7 +59,7 @@ void modulate(HostedUnit& hosted) {
     for (std::size_t address = 0; address < kParameterCount; ++address)
         if (auto* const knob = hosted.stream.controls.knob(static_cast<ControlId>(address)))
             moved.push_back(knob);
-    ASSERT_EQ(moved.size(), 19u);
+    ASSERT_GE(moved.size(), 19u);
     double hz = 0.1;
     for (Control* const control : moved) {
         ASSERT_TRUE(view.assignments.assign(*control, AssignmentType::lfo));

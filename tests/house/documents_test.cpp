@@ -38,18 +38,6 @@ void forEachMatch(const std::string& text, const char* pattern,
         visit(*match);
 }
 
-TEST(Documents, FindEachGivenNameInTheFileThatTheMapNames) {
-    int names = 0;
-    forEachMatch(textOf(kTree / "docs/names.md"), R"(\| `(\w+)` \| `(\w+/[\w/.]+)` \|)",
-                 [&](const std::smatch& row) {
-                     ++names;
-                     EXPECT_TRUE(std::regex_search(textOf(kTree / row[2].str()),
-                                                   std::regex("\\b" + row[1].str() + "\\b")))
-                         << row[1] << " is not in " << row[2];
-                 });
-    EXPECT_GT(names, 150);
-}
-
 TEST(Documents, NameOnlyFilesThatExist) {
     for (const fs::path& document : documents()) {
         const std::string text = textOf(document);
