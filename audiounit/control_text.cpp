@@ -13,7 +13,6 @@ namespace zephyra {
 
 namespace {
 
-/// All but the envelope, which has an option of its own.
 constexpr std::array<ControlId, kControlCount - 1> kSettable = [] {
     std::array<ControlId, kControlCount - 1> ids{};
     std::size_t count = 0;
@@ -30,12 +29,11 @@ std::string withUnit(const std::string& number, const char* unit) {
     return *unit ? number + " " + unit : number;
 }
 
-Failure unknownName(std::string_view name, std::span<const ControlId> known, const char* kind,
-                    const char* list) {
+Failure unknownName(std::string_view name, std::span<const ControlId> known, const char* kind) {
     std::vector<std::string_view> names;
     for (const ControlId id : known) names.emplace_back(controlRange(id).name);
     return {std::string("there is no ") + kind + " " + inQuotes(name) + "; the nearest is " +
-            inQuotes(nearestName(name, names)) + " (`" + list + "` lists all)"};
+            inQuotes(nearestName(name, names))};
 }
 
 std::optional<ControlId> findName(std::string_view name, std::span<const ControlId> known) {
@@ -94,16 +92,14 @@ std::string settingText(const ControlSetting& setting) {
 
 Result<ControlId> parseControlName(std::string_view name) {
     if (const auto id = findName(name, kSettable)) return *id;
-    if (plainName(name) == "envelope")
-        return Failure{"the envelope is chosen with --envelope NAME"};
-    return unknownName(name, kSettable, "control", "zephyra render --help");
+    return unknownName(name, kSettable, "control");
 }
 
 Result<ControlId> parseParameterName(std::string_view name) {
     if (const auto id = findName(name, kParameters)) return *id;
     for (const ParameterRow& row : parameterTable())
         if (parameterIdentifier(row, kStreamSuffix) == name) return row.id;
-    return unknownName(name, kParameters, "parameter", "zephyra parameters");
+    return unknownName(name, kParameters, "parameter");
 }
 
 Result<float> parseControlValue(ControlId control, std::string_view text) {
@@ -111,29 +107,6 @@ Result<float> parseControlValue(ControlId control, std::string_view text) {
     if (const std::optional<float> value = parseValue(range, text)) return *value;
     return Failure{std::string(range.name) + " takes " + rangeText(range) + ", not " +
                    inQuotes(text)};
-}
-
-Result<ControlSetting> parseSetting(std::string_view text) {
-    const std::size_t sign = text.find('=');
-    if (sign == std::string_view::npos || sign == 0)
-        return Failure{inQuotes(text) + " is no setting; write NAME=VALUE, as in Density=80"};
-    const Result<ControlId> control = parseControlName(text.substr(0, sign));
-    if (!control) return Failure{control.message()};
-    const Result<float> value = parseControlValue(control.value(), text.substr(sign + 1));
-    if (!value) return Failure{value.message()};
-    return ControlSetting{control.value(), value.value()};
-}
-
-Result<TimedSetting> parseTimedSetting(std::string_view text) {
-    const std::size_t colon = text.find(':');
-    const std::optional<double> seconds =
-        colon == std::string_view::npos ? std::nullopt : parseNumber(text.substr(0, colon));
-    if (!seconds || *seconds < 0)
-        return Failure{inQuotes(text) +
-                       " has no time; write SECONDS:NAME=VALUE, as in 2.5:Pitch=7"};
-    const Result<ControlSetting> setting = parseSetting(text.substr(colon + 1));
-    if (!setting) return Failure{setting.message()};
-    return TimedSetting{*seconds, setting.value()};
 }
 
 } // namespace zephyra

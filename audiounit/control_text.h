@@ -1,47 +1,29 @@
-// ControlSetting: a control and its new value, as typed on the command line.
+// settableControls and its kin: the names and values of controls as people read and type them.
 #pragma once
 
 #include "platform/text/result.h"
-#include "stream/control_ranges.h"
+#include "stream/control_setting.h"
 
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace zephyra {
 
-/// value is a displayed one, within the control's range; 0 and 1 for a switch, the position of the
-/// name for a choice.
-struct ControlSetting {
-    ControlId control;
-    float value;
-};
+// For hosts, the command and screens alike. Case, spaces and punctuation of what is read do not
+// matter. Any thread but RENDER.
 
-/// A setting that takes effect at a time of the output.
-struct TimedSetting {
-    double seconds; ///< from 0 up
-    ControlSetting setting;
-};
-
-/// The controls that can be set here, in their table's order.
+/// The controls that are set by a name and a value, in their table's order: all but the envelope.
 std::span<const ControlId> settableControls();
-
-/// Reads NAME=VALUE. Case, spaces and punctuation of NAME do not matter; VALUE is a number within
-/// the control's range, on/off for a switch, or a name for a choice. The failure says what would be
-/// right.
-Result<ControlSetting> parseSetting(std::string_view text);
-
-/// Reads SECONDS:NAME=VALUE.
-Result<TimedSetting> parseTimedSetting(std::string_view text);
 
 /// The control among settableControls() that name means. The failure says which is the nearest.
 Result<ControlId> parseControlName(std::string_view name);
 
-/// The host's parameter that name means. The failure says which is the nearest.
+/// The host's parameter that a name or identifier means. The failure says which is the nearest.
 Result<ControlId> parseParameterName(std::string_view name);
 
-/// The value that text means for the control.
+/// The displayed value that text means for the control: a number within its range, on or off for a
+/// switch, a name for a choice. The failure says what would be right.
 Result<float> parseControlValue(ControlId control, std::string_view text);
 
 /// "-24 to 24 semitones", "on or off", "1/1D to 1/128".

@@ -1,15 +1,7 @@
 #include "cli/command_line.h"
 
-#include "audiounit/control_text.h"
-#include "cli/command_folders.h"
-#include "cli/commands/envelopes_command.h"
-#include "cli/commands/info_command.h"
-#include "cli/commands/library_commands.h"
-#include "cli/commands/parameters_command.h"
-#include "cli/commands/render_command.h"
-#include "cli/help_text.h"
-#include "cli/usage_complaint.h"
-#include "platform/text/text_numbers.h"
+#include "cli/command_table.h"
+#include "cli/usage_text.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -38,39 +30,13 @@ constexpr const char* kExamples =
     "  zephyra banks --search owl\n"
     "  zephyra render --bank \"Bird Machines\" --preset \"Night Owl\" --seconds 20 -o owl.wav\n";
 
-/// The default without its unit, which the range tells.
-std::string plainValueText(const ControlRange& range) {
-    return range.kind == ControlKind::continuous || range.kind == ControlKind::whole
-               ? formatNumber(range.defaultValue)
-               : valueText(range, range.defaultValue);
-}
-
-/// The controls with their ranges and defaults, as a table.
-std::string controlTable() {
-    std::string table =
-        "Controls for --set and --at (case, spaces and punctuation do not matter):\n";
-    for (const ControlId id : settableControls()) {
-        const ControlRange& range = controlRange(id);
-        table += "  " + padded(range.name, 28) + padded(rangeText(range), 24) +
-                 plainValueText(range) + "\n";
-    }
-    return table;
-}
-
-/// The commands and what was typed after them.
+/// The program's arguments, as they are parsed.
 struct CommandLine {
     CommandLine();
 
     CLI::App app{"Cuts a sound into short overlapping grains and writes what they add up to."};
-    CLI::App* render;
-    CLI::App* info;
-    CLI::App* envelopes;
-    CLI::App* parameters;
-    TypedRenderOptions renderOptions;
-    std::string infoFile;
-    bool infoJson = false, parametersJson = false;
-    std::optional<std::string> envelopePicture, sharedFolder;
-    std::optional<LibraryCommands> library;
+    std::optional<CommandTable> commands;
+    std::optional<std::string> sharedFolder;
 
 private:
     void offerSharedFolder(CLI::App& command);
@@ -82,26 +48,7 @@ CommandLine::CommandLine() {
     app.set_version_flag("--version", "zephyra " ZEPHYRA_VERSION);
     app.footer(kExamples);
     app.require_subcommand(1);
-
-    render = app.add_subcommand("render", "Render a sound file to a granular stereo file");
-    declareRenderOptions(*render, renderOptions);
-    render->footer(controlTable() + "\n" + kExamples);
-
-    info = app.add_subcommand("info", "Print format, channels, rate, length, peak and loudness");
-    info->add_option("FILE", infoFile, "A sound file")->required()->option_text(" ");
-    info->add_flag("--json", infoJson, "Print it as JSON");
-    info->footer("Example:\n  zephyra info bird.wav\n");
-
-    envelopes = app.add_subcommand("envelopes", "Print the menu of grain envelopes");
-    envelopes->add_option("--picture", envelopePicture, "Draw them")->option_text("OUT.png");
-    envelopes->footer("Example:\n  zephyra envelopes --picture envelopes.png\n");
-
-    parameters = app.add_subcommand("parameters", "Print the parameters that a host sees");
-    parameters->add_flag("--json", parametersJson, "Print them as JSON");
-    parameters->footer(
-        "Their names and identifiers stand in a file for `zephyra render --automate`.\n");
-
-    library.emplace(app);
+    commands.emplace(app);
     offerSharedFolder(app);
 }
 
@@ -130,16 +77,7 @@ std::optional<ExitCode> unknownCommand(const CLI::App& app, int count,
 ExitCode runChosen(const CommandLine& line) {
     if (line.sharedFolder && line.sharedFolder->empty())
         return endWith(ExitCode::wrongUsage, "--shared-folder takes a folder's name, not \"\"");
-    setCommandSharedFolder(line.sharedFolder.value_or(""));
-    if (line.render->parsed()) return runRender(line.renderOptions);
-    if (line.info->parsed() && line.infoFile.empty())
-        return endWith(ExitCode::wrongUsage, "FILE is empty; name a sound file");
-    if (line.info->parsed())
-        return runInfo(line.infoFile, line.infoJson ? InfoForm::json : InfoForm::text);
-    if (line.parameters->parsed())
-        return runParameters(line.parametersJson ? ParametersForm::json : ParametersForm::text);
-    if (line.envelopes->parsed()) return runEnvelopes(line.envelopePicture);
-    return line.library->run();
+    return line.commands->run(commandContext(line.sharedFolder.value_or("")));
 }
 
 } // namespace

@@ -43,6 +43,7 @@ ProgressBar::ProgressBar(std::string task, Shown shown)
 void ProgressBar::update(double share) {
     if (!enabled_) return;
     const Clock::time_point now = Clock::now();
+    if (share < std::exchange(share_, share)) start_ = now;
     if (now - start_ < kQuietStart || now - lastDrawn_ < kRedraw) return;
     lastDrawn_ = now;
     drawn_ = true;

@@ -19,7 +19,7 @@ public:
     ProgressBar& operator=(const ProgressBar&) = delete;
     ~ProgressBar() { clear(); }
 
-    /// share of the job that is done, 0 to 1; clamped.
+    /// share of the job that is done, 0 to 1; clamped. One that falls begins another job.
     void update(double share);
 
     /// Removes the line, so that others can be written.
@@ -31,6 +31,7 @@ private:
     std::string task_;
     bool enabled_;
     bool drawn_ = false;
+    double share_ = 0;
     Clock::time_point start_, lastDrawn_;
 };
 

@@ -1,7 +1,6 @@
 // PresetChoice: a preset of the store that a render starts from.
 #pragma once
 
-#include "cli/options/preset_options.h"
 #include "library/bank_folder.h"
 #include "platform/lists/property_list.h"
 #include "platform/text/result.h"
@@ -12,6 +11,11 @@
 #include <vector>
 
 namespace zephyra {
+
+/// A preset as it was asked for.
+struct NamedPreset {
+    std::string bank, preset; ///< see preset_names.h for what they may be
+};
 
 /// Cheap to copy.
 struct PresetChoice {

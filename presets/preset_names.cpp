@@ -108,7 +108,7 @@ Result<Texts> findPresets(BankFolder& banks, const std::string& bank, std::strin
     const auto summary = banks.summary(bank);
     if (!summary) return Failure{summary.message()};
     const Snapshots& snapshots = summary.value()->snapshots;
-    if (typed == "*") return keysOf(snapshots, [](const auto&) { return true; });
+    if (typed == kAllPresets) return keysOf(snapshots, [](const auto&) { return true; });
 
     const std::string folded = foldCase(typed);
     Texts keys = keysOf(snapshots, [&](const auto& one) { return one.tag == typed; });

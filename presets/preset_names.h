@@ -10,14 +10,17 @@
 
 namespace zephyra {
 
+/// What typed instead of a preset's name means all of a bank.
+inline constexpr const char* kAllPresets = "*";
+
 /// The file name of the bank that typed names, with or without extension: exactly, or in another
 /// case when only one is called so. Fails with one line that tells the nearest name. MAIN.
 Result<std::string> findBank(BankFolder& banks, std::string_view typed);
 
 /// The keys of the presets of bank (a file name) that typed names: a display name, exactly or in
-/// another case; a key; a number from 1 in the listed order, also as "#3"; "*" for all of
-/// them, in that order. Never none, except by "*". Fails with one line when there is none or more
-/// than one of that name. MAIN.
+/// another case; a key; a number from 1 in the listed order, also as "#3"; kAllPresets
+/// for all of them, in that order. Never none, except by that. Fails with one line when there is
+/// none or more than one of that name. MAIN.
 Result<std::vector<std::string>> findPresets(BankFolder& banks, const std::string& bank,
                                              std::string_view typed);
 

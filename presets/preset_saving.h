@@ -1,13 +1,21 @@
 // savePreset: makes a preset of a render's start.
 #pragma once
 
-#include "cli/options/preset_options.h"
 #include "library/bank_folder.h"
 #include "platform/lists/property_list.h"
 #include "platform/local_time.h"
 #include "platform/text/result.h"
 
+#include <string>
+
 namespace zephyra {
+
+/// A preset that is to be made of what a render starts from.
+struct SavedPreset {
+    std::string bank; ///< file name
+    std::string name;
+    bool replaces = false; ///< one of that name, if there is one
+};
 
 /// Whether the preset could be saved as things stand, before hours go into the sound that comes
 /// with it. A failure is a wrong usage: the bank has a preset of that name, or cannot be read.

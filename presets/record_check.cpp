@@ -1,7 +1,6 @@
 #include "presets/record_check.h"
 
 #include "cli/held_log.h"
-#include "cli/interrupt.h"
 #include "library/bank_edits.h"
 #include "main_view/audio_unit_view_controller.h"
 #include "presets/preset_facts.h"
@@ -12,6 +11,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -43,10 +43,11 @@ bool isOfSampleFile(std::string_view line) {
 
 class Checker {
 public:
-    Checker(const Folders& folders, SampleFiles samples) : folders_(folders), samples_(samples) {}
+    Checker(const Folders& folders, SampleFiles samples, std::function<bool()> goOn)
+        : folders_(folders), samples_(samples), goOn_(std::move(goOn)) {}
 
     std::vector<BankFinding> check(const std::string& key, const PropertyDictionary& record) {
-        if (interrupted()) return {}; // whoever asked sees it, too
+        if (!goOn_()) return {}; // whoever asked sees it, too
         PropertyDictionary restored = record;
         const auto sample = restored.find(record_key::kSample);
         const bool wasFine = sample != restored.end() && sample->second == lastFineSample_;
@@ -91,13 +92,15 @@ private:
 
     Folders folders_;
     SampleFiles samples_;
+    std::function<bool()> goOn_;
     PropertyValue lastFineSample_; // as long as none was met: a text, which no sample is
 };
 
 } // namespace
 
-RecordCheck makeRecordCheck(const Folders& folders, SampleFiles samples) {
-    return [checker = std::make_shared<Checker>(folders, samples)](
+RecordCheck makeRecordCheck(const Folders& folders, SampleFiles samples,
+                            std::function<bool()> goOn) {
+    return [checker = std::make_shared<Checker>(folders, samples, std::move(goOn))](
                const std::string& key, const PropertyDictionary& record) {
         return checker->check(key, record);
     };

@@ -4,6 +4,8 @@
 #include "library/bank_check.h"
 #include "platform/files/folders.h"
 
+#include <functional>
+
 namespace zephyra {
 
 enum class SampleFiles {
@@ -12,7 +14,8 @@ enum class SampleFiles {
 };
 
 /// Restores each record into a system of its own and collects what that has to say. folders is
-/// where samples are looked for. MAIN.
-RecordCheck makeRecordCheck(const Folders& folders, SampleFiles samples);
+/// where samples are looked for. Once goOn answers false, nothing more is found. MAIN.
+RecordCheck makeRecordCheck(const Folders& folders, SampleFiles samples,
+                            std::function<bool()> goOn);
 
 } // namespace zephyra

@@ -1,7 +1,6 @@
 #include "presets/sound_embedding.h"
 
 #include "cli/held_log.h"
-#include "cli/interrupt.h"
 #include "platform/lists/property_reader.h"
 #include "platform/text/nearest_name.h"
 #include "presets/preset_facts.h"
@@ -32,30 +31,30 @@ std::size_t bytesOf(const PropertyDictionary& audio) {
     return data ? data->size() : 0;
 }
 
+} // namespace
+
 /// Empty for a sound that every machine has.
-Result<PropertyDictionary> audioOf(const PropertyDictionary& sample, const Folders& folders) {
+Result<PropertyDictionary> SoundEmbedding::audioOf(const PropertyDictionary& sample) const {
     const HeldLog log;
     Log said; // goes there
     const SampleReference reference = referenceIn(sample);
     const auto loaded =
-        readReferencedSample(reference, folders, said, [](double) { return !interrupted(); });
+        readReferencedSample(reference, folders_, said, [this](double) { return goOn_(); });
     if (!loaded) return Failure{loaded.message()};
     const auto& [sound, found] = loaded.value();
     if (!reference.contentHash.empty() && reference.contentHash != found.contentHash)
         return Failure{found.path + " holds another sound now"};
     if (!isEmbeddable(*sound, SoundEmbedding::kMostSeconds))
         return Failure{found.path + " is longer than ten minutes; take the file along"};
-    const auto embedded = embedSample(*sound, found, folders.resources, said);
+    const auto embedded = embedSample(*sound, found, folders_.resources, said);
     if (embedded->audio.empty() && !log.lines().empty()) return Failure{log.lines().back()};
     return embedded->audio;
 }
 
-} // namespace
-
 const SoundEmbedding::Made& SoundEmbedding::make(const PropertyDictionary& sample) {
     const auto known = std::ranges::find(made_, sample, &Made::sample);
     if (known != made_.end()) return *known;
-    auto audio = audioOf(sample, folders_);
+    auto audio = audioOf(sample);
     Made made{sample, {}, {}};
     if (audio)
         made.audio = std::move(audio.value());

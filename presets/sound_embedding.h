@@ -3,9 +3,12 @@
 
 #include "platform/files/folders.h"
 #include "platform/lists/property_list.h"
+#include "platform/text/result.h"
 
 #include <cstddef>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -17,7 +20,9 @@ public:
     /// Of all together, so that the bank can be read again: every preset has a sound of its own.
     static constexpr std::size_t kMostBytes = std::size_t{72} << 20;
 
-    explicit SoundEmbedding(Folders folders) : folders_(std::move(folders)) {}
+    /// Once goOn answers false, reading ends.
+    SoundEmbedding(Folders folders, std::function<bool()> goOn)
+        : folders_(std::move(folders)), goOn_(std::move(goOn)) {}
 
     /// Adds "Audio" to the record's sample, unless it names none, carries its sound already, or one
     /// that every machine has. name is the preset's, for notes.
@@ -35,7 +40,10 @@ private:
     };
     const Made& make(const PropertyDictionary& sample);
 
+    Result<PropertyDictionary> audioOf(const PropertyDictionary& sample) const;
+
     Folders folders_;
+    std::function<bool()> goOn_;
     std::vector<Made> made_; // banks play one sound many times
     std::size_t bytes_ = 0;
     std::vector<std::string> notes_;

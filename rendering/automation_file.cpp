@@ -45,7 +45,7 @@ Result<AutomationPoint> readPoint(std::string_view line, double tempo) {
     if (!seconds)
         return Failure{"a time is seconds from 0 up, or beats as in 4b, not " + inQuotes(parts[0])};
     const Result<ControlId> parameter = parseParameterName(parts[1]);
-    if (!parameter) return Failure{parameter.message()};
+    if (!parameter) return Failure{parameter.message() + " (`zephyra parameters` lists all)"};
     const Result<float> value = parseControlValue(parameter.value(), parts[2]);
     if (!value) return Failure{value.message()};
     const std::string kind = parts.size() == 4 ? plainName(parts[3]) : "step";

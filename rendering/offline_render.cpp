@@ -1,6 +1,6 @@
 #include "rendering/offline_render.h"
 
-#include "cli/command_folders.h"
+#include "audiounit/control_text.h"
 #include "platform/text/nearest_name.h"
 
 #include <algorithm>
@@ -18,8 +18,8 @@ std::unique_ptr<MyAudioUnit> makeUnit(FourCharCode type, Instance& instance) {
 }
 
 /// Before anything is built on it: the store lists its folders at once.
-Instance& surroundings(Instance& instance, const RenderPlan& plan) {
-    instance.folders = commandFolders();
+Instance& surroundings(Instance& instance, const RenderPlan& plan, const Folders& folders) {
+    instance.folders = folders;
     instance.random.seed(plan.seed);
     instance.clock = plan.clock;
     return instance;
@@ -40,10 +40,11 @@ Failure memoryIsShort() {
 
 } // namespace
 
-OfflineRender::OfflineRender(RenderPlan plan)
+OfflineRender::OfflineRender(RenderPlan plan, const Folders& folders)
     : plan_(std::move(plan)), trace_(std::make_unique<GrainTrace>()),
-      unit_(makeUnit(plan_.host.type, surroundings(instance_, plan_))), controller_(instance_),
-      motion_(instance_, controller_), host_(*unit_, instance_) {
+      unit_(makeUnit(plan_.host.type.value_or(component_type::instrument),
+                     surroundings(instance_, plan_, folders))),
+      controller_(instance_), motion_(instance_, controller_), host_(*unit_, instance_) {
     const auto block = static_cast<std::size_t>(plan_.blockFrames);
     for (std::vector<float>* samples : {&paddedLeft_, &paddedRight_, &left_, &right_})
         samples->resize(block);
@@ -94,12 +95,12 @@ Result<void> OfflineRender::applySettings() {
 }
 
 Result<void> OfflineRender::applyHostOptions() {
-    const HostOptions& host = plan_.host;
+    const HostRequest& host = plan_.host;
     std::vector<ControlSetting> settings;
     const auto add = [&settings](ControlId id, double value) {
         settings.push_back({id, static_cast<float>(value)});
     };
-    if (host.wetOnly) add(ControlId::dryWet, 100);
+    if (plan_.wetOnly) add(ControlId::dryWet, 100);
     if (host.dryWet) add(ControlId::dryWet, double{*host.dryWet});
     if (host.fadeIn) add(ControlId::fadeIn, *host.fadeIn);
     if (host.fadeOut) add(ControlId::fadeOut, *host.fadeOut);
@@ -172,7 +173,7 @@ Result<void> OfflineRender::prepare(RenderSource source) {
         instance_.runLoop.setClock(RunLoop::Clock::sample);
         instance_.session = {.sampleRate = plan_.sampleRate,
                              .IOBufferDuration = plan_.blockFrames / plan_.sampleRate};
-        if (plan_.host.isInstrument()) // at once: then no other sample is loaded
+        if (plan_.isInstrument()) // at once: then no other sample is loaded
             if (const auto loaded = loadSample(); !loaded) return loaded;
         if (!plan_.state && !plan_.preset)
             if (const auto done = applyScanSettings(); !done) return done;
@@ -240,9 +241,9 @@ void OfflineRender::completePlan() {
 
 /// Play is pressed, unless the host's transport is what starts the grains.
 void OfflineRender::startTransport() {
-    const HostOptions& host = plan_.host;
+    const HostRequest& host = plan_.host;
     const bool follows = stream().controls.syncSampler.isOn();
-    if (host.reportsContext() || follows) {
+    if (plan_.reportsContext() || follows) {
         host_.reportContext(true);
         host_.setTempo(host.tempo.value_or(kDefaultTempo));
         host_.setMeter(host.meter ? host.meter->first : kDefaultMeter);

@@ -51,7 +51,8 @@ public:
     /// A failure of the consumer ends the render.
     using Consumer = std::function<Result<void>(const RenderedBlock&)>;
 
-    explicit OfflineRender(RenderPlan plan);
+    /// folders: where the store and samples are looked for.
+    OfflineRender(RenderPlan plan, const Folders& folders);
     ~OfflineRender();
     OfflineRender(const OfflineRender&) = delete;
     OfflineRender& operator=(const OfflineRender&) = delete;

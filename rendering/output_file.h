@@ -1,18 +1,16 @@
 // OutputFile: the stereo file that a render goes into, and what was measured on the way.
 #pragma once
 
-#include "cli/options/render_options.h"
 #include "platform/sound/audio_file_float_wav.h"
 #include "platform/text/log.h"
 #include "platform/text/result.h"
+#include "rendering/output_type.h"
 #include "stream/audio_file_writer.h"
 
 #include <cstdint>
 #include <filesystem>
 
 namespace zephyra {
-
-enum class SampleFormat { shorts, floats };
 
 /// Order of calls: open, write as often as needed, close. The file stands under its name from close
 /// on; until then, and after a failure, what was there before stays. MAIN.

@@ -7,6 +7,8 @@
 
 namespace zephyra {
 
+enum class SampleFormat { shorts, floats };
+
 struct OutputType {
     FourCharCode code;     ///< one of audio_file_type
     const char* name;      ///< as typed, and the extension of files that get their name from us

@@ -1,6 +1,8 @@
 #include "rendering/render_motion.h"
 
+#include "controls/note_values.h"
 #include "platform/audio_unit/midi_message.h"
+#include "platform/text/text_numbers.h"
 #include "stream/control_ranges.h"
 
 #include <algorithm>
@@ -8,6 +10,37 @@
 #include <string_view>
 
 namespace zephyra {
+
+namespace {
+
+/// Gives the wrapper of a control what was asked for.
+void applyLfo(const LfoRequest& lfo, LfoWidgetWrapper& wrapper) {
+    wrapper.setMinRange(lfo.min);
+    wrapper.setMaxRange(lfo.max);
+    wrapper.setGravity(lfo.gravity);
+    if (lfo.link) {
+        wrapper.setClockSub(*lfo.link);
+        wrapper.setClockSubMult(lfo.mult);
+    } else {
+        wrapper.setHz(lfo.hz);
+    }
+    wrapper.setLinkIsEnabled(lfo.link.has_value());
+    wrapper.setLfoShapeFromWrapper(lfo.shape); // finds the phase for this range
+    if (lfo.phase) wrapper.setPhase(*lfo.phase);
+}
+
+/// "LFO sine 0.25 Hz", "LFO v 1/8T x 2".
+std::string lfoText(const LfoWidgetWrapper& wrapper) {
+    auto shape = static_cast<std::size_t>(wrapper.currentLFO.shape());
+    if (shape >= kLfoShapes.size()) shape = kLfoLineRise; // as it sounds
+    std::string text = std::string("LFO ") + kLfoShapes[shape].name;
+    if (!wrapper.linkIsEnabled()) return text + " " + formatShort(wrapper.freeHz()) + " Hz";
+    text += std::string(" ") + kNoteValues[static_cast<std::size_t>(wrapper.clockSub())].name;
+    return wrapper.clockSubMult() == 1.0 ? text
+                                         : text + " x " + formatShort(wrapper.clockSubMult());
+}
+
+} // namespace
 
 RenderMotion::RenderMotion(Instance& instance, AudioUnitViewController& controller)
     : instance_(instance), controller_(controller),
@@ -33,9 +66,9 @@ std::optional<ControlId> RenderMotion::idOf(const Control* control) const {
 Result<void> RenderMotion::applyLfos(const RenderPlan& plan) {
     ControlManager& assignments = controller_.assignments;
     // Before the first block has told it, or a linked LFO would begin at another rate.
-    if (plan.host.reportsContext())
+    if (plan.reportsContext())
         assignments.syncStateDidChangedWithBPM(plan.host.tempo.value_or(kDefaultTempo));
-    for (const LfoOption& lfo : plan.motion.lfos) {
+    for (const LfoRequest& lfo : plan.motion.lfos) {
         Control* const control = controlOf(lfo.control);
         LfoWidgetWrapper* const wrapper =
             control && assignments.assign(*control, AssignmentType::lfo)
@@ -67,7 +100,7 @@ void RenderMotion::clearScan(const RenderPlan& plan) {
 Result<void> RenderMotion::apply(const RenderPlan& plan) {
     clearScan(plan);
     if (const auto done = applyLfos(plan); !done) return done;
-    for (const LearnOption& learned : plan.motion.learned) {
+    for (const LearnRequest& learned : plan.motion.learned) {
         MidiBinding binding = learned.binding;
         binding.control = controlOf(learned.control);
         if (!binding.control || !controller_.midiManager.bind(binding))

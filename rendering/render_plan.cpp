@@ -1,5 +1,6 @@
 #include "rendering/render_plan.h"
 
+#include "audiounit/control_text.h"
 #include "library/bank_edits.h"
 #include "platform/text/text_numbers.h"
 #include "rendering/echo_tail.h"
@@ -18,8 +19,8 @@ float valueOf(const ControlValues& values, ControlId id) {
 }
 
 /// The source's own rate, or the nearest that can be written.
-double outputRate(const RenderOptions& options, const SoundFileInfo& source) {
-    return options.sampleRate.value_or(
+double outputRate(const RenderRequest& request, const SoundFileInfo& source) {
+    return request.sampleRate.value_or(
         std::clamp(std::round(source.sampleRate), kLowestRate, kHighestRate));
 }
 
@@ -57,7 +58,7 @@ bool isBank(const PropertyDictionary& list) {
         list, [](const auto& entry) { return snapshotTag(entry.second).has_value(); });
 }
 
-Result<void> readFiles(const HostOptions& host, RenderPlan& plan) {
+Result<void> readFiles(const HostRequest& host, RenderPlan& plan) {
     const double tempo = host.tempo.value_or(kDefaultTempo);
     if (host.automation) {
         auto points = readAutomation(*host.automation, tempo);
@@ -125,48 +126,50 @@ ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame) {
     return values;
 }
 
-Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileInfo& input,
+Result<RenderPlan> makeRenderPlan(const RenderRequest& request, const SoundFileInfo& input,
                                   const Clock& clock) {
-    const bool live = !options.host.isInstrument() && !options.host.sample;
-    RenderPlan plan{.sampleRate = outputRate(options, input),
+    const bool live = !request.isInstrument() && !request.host.sample;
+    RenderPlan plan{.sampleRate = outputRate(request, input),
                     .playFrames = 0,
                     .frames = 0,
-                    .blockFrames = options.blockFrames,
-                    .seed = options.seed ? *options.seed : clockSeed(clock),
-                    .envelope = options.envelope,
+                    .blockFrames = request.blockFrames,
+                    .seed = request.seed ? *request.seed : clockSeed(clock),
+                    .envelope = request.envelope,
                     .use = live ? SourceUse::live : SourceUse::loaded,
-                    .settings = options.settings,
-                    .timedSettings = options.timedSettings,
-                    .start = options.start,
-                    .end = options.end,
-                    .host = options.host,
-                    .motion = options.motion,
-                    .addTail = !options.seconds};
+                    .settings = request.settings,
+                    .timedSettings = request.timedSettings,
+                    .start = request.start,
+                    .end = request.end,
+                    .host = request.host,
+                    .motion = request.motion,
+                    .addTail = !request.seconds};
     plan.clock = clock;
-    plan.preset = options.preset;
-    plan.turnsLiveOn = options.preset && live && (options.live || !options.preset->hasSound);
-    plan.isSaved = options.savedPreset.has_value();
-    if (const auto read = readFiles(options.host, plan); !read) return Failure{read.message()};
+    plan.host.type = request.componentType();
+    plan.wetOnly = request.live && !request.host.type;
+    plan.preset = request.preset;
+    plan.turnsLiveOn = request.preset && live && (request.live || !request.preset->hasSound);
+    plan.isSaved = request.savedPreset.has_value();
+    if (const auto read = readFiles(request.host, plan); !read) return Failure{read.message()};
     const double ownSeconds = static_cast<double>(input.frames) / input.sampleRate;
-    const double frames = std::round(options.seconds.value_or(ownSeconds) * plan.sampleRate);
+    const double frames = std::round(request.seconds.value_or(ownSeconds) * plan.sampleRate);
     plan.playFrames = static_cast<std::uint64_t>(std::max(frames, 1.0));
     plan.frames = plan.playFrames;
-    if (options.host.fadeOut) {
-        const std::uint64_t fade = dueFrame(*options.host.fadeOut, plan.sampleRate);
+    if (request.host.fadeOut) {
+        const std::uint64_t fade = dueFrame(*request.host.fadeOut, plan.sampleRate);
         plan.stopFrame = plan.playFrames - std::min(fade, plan.playFrames);
     }
     return plan;
 }
 
-Result<void> checkInputRate(const RenderOptions& options, const SoundFileInfo& input) {
-    if (options.host.isInstrument() || outputRate(options, input) == std::round(input.sampleRate))
+Result<void> checkInputRate(const RenderRequest& request, const SoundFileInfo& input) {
+    if (request.isInstrument() || outputRate(request, input) == std::round(input.sampleRate))
         return {};
     const std::string own = formatNumber(std::round(input.sampleRate));
     if (input.sampleRate < kLowestRate || input.sampleRate > kHighestRate)
         return Failure{"INPUT has " + own +
                        " Hz; an effect's input must have 8000 to 384000 Hz, so convert it first"};
     return Failure{"an effect is fed INPUT at its own " + own + " Hz; leave --rate " +
-                   formatNumber(*options.sampleRate) + " out"};
+                   formatNumber(*request.sampleRate) + " out"};
 }
 
 void addEchoTail(RenderPlan& plan) {

@@ -1,15 +1,13 @@
 // RenderPlan: everything that decides the sound of a render.
 #pragma once
 
-#include "cli/options/host_options.h"
-#include "cli/options/motion_options.h"
-#include "cli/options/render_options.h"
 #include "platform/clock.h"
 #include "platform/lists/property_list.h"
 #include "platform/sound/sound_file.h"
 #include "platform/text/result.h"
 #include "rendering/automation_lane.h"
 #include "rendering/midi_file.h"
+#include "rendering/render_request.h"
 #include "stream/control_ranges.h"
 
 #include <array>
@@ -55,7 +53,8 @@ struct RenderPlan {
     std::vector<ControlSetting> settings = {};    ///< over the defaults, in order
     std::vector<TimedSetting> timedSettings = {}; ///< sorted; each at the start of its block
     std::optional<float> start = {}, end = {};    ///< fractions of the source
-    HostOptions host = {};
+    HostRequest host = {};
+    bool wetOnly = false;                         ///< the input itself is not heard
     std::vector<AutomationPoint> automation = {}; ///< sorted
     std::vector<TimedMidi> midi = {};             ///< sorted
     std::vector<std::string> notices = {};        ///< what was odd in the files that were read
@@ -64,7 +63,7 @@ struct RenderPlan {
     bool turnsLiveOn = false;                ///< over what the preset says
     bool isSaved = false;                    ///< as a preset
     Clock clock = {};                        ///< the instance's
-    MotionOptions motion = {};
+    MotionRequest motion = {};
     std::vector<float> take = {};                ///< of --scrub; empty: none
     bool addTail = false;                        ///< the echo's tail is still to be added to frames
     std::optional<std::uint64_t> stopFrame = {}; ///< where stop is pressed; none: never
@@ -74,6 +73,11 @@ struct RenderPlan {
     std::vector<ControlSetting> swept = {};         ///< what LFOs move, high on each one's way
     ControlValues initial = defaultControlValues(); ///< at the first frame, once it is prepared
 
+    bool isInstrument() const {
+        return host.type.value_or(component_type::instrument) == component_type::instrument;
+    }
+    /// Whether the host tells the audio unit of music at all.
+    bool reportsContext() const { return host.tellsOfMusic() || motion.followsTempo(); }
     double secondsAt(std::uint64_t frame) const { return static_cast<double>(frame) / sampleRate; }
 };
 
@@ -84,13 +88,13 @@ std::uint64_t dueFrame(double seconds, double sampleRate);
 /// that block and before applied; about what, where an LFO moves them.
 ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame);
 
-/// Fills in what the options leave open: the source's rate and length, a seed from clock; reads the
-/// files that they name. Failures name the option or file.
-Result<RenderPlan> makeRenderPlan(const RenderOptions& options, const SoundFileInfo& input,
+/// Fills in what the request leaves open: the source's rate and length, a seed from clock; reads
+/// the files that it names. Failures name the option or file.
+Result<RenderPlan> makeRenderPlan(const RenderRequest& request, const SoundFileInfo& input,
                                   const Clock& clock);
 
-/// Whether the options go with an input of this rate; a failure is a wrong usage.
-Result<void> checkInputRate(const RenderOptions& options, const SoundFileInfo& input);
+/// Whether the request goes with an input of this rate; a failure is a wrong usage.
+Result<void> checkInputRate(const RenderRequest& request, const SoundFileInfo& input);
 
 /// Once plan.initial is known: adds the echo's tail where it is due.
 void addEchoTail(RenderPlan& plan);

@@ -1,9 +1,7 @@
 #include "rendering/render_source.h"
 
-#include "cli/command_folders.h"
-#include "cli/interrupt.h"
-#include "cli/options/file_clashes.h"
 #include "presets/preset_sound.h"
+#include "rendering/file_clashes.h"
 #include "stream/sample_loader.h"
 
 #include <algorithm>
@@ -20,26 +18,21 @@ SoundFileInfo infoOf(const SampleReference& reference) {
             .frames = reference.frames};
 }
 
-Result<LoadedSample> readSampleFile(const std::filesystem::path& path, ProgressBar::Shown shown) {
-    ProgressBar bar("Reading  ", shown);
+using Progress = std::function<bool(double share)>;
+
+Result<LoadedSample> readSampleFile(const std::filesystem::path& path, const Folders& folders,
+                                    const Progress& progress) {
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
     // A saved state names the sample and is used from other folders too.
-    return readSample(error ? path : absolute, commandFolders().shared, [&bar](double share) {
-        bar.update(share);
-        return !interrupted();
-    });
+    return readSample(error ? path : absolute, folders.shared, progress);
 }
 
 /// The first two channels into the host's input.
-Result<SoundFile> readInput(const std::filesystem::path& path, ProgressBar::Shown shown,
+Result<SoundFile> readInput(const std::filesystem::path& path, const Progress& progress,
                             RenderSource& source) {
-    ProgressBar bar("Reading  ", shown);
     SoundFileOptions reading;
-    reading.progress = [&bar](double share) {
-        bar.update(share);
-        return !interrupted();
-    };
+    reading.progress = progress;
     reading.onBlock = [&source](const SoundFileInfo& info, const float* block,
                                 std::uint32_t frames) {
         const std::size_t channels = info.channels;
@@ -58,7 +51,8 @@ std::span<const float> ReadSource::shownSamples() const {
     return {sample->getPtr(), std::min<std::size_t>(sample->size, shown.frames)};
 }
 
-Result<ReadSource> readRenderSource(const RenderOptions& options, ProgressBar::Shown bar) {
+Result<ReadSource> readRenderSource(const RenderRequest& request, const Folders& folders,
+                                    const Progress& progress) {
     ReadSource read;
     const auto take = [&](std::shared_ptr<mokSample> sample, SampleReference reference) {
         read.sample = read.source.sample = std::move(sample);
@@ -67,31 +61,31 @@ Result<ReadSource> readRenderSource(const RenderOptions& options, ProgressBar::S
         read.sampleFile = read.source.reference.path;
     };
     const auto takeSample = [&](const std::filesystem::path& path) -> Result<void> {
-        auto loaded = readSampleFile(path, bar);
+        auto loaded = readSampleFile(path, folders, progress);
         if (!loaded) return Failure{loaded.message()};
         take(std::move(loaded.value().sound), std::move(loaded.value().reference));
         return {};
     };
     const auto takePresetSound = [&]() -> Result<void> {
-        auto sound = findPresetSound(*options.preset, commandFolders());
+        auto sound = findPresetSound(*request.preset, folders);
         if (!sound) return Failure{sound.message()};
         take(std::move(sound.value().sample), std::move(sound.value().reference));
-        return checkOverwriting(options, "the preset's sample", read.source.reference.path);
+        return checkOverwriting(request, "the preset's sample", read.source.reference.path);
     };
-    if (options.host.isInstrument()) {
-        const auto taken = options.input.empty() ? takePresetSound() : takeSample(options.input);
+    if (request.isInstrument()) {
+        const auto taken = request.input.empty() ? takePresetSound() : takeSample(request.input);
         if (!taken) return Failure{taken.message()};
         read.input = read.shown;
         return read;
     }
-    auto input = readInput(options.input, bar, read.source);
+    auto input = readInput(request.input, progress, read.source);
     if (!input) return Failure{input.message()};
     read.input = read.shown = input.value().info;
-    if (options.host.sample) {
-        if (const auto taken = takeSample(*options.host.sample); !taken)
+    if (request.host.sample) {
+        if (const auto taken = takeSample(*request.host.sample); !taken)
             return Failure{"--sample: " + taken.message()};
-    } else if (const auto& preset = options.preset;
-               preset && preset->hasSound && !preset->live && !options.live) {
+    } else if (const auto& preset = request.preset;
+               preset && preset->hasSound && !preset->live && !request.live) {
         if (const auto taken = takePresetSound(); !taken) return Failure{taken.message()};
     } else {
         read.heard = std::move(input.value().samples);

@@ -1,13 +1,14 @@
-// readRenderSource: the sounds that a render is made of, read with a progress bar.
+// readRenderSource: the sounds that a render is made of.
 #pragma once
 
-#include "cli/options/render_options.h"
-#include "cli/progress_bar.h"
+#include "platform/files/folders.h"
 #include "platform/sound/sound_file.h"
 #include "platform/text/result.h"
 #include "rendering/offline_render.h"
+#include "rendering/render_request.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <span>
 #include <vector>
@@ -28,7 +29,9 @@ struct ReadSource {
 /// Reads INPUT as the sample of an instrument, or as the input of an effect (a mono file on both
 /// channels, as a host feeds it; of more than two channels the first two), and an effect's sample.
 /// A preset's sample is read where nothing else takes its place, and counts as INPUT without one.
-/// Stops when the user interrupts.
-Result<ReadSource> readRenderSource(const RenderOptions& options, ProgressBar::Shown bar);
+/// progress is called with the share of a file that is read, 0 to 1, from 0 again for the next
+/// file; a false answer ends the reading with a failure. MAIN.
+Result<ReadSource> readRenderSource(const RenderRequest& request, const Folders& folders,
+                                    const std::function<bool(double share)>& progress);
 
 } // namespace zephyra

@@ -1,8 +1,7 @@
 #include "cli/batch/batch_plan.h"
 
 #include "cli/batch/batch_names.h"
-#include "cli/command_folders.h"
-#include "cli/options/file_clashes.h"
+#include "rendering/file_clashes.h"
 
 #include <algorithm>
 #include <map>
@@ -14,30 +13,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Options that name one file cannot be meant for many renders.
-Result<void> checkOptions(const TypedRenderOptions& typed) {
-    const std::pair<const char*, bool> single[] = {
-        {"-o", typed.output.has_value()},
-        {"--picture", typed.picture.has_value()},
-        {"--save-state", typed.host.saveState.has_value()},
-        {"--record-scrub", typed.motion.recordScrub.has_value()}};
-    for (const auto& [option, given] : single)
-        if (given)
-            return Failure{std::string(option) +
-                           " names one file; leave it out with --out-dir, where every render has "
-                           "files of its own"};
-    if (std::count(typed.inputs.begin(), typed.inputs.end(), "") > 0)
-        return Failure{"INPUT is empty; name a sound file"};
-    if (!typed.inputs.empty() || typed.presets.bank) return {};
-    return Failure{"--out-dir needs something to render; name sound files, or --bank and --preset"};
-}
-
-Result<std::vector<std::optional<PresetChoice>>> presetsOf(const PresetOptions& presets) {
+Result<std::vector<std::optional<PresetChoice>>> presetsOf(const RenderOptions& options,
+                                                           const Folders& folders) {
     std::vector<std::optional<PresetChoice>> all;
-    if (presets.played) {
-        const Folders folders = commandFolders();
+    if (options.played) {
         BankFolder banks(folders);
-        Result<std::vector<PresetChoice>> chosen = choosePresets(banks, *presets.played);
+        Result<std::vector<PresetChoice>> chosen = choosePresets(banks, *options.played);
         if (!chosen) return Failure{chosen.message()};
         all.assign(std::make_move_iterator(chosen.value().begin()),
                    std::make_move_iterator(chosen.value().end()));
@@ -46,22 +27,19 @@ Result<std::vector<std::optional<PresetChoice>>> presetsOf(const PresetOptions& 
     return all;
 }
 
-void checkJob(const TypedRenderOptions& typed, const fs::path& folder, BatchJob& job) {
-    TypedRenderOptions own = typed;
-    own.inputs.clear();
-    if (!job.input.empty()) own.inputs.push_back(job.input.string());
-    own.output = (folder / (job.name + "." + outputExtension(typed))).string();
-    own.picture = (folder / (job.name + ".png")).string();
-    Result<RenderOptions> options = checkRenderOptions(own, job.preset);
-    if (options)
-        job.options = std::move(options.value());
-    else
-        job.end = {.code = ExitCode::wrongUsage, .message = options.message()};
+/// What the job's render is asked for.
+RenderRequest requestOf(const BatchJob& job, const RenderOptions& options) {
+    RenderRequest request = options.request;
+    request.input = job.input;
+    request.preset = job.preset;
+    request.output = *options.outDir / (job.name + "." + request.type.name);
+    request.picture = *options.outDir / (job.name + ".png");
+    return request;
 }
 
 /// Whether the renders leave every file alone that one of them reads.
-Result<void> checkReplacing(const std::vector<BatchJob>& jobs, const fs::path& folder) {
-    const Folders folders = commandFolders();
+Result<void> checkReplacing(const std::vector<BatchJob>& jobs, const fs::path& folder,
+                            const Folders& folders) {
     std::map<fs::path, std::string> read;
     for (const BatchJob& job : jobs) {
         if (!job.input.empty()) read.emplace(trueName(job.input), "INPUT");
@@ -71,8 +49,8 @@ Result<void> checkReplacing(const std::vector<BatchJob>& jobs, const fs::path& f
     }
     std::vector<fs::path> written = {folder / (std::string(kContactSheet) + ".png")};
     for (const BatchJob& job : jobs)
-        if (job.options)
-            written.insert(written.end(), {job.options->output, *job.options->picture});
+        if (job.request)
+            written.insert(written.end(), {job.request->output, *job.request->picture});
     for (const fs::path& file : written)
         if (const auto found = read.find(trueName(file)); found != read.end())
             return Failure{file.string() + " would replace " + found->second +
@@ -91,18 +69,15 @@ const RenderEnd* commonFailure(const std::vector<BatchJob>& jobs) {
     return common ? &first : nullptr;
 }
 
-Result<std::vector<BatchJob>> planBatch(const TypedRenderOptions& typed,
-                                        const PresetOptions& presets, ExitCode& code) {
+Result<std::vector<BatchJob>> planBatch(const RenderOptions& options, const Folders& folders,
+                                        ExitCode& code) {
+    code = ExitCode::failure;
+    const auto chosen = presetsOf(options, folders);
+    if (!chosen) return Failure{chosen.message()};
     code = ExitCode::wrongUsage;
-    if (const auto right = checkOptions(typed); !right) return Failure{right.message()};
-    const auto chosen = presetsOf(presets);
-    if (!chosen) {
-        code = ExitCode::failure;
-        return Failure{chosen.message()};
-    }
-    std::vector<fs::path> inputs(typed.inputs.begin(), typed.inputs.end());
+    std::vector<fs::path> inputs = options.inputs;
     if (inputs.empty()) inputs.emplace_back();
-    const bool named = inputs.size() > 1 || !presets.played; // after the inputs
+    const bool named = inputs.size() > 1 || !options.played; // after the inputs
     const bool namedByPreset = chosen.value().size() > 1 || !named;
 
     BatchNames names;
@@ -110,15 +85,19 @@ Result<std::vector<BatchJob>> planBatch(const TypedRenderOptions& typed,
     std::vector<BatchJob> jobs;
     for (const fs::path& input : inputs)
         for (const auto& preset : chosen.value()) {
-            BatchJob job{.name = {}, .input = input, .preset = preset, .options = {}, .end = {}};
+            BatchJob job{.name = {}, .input = input, .preset = preset, .request = {}, .end = {}};
             job.name = names.take(named ? std::optional(input.stem().string()) : std::nullopt,
                                   namedByPreset ? std::optional(preset->name) : std::nullopt);
-            checkJob(typed, *presets.outDir, job);
+            RenderRequest request = requestOf(job, options);
+            if (const Complaint wrong = checkRequest(request, folders))
+                job.end = {.code = ExitCode::wrongUsage, .message = wrong->message};
+            else
+                job.request = std::move(request);
             jobs.push_back(std::move(job));
         }
-    if (std::none_of(jobs.begin(), jobs.end(), [](const BatchJob& job) { return job.options; }))
+    if (std::none_of(jobs.begin(), jobs.end(), [](const BatchJob& job) { return job.request; }))
         return Failure{jobs.front().end.message};
-    if (const auto kept = checkReplacing(jobs, *presets.outDir); !kept)
+    if (const auto kept = checkReplacing(jobs, *options.outDir, folders); !kept)
         return Failure{kept.message()};
     return jobs;
 }

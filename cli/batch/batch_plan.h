@@ -2,7 +2,6 @@
 #pragma once
 
 #include "cli/commands/render_job.h"
-#include "cli/options/preset_options.h"
 #include "cli/options/render_options.h"
 #include "platform/text/result.h"
 
@@ -17,16 +16,16 @@ struct BatchJob {
     std::string name;                     ///< of its files, without folder and extension
     std::filesystem::path input;          ///< empty: the preset's sample
     std::optional<PresetChoice> preset;   ///< none: as a new instance stands
-    std::optional<RenderOptions> options; ///< none where they are wrong for it
-    RenderEnd end;                        ///< failed already where there are no options
+    std::optional<RenderRequest> request; ///< none where the options are wrong for it
+    RenderEnd end;                        ///< failed already where there is no request
 };
 
 inline constexpr const char* kContactSheet = "contact-sheet"; // .png
 
 /// A job for every INPUT and every preset, in that order; neither replaces a file that another
 /// reads. Fails with what holds for all of them; code then tells how to end.
-Result<std::vector<BatchJob>> planBatch(const TypedRenderOptions& typed,
-                                        const PresetOptions& presets, ExitCode& code);
+Result<std::vector<BatchJob>> planBatch(const RenderOptions& options, const Folders& folders,
+                                        ExitCode& code);
 
 /// What all of jobs ended with, where all failed for the same reason; null else.
 const RenderEnd* commonFailure(const std::vector<BatchJob>& jobs);

@@ -23,11 +23,11 @@ namespace {
 // What a child says of its render.
 constexpr char kMessage = 'm', kLine = 'l', kLevels = 'v', kJson = 'j', kNotice = 'n';
 
-int renderInChild(const BatchJob& job, JobLine& line) {
+int renderInChild(const BatchJob& job, const Folders& folders, JobLine& line) {
     setLogSink([&line](std::string_view text) { line.say(kNotice, text); });
     RenderEnd end;
     try {
-        end = renderFile(*job.options, ProgressBar::Shown::never,
+        end = renderFile(*job.request, folders, ProgressBar::Shown::never,
                          [&line](double share) { line.share(share); });
     } catch (const std::bad_alloc&) {
         end = {.code = ExitCode::failure,
@@ -58,11 +58,11 @@ void close(BatchJob& job, const JobEnd& end) {
     if (job.end.message.empty()) job.end.message = "its process ended before it was done";
 }
 
-/// Those whose options are right; false when the user wants no more.
-bool renderJobs(std::vector<BatchJob>& jobs, ProgressBar::Shown shown) {
+/// Those whose request is right; false when the user wants no more.
+bool renderJobs(std::vector<BatchJob>& jobs, const Folders& folders, ProgressBar::Shown shown) {
     std::vector<BatchJob*> ready;
     for (BatchJob& job : jobs)
-        if (job.options) ready.push_back(&job);
+        if (job.request) ready.push_back(&job);
     ProgressBar bar("Rendering", shown);
     const JobEvents events = {
         .said = [&](std::size_t i, char kind,
@@ -71,28 +71,28 @@ bool renderJobs(std::vector<BatchJob>& jobs, ProgressBar::Shown shown) {
         .ended = [&](std::size_t i, const JobEnd& end) { close(*ready[i], end); }};
     return runJobs(
         ready.size(), processorCount(),
-        [&](std::size_t i, JobLine& line) { return renderInChild(*ready[i], line); }, events,
-        [] { return interrupted(); });
+        [&](std::size_t i, JobLine& line) { return renderInChild(*ready[i], folders, line); },
+        events, [] { return interrupted(); });
 }
 
-std::string heading(const std::vector<BatchJob>& jobs, const PresetOptions& presets) {
+std::string heading(const std::vector<BatchJob>& jobs, const RenderOptions& options) {
     const std::string count = std::to_string(jobs.size());
-    if (!presets.played) return count + " sounds";
+    if (!options.played) return count + " sounds";
     return std::string(stemOf(jobs.front().preset->bank)) + " \u00B7 " + count +
            (jobs.size() == 1 ? " render" : " renders");
 }
 
-Result<void> drawSheet(const std::vector<BatchJob>& jobs, const PresetOptions& presets) {
+Result<void> drawSheet(const std::vector<BatchJob>& jobs, const RenderOptions& options) {
     std::vector<ContactSheetEntry> entries;
     for (const BatchJob& job : jobs)
         entries.push_back({.title = job.name,
                            .detail = job.end.levels,
-                           .picture = job.options ? *job.options->picture : fs::path(),
+                           .picture = job.request ? *job.request->picture : fs::path(),
                            .failure = job.end.message});
     PictureFile file;
-    const fs::path path = *presets.outDir / (std::string(kContactSheet) + ".png");
+    const fs::path path = *options.outDir / (std::string(kContactSheet) + ".png");
     if (const auto opened = file.open(path); !opened) return opened;
-    const ContactSheet sheet(heading(jobs, presets), std::move(entries));
+    const ContactSheet sheet(heading(jobs, options), std::move(entries));
     Canvas canvas(sheet.width(), sheet.height());
     sheet.draw(canvas);
     return file.save(canvas);
@@ -107,21 +107,21 @@ Result<void> makeFolder(const fs::path& folder) {
 }
 
 bool isWritten(const BatchJob& job) {
-    return job.options && job.end.code == ExitCode::success && !job.end.line.empty();
+    return job.request && job.end.code == ExitCode::success && !job.end.line.empty();
 }
 
 } // namespace
 
-ExitCode runBatchRender(const TypedRenderOptions& typed, const PresetOptions& presets) {
+ExitCode runBatchRender(const Folders& folders, const RenderOptions& options) {
     ExitCode code = ExitCode::failure;
-    Result<std::vector<BatchJob>> planned = planBatch(typed, presets, code);
+    Result<std::vector<BatchJob>> planned = planBatch(options, folders, code);
     if (!planned) return endWith(code, planned.message());
     std::vector<BatchJob>& jobs = planned.value();
-    if (const auto made = makeFolder(*presets.outDir); !made)
+    if (const auto made = makeFolder(*options.outDir); !made)
         return endWith(ExitCode::failure, made.message());
 
-    const bool all =
-        renderJobs(jobs, typed.quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal);
+    const bool all = renderJobs(
+        jobs, folders, options.quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal);
     const auto written = std::count_if(jobs.begin(), jobs.end(), isWritten);
     if (!all)
         return endWith(ExitCode::failure, "interrupted; " + std::to_string(written) + " of " +
@@ -129,8 +129,8 @@ ExitCode runBatchRender(const TypedRenderOptions& typed, const PresetOptions& pr
                                               " renders were written");
     if (const RenderEnd* const failure = commonFailure(jobs))
         return endWith(failure->code, failure->message);
-    const auto drawn = drawSheet(jobs, presets);
-    code = reportBatch(jobs, typed);
+    const auto drawn = drawSheet(jobs, options);
+    code = reportBatch(jobs, options);
     return drawn ? code : endWith(ExitCode::failure, drawn.message());
 }
 

@@ -2,15 +2,14 @@
 #pragma once
 
 #include "cli/exit_code.h"
-#include "cli/options/preset_options.h"
 #include "cli/options/render_options.h"
 
 namespace zephyra {
 
 /// Renders every INPUT with every preset, as many at a time as there are processors, each in a
-/// process of its own and into a file of its own in presets.outDir, with a picture; then draws them
+/// process of its own and into a file of its own in options.outDir, with a picture; then draws them
 /// all on a contact sheet. Those that fail are told of, a line each, and the others go on. The
 /// process must have no other threads. MAIN.
-ExitCode runBatchRender(const TypedRenderOptions& typed, const PresetOptions& presets);
+ExitCode runBatchRender(const Folders& folders, const RenderOptions& options);
 
 } // namespace zephyra

@@ -38,19 +38,19 @@ std::string linesOf(const std::vector<BatchJob>& jobs) {
 
 } // namespace
 
-ExitCode reportBatch(const std::vector<BatchJob>& jobs, const TypedRenderOptions& typed) {
+ExitCode reportBatch(const std::vector<BatchJob>& jobs, const RenderOptions& options) {
     ExitCode code = ExitCode::success;
     for (const BatchJob& job : jobs) {
-        if (!typed.quiet)
+        if (!options.quiet)
             for (const std::string& notice : job.end.notices)
                 std::fprintf(stderr, "zephyra: %s\n", notice.c_str());
         if (job.end.code != ExitCode::success)
             code = endWith(ExitCode::failure, job.name + ": " + job.end.message);
     }
     ExitCode printed = ExitCode::success;
-    if (typed.json)
+    if (options.json)
         printed = printOut(jsonOf(jobs));
-    else if (!typed.quiet)
+    else if (!options.quiet)
         printed = printOut(linesOf(jobs));
     return printed == ExitCode::success ? code : printed;
 }

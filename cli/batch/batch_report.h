@@ -10,6 +10,6 @@ namespace zephyra {
 
 /// Prints a line for every render, or with --json an array with an object for each; on standard
 /// error a line for every failure, then ExitCode::failure is the answer. MAIN.
-ExitCode reportBatch(const std::vector<BatchJob>& jobs, const TypedRenderOptions& typed);
+ExitCode reportBatch(const std::vector<BatchJob>& jobs, const RenderOptions& options);
 
 } // namespace zephyra

@@ -1,6 +1,5 @@
-#include "cli/commands/banks_command.h"
+#include "cli/commands/commands.h"
 
-#include "cli/command_folders.h"
 #include "cli/text_table.h"
 #include "library/bank_edits.h"
 #include "library/preset_search.h"
@@ -146,11 +145,10 @@ ExitCode listFound(BankFolder& banks, const std::vector<ListedBank>& listed,
 
 } // namespace
 
-ExitCode runBanks(const BanksRequest& request) {
+ExitCode runBanks(const CommandContext& context, const BanksRequest& request) {
     if (request.search && request.search->empty())
         return endWith(ExitCode::wrongUsage, "--search takes a part of a name, not \"\"");
-    const Folders folders = commandFolders();
-    BankFolder banks(folders);
+    BankFolder banks(context.folders);
     const auto listed = listedBanks(banks, request);
     if (!listed) return endWith(ExitCode::failure, listed.message());
     if (request.search) return listFound(banks, listed.value(), request);

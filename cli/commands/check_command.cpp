@@ -1,6 +1,5 @@
-#include "cli/commands/check_command.h"
+#include "cli/commands/commands.h"
 
-#include "cli/command_folders.h"
 #include "cli/interrupt.h"
 #include "library/bank_check.h"
 #include "platform/files/folder_entries.h"
@@ -21,6 +20,10 @@ namespace fs = std::filesystem;
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+bool goOn() {
+    return !interrupted();
+}
 
 std::string counted(std::size_t count, const char* one) {
     return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
@@ -74,7 +77,7 @@ std::string countOf(const std::vector<BankFinding>& findings) {
 Result<void> repair(const fs::path& file, std::span<const std::byte> bytes, const Folders& folders,
                     Report& report) {
     // Without the sample files: a preset whose sample is missing keeps its name, to be found again.
-    auto mended = mendBank(bytes, makeRecordCheck(folders, SampleFiles::ignore));
+    auto mended = mendBank(bytes, makeRecordCheck(folders, SampleFiles::ignore, goOn));
     if (interrupted()) return {}; // what was not looked at could not be mended
     if (!mended) return Failure{file.string() + " cannot be mended: no preset was found in it"};
     const fs::path copy =
@@ -97,16 +100,16 @@ std::size_t presetsIn(std::span<const std::byte> bytes, const std::string& name)
 
 } // namespace
 
-ExitCode runCheck(const CheckRequest& request) {
+ExitCode runCheck(const CommandContext& context, const CheckRequest& request) {
     const fs::path file = request.file;
     if (file.empty()) return endWith(ExitCode::wrongUsage, "FILE is empty; name a bank's file");
     const auto whole = readWholeFile(file, kBankLimits.bytes);
     if (!whole) return endWith(ExitCode::failure, whole.message());
     const std::vector<std::byte>& bytes = whole.value().bytes;
-    const Folders folders = commandFolders();
+    const Folders& folders = context.folders;
 
     Report report;
-    report.findings = checkBank(bytes, makeRecordCheck(folders, SampleFiles::lookFor));
+    report.findings = checkBank(bytes, makeRecordCheck(folders, SampleFiles::lookFor, goOn));
     if (report.findings.empty()) report.presets = presetsIn(bytes, request.file);
     Result<void> mended;
     if (request.repair && !report.findings.empty()) mended = repair(file, bytes, folders, report);

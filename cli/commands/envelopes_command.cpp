@@ -1,4 +1,4 @@
-#include "cli/commands/envelopes_command.h"
+#include "cli/commands/commands.h"
 
 #include "engine/envelope_menu.h"
 #include "pictures/cairo/envelope_page.h"
@@ -29,7 +29,8 @@ Result<void> savePicture(const std::filesystem::path& path) {
 
 } // namespace
 
-ExitCode runEnvelopes(const std::optional<std::string>& picture) {
+ExitCode runEnvelopes(const CommandContext&, const EnvelopesRequest& request) {
+    const auto& picture = request.picture;
     if (picture) {
         const std::filesystem::path path = *picture;
         if (plainName(path.extension().string()) != "png")

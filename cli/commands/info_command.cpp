@@ -1,4 +1,4 @@
-#include "cli/commands/info_command.h"
+#include "cli/commands/commands.h"
 
 #include "cli/interrupt.h"
 #include "platform/sound/loudness.h"
@@ -48,7 +48,9 @@ std::string textInfo(const SoundFileInfo& info, const Loudness& loudness) {
 
 } // namespace
 
-ExitCode runInfo(const std::string& file, InfoForm form) {
+ExitCode runInfo(const CommandContext&, const InfoRequest& request) {
+    if (request.file.empty())
+        return endWith(ExitCode::wrongUsage, "FILE is empty; name a sound file");
     SoundFileOptions reading;
     reading.progress = [](double) { return !interrupted(); };
     std::optional<LoudnessMeter> meter; // of the file's own channels, not of their mean
@@ -56,12 +58,12 @@ ExitCode runInfo(const std::string& file, InfoForm form) {
         if (!meter) meter.emplace(info.channels, info.sampleRate);
         meter->add(block, count);
     };
-    const Result<SoundFile> sound = readSoundFile(file, reading);
+    const Result<SoundFile> sound = readSoundFile(request.file, reading);
     if (!sound) return endWith(ExitCode::failure, sound.message());
     const SoundFileInfo& info = sound.value().info;
     const Loudness loudness = meter->measure(); // a file that was read had a block
-    return printOut(form == InfoForm::json ? jsonInfo(file, info, loudness)
-                                           : textInfo(info, loudness));
+    return printOut(request.json ? jsonInfo(request.file, info, loudness)
+                                 : textInfo(info, loudness));
 }
 
 } // namespace zephyra

@@ -1,4 +1,4 @@
-#include "cli/commands/parameters_command.h"
+#include "cli/commands/commands.h"
 
 #include "audiounit/control_text.h"
 #include "main_view/audio_unit_view_controller.h"
@@ -83,11 +83,11 @@ std::string jsonTable(const HostParameters& parameters) {
 
 } // namespace
 
-ExitCode runParameters(ParametersForm form) {
+ExitCode runParameters(const CommandContext&, const ParametersRequest& request) {
     Instance instance;
     const AudioUnitViewController controller(instance);
-    return printOut(form == ParametersForm::json ? jsonTable(controller.parameters)
-                                                 : textTable(controller.parameters));
+    return printOut(request.json ? jsonTable(controller.parameters)
+                                 : textTable(controller.parameters));
 }
 
 } // namespace zephyra

@@ -1,7 +1,6 @@
-#include "cli/commands/preset_changes.h"
+#include "cli/commands/commands.h"
 
 #include "cli/command_clock.h"
-#include "cli/command_folders.h"
 #include "library/bank_edits.h"
 #include "platform/files/file_name.h"
 #include "platform/text/nearest_name.h"
@@ -192,8 +191,9 @@ ExitCode moveWithinBank(BankFolder& banks, const MoveRequest& request) {
 
 /// What run makes of the folders in use.
 template <typename Request>
-ExitCode withBanks(ExitCode (*run)(BankFolder&, const Request&), const Request& request) {
-    const Folders folders = commandFolders();
+ExitCode withBanks(const CommandContext& context, ExitCode (*run)(BankFolder&, const Request&),
+                   const Request& request) {
+    const Folders& folders = context.folders;
     if (const auto ready = readySharedFolder(folders); !ready) return fail(ready.message());
     BankFolder banks(folders);
     return run(banks, request);
@@ -209,7 +209,7 @@ ExitCode copyToBank(BankFolder& banks, const CopyRequest& request) {
 
 } // namespace
 
-ExitCode runPresetRename(const RenameRequest& request) {
+ExitCode runPresetRename(const CommandContext& context, const RenameRequest& request) {
     if (request.name.empty())
         return endWith(ExitCode::wrongUsage, "the new name is empty; write one");
     if (request.preset == "*")
@@ -219,22 +219,22 @@ ExitCode runPresetRename(const RenameRequest& request) {
                        "no preset can be called " + inQuotes(request.name) +
                            "; a name has at most 255 bytes, no / and no control characters, and is "
                            "neither \".\" nor \"..\"");
-    return withBanks(request.preset ? renamePreset : renameBank, request);
+    return withBanks(context, request.preset ? renamePreset : renameBank, request);
 }
 
-ExitCode runPresetDelete(const DeleteRequest& request) {
-    return withBanks(request.preset ? deletePresets : deleteBank, request);
+ExitCode runPresetDelete(const CommandContext& context, const DeleteRequest& request) {
+    return withBanks(context, request.preset ? deletePresets : deleteBank, request);
 }
 
-ExitCode runPresetCopy(const CopyRequest& request) {
-    return withBanks(copyToBank, request);
+ExitCode runPresetCopy(const CommandContext& context, const CopyRequest& request) {
+    return withBanks(context, copyToBank, request);
 }
 
-ExitCode runPresetMove(const MoveRequest& request) {
+ExitCode runPresetMove(const CommandContext& context, const MoveRequest& request) {
     if (request.position.has_value() == request.target.has_value())
         return endWith(ExitCode::wrongUsage,
                        "preset move needs a position or --to BANK, one of the two");
-    return withBanks(request.target ? moveToBank : moveWithinBank, request);
+    return withBanks(context, request.target ? moveToBank : moveWithinBank, request);
 }
 
 } // namespace zephyra

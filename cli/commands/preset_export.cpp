@@ -1,6 +1,5 @@
-#include "cli/commands/preset_export.h"
+#include "cli/commands/commands.h"
 
-#include "cli/command_folders.h"
 #include "cli/interrupt.h"
 #include "library/bank_edits.h"
 #include "platform/files/folder_entries.h"
@@ -61,8 +60,8 @@ Result<void> write(const fs::path& target, const Bank& bank, bool replaces) {
 
 } // namespace
 
-ExitCode runPresetExport(const PresetExportRequest& request) {
-    const Folders folders = commandFolders();
+ExitCode runPresetExport(const CommandContext& context, const PresetExportRequest& request) {
+    const Folders& folders = context.folders;
     BankFolder banks(folders);
     const auto picked = pickPresets(banks, request.bank, request.preset.value_or("*"));
     if (!picked) return endWith(ExitCode::failure, picked.message());
@@ -72,7 +71,7 @@ ExitCode runPresetExport(const PresetExportRequest& request) {
         return endWith(ExitCode::wrongUsage, target.value().string() +
                                                  " would stand among the banks in use; choose "
                                                  "another folder with -o, or `preset copy`");
-    SoundEmbedding sounds(folders);
+    SoundEmbedding sounds(folders, [] { return !interrupted(); });
     const Bank bank = bankToGo(picked.value(), sounds);
     if (interrupted())
         return endWith(ExitCode::failure,

@@ -1,7 +1,6 @@
-#include "cli/commands/preset_import.h"
+#include "cli/commands/commands.h"
 
 #include "cli/command_clock.h"
-#include "cli/command_folders.h"
 #include "library/bank_edits.h"
 #include "platform/files/folder_entries.h"
 #include "platform/text/nearest_name.h"
@@ -84,7 +83,7 @@ Result<void> checkRequest(const PresetImportRequest& request) {
 
 } // namespace
 
-ExitCode runPresetImport(const PresetImportRequest& request) {
+ExitCode runPresetImport(const CommandContext& context, const PresetImportRequest& request) {
     if (const auto fits = checkRequest(request); !fits)
         return endWith(ExitCode::wrongUsage, fits.message());
     std::vector<ReadFile> files;
@@ -93,7 +92,7 @@ ExitCode runPresetImport(const PresetImportRequest& request) {
         if (!read) return endWith(ExitCode::failure, read.message());
         files.push_back(std::move(read.value()));
     }
-    const Folders folders = commandFolders();
+    const Folders& folders = context.folders;
     if (const auto ready = readySharedFolder(folders); !ready)
         return endWith(ExitCode::failure, ready.message());
     BankFolder banks(folders);

@@ -1,7 +1,6 @@
-#include "cli/commands/preset_show.h"
+#include "cli/commands/commands.h"
 
 #include "audiounit/control_text.h"
-#include "cli/command_folders.h"
 #include "cli/text_table.h"
 #include "engine/envelope_menu.h"
 #include "library/bank_edits.h"
@@ -166,9 +165,8 @@ std::string jsonText(const std::string& bank, const std::string& key, const std:
 
 } // namespace
 
-ExitCode runPresetShow(const PresetShowRequest& request) {
-    const Folders folders = commandFolders();
-    BankFolder banks(folders);
+ExitCode runPresetShow(const CommandContext& context, const PresetShowRequest& request) {
+    BankFolder banks(context.folders);
     if (request.preset == "*")
         return endWith(ExitCode::wrongUsage, "preset show takes one preset, not all");
     const auto picked = pickPresets(banks, request.bank, request.preset);

@@ -1,10 +1,10 @@
-#include "cli/commands/render_command.h"
+#include "cli/commands/commands.h"
 
+#include "cli/batch/batch_names.h"
 #include "cli/batch/batch_render.h"
-#include "cli/command_folders.h"
 #include "cli/commands/render_job.h"
-#include "presets/preset_choice.h"
 
+#include <cstdio>
 #include <optional>
 #include <utility>
 
@@ -13,13 +13,19 @@ namespace zephyra {
 namespace {
 
 /// The one preset that was asked for; none where none was.
-Result<std::optional<PresetChoice>> choosePreset(const PresetOptions& presets) {
-    if (!presets.played) return std::optional<PresetChoice>();
-    const Folders folders = commandFolders();
+Result<std::optional<PresetChoice>> choosePreset(const std::optional<NamedPreset>& played,
+                                                 const Folders& folders) {
+    if (!played) return std::optional<PresetChoice>();
     BankFolder banks(folders);
-    Result<std::vector<PresetChoice>> chosen = choosePresets(banks, *presets.played);
+    Result<std::vector<PresetChoice>> chosen = choosePresets(banks, *played);
     if (!chosen) return Failure{chosen.message()};
     return std::optional(std::move(chosen.value().front()));
+}
+
+/// INPUT's name, else the preset's.
+std::string ownName(const RenderRequest& request) {
+    if (!request.input.empty()) return request.input.stem().string();
+    return BatchNames().take(std::nullopt, request.preset->name);
 }
 
 ExitCode tell(const RenderOptions& options, const RenderEnd& end) {
@@ -33,23 +39,18 @@ ExitCode tell(const RenderOptions& options, const RenderEnd& end) {
 
 } // namespace
 
-ExitCode runRender(const TypedRenderOptions& typed) {
-    const Result<PresetOptions> presets = checkPresetOptions(typed.presets);
-    if (!presets) return endWith(ExitCode::wrongUsage, presets.message());
-    if (const auto fits = checkOneStart(typed); !fits)
-        return endWith(ExitCode::wrongUsage, fits.message());
-    if (presets.value().outDir) return runBatchRender(typed, presets.value());
-    if (const auto fits = checkOneInput(typed); !fits)
-        return endWith(ExitCode::wrongUsage, fits.message());
-
-    const auto preset = choosePreset(presets.value());
+ExitCode runRender(const CommandContext& context, const RenderOptions& options) {
+    if (options.outDir) return runBatchRender(context.folders, options);
+    auto preset = choosePreset(options.played, context.folders);
     if (!preset) return endWith(ExitCode::failure, preset.message());
-    const Result<RenderOptions> options = checkRenderOptions(typed, preset.value());
-    if (!options) return endWith(ExitCode::wrongUsage, options.message());
-    const bool quiet = options.value().quiet;
-    return tell(options.value(),
-                renderFile(options.value(),
-                           quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal));
+    RenderRequest request = options.request;
+    request.preset = std::move(preset.value());
+    if (!options.inputs.empty()) request.input = options.inputs.front();
+    if (request.output.empty()) request.output = ownName(request) + "-grains." + request.type.name;
+    if (const Complaint wrong = checkRequest(request, context.folders))
+        return endWith(ExitCode::wrongUsage, wrong->message);
+    const auto shown = options.quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal;
+    return tell(options, renderFile(request, context.folders, shown));
 }
 
 } // namespace zephyra

@@ -1,7 +1,6 @@
 #include "cli/commands/render_job.h"
 
 #include "cli/command_clock.h"
-#include "cli/command_folders.h"
 #include "cli/commands/render_report.h"
 #include "cli/interrupt.h"
 #include "pictures/cairo/picture_file.h"
@@ -28,7 +27,7 @@ namespace {
 
 /// A render on its way: the files it goes into, and what is collected meanwhile.
 struct Job {
-    const RenderOptions& options;
+    const RenderRequest& request;
     OfflineRender render;
     const RenderPlan& plan() const { return render.plan(); }
     OutputFile file;
@@ -46,18 +45,26 @@ Result<void> checkStateFile(const std::optional<std::filesystem::path>& path) {
                    "); choose a folder with room that may be written to"};
 }
 
+Result<ReadSource> readSource(const RenderRequest& request, const Folders& folders,
+                              ProgressBar::Shown shown) {
+    ProgressBar bar("Reading  ", shown);
+    return readRenderSource(request, folders, [&bar](double share) {
+        bar.update(share);
+        return !interrupted();
+    });
+}
+
 /// Opens what will be written before the long work begins.
 Result<void> openFiles(Job& job, const ReadSource& read) {
-    const SampleFormat format = job.options.floats ? SampleFormat::floats : SampleFormat::shorts;
-    if (auto opened =
-            job.file.open(job.options.output, job.options.type, format, job.plan().sampleRate);
+    if (auto opened = job.file.open(job.request.output, job.request.type, job.request.format,
+                                    job.plan().sampleRate);
         !opened)
         return opened;
-    if (auto writable = checkStateFile(job.options.host.saveState); !writable) return writable;
-    if (const auto& take = job.options.motion.recordScrub)
+    if (auto writable = checkStateFile(job.request.host.saveState); !writable) return writable;
+    if (const auto& take = job.request.motion.recordScrub)
         if (auto opened = job.takeFile.open(*take); !opened) return opened;
-    if (!job.options.picture) return {};
-    if (auto opened = job.pictureFile.open(*job.options.picture); !opened) return opened;
+    if (!job.request.picture) return {};
+    if (auto opened = job.pictureFile.open(*job.request.picture); !opened) return opened;
     job.recorder = std::make_unique<PictureRecorder>(job.plan(), read.shown, RenderPage::grid());
     job.recorder->addSource(read.shownSamples());
     return {};
@@ -68,7 +75,7 @@ Result<RenderStatistics> renderAll(Job& job, ProgressBar::Shown shown,
     ProgressBar bar("Rendering", shown);
     return job.render.run([&](const RenderedBlock& block) -> Result<void> {
         if (interrupted())
-            return Failure{"interrupted; " + job.options.output.string() + " was not written"};
+            return Failure{"interrupted; " + job.request.output.string() + " was not written"};
         if (job.recorder) job.recorder->add(block); // before the writer limits the samples
         const double share =
             static_cast<double>(block.firstFrame) / static_cast<double>(job.plan().frames);
@@ -79,8 +86,8 @@ Result<RenderStatistics> renderAll(Job& job, ProgressBar::Shown shown,
 }
 
 Result<void> saveState(Job& job) {
-    if (!job.options.host.saveState) return {};
-    return writePropertyListFile(*job.options.host.saveState, job.render.state());
+    if (!job.request.host.saveState) return {};
+    return writePropertyListFile(*job.request.host.saveState, job.render.state());
 }
 
 Result<void> saveTake(Job& job) {
@@ -88,25 +95,25 @@ Result<void> saveTake(Job& job) {
     return take ? job.takeFile.save(take->positions()) : Result<void>();
 }
 
-std::string pictureTitle(const RenderOptions& options) {
-    const std::string input = options.input.filename().string();
-    if (!options.preset) return input;
+std::string pictureTitle(const RenderRequest& request) {
+    const std::string input = request.input.filename().string();
+    if (!request.preset) return input;
     const std::string preset =
-        options.preset->name + " (" + std::string(stemOf(options.preset->bank)) + ")";
+        request.preset->name + " (" + std::string(stemOf(request.preset->bank)) + ")";
     return input.empty() ? preset : preset + " \u00B7 " + input;
 }
 
 Result<void> savePicture(Job& job, const RenderStatistics& statistics) {
     if (!job.recorder) return {};
-    const RenderPage page(job.recorder->finish(pictureTitle(job.options), statistics, job.file));
+    const RenderPage page(job.recorder->finish(pictureTitle(job.request), statistics, job.file));
     Canvas canvas(RenderPage::kWidth, page.height());
     page.draw(canvas);
     return job.pictureFile.save(canvas);
 }
 
 Result<void> savePresetOf(Job& job, BankFolder& banks) {
-    if (!job.options.savedPreset) return {};
-    return savePreset(banks, *job.options.savedPreset, job.render.snapshot(),
+    if (!job.request.savedPreset) return {};
+    return savePreset(banks, *job.request.savedPreset, job.render.snapshot(),
                       currentDateAndTime(commandClock()));
 }
 
@@ -123,10 +130,10 @@ std::vector<std::string> noticesOf(const Job& job) {
     std::vector<std::string> notices = job.plan().notices;
     const TakeRecorder* const take = job.render.recordedTake();
     if (take && take->isCut())
-        notices.push_back(job.options.motion.recordScrub->string() +
+        notices.push_back(job.request.motion.recordScrub->string() +
                           ": a take holds 1800 positions; what came after 120 s is left out");
     if (const std::uint64_t limited = job.file.limitedSamples(); limited > 0)
-        notices.push_back(job.options.output.string() + ": " + std::to_string(limited) +
+        notices.push_back(job.request.output.string() + ": " + std::to_string(limited) +
                           " samples exceeded full scale and were limited; lower Amplitude or "
                           "write --float");
     return notices;
@@ -134,12 +141,12 @@ std::vector<std::string> noticesOf(const Job& job) {
 
 RenderEnd success(const Job& job, const ReadSource& read, const RenderStatistics& statistics) {
     const TakeRecorder* const take = job.render.recordedTake();
-    const RenderOutcome outcome = {job.options,
+    const RenderOutcome outcome = {job.request,
                                    job.plan(),
                                    statistics,
                                    job.file,
                                    take ? take->positions().size() : 0,
-                                   job.options.preset ? read.sampleFile.string() : std::string()};
+                                   job.request.preset ? read.sampleFile.string() : std::string()};
     RenderEnd end;
     end.text = textReport(outcome);
     end.json = jsonReport(outcome);
@@ -159,22 +166,21 @@ RenderEnd wrongUsage(std::string message) {
 
 } // namespace
 
-RenderEnd renderFile(const RenderOptions& options, ProgressBar::Shown bar,
+RenderEnd renderFile(const RenderRequest& request, const Folders& folders, ProgressBar::Shown bar,
                      const std::function<void(double share)>& told) {
-    const Folders folders = commandFolders();
     BankFolder banks(folders);
-    if (options.savedPreset)
-        if (const auto free = checkPresetSaving(banks, *options.savedPreset); !free)
+    if (request.savedPreset)
+        if (const auto free = checkPresetSaving(banks, *request.savedPreset); !free)
             return wrongUsage(free.message());
-    Result<ReadSource> read = readRenderSource(options, bar);
+    Result<ReadSource> read = readSource(request, folders, bar);
     if (!read) return failed(read.message());
-    if (const auto fits = checkInputRate(options, read.value().input); !fits)
+    if (const auto fits = checkInputRate(request, read.value().input); !fits)
         return wrongUsage(fits.message());
-    Result<RenderPlan> plan = makeRenderPlan(options, read.value().input, commandClock());
+    Result<RenderPlan> plan = makeRenderPlan(request, read.value().input, commandClock());
     if (!plan) return failed(plan.message());
 
-    Job job{.options = options,
-            .render = OfflineRender(std::move(plan.value())),
+    Job job{.request = request,
+            .render = OfflineRender(std::move(plan.value()), folders),
             .file = {},
             .pictureFile = {},
             .takeFile = {},

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "cli/exit_code.h"
-#include "cli/options/render_options.h"
 #include "cli/progress_bar.h"
+#include "rendering/render_request.h"
 
 #include <functional>
 #include <string>
@@ -20,9 +20,9 @@ struct RenderEnd {
     std::vector<std::string> notices = {}; ///< what people should know, a line each
 };
 
-/// Renders and writes every file that the options name, each whole or not at all. told gets the
+/// Renders and writes every file that the request names, each whole or not at all. told gets the
 /// share of the render that is done, 0 to 1; it may be empty. Prints nothing but the bar. MAIN.
-RenderEnd renderFile(const RenderOptions& options, ProgressBar::Shown bar,
+RenderEnd renderFile(const RenderRequest& request, const Folders& folders, ProgressBar::Shown bar,
                      const std::function<void(double share)>& told = {});
 
 } // namespace zephyra

@@ -61,23 +61,23 @@ std::string motionText(const RenderOutcome& outcome) {
 }
 
 void addPresets(nlohmann::ordered_json& json, const RenderOutcome& outcome) {
-    if (const auto& preset = outcome.options.preset) {
+    if (const auto& preset = outcome.request.preset) {
         json["bank"] = preset->bank;
         json["preset"] = preset->name;
         json["presetKey"] = preset->key;
     }
     if (!outcome.sample.empty()) json["sample"] = outcome.sample;
-    if (const auto& saved = outcome.options.savedPreset) {
+    if (const auto& saved = outcome.request.savedPreset) {
         json["savedBank"] = saved->bank;
         json["savedPreset"] = saved->name;
     }
 }
 
 /// ", as an effect because the preset has LIVE on, saved as ...", or nothing.
-std::string presetText(const RenderOptions& options) {
+std::string presetText(const RenderRequest& request) {
     std::string text;
-    if (options.isEffectOfPreset) text += ", as an effect because the preset has LIVE on";
-    if (const auto& saved = options.savedPreset)
+    if (request.isEffectOfPreset()) text += ", as an effect because the preset has LIVE on";
+    if (const auto& saved = request.savedPreset)
         text += ", saved as " + inQuotes(saved->name) + " in " + saved->bank;
     return text;
 }
@@ -85,23 +85,23 @@ std::string presetText(const RenderOptions& options) {
 } // namespace
 
 std::string jsonReport(const RenderOutcome& outcome) {
-    const RenderOptions& options = outcome.options;
+    const RenderRequest& request = outcome.request;
     const RenderPlan& plan = outcome.plan;
     const OutputFile& file = outcome.file;
     nlohmann::ordered_json json;
-    if (!options.input.empty()) json["input"] = options.input.string();
+    if (!request.input.empty()) json["input"] = request.input.string();
     addPresets(json, outcome);
-    json["output"] = options.output.string();
-    if (options.picture) json["picture"] = options.picture->string();
-    json["type"] = options.type.name;
-    json["float"] = options.floats;
-    json["as"] = componentName(options.host.type);
+    json["output"] = request.output.string();
+    if (request.picture) json["picture"] = request.picture->string();
+    json["type"] = request.type.name;
+    json["float"] = request.format == SampleFormat::floats;
+    json["as"] = componentName(request.componentType());
     json["live"] = plan.use == SourceUse::live;
     json["envelope"] = kEnvelopeMenu[static_cast<std::size_t>(
         plan.initial[static_cast<std::size_t>(ControlId::envelope)])];
-    if (options.host.reportsContext()) json["tempo"] = options.host.tempo.value_or(kDefaultTempo);
+    if (plan.reportsContext()) json["tempo"] = request.host.tempo.value_or(kDefaultTempo);
     addMotion(json, outcome);
-    if (options.host.saveState) json["savedState"] = options.host.saveState->string();
+    if (request.host.saveState) json["savedState"] = request.host.saveState->string();
     json["sampleRate"] = plan.sampleRate;
     json["frames"] = plan.frames;
     json["seconds"] = secondsOf(plan);
@@ -123,12 +123,12 @@ std::string levelText(const OutputFile& file) {
 }
 
 std::string outputLine(const RenderOutcome& outcome) {
-    const RenderOptions& options = outcome.options;
+    const RenderRequest& request = outcome.request;
     const OutputFile& file = outcome.file;
-    return options.output.string() + ": " + formatDuration(secondsOf(outcome.plan)) + ", " +
-           options.type.title + (options.floats ? " 32-bit float" : "") + ", stereo, " +
-           formatNumber(outcome.plan.sampleRate) + " Hz, peak " + decibelText(file.peak()) +
-           ", rms " + decibelText(file.rms()) + "\n";
+    return request.output.string() + ": " + formatDuration(secondsOf(outcome.plan)) + ", " +
+           request.type.title + (request.format == SampleFormat::floats ? " 32-bit float" : "") +
+           ", stereo, " + formatNumber(outcome.plan.sampleRate) + " Hz, peak " +
+           decibelText(file.peak()) + ", rms " + decibelText(file.rms()) + "\n";
 }
 
 std::string textReport(const RenderOutcome& outcome) {
@@ -137,7 +137,7 @@ std::string textReport(const RenderOutcome& outcome) {
     text += std::to_string(statistics.startedGrains) + " grains";
     if (statistics.droppedGrains > 0)
         text += " (" + std::to_string(statistics.droppedGrains) + " dropped)";
-    text += motionText(outcome) + presetText(outcome.options) + ", seed " +
+    text += motionText(outcome) + presetText(outcome.request) + ", seed " +
             std::to_string(outcome.plan.seed) + ", rendered at " +
             formatFixed(speedOf(outcome), 0) + " times real time\n";
     return text;

@@ -1,9 +1,9 @@
 // jsonReport and textReport: what `zephyra render` tells about what it did.
 #pragma once
 
-#include "cli/options/render_options.h"
 #include "rendering/offline_render.h"
 #include "rendering/output_file.h"
+#include "rendering/render_request.h"
 
 #include <cstddef>
 #include <string>
@@ -12,7 +12,7 @@ namespace zephyra {
 
 /// All that a report is made of.
 struct RenderOutcome {
-    const RenderOptions& options;
+    const RenderRequest& request;
     const RenderPlan& plan;
     const RenderStatistics& statistics;
     const OutputFile& file;

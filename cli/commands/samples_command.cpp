@@ -1,6 +1,5 @@
-#include "cli/commands/samples_command.h"
+#include "cli/commands/commands.h"
 
-#include "cli/command_folders.h"
 #include "cli/text_table.h"
 #include "library/quick_sample_manager.h"
 #include "platform/files/folder_entries.h"
@@ -29,9 +28,9 @@ struct ListedSample {
     Result<SoundFileInfo> info;
 };
 
-std::vector<ListedSample> listedSamples() {
+std::vector<ListedSample> listedSamples(const Folders& folders) {
     Instance instance;
-    instance.folders = commandFolders();
+    instance.folders = folders;
     QuickSampleManager samples(instance, nullptr);
     samples.fillTableWithFilesName();
     std::vector<ListedSample> listed;
@@ -174,15 +173,15 @@ private:
 
 } // namespace
 
-ExitCode runSamples(SamplesForm form) {
-    const std::vector<ListedSample> samples = listedSamples();
-    return printOut(form == SamplesForm::json ? jsonText(samples) : plainText(samples));
+ExitCode runSamples(const CommandContext& context, const SamplesRequest& request) {
+    const std::vector<ListedSample> samples = listedSamples(context.folders);
+    return printOut(request.json ? jsonText(samples) : plainText(samples));
 }
 
-ExitCode runSampleImport(const SampleImportRequest& request) {
+ExitCode runSampleImport(const CommandContext& context, const SampleImportRequest& request) {
     if (request.name && request.files.size() > 1)
         return endWith(ExitCode::wrongUsage, "--as names one sample; import one file with it");
-    const Folders folders = commandFolders();
+    const Folders& folders = context.folders;
     if (const auto ready = readySharedFolder(folders); !ready)
         return endWith(ExitCode::failure, ready.message());
     for (const std::string& file : request.files) {

@@ -1,6 +1,5 @@
-#include "cli/commands/where_command.h"
+#include "cli/commands/commands.h"
 
-#include "cli/command_folders.h"
 #include "cli/text_table.h"
 
 #include <array>
@@ -29,8 +28,8 @@ bool isSet(const char* variable) {
     return value && *value;
 }
 
-std::string reasonForShared() {
-    if (sharedFolderWasNamed()) return "--shared-folder";
+std::string reasonForShared(const CommandContext& context) {
+    if (context.sharedFolderWasNamed) return "--shared-folder";
     if (isSet("ZEPHYRA_SHARED_FOLDER")) return "$ZEPHYRA_SHARED_FOLDER";
     if (isSet("XDG_DATA_HOME") && fs::path(std::getenv("XDG_DATA_HOME")).is_absolute())
         return "$XDG_DATA_HOME";
@@ -48,32 +47,32 @@ Place place(const char* role, const fs::path& folder, std::string reason) {
                                                : ", is no folder"};
 }
 
-std::array<Place, 2> places() {
-    const Folders folders = commandFolders();
-    return {place("shared", folders.shared, reasonForShared()),
+std::array<Place, 2> places(const CommandContext& context) {
+    const Folders& folders = context.folders;
+    return {place("shared", folders.shared, reasonForShared(context)),
             place("resources", folders.resources,
                   isSet("ZEPHYRA_RESOURCE_FOLDER") ? "$ZEPHYRA_RESOURCE_FOLDER" : "default")};
 }
 
-std::string jsonText() {
+std::string jsonText(const CommandContext& context) {
     nlohmann::ordered_json json;
-    for (const Place& one : places())
+    for (const Place& one : places(context))
         json[one.role] = {
             {"folder", one.folder.string()}, {"from", one.reason}, {"exists", one.exists}};
     return json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
-std::string plainText() {
+std::string plainText(const CommandContext& context) {
     TextTable table;
-    for (const Place& one : places())
+    for (const Place& one : places(context))
         table.addRow({one.role, one.folder.string(), one.reason + one.trouble});
     return table.text();
 }
 
 } // namespace
 
-ExitCode runWhere(WhereForm form) {
-    return printOut(form == WhereForm::json ? jsonText() : plainText());
+ExitCode runWhere(const CommandContext& context, const WhereRequest& request) {
+    return printOut(request.json ? jsonText(context) : plainText(context));
 }
 
 } // namespace zephyra

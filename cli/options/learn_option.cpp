@@ -1,7 +1,6 @@
-#include "cli/options/learn_option.h"
+#include "cli/options/control_options.h"
 
-#include "audiounit/control_text.h"
-#include "cli/options/key_values.h"
+#include "cli/options/option_values.h"
 #include "platform/text/text_numbers.h"
 
 #include <array>
@@ -53,7 +52,7 @@ Complaint readChannel(const KeyValues& keys, int& channel) {
     if (!typed || plainName(*typed) == "any") return {};
     const auto number = parseWhole(*typed);
     if (!number || *number < 1 || *number > 16)
-        return wrongValue("channel", std::string(*typed), "1 to 16, or any");
+        return wrongValue("channel", *typed, "1 to 16, or any");
     channel = static_cast<int>(*number);
     return {};
 }
@@ -66,7 +65,7 @@ Complaint readWord(const KeyValues& keys, const char* key, const char* first, co
     const std::string word = plainName(*typed);
     isFirst = word == first;
     if (isFirst || word == second) return {};
-    return wrongValue(key, std::string(*typed), std::string(first) + " or " + second);
+    return wrongValue(key, *typed, std::string(first) + " or " + second);
 }
 
 Complaint readKeys(const KeyValues& keys, MidiBinding& binding) {
@@ -84,19 +83,19 @@ Complaint readKeys(const KeyValues& keys, MidiBinding& binding) {
 
 } // namespace
 
-Result<LearnOption> parseLearn(std::string_view text) {
+Result<LearnRequest> parseLearn(std::string_view text) {
     const std::size_t comma = text.find(',');
     const std::string_view head = text.substr(0, comma);
     const std::size_t sign = head.find('=');
     if (sign == std::string_view::npos) return Failure{inQuotes(head) + ": " + kForm};
     const Result<MidiTrigger> trigger = readTrigger(head.substr(0, sign));
     if (!trigger) return Failure{trigger.message()};
-    const Result<ControlId> control = parseControlName(head.substr(sign + 1));
+    const Result<ControlId> control = parseOptionControl(head.substr(sign + 1));
     if (!control) return Failure{control.message()};
     const Result<KeyValues> keys = KeyValues::read(
         comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1), kKeys);
     if (!keys) return Failure{keys.message()};
-    LearnOption learned{.control = control.value()};
+    LearnRequest learned{.control = control.value()};
     learned.binding.trigger = trigger.value();
     if (auto wrong = readKeys(keys.value(), learned.binding)) return std::move(*wrong);
     const bool turns = controlRange(learned.control).kind == ControlKind::continuous &&

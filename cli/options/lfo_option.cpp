@@ -1,8 +1,7 @@
-#include "cli/options/lfo_option.h"
+#include "cli/options/control_options.h"
 
 #include "audiounit/control_text.h"
-#include "cli/options/key_values.h"
-#include "controls/note_values.h"
+#include "cli/options/option_values.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>
@@ -16,13 +15,6 @@ namespace {
 constexpr std::array<std::string_view, 8> kKeys = {"shape", "hz",  "link",    "mult",
                                                    "min",   "max", "gravity", "phase"};
 constexpr const char* kRange = "a fraction of the control's range from 0 to 1";
-
-/// Knobs that turn without steps, and the scan. Fades are lengths of time, which nothing hears
-/// while they change.
-bool canHaveLfo(ControlId id) {
-    return controlRange(id).kind == ControlKind::continuous && id != ControlId::fadeIn &&
-           id != ControlId::fadeOut;
-}
 
 Complaint readShape(const KeyValues& keys, LfoShape& shape) {
     const auto typed = keys.find("shape");
@@ -39,7 +31,7 @@ Complaint readShape(const KeyValues& keys, LfoShape& shape) {
 }
 
 /// Its rate in Hz, or linked to the host's tempo.
-Complaint readRate(const KeyValues& keys, LfoOption& lfo) {
+Complaint readRate(const KeyValues& keys, LfoRequest& lfo) {
     const auto link = keys.find("link");
     if (link && keys.find("hz"))
         return Failure{"hz is a rate of its own and link follows the tempo; leave one out"};
@@ -57,14 +49,14 @@ Complaint readRate(const KeyValues& keys, LfoOption& lfo) {
     if (!link) return {};
     const Result<float> note = parseControlValue(ControlId::leftSubdivision, *link);
     if (!note)
-        return wrongValue("link", std::string(*link),
+        return wrongValue("link", *link,
                           "one of the note values " +
                               rangeText(controlRange(ControlId::leftSubdivision)) + ", as in 1/8T");
     lfo.link = static_cast<int>(note.value());
     return {};
 }
 
-Complaint readSweep(const KeyValues& keys, LfoOption& lfo) {
+Complaint readSweep(const KeyValues& keys, LfoRequest& lfo) {
     for (const auto& [key, value] : {std::pair("min", &lfo.min), std::pair("max", &lfo.max)})
         if (auto wrong = keys.readNumber(key, 0, 1, kRange, *value)) return wrong;
     if (auto wrong = keys.readNumber("gravity", 0, 1, "0 (at once) to 1 (slowest)", lfo.gravity))
@@ -74,11 +66,11 @@ Complaint readSweep(const KeyValues& keys, LfoOption& lfo) {
 
 } // namespace
 
-Result<LfoOption> parseLfo(std::string_view text) {
+Result<LfoRequest> parseLfo(std::string_view text) {
     const std::size_t colon = text.find(':');
     if (text.substr(0, colon).find('=') != std::string_view::npos)
         return Failure{"the control comes before a colon, as in Density:hz=0.5,max=0.8"};
-    const Result<ControlId> control = parseControlName(text.substr(0, colon));
+    const Result<ControlId> control = parseOptionControl(text.substr(0, colon));
     if (!control) return Failure{control.message()};
     if (!canHaveLfo(control.value()))
         return Failure{"an LFO moves what turns without steps, and the scan, not " +
@@ -86,36 +78,11 @@ Result<LfoOption> parseLfo(std::string_view text) {
     const Result<KeyValues> keys = KeyValues::read(
         colon == std::string_view::npos ? std::string_view() : text.substr(colon + 1), kKeys);
     if (!keys) return Failure{keys.message()};
-    LfoOption lfo{.control = control.value()};
+    LfoRequest lfo{.control = control.value()};
     if (auto wrong = readShape(keys.value(), lfo.shape)) return std::move(*wrong);
     if (auto wrong = readRate(keys.value(), lfo)) return std::move(*wrong);
     if (auto wrong = readSweep(keys.value(), lfo)) return std::move(*wrong);
     return lfo;
-}
-
-void applyLfo(const LfoOption& option, LfoWidgetWrapper& wrapper) {
-    wrapper.setMinRange(option.min);
-    wrapper.setMaxRange(option.max);
-    wrapper.setGravity(option.gravity);
-    if (option.link) {
-        wrapper.setClockSub(*option.link);
-        wrapper.setClockSubMult(option.mult);
-    } else {
-        wrapper.setHz(option.hz);
-    }
-    wrapper.setLinkIsEnabled(option.link.has_value());
-    wrapper.setLfoShapeFromWrapper(option.shape); // finds the phase for this range
-    if (option.phase) wrapper.setPhase(*option.phase);
-}
-
-std::string lfoText(const LfoWidgetWrapper& wrapper) {
-    auto shape = static_cast<std::size_t>(wrapper.currentLFO.shape());
-    if (shape >= kLfoShapes.size()) shape = kLfoLineRise; // as it sounds
-    std::string text = std::string("LFO ") + kLfoShapes[shape].name;
-    if (!wrapper.linkIsEnabled()) return text + " " + formatShort(wrapper.freeHz()) + " Hz";
-    text += std::string(" ") + kNoteValues[static_cast<std::size_t>(wrapper.clockSub())].name;
-    return wrapper.clockSubMult() == 1.0 ? text
-                                         : text + " x " + formatShort(wrapper.clockSubMult());
 }
 
 } // namespace zephyra

@@ -1,12 +1,10 @@
 #include "cli/options/render_options.h"
 
-#include "cli/batch/batch_names.h"
-#include "cli/options/complaint.h"
-#include "cli/options/file_clashes.h"
+#include "cli/options/control_options.h"
 #include "engine/envelope_menu.h"
 #include "platform/sound/audio_file.h"
-#include "platform/text/nearest_name.h"
 #include "platform/text/text_numbers.h"
+#include "rendering/file_clashes.h"
 
 #include <CLI/App.hpp>
 #include <algorithm>
@@ -19,179 +17,96 @@ namespace fs = std::filesystem;
 
 namespace {
 
+using Read = OptionReader::Read;
+
 constexpr const char* kSeeHelp = "; see zephyra --help";
+constexpr const char* kRightFraction = "a fraction of the source from 0 to 1";
 
-Complaint readNumber(const char* option, const std::optional<std::string>& typed, double low,
-                     double high, const std::string& right, std::optional<double>& value) {
-    if (!typed) return {};
-    value = parseNumber(*typed);
-    if (!value || *value < low || *value > high) return wrongValue(option, *typed, right);
-    return {};
+// --- values ---
+
+Read blockInto(int& frames) {
+    return [&frames](const char* option, const std::string& text) -> Complaint {
+        const auto number = parseWhole(text);
+        if (!number || *number < 1 || *number > kMostBlockFrames)
+            return wrongValue(option, text, "frames, a whole number from 1 to 65536");
+        frames = static_cast<int>(*number);
+        return {};
+    };
 }
 
-Complaint readFraction(const char* option, const std::optional<std::string>& typed,
-                       std::optional<float>& value) {
-    std::optional<double> number;
-    const Complaint wrong =
-        readNumber(option, typed, 0, 1, "a fraction of the source from 0 to 1", number);
-    if (number) value = static_cast<float>(*number);
-    return wrong;
+Read seedInto(std::optional<std::uint32_t>& seed) {
+    return [&seed](const char* option, const std::string& text) -> Complaint {
+        const auto number = parseWhole(text);
+        if (!number || *number < 1 || *number > std::numeric_limits<std::uint32_t>::max())
+            return wrongValue(option, text, "a whole number from 1 to 4294967295");
+        seed = static_cast<std::uint32_t>(*number);
+        return {};
+    };
 }
 
-Complaint readLengths(const TypedRenderOptions& typed, RenderOptions& options) {
-    if (const auto wrong = readNumber("--seconds", typed.seconds, 0, kMostSeconds,
-                                      "seconds above 0, up to 86400 (a day)", options.seconds))
-        return wrong;
-    if (options.seconds == 0.0)
-        return wrongValue("--seconds", *typed.seconds, "seconds above 0, up to 86400 (a day)");
-    if (const auto wrong = readNumber("--rate", typed.rate, kLowestRate, kHighestRate,
-                                      "Hz from 8000 to 384000", options.sampleRate))
-        return wrong;
-    options.blockFrames = kDefaultBlockFrames;
-    if (!typed.block) return {};
-    const std::optional<std::uint64_t> frames = parseWhole(*typed.block);
-    if (!frames || *frames < 1 || *frames > kMostBlockFrames)
-        return wrongValue("--block", *typed.block, "frames, a whole number from 1 to 65536");
-    options.blockFrames = static_cast<int>(*frames);
-    return {};
-}
-
-Complaint readSeed(const TypedRenderOptions& typed, RenderOptions& options) {
-    if (!typed.seed) return {};
-    const std::optional<std::uint64_t> seed = parseWhole(*typed.seed);
-    if (!seed || *seed < 1 || *seed > std::numeric_limits<std::uint32_t>::max())
-        return wrongValue("--seed", *typed.seed, "a whole number from 1 to 4294967295");
-    options.seed = static_cast<std::uint32_t>(*seed);
-    return {};
-}
-
-Complaint readSettings(const TypedRenderOptions& typed, RenderOptions& options) {
-    for (const std::string& text : typed.settings) {
+Read settingInto(std::vector<ControlSetting>& settings) {
+    return [&settings](const char* option, const std::string& text) -> Complaint {
         const Result<ControlSetting> setting = parseSetting(text);
-        if (!setting) return Failure{"--set " + text + ": " + setting.message()};
-        options.settings.push_back(setting.value());
-    }
-    for (const std::string& text : typed.timedSettings) {
-        const Result<TimedSetting> setting = parseTimedSetting(text);
-        if (!setting) return Failure{"--at " + text + ": " + setting.message()};
-        if (options.seconds && setting.value().seconds >= *options.seconds)
-            return Failure{"--at " + text + " comes after the end; --seconds is " +
-                           formatNumber(*options.seconds)};
-        auto& all = options.timedSettings; // each goes behind those of its time and before
-        const auto later = std::find_if(all.begin(), all.end(), [&](const TimedSetting& other) {
-            return other.seconds > setting.value().seconds;
-        });
-        all.insert(later, setting.value());
-    }
-    return {};
+        if (!setting) return Failure{std::string(option) + " " + text + ": " + setting.message()};
+        settings.push_back(setting.value());
+        return {};
+    };
 }
 
-Complaint readEnvelope(const TypedRenderOptions& typed, RenderOptions& options) {
-    if (!typed.envelope) return {};
-    const std::optional<std::size_t> found = findEnvelope(*typed.envelope);
-    if (!found) {
+Read timedSettingInto(RenderRequest& request) {
+    return [&request](const char* option, const std::string& text) -> Complaint {
+        const std::string typed = std::string(option) + " " + text;
+        const Result<TimedSetting> setting = parseTimedSetting(text);
+        if (!setting) return Failure{typed + ": " + setting.message()};
+        if (request.seconds && setting.value().seconds >= *request.seconds)
+            return Failure{typed + " comes after the end; --seconds is " +
+                           formatNumber(*request.seconds)};
+        insertByTime(request.timedSettings, setting.value());
+        return {};
+    };
+}
+
+Read envelopeInto(std::optional<std::size_t>& envelope) {
+    return [&envelope](const char* option, const std::string& text) -> Complaint {
+        envelope = findEnvelope(text);
+        if (envelope) return {};
         constexpr std::string_view kPrefix = "Grain Envelope: ";
         std::vector<std::string_view> names;
         for (const std::string_view entry : kEnvelopeMenu)
             names.push_back(entry.substr(kPrefix.size()));
-        return Failure{"--envelope: there is no " + inQuotes(*typed.envelope) +
-                       "; the nearest is " + inQuotes(nearestName(*typed.envelope, names)) +
+        return Failure{std::string(option) + ": there is no " + inQuotes(text) +
+                       "; the nearest is " + inQuotes(nearestName(text, names)) +
                        " (`zephyra envelopes` lists all)"};
-    }
-    options.envelope = *found;
-    return {};
-}
-
-/// What names the file that was given no name: INPUT, else the preset.
-std::string ownName(const RenderOptions& options) {
-    if (!options.input.empty()) return options.input.stem().string();
-    return BatchNames().take(std::nullopt, options.preset->name);
-}
-
-/// The type from --type, else from OUT's extension, else WAV; OUT from INPUT's name if need be.
-Complaint readOutput(const TypedRenderOptions& typed, RenderOptions& options) {
-    const OutputType* type = &defaultOutputType();
-    if (typed.type) {
-        type = findOutputType(*typed.type);
-        if (!type) return wrongValue("--type", *typed.type, kOutputTypeNames);
-    }
-    if (typed.output) {
-        options.output = *typed.output;
-        const std::string extension = options.output.extension().string();
-        if (options.output.empty()) return wrongValue("-o", "", "a file name");
-        if (!typed.type && !extension.empty()) type = findOutputType(extension);
-        if (!type)
-            return Failure{"-o " + *typed.output + ": no type " + inQuotes(extension) +
-                           " can be written; use the extension " + kOutputTypeNames +
-                           ", or --type"};
-    } else {
-        options.output = ownName(options) + "-grains." + type->name;
-    }
-    options.type = *type;
-    if (options.floats && type->code != audio_file_type::wave)
-        return Failure{"--float is for WAV only, not " + std::string(type->title) +
-                       "; name OUT .wav or leave --float out"};
-    return {};
-}
-
-Complaint readFiles(const TypedRenderOptions& typed, RenderOptions& options) {
-    if (!typed.inputs.empty()) {
-        options.input = typed.inputs[0];
-        if (options.input.empty()) return Failure{"INPUT is empty; name a sound file"};
-    }
-    if (const auto wrong = readOutput(typed, options)) return wrong;
-    if (!typed.picture) return {};
-    options.picture = *typed.picture;
-    if (plainName(options.picture->extension().string()) != "png")
-        return wrongValue("--picture", *typed.picture, "a file name that ends in .png");
-    return {};
-}
-
-/// An effect's input is INPUT; an instrument may have its sample from the preset.
-Complaint checkSource(const RenderOptions& options) {
-    if (!options.input.empty()) return {};
-    const std::string preset = "preset " + inQuotes(options.preset->name);
-    if (options.preset->live && !options.host.isInstrument())
-        return Failure{preset + " listens to live input; name INPUT, a sound file to feed it"};
-    if (!options.host.isInstrument())
-        return Failure{"an effect needs input; name INPUT, a sound file to feed it"};
-    if (!options.preset->hasSound)
-        return Failure{preset + " brings no sample; name INPUT, the sound file that it is to play"};
-    return {};
-}
-
-/// An instrument has no input that LIVE could listen to.
-Complaint checkLive(const RenderOptions& options) {
-    const auto asksForLive = [](const ControlSetting& setting) {
-        return setting.control == ControlId::live && setting.value != 0;
     };
-    bool asked = std::any_of(options.settings.begin(), options.settings.end(), asksForLive);
-    for (const TimedSetting& timed : options.timedSettings)
-        asked = asked || asksForLive(timed.setting);
-    for (const LearnOption& learned : options.motion.learned)
-        asked = asked || learned.control == ControlId::live;
-    if (!asked || !options.host.isInstrument()) return {};
-    return Failure{"LIVE is for an effect, which has an input; add --as effect"};
 }
 
-/// The host and what moves the controls. A preset that listens to an input makes an effect.
-Result<void> readHost(const TypedRenderOptions& typed, RenderOptions& options) {
-    TypedHostOptions typedHost = typed.host;
-    options.isEffectOfPreset =
-        options.preset && options.preset->live && !typedHost.as && !typed.live;
-    if (options.isEffectOfPreset) typedHost.as = "effect";
-    Result<HostOptions> host = checkHostOptions(typedHost, typed.live);
-    if (!host) return Failure{host.message()};
-    options.host = std::move(host.value());
-    Result<MotionOptions> motion = checkMotionOptions(typed.motion, options.host.midi.has_value());
-    if (!motion) return Failure{motion.message()};
-    options.motion = std::move(motion.value());
-    options.host.tempoIsFollowed = options.motion.followsTempo();
-    return {};
+Read typeInto(OutputType& type) {
+    return [&type](const char* option, const std::string& text) -> Complaint {
+        const OutputType* const found = findOutputType(text);
+        if (!found) return wrongValue(option, text, kOutputTypeNames);
+        type = *found;
+        return {};
+    };
+}
+
+Read pictureInto(std::optional<fs::path>& picture) {
+    return [&picture](const char* option, const std::string& text) -> Complaint {
+        picture = text;
+        if (plainName(picture->extension().string()) == "png") return {};
+        return wrongValue(option, text, "a file name that ends in .png");
+    };
+}
+
+// --- what goes together ---
+
+Complaint checkOneStart(const RenderOptions& options) {
+    if (!options.request.host.state || !options.played) return {};
+    return Failure{"--state and --bank both say what to start from; leave one out"};
 }
 
 /// A word that stands where only one sound file is expected.
-Failure surplus(const std::string& word) {
+Failure surplus(const fs::path& input) {
+    const std::string word = input.string();
     const std::string quoted = inQuotes(word);
     const std::size_t sign = word.find('=');
     if (sign == std::string::npos)
@@ -203,95 +118,169 @@ Failure surplus(const std::string& word) {
             kSeeHelp};
 }
 
+/// One sound file, or none and a preset instead; with --out-dir any number of either.
+Complaint checkInputs(const RenderOptions& options) {
+    const std::vector<fs::path>& inputs = options.inputs;
+    if (!options.outDir && inputs.size() > 1) return surplus(inputs[1]);
+    if (std::ranges::count(inputs, fs::path()) > 0)
+        return Failure{"INPUT is empty; name a sound file"};
+    if (!inputs.empty() || options.played) return {};
+    if (!options.outDir)
+        return Failure{std::string("render needs the name of a sound file") + kSeeHelp};
+    return Failure{"--out-dir needs something to render; name sound files, or --bank and --preset"};
+}
+
+/// Options that name one file cannot be meant for many renders.
+Complaint checkBatch(const OptionReader& reader, const RenderOptions& options) {
+    if (!options.outDir) return {};
+    for (const char* option : {"-o", "--picture", "--save-state", "--record-scrub"})
+        if (reader.isGiven(option))
+            return Failure{std::string(option) +
+                           " names one file; leave it out with --out-dir, where every render has "
+                           "files of its own"};
+    return {};
+}
+
+/// The type from --type, else from OUT's extension, else WAV.
+Complaint settleType(const OptionReader& reader, RenderRequest& request) {
+    const std::string extension = request.output.extension().string();
+    if (!reader.isGiven("--type") && !extension.empty()) {
+        const OutputType* const type = findOutputType(extension);
+        if (!type)
+            return Failure{"-o " + request.output.string() + ": no type " + inQuotes(extension) +
+                           " can be written; use the extension " + kOutputTypeNames +
+                           ", or --type"};
+        request.type = *type;
+    }
+    if (request.format == SampleFormat::shorts || request.type.code == audio_file_type::wave)
+        return {};
+    return Failure{"--float is for WAV only, not " + std::string(request.type.title) +
+                   "; name OUT .wav or leave --float out"};
+}
+
+Complaint checkParts(const RenderRequest& request) {
+    if (request.live && request.isInstrument())
+        return Failure{"--live feeds INPUT to an effect; leave it out with --as instrument"};
+    if (request.live && request.host.sample)
+        return Failure{"--live cuts the grains from INPUT, --sample from a file; leave one out"};
+    return {};
+}
+
+// --- what goes with an input and a preset ---
+
+Complaint checkEffectOptions(const RenderRequest& request) {
+    if (!request.isInstrument()) return {};
+    if (request.host.sample)
+        return Failure{
+            "--sample is for an effect; an instrument's sample is INPUT (add --as effect "
+            "to feed INPUT to an effect)"};
+    if (!request.host.dryWet) return {};
+    return Failure{
+        "--drywet is for an effect; an instrument has no input to mix with (add --as effect)"};
+}
+
+/// An effect's input is INPUT; an instrument may have its sample from the preset.
+Complaint checkSource(const RenderRequest& request) {
+    if (!request.input.empty()) return {};
+    const std::string preset = "preset " + inQuotes(request.preset->name);
+    if (request.preset->live && !request.isInstrument())
+        return Failure{preset + " listens to live input; name INPUT, a sound file to feed it"};
+    if (!request.isInstrument())
+        return Failure{"an effect needs input; name INPUT, a sound file to feed it"};
+    if (!request.preset->hasSound)
+        return Failure{preset + " brings no sample; name INPUT, the sound file that it is to play"};
+    return {};
+}
+
+/// An instrument has no input that LIVE could listen to.
+Complaint checkLive(const RenderRequest& request) {
+    const auto asksForLive = [](const ControlSetting& setting) {
+        return setting.control == ControlId::live && setting.value != 0;
+    };
+    bool asked = std::ranges::any_of(request.settings, asksForLive);
+    for (const TimedSetting& timed : request.timedSettings)
+        asked = asked || asksForLive(timed.setting);
+    for (const LearnRequest& learned : request.motion.learned)
+        asked = asked || learned.control == ControlId::live;
+    if (!asked || !request.isInstrument()) return {};
+    return Failure{"LIVE is for an effect, which has an input; add --as effect"};
+}
+
 } // namespace
 
-void declareRenderOptions(CLI::App& command, TypedRenderOptions& typed) {
+void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions& options) {
+    RenderRequest& request = options.request;
     command
-        .add_option("INPUT", typed.inputs,
+        .add_option("INPUT", options.inputs,
                     "The sound file to granulate; several with --out-dir, none where a preset "
                     "brings its own")
         ->option_text(" ");
-    const auto option = [&command](const char* names, auto& value, const char* placeholder,
-                                   const char* help) {
-        return command.add_option(names, value, help)->option_text(placeholder)->expected(1);
-    };
-    option("-o,--output", typed.output, "OUT",
-           "Where to write; its extension is the type. Default: INPUT's name with \"-grains.wav\" "
-           "in the current folder");
-    option("--seconds", typed.seconds, "S",
-           "Length; the grains play throughout. Default: INPUT's own length, then the echo's tail");
-    option("--rate", typed.rate, "HZ", "Output rate, 8000 to 384000. Default: INPUT's own");
-    option("--block", typed.block, "N", "Frames per render call, 1 to 65536. Default: 512");
-    option("--seed", typed.seed, "N",
-           "1 to 4294967295: the same seed gives the same bytes. Default: from the clock");
-    const auto settings = [&](const char* name, auto& value, const char* placeholder,
-                              const char* help) {
-        option(name, value, placeholder, help)
-            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-            ->allow_extra_args(false);
-    };
-    settings("--set", typed.settings, "NAME=VALUE",
-             "A control's value, as listed below; may be given often");
-    settings("--at", typed.timedSettings, "SECONDS:NAME=VALUE",
-             "The same from the start of the block that holds this time of the output");
-    option("--envelope", typed.envelope, "NAME",
-           "The grains' envelope, see `zephyra envelopes`. Default: Hanning");
-    option("--start", typed.start, "F", "Where the scanned part starts, a fraction of INPUT");
-    option("--end", typed.end, "F",
-           "Where it ends; before the start, the scan covers what lies between");
-    command.add_flag(
-        "--live", typed.live,
+    reader.add(
+        "-o,--output", "OUT",
+        "Where to write; its extension is the type. Default: INPUT's name with \"-grains.wav\" "
+        "in the current folder",
+        [&request](const char* option, const std::string& text) -> Complaint {
+            if (text.empty()) return wrongValue(option, text, "a file name");
+            request.output = text;
+            return {};
+        });
+    reader.add(
+        "--seconds", "S",
+        "Length; the grains play throughout. Default: INPUT's own length, then the echo's tail",
+        numberInto(request.seconds, std::numeric_limits<double>::denorm_min(), kMostSeconds,
+                   "seconds above 0, up to 86400 (a day)"));
+    reader.add("--rate", "HZ", "Output rate, 8000 to 384000. Default: INPUT's own",
+               numberInto(request.sampleRate, kLowestRate, kHighestRate, "Hz from 8000 to 384000"));
+    reader.add("--block", "N", "Frames per render call, 1 to 65536. Default: 512",
+               blockInto(request.blockFrames));
+    reader.add("--seed", "N",
+               "1 to 4294967295: the same seed gives the same bytes. Default: from the clock",
+               seedInto(request.seed));
+    reader.addRepeated("--set", "NAME=VALUE",
+                       "A control's value, as listed below; may be given often",
+                       settingInto(request.settings));
+    reader.addRepeated("--at", "SECONDS:NAME=VALUE",
+                       "The same from the start of the block that holds this time of the output",
+                       timedSettingInto(request));
+    reader.add("--envelope", "NAME",
+               "The grains' envelope, see `zephyra envelopes`. Default: Hanning",
+               envelopeInto(request.envelope));
+    reader.add("--start", "F", "Where the scanned part starts, a fraction of INPUT",
+               numberInto(request.start, 0, 1, kRightFraction));
+    reader.add("--end", "F", "Where it ends; before the start, the scan covers what lies between",
+               numberInto(request.end, 0, 1, kRightFraction));
+    reader.addFlag(
+        "--live",
         "Feed INPUT to an effect instead of loading it, and hear the grains alone: they come from "
-        "the last ten seconds heard. Without a scan setting they follow 0.2 s behind the input");
-    option("--type", typed.type, "TYPE",
-           "wav, aiff, aifc, caf, au, sd2 or m4a, whatever OUT's name");
-    declareHostOptions(command, typed.host);
-    declareMotionOptions(command, typed.motion);
-    declarePresetOptions(command, typed.presets);
-    command.add_flag("--float", typed.floats, "Write 32-bit floats (WAV), which nothing limits");
-    option("--picture", typed.picture, "OUT.png",
-           "Draw the source, every grain, the output and its spectrogram");
-    command.add_flag("--quiet", typed.quiet, "Print nothing but errors");
-    command.add_flag("--json", typed.json, "Print what was rendered as JSON");
+        "the last ten seconds heard. Without a scan setting they follow 0.2 s behind the input",
+        request.live);
+    reader.add("--type", "TYPE", "wav, aiff, aifc, caf, au, sd2 or m4a, whatever OUT's name",
+               typeInto(request.type));
+    declareHostOptions(reader, request.host);
+    declareMotionOptions(reader, request);
+    declarePresetOptions(reader, options);
+    reader.beginGroup("Options");
+    reader.addFlag("--float", "Write 32-bit floats (WAV), which nothing limits",
+                   [&request] { request.format = SampleFormat::floats; });
+    reader.add("--picture", "OUT.png",
+               "Draw the source, every grain, the output and its spectrogram",
+               pictureInto(request.picture));
+    reader.addFlag("--quiet", "Print nothing but errors", options.quiet);
+    reader.addFlag("--json", "Print what was rendered as JSON", options.json);
+
+    reader.addCheck([&options] { return checkOneStart(options); });
+    reader.addCheck([&reader, &options] { return checkBatch(reader, options); });
+    reader.addCheck([&options] { return checkInputs(options); });
+    reader.addCheck([&reader, &request] { return settleType(reader, request); });
+    reader.addCheck([&request] { return checkParts(request); });
 }
 
-Result<void> checkOneStart(const TypedRenderOptions& typed) {
-    if (!typed.host.state || !typed.presets.bank) return {};
-    return Failure{"--state and --bank both say what to start from; leave one out"};
-}
-
-Result<void> checkOneInput(const TypedRenderOptions& typed) {
-    if (typed.inputs.size() > 1) return surplus(typed.inputs[1]);
-    if (!typed.inputs.empty() || typed.presets.bank) return {};
-    return Failure{std::string("render needs the name of a sound file") + kSeeHelp};
-}
-
-std::string outputExtension(const TypedRenderOptions& typed) {
-    const OutputType* const type = typed.type ? findOutputType(*typed.type) : nullptr;
-    return type ? type->name : defaultOutputType().name;
-}
-
-Result<RenderOptions> checkRenderOptions(const TypedRenderOptions& typed,
-                                         const std::optional<PresetChoice>& preset) {
-    RenderOptions options{};
-    options.preset = preset;
-    options.live = typed.live;
-    options.floats = typed.floats;
-    options.quiet = typed.quiet;
-    options.json = typed.json;
-    for (const auto step : {readFiles, readLengths, readSeed, readSettings, readEnvelope})
-        if (Complaint wrong = step(typed, options)) return std::move(*wrong);
-    if (Complaint wrong = readFraction("--start", typed.start, options.start))
-        return std::move(*wrong);
-    if (Complaint wrong = readFraction("--end", typed.end, options.end)) return std::move(*wrong);
-    Result<PresetOptions> presets = checkPresetOptions(typed.presets);
-    if (!presets) return Failure{presets.message()};
-    options.savedPreset = std::move(presets.value().saved);
-    if (const auto read = readHost(typed, options); !read) return Failure{read.message()};
-    if (const auto clear = checkFileClashes(options); !clear) return Failure{clear.message()};
-    for (const auto step : {checkSource, checkLive})
-        if (auto wrong = step(options)) return std::move(*wrong);
-    return options;
+Complaint checkRequest(const RenderRequest& request, const Folders& folders) {
+    if (auto wrong = checkEffectOptions(request)) return wrong;
+    if (const auto clear = checkFileClashes(request, folders); !clear)
+        return Failure{clear.message()};
+    if (auto wrong = checkSource(request)) return wrong;
+    return checkLive(request);
 }
 
 } // namespace zephyra

@@ -1,7 +1,6 @@
 // What the commands about banks, presets, samples and folders do with real folders.
 
 #include "library/bank_edits.h"
-#include "presets/preset_names.h"
 #include "tests/cli/program.h"
 
 #include <algorithm>
@@ -63,37 +62,6 @@ protected:
     TemporaryFolder folder_;
 };
 
-TEST_F(Library, ANameMeansABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
-    put(shared() / "Mist.zephyra", {{"0 - a", preset("3")},
-                                    {"1 - b", preset("x")},
-                                    {"2 - c", preset("x")},
-                                    {"3 - d", preset("Über")}});
-    put(shared() / "mist.zephyra", {});
-    const Folders folders{shared(), factory()};
-    BankFolder banks(folders);
-    const std::pair<const char*, const char*> bankNames[] = {
-        {"Clouds", "Clouds.zephyra"}, {"clouds.ZEPHYRA", "Clouds.zephyra"},
-        {"DRONES", "Drones.zephyra"}, {"mist", "mist.zephyra"},
-        {"MIST", "2 banks"},          {"Cluods", "nearest is \"Clouds\""},
-    };
-    for (const auto& [typed, expected] : bankNames) {
-        const auto found = findBank(banks, typed);
-        EXPECT_THAT(found ? found.value() : found.message(), HasSubstr(expected)) << typed;
-    }
-    const std::pair<const char*, const char*> presetNames[] = {
-        {"3", "0 - a"},     {"#3", "2 - c"},       {"2", "1 - b"},
-        {"2 - c", "2 - c"}, {"ÜBER", "3 - d"},     {"x", "2 presets \"x\""},
-        {"X", ": 2, 3"},    {"5", "are 1 to 4"},   {"0", "has no preset"},
-        {"ubr", "nearest"}, {"", "has no preset"},
-    };
-    for (const auto& [typed, expected] : presetNames) {
-        const auto found = findPresets(banks, "Mist.zephyra", typed);
-        EXPECT_THAT(found ? found.value().front() : found.message(), HasSubstr(expected)) << typed;
-    }
-    EXPECT_THAT(findPresets(banks, "Mist.zephyra", "*").value(),
-                ElementsAre("0 - a", "1 - b", "2 - c", "3 - d"));
-}
-
 TEST_F(Library, WhatIsWrongStandsInOneLineAndChangesNothing) {
     writeText(folder_ / "sound.wav", "");
     writeText(folder_ / "broken.zephyra", "no bank");
@@ -115,17 +83,14 @@ TEST_F(Library, WhatIsWrongStandsInOneLineAndChangesNothing) {
         {"banks --shared-folder ''", 2, "--shared-folder takes a folder's name"},
         {"samples import", 2, "samples import needs FILE"},
         {"banks Cluods", 1, "the nearest is \"Clouds\""},
-        {"preset show Clouds RAIN", 1, "2 presets \"RAIN\"; name one by its number: 2, 3"},
         {"preset delete Clouds", 2, "would delete \"Clouds\" with 3 presets for good; add --yes"},
         {"preset delete Clouds Haze", 2, "would delete \"Haze\" of \"Clouds\" for good"},
         {"preset delete Drones --yes", 1, "came with the program"},
         {"preset rename Drones Mine", 1, "came with the program"},
-        {"preset rename Clouds ../Up", 2, "no bank can be called \"../Up\""},
         {"preset rename Clouds Haze Rain", 1, "has a preset \"Rain\" already"},
         {"preset move Clouds Haze", 2, "a position or --to BANK"},
         {"preset move Clouds Haze 4", 2, "a number from 1 to 3"},
         {"preset move Clouds Haze --to clouds", 2, "the preset's own bank"},
-        {"preset copy Clouds Haze ..", 1, "no bank can be called \"..\""},
         {"preset rename Clouds Haze a/b", 2, "no preset can be called \"a/b\""},
         {"preset copy Clouds Haze a/b", 1, "no bank can be called \"a/b\""},
         {"preset export Clouds -o out.wav", 2, "ends in .zephyra"},

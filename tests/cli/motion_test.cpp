@@ -1,7 +1,5 @@
 // What moves a render's controls by itself: LFOs, takes, learned controllers.
 
-#include "cli/options/learn_option.h"
-#include "cli/options/lfo_option.h"
 #include "rendering/take_file.h"
 #include "tests/cli/program.h"
 
@@ -10,74 +8,7 @@
 #include <nlohmann/json.hpp>
 
 namespace zephyra {
-namespace {
-
-TEST(LfoOption, EveryKeyIsTakenAndNamesAreForgiving) {
-    const auto plain = parseLfo("scrubbing wave");
-    ASSERT_TRUE(plain) << plain.message();
-    EXPECT_EQ(plain.value().control, ControlId::scrubbingWave);
-    EXPECT_EQ(plain.value().hz, 0.25);
-    EXPECT_FALSE(plain.value().link || plain.value().phase);
-    const auto linked = parseLfo(
-        "dry/wet:shape=Random Interp,link=1/8t,mult=2,min=0.9,max=0.1,gravity=1,phase=0.5");
-    ASSERT_TRUE(linked) << linked.message();
-    const LfoOption& lfo = linked.value();
-    EXPECT_EQ(lfo.control, ControlId::dryWet);
-    EXPECT_EQ(lfo.shape, kLfoRandomInterp);
-    EXPECT_EQ(lfo.link, 12);
-    EXPECT_EQ(lfo.mult, 2.0);
-    EXPECT_EQ(lfo.min, 0.9f);
-    EXPECT_EQ(lfo.max, 0.1f);
-    EXPECT_EQ(lfo.gravity, 1.0f);
-    EXPECT_EQ(lfo.phase, 0.5);
-}
-
-TEST(LearnOption, SourcesKeysAndTakeOverAreTaken) {
-    const struct {
-        const char* text;
-        MidiTrigger trigger;
-        ControlId control;
-    } cases[] = {
-        {"cc:119=density", {MidiSource::controller, 119, 0}, ControlId::density},
-        {"CC14:31=Pan,channel=16", {MidiSource::controller14, 31, 16}, ControlId::pan},
-        {"note:0=Echo Switch", {MidiSource::note, 0, 0}, ControlId::echoSwitch},
-        {"pressure=fade in,channel=any", {MidiSource::channelPressure, 0, 0}, ControlId::fadeIn},
-    };
-    for (const auto& one : cases) {
-        const auto read = parseLearn(one.text);
-        ASSERT_TRUE(read) << read.message();
-        EXPECT_EQ(read.value().binding.trigger, one.trigger) << one.text;
-        EXPECT_EQ(read.value().control, one.control) << one.text;
-        EXPECT_EQ(read.value().binding.takeOver, MidiTakeOver::jump) << one.text;
-    }
-    const auto bend =
-        parseLearn("bend=Pitch,relative=yes,min=0.5,max=0.25,takeover=pickup,curve=2");
-    ASSERT_TRUE(bend) << bend.message();
-    EXPECT_TRUE(bend.value().binding.relative);
-    EXPECT_EQ(bend.value().binding.min, 0.5f);
-    EXPECT_EQ(bend.value().binding.max, 0.25f);
-    EXPECT_EQ(bend.value().binding.curve, 2.0f);
-    EXPECT_EQ(bend.value().binding.takeOver, MidiTakeOver::pickUp);
-}
-
-TEST(TakeFile, ReadsWhatItWritesAndNamesTheLineThatIsWrong) {
-    const std::vector<float> positions = {0.0f, 1.0f / 3, 0.1f, 1e-7f, 1.0f};
-    const auto back = parseTake(takeText(positions), "take");
-    ASSERT_TRUE(back) << back.message();
-    EXPECT_EQ(back.value(), positions);
-    std::string most = "\xEF\xBB\xBFPosition\r\n\n# by hand\n";
-    for (int i = 0; i < 1800; ++i) most += "0.5\r\n";
-    EXPECT_EQ(parseTake(most, "take").value().size(), 1800u);
-    const std::pair<std::string, const char*> wrong[] = {
-        {most + "0.5", "take, line 1804: a take has at most 1800"},
-        {"0\nposition\n1", "take, line 2: a position is"},
-        {"0\n1.01", "take, line 2: a position is"},
-        {"0\n#\nnan", "take, line 3: a position is"},
-        {"0.5", "at least 2 positions, one a line, 15 a second; this one has 1"},
-    };
-    for (const auto& [text, message] : wrong)
-        EXPECT_NE(parseTake(text, "take").message().find(message), std::string::npos) << message;
-}
+namespace {}
 
 class MovedRender : public ::testing::Test {
 protected:

@@ -39,7 +39,7 @@ inline const std::vector<FolderRow> kHouse = {
     {"stream", {"engine", "effects", "controls", "platform"}},
     {"modulation", {"controls", "platform"}},
     {"library", {"platform"}},
-    {"audiounit", {"engine", "effects", "stream", "modulation", "library", "platform"}},
+    {"audiounit", {"engine", "effects", "stream", "modulation", "controls", "library", "platform"}},
     {"main_view",
      {"audiounit", "library", "modulation", "stream", "controls", "engine", "effects", "platform"}},
     {"hosting", {"audiounit", "main_view", "stream", "platform"}},

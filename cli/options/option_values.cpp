@@ -1,9 +1,8 @@
-#include "cli/options/key_values.h"
+#include "cli/options/option_values.h"
 
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>
-#include <string>
 
 namespace zephyra {
 
@@ -16,6 +15,14 @@ std::string listed(std::span<const std::string_view> keys) {
 }
 
 } // namespace
+
+Complaint readNumber(std::string_view option, std::string_view text, double low, double high,
+                     const char* right, double& value) {
+    const std::optional<double> number = parseNumber(text);
+    if (!number || *number < low || *number > high) return wrongValue(option, text, right);
+    value = *number;
+    return {};
+}
 
 Complaint KeyValues::add(std::string_view part, std::span<const std::string_view> keys) {
     const std::size_t sign = part.find('=');
@@ -52,10 +59,7 @@ Complaint KeyValues::readNumber(std::string_view key, double low, double high, c
                                 std::optional<double>& value) const {
     const auto typed = find(key);
     if (!typed) return {};
-    value = parseNumber(*typed);
-    if (!value || *value < low || *value > high)
-        return wrongValue(std::string(key).c_str(), std::string(*typed), right);
-    return {};
+    return zephyra::readNumber(key, *typed, low, high, right, value.emplace());
 }
 
 Complaint KeyValues::readNumber(std::string_view key, double low, double high, const char* right,

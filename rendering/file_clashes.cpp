@@ -1,6 +1,4 @@
-#include "cli/options/file_clashes.h"
-
-#include "cli/command_folders.h"
+#include "rendering/file_clashes.h"
 
 #include <string>
 #include <system_error>
@@ -26,11 +24,11 @@ bool sameFile(const fs::path& a, const fs::path& b) {
 
 /// What the render writes, whether or not it was asked for.
 std::vector<std::pair<const char*, std::optional<fs::path>>>
-writtenFiles(const RenderOptions& options) {
-    return {{"OUT", options.output},
-            {"--picture", options.picture},
-            {"--save-state", options.host.saveState},
-            {"--record-scrub", options.motion.recordScrub}};
+writtenFiles(const RenderRequest& request) {
+    return {{"OUT", request.output},
+            {"--picture", request.picture},
+            {"--save-state", request.host.saveState},
+            {"--record-scrub", request.motion.recordScrub}};
 }
 
 Failure wouldReplace(const char* option, const std::string& what, const fs::path& path) {
@@ -47,27 +45,26 @@ fs::path trueName(const fs::path& file) {
     return error ? fs::path() : name;
 }
 
-Result<void> checkOverwriting(const RenderOptions& options, const std::string& what,
+Result<void> checkOverwriting(const RenderRequest& request, const std::string& what,
                               const fs::path& file) {
-    for (const auto& [option, path] : writtenFiles(options))
+    for (const auto& [option, path] : writtenFiles(request))
         if (path && sameFile(*path, file)) return wouldReplace(option, what, file);
     return {};
 }
 
-Result<void> checkFileClashes(const RenderOptions& options) {
-    const HostOptions& host = options.host;
+Result<void> checkFileClashes(const RenderRequest& request, const Folders& folders) {
+    const HostRequest& host = request.host;
     std::vector<NamedFile> taken;
-    if (!options.input.empty()) taken.push_back({"INPUT", options.input});
+    if (!request.input.empty()) taken.push_back({"INPUT", request.input});
     const auto take = [&taken](const char* option, const std::optional<fs::path>& path) {
         if (path) taken.push_back({option, *path});
     };
     take("--sample", host.sample);
     take("--automate", host.automation);
     take("--midi", host.midi);
-    take("--scrub", options.motion.scrub);
-    if (options.preset) take("--bank", options.preset->file);
-    if (options.savedPreset)
-        take("--save-bank", commandFolders().shared / options.savedPreset->bank);
+    take("--scrub", request.motion.scrub);
+    if (request.preset) take("--bank", request.preset->file);
+    if (request.savedPreset) take("--save-bank", folders.shared / request.savedPreset->bank);
     if (!host.saveState || !host.state || !sameFile(*host.saveState, *host.state))
         take("--state", host.state);
 
@@ -79,7 +76,7 @@ Result<void> checkFileClashes(const RenderOptions& options) {
         take(option, path);
         return {};
     };
-    for (const auto& [option, path] : writtenFiles(options))
+    for (const auto& [option, path] : writtenFiles(request))
         if (const auto written = write(option, path); !written) return written;
     return {};
 }

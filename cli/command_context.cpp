@@ -1,4 +1,4 @@
-#include "cli/command_folders.h"
+#include "cli/command_context.h"
 
 #include "library/shared_folder.h"
 
@@ -10,11 +10,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-fs::path& namedSharedFolder() {
-    static fs::path folder;
-    return folder;
-}
-
 fs::path whole(const fs::path& path) {
     std::error_code error;
     const fs::path absolute = fs::absolute(path, error);
@@ -23,18 +18,11 @@ fs::path whole(const fs::path& path) {
 
 } // namespace
 
-Folders commandFolders() {
-    Folders folders = standardFolders();
-    if (sharedFolderWasNamed()) folders.shared = namedSharedFolder();
-    return {whole(folders.shared), whole(folders.resources)};
-}
-
-void setCommandSharedFolder(const fs::path& folder) {
-    namedSharedFolder() = folder.empty() ? folder : whole(folder);
-}
-
-bool sharedFolderWasNamed() {
-    return !namedSharedFolder().empty();
+CommandContext commandContext(const fs::path& sharedFolder) {
+    const Folders standard = standardFolders();
+    const bool named = !sharedFolder.empty();
+    return {.folders = {whole(named ? sharedFolder : standard.shared), whole(standard.resources)},
+            .sharedFolderWasNamed = named};
 }
 
 Result<void> readySharedFolder(const Folders& folders) {

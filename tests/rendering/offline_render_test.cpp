@@ -33,7 +33,7 @@ TEST(OfflineRender, GivesTheEnginesOwnSamplesBlockForBlock) {
                     .end = 0.5f,
                     .host = {.fadeIn = 0.0}};
     std::vector<float> left, right;
-    OfflineRender render(plan);
+    OfflineRender render(plan, Folders{});
     ASSERT_TRUE(render.prepare({.sample = source}));
     ASSERT_TRUE(render.run([&](const RenderedBlock& block) -> Result<void> {
         EXPECT_EQ(block.firstFrame, left.size());
@@ -87,7 +87,7 @@ TEST(OfflineRender, InTheTailNoGrainStartsAndNothingBreaksOff) {
                     .start = {}};
     std::vector<float> left;
     std::uint64_t grains = 0;
-    OfflineRender render(plan);
+    OfflineRender render(plan, Folders{});
     ASSERT_TRUE(render.prepare({.sample = makeSource()}));
     const auto statistics = render.run([&](const RenderedBlock& block) -> Result<void> {
         left.insert(left.end(), block.left, block.left + block.frames);
@@ -107,24 +107,23 @@ TEST(OfflineRender, InTheTailNoGrainStartsAndNothingBreaksOff) {
 }
 
 TEST(RenderPlan, LengthRateAndSeedComeFromTheSourceAndTheClock) {
-    RenderOptions options{};
-    options.blockFrames = kDefaultBlockFrames;
+    RenderRequest request;
     const SoundFileInfo source{.format = "", .channels = 1, .sampleRate = 22050, .frames = 11025};
     Clock clock;
     clock.fix(1234567);
-    const auto own = makeRenderPlan(options, source, clock);
+    const auto own = makeRenderPlan(request, source, clock);
     ASSERT_TRUE(own);
     EXPECT_EQ(own.value().sampleRate, 22050);
     EXPECT_EQ(own.value().frames, 11025u);
     EXPECT_EQ(own.value().seed, 1234567u);
     clock.fix(0);
-    EXPECT_EQ(makeRenderPlan(options, source, clock).value().seed, 1u);
+    EXPECT_EQ(makeRenderPlan(request, source, clock).value().seed, 1u);
 
-    options.sampleRate = 44100;
-    EXPECT_EQ(makeRenderPlan(options, source, clock).value().frames, 22050u);
-    EXPECT_TRUE(checkInputRate(options, source));
-    options.host.type = component_type::effect;
-    EXPECT_FALSE(checkInputRate(options, source));
+    request.sampleRate = 44100;
+    EXPECT_EQ(makeRenderPlan(request, source, clock).value().frames, 22050u);
+    EXPECT_TRUE(checkInputRate(request, source));
+    request.host.type = component_type::effect;
+    EXPECT_FALSE(checkInputRate(request, source));
 }
 
 TEST(OfflineRender, AnEffectScansItsInputAtADistanceUnlessAScanSettingIsGiven) {
@@ -136,7 +135,7 @@ TEST(OfflineRender, AnEffectScansItsInputAtADistanceUnlessAScanSettingIsGiven) {
                     .use = SourceUse::live,
                     .host = {.type = component_type::effect}};
     const auto scan = [&plan] {
-        OfflineRender render(plan);
+        OfflineRender render(plan, Folders{});
         EXPECT_TRUE(render.prepare({}));
         const ControlValues& values = render.plan().initial;
         return std::pair(values[static_cast<std::size_t>(ControlId::scanning)],

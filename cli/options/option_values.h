@@ -1,16 +1,33 @@
-// KeyValues: what an option's text says after its colon, as in "shape=sine,hz=0.25".
+// Complaint and KeyValues: what an option's text says, and what is wrong with it.
 #pragma once
 
-#include "cli/options/complaint.h"
+#include "platform/text/nearest_name.h"
+#include "platform/text/result.h"
 
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace zephyra {
 
-/// Views of the text that was read, which must outlive this.
+/// Nothing when all is well.
+using Complaint = std::optional<Failure>;
+
+/// "--tempo takes beats per minute from 1 to 999, not "fast"".
+inline Failure wrongValue(std::string_view option, std::string_view typed,
+                          const std::string& right) {
+    return {std::string(option) + " takes " + right + ", not " + inQuotes(typed)};
+}
+
+/// Whether text is a number from low to high, which is then in value. right says what would be
+/// right: "Hz from 0.016 to 24".
+Complaint readNumber(std::string_view option, std::string_view text, double low, double high,
+                     const char* right, double& value);
+
+/// What stands behind an option's colon, as in "shape=sine,hz=0.25". Views of the text that was
+/// read, which must outlive this.
 class KeyValues {
 public:
     /// Reads KEY=VALUE,KEY=VALUE; an empty text has none. Case, spaces and punctuation of a key do
@@ -21,8 +38,7 @@ public:
     /// None where the key was not given.
     std::optional<std::string_view> find(std::string_view key) const;
 
-    /// A number from low to high; value stays as it is where the key was not given. right says what
-    /// would be right: "Hz from 0.016 to 24".
+    /// As the function; value stays as it is where the key was not given.
     Complaint readNumber(std::string_view key, double low, double high, const char* right,
                          std::optional<double>& value) const;
     Complaint readNumber(std::string_view key, double low, double high, const char* right,

@@ -1,0 +1,42 @@
+#include "cli/options/control_options.h"
+
+#include "audiounit/control_text.h"
+#include "platform/text/nearest_name.h"
+#include "platform/text/text_numbers.h"
+
+#include <optional>
+
+namespace zephyra {
+
+Result<ControlId> parseOptionControl(std::string_view name) {
+    Result<ControlId> control = parseControlName(name);
+    if (control) return control;
+    if (plainName(name) == "envelope")
+        return Failure{"the envelope is chosen with --envelope NAME"};
+    return Failure{control.message() + " (`zephyra render --help` lists all)"};
+}
+
+Result<ControlSetting> parseSetting(std::string_view text) {
+    const std::size_t sign = text.find('=');
+    if (sign == std::string_view::npos || sign == 0)
+        return Failure{inQuotes(text) + " is no setting; write NAME=VALUE, as in Density=80"};
+    const Result<ControlId> control = parseOptionControl(text.substr(0, sign));
+    if (!control) return Failure{control.message()};
+    const Result<float> value = parseControlValue(control.value(), text.substr(sign + 1));
+    if (!value) return Failure{value.message()};
+    return ControlSetting{control.value(), value.value()};
+}
+
+Result<TimedSetting> parseTimedSetting(std::string_view text) {
+    const std::size_t colon = text.find(':');
+    const std::optional<double> seconds =
+        colon == std::string_view::npos ? std::nullopt : parseNumber(text.substr(0, colon));
+    if (!seconds || *seconds < 0)
+        return Failure{inQuotes(text) +
+                       " has no time; write SECONDS:NAME=VALUE, as in 2.5:Pitch=7"};
+    const Result<ControlSetting> setting = parseSetting(text.substr(colon + 1));
+    if (!setting) return Failure{setting.message()};
+    return TimedSetting{*seconds, setting.value()};
+}
+
+} // namespace zephyra

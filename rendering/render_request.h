@@ -1,0 +1,61 @@
+// RenderRequest: a render as plain data, all that decides its sound and where it goes.
+#pragma once
+
+#include "presets/preset_choice.h"
+#include "presets/preset_saving.h"
+#include "rendering/host_request.h"
+#include "rendering/motion_request.h"
+#include "rendering/output_type.h"
+#include "stream/control_setting.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+namespace zephyra {
+
+/// A setting that takes effect at a time of the output.
+struct TimedSetting {
+    double seconds; ///< from 0 up
+    ControlSetting setting;
+};
+
+inline constexpr double kMostSeconds = 24 * 3600.0; // more is a slip of the finger
+inline constexpr int kDefaultBlockFrames = 512;
+inline constexpr int kMostBlockFrames = 65536;
+inline constexpr double kLowestRate = 8000.0, kHighestRate = 384000.0; // Hz
+
+struct RenderRequest {
+    std::filesystem::path input = {}; ///< empty: the preset's sample is what is played
+    std::filesystem::path output = {};
+    OutputType type = defaultOutputType(); ///< of output, whatever its name
+    SampleFormat format = SampleFormat::shorts;
+    std::optional<std::filesystem::path> picture = {};
+    std::optional<double> seconds = {};     ///< none: the source's own length, and the echo's tail
+    std::optional<double> sampleRate = {};  ///< Hz; none: the source's own
+    int blockFrames = kDefaultBlockFrames;  ///< per render call, 1 to kMostBlockFrames
+    std::optional<std::uint32_t> seed = {}; ///< from 1 up; none: from the clock
+    std::vector<ControlSetting> settings = {};
+    std::vector<TimedSetting> timedSettings = {}; ///< by time
+    std::optional<std::size_t> envelope = {};     ///< position in the menu
+    std::optional<float> start = {}, end = {};    ///< fractions of the source
+    bool live = false; ///< an effect's grains come from input and, unless host.type is given, are
+                       ///< heard without it
+    HostRequest host = {};
+    MotionRequest motion = {};
+    std::optional<PresetChoice> preset = {};
+    std::optional<SavedPreset> savedPreset = {};
+
+    /// One of component_type: what the host was asked for, else what live or the preset needs.
+    FourCharCode componentType() const;
+    bool isInstrument() const { return componentType() == component_type::instrument; }
+    /// Whether nothing but LIVE in the preset makes it an effect.
+    bool isEffectOfPreset() const;
+};
+
+/// Inserts setting by its time, behind those of the same time.
+void insertByTime(std::vector<TimedSetting>& settings, const TimedSetting& setting);
+
+} // namespace zephyra

@@ -1,0 +1,59 @@
+// Which bank and preset a typed name means.
+
+#include "library/bank_edits.h"
+#include "presets/preset_names.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <utility>
+
+namespace zephyra {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+PropertyDictionary preset(const std::string& name) {
+    return {{kSnapshotTags, name}};
+}
+
+TEST(PresetNames, MeanABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
+    const TemporaryFolder shared, factory;
+    const auto put = [](const std::filesystem::path& file, const Bank& bank) {
+        const auto written = writeBank(file, bank);
+        ASSERT_TRUE(written) << written.message();
+    };
+    put(shared / "Clouds.zephyra", {});
+    put(factory / "Drones.zephyra", {});
+    put(shared / "Mist.zephyra", {{"0 - a", preset("3")},
+                                  {"1 - b", preset("x")},
+                                  {"2 - c", preset("x")},
+                                  {"3 - d", preset("Über")}});
+    put(shared / "mist.zephyra", {});
+    const Folders folders{shared.path(), factory.path()};
+    BankFolder banks(folders);
+    const std::pair<const char*, const char*> bankNames[] = {
+        {"Clouds", "Clouds.zephyra"}, {"clouds.ZEPHYRA", "Clouds.zephyra"},
+        {"DRONES", "Drones.zephyra"}, {"mist", "mist.zephyra"},
+        {"MIST", "2 banks"},          {"Cluods", "nearest is \"Clouds\""},
+    };
+    for (const auto& [typed, expected] : bankNames) {
+        const auto found = findBank(banks, typed);
+        EXPECT_THAT(found ? found.value() : found.message(), HasSubstr(expected)) << typed;
+    }
+    const std::pair<const char*, const char*> presetNames[] = {
+        {"3", "0 - a"},     {"#3", "2 - c"},       {"2", "1 - b"},
+        {"2 - c", "2 - c"}, {"ÜBER", "3 - d"},     {"x", "2 presets \"x\""},
+        {"X", ": 2, 3"},    {"5", "are 1 to 4"},   {"0", "has no preset"},
+        {"ubr", "nearest"}, {"", "has no preset"},
+    };
+    for (const auto& [typed, expected] : presetNames) {
+        const auto found = findPresets(banks, "Mist.zephyra", typed);
+        EXPECT_THAT(found ? found.value().front() : found.message(), HasSubstr(expected)) << typed;
+    }
+    EXPECT_THAT(findPresets(banks, "Mist.zephyra", "*").value(),
+                ElementsAre("0 - a", "1 - b", "2 - c", "3 - d"));
+}
+
+} // namespace
+} // namespace zephyra

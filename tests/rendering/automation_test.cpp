@@ -1,0 +1,69 @@
+// A host's automation, from the lines of a file to what each block sends.
+
+#include "rendering/automation_lane.h"
+
+#include <gtest/gtest.h>
+#include <optional>
+#include <utility>
+
+namespace zephyra {
+namespace {
+
+TEST(Automation, LinesBecomePointsByTimeAndWrongOnesAreNamed) {
+    const auto read =
+        parseAutomation("time,parameter,value,kind\n# a comment\n\n"
+                        "4b, density, 400, ramp\r\n1.5,\"Echo Switch\",on\n2s,Pan,-1,step",
+                        60.0, "moves");
+    ASSERT_TRUE(read) << read.message();
+    const auto& points = read.value();
+    ASSERT_EQ(points.size(), 3u);
+    EXPECT_EQ(points[0].parameter, ControlId::echoSwitch);
+    EXPECT_EQ(points[1].linear, -1.0f);
+    EXPECT_EQ(points[2].seconds, 4.0); // four beats at 60
+    EXPECT_TRUE(points[2].ramp);
+    EXPECT_EQ(points[2].linear, 400.0f);
+
+    const std::pair<const char*, const char*> wrong[] = {
+        {"1,Density", "moves, line 1: a line is time,parameter,value"},
+        {"1,Pan,0\n-1,Pan,0", "moves, line 2: a time is seconds from 0 up"},
+        {"1,Normalize,1", "there is no parameter \"Normalize\""}, // no host parameter
+        {"1,Pan,2", "Pan takes -1 to 1, not \"2\""},
+        {"1,Pan,0,slide", "a step or a ramp"},
+        {"1,LIVE,on,ramp", "knows no ramp"},
+    };
+    for (const auto& [text, message] : wrong) {
+        const auto failed = parseAutomation(text, 120.0, "moves");
+        ASSERT_FALSE(failed) << text;
+        EXPECT_NE(failed.message().find(message), std::string::npos) << failed.message();
+    }
+}
+
+TEST(Automation, AStepIsSentOnceAndARampOnceABlock) {
+    AutomationLane lane({{1.0, ControlId::pan, 0.5f, false}, {3.0, ControlId::pan, -0.5f, true}},
+                        0.0f);
+    const struct {
+        double from, to;
+        std::optional<AutomationLane::Event> sent;
+    } blocks[] = {
+        {0.0, 0.5, {}},
+        {0.5,
+         1.5,
+         {{0.25f, 0, true}}}, // the step's time is here, but the ramp is under way already
+        {1.5, 2.0, {{0.0f, 0, true}}},
+        {2.0, 4.0, {{-0.5f, 0, true}}}, // arrives
+        {4.0, 5.0, {}},
+    };
+    for (const auto& block : blocks) {
+        const auto event = lane.next(block.from, block.to, 100.0);
+        ASSERT_EQ(event.has_value(), block.sent.has_value()) << block.from;
+        if (!event) continue;
+        EXPECT_FLOAT_EQ(event->value, block.sent->value) << block.from;
+        EXPECT_EQ(event->ramp, block.sent->ramp) << block.from;
+    }
+    AutomationLane steps({{0.25, ControlId::pan, 1.0f, false}}, 0.0f);
+    EXPECT_EQ(steps.next(0.0, 0.5, 100.0)->offset, 25u);
+    EXPECT_FALSE(steps.next(0.5, 1.0, 100.0));
+}
+
+} // namespace
+} // namespace zephyra

@@ -1,0 +1,90 @@
+// A render's request as data, and the files that it reads and writes.
+
+#include "platform/sound/audio_file_float_wav.h"
+#include "rendering/file_clashes.h"
+#include "rendering/offline_render.h"
+#include "rendering/render_source.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace zephyra {
+namespace {
+
+TEST(RenderRequest, IsOfTheTypeThatItsHostOrElseLiveOrThePresetNeeds) {
+    using namespace component_type;
+    const struct {
+        std::optional<FourCharCode> host;
+        bool live, presetListens;
+        FourCharCode type;
+        bool ofPreset;
+    } cases[] = {
+        {{}, false, false, instrument, false},
+        {{}, true, false, effect, false},
+        {{}, false, true, effect, true},
+        {{}, true, true, effect, false},
+        {instrument, false, true, instrument, false},
+        {musicEffect, true, true, musicEffect, false},
+    };
+    for (const auto& one : cases) {
+        RenderRequest request{.live = one.live, .host = {.type = one.host}};
+        request.preset.emplace().live = one.presetListens;
+        EXPECT_EQ(request.componentType(), one.type);
+        EXPECT_EQ(request.isEffectOfPreset(), one.ofPreset);
+    }
+}
+
+TEST(RenderRequest, SettingsOfOneTimeStayInTheirOrder) {
+    std::vector<TimedSetting> settings;
+    for (const auto& [seconds, value] :
+         {std::pair(0.3, 1.0f), {0.1, 2.0f}, {0.3, 3.0f}, {0.1, 4.0f}})
+        insertByTime(settings, {seconds, {ControlId::pan, value}});
+    std::vector<float> values;
+    for (const TimedSetting& one : settings) values.push_back(one.setting.value);
+    EXPECT_EQ(values, (std::vector<float>{2, 4, 1, 3}));
+}
+
+TEST(FileClashes, WhatIsReadOrWrittenTwiceIsNamedUnlessItIsTheState) {
+    const TemporaryFolder folder, shared;
+    const Folders folders{shared.path(), {}};
+    const auto complaint = [&](const RenderRequest& request) {
+        const auto clear = checkFileClashes(request, folders);
+        return clear ? std::string() : clear.message().substr(0, clear.message().find(" /"));
+    };
+    RenderRequest request{.input = folder / "a.wav", .output = folder / "b.wav"};
+    EXPECT_EQ(complaint(request), "");
+    request.host.state = request.host.saveState = folder / "s";
+    EXPECT_EQ(complaint(request), "");
+    request.motion.recordScrub = folder / "./s";
+    EXPECT_EQ(complaint(request), "--record-scrub would replace --save-state");
+    request.motion.recordScrub = {};
+    request.savedPreset = SavedPreset{.bank = "B.zephyra", .name = "P"};
+    request.picture = shared / "B.zephyra";
+    EXPECT_EQ(complaint(request), "--picture would replace --save-bank");
+}
+
+TEST(RenderSource, IsReadUntilWhoeverAsksForItWantsNoMore) {
+    const TemporaryFolder folder;
+    const std::vector<float> sound(40000, 0.25f);
+    FloatWavWriter writer;
+    ASSERT_TRUE(writer.open(folder / "in.wav", 44100, 1));
+    const float* const channel = sound.data();
+    ASSERT_TRUE(writer.write(&channel, 40000));
+    ASSERT_TRUE(writer.close());
+    for (const bool live : {false, true}) {
+        const RenderRequest request{.input = folder / "in.wav", .live = live};
+        double last = 0;
+        const auto read = readRenderSource(request, Folders{}, [&last](double share) {
+            last = share;
+            return true;
+        });
+        ASSERT_TRUE(read) << read.message();
+        EXPECT_EQ(last, 1.0);
+        EXPECT_EQ(read.value().shownSamples().size(), 40000u);
+        EXPECT_EQ(read.value().source.inputLeft.size(), live ? 40000u : 0u);
+        EXPECT_FALSE(readRenderSource(request, Folders{}, [](double) { return false; }));
+    }
+}
+
+} // namespace
+} // namespace zephyra
