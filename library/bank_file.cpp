@@ -2,7 +2,6 @@
 
 #include "platform/files/backup_flag.h"
 #include "platform/files/whole_file.h"
-#include "platform/lists/property_list_scan.h"
 #include "platform/lists/property_path.h"
 
 #include <utility>
@@ -25,14 +24,12 @@ Result<void> checkRecords(const Bank& bank) {
 /// The bytes of a bank that readBank takes back: what could not be read again is not written.
 Result<std::string> bankText(const Bank& bank) {
     if (const auto checked = checkRecords(bank); !checked) return Failure{checked.message()};
-    auto text = writePropertyList(bank);
+    auto text = writePropertyList(bank, kBankLimits);
     if (!text) return text;
     if (text.value().size() > kBankLimits.bytes)
         return Failure{"a bank of " + std::to_string(text.value().size()) +
                        " bytes is too large; " + std::to_string(kBankLimits.bytes) +
                        " are kept at most"};
-    const auto scan = scanXmlPropertyList(text.value(), kBankLimits);
-    if (!scan) return Failure{scan.message()};
     return text;
 }
 

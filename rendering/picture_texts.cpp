@@ -39,7 +39,7 @@ std::vector<std::string> settingTexts(const RenderPlan& plan) {
     if (plan.start) texts.push_back("Start " + formatNumber(*plan.start));
     if (plan.end) texts.push_back("End " + formatNumber(*plan.end));
     if (plan.use == SourceUse::live) texts.emplace_back("Live input");
-    if (plan.host.reportsContext())
+    if (plan.reportsContext())
         texts.push_back("Tempo " + formatNumber(plan.host.tempo.value_or(kDefaultTempo)) + " bpm");
     texts.emplace_back(kEnvelopeMenu[static_cast<std::size_t>(value(ControlId::envelope))]);
     return texts;

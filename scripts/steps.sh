@@ -5,7 +5,7 @@ export LC_ALL=C.UTF-8
 
 build_packages=(
     build-essential cmake ninja-build pkg-config
-    libsndfile1-dev libebur128-dev libplist-dev libutf8proc-dev libxxhash-dev
+    libsndfile1-dev libebur128-dev libexpat1-dev libutf8proc-dev libxxhash-dev
     libavformat-dev libavcodec-dev libavutil-dev libswresample-dev
     nlohmann-json3-dev libcli11-dev libcairo2-dev libfftw3-dev
     fontconfig fonts-dejavu-core

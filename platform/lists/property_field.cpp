@@ -1,6 +1,7 @@
 #include "platform/lists/property_field.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <chrono>
 #include <cmath>
@@ -48,6 +49,18 @@ std::size_t decodeUtf8(std::string_view text, char32_t& character) {
     const bool isSurrogate = character >= 0xd800 && character < 0xe000;
     return character >= least[length] && character <= 0x10ffff && !isSurrogate ? length : 0;
 }
+
+constexpr std::string_view kBase64Digits =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+/// By byte: what a digit of base64 stands for, 64 for what is none.
+constexpr auto kBase64Values = [] {
+    std::array<std::uint8_t, 256> values{};
+    values.fill(64);
+    for (std::size_t i = 0; i < kBase64Digits.size(); ++i)
+        values[static_cast<unsigned char>(kBase64Digits[i])] = static_cast<std::uint8_t>(i);
+    return values;
+}();
 
 } // namespace
 
@@ -132,23 +145,44 @@ Result<std::string> formatDate(PropertyDate date) {
     return std::string(text);
 }
 
-Result<void> checkBase64(std::string_view text) {
+Result<PropertyData> parseBase64(std::string_view text) {
+    PropertyData data;
+    data.reserve(text.size() / 4 * 3 + 3);
     std::size_t digits = 0, padding = 0;
+    std::uint32_t bits = 0;
     bool isPlain = true;
     for (const char byte : text) {
         if (byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r') continue;
-        const char lower = static_cast<char>(byte | 0x20);
-        const bool isLetter = lower >= 'a' && lower <= 'z';
-        if (byte == '=')
+        if (byte == '=') {
             ++padding;
-        else if (isLetter || isDigit(byte) || byte == '+' || byte == '/')
-            ++digits;
-        else
-            isPlain = false;
-        isPlain &= byte == '=' || padding == 0;
+            continue;
+        }
+        const std::uint32_t digit = kBase64Values[static_cast<unsigned char>(byte)];
+        isPlain &= digit < 64 && padding == 0;
+        bits = bits << 6 | digit;
+        if (++digits % 4 != 0) continue;
+        for (const int shift : {16, 8, 0}) data.push_back(static_cast<std::byte>(bits >> shift));
     }
-    if (isPlain && padding <= 2 && (digits + padding) % 4 == 0) return {};
-    return Failure{"the data cannot be read; it must be base64, in fours of its digits"};
+    if (!isPlain || padding > 2 || (digits + padding) % 4 != 0)
+        return Failure{"the data cannot be read; it must be base64, in fours of its digits"};
+    if (padding > 0) data.push_back(static_cast<std::byte>(bits >> (padding == 1 ? 10 : 4)));
+    if (padding == 1) data.push_back(static_cast<std::byte>(bits >> 2));
+    return data;
+}
+
+std::string formatBase64(const PropertyData& data) {
+    constexpr std::size_t bytesPerLine = 57; // 76 digits
+    std::string text;
+    for (std::size_t at = 0; at < data.size(); at += 3) {
+        if (at > 0 && at % bytesPerLine == 0) text += '\n';
+        const std::size_t left = data.size() - at;
+        std::uint32_t three = 0;
+        for (std::size_t i = 0; i < 3; ++i)
+            three = three << 8 | (i < left ? std::to_integer<std::uint32_t>(data[at + i]) : 0);
+        for (std::size_t i = 0; i < 4; ++i)
+            text += i <= left ? kBase64Digits[three >> (18 - 6 * i) & 63] : '=';
+    }
+    return text;
 }
 
 bool isTextCharacter(char32_t character) noexcept {

@@ -27,8 +27,10 @@ Result<std::string> formatDate(PropertyDate date);
 /// The date to the whole second below; fails outside years 1 to 9999.
 Result<PropertyDate> wholeSeconds(double seconds);
 
-/// Base64 with white space anywhere and the padding in place.
-Result<void> checkBase64(std::string_view text);
+/// What is written in base64, with white space anywhere and the padding in place.
+Result<PropertyData> parseBase64(std::string_view text);
+/// In lines of 76 digits.
+std::string formatBase64(const PropertyData& data);
 
 /// UTF-8 of characters that XML can hold: no control characters other than tab, line feed and
 /// carriage return, no U+FFFE and U+FFFF.

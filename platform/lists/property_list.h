@@ -73,16 +73,16 @@ private:
     Variant value_;
 };
 
-/// What is refused before parsing, so that no file can exhaust memory or the stack.
+/// What is refused before it is kept, so that no file can exhaust memory or the stack.
 struct PropertyListLimits {
     std::size_t bytes = std::size_t{64} << 20;
     int depth = 64;                            ///< of nested arrays and dictionaries; 64 at most
     std::size_t values = std::size_t{1} << 20; ///< without the keys
 };
 
-/// Reads an XML or binary property list. Every field is checked while it is taken over. Fails with
-/// one line, naming the key's path where there is one, for what is too large, too deep, damaged, of
-/// neither form, or holds a value that is none of the above. Any thread but RENDER.
+/// Reads an XML or binary property list. Fails with one line, naming the key's path where there is
+/// one and the line of XML, for what is too large, too deep, damaged, of neither form, declares
+/// entities, or holds a value that is none of the above. Any thread but RENDER.
 Result<PropertyValue> readPropertyList(std::span<const std::byte> bytes,
                                        const PropertyListLimits& limits = {});
 
@@ -92,9 +92,10 @@ Result<PropertyDictionary> readPropertyListFile(const std::filesystem::path& pat
 
 /// The XML form; reals come back exactly. Fails, naming the key's path, for what it cannot hold:
 /// reals that are not finite, text that is not UTF-8 or holds characters that XML cannot (control
-/// characters other than tab, line feed and carriage return), dates outside years 1 to 9999,
-/// nesting beyond PropertyListLimits::depth. Any thread but RENDER.
-Result<std::string> writePropertyList(const PropertyValue& value);
+/// characters other than tab, line feed and carriage return), dates outside years 1 to 9999, and
+/// for what a reader with these limits of depth and values refuses. Any thread but RENDER.
+Result<std::string> writePropertyList(const PropertyValue& value,
+                                      const PropertyListLimits& limits = {});
 
 /// Replaces the file at path by the XML form, completely or not at all. Any thread but RENDER.
 Result<void> writePropertyListFile(const std::filesystem::path& path,

@@ -1,9 +1,8 @@
-// Writes property lists as XML. libplist is not used for it: its dates end in 2069, its reals
-// follow the locale, and it leaves carriage returns as they are, which readers of XML take for line
-// feeds.
+// Writes property lists as XML. Carriage returns become references, since readers of XML take them
+// for line feeds.
 
 #include "platform/lists/property_field.h"
-#include "platform/lists/property_list_scan.h"
+#include "platform/lists/property_list_limits.h"
 #include "platform/lists/property_path.h"
 
 namespace zephyra {
@@ -13,6 +12,8 @@ namespace {
 /// Operations that answer false have noted the failure.
 class XmlWriter {
 public:
+    explicit XmlWriter(const PropertyListLimits& limits) : limits_(limits) {}
+
     Result<std::string> run(const PropertyValue& top) {
         xml_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n";
         if (!value(top)) return failure_;
@@ -21,9 +22,7 @@ public:
     }
 
 private:
-    bool value(const PropertyValue& value) {
-        return std::visit([this](const auto& held) { return write(held); }, value.variant());
-    }
+    bool value(const PropertyValue& value);
     bool write(const std::string& text);
     bool write(std::int64_t number) { return line("integer", std::to_string(number)); }
     bool write(double real) { return line("real", property_field::formatReal(real)); }
@@ -40,8 +39,10 @@ private:
     bool close(std::string_view tag);
     bool fail(const std::string& reason);
 
+    PropertyListLimits limits_;
     std::string xml_;
     std::size_t depth_ = 0;
+    std::size_t values_ = 0;
     PropertyPath path_;
     Failure failure_;
 };
@@ -63,25 +64,17 @@ std::string escaped(std::string_view text) {
     return xml;
 }
 
-std::string base64(const PropertyData& data) {
-    constexpr char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    constexpr std::size_t bytesPerLine = 57; // 76 digits
-    std::string text;
-    for (std::size_t at = 0; at < data.size(); at += 3) {
-        if (at > 0 && at % bytesPerLine == 0) text += '\n';
-        const std::size_t left = data.size() - at;
-        std::uint32_t three = 0;
-        for (std::size_t i = 0; i < 3; ++i)
-            three = three << 8 | (i < left ? std::to_integer<std::uint32_t>(data[at + i]) : 0);
-        for (std::size_t i = 0; i < 4; ++i)
-            text += i <= left ? digits[three >> (18 - 6 * i) & 63] : '=';
-    }
-    return text;
-}
-
 bool XmlWriter::fail(const std::string& reason) {
     failure_ = path_.failure(reason);
     return false;
+}
+
+bool XmlWriter::value(const PropertyValue& value) {
+    if (const auto count = checkCount(++values_, limits_); !count) {
+        failure_ = Failure{count.message()};
+        return false;
+    }
+    return std::visit([this](const auto& held) { return write(held); }, value.variant());
 }
 
 bool XmlWriter::indented(std::string_view text) {
@@ -106,11 +99,12 @@ bool XmlWriter::write(const std::string& text) {
 }
 
 bool XmlWriter::write(const PropertyData& data) {
-    return line("data", base64(data));
+    return line("data", property_field::formatBase64(data));
 }
 
 bool XmlWriter::open(std::string_view tag) {
-    if (const auto nesting = checkNesting(depth_ + 1, {}); !nesting) return fail(nesting.message());
+    if (const auto nesting = checkNesting(depth_ + 1, limits_); !nesting)
+        return fail(nesting.message());
     indented(tag);
     ++depth_;
     return true;
@@ -143,8 +137,9 @@ bool XmlWriter::write(const PropertyDictionary& dictionary) {
 
 } // namespace
 
-Result<std::string> writePropertyList(const PropertyValue& value) {
-    return XmlWriter().run(value);
+Result<std::string> writePropertyList(const PropertyValue& value,
+                                      const PropertyListLimits& limits) {
+    return XmlWriter(limits).run(value);
 }
 
 } // namespace zephyra

@@ -1,5 +1,6 @@
 // What a render's host does, heard in its sound.
 
+#include "stream/control_ranges.h"
 #include "tests/cli/program.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@
 #include <optional>
 
 namespace zephyra {
-namespace {}
+namespace {
 
 class HostedRender : public ::testing::Test {
 protected:
@@ -96,6 +97,18 @@ TEST_F(HostedRender, AStateFindsItsSampleFromAnotherFolderOrSaysInOneLineThatItI
     const ProgramRun gone = runZephyra(folder_, asEffect, "cd sub;" + environment());
     EXPECT_EQ(gone.code, 1);
     EXPECT_EQ(std::count(gone.err.begin(), gone.err.end(), '\n'), 1) << gone.err;
+}
+
+TEST_F(HostedRender, WhatIsOddInAMidiFileIsToldBesideTheReport) {
+    const std::string folder = ZEPHYRA_SOURCE_DIR "/fuzz/corpus/performance_file/";
+    const std::string command = "render in.wav -o out.wav --json --seconds 0.1 --midi " + folder;
+    const ProgramRun odd = runZephyra(folder_, command + "longer-header.mid");
+    EXPECT_EQ(odd.code, 0) << odd.err;
+    EXPECT_EQ(nlohmann::json::parse(odd.out).at("midiMessages"), 2);
+    EXPECT_EQ(odd.err, "zephyra: " + folder +
+                           "longer-header.mid: its header is longer than 6 "
+                           "bytes; what follows them is skipped\n");
+    EXPECT_EQ(runZephyra(folder_, command + "five-notes.mid").err, "");
 }
 
 TEST(Commands, ParametersPrintsTheTableThatHostsSee) {

@@ -8,7 +8,7 @@
 #include <nlohmann/json.hpp>
 
 namespace zephyra {
-namespace {}
+namespace {
 
 class MovedRender : public ::testing::Test {
 protected:

@@ -1,4 +1,5 @@
 // Every file of fuzz/corpus/property_list, whose names say what is in them, reads as its row says.
+// The files were made by hand or found by the fuzzer.
 
 #include "platform/lists/property_list.h"
 
@@ -26,7 +27,6 @@ PropertyValue nested() {
     return value;
 }
 
-/// What make_property_list_corpus.py puts in.
 const PropertyValue kEveryType = PropertyDictionary{
     {"array", PropertyArray{1, PropertyArray{true, false}, PropertyDictionary()}},
     {"data", PropertyData{std::byte{0}, std::byte{1}, std::byte{2}, std::byte{255}}},
@@ -50,15 +50,15 @@ const std::map<std::string, std::vector<const char*>> kRefused = {
     {"a property list of more than 1048576 values is too large", {"doubled-40-times.binary"}},
     {"the XML declares entities", {"entities.xml"}},
     {"the XML is in an encoding that is not read here; UTF-8", {"latin-1.xml"}},
-    {"a: text that is not UTF-8 cannot be kept", {"not-utf-8.xml"}},
+    {"a: in line 2 text that is not UTF-8 cannot be kept", {"not-utf-8.xml"}},
     {"the XML is damaged in line 14", {"cut.xml"}},
-    {"the property list cannot be read: it is damaged, or has a key twice", {"key-twice.xml"}},
+    {"a: the XML is damaged in line 2: the key stands there twice", {"key-twice.xml"}},
     {"a: the XML is damaged in line 2: a key has no value", {"key-without-value.xml"}},
-    {"a: the data cannot be read; it must be base64", {"bad-data.xml"}},
-    {"a: the date \"2023-02-29T00:00:00Z\" cannot be read", {"bad-date.xml"}},
-    {"Pad[0]: the real \"abc\" cannot be read; use a decimal number", {"bad-real.xml"}},
-    {"a: the whole number \"0x10\" cannot be read", {"bad-whole.xml"}},
-    {"a: a real that is not finite cannot be kept; use a number", {"infinite.xml"}},
+    {"a: in line 2 the data cannot be read; it must be base64", {"bad-data.xml"}},
+    {"a: in line 2 the date \"2023-02-29T00:00:00Z\" cannot be read", {"bad-date.xml"}},
+    {"Pad[0]: in line 2 the real \"abc\" cannot be read; use a decimal number", {"bad-real.xml"}},
+    {"a: in line 2 the whole number \"0x10\" cannot be read", {"bad-whole.xml"}},
+    {"a: in line 2 a real that is not finite cannot be kept; use a number", {"infinite.xml"}},
     {"[0]: a real that is not finite cannot be kept", {"not-a-number.binary"}},
     {"a: the XML is damaged in line 2: a & that begins no known", {"control-character.xml"}},
     {"k: text with control characters cannot be kept", {"zero-in-text.binary"}},

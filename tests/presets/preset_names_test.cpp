@@ -51,8 +51,9 @@ TEST(PresetNames, MeanABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
         const auto found = findPresets(banks, "Mist.zephyra", typed);
         EXPECT_THAT(found ? found.value().front() : found.message(), HasSubstr(expected)) << typed;
     }
-    EXPECT_THAT(findPresets(banks, "Mist.zephyra", "*").value(),
-                ElementsAre("0 - a", "1 - b", "2 - c", "3 - d"));
+    const auto all = findPresets(banks, "Mist.zephyra", "*");
+    ASSERT_TRUE(all) << all.message();
+    EXPECT_THAT(all.value(), ElementsAre("0 - a", "1 - b", "2 - c", "3 - d"));
 }
 
 } // namespace

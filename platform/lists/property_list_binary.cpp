@@ -1,6 +1,9 @@
+// Reads the binary form: objects that refer to each other by number, a table of where they stand,
+// and a trailer that says where the table is.
+
 #include "platform/lists/property_field.h"
-#include "platform/lists/property_list_scan.h"
-#include "platform/lists/property_path.h"
+#include "platform/lists/property_list_builder.h"
+#include "platform/lists/property_list_forms.h"
 
 #include <bit>
 
@@ -26,17 +29,17 @@ enum Kind : unsigned {
 
 constexpr const char* kDamaged = "the binary property list is damaged";
 
-/// Walks the objects from the top. One that is referred to from many places is walked and counted
-/// as often as the parser will copy it; the limits end that, and the depth ends circles. Operations
-/// that answer false have noted the failure.
-class BinaryScan {
+/// Walks the objects from the top. One that is referred to from many places is walked, counted and
+/// kept as often; the limits end that, and the depth ends circles. Operations that answer false
+/// have noted the failure.
+class BinaryReader {
 public:
-    BinaryScan(std::span<const std::byte> bytes, const PropertyListLimits& limits)
-        : bytes_(bytes), limits_(limits) {}
+    BinaryReader(std::span<const std::byte> bytes, const PropertyListLimits& limits)
+        : bytes_(bytes), mostBytes_(limits.bytes), list_(limits) {}
 
-    Result<PropertyListScan> run() {
-        if (trailer() && value(top_, 0)) return std::move(scan_);
-        return failure_;
+    Result<PropertyValue> run() {
+        if (trailer() && value(top_)) return list_.take();
+        return list_.failure();
     }
 
 private:
@@ -48,7 +51,7 @@ private:
         std::uint64_t count;
     };
 
-    bool fail(const std::string& reason);
+    bool fail(const std::string& reason) { return list_.fail(reason); }
     std::uint64_t number(std::uint64_t at, std::size_t size) const;
     bool trailer();
     bool object(std::uint64_t index, Object& found);
@@ -56,40 +59,34 @@ private:
     bool fits(const Object& found, std::uint64_t unitBytes);
     bool text(const Object& found, std::string& utf8);
     bool utf16Text(const Object& found, std::string& utf8);
-    bool value(std::uint64_t index, std::size_t depth);
-    bool container(const Object& found, std::size_t depth);
+    bool value(std::uint64_t index);
+    bool container(const Object& found);
+    bool content(const Object& found);
     bool field(const Object& found);
     bool key(std::uint64_t index);
     template <typename Value>
-    bool keep(const Result<Value>& number);
+    bool add(Result<Value> value);
 
     std::span<const std::byte> bytes_;
-    PropertyListLimits limits_;
-    PropertyListScan scan_;
-    PropertyPath path_;
+    std::size_t mostBytes_;
+    PropertyListBuilder list_;
     std::size_t offsetBytes_ = 0;
     std::size_t referenceBytes_ = 0;
     std::uint64_t objects_ = 0;
     std::uint64_t top_ = 0;
     std::uint64_t tableAt_ = 0; ///< where the objects' places stand, and where the objects end
     std::uint64_t expandedBytes_ = 0;
-    Failure failure_;
 };
 
-bool BinaryScan::fail(const std::string& reason) {
-    failure_ = path_.failure(reason);
-    return false;
-}
-
 /// The big-endian number of size bytes; the caller has made sure that they are there.
-std::uint64_t BinaryScan::number(std::uint64_t at, std::size_t size) const {
+std::uint64_t BinaryReader::number(std::uint64_t at, std::size_t size) const {
     std::uint64_t value = 0;
     for (std::size_t i = 0; i < size; ++i)
         value = value << 8 | std::to_integer<std::uint64_t>(bytes_[at + i]);
     return value;
 }
 
-bool BinaryScan::trailer() {
+bool BinaryReader::trailer() {
     if (bytes_.size() < kHeaderBytes + kTrailerBytes) return fail(kDamaged);
     const std::uint64_t end = bytes_.size() - kTrailerBytes;
     offsetBytes_ = number(end + 6, 1);
@@ -104,7 +101,7 @@ bool BinaryScan::trailer() {
     return isSound || fail(kDamaged);
 }
 
-bool BinaryScan::object(std::uint64_t index, Object& found) {
+bool BinaryReader::object(std::uint64_t index, Object& found) {
     if (index >= objects_) return fail(kDamaged);
     found.at = number(tableAt_ + index * offsetBytes_, offsetBytes_);
     if (found.at < kHeaderBytes || found.at >= tableAt_) return fail(kDamaged);
@@ -116,7 +113,7 @@ bool BinaryScan::object(std::uint64_t index, Object& found) {
 }
 
 /// Takes a count of 15 or more, which stands as a whole number before the content.
-bool BinaryScan::longCount(Object& found) {
+bool BinaryReader::longCount(Object& found) {
     if (found.at >= tableAt_) return fail(kDamaged);
     const auto first = static_cast<unsigned>(number(found.at++, 1));
     const std::size_t size = std::size_t{1} << (first & 0xf);
@@ -126,23 +123,24 @@ bool BinaryScan::longCount(Object& found) {
     return true;
 }
 
-bool BinaryScan::fits(const Object& found, std::uint64_t unitBytes) {
+bool BinaryReader::fits(const Object& found, std::uint64_t unitBytes) {
     if (found.count > (tableAt_ - found.at) / unitBytes) return fail(kDamaged);
     expandedBytes_ += found.count * unitBytes;
-    return expandedBytes_ <= limits_.bytes ||
+    return expandedBytes_ <= mostBytes_ ||
            fail("the binary property list repeats itself to more than " +
-                std::to_string(limits_.bytes) + " bytes; use a smaller one");
+                std::to_string(mostBytes_) + " bytes; use a smaller one");
 }
 
-bool BinaryScan::text(const Object& found, std::string& utf8) {
+bool BinaryReader::text(const Object& found, std::string& utf8) {
     if (found.kind == utf16) return utf16Text(found, utf8);
     if (!fits(found, 1)) return false;
-    for (std::uint64_t i = 0; i < found.count; ++i) utf8 += static_cast<char>(bytes_[found.at + i]);
+    const std::span content = bytes_.subspan(found.at, found.count);
+    utf8.assign(reinterpret_cast<const char*>(content.data()), content.size());
     const auto checked = property_field::checkText(utf8);
     return checked.ok() || fail(checked.message());
 }
 
-bool BinaryScan::utf16Text(const Object& found, std::string& utf8) {
+bool BinaryReader::utf16Text(const Object& found, std::string& utf8) {
     if (!fits(found, 2)) return false;
     for (std::uint64_t i = 0; i < found.count; ++i) {
         auto character = static_cast<char32_t>(number(found.at + 2 * i, 2));
@@ -159,60 +157,59 @@ bool BinaryScan::utf16Text(const Object& found, std::string& utf8) {
     return true;
 }
 
-bool BinaryScan::key(std::uint64_t index) {
+bool BinaryReader::key(std::uint64_t index) {
     Object found{};
     std::string utf8;
     if (!object(index, found)) return false;
     if (found.kind != ascii && found.kind != utf16)
         return fail("a key is no string; strings are needed");
     if (!text(found, utf8)) return false;
-    path_.enterKey(utf8);
+    list_.enterKey(std::move(utf8));
     return true;
 }
 
-bool BinaryScan::value(std::uint64_t index, std::size_t depth) {
-    if (const auto count = checkCount(++scan_.values, limits_); !count) {
-        failure_ = Failure{count.message()};
-        return false;
-    }
+bool BinaryReader::value(std::uint64_t index) {
     Object found{};
-    if (!object(index, found)) return false;
-    std::string utf8;
-    switch (found.kind) {
-    case array:
-    case dictionary:
-        return container(found, depth + 1);
-    case ascii:
-    case utf16:
-        return text(found, utf8);
-    case data:
-        return fits(found, 1);
-    default:
-        return field(found);
-    }
+    if (!list_.beginValue() || !object(index, found)) return false;
+    const bool isContainer = found.kind == array || found.kind == dictionary;
+    return isContainer ? container(found) : content(found);
 }
 
-bool BinaryScan::container(const Object& found, std::size_t depth) {
-    if (const auto nesting = checkNesting(depth, limits_); !nesting) return fail(nesting.message());
+bool BinaryReader::container(const Object& found) {
     const bool isDictionary = found.kind == dictionary;
+    if (!list_.open(isDictionary ? PropertyValue(PropertyDictionary())
+                                 : PropertyValue(PropertyArray())))
+        return false;
     if (!fits(found, referenceBytes_ * (isDictionary ? 2 : 1))) return false;
     const auto reference = [&](std::uint64_t i) {
         return number(found.at + i * referenceBytes_, referenceBytes_);
     };
     for (std::uint64_t i = 0; i < found.count; ++i) {
-        if (!isDictionary)
-            path_.enterIndex(i);
-        else if (!key(reference(i)))
-            return false;
-        if (!value(reference(isDictionary ? found.count + i : i), depth)) return false;
-        path_.leave();
+        if (isDictionary && !key(reference(i))) return false;
+        if (!value(reference(isDictionary ? found.count + i : i))) return false;
     }
+    list_.close();
+    return true;
+}
+
+bool BinaryReader::content(const Object& found) {
+    if (found.kind == ascii || found.kind == utf16) {
+        std::string utf8;
+        if (!text(found, utf8)) return false;
+        list_.add(std::move(utf8));
+        return true;
+    }
+    if (found.kind != data) return field(found);
+    if (!fits(found, 1)) return false;
+    const std::span content = bytes_.subspan(found.at, found.count);
+    list_.add(PropertyData(content.begin(), content.end()));
     return true;
 }
 
 /// What is of fixed size: booleans, numbers, dates.
-bool BinaryScan::field(const Object& found) {
-    if (found.kind == simple && (found.low == 0x8 || found.low == 0x9)) return true;
+bool BinaryReader::field(const Object& found) {
+    if (found.kind == simple && (found.low == 0x8 || found.low == 0x9))
+        return add(Result<bool>(found.low == 0x9));
     if (found.kind != whole && found.kind != Kind::real && found.kind != date)
         return fail("a value of an unknown type cannot be read; use strings, numbers, booleans, "
                     "dates, data, arrays and dictionaries");
@@ -223,28 +220,25 @@ bool BinaryScan::field(const Object& found) {
         return fail("a number of " + std::to_string(size) + " bytes cannot be read; use 64 bits");
     if (size > tableAt_ - found.at) return fail(kDamaged);
     const std::uint64_t bits = number(found.at, size);
-    if (found.kind == whole) {
-        scan_.numbers.emplace_back(static_cast<std::int64_t>(bits));
-        return true;
-    }
+    if (found.kind == whole) return add(Result(static_cast<std::int64_t>(bits)));
     const double real = size == 4 ? double{std::bit_cast<float>(static_cast<std::uint32_t>(bits))}
                                   : std::bit_cast<double>(bits);
-    return found.kind == date ? keep(property_field::wholeSeconds(real))
-                              : keep(property_field::finiteReal(real));
+    return found.kind == date ? add(property_field::wholeSeconds(real))
+                              : add(property_field::finiteReal(real));
 }
 
 template <typename Value>
-bool BinaryScan::keep(const Result<Value>& number) {
-    if (!number) return fail(number.message());
-    scan_.numbers.emplace_back(number.value());
+bool BinaryReader::add(Result<Value> value) {
+    if (!value) return fail(value.message());
+    list_.add(std::move(value.value()));
     return true;
 }
 
 } // namespace
 
-Result<PropertyListScan> scanBinaryPropertyList(std::span<const std::byte> bytes,
-                                                const PropertyListLimits& limits) {
-    return BinaryScan(bytes, limits).run();
+Result<PropertyValue> readBinaryPropertyList(std::span<const std::byte> bytes,
+                                             const PropertyListLimits& limits) {
+    return BinaryReader(bytes, limits).run();
 }
 
 } // namespace zephyra

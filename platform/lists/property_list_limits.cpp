@@ -1,4 +1,4 @@
-#include "platform/lists/property_list_scan.h"
+#include "platform/lists/property_list_limits.h"
 
 #include <algorithm>
 
