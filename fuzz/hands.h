@@ -12,7 +12,6 @@ namespace zephyra {
 /// and time. Steps and frames are bounded. Answers what was wrong: what firstFault() finds, a scan
 /// that moves under a finger, a key that goes up or down twice or stays down when its finger is
 /// gone, a sample that is not finite, or a state that cannot be written. Empty when all is well.
-/// fuzz/make_hands_corpus.py writes such bytes.
 std::string playHands(std::span<const std::byte> bytes);
 
 } // namespace zephyra

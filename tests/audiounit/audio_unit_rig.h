@@ -2,7 +2,6 @@
 #pragma once
 
 #include "tests/support/fake_host.h"
-#include "tests/support/render_guard.h"
 
 namespace zephyra {
 
@@ -17,9 +16,7 @@ struct AudioUnitRig : FakeHost {
     OSStatus cycle(std::uint32_t frames, const AURenderEvent* events = nullptr) {
         AudioBufferList list = out.from(0);
         if (!outputs) list.mBuffers[0].mData = list.mBuffers[1].mData = nullptr;
-        const RenderGuard guard;
         status = unit->internalRenderBlock()(frames, list, events, this);
-        offences += guard.firstOffender();
         for (std::uint32_t c = 0; status == 0 && c < 2; ++c)
             rendered[c].assign(list.floats(c), list.floats(c) + frames);
         return status;
@@ -33,7 +30,6 @@ struct AudioUnitRig : FakeHost {
 
     bool outputs = true; ///< whether the host brings memory for them
     std::vector<float> rendered[2];
-    std::string offences; ///< against the render promise
 };
 
 } // namespace zephyra

@@ -111,16 +111,5 @@ TEST_F(HostedRender, WhatIsOddInAMidiFileIsToldBesideTheReport) {
     EXPECT_EQ(runZephyra(folder_, command + "five-notes.mid").err, "");
 }
 
-TEST(Commands, ParametersPrintsTheTableThatHostsSee) {
-    const TemporaryFolder folder;
-    const auto table = nlohmann::json::parse(runZephyra(folder, "parameters --json").out);
-    ASSERT_EQ(table.size(), kParameterCount);
-    EXPECT_EQ(table[5]["identifier"], "Density_0");
-    EXPECT_EQ(table[5]["flags"], 0xC0400000u);  // exponential, from above 0
-    EXPECT_EQ(table[12]["flags"], 0xC0000000u); // exponential, from 0
-    EXPECT_NE(runZephyra(folder, "parameters").out.find("Ring Modulation Amount"),
-              std::string::npos);
-}
-
 } // namespace
 } // namespace zephyra

@@ -42,6 +42,8 @@ TEST_F(MovedRender, AllAtOnceGivesTheSameBytesAndPicturesAndEachPartIsHeard) {
         EXPECT_TRUE(render("--midi move.mid " + option) != plain) << option;
         all += " " + option;
     }
+    const std::string effect = all + " --as effect --set 'rnd pitch=12'";
+    EXPECT_TRUE(render(effect) == render(effect));
     const std::string first = render(all), picture = readText(folder_ / "p.png");
     const std::string kept = readText(folder_ / "kept.csv");
     EXPECT_TRUE(render(all) == first);

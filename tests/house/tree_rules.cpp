@@ -6,7 +6,6 @@
 #include <fstream>
 #include <functional>
 #include <regex>
-#include <sstream>
 
 namespace zephyra {
 namespace {
@@ -20,13 +19,6 @@ bool isHeader(const fs::path& file) {
 
 bool isSource(const fs::path& file) {
     return isHeader(file) || file.extension() == ".cpp" || file.extension() == ".inl";
-}
-
-std::string textOf(const fs::path& file) {
-    std::ifstream in(file);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
 }
 
 Lines linesOf(const fs::path& file) {
@@ -78,7 +70,8 @@ std::vector<fs::path> filesOf(const fs::path& root, const std::vector<FolderRow>
 
 bool mayIncludeSystemHeader(const fs::path& root, const FolderRow& row, const fs::path& file,
                             const std::string& name) {
-    if (kStandardHeaders.find(" " + name + " ") != std::string_view::npos) return true;
+    if (name.find_first_of("./") == std::string::npos) return true; // as those of C++ are named
+    if (kInstructionHeaders.find(" " + name + " ") != std::string_view::npos) return true;
     if (row.thirdParty == ThirdParty::Everywhere) return true;
     // The public headers are those at a room's top; deeper ones belong to a module's sources.
     const bool isPublic = isHeader(file) && fs::relative(file.parent_path(), root) == row.folder;
@@ -153,7 +146,8 @@ Lines forbiddenLinks(const fs::path& root, const std::vector<FolderRow>& house) 
     Lines breaches;
     for (const FolderRow& row : house) {
         const fs::path file = root / row.folder / "CMakeLists.txt";
-        const std::string text = std::regex_replace(textOf(file), std::regex("#[^\n]*"), "");
+        std::string text;
+        for (const std::string& line : linesOf(file)) text += line.substr(0, line.find('#')) + '\n';
         for (std::sregex_iterator match(text.begin(), text.end(), library), end; match != end;
              ++match) {
             const auto linked = std::find_if(house.begin(), house.end(), [&](const auto& r) {

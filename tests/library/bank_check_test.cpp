@@ -85,7 +85,10 @@ TEST(BankCheck, MendingKeepsEveryPresetThatIsWhole) {
     };
     for (const Damage& damage : damages) {
         SCOPED_TRACE(damage.how);
-        EXPECT_TRUE(checkBank(bytesOf(damage.text)).front().fatal);
+        const auto findings = checkBank(bytesOf(damage.text));
+        EXPECT_TRUE(findings.front().fatal);
+        EXPECT_GE(findings.size(), 2 + damage.lost);
+        EXPECT_THAT(findings.back().text, ::testing::HasSubstr("whole"));
         const auto mended = mendBank(bytesOf(damage.text));
         ASSERT_TRUE(mended);
         EXPECT_EQ(sortedKeys(mended->bank), damage.kept);
@@ -106,7 +109,10 @@ TEST(BankCheck, MendingNamesTheUnnamedAndLeavesOutWhatIsFoundWrong) {
     const Bank expected = {{"0-a.b", PropertyDictionary{{"Good", 2}, {kSnapshotTags, kUnnamed}}}};
     EXPECT_TRUE(mended->bank == expected);
     EXPECT_EQ(mended->notes.size(), 3u);
-    for (const char* const text : {"", "no list", "bplist00", "<plist><dict><key>a</key>"})
+    EXPECT_EQ(mended->lost, 1u);
+    EXPECT_TRUE(mendBank(bytesOf("<plist><dict/></plist>"))) << "empty, and whole";
+    for (const char* const text : {"", "no list", "bplist00", "<plist><dict><key>a</key>",
+                                   "<plist><dict><key>a</key><true/></dict></plist>"})
         EXPECT_FALSE(mendBank(bytesOf(text))) << text;
 }
 

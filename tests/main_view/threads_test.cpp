@@ -1,6 +1,7 @@
 // A host's two threads, the user, a tilted device and the driver of the run loop at once; the
 // thread sanitizer watches.
 
+#include "engine/envelope_menu.h"
 #include "hosting/midi_inlet.h"
 #include "platform/threads/wall_clock_driver.h"
 #include "tests/support/hosted_unit.h"
@@ -37,7 +38,8 @@ float valueOf(ControlId id, unsigned long number) {
 struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderPullInputBlock {
     HostedUnit hosted{component_type::musicEffect};
     TemporaryFolder folder;
-    std::mutex rendering; // a host does not render while it allocates
+    std::vector<float> seen = std::vector<float>(1000); // of the live wave, as a screen does
+    std::mutex rendering;                               // a host does not render while it allocates
     std::atomic<int> cycle = 0;
     std::array<std::uint8_t, 120> sent{}, arrived{}; // by controller
     MidiInlet inlet{hosted.instance, [this](const MidiMessage& message) {
@@ -167,6 +169,9 @@ struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderP
             [&] { stream.ui_liveClear(); },
             [&] { stream.restoreLastSample(); },
             [&] { stream.setRegion(valueOf(ControlId::scrubbingWave, random()), 1.0f); },
+            [&] { stream.pickEnvelope(random() % kEnvelopeMenu.size()); },
+            [&] { stream.setSeed(static_cast<std::uint32_t>(random())); },
+            [&] { stream.waveForm().copyLive(stream.waveForm().getWriteLiveIndex(), seen); },
         };
         acts[random() % std::size(acts)]();
         if (stream.controls._playToggle.tag == 0 || random() % 16 == 0) stream.ui_playStop();

@@ -190,6 +190,17 @@ TEST_F(MidiManagerTest, ProgramsBankControllersAndNotesChooseUnlessTheyAreBound)
                             "Note E2 moves Density and so chooses no preset"));
 }
 
+TEST_F(MidiManagerTest, AMoveMayReplaceTheBindingsThatItComesFrom) {
+    for (Control* const control : {static_cast<Control*>(&echo), static_cast<Control*>(&density)})
+        midi.bind({.trigger = {controller, 1}, .control = control, .takeOver = jump});
+    const PropertyDictionary state = midi.getState();
+    echo.addTarget(this, "preset", control_event::valueChanged,
+                   [&](Control&) { midi.restoreState(state); });
+    for (const int value : {127, 0, 127}) send(0xB0, 1, value); // a sanitizer sees what is touched
+    EXPECT_TRUE(echo.isOn() && midi.getState() == state);
+    EXPECT_EQ(density.value(), 50.0f); // the message was for the bindings before
+}
+
 TEST_F(MidiManagerTest, StatesComeBackAndHostileOnesAreLeftOut) {
     midi.bind({{controller, 1, 16}, &density, 0.75f, 0.1f, 2.5f, pickUp});
     midi.bind({{pitchBend}, &length, 0.0f, 1.0f, 1.0f, jump, true});

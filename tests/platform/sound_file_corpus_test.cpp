@@ -20,7 +20,7 @@ const std::filesystem::path kFolder =
 
 constexpr double kPi = 3.14159265358979323846;
 
-/// What make_sound_corpus.py puts in: 400 frames, in the compressed files five times over.
+/// What is in the files: 400 frames, in the compressed files five times over.
 double left(std::size_t frame) {
     return std::round(16000.0 * std::sin(2.0 * kPi * 440.0 * double(frame % 400) / 8000.0)) / 32768;
 }

@@ -126,30 +126,6 @@ TEST(RenderPlan, LengthRateAndSeedComeFromTheSourceAndTheClock) {
     EXPECT_FALSE(checkInputRate(request, source));
 }
 
-TEST(OfflineRender, AnEffectScansItsInputAtADistanceUnlessAScanSettingIsGiven) {
-    RenderPlan plan{.sampleRate = 44100,
-                    .playFrames = 512,
-                    .frames = 512,
-                    .blockFrames = 512,
-                    .seed = 5,
-                    .use = SourceUse::live,
-                    .host = {.type = component_type::effect}};
-    const auto scan = [&plan] {
-        OfflineRender render(plan, Folders{});
-        EXPECT_TRUE(render.prepare({}));
-        const ControlValues& values = render.plan().initial;
-        return std::pair(values[static_cast<std::size_t>(ControlId::scanning)],
-                         values[static_cast<std::size_t>(ControlId::scrubbingWave)]);
-    };
-    EXPECT_EQ(scan().first, 0);
-    EXPECT_NEAR(scan().second, (441000 - 5 - 8820) / 441000.0, 1e-6);
-    plan.settings = {{ControlId::scanning, 2}};
-    EXPECT_EQ(scan(), std::pair(2.0f, 0.0f));
-    plan.settings.clear();
-    plan.start = 0.5f;
-    EXPECT_EQ(scan().first, 1);
-}
-
 TEST(EchoTail, LastsUntilEveryRepeatIsSixtyDecibelsDown) {
     const struct {
         EchoSide left, right;

@@ -65,7 +65,7 @@ TEST(FileWriter, LimitsFloatsWhereTheyCameFromOrKeepsTheLowBitsOfUnlimitedOnes) 
     EXPECT_EQ(writtenShorts(folder / "a.wav"), expected);
 }
 
-TEST(FileWriter, FillsTheChannelsOfEveryLinearTypeAndMissingOnesWithSilence) {
+TEST(FileWriter, FillsTheChannelsAndMissingOnesWithSilence) {
     const std::int16_t shorts[] = {11, 12};
     float floats[] = {0.25f, -0.25f};
     const std::int16_t* someShorts[] = {nullptr, shorts, nullptr};
@@ -74,11 +74,7 @@ TEST(FileWriter, FillsTheChannelsOfEveryLinearTypeAndMissingOnesWithSilence) {
     const struct {
         const char (&type)[5];
         const char* name;
-    } cases[] = {{"AIFF", "a.aiff"},
-                 {"NeXT", "a.au"},
-                 {"caff", "a.caf"},
-                 {"Sd2f", "a.sd2"},
-                 {"WAVE", "a.wav"}};
+    } cases[] = {{"AIFF", "a.aiff"}, {"WAVE", "a.wav"}};
     for (const auto& [type, name] : cases) {
         TemporaryFolder folder;
         Writer writer;

@@ -129,39 +129,6 @@ TEST_F(StreamSound, LetsAFileWaitBehindASoundThatWasChosenWhileItWasRead) {
     EXPECT_EQ(&player.sound(), stream.waveForm().liveSample());
 }
 
-TEST_F(StreamSound, ComesBackFromAStateWithEveryControl) {
-    const auto path = folder / "shared/kept.raw", moved = folder / "shared/moved.raw";
-    player.loader.loadSamplePerform(write(path, 100));
-    player.finishWork();
-    stream.ui_enableLiveInput();
-    player.hear(ramp(-500, 2000));
-    for (const ControlRange& range : controlRanges())
-        if (range.id != playStop && range.id != live)
-            stream.setLinear(range.id, 0.75f * range.maximum);
-    stream.controls._keyboardButton.tag = 1;
-    stream.setRegion(0.75f, 0.25f);
-    stream.setScrubNormalizedValue(0.5f);
-    stream.setSeed(4000000001u);
-    stream.setNormalizeTouched(true);
-    stream.scrubRecorder.setTake(Frames{0.25f, 0.5f});
-    std::filesystem::rename(path, moved);
-    for (const float on : {1.0f, 0.0f}) {
-        stream.setLinear(live, on);
-        PropertyDictionary state = player.state();
-        EXPECT_EQ(*state.at("Density_0").as<double>(), 300.0);
-        Player other(folder);
-        other.restore(state);
-        EXPECT_EQ(other->isLive(), on != 0.0f);
-        EXPECT_EQ(other->waveForm().heardFrames(), ramp(-500, 2000));
-        EXPECT_EQ(other.sound().offset, 2000u);
-        auto& sample = *state.at("Sample_0").as<PropertyDictionary>();
-        sample["Path"] = moved.string(), sample["RelativePath"] = "moved.raw";
-        EXPECT_TRUE(other.state() == state);
-        other->restoreLastSample();
-        EXPECT_EQ(other.sound().size, 100u);
-    }
-}
-
 TEST_F(StreamSound, CleansTheTakeOfAState) {
     const Frames given{std::nanf(""), 2.0f, INFINITY, -1.0f, 0.5f};
     const auto bytes = std::as_bytes(std::span(given));
