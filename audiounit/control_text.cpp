@@ -2,6 +2,7 @@
 
 #include "audiounit/parameter_table.h"
 #include "controls/note_values.h"
+#include "controls/state_keys.h"
 #include "platform/text/nearest_name.h"
 #include "platform/text/text_numbers.h"
 
@@ -20,8 +21,6 @@ constexpr std::array<ControlId, kControlCount - 1> kSettable = [] {
         if (const auto id = static_cast<ControlId>(i); id != ControlId::envelope) ids[count++] = id;
     return ids;
 }();
-
-constexpr const char* kStreamSuffix = "_0"; // of the one stream, in identifiers
 
 constexpr std::span<const ControlId> kParameters(kSettable.data(), kParameterCount);
 

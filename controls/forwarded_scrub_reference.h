@@ -26,8 +26,10 @@ public:
     PropertyDictionary getWrapperInfo(const Control* control) const override {
         return mWidgetWrappers ? mWidgetWrappers->getWrapperInfo(control) : PropertyDictionary{};
     }
-    void setWrapperInfo_fromDictionary(Control* control, const PropertyDictionary& state) override {
-        if (mWidgetWrappers) mWidgetWrappers->setWrapperInfo_fromDictionary(control, state);
+    StateFindings setWrapperInfo_fromDictionary(Control* control,
+                                                const PropertyDictionary& state) override {
+        if (!mWidgetWrappers) return {};
+        return mWidgetWrappers->setWrapperInfo_fromDictionary(control, state);
     }
     bool followsSecondFinger(const Control* control) const override {
         return mWidgetWrappers && mWidgetWrappers->followsSecondFinger(control);

@@ -98,27 +98,27 @@ void MOK_PAD::restoreXY(const std::optional<double>& x, const std::optional<doub
     if (y) setYValue(narrow(*y));
 }
 
-void MOK_PAD::restoreState(const PropertyArray& state) {
-    if (state.size() < 2) {
-        if (log)
-            log->write(
-                "pad " + channel + ": a state of " + std::to_string(state.size()) +
-                " values is ignored; octaves and base note are needed, then perhaps x and y");
-        return;
-    }
+StateFindings MOK_PAD::restoreState(const PropertyArray& state) {
+    const std::string where = "pad " + channel;
+    if (state.size() < 2)
+        return {{where, "a state of " + std::to_string(state.size()) +
+                            " values is ignored; octaves and base note are needed, then perhaps "
+                            "x and y"}};
+    StateFindings findings;
     constexpr std::array names = {"octaves", "base note", "x", "y"};
     PropertyDictionary named;
     for (std::size_t n = 0; n < std::min(state.size(), names.size()); ++n)
         named[names[n]] = state[n];
-    PropertyReader reader(named, "pad " + channel);
+    PropertyReader reader(named, findings, where);
     const auto octaves = reader.real("octaves"), base = reader.real("base note");
     // From the lowest note on every count of octaves fits, whatever the base note was before.
     if (octaves && base) _baseNote = 0.0f;
     if (octaves) setOctNum(narrow(*octaves));
     if (base) setBaseNote(narrow(*base));
-    if (!saveLoad_XY) return;
+    if (!saveLoad_XY) return findings;
     const auto x = reader.real("x"), y = reader.real("y");
     restoreXY(x, y);
+    return findings;
 }
 
 void MOK_PAD::saveAsDefault(Control*) {
@@ -136,11 +136,14 @@ void MOK_PAD::loadAsDefault(Control*) {
     for (const std::string& key :
          {baseNoteKey(channel), octNumKey(channel), channel + "_X", channel + "_Y"})
         if (const PropertyValue* const value = userDefaults->value(key)) stored[key] = *value;
-    PropertyReader reader(stored, "user defaults");
+    StateFindings findings;
+    PropertyReader reader(stored, findings, "user defaults");
     if (const auto base = reader.real(baseNoteKey(channel))) setBaseNote(narrow(*base));
     if (const auto octaves = reader.real(octNumKey(channel))) setOctNum(narrow(*octaves));
     const auto x = reader.real(channel + "_X"), y = reader.real(channel + "_Y");
     restoreXY(x, y);
+    if (log)
+        for (const StateFinding& finding : findings) log->write(lineOf(finding));
 }
 
 // --- Fingers ---

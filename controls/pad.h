@@ -48,9 +48,10 @@ public:
     /// [octaves, base note], with saveLoad_XY [.., x, y].
     PropertyArray getState() const;
     /// Whatever the pad held before, a state that it gave comes back the same. One that is too
-    /// short is ignored, so is each value that is no finite number, with a log line; others are
-    /// held as the setters do. x and y count only with saveLoad_XY. Sends nothing.
-    void restoreState(const PropertyArray& state);
+    /// short is ignored, so is each value that is no finite number, and is named in the
+    /// answer; others are held as the setters do. x and y count only with saveLoad_XY. Sends
+    /// nothing.
+    StateFindings restoreState(const PropertyArray& state);
     bool saveLoad_XY = false;
 
     /// Keeps, brings back base note, octaves and, with saveLoad_XY, x and y by channel. Nothing
@@ -58,7 +59,7 @@ public:
     void saveAsDefault(Control* sender = nullptr);
     void loadAsDefault(Control* sender = nullptr);
     UserDefaults* userDefaults = nullptr; ///< null, or it outlives this
-    Log* log = nullptr; ///< hears of states that cannot be; null, or it outlives this
+    Log* log = nullptr; ///< hears of defaults that cannot be; null, or it outlives this
 
     /// Points; finite and above 0, else ignored.
     void setSize(double width, double height) { setSurface(width, height); }

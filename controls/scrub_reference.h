@@ -21,9 +21,10 @@ public:
     virtual WidgetWrapper* getWrapperID(const Control* control) = 0;
     /// Empty when the control is not there.
     virtual PropertyDictionary getWrapperInfo(const Control* control) const = 0;
-    /// Adds the control when it is not there; which finger it follows is one of the keys.
-    virtual void setWrapperInfo_fromDictionary(Control* control,
-                                               const PropertyDictionary& state) = 0;
+    /// Adds the control when it is not there; which finger it follows is one of the keys. Answers
+    /// with what could not be taken.
+    virtual StateFindings setWrapperInfo_fromDictionary(Control* control,
+                                                        const PropertyDictionary& state) = 0;
     /// Whether the control is there and follows the second finger.
     virtual bool followsSecondFinger(const Control* control) const = 0;
 };

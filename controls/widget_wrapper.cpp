@@ -1,12 +1,15 @@
 #include "controls/widget_wrapper.h"
 
 #include "controls/fraction.h"
+#include "controls/state_keys.h"
 
 #include <algorithm>
 
 namespace zephyra {
 
 namespace {
+
+using namespace wrapper_key;
 
 void readFraction(PropertyReader& state, const char* key, float& fraction) {
     if (const auto value = state.real(key))
@@ -28,13 +31,13 @@ void WidgetWrapper::setGravity(float gravity) {
 }
 
 PropertyDictionary WidgetWrapper::state() const {
-    return {{"MinRange", minRange_}, {"MaxRange", maxRange_}, {"Gravity", gravity_}};
+    return {{kMinRange, minRange_}, {kMaxRange, maxRange_}, {kGravity, gravity_}};
 }
 
 void WidgetWrapper::applyState(PropertyReader& state) {
-    readFraction(state, "MinRange", minRange_);
-    readFraction(state, "MaxRange", maxRange_);
-    readFraction(state, "Gravity", gravity_);
+    readFraction(state, kMinRange, minRange_);
+    readFraction(state, kMaxRange, maxRange_);
+    readFraction(state, kGravity, gravity_);
 }
 
 } // namespace zephyra

@@ -31,7 +31,7 @@ public:
 
     /// "MinRange", "MaxRange", "Gravity" as reals, and what the source adds.
     virtual PropertyDictionary state() const;
-    /// Reads the same keys; missing ones keep what is there, wrong types are logged.
+    /// Reads the same keys; missing ones and wrong types keep what is there.
     virtual void applyState(PropertyReader& state);
 
 private:

@@ -30,9 +30,8 @@ QuickPresetsManager::QuickPresetsManager(Instance& instance, QuickPresetsManager
     INITIALIZE();
     readCurrentSelectionsForBankAndSnapshotsFromDisk();
     fillTableWithBankName();
-    refreshBankSelection();
+    showSelection();
     fillTableWithSnapshotsName();
-    refreshSnapshotSelection();
     updateDisplay();
 
     const auto observe = [this](const char* notice, NotificationCenter::Observer observer) {

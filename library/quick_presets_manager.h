@@ -17,6 +17,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zephyra {
@@ -53,9 +54,17 @@ public:
     std::string getSnapshotName() const;
     std::optional<std::string> getSnapshotNameFromID(const std::string& key) const;
 
+    /// What of the selection is there to be shown.
+    enum class Shown { nothing, bank, preset };
+    /// Selects the rows of the bank and the preset that are selected, without loading; the lists
+    /// are empty without a bank. For who does not ask on the user's behalf: nothing is logged.
+    Shown showSelection();
+    /// "NO Bank was Selected!" or "NO Snapshot was Selected!"; empty when both were.
+    static std::string_view whatIsMissing(Shown shown);
+
     void fillTableWithBankName();
     void fillTableWithSnapshotsName();
-    void refreshBankSelection();
+    void refreshBankSelection(); ///< showSelection, with a log line about what is missing
     void refreshSnapshotSelection();
     void readBankFromDisk();
     void writeBankToDisk();
@@ -155,6 +164,8 @@ private:
     std::optional<std::size_t> snapRow() const;
     void selectRow(int table, std::size_t row);
     void selectBankRow(std::size_t row);
+    void showBankRow(std::size_t row);
+    bool showSnapRow();
     void selectSnapRow(std::size_t row);
     void selectFoundRow(int table, std::size_t row);
     void reloadPresets();

@@ -69,28 +69,59 @@ void QuickPresetsManager::selectRow(int table, std::size_t row) {
     if (!isFiltered) shown.selected = LibraryTable::Place{0, row};
 }
 
-void QuickPresetsManager::refreshBankSelection() {
-    if (const auto row = bankRow()) return selectBankRow(*row);
-    instance_.log.write("NO Bank was Selected!");
+QuickPresetsManager::Shown QuickPresetsManager::showSelection() {
+    if (const auto row = bankRow()) {
+        showBankRow(*row);
+        return showSnapRow() ? Shown::preset : Shown::bank;
+    }
     tools_.saveEnabled = false;
     _listOfSnapshots.clear();
     listedContent_ = nullptr;
     if (!isFiltered) tables_[kBanksTable].selected.reset();
     reloadPresets();
     showHideTools();
+    return Shown::nothing;
+}
+
+std::string_view QuickPresetsManager::whatIsMissing(Shown shown) {
+    switch (shown) {
+    case Shown::nothing:
+        return "NO Bank was Selected!";
+    case Shown::bank:
+        return "NO Snapshot was Selected!";
+    case Shown::preset:
+        break;
+    }
+    return {};
+}
+
+void QuickPresetsManager::refreshBankSelection() {
+    if (const Shown shown = showSelection(); shown != Shown::preset)
+        instance_.log.write(whatIsMissing(shown));
 }
 
 void QuickPresetsManager::refreshSnapshotSelection() {
-    if (const auto row = snapRow()) return selectRow(kPresetsTable, *row);
-    instance_.log.write("NO Snapshot was Selected!");
-    if (!isFiltered) tables_[kPresetsTable].selected.reset();
+    if (!showSnapRow()) instance_.log.write(whatIsMissing(Shown::bank));
 }
 
-void QuickPresetsManager::selectBankRow(std::size_t row) {
+bool QuickPresetsManager::showSnapRow() {
+    const auto row = snapRow();
+    if (row)
+        selectRow(kPresetsTable, *row);
+    else if (!isFiltered)
+        tables_[kPresetsTable].selected.reset();
+    return row.has_value();
+}
+
+void QuickPresetsManager::showBankRow(std::size_t row) {
     _currentBankNameSelected = _listOfBank[row].name;
     selectRow(kBanksTable, row);
     readBankFromDisk();
     fillTableWithSnapshotsName();
+}
+
+void QuickPresetsManager::selectBankRow(std::size_t row) {
+    showBankRow(row);
     refreshSnapshotSelection();
 }
 

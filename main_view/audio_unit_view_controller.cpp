@@ -10,14 +10,13 @@ namespace zephyra {
 
 namespace {
 
-constexpr const char* kSuffix = "_0";    // of the one stream
 constexpr double kCollectInterval = 0.1; // seconds
 
 } // namespace
 
 AudioUnitViewController::AudioUnitViewController(Instance& instance)
-    : OwnKnobs(instance.notifications, kSuffix), _GRANULATOR_STREAM(instance, kSuffix),
-      parameters(_GRANULATOR_STREAM.controls, _inputDryWetKnob, kSuffix),
+    : OwnKnobs(instance.notifications, kStreamSuffix), _GRANULATOR_STREAM(instance, kStreamSuffix),
+      parameters(_GRANULATOR_STREAM.controls, _inputDryWetKnob, kStreamSuffix),
       sampleLoader(instance, _GRANULATOR_STREAM), liveExport(instance, _GRANULATOR_STREAM),
       surfaces(_GRANULATOR_STREAM), scrubWidgets(instance.runLoop),
       assignments(instance, assignable), midiManager(instance, assignments), tiltWidgets(instance),

@@ -12,6 +12,7 @@
 #include "main_view/host_parameters.h"
 #include "main_view/own_knobs.h"
 #include "main_view/performance_surfaces.h"
+#include "main_view/restore_report.h"
 #include "main_view/snapshot_source.h"
 #include "modulation/accelerometer_widgets.h"
 #include "modulation/control_manager.h"
@@ -30,8 +31,11 @@
 #include <bitset>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 
 namespace zephyra {
 
@@ -113,9 +117,16 @@ public:
     /// navigation, the preset selected). A sound that no file holds becomes one in the shared
     /// folder first; what goes wrong then becomes an alert.
     PropertyDictionary snapshotState();
-    /// Missing keys keep what is there, wrong types are ignored with a log line. The preset that a
-    /// session names is selected, not loaded.
+    /// Missing keys and wrong types keep what is there. The preset that a session names is
+    /// selected, not loaded.
     void restoreStateProc(const PropertyDictionary& state);
+
+    using ReportTaker = std::function<void(const RestoreReport& report)>;
+    /// From now on taker gets the report of each state that is restored, whoever asked for that, as
+    /// soon as it is whole. While nobody takes them, their lines go to the log.
+    void setReportTaker(ReportTaker taker) { reportTaker_ = std::move(taker); }
+    /// Of the state restored last; its sample may still be loading.
+    const RestoreReport& restoreReport() const { return *report_; }
 
 private:
     void addOwnTargets();
@@ -124,7 +135,8 @@ private:
 
     // view_controller_state.cpp
     PropertyDictionary stateFor(StateUse use);
-    void restoreSelection(PropertyReader& state);
+    void sampleEnded(const RestoreReport& report) const;
+    std::optional<QuickPresetsManager::Shown> restoreSelection(PropertyReader& state);
 
     // view_controller_modulation.cpp
     void listAssignableControls();
@@ -165,6 +177,8 @@ private:
     bool standsBehindInput_ = false; // the scan was placed behind the newest frame
     std::bitset<128> endedNotes_;    // of MIDI, whose keys are still to go up
     PropertyDictionary unknownState_;
+    ReportTaker reportTaker_;
+    std::shared_ptr<const RestoreReport> report_ = std::make_shared<RestoreReport>();
     std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true); // posted tasks look at it
 };
 

@@ -1,5 +1,6 @@
 // The view controller and what moves its controls: the list of them, and who hears of an
 // assignment.
+#include "controls/state_keys.h"
 #include "main_view/audio_unit_view_controller.h"
 
 #include <algorithm>
@@ -73,7 +74,7 @@ using Names = std::set<std::string, std::less<>>;
 const std::string* nameOf(const PropertyValue& entry) {
     const auto* const dictionary = entry.as<PropertyDictionary>();
     if (!dictionary) return nullptr;
-    const auto name = dictionary->find("name");
+    const auto name = dictionary->find(assignment_key::kName);
     return name == dictionary->end() ? nullptr : name->second.as<std::string>();
 }
 
@@ -177,12 +178,12 @@ void AudioUnitViewController::showEndedNotes() {
 }
 
 void AudioUnitViewController::saveModulation(PropertyDictionary& state) {
-    state.insert_or_assign("ControlAssignments", assignments.getState());
-    state.insert_or_assign("Midi", midiManager.getState());
-    state.insert_or_assign("Tilt", tiltWidgets.getState(assignmentName));
-    state.insert_or_assign("Pad", surfaces._pad.getState());
-    state.insert_or_assign("SmallKeyboardOctave", surfaces._keyboardTiny.octave());
-    state.insert_or_assign("TapTempo", assignments.tempo.value());
+    state.insert_or_assign(state_key::kControlAssignments, assignments.getState());
+    state.insert_or_assign(state_key::kMidi, midiManager.getState());
+    state.insert_or_assign(state_key::kTilt, tiltWidgets.getState(assignmentName));
+    state.insert_or_assign(state_key::kPad, surfaces._pad.getState());
+    state.insert_or_assign(state_key::kSmallKeyboardOctave, surfaces._keyboardTiny.octave());
+    state.insert_or_assign(state_key::kTapTempo, assignments.tempo.value());
     state.insert_or_assign(_lfoSwitch.channel, _lfoSwitch.isOn());
 }
 
@@ -208,12 +209,12 @@ void AudioUnitViewController::followTable() {
 
 /// The records first: MIDI takes over what it binds, and tilt adds how its controls follow.
 void AudioUnitViewController::restoreAssignments(PropertyReader& state) {
-    const PropertyArray* const records = state.array("ControlAssignments");
-    const PropertyDictionary* const savedMidi = state.dictionary("Midi");
-    const PropertyArray* const savedTilt = state.array("Tilt");
+    const PropertyArray* const records = state.array(state_key::kControlAssignments);
+    const PropertyDictionary* const savedMidi = state.dictionary(state_key::kMidi);
+    const PropertyArray* const savedTilt = state.array(state_key::kTilt);
     PropertyDictionary midi = savedMidi ? *savedMidi : PropertyDictionary{};
     PropertyArray tilt = savedTilt ? *savedTilt : PropertyArray{};
-    const auto bindings = midi.find("Bindings");
+    const auto bindings = midi.find(midi_key::kBindings);
     PropertyArray* const rebound =
         bindings == midi.end() ? nullptr : bindings->second.as<PropertyArray>();
     if (records) {
@@ -221,29 +222,31 @@ void AudioUnitViewController::restoreAssignments(PropertyReader& state) {
         addUnnamed(tilt, tiltWidgets.getState(assignmentName), named);
         if (rebound) {
             const PropertyDictionary own = midiManager.getState();
-            addUnnamed(*rebound, *own.at("Bindings").as<PropertyArray>(), named);
+            addUnnamed(*rebound, *own.at(midi_key::kBindings).as<PropertyArray>(), named);
             // Now: later it would take the restored records back.
             for (const auto& one : assignable.all())
                 if (named.contains(assignmentName(*one.control))) midiManager.unbind(*one.control);
         }
-        assignments.restoreState(*records);
+        append(state.findings(), assignments.restoreState(*records));
     }
-    midiManager.restoreState(midi);
+    append(state.findings(), midiManager.restoreState(midi));
     if (savedTilt)
-        tiltWidgets.restoreState(
-            tilt, [this](const std::string& name) { return assignments.controlNamed(name); });
+        append(state.findings(), tiltWidgets.restoreState(tilt, [this](const std::string& name) {
+            return assignments.controlNamed(name);
+        }));
     followTable();
 }
 
 void AudioUnitViewController::restoreModulation(PropertyReader& state) {
-    if (const auto tempo = state.real("TapTempo")) {
+    if (const auto tempo = state.real(state_key::kTapTempo)) {
         assignments.tempo.setValue(*tempo);
         assignments.tempo.sendEventValueChanged();
     }
     restoreAssignments(state);
-    if (const PropertyArray* pad = state.array("Pad")) surfaces._pad.restoreState(*pad);
+    if (const PropertyArray* pad = state.array(state_key::kPad))
+        append(state.findings(), surfaces._pad.restoreState(*pad));
     constexpr std::int64_t kMostOctaves = 100; // more than any keyboard: setOctave holds the rest
-    if (const auto octave = state.whole("SmallKeyboardOctave"))
+    if (const auto octave = state.whole(state_key::kSmallKeyboardOctave))
         surfaces._keyboardTiny.setOctave(
             static_cast<int>(std::clamp(*octave, -kMostOctaves, kMostOctaves)));
     if (const auto on = state.boolean(_lfoSwitch.channel)) {

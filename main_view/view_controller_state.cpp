@@ -1,7 +1,9 @@
 // The view controller's state: the stream's, the controls that are its own, and, in a session, the
 // preset that is selected.
+#include "controls/state_keys.h"
 #include "library/bank_edits.h"
 #include "main_view/audio_unit_view_controller.h"
+#include "platform/text/log.h"
 #include "stream/sound_keeping.h"
 #include "stream/stream_state.h"
 #include "stream/warning.h"
@@ -13,7 +15,6 @@ namespace zephyra {
 
 namespace {
 
-constexpr const char* kPreset = "Preset";
 constexpr const char* kNone = QuickPresetsManager::kNone;
 
 PropertyDictionary selectionState(const QuickPresetsManager& presets) {
@@ -21,9 +22,13 @@ PropertyDictionary selectionState(const QuickPresetsManager& presets) {
     const std::string bank = presets.getCurrentSelectedBankName();
     const std::string key = presets.getCurrentSelectedSnapID();
     if (bank == kNone) return selected;
-    selected.insert_or_assign("Bank", bank);
-    if (key != kNone) selected.insert_or_assign("Key", key);
+    selected.insert_or_assign(selection_key::kBank, bank);
+    if (key != kNone) selected.insert_or_assign(selection_key::kKey, key);
     return selected;
+}
+
+void writeLines(Log& log, const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) log.write(line);
 }
 
 } // namespace
@@ -40,7 +45,7 @@ PropertyDictionary AudioUnitViewController::stateFor(StateUse use) {
 
 PropertyDictionary AudioUnitViewController::getState() {
     PropertyDictionary state = stateFor(StateUse::session);
-    state.insert_or_assign(kPreset, selectionState(presets));
+    state.insert_or_assign(state_key::kPreset, selectionState(presets));
     return state;
 }
 
@@ -48,7 +53,7 @@ PropertyDictionary AudioUnitViewController::snapshotState() {
     if (const Result<void> kept = keepSoundAsFile(instance_, _GRANULATOR_STREAM); !kept)
         presentWarning(instance_, kept.message());
     PropertyDictionary state = stateFor(StateUse::snapshot);
-    state.at("Midi").as<PropertyDictionary>()->erase("Navigation");
+    state.at(state_key::kMidi).as<PropertyDictionary>()->erase(midi_key::kNavigation);
     return state;
 }
 
@@ -61,8 +66,17 @@ void AudioUnitViewController::restoreState(PropertyDictionary state) {
 }
 
 void AudioUnitViewController::restoreStateProc(const PropertyDictionary& state) {
-    PropertyReader reader(state);
-    restoreStreamState(_GRANULATOR_STREAM, sampleLoader, reader);
+    const auto report = std::make_shared<RestoreReport>();
+    report_ = report;
+    PropertyReader reader(state, report->findings);
+    const bool loads = restoreStreamState(_GRANULATOR_STREAM, sampleLoader, reader,
+                                          [this, report](const SampleReport& sample) {
+                                              report->sample = sample;
+                                              sampleEnded(*report);
+                                          });
+    if (loads)
+        report->sample = {.asked = _GRANULATOR_STREAM.sampleReference().path,
+                          .end = SampleEnd::loading};
     for (const ControlRange& range : controlRanges()) {
         MOK_KNOB* const knob = ownKnob(range.id);
         if (!knob) continue;
@@ -74,21 +88,33 @@ void AudioUnitViewController::restoreStateProc(const PropertyDictionary& state) 
         knob->sendEventValueChanged();
     }
     restoreModulation(reader); // last: an LFO goes on from where its control stands
-    restoreSelection(reader);
+    report->selection = restoreSelection(reader);
     unknownState_ = reader.unknown();
     refreshParameters(); // the scan's position has no control that tells the host
+    if (!reportTaker_)
+        writeLines(instance_.log, linesOf(*report));
+    else if (!loads)
+        reportTaker_(*report);
+}
+
+void AudioUnitViewController::sampleEnded(const RestoreReport& report) const {
+    if (reportTaker_)
+        reportTaker_(report);
+    else
+        writeLines(instance_.log, linesOf(report.sample));
 }
 
 /// A preset that names another one, or itself, selects nothing: whoever loads it has selected it.
-void AudioUnitViewController::restoreSelection(PropertyReader& state) {
+std::optional<QuickPresetsManager::Shown>
+AudioUnitViewController::restoreSelection(PropertyReader& state) {
     const bool isSnapshot = state.text(kSnapshotTags).has_value();
-    const PropertyDictionary* const selected = state.dictionary(kPreset);
-    if (!selected || isSnapshot) return;
-    PropertyReader reader(*selected, kPreset);
-    presets.setCurrentSelectedBankName(reader.text("Bank").value_or(kNone));
-    presets.setCurrentSelectedSnapID(reader.text("Key").value_or(kNone));
+    const PropertyDictionary* const selected = state.dictionary(state_key::kPreset);
+    if (!selected || isSnapshot) return std::nullopt;
+    PropertyReader reader(*selected, state.findings(), state_key::kPreset, StandIn::nothing);
+    presets.setCurrentSelectedBankName(reader.text(selection_key::kBank).value_or(kNone));
+    presets.setCurrentSelectedSnapID(reader.text(selection_key::kKey).value_or(kNone));
     presets.fillTableWithBankName();
-    presets.refreshBankSelection(); // and the preset's row, without loading it
+    return presets.showSelection(); // and the preset's row, without loading it
 }
 
 } // namespace zephyra

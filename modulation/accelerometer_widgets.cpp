@@ -1,9 +1,16 @@
 #include "modulation/accelerometer_widgets.h"
 
+#include "controls/state_keys.h"
 #include "modulation/accelerometer_wrapper.h"
 #include "platform/lists/property_reader.h"
 
 namespace zephyra {
+
+namespace {
+
+constexpr const char* kWhere = "accelerometer"; // in findings
+
+} // namespace
 
 AccelerometerWidgets::AccelerometerWidgets(Instance& instance)
     : instance_(instance), timer_(instance.runLoop.addTimer(kLfoTick, [this] { tick(); })) {}
@@ -41,39 +48,46 @@ AccelerometerWidgets::getState(const std::function<std::string(const Control&)>&
     for (std::size_t i = 0; i < wrappers_.size(); ++i) {
         const AccelerometerWrapper& wrapper = wrappers_.at(i);
         PropertyDictionary state = wrapper.state();
-        state["name"] = nameOf(*wrapper.obj());
-        state["axis"] = wrapper.axis() == Accelerometer::Axis::x ? 0 : 1;
+        state[assignment_key::kName] = nameOf(*wrapper.obj());
+        state[tilt_key::kAxis] = wrapper.axis() == Accelerometer::Axis::x ? 0 : 1;
         states.push_back(std::move(state));
     }
     return states;
 }
 
-void AccelerometerWidgets::restoreState(const PropertyArray& state,
-                                        const std::function<Control*(const std::string&)>& find) {
+StateFindings
+AccelerometerWidgets::restoreState(const PropertyArray& state,
+                                   const std::function<Control*(const std::string&)>& find) {
+    StateFindings findings;
     removeAllWidgets();
     for (const PropertyValue& entry : state)
         if (const auto* const bond = entry.as<PropertyDictionary>())
-            restoreBond(*bond, find);
+            restoreBond(*bond, find, findings);
         else
-            instance_.log.write(std::string("accelerometer: an entry of type ") + entry.typeName() +
-                                " is ignored; a dictionary is needed");
+            findings.push_back({kWhere,
+                                std::string("an entry of type ") + entry.typeName() +
+                                    " is ignored; a dictionary is needed",
+                                StandIn::nothing});
+    return findings;
 }
 
 void AccelerometerWidgets::restoreBond(const PropertyDictionary& bond,
-                                       const std::function<Control*(const std::string&)>& find) {
-    PropertyReader reader(bond, "accelerometer");
-    const std::string name = reader.text("name").value_or("");
-    const std::int64_t axis = reader.whole("axis").value_or(-1);
+                                       const std::function<Control*(const std::string&)>& find,
+                                       StateFindings& findings) {
+    PropertyReader reader(bond, findings, kWhere, StandIn::usual);
+    const auto leaveOut = [&findings](std::string text) {
+        findings.push_back({kWhere, std::move(text), StandIn::nothing});
+    };
+    const std::string name = reader.text(assignment_key::kName).value_or("");
+    const std::int64_t axis = reader.whole(tilt_key::kAxis).value_or(-1);
     if (axis != 0 && axis != 1)
-        return instance_.log.write("accelerometer: \"" + name +
-                                   "\" is ignored; its axis must be 0 or 1");
+        return leaveOut("\"" + name + "\" is ignored; its axis must be 0 or 1");
     Control* const control = find(name);
     addWidget_forAxis(control, axis == 0 ? Accelerometer::Axis::x : Accelerometer::Axis::y);
     if (WidgetWrapper* const wrapper = getWrapperID(control))
         wrapper->applyState(reader);
     else
-        instance_.log.write("accelerometer: \"" + name +
-                            "\" is ignored; it must name a knob or a scan");
+        leaveOut("\"" + name + "\" is ignored; it must name a knob or a scan");
 }
 
 void AccelerometerWidgets::tick() {

@@ -3,6 +3,7 @@
 
 #include "modulation/wrapper_list.h"
 #include "platform/instance.h"
+#include "platform/lists/state_finding.h"
 
 #include <cstddef>
 #include <functional>
@@ -36,12 +37,14 @@ public:
     /// nameOf gives a control's identity.
     PropertyArray getState(const std::function<std::string(const Control&)>& nameOf) const;
     /// Replaces everything by what state says; find gives the control of an identity, or null.
-    void restoreState(const PropertyArray& state,
-                      const std::function<Control*(const std::string&)>& find);
+    /// Answers with what could not be taken.
+    StateFindings restoreState(const PropertyArray& state,
+                               const std::function<Control*(const std::string&)>& find);
 
 private:
     void restoreBond(const PropertyDictionary& bond,
-                     const std::function<Control*(const std::string&)>& find);
+                     const std::function<Control*(const std::string&)>& find,
+                     StateFindings& findings);
     void tick();
 
     Instance& instance_;

@@ -1,5 +1,6 @@
 #include "modulation/assignment_search.h"
 
+#include "controls/state_keys.h"
 #include "platform/text/case_folding.h"
 
 namespace zephyra {
@@ -19,7 +20,7 @@ std::vector<AssignmentSearchResult> searchAssignments(const PropertyArray& recor
     std::vector<AssignmentSearchResult> found;
     for (std::size_t i = 0; i < records.size(); ++i) {
         const PropertyDictionary& record = *records[i].as<PropertyDictionary>();
-        const std::string& identity = *record.at("name").as<std::string>();
+        const std::string& identity = *record.at(assignment_key::kName).as<std::string>();
         if (contains(displayNames[i], folded) || contains(identity, folded))
             found.push_back({i, displayNames[i]});
     }

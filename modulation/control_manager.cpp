@@ -1,6 +1,7 @@
 #include "modulation/control_manager.h"
 
 #include "controls/scan_target.h"
+#include "controls/state_keys.h"
 #include "platform/audio_unit/midi_notices.h"
 
 #include <algorithm>
@@ -46,10 +47,10 @@ void ControlManager::initialize() {
     scrubRef = dataSource.getScrubReference();
     _params.clear();
     for (const Control* const control : controls_)
-        _params.emplace_back(
-            PropertyDictionary{{"name", assignmentName(*control)},
-                               {"type", static_cast<std::int64_t>(AssignmentType::none)},
-                               {"text", kUnassigned}});
+        _params.emplace_back(PropertyDictionary{
+            {assignment_key::kName, assignmentName(*control)},
+            {assignment_key::kType, static_cast<std::int64_t>(AssignmentType::none)},
+            {assignment_key::kText, kUnassigned}});
 }
 
 Control* ControlManager::getParameterID(std::size_t index) const {
@@ -74,7 +75,8 @@ AssignmentType ControlManager::typeOf(const Control& control) const {
 }
 
 AssignmentType ControlManager::typeAt(std::size_t index) const {
-    return static_cast<AssignmentType>(*recordAt(index).at("type").as<std::int64_t>());
+    return static_cast<AssignmentType>(
+        *recordAt(index).at(assignment_key::kType).as<std::int64_t>());
 }
 
 std::optional<std::size_t> ControlManager::indexOf(const Control& control) const {
@@ -114,14 +116,16 @@ void ControlManager::record(Control& control, AssignmentType type, const std::st
 
 void ControlManager::setRecord(std::size_t index, AssignmentType type, const std::string& text) {
     PropertyDictionary& record = recordAt(index);
-    record["type"] = static_cast<std::int64_t>(type);
-    record["text"] = text;
-    record.erase("WrapperState"); // what drives the control says it when the state is taken
+    record[assignment_key::kType] = static_cast<std::int64_t>(type);
+    record[assignment_key::kText] = text;
+    record.erase(
+        assignment_key::kWrapperState); // what drives the control says it when the state is taken
 }
 
 void ControlManager::textFromWrappers(std::size_t index) {
     const AssignmentType bound = boundTo(*controls_[index]);
-    if (bound != AssignmentType::none) recordAt(index)["text"] = assignmentEntry(bound)->assigned;
+    if (bound != AssignmentType::none)
+        recordAt(index)[assignment_key::kText] = assignmentEntry(bound)->assigned;
 }
 
 void ControlManager::bind(Control& control, AssignmentType type) {
@@ -169,7 +173,8 @@ AssignmentRow ControlManager::row(std::size_t index) const {
     if (index >= numberOfRows()) return {};
     const std::size_t record = recordOfRow(index);
     const AssignmentEntry* const entry = assignmentEntry(typeAt(record));
-    return {names_[record], colors_[record], *recordAt(record).at("text").as<std::string>(),
+    return {names_[record], colors_[record],
+            *recordAt(record).at(assignment_key::kText).as<std::string>(),
             entry ? entry->icon : ""};
 }
 

@@ -129,10 +129,10 @@ public:
     /// A copy of the records: "name", "type", "text" and, for scrubs and LFOs, "WrapperState".
     PropertyArray getState();
     /// Records of controls that are not there, and those without a name or a whole number for their
-    /// type, are dropped with a log line. Of several records of one name the first goes to the
-    /// first control of that name, the next one to the next. A control that no record names keeps
-    /// its assignment.
-    void restoreState(const PropertyArray& records);
+    /// type, are dropped and named in the answer. Of several records of one name the first goes to
+    /// the first control of that name, the next one to the next. A control that no record names
+    /// keeps its assignment.
+    StateFindings restoreState(const PropertyArray& records);
 
     // --- The LFO clock's own controls ---
 
@@ -176,8 +176,8 @@ private:
 
     // control_manager_state.cpp
     void refreshWrapperStates();
-    void takeSaved(const PropertyArray& records);
-    void bindRecord(std::size_t index);
+    void takeSaved(const PropertyArray& records, StateFindings& findings);
+    void bindRecord(std::size_t index, StateFindings& findings);
 
     Instance& instance_;
     ControlManagerDataSource& dataSource;

@@ -1,6 +1,7 @@
 // The mapping panel, the LFO clock's controls and the tempo of ControlManager.
 
 #include "controls/note_values.h"
+#include "controls/state_keys.h"
 #include "modulation/control_manager.h"
 #include "modulation/scrub_widget_wrapper.h"
 #include "platform/text/fixed_text.h"
@@ -94,7 +95,7 @@ void ControlManager::fillFromScrub(const PropertyDictionary& state) {
     panel.sliderTitle = "Scrub Velocity";
     panel.sliderMinimum = ScrubWidgetWrapper::kLeastVelocity;
     panel.sliderMaximum = ScrubWidgetWrapper::kMostVelocity;
-    panel.slider = PropertyReader(state).real("Velocity").value_or(1.0);
+    panel.slider = PropertyReader(state).real(wrapper_key::kVelocity).value_or(1.0);
 }
 
 void ControlManager::fillFromLfo(const LfoWidgetWrapper& wrapper) {
@@ -151,7 +152,7 @@ void ControlManager::setVelocityOrRate(double value) {
     } else {
         const double velocity = std::clamp(value, ScrubWidgetWrapper::kLeastVelocity,
                                            ScrubWidgetWrapper::kMostVelocity);
-        const PropertyDictionary state{{"Velocity", velocity}};
+        const PropertyDictionary state{{wrapper_key::kVelocity, velocity}};
         PropertyReader reader(state);
         for (WidgetWrapper* const wrapper : selectedWrappers()) wrapper->applyState(reader);
     }

@@ -1,5 +1,6 @@
 // Saving and restoring of ControlManager.
 
+#include "controls/state_keys.h"
 #include "modulation/control_manager.h"
 
 #include <map>
@@ -8,6 +9,8 @@ namespace zephyra {
 
 namespace {
 
+using namespace assignment_key;
+
 /// The current records of one name, in their order, and which of them is next.
 struct Namesakes {
     std::vector<std::size_t> records;
@@ -15,12 +18,12 @@ struct Namesakes {
 };
 
 const std::string* savedName(const PropertyDictionary& record) {
-    const auto name = record.find("name");
+    const auto name = record.find(kName);
     return name == record.end() ? nullptr : name->second.as<std::string>();
 }
 
 bool hasType(const PropertyDictionary& record) {
-    const auto type = record.find("type");
+    const auto type = record.find(kType);
     return type != record.end() && type->second.as<std::int64_t>();
 }
 
@@ -35,11 +38,11 @@ void ControlManager::refreshWrapperStates() {
     for (std::size_t i = 0; i < _params.size(); ++i) {
         PropertyDictionary& record = recordAt(i);
         const auto keep = [&record](PropertyDictionary info) {
-            if (!info.empty()) record["WrapperState"] = std::move(info);
+            if (!info.empty()) record[kWrapperState] = std::move(info);
         };
         switch (typeAt(i)) {
         case AssignmentType::none:
-            record.erase("WrapperState");
+            record.erase(kWrapperState);
             break;
         case AssignmentType::scrubY:
         case AssignmentType::secondFinger:
@@ -55,19 +58,21 @@ void ControlManager::refreshWrapperStates() {
     }
 }
 
-void ControlManager::restoreState(const PropertyArray& records) {
+StateFindings ControlManager::restoreState(const PropertyArray& records) {
     refreshWrapperStates(); // controls that no record names go on as they are
-    takeSaved(records);
+    StateFindings findings;
+    takeSaved(records, findings);
     removeAllWidgets();
-    for (std::size_t i = 0; i < _params.size(); ++i) bindRecord(i);
+    for (std::size_t i = 0; i < _params.size(); ++i) bindRecord(i, findings);
     updateMappingParametersFromWrappers();
     followTempo();
+    return findings;
 }
 
-void ControlManager::takeSaved(const PropertyArray& records) {
+void ControlManager::takeSaved(const PropertyArray& records, StateFindings& findings) {
     std::map<std::string, Namesakes, std::less<>> byName;
     for (std::size_t i = 0; i < _params.size(); ++i)
-        byName[*recordAt(i).at("name").as<std::string>()].records.push_back(i);
+        byName[*recordAt(i).at(kName).as<std::string>()].records.push_back(i);
 
     std::size_t broken = 0, strangers = 0;
     for (const PropertyValue& saved : records) {
@@ -86,34 +91,38 @@ void ControlManager::takeSaved(const PropertyArray& records) {
     }
     // One line for all: a file may hold any number of them.
     if (broken != 0)
-        instance_.log.write(std::to_string(broken) +
-                            " assignment(s) left out: each needs a text for its "
-                            "\"name\" and a whole number for its \"type\"");
+        findings.push_back({{},
+                            std::to_string(broken) +
+                                " assignment(s) left out: each needs a text for its "
+                                "\"name\" and a whole number for its \"type\"",
+                            StandIn::asBefore});
     if (strangers != 0)
-        instance_.log.write(std::to_string(strangers) +
-                            " assignment(s) left out: no such control is here");
+        findings.push_back(
+            {{},
+             std::to_string(strangers) + " assignment(s) left out: no such control is here",
+             StandIn::nothing});
 }
 
-void ControlManager::bindRecord(std::size_t index) {
+void ControlManager::bindRecord(std::size_t index, StateFindings& findings) {
     PropertyDictionary& record = recordAt(index);
     Control* const control = controls_[index];
     const AssignmentType type = typeAt(index);
-    PropertyReader reader(record, "Assignment of " + names_[index]);
-    const PropertyDictionary* const saved = reader.dictionary("WrapperState");
+    PropertyReader reader(record, findings, "Assignment of " + names_[index], StandIn::usual);
+    const PropertyDictionary* const saved = reader.dictionary(kWrapperState);
     PropertyDictionary state = saved ? *saved : PropertyDictionary{};
     const bool second = type == AssignmentType::secondFinger;
     if (second || type == AssignmentType::scrubY) {
-        state["SecondFinger"] = second; // the type decides, whatever the state says
+        state[wrapper_key::kSecondFinger] = second; // the type decides, whatever the state says
         for (ScrubReference* const reference : scrubRef)
-            reference->setWrapperInfo_fromDictionary(control, state);
+            append(findings, reference->setWrapperInfo_fromDictionary(control, state));
     } else if (type == AssignmentType::lfo) {
-        _lfo.setWrapperInfo_fromDictionary(control, state);
+        append(findings, _lfo.setWrapperInfo_fromDictionary(control, state));
     }
-    const bool hasText = reader.text("text").has_value();
+    const bool hasText = reader.text(kText).has_value();
     if (type == AssignmentType::none)
         setRecord(index, type, kAssignments[0].title);
     else if (!hasText)
-        record["text"] = kAssignments[0].title;
+        record[kText] = kAssignments[0].title;
     textFromWrappers(index);
 }
 

@@ -1,6 +1,7 @@
 #include "modulation/lfo_widget_wrapper.h"
 
 #include "controls/note_values.h"
+#include "controls/state_keys.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,6 +10,8 @@
 namespace zephyra {
 
 namespace {
+
+using namespace wrapper_key;
 
 constexpr double kUnknownTempo = 120.0; // beats per minute
 constexpr std::int64_t kLastNoteValue = std::int64_t{kNoteValues.size()} - 1;
@@ -89,22 +92,22 @@ void LfoWidgetWrapper::resetPhase() {
 
 PropertyDictionary LfoWidgetWrapper::state() const {
     PropertyDictionary state = WidgetWrapper::state();
-    state["Shape"] = currentLFO.shape();
-    state["LinkSwitch"] = linked_;
-    state["ClockSub"] = clockSub_;
-    state["ClockSubMult"] = clockSubMult_;
-    state["Hz"] = freeHz_;
+    state[kShape] = currentLFO.shape();
+    state[kLinkSwitch] = linked_;
+    state[kClockSub] = clockSub_;
+    state[kClockSubMult] = clockSubMult_;
+    state[kHz] = freeHz_;
     return state;
 }
 
 void LfoWidgetWrapper::applyState(PropertyReader& state) {
     WidgetWrapper::applyState(state);
-    if (const auto shape = state.whole("Shape")) currentLFO.setShape(*shape);
-    if (const auto linked = state.boolean("LinkSwitch")) setLinkIsEnabled(*linked);
-    if (const auto sub = state.whole("ClockSub"))
+    if (const auto shape = state.whole(kShape)) currentLFO.setShape(*shape);
+    if (const auto linked = state.boolean(kLinkSwitch)) setLinkIsEnabled(*linked);
+    if (const auto sub = state.whole(kClockSub))
         setClockSub(static_cast<int>(std::clamp(*sub, std::int64_t{0}, kLastNoteValue)));
-    if (const auto mult = state.real("ClockSubMult")) setClockSubMult(*mult);
-    if (const auto hz = state.real("Hz")) setHz(*hz);
+    if (const auto mult = state.real(kClockSubMult)) setClockSubMult(*mult);
+    if (const auto hz = state.real(kHz)) setHz(*hz);
     resetPhase();
 }
 

@@ -40,13 +40,15 @@ PropertyDictionary LFO_WIDGETS_MAPPING::getWrapperInfo(const Control* control) c
     return wrapper ? wrapper->state() : PropertyDictionary{};
 }
 
-void LFO_WIDGETS_MAPPING::setWrapperInfo_fromDictionary(Control* control,
-                                                        const PropertyDictionary& state) {
+StateFindings LFO_WIDGETS_MAPPING::setWrapperInfo_fromDictionary(Control* control,
+                                                                 const PropertyDictionary& state) {
+    StateFindings findings;
     if (!wrappers_.find(control)) addWidget(control);
     if (LfoWidgetWrapper* const wrapper = wrappers_.find(control)) {
-        PropertyReader reader(state, control->channel);
+        PropertyReader reader(state, findings, control->channel);
         wrapper->applyState(reader);
     }
+    return findings;
 }
 
 void LFO_WIDGETS_MAPPING::notifyClients() {

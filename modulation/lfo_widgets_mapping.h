@@ -34,7 +34,8 @@ public:
     /// Empty when the control has none.
     PropertyDictionary getWrapperInfo(const Control* control) const;
     /// Adds the control first when it has none; a control that cannot be moved is left alone.
-    void setWrapperInfo_fromDictionary(Control* control, const PropertyDictionary& state);
+    /// Answers with what could not be taken.
+    StateFindings setWrapperInfo_fromDictionary(Control* control, const PropertyDictionary& state);
 
     /// One tick of every LFO, in the order of assignment, while enabled.
     void notifyClients();

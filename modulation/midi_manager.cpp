@@ -261,17 +261,22 @@ void MidiManager::navigate(const MidiMessage& message) {
            indexOfNote(number, wanted.firstPresetNote, wanted.presetNotes));
 }
 
-bool MidiManager::setNavigation(const Navigation& navigation) {
+Result<void> MidiManager::checkNavigation(const Navigation& navigation) {
     const auto isNote = [](std::optional<int> note) {
         return !note || (*note >= 0 && *note < 128);
     };
     const auto isCount = [](int notes) { return notes >= 1 && notes <= 128; };
     if (navigation.channel < 0 || navigation.channel > 16 || !isNote(navigation.firstPresetNote) ||
         !isNote(navigation.firstBankNote) || !isCount(navigation.presetNotes) ||
-        !isCount(navigation.bankNotes)) {
-        instance_.log.write(
-            "MIDI navigation refused: it needs a channel 1 to 16 (or 0 for any), first notes "
-            "0 to 127 and 1 to 128 notes");
+        !isCount(navigation.bankNotes))
+        return Failure{"MIDI navigation refused: it needs a channel 1 to 16 (or 0 for any), first "
+                       "notes 0 to 127 and 1 to 128 notes"};
+    return {};
+}
+
+bool MidiManager::setNavigation(const Navigation& navigation) {
+    if (const auto checked = checkNavigation(navigation); !checked) {
+        instance_.log.write(checked.message());
         return false;
     }
     navigation_ = navigation;

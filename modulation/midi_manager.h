@@ -7,7 +7,7 @@
 #include "modulation/midi_values.h"
 #include "platform/audio_unit/midi_message.h"
 #include "platform/instance.h"
-#include "platform/lists/property_list.h"
+#include "platform/lists/property_reader.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -81,15 +81,15 @@ public:
         bool operator==(const Navigation&) const = default;
     };
     const Navigation& navigation() const { return navigation_; }
-    /// False, and nothing changed, when something in it is out of range.
+    /// False, and nothing changed, after a log line, when something in it is out of range.
     bool setNavigation(const Navigation& navigation);
 
     // --- State: "Bindings" (an array) and "Navigation" (a dictionary) ---
 
     PropertyDictionary getState() const;
     /// Replaces the bindings when the state has any, likewise the navigation. Entries that are out
-    /// of range or name no control are dropped with a log line.
-    void restoreState(const PropertyDictionary& state);
+    /// of range or name no control are dropped and counted in the answer.
+    StateFindings restoreState(const PropertyDictionary& state);
 
 private:
     /// The coarse half of what was learned last: its fine half may come next.
@@ -99,6 +99,7 @@ private:
         int channel;
     };
 
+    static Result<void> checkNavigation(const Navigation& navigation);
     bool isKnown(const Control& control) const;
     std::optional<std::size_t> find(const MidiTrigger& trigger, const Control& control) const;
     void takeOver(Control& control);
@@ -113,8 +114,8 @@ private:
     void navigate(const MidiMessage& message);
 
     // midi_manager_state.cpp
-    void restoreBindings(const PropertyArray& saved);
-    void restoreNavigation(const PropertyDictionary& saved);
+    void restoreBindings(const PropertyArray& saved, PropertyReader& state);
+    void restoreNavigation(const PropertyDictionary& saved, PropertyReader& state);
 
     Instance& instance_;
     ControlManager& controls_;

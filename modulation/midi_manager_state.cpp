@@ -1,5 +1,6 @@
 // Saving and restoring of MidiManager.
 
+#include "controls/state_keys.h"
 #include "modulation/midi_manager.h"
 #include "platform/lists/property_reader.h"
 
@@ -11,16 +12,18 @@ namespace zephyra {
 
 namespace {
 
+using namespace midi_key;
+
 PropertyDictionary saved(const MidiBinding& binding) {
-    return {{"name", assignmentName(*binding.control)},
-            {"source", static_cast<std::int64_t>(binding.trigger.source)},
-            {"number", binding.trigger.number},
-            {"channel", binding.trigger.channel},
-            {"min", binding.min},
-            {"max", binding.max},
-            {"curve", binding.curve},
-            {"takeOver", static_cast<std::int64_t>(binding.takeOver)},
-            {"relative", binding.relative}};
+    return {{assignment_key::kName, assignmentName(*binding.control)},
+            {kSource, static_cast<std::int64_t>(binding.trigger.source)},
+            {kNumber, binding.trigger.number},
+            {kChannel, binding.trigger.channel},
+            {kMin, binding.min},
+            {kMax, binding.max},
+            {kCurve, binding.curve},
+            {kTakeOver, static_cast<std::int64_t>(binding.takeOver)},
+            {kRelative, binding.relative}};
 }
 
 /// Numbers so far outside every range that nothing is lost when they are held here.
@@ -44,14 +47,15 @@ MidiBinding restored(PropertyReader& reader, const ControlManager& controls) {
     constexpr int kNoSource = -1;
     const MidiBinding plain;
     MidiBinding binding;
-    if (const auto name = reader.text("name")) binding.control = controls.controlNamed(*name);
-    binding.trigger = {static_cast<MidiSource>(wholeOr(reader, "source", kNoSource)),
-                       wholeOr(reader, "number", 0), wholeOr(reader, "channel", 0)};
-    binding.min = realOr(reader, "min", plain.min);
-    binding.max = realOr(reader, "max", plain.max);
-    binding.curve = realOr(reader, "curve", plain.curve);
-    binding.takeOver = static_cast<MidiTakeOver>(wholeOr(reader, "takeOver", 0));
-    binding.relative = reader.boolean("relative").value_or(plain.relative);
+    if (const auto name = reader.text(assignment_key::kName))
+        binding.control = controls.controlNamed(*name);
+    binding.trigger = {static_cast<MidiSource>(wholeOr(reader, kSource, kNoSource)),
+                       wholeOr(reader, kNumber, 0), wholeOr(reader, kChannel, 0)};
+    binding.min = realOr(reader, kMin, plain.min);
+    binding.max = realOr(reader, kMax, plain.max);
+    binding.curve = realOr(reader, kCurve, plain.curve);
+    binding.takeOver = static_cast<MidiTakeOver>(wholeOr(reader, kTakeOver, 0));
+    binding.relative = reader.boolean(kRelative).value_or(plain.relative);
     return binding;
 }
 
@@ -60,24 +64,27 @@ MidiBinding restored(PropertyReader& reader, const ControlManager& controls) {
 PropertyDictionary MidiManager::getState() const {
     PropertyArray bindings;
     for (const MidiBinding& binding : bindings_) bindings.emplace_back(saved(binding));
-    PropertyDictionary navigation{{"programs", navigation_.programsSelectPresets},
-                                  {"banks", navigation_.bankSelectsBanks},
-                                  {"channel", navigation_.channel},
-                                  {"presetNotes", navigation_.presetNotes},
-                                  {"bankNotes", navigation_.bankNotes}};
-    if (navigation_.firstPresetNote) navigation["firstPresetNote"] = *navigation_.firstPresetNote;
-    if (navigation_.firstBankNote) navigation["firstBankNote"] = *navigation_.firstBankNote;
-    return {{"Bindings", std::move(bindings)}, {"Navigation", std::move(navigation)}};
+    PropertyDictionary navigation{{kPrograms, navigation_.programsSelectPresets},
+                                  {kBanks, navigation_.bankSelectsBanks},
+                                  {kChannel, navigation_.channel},
+                                  {kPresetNotes, navigation_.presetNotes},
+                                  {kBankNotes, navigation_.bankNotes}};
+    if (navigation_.firstPresetNote) navigation[kFirstPresetNote] = *navigation_.firstPresetNote;
+    if (navigation_.firstBankNote) navigation[kFirstBankNote] = *navigation_.firstBankNote;
+    return {{kBindings, std::move(bindings)}, {kNavigation, std::move(navigation)}};
 }
 
-void MidiManager::restoreState(const PropertyDictionary& state) {
-    PropertyReader reader(state, "Midi");
-    if (const PropertyArray* const bindings = reader.array("Bindings")) restoreBindings(*bindings);
-    if (const PropertyDictionary* const navigation = reader.dictionary("Navigation"))
-        restoreNavigation(*navigation);
+StateFindings MidiManager::restoreState(const PropertyDictionary& state) {
+    StateFindings findings;
+    PropertyReader reader(state, findings, state_key::kMidi);
+    if (const PropertyArray* const bindings = reader.array(kBindings))
+        restoreBindings(*bindings, reader);
+    if (const PropertyDictionary* const navigation = reader.dictionary(kNavigation))
+        restoreNavigation(*navigation, reader);
+    return findings;
 }
 
-void MidiManager::restoreBindings(const PropertyArray& saved) {
+void MidiManager::restoreBindings(const PropertyArray& saved, PropertyReader& state) {
     stopLearning();
     std::set<Control*> concerned;
     for (const MidiBinding& binding : bindings_) concerned.insert(binding.control);
@@ -90,7 +97,8 @@ void MidiManager::restoreBindings(const PropertyArray& saved) {
     std::size_t leftOut = saved.size() - most;
     for (std::size_t i = 0; i < most; ++i) {
         const auto* const entry = saved[i].as<PropertyDictionary>();
-        PropertyReader reader(entry ? *entry : nothing, "Midi.Bindings." + std::to_string(i));
+        PropertyReader reader(entry ? *entry : nothing, state.findings(),
+                              state.path(kBindings) + "." + std::to_string(i), StandIn::usual);
         const MidiBinding binding = restored(reader, controls_);
         if (!checkBinding(binding)) {
             ++leftOut;
@@ -101,27 +109,32 @@ void MidiManager::restoreBindings(const PropertyArray& saved) {
         concerned.insert(binding.control);
     }
     for (Control* const control : concerned) showBindings(*control);
-    // One line for all: a file may hold any number of them.
+    // One finding for all: a file may hold any number of them.
     if (leftOut != 0)
-        instance_.log.write(std::to_string(leftOut) +
-                            " MIDI binding(s) left out: each needs the name of a "
-                            "control that is here and numbers within their ranges, "
-                            "and there can be " +
-                            std::to_string(kMostBindings));
+        state.findings().push_back({{},
+                                    std::to_string(leftOut) +
+                                        " MIDI binding(s) left out: each needs the name of a "
+                                        "control that is here and numbers within their ranges, "
+                                        "and there can be " +
+                                        std::to_string(kMostBindings),
+                                    StandIn::nothing});
 }
 
-void MidiManager::restoreNavigation(const PropertyDictionary& saved) {
-    PropertyReader reader(saved, "Midi.Navigation");
+void MidiManager::restoreNavigation(const PropertyDictionary& saved, PropertyReader& state) {
+    PropertyReader reader(saved, state.findings(), state.path(kNavigation), StandIn::usual);
     Navigation navigation;
     navigation.programsSelectPresets =
-        reader.boolean("programs").value_or(navigation.programsSelectPresets);
-    navigation.bankSelectsBanks = reader.boolean("banks").value_or(navigation.bankSelectsBanks);
-    navigation.channel = wholeOr(reader, "channel", navigation.channel);
-    navigation.presetNotes = wholeOr(reader, "presetNotes", navigation.presetNotes);
-    navigation.bankNotes = wholeOr(reader, "bankNotes", navigation.bankNotes);
-    navigation.firstPresetNote = noteOf(reader, "firstPresetNote");
-    navigation.firstBankNote = noteOf(reader, "firstBankNote");
-    setNavigation(navigation);
+        reader.boolean(kPrograms).value_or(navigation.programsSelectPresets);
+    navigation.bankSelectsBanks = reader.boolean(kBanks).value_or(navigation.bankSelectsBanks);
+    navigation.channel = wholeOr(reader, kChannel, navigation.channel);
+    navigation.presetNotes = wholeOr(reader, kPresetNotes, navigation.presetNotes);
+    navigation.bankNotes = wholeOr(reader, kBankNotes, navigation.bankNotes);
+    navigation.firstPresetNote = noteOf(reader, kFirstPresetNote);
+    navigation.firstBankNote = noteOf(reader, kFirstBankNote);
+    if (const auto checked = checkNavigation(navigation))
+        navigation_ = navigation;
+    else
+        state.findings().push_back({{}, checked.message(), StandIn::asBefore});
 }
 
 } // namespace zephyra

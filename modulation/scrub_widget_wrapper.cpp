@@ -1,5 +1,7 @@
 #include "modulation/scrub_widget_wrapper.h"
 
+#include "controls/state_keys.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -16,15 +18,15 @@ void ScrubWidgetWrapper::setVelocity(double velocity) {
 
 PropertyDictionary ScrubWidgetWrapper::state() const {
     PropertyDictionary state = WidgetWrapper::state();
-    state["Velocity"] = velocity_;
-    state["SecondFinger"] = secondFinger_;
+    state[wrapper_key::kVelocity] = velocity_;
+    state[wrapper_key::kSecondFinger] = secondFinger_;
     return state;
 }
 
 void ScrubWidgetWrapper::applyState(PropertyReader& state) {
     WidgetWrapper::applyState(state);
-    if (const auto velocity = state.real("Velocity")) setVelocity(*velocity);
-    const bool second = state.boolean("SecondFinger").value_or(secondFinger_);
+    if (const auto velocity = state.real(wrapper_key::kVelocity)) setVelocity(*velocity);
+    const bool second = state.boolean(wrapper_key::kSecondFinger).value_or(secondFinger_);
     if (second != std::exchange(secondFinger_, second)) stop();
 }
 

@@ -48,13 +48,15 @@ PropertyDictionary ScrubWidgets::getWrapperInfo(const Control* control) const {
     return wrapper ? wrapper->state() : PropertyDictionary{};
 }
 
-void ScrubWidgets::setWrapperInfo_fromDictionary(Control* control,
-                                                 const PropertyDictionary& state) {
+StateFindings ScrubWidgets::setWrapperInfo_fromDictionary(Control* control,
+                                                          const PropertyDictionary& state) {
+    StateFindings findings;
     if (!wrappers_.find(control)) addWidget_forSecondFinger(control, false);
     if (ScrubWidgetWrapper* const wrapper = wrappers_.find(control)) {
-        PropertyReader reader(state, control->channel);
+        PropertyReader reader(state, findings, control->channel);
         wrapper->applyState(reader);
     }
+    return findings;
 }
 
 bool ScrubWidgets::followsSecondFinger(const Control* control) const {

@@ -29,7 +29,8 @@ public:
     void removeAllWidgets() override;
     WidgetWrapper* getWrapperID(const Control* control) override;
     PropertyDictionary getWrapperInfo(const Control* control) const override;
-    void setWrapperInfo_fromDictionary(Control* control, const PropertyDictionary& state) override;
+    StateFindings setWrapperInfo_fromDictionary(Control* control,
+                                                const PropertyDictionary& state) override;
     bool followsSecondFinger(const Control* control) const override;
 
     void touchBegan(Finger finger, Point at, double time) override;

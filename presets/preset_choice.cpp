@@ -1,18 +1,12 @@
 #include "presets/preset_choice.h"
 
-#include "cli/held_log.h"
+#include "controls/state_keys.h"
 #include "library/bank_edits.h"
 #include "platform/lists/property_reader.h"
 #include "presets/preset_names.h"
 #include "stream/control_ranges.h"
 
 namespace zephyra {
-
-namespace {
-
-constexpr const char* kStream = "_0"; // what ends the keys of the one stream
-
-} // namespace
 
 Result<std::vector<PresetChoice>> choosePresets(BankFolder& banks, const NamedPreset& named) {
     const Result<std::string> bank = findBank(banks, named.bank);
@@ -22,7 +16,6 @@ Result<std::vector<PresetChoice>> choosePresets(BankFolder& banks, const NamedPr
     const Result<BankCache::Content> content = banks.read(bank.value());
     if (!content) return Failure{content.message()};
 
-    const HeldLog quiet; // restoring tells of wrong types
     std::vector<PresetChoice> choices;
     for (const std::string& key : keys.value()) {
         const PropertyDictionary* const record = recordOf(*content.value(), key);
@@ -34,10 +27,10 @@ Result<std::vector<PresetChoice>> choosePresets(BankFolder& banks, const NamedPr
              .key = key,
              .name = snapshotTag(*record).value_or(kUnnamed),
              .record = std::shared_ptr<const PropertyDictionary>(content.value(), record),
-             .live = reader.boolean(controlRange(ControlId::live).channel + std::string(kStream))
-                         .value_or(false),
-             .hasSound = reader.dictionary(std::string("Sample") + kStream) ||
-                         reader.dictionary(std::string("Captured") + kStream)});
+             .live =
+                 reader.boolean(ofStream(controlRange(ControlId::live).channel)).value_or(false),
+             .hasSound = reader.dictionary(ofStream(state_key::kSample)) ||
+                         reader.dictionary(ofStream(state_key::kCaptured))});
     }
     if (choices.empty())
         return Failure{bank.value() + " holds no preset; save one with --save-preset"};
@@ -45,13 +38,12 @@ Result<std::vector<PresetChoice>> choosePresets(BankFolder& banks, const NamedPr
 }
 
 std::vector<std::filesystem::path> sampleFiles(const PresetChoice& preset, const Folders& folders) {
-    const HeldLog quiet;
     PropertyReader reader(*preset.record);
-    const PropertyDictionary* const sample = reader.dictionary(std::string("Sample") + kStream);
+    const PropertyDictionary* const sample = reader.dictionary(ofStream(state_key::kSample));
     if (!sample) return {};
     PropertyReader reference(*sample);
     std::vector<std::filesystem::path> files;
-    for (const char* key : {"Path", "RelativePath"}) {
+    for (const char* key : {sample_key::kPath, sample_key::kRelativePath}) {
         const std::filesystem::path path = reference.text(key).value_or("");
         if (path.empty()) continue;
         files.push_back(folders.shared / path); // an absolute one stays as it is

@@ -1,5 +1,6 @@
 #include "presets/preset_facts.h"
 
+#include "controls/state_keys.h"
 #include "stream/control_ranges.h"
 
 #include <filesystem>
@@ -15,7 +16,7 @@ const Type* valueOf(const PropertyDictionary& dictionary, std::string_view key) 
 }
 
 std::string sampleName(const PropertyDictionary& sample) {
-    for (const char* key : {"Path", "RelativePath"})
+    for (const char* key : {sample_key::kPath, sample_key::kRelativePath})
         if (const auto* const path = valueOf<std::string>(sample, key); path && !path->empty())
             return std::filesystem::path(*path).filename().string();
     return {};
@@ -25,12 +26,13 @@ std::string sampleName(const PropertyDictionary& sample) {
 
 PresetFacts presetFacts(const PropertyDictionary& record) {
     PresetFacts facts;
-    if (const auto* const sample = valueOf<PropertyDictionary>(record, record_key::kSample))
+    if (const auto* const sample =
+            valueOf<PropertyDictionary>(record, ofStream(state_key::kSample)))
         facts.sample = sampleName(*sample);
-    const std::string live = controlRange(ControlId::live).channel;
-    const bool* const isOn = valueOf<bool>(record, live + record_key::kStream);
+    const bool* const isOn = valueOf<bool>(record, ofStream(controlRange(ControlId::live).channel));
     facts.listensToInput = isOn && *isOn;
-    facts.holdsSound = valueOf<PropertyDictionary>(record, record_key::kCaptured) != nullptr;
+    facts.holdsSound =
+        valueOf<PropertyDictionary>(record, ofStream(state_key::kCaptured)) != nullptr;
     return facts;
 }
 

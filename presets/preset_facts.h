@@ -20,11 +20,4 @@ PresetFacts presetFacts(const PropertyDictionary& record);
 /// "live input", the sample's file name, "captured sound", or "no sound".
 std::string soundText(const PresetFacts& facts);
 
-/// The keys of the one stream in a record.
-namespace record_key {
-inline constexpr const char* kStream = "_0"; ///< what they end with
-inline constexpr const char* kSample = "Sample_0";
-inline constexpr const char* kCaptured = "Captured_0";
-} // namespace record_key
-
 } // namespace zephyra

@@ -1,6 +1,6 @@
 #include "presets/preset_sound.h"
 
-#include "cli/held_log.h"
+#include "controls/state_keys.h"
 #include "platform/instance.h"
 #include "platform/lists/property_reader.h"
 #include "platform/text/nearest_name.h"
@@ -17,10 +17,10 @@ namespace zephyra {
 namespace {
 
 /// What the record says of the sound, and nothing that would scale it.
-PropertyDictionary soundKeys(const PropertyDictionary& record, const std::string& channel) {
+PropertyDictionary soundKeys(const PropertyDictionary& record) {
     PropertyDictionary state;
-    for (const char* key : {"Sample", "Captured"})
-        if (const auto found = record.find(key + channel); found != record.end())
+    for (const char* key : {state_key::kSample, state_key::kCaptured})
+        if (const auto found = record.find(ofStream(key)); found != record.end())
             state.insert(*found);
     return state;
 }
@@ -46,32 +46,28 @@ std::shared_ptr<mokSample> currentSound(const MOK_SCRUB_GRANULATOR& stream) {
 
 } // namespace
 
-bool tellsOfOtherSound(std::string_view logLine) {
-    return logLine.ends_with("and is played all the same");
-}
-
 Result<PresetSound> findPresetSound(const PresetChoice& preset, const Folders& folders) {
-    HeldLog quiet; // what is wrong comes as an alert, and again when the preset is restored
     Instance instance;
     instance.folders = folders;
     instance.defaults.setValue("EmbedSeconds", 0.0); // it saves no state
     MOK_SCRUB_GRANULATOR stream(instance);
     SampleLoader loader(instance, stream);
-    const PropertyDictionary state = soundKeys(*preset.record, stream.channel());
+    const PropertyDictionary state = soundKeys(*preset.record);
+    SampleReport report;
     {
         const RunLoop::Scope main(instance.runLoop);
         PropertyReader reader(state);
-        restoreStreamState(stream, loader, reader);
+        restoreStreamState(stream, loader, reader,
+                           [&report](const SampleReport& ended) { report = ended; });
     }
     instance.runLoop.waitForWork();
     instance.runLoop.runPosted();
 
     const RunLoop::Scope main(instance.runLoop);
     const std::string of = "the sound of preset " + inQuotes(preset.name) + " is missing";
-    if (const Alert* const alert = instance.alerts.current())
-        return Failure{of + ": " + alert->message + "; name INPUT instead"};
-    quiet.release(tellsOfOtherSound);
-    PresetSound sound{currentSound(stream), stream.sampleReference()};
+    if (!report.problem.empty())
+        return Failure{of + ": " + report.problem + "; name INPUT instead"};
+    PresetSound sound{currentSound(stream), stream.sampleReference(), std::move(report)};
     if (!sound.sample) return Failure{of + "; name INPUT instead"};
     if (sound.reference.path.empty() || stream.waveForm().isLiveCurrent()) sound.reference = {};
     sound.reference.sampleRate = double{sound.sample->sampleRate};

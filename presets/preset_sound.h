@@ -6,23 +6,21 @@
 #include "platform/text/result.h"
 #include "presets/preset_choice.h"
 #include "stream/sample_reference.h"
+#include "stream/sample_report.h"
 
 #include <memory>
-#include <string_view>
 
 namespace zephyra {
 
 struct PresetSound {
     std::shared_ptr<mokSample> sample; ///< as it was loaded; never null
     SampleReference reference;         ///< with its length and channels
+    SampleReport report;               ///< of how it was found
 };
 
 /// Reads it as a stream does: from its file, wherever that is now, else from the audio that the
-/// preset holds. Fails with one line for a sound that is missing. MAIN.
+/// preset holds; the report tells of a file that holds another sound now. Fails with one line for a
+/// sound that is missing. MAIN.
 Result<PresetSound> findPresetSound(const PresetChoice& preset, const Folders& folders);
-
-/// Whether the line tells that a file was replaced by another sound, which nobody should miss. Any
-/// thread.
-bool tellsOfOtherSound(std::string_view logLine);
 
 } // namespace zephyra

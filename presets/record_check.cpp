@@ -1,14 +1,11 @@
 #include "presets/record_check.h"
 
-#include "cli/held_log.h"
+#include "controls/state_keys.h"
 #include "library/bank_edits.h"
 #include "main_view/audio_unit_view_controller.h"
-#include "presets/preset_facts.h"
-#include "presets/preset_sound.h"
 
 #include <cstddef>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -18,28 +15,39 @@ namespace zephyra {
 
 namespace {
 
-/// The key of the record's top that a log line begins with; empty for none.
-std::string topKeyOf(const std::string& line, const PropertyDictionary& record) {
-    const std::string path = line.substr(0, line.find(": "));
-    if (record.contains(path)) return path;
-    const std::string first = path.substr(0, path.find_first_of(".["));
-    return record.contains(first) ? first : std::string();
+/// Whether path leads to a value of the record: messages may name others, as a control's.
+bool isPathOf(const PropertyDictionary& record, const std::string& path) {
+    return record.contains(path) || record.contains(path.substr(0, path.find_first_of(".[")));
 }
 
-/// "Density_0: a value ..." of the preset becomes a finding at its key.
-BankFinding findingOf(const std::string& key, const std::string& line,
-                      const PropertyDictionary& record) {
-    if (topKeyOf(line, record).empty()) return {key, line};
-    const std::size_t colon = line.find(": ");
-    return {key + "." + line.substr(0, colon), line.substr(colon + 2)};
-}
+/// What a preset's restoring brought to light, with whole paths.
+class Findings {
+public:
+    Findings(std::string key, const PropertyDictionary& record)
+        : key_(std::move(key)), record_(record) {}
 
-/// Whether the line tells how the sample's file was looked for. What was not found at all comes as
-/// an alert, too.
-bool isOfSampleFile(std::string_view line) {
-    return line.starts_with("Warning, no file exist at path: ") ||
-           line.ends_with(": the copy in the state is played") || tellsOfOtherSound(line);
-}
+    void add(const StateFinding& finding) {
+        if (finding.path == kSnapshotTags) return; // the bank's own check tells
+        if (isPathOf(record_, finding.path))
+            all_.push_back({key_ + "." + finding.path, finding.text});
+        else
+            all_.push_back({key_, lineOf(finding)});
+    }
+    /// Of the whole preset; empty for nothing.
+    void add(std::string_view text) {
+        if (!text.empty()) all_.push_back({key_, std::string(text)});
+    }
+    /// Of its sample.
+    void addOfSample(const std::string& text) {
+        if (!text.empty()) all_.push_back({key_ + "." + ofStream(state_key::kSample), text});
+    }
+    std::vector<BankFinding> take() { return std::move(all_); }
+
+private:
+    std::string key_;
+    const PropertyDictionary& record_;
+    std::vector<BankFinding> all_;
+};
 
 class Checker {
 public:
@@ -49,7 +57,7 @@ public:
     std::vector<BankFinding> check(const std::string& key, const PropertyDictionary& record) {
         if (!goOn_()) return {}; // whoever asked sees it, too
         PropertyDictionary restored = record;
-        const auto sample = restored.find(record_key::kSample);
+        const auto sample = restored.find(ofStream(state_key::kSample));
         const bool wasFine = sample != restored.end() && sample->second == lastFineSample_;
         if (wasFine) restored.erase(sample); // banks play one sound many times
         std::vector<BankFinding> findings = restore(key, restored);
@@ -60,11 +68,11 @@ public:
 
 private:
     std::vector<BankFinding> restore(const std::string& key, const PropertyDictionary& record) {
-        const HeldLog log; // lines of the worker that reads the sample come, too
         Instance instance;
         AudioUnitViewController controller(instance); // without folders: no bank is listed
         instance.folders = folders_;
-        const std::size_t ofStart = log.lines().size();
+        RestoreReport report;
+        controller.setReportTaker([&report](const RestoreReport& whole) { report = whole; });
         {
             const RunLoop::Scope main(instance.runLoop);
             controller.restoreStateProc(record);
@@ -72,22 +80,19 @@ private:
         }
         instance.runLoop.waitForWork(); // a sample that the record names
         instance.runLoop.runPosted();
-        std::vector<BankFinding> findings;
-        const std::string sample = key + "." + record_key::kSample;
-        for (const std::string& line : std::span(log.lines()).subspan(ofStart)) {
-            if (topKeyOf(line, record) == kSnapshotTags) continue; // the bank's own check tells
-            if (isOfSampleFile(line)) {
-                if (samples_ == SampleFiles::lookFor && tellsOfOtherSound(line))
-                    findings.push_back({sample, line});
-                continue;
-            }
-            findings.push_back(findingOf(key, line, record));
-        }
-        while (const Alert* const alert = instance.alerts.current()) {
-            if (samples_ == SampleFiles::lookFor) findings.push_back({sample, alert->message});
-            if (!instance.alerts.answer(0)) break;
-        }
-        return findings;
+        return findingsOf(key, record, report);
+    }
+
+    std::vector<BankFinding> findingsOf(const std::string& key, const PropertyDictionary& record,
+                                        const RestoreReport& report) const {
+        Findings findings(key, record);
+        for (const StateFinding& finding : report.findings) findings.add(finding);
+        if (report.selection) findings.add(QuickPresetsManager::whatIsMissing(*report.selection));
+        for (const StateFinding& finding : report.sample.findings) findings.add(finding);
+        if (samples_ == SampleFiles::lookFor) findings.addOfSample(otherSoundLine(report.sample));
+        findings.add(report.sample.notEmbedded);
+        if (samples_ == SampleFiles::lookFor) findings.addOfSample(report.sample.problem);
+        return findings.take();
     }
 
     Folders folders_;

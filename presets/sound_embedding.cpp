@@ -1,9 +1,8 @@
 #include "presets/sound_embedding.h"
 
-#include "cli/held_log.h"
+#include "controls/state_keys.h"
 #include "platform/lists/property_reader.h"
 #include "platform/text/nearest_name.h"
-#include "presets/preset_facts.h"
 #include "stream/embedded_sample.h"
 #include "stream/sample_reading.h"
 
@@ -14,19 +13,19 @@ namespace zephyra {
 
 namespace {
 
-constexpr const char* kAudio = "Audio";
+using namespace sample_key;
 
 SampleReference referenceIn(const PropertyDictionary& sample) {
-    PropertyReader reader(sample, record_key::kSample);
+    PropertyReader reader(sample);
     SampleReference reference;
-    reference.path = reader.text("Path").value_or("");
-    reference.relativePath = reader.text("RelativePath").value_or("");
-    reference.contentHash = reader.text("ContentHash").value_or("");
+    reference.path = reader.text(kPath).value_or("");
+    reference.relativePath = reader.text(kRelativePath).value_or("");
+    reference.contentHash = reader.text(kContentHash).value_or("");
     return reference;
 }
 
 std::size_t bytesOf(const PropertyDictionary& audio) {
-    const auto flac = audio.find("FLAC");
+    const auto flac = audio.find(sound_key::kFlac);
     const auto* const data = flac == audio.end() ? nullptr : flac->second.as<PropertyData>();
     return data ? data->size() : 0;
 }
@@ -35,19 +34,16 @@ std::size_t bytesOf(const PropertyDictionary& audio) {
 
 /// Empty for a sound that every machine has.
 Result<PropertyDictionary> SoundEmbedding::audioOf(const PropertyDictionary& sample) const {
-    const HeldLog log;
-    Log said; // goes there
     const SampleReference reference = referenceIn(sample);
-    const auto loaded =
-        readReferencedSample(reference, folders_, said, [this](double) { return goOn_(); });
+    const auto [loaded, report] =
+        readReferencedSample(reference, folders_, [this](double) { return goOn_(); });
     if (!loaded) return Failure{loaded.message()};
     const auto& [sound, found] = loaded.value();
-    if (!reference.contentHash.empty() && reference.contentHash != found.contentHash)
-        return Failure{found.path + " holds another sound now"};
+    if (report.isOtherSound) return Failure{found.path + " holds another sound now"};
     if (!isEmbeddable(*sound, SoundEmbedding::kMostSeconds))
         return Failure{found.path + " is longer than ten minutes; take the file along"};
-    const auto embedded = embedSample(*sound, found, folders_.resources, said);
-    if (embedded->audio.empty() && !log.lines().empty()) return Failure{log.lines().back()};
+    const auto [embedded, problem] = embedSample(*sound, found, folders_.resources);
+    if (!problem.empty()) return Failure{problem};
     return embedded->audio;
 }
 
@@ -64,7 +60,7 @@ const SoundEmbedding::Made& SoundEmbedding::make(const PropertyDictionary& sampl
 }
 
 void SoundEmbedding::embed(PropertyDictionary& record, const std::string& name) {
-    const auto found = record.find(record_key::kSample);
+    const auto found = record.find(ofStream(state_key::kSample));
     auto* const sample = found == record.end() ? nullptr : found->second.as<PropertyDictionary>();
     if (!sample || sample->contains(kAudio)) return;
     const Made& made = make(*sample);

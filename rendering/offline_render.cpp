@@ -1,6 +1,7 @@
 #include "rendering/offline_render.h"
 
 #include "audiounit/control_text.h"
+#include "controls/state_keys.h"
 #include "platform/text/nearest_name.h"
 
 #include <algorithm>
@@ -11,27 +12,28 @@ namespace zephyra {
 
 namespace {
 
-std::unique_ptr<MyAudioUnit> makeUnit(FourCharCode type, Instance& instance) {
-    OSStatus error = audio_unit_status::noError;
-    return MyAudioUnit::initWithComponentDescription_options_error({.componentType = type},
-                                                                   instance, error);
-}
+/// While it lives, states are restored without a line in the log.
+class HeldReports {
+public:
+    explicit HeldReports(AudioUnitViewController& controller) : controller_(controller) {
+        controller.setReportTaker([](const RestoreReport&) {});
+    }
+    HeldReports(const HeldReports&) = delete;
+    HeldReports& operator=(const HeldReports&) = delete;
+    ~HeldReports() { controller_.setReportTaker({}); }
 
-/// Before anything is built on it: the store lists its folders at once.
-Instance& surroundings(Instance& instance, const RenderPlan& plan, const Folders& folders) {
-    instance.folders = folders;
-    instance.random.seed(plan.seed);
-    instance.clock = plan.clock;
-    return instance;
-}
+private:
+    AudioUnitViewController& controller_;
+};
 
 bool isScanSetting(const ControlSetting& setting) {
     return setting.control == ControlId::scanning || setting.control == ControlId::scrubbingWave;
 }
 
-/// Nobody who renders asked for a selection in the store.
-bool isNews(const std::string& line) {
-    return line != "NO Bank was Selected!" && line != "NO Snapshot was Selected!";
+/// But for the selection in the store: nobody who renders asked for one.
+void writeNews(Log& log, RestoreReport report) {
+    report.selection.reset();
+    for (const std::string& line : linesOf(report)) log.write(line);
 }
 
 Failure memoryIsShort() {
@@ -40,16 +42,20 @@ Failure memoryIsShort() {
 
 } // namespace
 
-OfflineRender::OfflineRender(RenderPlan plan, const Folders& folders)
+OfflineRender::OfflineRender(RenderPlan plan, const Folders& folders, LogSink log)
     : plan_(std::move(plan)), trace_(std::make_unique<GrainTrace>()),
-      unit_(makeUnit(plan_.host.type.value_or(component_type::instrument),
-                     surroundings(instance_, plan_, folders))),
-      controller_(instance_), motion_(instance_, controller_), host_(*unit_, instance_) {
+      system_(plan_.host.type.value_or(component_type::instrument),
+              [&](Instance& instance) {
+                  instance.log.setSink(std::move(log));
+                  instance.folders = folders;
+                  instance.random.seed(plan_.seed);
+                  instance.clock = plan_.clock;
+              }),
+      motion_(instance_, controller_), host_(*system_.unit, instance_) {
     const auto block = static_cast<std::size_t>(plan_.blockFrames);
     for (std::vector<float>* samples : {&paddedLeft_, &paddedRight_, &left_, &right_})
         samples->resize(block);
-    host_.setMidiInlet(&motion_.inlet());
-    building_.reset();
+    host_.setMidiInlet(&system_.inlet);
 }
 
 OfflineRender::~OfflineRender() {
@@ -123,10 +129,10 @@ Result<void> OfflineRender::applyHostOptions() {
 
 Result<void> OfflineRender::restoreState() {
     if (!plan_.state) return {};
-    HeldLog log; // a failure to load is reported there too
+    const HeldReports held(controller_);
     {
         PropertyDictionary state = *plan_.state;
-        if (source_.sample) state.erase("Sample" + stream().channel()); // would only be replaced
+        if (source_.sample) state.erase(ofStream(state_key::kSample)); // would only be replaced
         const RunLoop::Scope main(instance_.runLoop);
         controller_.restoreStateProc(state);
     }
@@ -135,14 +141,14 @@ Result<void> OfflineRender::restoreState() {
     if (const Alert* const alert = instance_.alerts.current())
         return Failure{"--state " + plan_.host.state->string() + ": " + alert->message +
                        "; --sample FILE names another"};
-    log.release(isNews);
+    writeNews(instance_.log, controller_.restoreReport());
     return {};
 }
 
 /// Through the store, which then knows what is selected.
 Result<void> OfflineRender::restorePreset() {
     const PresetChoice& preset = *plan_.preset;
-    HeldLog log;
+    const HeldReports held(controller_);
     {
         const RunLoop::Scope main(instance_.runLoop);
         controller_.presets.loadDefaultSnapshot_snapID(preset.bank, preset.key);
@@ -156,7 +162,7 @@ Result<void> OfflineRender::restorePreset() {
     if (!bank || !bank->contains(preset.key))
         return Failure{"preset " + inQuotes(preset.name) + " has left " + preset.bank +
                        " meanwhile; try again"};
-    if (!source_.sample) log.release(isNews);
+    if (!source_.sample) writeNews(instance_.log, controller_.restoreReport());
     if (plan_.turnsLiveOn) return apply({ControlId::live, 1});
     return {};
 }
@@ -177,7 +183,7 @@ Result<void> OfflineRender::prepare(RenderSource source) {
             if (const auto loaded = loadSample(); !loaded) return loaded;
         if (!plan_.state && !plan_.preset)
             if (const auto done = applyScanSettings(); !done) return done;
-        controller_.setAudioUnit(unit_.get());
+        system_.connect();
     }
     const OSStatus started =
         host_.start({.sampleRate = plan_.sampleRate,

@@ -1,10 +1,10 @@
 // OfflineRender: one instrument or effect rendered from first frame to last, as fast as it goes.
 #pragma once
 
-#include "cli/held_log.h"
 #include "engine/grain_trace.h"
+#include "hosting/hosted_instance.h"
 #include "hosting/offline_host.h"
-#include "main_view/audio_unit_view_controller.h"
+#include "platform/text/log.h"
 #include "platform/text/result.h"
 #include "rendering/render_motion.h"
 #include "rendering/render_plan.h"
@@ -51,8 +51,9 @@ public:
     /// A failure of the consumer ends the render.
     using Consumer = std::function<Result<void>(const RenderedBlock&)>;
 
-    /// folders: where the store and samples are looked for.
-    OfflineRender(RenderPlan plan, const Folders& folders);
+    /// folders: where the store and samples are looked for. log gets what the instance reports,
+    /// standard error where it is empty.
+    OfflineRender(RenderPlan plan, const Folders& folders, LogSink log = {});
     ~OfflineRender();
     OfflineRender(const OfflineRender&) = delete;
     OfflineRender& operator=(const OfflineRender&) = delete;
@@ -103,11 +104,10 @@ private:
     MOK_SCRUB_GRANULATOR& stream() { return controller_._GRANULATOR_STREAM; }
 
     RenderPlan plan_;
-    Instance instance_;
-    std::optional<HeldLog> building_{std::in_place}; // an empty store complains of its emptiness
     std::unique_ptr<GrainTrace> trace_;
-    std::unique_ptr<MyAudioUnit> unit_; // outlives the controller that is connected to it
-    AudioUnitViewController controller_;
+    HostedInstance system_;
+    Instance& instance_ = system_.instance;
+    AudioUnitViewController& controller_ = system_.view;
     RenderMotion motion_;
     OfflineHost host_;
     RenderSource source_;

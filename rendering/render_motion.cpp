@@ -43,9 +43,7 @@ std::string lfoText(const LfoWidgetWrapper& wrapper) {
 } // namespace
 
 RenderMotion::RenderMotion(Instance& instance, AudioUnitViewController& controller)
-    : instance_(instance), controller_(controller),
-      inlet_(instance,
-             [&controller](const MidiMessage& message) { controller.receiveMidi(message); }) {}
+    : instance_(instance), controller_(controller) {}
 
 /// Null for the envelope, which no control holds.
 Control* RenderMotion::controlOf(ControlId id) const {

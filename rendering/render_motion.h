@@ -1,7 +1,6 @@
 // RenderMotion: puts LFOs, learned controllers and takes into a render's system, and watches them.
 #pragma once
 
-#include "hosting/midi_inlet.h"
 #include "main_view/audio_unit_view_controller.h"
 #include "platform/instance.h"
 #include "platform/text/result.h"
@@ -41,9 +40,6 @@ public:
     /// Null where nothing is recorded.
     const TakeRecorder* recorded() const { return recorder_ ? &*recorder_ : nullptr; }
 
-    /// What hands the host's MIDI to the learned bindings.
-    MidiInlet& inlet() { return inlet_; }
-
 private:
     Control* controlOf(ControlId id) const;
     std::optional<ControlId> idOf(const Control* control) const;
@@ -54,7 +50,6 @@ private:
 
     Instance& instance_;
     AudioUnitViewController& controller_;
-    MidiInlet inlet_;
     std::vector<MovedControl> moved_;
     std::vector<float> values_;
     std::optional<TakeRecorder> recorder_;

@@ -70,6 +70,7 @@ Result<ReadSource> readRenderSource(const RenderRequest& request, const Folders&
         auto sound = findPresetSound(*request.preset, folders);
         if (!sound) return Failure{sound.message()};
         take(std::move(sound.value().sample), std::move(sound.value().reference));
+        read.notice = otherSoundLine(sound.value().report); // the rest is told by who restores it
         return checkOverwriting(request, "the preset's sample", read.source.reference.path);
     };
     if (request.isInstrument()) {

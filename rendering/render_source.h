@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace zephyra {
@@ -23,6 +24,7 @@ struct ReadSource {
     std::shared_ptr<mokSample> sample; ///< that sound, when it is a sample
     std::filesystem::path sampleFile;  ///< where it stands, if it came from a file
     std::vector<float> heard; ///< that sound, when it is the input: the mean of its channels
+    std::string notice;       ///< of a file that holds another sound than the preset was made with
     std::span<const float> shownSamples() const;
 };
 

@@ -1,6 +1,7 @@
 #include "stream/captured_state.h"
 
-#include "platform/lists/property_reader.h"
+#include "controls/state_keys.h"
+#include "platform/text/log.h"
 #include "stream/kept_sound.h"
 
 #include <new>
@@ -51,23 +52,22 @@ PropertyDictionary capturedState(MOK_SCRUB_GRANULATOR& stream) {
     return state;
 }
 
-bool restoreCaptured(MOK_SCRUB_GRANULATOR& stream, const PropertyDictionary& state,
-                     const std::string& key) {
-    PropertyReader reader(state, key);
-    Result<ReadSound> sound = readKeptSound(reader, key, WaveForm::kLiveFrames);
-    if (!sound) {
-        stream.instance().log.write(sound.message());
-        return false;
-    }
-    const auto& [frames, rate, expected] = sound.value();
+bool restoreCaptured(MOK_SCRUB_GRANULATOR& stream, const PropertyDictionary& captured,
+                     PropertyReader& state, const std::string& key) {
+    PropertyReader reader(captured, state.findings(), state.path(key), StandIn::usual);
+    const std::optional<ReadSound> sound = readKeptSound(reader, WaveForm::kLiveFrames);
+    if (!sound) return false;
+    const auto& [frames, rate, expected] = *sound;
     if (expected && *expected != static_cast<std::int64_t>(frames.size()))
-        stream.instance().log.write(key + ".FLAC: holds " + std::to_string(frames.size()) +
-                                    " frames where " + std::to_string(*expected) +
-                                    " were kept; these are played");
+        reader.complain(sound_key::kFlac,
+                        "holds " + std::to_string(frames.size()) + " frames where " +
+                            std::to_string(*expected) + " were kept; these are played",
+                        StandIn::whatIsThere);
     if (!stream.setCaptured(frames, rate)) {
-        stream.instance().log.write(
-            key + ": is not played; samples up to 4294967296 times full scale, a rate above 0 "
-                  "Hz and free memory are needed");
+        state.complain(key,
+                       "is not played; samples up to 4294967296 times full scale, a rate above 0 "
+                       "Hz and free memory are needed",
+                       StandIn::nothing);
         return false;
     }
     stream.capturedMemory() = {versionOf(stream), {}, reader.unknown()};

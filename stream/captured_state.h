@@ -1,7 +1,7 @@
 // capturedState and restoreCaptured: what live input heard, as states keep it.
 #pragma once
 
-#include "platform/lists/property_list.h"
+#include "platform/lists/property_reader.h"
 #include "stream/stream_controller.h"
 
 #include <string>
@@ -14,9 +14,9 @@ namespace zephyra {
 PropertyDictionary capturedState(MOK_SCRUB_GRANULATOR& stream);
 
 /// Makes such a dictionary the stream's captured sound; LIVE goes off. Keys that it does not know
-/// are handed back for as long as that sound is kept. key names it in log lines. False, after a log
-/// line and with nothing changed, for one that holds no sound. MAIN.
-bool restoreCaptured(MOK_SCRUB_GRANULATOR& stream, const PropertyDictionary& state,
-                     const std::string& key);
+/// are handed back for as long as that sound is kept. key is where it stands in state. False, after
+/// a finding and with nothing changed, for one that holds no sound. MAIN.
+bool restoreCaptured(MOK_SCRUB_GRANULATOR& stream, const PropertyDictionary& captured,
+                     PropertyReader& state, const std::string& key);
 
 } // namespace zephyra

@@ -1,8 +1,8 @@
 #include "stream/embedded_sample.h"
 
+#include "controls/state_keys.h"
 #include "platform/files/content_hash.h"
 #include "platform/files/folder_entries.h"
-#include "platform/text/log.h"
 #include "stream/kept_sound.h"
 #include "stream/normalized_sample.h"
 
@@ -35,7 +35,8 @@ std::uint64_t framesOf(const mokSample& sound, const SampleReference& reference)
 Result<PropertyDictionary> encoded(const mokSample& sound, std::uint64_t frames) {
     try {
         auto kept = keptSound({sound.getPtr(), sound.getPtr() + frames}, double{sound.sampleRate});
-        if (!kept || kept.value().at("FLAC").as<PropertyData>()->size() <= kMostEmbeddedBytes)
+        if (!kept ||
+            kept.value().at(sound_key::kFlac).as<PropertyData>()->size() <= kMostEmbeddedBytes)
             return kept;
         return Failure{"it has more than " + std::to_string(kMostEmbeddedBytes >> 20) +
                        " MiB even as FLAC"};
@@ -60,40 +61,44 @@ bool isEmbeddable(const mokSample& sound, double seconds) noexcept {
            static_cast<double>(sound.size) <= seconds * double{sound.sampleRate};
 }
 
-std::shared_ptr<const EmbeddedSample> embedSample(const mokSample& sound,
-                                                  const SampleReference& reference,
-                                                  const std::filesystem::path& resources,
-                                                  Log& log) {
+EncodedSample embedSample(const mokSample& sound, const SampleReference& reference,
+                          const std::filesystem::path& resources) {
     auto embedded = std::make_shared<EmbeddedSample>();
-    if (cameWithProgram(reference, resources)) return embedded;
-    if (auto audio = encoded(sound, framesOf(sound, reference)))
-        embedded->audio = std::move(audio.value());
-    else
-        log.write(reference.path + " does not go along with the state: " + audio.message() +
-                  "; keep the file");
-    return embedded;
+    if (cameWithProgram(reference, resources)) return {embedded, {}};
+    auto audio = encoded(sound, framesOf(sound, reference));
+    if (!audio)
+        return {embedded, reference.path + " does not go along with the state: " + audio.message() +
+                              "; keep the file"};
+    embedded->audio = std::move(audio.value());
+    return {embedded, {}};
 }
 
-Result<std::shared_ptr<mokSample>> embeddedSound(const EmbeddedSample& sample,
-                                                 const std::string& key) {
-    const std::string where = key + ".Audio";
-    PropertyReader reader(sample.audio, where);
-    Result<ReadSound> read = readKeptSound(reader, where, kMostEmbeddedFrames);
-    if (!read) return Failure{read.message()};
-    const ReadSound& found = read.value();
-    const auto frames = static_cast<std::int64_t>(found.frames.size());
-    if (found.expectedFrames != frames)
-        return Failure{where + ".FLAC: holds " + std::to_string(frames) +
-                       " frames, not as many "
-                       "as \"Frames\" says; the whole sound is needed"};
+std::shared_ptr<mokSample> embeddedSound(const EmbeddedSample& sample, const std::string& where,
+                                         StateFindings& findings) {
+    const std::string path = where + "." + sample_key::kAudio;
+    const auto refuse = [&findings, &path](std::string problem) {
+        findings.push_back({path, std::move(problem), StandIn::nothing});
+        return nullptr;
+    };
+    PropertyReader reader(sample.audio, findings, path, StandIn::usual);
+    const std::optional<ReadSound> found = readKeptSound(reader, kMostEmbeddedFrames);
+    if (!found) return nullptr;
+    const auto frames = static_cast<std::int64_t>(found->frames.size());
+    if (found->expectedFrames != frames) {
+        reader.complain(sound_key::kFlac,
+                        "holds " + std::to_string(frames) +
+                            " frames, not as many as \"Frames\" says; the whole sound is needed",
+                        StandIn::nothing);
+        return nullptr;
+    }
     auto sound = std::make_shared<mokSample>();
-    if (!sound->allocate(found.frames.size(), static_cast<float>(found.sampleRate)))
-        return Failure{where + ": no memory for the sound; free some"};
-    std::ranges::copy(found.frames, sound->getPtr());
+    if (!sound->allocate(found->frames.size(), static_cast<float>(found->sampleRate)))
+        return refuse("no memory for the sound; free some");
+    std::ranges::copy(found->frames, sound->getPtr());
     sound->writeGuardPoint();
     if (isPlayable(*sound)) return sound;
-    return Failure{where + ": cannot be played; a rate above 0 Hz, and samples up to 4294967296 "
-                           "times full scale, are needed"};
+    return refuse("cannot be played; a rate above 0 Hz, and samples up to 4294967296 times full "
+                  "scale, are needed");
 }
 
 } // namespace zephyra

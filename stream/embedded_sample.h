@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/sample_buffer.h"
-#include "platform/text/result.h"
+#include "platform/lists/state_finding.h"
 #include "platform/user_defaults.h"
 #include "stream/sample_reference.h"
 
@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <string>
 
 namespace zephyra {
 
@@ -27,16 +28,20 @@ double embedSeconds(const UserDefaults& defaults);
 /// Whether a sound is short enough for such a setting. Any thread.
 bool isEmbeddable(const mokSample& sound, double seconds) noexcept;
 
-/// sound, as it was loaded from the file of reference, encoded for states. Without audio when the
-/// file came with the program (the resource folder has its content) or, after a line in log, when
-/// it cannot be encoded. Never null. MAIN or WORKER.
-std::shared_ptr<const EmbeddedSample> embedSample(const mokSample& sound,
-                                                  const SampleReference& reference,
-                                                  const std::filesystem::path& resources, Log& log);
+struct EncodedSample {
+    std::shared_ptr<const EmbeddedSample> embedded; ///< never null
+    std::string problem; ///< one line on why it cannot go along; empty unless that is so
+};
 
-/// The sound again. Fails with one line that begins with key, the path of the dictionary that holds
-/// "Audio", for one that is damaged, is not whole, or cannot be played. MAIN or WORKER.
-Result<std::shared_ptr<mokSample>> embeddedSound(const EmbeddedSample& sample,
-                                                 const std::string& key);
+/// sound, as it was loaded from the file of reference, encoded for states. Without audio when the
+/// file came with the program (the resource folder has its content) or it cannot be encoded. MAIN
+/// or WORKER.
+EncodedSample embedSample(const mokSample& sound, const SampleReference& reference,
+                          const std::filesystem::path& resources);
+
+/// The sound again. Null, after a finding, for one that is damaged, is not whole, or cannot be
+/// played. where: the path of the dictionary that holds "Audio". MAIN or WORKER.
+std::shared_ptr<mokSample> embeddedSound(const EmbeddedSample& sample, const std::string& where,
+                                         StateFindings& findings);
 
 } // namespace zephyra

@@ -1,5 +1,6 @@
 #include "stream/kept_sound.h"
 
+#include "controls/state_keys.h"
 #include "platform/sound/flac_codec.h"
 
 #include <algorithm>
@@ -10,6 +11,8 @@
 namespace zephyra {
 
 namespace {
+
+using namespace sound_key;
 
 // Hz: FLAC counts whole ones up to the first, then tens up to the second.
 constexpr double kMostWholeRate = 65535.0, kMostFlacRate = 655350.0;
@@ -48,30 +51,33 @@ Result<PropertyDictionary> keptSound(std::vector<float> frames, double rate) {
         multiply(frames, 1.0 / level);
         Result<FlacSound> flac = encodeFlac(frames, flacRate(rate));
         if (!flac) return Failure{flac.message()};
-        return PropertyDictionary{{"FLAC", std::move(flac.value().bytes)},
-                                  {"Scale", flac.value().scale * level},
-                                  {"SampleRate", rate},
-                                  {"Frames", static_cast<std::int64_t>(frames.size())}};
+        return PropertyDictionary{{kFlac, std::move(flac.value().bytes)},
+                                  {kScale, flac.value().scale * level},
+                                  {kSampleRate, rate},
+                                  {kFrames, static_cast<std::int64_t>(frames.size())}};
     } catch (const std::bad_alloc&) {
         return Failure{"no memory for a copy of the sound; free some"};
     }
 }
 
-Result<ReadSound> readKeptSound(PropertyReader& reader, const std::string& key,
-                                std::uint64_t mostFrames) {
-    const PropertyData* const flac = reader.data("FLAC");
-    if (!flac) return Failure{key + ".FLAC: missing; the sound as FLAC data is needed"};
-    const double scale = reader.real("Scale").value_or(1.0);
-    const auto rate = reader.real("SampleRate");
-    const auto frames = reader.whole("Frames");
+std::optional<ReadSound> readKeptSound(PropertyReader& reader, std::uint64_t mostFrames) {
+    const auto refuse = [&reader](std::string problem) {
+        reader.complain(kFlac, std::move(problem), StandIn::nothing);
+        return std::nullopt;
+    };
+    const PropertyData* const flac = reader.data(kFlac);
+    if (!flac) return refuse("missing; the sound as FLAC data is needed");
+    const double scale = reader.real(kScale).value_or(1.0);
+    const auto rate = reader.real(kSampleRate);
+    const auto frames = reader.whole(kFrames);
     try {
         Result<DecodedFlac> sound = decodeFlac(*flac, 1.0, mostFrames);
-        if (!sound) return Failure{key + ".FLAC: " + sound.message()};
+        if (!sound) return refuse(sound.message());
         multiply(sound.value().samples, scale);
         return ReadSound{std::move(sound.value().samples), rate.value_or(sound.value().sampleRate),
                          frames};
     } catch (const std::bad_alloc&) {
-        return Failure{key + ".FLAC: no memory for the sound; free some"};
+        return refuse("no memory for the sound; free some");
     }
 }
 

@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace zephyra {
@@ -23,9 +22,8 @@ struct ReadSound {
     std::optional<std::int64_t> expectedFrames = {};
 };
 
-/// Fails with one line that begins with key, the dictionary's path, for what is no sound of at most
-/// mostFrames. All but RENDER.
-Result<ReadSound> readKeptSound(PropertyReader& reader, const std::string& key,
-                                std::uint64_t mostFrames);
+/// Nothing, after a finding of the reader's, for what is no sound of at most mostFrames. All but
+/// RENDER.
+std::optional<ReadSound> readKeptSound(PropertyReader& reader, std::uint64_t mostFrames);
 
 } // namespace zephyra

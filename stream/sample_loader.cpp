@@ -1,5 +1,6 @@
 #include "stream/sample_loader.h"
 
+#include "platform/text/log.h"
 #include "stream/embedded_sample.h"
 #include "stream/warning.h"
 
@@ -14,34 +15,41 @@ SampleLoader::SampleLoader(Instance& instance, MOK_SCRUB_GRANULATOR& stream)
       worker_(instance.runLoop, instance.log) {}
 
 void SampleLoader::loadSamplePerform(const std::filesystem::path& path, Ended ended) {
-    readFile(path, {.use = SoundUse::play, .ended = std::move(ended)});
+    readFile(path, {}, std::move(ended));
 }
 
 void SampleLoader::loadReference(const SampleReference& reference, SoundUse use, Ended ended) {
     stream_.setSampleReference(reference);
     start(
-        [reference, folders = instance_.folders, &log = instance_.log](const auto& progress) {
-            return readReferencedSample(reference, folders, log, progress);
+        reference.path,
+        [reference, folders = instance_.folders](const auto& progress) {
+            return readReferencedSample(reference, folders, progress);
         },
-        {.use = use, .ended = std::move(ended), .named = reference});
+        {.use = use, .named = reference}, std::move(ended));
 }
 
-void SampleLoader::readFile(const std::filesystem::path& path, Order order) {
+void SampleLoader::readFile(const std::filesystem::path& path, Order order, Ended ended) {
     std::error_code error;
     const auto absolute = std::filesystem::absolute(path, error);
     // What a newer program wrote beside the name of a file that is located now.
     auto unknown = order.named ? order.named->unknown : PropertyDictionary();
     start(
+        path,
         [path = error ? path : absolute, unknown = std::move(unknown),
          shared = instance_.folders.shared](const auto& progress) {
-            Result<LoadedSample> loaded = readSample(path, shared, progress);
-            if (loaded) loaded.value().reference.unknown = unknown;
-            return loaded;
+            FoundSound found{readSample(path, shared, progress), {.asked = path, .file = path}};
+            if (!found.loaded) return found;
+            found.loaded.value().reference.unknown = unknown;
+            found.report.road = SampleRoad::path;
+            return found;
         },
-        std::move(order));
+        std::move(order), std::move(ended));
 }
 
-void SampleLoader::start(Read read, Order order) {
+void SampleLoader::start(const std::filesystem::path& asked, Read read, Order order, Ended ended) {
+    supersede();
+    asked_ = asked;
+    ended_ = std::move(ended);
     ++requests_;
     missing_.reset();
     order.liveStarts = stream_.liveStarts();
@@ -50,25 +58,39 @@ void SampleLoader::start(Read read, Order order) {
                    resources = instance_.folders.resources,
                    seconds = embedSeconds(instance_.defaults)](const Worker::Cancelled& cancelled) {
         *progress = 0.0; // a job that was cancelled may have set it since
-        auto loaded =
-            std::make_shared<Result<LoadedSample>>(read([&cancelled, &progress](double share) {
-                if (cancelled) return false;
-                *progress = share;
-                return true;
-            }));
-        if (*loaded && !cancelled) {
-            auto& [sound, reference] = loaded->value();
-            if (!reference.embedded && isEmbeddable(*sound, seconds))
-                reference.embedded = embedSample(*sound, reference, resources, instance_.log);
+        auto found = std::make_shared<FoundSound>(read([&cancelled, &progress](double share) {
+            if (cancelled) return false;
+            *progress = share;
+            return true;
+        }));
+        if (found->loaded && !cancelled) {
+            auto& [sound, reference] = found->loaded.value();
+            if (!reference.embedded && isEmbeddable(*sound, seconds)) {
+                auto [embedded, problem] = embedSample(*sound, reference, resources);
+                reference.embedded = std::move(embedded);
+                found->report.notEmbedded = std::move(problem);
+            }
         }
-        return RunLoop::Task([this, order, loaded] { finish(order, *loaded); });
+        return RunLoop::Task([this, order, found] { finish(order, *found); });
     });
 }
 
-void SampleLoader::finish(const Order& order, Result<LoadedSample>& loaded) {
-    const std::string problem = loaded ? take(order, loaded.value()) : loaded.message();
-    if (!problem.empty()) tell(order, problem);
-    if (order.ended) order.ended(problem.empty());
+void SampleLoader::finish(const Order& order, FoundSound& found) {
+    auto& [loaded, report] = found;
+    report.problem = loaded ? take(order, loaded.value()) : loaded.message();
+    report.end = report.problem.empty() ? SampleEnd::taken : SampleEnd::missing;
+    if (!report.problem.empty()) tell(order, report.problem);
+    end(report);
+}
+
+void SampleLoader::supersede() {
+    end({.asked = asked_, .end = SampleEnd::superseded});
+}
+
+/// To whoever waits for the load that runs, who may start another; else to the log.
+void SampleLoader::end(const SampleReport& report) {
+    if (const Ended ended = std::exchange(ended_, {})) return ended(report);
+    for (const std::string& line : linesOf(report)) instance_.log.write(line);
 }
 
 /// What is wrong with the sound; empty when the stream has it.
@@ -84,7 +106,6 @@ std::string SampleLoader::take(const Order& order, LoadedSample& sample) {
 void SampleLoader::tell(const Order& order, const std::string& problem) {
     if (!order.named) return presentWarning(instance_, problem);
     missing_ = order;
-    missing_->ended = {}; // it hears of this end only
     const auto chosen = [this, alive = std::weak_ptr(alive_),
                          path = order.named->path](const std::string&) {
         if (!alive.expired()) locate(path);
@@ -115,6 +136,7 @@ void SampleLoader::locate(const std::string& path) {
 void SampleLoader::cancel() {
     missing_.reset();
     worker_.cancel();
+    supersede();
 }
 
 } // namespace zephyra

@@ -26,8 +26,9 @@ public:
     /// Both must outlive this.
     SampleLoader(Instance& instance, MOK_SCRUB_GRANULATOR& stream);
 
-    /// Called on MAIN when a load ended, with whether the sound was taken.
-    using Ended = std::function<void(bool loaded)>;
+    /// Called on MAIN once, when a load ended in whatever way; not after this is gone. An empty one
+    /// leaves the report's lines to the log.
+    using Ended = std::function<void(const SampleReport& report)>;
 
     /// Starts reading the file at path. If LIVE goes on meanwhile, the sound waits behind it.
     void loadSamplePerform(const std::filesystem::path& path, Ended ended = {});
@@ -51,16 +52,17 @@ private:
     /// What becomes of a sound that was read, or of the failure.
     struct Order {
         SoundUse use = SoundUse::play;
-        Ended ended = {};
         std::optional<SampleReference> named = {}; ///< by a state that needs it
         std::uint64_t liveStarts = 0;              ///< of the stream when it was asked for
     };
     /// WORKER; progress also tells whether the sound is still wanted.
-    using Read = std::function<Result<LoadedSample>(const std::function<bool(double)>& progress)>;
+    using Read = std::function<FoundSound(const std::function<bool(double)>& progress)>;
 
-    void readFile(const std::filesystem::path& path, Order order);
-    void start(Read read, Order order);
-    void finish(const Order& order, Result<LoadedSample>& loaded);
+    void readFile(const std::filesystem::path& path, Order order, Ended ended = {});
+    void start(const std::filesystem::path& asked, Read read, Order order, Ended ended);
+    void finish(const Order& order, FoundSound& found);
+    void supersede();
+    void end(const SampleReport& report);
     std::string take(const Order& order, LoadedSample& sample);
     void tell(const Order& order, const std::string& problem);
     void locate(const std::string& path);
@@ -70,6 +72,8 @@ private:
     MOK_SCRUB_GRANULATOR& stream_;
     std::shared_ptr<Relaxed<double>> progress_; // the running job keeps it too
     std::uint64_t requests_ = 0;
+    std::filesystem::path asked_;  // what the load that runs was asked for
+    Ended ended_;                  // and who hears of its end
     std::optional<Order> missing_; // the last load, when a state's sound was not found
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true); // an alert may outlive us
     Worker worker_; // last: its thread ends before what it uses

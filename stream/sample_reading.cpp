@@ -2,7 +2,6 @@
 
 #include "platform/files/content_hash.h"
 #include "platform/sound/sound_file.h"
-#include "platform/text/log.h"
 #include "platform/text/one_line.h"
 #include "stream/embedded_sample.h"
 #include "stream/sample_search.h"
@@ -30,13 +29,10 @@ Result<LoadedSample> readFound(const SampleReference& reference, const std::file
     return loaded;
 }
 
-/// Nothing when there is no copy or, after a log line, none that can be played.
-std::shared_ptr<mokSample> soundOf(const SampleReference& reference, Log& log) {
+/// Null when there is no copy or, after a finding, none that can be played.
+std::shared_ptr<mokSample> soundOf(const SampleReference& reference, StateFindings& findings) {
     if (!reference.embedded || reference.embedded->audio.empty()) return nullptr;
-    auto sound = embeddedSound(*reference.embedded, onOneLine(reference.path));
-    if (sound) return sound.value();
-    log.write(sound.message());
-    return nullptr;
+    return embeddedSound(*reference.embedded, onOneLine(reference.path), findings);
 }
 
 LoadedSample fromState(SampleReference reference, std::shared_ptr<mokSample> sound) {
@@ -77,23 +73,26 @@ Result<LoadedSample> readSample(const std::filesystem::path& path,
     }
 }
 
-Result<LoadedSample> readReferencedSample(const SampleReference& reference, const Folders& folders,
-                                          Log& log, const std::function<bool(double)>& progress) {
+FoundSound readReferencedSample(const SampleReference& reference, const Folders& folders,
+                                const std::function<bool(double)>& progress) {
     const auto wanted = [&progress] { return !progress || progress(0.0); };
     const FoundSample found = findSample(reference, folders, wanted);
-    Result<LoadedSample> loaded = isMissing(reference);
-    if (found.path.empty())
-        log.write("Warning, no file exist at path: " + onOneLine(reference.path) + "!");
-    if (found.hasContent) loaded = readFound(reference, found.path, folders, progress);
-    if (loaded || !wanted()) return loaded;
-    if (auto sound = soundOf(reference, log)) {
-        log.write(onOneLine(reference.path) + ": the copy in the state is played");
-        return fromState(reference, std::move(sound));
+    FoundSound sound{isMissing(reference), {.asked = reference.path, .file = found.path}};
+    SampleReport& report = sound.report;
+    const auto read = [&] {
+        sound.loaded = readFound(reference, found.path, folders, progress);
+        if (sound.loaded) report.road = found.road;
+    };
+    if (found.hasContent) read();
+    if (sound.loaded || !wanted()) return sound;
+    if (auto copy = soundOf(reference, report.findings)) {
+        report.road = SampleRoad::embedded;
+        sound.loaded = fromState(reference, std::move(copy));
+        return sound;
     }
-    if (found.hasContent || found.path.empty()) return loaded;
-    log.write(onOneLine(found.path.string()) +
-              " holds another sound than the state was made with, and is played all the same");
-    return readFound(reference, found.path, folders, progress);
+    report.isOtherSound = !found.hasContent && !found.path.empty();
+    if (report.isOtherSound) read();
+    return sound;
 }
 
 } // namespace zephyra

@@ -5,6 +5,7 @@
 #include "platform/files/folders.h"
 #include "platform/text/result.h"
 #include "stream/sample_reference.h"
+#include "stream/sample_report.h"
 
 #include <filesystem>
 #include <functional>
@@ -25,11 +26,15 @@ Result<LoadedSample> readSample(const std::filesystem::path& path,
                                 const std::filesystem::path& shared,
                                 const std::function<bool(double)>& progress = {});
 
+struct FoundSound {
+    Result<LoadedSample> loaded; ///< fails with one line that names the file
+    SampleReport report;         ///< of how it was found; it has not ended yet
+};
+
 /// What the reference of a state means: a file with its content wherever that was moved to
 /// (findSample), else the embedded copy, under the reference as it is, else a file of its name that
-/// holds another sound now. Fails with one line that names the file. MAIN or WORKER.
-Result<LoadedSample> readReferencedSample(const SampleReference& reference, const Folders& folders,
-                                          Log& log,
-                                          const std::function<bool(double)>& progress = {});
+/// holds another sound now. MAIN or WORKER.
+FoundSound readReferencedSample(const SampleReference& reference, const Folders& folders,
+                                const std::function<bool(double)>& progress = {});
 
 } // namespace zephyra

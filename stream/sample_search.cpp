@@ -31,17 +31,24 @@ bool hasContent(const Path& path, const std::string& hash, const Wanted& wanted)
     return found && found.value() == hash;
 }
 
+struct NamedFile {
+    Path path;
+    SampleRoad road;
+};
+
 /// Every file that the reference may mean by its name, the likeliest first.
-std::vector<Path> namedFiles(const SampleReference& reference, const Folders& folders) {
-    const Path path(reference.path);
-    std::vector<Path> files;
-    if (path.is_absolute()) files.push_back(path);
-    for (const Path& below : {Path(reference.relativePath), path, path.filename()}) {
+std::vector<NamedFile> namedFiles(const SampleReference& reference, const Folders& folders) {
+    using enum SampleRoad;
+    const Path asked(reference.path);
+    std::vector<NamedFile> files;
+    if (asked.is_absolute()) files.push_back({asked, path});
+    for (const Path& below : {Path(reference.relativePath), asked, asked.filename()}) {
         if (!isBelow(below)) continue;
-        for (const Path& folder : {folders.shared, folders.resources})
-            if (!folder.empty()) files.push_back(folder / below);
+        const SampleRoad shared = below.has_parent_path() ? relativePath : name;
+        if (!folders.shared.empty()) files.push_back({folders.shared / below, shared});
+        if (!folders.resources.empty()) files.push_back({folders.resources / below, builtIn});
     }
-    std::erase_if(files, [](const Path& file) { return !isFile(file); });
+    std::erase_if(files, [](const NamedFile& file) { return !isFile(file.path); });
     return files;
 }
 
@@ -62,17 +69,17 @@ std::string relativeTo(const Path& folder, const Path& path) {
 
 FoundSample findSample(const SampleReference& reference, const Folders& folders,
                        const Wanted& wanted) {
-    const std::vector<Path> named = namedFiles(reference, folders);
+    const std::vector<NamedFile> named = namedFiles(reference, folders);
     const std::string& hash = reference.contentHash;
     if (!hash.empty()) {
-        for (const Path& file : named)
-            if (hasContent(file, hash, wanted)) return {file, true};
+        for (const auto& [file, road] : named)
+            if (hasContent(file, hash, wanted)) return {file, true, road};
         for (const std::string& name : folderEntries(folders.shared))
             if (isCandidate(name, reference) && hasContent(folders.shared / name, hash, wanted))
-                return {folders.shared / name, true};
+                return {folders.shared / name, true, SampleRoad::content};
     }
     if (named.empty()) return {};
-    return {named.front(), hash.empty()};
+    return {named.front().path, hash.empty(), named.front().road};
 }
 
 std::string pathBelow(const Path& path, const Path& folder) {

@@ -3,6 +3,7 @@
 
 #include "platform/files/folders.h"
 #include "stream/sample_reference.h"
+#include "stream/sample_report.h"
 
 #include <filesystem>
 #include <functional>
@@ -14,6 +15,7 @@ struct FoundSample {
     std::filesystem::path path; ///< absolute as far as the folders are; empty: nowhere
     /// Whether it holds what the reference means; true as well when that is not known.
     bool hasContent = false;
+    SampleRoad road = SampleRoad::none;
 };
 
 /// Looks at the reference's path, if that is absolute, its relative path and its file name below

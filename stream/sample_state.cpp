@@ -1,5 +1,6 @@
 #include "stream/sample_state.h"
 
+#include "controls/state_keys.h"
 #include "stream/embedded_sample.h"
 #include "stream/sample_search.h"
 
@@ -12,12 +13,13 @@ namespace zephyra {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace sample_key;
 
 PropertyDictionary fileState(const SampleReference& reference) {
-    return {{"Path", reference.path},
-            {"RelativePath", reference.relativePath},
-            {"ContentHash", reference.contentHash},
-            {"SampleRate", reference.sampleRate}};
+    return {{kPath, reference.path},
+            {kRelativePath, reference.relativePath},
+            {kContentHash, reference.contentHash},
+            {kSampleRate, reference.sampleRate}};
 }
 
 /// What to look for on any machine.
@@ -39,8 +41,9 @@ const PropertyDictionary* embeddedAudio(MOK_SCRUB_GRANULATOR& stream) {
             return nullptr;
         if (!reference.embedded) {
             SampleReference encoded = reference;
-            encoded.embedded =
-                embedSample(*sound, reference, instance.folders.resources, instance.log);
+            auto [embedded, problem] = embedSample(*sound, reference, instance.folders.resources);
+            if (!problem.empty()) instance.log.write(problem);
+            encoded.embedded = std::move(embedded);
             stream.setSampleReference(std::move(encoded));
         }
     }
@@ -58,25 +61,25 @@ PropertyDictionary sampleState(MOK_SCRUB_GRANULATOR& stream, StateUse use) {
                                    : fileState(movable(reference, stream.instance().folders));
     state.insert(reference.unknown.begin(), reference.unknown.end());
     if (use == StateUse::snapshot) return state;
-    if (const PropertyDictionary* const audio = embeddedAudio(stream)) state["Audio"] = *audio;
+    if (const PropertyDictionary* const audio = embeddedAudio(stream)) state[kAudio] = *audio;
     return state;
 }
 
-std::optional<SampleReference> readSampleState(PropertyReader& state, const std::string& key,
-                                               Log& log) {
+std::optional<SampleReference> readSampleState(PropertyReader& state, const std::string& key) {
     const PropertyDictionary* const dictionary = state.dictionary(key);
     if (!dictionary) return std::nullopt;
-    PropertyReader reader(*dictionary, key);
+    PropertyReader reader(*dictionary, state.findings(), state.path(key), StandIn::usual);
     SampleReference reference;
-    reference.path = reader.text("Path").value_or("");
-    reference.relativePath = reader.text("RelativePath").value_or("");
-    reference.contentHash = reader.text("ContentHash").value_or("");
-    reference.sampleRate = reader.real("SampleRate").value_or(0.0);
-    if (const PropertyDictionary* const audio = reader.dictionary("Audio"))
+    reference.path = reader.text(kPath).value_or("");
+    reference.relativePath = reader.text(kRelativePath).value_or("");
+    reference.contentHash = reader.text(kContentHash).value_or("");
+    reference.sampleRate = reader.real(kSampleRate).value_or(0.0);
+    if (const PropertyDictionary* const audio = reader.dictionary(kAudio))
         reference.embedded = std::make_shared<EmbeddedSample>(EmbeddedSample{*audio, true});
     reference.unknown = reader.unknown();
     if (!reference.path.empty()) return reference;
-    log.write(key + ".Path: empty; the sample's absolute path, or its file name, is needed");
+    reader.complain(kPath, "empty; the sample's absolute path, or its file name, is needed",
+                    StandIn::asBefore);
     return std::nullopt;
 }
 

@@ -15,9 +15,8 @@ namespace zephyra {
 /// Encodes a sound that could have been, but was not, encoded when it was loaded. MAIN.
 PropertyDictionary sampleState(MOK_SCRUB_GRANULATOR& stream, StateUse use);
 
-/// The reference that stands under key; nothing, after a log line, for one that names no file.
+/// The reference that stands under key; nothing, after a finding, for one that names no file.
 /// MAIN.
-std::optional<SampleReference> readSampleState(PropertyReader& state, const std::string& key,
-                                               Log& log);
+std::optional<SampleReference> readSampleState(PropertyReader& state, const std::string& key);
 
 } // namespace zephyra

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "controls/keyboard.h"
+#include "controls/state_keys.h"
 #include "engine/granular_stream.h"
 #include "platform/instance.h"
 #include "platform/sound/audio_buffer_list.h"
@@ -46,7 +47,7 @@ public:
     /// An engine of 24 grains at 44100 Hz on a silent sound with the Hanning envelope, every
     /// control at its default, not playing. suffix ends every channel. instance must outlive this.
     /// Throws std::bad_alloc.
-    explicit MOK_SCRUB_GRANULATOR(Instance& instance, std::string suffix = "_0");
+    explicit MOK_SCRUB_GRANULATOR(Instance& instance, std::string suffix = kStreamSuffix);
     ~MOK_SCRUB_GRANULATOR();
     MOK_SCRUB_GRANULATOR(const MOK_SCRUB_GRANULATOR&) = delete;
     MOK_SCRUB_GRANULATOR& operator=(const MOK_SCRUB_GRANULATOR&) = delete;

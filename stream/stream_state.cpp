@@ -1,5 +1,6 @@
 #include "stream/stream_state.h"
 
+#include "controls/state_keys.h"
 #include "stream/captured_state.h"
 #include "stream/sample_state.h"
 
@@ -14,6 +15,7 @@ namespace zephyra {
 namespace {
 
 using enum ControlId;
+using namespace state_key;
 
 float nearestFloat(double value) {
     constexpr double most = std::numeric_limits<float>::max();
@@ -33,9 +35,10 @@ public:
     /// True when a live or captured sound is what is to be heard.
     bool live() {
         const std::optional<float> on = value(controlRange(ControlId::live));
-        const PropertyDictionary* const captured = state_.dictionary("Captured" + suffix_);
+        const std::string key = kCaptured + suffix_;
+        const PropertyDictionary* const captured = state_.dictionary(key);
         if (on && *on == 0.0f) stream_.setLinear(ControlId::live, 0.0f);
-        const bool taken = captured && restoreCaptured(stream_, *captured, "Captured" + suffix_);
+        const bool taken = captured && restoreCaptured(stream_, *captured, state_, key);
         if (on) stream_.setLinear(ControlId::live, *on);
         return taken || stream_.isLive();
     }
@@ -46,7 +49,7 @@ public:
             if (const auto linear = value(range)) stream_.setLinear(range.id, *linear);
         }
         Button& keyboard = stream_.controls._keyboardButton;
-        const auto on = state_.boolean("Keyboard" + suffix_);
+        const auto on = state_.boolean(keyboard.channel);
         // Not pressed: that would move the pitch to a whole note.
         if (on && !keyboard.skipFromPreset) keyboard.tag = *on ? 1 : 0;
         keyboard.setNeedsDisplay();
@@ -56,19 +59,19 @@ public:
     void normalizing() {
         MOK_KNOB& knob = stream_.controls._normalizeGain;
         if (const auto linear = value(controlRange(normalize))) knob.setValue(*linear);
-        const auto touched = state_.boolean("NormalizeTouched" + suffix_);
+        const auto touched = state_.boolean(kNormalizeTouched + suffix_);
         stream_.setNormalizeTouched(touched.value_or(stream_.normalizeTouched()));
     }
 
     void scan() {
-        const auto start = fraction("RegionStart"), end = fraction("RegionEnd");
+        const auto start = fraction(kRegionStart), end = fraction(kRegionEnd);
         stream_.setRegion(start.value_or(stream_.regionStart()), end.value_or(stream_.regionEnd()));
-        if (const auto menu = state_.whole("Envelope" + suffix_); menu && *menu >= 0)
-            stream_.pickEnvelope(static_cast<std::size_t>(*menu));
-        if (const auto seed = state_.whole("Seed" + suffix_))
+        const auto menu = state_.whole(controlRange(envelope).channel + suffix_);
+        if (menu && *menu >= 0) stream_.pickEnvelope(static_cast<std::size_t>(*menu));
+        if (const auto seed = state_.whole(kSeed + suffix_))
             stream_.setSeed(static_cast<std::uint32_t>(
                 std::clamp<std::int64_t>(*seed, 0, std::numeric_limits<std::uint32_t>::max())));
-        if (const auto position = fraction("ScanPosition")) {
+        if (const auto position = fraction(kScanPosition)) {
             stream_.scrubArea.longPressFirstFingerGesture(); // the state says where it stands
             stream_.setScrubNormalizedValue(*position);
         }
@@ -115,34 +118,37 @@ void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state, St
         else
             value = linear;
     }
-    state["Keyboard" + suffix] = stream.controls._keyboardButton.tag == 1;
-    state["NormalizeTouched" + suffix] = stream.normalizeTouched();
-    state["RegionStart" + suffix] = stream.regionStart();
-    state["RegionEnd" + suffix] = stream.regionEnd();
-    state["Envelope" + suffix] = static_cast<std::int64_t>(stream.envelope());
-    state["Seed" + suffix] = std::int64_t{stream.seed()};
+    const Button& keyboard = stream.controls._keyboardButton;
+    state[keyboard.channel] = keyboard.tag == 1;
+    state[kNormalizeTouched + suffix] = stream.normalizeTouched();
+    state[kRegionStart + suffix] = stream.regionStart();
+    state[kRegionEnd + suffix] = stream.regionEnd();
+    state[controlRange(envelope).channel + suffix] = static_cast<std::int64_t>(stream.envelope());
+    state[kSeed + suffix] = std::int64_t{stream.seed()};
     // Where a scan stands is part of the sound; where a moving one happened to be is not.
     if (stream.scanningValue() == 0.0)
-        state["ScanPosition" + suffix] = std::clamp(stream.getTimePhasor(), 0.0f, 1.0f);
+        state[kScanPosition + suffix] = std::clamp(stream.getTimePhasor(), 0.0f, 1.0f);
     stream.scrubRecorder.saveDataForRecordScrub(state);
     if (auto sample = sampleState(stream, use); !sample.empty())
-        state["Sample" + suffix] = std::move(sample);
+        state[kSample + suffix] = std::move(sample);
     if (use == StateUse::snapshot) return;
     if (auto captured = capturedState(stream); !captured.empty())
-        state["Captured" + suffix] = std::move(captured);
+        state[kCaptured + suffix] = std::move(captured);
 }
 
-void restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, PropertyReader& state) {
+bool restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, PropertyReader& state,
+                        SampleLoader::Ended ended) {
     Restoring restoring(stream, state);
     const bool live = restoring.live(); // before the controls: LIVE moves Normalize
     restoring.controls();
     restoring.normalizing();
     restoring.scan();
-    if (const auto reference =
-            readSampleState(state, "Sample" + stream.channel(), stream.instance().log))
-        loader.loadReference(*reference, live ? SoundUse::await : SoundUse::play);
+    const auto reference = readSampleState(state, kSample + stream.channel());
+    if (reference)
+        loader.loadReference(*reference, live ? SoundUse::await : SoundUse::play, std::move(ended));
     else if (live && !stream.isLive())
         loader.cancel(); // or what was asked for before would take the captured sound's place
+    return reference.has_value();
 }
 
 } // namespace zephyra

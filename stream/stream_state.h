@@ -25,9 +25,11 @@ void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state,
 
 /// Moves every control that state has a value for and that presets move, handlers included, and
 /// loads the sample that it names or embeds through loader; behind LIVE or a captured sound it
-/// waits there. A missing key keeps what is there; a wrong type is ignored with a log line; values
-/// are clamped. A missing take is forgotten; a captured sound that cannot be read is left out with
-/// a log line. MAIN.
-void restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, PropertyReader& state);
+/// waits there. A missing key keeps what is there, as does one of the wrong type; values are
+/// clamped. A missing take is forgotten; a captured sound that cannot be read is left out. What
+/// could not be taken becomes a finding of state's. True when a sample is being loaded: ended is
+/// called once it is there, or known to be missing. MAIN.
+bool restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, PropertyReader& state,
+                        SampleLoader::Ended ended = {});
 
 } // namespace zephyra

@@ -24,16 +24,16 @@ namespace {
 constexpr char kMessage = 'm', kLine = 'l', kLevels = 'v', kJson = 'j', kNotice = 'n';
 
 int renderInChild(const BatchJob& job, const Folders& folders, JobLine& line) {
-    setLogSink([&line](std::string_view text) { line.say(kNotice, text); });
     RenderEnd end;
     try {
-        end = renderFile(*job.request, folders, ProgressBar::Shown::never,
-                         [&line](double share) { line.share(share); });
+        end = renderFile(
+            *job.request, folders, ProgressBar::Shown::never,
+            [&line](double share) { line.share(share); },
+            [&line](std::string_view text) { line.say(kNotice, text); });
     } catch (const std::bad_alloc&) {
         end = {.code = ExitCode::failure,
                .message = "memory is short; free some or take a shorter sound"};
     }
-    setLogSink({});
     for (const auto& [kind, text] : {std::pair(kMessage, &end.message),
                                      {kLine, &end.line},
                                      {kLevels, &end.levels},

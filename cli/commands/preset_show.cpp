@@ -2,6 +2,7 @@
 
 #include "audiounit/control_text.h"
 #include "cli/text_table.h"
+#include "controls/state_keys.h"
 #include "engine/envelope_menu.h"
 #include "library/bank_edits.h"
 #include "platform/files/folder_entries.h"
@@ -27,7 +28,7 @@ using Json = nlohmann::ordered_json;
 /// The control that a record keeps under key; null for none.
 const ControlRange* controlKeptAs(std::string_view key) {
     for (const ControlRange& range : controlRanges())
-        if (*range.channel && key == controlChannel(range, record_key::kStream)) return &range;
+        if (*range.channel && key == controlChannel(range, kStreamSuffix)) return &range;
     return nullptr;
 }
 
@@ -75,8 +76,6 @@ struct PlainText {
     }
 };
 
-constexpr std::string_view kAssignments = "ControlAssignments";
-
 /// Without the controls that nothing is assigned to, which are nearly all.
 PropertyValue assigned(const PropertyValue& assignments) {
     const auto* const all = assignments.as<PropertyArray>();
@@ -84,7 +83,8 @@ PropertyValue assigned(const PropertyValue& assignments) {
     PropertyArray kept = *all;
     std::erase_if(kept, [](const PropertyValue& one) {
         const auto* const record = one.as<PropertyDictionary>();
-        const auto type = record ? record->find("type") : PropertyDictionary::const_iterator();
+        const auto type =
+            record ? record->find(assignment_key::kType) : PropertyDictionary::const_iterator();
         const auto* const number =
             record && type != record->end() ? type->second.as<std::int64_t>() : nullptr;
         return number && *number == 0;
@@ -117,7 +117,7 @@ std::string textOf(const PropertyDictionary& record) {
                                                std::visit(PlainText{}, value.variant()))});
     for (const auto& [key, value] : record)
         if (!controlKeptAs(key) && key != kSnapshotTags)
-            addRows(others, key, key == kAssignments ? assigned(value) : value);
+            addRows(others, key, key == state_key::kControlAssignments ? assigned(value) : value);
     return controls.text() + (controls.isEmpty() || others.isEmpty() ? "" : "\n") + others.text();
 }
 

@@ -167,20 +167,21 @@ RenderEnd wrongUsage(std::string message) {
 } // namespace
 
 RenderEnd renderFile(const RenderRequest& request, const Folders& folders, ProgressBar::Shown bar,
-                     const std::function<void(double share)>& told) {
+                     const std::function<void(double share)>& told, LogSink log) {
     BankFolder banks(folders);
     if (request.savedPreset)
         if (const auto free = checkPresetSaving(banks, *request.savedPreset); !free)
             return wrongUsage(free.message());
     Result<ReadSource> read = readSource(request, folders, bar);
     if (!read) return failed(read.message());
+    if (!read.value().notice.empty()) Log(log).write(read.value().notice);
     if (const auto fits = checkInputRate(request, read.value().input); !fits)
         return wrongUsage(fits.message());
     Result<RenderPlan> plan = makeRenderPlan(request, read.value().input, commandClock());
     if (!plan) return failed(plan.message());
 
     Job job{.request = request,
-            .render = OfflineRender(std::move(plan.value()), folders),
+            .render = OfflineRender(std::move(plan.value()), folders, std::move(log)),
             .file = {},
             .pictureFile = {},
             .takeFile = {},

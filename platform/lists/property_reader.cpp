@@ -1,13 +1,16 @@
 #include "platform/lists/property_reader.h"
 
-#include "platform/text/log.h"
-
 #include <cmath>
+#include <utility>
 
 namespace zephyra {
 
-PropertyReader::PropertyReader(const PropertyDictionary& dictionary, std::string where)
-    : dictionary_(dictionary), where_(std::move(where)) {}
+PropertyReader::PropertyReader(const PropertyDictionary& dictionary)
+    : PropertyReader(dictionary, own_) {}
+
+PropertyReader::PropertyReader(const PropertyDictionary& dictionary, StateFindings& findings,
+                               std::string where, StandIn standIn)
+    : dictionary_(dictionary), findings_(findings), where_(std::move(where)), standIn_(standIn) {}
 
 const PropertyValue* PropertyReader::value(std::string_view key) {
     asked_.emplace(key);
@@ -15,11 +18,19 @@ const PropertyValue* PropertyReader::value(std::string_view key) {
     return found == dictionary_.end() ? nullptr : &found->second;
 }
 
-void PropertyReader::complain(std::string_view key, const PropertyValue& found,
-                              const char* wanted) const {
-    const std::string path = (where_.empty() ? where_ : where_ + '.') + std::string(key);
-    logLine(path + ": a value of type " + found.typeName() + " is ignored; " + wanted +
-            " is needed");
+std::string PropertyReader::path(std::string_view key) const {
+    return (where_.empty() ? where_ : where_ + '.') + std::string(key);
+}
+
+void PropertyReader::complain(std::string_view key, std::string text, StandIn standIn) {
+    findings_.push_back({path(key), std::move(text), standIn});
+}
+
+void PropertyReader::refuse(std::string_view key, const PropertyValue& found, const char* wanted) {
+    complain(key,
+             std::string("a value of type ") + found.typeName() + " is ignored; " + wanted +
+                 " is needed",
+             standIn_);
 }
 
 template <typename Type>
@@ -27,7 +38,7 @@ const Type* PropertyReader::find(std::string_view key, const char* wanted) {
     const PropertyValue* const found = value(key);
     if (!found) return nullptr;
     const Type* const typed = found->as<Type>();
-    if (!typed) complain(key, *found, wanted);
+    if (!typed) refuse(key, *found, wanted);
     return typed;
 }
 
@@ -37,7 +48,7 @@ std::optional<double> PropertyReader::real(std::string_view key) {
     if (const auto* const whole = found->as<std::int64_t>()) return static_cast<double>(*whole);
     const auto* const real = found->as<double>();
     if (real && std::isfinite(*real)) return *real;
-    complain(key, *found, "a finite real");
+    refuse(key, *found, "a finite real");
     return std::nullopt;
 }
 
@@ -52,7 +63,7 @@ std::optional<bool> PropertyReader::boolean(std::string_view key) {
     if (const auto* const flag = found->as<bool>()) return *flag;
     const auto* const whole = found->as<std::int64_t>();
     if (whole && (*whole == 0 || *whole == 1)) return *whole == 1;
-    complain(key, *found, "a boolean");
+    refuse(key, *found, "a boolean");
     return std::nullopt;
 }
 

@@ -32,9 +32,4 @@ private:
     LogSink sink_;
 };
 
-/// As Log, for what has no instance: lines of logs without a sink come here as well.
-void logLine(std::string_view line);
-/// Returns the sink set before.
-LogSink setLogSink(LogSink sink);
-
 } // namespace zephyra

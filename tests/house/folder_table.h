@@ -43,7 +43,7 @@ inline const std::vector<FolderRow> kHouse = {
     {"main_view",
      {"audiounit", "library", "modulation", "stream", "controls", "engine", "effects", "platform"}},
     {"hosting", {"audiounit", "main_view", "stream", "platform"}},
-    {"presets", {"main_view", "library", "stream", "engine", "platform"}},
+    {"presets", {"main_view", "library", "stream", "controls", "engine", "platform"}},
     {"pictures", {"controls", "engine", "platform"}, ThirdParty::InSources},
     {"pictures/cairo",
      {"pictures", "controls", "engine", "platform"},

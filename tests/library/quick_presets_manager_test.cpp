@@ -102,6 +102,22 @@ protected:
     Store store{folders};
 };
 
+TEST_F(Presets, OnlyWhoRefreshesASelectionHearsThatThereIsNone) {
+    threeBanks();
+    std::vector<std::string>& lines = store.instance.lines;
+    store->showSelection();
+    EXPECT_THAT(lines, ElementsAre());
+    store->refreshBankSelection();
+    store.select("a");
+    store->refreshSnapshotSelection();
+    EXPECT_THAT(lines, ElementsAre("NO Bank was Selected!", "NO Snapshot was Selected!",
+                                   "NO Snapshot was Selected!"));
+    lines.clear();
+    store->loadDefaultSnapshot_snapID("a.zephyra", "1 - x");
+    EXPECT_EQ(store->showSelection(), QuickPresetsManager::Shown::preset);
+    EXPECT_THAT(lines, ElementsAre());
+}
+
 TEST_F(Presets, ASaveWithoutABankMakesOneAndAsksForAName) {
     const DateAndTime now = currentDateAndTime(store.instance.clock);
     store->saveSnapAs();

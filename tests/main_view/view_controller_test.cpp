@@ -1,6 +1,7 @@
 // Host and controls: who moves whom, who is told, and what a state keeps.
 
 #include "hosting/gesture_filter.h"
+#include "platform/text/log.h"
 #include "tests/support/hosted_unit.h"
 #include "tests/support/test_sounds.h"
 
@@ -148,6 +149,70 @@ TEST(State, LeavesWhatItLacksOrSaysWrong) {
     EXPECT_EQ(hosted.view._inputDryWetKnob.value(), 50.0f);
     EXPECT_EQ(hosted.view.fadeTimesText(),
               "Fade In/Out (Play/Pause) Time: [In: 2.000 secs  Out: 0.250 secs]");
+}
+
+TEST(State, IsReportedOnKeyByKeyToWhoeverTakesThatElseToTheLog) {
+    using enum StandIn;
+    const PropertyDictionary bond{{"name", "_none"}, {"axis", 0}};
+    const struct {
+        PropertyDictionary state;
+        StateFinding wanted;
+    } cases[] = {
+        {{{"Density_0", "loud"}},
+         {"Density_0", "a value of type string is ignored; a finite real is needed", asBefore}},
+        {{{"Sample_0", PropertyDictionary{}}},
+         {"Sample_0.Path", "empty; the sample's absolute path, or its file name, is needed",
+          asBefore}},
+        {{{"Captured_0", PropertyDictionary{}}},
+         {"Captured_0.FLAC", "missing; the sound as FLAC data is needed", nothing}},
+        {{{"Pad", PropertyArray{1}}},
+         {"pad _0",
+          "a state of 1 values is ignored; octaves and base note are needed, then perhaps x and y",
+          asBefore}},
+        {{{"Midi", PropertyDictionary{{"Navigation", PropertyDictionary{{"banks", 2}}}}}},
+         {"Midi.Navigation.banks", "a value of type whole number is ignored; a boolean is needed",
+          usual}},
+        {{{"ControlAssignments",
+           PropertyArray{PropertyDictionary{{"name", "_none"}, {"type", 1}}}}},
+         {"", "1 assignment(s) left out: no such control is here", nothing}},
+        {{{"Tilt", PropertyArray{bond}}},
+         {"accelerometer", "\"_none\" is ignored; it must name a knob or a scan", nothing}},
+        {{{"Preset", PropertyDictionary{{"Bank", 3}}}},
+         {"Preset.Bank", "a value of type whole number is ignored; a string is needed", nothing}}};
+    HostedUnit hosted(component_type::effect);
+    hosted.ready();
+    std::vector<std::string>& logged = hosted.lines;
+    for (const auto& [state, wanted] : cases) {
+        std::vector<RestoreReport> taken;
+        hosted.view.setReportTaker([&](const RestoreReport& report) { taken.push_back(report); });
+        hosted.view.restoreStateProc(state);
+        EXPECT_TRUE(logged.empty());
+        ASSERT_EQ(taken.size(), 1u);
+        EXPECT_EQ(taken[0].findings, StateFindings{wanted}) << lineOf(wanted);
+        hosted.view.setReportTaker({});
+        hosted.view.restoreStateProc(state);
+        EXPECT_EQ(logged, linesOf(taken[0]));
+        EXPECT_EQ(logged.at(0), lineOf(wanted));
+        logged.clear();
+    }
+    // A sound comes later; the report waits for it.
+    const auto settle = [&hosted] {
+        hosted.instance.runLoop.waitForWork();
+        hosted.instance.runLoop.runPosted();
+    };
+    int taken = 0;
+    const PropertyDictionary lost{{"Sample_0", PropertyDictionary{{"Path", "/none/lost.wav"}}}};
+    hosted.view.setReportTaker([&](const RestoreReport&) { ++taken; });
+    hosted.view.restoreStateProc(lost);
+    EXPECT_EQ(hosted.view.restoreReport().sample.end, SampleEnd::loading);
+    EXPECT_EQ(taken, 0);
+    settle();
+    EXPECT_EQ(hosted.view.restoreReport().sample.end, SampleEnd::missing);
+    EXPECT_EQ(taken, 1);
+    hosted.view.setReportTaker({});
+    hosted.view.restoreStateProc(lost);
+    settle();
+    EXPECT_EQ(logged, std::vector<std::string>{"Warning, no file exist at path: /none/lost.wav!"});
 }
 
 } // namespace

@@ -225,10 +225,9 @@ TEST_F(MidiManagerTest, StatesComeBackAndHostileOnesAreLeftOut) {
         saved.back().as<PropertyDictionary>()->insert_or_assign(key, value);
     }
     saved.resize(5000, good);
-    midi.restoreState(state);
-    const std::string& logged = instance.lines.back();
+    const StateFindings findings = midi.restoreState(state);
     EXPECT_EQ(midi.bindings().size(), 1u);
-    EXPECT_TRUE(logged.starts_with("913 MIDI binding(s) left out")) << logged;
+    EXPECT_TRUE(findings.back().text.starts_with("913 MIDI binding(s) left out"));
     EXPECT_EQ(recordOf(1), "Unassigned");
 }
 

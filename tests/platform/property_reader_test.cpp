@@ -1,7 +1,5 @@
 #include "platform/lists/property_reader.h"
 
-#include "platform/text/log.h"
-
 #include <cmath>
 #include <gmock/gmock.h>
 
@@ -9,8 +7,7 @@ namespace zephyra {
 namespace {
 
 TEST(PropertyReader, TakesWhatFitsAndNamesKeyAndTypesOfTheRest) {
-    std::vector<std::string> lines;
-    const LogSink before = setLogSink([&](std::string_view line) { lines.emplace_back(line); });
+    StateFindings findings;
     const PropertyDictionary values{{"one", 1},
                                     {"two", 2},
                                     {"half", 0.5},
@@ -19,7 +16,7 @@ TEST(PropertyReader, TakesWhatFitsAndNamesKeyAndTypesOfTheRest) {
                                     {"nan", std::nan("")},
                                     {"list", PropertyArray{1}},
                                     {"later", "kept"}};
-    PropertyReader reader(values, "Pad");
+    PropertyReader reader(values, findings, "Pad", StandIn::usual);
     EXPECT_EQ(reader.real("half"), 0.5);
     EXPECT_EQ(reader.real("two"), 2.0);
     EXPECT_EQ(reader.whole("two"), 2);
@@ -28,10 +25,12 @@ TEST(PropertyReader, TakesWhatFitsAndNamesKeyAndTypesOfTheRest) {
     EXPECT_EQ(reader.text("text"), "x");
     EXPECT_EQ(reader.array("list"), values.at("list").as<PropertyArray>());
     EXPECT_FALSE(reader.real("missing") || reader.boolean("missing") || reader.data("missing"));
-    EXPECT_TRUE(lines.empty());
+    EXPECT_TRUE(findings.empty());
     EXPECT_FALSE(reader.real("nan") || reader.real("yes") || reader.whole("half") ||
                  reader.boolean("two") || reader.dictionary("list"));
-    setLogSink(before);
+    for (const StateFinding& finding : findings) EXPECT_EQ(finding.standIn, StandIn::usual);
+    std::vector<std::string> lines;
+    for (const StateFinding& finding : findings) lines.push_back(lineOf(finding));
     EXPECT_THAT(lines, testing::ElementsAre(
                            "Pad.nan: a value of type real is ignored; a finite real is needed",
                            "Pad.yes: a value of type boolean is ignored; a finite real is needed",

@@ -1,6 +1,7 @@
 // Samples that cannot get lost: states find them again, carry them along, or say what is missing.
 
 #include "platform/sound/sound_file.h"
+#include "platform/text/log.h"
 #include "stream/kept_sound.h"
 #include "stream/sound_keeping.h"
 #include "tests/support/stream_player.h"
@@ -12,6 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 /// 400 frames of 16 bits with both extremes, other ones for each seed.
 std::string rawSound(int seed) {
@@ -49,6 +51,7 @@ struct KeptSamples : testing::Test {
         Player player(folder);
         player.instance.folders.resources = folder / "resources";
         player.restore(state);
+        report = player.report;
         int seed = 3;
         do writeText(folder / "away/expected.raw", rawSound(seed));
         while (heard(player) != readSoundFile(folder / "away/expected.raw").value().samples &&
@@ -58,31 +61,47 @@ struct KeptSamples : testing::Test {
 
     TemporaryFolder folder;
     Player first{folder}, second{folder};
+    SampleReport report; // of the sound restored last
     const fs::path kept = folder / "shared/drums/kept.RAW";
 };
 
 TEST_F(KeptSamples, AreFoundByPathRelativePathNameAndContentThenInTheState) {
     load(kept);
     const PropertyDictionary whole = first.state();
-    // Where the sound has gone, what took its name there, what plays with and without the copy.
+    // Where the sound has gone, what took its name there; with and without the copy, by which road
+    // a sound is found, and which one plays.
+    using enum SampleRoad;
+    struct Found {
+        SampleRoad road;
+        int plays;
+    };
     const struct {
         const char *to, *decoy;
-        int embedded, bare;
+        Found embedded, bare;
     } cases[] = {
-        {"shared/drums/kept.RAW", "", 1, 1},
-        {"shared/other.RAW", "", 1, 1},               // found by content
-        {"shared/other.RAW", "drums/kept.RAW", 1, 1}, // also behind another sound of its name
-        {"resources/kept.RAW", "kept.RAW", 1, 1},
-        {"away/kept.RAW", "", 1, 0},
-        {"away/kept.RAW", "kept.RAW", 1, 2}, // a name alone does not make it the sound
+        {"shared/drums/kept.RAW", "", {path, 1}, {path, 1}},
+        {"shared/other.RAW", "", {content, 1}, {content, 1}},
+        {"shared/other.RAW", "drums/kept.RAW", {content, 1}, {content, 1}},
+        {"resources/kept.RAW", "kept.RAW", {builtIn, 1}, {builtIn, 1}},
+        {"away/kept.RAW", "", {embedded, 1}, {none, 0}},
+        {"away/kept.RAW",
+         "kept.RAW",
+         {embedded, 1},
+         {name, 2}}, // a name does not make it the sound
     };
-    for (const auto& [to, decoy, embedded, bare] : cases) {
+    for (const auto& [to, decoy, copied, bare] : cases) {
         fs::rename(kept, folder / to);
         if (*decoy) writeText(folder / "shared" / decoy, rawSound(2));
         PropertyDictionary state = whole;
-        EXPECT_EQ(restored(state), embedded) << to << decoy;
-        sampleOf(state).erase("Audio");
-        EXPECT_EQ(restored(state), bare) << to << decoy;
+        for (const auto& [road, plays] : {copied, bare}) {
+            EXPECT_EQ(restored(state), plays) << to << decoy;
+            EXPECT_EQ(report.road, road) << to << decoy;
+            EXPECT_EQ(report.asked, kept);
+            EXPECT_EQ(report.isOtherSound, plays == 2);
+            EXPECT_EQ(report.end, plays == 0 ? SampleEnd::missing : SampleEnd::taken);
+            EXPECT_EQ(report.problem.empty(), plays != 0);
+            sampleOf(state).erase("Audio");
+        }
         if (*decoy) fs::remove(folder / "shared" / decoy);
         fs::rename(folder / to, kept);
     }
@@ -90,12 +109,15 @@ TEST_F(KeptSamples, AreFoundByPathRelativePathNameAndContentThenInTheState) {
     const fs::path here = fs::current_path();
     fs::current_path(folder / "away");
     writeText("loose.raw", rawSound(3));
-    for (const auto& [path, relative, plays] :
-         {std::tuple("/elsewhere/kept.RAW", "drums/kept.RAW", 1),
-          {"loose.raw", "", 0},
-          {"../away/loose.raw", "../away/loose.raw", 0}}) {
-        const PropertyDictionary sample{{"Path", path}, {"RelativePath", relative}};
-        EXPECT_EQ(restored({{"Sample_0", sample}}), plays) << path;
+    writeText(folder / "shared/top.raw", rawSound(2));
+    for (const auto& [asked, relative, plays, road] :
+         {std::tuple("/elsewhere/kept.RAW", "drums/kept.RAW", 1, relativePath),
+          {"/elsewhere/top.raw", "", 2, name},
+          {"loose.raw", "", 0, none},
+          {"../away/loose.raw", "../away/loose.raw", 0, none}}) {
+        const PropertyDictionary sample{{"Path", asked}, {"RelativePath", relative}};
+        EXPECT_EQ(restored({{"Sample_0", sample}}), plays) << asked;
+        EXPECT_EQ(report.road, road) << asked;
     }
     fs::current_path(here);
 }
@@ -114,15 +136,25 @@ TEST_F(KeptSamples, ComeBackFromTheStateTheSameAndGoAlongAgain) {
     PropertyData cut = *audio.at("FLAC").as<PropertyData>(), flipped = cut;
     cut.resize(cut.size() / 2);
     flipped[flipped.size() / 2] ^= std::byte{0x10};
-    const std::pair<const char*, PropertyValue> damages[] = {
-        {"FLAC", cut},   {"FLAC", flipped}, {"FLAC", "text"},
-        {"Frames", 399}, {"Scale", 1e300},  {"SampleRate", -1.0}};
-    for (const auto& [key, value] : damages) {
+    const struct {
+        const char* key;
+        PropertyValue value;
+        const char* finding; ///< the last one
+    } damages[] = {{"FLAC", cut, ".Audio.FLAC: "},
+                   {"FLAC", flipped, ".Audio.FLAC: "},
+                   {"FLAC", "text", ".Audio.FLAC: missing; the sound as FLAC data is needed"},
+                   {"Frames", 399, ".Audio.FLAC: holds 400 frames, not as many as \"Frames\" says"},
+                   {"Scale", 1e300, ".Audio: cannot be played"},
+                   {"SampleRate", -1.0, ".Audio: cannot be played"}};
+    for (const auto& [key, value, finding] : damages) {
         PropertyDictionary damaged = state;
         (*sampleOf(damaged).at("Audio").as<PropertyDictionary>())[key] = value;
         Player other(folder);
         other.restore(damaged);
         EXPECT_THAT(other.takeAlert(), HasSubstr(kept.string() + " is missing")) << key;
+        ASSERT_FALSE(other.report.findings.empty()) << key;
+        EXPECT_THAT(lineOf(other.report.findings.back()), StartsWith(kept.string() + finding));
+        EXPECT_EQ(other.report.findings.back().standIn, StandIn::nothing);
         EXPECT_TRUE(other.state().at("Sample_0") == damaged.at("Sample_0")) << key;
     }
 }
@@ -205,6 +237,20 @@ TEST_F(KeptSamples, AreAskedForWhenMissingUnlessAnotherSoundCameSince) {
     }
 }
 
+TEST_F(KeptSamples, AreSpokenOfInTheLogWhenNobodyElseWantsToKnow) {
+    std::vector<std::string> lines;
+    first.instance.log.setSink([&](std::string_view line) { lines.emplace_back(line); });
+    SampleReference lost;
+    lost.path = "/none/lost.wav";
+    first.loader.loadReference(lost, SoundUse::play, [](const SampleReport&) {});
+    first.finishWork();
+    EXPECT_TRUE(lines.empty());
+    first.loader.loadReference(lost, SoundUse::play);
+    first.finishWork();
+    first.instance.log.setSink({});
+    EXPECT_EQ(lines, std::vector<std::string>{"Warning, no file exist at path: /none/lost.wav!"});
+}
+
 TEST_F(KeptSamples, GetAFileOfTheirOwnBeforeASnapshotNamesThem) {
     load(kept);
     fs::remove(kept);
@@ -262,10 +308,10 @@ TEST(KeptSound, IsExactFor24BitsOfItsLoudestFrame) {
         const Frames frames{-level, level * (1.0f - 0x1p-23f), level * 0x1p-23f, 0.0f};
         const auto state = keptSound(frames, 44100.5);
         PropertyReader reader(state.value());
-        const auto read = readKeptSound(reader, "", 4);
+        const auto read = readKeptSound(reader, 4);
         EXPECT_EQ(read.value().frames, frames);
         EXPECT_EQ(read.value().sampleRate, 44100.5);
-        EXPECT_FALSE(readKeptSound(reader, "", 3));
+        EXPECT_FALSE(readKeptSound(reader, 3));
     }
 }
 

@@ -35,12 +35,15 @@ struct StreamSound : testing::Test {
 };
 
 TEST_F(StreamSound, LoadsTheLatestFileAskedForAndKeepsTheOldOneWhereItCannot) {
-    int ended = 0;
-    const auto path = write(folder / "shared/new.raw", 441);
-    player.loader.loadSamplePerform(write(folder / "old.raw", 50), [&](bool) { ended += 10; });
-    player.loader.loadSamplePerform(path, [&](bool loaded) { ended += loaded; });
+    std::vector<SampleReport> ended;
+    const auto path = write(folder / "shared/new.raw", 441), old = write(folder / "old.raw", 50);
+    for (const auto& asked : {old, path})
+        player.loader.loadSamplePerform(
+            asked, [&](const SampleReport& report) { ended.push_back(report); });
     player.finishWork();
-    EXPECT_EQ(ended, 1);
+    ASSERT_EQ(ended.size(), 2u);
+    EXPECT_TRUE(ended[0].end == SampleEnd::superseded && ended[0].asked == old);
+    EXPECT_TRUE(ended[1].end == SampleEnd::taken && ended[1].file == path);
     const SampleReference reference = stream.sampleReference();
     EXPECT_EQ(reference.relativePath, "new.raw");
     EXPECT_EQ(stream.fileInformation(), "new.raw, 0.010 s, 44100 Hz, mono, " + reference.format);
@@ -160,8 +163,11 @@ TEST_F(StreamSound, KeepsWhatAStateLacksOrSaysWrongAndTheNameOfAMissingFile) {
                                     {"ContentHash", "abc"},
                                     {"SampleRate", 44100.0}};
     player.restore({{"Pan_0", 1.0}, {"Density_0", "loud"}, {"Envelope_0", 99}});
+    EXPECT_EQ(player.report.end, SampleEnd::none);
     player.restore({{"Seed_0", 0}, {"Captured_0", captured}, {"Sample_0", sample}});
-    EXPECT_THAT(player.takeAlert(), HasSubstr("/none/lost.wav"));
+    EXPECT_EQ(player.report.end, SampleEnd::missing);
+    EXPECT_EQ(player.takeAlert(), player.report.problem);
+    EXPECT_THAT(player.report.problem, HasSubstr("/none/lost.wav"));
     PropertyDictionary after = player.state();
     EXPECT_EQ(after.at("Sample_0"), PropertyValue(sample));
     after.erase("Sample_0");

@@ -19,6 +19,10 @@ struct Player : TestStream {
     SampleLoader loader{instance, controller};
     LiveExport exporter{instance, controller};
 
+    /// Of the state restored last.
+    StateFindings findings;
+    SampleReport report;
+
     explicit Player(const TemporaryFolder& folder) { instance.folders.shared = folder / "shared"; }
     /// Until nothing is being read or written.
     void finishWork() {
@@ -37,8 +41,11 @@ struct Player : TestStream {
         return saved;
     }
     void restore(const PropertyDictionary& state) {
-        PropertyReader reader(state);
-        restoreStreamState(controller, loader, reader);
+        findings.clear();
+        report = {};
+        PropertyReader reader(state, findings);
+        restoreStreamState(controller, loader, reader,
+                           [this](const SampleReport& ended) { report = ended; });
         finishWork();
     }
     /// The message that was shown; empty for none.
