@@ -90,7 +90,7 @@ TEST(Soak, AnHourOfUseKeepsTimeMemoryAndLevel) {
     modulate(hosted);
     const double begin = hosted.instance.runLoop.now();
     std::mt19937 random(3);
-    double warm = 0;
+    [[maybe_unused]] double warm = 0; // bytes, once everything has begun
     for (int block = 1; block <= kBlocks; ++block) {
         if (block == kBlocks / 4) warm = residentBytes();
         use(hosted, random);
