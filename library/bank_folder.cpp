@@ -78,7 +78,8 @@ std::error_code moveFileAside(const fs::path& path) {
 
 } // namespace
 
-BankFolder::BankFolder(const Folders& folders) : folders_(folders) {}
+BankFolder::BankFolder(const Folders& folders, std::shared_ptr<BankCache> cache)
+    : folders_(folders), cache_(std::move(cache)) {}
 
 std::vector<ListedBank> BankFolder::list() const {
     std::set<std::string> users;
@@ -120,7 +121,7 @@ Result<Content> BankFolder::read(const std::string& name) {
         return kept.shown;
     }
     const fs::path path = locate(name);
-    return cache_.read(path.empty() ? shared(name) : path);
+    return cache_->read(path.empty() ? shared(name) : path);
 }
 
 Result<std::shared_ptr<const BankSummary>> BankFolder::summary(const std::string& name) {
@@ -131,7 +132,7 @@ Result<std::shared_ptr<const BankSummary>> BankFolder::summary(const std::string
         return std::make_shared<const BankSummary>(summarize(*shown.value()));
     }
     const fs::path path = locate(name);
-    return cache_.summary(path.empty() ? shared(name) : path);
+    return cache_->summary(path.empty() ? shared(name) : path);
 }
 
 void BankFolder::rebase(Unwritten& unwritten, const Content& base) {
@@ -156,11 +157,11 @@ BankFolder::Start BankFolder::startOf(const std::string& name, const Content& fa
             unwritten != unwritten_.end() ? !unwritten->second.isGuess : fallback != nullptr;
         if (isBaseKnown || !isFactory) return {missing, {}, {}};
     }
-    const auto onDisk = cache_.read(path);
+    const auto onDisk = cache_->read(path);
     if (onDisk) return {onDisk.value(), {}, {}};
-    if (cache_.isBroken(path)) return {missing, path, onDisk.message()};
+    if (cache_->isBroken(path)) return {missing, path, onDisk.message()};
     // It may be readable again in the next moment; until then what was known of it is shown.
-    const Content known = cache_.lastContent(path);
+    const Content known = cache_->lastContent(path);
     return {known ? known : missing, {}, onDisk.message()};
 }
 
@@ -225,7 +226,7 @@ std::string BankFolder::settle(const std::string& name, Unwritten next, std::str
     if (problem.empty()) {
         const auto written = writeBank(shared(name), *next.shown);
         if (written) {
-            cache_.remember(shared(name), next.shown);
+            cache_->remember(shared(name), next.shown);
             unwritten_.erase(name);
             return {};
         }
@@ -246,7 +247,7 @@ void BankFolder::retryAll() {
 
 Result<void> BankFolder::moveAside(const fs::path& path) {
     if (const std::error_code error = moveFileAside(path)) return failure(path, "renamed", error);
-    cache_.forget(path);
+    cache_->forget(path);
     return {};
 }
 
@@ -274,8 +275,8 @@ Result<bool> BankFolder::rename(const std::string& from, const std::string& to) 
     if (error && !isMissing) return failure(shared(from), "renamed", error);
     if (isMissing && !hasUnwritten(from)) return false;
     if (!error) static_cast<void>(skipBackupiCloudForItemAtURL_skip(shared(to), false));
-    cache_.forget(shared(from));
-    cache_.forget(shared(to));
+    cache_->forget(shared(from));
+    cache_->forget(shared(to));
     if (auto unwritten = unwritten_.extract(from)) {
         unwritten.key() = to;
         unwritten_.insert(std::move(unwritten));
@@ -291,7 +292,7 @@ Result<bool> BankFolder::remove(const std::string& name) {
     const std::error_code error = file_calls::remove(shared(name));
     const bool isMissing = error == std::errc::no_such_file_or_directory;
     if (error && !isMissing) return failure(shared(name), "removed", error);
-    cache_.forget(shared(name));
+    cache_->forget(shared(name));
     const bool wasUnwritten = unwritten_.erase(name) > 0;
     return !isMissing || wasUnwritten;
 }

@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -28,8 +29,12 @@ inline constexpr const char* kFactoryMarker = "***";
 /// replaces the file; so programs that change one bank at the same time lose nothing. MAIN.
 class BankFolder {
 public:
-    /// folders must outlive this.
-    explicit BankFolder(const Folders& folders);
+    /// folders must outlive this. cache may be shared with others of the same thread.
+    explicit BankFolder(const Folders& folders,
+                        std::shared_ptr<BankCache> cache = std::make_shared<BankCache>());
+
+    /// What others have read already takes the place of what this one has read. Never null.
+    void setCache(std::shared_ptr<BankCache> cache) { cache_ = std::move(cache); }
 
     const Folders& folders() const { return folders_; }
 
@@ -106,7 +111,7 @@ private:
     std::filesystem::path shared(const std::string& name) const { return folders_.shared / name; }
 
     const Folders& folders_;
-    BankCache cache_;
+    std::shared_ptr<BankCache> cache_;
     std::map<std::string, Unwritten> unwritten_;
 };
 

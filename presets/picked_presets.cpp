@@ -14,10 +14,10 @@ Result<PickedPresets> pickPresets(BankFolder& banks, std::string_view bank,
                                   std::string_view preset) {
     const auto name = findBank(banks, bank);
     if (!name) return Failure{name.message()};
+    const auto content = banks.read(name.value()); // first: it tells all else
+    if (!content) return Failure{content.message()};
     auto keys = findPresets(banks, name.value(), preset);
     if (!keys) return Failure{keys.message()};
-    const auto content = banks.read(name.value());
-    if (!content) return Failure{content.message()};
     for (const std::string& key : keys.value()) // another program may have changed the bank
         if (!recordOf(*content.value(), key))
             return Failure{quotedBank(name.value()) + " is being changed; try again"};

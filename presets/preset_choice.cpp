@@ -11,10 +11,10 @@ namespace zephyra {
 Result<std::vector<PresetChoice>> choosePresets(BankFolder& banks, const NamedPreset& named) {
     const Result<std::string> bank = findBank(banks, named.bank);
     if (!bank) return Failure{bank.message()};
+    const Result<BankCache::Content> content = banks.read(bank.value()); // first: it tells all else
+    if (!content) return Failure{content.message()};
     const Result<std::vector<std::string>> keys = findPresets(banks, bank.value(), named.preset);
     if (!keys) return Failure{keys.message()};
-    const Result<BankCache::Content> content = banks.read(bank.value());
-    if (!content) return Failure{content.message()};
 
     std::vector<PresetChoice> choices;
     for (const std::string& key : keys.value()) {

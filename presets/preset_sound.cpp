@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -25,30 +26,27 @@ PropertyDictionary soundKeys(const PropertyDictionary& record) {
     return state;
 }
 
-std::shared_ptr<mokSample> copyOf(const float* frames, std::size_t count, float rate) {
+std::shared_ptr<mokSample> copyOf(const std::vector<float>& frames, float rate) {
     auto sample = std::make_shared<mokSample>();
-    if (count == 0 || !sample->allocate(count, rate)) return nullptr;
-    std::copy_n(frames, count, sample->getPtr());
+    if (frames.empty() || !sample->allocate(frames.size(), rate)) return nullptr;
+    std::ranges::copy(frames, sample->getPtr());
     sample->writeGuardPoint();
     return sample;
 }
 
-std::shared_ptr<mokSample> currentSound(const MOK_SCRUB_GRANULATOR& stream) {
+std::shared_ptr<const mokSample> currentSound(const MOK_SCRUB_GRANULATOR& stream) {
     const WaveForm& wave = stream.waveForm();
-    const mokSample& current = *wave.mSample();
-    if (wave.isLiveCurrent()) {
-        const std::vector<float> heard = wave.heardFrames();
-        return copyOf(heard.data(), heard.size(), current.sampleRate);
-    }
-    if (!wave.hasFileSample()) return nullptr;
-    return copyOf(current.getPtr(), current.size, current.sampleRate);
+    if (wave.isLiveCurrent()) return copyOf(wave.heardFrames(), wave.mSample()->sampleRate);
+    return wave.hasFileSample() ? wave.fileSound() : nullptr;
 }
 
 } // namespace
 
-Result<PresetSound> findPresetSound(const PresetChoice& preset, const Folders& folders) {
+Result<PresetSound> findPresetSound(const PresetChoice& preset, const Folders& folders,
+                                    std::shared_ptr<FileFacts> files) {
     Instance instance;
     instance.folders = folders;
+    instance.fileFacts = std::move(files);
     instance.defaults.setValue("EmbedSeconds", 0.0); // it saves no state
     MOK_SCRUB_GRANULATOR stream(instance);
     SampleLoader loader(instance, stream);

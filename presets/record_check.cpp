@@ -69,6 +69,7 @@ public:
 private:
     std::vector<BankFinding> restore(const std::string& key, const PropertyDictionary& record) {
         Instance instance;
+        instance.fileFacts = files_;
         AudioUnitViewController controller(instance); // without folders: no bank is listed
         instance.folders = folders_;
         RestoreReport report;
@@ -98,6 +99,7 @@ private:
     Folders folders_;
     SampleFiles samples_;
     std::function<bool()> goOn_;
+    std::shared_ptr<FileFacts> files_ = std::make_shared<FileFacts>();
     PropertyValue lastFineSample_; // as long as none was met: a text, which no sample is
 };
 

@@ -33,16 +33,16 @@ std::size_t bytesOf(const PropertyDictionary& audio) {
 } // namespace
 
 /// Empty for a sound that every machine has.
-Result<PropertyDictionary> SoundEmbedding::audioOf(const PropertyDictionary& sample) const {
+Result<PropertyDictionary> SoundEmbedding::audioOf(const PropertyDictionary& sample) {
     const SampleReference reference = referenceIn(sample);
     const auto [loaded, report] =
-        readReferencedSample(reference, folders_, [this](double) { return goOn_(); });
+        readReferencedSample(reference, folders_, files_, [this](double) { return goOn_(); });
     if (!loaded) return Failure{loaded.message()};
     const auto& [sound, found] = loaded.value();
     if (report.isOtherSound) return Failure{found.path + " holds another sound now"};
     if (!isEmbeddable(*sound, SoundEmbedding::kMostSeconds))
         return Failure{found.path + " is longer than ten minutes; take the file along"};
-    const auto [embedded, problem] = embedSample(*sound, found, folders_.resources);
+    const auto [embedded, problem] = embedSample(*sound, found, folders_.resources, files_);
     if (!problem.empty()) return Failure{problem};
     return embedded->audio;
 }

@@ -3,6 +3,7 @@
 
 #include "platform/files/folders.h"
 #include "platform/lists/property_list.h"
+#include "platform/sound/file_facts.h"
 #include "platform/text/result.h"
 
 #include <cstddef>
@@ -40,10 +41,11 @@ private:
     };
     const Made& make(const PropertyDictionary& sample);
 
-    Result<PropertyDictionary> audioOf(const PropertyDictionary& sample) const;
+    Result<PropertyDictionary> audioOf(const PropertyDictionary& sample);
 
     Folders folders_;
     std::function<bool()> goOn_;
+    FileFacts files_;
     std::vector<Made> made_; // banks play one sound many times
     std::size_t bytes_ = 0;
     std::vector<std::string> notes_;

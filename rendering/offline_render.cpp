@@ -42,7 +42,8 @@ Failure memoryIsShort() {
 
 } // namespace
 
-OfflineRender::OfflineRender(RenderPlan plan, const Folders& folders, LogSink log)
+OfflineRender::OfflineRender(RenderPlan plan, const Folders& folders, const KnownFiles& known,
+                             LogSink log)
     : plan_(std::move(plan)), trace_(std::make_unique<GrainTrace>()),
       system_(plan_.host.type.value_or(component_type::instrument),
               [&](Instance& instance) {
@@ -50,11 +51,13 @@ OfflineRender::OfflineRender(RenderPlan plan, const Folders& folders, LogSink lo
                   instance.folders = folders;
                   instance.random.seed(plan_.seed);
                   instance.clock = plan_.clock;
+                  instance.fileFacts = known.sounds;
               }),
       motion_(instance_, controller_), host_(*system_.unit, instance_) {
     const auto block = static_cast<std::size_t>(plan_.blockFrames);
     for (std::vector<float>* samples : {&paddedLeft_, &paddedRight_, &left_, &right_})
         samples->resize(block);
+    controller_.presets.bankFolder().setCache(known.banks);
     host_.setMidiInlet(&system_.inlet);
 }
 

@@ -4,6 +4,7 @@
 #include "engine/grain_trace.h"
 #include "hosting/hosted_instance.h"
 #include "hosting/offline_host.h"
+#include "library/known_files.h"
 #include "platform/text/log.h"
 #include "platform/text/result.h"
 #include "rendering/render_motion.h"
@@ -22,8 +23,8 @@ namespace zephyra {
 
 /// What is played: a sample, a host's input, or both.
 struct RenderSource {
-    std::shared_ptr<mokSample> sample = {}; ///< null for an effect on its input alone
-    SampleReference reference = {};         ///< of sample
+    std::shared_ptr<const mokSample> sample = {}; ///< null for an effect on its input alone
+    SampleReference reference = {};               ///< of sample
     /// The host's input, of equal length; empty: none.
     std::vector<float> inputLeft = {}, inputRight = {};
 };
@@ -51,9 +52,10 @@ public:
     /// A failure of the consumer ends the render.
     using Consumer = std::function<Result<void>(const RenderedBlock&)>;
 
-    /// folders: where the store and samples are looked for. log gets what the instance reports,
-    /// standard error where it is empty.
-    OfflineRender(RenderPlan plan, const Folders& folders, LogSink log = {});
+    /// folders: where the store and samples are looked for. What known knows is not read again. log
+    /// gets what the instance reports, standard error where it is empty.
+    OfflineRender(RenderPlan plan, const Folders& folders, const KnownFiles& known = {},
+                  LogSink log = {});
     ~OfflineRender();
     OfflineRender(const OfflineRender&) = delete;
     OfflineRender& operator=(const OfflineRender&) = delete;

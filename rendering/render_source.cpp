@@ -21,11 +21,11 @@ SoundFileInfo infoOf(const SampleReference& reference) {
 using Progress = std::function<bool(double share)>;
 
 Result<LoadedSample> readSampleFile(const std::filesystem::path& path, const Folders& folders,
-                                    const Progress& progress) {
+                                    FileFacts& files, const Progress& progress) {
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
     // A saved state names the sample and is used from other folders too.
-    return readSample(error ? path : absolute, folders.shared, progress);
+    return readSample(error ? path : absolute, folders.shared, files, progress);
 }
 
 /// The first two channels into the host's input.
@@ -52,22 +52,23 @@ std::span<const float> ReadSource::shownSamples() const {
 }
 
 Result<ReadSource> readRenderSource(const RenderRequest& request, const Folders& folders,
+                                    const std::shared_ptr<FileFacts>& files,
                                     const Progress& progress) {
     ReadSource read;
-    const auto take = [&](std::shared_ptr<mokSample> sample, SampleReference reference) {
+    const auto take = [&](std::shared_ptr<const mokSample> sample, SampleReference reference) {
         read.sample = read.source.sample = std::move(sample);
         read.source.reference = std::move(reference);
         read.shown = infoOf(read.source.reference);
         read.sampleFile = read.source.reference.path;
     };
     const auto takeSample = [&](const std::filesystem::path& path) -> Result<void> {
-        auto loaded = readSampleFile(path, folders, progress);
+        auto loaded = readSampleFile(path, folders, *files, progress);
         if (!loaded) return Failure{loaded.message()};
         take(std::move(loaded.value().sound), std::move(loaded.value().reference));
         return {};
     };
     const auto takePresetSound = [&]() -> Result<void> {
-        auto sound = findPresetSound(*request.preset, folders);
+        auto sound = findPresetSound(*request.preset, folders, files);
         if (!sound) return Failure{sound.message()};
         take(std::move(sound.value().sample), std::move(sound.value().reference));
         read.notice = otherSoundLine(sound.value().report); // the rest is told by who restores it

@@ -19,10 +19,10 @@ namespace zephyra {
 /// What was read.
 struct ReadSource {
     RenderSource source;
-    SoundFileInfo input;               ///< of INPUT
-    SoundFileInfo shown;               ///< of the sound that grains are cut from
-    std::shared_ptr<mokSample> sample; ///< that sound, when it is a sample
-    std::filesystem::path sampleFile;  ///< where it stands, if it came from a file
+    SoundFileInfo input;                     ///< of INPUT
+    SoundFileInfo shown;                     ///< of the sound that grains are cut from
+    std::shared_ptr<const mokSample> sample; ///< that sound, when it is a sample
+    std::filesystem::path sampleFile;        ///< where it stands, if it came from a file
     std::vector<float> heard; ///< that sound, when it is the input: the mean of its channels
     std::string notice;       ///< of a file that holds another sound than the preset was made with
     std::span<const float> shownSamples() const;
@@ -32,8 +32,10 @@ struct ReadSource {
 /// channels, as a host feeds it; of more than two channels the first two), and an effect's sample.
 /// A preset's sample is read where nothing else takes its place, and counts as INPUT without one.
 /// progress is called with the share of a file that is read, 0 to 1, from 0 again for the next
-/// file; a false answer ends the reading with a failure. MAIN.
+/// file; a false answer ends the reading with a failure. files as
+/// for findPresetSound. MAIN.
 Result<ReadSource> readRenderSource(const RenderRequest& request, const Folders& folders,
+                                    const std::shared_ptr<FileFacts>& files,
                                     const std::function<bool(double share)>& progress);
 
 } // namespace zephyra

@@ -1,7 +1,6 @@
 #include "stream/embedded_sample.h"
 
 #include "controls/state_keys.h"
-#include "platform/files/content_hash.h"
 #include "platform/files/folder_entries.h"
 #include "stream/kept_sound.h"
 #include "stream/normalized_sample.h"
@@ -18,12 +17,16 @@ namespace {
 constexpr const char* kSetting = "EmbedSeconds";
 constexpr double kUsualSeconds = 60.0;
 
-bool cameWithProgram(const SampleReference& reference, const std::filesystem::path& resources) {
+bool cameWithProgram(const SampleReference& reference, const std::filesystem::path& resources,
+                     FileFacts& files) {
     if (resources.empty() || reference.contentHash.empty()) return false;
+    const std::filesystem::path own(reference.path);
+    if (own.parent_path() == resources && files.knownHash(own) == reference.contentHash)
+        return true;
     return std::ranges::any_of(folderEntries(resources), [&](const std::string& name) {
         if (extensionOf(name) != extensionOf(reference.path)) return false;
-        const auto hash = contentHashOfFile(resources / name);
-        return hash && hash.value() == reference.contentHash;
+        const auto hashed = files.contentHash(resources / name);
+        return hashed && hashed.value().hash == reference.contentHash;
     });
 }
 
@@ -62,9 +65,9 @@ bool isEmbeddable(const mokSample& sound, double seconds) noexcept {
 }
 
 EncodedSample embedSample(const mokSample& sound, const SampleReference& reference,
-                          const std::filesystem::path& resources) {
+                          const std::filesystem::path& resources, FileFacts& files) {
     auto embedded = std::make_shared<EmbeddedSample>();
-    if (cameWithProgram(reference, resources)) return {embedded, {}};
+    if (cameWithProgram(reference, resources, files)) return {embedded, {}};
     auto audio = encoded(sound, framesOf(sound, reference));
     if (!audio)
         return {embedded, reference.path + " does not go along with the state: " + audio.message() +

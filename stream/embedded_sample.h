@@ -3,6 +3,7 @@
 
 #include "engine/sample_buffer.h"
 #include "platform/lists/state_finding.h"
+#include "platform/sound/file_facts.h"
 #include "platform/user_defaults.h"
 #include "stream/sample_reference.h"
 
@@ -37,7 +38,7 @@ struct EncodedSample {
 /// file came with the program (the resource folder has its content) or it cannot be encoded. MAIN
 /// or WORKER.
 EncodedSample embedSample(const mokSample& sound, const SampleReference& reference,
-                          const std::filesystem::path& resources);
+                          const std::filesystem::path& resources, FileFacts& files);
 
 /// The sound again. Null, after a finding, for one that is damaged, is not whole, or cannot be
 /// played. where: the path of the dictionary that holds "Audio". MAIN or WORKER.

@@ -79,7 +79,7 @@ void WaveForm::tellReplaced() {
 
 // --- The file sample ---
 
-bool WaveForm::setFileSample(std::shared_ptr<mokSample> sound, std::optional<float> peak) {
+bool WaveForm::setFileSample(std::shared_ptr<const mokSample> sound, std::optional<float> peak) {
     const float soundPeak = sound->getPeak();
     auto played = peak ? normalizedCopy(sound, soundPeak, *peak) : sound;
     if (!played) return false;
@@ -98,7 +98,7 @@ bool WaveForm::normalizeBufferWithValue(std::optional<float> peak) {
     return true;
 }
 
-void WaveForm::swapFile(std::shared_ptr<mokSample> next) {
+void WaveForm::swapFile(std::shared_ptr<const mokSample> next) {
     if (next == file_) return;
     next.swap(file_);
     if (!liveIsCurrent_) tellReplaced();

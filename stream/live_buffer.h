@@ -58,15 +58,15 @@ public:
 
     // --- The file sample ---
 
-    /// Takes sound (never null, not to be changed any more), scaled to that peak if there is one.
+    /// Takes sound (never null), scaled to that peak if there is one.
     /// False, and nothing changed, when memory is short.
-    bool setFileSample(std::shared_ptr<mokSample> sound, std::optional<float> peak);
+    bool setFileSample(std::shared_ptr<const mokSample> sound, std::optional<float> peak);
     /// Scales the sound, as it was loaded, to another peak; nothing plays it as it is. False, and
     /// nothing changed, when memory is short.
     bool normalizeBufferWithValue(std::optional<float> peak);
     /// Whether setFileSample ever took a sound.
     bool hasFileSample() const noexcept { return hasFile_; }
-    /// The sound as it was loaded, silence before; never null, not to be changed.
+    /// The sound as it was loaded, silence before; never null.
     std::shared_ptr<const mokSample> fileSound() const noexcept { return original_; }
 
     // --- The live sample ---
@@ -139,7 +139,7 @@ private:
     friend void drawLiveWaveForm(WaveForm* waveform, int frames,
                                  const AudioBufferList& input) ZEPHYRA_NONBLOCKING;
     void swapLive(std::shared_ptr<LiveSample> next);
-    void swapFile(std::shared_ptr<mokSample> next);
+    void swapFile(std::shared_ptr<const mokSample> next);
     void tellReplaced();
     void showLive();
     void requestRedraw() ZEPHYRA_NONBLOCKING { redraw_.store(true, std::memory_order_relaxed); }
@@ -151,8 +151,8 @@ private:
     Log& log_;
     Retirement& retirement_;
     waveform_data data_;
-    std::shared_ptr<mokSample> original_; // the file's sound as it was loaded
-    std::shared_ptr<mokSample> file_;     // as it plays; may be the original itself
+    std::shared_ptr<const mokSample> original_; // the file's sound as it was loaded
+    std::shared_ptr<const mokSample> file_;     // as it plays; may be the original itself
     float originalPeak_ = 0.0f;
     bool hasFile_ = false;
     std::shared_ptr<LiveSample> live_; // what data_.mSample points at

@@ -17,8 +17,8 @@ bool isPlayable(const mokSample& sound) noexcept {
            isPlayable({sound.getPtr(), static_cast<std::size_t>(sound.size)});
 }
 
-std::shared_ptr<mokSample> normalizedCopy(const std::shared_ptr<mokSample>& sound, float peak,
-                                          float wanted) noexcept {
+std::shared_ptr<const mokSample> normalizedCopy(const std::shared_ptr<const mokSample>& sound,
+                                                float peak, float wanted) noexcept {
     const float gain = wanted / peak;
     if (!std::isfinite(gain) || gain == 1.0f) return sound; // silence has nothing to scale
     try {

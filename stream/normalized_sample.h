@@ -19,7 +19,7 @@ bool isPlayable(const mokSample& sound) noexcept;
 
 /// sound with a peak of wanted instead of peak: itself where nothing is to be scaled or no finite
 /// gain gets there, else a copy; null when memory is short. Any thread but RENDER.
-std::shared_ptr<mokSample> normalizedCopy(const std::shared_ptr<mokSample>& sound, float peak,
-                                          float wanted) noexcept;
+std::shared_ptr<const mokSample> normalizedCopy(const std::shared_ptr<const mokSample>& sound,
+                                                float peak, float wanted) noexcept;
 
 } // namespace zephyra

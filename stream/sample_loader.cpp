@@ -19,13 +19,26 @@ void SampleLoader::loadSamplePerform(const std::filesystem::path& path, Ended en
 }
 
 void SampleLoader::loadReference(const SampleReference& reference, SoundUse use, Ended ended) {
+    const LoadedSample atHand = loadedBefore();
     stream_.setSampleReference(reference);
     start(
         reference.path,
-        [reference, folders = instance_.folders](const auto& progress) {
-            return readReferencedSample(reference, folders, progress);
+        [reference, atHand, folders = instance_.folders,
+         files = instance_.fileFacts](const auto& progress) {
+            return readReferencedSample(reference, folders, *files, progress, atHand);
         },
         {.use = use, .named = reference}, std::move(ended));
+}
+
+/// What the stream was given last, as long as it has that: a state names its sound before the sound
+/// is there.
+LoadedSample SampleLoader::loadedBefore() {
+    const auto sound = stream_.waveForm().fileSound();
+    if (stream_.sampleReference().frames > 0) {
+        lastSound_ = sound;
+        lastReference_ = stream_.sampleReference();
+    }
+    return lastSound_.lock() == sound ? LoadedSample{sound, lastReference_} : LoadedSample();
 }
 
 void SampleLoader::readFile(const std::filesystem::path& path, Order order, Ended ended) {
@@ -36,8 +49,9 @@ void SampleLoader::readFile(const std::filesystem::path& path, Order order, Ende
     start(
         path,
         [path = error ? path : absolute, unknown = std::move(unknown),
-         shared = instance_.folders.shared](const auto& progress) {
-            FoundSound found{readSample(path, shared, progress), {.asked = path, .file = path}};
+         shared = instance_.folders.shared, files = instance_.fileFacts](const auto& progress) {
+            FoundSound found{readSample(path, shared, *files, progress),
+                             {.asked = path, .file = path}};
             if (!found.loaded) return found;
             found.loaded.value().reference.unknown = unknown;
             found.report.road = SampleRoad::path;
@@ -55,7 +69,7 @@ void SampleLoader::start(const std::filesystem::path& asked, Read read, Order or
     order.liveStarts = stream_.liveStarts();
     *progress_ = 0.0;
     worker_.start([this, read = std::move(read), order = std::move(order), progress = progress_,
-                   resources = instance_.folders.resources,
+                   resources = instance_.folders.resources, files = instance_.fileFacts,
                    seconds = embedSeconds(instance_.defaults)](const Worker::Cancelled& cancelled) {
         *progress = 0.0; // a job that was cancelled may have set it since
         auto found = std::make_shared<FoundSound>(read([&cancelled, &progress](double share) {
@@ -66,7 +80,7 @@ void SampleLoader::start(const std::filesystem::path& asked, Read read, Order or
         if (found->loaded && !cancelled) {
             auto& [sound, reference] = found->loaded.value();
             if (!reference.embedded && isEmbeddable(*sound, seconds)) {
-                auto [embedded, problem] = embedSample(*sound, reference, resources);
+                auto [embedded, problem] = embedSample(*sound, reference, resources, *files);
                 reference.embedded = std::move(embedded);
                 found->report.notEmbedded = std::move(problem);
             }

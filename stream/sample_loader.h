@@ -58,6 +58,7 @@ private:
     /// WORKER; progress also tells whether the sound is still wanted.
     using Read = std::function<FoundSound(const std::function<bool(double)>& progress)>;
 
+    LoadedSample loadedBefore();
     void readFile(const std::filesystem::path& path, Order order, Ended ended = {});
     void start(const std::filesystem::path& asked, Read read, Order order, Ended ended);
     void finish(const Order& order, FoundSound& found);
@@ -72,9 +73,11 @@ private:
     MOK_SCRUB_GRANULATOR& stream_;
     std::shared_ptr<Relaxed<double>> progress_; // the running job keeps it too
     std::uint64_t requests_ = 0;
-    std::filesystem::path asked_;  // what the load that runs was asked for
-    Ended ended_;                  // and who hears of its end
-    std::optional<Order> missing_; // the last load, when a state's sound was not found
+    std::weak_ptr<const mokSample> lastSound_; // the stream's, when another was last asked for
+    SampleReference lastReference_;            // of that
+    std::filesystem::path asked_;              // what the load that runs was asked for
+    Ended ended_;                              // and who hears of its end
+    std::optional<Order> missing_;             // the last load, when a state's sound was not found
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true); // an alert may outlive us
     Worker worker_; // last: its thread ends before what it uses
 };

@@ -1,6 +1,5 @@
 #include "stream/sample_reading.h"
 
-#include "platform/files/content_hash.h"
 #include "platform/sound/sound_file.h"
 #include "platform/text/one_line.h"
 #include "stream/embedded_sample.h"
@@ -20,13 +19,62 @@ Failure isMissing(const SampleReference& reference) {
             "the shared folder, is needed"};
 }
 
-/// A file that is there for the reference.
-Result<LoadedSample> readFound(const SampleReference& reference, const std::filesystem::path& path,
-                               const Folders& folders,
-                               const std::function<bool(double)>& progress) {
-    Result<LoadedSample> loaded = readSample(path, folders.shared, progress);
-    if (loaded) loaded.value().reference.unknown = reference.unknown;
-    return loaded;
+/// Whether atHand may be what the file at path holds, which its hash tells.
+bool isOf(const LoadedSample& atHand, const std::filesystem::path& path) {
+    const SampleReference& reference = atHand.reference;
+    if (!atHand.sound || reference.frames == 0 || reference.path != path.string()) return false;
+    if (reference.embedded && reference.embedded->isOnlyCopy) return false; // it came from a state
+    return static_cast<float>(reference.sampleRate) == atHand.sound->sampleRate;
+}
+
+LoadedSample again(LoadedSample atHand, const std::filesystem::path& shared) {
+    atHand.reference.relativePath = pathBelow(atHand.reference.path, shared);
+    atHand.reference.unknown.clear();
+    // Nothing went along with it, for a reason that is to be told again.
+    if (atHand.reference.embedded && atHand.reference.embedded->audio.empty())
+        atHand.reference.embedded = nullptr;
+    return atHand;
+}
+
+LoadedSample sampleOf(const SoundFile& file, const std::filesystem::path& path,
+                      const std::filesystem::path& shared, std::string hash) {
+    auto sound = std::make_shared<mokSample>();
+    if (!sound->allocate(file.samples.size(), static_cast<float>(file.info.sampleRate)))
+        throw std::bad_alloc();
+    std::copy(file.samples.begin(), file.samples.end(), sound->getPtr());
+    sound->writeGuardPoint();
+    return {std::move(sound),
+            {.path = path.string(),
+             .relativePath = pathBelow(path, shared),
+             .contentHash = std::move(hash),
+             .sampleRate = file.info.sampleRate,
+             .format = file.info.format,
+             .frames = file.info.frames,
+             .channels = file.info.channels}};
+}
+
+/// The sound of a file that stands open.
+Result<LoadedSample> readOpen(FileBytes& file, const std::filesystem::path& shared,
+                              FileFacts& files, const std::function<bool(double)>& progress,
+                              const LoadedSample& atHand) {
+    if (isOf(atHand, file.path())) {
+        static_cast<void>(file.load()); // to be hashed and, if it is another sound, decoded
+        const auto now =
+            files.contentHash(file, [&progress] { return !progress || progress(0.0); });
+        if (now && now.value() == atHand.reference.contentHash) return again(atHand, shared);
+    }
+    const Result<SoundFile> read = readSoundFile(file, {.progress = progress});
+    if (!read) return Failure{read.message()};
+    Result<std::string> hashed =
+        files.contentHash(file, [&progress] { return !progress || progress(1.0); });
+    if (!hashed) return Failure{hashed.message()};
+    try {
+        return sampleOf(read.value(), file.path(), shared, std::move(hashed.value()));
+    } catch (const std::bad_alloc&) {
+        return Failure{onOneLine(file.path().string()) +
+                       " does not fit into the memory that is free; free some, or take a shorter "
+                       "sound"};
+    }
 }
 
 /// Null when there is no copy or, after a finding, none that can be played.
@@ -45,43 +93,30 @@ LoadedSample fromState(SampleReference reference, std::shared_ptr<mokSample> sou
 } // namespace
 
 Result<LoadedSample> readSample(const std::filesystem::path& path,
-                                const std::filesystem::path& shared,
-                                const std::function<bool(double)>& progress) {
-    Result<SoundFile> read = readSoundFile(path, {.progress = progress});
-    if (!read) return Failure{read.message()};
-    const SoundFile& file = read.value();
-    Result<std::string> hash =
-        contentHashOfFile(path, [&progress] { return !progress || progress(1.0); });
-    if (!hash) return Failure{hash.message()};
-    try {
-        LoadedSample loaded{std::make_shared<mokSample>(), {}};
-        if (!loaded.sound->allocate(file.samples.size(), static_cast<float>(file.info.sampleRate)))
-            throw std::bad_alloc();
-        std::copy(file.samples.begin(), file.samples.end(), loaded.sound->getPtr());
-        loaded.sound->writeGuardPoint();
-        loaded.reference = {.path = path.string(),
-                            .relativePath = pathBelow(path, shared),
-                            .contentHash = hash.value(),
-                            .sampleRate = file.info.sampleRate,
-                            .format = file.info.format,
-                            .frames = file.info.frames,
-                            .channels = file.info.channels};
-        return loaded;
-    } catch (const std::bad_alloc&) {
-        return Failure{onOneLine(path.string()) + " does not fit into the memory that is free; " +
-                       "free some, or take a shorter sound"};
-    }
+                                const std::filesystem::path& shared, FileFacts& files,
+                                const std::function<bool(double)>& progress,
+                                const LoadedSample& atHand) {
+    if (isOf(atHand, path) && files.knownHash(path) == atHand.reference.contentHash)
+        return again(atHand, shared);
+    auto file = openSoundFile(path);
+    if (!file) return Failure{file.message()};
+    return readOpen(file.value(), shared, files, progress, atHand);
 }
 
 FoundSound readReferencedSample(const SampleReference& reference, const Folders& folders,
-                                const std::function<bool(double)>& progress) {
+                                FileFacts& files, const std::function<bool(double)>& progress,
+                                const LoadedSample& atHand) {
     const auto wanted = [&progress] { return !progress || progress(0.0); };
-    const FoundSample found = findSample(reference, folders, wanted);
+    FoundSample found = findSample(reference, folders, files, wanted);
     FoundSound sound{isMissing(reference), {.asked = reference.path, .file = found.path}};
     SampleReport& report = sound.report;
     const auto read = [&] {
-        sound.loaded = readFound(reference, found.path, folders, progress);
-        if (sound.loaded) report.road = found.road;
+        sound.loaded = found.bytes
+                           ? readOpen(*found.bytes, folders.shared, files, progress, atHand)
+                           : readSample(found.path, folders.shared, files, progress, atHand);
+        if (!sound.loaded) return;
+        sound.loaded.value().reference.unknown = reference.unknown;
+        report.road = found.road;
     };
     if (found.hasContent) read();
     if (sound.loaded || !wanted()) return sound;

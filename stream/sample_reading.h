@@ -3,6 +3,7 @@
 
 #include "engine/sample_buffer.h"
 #include "platform/files/folders.h"
+#include "platform/sound/file_facts.h"
 #include "platform/text/result.h"
 #include "stream/sample_reference.h"
 #include "stream/sample_report.h"
@@ -13,18 +14,19 @@
 
 namespace zephyra {
 
-class Log;
-
 struct LoadedSample {
-    std::shared_ptr<mokSample> sound; ///< mono
-    SampleReference reference;
+    std::shared_ptr<const mokSample> sound = {}; ///< mono
+    SampleReference reference = {};
 };
 
-/// shared: the folder that paths are also kept relative to. progress as for readSoundFile. Fails
-/// with one line that names the file. MAIN or WORKER.
+/// shared: the folder that paths are also kept relative to. progress as for readSoundFile. atHand,
+/// a sound that was read before, is the answer if the file still holds it: then nothing is decoded,
+/// and where files knows the file, nothing is read. Fails with one line that names the file. MAIN
+/// or WORKER.
 Result<LoadedSample> readSample(const std::filesystem::path& path,
-                                const std::filesystem::path& shared,
-                                const std::function<bool(double)>& progress = {});
+                                const std::filesystem::path& shared, FileFacts& files,
+                                const std::function<bool(double)>& progress = {},
+                                const LoadedSample& atHand = {});
 
 struct FoundSound {
     Result<LoadedSample> loaded; ///< fails with one line that names the file
@@ -33,8 +35,9 @@ struct FoundSound {
 
 /// What the reference of a state means: a file with its content wherever that was moved to
 /// (findSample), else the embedded copy, under the reference as it is, else a file of its name that
-/// holds another sound now. MAIN or WORKER.
+/// holds another sound now. The rest is as for readSample. MAIN or WORKER.
 FoundSound readReferencedSample(const SampleReference& reference, const Folders& folders,
-                                const std::function<bool(double)>& progress = {});
+                                FileFacts& files, const std::function<bool(double)>& progress = {},
+                                const LoadedSample& atHand = {});
 
 } // namespace zephyra

@@ -1,11 +1,11 @@
 #include "stream/sample_search.h"
 
-#include "platform/files/content_hash.h"
 #include "platform/files/folder_entries.h"
 #include "platform/sound/sound_file.h"
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -26,15 +26,18 @@ bool isBelow(const Path& path) {
     return normal.has_filename() && normal.is_relative() && *normal.begin() != "..";
 }
 
-bool hasContent(const Path& path, const std::string& hash, const Wanted& wanted) {
-    const Result<std::string> found = contentHashOfFile(path, wanted);
-    return found && found.value() == hash;
-}
-
 struct NamedFile {
     Path path;
     SampleRoad road;
 };
+
+/// The file, if it has that content.
+std::optional<FoundSample> foundAt(const NamedFile& file, const std::string& hash, FileFacts& files,
+                                   const Wanted& wanted) {
+    auto hashed = files.contentHash(file.path, wanted);
+    if (!hashed || hashed.value().hash != hash) return std::nullopt;
+    return FoundSample{file.path, true, file.road, std::move(hashed.value().bytes)};
+}
 
 /// Every file that the reference may mean by its name, the likeliest first.
 std::vector<NamedFile> namedFiles(const SampleReference& reference, const Folders& folders) {
@@ -67,19 +70,21 @@ std::string relativeTo(const Path& folder, const Path& path) {
 
 } // namespace
 
-FoundSample findSample(const SampleReference& reference, const Folders& folders,
+FoundSample findSample(const SampleReference& reference, const Folders& folders, FileFacts& files,
                        const Wanted& wanted) {
     const std::vector<NamedFile> named = namedFiles(reference, folders);
     const std::string& hash = reference.contentHash;
     if (!hash.empty()) {
-        for (const auto& [file, road] : named)
-            if (hasContent(file, hash, wanted)) return {file, true, road};
+        for (const NamedFile& file : named)
+            if (auto found = foundAt(file, hash, files, wanted)) return std::move(*found);
         for (const std::string& name : folderEntries(folders.shared))
-            if (isCandidate(name, reference) && hasContent(folders.shared / name, hash, wanted))
-                return {folders.shared / name, true, SampleRoad::content};
+            if (isCandidate(name, reference))
+                if (auto found =
+                        foundAt({folders.shared / name, SampleRoad::content}, hash, files, wanted))
+                    return std::move(*found);
     }
     if (named.empty()) return {};
-    return {named.front().path, hash.empty(), named.front().road};
+    return {named.front().path, hash.empty(), named.front().road, {}};
 }
 
 std::string pathBelow(const Path& path, const Path& folder) {

@@ -41,7 +41,8 @@ const PropertyDictionary* embeddedAudio(MOK_SCRUB_GRANULATOR& stream) {
             return nullptr;
         if (!reference.embedded) {
             SampleReference encoded = reference;
-            auto [embedded, problem] = embedSample(*sound, reference, instance.folders.resources);
+            auto [embedded, problem] =
+                embedSample(*sound, reference, instance.folders.resources, *instance.fileFacts);
             if (!problem.empty()) instance.log.write(problem);
             encoded.embedded = std::move(embedded);
             stream.setSampleReference(std::move(encoded));

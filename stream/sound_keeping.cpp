@@ -33,9 +33,12 @@ Result<void> writeFrames(const fs::path& path, const mokSample& sound, std::uint
 
 /// The reference of the file that was just written.
 Result<SampleReference> referenceTo(const fs::path& path, const fs::path& shared) {
-    const auto info = readSoundFileInfo(path);
+    auto file = openSoundFile(path);
+    if (!file) return Failure{file.message()};
+    static_cast<void>(file.value().load()); // what cannot be loaded is read piece by piece
+    const auto info = readSoundFileInfo(file.value());
     if (!info) return Failure{info.message()};
-    const auto hash = contentHashOfFile(path);
+    const auto hash = contentHash(file.value());
     if (!hash) return Failure{hash.message()};
     return SampleReference{.path = path.string(),
                            .relativePath = pathBelow(path, shared),

@@ -204,7 +204,7 @@ public:
     /// Plays a file's sound from the next block on; LIVE goes off. sound is kept as it is:
     /// Normalize plays a scaled copy once it has been touched. False, and nothing changed, for
     /// null, a sound that is not playable (see normalized_sample.h), and when memory is short.
-    bool loadSound(std::shared_ptr<mokSample> sound, SampleReference reference = {},
+    bool loadSound(std::shared_ptr<const mokSample> sound, SampleReference reference = {},
                    SoundUse use = SoundUse::play);
     /// What is loaded from a file; an empty path when nothing is. Live input leaves it as it was.
     const SampleReference& sampleReference() const { return reference_; }

@@ -16,8 +16,8 @@ void MOK_SCRUB_GRANULATOR::handToEngine(const mokSample* sample) {
     ui_setJittering(&controls._jitter);
 }
 
-bool MOK_SCRUB_GRANULATOR::loadSound(std::shared_ptr<mokSample> sound, SampleReference reference,
-                                     SoundUse use) {
+bool MOK_SCRUB_GRANULATOR::loadSound(std::shared_ptr<const mokSample> sound,
+                                     SampleReference reference, SoundUse use) {
     if (!sound || !isPlayable(*sound)) return false;
     if (reference.frames == 0) reference.frames = sound->size;
     if (!waveForm_.setFileSample(std::move(sound), filePeak())) return false;

@@ -13,11 +13,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-Result<std::vector<std::optional<PresetChoice>>> presetsOf(const RenderOptions& options,
-                                                           const Folders& folders) {
+Result<std::vector<std::optional<PresetChoice>>>
+presetsOf(const RenderOptions& options, const Folders& folders, const KnownFiles& known) {
     std::vector<std::optional<PresetChoice>> all;
     if (options.played) {
-        BankFolder banks(folders);
+        BankFolder banks(folders, known.banks);
         Result<std::vector<PresetChoice>> chosen = choosePresets(banks, *options.played);
         if (!chosen) return Failure{chosen.message()};
         all.assign(std::make_move_iterator(chosen.value().begin()),
@@ -70,9 +70,9 @@ const RenderEnd* commonFailure(const std::vector<BatchJob>& jobs) {
 }
 
 Result<std::vector<BatchJob>> planBatch(const RenderOptions& options, const Folders& folders,
-                                        ExitCode& code) {
+                                        const KnownFiles& known, ExitCode& code) {
     code = ExitCode::failure;
-    const auto chosen = presetsOf(options, folders);
+    const auto chosen = presetsOf(options, folders, known);
     if (!chosen) return Failure{chosen.message()};
     code = ExitCode::wrongUsage;
     std::vector<fs::path> inputs = options.inputs;

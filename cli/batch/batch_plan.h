@@ -25,7 +25,7 @@ inline constexpr const char* kContactSheet = "contact-sheet"; // .png
 /// A job for every INPUT and every preset, in that order; neither replaces a file that another
 /// reads. Fails with what holds for all of them; code then tells how to end.
 Result<std::vector<BatchJob>> planBatch(const RenderOptions& options, const Folders& folders,
-                                        ExitCode& code);
+                                        const KnownFiles& known, ExitCode& code);
 
 /// What all of jobs ended with, where all failed for the same reason; null else.
 const RenderEnd* commonFailure(const std::vector<BatchJob>& jobs);

@@ -23,11 +23,12 @@ namespace {
 // What a child says of its render.
 constexpr char kMessage = 'm', kLine = 'l', kLevels = 'v', kJson = 'j', kNotice = 'n';
 
-int renderInChild(const BatchJob& job, const Folders& folders, JobLine& line) {
+int renderInChild(const BatchJob& job, const Folders& folders, const KnownFiles& known,
+                  JobLine& line) {
     RenderEnd end;
     try {
         end = renderFile(
-            *job.request, folders, ProgressBar::Shown::never,
+            *job.request, folders, known, ProgressBar::Shown::never,
             [&line](double share) { line.share(share); },
             [&line](std::string_view text) { line.say(kNotice, text); });
     } catch (const std::bad_alloc&) {
@@ -59,7 +60,8 @@ void close(BatchJob& job, const JobEnd& end) {
 }
 
 /// Those whose request is right; false when the user wants no more.
-bool renderJobs(std::vector<BatchJob>& jobs, const Folders& folders, ProgressBar::Shown shown) {
+bool renderJobs(std::vector<BatchJob>& jobs, const Folders& folders, const KnownFiles& known,
+                ProgressBar::Shown shown) {
     std::vector<BatchJob*> ready;
     for (BatchJob& job : jobs)
         if (job.request) ready.push_back(&job);
@@ -71,7 +73,9 @@ bool renderJobs(std::vector<BatchJob>& jobs, const Folders& folders, ProgressBar
         .ended = [&](std::size_t i, const JobEnd& end) { close(*ready[i], end); }};
     return runJobs(
         ready.size(), processorCount(),
-        [&](std::size_t i, JobLine& line) { return renderInChild(*ready[i], folders, line); },
+        [&](std::size_t i, JobLine& line) {
+            return renderInChild(*ready[i], folders, known, line);
+        },
         events, [] { return interrupted(); });
 }
 
@@ -113,15 +117,17 @@ bool isWritten(const BatchJob& job) {
 } // namespace
 
 ExitCode runBatchRender(const Folders& folders, const RenderOptions& options) {
+    const KnownFiles known; // the processes of the jobs begin with it
     ExitCode code = ExitCode::failure;
-    Result<std::vector<BatchJob>> planned = planBatch(options, folders, code);
+    Result<std::vector<BatchJob>> planned = planBatch(options, folders, known, code);
     if (!planned) return endWith(code, planned.message());
     std::vector<BatchJob>& jobs = planned.value();
     if (const auto made = makeFolder(*options.outDir); !made)
         return endWith(ExitCode::failure, made.message());
 
-    const bool all = renderJobs(
-        jobs, folders, options.quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal);
+    const bool all =
+        renderJobs(jobs, folders, known,
+                   options.quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal);
     const auto written = std::count_if(jobs.begin(), jobs.end(), isWritten);
     if (!all)
         return endWith(ExitCode::failure, "interrupted; " + std::to_string(written) + " of " +

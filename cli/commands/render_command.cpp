@@ -14,9 +14,9 @@ namespace {
 
 /// The one preset that was asked for; none where none was.
 Result<std::optional<PresetChoice>> choosePreset(const std::optional<NamedPreset>& played,
-                                                 const Folders& folders) {
+                                                 const Folders& folders, const KnownFiles& known) {
     if (!played) return std::optional<PresetChoice>();
-    BankFolder banks(folders);
+    BankFolder banks(folders, known.banks);
     Result<std::vector<PresetChoice>> chosen = choosePresets(banks, *played);
     if (!chosen) return Failure{chosen.message()};
     return std::optional(std::move(chosen.value().front()));
@@ -41,7 +41,8 @@ ExitCode tell(const RenderOptions& options, const RenderEnd& end) {
 
 ExitCode runRender(const CommandContext& context, const RenderOptions& options) {
     if (options.outDir) return runBatchRender(context.folders, options);
-    auto preset = choosePreset(options.played, context.folders);
+    const KnownFiles known;
+    auto preset = choosePreset(options.played, context.folders, known);
     if (!preset) return endWith(ExitCode::failure, preset.message());
     RenderRequest request = options.request;
     request.preset = std::move(preset.value());
@@ -50,7 +51,7 @@ ExitCode runRender(const CommandContext& context, const RenderOptions& options) 
     if (const Complaint wrong = checkRequest(request, context.folders))
         return endWith(ExitCode::wrongUsage, wrong->message);
     const auto shown = options.quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal;
-    return tell(options, renderFile(request, context.folders, shown));
+    return tell(options, renderFile(request, context.folders, known, shown));
 }
 
 } // namespace zephyra

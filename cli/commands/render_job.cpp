@@ -46,9 +46,9 @@ Result<void> checkStateFile(const std::optional<std::filesystem::path>& path) {
 }
 
 Result<ReadSource> readSource(const RenderRequest& request, const Folders& folders,
-                              ProgressBar::Shown shown) {
+                              const KnownFiles& known, ProgressBar::Shown shown) {
     ProgressBar bar("Reading  ", shown);
-    return readRenderSource(request, folders, [&bar](double share) {
+    return readRenderSource(request, folders, known.sounds, [&bar](double share) {
         bar.update(share);
         return !interrupted();
     });
@@ -166,13 +166,14 @@ RenderEnd wrongUsage(std::string message) {
 
 } // namespace
 
-RenderEnd renderFile(const RenderRequest& request, const Folders& folders, ProgressBar::Shown bar,
-                     const std::function<void(double share)>& told, LogSink log) {
-    BankFolder banks(folders);
+RenderEnd renderFile(const RenderRequest& request, const Folders& folders, const KnownFiles& known,
+                     ProgressBar::Shown bar, const std::function<void(double share)>& told,
+                     LogSink log) {
+    BankFolder banks(folders, known.banks);
     if (request.savedPreset)
         if (const auto free = checkPresetSaving(banks, *request.savedPreset); !free)
             return wrongUsage(free.message());
-    Result<ReadSource> read = readSource(request, folders, bar);
+    Result<ReadSource> read = readSource(request, folders, known, bar);
     if (!read) return failed(read.message());
     if (!read.value().notice.empty()) Log(log).write(read.value().notice);
     if (const auto fits = checkInputRate(request, read.value().input); !fits)
@@ -181,7 +182,7 @@ RenderEnd renderFile(const RenderRequest& request, const Folders& folders, Progr
     if (!plan) return failed(plan.message());
 
     Job job{.request = request,
-            .render = OfflineRender(std::move(plan.value()), folders, std::move(log)),
+            .render = OfflineRender(std::move(plan.value()), folders, known, std::move(log)),
             .file = {},
             .pictureFile = {},
             .takeFile = {},

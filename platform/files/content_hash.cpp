@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <fstream>
 #include <memory>
+#include <variant>
 #include <vector>
 #include <xxhash.h>
 
@@ -31,36 +31,46 @@ std::string hexadecimal(XXH128_hash_t hash) {
     return text;
 }
 
+constexpr const char* kMayRead = "it must be a file that you may read";
+
+Failure cannotBeRead(const std::filesystem::path& path, const char* reason) {
+    return {onOneLine(path.string()) + " cannot be read: " + reason};
+}
+
 } // namespace
 
 std::string contentHash(std::span<const std::byte> bytes) {
     return hexadecimal(XXH3_128bits(bytes.data(), bytes.size()));
 }
 
-Result<std::string> contentHashOfFile(const std::filesystem::path& path,
-                                      const std::function<bool()>& wanted) {
-    const auto failure = [&](const char* reason) {
-        return Failure{onOneLine(path.string()) + " cannot be read: " + reason};
-    };
-    std::error_code ignored;
-    // A device or pipe is not even opened: that may wait for ever.
-    if (!std::filesystem::is_regular_file(path, ignored))
-        return failure("an ordinary file is needed");
-    std::ifstream file(path, std::ios::binary);
+Result<FileBytes> openToHash(const std::filesystem::path& path) {
+    auto opened = FileBytes::open(path);
+    if (const auto* const problem = std::get_if<NotOpened>(&opened))
+        return cannotBeRead(path, problem->why == NotOpened::Why::refused
+                                      ? kMayRead
+                                      : "an ordinary file is needed");
+    return std::get<FileBytes>(std::move(opened));
+}
+
+Result<std::string> contentHash(const FileBytes& file, const std::function<bool()>& wanted) {
+    const auto failure = [&](const char* reason) { return cannotBeRead(file.path(), reason); };
+    if (wanted && !wanted()) return failure("the reading was cancelled");
+    if (file.isLoaded()) return contentHash(file.loaded());
     const std::unique_ptr<XXH3_state_t, StateFreer> state(XXH3_createState());
     if (!state || XXH3_128bits_reset(state.get()) == XXH_ERROR)
         return failure("there is not enough memory");
     // Not until the end is met: the system's own files (of size 0) may wait for it for ever.
-    std::uint64_t left = std::filesystem::file_size(path, ignored);
-    std::vector<char> piece(kPiece);
-    while (file && !ignored && left > 0) {
+    std::vector<std::byte> piece(kPiece);
+    for (std::uint64_t at = 0; at < file.size(); at += kPiece) {
         if (wanted && !wanted()) return failure("the reading was cancelled");
-        file.read(piece.data(),
-                  static_cast<std::streamsize>(std::min<std::uint64_t>(left, kPiece)));
-        XXH3_128bits_update(state.get(), piece.data(), static_cast<std::size_t>(file.gcount()));
-        left -= static_cast<std::uint64_t>(file.gcount());
+        const auto wantedBytes = std::min<std::uint64_t>(file.size() - at, kPiece);
+        std::error_code error;
+        const std::size_t got =
+            file.readAt(at, std::span(piece).first(static_cast<std::size_t>(wantedBytes)), error);
+        if (error) return failure(kMayRead);
+        XXH3_128bits_update(state.get(), piece.data(), got);
+        if (got < wantedBytes) break; // somebody has cut it meanwhile
     }
-    if (ignored || (!file && !file.eof())) return failure("it must be a file that you may read");
     return hexadecimal(XXH3_128bits_digest(state.get()));
 }
 

@@ -1,6 +1,7 @@
 // contentHash: a fingerprint that finds a sample again wherever it was moved.
 #pragma once
 
+#include "platform/files/file_bytes.h"
 #include "platform/text/result.h"
 
 #include <cstddef>
@@ -14,10 +15,12 @@ namespace zephyra {
 /// The XXH3 hash of 128 bits as 32 lower-case hexadecimal digits. Any thread but RENDER.
 std::string contentHash(std::span<const std::byte> bytes);
 
-/// The same of a file's bytes, as many as it has when it is opened, read piece by piece as long as
-/// wanted answers true (an empty one always does). What is not wanted any more fails. MAIN or
-/// WORKER.
-Result<std::string> contentHashOfFile(const std::filesystem::path& path,
-                                      const std::function<bool()>& wanted = {});
+/// Opens the file for that; fails with one line that names it. MAIN or WORKER.
+Result<FileBytes> openToHash(const std::filesystem::path& path);
+
+/// The same of a file's bytes, as many as it had when it was opened, read piece by piece (unless it
+/// is loaded) as long as wanted answers true (an empty one always does). What is not wanted any
+/// more fails. MAIN or WORKER.
+Result<std::string> contentHash(const FileBytes& file, const std::function<bool()>& wanted = {});
 
 } // namespace zephyra

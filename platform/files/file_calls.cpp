@@ -42,6 +42,21 @@ std::error_code attempt(FileCall kind, const fs::path& path, Call call) {
     return uninterrupted(call) == 0 ? std::error_code() : systemError(errno);
 }
 
+/// Calls with the bytes that are still to come, and how many came before, until there are no more.
+template <typename Call>
+std::size_t readPieces(const fs::path& path, std::span<std::byte> bytes, std::error_code& error,
+                       Call call) {
+    error = systemError(refusal(FileCall::read, path));
+    std::size_t count = 0;
+    while (!error && count < bytes.size()) {
+        const auto got = uninterrupted([&] { return call(bytes.subspan(count), count); });
+        if (got < 0) error = systemError(errno);
+        if (got <= 0) break;
+        count += static_cast<std::size_t>(got);
+    }
+    return count;
+}
+
 } // namespace
 
 FileCallGate setFileCallGate(FileCallGate gate) {
@@ -107,16 +122,16 @@ std::error_code write(int descriptor, std::span<const std::byte> bytes, const fs
 
 std::size_t read(int descriptor, std::span<std::byte> bytes, const fs::path& path,
                  std::error_code& error) {
-    error = systemError(refusal(FileCall::read, path));
-    std::size_t count = 0;
-    while (!error && count < bytes.size()) {
-        const auto got = uninterrupted(
-            [&] { return ::read(descriptor, bytes.data() + count, bytes.size() - count); });
-        if (got < 0) error = systemError(errno);
-        if (got <= 0) break;
-        count += static_cast<std::size_t>(got);
-    }
-    return count;
+    return readPieces(path, bytes, error, [descriptor](std::span<std::byte> left, std::size_t) {
+        return ::read(descriptor, left.data(), left.size());
+    });
+}
+
+std::size_t readAt(int descriptor, std::uint64_t offset, std::span<std::byte> bytes,
+                   const fs::path& path, std::error_code& error) {
+    return readPieces(path, bytes, error, [=](std::span<std::byte> left, std::size_t before) {
+        return ::pread(descriptor, left.data(), left.size(), static_cast<off_t>(offset + before));
+    });
 }
 
 std::error_code flush(int descriptor, const fs::path& path) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <span>
@@ -62,6 +63,9 @@ std::error_code write(int descriptor, std::span<const std::byte> bytes,
 /// As many as there are, at most those of bytes.
 std::size_t read(int descriptor, std::span<std::byte> bytes, const std::filesystem::path& path,
                  std::error_code& error);
+/// The same from offset on, wherever the descriptor stands.
+std::size_t readAt(int descriptor, std::uint64_t offset, std::span<std::byte> bytes,
+                   const std::filesystem::path& path, std::error_code& error);
 std::error_code flush(int descriptor, const std::filesystem::path& path);
 /// Waits for an exclusive lock of the open file.
 std::error_code lock(int descriptor, const std::filesystem::path& path);

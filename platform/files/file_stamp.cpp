@@ -10,10 +10,14 @@ namespace fs = std::filesystem;
 
 namespace {
 
+std::int64_t nanoseconds(const timespec& time) {
+    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
 FileStamp stampOf(const struct stat& facts) {
     return {static_cast<std::uint64_t>(facts.st_dev), static_cast<std::uint64_t>(facts.st_ino),
-            static_cast<std::uint64_t>(facts.st_size),
-            std::int64_t{facts.st_mtim.tv_sec} * 1'000'000'000 + facts.st_mtim.tv_nsec};
+            static_cast<std::uint64_t>(facts.st_size), nanoseconds(facts.st_mtim),
+            nanoseconds(facts.st_ctim)};
 }
 
 } // namespace

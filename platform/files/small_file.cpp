@@ -1,27 +1,36 @@
 #include "platform/files/small_file.h"
 
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <iterator>
-#include <system_error>
+#include "platform/files/file_bytes.h"
+
+#include <cstdint>
+#include <utility>
+#include <variant>
 
 namespace zephyra {
 
+namespace {
+
+Failure notOpened(const std::string& name, const NotOpened& problem) {
+    using enum NotOpened::Why;
+    if (problem.why == missing) return {name + " does not exist; check the name"};
+    if (problem.why == refused) return {name + " cannot be read: " + problem.error.message()};
+    return {name + " is no ordinary file; name one"};
+}
+
+} // namespace
+
 Result<std::string> readSmallFile(const std::filesystem::path& path) {
     const std::string name = path.string();
-    std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(path, error);
-    if (!std::filesystem::exists(status)) return Failure{name + " does not exist; check the name"};
-    if (!std::filesystem::is_regular_file(status))
-        return Failure{name + " is no ordinary file; name one"};
-    const std::uintmax_t size = std::filesystem::file_size(path, error);
-    if (!error && size > kMostSmallFileBytes)
+    auto opened = FileBytes::open(path);
+    if (const auto* const problem = std::get_if<NotOpened>(&opened))
+        return notOpened(name, *problem);
+    auto& file = std::get<FileBytes>(opened);
+    if (file.size() > kMostSmallFileBytes)
         return Failure{name + " is larger than 16 MiB; name a shorter file"};
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return Failure{name + " cannot be read: " + std::strerror(errno)};
-    std::string bytes(std::istreambuf_iterator<char>(file), {});
-    if (file.bad()) return Failure{name + " cannot be read to its end; check the disk"};
+    std::string bytes(static_cast<std::size_t>(file.size()), '\0');
+    std::error_code error;
+    bytes.resize(file.readAt(0, std::as_writable_bytes(std::span(bytes)), error));
+    if (error) return Failure{name + " cannot be read to its end; check the disk"};
     return bytes;
 }
 

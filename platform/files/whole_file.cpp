@@ -1,13 +1,16 @@
 #include "platform/files/whole_file.h"
 
 #include "platform/files/atomic_file.h"
+#include "platform/files/file_bytes.h"
 #include "platform/files/file_calls.h"
+#include "platform/files/open_file.h"
 #include "platform/text/one_line.h"
 
 #include <fcntl.h>
 #include <new>
 #include <string>
 #include <utility>
+#include <variant>
 
 namespace zephyra {
 
@@ -30,26 +33,6 @@ Failure failure(const fs::path& path, const char* what, const std::string& reaso
     return Failure{onOneLine(path.string()) + " cannot be " + what + ": " + reason};
 }
 
-/// A descriptor that is closed at the end.
-class OpenFile {
-public:
-    OpenFile(const fs::path& path, int flags, std::error_code& error)
-        : path_(path), descriptor_(file_calls::open(path, flags, error)) {}
-    ~OpenFile() { static_cast<void>(close()); }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-
-    int descriptor() const noexcept { return descriptor_; }
-    std::error_code close() {
-        if (descriptor_ < 0) return {};
-        return file_calls::close(std::exchange(descriptor_, -1), path_);
-    }
-
-private:
-    const fs::path& path_;
-    int descriptor_;
-};
-
 std::error_code writeBytes(const fs::path& path, std::span<const std::byte> bytes) {
     std::error_code error;
     OpenFile file(path, O_WRONLY | O_CREAT | O_EXCL, error);
@@ -58,40 +41,34 @@ std::error_code writeBytes(const fs::path& path, std::span<const std::byte> byte
     return error ? error : closing;
 }
 
-/// What stands in the open file, whose stamp is known.
-Result<WholeFile> readOpen(const OpenFile& file, const fs::path& path, const FileStamp& stamp,
-                           std::size_t most) {
-    if (stamp.bytes > most)
-        return failure(path, "read",
-                       "it has " + std::to_string(stamp.bytes) + " bytes, of which " +
-                           std::to_string(most) + " are read at most");
-    try {
-        WholeFile whole{std::vector<std::byte>(stamp.bytes), stamp};
-        std::error_code error;
-        const std::size_t count = file_calls::read(file.descriptor(), whole.bytes, path, error);
-        if (error) return failure(path, "read", reasonOf(error));
-        whole.bytes.resize(count); // shorter when somebody cuts it meanwhile
-        return whole;
-    } catch (const std::bad_alloc&) {
-        return failure(path, "read", "no memory for its " + std::to_string(stamp.bytes) + " bytes");
-    }
-}
-
 } // namespace
 
 Result<WholeFile> readWholeFile(const fs::path& path, std::size_t most) {
-    std::error_code error;
-    const fs::file_status status = file_calls::status(path, error);
-    if (status.type() == fs::file_type::not_found)
-        return failure(path, "read", "there is no such file");
-    if (error) return failure(path, "read", reasonOf(error));
-    // Opening a device or pipe may wait for ever.
-    if (!fs::is_regular_file(status)) return failure(path, "read", "it is no ordinary file");
-    const OpenFile file(path, O_RDONLY | O_NONBLOCK, error);
-    if (error) return failure(path, "read", reasonOf(error));
-    const auto stamp = fileStamp(file.descriptor(), path);
-    if (!stamp) return failure(path, "read", "it is no ordinary file any more");
-    return readOpen(file, path, *stamp, most);
+    const auto refused = [&path](const std::string& reason) {
+        return failure(path, "read", reason);
+    };
+    auto opened = FileBytes::open(path);
+    if (const auto* const problem = std::get_if<NotOpened>(&opened)) {
+        if (problem->error == std::errc::no_such_file_or_directory ||
+            problem->error == std::errc::not_a_directory)
+            return refused("there is no such file");
+        if (problem->error) return refused(reasonOf(problem->error));
+        return refused("it is no ordinary file");
+    }
+    auto& file = std::get<FileBytes>(opened);
+    if (file.size() > most)
+        return refused("it has " + std::to_string(file.size()) + " bytes, of which " +
+                       std::to_string(most) + " are read at most");
+    try {
+        std::error_code error;
+        WholeFile whole{std::vector<std::byte>(file.size()), file.stamp()};
+        const std::size_t count = file.readAt(0, whole.bytes, error);
+        if (error) return refused(reasonOf(error));
+        whole.bytes.resize(count); // shorter when somebody cuts it meanwhile
+        return whole;
+    } catch (const std::bad_alloc&) {
+        return refused("no memory for its " + std::to_string(file.size()) + " bytes");
+    }
 }
 
 Result<void> replaceFile(const fs::path& path, std::span<const std::byte> bytes) {

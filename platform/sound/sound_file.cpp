@@ -6,15 +6,13 @@
 #include "platform/text/one_line.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
-#include <fcntl.h>
 #include <new>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <span>
+#include <system_error>
 #include <utility>
+#include <variant>
 
 namespace zephyra {
 namespace {
@@ -25,48 +23,31 @@ constexpr std::uint32_t kBlockFloats = 65536;
 constexpr const char* kWanted = "; a raw, wav, aif, aiff, aifc, caf, mp3, m4a, flac or ogg file is "
                                 "needed";
 
+constexpr const char* kTooLarge = "needs more memory than there is; cut it into shorter files";
+
 /// "NAME reason" on one line whatever bytes the name has.
 Failure failure(const std::filesystem::path& path, const std::string& reason) {
     return Failure{onOneLine(path.string()) + " " + reason};
 }
 
-std::string cannotBeOpened(int error) {
-    return std::string("cannot be opened: ") + std::strerror(error) + kWanted;
+std::string cannotBeOpened(std::error_code error) {
+    return "cannot be opened: " + error.message() + kWanted;
 }
 
-/// A file descriptor that closes itself.
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    Descriptor(Descriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-    ~Descriptor() {
-        if (descriptor_ >= 0) close(descriptor_);
-    }
-    int get() const noexcept { return descriptor_; }
+/// Like all below, a failure's reason does not name the file.
+Failure notOpened(const NotOpened& problem) {
+    using enum NotOpened::Why;
+    if (problem.why == folder) return {std::string("is a folder") + kWanted};
+    if (problem.why == special) return {std::string("is no regular file") + kWanted};
+    return {cannotBeOpened(problem.error)};
+}
 
-private:
-    int descriptor_;
-};
-
-struct OpenedSource {
-    Descriptor descriptor; // outlives source, which reads through it
-    std::unique_ptr<SoundFileSource> source;
-    std::uint64_t fileBytes;
-};
-
-/// Opens a regular file with something in it. A device or pipe is not even opened: that may wait
-/// for ever or have effects.
-Result<Descriptor> openRegular(const std::filesystem::path& path, std::uint64_t& bytes) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) != 0) return Failure{cannotBeOpened(errno)};
-    if (S_ISDIR(status.st_mode)) return Failure{std::string("is a folder") + kWanted};
-    if (!S_ISREG(status.st_mode)) return Failure{std::string("is no regular file") + kWanted};
-    if (status.st_size == 0) return Failure{std::string("is empty") + kWanted};
-    // Not waiting, in case a pipe has taken the file's place since.
-    Descriptor descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (descriptor.get() < 0) return Failure{cannotBeOpened(errno)};
-    bytes = static_cast<std::uint64_t>(status.st_size);
-    return descriptor;
+Result<FileBytes> openBytes(const std::filesystem::path& path) {
+    auto opened = FileBytes::open(path);
+    if (const auto* const problem = std::get_if<NotOpened>(&opened)) return notOpened(*problem);
+    auto& file = std::get<FileBytes>(opened);
+    if (file.size() == 0) return Failure{std::string("is empty") + kWanted};
+    return std::move(file);
 }
 
 /// Refuses what no sound has, whether a header claims it or the caller says it of a raw file.
@@ -83,34 +64,30 @@ Result<void> checkLayout(double sampleRate, std::uint32_t channels) {
     return Failure{text};
 }
 
-SoundFileSourceResult openKind(const std::filesystem::path& path, int descriptor,
-                               const RawSoundFormat& raw) {
+SoundFileSourceResult openKind(const FileBytes& file, const RawSoundFormat& raw) {
     char head[12];
-    const ssize_t got = pread(descriptor, head, sizeof head, 0);
-    if (got < 0) return Failure{cannotBeOpened(errno)};
-    const auto kind = soundFileKind(path, {head, static_cast<std::size_t>(got)});
+    std::error_code error;
+    const std::size_t got = file.readAt(0, std::as_writable_bytes(std::span(head)), error);
+    if (error) return Failure{cannotBeOpened(error)};
+    const auto kind = soundFileKind(file.path(), {head, got});
     if (kind == SoundFileKind::unknown)
         return Failure{std::string("is no sound file that is known here") + kWanted};
-    if (kind == SoundFileKind::mpeg4) return openAacSource(path);
+    if (kind == SoundFileKind::mpeg4) return openAacSource(file.path());
     if (kind == SoundFileKind::raw) {
         const auto sound = checkLayout(raw.sampleRate, raw.channels);
         if (!sound) return Failure{sound.message()};
     }
-    return openSndfileSource(descriptor, kind, raw);
+    return openSndfileSource(file, kind, raw);
 }
 
-/// Opens the file with every check that needs no samples. Like all above, a failure's reason does
-/// not name the file.
-Result<OpenedSource> openSource(const std::filesystem::path& path, const RawSoundFormat& raw) {
-    std::uint64_t bytes = 0;
-    auto descriptor = openRegular(path, bytes);
-    if (!descriptor) return Failure{descriptor.message()};
-    auto source = openKind(path, descriptor.value().get(), raw);
-    if (!source) return Failure{source.message()};
+/// Begins the file, which must outlive the source, with every check that needs no samples.
+SoundFileSourceResult openSource(const FileBytes& file, const RawSoundFormat& raw) {
+    auto source = openKind(file, raw);
+    if (!source) return source;
     const SoundFileInfo& info = source.value()->info();
     const auto sound = checkLayout(info.sampleRate, info.channels);
     if (!sound) return Failure{sound.message()};
-    return OpenedSource{std::move(descriptor.value()), std::move(source.value()), bytes};
+    return source;
 }
 
 /// Appends the mean of the channels. The sum is exact enough in double that no finite channels make
@@ -128,13 +105,13 @@ std::uint32_t appendMono(const float* interleaved, std::uint32_t frames, std::ui
 
 class MonoReader {
 public:
-    MonoReader(OpenedSource& opened, const SoundFileOptions& options)
-        : source_(*opened.source), options_(options),
+    MonoReader(SoundFileSource& source, std::uint64_t fileBytes, const SoundFileOptions& options)
+        : source_(source), options_(options),
           limit_(std::min(options.maxFrames, kMaxSoundFileFrames)),
           claimed_(source_.info().frames) {
         // A claim is believed as far as the file's size makes it cheap; beyond that memory follows
         // what is really there.
-        samples_.reserve(std::min({claimed_, opened.fileBytes, limit_}));
+        samples_.reserve(std::min({claimed_, fileBytes, limit_}));
     }
 
     Result<std::vector<float>> readAll() {
@@ -181,26 +158,46 @@ private:
 
 } // namespace
 
-Result<SoundFile> readSoundFile(const std::filesystem::path& path,
-                                const SoundFileOptions& options) try {
-    auto opened = openSource(path, options.raw);
-    if (!opened) return failure(path, opened.message());
-    auto samples = MonoReader(opened.value(), options).readAll();
-    if (!samples) return failure(path, samples.message());
-    SoundFile file{opened.value().source->info(), std::move(samples.value())};
-    file.info.frames = file.samples.size();
+Result<FileBytes> openSoundFile(const std::filesystem::path& path) {
+    auto file = openBytes(path);
+    if (!file) return failure(path, file.message());
     return file;
+}
+
+Result<SoundFile> readSoundFile(FileBytes& file, const SoundFileOptions& options) try {
+    if (const std::error_code error = file.load(); error && error != std::errc::not_enough_memory)
+        return failure(file.path(), "cannot be read: " + error.message() + "; check the disk");
+    const auto source = openSource(file, options.raw);
+    if (!source) return failure(file.path(), source.message());
+    auto samples = MonoReader(*source.value(), file.size(), options).readAll();
+    if (!samples) return failure(file.path(), samples.message());
+    SoundFile sound{source.value()->info(), std::move(samples.value())};
+    sound.info.frames = sound.samples.size();
+    return sound;
 } catch (const std::bad_alloc&) {
-    return failure(path, "needs more memory than there is; cut it into shorter files");
+    return failure(file.path(), kTooLarge);
+}
+
+Result<SoundFile> readSoundFile(const std::filesystem::path& path,
+                                const SoundFileOptions& options) {
+    auto file = openSoundFile(path);
+    if (!file) return Failure{file.message()};
+    return readSoundFile(file.value(), options);
 }
 
 Result<SoundFileInfo> readSoundFileInfo(const std::filesystem::path& path,
-                                        const RawSoundFormat& raw) try {
-    const auto opened = openSource(path, raw);
-    if (!opened) return failure(path, opened.message());
-    return opened.value().source->info();
+                                        const RawSoundFormat& raw) {
+    const auto file = openSoundFile(path);
+    if (!file) return Failure{file.message()};
+    return readSoundFileInfo(file.value(), raw);
+}
+
+Result<SoundFileInfo> readSoundFileInfo(const FileBytes& file, const RawSoundFormat& raw) try {
+    const auto source = openSource(file, raw);
+    if (!source) return failure(file.path(), source.message());
+    return source.value()->info();
 } catch (const std::bad_alloc&) {
-    return failure(path, "needs more memory than there is; cut it into shorter files");
+    return failure(file.path(), kTooLarge);
 }
 
 } // namespace zephyra

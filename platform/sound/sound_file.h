@@ -1,6 +1,7 @@
 // SoundFile: a sound file read into memory as one mono signal.
 #pragma once
 
+#include "platform/files/file_bytes.h"
 #include "platform/text/result.h"
 
 #include <array>
@@ -74,9 +75,18 @@ struct SoundFile {
 Result<SoundFile> readSoundFile(const std::filesystem::path& path,
                                 const SoundFileOptions& options = {});
 
+/// The file opened, if it may be one that readSoundFile takes, for whoever needs its bytes for more
+/// than its sound. Fails as that does. MAIN or WORKER.
+Result<FileBytes> openSoundFile(const std::filesystem::path& path);
+
+/// The same of an opened file, which is loaded where it is small. M4A is opened again by its name,
+/// by a reader of its own. MAIN or WORKER.
+Result<SoundFile> readSoundFile(FileBytes& file, const SoundFileOptions& options = {});
+
 /// What the file's header says; its samples are not read and may prove fewer or damaged. Failures
 /// are readSoundFile's. MAIN or WORKER.
 Result<SoundFileInfo> readSoundFileInfo(const std::filesystem::path& path,
                                         const RawSoundFormat& raw = {});
+Result<SoundFileInfo> readSoundFileInfo(const FileBytes& file, const RawSoundFormat& raw = {});
 
 } // namespace zephyra

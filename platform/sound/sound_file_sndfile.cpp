@@ -2,8 +2,13 @@
 
 #include "platform/sound/sound_file_source.h"
 
+#include <array>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 #include <sndfile.h>
+#include <span>
+#include <system_error>
 #include <utility>
 
 namespace zephyra {
@@ -14,18 +19,95 @@ struct SndfileCloser {
 };
 using SndfilePtr = std::unique_ptr<SNDFILE, SndfileCloser>;
 
+constexpr std::size_t kTagHead = 10; // bytes
+
+/// The bytes of an ID3v2 tag that stands at offset at; 0 for none.
+std::uint64_t tagLength(const FileBytes& file, std::uint64_t at) {
+    std::array<unsigned char, kTagHead> head{};
+    std::error_code error;
+    if (file.readAt(at, std::as_writable_bytes(std::span(head)), error) < kTagHead ||
+        std::memcmp(head.data(), "ID3", 3) != 0)
+        return 0;
+    std::uint64_t length = 0;
+    for (const unsigned char seven : std::span(head).subspan(6))
+        length = length << 7 | (seven & 127u);
+    return length + kTagHead;
+}
+
+/// Where a sound of one of the old headers begins that stands behind ID3 tags: libsndfile counts
+/// its offsets from the tags when others read for it. 0 for all others.
+std::uint64_t beginBehindTags(const FileBytes& file) {
+    std::uint64_t at = 0;
+    for (std::uint64_t tag = 0; (tag = tagLength(file, at)) > 0;) at += tag;
+    char head[12];
+    std::error_code error;
+    const std::size_t got = file.readAt(at, std::as_writable_bytes(std::span(head)), error);
+    switch (soundFileKind("", {head, got})) {
+    case SoundFileKind::wave:
+    case SoundFileKind::aiff:
+    case SoundFileKind::au:
+        return at;
+    default: // its decoders find their own way
+        return 0;
+    }
+}
+
+/// Where libsndfile reads in a file.
+struct Place {
+    const FileBytes& file;
+    std::uint64_t begin = 0;    ///< what libsndfile takes for the file's
+    sf_count_t at = 0;          ///< from there
+    std::error_code error = {}; ///< the last read's
+};
+
+Place& placeOf(void* user) {
+    return *static_cast<Place*>(user);
+}
+
+sf_count_t lengthOf(void* user) {
+    const Place& place = placeOf(user);
+    return static_cast<sf_count_t>(place.file.size() - place.begin);
+}
+
+sf_count_t seek(sf_count_t offset, int whence, void* user) {
+    Place& place = placeOf(user);
+    if (whence == SEEK_CUR) offset += place.at;
+    if (whence == SEEK_END) offset += lengthOf(user);
+    if (offset < 0) return -1;
+    return place.at = offset;
+}
+
+sf_count_t read(void* into, sf_count_t count, void* user) {
+    Place& place = placeOf(user);
+    if (count <= 0) return 0;
+    const std::span bytes(static_cast<std::byte*>(into), static_cast<std::size_t>(count));
+    const std::size_t got =
+        place.file.readAt(place.begin + static_cast<std::uint64_t>(place.at), bytes, place.error);
+    place.at += static_cast<sf_count_t>(got);
+    return static_cast<sf_count_t>(got);
+}
+
+sf_count_t tell(void* user) {
+    return placeOf(user).at;
+}
+
 class SndfileSource final : public SoundFileSource {
 public:
-    SndfileSource(SndfilePtr file, SoundFileInfo info) : file_(std::move(file)) {
+    SndfileSource(std::unique_ptr<Place> place, SndfilePtr file, SoundFileInfo info)
+        : place_(std::move(place)), file_(std::move(file)) {
         info_ = std::move(info);
     }
 
     Result<std::uint32_t> read(float* interleaved, std::uint32_t maxFrames) override {
         const sf_count_t got = sf_readf_float(file_.get(), interleaved, maxFrames);
+        if (place_->error)
+            return Failure{"cannot be read to its end: " + place_->error.message() +
+                           "; check the disk"};
         return got > 0 ? static_cast<std::uint32_t>(got) : 0u;
     }
 
 private:
+    std::unique_ptr<Place> place_; // file_ reads through it
     SndfilePtr file_;
 };
 
@@ -105,7 +187,7 @@ std::string openFailure() {
 
 } // namespace
 
-SoundFileSourceResult openSndfileSource(int descriptor, SoundFileKind kind,
+SoundFileSourceResult openSndfileSource(const FileBytes& bytes, SoundFileKind kind,
                                         const RawSoundFormat& raw) {
     SF_INFO info{};
     if (kind == SoundFileKind::raw) {
@@ -113,7 +195,10 @@ SoundFileSourceResult openSndfileSource(int descriptor, SoundFileKind kind,
         if (!told) return Failure{told.message()};
         info = told.value();
     }
-    SndfilePtr file(sf_open_fd(descriptor, SFM_READ, &info, SF_FALSE));
+    static SF_VIRTUAL_IO calls = {&lengthOf, &seek, &read, nullptr, &tell};
+    auto place = std::make_unique<Place>(
+        Place{bytes, kind == SoundFileKind::mp3 ? beginBehindTags(bytes) : 0});
+    SndfilePtr file(sf_open_virtual(&calls, SFM_READ, &info, place.get()));
     if (!file)
         return Failure{std::string("cannot be read as ") + soundFileKindName(kind) + " (" +
                        openFailure() + "); export it again as 16-bit WAV"};
@@ -127,7 +212,7 @@ SoundFileSourceResult openSndfileSource(int descriptor, SoundFileKind kind,
     const bool counted = info.frames > 0 && info.frames < SF_COUNT_MAX; // a cut Ogg has the latter
     described.frames = counted ? static_cast<std::uint64_t>(info.frames) : 0;
     return std::unique_ptr<SoundFileSource>(
-        new SndfileSource(std::move(file), std::move(described)));
+        new SndfileSource(std::move(place), std::move(file), std::move(described)));
 }
 
 } // namespace zephyra

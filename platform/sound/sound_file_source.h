@@ -35,10 +35,9 @@ SoundFileKind soundFileKind(const std::filesystem::path& path, std::string_view 
 /// "WAV", "AIFF", ...; "unknown" for none.
 const char* soundFileKindName(SoundFileKind kind) noexcept;
 
-/// Opens the file by libsndfile. The descriptor stays the caller's and must outlive the source; it
-/// must stand at the file's beginning; raw is checked already but for its bits. The reason of a
-/// failure does not name the file.
-SoundFileSourceResult openSndfileSource(int descriptor, SoundFileKind kind,
+/// Opens the file, which must outlive the source, by libsndfile; raw is checked already but for its
+/// bits. The reason of a failure does not name the file.
+SoundFileSourceResult openSndfileSource(const FileBytes& file, SoundFileKind kind,
                                         const RawSoundFormat& raw);
 
 /// Opens the MPEG-4 file by the AAC module. The reason of a failure does not name the file.

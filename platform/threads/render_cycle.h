@@ -45,7 +45,7 @@ public:
 
     /// Takes an object that RENDER could see until just now; call it after its pointer was
     /// replaced. Frees it at once when no render call is under way, else in a later collect().
-    void retire(std::shared_ptr<void> object) {
+    void retire(std::shared_ptr<const void> object) {
         if (object) waiting_.emplace_back(std::move(object), cycle_.count());
         collect();
     }
@@ -64,7 +64,7 @@ public:
 
 private:
     const RenderCycle& cycle_;
-    std::vector<std::pair<std::shared_ptr<void>, std::uint64_t>> waiting_;
+    std::vector<std::pair<std::shared_ptr<const void>, std::uint64_t>> waiting_;
 };
 
 } // namespace zephyra

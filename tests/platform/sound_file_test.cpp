@@ -54,6 +54,23 @@ TEST(SoundFile, contentDecidesWhateverTheNameAndLengthIsLimited) {
                 HasSubstr("is longer than 399 frames;"));
 }
 
+TEST(SoundFile, standsBehindTagsOrIsReadPieceByPieceJustAsWell) {
+    TemporaryFolder folder;
+    const std::string tag("ID3\4\0\0\0\0\0\5.....", 15);
+    const auto plain = readSoundFile(kMono);
+    writeText(folder / "tagged", tag + tag + readText(kMono));
+    const auto tagged = readSoundFile(folder / "tagged");
+    ASSERT_TRUE(tagged.ok()) << tagged.message();
+    EXPECT_EQ(tagged.value().samples, plain.value().samples);
+
+    // Grown beyond what is loaded, by what no sound file minds.
+    std::filesystem::copy_file(kMono, folder / "large");
+    std::filesystem::resize_file(folder / "large", FileBytes::kMostInMemory + 1);
+    auto large = openSoundFile(folder / "large");
+    EXPECT_EQ(readSoundFile(large.value()).value().samples, plain.value().samples);
+    EXPECT_FALSE(large.value().isLoaded());
+}
+
 TEST(SoundFile, whatIsNoRegularFileIsRefusedWithoutWaiting) {
     TemporaryFolder folder;
     mkfifo((folder / "pipe.wav").c_str(), 0600);

@@ -122,7 +122,7 @@ bool holdsPath(const PropertyValue& value) {
 TEST(FactoryBanks, NeedNothingButTheSoundsThatComeWithThemAndNameTheirPresetsAsTheRecipesDo) {
     std::map<std::string, std::string> hashes;
     for (const auto& file : filesWith(".mp3"))
-        hashes[contentHashOfFile(file).value()] = file.filename().string();
+        hashes[contentHash(openToHash(file).value()).value()] = file.filename().string();
     std::size_t presets = 0;
     for (const auto& file : filesWith(".zephyra")) {
         std::vector<std::string> names, ordered;

@@ -1,0 +1,30 @@
+#include "platform/files/open_file.h"
+
+#include "platform/files/file_calls.h"
+
+#include <utility>
+
+namespace zephyra {
+
+OpenFile::OpenFile(std::filesystem::path path, int flags, std::error_code& error)
+    : path_(std::move(path)), descriptor_(file_calls::open(path_, flags, error)) {}
+
+OpenFile::~OpenFile() {
+    static_cast<void>(close());
+}
+
+OpenFile::OpenFile(OpenFile&& other) noexcept
+    : path_(std::move(other.path_)), descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+OpenFile& OpenFile::operator=(OpenFile&& other) noexcept {
+    std::swap(path_, other.path_);
+    std::swap(descriptor_, other.descriptor_);
+    return *this;
+}
+
+std::error_code OpenFile::close() {
+    if (descriptor_ < 0) return {};
+    return file_calls::close(std::exchange(descriptor_, -1), path_);
+}
+
+} // namespace zephyra
