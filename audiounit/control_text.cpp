@@ -3,7 +3,8 @@
 #include "audiounit/parameter_table.h"
 #include "controls/note_values.h"
 #include "controls/state_keys.h"
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
+#include "platform/text/names.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>

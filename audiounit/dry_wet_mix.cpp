@@ -26,7 +26,7 @@ void mixDryWet(DryWetGains& gains, const DryWetChannel (&channels)[2],
     for (; i < frames; ++i) {
         const DryWetGains before = now;
         now.advance();
-        // Rounding ends every glide: once a frame changes neither gain, no later one will.
+        // Rounding ends the smoothing: once a frame changes neither gain, no later one will.
         if (now.wet == before.wet && now.dry == before.dry) break;
         for (const DryWetChannel& channel : channels)
             channel.wet[i] = mixed(now, channel.wet[i], channel.dry[i]);

@@ -1,4 +1,4 @@
-// DryWetGains: the two gains between dry and processed signal, and how they glide.
+// DryWetGains: the two gains between dry and processed signal, each smoothed by one pole.
 #pragma once
 
 #include "platform/threads/realtime.h"
@@ -8,9 +8,9 @@ namespace zephyra {
 /// Both gains, as they are and as they are going to be. 0..1.
 struct DryWetGains {
     float wet = 0.0f, dry = 0.0f;             ///< of the last frame
-    float wetTarget = 0.0f, dryTarget = 0.0f; ///< where they glide to
-    float pole = 0.9992f;                     ///< m_a: how much of a gain stays over one frame
-    float step = 0.0008f;                     ///< m_b: how much of its target comes in
+    float wetTarget = 0.0f, dryTarget = 0.0f; ///< what they are smoothed towards
+    float pole = 0.9992f; ///< m_a: the filter's pole, how much of a gain stays over a frame
+    float step = 0.0008f; ///< m_b: 1 - pole, how much of its target comes in
 
     /// One frame on. RENDER.
     void advance() ZEPHYRA_NONBLOCKING {

@@ -10,7 +10,7 @@
 #include "platform/audio_unit/audio_unit_parameters.h"
 #include "platform/audio_unit/audio_unit_status.h"
 #include "platform/instance.h"
-#include "platform/threads/address_mask.h"
+#include "platform/threads/dirty_mask.h"
 #include "platform/threads/relaxed.h"
 
 #include <atomic>
@@ -190,7 +190,7 @@ private:
 
     // From RENDER to MAIN.
     std::unique_ptr<RenderNotices> notices_;
-    AddressMask marks_;
+    DirtyMask marks_;
     std::atomic<double> tempo_{std::numeric_limits<double>::quiet_NaN()}; // NaN: none to take
 };
 

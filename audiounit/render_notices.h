@@ -1,4 +1,4 @@
-// RenderNotice: what RENDER tells MAIN, in order.
+// RenderNotice: an event that RENDER sends MAIN through a lock-free queue, in order.
 #pragma once
 
 #include "platform/threads/spsc_ring.h"

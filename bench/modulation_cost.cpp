@@ -62,7 +62,7 @@ struct System : HeardLog, HostedInstance {
               static_cast<Control*>(&view._GRANULATOR_STREAM.controls.sampler_mesure)}) {
             view.midiManager.bind({.trigger = {.number = number++},
                                    .control = control,
-                                   .takeOver = MidiTakeOver::jump});
+                                   .takeover = MidiTakeover::jump});
             countMoves(*control);
         }
     }

@@ -1,7 +1,7 @@
 #include "cli/command_line.h"
 
 #include "cli/command_table.h"
-#include "cli/usage_text.h"
+#include "cli/terminal/usage_text.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>

@@ -1,7 +1,7 @@
 // runCommandLine: the program `zephyra` from its arguments to its exit code.
 #pragma once
 
-#include "cli/exit_code.h"
+#include "cli/terminal/exit_code.h"
 
 namespace zephyra {
 

@@ -1,5 +1,5 @@
 #include "cli/command_line.h"
-#include "cli/interrupt.h"
+#include "cli/terminal/interrupt.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define ZEPHYRA_FINDS_LEAKS

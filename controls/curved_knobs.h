@@ -1,4 +1,4 @@
-// MOK_KNOB_EXP, MOK_KNOB_LOG and MOK_SLIDER_EXP: knobs whose displayed value bends the linear one.
+// MOK_KNOB_EXP, MOK_KNOB_LOG and MOK_SLIDER_EXP: knobs whose taper is a power curve.
 #pragma once
 
 #include "controls/knob.h"

@@ -1,4 +1,4 @@
-// setFraction: how a setter takes a value that is a fraction.
+// setFraction: how a setter takes a normalised value (0..1).
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// gravityStep: how something follows a target that it does not jump to.
+// gravityStep: exponential smoothing (one pole, in real time) towards a target.
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// KeyTouches: what holds which key of a keyboard, and how strongly.
+// KeyTouches: which keys of a keyboard are held or latched, by what, and at what amplitude.
 #pragma once
 
 #include "controls/touch_listener.h"
@@ -7,8 +7,8 @@
 
 namespace zephyra {
 
-/// Keys are held by fingers, by fingers that are gone but left their key locked, and by others in
-/// their own name. Key -1 is none. MAIN.
+/// Keys are held by fingers, by fingers that are gone but left their key locked (latched),
+/// and by others in their own name. Key -1 is none. MAIN.
 class KeyTouches {
 public:
     /// One more finger, on key.

@@ -1,4 +1,4 @@
-// KeyRect: where piano keys lie, and which of them a point touches.
+// KeyRect: the layout of piano keys and its hit test, which key a point touches.
 #pragma once
 
 #include "controls/control.h"

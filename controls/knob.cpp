@@ -3,7 +3,7 @@
 #include "controls/gravity.h"
 #include "platform/notification_center.h"
 #include "platform/random_source.h"
-#include "platform/text/fixed_text.h"
+#include "platform/text/text_numbers.h"
 
 #include <algorithm>
 #include <any>
@@ -22,7 +22,7 @@ MOK_KNOB::~MOK_KNOB() {
 void MOK_KNOB::setValue(float v) {
     if (!std::isfinite(v)) return;
     const float before = _value;
-    _value = settled(std::clamp(v, _minimumValue, _maximumValue));
+    _value = quantized(std::clamp(v, _minimumValue, _maximumValue));
     _angle = angleForValue(_value);
     if (_value != before) setNeedsDisplay();
 }
@@ -40,7 +40,7 @@ bool MOK_KNOB::setValueWithAppropriateGraphicsRefreshInterval_rangeMin_rangeMax_
         std::clamp(target, std::min(rangeMin, rangeMax), std::max(rangeMin, rangeMax));
     const float to = std::clamp(held, _minimumValue, _maximumValue);
     // A knob with steps would stand still for ever if each way began at its step.
-    const bool underWay = settled(static_cast<float>(followed_)) == _value;
+    const bool underWay = quantized(static_cast<float>(followed_)) == _value;
     const double near = kGravityNear * (double{_maximumValue} - double{_minimumValue});
     followed_ = gravityStep(underWay ? followed_ : double{_value}, double{to}, double{gravity},
                             seconds, near);
@@ -109,7 +109,7 @@ void MOK_KNOB::observeInteractionStyle(NotificationCenter& center) {
 }
 
 std::string MOK_KNOB::labelText(double number) const {
-    if (_precision >= 1) return fixedText(number, _precision) + " " + _postfix;
+    if (_precision >= 1) return formatFixed(number, _precision) + " " + _postfix;
     using Limits = std::numeric_limits<int>;
     const double held = std::clamp(number, double{Limits::min()}, double{Limits::max()});
     return std::to_string(static_cast<int>(held)) + " " + _postfix;

@@ -116,8 +116,8 @@ public:
 protected:
     /// How a reset applies the default, which is in displayed units.
     virtual void applyDefault(float displayed) { setValue_animated(displayed, true); }
-    /// The value that stands for v, which is inside the range: v, unless the knob has steps.
-    virtual float settled(float v) const { return v; }
+    /// v, which is inside the range, snapped to the knob's steps; v itself unless it has steps.
+    virtual float quantized(float v) const { return v; }
     /// "%d %@" or "%.*f %@" of number.
     std::string labelText(double number) const;
 

@@ -54,7 +54,7 @@ bool MOK_KNOB::moveTo(Point p) {
     if (*angle == _angle) return false; // converting back could round to a neighbouring value
     const float before = _value;
     setValue(valueForAngle(*angle));
-    _angle = *angle; // where setValue settled for a step, short drags still add up
+    _angle = *angle; // not quantized as the value is, so that short drags add up
     return _value != before;
 }
 

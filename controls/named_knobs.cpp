@@ -1,6 +1,6 @@
 #include "controls/named_knobs.h"
 
-#include "platform/text/fixed_text.h"
+#include "platform/text/text_numbers.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,7 +17,7 @@ MokKnobEnum::MokKnobEnum(std::string key, std::vector<std::string> names)
 
 void MokKnobEnum::setNames(std::vector<std::string> names) {
     names_ = std::move(names);
-    // A range needs two ends; settled() keeps a single name at 0.
+    // A range needs two ends; quantized() keeps a single name at 0.
     setRange(0.0f, static_cast<float>(std::max<std::size_t>(names_.size(), 2) - 1));
 }
 
@@ -33,7 +33,7 @@ std::string MokKnobEnum::updateLabel() const {
     return names_.empty() ? std::string() : names_[static_cast<std::size_t>(index())];
 }
 
-float MokKnobEnum::settled(float v) const {
+float MokKnobEnum::quantized(float v) const {
     return names_.size() < 2 ? 0.0f : std::round(v);
 }
 
@@ -48,14 +48,14 @@ constexpr double kTen = 9.995;
 
 std::string MokKnobTime::updateLabel() const {
     const double ms = double{value()} * 1000.0;
-    if (std::abs(ms) >= kThousand) return fixedText(ms / 1000.0, 2) + " s";
-    return fixedText(ms, 1) + " ms";
+    if (std::abs(ms) >= kThousand) return formatFixed(ms / 1000.0, 2) + " s";
+    return formatFixed(ms, 1) + " ms";
 }
 
 std::string MokKnobHZ::updateLabel() const {
     const double hertz = double{valueExp()};
-    if (std::abs(hertz) >= kThousand) return fixedText(hertz / 1000.0, 2) + " kHz";
-    return fixedText(hertz, std::abs(hertz) < kTen ? 2 : 1) + " Hz";
+    if (std::abs(hertz) >= kThousand) return formatFixed(hertz / 1000.0, 2) + " kHz";
+    return formatFixed(hertz, std::abs(hertz) < kTen ? 2 : 1) + " Hz";
 }
 
 MokKnobMidiNote::MokKnobMidiNote(std::string key) : MOK_KNOB(std::move(key)) {

@@ -1,4 +1,5 @@
-// MokKnobEnum, MokKnobTime, MokKnobHZ and MokKnobMidiNote: knobs that speak their unit.
+// MokKnobEnum, MokKnobTime, MokKnobHZ and MokKnobMidiNote: knobs that show names and units, of
+// times, frequencies and notes.
 #pragma once
 
 #include "controls/curved_knobs.h"
@@ -25,7 +26,7 @@ public:
     std::string updateLabel() const override;
 
 protected:
-    float settled(float v) const override; ///< the nearest position
+    float quantized(float v) const override; ///< the nearest position
 
 private:
     using MOK_KNOB::setRange; // the names are the range

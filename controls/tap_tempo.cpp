@@ -1,6 +1,6 @@
 #include "controls/tap_tempo.h"
 
-#include "platform/text/fixed_text.h"
+#include "platform/text/text_numbers.h"
 
 #include <algorithm>
 #include <cmath>
@@ -36,7 +36,7 @@ void MOK_TAP::change(double bpm) {
 }
 
 std::string MOK_TAP::label() const {
-    std::string text = fixedText(value_, 2);
+    std::string text = formatFixed(value_, 2);
     text.erase(text.find_last_not_of('0') + 1);
     if (text.back() == '.') text.pop_back();
     return text;

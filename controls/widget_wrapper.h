@@ -1,4 +1,4 @@
-// WidgetWrapper: the bond between one modulation source and one control it moves.
+// WidgetWrapper: one modulation routing (a bond), from a source to the control that it moves.
 #pragma once
 
 #include "controls/control.h"
@@ -7,7 +7,8 @@
 
 namespace zephyra {
 
-/// The range that the source sweeps and how the control follows. The control must outlive it. MAIN.
+/// Its depth is the range that the source sweeps; its smoothing is the gravity with which the
+/// control follows. The control must outlive it. MAIN.
 class WidgetWrapper {
 public:
     explicit WidgetWrapper(Control& control) : obj_(control) {}

@@ -19,7 +19,7 @@ bool isModuleSampleRate(double rate) noexcept {
     return std::isfinite(rate) && rate >= kModuleMinSampleRate;
 }
 
-double glideStart(double smoothed, double target) ZEPHYRA_NONBLOCKING {
+double smoothingStart(double smoothed, double target) ZEPHYRA_NONBLOCKING {
     return std::isfinite(target - smoothed) ? smoothed : 0;
 }
 

@@ -53,9 +53,9 @@ inline constexpr double kModuleMinSampleRate = 1;
 /// Whether a module can run at rate: finite and at least kModuleMinSampleRate. Any thread.
 bool isModuleSampleRate(double rate) noexcept;
 
-/// Where a glide to target starts that stands at smoothed: there, or at 0 when the two are so far
-/// apart that their difference would be infinite. Any thread.
-double glideStart(double smoothed, double target) ZEPHYRA_NONBLOCKING;
+/// Where smoothing towards target starts that stands at smoothed: there, or at 0 when the two are
+/// so far apart that their difference would be infinite. Any thread.
+double smoothingStart(double smoothed, double target) ZEPHYRA_NONBLOCKING;
 
 /// Fills the record of a stereo module ("in1", "in2", "out1", "out2") with one description per
 /// name; false when there is no memory for them. vectorSize below 1 counts as 1. MAIN or OFF.

@@ -119,24 +119,25 @@ inline void echoLanes(EchoChannel& channel, Doubles time, Doubles feedback) {
 }
 
 /// Left and right time, left and right feedback: the order of EchoBlock.
-constexpr int kGlides = 4;
-constexpr double kGlideCoefficients[kGlides] = {
-    delay_stereo_forward::kTimeGlide, delay_stereo_forward::kTimeGlide,
-    delay_stereo_forward::kFeedbackGlide, delay_stereo_forward::kFeedbackGlide};
+constexpr int kSmoothed = 4;
+constexpr double kCoefficients[kSmoothed] = {
+    delay_stereo_forward::kTimeSmoothing, delay_stereo_forward::kTimeSmoothing,
+    delay_stereo_forward::kFeedbackSmoothing, delay_stereo_forward::kFeedbackSmoothing};
 
-/// The glides are stepped side by side for kLanes samples, then turned into one register per glide.
+/// The smoothed ones are stepped side by side for kLanes samples, then turned into one register
+/// each.
 inline void echoGliding(EchoChannel* channels, EchoBlock& block) {
-    constexpr int kParts = kGlides / kLanes;
+    constexpr int kParts = kSmoothed / kLanes;
     Doubles value[kParts], target[kParts], coefficient[kParts];
     for (int part = 0; part < kParts; ++part) {
         value[part] = load(block.smoothed + part * kLanes);
         target[part] = load(block.target + part * kLanes);
-        coefficient[part] = load(kGlideCoefficients + part * kLanes);
+        coefficient[part] = load(kCoefficients + part * kLanes);
     }
     EchoChannel left = channels[0], right = channels[1];
     std::int64_t frames = block.frames;
     for (; frames >= kLanes; frames -= kLanes) {
-        Doubles ahead[kGlides];
+        Doubles ahead[kSmoothed];
         for (int part = 0; part < kParts; ++part) {
             for (int lane = 0; lane < kLanes; ++lane)
                 ahead[part * kLanes + lane] = value[part] +=
@@ -178,9 +179,8 @@ void echoBody(EchoBlock& block) ZEPHYRA_NONBLOCKING {
         channels[side] = {block.line[side], block.writeIndex[side], block.in[side],
                           block.out[side]};
     bool atRest = true;
-    for (int n = 0; n < kGlides; ++n)
-        atRest =
-            atRest && Glide{block.smoothed[n], block.target[n], kGlideCoefficients[n]}.atRest();
+    for (int n = 0; n < kSmoothed; ++n)
+        atRest = atRest && OnePole{block.smoothed[n], block.target[n], kCoefficients[n]}.atRest();
     if (atRest)
         for (int side = 0; side < 2; ++side)
             echoAtRest(channels[side], block.smoothed[side], block.smoothed[2 + side],

@@ -65,7 +65,7 @@ template <bool glides>
 struct RingWalk {
     const RingBlock block;
     double phase;
-    Glide amount;
+    OnePole amount;
     std::int64_t done = 0;
 
     void sample() {
@@ -107,7 +107,7 @@ struct RingWalk {
 
 template <bool glides>
 inline void ringLoop(RingBlock& block) {
-    const Glide amount{block.smoothed, block.target, RM::kDryWetGlide};
+    const OnePole amount{block.smoothed, block.target, RM::kDryWetSmoothing};
     RingWalk<glides> walk{block, block.phase, amount};
     while (block.frames - walk.done >= kLanes) {
         walk.lanes();
@@ -134,7 +134,7 @@ inline void fetchTable(const RingBlock& block) {
 }
 
 void ringBody(RingBlock& block) ZEPHYRA_NONBLOCKING {
-    const bool atRest = Glide{block.smoothed, block.target, RM::kDryWetGlide}.atRest();
+    const bool atRest = OnePole{block.smoothed, block.target, RM::kDryWetSmoothing}.atRest();
     fetchTable(block);
     atRest ? ringLoop<false>(block) : ringLoop<true>(block);
 }

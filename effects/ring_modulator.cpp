@@ -74,7 +74,7 @@ std::int32_t perform(CommonState* common, const float* inL, const float* inR, fl
     RingBlock block{state->table,
                     state->phase,
                     frequency / state->sampleRate,
-                    glideStart(state->smoothed, amount),
+                    smoothingStart(state->smoothed, amount),
                     amount,
                     {inL, inR},
                     {outL, outR},

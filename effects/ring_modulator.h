@@ -13,8 +13,9 @@ namespace zephyra::RM {
 
 /// Points in one turn of the cosine table.
 inline constexpr std::int32_t kTableSize = 16384;
-/// Share of the way to its target that the dry/wet amount goes per sample.
-inline constexpr double kDryWetGlide = 0.0014247580910282925;
+/// One-pole coefficient: the share of the way to its target that the dry/wet amount goes per
+/// sample.
+inline constexpr double kDryWetSmoothing = 0.0014247580910282925;
 /// Between two table points lie 2^18 phases; this maps them to 0..1 with both ends included, so it
 /// is 1 / (2^18 - 1), to the digits that the sound was made with.
 inline constexpr double kPhaseFraction = 3.81471181759574e-6;
@@ -30,13 +31,13 @@ enum Parameter : std::int32_t {
 /// vectorSize is only remembered. Null when there is no memory. MAIN or OFF.
 CommonState* create(double sampleRate, std::int32_t vectorSize) noexcept;
 
-/// Error 0, phase 0, parameters and the amount's glide 0. OFF.
+/// Error 0, phase 0, parameters and the amount's smoothing 0. OFF.
 void reset(CommonState* state) noexcept;
 
 /// Sets the rate in Hz; one that isModuleSampleRate refuses keeps the old. OFF.
 void setSampleRate(CommonState* state, double rate) noexcept;
 
-/// Stores a parameter: the amount glides, the frequency holds from the next block on. An index
+/// Stores a parameter: the amount is smoothed, the frequency holds from the next block on. An index
 /// outside the parameters and a value that is not finite do nothing. Any thread, also while perform
 /// runs.
 void setparameter(CommonState* state, std::int32_t index, double value) ZEPHYRA_NONBLOCKING;

@@ -89,7 +89,7 @@ std::int32_t perform(CommonState* common, const float* inL, const float* inR, fl
                     frames};
     for (int n = 0; n < kParameterCount; ++n) {
         block.target[n] = state->targets.get(kBlockOrder[n]);
-        block.smoothed[n] = glideStart(state->smoothed[n], block.target[n]);
+        block.smoothed[n] = smoothingStart(state->smoothed[n], block.target[n]);
     }
     state->bodies.echo(block);
     for (int n = 0; n < kParameterCount; ++n) state->smoothed[n] = block.smoothed[n];

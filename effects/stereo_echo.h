@@ -1,4 +1,4 @@
-// delay_stereo_forward: the stereo echo, two delay lines with gliding times and feedbacks.
+// delay_stereo_forward: the stereo echo, two delay lines with smoothed times and feedbacks.
 //
 // A module's life: create, then setparameter and perform as often as wished, reset or clearBuffer
 // while nothing renders, destroy. The output is always the input plus the delayed signal: the first
@@ -14,10 +14,10 @@ namespace zephyra::delay_stereo_forward {
 
 /// The longest delay, in samples; longer times behave like this one.
 inline constexpr double kMaxDelay = 200000;
-/// Share of the way to its target that a delay time goes per sample.
-inline constexpr double kTimeGlide = 0.00014247585682363153;
-/// Share of the way to its target that a feedback goes per sample.
-inline constexpr double kFeedbackGlide = 0.0014247580910282925;
+/// One-pole coefficient: the share of the way to its target that a delay time goes per sample.
+inline constexpr double kTimeSmoothing = 0.00014247585682363153;
+/// The same of a feedback.
+inline constexpr double kFeedbackSmoothing = 0.0014247580910282925;
 
 /// The parameters by index; all are 0 after create and reset.
 enum Parameter : std::int32_t {
@@ -33,7 +33,7 @@ enum Parameter : std::int32_t {
 /// OFF.
 CommonState* create(double sampleRate, std::int32_t vectorSize, Log* log = nullptr) noexcept;
 
-/// Error 0, parameters and their glides 0, lines cleared. OFF.
+/// Error 0, parameters and their smoothing 0, lines cleared. OFF.
 void reset(CommonState* state) noexcept;
 
 /// Clears both lines and nothing else. OFF.
@@ -43,8 +43,8 @@ void clearBuffer(CommonState* state) noexcept;
 /// nothing else changes. OFF.
 void setSampleRate(CommonState* state, double rate) noexcept;
 
-/// Stores a parameter's target, which later blocks glide to. An index outside the parameters and a
-/// value that is not finite do nothing. Any thread, also while perform runs.
+/// Stores a parameter's target, which later blocks are smoothed towards. An index outside the
+/// parameters and a value that is not finite do nothing. Any thread, also while perform runs.
 void setparameter(CommonState* state, std::int32_t index, double value) ZEPHYRA_NONBLOCKING;
 
 /// The target of a parameter as last set; 0 for an index outside the parameters. Any thread.

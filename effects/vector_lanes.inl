@@ -147,8 +147,8 @@ inline double finiteOrZero(double value) {
     return __builtin_isfinite(value) ? value : 0;
 }
 
-/// A value on its way to its target.
-struct Glide {
+/// One-pole smoothing: a value on its way to its target.
+struct OnePole {
     double value;
     double target;
     double coefficient;

@@ -31,8 +31,8 @@ static inline std::uint64_t modulo(std::uint64_t sum, std::uint64_t modulus) ZEP
     return sum < modulus ? sum : sum % modulus;
 }
 
-/// Both phases one sample on. The read phase wraps once at most, as it always has: increments of 1
-/// and more carry it away, which no control can ask for.
+/// Both phases one sample on. The read phase wraps once at most, which is cheaper than a modulo:
+/// only increments of 1 and more, which no control can ask for, carry it away.
 static inline GrainStep advance(mokGrain& grain, bool ready) ZEPHYRA_NONBLOCKING {
     grain.envelopePhase += grain.envelopeIncrement;
     if (grain.envelopePhase >= 1.0f) return GrainStep::ended;

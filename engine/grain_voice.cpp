@@ -95,7 +95,7 @@ void mokGrain::Processing(float* out, int count) ZEPHYRA_NONBLOCKING {
         case GrainStep::ended:
             active = false;
             std::fill(out + n, out + count, 0.0f);
-            lowerActives(count - n); // once per sample that is left, as it always has been
+            lowerActives(count - n); // by samples, not by one: see _actives
             return;
         case GrainStep::sounds:
             out[n] = grain_step::sampleAt(*this, tables);

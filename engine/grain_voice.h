@@ -58,13 +58,13 @@ public:
     /// Hz; recomputes both increments. One that is not above 0 or not finite is ignored. OFF.
     void setSampleRate(float rate) noexcept;
 
-    /// Lowers _actives, never below 0; by the samples that a call had left when its grain ended.
-    /// RENDER.
+    /// Lowers _actives, never below 0. RENDER.
     static void lowerActives(std::int32_t by) ZEPHYRA_NONBLOCKING;
 
-    static Relaxed<std::int32_t>
-        _actives; ///< started and not yet ended grains of the process, kept
-                  ///< without read-modify-write, so only a rough count
+    /// Sounding grains of the process, roughly: several RENDER threads count without
+    /// read-modify-write and lose steps. A grain that ends lowers it by the samples that its call
+    /// had left, not by one, so that lost steps do not add up: it comes back to 0.
+    static Relaxed<std::int32_t> _actives;
 
     // The fields are in the order of the record that the stream walks.
     std::uint32_t seed;        ///< as given at construction; read by nothing

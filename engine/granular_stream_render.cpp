@@ -129,6 +129,7 @@ void mokGranulatorSF::initializeGrain(int frame, float position,
 
     const float spread = settings.width * (signedUnit(state, kM1) + 1.0f) * 0.5f;
     const float readPosition = position + lastJitterOffset;
+    // Voice allocation: the first free one; where all sound the new grain goes, none is stolen.
     const auto free = std::find_if(grains.begin(), grains.end(),
                                    [](const auto& grain) { return !grain->active; });
     const bool dropped = free == grains.end();
@@ -195,7 +196,7 @@ void mokGranulatorSF::renderGrains(int frames, const GrainTables& tables) ZEPHYR
                            .count = frames - start};
         const int sounded = mixer_(grain, tables, mix);
         if (sounded == mix.count) continue;
-        // Once per sample that is left, as it always has been.
+        // By samples, not by one, as Processing does: see mokGrain::_actives.
         if (!grain.active) mokGrain::lowerActives(mix.count - sounded);
         addSilence(mix.left + sounded, mix.count - sounded, mix.gainL);
         addSilence(mix.right + sounded, mix.count - sounded, mix.gainR);

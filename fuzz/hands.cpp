@@ -212,7 +212,7 @@ private:
         binding.min = static_cast<float>(fraction());
         binding.max = static_cast<float>(fraction());
         binding.curve = bytes_.take<float>();
-        binding.takeOver = static_cast<MidiTakeOver>(bytes_.below(3));
+        binding.takeover = static_cast<MidiTakeover>(bytes_.below(3));
         binding.relative = bytes_.byte() % 4 == 0;
         view.midiManager.bind(binding);
     }

@@ -1,4 +1,4 @@
-// GestureFilter: lets through to a host only what a hand did.
+// GestureFilter: forwards parameter gestures to a host, and keeps modulation's changes from it.
 #pragma once
 
 #include "platform/audio_unit/audio_unit_parameters.h"
@@ -8,9 +8,10 @@
 
 namespace zephyra {
 
-/// Watches a tree and forwards the touch, the values until the release, and the release of each
-/// parameter. Values outside a gesture, as modulation sends them, are for the tree alone, and so is
-/// a touch inside a gesture. Made and destroyed MAIN; the tree must outlive it.
+/// Watches a tree and forwards each parameter's gesture as hosts automate it: the touch (begin),
+/// the values until the release, and the release (end). Values outside a gesture, as modulation
+/// sends them, are for the tree alone, and so is a touch inside a gesture. Made and destroyed MAIN;
+/// the tree must outlive it.
 class GestureFilter {
 public:
     using Forward = std::function<void(const AUParameterAutomationEvent&)>;

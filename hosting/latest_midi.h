@@ -1,4 +1,4 @@
-// LatestMidi: the newest message of each kind, for when there are too many to keep all.
+// LatestMidi: coalesces MIDI, keeping the newest message of each kind when a queue is full.
 #pragma once
 
 #include "platform/audio_unit/midi_message.h"

@@ -1,4 +1,4 @@
-// MidiInlet: brings the host's MIDI from the render thread to the main queue.
+// MidiInlet: the lock-free MIDI queue from the host's render thread to the main queue.
 #pragma once
 
 #include "hosting/latest_midi.h"

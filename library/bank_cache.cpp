@@ -3,7 +3,7 @@
 #include "library/bank_edits.h"
 #include "platform/files/file_calls.h"
 #include "platform/files/whole_file.h"
-#include "platform/text/case_folding.h"
+#include "platform/text/names.h"
 
 #include <utility>
 

@@ -1,7 +1,8 @@
 #include "library/bank_edits.h"
 
-#include "platform/text/case_folding.h"
-#include "platform/text/fixed_text.h"
+#include "platform/clock.h"
+#include "platform/text/names.h"
+#include "platform/text/text_numbers.h"
 
 #include <algorithm>
 #include <utility>
@@ -80,7 +81,7 @@ Bank renumberedBank(Bank bank, std::vector<std::string> keys) {
         const auto record = bank.find(key);
         if (record == bank.end()) return; // named twice, or gone meanwhile
         const float number = static_cast<float>(renumbered.size()) * 0.001f;
-        std::string newKey = fixedText(double{number}, 3) + " - ";
+        std::string newKey = formatFixed(double{number}, 3) + " - ";
         newKey += withoutNumber(key);
         renumbered.insert_or_assign(std::move(newKey), std::move(record->second));
         bank.erase(record);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "library/bank_file.h"
-#include "platform/local_time.h"
+#include "platform/clock.h"
 
 #include <cstddef>
 #include <optional>

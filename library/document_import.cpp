@@ -6,7 +6,7 @@
 #include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
 #include "platform/files/whole_file.h"
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 
 #include <algorithm>
 #include <utility>

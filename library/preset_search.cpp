@@ -1,6 +1,6 @@
 #include "library/preset_search.h"
 
-#include "platform/text/case_folding.h"
+#include "platform/text/names.h"
 
 namespace zephyra {
 

@@ -3,9 +3,9 @@
 #include "library/bank_edits.h"
 #include "library/preset_dialogs.h"
 #include "library/quick_presets_manager.h"
+#include "platform/clock.h"
 #include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
-#include "platform/local_time.h"
 
 #include <utility>
 

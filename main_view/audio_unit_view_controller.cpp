@@ -1,6 +1,6 @@
 #include "main_view/audio_unit_view_controller.h"
 
-#include "platform/text/fixed_text.h"
+#include "platform/text/text_numbers.h"
 
 #include <algorithm>
 #include <system_error>
@@ -88,8 +88,8 @@ void AudioUnitViewController::postIfAlive(void (AudioUnitViewController::*task)(
 }
 
 std::string AudioUnitViewController::fadeTimesText() const {
-    return "Fade In/Out (Play/Pause) Time: [In: " + fixedText(double{_fadeInTime.value()}, 3) +
-           " secs  Out: " + fixedText(double{_fadeOutTime.value()}, 3) + " secs]";
+    return "Fade In/Out (Play/Pause) Time: [In: " + formatFixed(double{_fadeInTime.value()}, 3) +
+           " secs  Out: " + formatFixed(double{_fadeOutTime.value()}, 3) + " secs]";
 }
 
 void AudioUnitViewController::loadSample(const std::filesystem::path& path) {

@@ -121,7 +121,7 @@ void AudioUnitViewController::wireModulation() {
                              .control = &_GRANULATOR_STREAM.controls._pitch,
                              .min = bend,
                              .max = bend,
-                             .takeOver = MidiTakeOver::jump,
+                             .takeover = MidiTakeover::jump,
                              .relative = true});
     // A tapped tempo leads until a host tells its own.
     assignments.tempo.addTarget(

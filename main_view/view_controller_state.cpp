@@ -6,7 +6,6 @@
 #include "platform/text/log.h"
 #include "stream/sound_keeping.h"
 #include "stream/stream_state.h"
-#include "stream/warning.h"
 
 #include <algorithm>
 #include <utility>
@@ -51,7 +50,7 @@ PropertyDictionary AudioUnitViewController::getState() {
 
 PropertyDictionary AudioUnitViewController::snapshotState() {
     if (const Result<void> kept = keepSoundAsFile(instance_, _GRANULATOR_STREAM); !kept)
-        presentWarning(instance_, kept.message());
+        presentWarning(instance_.alerts, kept.message());
     PropertyDictionary state = stateFor(StateUse::snapshot);
     state.at(state_key::kMidi).as<PropertyDictionary>()->erase(midi_key::kNavigation);
     return state;

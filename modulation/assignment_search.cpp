@@ -1,7 +1,7 @@
 #include "modulation/assignment_search.h"
 
 #include "controls/state_keys.h"
-#include "platform/text/case_folding.h"
+#include "platform/text/names.h"
 
 namespace zephyra {
 

@@ -4,7 +4,7 @@
 #include "controls/state_keys.h"
 #include "modulation/control_manager.h"
 #include "modulation/scrub_widget_wrapper.h"
-#include "platform/text/fixed_text.h"
+#include "platform/text/text_numbers.h"
 
 #include <algorithm>
 #include <cmath>
@@ -167,7 +167,7 @@ std::string ControlManager::setMinMaxRealRangeLabel() const {
         high = double{knob->maximumValue()};
     }
     const auto at = [&](float fraction) {
-        return fixedText(low + double{fraction} * (high - low), 3);
+        return formatFixed(low + double{fraction} * (high - low), 3);
     };
     return "Widget Range min = " + at(panel.minRange) + " max = " + at(panel.maxRange);
 }

@@ -1,12 +1,16 @@
-// ControlMover: how modulation moves one control, whatever kind it is.
+// ControlMover: a modulation destination, one control as modulation moves it, whatever its kind.
 #pragma once
 
 #include "controls/widget_wrapper.h"
 
 #include <memory>
-#include <optional>
 
 namespace zephyra {
+
+class MOK_KNOB;
+class MOK_Keyboard;
+class MOK_PAD;
+class ScanTarget;
 
 /// Places are fractions of the control's linear range. The control must outlive it. MAIN.
 class ControlMover {
@@ -33,20 +37,16 @@ float placeInRange(double v, const WidgetWrapper& bond);
 /// Where place lies within the bond's range, 0..1; outside it the nearer end.
 double partOfRange(float place, const WidgetWrapper& bond);
 
-/// For controls that know nothing of gravity: follows by itself and sets the place reached.
-class PlaceMover : public ControlMover {
-public:
-    bool follow(float place, const WidgetWrapper& bond, double seconds) override;
-    void letGo() override { followed_.reset(); }
-
-protected:
-    virtual void moveTo(float place) = 0;
-
-private:
-    std::optional<double> followed_; // while under way
-};
-
-/// For a knob (or slider) and a scan target; null for every other kind.
+/// Along its linear range; sliders are knobs.
+std::unique_ptr<ControlMover> makeKnobMover(MOK_KNOB& knob);
+/// Through a stream's sound. The scan stands for one and a half LFO ticks, which bridges a late
+/// one.
+std::unique_ptr<ControlMover> makeScanMover(ScanTarget& scan);
+/// Its point, up and down.
+std::unique_ptr<ControlMover> makePadMover(MOK_PAD& pad);
+/// Over its keys: holds one at most, from the first movement until it lets go or ends.
+std::unique_ptr<ControlMover> makeKeyboardMover(MOK_Keyboard& keyboard);
+/// What an LFO or the tilt moves, a knob or a scan; null for every other kind.
 std::unique_ptr<ControlMover> makeMover(Control& control);
 
 } // namespace zephyra

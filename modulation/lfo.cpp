@@ -67,7 +67,7 @@ void beginCycle(lfo_data& lfo, RandomSource& random) {
 } // namespace
 
 MOK_LFO::MOK_LFO(RandomSource& random) : data_{}, random_(random) {
-    constexpr double kTurn = 6.283185308; // 2π as the table has always had it
+    constexpr double kTurn = 6.283185308; // 2π to nine decimals: more move table points
     for (std::size_t n = 0; n < lfo_data::kTableSize; ++n)
         data_.sineTable[n] = static_cast<float>(
             0.5 + 0.5 * std::sin(static_cast<double>(n) * (1.0 / lfo_data::kTableSize) * kTurn));

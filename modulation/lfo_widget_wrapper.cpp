@@ -1,6 +1,8 @@
 #include "modulation/lfo_widget_wrapper.h"
 
+#include "controls/knob.h"
 #include "controls/note_values.h"
+#include "controls/scan_target.h"
 #include "controls/state_keys.h"
 
 #include <algorithm>
@@ -110,5 +112,13 @@ void LfoWidgetWrapper::applyState(PropertyReader& state) {
     if (const auto hz = state.real(kHz)) setHz(*hz);
     resetPhase();
 }
+
+MOK_KNOB_LFO_CONTROL_WRAPPER::MOK_KNOB_LFO_CONTROL_WRAPPER(MOK_KNOB& knob, double bpm,
+                                                           RandomSource& random)
+    : LfoWidgetWrapper(knob, makeKnobMover(knob), bpm, random) {}
+
+LfoScrubWaveFormWidgetWrapper::LfoScrubWaveFormWidgetWrapper(ScanTarget& scan, double bpm,
+                                                             RandomSource& random)
+    : LfoWidgetWrapper(scan, makeScanMover(scan), bpm, random) {}
 
 } // namespace zephyra

@@ -1,4 +1,4 @@
-// LfoWidgetWrapper: an LFO with the control it drives, whatever kind that is.
+// LfoWidgetWrapper: the routing of an LFO to the control it drives, with its two kinds.
 #pragma once
 
 #include "modulation/control_mover.h"
@@ -63,6 +63,18 @@ private:
     bool suspended_ = false, linked_ = false;
     double freeHz_ = kFirstRate, clockSubMult_ = 1.0, bpm_;
     int clockSub_ = kFirstClockSub;
+};
+
+/// To a knob or slider, which it turns. MAIN.
+class MOK_KNOB_LFO_CONTROL_WRAPPER final : public LfoWidgetWrapper {
+public:
+    MOK_KNOB_LFO_CONTROL_WRAPPER(MOK_KNOB& knob, double bpm, RandomSource& random);
+};
+
+/// To a scan, which it moves through a stream's sound. MAIN.
+class LfoScrubWaveFormWidgetWrapper final : public LfoWidgetWrapper {
+public:
+    LfoScrubWaveFormWidgetWrapper(ScanTarget& scan, double bpm, RandomSource& random);
 };
 
 } // namespace zephyra

@@ -1,7 +1,7 @@
 #include "modulation/lfo_widgets_mapping.h"
 
-#include "modulation/lfo_knob_wrapper.h"
-#include "modulation/lfo_scan_wrapper.h"
+#include "controls/knob.h"
+#include "controls/scan_target.h"
 
 namespace zephyra {
 

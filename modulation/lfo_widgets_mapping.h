@@ -1,4 +1,5 @@
-// LFO_WIDGETS_MAPPING: the routing table that connects LFOs to the controls they move.
+// LFO_WIDGETS_MAPPING: the modulation matrix of the LFOs, which routes each to the control it
+// moves.
 #pragma once
 
 #include "modulation/lfo_widget_wrapper.h"

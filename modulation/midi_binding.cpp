@@ -84,7 +84,7 @@ Result<void> checkBinding(const MidiBinding& binding) {
         return Failure{"min and max must be 0 to 1"};
     if (!within(binding.curve, kLeastCurve, kMostCurve))
         return Failure{"the curve must be 0.1 to 10"};
-    if (binding.takeOver != MidiTakeOver::pickUp && binding.takeOver != MidiTakeOver::jump)
+    if (binding.takeover != MidiTakeover::soft && binding.takeover != MidiTakeover::jump)
         return Failure{"takeOver must be 0 (pick up) or 1 (jump)"};
     if (binding.relative && (binding.trigger.source != MidiSource::pitchBend ||
                              !dynamic_cast<const MOK_KNOB*>(binding.control)))

@@ -1,4 +1,4 @@
-// MidiBinding: which MIDI message moves which control, and how.
+// MidiBinding: one MIDI mapping, which message moves which control, over which range and curve.
 #pragma once
 
 #include "controls/control.h"
@@ -32,8 +32,8 @@ std::string triggerText(const MidiTrigger& trigger);
 
 /// What happens while controller and control stand at different places. The numbers are saved in
 /// states.
-enum class MidiTakeOver : std::int64_t {
-    pickUp = 0, ///< the control waits until the controller passes where it stands
+enum class MidiTakeover : std::int64_t {
+    soft = 0, ///< soft takeover, pick-up: it waits until the controller passes where it stands
     jump = 1,
 };
 
@@ -42,7 +42,7 @@ struct MidiBinding {
     Control* control = nullptr;
     float min = 0.0f, max = 1.0f; ///< fractions of the linear range at the lowest and highest value
     float curve = 1.0f;           ///< exponent of the value, 0.1..10: above 1 finer at the bottom
-    MidiTakeOver takeOver = MidiTakeOver::pickUp;
+    MidiTakeover takeover = MidiTakeover::soft;
     /// A pitch bend that adds to where the control stands instead of setting it; min and max are
     /// then how far it goes down and up, as fractions of the linear range.
     bool relative = false;

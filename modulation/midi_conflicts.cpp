@@ -2,7 +2,7 @@
 
 #include "controls/named_knobs.h"
 #include "modulation/midi_values.h"
-#include "modulation/spoken_list.h"
+#include "platform/text/message_text.h"
 
 #include <algorithm>
 #include <map>

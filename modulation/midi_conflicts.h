@@ -1,4 +1,4 @@
-// midiConflicts: where MIDI bindings and the choice of presets get in each other's way.
+// midiConflicts: where MIDI mappings and the choice of presets get in each other's way.
 #pragma once
 
 #include "modulation/control_manager.h"

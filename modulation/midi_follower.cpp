@@ -45,13 +45,13 @@ void MidiFollower::take(double value) {
     const bool passed =
         before && (reaches(*before) || (*before - stands()) * (place - stands()) <= 0.0f);
     const bool ready =
-        follows() || reaches(place) || passed || binding_.takeOver == MidiTakeOver::jump;
+        follows() || reaches(place) || passed || binding_.takeover == MidiTakeover::jump;
     set_.reset();
     if (!isHeld() && ready) moveTo(place);
 }
 
 bool MidiFollower::waits() const {
-    if (button_ || binding_.relative || binding_.takeOver == MidiTakeOver::jump) return false;
+    if (button_ || binding_.relative || binding_.takeover == MidiTakeover::jump) return false;
     if (toggle_ && binding_.trigger.source == MidiSource::note) return false;
     return !follows();
 }

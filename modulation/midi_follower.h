@@ -1,4 +1,4 @@
-// MidiFollower: moves the control of one binding, and waits where it would jump.
+// MidiFollower: moves the control of one MIDI mapping, with soft takeover where it would jump.
 #pragma once
 
 #include "controls/knob.h"

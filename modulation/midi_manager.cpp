@@ -1,8 +1,8 @@
 #include "modulation/midi_manager.h"
 
 #include "modulation/midi_conflicts.h"
-#include "modulation/spoken_list.h"
 #include "platform/audio_unit/midi_notices.h"
+#include "platform/text/message_text.h"
 
 #include <any>
 
@@ -77,7 +77,7 @@ bool MidiManager::learnFrom(const MidiMessage& message) {
     if (learnsChannel) trigger->channel = message.channel();
     MidiBinding binding{.trigger = *trigger, .control = &control};
     // Velocities come from nowhere: they would hardly ever pass where the control stands.
-    if (trigger->source == MidiSource::note) binding.takeOver = MidiTakeOver::jump;
+    if (trigger->source == MidiSource::note) binding.takeover = MidiTakeover::jump;
     if (!bind(binding)) return true;
     watchFrom(*trigger, control, message);
     if (trigger->source == MidiSource::controller && trigger->number < MidiValues::kFineHalf)
@@ -138,14 +138,14 @@ bool MidiManager::bind(const MidiBinding& binding) {
                             " already");
         return false;
     }
-    takeOver(control);
+    assignToMidi(control);
     place(binding);
     showBindings(control);
     return true;
 }
 
 // Before something is bound: whoever hears of it may unbind what was there.
-void MidiManager::takeOver(Control& control) {
+void MidiManager::assignToMidi(Control& control) {
     if (controls_.typeOf(control) != AssignmentType::midi)
         controls_.assign(control, AssignmentType::midi);
 }
@@ -221,7 +221,7 @@ std::vector<std::string> MidiManager::conflicts() const {
     return midiConflicts(bindings_, navigation_, controls_);
 }
 
-bool MidiManager::waitsForPickUp(std::size_t index) const {
+bool MidiManager::waitsForSoftTakeover(std::size_t index) const {
     return index < followers_.size() && followers_[index]->waits();
 }
 

@@ -1,4 +1,4 @@
-// MidiManager: learns which MIDI messages move which controls, and moves them.
+// MidiManager: MIDI learn, mappings of messages to controls, and what they move.
 #pragma once
 
 #include "modulation/control_manager.h"
@@ -66,8 +66,8 @@ public:
     /// A line for each trigger that moves several controls, and each control that several triggers
     /// move.
     std::vector<std::string> conflicts() const;
-    /// Whether the control waits for its controller to come by.
-    bool waitsForPickUp(std::size_t index) const;
+    /// Whether the control still waits for its controller (soft takeover).
+    bool waitsForSoftTakeover(std::size_t index) const;
 
     // --- Banks and presets ---
 
@@ -102,7 +102,7 @@ private:
     static Result<void> checkNavigation(const Navigation& navigation);
     bool isKnown(const Control& control) const;
     std::optional<std::size_t> find(const MidiTrigger& trigger, const Control& control) const;
-    void takeOver(Control& control);
+    void assignToMidi(Control& control);
     void place(const MidiBinding& binding);
     void remove(std::size_t index);
     std::vector<std::string> triggersOf(const Control& control) const;

@@ -22,7 +22,7 @@ PropertyDictionary saved(const MidiBinding& binding) {
             {kMin, binding.min},
             {kMax, binding.max},
             {kCurve, binding.curve},
-            {kTakeOver, static_cast<std::int64_t>(binding.takeOver)},
+            {kTakeOver, static_cast<std::int64_t>(binding.takeover)},
             {kRelative, binding.relative}};
 }
 
@@ -54,7 +54,7 @@ MidiBinding restored(PropertyReader& reader, const ControlManager& controls) {
     binding.min = realOr(reader, kMin, plain.min);
     binding.max = realOr(reader, kMax, plain.max);
     binding.curve = realOr(reader, kCurve, plain.curve);
-    binding.takeOver = static_cast<MidiTakeOver>(wholeOr(reader, kTakeOver, 0));
+    binding.takeover = static_cast<MidiTakeover>(wholeOr(reader, kTakeOver, 0));
     binding.relative = reader.boolean(kRelative).value_or(plain.relative);
     return binding;
 }
@@ -104,7 +104,7 @@ void MidiManager::restoreBindings(const PropertyArray& saved, PropertyReader& st
             ++leftOut;
             continue;
         }
-        takeOver(*binding.control);
+        assignToMidi(*binding.control);
         place(binding);
         concerned.insert(binding.control);
     }

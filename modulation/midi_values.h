@@ -1,4 +1,4 @@
-// MidiValues: what a message says to a trigger, with halves of controllers put together.
+// MidiValues: a MIDI message as a value of 0..1, with 14-bit controllers put together.
 #pragma once
 
 #include "modulation/midi_binding.h"

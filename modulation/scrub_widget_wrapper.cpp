@@ -1,5 +1,8 @@
 #include "modulation/scrub_widget_wrapper.h"
 
+#include "controls/knob.h"
+#include "controls/mok_keyboard.h"
+#include "controls/pad.h"
 #include "controls/state_keys.h"
 
 #include <algorithm>
@@ -57,5 +60,14 @@ void ScrubWidgetWrapper::stop() {
     anchored_ = following_ = false;
     mover_->letGo();
 }
+
+ScrubKnobWidgetWrapper::ScrubKnobWidgetWrapper(MOK_KNOB& knob, bool secondFinger)
+    : ScrubWidgetWrapper(knob, makeKnobMover(knob), secondFinger) {}
+
+ScrubPadWidgetWrapper::ScrubPadWidgetWrapper(MOK_PAD& pad, bool secondFinger)
+    : ScrubWidgetWrapper(pad, makePadMover(pad), secondFinger) {}
+
+ScrubKeyboardWidgetWrapper::ScrubKeyboardWidgetWrapper(MOK_Keyboard& keyboard, bool secondFinger)
+    : ScrubWidgetWrapper(keyboard, makeKeyboardMover(keyboard), secondFinger) {}
 
 } // namespace zephyra

@@ -1,4 +1,4 @@
-// ScrubWidgetWrapper: a finger's vertical movement with the control it moves, whatever kind it is.
+// ScrubWidgetWrapper: the routing of a finger's vertical movement to a control, with its kinds.
 #pragma once
 
 #include "modulation/control_mover.h"
@@ -45,6 +45,29 @@ private:
     bool secondFinger_;
     double part_ = 0.0; // of the range, where the finger points
     bool anchored_ = false, following_ = false;
+};
+
+/// MAIN.
+class ScrubKnobWidgetWrapper final : public ScrubWidgetWrapper {
+public:
+    ScrubKnobWidgetWrapper(MOK_KNOB& knob, bool secondFinger);
+};
+
+/// A slider is a knob that looks otherwise.
+using ScrubSliderWidgetWrapper = ScrubKnobWidgetWrapper;
+
+/// Moves the pad's y. MAIN.
+class ScrubPadWidgetWrapper final : public ScrubWidgetWrapper {
+public:
+    ScrubPadWidgetWrapper(MOK_PAD& pad, bool secondFinger);
+};
+
+/// Plays one key after the other, until the finger ends. MAIN.
+class ScrubKeyboardWidgetWrapper final : public ScrubWidgetWrapper {
+public:
+    ScrubKeyboardWidgetWrapper(MOK_Keyboard& keyboard, bool secondFinger);
+
+    void end() override { stop(); }
 };
 
 } // namespace zephyra

@@ -1,7 +1,10 @@
 #include "modulation/scrub_widgets.h"
 
+#include "controls/knob.h"
+#include "controls/mok_keyboard.h"
+#include "controls/pad.h"
 #include "modulation/lfo.h"
-#include "modulation/scrub_wrapper_kinds.h"
+#include "modulation/scrub_widget_wrapper.h"
 
 #include <cmath>
 

@@ -1,4 +1,5 @@
-// WrapperList: the bonds of one modulation source, one per control, in the order of assignment.
+// WrapperList: the routings (bonds) of one modulation source, one per control, in the order of
+// assignment.
 #pragma once
 
 #include "controls/widget_wrapper.h"

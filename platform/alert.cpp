@@ -38,4 +38,8 @@ void AlertCenter::tellObserver() {
     if (observer) observer();
 }
 
+void presentWarning(AlertCenter& alerts, std::string message) {
+    alerts.present({.title = "Warning", .message = std::move(message), .actions = {{"Ok"}}});
+}
+
 } // namespace zephyra

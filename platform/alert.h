@@ -64,4 +64,7 @@ private:
     std::function<void()> observer_;
 };
 
+/// A failure told to the user in one line: an alert "Warning" with the action "Ok". MAIN.
+void presentWarning(AlertCenter& alerts, std::string message);
+
 } // namespace zephyra

@@ -1,8 +1,10 @@
-// Clock: the time of day as one instance sees it.
+// Clock: the time of day as one instance sees it, and the date as preset keys and bank names hold
+// it.
 #pragma once
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace zephyra {
 
@@ -19,5 +21,13 @@ public:
 private:
     std::optional<std::uint32_t> fixed_;
 };
+
+/// "dd.MM.yyyy" and "HH:mm:ss" of one moment.
+struct DateAndTime {
+    std::string date, time;
+};
+
+/// What the clock shows, in the local time zone. MAIN.
+DateAndTime currentDateAndTime(const Clock& clock);
 
 } // namespace zephyra

@@ -3,8 +3,8 @@
 #include "library/bank_edits.h"
 #include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
-#include "platform/text/case_folding.h"
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
+#include "platform/text/names.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "presets/preset_adding.h"
 
 #include "library/bank_edits.h"
-#include "platform/text/nearest_name.h"
-#include "platform/text/one_line.h"
+#include "platform/clock.h"
+#include "platform/text/message_text.h"
 #include "presets/picked_presets.h"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 #include "presets/preset_names.h"
 
 #include "platform/files/folder_entries.h"
-#include "platform/text/case_folding.h"
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
+#include "platform/text/names.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>

@@ -1,8 +1,9 @@
 #include "presets/preset_saving.h"
 
 #include "library/bank_edits.h"
+#include "platform/clock.h"
 #include "platform/files/folder_entries.h"
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
 
 #include <string>
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "library/bank_folder.h"
+#include "platform/clock.h"
 #include "platform/lists/property_list.h"
-#include "platform/local_time.h"
 #include "platform/text/result.h"
 
 #include <string>

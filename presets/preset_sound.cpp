@@ -3,7 +3,7 @@
 #include "controls/state_keys.h"
 #include "platform/instance.h"
 #include "platform/lists/property_reader.h"
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
 #include "stream/sample_loader.h"
 #include "stream/stream_controller.h"
 #include "stream/stream_state.h"

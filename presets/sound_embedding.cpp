@@ -2,7 +2,7 @@
 
 #include "controls/state_keys.h"
 #include "platform/lists/property_reader.h"
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
 #include "stream/embedded_sample.h"
 #include "stream/sample_reading.h"
 

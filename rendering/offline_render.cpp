@@ -2,7 +2,7 @@
 
 #include "audiounit/control_text.h"
 #include "controls/state_keys.h"
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
 
 #include <algorithm>
 #include <string>

@@ -1,7 +1,7 @@
 #include "rendering/output_type.h"
 
 #include "platform/sound/audio_file.h"
-#include "platform/text/nearest_name.h"
+#include "platform/text/names.h"
 
 #include <algorithm>
 #include <array>

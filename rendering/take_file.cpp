@@ -1,7 +1,8 @@
 #include "rendering/take_file.h"
 
 #include "platform/files/small_file.h"
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
+#include "platform/text/names.h"
 #include "platform/text/text_numbers.h"
 #include "rendering/text_lines.h"
 

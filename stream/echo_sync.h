@@ -1,4 +1,4 @@
-// syncedEchoSeconds: an echo time as a note value at a tempo.
+// syncedEchoSeconds: a tempo-synced delay time, a note value in seconds.
 #pragma once
 
 #include <cstddef>

@@ -234,7 +234,8 @@ void WaveForm::write(int frames, const float* in0, const float* in1) ZEPHYRA_NON
     std::uint64_t w = jump ? 0 : live.offset.load() % size;
     std::uint64_t heard = live.heard;
     for (int n = 0; n < frames && live.ready; ++n) {
-        // Only the second channel is halved: the balance that the live sound has always had.
+        // The second channel at half level: presets of live sounds are set up for this balance, and
+        // two equal channels come only 3.5 dB above one.
         const float frame = in1 ? gain * (in0[n] + 0.5f * in1[n]) : in0[n] * gain;
         const bool finite = frame - frame == 0.0f;
         std::atomic_ref<float>(stored[w]).store(finite ? frame : 0.0f, std::memory_order_relaxed);

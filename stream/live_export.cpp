@@ -2,8 +2,7 @@
 
 #include "platform/sound/audio_file_error.h"
 #include "stream/audio_file_writer.h"
-#include "stream/reserved_name.h"
-#include "stream/warning.h"
+#include "stream/sound_keeping.h"
 
 #include <algorithm>
 #include <functional>
@@ -125,18 +124,18 @@ void LiveExport::save() {
         const bool written = stream_.isLive() && instance_.runLoop.clock() == RunLoop::Clock::wall;
         take = std::make_shared<Take>(currentSound(stream_.waveForm(), written));
     } catch (const std::bad_alloc&) {
-        return presentWarning(instance_,
+        return presentWarning(instance_.alerts,
                               problem(kWriting, "no memory for a copy of the sound").message);
     }
     if (take->frames.empty())
         return presentWarning(
-            instance_,
+            instance_.alerts,
             problem(kWriting, "there is no sound yet; switch LIVE on and play, or load one")
                 .message);
     worker_.start([this, take, folder = instance_.folders.shared,
                    &log = instance_.log](const Worker::Cancelled&) {
         return RunLoop::Task([this, saved = exportTake(folder, *take, log)] {
-            if (!saved) return presentWarning(instance_, saved.message());
+            if (!saved) return presentWarning(instance_.alerts, saved.message());
             lastSaved_ = saved.value();
             instance_.sharedFolder.post(shared_folder_notice::kSamples);
         });

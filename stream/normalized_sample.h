@@ -1,4 +1,4 @@
-// isPlayable and normalizedCopy: which sounds a stream takes, and at what peak it plays them.
+// isPlayable and normalizedCopy: which sounds a stream takes, and their peak normalisation.
 #pragma once
 
 #include "engine/sample_buffer.h"

@@ -2,7 +2,6 @@
 
 #include "platform/text/log.h"
 #include "stream/embedded_sample.h"
-#include "stream/warning.h"
 
 #include <system_error>
 #include <utility>
@@ -118,7 +117,7 @@ std::string SampleLoader::take(const Order& order, LoadedSample& sample) {
 }
 
 void SampleLoader::tell(const Order& order, const std::string& problem) {
-    if (!order.named) return presentWarning(instance_, problem);
+    if (!order.named) return presentWarning(instance_.alerts, problem);
     missing_ = order;
     const auto chosen = [this, alive = std::weak_ptr(alive_),
                          path = order.named->path](const std::string&) {

@@ -1,7 +1,7 @@
 #include "stream/sample_reading.h"
 
 #include "platform/sound/sound_file.h"
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 #include "stream/embedded_sample.h"
 #include "stream/sample_search.h"
 

@@ -1,6 +1,6 @@
 #include "stream/sample_report.h"
 
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 
 #include <utility>
 

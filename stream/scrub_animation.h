@@ -1,4 +1,4 @@
-// ScrubAnimation: the picture of where a stream's scan stands.
+// ScrubAnimation: the playhead as a screen draws it, a cursor where a stream's scan stands.
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// ScrubRecorder: records how a hand moves a stream's scan, and plays that take in a loop.
+// ScrubRecorder: gesture recorder, which loops a take of how a hand moved a stream's scan.
 #pragma once
 
 #include "platform/lists/property_list.h"

@@ -3,22 +3,23 @@
 #include "platform/files/content_hash.h"
 #include "platform/files/file_calls.h"
 #include "platform/files/file_name.h"
+#include "platform/sound/audio_file_error.h"
 #include "platform/sound/audio_file_float_wav.h"
 #include "platform/sound/sound_file.h"
-#include "stream/reserved_name.h"
 #include "stream/sample_search.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <utility>
 
 namespace zephyra {
 
-namespace {
-
 namespace fs = std::filesystem;
+
+namespace {
 
 constexpr const char* kCaptureName = "Rec";
 constexpr std::size_t kMostNumberBytes = 32; ///< room in a name for what makes it a free one
@@ -119,6 +120,24 @@ bool isCaptured(const MOK_SCRUB_GRANULATOR& stream) {
 }
 
 } // namespace
+
+Result<fs::path> reserveName(const fs::path& folder, const std::string& base, FirstName first) {
+    if (const std::error_code error = file_calls::makeFolders(folder))
+        return writeFailure(folder, audioFileStatus(error));
+    fs::path path = folder / (base + ".wav"), last;
+    std::error_code error = first == FirstName::plain
+                                ? file_calls::makeFile(path)
+                                : std::make_error_code(std::errc::file_exists);
+    while (error == std::errc::file_exists) {
+        path = folder / (getIncrementalNameFromDocumentsFolder(folder, base) + ".wav");
+        if (path == last)
+            return Failure{path.string() + " is the highest number there is; rename it"};
+        error = file_calls::makeFile(path);
+        last = path;
+    }
+    if (error) return writeFailure(path, audioFileStatus(error));
+    return path;
+}
 
 Result<void> keepSoundAsFile(Instance& instance, MOK_SCRUB_GRANULATOR& stream) {
     const fs::path& shared = instance.folders.shared;

@@ -15,7 +15,8 @@ namespace {
 namespace echo = delay_stereo_forward;
 using enum ControlId;
 
-// Echo times are samples at this rate whatever the real one: saved sounds depend on it.
+// The echo counts its times in samples. They are worked out at this rate whatever the real one, so
+// a preset sets the same counts everywhere; at 88200 Hz its repeats come twice as fast.
 constexpr double kEchoRate = 44100.0; // Hz
 
 void setEchoDelay(CommonState* module, echo::Parameter parameter, float& kept, double seconds) {
@@ -104,7 +105,8 @@ void MOK_SCRUB_GRANULATOR::setEchoDelayRight(Control*) {
                  echoSeconds(controls._echoDelayRight, controls.delay_subdivisionRight));
 }
 
-// The left gain is the later parameter, crossed against the delays: saved sounds depend on it.
+// By name, not by place: the echo lists the right feedback before the left, and the times the other
+// way round.
 
 void MOK_SCRUB_GRANULATOR::setEchoGainLeft(Control*) {
     setEchoGain(engine_.echoModule(), echo::kFeedbackL, engine_.echoGainL,

@@ -1,6 +1,6 @@
 // Which sound a stream plays: a file's, as it is or normalized, or what live input left.
 
-#include "platform/text/fixed_text.h"
+#include "platform/text/text_numbers.h"
 #include "stream/normalized_sample.h"
 #include "stream/stream_controller.h"
 
@@ -89,8 +89,8 @@ std::string MOK_SCRUB_GRANULATOR::fileInformation() const {
     if (!name.empty() && reference_.frames == 0) return name + ", not loaded";
     if (!waveForm_.hasFileSample()) return "No sound";
     std::string line = name.empty() ? std::string("Sound") : name;
-    line += ", " + fixedText(waveForm_.getFileDuration(), 3) + " s, ";
-    line += fixedText(double{waveForm_.mSample()->sampleRate}, 0) + " Hz";
+    line += ", " + formatFixed(waveForm_.getFileDuration(), 3) + " s, ";
+    line += formatFixed(double{waveForm_.mSample()->sampleRate}, 0) + " Hz";
     if (reference_.channels > 0)
         line += reference_.channels == 1 ? ", mono"
                                          : ", " + std::to_string(reference_.channels) + " channels";

@@ -1,4 +1,4 @@
-// waveform_data: what RENDER needs for writing live input into a LiveSample.
+// waveform_data: what RENDER records live input by, and LiveSample, the circular buffer it fills.
 #pragma once
 
 #include "engine/sample_buffer.h"

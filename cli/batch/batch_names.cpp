@@ -1,7 +1,7 @@
 #include "cli/batch/batch_names.h"
 
 #include "platform/files/file_name.h"
-#include "platform/text/case_folding.h"
+#include "platform/text/names.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,8 +1,8 @@
 // BatchJob: one render of many.
 #pragma once
 
-#include "cli/commands/render_job.h"
 #include "cli/options/render_options.h"
+#include "cli/render/render_job.h"
 #include "platform/text/result.h"
 
 #include <filesystem>

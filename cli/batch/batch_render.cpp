@@ -3,7 +3,7 @@
 #include "cli/batch/batch_plan.h"
 #include "cli/batch/batch_report.h"
 #include "cli/batch/process_pool.h"
-#include "cli/interrupt.h"
+#include "cli/terminal/interrupt.h"
 #include "pictures/cairo/contact_sheet.h"
 #include "pictures/cairo/picture_file.h"
 #include "platform/files/folder_entries.h"

@@ -1,8 +1,8 @@
 // runBatchRender: `zephyra render --out-dir`, many renders at a time.
 #pragma once
 
-#include "cli/exit_code.h"
 #include "cli/options/render_options.h"
+#include "cli/terminal/exit_code.h"
 
 namespace zephyra {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/batch/batch_plan.h"
-#include "cli/exit_code.h"
+#include "cli/terminal/exit_code.h"
 
 #include <vector>
 

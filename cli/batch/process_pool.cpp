@@ -1,6 +1,6 @@
 #include "cli/batch/process_pool.h"
 
-#include "cli/interrupt.h"
+#include "cli/terminal/interrupt.h"
 
 #include <algorithm>
 #include <cerrno>

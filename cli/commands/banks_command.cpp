@@ -1,11 +1,10 @@
 #include "cli/commands/commands.h"
 
-#include "cli/text_table.h"
+#include "cli/terminal/text_table.h"
 #include "library/bank_edits.h"
 #include "library/preset_search.h"
 #include "platform/files/folder_entries.h"
-#include "platform/text/nearest_name.h"
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 #include "presets/preset_facts.h"
 #include "presets/preset_names.h"
 

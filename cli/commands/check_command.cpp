@@ -1,10 +1,10 @@
 #include "cli/commands/commands.h"
 
-#include "cli/interrupt.h"
+#include "cli/terminal/interrupt.h"
 #include "library/bank_check.h"
 #include "platform/files/folder_entries.h"
 #include "platform/files/whole_file.h"
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 #include "presets/record_check.h"
 
 #include <cstddef>

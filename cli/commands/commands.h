@@ -1,9 +1,9 @@
 // InfoRequest and its kin: every command of the program, and what each is asked to do.
 #pragma once
 
-#include "cli/command_context.h"
-#include "cli/exit_code.h"
+#include "cli/commands/command_context.h"
 #include "cli/options/render_options.h"
+#include "cli/terminal/exit_code.h"
 
 #include <optional>
 #include <string>

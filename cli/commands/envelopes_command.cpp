@@ -5,7 +5,8 @@
 #include "pictures/cairo/picture_file.h"
 #include "pictures/envelope_curves.h"
 #include "platform/random_source.h"
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
+#include "platform/text/names.h"
 
 #include <filesystem>
 #include <random>

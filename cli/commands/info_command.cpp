@@ -1,6 +1,6 @@
 #include "cli/commands/commands.h"
 
-#include "cli/interrupt.h"
+#include "cli/terminal/interrupt.h"
 #include "platform/sound/loudness.h"
 #include "platform/sound/sound_file.h"
 #include "platform/text/text_numbers.h"

@@ -1,10 +1,10 @@
 #include "cli/commands/commands.h"
 
-#include "cli/command_clock.h"
+#include "cli/terminal/command_clock.h"
 #include "library/bank_edits.h"
+#include "platform/clock.h"
 #include "platform/files/file_name.h"
-#include "platform/text/nearest_name.h"
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 #include "platform/text/text_numbers.h"
 #include "presets/picked_presets.h"
 #include "presets/preset_adding.h"

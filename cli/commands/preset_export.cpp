@@ -1,10 +1,9 @@
 #include "cli/commands/commands.h"
 
-#include "cli/interrupt.h"
+#include "cli/terminal/interrupt.h"
 #include "library/bank_edits.h"
 #include "platform/files/folder_entries.h"
-#include "platform/text/nearest_name.h"
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 #include "presets/picked_presets.h"
 #include "presets/sound_embedding.h"
 

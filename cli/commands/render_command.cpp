@@ -2,7 +2,7 @@
 
 #include "cli/batch/batch_names.h"
 #include "cli/batch/batch_render.h"
-#include "cli/commands/render_job.h"
+#include "cli/render/render_job.h"
 
 #include <cstdio>
 #include <optional>

@@ -1,12 +1,11 @@
 #include "cli/commands/commands.h"
 
-#include "cli/text_table.h"
+#include "cli/terminal/text_table.h"
 #include "library/quick_sample_manager.h"
 #include "platform/files/folder_entries.h"
 #include "platform/instance.h"
 #include "platform/sound/sound_file.h"
-#include "platform/text/nearest_name.h"
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>

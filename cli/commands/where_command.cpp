@@ -1,6 +1,6 @@
 #include "cli/commands/commands.h"
 
-#include "cli/text_table.h"
+#include "cli/terminal/text_table.h"
 
 #include <array>
 #include <cstdlib>

@@ -1,5 +1,6 @@
 #include "audiounit/control_text.h"
 #include "cli/options/render_options.h"
+#include "platform/text/names.h"
 #include "platform/text/text_numbers.h"
 
 #include <array>

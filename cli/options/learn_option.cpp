@@ -1,6 +1,8 @@
 #include "cli/options/control_options.h"
 
 #include "cli/options/option_values.h"
+#include "platform/text/message_text.h"
+#include "platform/text/names.h"
 #include "platform/text/text_numbers.h"
 
 #include <array>
@@ -77,7 +79,7 @@ Complaint readKeys(const KeyValues& keys, MidiBinding& binding) {
     if (auto wrong = readChannel(keys, binding.trigger.channel)) return wrong;
     bool jump = true; // a file has no hand that stands elsewhere
     if (auto wrong = readWord(keys, "takeover", "jump", "pickup", jump)) return wrong;
-    binding.takeOver = jump ? MidiTakeOver::jump : MidiTakeOver::pickUp;
+    binding.takeover = jump ? MidiTakeover::jump : MidiTakeover::soft;
     return readWord(keys, "relative", "yes", "no", binding.relative);
 }
 

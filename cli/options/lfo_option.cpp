@@ -2,6 +2,8 @@
 
 #include "audiounit/control_text.h"
 #include "cli/options/option_values.h"
+#include "platform/text/message_text.h"
+#include "platform/text/names.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>

@@ -1,5 +1,6 @@
 #include "cli/options/option_values.h"
 
+#include "platform/text/names.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>

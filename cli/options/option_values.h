@@ -1,7 +1,7 @@
 // Complaint and KeyValues: what an option's text says, and what is wrong with it.
 #pragma once
 
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
 #include "platform/text/result.h"
 
 #include <optional>

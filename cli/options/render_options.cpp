@@ -3,6 +3,8 @@
 #include "cli/options/control_options.h"
 #include "engine/envelope_menu.h"
 #include "platform/sound/audio_file.h"
+#include "platform/text/message_text.h"
+#include "platform/text/names.h"
 #include "platform/text/text_numbers.h"
 #include "rendering/file_clashes.h"
 

@@ -1,7 +1,8 @@
 #include "cli/options/control_options.h"
 
 #include "audiounit/control_text.h"
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
+#include "platform/text/names.h"
 #include "platform/text/text_numbers.h"
 
 #include <optional>

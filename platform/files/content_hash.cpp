@@ -1,6 +1,6 @@
 #include "platform/files/content_hash.h"
 
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,7 +1,8 @@
-// isFileName: whether a text can be the name of a file in a folder, and nothing else.
+// isFileName and its kin: texts as names of files in a folder.
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -9,7 +10,8 @@ namespace zephyra {
 
 inline constexpr std::size_t kMostFileNameBytes = 255;
 
-/// False for an empty text, one with "/", NUL or other control characters (of Unicode, too), ".",
+/// Whether text can be the name of a file in a folder, and nothing else. False for an empty text,
+/// one with "/", NUL or other control characters (of Unicode, too), ".",
 /// "..", more than kMostFileNameBytes, or bytes that are not UTF-8. Any thread.
 bool isFileName(std::string_view text);
 
@@ -18,5 +20,12 @@ std::string percentDecoded(std::string_view text);
 
 /// text without white space at either end. Any thread.
 std::string_view trimmed(std::string_view text);
+
+/// "base N", without an extension. N is one more than the largest whole number that follows base
+/// (and blanks) in the name of an entry of folder, at most that of std::int64_t; 1 when there is
+/// none, also for a folder that cannot be read. A number counts up to the next base in the name.
+/// MAIN or WORKER.
+std::string getIncrementalNameFromDocumentsFolder(const std::filesystem::path& folder,
+                                                  const std::string& base);
 
 } // namespace zephyra

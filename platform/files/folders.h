@@ -1,4 +1,4 @@
-// Folders: where Zephyra keeps and finds files.
+// Folders: where Zephyra keeps and finds files, and where it stands itself.
 #pragma once
 
 #include <filesystem>
@@ -16,5 +16,10 @@ struct Folders {
 /// where the program stands, if that exists, else the folder that it was built with. Nothing is
 /// created. MAIN.
 Folders standardFolders();
+
+/// Where the program or library that this code is in stands: absolute, links followed. What is
+/// installed with it is found from here. Empty where the system does not tell. Any thread but
+/// RENDER.
+std::filesystem::path programFolder();
 
 } // namespace zephyra

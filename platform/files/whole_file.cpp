@@ -4,7 +4,7 @@
 #include "platform/files/file_bytes.h"
 #include "platform/files/file_calls.h"
 #include "platform/files/open_file.h"
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 
 #include <fcntl.h>
 #include <new>

@@ -2,7 +2,7 @@
 
 #include "platform/sound/aac_codec.h"
 
-#include "platform/files/program_folder.h"
+#include "platform/files/folders.h"
 
 #include <cstdlib>
 #include <dlfcn.h>

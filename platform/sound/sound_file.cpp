@@ -3,7 +3,7 @@
 #include "platform/sound/sound_file.h"
 
 #include "platform/sound/sound_file_source.h"
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 
 #include <algorithm>
 #include <cmath>

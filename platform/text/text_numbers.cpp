@@ -1,7 +1,5 @@
 #include "platform/text/text_numbers.h"
 
-#include "platform/text/fixed_text.h"
-
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -23,7 +21,7 @@ std::optional<Number> parseAll(std::string_view text) {
 
 template <typename Number, typename... Format>
 std::string formatChars(Number value, Format... format) {
-    char text[400]; // a double in fixed notation has up to 309 digits before the point
+    char text[500]; // a double in fixed notation has up to 309 digits before the point
     const auto [end, error] = std::to_chars(text, text + sizeof text, value, format...);
     return error == std::errc() ? std::string(text, end) : std::string();
 }
@@ -53,7 +51,7 @@ std::string formatShort(double value) {
 }
 
 std::string formatFixed(double value, int decimals) {
-    return fixedText(value, decimals);
+    return formatChars(value, std::chars_format::fixed, std::clamp(decimals, 0, 100));
 }
 
 std::string formatClock(long long seconds) {

@@ -22,7 +22,7 @@ std::string formatNumber(float value);
 /// At most six significant digits: "50", "0.979989".
 std::string formatShort(double value);
 
-/// value with a fixed number of decimals, 0 to 9.
+/// value with a fixed number of decimals (0 to 100) and a point.
 std::string formatFixed(double value, int decimals);
 
 /// Whole seconds as on a clock: "4:05", "1:02:03".

@@ -1,4 +1,4 @@
-// FlushDenormals: while one lives, this thread's floating point treats denormals as zero.
+// FlushDenormals: while one lives, this thread treats denormals as zero (FTZ and DAZ).
 #pragma once
 
 #include "platform/threads/realtime.h"

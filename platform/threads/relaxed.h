@@ -1,4 +1,4 @@
-// Relaxed: a number that crosses between threads as one lock-free word.
+// Relaxed: a lock-free atomic in relaxed memory order, a number that crosses between threads.
 #pragma once
 
 #include "platform/threads/realtime.h"

@@ -1,4 +1,5 @@
-// RenderCycle: counts render calls, so that MAIN knows when RENDER can no longer see an old object.
+// RenderCycle and Retirement: deferred reclamation, so that MAIN frees a replaced object only when
+// no render call can see it any more.
 #pragma once
 
 #include "platform/threads/realtime.h"
@@ -11,9 +12,9 @@
 
 namespace zephyra {
 
-/// Odd while a render call runs, even between calls. RENDER counts itself in before it takes its
-/// snapshot of any shared pointer and out after its last use of them. Both sides use sequentially
-/// consistent order: either RENDER sees the new pointer, or MAIN sees the odd count.
+/// Counts render calls: odd while one runs, even between calls. RENDER counts itself in before it
+/// takes its snapshot of any shared pointer and out after its last use of them. Both sides use
+/// sequentially consistent order: either RENDER sees the new pointer, or MAIN sees the odd count.
 class RenderCycle {
 public:
     /// RENDER: one call's stay, entered on construction and left on destruction.
@@ -38,7 +39,8 @@ private:
     std::atomic<std::uint64_t> count_{0};
 };
 
-/// Keeps replaced objects alive until no render call can still be using them. MAIN; destroyed OFF.
+/// The deferred frees: keeps replaced objects alive until no render call can still be using them.
+/// MAIN; destroyed OFF.
 class Retirement {
 public:
     explicit Retirement(const RenderCycle& cycle) : cycle_(cycle) {}

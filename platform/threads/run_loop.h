@@ -1,4 +1,4 @@
-// RunLoop: MAIN as an object, a queue of posted tasks and timers that whoever drives it advances.
+// RunLoop: MAIN as an object, an event loop of posted tasks and timers that its driver advances.
 #pragma once
 
 #include "platform/threads/relaxed.h"

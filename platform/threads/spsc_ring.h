@@ -1,4 +1,4 @@
-// SpscRing: a lock-free ring that one thread pushes into and one other takes from.
+// SpscRing: a lock-free ring buffer, single producer, single consumer.
 #pragma once
 
 #include "platform/threads/realtime.h"
@@ -11,7 +11,8 @@
 
 namespace zephyra {
 
-/// Keeps order and coalesces nothing. A full ring counts what it loses instead of waiting.
+/// One thread pushes, one other takes. Keeps order and coalesces nothing. A full ring counts what
+/// it loses instead of waiting.
 template <typename Item, std::size_t Capacity>
 class SpscRing {
 public:

@@ -37,7 +37,7 @@ TEST(LfoOption, EveryKeyIsTakenAndNamesAreForgiving) {
     EXPECT_EQ(lfo.phase, 0.5);
 }
 
-TEST(LearnOption, SourcesKeysAndTakeOverAreTaken) {
+TEST(LearnOption, SourcesKeysAndTakeoverAreTaken) {
     const struct {
         const char* text;
         MidiTrigger trigger;
@@ -53,7 +53,7 @@ TEST(LearnOption, SourcesKeysAndTakeOverAreTaken) {
         ASSERT_TRUE(read) << read.message();
         EXPECT_EQ(read.value().binding.trigger, one.trigger) << one.text;
         EXPECT_EQ(read.value().control, one.control) << one.text;
-        EXPECT_EQ(read.value().binding.takeOver, MidiTakeOver::jump) << one.text;
+        EXPECT_EQ(read.value().binding.takeover, MidiTakeover::jump) << one.text;
     }
     const auto bend =
         parseLearn("bend=Pitch,relative=yes,min=0.5,max=0.25,takeover=pickup,curve=2");
@@ -62,7 +62,7 @@ TEST(LearnOption, SourcesKeysAndTakeOverAreTaken) {
     EXPECT_EQ(bend.value().binding.min, 0.5f);
     EXPECT_EQ(bend.value().binding.max, 0.25f);
     EXPECT_EQ(bend.value().binding.curve, 2.0f);
-    EXPECT_EQ(bend.value().binding.takeOver, MidiTakeOver::pickUp);
+    EXPECT_EQ(bend.value().binding.takeover, MidiTakeover::soft);
 }
 
 } // namespace

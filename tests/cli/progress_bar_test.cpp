@@ -1,6 +1,6 @@
 // What the progress bar says.
 
-#include "cli/progress_bar.h"
+#include "cli/terminal/progress_bar.h"
 
 #include <gtest/gtest.h>
 

@@ -73,7 +73,7 @@ void modulate(HostedUnit& hosted) {
     for (MOK_KNOB* const knob :
          {&hosted.stream.controls.sampler_mesure, &hosted.stream.controls.sampler_quarter})
         view.midiManager.bind(
-            {.trigger = {.number = number++}, .control = knob, .takeOver = MidiTakeOver::jump});
+            {.trigger = {.number = number++}, .control = knob, .takeover = MidiTakeover::jump});
 }
 
 TEST(Soak, AnHourOfUseKeepsTimeMemoryAndLevel) {

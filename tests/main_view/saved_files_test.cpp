@@ -124,7 +124,7 @@ struct Restored : HostedUnit {
             text << triggerText(binding.trigger) << " to "
                  << view.assignments.displayName(*binding.control) << ": " << binding.min << " to "
                  << binding.max << ", curve " << binding.curve
-                 << (binding.takeOver == MidiTakeOver::jump ? ", jumps" : ", is picked up")
+                 << (binding.takeover == MidiTakeover::jump ? ", jumps" : ", is picked up")
                  << (binding.relative ? ", relative" : "") << '\n';
         const MidiManager::Navigation& midi = view.midiManager.navigation();
         text << "Programs " << midi.programsSelectPresets << ", banks " << midi.bankSelectsBanks

@@ -125,7 +125,7 @@ struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderP
         hosted.view.surfaces._keyboard.allNoteOff();
         hosted.view.midiManager.bind({.trigger = {.number = kFadeController},
                                       .control = &hosted.view._fadeOutTime,
-                                      .takeOver = MidiTakeOver::jump});
+                                      .takeover = MidiTakeover::jump});
     }
     void tilt() {
         for (; cycle < kCycles; std::this_thread::sleep_for(300us))

@@ -13,7 +13,7 @@ namespace {
 
 using testing::ElementsAre;
 using enum MidiSource;
-using enum MidiTakeOver;
+using enum MidiTakeover;
 
 struct MidiManagerTest : testing::Test, ControlManagerDataSource {
     MidiManagerTest() {
@@ -111,7 +111,7 @@ TEST_F(MidiManagerTest, AControlWaitsUntilItsControllerComesBy) {
     const auto moves = [this](int value, float expected) {
         send(0xB0, 1, value);
         EXPECT_NEAR(density.value(), expected, 0.4f) << value;
-        return !midi.waitsForPickUp(0);
+        return !midi.waitsForSoftTakeover(0);
     };
     EXPECT_FALSE(moves(127, 50));
     send(0xB1, 1, 0); // of another channel
@@ -157,7 +157,7 @@ TEST_F(MidiManagerTest, TogglesFollowAndButtonsArePressedOnceForEachRise) {
 }
 
 TEST_F(MidiManagerTest, ARelativeBendCarriesTheControlAndBringsItBack) {
-    midi.bind({{pitchBend}, &density, 0.1f, 0.2f, 1.0f, pickUp, true});
+    midi.bind({{pitchBend}, &density, 0.1f, 0.2f, 1.0f, soft, true});
     const auto bent = [this](int bend) {
         return send(0xE0, bend & 127, bend >> 7), density.value();
     };
@@ -192,7 +192,7 @@ TEST_F(MidiManagerTest, ProgramsBankControllersAndNotesChooseUnlessTheyAreBound)
 
 TEST_F(MidiManagerTest, AMoveMayReplaceTheBindingsThatItComesFrom) {
     for (Control* const control : {static_cast<Control*>(&echo), static_cast<Control*>(&density)})
-        midi.bind({.trigger = {controller, 1}, .control = control, .takeOver = jump});
+        midi.bind({.trigger = {controller, 1}, .control = control, .takeover = jump});
     const PropertyDictionary state = midi.getState();
     echo.addTarget(this, "preset", control_event::valueChanged,
                    [&](Control&) { midi.restoreState(state); });
@@ -202,7 +202,7 @@ TEST_F(MidiManagerTest, AMoveMayReplaceTheBindingsThatItComesFrom) {
 }
 
 TEST_F(MidiManagerTest, StatesComeBackAndHostileOnesAreLeftOut) {
-    midi.bind({{controller, 1, 16}, &density, 0.75f, 0.1f, 2.5f, pickUp});
+    midi.bind({{controller, 1, 16}, &density, 0.75f, 0.1f, 2.5f, soft});
     midi.bind({{pitchBend}, &length, 0.0f, 1.0f, 1.0f, jump, true});
     midi.setNavigation({.channel = 3, .firstBankNote = 0});
     PropertyDictionary state = midi.getState();

@@ -3,7 +3,6 @@
 #include "platform/clock.h"
 #include "platform/files/file_lock.h"
 #include "platform/instance.h"
-#include "platform/local_time.h"
 #include "tests/support/temporary_folder.h"
 
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // Names and numbers as people type and read them.
 
-#include "platform/text/nearest_name.h"
+#include "platform/text/names.h"
 #include "platform/text/text_numbers.h"
 
 #include <gtest/gtest.h>

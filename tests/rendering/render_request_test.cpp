@@ -74,15 +74,17 @@ TEST(RenderSource, IsReadUntilWhoeverAsksForItWantsNoMore) {
     for (const bool live : {false, true}) {
         const RenderRequest request{.input = folder / "in.wav", .live = live};
         double last = 0;
-        const auto read = readRenderSource(request, Folders{}, [&last](double share) {
-            last = share;
-            return true;
-        });
+        const auto read = readRenderSource(request, Folders{}, std::make_shared<FileFacts>(),
+                                           [&last](double share) {
+                                               last = share;
+                                               return true;
+                                           });
         ASSERT_TRUE(read) << read.message();
         EXPECT_EQ(last, 1.0);
         EXPECT_EQ(read.value().shownSamples().size(), 40000u);
         EXPECT_EQ(read.value().source.inputLeft.size(), live ? 40000u : 0u);
-        EXPECT_FALSE(readRenderSource(request, Folders{}, [](double) { return false; }));
+        EXPECT_FALSE(readRenderSource(request, Folders{}, std::make_shared<FileFacts>(),
+                                      [](double) { return false; }));
     }
 }
 

@@ -1,4 +1,4 @@
-#include "cli/command_clock.h"
+#include "cli/terminal/command_clock.h"
 
 #include "platform/text/text_numbers.h"
 

@@ -1,12 +1,20 @@
-#include "platform/text/nearest_name.h"
+#include "platform/text/names.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 #include <numeric>
+#include <utf8proc.h>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
 
 namespace {
+
+struct Freer {
+    void operator()(utf8proc_uint8_t* text) const noexcept { std::free(text); }
+};
 
 bool isLetterOrDigit(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
@@ -22,12 +30,16 @@ std::string plainName(std::string_view name) {
     return plain;
 }
 
-std::string inQuotes(std::string_view name) {
-    constexpr std::size_t kMost = 80;
-    std::size_t shown = std::min(name.size(), kMost);
-    if (shown < name.size()) // between characters, not within one
-        while (shown > 0 && (name[shown] & 0xC0) == 0x80) --shown;
-    return '"' + std::string(name.substr(0, shown)) + (shown < name.size() ? "..." : "") + '"';
+std::string foldCase(std::string_view text) {
+    constexpr auto kOptions =
+        static_cast<utf8proc_option_t>(UTF8PROC_CASEFOLD | UTF8PROC_STABLE | UTF8PROC_COMPOSE);
+    utf8proc_uint8_t* folded = nullptr;
+    const utf8proc_ssize_t length =
+        utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                     static_cast<utf8proc_ssize_t>(text.size()), &folded, kOptions);
+    const std::unique_ptr<utf8proc_uint8_t, Freer> owner(folded);
+    if (length < 0) return std::string(text);
+    return {reinterpret_cast<const char*>(folded), static_cast<std::size_t>(length)};
 }
 
 std::size_t editDistance(std::string_view from, std::string_view to) {

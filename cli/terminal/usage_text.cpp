@@ -1,6 +1,7 @@
-#include "cli/usage_text.h"
+#include "cli/terminal/usage_text.h"
 
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
+#include "platform/text/names.h"
 
 #include <cstddef>
 #include <vector>

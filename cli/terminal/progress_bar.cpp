@@ -1,4 +1,4 @@
-#include "cli/progress_bar.h"
+#include "cli/terminal/progress_bar.h"
 
 #include "platform/text/text_numbers.h"
 

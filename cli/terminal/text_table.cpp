@@ -1,6 +1,6 @@
-#include "cli/text_table.h"
+#include "cli/terminal/text_table.h"
 
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>

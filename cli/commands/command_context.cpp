@@ -1,4 +1,4 @@
-#include "cli/command_context.h"
+#include "cli/commands/command_context.h"
 
 #include "library/shared_folder.h"
 

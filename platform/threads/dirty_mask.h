@@ -1,4 +1,4 @@
-// AddressMask: which parameters have a new value, as one word that crosses between threads.
+// DirtyMask: a dirty bit for each parameter, set as it gets a new value, in one lock-free word.
 #pragma once
 
 #include "platform/threads/realtime.h"
@@ -9,8 +9,8 @@
 namespace zephyra {
 
 /// A bit per address 0 to 31. The value is stored before its address is marked and read after the
-/// mask was taken, so that the newest value is never missed; several marks become one.
-class AddressMask {
+/// mask was taken, so that the newest value is never missed; several marks of one address coalesce.
+class DirtyMask {
 public:
     /// Addresses above 31 are ignored. Any thread.
     void mark(std::uint64_t address) ZEPHYRA_NONBLOCKING {

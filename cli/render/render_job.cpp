@@ -1,8 +1,8 @@
-#include "cli/commands/render_job.h"
+#include "cli/render/render_job.h"
 
-#include "cli/command_clock.h"
-#include "cli/commands/render_report.h"
-#include "cli/interrupt.h"
+#include "cli/render/render_report.h"
+#include "cli/terminal/command_clock.h"
+#include "cli/terminal/interrupt.h"
 #include "pictures/cairo/picture_file.h"
 #include "pictures/cairo/render_page.h"
 #include "platform/files/atomic_file.h"

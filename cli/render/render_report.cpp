@@ -1,9 +1,9 @@
-#include "cli/commands/render_report.h"
+#include "cli/render/render_report.h"
 
 #include "engine/envelope_menu.h"
 #include "platform/audio_unit/audio_unit_status.h"
 #include "platform/cpu_level.h"
-#include "platform/text/nearest_name.h"
+#include "platform/text/message_text.h"
 #include "platform/text/text_numbers.h"
 
 #include <cmath>

@@ -1,7 +1,7 @@
 // ExitCode: how the program ends.
 #pragma once
 
-#include "platform/text/one_line.h"
+#include "platform/text/message_text.h"
 
 #include <cstdio>
 #include <string>

@@ -1,8 +1,8 @@
 // renderFile: one render from its options to its files.
 #pragma once
 
-#include "cli/exit_code.h"
-#include "cli/progress_bar.h"
+#include "cli/terminal/exit_code.h"
+#include "cli/terminal/progress_bar.h"
 #include "library/known_files.h"
 #include "platform/text/log.h"
 #include "rendering/render_request.h"

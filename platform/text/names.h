@@ -1,4 +1,4 @@
-// nearestName: forgives how a name is typed, and guesses what a wrong one was meant to be.
+// plainName, foldCase and nearestName: names compared as people mean them, however they type them.
 #pragma once
 
 #include <cstddef>
@@ -11,8 +11,9 @@ namespace zephyra {
 /// name without case, spaces and punctuation: "Dry/Wet" and "dry wet" are both "drywet".
 std::string plainName(std::string_view name);
 
-/// name between double quotes, for messages; a long one is cut.
-std::string inQuotes(std::string_view name);
+/// Two texts that differ in case alone, or in how accents are put together, fold to the same. Text
+/// that is not UTF-8 comes back unchanged. Any thread but RENDER; throws std::bad_alloc.
+std::string foldCase(std::string_view text);
 
 /// How many letters must be inserted, removed, replaced or swapped with their neighbour to turn one
 /// text into the other.

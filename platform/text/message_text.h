@@ -1,0 +1,21 @@
+// onOneLine, inQuotes and spokenList: texts from outside as the one line of a message holds them.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zephyra {
+
+/// text with "?" for line breaks and other control characters (up to U+009F), as file names and
+/// states may have them; a terminal would act on them. Any thread but RENDER.
+std::string onOneLine(std::string text);
+
+/// name between double quotes; a long one is cut. Any thread but RENDER.
+std::string inQuotes(std::string_view name);
+
+/// names one after the other as people say them: "a", "a and b", "a, b and c". Any thread but
+/// RENDER.
+std::string spokenList(const std::vector<std::string>& names);
+
+} // namespace zephyra
