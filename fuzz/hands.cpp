@@ -1,8 +1,6 @@
-#include "fuzz/hands.h"
+#include "fuzz/system_attacks.h"
 
-#include "fuzz/byte_reader.h"
 #include "fuzz/played_system.h"
-#include "fuzz/view_checks.h"
 #include "tests/support/test_sounds.h"
 
 #include <algorithm>
@@ -25,44 +23,26 @@ constexpr std::uint32_t kBlock = 256;
 constexpr TouchId kFingers = 6; // identities, which come again and again
 constexpr double kWidth = 420.0, kHeight = 100.0;
 
-/// Plays the stream as before, and hears whether keys go down and up in turn.
-struct Keys : MOK_KeyboardDelegate {
-    explicit Keys(PerformanceSurfaces& surfaces) : surfaces_(surfaces) {}
-    void keyDown_keyNum_forAmp(MOK_Keyboard* keyboard, int key, float amplitude) override {
-        if (key < 0 || key >= MOK_Keyboard::_stop || !(amplitude >= 0.0f && amplitude <= 1.0f))
-            wrong = "a key or its amplitude does not exist";
-        surfaces_.keyDown_keyNum_forAmp(keyboard, key, amplitude);
-    }
-    void keyUp_keyNum(MOK_Keyboard* keyboard, int key) override {
-        surfaces_.keyUp_keyNum(keyboard, key);
-    }
-    std::string wrong;
-
-private:
-    PerformanceSurfaces& surfaces_;
-};
-
 class Hands : PlayedSystem {
 public:
-    explicit Hands(std::span<const std::byte> bytes)
-        : PlayedSystem(component_type::musicEffect, {kRate, kBlock}), bytes_(bytes) {
+    explicit Hands(std::span<const std::byte> program)
+        : PlayedSystem(component_type::musicEffect, ByteReader(program)) {
+        host.start({kRate, kBlock});
         keyboard_.setSize(kWidth, kHeight);
         view.surfaces._keyboardTiny.setSize(kWidth, kHeight);
         view.surfaces._pad.setSize(kWidth, kHeight);
-        keyboard_.mKeyboardDelegate = &keys_;
         stream_.loadSound(noiseSample(3000, 8000));
         host.reportContext(true);
         host.reportTransport(true);
     }
-    ~Hands() { keyboard_.mKeyboardDelegate = nullptr; }
 
     std::string run() {
-        for (int step = 0; step < kMostSteps && !bytes_.empty() && wrong_.empty(); ++step) {
+        for (int step = 0; step < kMostSteps && !bytes.empty() && wrong.empty(); ++step) {
             act();
             check();
         }
-        if (wrong_.empty()) letGoOfEverything();
-        return wrong_;
+        if (wrong.empty()) letGoOfEverything();
+        return wrong;
     }
 
 private:
@@ -76,13 +56,13 @@ private:
             &Hands::recorder, &Hands::tempo,    &Hands::fromHost,     &Hands::midi,  &Hands::learn,
             &Hands::panel,    &Hands::lay,      &Hands::tilt,         &Hands::sound, &Hands::take,
             &Hands::latched,  &Hands::takeAway, &Hands::wait};
-        (this->*kSteps[bytes_.below(std::size(kSteps))])();
+        (this->*kSteps[bytes.below(std::size(kSteps))])();
     }
 
     // --- Numbers ---
 
     void oneOf(std::initializer_list<std::function<void()>> acts) {
-        acts.begin()[bytes_.below(acts.size())]();
+        acts.begin()[bytes.below(acts.size())]();
     }
 
     /// 0..1 in steps of 1/200, some beyond, and what no screen should send.
@@ -90,7 +70,7 @@ private:
         using Limits = std::numeric_limits<double>;
         constexpr double kOdd[] = {
             Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity(), 1e300, -1e300, -0.5};
-        const std::uint8_t byte = bytes_.byte();
+        const std::uint8_t byte = bytes.byte();
         return byte < 250 ? byte / 200.0 : kOdd[byte - 250];
     }
     Point point(double width, double height) {
@@ -98,21 +78,21 @@ private:
         return {x * width, fraction() * height};
     }
     double time() {
-        const std::uint8_t byte = bytes_.byte();
+        const std::uint8_t byte = bytes.byte();
         if (byte >= 254) return std::numeric_limits<double>::quiet_NaN();
         return time_ += (byte - 20) / 100.0; // now and then backwards
     }
     Control& listed() {
         const auto& all = view.assignable.all();
-        return *all[bytes_.below(all.size())].control;
+        return *all[bytes.below(all.size())].control;
     }
 
     // --- Hands ---
 
     template <typename Surface>
     void touch(Surface& surface, double width, double height) {
-        const auto kind = static_cast<Touching>(bytes_.below(4));
-        const TouchId finger = bytes_.below(kFingers);
+        const auto kind = static_cast<Touching>(bytes.below(4));
+        const TouchId finger = bytes.below(kFingers);
         const double now = time();
         if (kind == ends) return surface.touchesEnded(finger, now);
         if (kind == cancels) return surface.touchesCancelled(finger, now);
@@ -128,10 +108,10 @@ private:
     void pad() { touch(view.surfaces._pad, kWidth, kHeight); }
     void knob() {
         auto* const knob = dynamic_cast<MOK_KNOB*>(&listed());
-        const auto kind = static_cast<Touching>(bytes_.below(4));
+        const auto kind = static_cast<Touching>(bytes.below(4));
         const Point at = point(200.0, 200.0);
         if (!knob) return;
-        knob->setKnobInteractionStyle(bytes_.byte() % 4);
+        knob->setKnobInteractionStyle(bytes.byte() % 4);
         if (kind == begins) knob->beginTracking(at);
         if (kind == moves) knob->continueTracking(at);
         if (kind == ends) knob->endTracking(at);
@@ -141,22 +121,22 @@ private:
         Control& control = listed();
         if (auto* const toggle = dynamic_cast<Toggle*>(&control)) return toggle->touch();
         if (auto* const knob = dynamic_cast<MOK_KNOB*>(&control))
-            return bytes_.byte() % 2 ? knob->genRandomic(stream_.instance().random)
-                                     : knob->resetsDefault();
+            return bytes.byte() % 2 ? knob->genRandomic(stream_.instance().random)
+                                    : knob->resetsDefault();
         control.sendActionsForControlEvents(control_event::touchUpInside);
     }
     void recorder() {
         StreamControls& c = stream_.controls;
         Button* const buttons[] = {&c.scrubRec, &c.scrubPlay,   &c.scrubRewind,
                                    &c._rewind,  &c._playToggle, &c._keyboardButton};
-        buttons[bytes_.below(std::size(buttons))]->sendActionsForControlEvents(
+        buttons[bytes.below(std::size(buttons))]->sendActionsForControlEvents(
             control_event::touchUpInside);
-        if (bytes_.byte() % 8 == 0) stream_.controls.syncSampler.touch();
+        if (bytes.byte() % 8 == 0) stream_.controls.syncSampler.touch();
     }
     void latched() { stream_.scrubArea.longPressFirstFingerGesture(); }
     void take() {
-        std::vector<float> points(bytes_.take<std::uint16_t>() % 2000);
-        for (float& point : points) point = static_cast<float>(bytes_.byte()) / 250.0f;
+        std::vector<float> points(bytes.take<std::uint16_t>() % 2000);
+        for (float& point : points) point = static_cast<float>(bytes.byte()) / 250.0f;
         stream_.scrubRecorder.setTake(points);
     }
 
@@ -164,9 +144,9 @@ private:
 
     void assign() {
         Control& control = listed();
-        const auto type = static_cast<AssignmentType>(bytes_.below(8));
+        const auto type = static_cast<AssignmentType>(bytes.below(8));
         const double hz = 24.0 * fraction();
-        const std::int64_t shape = bytes_.byte() % 8;
+        const std::int64_t shape = bytes.byte() % 8;
         const auto gravity = static_cast<float>(fraction());
         view.assignments.assign(control, type);
         auto* const lfo = view.assignments.getLfoWidgetsMapping()->getWrapperID(&control);
@@ -176,49 +156,49 @@ private:
         lfo->setGravity(gravity);
     }
     void takeAway() {
-        if (bytes_.byte() % 4 == 0) return view.assignments.removeAllAssignations();
+        if (bytes.byte() % 4 == 0) return view.assignments.removeAllAssignations();
         view.assignments.assign(listed(), AssignmentType::none);
     }
     void panel() {
         ControlManager& manager = view.assignments;
         const auto number = [this] { return static_cast<float>(fraction()); };
-        oneOf({[&] { manager.selectRow(bytes_.byte()); },
-               [&] { manager.performMapping(bytes_.byte() - 2); },
+        oneOf({[&] { manager.selectRow(bytes.byte()); },
+               [&] { manager.performMapping(bytes.byte() - 2); },
                [&] {
                    const float least = number();
                    manager.setMinMax(least, number());
                },
                [&] { manager.setGravity(number()); },
                [&] { manager.setVelocityOrRate(10.0 * fraction()); },
-               [&] { manager.setLfoShape(bytes_.take<std::int64_t>()); },
-               [&] { manager.toggleLFO_HZ_TO_LINK(bytes_.byte() % 2); },
+               [&] { manager.setLfoShape(bytes.take<std::int64_t>()); },
+               [&] { manager.toggleLFO_HZ_TO_LINK(bytes.byte() % 2); },
                [&] {
-                   const int sub = bytes_.take<int>();
-                   manager.setClockSubdivision(sub, bytes_.take<double>());
+                   const int sub = bytes.take<int>();
+                   manager.setClockSubdivision(sub, bytes.take<double>());
                },
-               [&] { manager.resetPhaseAllAtValue(bytes_.take<double>()); },
+               [&] { manager.resetPhaseAllAtValue(bytes.take<double>()); },
                [&] { manager.clearAssignements(); }});
     }
     void learn() {
         MidiManager& manager = view.midiManager;
-        oneOf({[&] { manager.learn(listed()); }, [&] { manager.learnsChannel = bytes_.byte() % 2; },
-               [&] { manager.unbind(std::size_t{bytes_.byte()}); }, [&] { manager.unbindAll(); },
+        oneOf({[&] { manager.learn(listed()); }, [&] { manager.learnsChannel = bytes.byte() % 2; },
+               [&] { manager.unbind(std::size_t{bytes.byte()}); }, [&] { manager.unbindAll(); },
                [&] { bind(); }, [&] { manager.conflicts(); }});
     }
     void bind() {
         MidiBinding binding{.control = &listed()};
-        binding.trigger.source = static_cast<MidiSource>(bytes_.below(6));
-        binding.trigger.number = bytes_.byte() % 8;
+        binding.trigger.source = static_cast<MidiSource>(bytes.below(6));
+        binding.trigger.number = bytes.byte() % 8;
         binding.min = static_cast<float>(fraction());
         binding.max = static_cast<float>(fraction());
-        binding.curve = bytes_.take<float>();
-        binding.takeover = static_cast<MidiTakeover>(bytes_.below(3));
-        binding.relative = bytes_.byte() % 4 == 0;
+        binding.curve = bytes.take<float>();
+        binding.takeover = static_cast<MidiTakeover>(bytes.below(3));
+        binding.relative = bytes.byte() % 4 == 0;
         view.midiManager.bind(binding);
     }
     void midi() {
         std::array<std::uint8_t, 8> message;
-        for (std::uint8_t& byte : message) byte = bytes_.byte();
+        for (std::uint8_t& byte : message) byte = bytes.byte();
         othersPlay_ = true;
         host.queueMidi(message.data(), static_cast<std::uint16_t>(message.size()));
     }
@@ -232,16 +212,16 @@ private:
     void render() {
         std::array<float, kBlock> input, left, right;
         input.fill(0.25f);
-        const std::uint32_t frames = bytes_.byte() + 1u;
+        const std::uint32_t frames = bytes.byte() + 1u;
         if ((frames_ += frames) > kMostFrames) return;
         pass([&] { host.render({frames, input.data(), input.data(), left.data(), right.data()}); });
         for (std::uint32_t i = 0; i < frames; ++i)
             if (!std::isfinite(left[i]) || !std::isfinite(right[i]))
-                wrong_ = "a rendered sample is not finite";
+                wrong = "a rendered sample is not finite";
         instance.alerts.answer(frames % 2);
     }
     void wait() {
-        const double seconds = bytes_.byte() / 50.0;
+        const double seconds = bytes.byte() / 50.0;
         if ((seconds_ += seconds) > kMostSeconds) return;
         pass([&] { instance.runLoop.advance(instance.runLoop.now() + seconds); });
     }
@@ -258,36 +238,36 @@ private:
         const float before = stream_.getTimePhasor();
         time();
         if (held && stream_.scrubArea.isHeld() && stream_.getTimePhasor() != before)
-            wrong_ = "the scan moves under a finger from " + std::to_string(before) + " to " +
-                     std::to_string(stream_.getTimePhasor());
+            wrong = "the scan moves under a finger from " + std::to_string(before) + " to " +
+                    std::to_string(stream_.getTimePhasor());
     }
     void state() {
         PropertyDictionary state = view.getState();
-        if (const auto written = writePropertyList(state); !written) wrong_ = written.message();
+        if (const auto written = writePropertyList(state); !written) wrong = written.message();
         if (!kept_.empty()) view.restoreState(kept_);
-        if (bytes_.byte() % 2) kept_ = std::move(state);
+        if (bytes.byte() % 2) kept_ = std::move(state);
     }
     void tempo() {
         MOK_TAP& tap = view.assignments.tempo;
         oneOf({[&] { tap.TapTimeSync(time()); }, [&] { tap.TapTimeSync(); },
                [&] { tap.tempoDrag(1000.0 * fraction() - 500.0); },
-               [&] { tap.longPressEvent_plus(bytes_.byte() % 2); },
-               [&] { tap.longPressEvent_minus(bytes_.byte() % 2); },
-               [&] { view.assignments.syncStateDidChangedWithBPM(bytes_.take<double>()); },
-               [&] { stream_.syncStateDidChangedWithBPM(bytes_.take<double>()); },
+               [&] { tap.longPressEvent_plus(bytes.byte() % 2); },
+               [&] { tap.longPressEvent_minus(bytes.byte() % 2); },
+               [&] { view.assignments.syncStateDidChangedWithBPM(bytes.take<double>()); },
+               [&] { stream_.syncStateDidChangedWithBPM(bytes.take<double>()); },
                [&] { tap.beginTempoDrag(); }});
     }
     void fromHost() {
         oneOf({[&] { stream_.syncStateTempoForte(); }, [&] { stream_.shouldPlay(); },
                [&] { stream_.shouldStop(); }, [&] { stream_.shouldRewindFromHost(); },
-               [&] { host.setTempo(bytes_.take<double>()); },
-               [&] { host.setTransport(bytes_.byte() % 2); }});
+               [&] { host.setTempo(bytes.take<double>()); },
+               [&] { host.setTransport(bytes.byte() % 2); }});
     }
     void lay() {
-        oneOf({[&] { keyboard_.setLocked(bytes_.byte() % 2); },
-               [&] { keyboard_.setKeyboardSplit(bytes_.byte() % 4 - 1); },
+        oneOf({[&] { keyboard_.setLocked(bytes.byte() % 2); },
+               [&] { keyboard_.setKeyboardSplit(bytes.byte() % 4 - 1); },
                [&] { keyboard_.allNoteOff(); },
-               [&] { view.surfaces._keyboardTiny.setOctave(bytes_.byte() - 100); },
+               [&] { view.surfaces._keyboardTiny.setOctave(bytes.byte() - 100); },
                [&] { view.surfaces._pad.setOctNum(static_cast<float>(12.0 * fraction())); },
                [&] {
                    const double width = kWidth * fraction();
@@ -295,8 +275,8 @@ private:
                }});
     }
     void sound() {
-        if (bytes_.byte() % 2) {
-            stream_.loadSound(noiseSample(1 + bytes_.byte() * 10, 8000));
+        if (bytes.byte() % 2) {
+            stream_.loadSound(noiseSample(1 + bytes.byte() * 10, 8000));
             return;
         }
         const auto start = static_cast<float>(fraction());
@@ -308,22 +288,24 @@ private:
         const auto [low, high] = std::minmax(start, end);
         const float moved = stream_.getTimePhasor() - std::clamp(finger, low, high);
         if (stream_.scrubArea.isHeld() && std::abs(moved) > 1e-4f)
-            wrong_ = "another region moves the scan from under a finger";
+            wrong = "another region moves the scan from under a finger";
     }
 
     // --- What must hold ---
 
     void check() {
-        if (wrong_.empty()) wrong_ = keys_.wrong;
-        if (wrong_.empty()) wrong_ = firstFault(view);
+        if (wrong.empty()) wrong = firstFault(view);
         othersPlay_ |= stream_.controls._keyboardButton.tag == 1 ||
                        view.assignments.typeOf(keyboard_) != AssignmentType::none;
-        if (keyboard_.numberOfTouches() == 0 && !keyboard_.isLocked() && !othersPlay_)
-            for (const auto& amplitude : keyboard_.keyDown)
-                if (amplitude != 0.0f) wrong_ = "a key stays down without a finger";
+        const bool isFree = keyboard_.numberOfTouches() == 0 && !keyboard_.isLocked();
+        for (const float amplitude : keyboard_.keyDown) {
+            if (!(amplitude >= 0.0f && amplitude <= 1.0f)) wrong = "an amplitude does not exist";
+            if (isFree && !othersPlay_ && amplitude != 0.0f)
+                wrong = "a key stays down without a finger";
+        }
         if (view.surfaces._keyboardTiny.numberOfTouches() == 0)
             for (const float amplitude : view.surfaces._keyboardTiny.keyDown)
-                if (amplitude != 0.0f) wrong_ = "a small key stays down";
+                if (amplitude != 0.0f) wrong = "a small key stays down";
     }
     /// Fingers, locks, whatever moves keys, and what MIDI shows: nothing is left to hold a key.
     void letGoOfEverything() {
@@ -336,19 +318,16 @@ private:
         if (stream_.scrubArea.isHeld()) stream_.scrubArea.longPressFirstFingerGesture();
         for (int note = 0; note < 128; ++note) view.surfaces.showNoteOff(note);
         for (const auto& amplitude : keyboard_.keyDown)
-            if (amplitude != 0.0f) wrong_ = "a key stays down";
-        if (stream_.scrubArea.isHeld()) wrong_ = "the scan stays held";
+            if (amplitude != 0.0f) wrong = "a key stays down";
+        if (stream_.scrubArea.isHeld()) wrong = "the scan stays held";
     }
 
-    ByteReader bytes_;
     MOK_SCRUB_GRANULATOR& stream_ = view._GRANULATOR_STREAM;
     MOK_Keyboard& keyboard_ = view.surfaces._keyboard;
-    Keys keys_{view.surfaces};
     PropertyDictionary kept_;
     bool othersPlay_ = false; // keys go down without a finger
     std::uint32_t frames_ = 0;
     double seconds_ = 0.0, time_ = 0.0;
-    std::string wrong_;
 };
 
 } // namespace

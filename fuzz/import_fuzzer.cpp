@@ -6,60 +6,34 @@
 #include "library/bank_folder.h"
 #include "library/document_import.h"
 #include "tests/support/heard_instance.h"
+#include "tests/support/temporary_folder.h"
 
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
 
 namespace zephyra {
 namespace {
 
 namespace fs = std::filesystem;
 
-std::string contentOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 std::ptrdiff_t countIn(const fs::path& folder) {
     return std::distance(fs::directory_iterator(folder), {});
 }
 
-/// root/documents/DOCUMENT, root/home/shared, and a file beside and in each.
-class Playground {
-public:
-    Playground() {
-        std::string name = (fs::temp_directory_path() / "zephyra-fuzz-XXXXXX").string();
-        if (!::mkdtemp(name.data())) std::abort();
-        root = name;
-        fs::create_directories(shared());
-        fs::create_directories(documents());
-        std::ofstream(root / "home/beside.zephyra") << "beside";
-        std::ofstream(shared() / "Mine.zephyra") << "mine";
-    }
-    ~Playground() {
-        std::error_code ignored;
-        fs::remove_all(root, ignored);
-    }
-    fs::path shared() const { return root / "home/shared"; }
-    fs::path documents() const { return root / "documents"; }
-
-    fs::path root;
-};
-
 void tryImport(const std::string& document, const std::string& typed, const std::string& content) {
-    Playground ground;
-    const fs::path file = ground.documents() / document;
+    // documents/DOCUMENT and home/shared, with a file beside and in the latter.
+    const TemporaryFolder ground;
+    const fs::path shared = ground / "home/shared", file = ground / "documents" / document;
+    fs::create_directories(shared);
+    fs::create_directories(file.parent_path());
+    writeText(ground / "home/beside.zephyra", "beside");
+    writeText(shared / "Mine.zephyra", "mine");
     {
         std::ofstream made(file, std::ios::binary);
         made << content;
         if (!made) return; // no name that a document can have
     }
     HeardInstance instance;
-    instance.folders.shared = ground.shared();
+    instance.folders.shared = shared;
     int refills = 0;
     DocumentImport import(instance, {{"zephyra"}, "Only banks"}, [&refills] { ++refills; });
     for (int round = 0; round < 2; ++round) { // the second finds its name taken
@@ -72,13 +46,13 @@ void tryImport(const std::string& document, const std::string& typed, const std:
         }
     }
     require(!import.isImporting() && instance.alerts.count() == 0);
-    require(countIn(ground.root) == 2 && countIn(ground.root / "home") == 2);
-    require(contentOf(ground.root / "home/beside.zephyra") == "beside");
-    require(countIn(ground.documents()) == 1 && contentOf(file) == content);
-    const std::string mine = contentOf(ground.shared() / "Mine.zephyra");
+    require(ground.entries() == 2 && countIn(ground / "home") == 2);
+    require(readText(ground / "home/beside.zephyra") == "beside");
+    require(countIn(file.parent_path()) == 1 && readText(file) == content);
+    const std::string mine = readText(shared / "Mine.zephyra");
     require(mine == "mine" || mine == content);
     int banks = 0;
-    for (const auto& entry : fs::directory_iterator(ground.shared())) {
+    for (const auto& entry : fs::directory_iterator(shared)) {
         if (entry.path().filename() == BankFolder::kLockName) continue;
         require(entry.is_regular_file() && entry.path().extension() == ".zephyra");
         ++banks;

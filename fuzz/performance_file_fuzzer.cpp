@@ -11,10 +11,6 @@ namespace {
 
 using namespace zephyra;
 
-void requireLine(const std::string& text) {
-    require(!text.empty() && text.find('\n') == text.npos);
-}
-
 template <typename Event>
 void requireOrder(const std::vector<Event>& events) {
     double last = 0;
@@ -26,9 +22,9 @@ void requireOrder(const std::vector<Event>& events) {
 
 void requireMidi(const std::string& bytes, std::optional<double> tempo) {
     const Result<MidiFile> file = parseMidi(bytes, tempo, "input");
-    if (!file) return requireLine(file.message());
+    if (!file) return require(isOneLine(file.message()));
     requireOrder(file.value().messages);
-    for (const std::string& notice : file.value().notices) requireLine(notice);
+    for (const std::string& notice : file.value().notices) require(isOneLine(notice));
     for (const TimedMidi& message : file.value().messages) {
         require(std::isfinite(message.seconds));
         require(message.bytes[0] >= 0x80 && message.bytes[0] < 0xF0);
@@ -45,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     requireMidi(bytes, 120.0);
     const auto points = parseAutomation(bytes, 120.0, "input");
     if (!points) {
-        requireLine(points.message());
+        require(isOneLine(points.message()));
         return 0;
     }
     requireOrder(points.value());

@@ -1,8 +1,6 @@
-#include "fuzz/render_cycles.h"
+#include "fuzz/system_attacks.h"
 
-#include "fuzz/byte_reader.h"
-#include "hosting/hosted_instance.h"
-#include "tests/support/heard_instance.h"
+#include "fuzz/played_system.h"
 #include "tests/support/test_sounds.h"
 
 #include <algorithm>
@@ -35,25 +33,22 @@ enum : unsigned {
     threeBuffers = 128,
 };
 
-class Play : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderPullInputBlock {
+class Play : PlayedSystem,
+             AUHostMusicalContextBlock,
+             AUHostTransportStateBlock,
+             AURenderPullInputBlock {
 public:
-    explicit Play(std::span<const std::byte> bytes)
-        : bytes_(bytes), system_(kComponents[bytes_.below(3)], [this](Instance& fresh) {
-              log_.hear(fresh);
-              fresh.folders.resources = "/nonexistent";
-              fresh.runLoop.setClock(RunLoop::Clock::sample);
-          }) {
-        system_.connect();
-        system_.stream().setSeed(1);
-        unit_->musicalContextBlock = this;
-        unit_->transportStateBlock = this;
-        unit_->allocateRenderResourcesAndReturnError();
+    explicit Play(ByteReader program) : PlayedSystem{kComponents[program.below(3)], program} {
+        instance.runLoop.setClock(RunLoop::Clock::sample);
+        unit->musicalContextBlock = this;
+        unit->transportStateBlock = this;
+        unit->allocateRenderResourcesAndReturnError();
     }
 
     std::string run() {
-        for (int step = 0; step < kMostSteps && !bytes_.empty() && wrong_.empty(); ++step) act();
-        if (unit_->lostNotices() > 0) wrong_ += "a notice is lost ";
-        return wrong_;
+        for (int step = 0; step < kMostSteps && !bytes.empty() && wrong.empty(); ++step) act();
+        if (unit->lostNotices() > 0) wrong += "a notice is lost ";
+        return wrong;
     }
 
 private:
@@ -67,7 +62,7 @@ private:
                                           &Play::button,   &Play::control,        &Play::allocate,
                                           &Play::fromHost, &Play::scan,           &Play::state,
                                           &Play::sound};
-        (this->*kSteps[bytes_.below(std::size(kSteps))])();
+        (this->*kSteps[bytes.below(std::size(kSteps))])();
     }
 
     // --- What comes with a cycle ---
@@ -76,21 +71,21 @@ private:
         if (events_.size() == kMostEvents) return nullptr;
         AURenderEvent& event = events_.emplace_back();
         if (events_.size() > 1) events_[events_.size() - 2].next = &event;
-        event.eventSampleTime = bytes_.take<std::int16_t>();
+        event.eventSampleTime = bytes.take<std::int16_t>();
         return &event;
     }
     void parameterEvent() {
-        const auto type = static_cast<AURenderEventType>(bytes_.byte());
-        const std::uint64_t address = bytes_.byte();
-        const float value = bytes_.take<float>();
+        const auto type = static_cast<AURenderEventType>(bytes.byte());
+        const std::uint64_t address = bytes.byte();
+        const float value = bytes.take<float>();
         AURenderEvent* const event = newEvent();
         if (!event) return;
         event->eventType = type;
-        event->parameter = {address == 255 ? ~std::uint64_t{0} : address, value, bytes_.byte()};
+        event->parameter = {address == 255 ? ~std::uint64_t{0} : address, value, bytes.byte()};
     }
     void midiEvent() {
-        AUMIDIEvent message{bytes_.byte(), 0, {}};
-        for (std::uint8_t& part : message.data) part = bytes_.byte();
+        AUMIDIEvent message{bytes.byte(), 0, {}};
+        for (std::uint8_t& part : message.data) part = bytes.byte();
         AURenderEvent* const event = newEvent();
         if (!event) return;
         event->eventType = AURenderEventType::MIDI;
@@ -99,9 +94,9 @@ private:
     void music() {
         double* const fields[] = {&context_.currentTempo, &context_.timeSignatureNumerator,
                                   &context_.currentBeatPosition};
-        *fields[bytes_.below(3)] = bytes_.take<double>();
+        *fields[bytes.below(3)] = bytes.take<double>();
     }
-    void transport() { flags_ = bytes_.byte(); }
+    void transport() { flags_ = bytes.byte(); }
 
     bool musicalContext(AUMusicalContext& asked) ZEPHYRA_NONBLOCKING override {
         asked = context_;
@@ -127,9 +122,9 @@ private:
     // --- The cycle ---
 
     void cycle() {
-        const std::uint32_t frames = bytes_.take<std::uint16_t>() % (kBuffer + 100);
-        cycle_ = bytes_.byte();
-        fillInput(bytes_.byte());
+        const std::uint32_t frames = bytes.take<std::uint16_t>() % (kBuffer + 100);
+        cycle_ = bytes.byte();
+        fillInput(bytes.byte());
         if (rendered_ + frames > kMostFrames) return;
         rendered_ += frames;
         for (auto& channel : output_) channel.fill(kUntouched);
@@ -144,9 +139,9 @@ private:
         const AURenderEvent* const events = events_.empty() ? nullptr : &events_.front();
         AURenderPullInputBlock* const pull = cycle_ & noPull ? nullptr : this;
         const OSStatus expected = expectedStatus(frames);
-        const OSStatus status = unit_->internalRenderBlock()(frames, list, events, pull);
+        const OSStatus status = unit->internalRenderBlock()(frames, list, events, pull);
         events_.clear();
-        if (status != expected) wrong_ += "status " + std::to_string(status) + " ";
+        if (status != expected) wrong += "status " + std::to_string(status) + " ";
         check(list, status == audio_unit_status::noError && !(cycle_ & oneBuffer) ? frames : 0);
     }
 
@@ -171,9 +166,9 @@ private:
 
     OSStatus expectedStatus(std::uint32_t frames) const {
         using namespace audio_unit_status;
-        if (!unit_->renderResourcesAllocated()) return uninitialized;
-        if (frames > unit_->maximumFramesToRender()) return tooManyFrames;
-        if (cycle_ & oneBuffer || unit_->isInstrument() || frames == 0) return noError;
+        if (!unit->renderResourcesAllocated()) return uninitialized;
+        if (frames > unit->maximumFramesToRender()) return tooManyFrames;
+        if (cycle_ & oneBuffer || unit->isInstrument() || frames == 0) return noError;
         if (cycle_ & noPull) return noConnection;
         return cycle_ & pullFails ? kPullFails : noError;
     }
@@ -182,9 +177,9 @@ private:
         for (std::uint32_t c = 0; c < list.mNumberBuffers; ++c) {
             const float* const samples = list.floats(c);
             const std::uint32_t written = c < 2 ? frames : 0;
-            if (written > 0 && !samples) wrong_ += "no output memory ";
+            if (written > 0 && !samples) wrong += "no output memory ";
             for (std::uint32_t i = 0; samples && i < written; ++i)
-                if (!std::isfinite(samples[i])) return addNotFinite(c, i);
+                if (!std::isfinite(samples[i])) wrong = "a sample is not finite ";
         }
         for (std::size_t c = 0; c < output_.size(); ++c) {
             const auto& channel = output_[c];
@@ -192,107 +187,97 @@ private:
                                list.floats(static_cast<std::uint32_t>(c)) == channel.data();
             if (std::any_of(channel.begin() + (given ? frames : 0), channel.end(),
                             [](float sample) { return sample != kUntouched; }))
-                wrong_ += "written beyond the frames ";
+                wrong += "written beyond the frames ";
         }
-    }
-    void addNotFinite(std::uint32_t channel, std::uint32_t frame) {
-        wrong_ += "channel " + std::to_string(channel) + " is not finite at frame " +
-                  std::to_string(frame) + " ";
     }
 
     // --- Around it ---
 
     void passTime() {
-        const double seconds = bytes_.take<std::uint16_t>() / 1000.0;
+        const double seconds = bytes.take<std::uint16_t>() / 1000.0;
         if ((seconds_ += seconds) > kMostSeconds) return;
-        instance_.runLoop.waitForWork();
-        instance_.runLoop.advance(instance_.runLoop.now() + seconds);
-        while (instance_.alerts.answer(0)) {
+        instance.runLoop.waitForWork();
+        instance.runLoop.advance(instance.runLoop.now() + seconds);
+        while (instance.alerts.answer(0)) {
         }
     }
 
     void button() {
-        StreamControls& c = view_->_GRANULATOR_STREAM.controls;
+        StreamControls& c = stream().controls;
         Button* const buttons[] = {&c._playToggle, &c._rewind,   &c._freeze,
                                    &c._enableLIVE, &c.liveClear, &c._keyboardButton};
-        buttons[bytes_.below(std::size(buttons))]->sendActionsForControlEvents(
+        buttons[bytes.below(std::size(buttons))]->sendActionsForControlEvents(
             control_event::touchUpInside);
     }
 
     void control() {
-        const auto id = static_cast<ControlId>(bytes_.below(kControlCount));
-        const float value = bytes_.take<float>();
-        if (MOK_KNOB* const own = view_->ownKnob(id)) {
+        const auto id = static_cast<ControlId>(bytes.below(kControlCount));
+        const float value = bytes.take<float>();
+        if (MOK_KNOB* const own = view.ownKnob(id)) {
             own->setValue(value);
             own->sendEventValueChanged();
-        } else if (bytes_.byte() % 2) {
-            view_->_GRANULATOR_STREAM.setDisplayed(id, value);
+        } else if (bytes.byte() % 2) {
+            stream().setDisplayed(id, value);
         } else {
-            view_->_GRANULATOR_STREAM.setLinear(id, value);
+            stream().setLinear(id, value);
         }
     }
 
     void allocate() {
         constexpr double kRates[] = {44100.0, 8000.0,   192000.0, 1.0,
                                      1e-300,  768000.0, 1e300,    48000.5};
-        unit_->deallocateRenderResources();
-        const double rate = kRates[bytes_.below(std::size(kRates))];
-        unit_->setMaximumFramesToRender(bytes_.take<std::uint16_t>());
-        const std::uint32_t channels = bytes_.byte() % 10;
-        for (const AUAudioUnitBusArray* side : {&unit_->inputBusses(), &unit_->outputBusses()})
+        unit->deallocateRenderResources();
+        const double rate = kRates[bytes.below(std::size(kRates))];
+        unit->setMaximumFramesToRender(bytes.take<std::uint16_t>());
+        const std::uint32_t channels = bytes.byte() % 10;
+        for (const AUAudioUnitBusArray* side : {&unit->inputBusses(), &unit->outputBusses()})
             for (AUAudioUnitBus* bus : side->busses) bus->setFormat({rate, channels});
-        instance_.session.sampleRate = rate;
-        if (bytes_.byte() % 4) unit_->allocateRenderResourcesAndReturnError();
+        instance.session.sampleRate = rate;
+        if (bytes.byte() % 4) unit->allocateRenderResourcesAndReturnError();
     }
 
     void fromHost() {
         using enum AUParameterAutomationEventType;
         constexpr AUParameterAutomationEventType kTypes[] = {value, touch, release};
         AUParameter* const parameter =
-            unit_->parameterTree()->parameterWithAddress(bytes_.byte() % (kParameterCount + 1));
-        const auto type = kTypes[bytes_.below(std::size(kTypes))];
-        const float moved = bytes_.take<float>();
+            unit->parameterTree()->parameterWithAddress(bytes.byte() % (kParameterCount + 1));
+        const auto type = kTypes[bytes.below(std::size(kTypes))];
+        const float moved = bytes.take<float>();
         if (parameter) parameter->setValue_originator_atHostTime_eventType(moved, 0, 0, type);
     }
 
     void scan() {
-        MOK_SCRUB_GRANULATOR& stream = view_->_GRANULATOR_STREAM;
-        const float start = bytes_.take<float>();
-        stream.setRegion(start, bytes_.take<float>());
-        stream.setScrubNormalizedValue(start);
-        stream.setTimePointer(bytes_.take<double>());
-        stream.pickEnvelope(bytes_.byte());
+        MOK_SCRUB_GRANULATOR& played = stream();
+        const float start = bytes.take<float>();
+        played.setRegion(start, bytes.take<float>());
+        played.setScrubNormalizedValue(start);
+        played.setTimePointer(bytes.take<double>());
+        played.pickEnvelope(bytes.byte());
     }
 
     void state() {
-        PropertyDictionary state = view_->getState();
+        PropertyDictionary state = view.getState();
         if (!kept_.empty())
-            view_->restoreState(std::exchange(kept_, std::move(state)));
+            view.restoreState(std::exchange(kept_, std::move(state)));
         else
             kept_ = std::move(state);
     }
 
     /// A rate and a level that no file has are refused, and so is what is not finite.
     void sound() {
-        MOK_SCRUB_GRANULATOR& stream = view_->_GRANULATOR_STREAM;
+        MOK_SCRUB_GRANULATOR& played = stream();
         auto sound = std::make_shared<mokSample>();
-        const std::uint64_t frames = bytes_.take<std::uint16_t>() % 5000;
-        const float rate = bytes_.take<float>(), level = bytes_.take<float>();
+        const std::uint64_t frames = bytes.take<std::uint16_t>() % 5000;
+        const float rate = bytes.take<float>(), level = bytes.take<float>();
         if (!sound->allocate(frames, rate)) return;
         for (std::uint64_t i = 0; i < sound->size; ++i) sound->getPtr()[i] = i % 3 ? level : -level;
         sound->writeGuardPoint();
-        if (bytes_.byte() % 2)
-            stream.loadSound(std::move(sound));
+        if (bytes.byte() % 2)
+            played.loadSound(std::move(sound));
         else
-            stream.setCaptured({sound->getPtr(), sound->size}, double{rate});
+            played.setCaptured({sound->getPtr(), sound->size}, double{rate});
     }
 
-    ByteReader bytes_;
-    HeardLog log_;
-    HostedInstance system_;
-    Instance& instance_ = system_.instance;
-    MyAudioUnit* const unit_ = system_.unit.get();
-    AudioUnitViewController* const view_ = &system_.view;
     std::deque<AURenderEvent> events_; // whose addresses stay
     AUMusicalContext context_;
     unsigned flags_ = 0, cycle_ = 0;
@@ -302,13 +287,12 @@ private:
     PropertyDictionary kept_;
     std::uint32_t rendered_ = 0;
     double seconds_ = 0.0;
-    std::string wrong_;
 };
 
 } // namespace
 
 std::string playRenderCycles(std::span<const std::byte> bytes) {
-    return std::make_unique<Play>(bytes)->run();
+    return std::make_unique<Play>(ByteReader(bytes))->run();
 }
 
 } // namespace zephyra

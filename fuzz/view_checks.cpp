@@ -1,6 +1,4 @@
-#include "fuzz/view_checks.h"
-
-#include "main_view/audio_unit_view_controller.h"
+#include "fuzz/played_system.h"
 
 #include <algorithm>
 #include <vector>

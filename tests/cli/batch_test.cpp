@@ -1,13 +1,12 @@
-// Many renders at a time: their processes, their names, and what becomes of those that fail.
+// Many renders at a time: their processes, progress and names, and what becomes of those that fail.
 
 #include "cli/batch/batch_names.h"
 #include "cli/batch/process_pool.h"
+#include "cli/terminal/progress_bar.h"
 #include "tests/cli/program.h"
 
 #include <csignal>
-#include <gmock/gmock.h>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <set>
 
 namespace zephyra {
@@ -44,6 +43,14 @@ TEST(ProcessPool, AJobThatDiesOrFailsLeavesTheOthersAlone) {
                         {0, "t0=0"}, {1, "=-1"}, {3, "t3=9"}, {4, "t4=0"}, {5, "t5=0"}}));
 }
 
+TEST(ProgressBar, ShowsShareAndTimeLeftOnceThereIsSomethingToJudgeBy) {
+    EXPECT_EQ(progressLine("Work", 0.25, 10.0),
+              "Work [########........................]  25 %  0:30 left");
+    EXPECT_EQ(progressLine("Work", 0, 1), "Work [................................]   0 %");
+    EXPECT_EQ(progressLine("Work", 2, 1),
+              "Work [################################] 100 %  0:00 left");
+}
+
 TEST(BatchNames, AreFileNamesOfWhichNoTwoAreAlike) {
     BatchNames names;
     names.reserve("contact-sheet");
@@ -67,27 +74,19 @@ TEST(BatchNames, AreFileNamesOfWhichNoTwoAreAlike) {
     for (const auto& one : cases) EXPECT_EQ(names.take(one.input, one.preset), one.name);
 }
 
-class Batch : public testing::Test {
+class Batch : public ProgramTest {
 protected:
     Batch() {
-        writeWav(folder / "in.wav", tone(22050));
         writeText(folder / "broken.wav", "no sound at all, and long enough to look at");
         for (const char* preset :
              {"Glass --set Density=90", "'Tag & Nacht' --set Pitch=7", "Rain --set Jittering=0.1"})
-            run("in.wav --seconds 0.1 -o made.wav --save-bank B --save-preset " +
-                std::string(preset));
-        std::filesystem::remove(folder / "made.wav");
+            rendered("in.wav --seconds 0.1 --save-bank B --save-preset " + std::string(preset));
     }
-    ProgramRun run(const std::string& arguments, const std::string& before = "") const {
-        return runZephyra(folder, "render " + arguments,
-                          "ZEPHYRA_SHARED_FOLDER='" + (folder / "shared").string() + "' " + before);
-    }
-    TemporaryFolder folder;
 };
 
 TEST_F(Batch, EveryInputIsRenderedWithEveryPresetAsItWouldBeAlone) {
     const ProgramRun ended =
-        run("in.wav broken.wav --bank B --preset '*' --out-dir out --seed 7 --json");
+        run("render in.wav broken.wav --bank B --preset '*' --out-dir out --seed 7 --json");
     EXPECT_EQ(ended.code, 1);
     EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 3) << ended.err;
     EXPECT_THAT(ended.err, HasSubstr("broken - Glass: "));
@@ -102,16 +101,16 @@ TEST_F(Batch, EveryInputIsRenderedWithEveryPresetAsItWouldBeAlone) {
                                             "in - Rain.png", "in - Rain.wav",
                                             "in - Tag & Nacht.png", "in - Tag & Nacht.wav"));
     for (const char* preset : {"Glass", "Rain"}) {
-        run(std::string("in.wav --seed 7 -o alone.wav --bank B --preset ") + preset);
-        EXPECT_TRUE(readText(folder / "alone.wav") ==
-                    readText(folder / ("out/in - " + std::string(preset) + ".wav")))
-            << preset;
+        const std::string alone =
+            rendered(std::string("in.wav --seed 7 --bank B --preset ") + preset);
+        EXPECT_TRUE(alone == readText(folder / ("out/in - " + std::string(preset) + ".wav")));
     }
 }
 
 TEST_F(Batch, AnInterruptEndsAllAndLeavesNoHalfFiles) {
-    const ProgramRun ended = run("in.wav --bank B --preset '*' --out-dir out --seconds 80000",
-                                 "timeout --foreground --preserve-status -s INT 1");
+    const ProgramRun ended =
+        run("render in.wav --bank B --preset '*' --out-dir out --seconds 80000",
+            "timeout --foreground --preserve-status -s INT 1");
     EXPECT_EQ(ended.code, 1);
     EXPECT_THAT(ended.err, HasSubstr("interrupted; 0 of 3 renders were written"));
     EXPECT_TRUE(std::filesystem::is_empty(folder / "out"));
@@ -120,9 +119,7 @@ TEST_F(Batch, AnInterruptEndsAllAndLeavesNoHalfFiles) {
 TEST_F(Batch, NothingThatIsReadIsReplaced) {
     const auto sound = readText(folder / "in.wav");
     std::filesystem::copy_file(folder / "in.wav", folder / "two.wav");
-    const ProgramRun ended = run("in.wav two.wav --out-dir .");
-    EXPECT_EQ(ended.code, 2);
-    EXPECT_THAT(ended.err, HasSubstr("would replace INPUT"));
+    expectRefused("render in.wav two.wav --out-dir .", 2, "would replace INPUT");
     EXPECT_TRUE(readText(folder / "in.wav") == sound);
 }
 

@@ -7,16 +7,6 @@
 namespace zephyra {
 namespace {
 
-TEST(SettingOption, ATimeStandsBeforeTheFirstColon) {
-    const Result<TimedSetting> timed = parseTimedSetting("2.5:Pitch=-7");
-    ASSERT_TRUE(timed);
-    EXPECT_EQ(timed.value().seconds, 2.5);
-    EXPECT_EQ(timed.value().setting.value, -7);
-    for (const char* wrong :
-         {"Pitch=7", ":Pitch=7", "x:Pitch=7", "-1:Pitch=7", "1:", "inf:Pitch=7"})
-        EXPECT_FALSE(parseTimedSetting(wrong)) << wrong;
-}
-
 TEST(LfoOption, EveryKeyIsTakenAndNamesAreForgiving) {
     const auto plain = parseLfo("scrubbing wave");
     ASSERT_TRUE(plain) << plain.message();

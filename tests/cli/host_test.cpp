@@ -1,58 +1,46 @@
-// What a render's host does, heard in its sound.
+// What a render's host does, and what moves controls by itself, heard in its sound.
 
-#include "stream/control_ranges.h"
+#include "rendering/take_file.h"
 #include "tests/cli/program.h"
 
-#include <algorithm>
 #include <cstring>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-#include <optional>
 
 namespace zephyra {
 namespace {
 
-class HostedRender : public ::testing::Test {
+class HostedRender : public ProgramTest {
 protected:
-    HostedRender() { writeWav(folder_ / "in.wav", tone(44100)); }
+    HostedRender() : ProgramTest(44100) {}
 
-    /// The bytes of the file that a render writes, and what it said.
     std::string render(const std::string& arguments) {
-        const ProgramRun run = runZephyra(
-            folder_, "render in.wav -o out.wav --seed 7 --json " + arguments, environment());
-        EXPECT_EQ(run.code, 0) << arguments << "\n" << run.err;
-        if (run.code == 0) report_ = nlohmann::json::parse(run.out);
-        return readText(folder_ / "out.wav");
+        return rendered("in.wav --seed 7 " + always + arguments);
     }
-    std::string environment() const {
-        return "ZEPHYRA_SHARED_FOLDER='" + folder_.path().string() + "/shared'";
+    double rms() const { return seen["rms"]; }
+    std::string always; // stands in front of the arguments
+    /// All options at once, each of which changes what base gives.
+    std::string eachHeard(const std::string& base, const std::vector<std::string>& options) {
+        const std::string plain = render(base);
+        std::string all = base;
+        for (const std::string& option : options) {
+            EXPECT_TRUE(render(base + " " + option) != plain) << option;
+            all += " " + option;
+        }
+        return all;
     }
-    double rms() const { return report_["rms"]; }
-
-    TemporaryFolder folder_;
-    nlohmann::json report_;
 };
 
 TEST_F(HostedRender, EverythingAtOnceGivesTheSameBytesAndEachPartIsHeard) {
-    writeText(folder_ / "moves.csv", "0,Pan,-1\n1b,Pan,1,ramp\n0.5,Density,200,step\n");
+    writeText(folder / "moves.csv", "0,Pan,-1\n1b,Pan,1,ramp\n0.5,Density,200,step\n");
     // Note-on 72 at beat 0, of a file at 96 ticks a beat.
     writeText(
-        folder_ / "note.mid",
+        folder / "note.mid",
         std::string("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x08\0\x90\x48\x40\0\xFF\x2F\0", 30));
-    const std::string plain = render("--tempo 120");
-    const std::string options[] = {"--automate moves.csv",
-                                   "--midi note.mid",
-                                   "--freeze",
-                                   "--scan-sync 2,4",
-                                   "--fade-out 0.5",
-                                   "--fade-in 0.5",
-                                   "--echo-sync 1/16,1/32T",
-                                   "--meter 3/4 --scan-sync 1,3"};
-    std::string all = "--tempo 120 --block 100";
-    for (const std::string& option : options) {
-        EXPECT_TRUE(render("--tempo 120 " + option) != plain) << option;
-        if (option.find("meter") == std::string::npos) all += " " + option;
-    }
+    const std::string all =
+        eachHeard("--tempo 120",
+                  {"--automate moves.csv", "--midi note.mid", "--freeze", "--fade-out 0.5",
+                   "--fade-in 0.5", "--echo-sync 1/16,1/32T", "--start 0.25 --end 0.5",
+                   "--envelope Sync", "--meter 3/4 --scan-sync 1,3"}) +
+        " --block 100";
     EXPECT_TRUE(render(all) == render(all));
 }
 
@@ -64,7 +52,7 @@ TEST_F(HostedRender, TheTransportStartsTheGrainsAndAFadeEndsWithThem) {
         EXPECT_GT(rms(), 0.05) << started;
     }
     render("--fade-out 1 --float --seconds 1");
-    const std::string bytes = readText(folder_ / "out.wav");
+    const std::string bytes = readText(folder / "out.wav");
     float last = 1.0f; // of the left channel, 100 frames before the end
     std::memcpy(&last, bytes.data() + bytes.size() - 800, sizeof last);
     EXPECT_LT(std::abs(last), 0.02f);
@@ -73,11 +61,11 @@ TEST_F(HostedRender, TheTransportStartsTheGrainsAndAFadeEndsWithThem) {
 TEST_F(HostedRender, AnEffectMixesItsInputAsTold) {
     render("--as effect --drywet 0");
     EXPECT_NEAR(rms(), 0.354, 0.02); // the tone itself, once the mix has glided up
-    EXPECT_EQ(report_["as"], "effect");
-    EXPECT_TRUE(report_["live"]);
-    writeWav(folder_ / "other.wav", std::vector<std::int16_t>(44100, 8000));
+    EXPECT_EQ(seen["as"], "effect");
+    EXPECT_TRUE(seen["live"]);
+    writeWav(folder / "other.wav", std::vector<std::int16_t>(44100, 8000));
     render("--as music-effect --drywet 100 --sample other.wav");
-    EXPECT_FALSE(report_["live"]);
+    EXPECT_FALSE(seen["live"]);
 }
 
 TEST_F(HostedRender, ASavedStateGivesTheSoundBack) {
@@ -89,26 +77,96 @@ TEST_F(HostedRender, ASavedStateGivesTheSoundBack) {
 
 TEST_F(HostedRender, AStateFindsItsSampleFromAnotherFolderOrSaysInOneLineThatItIsGone) {
     const std::string asEffect = "render ../in.wav --as effect --state ../s -o ../o.wav";
-    std::filesystem::create_directory(folder_ / "sub");
-    writeWav(folder_ / "sample.wav", tone(61 * 8000), 8000); // too long to go along with a state
+    std::filesystem::create_directory(folder / "sub");
+    writeWav(folder / "sample.wav", tone(61 * 8000), 8000); // too long to go along with a state
     render("--as effect --sample sample.wav --save-state s");
-    EXPECT_EQ(runZephyra(folder_, asEffect, "cd sub;" + environment()).code, 0);
-    std::filesystem::remove(folder_ / "sample.wav");
-    const ProgramRun gone = runZephyra(folder_, asEffect, "cd sub;" + environment());
+    EXPECT_EQ(run(asEffect, "cd sub;").code, 0);
+    std::filesystem::remove(folder / "sample.wav");
+    const ProgramRun gone = run(asEffect, "cd sub;");
     EXPECT_EQ(gone.code, 1);
     EXPECT_EQ(std::count(gone.err.begin(), gone.err.end(), '\n'), 1) << gone.err;
 }
 
 TEST_F(HostedRender, WhatIsOddInAMidiFileIsToldBesideTheReport) {
-    const std::string folder = ZEPHYRA_SOURCE_DIR "/fuzz/corpus/performance_file/";
-    const std::string command = "render in.wav -o out.wav --json --seconds 0.1 --midi " + folder;
-    const ProgramRun odd = runZephyra(folder_, command + "longer-header.mid");
-    EXPECT_EQ(odd.code, 0) << odd.err;
+    const ProgramRun odd = run("render in.wav --json --seconds 0.1 --midi " ZEPHYRA_SOURCE_DIR
+                               "/fuzz/corpus/performance_file/longer-header.mid");
     EXPECT_EQ(nlohmann::json::parse(odd.out).at("midiMessages"), 2);
-    EXPECT_EQ(odd.err, "zephyra: " + folder +
-                           "longer-header.mid: its header is longer than 6 "
-                           "bytes; what follows them is skipped\n");
-    EXPECT_EQ(runZephyra(folder_, command + "five-notes.mid").err, "");
+    EXPECT_THAT(odd.err, testing::MatchesRegex("zephyra: .*r.mid: its header is longer than 6 "
+                                               "bytes; what follows them is skipped\n"));
+}
+
+class MovedRender : public HostedRender {
+protected:
+    MovedRender() {
+        always = "--seconds 2 ";
+        // At 96 ticks a beat of 0.5 s: controller 1 to 127 at once, to 0 a beat later.
+        writeText(folder / "move.mid",
+                  std::string("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x0C\0\xB0\1\x7F\x60\xB0\1\0\0"
+                              "\xFF\x2F\0",
+                              34));
+        writeText(folder / "take.csv", "0.9\n0.1\n");
+    }
+};
+
+TEST_F(MovedRender, AllAtOnceGivesTheSameBytesAndPicturesAndEachPartIsHeard) {
+    const std::string all =
+        eachHeard("--midi move.mid", {"--lfo Pitch:shape=random,hz=3", "--scrub take.csv",
+                                      "--learn cc:1=Length", "--lfo Pan:link=1/16,mult=2"}) +
+        " --picture p.png --record-scrub kept.csv";
+    const std::string effect = all + " --as effect --set 'rnd pitch=12'";
+    EXPECT_TRUE(render(effect) == render(effect));
+    const std::string first = render(all), picture = readText(folder / "p.png");
+    const std::string kept = readText(folder / "kept.csv");
+    EXPECT_TRUE(render(all) == first);
+    EXPECT_TRUE(readText(folder / "p.png") == picture);
+    EXPECT_EQ(readText(folder / "kept.csv"), kept);
+    EXPECT_EQ(seen["lfos"], 2);
+    EXPECT_EQ(seen["takePoints"], 2);
+    EXPECT_EQ(seen["tempo"], 120.0);
+    const auto take = parseTake(kept, "kept");
+    ASSERT_TRUE(take) << take.message();
+    EXPECT_EQ(seen["recordedTakePoints"], take.value().size());
+    ASSERT_NEAR(static_cast<double>(take.value().size()), 30, 1);
+    // At speed 1 the scan would stand elsewhere: the take holds it at its two places in turn.
+    for (std::size_t i = 0; i < take.value().size(); ++i)
+        EXPECT_NEAR(take.value()[i], i % 2 == 0 ? 0.9f : 0.1f, 1e-6f) << i;
+}
+
+TEST_F(MovedRender, ARecordedTakeMovesTheScanAgainAsItWent) {
+    render("--lfo \"Scrubbing Wave:min=0.2,max=0.8,hz=1\" --record-scrub once.csv");
+    render("--scrub once.csv --record-scrub twice.csv");
+    const auto once = readTake(folder / "once.csv");
+    ASSERT_TRUE(once) << once.message();
+    const auto [low, high] = std::minmax_element(once.value().begin(), once.value().end());
+    EXPECT_NEAR(*low, 0.2f, 0.02f);
+    EXPECT_NEAR(*high, 0.8f, 0.02f);
+    EXPECT_EQ(readText(folder / "twice.csv"), readText(folder / "once.csv"));
+}
+
+TEST_F(MovedRender, ATakeStandsAtItsFirstPositionFromTheFirstFrameOn) {
+    std::vector<std::int16_t> late = tone(44100);
+    std::fill(late.begin(), late.begin() + 22050, std::int16_t{0});
+    writeWav(folder / "in.wav", late);
+    writeText(folder / "take.csv", "0.75\n0.75\n");
+    const std::string early = "--seconds 0.06 --scrub take.csv"; // its first tick comes later
+    const std::string sound = rendered("in.wav --float " + early);
+    EXPECT_TRUE(std::any_of(sound.begin() + 100, sound.end(), [](char c) { return c != 0; }));
+}
+
+TEST_F(MovedRender, WhatIsAskedForCarriesTheScanRatherThanWhatTheStateBrought) {
+    render("--lfo \"Scrubbing Wave\" --save-state lfo.plist");
+    render("--state lfo.plist --scrub take.csv --save-state take.plist");
+    EXPECT_FALSE(seen.contains("lfos"));
+    EXPECT_EQ(seen["takePoints"], 2);
+    render("--state take.plist --lfo \"Scrubbing Wave\"");
+    EXPECT_EQ(seen["lfos"], 1);
+    EXPECT_FALSE(seen.contains("takePoints"));
+}
+
+TEST_F(MovedRender, ALearnedControllerReachesItsControl) {
+    render("--midi move.mid --learn cc:1=Amplitude,min=0,max=0");
+    EXPECT_LT(rms(), 0.05);
+    EXPECT_EQ(seen["learnedControllers"], 1);
 }
 
 } // namespace

@@ -2,45 +2,18 @@
 
 #include "tests/cli/program.h"
 
-#include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
-
 namespace zephyra {
 namespace {
 
-using nlohmann::json;
 using testing::HasSubstr;
 
-class PresetRender : public testing::Test {
+class PresetRender : public ProgramTest {
 protected:
     PresetRender() {
-        writeWav(folder / "in.wav", tone(22050));
         writeWav(folder / "other.wav", std::vector<std::int16_t>(11025, 9000), 22050);
     }
 
-    ProgramRun run(const std::string& arguments) const {
-        return runZephyra(folder, "render " + arguments,
-                          "ZEPHYRA_SHARED_FOLDER='" + (folder / "shared").string() + "'");
-    }
-    /// The bytes of the file that a render with seed 7 writes.
-    std::string bytes(const std::string& arguments) {
-        const ProgramRun ended = run("-o bytes.wav --seed 7 --json " + arguments);
-        EXPECT_EQ(ended.code, 0) << arguments << "\n" << ended.err;
-        report = json::parse(ended.out, nullptr, false);
-        return readText(folder / "bytes.wav");
-    }
-    /// One line says so, and no sound is written.
-    void expectRefused(const std::string& arguments, int code, const std::string& said) const {
-        const auto before = folder.entries();
-        const ProgramRun ended = run(arguments);
-        EXPECT_EQ(ended.code, code) << arguments;
-        EXPECT_THAT(ended.err, HasSubstr(said));
-        EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
-        EXPECT_EQ(folder.entries(), before);
-    }
-
-    TemporaryFolder folder;
-    json report;
+    std::string bytes(const std::string& arguments) { return rendered("--seed 7 " + arguments); }
     const std::string moving = "--set Density=90 --set 'Rnd Pitch=5' --envelope Sync --start 0.25 "
                                "--set 'Left Delay=0.1' --lfo Pan:hz=3 --scrub take.csv ";
 };
@@ -48,11 +21,11 @@ protected:
 TEST_F(PresetRender, APresetSoundsAsTheOptionsThatItWasSavedFrom) {
     writeText(folder / "take.csv", "0.1\n0.9\n0.4\n");
     const std::string made = bytes("in.wav --save-bank Mine --save-preset 'Night Train' " + moving);
-    EXPECT_EQ(report["savedPreset"], "Night Train");
+    EXPECT_EQ(seen["savedPreset"], "Night Train");
     EXPECT_TRUE(bytes("in.wav") != made);
     EXPECT_TRUE(bytes("--bank mine --preset 'night train'") == made);
-    EXPECT_EQ(report["takePoints"], 3);
-    EXPECT_EQ(report["sample"], (folder / "in.wav").string());
+    EXPECT_EQ(seen["takePoints"], 3);
+    EXPECT_EQ(seen["sample"], (folder / "in.wav").string());
     EXPECT_TRUE(bytes("--bank Mine --preset 1 --set Density=20") != made);
     // What was saved from a preset is that preset.
     EXPECT_TRUE(bytes("--bank Mine --preset 1 --save-bank Mine --save-preset Again") == made);
@@ -61,20 +34,23 @@ TEST_F(PresetRender, APresetSoundsAsTheOptionsThatItWasSavedFrom) {
     EXPECT_TRUE(bytes("other.wav --bank Mine --preset Again") == other) << "INPUT wins";
     std::filesystem::remove(folder / "in.wav");
     EXPECT_TRUE(bytes("other.wav --bank Mine --preset Again") == other);
-    expectRefused("--bank Mine --preset Again", 1, "in.wav");
-    expectRefused("--bank Mine --preset Again", 1, "name INPUT instead");
+    expectRefused("render --bank Mine --preset Again", 1, "in.wav");
+    expectRefused("render --bank Mine --preset Again", 1, "name INPUT instead");
 }
 
 TEST_F(PresetRender, APresetThatListensIsAnEffectWithoutBeingTold) {
     const std::string effect = bytes("in.wav --as effect --set Density=50 --save-bank Live "
                                      "--save-preset Ears --drywet 80");
     EXPECT_TRUE(bytes("in.wav --bank Live --preset Ears") == effect);
-    EXPECT_EQ(report["as"], "effect");
-    EXPECT_TRUE(report["live"]);
-    EXPECT_THAT(run("in.wav --bank Live --preset Ears -o bytes.wav").out, HasSubstr("has LIVE on"));
-    expectRefused("--bank Live --preset Ears", 2, "listens to live input; name INPUT");
+    EXPECT_EQ(seen["as"], "effect");
+    EXPECT_TRUE(seen["live"]);
+    EXPECT_THAT(run("render in.wav --bank Live --preset Ears").out, HasSubstr("has LIVE on"));
+    for (const std::string told : {"--live ", "--as instrument "})
+        EXPECT_THAT(run("render in.wav --bank Live --preset Ears " + told).out,
+                    testing::Not(HasSubstr("has LIVE on")));
+    expectRefused("render --bank Live --preset Ears", 2, "listens to live input; name INPUT");
     bytes("in.wav --bank Live --preset Ears --as instrument");
-    EXPECT_FALSE(report["live"]);
+    EXPECT_FALSE(seen["live"]);
 }
 
 TEST_F(PresetRender, AnEffectKeepsThePresetsSampleAndHearsTheInput) {
@@ -83,21 +59,22 @@ TEST_F(PresetRender, AnEffectKeepsThePresetsSampleAndHearsTheInput) {
         bytes(set + "--sample other.wav --save-bank B --save-preset Sampled");
     EXPECT_TRUE(bytes("in.wav --as effect --bank B --preset Sampled") == sampled);
     EXPECT_TRUE(bytes("in.wav --live --bank B --preset Sampled") != sampled);
-    EXPECT_TRUE(report["live"]);
+    EXPECT_TRUE(seen["live"]);
 }
 
 TEST_F(PresetRender, APresetIsOverwrittenOnlyWithYesAndNeverByAFailedRender) {
     const std::string save = "in.wav --save-bank B --save-preset P ";
     bytes(save + "--set Density=90");
     const std::string bank = readText(folder / "shared/B.zephyra");
-    expectRefused(save, 2, "B has a preset \"P\" already");
-    expectRefused(save + "--yes -o none/x.wav", 1, "none/x.wav");
+    expectRefused("render " + save, 2, "B has a preset \"P\" already");
+    expectRefused("render " + save + "--yes -o none/x.wav", 1, "none/x.wav");
     EXPECT_TRUE(readText(folder / "shared/B.zephyra") == bank);
     const std::string plain = bytes(save + "--yes");
     EXPECT_TRUE(bytes("--bank B --preset 1") == plain);
-    expectRefused("--bank B --preset P --save-state shared/B.zephyra", 2, "would replace --bank");
+    expectRefused("render --bank B --preset P --save-state shared/B.zephyra", 2,
+                  "would replace --bank");
     writeText(folder / "shared/broken.zephyra", "<plist><dict><key>");
-    expectRefused("in.wav --save-bank broken --save-preset P", 2, "broken.zephyra");
+    expectRefused("render in.wav --save-bank broken --save-preset P", 2, "broken.zephyra");
 }
 
 } // namespace

@@ -1,13 +1,13 @@
-// runZephyra: the real program, run as a user runs it.
+// ProgramTest: the real program, run as a user runs it in a folder of their own.
 #pragma once
 
 #include "tests/support/temporary_folder.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <string>
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 #include <sys/wait.h>
 #include <vector>
 
@@ -17,19 +17,6 @@ struct ProgramRun {
     int code; ///< exit code, -1 when a signal ended the program
     std::string out, err;
 };
-
-/// Runs `zephyra` with arguments (as a shell reads them) in folder. before is shell text in front,
-/// for limits and the environment.
-inline ProgramRun runZephyra(const TemporaryFolder& folder, const std::string& arguments,
-                             const std::string& before = "") {
-    const TemporaryFolder streams;
-    const std::string command = "cd '" + folder.path().string() + "'; " + before + " '" +
-                                ZEPHYRA_BINARY_DIR "/cli/zephyra' >'" + (streams / "out").string() +
-                                "' 2>'" + (streams / "err").string() + "' " + arguments;
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readText(streams / "out"),
-            readText(streams / "err")};
-}
 
 /// A mono WAV file of 16-bit samples.
 inline void writeWav(const std::filesystem::path& file, const std::vector<std::int16_t>& samples,
@@ -55,5 +42,46 @@ inline std::vector<std::int16_t> tone(std::size_t frames) {
             static_cast<std::int16_t>(16384 * std::sin(static_cast<double>(n) * 0.0628319));
     return samples;
 }
+
+class ProgramTest : public testing::Test {
+protected:
+    explicit ProgramTest(std::size_t frames = 22050) { writeWav(folder / "in.wav", tone(frames)); }
+
+    /// Runs `zephyra` in folder with arguments as a shell reads them. before is shell text in
+    /// front, for limits and the environment; the banks in use are in the folder "shared".
+    ProgramRun run(const std::string& arguments, const std::string& before = "") const {
+        const TemporaryFolder streams;
+        const std::string command =
+            "cd '" + folder.path().string() + "'; " + before + " env ZEPHYRA_SHARED_FOLDER='" +
+            (folder / "shared").string() + "' " + environment + " '" +
+            ZEPHYRA_BINARY_DIR "/cli/zephyra' >'" + (streams / "out").string() + "' 2>'" +
+            (streams / "err").string() + "' " + arguments;
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readText(streams / "out"),
+                readText(streams / "err")};
+    }
+    /// Its bytes, of a render that must end well. seen is its report.
+    std::string rendered(const std::string& arguments) {
+        const ProgramRun ended = run("render -o out.wav --json " + arguments);
+        EXPECT_EQ(ended.code, 0) << arguments << "\n" << ended.err;
+        seen = nlohmann::json::parse(ended.out, nullptr, false);
+        return readText(folder / "out.wav");
+    }
+    /// One line says so, and nothing is written.
+    void expectRefused(const std::string& arguments, int code, const std::string& said) const {
+        SCOPED_TRACE(arguments);
+        const auto before = folder.entries();
+        const ProgramRun ended = run(arguments);
+        EXPECT_EQ(ended.code, code);
+        EXPECT_THAT(ended.err, testing::HasSubstr(said));
+        EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
+        EXPECT_EQ(ended.out, "");
+        EXPECT_EQ(folder.entries(), before) << "a file was left behind";
+    }
+
+    TemporaryFolder folder;
+    std::string environment; ///< further variables, as env takes them
+    nlohmann::json seen;
+};
 
 } // namespace zephyra

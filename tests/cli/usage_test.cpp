@@ -2,8 +2,6 @@
 
 #include "tests/cli/program.h"
 
-#include <algorithm>
-#include <gmock/gmock.h>
 #include <sstream>
 
 namespace zephyra {
@@ -11,22 +9,19 @@ namespace {
 
 using testing::HasSubstr;
 
-struct Case {
-    const char* arguments;
-    int code;
-    const char* said; ///< part of the one line on standard error
-};
+using Usage = ProgramTest;
 
-TEST(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
-    const TemporaryFolder folder;
-    writeWav(folder / "in.wav", tone(2000));
+TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
     writeText(folder / "text.wav", "no sound at all, and long enough to look at");
     std::filesystem::create_directory(folder / "folder.wav");
-    const Case cases[] = {
+    const struct {
+        const char* arguments;
+        int code;
+        const char* said; // part of the one line on standard error
+    } cases[] = {
         {"", 2, "a command is missing: render, info, envelopes, parameters, banks, preset"},
         {"rendr in.wav", 2, "nearest is render"},
         {"--foo", 2, "there is no option \"--foo\""},
-        {"render --foo", 2, "there is no option \"--foo\""},
         {"envelopes in.wav", 2, "only options"},
         {"render", 2, "needs the name of a sound file"},
         {"info", 2, "needs the name of a sound file"},
@@ -87,10 +82,12 @@ TEST(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --seconds 1 --record-scrub in.wav", 2, "would replace INPUT"},
         {"render in.wav --seconds 1 --scrub text.wav --record-scrub ./text.wav", 2,
          "would replace --scrub"},
-        {"render in.wav --record-scrub t.csv", 2, "0.045 s only"},
+        {"render in.wav --seconds 0.045 --record-scrub t.csv", 2, "0.045 s only"},
         {"render in.wav --seconds 1 --record-scrub none/t.csv", 1, "none/t.csv"},
         {"render in.wav --at Pitch=7", 2, "write SECONDS:NAME=VALUE"},
-        {"render in.wav --at 1:Pitch=7", 2, "comes after the end at 0.045 s"},
+        {"render in.wav --at -1:Pitch=7", 2, "write SECONDS:NAME=VALUE"},
+        {"render in.wav --at inf:Pitch=7", 2, "write SECONDS:NAME=VALUE"},
+        {"render in.wav --at 1:Pitch=7", 2, "comes after the end at 0.500 s"},
         {"render in.wav --seconds 2 --at 2:Pitch=7", 2, "comes after the end"},
         {"render in.wav --seconds 0", 2, "seconds above 0"},
         {"render in.wav --seconds 86401", 2, "seconds above 0"},
@@ -109,7 +106,7 @@ TEST(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav -o text.wav --as effect --sample text.wav", 2, "would replace --sample"},
         {"render in.wav -o text.wav --state text.wav", 2, "would replace --state"},
         {"render in.wav --live --sample in.wav", 2, "leave one out"},
-        {"render in.wav --fade-out 1", 2, "which is 0.045 s"},
+        {"render in.wav --fade-out 1", 2, "which is 0.500 s"},
         {"render in.wav --live --rate 48000", 2, "own 44100 Hz"},
         {"render in.wav --bank B", 2, "--bank needs --preset"},
         {"render in.wav --preset P", 2, "--preset needs --bank"},
@@ -138,35 +135,21 @@ TEST(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav -o folder.wav", 1, "folder.wav"},
         {"render in.wav --picture none/p.png", 1, "none/p.png"},
     };
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.arguments);
-        const auto before = folder.entries();
-        const ProgramRun run = runZephyra(folder, one.arguments);
-        EXPECT_EQ(run.code, one.code);
-        EXPECT_THAT(run.err, HasSubstr(one.said));
-        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
-        EXPECT_EQ(run.out, "");
-        EXPECT_EQ(folder.entries(), before) << "a file was left behind";
-    }
+    for (const auto& [arguments, code, said] : cases) expectRefused(arguments, code, said);
 }
 
-TEST(Usage, HelpListsEveryControlWithItsRangeAndExamples) {
-    const TemporaryFolder folder;
-    const ProgramRun run = runZephyra(folder, "render --help");
-    EXPECT_EQ(run.code, 0);
+TEST_F(Usage, HelpListsEveryControlWithItsRangeAndExamples) {
+    const ProgramRun help = run("render --help");
+    EXPECT_EQ(help.code, 0);
     for (const char* part : {"Ring Modulation Frequency", "0.1 to 8000 Hz", "Normalize", "--at",
                              "start of the block", "Examples:"})
-        EXPECT_THAT(run.out, HasSubstr(part));
-    std::istringstream lines(run.out);
+        EXPECT_THAT(help.out, HasSubstr(part));
+    std::istringstream lines(help.out);
     for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100u) << line;
 }
 
-TEST(Usage, AClosedStandardOutputIsAFailure) {
-    const TemporaryFolder folder;
-    writeWav(folder / "in.wav", tone(2000));
-    const ProgramRun run = runZephyra(folder, "info in.wav >/dev/full");
-    EXPECT_EQ(run.code, 1);
-    EXPECT_THAT(run.err, HasSubstr("standard output"));
+TEST_F(Usage, AClosedStandardOutputIsAFailure) {
+    expectRefused("info in.wav >/dev/full", 1, "standard output");
 }
 
 } // namespace

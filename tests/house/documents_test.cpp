@@ -1,29 +1,18 @@
 // The documents tell the truth about where things are.
 
 #include "tests/house/folder_table.h"
+#include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <regex>
-#include <sstream>
-#include <string>
-#include <vector>
 
 namespace zephyra {
 namespace {
 
 namespace fs = std::filesystem;
 const fs::path kTree = ZEPHYRA_SOURCE_DIR;
-
-std::string textOf(const fs::path& file) {
-    std::ifstream in(file);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 std::vector<fs::path> documents() {
     std::vector<fs::path> files = {kTree / "README.md"};
@@ -42,7 +31,7 @@ void forEachMatch(const std::string& text, const char* pattern,
 
 TEST(Documents, NameOnlyFilesThatExist) {
     for (const fs::path& document : documents()) {
-        const std::string text = textOf(document);
+        const std::string text = readText(document);
         forEachMatch(text, R"(`((?:[a-z_]+/)+\w+\.(?:h|cpp|inl|md|mp3))`)",
                      [&](const std::smatch& path) {
                          EXPECT_TRUE(fs::exists(kTree / path[1].str()))

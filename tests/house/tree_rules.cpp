@@ -122,65 +122,54 @@ bool namesSomething(const Lines& lines) {
                        });
 }
 
-} // namespace
-
-Lines forbiddenIncludes(const fs::path& root, const std::vector<FolderRow>& house) {
-    Lines breaches;
-    for (const FolderRow& row : house)
-        for (const fs::path& file : filesOf(root, house, row, isSource)) {
-            std::size_t number = 0;
-            for (const std::string& line : linesOf(file)) {
-                ++number;
-                const std::string why = includeBreach(root, house, row, file, line);
-                if (!why.empty())
-                    breaches.push_back(fs::relative(file, root).string() + ":" +
-                                       std::to_string(number) + why);
-            }
-        }
-    std::sort(breaches.begin(), breaches.end());
-    return breaches;
-}
-
-Lines forbiddenLinks(const fs::path& root, const std::vector<FolderRow>& house) {
-    static const std::regex library(R"(\bzephyra_([a-z_]+)\b(?!\()|\b(PkgConfig::\w+))");
-    Lines breaches;
-    for (const FolderRow& row : house) {
-        const fs::path file = root / row.folder / "CMakeLists.txt";
-        std::string text;
-        for (const std::string& line : linesOf(file)) text += line.substr(0, line.find('#')) + '\n';
-        for (std::sregex_iterator match(text.begin(), text.end(), library), end; match != end;
-             ++match) {
-            const auto linked = std::find_if(house.begin(), house.end(), [&](const auto& r) {
-                return libraryOf(r.folder) == (*match)[1];
-            });
-            if ((linked != house.end() && !mayUse(row, *linked)) ||
-                ((*match)[2].matched && row.thirdParty == ThirdParty::Nowhere))
-                breaches.push_back(fs::relative(file, root).string() + " links " + match->str());
+void addForbiddenIncludes(const fs::path& root, const std::vector<FolderRow>& house,
+                          const FolderRow& row, Lines& breaches) {
+    for (const fs::path& file : filesOf(root, house, row, isSource)) {
+        std::size_t number = 0;
+        for (const std::string& line : linesOf(file)) {
+            ++number;
+            const std::string why = includeBreach(root, house, row, file, line);
+            if (!why.empty())
+                breaches.push_back(fs::relative(file, root).string() + ":" +
+                                   std::to_string(number) + why);
         }
     }
-    std::sort(breaches.begin(), breaches.end());
-    return breaches;
 }
 
-Lines namelessHeaders(const fs::path& root, const std::vector<FolderRow>& house) {
+void addForbiddenLinks(const fs::path& root, const std::vector<FolderRow>& house,
+                       const FolderRow& row, Lines& breaches) {
+    static const std::regex library(R"(\bzephyra_([a-z_]+)\b(?!\()|\b(PkgConfig::\w+))");
+    const fs::path file = root / row.folder / "CMakeLists.txt";
+    std::string text;
+    for (const std::string& line : linesOf(file)) text += line.substr(0, line.find('#')) + '\n';
+    for (std::sregex_iterator match(text.begin(), text.end(), library), end; match != end;
+         ++match) {
+        const auto linked = std::find_if(house.begin(), house.end(), [&](const auto& r) {
+            return libraryOf(r.folder) == (*match)[1];
+        });
+        if ((linked != house.end() && !mayUse(row, *linked)) ||
+            ((*match)[2].matched && row.thirdParty == ThirdParty::Nowhere))
+            breaches.push_back(fs::relative(file, root).string() + " links " + match->str());
+    }
+}
+
+} // namespace
+
+Lines breachesOf(const fs::path& root, const std::vector<FolderRow>& house) {
     Lines breaches;
-    for (const FolderRow& row : house)
+    for (const FolderRow& row : house) {
+        addForbiddenIncludes(root, house, row, breaches);
+        addForbiddenLinks(root, house, row, breaches);
         for (const fs::path& file : filesOf(root, house, row, isHeader))
             if (!namesSomething(linesOf(file)))
                 breaches.push_back(fs::relative(file, root).string() +
                                    ": the first line does not name what it declares");
-    return breaches;
-}
-
-Lines foldersWithoutRow(const fs::path& root, const std::vector<FolderRow>& house) {
-    Lines breaches;
+    }
     for (const auto& entry : fs::directory_iterator(root)) {
         const std::string name = entry.path().filename().string();
         if (!entry.is_directory() || name == "build" || name[0] == '.') continue;
-        const bool known = std::any_of(house.begin(), house.end(),
-                                       [&](const auto& r) { return r.folder == name; });
-        const bool around = std::find(kAround.begin(), kAround.end(), name) != kAround.end();
-        if (!known && !around && !filesBelow(entry.path(), isSource).empty())
+        const bool isAround = std::ranges::count(kAround, name) > 0;
+        if (!rowOf(house, name) && !isAround && !filesBelow(entry.path(), isSource).empty())
             breaches.push_back(name + " has sources and no row in the table");
     }
     std::sort(breaches.begin(), breaches.end());

@@ -1,10 +1,8 @@
 #include "library/quick_presets_manager.h"
 
-#include "library/bank_edits.h"
 #include "platform/audio_unit/midi_notices.h"
-#include "platform/files/file_calls.h"
+#include "tests/library/bank_fixture.h"
 #include "tests/support/heard_instance.h"
-#include "tests/support/temporary_folder.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -21,8 +19,6 @@ using ::testing::HasSubstr;
 constexpr const char* kSuffix = ".zephyra";
 constexpr int kBanks = QuickPresetsManager::kBanksTable;
 constexpr int kPresets = QuickPresetsManager::kPresetsTable;
-
-const auto named = [](const char* name) { return PropertyDictionary{{kSnapshotTags, name}}; };
 
 struct TwoFolders {
     std::filesystem::path file(const std::string& bank) const { return shared / (bank + kSuffix); }
@@ -87,7 +83,6 @@ struct Store : QuickPresetsManagerDelegate {
 
 class Presets : public ::testing::Test {
 protected:
-    ~Presets() override { setFileCallGate({}); }
     static void write(const std::filesystem::path& file, const Bank& bank) {
         ASSERT_TRUE(writeBank(file, bank));
     }
@@ -321,14 +316,13 @@ TEST_F(Presets, ABankThatCannotBeReadStaysAsItIsUntilTheUserAgrees) {
 TEST_F(Presets, WhatCannotBeWrittenIsSaidAndWrittenLater) {
     threeBanks();
     store.select("c");
-    setFileCallGate(
-        [](FileCall call, const auto&) { return call == FileCall::write ? ENOSPC : 0; });
+    std::optional<CallsOf> noSpace(std::in_place, FileCall::write, ENOSPC);
     store.saveAs("New");
     EXPECT_THAT(store.alert(), HasSubstr("c.zephyra"));
     store.answer("Ok");
     EXPECT_THAT(store.rows(kPresets), ElementsAre("C0", "*New"));
     store->addBank();
-    setFileCallGate({});
+    noSpace.reset();
     store->writeBankToDisk(); // of the new bank, and what is left of others
     EXPECT_TRUE(hasSnapshotNamed(onDisk("c"), "New"));
 }

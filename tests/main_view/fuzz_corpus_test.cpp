@@ -1,8 +1,6 @@
 // Every kept input of the three fuzzers of the whole system, whose names say what happens in them.
 
-#include "fuzz/hands.h"
-#include "fuzz/render_cycles.h"
-#include "fuzz/restored_state.h"
+#include "fuzz/system_attacks.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>

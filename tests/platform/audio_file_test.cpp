@@ -86,20 +86,6 @@ TEST(AudioFile, GivesOtherProgramsEveryLinearSampleExactly) {
         }
 }
 
-TEST(AudioFile, GivesTheSameBytesForTheSameSamples) {
-    for (const auto& [fileType, name] : kTypes) {
-        TemporaryFolder first, second;
-        for (const TemporaryFolder* folder : {&first, &second})
-            ASSERT_EQ(writeSignal(*folder / name, fileType, fileFormat(fileType, 2, 16), 3000), 0);
-        for (const auto& file : std::filesystem::directory_iterator(first.path())) {
-            const std::string bytes = readText(file.path());
-            EXPECT_GT(bytes.size(), 300u);
-            EXPECT_EQ(bytes, readText(second / file.path().filename())) << file.path();
-        }
-        EXPECT_EQ(first.entries(), fileType == type::sd2f ? 2 : 1);
-    }
-}
-
 TEST(AudioFile, IsCompleteOrAbsentWhereverTheDiskBecomesFull) {
     ASSERT_NE(std::signal(SIGXFSZ, SIG_IGN), SIG_ERR);
     rlimit unlimited{};

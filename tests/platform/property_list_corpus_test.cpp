@@ -3,9 +3,9 @@
 
 #include "platform/lists/property_list.h"
 
-#include <fstream>
+#include "tests/support/temporary_folder.h"
+
 #include <gmock/gmock.h>
-#include <iterator>
 #include <set>
 
 namespace zephyra {
@@ -14,10 +14,8 @@ namespace {
 const std::filesystem::path kFolder =
     std::filesystem::path(ZEPHYRA_SOURCE_DIR) / "fuzz/corpus/property_list";
 
-Result<PropertyValue> readKept(const std::string& name) {
-    std::ifstream file(kFolder / name, std::ios::binary);
-    const std::string bytes(std::istreambuf_iterator<char>(file), {});
-    return readPropertyList(std::as_bytes(std::span(bytes)));
+Result<PropertyValue> read(const std::string& text) {
+    return readPropertyList(std::as_bytes(std::span(text)));
 }
 
 /// 64 arrays, each the only item of the next.
@@ -74,12 +72,12 @@ const std::map<std::string, std::vector<const char*>> kRefused = {
 
 TEST(PropertyListCorpus, readsAsItWasMadeAndWritesWhatReadsAlike) {
     for (const auto& [name, expected] : kReadable) {
-        const auto value = readKept(name);
+        const auto value = read(readText(kFolder / name));
         ASSERT_TRUE(value.ok()) << name << ": " << value.message();
         EXPECT_EQ(value.value(), expected) << name;
         const auto xml = writePropertyList(value.value());
         ASSERT_TRUE(xml.ok()) << name << ": " << xml.message();
-        const auto again = readPropertyList(std::as_bytes(std::span(xml.value())));
+        const auto again = read(xml.value());
         EXPECT_TRUE(again.ok() && again.value() == expected) << name;
     }
 }
@@ -87,7 +85,7 @@ TEST(PropertyListCorpus, readsAsItWasMadeAndWritesWhatReadsAlike) {
 TEST(PropertyListCorpus, refusesTheRestWithOneLine) {
     for (const auto& [reason, names] : kRefused)
         for (const char* name : names) {
-            const auto value = readKept(name);
+            const auto value = read(readText(kFolder / name));
             ASSERT_FALSE(value.ok()) << name;
             EXPECT_THAT(value.message(), testing::StartsWith(reason)) << name;
             EXPECT_THAT(value.message(), testing::Not(testing::HasSubstr("\n"))) << name;

@@ -69,26 +69,19 @@ TEST(PropertyList, DatesStandInWholeSecondsOverAllYears) {
     }
 }
 
-TEST(PropertyList, DataOfEveryLengthComesBack) {
+TEST(PropertyList, TextWholeNumbersAndDataOfEveryLengthComeBack) {
     PropertyData data;
-    for (int i = 0; i < 200; ++i) {
-        EXPECT_EQ(roundTrip(data), PropertyValue(data)) << i;
+    PropertyDictionary many{{"", "empty"}, {"<&>\r\n", "]]>\"'\r\n\t\x7f \xef\xbf\xbd "}};
+    for (int i = 0; i < 1200; ++i) {
+        many[std::to_string(i * 7919)] = i < 200 ? PropertyValue(data) : i;
         data.push_back(std::byte(i * 73));
     }
+    for (const std::int64_t number : {INT64_MIN, std::int64_t{-1}, INT64_MAX})
+        many[std::to_string(number)] = number;
+    EXPECT_EQ(roundTrip(many), PropertyValue(many));
+    EXPECT_EQ(readBody("<integer> +010 </integer>").value(), PropertyValue(10));
     const PropertyData foob = {std::byte{'f'}, std::byte{'o'}, std::byte{'o'}, std::byte{'b'}};
     EXPECT_THAT(writePropertyList(foob).value(), HasSubstr("<data>Zm9vYg==</data>"));
-}
-
-TEST(PropertyList, TextWithEveryMarkAndManyKeysComeBack) {
-    PropertyDictionary many{{"", "empty"}, {"<&>\r\n", "]]>\"'\r\n\t\x7f \xef\xbf\xbd "}};
-    for (int i = 0; i < 1200; ++i) many[std::to_string(i * 7919)] = i;
-    EXPECT_EQ(roundTrip(many), PropertyValue(many));
-}
-
-TEST(PropertyList, WholeNumbersReachTheEndsOf64Bits) {
-    for (const std::int64_t number : {INT64_MIN, std::int64_t{-1}, INT64_MAX})
-        EXPECT_EQ(roundTrip(number), PropertyValue(number));
-    EXPECT_EQ(readBody("<integer> +010 </integer>").value(), PropertyValue(10));
 }
 
 TEST(PropertyList, RefusesToWriteWhatItCannotHoldAndNamesTheKey) {
@@ -151,20 +144,13 @@ TEST(PropertyList, NamesTheLineAndTheKeyOfWhatIsWrong) {
     } cases[] = {
         {"<array>\n<true/>\r\n<real>x</real></array>",
          "[1]: in line 3 the real \"x\" cannot be read; use a decimal number"},
-        {"<dict><key>a</key>\r<true/><key>&#97;</key>\n</dict>",
-         "a: the XML is damaged in line 2: the key stands there twice; every key must stand in its "
-         "dictionary once"},
         {"<dict><true/></dict>",
          "the XML is damaged in line 1: a value in a dictionary has no key"},
-        {"<dict><key>&amp;</key>\n<string>a & b</string></dict>",
-         "&: the XML is damaged in line 2: a & that begins no known reference; write &amp; for it"},
         {"\n<string>]]></string>",
          "the XML is damaged in line 2: text holds ]]>; write ]]&gt; for it"},
         {"\n<!-- & -- --><true/>",
          "the XML is damaged in line 2: a comment holds --; only its end may"},
         {"<1/>", "the XML is damaged in line 1: a tag of plain form is needed, like <real>"},
-        {"<string>\n\xed\xa0\x80</string>",
-         "in line 2 text that is not UTF-8 cannot be kept; use UTF-8"},
         {"<array><string>a\n",
          "[0]: the XML is damaged in line 2: an end is needed of the element string"}};
     for (const auto& [body, message] : cases) EXPECT_EQ(readBody(body).message(), message);

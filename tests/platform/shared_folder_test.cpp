@@ -1,12 +1,10 @@
 // What several processes, or several instances of one, tell each other about files.
 
-#include "platform/clock.h"
 #include "platform/files/file_lock.h"
 #include "platform/instance.h"
 #include "tests/support/temporary_folder.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -58,23 +56,6 @@ TEST(SharedFolderNotices, ReachEveryInstanceOnItsOwnRunLoopUnlessItHasGone) {
     there.runLoop.runPosted();
     here.runLoop.runPosted();
     EXPECT_EQ(log, "ht");
-}
-
-TEST(LocalTime, WritesTheClocksMomentInTheZoneOfThePlace) {
-    const struct {
-        std::uint32_t seconds;
-        const char *zone, *expected;
-    } cases[] = {{1794750533u, "UTC", "15.11.2026 13:48:53"},
-                 {1794750533u, "HERE-10:30", "16.11.2026 00:18:53"},
-                 {3000000000u, "UTC", "24.01.2065 05:20:00"}};
-    for (const auto& [seconds, place, expected] : cases) {
-        Clock clock;
-        clock.fix(seconds);
-        ::setenv("TZ", place, 1);
-        const DateAndTime now = currentDateAndTime(clock);
-        EXPECT_EQ(now.date + " " + now.time, expected);
-    }
-    ::unsetenv("TZ");
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 
 #include "rendering/midi_notes.h"
 #include "rendering/picture_recorder.h"
-#include "rendering/picture_texts.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>
@@ -59,13 +58,13 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
 
 TEST(PictureRecorder, AMovedControlBeginsWhereItStandsAndNamesTheEndsOfItsWay) {
     RenderPlan plan = planFor(SourceUse::loaded);
-    plan.moved = {{ControlId::pan, "LFO"}, {ControlId::density, "CC 1"}};
+    plan.moved = {{ControlId::echoSwitch, "LFO"}, {ControlId::density, "CC 1"}};
     plan.initial[static_cast<std::size_t>(ControlId::density)] = 50;
     PictureRecorder recorder(plan,
                              {.format = "", .channels = 1, .sampleRate = 44100, .frames = 1000},
                              {.source = 1, .time = 2, .frequencies = 1});
     float silence[] = {0};
-    const float moved[] = {-0.5f, 400.0f};
+    const float moved[] = {1.0f, 200.25f}; // half way of the density: 0.5 + 399.5 / 8 Hz
     recorder.add({.firstFrame = 44099,
                   .frames = 1,
                   .left = silence,
@@ -77,8 +76,9 @@ TEST(PictureRecorder, AMovedControlBeginsWhereItStandsAndNamesTheEndsOfItsWay) {
     const ControlPath& path = recorder.finish("in.wav", {}, {}).paths.at(1);
     EXPECT_EQ(path.name + " " + path.mover, "Density CC 1");
     EXPECT_EQ(path.lowText, "50 Hz");
-    EXPECT_EQ(path.highText, "400 Hz");
+    EXPECT_EQ(path.highText, "50.4 Hz");
     EXPECT_EQ(path.columns[1].count, 1u);
+    EXPECT_EQ(recorder.picture().paths.at(0).highText, "on");
     EXPECT_EQ(recorder.picture().texts.settings.at(0), "Density 50 Hz");
 }
 
@@ -92,19 +92,6 @@ TEST(NotesOf, ANoteEndsWithItsOwnChannelsNoteOffOrWhenItIsStruckAgain) {
     ASSERT_EQ(notes.size(), 3u);
     for (const std::size_t i : {0u, 1u, 2u}) EXPECT_EQ(notes[i].length, 1.0) << i;
     EXPECT_EQ(notes[2].number, 72);
-}
-
-TEST(PictureTexts, APassingValueReadsInItsUnitWithThreeDigits) {
-    const struct {
-        ControlId control;
-        float linear;
-        const char* text;
-    } cases[] = {
-        {ControlId::density, 400.0f, "400 Hz"},
-        {ControlId::density, 200.25f, "50.4 Hz"}, // half way: 0.5 + 399.5 / 8
-        {ControlId::echoSwitch, 1.0f, "on"},
-    };
-    for (const auto& one : cases) EXPECT_EQ(passingValueText(one.control, one.linear), one.text);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// A render's request as data, and the files that it reads and writes.
+// The files that a render reads and writes.
 
 #include "platform/sound/audio_file_float_wav.h"
 #include "rendering/file_clashes.h"
@@ -10,39 +10,6 @@
 
 namespace zephyra {
 namespace {
-
-TEST(RenderRequest, IsOfTheTypeThatItsHostOrElseLiveOrThePresetNeeds) {
-    using namespace component_type;
-    const struct {
-        std::optional<FourCharCode> host;
-        bool live, presetListens;
-        FourCharCode type;
-        bool ofPreset;
-    } cases[] = {
-        {{}, false, false, instrument, false},
-        {{}, true, false, effect, false},
-        {{}, false, true, effect, true},
-        {{}, true, true, effect, false},
-        {instrument, false, true, instrument, false},
-        {musicEffect, true, true, musicEffect, false},
-    };
-    for (const auto& one : cases) {
-        RenderRequest request{.live = one.live, .host = {.type = one.host}};
-        request.preset.emplace().live = one.presetListens;
-        EXPECT_EQ(request.componentType(), one.type);
-        EXPECT_EQ(request.isEffectOfPreset(), one.ofPreset);
-    }
-}
-
-TEST(RenderRequest, SettingsOfOneTimeStayInTheirOrder) {
-    std::vector<TimedSetting> settings;
-    for (const auto& [seconds, value] :
-         {std::pair(0.3, 1.0f), {0.1, 2.0f}, {0.3, 3.0f}, {0.1, 4.0f}})
-        insertByTime(settings, {seconds, {ControlId::pan, value}});
-    std::vector<float> values;
-    for (const TimedSetting& one : settings) values.push_back(one.setting.value);
-    EXPECT_EQ(values, (std::vector<float>{2, 4, 1, 3}));
-}
 
 TEST(FileClashes, WhatIsReadOrWrittenTwiceIsNamedUnlessItIsTheState) {
     const TemporaryFolder folder, shared;
