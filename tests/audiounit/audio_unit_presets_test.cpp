@@ -14,7 +14,7 @@ PropertyDictionary tagged(const char* tag) {
 }
 
 struct PresetHost : FakeHost {
-    PresetHost() : FakeHost(component_type::effect) {
+    PresetHost() {
         instance.folders.resources = folder.path();
         instance.log.setSink([this](std::string_view line) { (log += '|') += line; });
     }

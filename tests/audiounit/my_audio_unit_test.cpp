@@ -2,7 +2,7 @@
 
 #include "audiounit/dry_wet_mix.h"
 #include "platform/threads/flush_denormals.h"
-#include "tests/audiounit/audio_unit_rig.h"
+#include "tests/support/fake_host.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ namespace {
 
 TEST(AudioUnit, RefusesWhatCannotBeAndTouchesNothing) {
     using namespace audio_unit_status;
-    AudioUnitRig rig;
+    FakeHost rig;
     std::fill(rig.out.left.begin(), rig.out.left.end(), 7.0f);
     rig.context.currentTempo = 120;
     EXPECT_EQ(rig.cycle(64), uninitialized);
@@ -42,7 +42,7 @@ TEST(AudioUnit, RefusesWhatCannotBeAndTouchesNothing) {
 }
 
 TEST(AudioUnit, FadesInFromSilenceSilencesWhatIsNoSoundAndOnlyReadsTheHostsInput) {
-    AudioUnitRig rig;
+    FakeHost rig;
     rig.unit->setMaximumFramesToRender(4096);
     rig.ready();
     rig.unit->setDryWet(0);
@@ -73,7 +73,7 @@ TEST(AudioUnit, BeginsAsItsComponentTypeWantsAndLeavesNothingPostedThatNeedsIt) 
                 {component_type::instrument, false, "load:Zephyra_Sample08.mp3 refresh "},
                 {component_type::instrument, true, "refresh "}};
     for (const auto& row : rows) {
-        AudioUnitRig rig(row.type);
+        FakeHost rig(row.type);
         const bool instrument = row.type == component_type::instrument;
         rig.controller.wasRequested = row.wasRequested;
         EXPECT_EQ(rig.controller.takeCalls(), "connect ");
@@ -102,7 +102,7 @@ TEST(AudioUnit, BeginsAsItsComponentTypeWantsAndLeavesNothingPostedThatNeedsIt) 
 }
 
 TEST(DryWet, RaisesWetOverTheFirstHalfAndLowersDryOverTheSecond) {
-    AudioUnitRig rig;
+    FakeHost rig;
     const float rows[][3] = {{25, 0.5f, 1}, {75, 1, 0.5f}, {100, 1, 0}, {0, 0, 1},
                              {50, 1, 1},    {-9, 0, 1},    {300, 1, 0}, {NAN, 1, 0}};
     for (const auto& [percent, wet, dry] : rows) {

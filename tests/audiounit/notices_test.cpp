@@ -1,6 +1,6 @@
 // What the host tells while it renders, and what MAIN makes of it.
 
-#include "tests/audiounit/audio_unit_rig.h"
+#include "tests/support/fake_host.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ namespace zephyra {
 namespace {
 
 /// An armed stream that follows the host, whose scan stands in the middle.
-struct FollowingRig : AudioUnitRig {
+struct FollowingRig : FakeHost {
     FollowingRig() {
         ready();
         controller.stream.controls.syncSampler.setOn(true);
@@ -71,7 +71,7 @@ TEST(Notices, StartAFollowingStreamAtOnceOnADownbeatAndElseArmIt) {
 }
 
 TEST(Notices, TellNewestParametersThenTheTempoThenNotes) {
-    AudioUnitRig rig;
+    FakeHost rig;
     rig.ready();
     rig.controller.stream.____play();
     const AUParameterEvent parameters[] = {

@@ -58,21 +58,27 @@ TEST_F(InletTest, ValuesNeverGoBackHoweverTheTwoThreadsMeet) {
     EXPECT_EQ(last, 16383);
 }
 
-TEST(OfflineHostMidi, ReachesTheInletInTheOrderOfTheOffsetsWhateverItsLengthAndOnce) {
+TEST(OfflineHostEvents, ReachUnitAndInletInTheOrderOfTheOffsetsWhateverTheirLengthAndOnce) {
     HostedUnit hosted(component_type::musicEffect);
     hosted.ready();
     std::vector<MidiMessage> heard;
     MidiInlet inlet(hosted.instance, [&](const MidiMessage& message) { heard.push_back(message); });
     hosted.host.setMidiInlet(&inlet);
-    const std::uint8_t controllers[] = {0xB0, 1, 2, 3, 4, 5}, note[] = {0x90, 72, 9};
+    const std::uint8_t controllers[] = {0xB0, 1, 2, 3, 4, 5}, note[] = {0x90, 72, 9},
+                       before[] = {0x9F, 60, 9};
     hosted.host.queueMidi(controllers, 6, 10); // what is cut off does not reach into another event
     hosted.host.queueMidi(controllers + 1, 1, 11);
     hosted.host.queueMidi(note, 3, 9);
+    hosted.host.queueMidi(before, 3, 8);
+    hosted.queue(ControlId::width, 1.0f);
+    hosted.host.queueRamp(static_cast<AUParameterAddress>(ControlId::width), 0.5f, 64, 0);
     hosted.render(512);
     hosted.render(512);
-    const std::vector<MidiMessage> expected{{{0x90, 72, 9}}, {{0xB0, 1, 2}}, {{0xB0, 3, 4}}};
+    const std::vector<MidiMessage> expected{
+        {{0x9F, 60, 9}}, {{0x90, 72, 9}}, {{0xB0, 1, 2}}, {{0xB0, 3, 4}}};
     EXPECT_TRUE(heard == expected);
     EXPECT_EQ(hosted.stream.linear(ControlId::pitch), 12.0f); // the unit plays it as well
+    EXPECT_EQ(hosted.stream.linear(ControlId::width), 0.5f);
     hosted.host.setMidiInlet(nullptr);
 }
 

@@ -35,21 +35,6 @@ TEST(OfflineHost, CountsBeatsWithTheTempoWhileTheTransportMoves) {
     EXPECT_EQ(hosted.instance.runLoop.now(), 110762.0 / 44100);
 }
 
-TEST(OfflineHost, HandsEventsOverInTheOrderOfTheirOffsets) {
-    HostedUnit hosted(component_type::musicEffect);
-    hosted.ready();
-    const std::uint8_t notes[][3] = {{0x90, 72, 99}, {0x9f, 60, 99}, {0x90, 48, 0}};
-    hosted.host.queueMidi(notes[0], 3, 9);
-    hosted.host.queueMidi(notes[1], 3, 8);
-    hosted.host.queueMidi(notes[2], 3, 10); // a release
-    hosted.queue(width, 1.0f);
-    hosted.host.queueRamp(static_cast<AUParameterAddress>(width), 0.5f, 64, 0);
-    hosted.render(600);
-    hosted.render(0);
-    EXPECT_EQ(hosted.stream.linear(pitch), 12.0f);
-    EXPECT_EQ(hosted.stream.linear(width), 0.5f);
-}
-
 TEST(OfflineHost, RendersTheSameSoundHoweverItIsCut) {
     std::vector<float> whole;
     for (const std::uint32_t blockFrames : {4096u, 1u, 64u, 1000u}) {

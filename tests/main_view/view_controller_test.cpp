@@ -65,6 +65,8 @@ TEST(Controls, AreWhatTheHostSeesAndTellItEachGestureOnceWhileResourcesAreThere)
     EXPECT_EQ(hosted.parameter(dryWet).value(), 50.0f);
     EXPECT_EQ(hosted.parameter(density).facts().flags, 0xC0400000);
     EXPECT_EQ(hosted.parameter(jittering).facts().flags, 0xC0000000);
+    EXPECT_EQ(hosted.view.fadeTimesText(),
+              "Fade In/Out (Play/Pause) Time: [In: 0.050 secs  Out: 0.250 secs]");
     ToldHost told(*hosted.ready().ready().unit->parameterTree()); // without second handlers
     MOK_KNOB& knob = hosted.view._inputDryWetKnob;
     knob.setValue(20);
@@ -108,24 +110,6 @@ TEST(Scan, StandsBehindTheInputOfAFreshEffectUnlessItWasSetBefore) {
     }
 }
 
-TEST(Scan, StartsAFileThatTakesTheCapturedSoundsPlaceFromItsStart) {
-    HostedUnit hosted(component_type::effect);
-    hosted.instance.runLoop.runPosted();
-    hosted.stream.setLinear(live, 0);
-    hosted.instance.runLoop.runPosted();
-    EXPECT_EQ(hosted.stream.linear(scanning), 0); // what was captured goes on standing
-    hosted.stream.loadSound(noiseSample(1000, 44100));
-    hosted.instance.runLoop.runPosted();
-    EXPECT_EQ(hosted.stream.linear(scanning), 1);
-
-    hosted.stream.setLinear(live, 1);
-    hosted.stream.setLinear(scanning, 2); // as a state does whose sample loads later
-    hosted.stream.loadSound(noiseSample(2000, 44100));
-    hosted.instance.runLoop.runPosted();
-    EXPECT_EQ(hosted.stream.linear(scanning), 2);
-    EXPECT_EQ(hosted.parameter(scrubbingWave).value(), 0);
-}
-
 TEST(Life, EndsInAnyOrderAndGoesOnWithAnotherController) {
     HostedUnit hosted(component_type::effect);
     {
@@ -141,14 +125,6 @@ TEST(Life, EndsInAnyOrderAndGoesOnWithAnotherController) {
     hosted.unit.reset();
     EXPECT_EQ(hosted.view.audioUnit(), nullptr);
     hosted.view._inputDryWetKnob.resetsDefault();
-}
-
-TEST(State, LeavesWhatItLacksOrSaysWrong) {
-    HostedUnit hosted(component_type::effect);
-    hosted.view.restoreStateProc({{"InputDryWet", "loud"}, {"FadeInTime_0", 2}});
-    EXPECT_EQ(hosted.view._inputDryWetKnob.value(), 50.0f);
-    EXPECT_EQ(hosted.view.fadeTimesText(),
-              "Fade In/Out (Play/Pause) Time: [In: 2.000 secs  Out: 0.250 secs]");
 }
 
 TEST(State, IsReportedOnKeyByKeyToWhoeverTakesThatElseToTheLog) {

@@ -85,32 +85,6 @@ TEST_F(ControlManagerTest, AControlHasOneSourceWhateverItHadBefore) {
     EXPECT_EQ(manager.typeOf(source.b), AssignmentType::lfo);
 }
 
-TEST_F(ControlManagerTest, APresetComesBackAndLeavesNewControlsAsTheyAre) {
-    manager.assign(source.a, AssignmentType::secondFinger);
-    manager.selectRow(0);
-    manager.setMinMax(0.25f, 0.5f);
-    manager.setVelocityOrRate(3.0);
-    manager.assign(source.c, AssignmentType::lfo);
-    manager.record(source.pads[1], AssignmentType::midi, "CC 7");
-    PropertyArray saved = manager.getState();
-    saved.erase(saved.begin() + 2); // older than the control c
-    manager.removeAllAssignations();
-    for (Control* control : {&source.a, &source.c}) manager.assign(*control, AssignmentType::lfo);
-    lfo(source.c).setMinRange(0.125f);
-
-    manager.restoreState(saved);
-    EXPECT_EQ(driver(source.a), AssignmentType::secondFinger);
-    EXPECT_EQ(manager.panel.maxRange, 0.5f);
-    EXPECT_EQ(manager.panel.slider, 3.0);
-    EXPECT_EQ(driver(source.c), AssignmentType::lfo);
-    EXPECT_EQ(lfo(source.c).minRange(), 0.125f);
-    EXPECT_EQ(manager.row(3).text, "Unassigned"); // both pads are called "---"
-    EXPECT_EQ(manager.row(4).text, "CC 7");
-    EXPECT_EQ(manager.row(4).icon, "midi.png");
-    manager.assign(source.a, AssignmentType::accelY);
-    EXPECT_FALSE(manager.getState()[0].as<PropertyDictionary>()->contains("WrapperState"));
-}
-
 TEST_F(ControlManagerTest, AHostileStateChangesOnlyWhatItNamesProperly) {
     manager.assign(source.a, AssignmentType::scrubY);
     PropertyArray hostile{"no",

@@ -109,25 +109,6 @@ TEST_F(Routing, FollowsTheTempoOfItsNoteValue) {
     }
 }
 
-TEST_F(Routing, ComesBackFromItsStateAndHoldsAHostileOne) {
-    const PropertyDictionary state = {{"MinRange", 0.75f}, {"MaxRange", 0.25f},  {"Gravity", 0.5f},
-                                      {"Shape", kLfoV},    {"LinkSwitch", true}, {"ClockSub", 10},
-                                      {"Hz", 3.0},         {"ClockSubMult", 4.0}};
-    table.setWrapperInfo_fromDictionary(&knob, state);
-    EXPECT_EQ(table.getWrapperInfo(&knob), state);
-    EXPECT_EQ(table.at(0).currentLFO.hz(), 1.0); // two eighths a beat, by four, at 120
-    for (const auto& entry : state)
-        for (const PropertyValue& bad : {PropertyValue("x"), PropertyValue(std::nan(""))})
-            EXPECT_EQ(table.setWrapperInfo_fromDictionary(&knob, {{entry.first, bad}}).size(), 1u);
-    EXPECT_EQ(table.getWrapperInfo(&knob), state);
-    for (const PropertyValue& huge : {PropertyValue(-1e300), PropertyValue(std::int64_t{3} << 40)})
-        for (const auto& entry : state)
-            table.setWrapperInfo_fromDictionary(&knob, {{entry.first, huge}});
-    run(3);
-    EXPECT_EQ(table.at(0).clockSub(), 20);
-    EXPECT_EQ(table.at(0).clockSubMult(), 64.0);
-}
-
 TEST_F(Routing, MovesTheScanThatNoHandHolds) {
     LfoWidgetWrapper& wrapper = add(scan, kLfoLineRise);
     wrapper.setHz(3.2); // a tenth of a cycle each tick

@@ -104,17 +104,5 @@ TEST_F(Scrubbing, GlidesOverKeysUntilTheFingerEnds) {
     EXPECT_EQ(played, (std::vector{24, -24, 36, -36, 48, -48, 36, -36}));
 }
 
-TEST_F(Scrubbing, KeepsItsStateAndIgnoresWhatItCannotMove) {
-    Control label;
-    scrub.addWidget_forSecondFinger(nullptr, true);
-    add(label, {{"Velocity", 2.0}});
-    EXPECT_TRUE(scrub.getWrapperInfo(&label).empty());
-    add(knob, {{"Gravity", 0.75f}, {"SecondFinger", true}});
-    add(knob, {{"Velocity", -1e300}});
-    PropertyDictionary state = {{"MinRange", 0.0}, {"MaxRange", 1.0}, {"Gravity", 0.75}};
-    state.insert({{"Velocity", 0.05}, {"SecondFinger", true}});
-    EXPECT_EQ(scrub.getWrapperInfo(&knob), state);
-}
-
 } // namespace
 } // namespace zephyra

@@ -237,20 +237,6 @@ TEST_F(KeptSamples, AreAskedForWhenMissingUnlessAnotherSoundCameSince) {
     }
 }
 
-TEST_F(KeptSamples, AreSpokenOfInTheLogWhenNobodyElseWantsToKnow) {
-    std::vector<std::string> lines;
-    first.instance.log.setSink([&](std::string_view line) { lines.emplace_back(line); });
-    SampleReference lost;
-    lost.path = "/none/lost.wav";
-    first.loader.loadReference(lost, SoundUse::play, [](const SampleReport&) {});
-    first.finishWork();
-    EXPECT_TRUE(lines.empty());
-    first.loader.loadReference(lost, SoundUse::play);
-    first.finishWork();
-    first.instance.log.setSink({});
-    EXPECT_EQ(lines, std::vector<std::string>{"Warning, no file exist at path: /none/lost.wav!"});
-}
-
 TEST_F(KeptSamples, GetAFileOfTheirOwnBeforeASnapshotNamesThem) {
     load(kept);
     fs::remove(kept);

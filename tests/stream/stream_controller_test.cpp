@@ -96,24 +96,6 @@ TEST_F(StreamController, HandsEveryControlToTheFieldOrParameterItIsForAndToNoOth
     EXPECT_EQ(stream->engine().currentScanPosition(), 0.75f);
 }
 
-TEST_F(StreamController, RefusesWhatItHasNoPlaceForAndChangesNothing) {
-    const Fields before = fields();
-    for (const ControlId id : {dryWet, fadeIn, fadeOut})
-        EXPECT_FALSE(stream->setDisplayed(id, controlRange(id).defaultValue));
-    EXPECT_FALSE(stream->setDisplayed(amplitude, 1.01f) || stream->setLinear(amplitude, kNaN));
-    EXPECT_EQ(stream->displayed(amplitude), 0.5f);
-    for (const float bad : {-0.1f, 1.1f, kNaN})
-        EXPECT_FALSE(stream->setRegion(bad, 1.0f) || stream->setRegion(0.0f, bad)) << bad;
-    EXPECT_EQ(fields(), before);
-}
-
-TEST(StreamSeed, ComesFromTheInstancesClock) {
-    Instance instance;
-    instance.clock.fix(1234567);
-    MOK_SCRUB_GRANULATOR stream(instance);
-    EXPECT_EQ(StreamProbe::seed(stream.engine()), 1234567u);
-}
-
 TEST_F(StreamController, PicksAnEnvelopeAsANewTable) {
     const auto window = [&] { return StreamProbe::window(stream->engine()); };
     const mokWindow* const hanning = window();

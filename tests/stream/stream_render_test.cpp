@@ -84,16 +84,6 @@ TEST(StreamRender, ShowsTheNewestOutputToAnOscilloscopeThatSomebodyWatches) {
     EXPECT_GT(peak(seen), 0.0f);
 }
 
-TEST(StreamRender, WritesLiveInputAlsoWhereNothingCanBeHeard) {
-    LiveStream stream;
-    std::vector<float> in(100, 1.0f);
-    const ChannelList list{in.data()};
-    GranulatorProcessing(nullptr, 100, &list.list, list.list);
-    GranulatorProcessing(&stream.controller, 100, &list.list, list.list);
-    EXPECT_EQ(getGranularData(&stream.controller)->waveform->getWriteLiveIndex(), 100u);
-    EXPECT_EQ(in[99], 1.0f);
-}
-
 TEST(StreamRender, KeepsLongGrainsInsideAMuchShorterSound) {
     TestStream stream;
     stream->play();

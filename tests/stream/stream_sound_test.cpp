@@ -155,24 +155,5 @@ TEST_F(StreamSound, CleansTheTakeOfAState) {
     EXPECT_TRUE(c.scrubPlay.tag == 0 && stream.scrubRecorder.take().empty());
 }
 
-TEST_F(StreamSound, KeepsWhatAStateLacksOrSaysWrongAndTheNameOfAMissingFile) {
-    stream.controls._pan.skipFromPreset = true;
-    const PropertyDictionary before = player.state(), captured{{"FLAC", PropertyData(9)}};
-    const PropertyDictionary sample{{"Path", "/none/lost.wav"},
-                                    {"RelativePath", ""},
-                                    {"ContentHash", "abc"},
-                                    {"SampleRate", 44100.0}};
-    player.restore({{"Pan_0", 1.0}, {"Density_0", "loud"}, {"Envelope_0", 99}});
-    EXPECT_EQ(player.report.end, SampleEnd::none);
-    player.restore({{"Seed_0", 0}, {"Captured_0", captured}, {"Sample_0", sample}});
-    EXPECT_EQ(player.report.end, SampleEnd::missing);
-    EXPECT_EQ(player.takeAlert(), player.report.problem);
-    EXPECT_THAT(player.report.problem, HasSubstr("/none/lost.wav"));
-    PropertyDictionary after = player.state();
-    EXPECT_EQ(after.at("Sample_0"), PropertyValue(sample));
-    after.erase("Sample_0");
-    EXPECT_TRUE(after == before);
-}
-
 } // namespace
 } // namespace zephyra
