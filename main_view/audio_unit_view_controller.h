@@ -123,7 +123,8 @@ public:
 
     using ReportTaker = std::function<void(const RestoreReport& report)>;
     /// From now on taker gets the report of each state that is restored, whoever asked for that, as
-    /// soon as it is whole. While nobody takes them, their lines go to the log.
+    /// soon as it is whole; in it, it may set another taker, or none, but restores no state other
+    /// than by restoreState. While nobody takes them, their lines go to the log.
     void setReportTaker(ReportTaker taker) { reportTaker_ = std::move(taker); }
     /// Of the state restored last; its sample may still be loading.
     const RestoreReport& restoreReport() const { return *report_; }
@@ -135,6 +136,7 @@ private:
 
     // view_controller_state.cpp
     PropertyDictionary stateFor(StateUse use);
+    void handOver(const RestoreReport& report) const;
     void sampleEnded(const RestoreReport& report) const;
     std::optional<QuickPresetsManager::Shown> restoreSelection(PropertyReader& state);
 

@@ -93,12 +93,17 @@ void AudioUnitViewController::restoreStateProc(const PropertyDictionary& state) 
     if (!reportTaker_)
         writeLines(instance_.log, linesOf(*report));
     else if (!loads)
-        reportTaker_(*report);
+        handOver(*report);
+}
+
+void AudioUnitViewController::handOver(const RestoreReport& report) const {
+    const ReportTaker taker = reportTaker_; // which may set another one, or none, while it runs
+    taker(report);
 }
 
 void AudioUnitViewController::sampleEnded(const RestoreReport& report) const {
     if (reportTaker_)
-        reportTaker_(report);
+        handOver(report);
     else
         writeLines(instance_.log, linesOf(report.sample));
 }

@@ -60,9 +60,9 @@ void SampleLoader::readFile(const std::filesystem::path& path, Order order, Ende
 }
 
 void SampleLoader::start(const std::filesystem::path& asked, Read read, Order order, Ended ended) {
-    supersede();
-    asked_ = asked;
-    ended_ = std::move(ended);
+    const SampleReport superseded{.asked = std::exchange(asked_, asked),
+                                  .end = SampleEnd::superseded};
+    const Ended before = std::exchange(ended_, std::move(ended));
     ++requests_;
     missing_.reset();
     order.liveStarts = stream_.liveStarts();
@@ -86,6 +86,7 @@ void SampleLoader::start(const std::filesystem::path& asked, Read read, Order or
         }
         return RunLoop::Task([this, order, found] { finish(order, *found); });
     });
+    if (before) before(superseded); // last: it may start another load, which supersedes this one
 }
 
 void SampleLoader::finish(const Order& order, FoundSound& found) {
@@ -94,10 +95,6 @@ void SampleLoader::finish(const Order& order, FoundSound& found) {
     report.end = report.problem.empty() ? SampleEnd::taken : SampleEnd::missing;
     if (!report.problem.empty()) tell(order, report.problem);
     end(report);
-}
-
-void SampleLoader::supersede() {
-    end({.asked = asked_, .end = SampleEnd::superseded});
 }
 
 /// To whoever waits for the load that runs, who may start another; else to the log.
@@ -149,7 +146,7 @@ void SampleLoader::locate(const std::string& path) {
 void SampleLoader::cancel() {
     missing_.reset();
     worker_.cancel();
-    supersede();
+    end({.asked = asked_, .end = SampleEnd::superseded});
 }
 
 } // namespace zephyra

@@ -62,7 +62,6 @@ private:
     void readFile(const std::filesystem::path& path, Order order, Ended ended = {});
     void start(const std::filesystem::path& asked, Read read, Order order, Ended ended);
     void finish(const Order& order, FoundSound& found);
-    void supersede();
     void end(const SampleReport& report);
     std::string take(const Order& order, LoadedSample& sample);
     void tell(const Order& order, const std::string& problem);

@@ -115,8 +115,9 @@ bool XmlParser::malformedBeginning() {
     std::string_view text = text_;
     if (text.starts_with("\xef\xbb\xbf")) text.remove_prefix(3);
     text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-    const bool isXml = text.starts_with('<') && error != XML_ERROR_NO_ELEMENTS;
-    return isXml ? damaged(XML_ErrorString(error)) : events_.fail(kNoList);
+    if (!text.starts_with('<') || error == XML_ERROR_NO_ELEMENTS) return events_.fail(kNoList);
+    return damaged(std::string(XML_ErrorString(error)) +
+                   "; a list begins like <?xml version=\"1.0\"?><plist version=\"1.0\">");
 }
 
 /// Tells from what stands around the byte at which expat has stopped what is wrong with it.

@@ -9,6 +9,7 @@
 
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace zephyra {
 namespace {
@@ -178,6 +179,18 @@ TEST(State, IsReportedOnKeyByKeyToWhoeverTakesThatElseToTheLog) {
     };
     int taken = 0;
     const PropertyDictionary lost{{"Sample_0", PropertyDictionary{{"Path", "/none/lost.wav"}}}};
+    // One that wants no other unsets itself, and still has what it captured.
+    for (const PropertyDictionary& state : {PropertyDictionary(), lost}) {
+        hosted.view.setReportTaker(
+            [&, lines = std::vector<std::string>(1000)](const RestoreReport&) {
+                hosted.view.setReportTaker({});
+                EXPECT_EQ(lines.size(), 1000u);
+                ++taken;
+            });
+        hosted.view.restoreStateProc(state);
+        settle();
+    }
+    EXPECT_EQ(std::exchange(taken, 0), 2);
     hosted.view.setReportTaker([&](const RestoreReport&) { ++taken; });
     hosted.view.restoreStateProc(lost);
     EXPECT_EQ(hosted.view.restoreReport().sample.end, SampleEnd::loading);

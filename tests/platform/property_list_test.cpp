@@ -169,6 +169,7 @@ TEST(PropertyList, ReadsNoDocumentThatCouldHideMoreThanItSays) {
         {plain + "<?a b?>", "no processing instructions"},
         {plain + "x", "something follows </plist>"},
         {"<html/>", "neither an XML nor a binary"},
+        {"<?xml version=1.0?>" + plain, "; a list begins like <?xml"},
         {"<plist " + megabyte + "=''><true/></plist>", "too long"},
         {"<plist><!--" + megabyte + "--><true/></plist>", "too long"},
         {{"\xff\xfe<\0p\0", 6}, "zero byte"}};
