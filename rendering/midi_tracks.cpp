@@ -173,8 +173,10 @@ std::optional<Chunk> takeChunk(Bytes& bytes) {
     const auto size = after.number(4);
     const auto content = name && size ? after.take(*size) : std::nullopt;
     if (!content || *name == kHeaderName) return std::nullopt;
-    if (std::any_of(name->begin(), name->end(), [](char c) { return c < ' ' || c > '~'; }))
-        return std::nullopt;
+    // What follows the last track may be anything; before a track a chunk may have any name.
+    const bool isName =
+        std::all_of(name->begin(), name->end(), [](char c) { return c >= ' ' && c <= '~'; });
+    if (!isName && !after.rest().starts_with(kTrackName)) return std::nullopt;
     bytes = after;
     return Chunk{*name, *content};
 }

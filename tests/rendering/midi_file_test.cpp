@@ -47,6 +47,8 @@ TEST(MidiFile, WholeAndOddFilesAreReadAndOddOnesGiveANotice) {
          "its header announces 1 track; it holds 2, which are played"},
         {"longer-header", note, "its header is longer than 6 bytes; what follows them is skipped"},
         {"chunks-between-tracks", slow, "3 chunks of another kind than tracks are skipped"},
+        {"chunk-without-a-name-before-the-track", note,
+         "1 chunk of another kind than tracks is skipped"},
         {"status-runs-across-events", "0 90 3C 40; 0.25 90 40 41; 0.5 90 43 42; ",
          "messages after a meta or system-exclusive event leave their status out; that of the "
          "message before is taken"},
