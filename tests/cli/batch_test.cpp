@@ -116,12 +116,5 @@ TEST_F(Batch, AnInterruptEndsAllAndLeavesNoHalfFiles) {
     EXPECT_TRUE(std::filesystem::is_empty(folder / "out"));
 }
 
-TEST_F(Batch, NothingThatIsReadIsReplaced) {
-    const auto sound = readText(folder / "in.wav");
-    std::filesystem::copy_file(folder / "in.wav", folder / "two.wav");
-    expectRefused("render in.wav two.wav --out-dir .", 2, "would replace INPUT");
-    EXPECT_TRUE(readText(folder / "in.wav") == sound);
-}
-
 } // namespace
 } // namespace zephyra

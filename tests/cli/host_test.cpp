@@ -72,7 +72,7 @@ TEST_F(HostedRender, ASavedStateGivesTheSoundBack) {
     const std::string set = "--set Density=90 --set \"Rnd Pitch=5\" --envelope Sync --start 0.25";
     const std::string first = render(set + " --save-state state.zephyra");
     EXPECT_TRUE(render("") != first);
-    EXPECT_TRUE(render("--state state.zephyra") == first);
+    EXPECT_TRUE(render("--state state.zephyra --save-state state.zephyra") == first);
 }
 
 TEST_F(HostedRender, AStateFindsItsSampleFromAnotherFolderOrSaysInOneLineThatItIsGone) {

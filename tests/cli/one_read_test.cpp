@@ -12,129 +12,91 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class OneRead : public testing::Test {
-protected:
-    void render(std::vector<std::string> arguments) const {
-        const std::string shared = folder.path().string(), output = (folder / "out.wav").string();
+TEST(OneRead, ARenderFromAPresetOpensItsBankAndItsSoundOnceAlsoUnderANewName) {
+    const TemporaryFolder folder;
+    const auto render = [&](std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), {"zephyra", "render"});
-        arguments.insert(arguments.end(), {"--shared-folder", shared, "-o", output, "--seconds",
-                                           "0.1", "--seed", "3", "--quiet"});
+        arguments.insert(arguments.end(),
+                         {"--shared-folder", folder.path().string(), "-o",
+                          (folder / "out.wav").string(), "--seconds", "0.1", "--quiet"});
         std::vector<const char*> texts;
         for (const std::string& argument : arguments) texts.push_back(argument.c_str());
-        ASSERT_EQ(runCommandLine(static_cast<int>(texts.size()), texts.data()), ExitCode::success);
-    }
-    /// A preset P of a bank B that plays in.wav.
-    void savePreset() const {
-        writeWav(sound, tone(22050));
-        render({sound.string(), "--save-bank", "B", "--save-preset", "P"});
-        for (const fs::path& file : {bank, sound}) ageFile(file);
-    }
-    void renderPreset() const { render({"--bank", "B", "--preset", "P"}); }
-
-    TemporaryFolder folder;
+        EXPECT_EQ(runCommandLine(static_cast<int>(texts.size()), texts.data()), ExitCode::success);
+    };
     const fs::path sound = folder / "in.wav", bank = folder / "B.zephyra";
-};
-
-TEST_F(OneRead, ARenderFromAPresetOpensItsBankAndItsSoundOnce) {
-    savePreset();
-    const CountedReads reads;
-    renderPreset();
-    for (const fs::path& file : {bank, sound}) {
-        EXPECT_EQ(reads.opens(file), 1) << file;
-        EXPECT_EQ(reads.reads(file), 1) << file;
-    }
-}
-
-TEST_F(OneRead, ASoundThatWasRenamedIsOpenedOnceWhenItsContentIsFound) {
-    savePreset();
-    fs::rename(sound, folder / "renamed.wav");
+    writeWav(sound, tone(22050));
     writeWav(folder / "another.wav", tone(100));
-    ageFile(folder / "another.wav");
-    const CountedReads reads;
-    renderPreset();
-    for (const char* name : {"another.wav", "renamed.wav"})
-        EXPECT_EQ(reads.opens(folder / name), 1) << name;
+    render({sound.string(), "--save-bank", "B", "--save-preset", "P"});
+    const auto expectOnce = [&](std::initializer_list<fs::path> files) {
+        for (const fs::path& file : files) ageFile(file);
+        const CountedReads reads;
+        render({"--bank", "B", "--preset", "P"});
+        for (const fs::path& file : files) {
+            EXPECT_EQ(reads.opens(file), 1) << file;
+            EXPECT_EQ(reads.reads(file), 1) << file;
+        }
+    };
+    expectOnce({bank, sound});
+    fs::rename(sound, folder / "renamed.wav");
+    expectOnce({folder / "another.wav", folder / "renamed.wav"});
 }
 
-/// The presets of a factory bank, stepped through as a user does.
-class Stepping : public testing::Test {
-protected:
-    Stepping() {
-        for (const fs::path& file : {bank, sound}) {
-            fs::copy_file(fs::path(ZEPHYRA_SOURCE_DIR "/resources") / file.filename(), file);
-            ageFile(file);
-        }
-        view.presets.selectBankFromIndex(0);
+/// Loads a preset of the first bank as a user does, and waits for its sound.
+std::shared_ptr<const mokSample> soundOf(HostedInstance& hosted, std::int64_t preset,
+                                         bool waits = true) {
+    RunLoop& loop = hosted.instance.runLoop;
+    {
+        const RunLoop::Scope main(loop);
+        hosted.view.presets.selectSnapFromIndex(preset);
     }
-    void load(std::int64_t preset) {
-        {
-            const RunLoop::Scope main(hosted.instance.runLoop);
-            view.presets.selectSnapFromIndex(preset);
-        }
-        hosted.instance.runLoop.runPosted();
-    }
-    std::shared_ptr<const mokSample> heard() {
-        hosted.instance.runLoop.waitForWork();
-        hosted.instance.runLoop.runPosted();
-        return hosted.stream().waveForm().fileSound();
-    }
+    loop.runPosted();
+    if (waits) loop.waitForWork();
+    if (waits) loop.runPosted();
+    return hosted.stream().waveForm().fileSound();
+}
 
-    TemporaryFolder folder;
+TEST(OneRead, SteppingThroughPresetsReadsTheirSoundOnceForAllInstancesUntilItChanges) {
+    const TemporaryFolder folder;
     const fs::path bank = folder / "Glass Weather.zephyra", sound = folder / "Zephyra_Sample08.mp3";
-    HostedInstance hosted{component_type::instrument, [this](Instance& fresh) {
-                              fresh.folders = {{}, folder.path()};
-                          }};
-    AudioUnitViewController& view = hosted.view;
-};
+    for (const fs::path& file : {bank, sound}) {
+        fs::copy_file(fs::path(ZEPHYRA_SOURCE_DIR "/resources") / file.filename(), file);
+        ageFile(file);
+    }
+    HostedInstance hosted(component_type::instrument, [&](Instance& fresh) {
+        fresh.folders = {{}, folder.path()};
+    });
+    HostedInstance other(component_type::instrument, [&](Instance& fresh) {
+        fresh.folders = hosted.instance.folders;
+        fresh.fileFacts = hosted.instance.fileFacts;
+    });
+    other.instance.defaults.setValue("EmbedSeconds", 0.0);
+    for (HostedInstance* each : {&hosted, &other}) each->view.presets.selectBankFromIndex(0);
 
-TEST_F(Stepping, ReadsASoundThatAllPresetsPlayOnce) {
     const CountedReads reads;
-    load(0);
-    const auto first = heard();
-    EXPECT_EQ(hosted.stream().sampleReference().path, sound.string());
+    const auto first = soundOf(hosted, 0);
+    const auto& reference = hosted.stream().sampleReference();
+    EXPECT_EQ(reference.path, sound.string());
     for (std::int64_t preset = 1; preset < 12; ++preset) {
-        load(preset);
-        if (preset % 3 == 0) continue; // the next comes before this one's sound is there
-        EXPECT_EQ(heard(), first) << preset;
-        EXPECT_EQ(hosted.stream().sampleReference().frames, 529200u) << preset;
+        const bool waits = preset % 3 != 0; // else the next comes before this one's sound is there
+        const auto heard = soundOf(hosted, preset, waits);
+        if (!waits) continue;
+        EXPECT_EQ(heard, first) << preset;
+        EXPECT_EQ(reference.frames, 529200u) << preset;
     }
     EXPECT_EQ(reads.opens(sound), 1);
     EXPECT_EQ(reads.reads(sound), 1);
     EXPECT_EQ(reads.opens(bank), 0) << "it was read when it was chosen";
-}
+    soundOf(other, 0);
+    EXPECT_EQ(reads.opens(sound), 2) << "to be decoded; it was hashed before";
+    EXPECT_EQ(other.stream().sampleReference().contentHash, reference.contentHash);
 
-TEST_F(Stepping, ReadsASoundAgainThatHasChangedOrHasJustBeenWritten) {
-    load(0);
-    const auto first = heard();
-    const CountedReads reads;
     std::fstream(sound, std::ios::in | std::ios::out | std::ios::binary).seekp(200000) << "other";
     fs::last_write_time(sound, fs::file_time_type::clock::now() + std::chrono::hours(1));
-    load(1);
-    const auto changed = heard();
+    const auto changed = soundOf(hosted, 1);
     EXPECT_NE(changed, first); // plays all the same
     const int opened = reads.opens(sound);
-    load(2);
-    EXPECT_EQ(heard(), changed) << "the content is the same";
+    EXPECT_EQ(soundOf(hosted, 2), changed) << "the content is the same";
     EXPECT_GT(reads.opens(sound), opened) << "which nobody can know unread";
-}
-
-TEST_F(Stepping, SharesWhatItKnowsWithOtherInstances) {
-    load(0);
-    heard();
-    const CountedReads reads;
-    HostedInstance other(component_type::instrument, [this](Instance& fresh) {
-        fresh.folders = {{}, folder.path()};
-        fresh.fileFacts = hosted.instance.fileFacts;
-    });
-    other.instance.defaults.setValue("EmbedSeconds", 0.0);
-    other.view.presets.selectBankFromIndex(0);
-    other.view.presets.selectSnapFromIndex(0);
-    other.instance.runLoop.runPosted();
-    other.instance.runLoop.waitForWork();
-    other.instance.runLoop.runPosted();
-    EXPECT_EQ(reads.opens(sound), 1); // to be decoded; it was hashed before
-    EXPECT_EQ(other.stream().sampleReference().contentHash,
-              hosted.stream().sampleReference().contentHash);
 }
 
 } // namespace

@@ -38,23 +38,32 @@ std::vector<std::string> keysOf(const std::vector<BankFinding>& findings) {
     return keys;
 }
 
-TEST(BankCheck, NamesTheKeyOfEveryFinding) {
-    const Bank bank = {{"0-a", named("A")},
-                       {"1 - b", "text"},
-                       {"2 - c", PropertyDictionary{}},
-                       {"3 - d", PropertyDictionary{{kSnapshotTags, 3}}},
-                       {"4 - e", named("A")},
-                       {"f", named("F")}};
+TEST(BankCheck, NamesTheKeyOfEveryFindingAndMendingLeavesOutWhatIsWrong) {
+    Bank bank = {{"0-a", named("A")},
+                 {"1 - b", "text"},
+                 {"2 - c", PropertyDictionary{}},
+                 {"3 - d", PropertyDictionary{{kSnapshotTags, 3}}},
+                 {"4 - e", named("A")},
+                 {"f", named("F")}};
     const std::string text = writePropertyList(bank).value();
-    const auto findings =
-        checkBank(bytesOf(text), [](const std::string& key, const PropertyDictionary& record) {
-            std::vector<BankFinding> found;
-            if (key == "0-a" && record.contains("Density_0"))
-                found.push_back({key + ".Density_0", "is wrong"});
-            return found;
-        });
-    EXPECT_THAT(keysOf(findings), ElementsAre("0-a.Density_0", "!1 - b", "2 - c",
-                                              "3 - d.SnapshotTags", "4 - e", "f"));
+    const auto check = [](const std::string& key, const PropertyDictionary& record) {
+        std::vector<BankFinding> found;
+        if (key == "0-a" && record.contains("Density_0"))
+            found.push_back({key + ".Density_0", "is wrong"});
+        return found;
+    };
+    EXPECT_THAT(
+        keysOf(checkBank(bytesOf(text), check)),
+        ElementsAre("0-a.Density_0", "!1 - b", "2 - c", "3 - d.SnapshotTags", "4 - e", "f"));
+    const auto mended = mendBank(bytesOf(text), check);
+    ASSERT_TRUE(mended);
+    recordOf(bank, "0-a")->erase("Density_0");
+    bank.erase("1 - b");
+    for (const char* const key : {"2 - c", "3 - d"})
+        recordOf(bank, key)->insert_or_assign(kSnapshotTags, kUnnamed);
+    EXPECT_TRUE(mended->bank == bank);
+    EXPECT_EQ(mended->notes.size(), 4u);
+    EXPECT_EQ(mended->lost, 1u);
     EXPECT_THAT(checkBank(bytesOf(soundText())), ElementsAre());
     EXPECT_THAT(keysOf(checkBank(bytesOf("no list"))), ElementsAre("!"));
     EXPECT_THAT(keysOf(checkBank(bytesOf("<plist><array/></plist>"))), ElementsAre("!"));
@@ -97,19 +106,6 @@ TEST(BankCheck, MendingKeepsEveryPresetThatIsWhole) {
         for (const auto& [key, record] : mended->bank)
             EXPECT_EQ(record.as<PropertyDictionary>()->size(), 3u) << key;
     }
-}
-
-TEST(BankCheck, MendingNamesTheUnnamedAndLeavesOutWhatIsFoundWrong) {
-    const Bank bank = {{"0-a.b", PropertyDictionary{{"Bad", 1}, {"Good", 2}}}, {"1 - c", 7}};
-    const auto mended = mendBank(bytesOf(writePropertyList(bank).value()),
-                                 [](const std::string& key, const PropertyDictionary&) {
-                                     return std::vector<BankFinding>{{key + ".Bad", "is bad"}};
-                                 });
-    ASSERT_TRUE(mended);
-    const Bank expected = {{"0-a.b", PropertyDictionary{{"Good", 2}, {kSnapshotTags, kUnnamed}}}};
-    EXPECT_TRUE(mended->bank == expected);
-    EXPECT_EQ(mended->notes.size(), 3u);
-    EXPECT_EQ(mended->lost, 1u);
     EXPECT_TRUE(mendBank(bytesOf("<plist><dict/></plist>"))) << "empty, and whole";
     for (const char* const text : {"", "no list", "bplist00", "<plist><dict><key>a</key>",
                                    "<plist><dict><key>a</key><true/></dict></plist>"})

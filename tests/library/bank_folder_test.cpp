@@ -209,18 +209,5 @@ TEST(BankEdits, RenumberingKeepsWhatFollowsTheNumber) {
     EXPECT_TRUE(renumbered == expected);
 }
 
-TEST(BankEdits, OnlyATextOfTheGivenKeyIsADisplayName) {
-    const Bank bank = {{"a", named("Pads")},
-                       {"b", PropertyDictionary{{kSnapshotTags, 3}}},
-                       {"c", PropertyDictionary{}},
-                       {"d", "Text"}};
-    EXPECT_EQ(snapshotTag(bank, "a"), "Pads");
-    for (const char* const key : {"b", "c", "d", "e"})
-        EXPECT_EQ(snapshotTag(bank, key), std::nullopt);
-    EXPECT_TRUE(hasSnapshotNamed(bank, "Pads"));
-    EXPECT_FALSE(hasSnapshotNamed(bank, "pads"));
-    EXPECT_EQ(recordOf(bank, "d"), nullptr);
-}
-
 } // namespace
 } // namespace zephyra

@@ -113,7 +113,7 @@ TEST_F(Presets, OnlyWhoRefreshesASelectionHearsThatThereIsNone) {
     EXPECT_THAT(lines, ElementsAre());
 }
 
-TEST_F(Presets, ASaveWithoutABankMakesOneAndAsksForAName) {
+TEST_F(Presets, ASaveMakesABankAndAsksForANameThatIsNotTakenAndAFileName) {
     const DateAndTime now = currentDateAndTime(store.instance.clock);
     store->saveSnapAs();
     const std::string key = "0 - " + now.date + " | " + now.time;
@@ -121,13 +121,12 @@ TEST_F(Presets, ASaveWithoutABankMakesOneAndAsksForAName) {
     store.answer("Save", "Pads");
     EXPECT_THAT(store.rows(kPresets), ElementsAre("*Pads"));
     EXPECT_EQ(store->getCurrentSelectedSnapID(), key);
-}
 
-TEST_F(Presets, ATypedNameThatIsTakenOrNoFileNameLeavesThePresetUnnamed) {
     const struct {
         std::string typed, name, alert;
     } cases[] = {{"Пад", "Пад", ""},
                  {"Taken", "<unnamed>", ""},
+                 {"taken", "taken", ""},
                  {"a/b", "<unnamed>", "Warning: Invalid file name"},
                  {std::string(300, 'n'), "<unnamed>", "Warning: Invalid file name"}};
     write(folders.file("a"), {{"9", named("Taken")}});
@@ -216,7 +215,7 @@ TEST_F(Presets, PresetsAndBanksTakeANewNameUnlessTheyCannot) {
     }
 }
 
-TEST_F(Presets, SteppingWrapsAroundAndPassesThroughEmptyBanks) {
+TEST_F(Presets, SteppingWrapsAroundAndAnIndexFromMidiIsTakenAsNearAsThereIsOne) {
     threeBanks();
     store->loadDefaultSnapshot_snapID("a.zephyra", "0 - x");
     EXPECT_EQ(store.restored, ""); // not before the caller has returned
@@ -229,10 +228,6 @@ TEST_F(Presets, SteppingWrapsAroundAndPassesThroughEmptyBanks) {
         store->previousSnap();
         EXPECT_EQ(store.loaded(), previous);
     }
-}
-
-TEST_F(Presets, AnIndexFromMidiIsTakenAsNearAsThereIsOne) {
-    threeBanks();
     store.select("b");
     const struct {
         int bank, preset;
@@ -279,7 +274,7 @@ TEST_F(Presets, MovingAPresetRenumbersTheBankAndKeepsTheSelection) {
     EXPECT_TRUE(onDisk("a") == *store->getSelectedBankDictionary());
 }
 
-TEST_F(Presets, DeletingTakesAwayWhatTheUserSawAndNoMore) {
+TEST_F(Presets, DeletingTakesAwayWhatTheUserSawAndNothingOfAStoreThatIsGone) {
     threeBanks();
     store.select("a");
     store->tableView_commitDeleteForRowAtIndexPath(kPresets, 0);
@@ -292,9 +287,15 @@ TEST_F(Presets, DeletingTakesAwayWhatTheUserSawAndNoMore) {
     store->tableView_commitDeleteForRowAtIndexPath(kBanks, 0);
     store.run();
     EXPECT_THAT(store.rows(kBanks), ElementsAre("b", "c"));
+    store.select("c");
+    store->deleteAllSnapshots();
+    store.run();
+    store.manager.reset();
+    store.answer("YES");
+    EXPECT_EQ(onDisk("c").size(), 1u);
 }
 
-TEST_F(Presets, ABankThatCannotBeReadStaysAsItIsUntilTheUserAgrees) {
+TEST_F(Presets, WhatCannotBeReadStaysUntilTheUserAgreesAndWhatCannotBeWrittenIsWrittenLater) {
     threeBanks();
     writeText(folders.file("b"), "<plist><dict><key>cut");
     store.select("b");
@@ -311,10 +312,7 @@ TEST_F(Presets, ABankThatCannotBeReadStaysAsItIsUntilTheUserAgrees) {
     }
     EXPECT_THAT(store.rows(kPresets), ElementsAre("*Saved"));
     EXPECT_EQ(readText(folders.shared / "b.zephyra.unreadable"), "<plist><dict><key>cut");
-}
 
-TEST_F(Presets, WhatCannotBeWrittenIsSaidAndWrittenLater) {
-    threeBanks();
     store.select("c");
     std::optional<CallsOf> noSpace(std::in_place, FileCall::write, ENOSPC);
     store.saveAs("New");
@@ -345,23 +343,9 @@ TEST_F(Presets, TwoInstancesSeeEachOthersBanksAndLoseNothing) {
     store.saveAs("Mine");
     other.saveAs("Theirs");
     EXPECT_THAT(other.rows(kPresets), ElementsAre("C0", "Mine", "*Theirs"));
-    write(folders.file("c"), {{"9", named("Third")}});
-    other->writeBankToDisk();
-    EXPECT_EQ(onDisk("c").size(), 4u);
-
     other->addBank();
     store.run();
     EXPECT_EQ(store.rows(kBanks).size(), 4u);
-}
-
-TEST_F(Presets, AnsweringAnAlertOfAStoreThatIsGoneDoesNothing) {
-    threeBanks();
-    store.select("a");
-    store->deleteAllSnapshots();
-    store.run();
-    store.manager.reset();
-    store.answer("YES");
-    EXPECT_EQ(onDisk("a").size(), 2u);
 }
 
 } // namespace

@@ -34,13 +34,6 @@ TEST(FileName, LosesPercentEscapesAndSurroundingBlanksOnly) {
     for (const auto& [text, expected] : blanks) EXPECT_EQ(trimmed(text), expected);
 }
 
-TEST(FolderEntries, AreSortedByBytes) {
-    TemporaryFolder folder;
-    for (const char* name : {"é", "b", "B", "a1", "a", "z"}) writeText(folder / name, "");
-    EXPECT_THAT(folderEntries(folder.path()), testing::ElementsAre("B", "a", "a1", "b", "z", "é"));
-    EXPECT_TRUE(folderEntries(folder / "missing").empty());
-}
-
 TEST(IncrementalName, StandsOneAboveTheLargestNumberBehindItsBase) {
     const TemporaryFolder folder;
     const auto next = [&] { return getIncrementalNameFromDocumentsFolder(folder.path(), "Rec"); };

@@ -42,7 +42,7 @@ TEST(SoundFile, rawFilesAre16BitMonoAt44100UnlessToldOtherwiseWithinReason) {
         EXPECT_THAT(readSoundFile(path, {raw}).message(), HasSubstr(reason));
 }
 
-TEST(SoundFile, contentDecidesWhateverTheNameAndLengthIsLimited) {
+TEST(SoundFile, contentDecidesWhateverTheNameTagsAndLengthWithinTheLimit) {
     TemporaryFolder folder;
     std::filesystem::copy_file(kMono, folder / "misnamed.mp3");
     const auto info = readSoundFileInfo(folder / "misnamed.mp3");
@@ -52,10 +52,7 @@ TEST(SoundFile, contentDecidesWhateverTheNameAndLengthIsLimited) {
     EXPECT_TRUE(readSoundFile(kMono, {.maxFrames = 400}).ok());
     EXPECT_THAT(readSoundFile(kMono, {.maxFrames = 399}).message(),
                 HasSubstr("is longer than 399 frames;"));
-}
 
-TEST(SoundFile, standsBehindTagsOrIsReadPieceByPieceJustAsWell) {
-    TemporaryFolder folder;
     const std::string tag("ID3\4\0\0\0\0\0\5.....", 15);
     const auto plain = readSoundFile(kMono);
     writeText(folder / "tagged", tag + tag + readText(kMono));

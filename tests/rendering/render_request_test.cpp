@@ -1,7 +1,6 @@
-// The files that a render reads and writes.
+// The files that a render reads.
 
 #include "platform/sound/audio_file_float_wav.h"
-#include "rendering/file_clashes.h"
 #include "rendering/offline_render.h"
 #include "rendering/render_source.h"
 #include "tests/support/temporary_folder.h"
@@ -10,25 +9,6 @@
 
 namespace zephyra {
 namespace {
-
-TEST(FileClashes, WhatIsReadOrWrittenTwiceIsNamedUnlessItIsTheState) {
-    const TemporaryFolder folder, shared;
-    const Folders folders{shared.path(), {}};
-    const auto complaint = [&](const RenderRequest& request) {
-        const auto clear = checkFileClashes(request, folders);
-        return clear ? std::string() : clear.message().substr(0, clear.message().find(" /"));
-    };
-    RenderRequest request{.input = folder / "a.wav", .output = folder / "b.wav"};
-    EXPECT_EQ(complaint(request), "");
-    request.host.state = request.host.saveState = folder / "s";
-    EXPECT_EQ(complaint(request), "");
-    request.motion.recordScrub = folder / "./s";
-    EXPECT_EQ(complaint(request), "--record-scrub would replace --save-state");
-    request.motion.recordScrub = {};
-    request.savedPreset = SavedPreset{.bank = "B.zephyra", .name = "P"};
-    request.picture = shared / "B.zephyra";
-    EXPECT_EQ(complaint(request), "--picture would replace --save-bank");
-}
 
 TEST(RenderSource, IsReadUntilWhoeverAsksForItWantsNoMore) {
     const TemporaryFolder folder;
