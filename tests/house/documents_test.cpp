@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <regex>
 
 namespace zephyra {
@@ -14,33 +13,19 @@ namespace {
 namespace fs = std::filesystem;
 const fs::path kTree = ZEPHYRA_SOURCE_DIR;
 
-std::vector<fs::path> documents() {
-    std::vector<fs::path> files = {kTree / "README.md"};
+TEST(Documents, NameAndLinkToOnlyFilesThatExist) {
+    const std::regex names(R"(`((?:[a-z_]+/)+\w+\.(?:h|cpp|inl|md|mp3))`)");
+    const std::regex links(R"(\]\(([\w./-]+)\))");
+    std::vector<fs::path> documents = {kTree / "README.md"};
     for (const auto& entry : fs::directory_iterator(kTree / "docs"))
-        if (entry.path().extension() == ".md") files.push_back(entry.path());
-    return files;
-}
-
-void forEachMatch(const std::string& text, const char* pattern,
-                  const std::function<void(const std::smatch&)>& visit) {
-    const std::regex expression(pattern);
-    for (std::sregex_iterator match(text.begin(), text.end(), expression), end; match != end;
-         ++match)
-        visit(*match);
-}
-
-TEST(Documents, NameOnlyFilesThatExist) {
-    for (const fs::path& document : documents()) {
+        if (entry.path().extension() == ".md") documents.push_back(entry.path());
+    for (const fs::path& document : documents) {
         const std::string text = readText(document);
-        forEachMatch(text, R"(`((?:[a-z_]+/)+\w+\.(?:h|cpp|inl|md|mp3))`)",
-                     [&](const std::smatch& path) {
-                         EXPECT_TRUE(fs::exists(kTree / path[1].str()))
-                             << document.filename() << " names " << path[1];
-                     });
-        forEachMatch(text, R"(\]\(([\w./-]+)\))", [&](const std::smatch& link) {
-            EXPECT_TRUE(fs::exists(document.parent_path() / link[1].str()))
-                << document.filename() << " links to " << link[1];
-        });
+        for (const auto& [kind, from] : {std::pair(names, kTree), {links, document.parent_path()}})
+            for (std::sregex_iterator match(text.begin(), text.end(), kind), end; match != end;
+                 ++match)
+                EXPECT_TRUE(fs::exists(from / (*match)[1].str()))
+                    << document << ": " << (*match)[1];
     }
 }
 
