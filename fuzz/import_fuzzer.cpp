@@ -5,6 +5,7 @@
 #include "fuzz/require.h"
 #include "library/bank_folder.h"
 #include "library/document_import.h"
+#include "platform/files/folder_entries.h"
 #include "tests/support/heard_instance.h"
 #include "tests/support/temporary_folder.h"
 
@@ -14,10 +15,6 @@ namespace zephyra {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::ptrdiff_t countIn(const fs::path& folder) {
-    return std::distance(fs::directory_iterator(folder), {});
-}
 
 void tryImport(const std::string& document, const std::string& typed, const std::string& content) {
     // documents/DOCUMENT and home/shared, with a file beside and in the latter.
@@ -46,9 +43,9 @@ void tryImport(const std::string& document, const std::string& typed, const std:
         }
     }
     require(!import.isImporting() && instance.alerts.count() == 0);
-    require(ground.entries() == 2 && countIn(ground / "home") == 2);
+    require(ground.entries() == 2 && folderEntries(ground / "home").size() == 2);
     require(readText(ground / "home/beside.zephyra") == "beside");
-    require(countIn(file.parent_path()) == 1 && readText(file) == content);
+    require(folderEntries(file.parent_path()).size() == 1 && readText(file) == content);
     const std::string mine = readText(shared / "Mine.zephyra");
     require(mine == "mine" || mine == content);
     int banks = 0;

@@ -34,7 +34,8 @@ std::vector<ListedSample> listedSamples(const Folders& folders) {
     samples.fillTableWithFilesName();
     std::vector<ListedSample> listed;
     const auto add = [&](const std::string& name, const char* section, const fs::path& folder) {
-        listed.push_back({name, section, folder / name, readSoundFileInfo(folder / name)});
+        listed.push_back(
+            {name, section, folder / name, instance.fileFacts->soundInfo(folder / name)});
     };
     const auto& builtIn = samples.builtInFiles();
     const auto& shared = samples.listOfFiles();

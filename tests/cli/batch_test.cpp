@@ -3,11 +3,11 @@
 #include "cli/batch/batch_names.h"
 #include "cli/batch/process_pool.h"
 #include "cli/terminal/progress_bar.h"
+#include "platform/files/folder_entries.h"
 #include "tests/cli/program.h"
 
 #include <csignal>
 #include <map>
-#include <set>
 
 namespace zephyra {
 namespace {
@@ -94,12 +94,10 @@ TEST_F(Batch, EveryInputIsRenderedWithEveryPresetAsItWouldBeAlone) {
     ASSERT_EQ(reports.size(), 6u) << ended.out;
     EXPECT_EQ(reports[1]["preset"], "Tag & Nacht");
     EXPECT_TRUE(reports[3].contains("error"));
-    std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder / "out"))
-        names.insert(entry.path().filename().string());
-    EXPECT_THAT(names, testing::ElementsAre("contact-sheet.png", "in - Glass.png", "in - Glass.wav",
-                                            "in - Rain.png", "in - Rain.wav",
-                                            "in - Tag & Nacht.png", "in - Tag & Nacht.wav"));
+    EXPECT_THAT(folderEntries(folder / "out"),
+                testing::ElementsAre("contact-sheet.png", "in - Glass.png", "in - Glass.wav",
+                                     "in - Rain.png", "in - Rain.wav", "in - Tag & Nacht.png",
+                                     "in - Tag & Nacht.wav"));
     for (const char* preset : {"Glass", "Rain"}) {
         const std::string alone =
             rendered(std::string("in.wav --seed 7 --bank B --preset ") + preset);

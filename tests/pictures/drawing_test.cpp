@@ -1,6 +1,7 @@
-// What the drawing itself decides: texts, and how large a page may grow.
+// What the drawing itself decides: texts, colours, and how large a page may grow.
 
 #include "pictures/cairo/contact_sheet.h"
+#include "pictures/cairo/grain_lane.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -20,6 +21,18 @@ TEST(Canvas, TextThatIsNotUtf8IsShownAndDoesNotStopTheDrawing) {
     EXPECT_LT(canvas.textWidth("\xF0\x9D\x84\x9E\xE2\x99\xAA\xC3\xA4"),
               canvas.textWidth("?????????"));
     EXPECT_EQ(cairo_status(canvas.context()), CAIRO_STATUS_SUCCESS);
+}
+
+TEST(PitchColour, GoesFromWarmToCoolOverItsRangeAndNoFurther) {
+    const auto warmth = [](double semitones) {
+        const Colour colour = pitchColour(semitones, 6);
+        return colour.red - colour.blue;
+    };
+    EXPECT_GT(warmth(-6), 0.4);
+    EXPECT_GT(warmth(-3), warmth(0));
+    EXPECT_GT(warmth(0), warmth(3));
+    EXPECT_LT(warmth(6), -0.3);
+    EXPECT_EQ(warmth(12), warmth(6));
 }
 
 TEST(ContactSheet, StaysWithinWhatCanBeDrawn) {
