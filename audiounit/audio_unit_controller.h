@@ -40,7 +40,8 @@ public:
     /// unless the scan was set meanwhile.
     virtual void standBehindInput() = 0;
 
-    /// The whole state of sound and controls, as a session keeps it.
+    /// The whole state of sound and controls, as a session keeps it. Any thread but RENDER; it
+    /// waits for MAIN, and encodes sounds without holding it, unless the caller is MAIN.
     virtual PropertyDictionary getState() = 0;
     /// Applies a state, or a preset's snapshot, later on MAIN. Any thread but RENDER.
     virtual void restoreState(PropertyDictionary state) = 0;

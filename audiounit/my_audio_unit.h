@@ -100,7 +100,7 @@ public:
         presets_.setCurrentPreset(preset, controller_);
     }
 
-    /// The controller's state; empty without a controller.
+    /// The controller's state, see AudioUnitController::getState; empty without a controller.
     PropertyDictionary getFullState() const;
     PropertyDictionary getFullStateForDocument() const { return getFullState(); }
     /// Hands state to the controller, which applies it on the main queue.

@@ -5,6 +5,7 @@
 #include "main_view/audio_unit_view_controller.h"
 #include "platform/text/log.h"
 #include "stream/sound_keeping.h"
+#include "stream/state_sounds.h"
 #include "stream/stream_state.h"
 
 #include <algorithm>
@@ -43,8 +44,17 @@ PropertyDictionary AudioUnitViewController::stateFor(StateUse use) {
 }
 
 PropertyDictionary AudioUnitViewController::getState() {
-    PropertyDictionary state = stateFor(StateUse::session);
-    state.insert_or_assign(state_key::kPreset, selectionState(presets));
+    PropertyDictionary state;
+    std::optional<StateSounds> sounds;
+    {
+        const RunLoop::Scope main(instance_.runLoop);
+        state = stateFor(StateUse::session);
+        state.insert_or_assign(state_key::kPreset, selectionState(presets));
+        sounds.emplace(_GRANULATOR_STREAM);
+    }
+    sounds->encode();
+    const RunLoop::Scope main(instance_.runLoop);
+    sounds->addTo(state, _GRANULATOR_STREAM);
     return state;
 }
 
@@ -57,11 +67,14 @@ PropertyDictionary AudioUnitViewController::snapshotState() {
 }
 
 void AudioUnitViewController::restoreState(PropertyDictionary state) {
-    instance_.runLoop.post([this, alive = std::weak_ptr(alive_), state = std::move(state)] {
-        if (alive.expired()) return;
-        presets.cancelLoads(); // whatever was chosen before, all of it is other now
-        restoreStateProc(state);
-    });
+    auto ahead = decodeAhead(state, kStreamSuffix);
+    instance_.runLoop.post(
+        [this, alive = std::weak_ptr(alive_), state = std::move(state), ahead = std::move(ahead)] {
+            if (alive.expired()) return;
+            _GRANULATOR_STREAM.capturedMemory().ahead = ahead;
+            presets.cancelLoads(); // whatever was chosen before, all of it is other now
+            restoreStateProc(state);
+        });
 }
 
 void AudioUnitViewController::restoreStateProc(const PropertyDictionary& state) {

@@ -35,7 +35,7 @@ std::size_t bytesOf(const PropertyDictionary& audio) {
 /// Empty for a sound that every machine has.
 Result<PropertyDictionary> SoundEmbedding::audioOf(const PropertyDictionary& sample) {
     const SampleReference reference = referenceIn(sample);
-    const auto [loaded, report] =
+    const auto [loaded, report, playable] =
         readReferencedSample(reference, folders_, files_, [this](double) { return goOn_(); });
     if (!loaded) return Failure{loaded.message()};
     const auto& [sound, found] = loaded.value();

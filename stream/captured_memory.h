@@ -4,8 +4,11 @@
 #include "platform/lists/property_list.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace zephyra {
+
+struct DecodedAhead;
 
 /// So that a sound that stands still is encoded once, and loses nothing that a state said of it.
 /// Plain data. MAIN.
@@ -18,6 +21,8 @@ struct CapturedMemory {
     Version version = {};
     PropertyDictionary sound = {};   ///< as states keep it; empty until it is encoded
     PropertyDictionary unknown = {}; ///< what a newer program wrote beside it
+    /// Of the state that is about to be restored; null for none.
+    std::shared_ptr<DecodedAhead> ahead = {};
 };
 
 } // namespace zephyra

@@ -12,50 +12,74 @@ namespace zephyra {
 
 namespace {
 
+constexpr const char* kLeftOut = "what LIVE heard is left out of the state: ";
+
 CapturedMemory::Version versionOf(const MOK_SCRUB_GRANULATOR& stream) {
     const LiveSample& live = *stream.waveForm().liveSample();
     return {stream.waveForm().liveReplacements(), stream.liveStarts(), live.heard, live.offset};
 }
 
-Result<PropertyDictionary> encoded(const WaveForm& waveForm) {
-    try {
-        std::vector<float> frames = waveForm.heardFrames();
-        if (frames.empty()) return PropertyDictionary();
-        return keptSound(std::move(frames), double{waveForm.mSample()->sampleRate});
-    } catch (const std::bad_alloc&) {
-        return Failure{"no memory for a copy; free some"};
-    }
-}
-
 } // namespace
 
-PropertyDictionary capturedState(MOK_SCRUB_GRANULATOR& stream) {
-    if (!stream.waveForm().isLiveCurrent()) return {};
+void CapturedSound::encode(Log& log) {
+    if (frames.empty()) return;
+    auto kept = keptSound(std::exchange(frames, {}), rate);
+    if (!kept) return log.write(kLeftOut + kept.message());
+    sound = std::move(kept.value());
+}
+
+CapturedSound takeCaptured(MOK_SCRUB_GRANULATOR& stream) {
+    const WaveForm& waveForm = stream.waveForm();
+    if (!waveForm.isLiveCurrent()) return {};
     CapturedMemory& memory = stream.capturedMemory();
-    const CapturedMemory::Version version = versionOf(stream);
-    if (version.replacements != memory.version.replacements) memory.unknown.clear();
-    if (version != memory.version) memory.sound.clear();
-    memory.version = version;
-    if (memory.sound.empty()) {
-        auto sound = encoded(stream.waveForm());
-        if (!sound) {
-            stream.instance().log.write("what LIVE heard is left out of the state: " +
-                                        sound.message());
-            return {};
-        }
-        memory.sound = std::move(sound.value());
+    CapturedSound captured{.version = versionOf(stream)};
+    if (captured.version.replacements != memory.version.replacements) memory.unknown.clear();
+    if (captured.version != memory.version) memory.sound.clear();
+    memory.version = captured.version;
+    captured.unknown = memory.unknown;
+    captured.sound = memory.sound;
+    if (!captured.sound.empty()) return captured;
+    captured.rate = double{waveForm.mSample()->sampleRate};
+    try {
+        captured.frames = waveForm.heardFrames();
+    } catch (const std::bad_alloc&) {
+        stream.instance().log.write(kLeftOut + std::string("no memory for a copy; free some"));
     }
-    if (memory.sound.empty()) return {};
-    PropertyDictionary state = memory.sound;
-    if (stream.isLive()) memory.sound.clear(); // may be another one at any time
-    state.insert(memory.unknown.begin(), memory.unknown.end());
+    return captured;
+}
+
+PropertyDictionary keepCaptured(MOK_SCRUB_GRANULATOR& stream, const CapturedSound& captured) {
+    if (captured.sound.empty()) return {};
+    // While LIVE is on it may be another one at any time.
+    if (!stream.isLive() && versionOf(stream) == captured.version)
+        stream.capturedMemory().sound = captured.sound;
+    PropertyDictionary state = captured.sound;
+    state.insert(captured.unknown.begin(), captured.unknown.end());
     return state;
+}
+
+std::shared_ptr<DecodedAhead> decodeAhead(const PropertyDictionary& state,
+                                          const std::string& suffix) {
+    const auto captured = state.find(state_key::kCaptured + suffix);
+    const auto* const sound =
+        captured == state.end() ? nullptr : captured->second.as<PropertyDictionary>();
+    if (!sound) return nullptr;
+    const auto flac = sound->find(sound_key::kFlac);
+    const auto* const data = flac == sound->end() ? nullptr : flac->second.as<PropertyData>();
+    if (!data) return nullptr;
+    try {
+        return std::make_shared<DecodedAhead>(
+            DecodedAhead{*data, decodeFlac(data->bytes(), 1.0, WaveForm::kLiveFrames)});
+    } catch (const std::bad_alloc&) {
+        return nullptr; // restoring it says so
+    }
 }
 
 bool restoreCaptured(MOK_SCRUB_GRANULATOR& stream, const PropertyDictionary& captured,
                      PropertyReader& state, const std::string& key) {
     PropertyReader reader(captured, state.findings(), state.path(key), StandIn::usual);
-    const std::optional<ReadSound> sound = readKeptSound(reader, WaveForm::kLiveFrames);
+    const std::optional<ReadSound> sound =
+        readKeptSound(reader, WaveForm::kLiveFrames, stream.capturedMemory().ahead.get());
     if (!sound) return false;
     const auto& [frames, rate, expected] = *sound;
     if (expected && *expected != static_cast<std::int64_t>(frames.size()))

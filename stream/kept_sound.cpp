@@ -1,7 +1,6 @@
 #include "stream/kept_sound.h"
 
 #include "controls/state_keys.h"
-#include "platform/sound/flac_codec.h"
 
 #include <algorithm>
 #include <cmath>
@@ -51,7 +50,7 @@ Result<PropertyDictionary> keptSound(std::vector<float> frames, double rate) {
         multiply(frames, 1.0 / level);
         Result<FlacSound> flac = encodeFlac(frames, flacRate(rate));
         if (!flac) return Failure{flac.message()};
-        return PropertyDictionary{{kFlac, std::move(flac.value().bytes)},
+        return PropertyDictionary{{kFlac, PropertyData(std::move(flac.value().bytes))},
                                   {kScale, flac.value().scale * level},
                                   {kSampleRate, rate},
                                   {kFrames, static_cast<std::int64_t>(frames.size())}};
@@ -60,7 +59,8 @@ Result<PropertyDictionary> keptSound(std::vector<float> frames, double rate) {
     }
 }
 
-std::optional<ReadSound> readKeptSound(PropertyReader& reader, std::uint64_t mostFrames) {
+std::optional<ReadSound> readKeptSound(PropertyReader& reader, std::uint64_t mostFrames,
+                                       DecodedAhead* ahead) {
     const auto refuse = [&reader](std::string problem) {
         reader.complain(kFlac, std::move(problem), StandIn::nothing);
         return std::nullopt;
@@ -71,7 +71,9 @@ std::optional<ReadSound> readKeptSound(PropertyReader& reader, std::uint64_t mos
     const auto rate = reader.real(kSampleRate);
     const auto frames = reader.whole(kFrames);
     try {
-        Result<DecodedFlac> sound = decodeFlac(*flac, 1.0, mostFrames);
+        const bool isDecoded = ahead && ahead->flac.isSameAs(*flac);
+        Result<DecodedFlac> sound =
+            isDecoded ? std::move(ahead->sound) : decodeFlac(flac->bytes(), 1.0, mostFrames);
         if (!sound) return refuse(sound.message());
         multiply(sound.value().samples, scale);
         return ReadSound{std::move(sound.value().samples), rate.value_or(sound.value().sampleRate),

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/lists/property_reader.h"
+#include "platform/sound/flac_codec.h"
 #include "platform/text/result.h"
 
 #include <cstdint>
@@ -22,8 +23,15 @@ struct ReadSound {
     std::optional<std::int64_t> expectedFrames = {};
 };
 
-/// Nothing, after a finding of the reader's, for what is no sound of at most mostFrames. All but
-/// RENDER.
-std::optional<ReadSound> readKeptSound(PropertyReader& reader, std::uint64_t mostFrames);
+/// What a state's FLAC data hold, decoded before the state is read. Plain data.
+struct DecodedAhead {
+    PropertyData flac;
+    Result<DecodedFlac> sound;
+};
+
+/// Nothing, after a finding of the reader's, for what is no sound of at most mostFrames. ahead,
+/// which may be null, saves decoding if it is of these data, and is used up. All but RENDER.
+std::optional<ReadSound> readKeptSound(PropertyReader& reader, std::uint64_t mostFrames,
+                                       DecodedAhead* ahead = nullptr);
 
 } // namespace zephyra

@@ -79,16 +79,12 @@ void WaveForm::tellReplaced() {
 
 // --- The file sample ---
 
-bool WaveForm::setFileSample(std::shared_ptr<const mokSample> sound, std::optional<float> peak) {
-    const float soundPeak = sound->getPeak();
-    auto played = peak ? normalizedCopy(sound, soundPeak, *peak) : sound;
-    if (!played) return false;
-    // RENDER may see the old original, but then as file_, which swapFile retires.
-    original_ = std::move(sound);
-    originalPeak_ = soundPeak;
+void WaveForm::setFileSample(PlayableSound sound) {
+    auto original = std::exchange(original_, std::move(sound.sound));
+    originalPeak_ = sound.peak;
     hasFile_ = true;
-    swapFile(std::move(played));
-    return true;
+    swapFile(std::move(sound.played));
+    retire(std::move(original));
 }
 
 bool WaveForm::normalizeBufferWithValue(std::optional<float> peak) {
@@ -102,7 +98,12 @@ void WaveForm::swapFile(std::shared_ptr<const mokSample> next) {
     if (next == file_) return;
     next.swap(file_);
     if (!liveIsCurrent_) tellReplaced();
-    retirement_.retire(std::move(next));
+    retire(std::move(next));
+}
+
+void WaveForm::retire(std::shared_ptr<const mokSample> sound) {
+    const std::size_t bytes = static_cast<std::size_t>(sound->size) * sizeof(float);
+    retirement_.retire(std::move(sound), bytes);
 }
 
 // --- The live sample ---

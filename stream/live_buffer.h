@@ -7,6 +7,7 @@
 #include "platform/text/log.h"
 #include "platform/threads/realtime.h"
 #include "platform/threads/render_cycle.h"
+#include "stream/normalized_sample.h"
 #include "stream/waveform_data.h"
 
 #include <atomic>
@@ -58,12 +59,15 @@ public:
 
     // --- The file sample ---
 
-    /// Takes sound (never null), scaled to that peak if there is one.
-    /// False, and nothing changed, when memory is short.
-    bool setFileSample(std::shared_ptr<const mokSample> sound, std::optional<float> peak);
+    /// Takes sound, of which nothing may be null.
+    void setFileSample(PlayableSound sound);
     /// Scales the sound, as it was loaded, to another peak; nothing plays it as it is. False, and
     /// nothing changed, when memory is short.
     bool normalizeBufferWithValue(std::optional<float> peak);
+    /// Plays that copy of fileSound() in its place; never null.
+    void playFileSample(std::shared_ptr<const mokSample> played) { swapFile(std::move(played)); }
+    /// The largest magnitude of fileSound().
+    float fileSoundPeak() const noexcept { return originalPeak_; }
     /// Whether setFileSample ever took a sound.
     bool hasFileSample() const noexcept { return hasFile_; }
     /// The sound as it was loaded, silence before; never null.
@@ -140,6 +144,7 @@ private:
                                  const AudioBufferList& input) ZEPHYRA_NONBLOCKING;
     void swapLive(std::shared_ptr<LiveSample> next);
     void swapFile(std::shared_ptr<const mokSample> next);
+    void retire(std::shared_ptr<const mokSample> sound);
     void tellReplaced();
     void showLive();
     void requestRedraw() ZEPHYRA_NONBLOCKING { redraw_.store(true, std::memory_order_relaxed); }

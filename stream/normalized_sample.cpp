@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <new>
+#include <utility>
 
 namespace zephyra {
 
@@ -30,6 +31,15 @@ std::shared_ptr<const mokSample> normalizedCopy(const std::shared_ptr<const mokS
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
+}
+
+std::optional<PlayableSound> playableSound(std::shared_ptr<const mokSample> sound,
+                                           std::optional<float> wanted) noexcept {
+    if (!sound || !isPlayable(*sound)) return std::nullopt;
+    const float peak = sound->getPeak();
+    auto played = wanted ? normalizedCopy(sound, peak, *wanted) : sound;
+    if (!played) return std::nullopt;
+    return PlayableSound{std::move(sound), peak, wanted, std::move(played)};
 }
 
 } // namespace zephyra

@@ -66,6 +66,7 @@ void SampleLoader::start(const std::filesystem::path& asked, Read read, Order or
     ++requests_;
     missing_.reset();
     order.liveStarts = stream_.liveStarts();
+    order.peak = stream_.normalizePeak();
     *progress_ = 0.0;
     worker_.start([this, read = std::move(read), order = std::move(order), progress = progress_,
                    resources = instance_.folders.resources, files = instance_.fileFacts,
@@ -78,6 +79,7 @@ void SampleLoader::start(const std::filesystem::path& asked, Read read, Order or
         }));
         if (found->loaded && !cancelled) {
             auto& [sound, reference] = found->loaded.value();
+            found->playable = playableSound(sound, order.peak);
             if (!reference.embedded && isEmbeddable(*sound, seconds)) {
                 auto [embedded, problem] = embedSample(*sound, reference, resources, *files);
                 reference.embedded = std::move(embedded);
@@ -90,8 +92,8 @@ void SampleLoader::start(const std::filesystem::path& asked, Read read, Order or
 }
 
 void SampleLoader::finish(const Order& order, FoundSound& found) {
-    auto& [loaded, report] = found;
-    report.problem = loaded ? take(order, loaded.value()) : loaded.message();
+    auto& [loaded, report, playable] = found;
+    report.problem = loaded ? take(order, found) : loaded.message();
     report.end = report.problem.empty() ? SampleEnd::taken : SampleEnd::missing;
     if (!report.problem.empty()) tell(order, report.problem);
     end(report);
@@ -104,13 +106,16 @@ void SampleLoader::end(const SampleReport& report) {
 }
 
 /// What is wrong with the sound; empty when the stream has it.
-std::string SampleLoader::take(const Order& order, LoadedSample& sample) {
+std::string SampleLoader::take(const Order& order, FoundSound& found) {
+    const SampleReference& reference = found.loaded.value().reference;
+    if (!found.playable)
+        return reference.path + " cannot be played: it needs a rate above 0 Hz, samples up to "
+                                "4294967296 times full scale, and free memory for a scaled copy";
     // Whoever switched LIVE on while the file was read wants to go on hearing it.
     const bool wentLive = stream_.isLive() && stream_.liveStarts() != order.liveStarts;
     const SoundUse use = wentLive ? SoundUse::await : order.use;
-    if (stream_.loadSound(std::move(sample.sound), sample.reference, use)) return {};
-    return sample.reference.path + " cannot be played: it needs a rate above 0 Hz, samples up to "
-                                   "4294967296 times full scale, and free memory for a scaled copy";
+    stream_.takeSound(std::move(*found.playable), reference, use);
+    return {};
 }
 
 void SampleLoader::tell(const Order& order, const std::string& problem) {

@@ -54,6 +54,7 @@ private:
         SoundUse use = SoundUse::play;
         std::optional<SampleReference> named = {}; ///< by a state that needs it
         std::uint64_t liveStarts = 0;              ///< of the stream when it was asked for
+        std::optional<float> peak = {};            ///< that Normalize wanted by then
     };
     /// WORKER; progress also tells whether the sound is still wanted.
     using Read = std::function<FoundSound(const std::function<bool(double)>& progress)>;
@@ -63,7 +64,7 @@ private:
     void start(const std::filesystem::path& asked, Read read, Order order, Ended ended);
     void finish(const Order& order, FoundSound& found);
     void end(const SampleReport& report);
-    std::string take(const Order& order, LoadedSample& sample);
+    std::string take(const Order& order, FoundSound& found);
     void tell(const Order& order, const std::string& problem);
     void locate(const std::string& path);
     bool isStillMissing(const std::string& path) const;

@@ -5,12 +5,14 @@
 #include "platform/files/folders.h"
 #include "platform/sound/file_facts.h"
 #include "platform/text/result.h"
+#include "stream/normalized_sample.h"
 #include "stream/sample_reference.h"
 #include "stream/sample_report.h"
 
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace zephyra {
 
@@ -29,8 +31,9 @@ Result<LoadedSample> readSample(const std::filesystem::path& path,
                                 const LoadedSample& atHand = {});
 
 struct FoundSound {
-    Result<LoadedSample> loaded; ///< fails with one line that names the file
-    SampleReport report;         ///< of how it was found; it has not ended yet
+    Result<LoadedSample> loaded;                ///< fails with one line that names the file
+    SampleReport report;                        ///< of how it was found; it has not ended yet
+    std::optional<PlayableSound> playable = {}; ///< once it is wanted for a stream
 };
 
 /// What the reference of a state means: a file with its content wherever that was moved to

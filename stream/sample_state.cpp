@@ -31,27 +31,6 @@ SampleReference movable(SampleReference reference, const Folders& folders) {
     return reference;
 }
 
-/// Null for none. Whatever the setting says, the only copy of a sound is not thrown away.
-const PropertyDictionary* embeddedAudio(MOK_SCRUB_GRANULATOR& stream) {
-    const SampleReference& reference = stream.sampleReference();
-    if (!reference.embedded || !reference.embedded->isOnlyCopy) {
-        const auto sound = stream.waveForm().fileSound();
-        Instance& instance = stream.instance();
-        if (reference.frames == 0 || !isEmbeddable(*sound, embedSeconds(instance.defaults)))
-            return nullptr;
-        if (!reference.embedded) {
-            SampleReference encoded = reference;
-            auto [embedded, problem] =
-                embedSample(*sound, reference, instance.folders.resources, *instance.fileFacts);
-            if (!problem.empty()) instance.log.write(problem);
-            encoded.embedded = std::move(embedded);
-            stream.setSampleReference(std::move(encoded));
-        }
-    }
-    const PropertyDictionary& audio = stream.sampleReference().embedded->audio;
-    return audio.empty() ? nullptr : &audio;
-}
-
 } // namespace
 
 PropertyDictionary sampleState(MOK_SCRUB_GRANULATOR& stream, StateUse use) {
@@ -61,8 +40,6 @@ PropertyDictionary sampleState(MOK_SCRUB_GRANULATOR& stream, StateUse use) {
                                    ? fileState(reference)
                                    : fileState(movable(reference, stream.instance().folders));
     state.insert(reference.unknown.begin(), reference.unknown.end());
-    if (use == StateUse::snapshot) return state;
-    if (const PropertyDictionary* const audio = embeddedAudio(stream)) state[kAudio] = *audio;
     return state;
 }
 

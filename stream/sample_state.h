@@ -10,9 +10,8 @@
 
 namespace zephyra {
 
-/// "Path", "RelativePath", "ContentHash", "SampleRate", what a newer program wrote beside, and the
-/// sound itself as "Audio" where saveStreamState says so; empty for a sound that came from no file.
-/// Encodes a sound that could have been, but was not, encoded when it was loaded. MAIN.
+/// "Path", "RelativePath", "ContentHash", "SampleRate", and what a newer program wrote beside;
+/// empty for a sound that came from no file. MAIN.
 PropertyDictionary sampleState(MOK_SCRUB_GRANULATOR& stream, StateUse use);
 
 /// The reference that stands under key; nothing, after a finding, for one that names no file.

@@ -43,9 +43,8 @@ void ScrubRecorder::saveDataForRecordScrub(PropertyDictionary& state) {
         if (controls().scrubRec.tag == 1) ui_scrubRec(&controls().scrubRec);
         return;
     }
-    const auto bytes = std::as_bytes(take());
     state[keys.length] = std::int64_t{recLength};
-    state[keys.points] = PropertyData(bytes.begin(), bytes.end());
+    state[keys.points] = PropertyData(std::as_bytes(take()));
     state[keys.isPlaying] = std::int64_t{controls().scrubPlay.tag};
 }
 

@@ -44,7 +44,8 @@ MOK_SCRUB_GRANULATOR::MOK_SCRUB_GRANULATOR(Instance& instance, std::string suffi
       waveForm_(instance.notifications, instance.session, instance.log, retirement_),
       engine_(waveForm_.mSample(), window_.get(), mokGranulatorSF::kVoices, kEngineRate,
               instance.clock.seconds(), &instance.log),
-      fade_(instance.runLoop), envelope_(kDefaultEnvelope), seed_(engine_.currentRandomSeed()) {
+      fade_(instance.runLoop), envelope_(kDefaultEnvelope), seed_(engine_.currentRandomSeed()),
+      normalizer_(instance, waveForm_, [this] { return normalizePeak(); }) {
     if (!window_) throw std::bad_alloc();
     waveForm_.setReplacedHandler([this] { handToEngine(waveForm_.mSample()); });
     addTargets();
@@ -52,7 +53,6 @@ MOK_SCRUB_GRANULATOR::MOK_SCRUB_GRANULATOR(Instance& instance, std::string suffi
 
 MOK_SCRUB_GRANULATOR::~MOK_SCRUB_GRANULATOR() {
     instance_.runLoop.cancel(pendingStop_);
-    instance_.runLoop.cancel(normalizing_);
 }
 
 void MOK_SCRUB_GRANULATOR::addTargets() {

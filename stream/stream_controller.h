@@ -15,6 +15,7 @@
 #include "stream/sample_reference.h"
 #include "stream/scrub_area.h"
 #include "stream/scrub_recorder.h"
+#include "stream/sound_normalizer.h"
 #include "stream/stream_controls.h"
 #include "stream/stream_fade.h"
 #include "stream/stream_settings.h"
@@ -206,6 +207,8 @@ public:
     /// null, a sound that is not playable (see normalized_sample.h), and when memory is short.
     bool loadSound(std::shared_ptr<const mokSample> sound, SampleReference reference = {},
                    SoundUse use = SoundUse::play);
+    /// The same for a sound that was made playable before, for normalizePeak() as it was then.
+    void takeSound(PlayableSound sound, SampleReference reference, SoundUse use = SoundUse::play);
     /// What is loaded from a file; an empty path when nothing is. Live input leaves it as it was.
     const SampleReference& sampleReference() const { return reference_; }
     /// Names the file that is about to be loaded, so that a state keeps it though it is missing.
@@ -216,11 +219,13 @@ public:
     void restoreLastSample();
     /// Normalize: for LIVE the gain of the input as it is written, for a file the peak that a copy
     /// of it is scaled to. Called by the knob's touch, which from then on counts for later sounds
-    /// too. Copies are at least kLeastNormalizeInterval apart; the last value always gets its own.
+    /// too.
     void ui_normalizeBuffer(Control* sender = nullptr);
-    static constexpr double kLeastNormalizeInterval = 0.1; ///< seconds
+    SoundNormalizer& normalizer() noexcept { return normalizer_; }
+    /// The peak that files are scaled to; nothing plays them as they are.
+    std::optional<float> normalizePeak() const;
     bool normalizeTouched() const { return normalizeTouched_; }
-    /// Whether Normalize applies to files; false plays them as they are. Applied at once.
+    /// Whether Normalize applies to files; false plays them as they are.
     void setNormalizeTouched(bool touched);
     /// "name, 12.345 s, 44100 Hz, WAV ..." of the current sound, for people.
     std::string fileInformation() const;
@@ -277,8 +282,7 @@ private:
     double scanSpeed() const;
     bool moveScan(double position);
     void handToEngine(const mokSample* sample);
-    bool applyNormalize();
-    std::optional<float> filePeak() const;
+    void applyNormalize();
     void leaveLive();
     void playFile();
     bool buttonShows(ControlId id) const;
@@ -312,8 +316,6 @@ private:
     SampleReference reference_;
     CapturedMemory capturedMemory_;
     bool normalizeTouched_ = false;
-    double normalizedAt_ = -kLeastNormalizeInterval; // when a copy was last made
-    RunLoop::Token normalizing_ = 0;                 // the next copy, which waits for its time
     bool liveAllowed_ = true;
     std::uint64_t liveStarts_ = 0;
     float regionStart_ = 0.0f, regionEnd_ = 1.0f;
@@ -322,6 +324,7 @@ private:
     std::uint32_t seed_;
     double bufferFrames_ = 512.0;
     std::shared_ptr<void> life_ = std::make_shared<char>(); // posted steps end with the stream
+    SoundNormalizer normalizer_;
 };
 
 /// The record of a stream's engine and live input; null for null. Any thread.

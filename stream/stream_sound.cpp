@@ -18,12 +18,19 @@ void MOK_SCRUB_GRANULATOR::handToEngine(const mokSample* sample) {
 
 bool MOK_SCRUB_GRANULATOR::loadSound(std::shared_ptr<const mokSample> sound,
                                      SampleReference reference, SoundUse use) {
-    if (!sound || !isPlayable(*sound)) return false;
-    if (reference.frames == 0) reference.frames = sound->size;
-    if (!waveForm_.setFileSample(std::move(sound), filePeak())) return false;
+    auto playable = playableSound(std::move(sound), normalizePeak());
+    if (!playable) return false;
+    takeSound(std::move(*playable), std::move(reference), use);
+    return true;
+}
+
+void MOK_SCRUB_GRANULATOR::takeSound(PlayableSound sound, SampleReference reference, SoundUse use) {
+    if (reference.frames == 0) reference.frames = sound.sound->size;
+    const std::optional<float> peak = sound.wanted;
+    waveForm_.setFileSample(std::move(sound));
     nameSound(std::move(reference));
     if (waveForm_.isLiveCurrent() && use == SoundUse::play) playFile();
-    return true;
+    normalizer_.tookSound(peak); // the knob may have moved while it was made
 }
 
 void MOK_SCRUB_GRANULATOR::nameSound(SampleReference reference) {
@@ -50,12 +57,7 @@ void MOK_SCRUB_GRANULATOR::ui_normalizeBuffer(Control*) {
         return;
     }
     normalizeTouched_ = true;
-    if (normalizing_ != 0) return; // takes the value that the knob has by then
-    const double wait = normalizedAt_ + kLeastNormalizeInterval - instance_.runLoop.now();
-    if (wait <= 0.0)
-        applyNormalize();
-    else
-        normalizing_ = instance_.runLoop.performAfter(wait, [this] { applyNormalize(); });
+    normalizer_.turned();
 }
 
 void MOK_SCRUB_GRANULATOR::setNormalizeTouched(bool touched) {
@@ -63,24 +65,16 @@ void MOK_SCRUB_GRANULATOR::setNormalizeTouched(bool touched) {
     applyNormalize();
 }
 
-/// The peak that files are scaled to; nothing plays them as they are.
-std::optional<float> MOK_SCRUB_GRANULATOR::filePeak() const {
+std::optional<float> MOK_SCRUB_GRANULATOR::normalizePeak() const {
     if (!normalizeTouched_) return std::nullopt;
     return controls._normalizeGain.value();
 }
 
-bool MOK_SCRUB_GRANULATOR::applyNormalize() {
-    instance_.runLoop.cancel(std::exchange(normalizing_, 0));
-    if (waveForm_.isLiveCurrent()) {
+void MOK_SCRUB_GRANULATOR::applyNormalize() {
+    if (waveForm_.isLiveCurrent())
         waveForm_.data().normalizeGain = controls._normalizeGain.value();
-        return true;
-    }
-    normalizedAt_ = instance_.runLoop.now();
-    if (waveForm_.normalizeBufferWithValue(filePeak())) return true;
-    instance_.log.write(
-        "Normalize: no memory for a scaled copy of the sound, which plays as before; free some "
-        "or load a shorter one");
-    return false;
+    else
+        normalizer_.apply();
 }
 
 std::string MOK_SCRUB_GRANULATOR::fileInformation() const {

@@ -131,9 +131,6 @@ void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state, St
     stream.scrubRecorder.saveDataForRecordScrub(state);
     if (auto sample = sampleState(stream, use); !sample.empty())
         state[kSample + suffix] = std::move(sample);
-    if (use == StateUse::snapshot) return;
-    if (auto captured = capturedState(stream); !captured.empty())
-        state[kCaptured + suffix] = std::move(captured);
 }
 
 bool restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, PropertyReader& state,

@@ -17,9 +17,9 @@ enum class StateUse {
 /// region, envelope and seed, the place of a scan that stands, the recorded take and the sample's
 /// reference. A session also keeps the sample's sound, if it is short enough (embedSeconds) or no
 /// file is known that holds it, and what live input heard, both as FLAC, exact to 24 bits of the
-/// loudest frame. A snapshot names a sample below the shared or the resource folder by its file
-/// name and relative path only. Playing and armed are not kept. Ends a recording without points,
-/// see ScrubRecorder. MAIN.
+/// loudest frame: that is what StateSounds adds. A snapshot names a sample below the shared or the
+/// resource folder by its file name and relative path only. Playing and armed are not kept. Ends a
+/// recording without points, see ScrubRecorder. MAIN.
 void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state,
                      StateUse use = StateUse::session);
 

@@ -8,14 +8,14 @@ namespace zephyra {
 
 namespace {
 
-void appendBigEndian(PropertyData& data, std::uint32_t word) {
+void appendBigEndian(PropertyData::Bytes& data, std::uint32_t word) {
     for (const int shift : {24, 16, 8, 0}) data.push_back(static_cast<std::byte>(word >> shift));
 }
 
 PropertyData parameterData(const AUParameterTree& tree) {
     auto parameters = tree.children();
     std::ranges::sort(parameters, {}, [](const auto& parameter) { return parameter->address(); });
-    PropertyData data;
+    PropertyData::Bytes data;
     for (const auto& parameter : parameters) {
         appendBigEndian(data, static_cast<std::uint32_t>(parameter->address()));
         appendBigEndian(data, std::bit_cast<std::uint32_t>(parameter->value()));

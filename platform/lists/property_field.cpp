@@ -146,7 +146,7 @@ Result<std::string> formatDate(PropertyDate date) {
 }
 
 Result<PropertyData> parseBase64(std::string_view text) {
-    PropertyData data;
+    PropertyData::Bytes data;
     data.reserve(text.size() / 4 * 3 + 3);
     std::size_t digits = 0, padding = 0;
     std::uint32_t bits = 0;
@@ -167,7 +167,7 @@ Result<PropertyData> parseBase64(std::string_view text) {
         return Failure{"the data cannot be read; it must be base64, in fours of its digits"};
     if (padding > 0) data.push_back(static_cast<std::byte>(bits >> (padding == 1 ? 10 : 4)));
     if (padding == 1) data.push_back(static_cast<std::byte>(bits >> 2));
-    return data;
+    return PropertyData(std::move(data));
 }
 
 std::string formatBase64(const PropertyData& data) {

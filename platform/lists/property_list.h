@@ -1,6 +1,7 @@
 // PropertyValue: a tree of plain values, as property-list files hold it.
 #pragma once
 
+#include "platform/lists/property_data.h"
 #include "platform/text/result.h"
 
 #include <cstddef>
@@ -18,7 +19,6 @@ namespace zephyra {
 class PropertyValue;
 using PropertyArray = std::vector<PropertyValue>;
 using PropertyDictionary = std::map<std::string, PropertyValue, std::less<>>; // UTF-8 keys
-using PropertyData = std::vector<std::byte>;
 
 /// Seconds since 2001-01-01 00:00:00 UTC; files keep whole seconds.
 struct PropertyDate {

@@ -201,8 +201,7 @@ bool BinaryReader::content(const Object& found) {
     }
     if (found.kind != data) return field(found);
     if (!fits(found, 1)) return false;
-    const std::span content = bytes_.subspan(found.at, found.count);
-    list_.add(PropertyData(content.begin(), content.end()));
+    list_.add(PropertyData(bytes_.subspan(found.at, found.count)));
     return true;
 }
 

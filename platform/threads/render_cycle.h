@@ -2,9 +2,11 @@
 // no render call can see it any more.
 #pragma once
 
+#include "platform/threads/disposal.h"
 #include "platform/threads/realtime.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -45,10 +47,13 @@ class Retirement {
 public:
     explicit Retirement(const RenderCycle& cycle) : cycle_(cycle) {}
 
+    /// Bytes from which on an object is large: MAIN hands those on to be freed elsewhere.
+    static constexpr std::size_t kLargeBytes = std::size_t{1} << 22;
+
     /// Takes an object that RENDER could see until just now; call it after its pointer was
     /// replaced. Frees it at once when no render call is under way, else in a later collect().
-    void retire(std::shared_ptr<const void> object) {
-        if (object) waiting_.emplace_back(std::move(object), cycle_.count());
+    void retire(std::shared_ptr<const void> object, std::size_t bytes = 0) {
+        if (object) waiting_.push_back({std::move(object), cycle_.count(), bytes >= kLargeBytes});
         collect();
     }
 
@@ -56,8 +61,10 @@ public:
     /// call has ended since.
     void collect() {
         const std::uint64_t now = cycle_.count();
-        std::erase_if(waiting_, [now](const auto& entry) {
-            return entry.second % 2 == 0 || entry.second != now;
+        std::erase_if(waiting_, [this, now](Entry& entry) {
+            const bool isFree = entry.count % 2 == 0 || entry.count != now;
+            if (isFree && entry.isLarge) disposal_.take(std::move(entry.object));
+            return isFree;
         });
     }
 
@@ -65,8 +72,14 @@ public:
     std::size_t waiting() const noexcept { return waiting_.size(); }
 
 private:
+    struct Entry {
+        std::shared_ptr<const void> object;
+        std::uint64_t count; // of render calls, when it was retired
+        bool isLarge;
+    };
     const RenderCycle& cycle_;
-    std::vector<std::pair<std::shared_ptr<const void>, std::uint64_t>> waiting_;
+    std::vector<Entry> waiting_;
+    Disposal disposal_;
 };
 
 } // namespace zephyra

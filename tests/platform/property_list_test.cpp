@@ -70,10 +70,10 @@ TEST(PropertyList, DatesStandInWholeSecondsOverAllYears) {
 }
 
 TEST(PropertyList, TextWholeNumbersAndDataOfEveryLengthComeBack) {
-    PropertyData data;
+    PropertyData::Bytes data;
     PropertyDictionary many{{"", "empty"}, {"<&>\r\n", "]]>\"'\r\n\t\x7f \xef\xbf\xbd "}};
     for (int i = 0; i < 1200; ++i) {
-        many[std::to_string(i * 7919)] = i < 200 ? PropertyValue(data) : i;
+        many[std::to_string(i * 7919)] = i < 200 ? PropertyValue(PropertyData(data)) : i;
         data.push_back(std::byte(i * 73));
     }
     for (const std::int64_t number : {INT64_MIN, std::int64_t{-1}, INT64_MAX})

@@ -133,15 +133,16 @@ TEST_F(KeptSamples, ComeBackFromTheStateTheSameAndGoAlongAgain) {
     EXPECT_TRUE(heard(second) == heard(first) && second.state() == state);
     // A copy that is damaged, cut or another sound's is as good as none, but stays.
     const PropertyDictionary audio = *sampleOf(state).at("Audio").as<PropertyDictionary>();
-    PropertyData cut = *audio.at("FLAC").as<PropertyData>(), flipped = cut;
+    const auto whole = audio.at("FLAC").as<PropertyData>()->bytes();
+    PropertyData::Bytes cut(whole.begin(), whole.end()), flipped = cut;
     cut.resize(cut.size() / 2);
     flipped[flipped.size() / 2] ^= std::byte{0x10};
     const struct {
         const char* key;
         PropertyValue value;
         const char* finding; ///< the last one
-    } damages[] = {{"FLAC", cut, ".Audio.FLAC: "},
-                   {"FLAC", flipped, ".Audio.FLAC: "},
+    } damages[] = {{"FLAC", PropertyData(cut), ".Audio.FLAC: "},
+                   {"FLAC", PropertyData(flipped), ".Audio.FLAC: "},
                    {"FLAC", "text", ".Audio.FLAC: missing; the sound as FLAC data is needed"},
                    {"Frames", 399, ".Audio.FLAC: holds 400 frames, not as many as \"Frames\" says"},
                    {"Scale", 1e300, ".Audio: cannot be played"},

@@ -144,14 +144,14 @@ TEST_F(StreamSound, LetsAFileWaitBehindASoundThatWasChosenWhileItWasRead) {
 TEST_F(StreamSound, CleansTheTakeOfAState) {
     const Frames given{std::nanf(""), 2.0f, INFINITY, -1.0f, 0.5f};
     const auto bytes = std::as_bytes(std::span(given));
-    PropertyData data(bytes.begin(), bytes.end());
+    PropertyData::Bytes data(bytes.begin(), bytes.end());
     data.resize(data.size() + 3, std::byte{0xFF}); // most of another point
     const StreamControls& c = stream.controls;
     for (const auto& [length, size] :
          {std::pair(-9LL, 0u), {8, 8}, {1801, 1800}, {LLONG_MAX, 1800}, {2, 2}}) {
         stream.scrubRecorder.ui_scrubRec(); // ends
         player.restore({{"_0_SCRUB_REC_LENGTH_", std::int64_t{length}},
-                        {"_0_SCRUB_REC_", data},
+                        {"_0_SCRUB_REC_", PropertyData(data)},
                         {"_0_SCRUB_REC_IS_PLAYING_", 1}});
         const auto take = stream.scrubRecorder.take();
         Frames expected{0, 1, 1, 0, 0.5f};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "stream/live_export.h"
+#include "stream/state_sounds.h"
 #include "stream/stream_state.h"
 #include "tests/support/stream_probe.h"
 #include "tests/support/temporary_folder.h"
@@ -38,6 +39,10 @@ struct Player : TestStream {
     PropertyDictionary state(StateUse use = StateUse::session) {
         PropertyDictionary saved;
         saveStreamState(controller, saved, use);
+        if (use == StateUse::snapshot) return saved;
+        StateSounds sounds(controller);
+        sounds.encode();
+        sounds.addTo(saved, controller);
         return saved;
     }
     void restore(const PropertyDictionary& state) {

@@ -1,0 +1,220 @@
+// main_stretch: how long MAIN is away at a stretch while an instance does what takes long.
+//
+// A stretch is one turn of the run loop, or one hold of it by a window or a host's thread. What a
+// host sends waits for the stretch that it meets, so each row shows the longest of its operation.
+// The machine's other work adds to it: run it on an idle one.
+
+#include "hosting/hosted_instance.h"
+#include "platform/sound/audio_file_float_wav.h"
+#include "tests/support/heard_instance.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/support/test_sounds.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <thread>
+
+namespace zephyra {
+namespace {
+
+constexpr double kMostMilliseconds = 2.0, kRate = 44100.0;
+
+struct System : HeardLog, HostedInstance {
+    explicit System(const std::filesystem::path& shared)
+        : HostedInstance(component_type::musicEffect, [&](Instance& fresh) {
+              hear(fresh);
+              fresh.folders.shared = shared;
+              fresh.folders.resources = ZEPHYRA_SOURCE_DIR "/resources";
+          }) {
+        connect();
+        unit->allocateRenderResourcesAndReturnError();
+        instance.runLoop.runPosted();
+    }
+};
+
+double now() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+double milliseconds(const std::function<void()>& work) {
+    const double began = now();
+    work();
+    return 1000.0 * (now() - began);
+}
+
+/// A sound file of noise.
+std::filesystem::path soundFile(const std::filesystem::path& folder, double seconds) {
+    const auto path = folder / (std::to_string(static_cast<int>(seconds)) + ".wav");
+    const auto second = noiseSample(static_cast<std::uint64_t>(kRate), static_cast<float>(kRate));
+    FloatWavWriter writer;
+    auto done = writer.open(path, kRate, 1);
+    const float* const channel = second->getPtr();
+    for (double at = 0; done && at < seconds; ++at)
+        done = writer.write(&channel, static_cast<std::uint32_t>(kRate));
+    if (done) done = writer.close();
+    if (!done) std::exit((std::fprintf(stderr, "%s\n", done.message().c_str()), 1));
+    return path;
+}
+
+class Stretches {
+public:
+    explicit Stretches(System& system) : system_(system) {}
+
+    /// What a window does: it is MAIN for as long as that takes.
+    void row(const std::string& what, const std::function<void()>& act) {
+        outside(what, [&] {
+            longest_ = milliseconds([&] {
+                const RunLoop::Scope main(system_.instance.runLoop);
+                act();
+            });
+        });
+    }
+
+    /// What a host does on a thread of its own: only the turns of the run loop count, and what the
+    /// call itself holds it for.
+    void hostRow(const std::string& what, const std::function<void()>& act) {
+        outside(what, [&] {
+            std::atomic<bool> ended = false;
+            std::thread host([&] {
+                act();
+                ended = true;
+            });
+            while (!ended) takeHold();
+            host.join();
+        });
+    }
+
+    bool allMet() const { return allMet_; }
+
+private:
+    void outside(const std::string& what, const std::function<void()>& act) {
+        longest_ = 0.0;
+        act();
+        turns();
+        allMet_ = allMet_ && longest_ <= kMostMilliseconds;
+        std::printf("%-58s %8.2f ms   must %3.1f   %s\n", what.c_str(), longest_, kMostMilliseconds,
+                    longest_ <= kMostMilliseconds ? "met" : "MISSED");
+    }
+    /// How long the run loop lets somebody wait.
+    void takeHold() {
+        longest_ = std::max(
+            longest_, milliseconds([&] { const RunLoop::Scope main(system_.instance.runLoop); }));
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
+    }
+    /// Until background work is done, and a little longer.
+    void turns() {
+        for (int rest = 0; rest < 200; ++rest) {
+            const double turn =
+                milliseconds([&] { system_.instance.runLoop.tryAdvanceByWall(now()); });
+            longest_ = std::max(longest_, turn);
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            if (isBusy()) rest = 0;
+        }
+    }
+    bool isBusy() const {
+        return system_.view.sampleLoader.isLoading() || system_.view.liveExport.isSaving();
+    }
+
+    System& system_;
+    double longest_ = 0.0;
+    bool allMet_ = true;
+};
+
+void renderInput(System& system) {
+    StereoBlock output(512);
+    struct Input : AURenderPullInputBlock {
+        OSStatus pullInput(std::uint32_t frames, std::int64_t,
+                           AudioBufferList& list) ZEPHYRA_NONBLOCKING override {
+            for (std::uint32_t c = 0; c < list.mNumberBuffers; ++c)
+                for (std::uint32_t n = 0; n < frames; ++n)
+                    list.floats(c)[n] =
+                        static_cast<float>((seed = seed * 1664525u + 1u) >> 9) * 0x1p-24f;
+            return 0;
+        }
+        std::uint32_t seed = 1;
+    } input;
+    for (int block = 0; block < 1000; ++block) {
+        AudioBufferList list = output.from(0);
+        system.unit->internalRenderBlock()(512, list, nullptr, &input);
+    }
+}
+
+void measureSounds(System& system, Stretches& stretches, const std::filesystem::path& folder) {
+    auto& view = system.view;
+    for (const double seconds : {10.0, 60.0, 600.0, 3600.0}) {
+        const auto path = soundFile(folder, seconds);
+        const std::string length = std::to_string(static_cast<int>(seconds)) + " s";
+        stretches.row("to load " + length, [&] { view.loadSample(path); });
+        stretches.row("to turn Normalize with " + length,
+                      [&] { view._GRANULATOR_STREAM.setLinear(ControlId::normalize, 0.5f); });
+        stretches.row("to load " + length + " once more, normalized",
+                      [&] { view.loadSample(path); });
+    }
+    stretches.row("to load 10 s in its place", [&] { view.loadSample(folder / "10.wav"); });
+}
+
+void measureLive(System& system, Stretches& stretches) {
+    auto& view = system.view;
+    auto& stream = system.stream();
+    stretches.row("to switch LIVE on", [&] { stream.setLinear(ControlId::live, 1.0f); });
+    renderInput(system);
+    PropertyDictionary state;
+    stretches.hostRow("to save a session while LIVE is on",
+                      [&] { state = system.unit->getFullState(); });
+    stretches.row("to export what LIVE heard", [&] { view.liveExport.save(); });
+    stretches.row("to clear it", [&] { stream.ui_liveClear(); });
+    renderInput(system);
+    stretches.row("to switch LIVE off", [&] { stream.setLinear(ControlId::live, 0.0f); });
+    stretches.hostRow("to save a session with what LIVE heard",
+                      [&] { state = system.unit->getFullState(); });
+    stretches.hostRow("to restore it", [&] { system.unit->setFullState(state); });
+    stretches.row("to make a preset of what LIVE heard",
+                  [&] { static_cast<void>(view.snapshotState()); });
+}
+
+void measureStates(System& system, Stretches& stretches, const std::filesystem::path& folder) {
+    auto& view = system.view;
+    stretches.row("to load 60 s", [&] { view.loadSample(folder / "60.wav"); });
+    for (const auto& each : view.assignable.all())
+        view.assignments.assign(*each.control, AssignmentType::lfo);
+    PropertyDictionary state;
+    stretches.hostRow("to save a session with 60 s and all LFOs",
+                      [&] { state = system.unit->getFullState(); });
+    stretches.hostRow("to restore it", [&] { system.unit->setFullState(state); });
+    std::filesystem::remove(folder / "60.wav");
+    stretches.hostRow("to restore it without the file", [&] {
+        view.sampleLoader.cancel();
+        system.unit->setFullState(state);
+    });
+    stretches.row("to make a preset of a sound without its file",
+                  [&] { static_cast<void>(view.snapshotState()); });
+    stretches.row("to choose another envelope", [&] { system.stream().pickEnvelope(3); });
+    stretches.hostRow("to list factory presets",
+                      [&] { static_cast<void>(system.unit->factoryPresets()); });
+    stretches.row("to take 8,000 MIDI messages", [&] {
+        for (int n = 0; n < 8000; ++n) {
+            const std::uint8_t bytes[] = {0xB0, static_cast<std::uint8_t>(n % 120),
+                                          static_cast<std::uint8_t>(n / 120)};
+            system.inlet.push(bytes, sizeof bytes);
+        }
+    });
+}
+
+} // namespace
+} // namespace zephyra
+
+int main() {
+    using namespace zephyra;
+    const TemporaryFolder folder;
+    System system(folder.path());
+    Stretches stretches(system);
+    measureSounds(system, stretches, folder.path());
+    measureLive(system, stretches);
+    measureStates(system, stretches, folder.path());
+    return stretches.allMet() ? 0 : 1;
+}
