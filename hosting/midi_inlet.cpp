@@ -30,8 +30,13 @@ void MidiInlet::offer(const MidiMessage& message) ZEPHYRA_NONBLOCKING {
 // into the ring.
 void MidiInlet::take() {
     const bool burst = latest_.any();
+    // Without a clock to keep up with, all of it belongs before the next block.
+    const bool inSteps = instance_.runLoop.clock() == RunLoop::Clock::wall;
     MidiMessage message;
-    while (ring_.take(message)) handler_(message);
+    for (int taken = 0; ring_.take(message); ++taken) {
+        handler_(message);
+        if (inSteps && taken + 1 == kMostAtOnce) return; // the rest in the next turn
+    }
     if (burst) latest_.take(handler_);
 }
 

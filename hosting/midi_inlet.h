@@ -20,6 +20,9 @@ class MidiInlet {
 public:
     using Handler = std::function<void(const MidiMessage&)>;
     static constexpr std::size_t kCapacity = 8192;
+    /// Messages that one turn of a run loop on the wall clock takes from the ring, in about half a
+    /// millisecond; a long burst must not keep other instances waiting.
+    static constexpr int kMostAtOnce = 1024;
 
     /// handler is called on MAIN and must not be empty; instance must outlive this. MAIN.
     MidiInlet(Instance& instance, Handler handler);

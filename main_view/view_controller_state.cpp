@@ -59,7 +59,7 @@ PropertyDictionary AudioUnitViewController::getState() {
 }
 
 PropertyDictionary AudioUnitViewController::snapshotState() {
-    if (const Result<void> kept = keepSoundAsFile(instance_, _GRANULATOR_STREAM); !kept)
+    if (const Result<void> kept = keepSoundAsFile(_GRANULATOR_STREAM); !kept)
         presentWarning(instance_.alerts, kept.message());
     PropertyDictionary state = stateFor(StateUse::snapshot);
     state.at(state_key::kMidi).as<PropertyDictionary>()->erase(midi_key::kNavigation);

@@ -14,12 +14,12 @@ namespace {
 
 constexpr const char* kLeftOut = "what LIVE heard is left out of the state: ";
 
+} // namespace
+
 CapturedMemory::Version versionOf(const MOK_SCRUB_GRANULATOR& stream) {
     const LiveSample& live = *stream.waveForm().liveSample();
     return {stream.waveForm().liveReplacements(), stream.liveStarts(), live.heard, live.offset};
 }
-
-} // namespace
 
 void CapturedSound::encode(Log& log) {
     if (frames.empty()) return;

@@ -24,6 +24,9 @@ struct CapturedSound {
     void encode(Log& log);
 };
 
+/// Which sound the live buffer holds now. MAIN.
+CapturedMemory::Version versionOf(const MOK_SCRUB_GRANULATOR& stream);
+
 /// The current sound when it is a live or captured one that holds anything; else empty. One that
 /// stands still is encoded once. MAIN.
 CapturedSound takeCaptured(MOK_SCRUB_GRANULATOR& stream);

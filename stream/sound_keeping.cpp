@@ -6,6 +6,7 @@
 #include "platform/sound/audio_file_error.h"
 #include "platform/sound/audio_file_float_wav.h"
 #include "platform/sound/sound_file.h"
+#include "stream/captured_state.h"
 #include "stream/sample_search.h"
 
 #include <algorithm>
@@ -71,20 +72,6 @@ std::string baseName(const SampleReference& lost) {
     return isGood ? stem : "Sample";
 }
 
-Result<void> keepOnlyCopy(const fs::path& shared, MOK_SCRUB_GRANULATOR& stream) {
-    const SampleReference& lost = stream.sampleReference();
-    const auto sound = stream.waveForm().fileSound();
-    auto kept = writeSound(*sound, std::min(sound->size, lost.frames), shared, baseName(lost),
-                           FirstName::plain);
-    if (!kept) return Failure{kept.message()};
-    auto embedded = std::make_shared<EmbeddedSample>(*lost.embedded);
-    embedded->isOnlyCopy = false;
-    kept.value().embedded = std::move(embedded);
-    kept.value().unknown = lost.unknown;
-    stream.nameSound(std::move(kept.value()));
-    return {};
-}
-
 /// The live buffer from its oldest frame on, which is what positions in it count from.
 std::shared_ptr<mokSample> capturedSound(const WaveForm& waveForm) {
     const LiveSample& live = *waveForm.liveSample();
@@ -93,21 +80,6 @@ std::shared_ptr<mokSample> capturedSound(const WaveForm& waveForm) {
     waveForm.copyLive(live.offset, {sound->getPtr(), static_cast<std::size_t>(sound->size)});
     sound->writeGuardPoint();
     return sound;
-}
-
-Result<void> keepCaptured(const fs::path& shared, MOK_SCRUB_GRANULATOR& stream) {
-    const Failure noMemory{"no memory for a copy of what LIVE heard; free some"};
-    auto sound = capturedSound(stream.waveForm());
-    if (!sound) return noMemory;
-    auto kept = writeSound(*sound, sound->size, shared, kCaptureName, FirstName::numbered);
-    if (!kept) return Failure{kept.message()};
-    const bool touched = stream.normalizeTouched();
-    stream.setNormalizeTouched(false); // the input was scaled as it came in
-    const fs::path path = kept.value().path;
-    if (stream.loadSound(std::move(sound), std::move(kept.value()))) return {};
-    stream.setNormalizeTouched(touched);
-    static_cast<void>(file_calls::remove(path));
-    return noMemory;
 }
 
 bool isOnlyCopyLoaded(const SampleReference& reference) {
@@ -139,14 +111,62 @@ Result<fs::path> reserveName(const fs::path& folder, const std::string& base, Fi
     return path;
 }
 
-Result<void> keepSoundAsFile(Instance& instance, MOK_SCRUB_GRANULATOR& stream) {
-    const fs::path& shared = instance.folders.shared;
-    const bool captured = isCaptured(stream), onlyCopy = isOnlyCopyLoaded(stream.sampleReference());
-    Result<void> kept;
-    if (onlyCopy) kept = keepOnlyCopy(shared, stream); // also one that waits behind the captured
-    if (kept && captured) kept = keepCaptured(shared, stream);
-    if (captured || onlyCopy) instance.sharedFolder.post(shared_folder_notice::kSamples);
-    return kept;
+SoundKeeping::SoundKeeping(MOK_SCRUB_GRANULATOR& stream)
+    : shared_(stream.instance().folders.shared), lost_(stream.sampleReference()) {
+    if (isOnlyCopyLoaded(lost_)) onlyCopy_.sound = stream.waveForm().fileSound();
+    if (!isCaptured(stream)) return;
+    isCaptured_ = true;
+    heard_ = versionOf(stream);
+    captured_.sound = capturedSound(stream.waveForm());
+}
+
+void SoundKeeping::write() {
+    if (onlyCopy_.sound) // also one that waits behind the captured
+        onlyCopy_.file = writeSound(*onlyCopy_.sound, std::min(onlyCopy_.sound->size, lost_.frames),
+                                    shared_, baseName(lost_), FirstName::plain);
+    if (!isCaptured_ || !onlyCopy_.file) return;
+    const Failure noMemory{"no memory for a copy of what LIVE heard; free some"};
+    playable_ = playableSound(captured_.sound, std::nullopt); // the input was scaled as it came in
+    captured_.file = !playable_ ? Result<SampleReference>(noMemory)
+                                : writeSound(*captured_.sound, captured_.sound->size, shared_,
+                                             kCaptureName, FirstName::numbered);
+}
+
+Result<void> SoundKeeping::finish(MOK_SCRUB_GRANULATOR& stream) {
+    if (isNeeded()) stream.instance().sharedFolder.post(shared_folder_notice::kSamples);
+    if (!onlyCopy_.file) return Failure{onlyCopy_.file.message()};
+    if (onlyCopy_.sound) nameOnlyCopy(stream);
+    if (!captured_.file) return Failure{captured_.file.message()};
+    if (isCaptured_) playCaptured(stream);
+    return {};
+}
+
+void SoundKeeping::nameOnlyCopy(MOK_SCRUB_GRANULATOR& stream) {
+    SampleReference& kept = onlyCopy_.file.value();
+    if (stream.sampleReference() != lost_ || stream.waveForm().fileSound() != onlyCopy_.sound)
+        return dropFile(kept);
+    auto embedded = std::make_shared<EmbeddedSample>(*lost_.embedded);
+    embedded->isOnlyCopy = false;
+    kept.embedded = std::move(embedded);
+    kept.unknown = lost_.unknown;
+    stream.nameSound(std::move(kept));
+}
+
+void SoundKeeping::playCaptured(MOK_SCRUB_GRANULATOR& stream) {
+    if (!isCaptured(stream) || versionOf(stream) != heard_) return dropFile(captured_.file.value());
+    stream.setNormalizeTouched(false);
+    stream.takeSound(std::move(*playable_), std::move(captured_.file.value()));
+}
+
+/// Another sound has come meanwhile, which nobody asked to be kept.
+void SoundKeeping::dropFile(const SampleReference& kept) {
+    static_cast<void>(file_calls::remove(kept.path));
+}
+
+Result<void> keepSoundAsFile(MOK_SCRUB_GRANULATOR& stream) {
+    SoundKeeping keeping(stream);
+    keeping.write();
+    return keeping.finish(stream);
 }
 
 } // namespace zephyra

@@ -74,6 +74,9 @@ bool RunLoop::tryEnter() {
 }
 
 void RunLoop::leave() {
+    if (depth_ == 1 && !advancing_)
+        if (const double missed = missed_.exchange(kNothingMissed); missed != kNothingMissed)
+            advanceByWall(missed);
     if (--depth_ > 0) return;
     auto outside = std::exchange(outside_, {});
     holder_.store(std::thread::id(), std::memory_order_relaxed);
@@ -135,14 +138,21 @@ void RunLoop::advance(double to) {
 }
 
 bool RunLoop::tryAdvanceByWall(double seconds) {
-    if (!tryEnter()) return false;
-    if (clock_ == Clock::wall && std::isfinite(seconds)) {
-        // Never behind now(): who was taken ahead, or is driven anew, goes on from where it stands.
-        wallOffset_ = std::max(wallOffset_, now_ - seconds);
-        run(seconds + wallOffset_);
+    if (!tryEnter()) {
+        missed_ = seconds;
+        return false;
     }
+    missed_ = kNothingMissed;
+    advanceByWall(seconds);
     leave();
     return true;
+}
+
+void RunLoop::advanceByWall(double seconds) {
+    if (clock_ != Clock::wall || !std::isfinite(seconds)) return;
+    // Never behind now(): who was taken ahead, or is driven anew, goes on from where it stands.
+    wallOffset_ = std::max(wallOffset_, now_ - seconds);
+    run(seconds + wallOffset_);
 }
 
 void RunLoop::setClock(Clock clock) {
@@ -228,6 +238,15 @@ void RunLoop::beginWork() {
 void RunLoop::endWork() {
     const std::lock_guard lock(queueMutex_);
     if (work_ > 0 && --work_ == 0) workEnded_.notify_all();
+}
+
+void RunLoop::finishWork() {
+    for (;;) {
+        runPosted();
+        std::unique_lock lock(queueMutex_);
+        workEnded_.wait(lock, [this] { return work_ == 0; });
+        if (posted_.empty()) return;
+    }
 }
 
 void RunLoop::waitForWork() {

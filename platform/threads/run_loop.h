@@ -94,7 +94,8 @@ public:
     /// What WallClockDriver calls, with the seconds since it began: advances as far as they grew
     /// since the last call. The first call, and the first after a change of the clock, goes on from
     /// now(); under Clock::sample it does nothing. False, without waiting, while another thread is
-    /// MAIN. Any thread but RENDER.
+    /// MAIN: that one then advances in this one's place when it leaves, or a window that hardly
+    /// leaves MAIN would keep everybody waiting. Any thread but RENDER.
     bool tryAdvanceByWall(double seconds);
 
     /// advance(now()): the main queue only.
@@ -108,6 +109,9 @@ public:
     /// A stretch of background work, for waitForWork(); one endWork() each. Any thread but RENDER.
     void beginWork();
     void endWork();
+
+    /// Runs posted tasks and waits for background work until there is neither. The same threads.
+    void finishWork();
 
     /// Blocks until no background work is under way; its results are then posted. Called under the
     /// sample clock before each block, without a Scope. Any thread but RENDER in real time.
@@ -130,6 +134,7 @@ private:
     bool tryEnter();
     void leave();
     void run(double to);
+    void advanceByWall(double seconds);
     bool runNextDue(double to);
     void skipMissed(double to);
     void pollSources();
@@ -142,6 +147,8 @@ private:
     bool advancing_ = false;
     Relaxed<Clock> clock_{Clock::wall};
     Relaxed<double> now_{0.0};
+    static constexpr double kNothingMissed = -1.0;
+    std::atomic<double> missed_{kNothingMissed}; // seconds of a driver that found MAIN taken
     double wallOffset_ = -std::numeric_limits<double>::infinity(); // now() minus the driver's time
     Token nextToken_ = 1;
     std::map<Token, Timer> timers_;

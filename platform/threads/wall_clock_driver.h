@@ -15,7 +15,9 @@ namespace zephyra {
 /// of that run loop; on return from the destructor the thread is out of it for good.
 class WallClockDriver {
 public:
-    static constexpr double kPeriod = 0.004; // seconds between two advances
+    // Seconds between two advances: what a host sends is to be heard 5 ms later, with 2 ms for what
+    // MAIN is at.
+    static constexpr double kPeriod = 0.002;
 
     /// loop must outlive this; log hears when no thread can be started.
     WallClockDriver(RunLoop& loop, Log& log);

@@ -76,6 +76,7 @@ void Worker::run() {
 
 void Worker::perform(const std::shared_ptr<Request>& request) {
     RunLoop::Task answer = request->job(request->cancelled);
+    if (request->cancelled) answer = nullptr; // a sound in it may take long to be freed
     request->job = nullptr; // frees what it captured before anybody hears that it ended
     loop_.post([this, request, answer = std::move(answer)] {
         if (request->cancelled) return; // we may be gone

@@ -195,7 +195,8 @@ TEST(Threads, OfAHostAndItsUserMeetWithoutARaceAndLoseNoNotice) {
         tilter.join();
     }
     const auto& view = threads.hosted.view;
-    threads.hosted.instance.runLoop.runPosted(); // the last state comes back
+    threads.hosted.instance.runLoop.setClock(RunLoop::Clock::sample);
+    threads.hosted.instance.runLoop.finishWork(); // the last state comes back
     threads.leaveOnlyTheFadeAssigned();
     EXPECT_EQ(threads.arrived, threads.sent);
     EXPECT_GT(threads.inlet.replaced(), 0u); // the bursts were too long for the ring

@@ -144,6 +144,14 @@ TEST(RunLoop, GoesOnFromWhereItStandsWhenTheWallClockTakesOver) {
     EXPECT_EQ(at(20.5), 50.25);
     EXPECT_EQ(at(0.0), 50.25); // another driver
     EXPECT_EQ(at(0.5), 50.75);
+    {
+        const RunLoop::Scope window(loop);
+        EXPECT_EQ(std::async([&] { return at(0.75); }).get(), -1.0);
+        EXPECT_EQ(loop.now(), 50.75);
+    }
+    EXPECT_EQ(loop.now(), 51.0); // the window went on in the driver's place
+    { const RunLoop::Scope window(loop); }
+    EXPECT_EQ(loop.now(), 51.0);
 }
 
 TEST(WallClockDriver, DrivesOneRunLoopWhileAnotherIsHeldAndLetsGoOfBoth) {
@@ -187,8 +195,10 @@ TEST(Worker, AnswersTheLatestRequestOnlyAndNoneOnceItIsGone) {
         loop.waitForWork();
         loop.runPosted();
         EXPECT_FALSE(worker.busy());
+        worker.start([&](auto&) { return [&] { worker.start(quick(5)); }; });
+        loop.finishWork(); // also what an answer begins
     }
-    EXPECT_EQ(answers, std::vector{3});
+    EXPECT_EQ(answers, (std::vector{3, 5}));
 }
 
 // Plain numbers, which only being MAIN protects: the thread sanitizer watches.

@@ -245,8 +245,7 @@ TEST_F(KeptSamples, GetAFileOfTheirOwnBeforeASnapshotNamesThem) {
     second.restore(first.state());
     const mokSample* const plays = &second.sound();
     second->setDisplayed(ControlId::normalize, 0.5f);
-    for (int again = 0; again < 2; ++again)
-        ASSERT_TRUE(keepSoundAsFile(second.instance, second.controller));
+    for (int again = 0; again < 2; ++again) ASSERT_TRUE(keepSoundAsFile(second.controller));
     EXPECT_EQ(second->sampleReference().relativePath, "kept 1.wav");
     EXPECT_EQ(readText(folder / "shared/kept.wav"), "another");
     second->setNormalizeTouched(false);
@@ -259,16 +258,37 @@ TEST_F(KeptSamples, GetAFileOfTheirOwnBeforeASnapshotNamesThem) {
     second->waveForm().initLiveBuffer_andSamplingRate(100, 8000.0);
     second.hear(Frames(71, 0.25f));
     second.hear({3.0f});
-    ASSERT_TRUE(keepSoundAsFile(second.instance, second.controller)); // LIVE: none is kept
+    ASSERT_TRUE(keepSoundAsFile(second.controller)); // LIVE: none is kept
     EXPECT_TRUE(second->waveForm().isLiveCurrent());
     second->ui_enableLiveInput();
-    ASSERT_TRUE(keepSoundAsFile(second.instance, second.controller));
+    ASSERT_TRUE(keepSoundAsFile(second.controller));
     Frames expected(28, 0.0f);
     expected.resize(99, 0.25f);
     expected.push_back(3.0f);
     EXPECT_EQ(heard(second), expected);
     EXPECT_EQ(readSoundFile(folder / "shared/Rec 1.wav").value().samples, expected);
     EXPECT_EQ(second->sampleReference().relativePath, "Rec 1.wav");
+
+    // Another sound comes while the file is written: nobody needs the file.
+    for (const bool captured : {false, true}) {
+        second.restore(first.state());
+        if (captured) {
+            second->ui_enableLiveInput();
+            second.hear(Frames(10, 0.5f));
+            second->ui_enableLiveInput();
+        }
+        SoundKeeping keeping(second.controller);
+        ASSERT_TRUE(keeping.isNeeded());
+        keeping.write();
+        writeText(folder / "away/new.raw", rawSound(2));
+        second.loader.loadSamplePerform(folder / "away/new.raw");
+        second.finishWork();
+        const SampleReference reference = second->sampleReference();
+        EXPECT_TRUE(keeping.finish(second.controller));
+        EXPECT_EQ(second->sampleReference(), reference);
+    }
+    EXPECT_FALSE(fs::exists(folder / "shared/kept 2.wav") ||
+                 fs::exists(folder / "shared/Rec 2.wav"));
 }
 
 TEST_F(KeptSamples, AreCapturedOnceWithWhatAStateSaidOfThem) {

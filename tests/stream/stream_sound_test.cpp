@@ -92,6 +92,46 @@ TEST_F(StreamSound, IsNormalizedOnceTouchedWithoutLossOfTheOriginal) {
     EXPECT_EQ(&player.sound(), sound.get());
 }
 
+TEST_F(StreamSound, IsNormalizedInTheBackgroundWhenItIsLong) {
+    const auto louder = [this] { return player.sound().data[1] / 0.25f; };
+    const auto sound = std::make_shared<mokSample>(SoundNormalizer::kMostFramesAtOnce + 1, 8000.0f);
+    sound->data[1] = 0.25f;
+    ASSERT_TRUE(stream.loadSound(sound));
+    for (const float peak : {0.5f, 0.75f, 1.0f}) {
+        stream.setDisplayed(normalize, peak);
+        EXPECT_EQ(louder(), 1.0f); // until the copy is there
+    }
+    player.finishWork();
+    EXPECT_EQ(louder(), 2.0f);
+    player.pass(0.11); // the knob has moved since
+    player.finishWork();
+    EXPECT_EQ(louder(), 4.0f);
+    player.pass(0.11);
+    // What is asked for meanwhile holds: the sound as it is, live input, another sound.
+    const auto turned = [this](float peak, const auto& meanwhile) {
+        stream.setDisplayed(normalize, peak);
+        EXPECT_TRUE(stream.normalizer().isBusy());
+        meanwhile();
+        player.finishWork();
+        player.pass(0.11);
+        player.finishWork();
+        return &player.sound();
+    };
+    EXPECT_EQ(turned(0.5f, [this] { stream.setNormalizeTouched(false); }), sound.get());
+    const auto* const heard = turned(0.25f, [this] { stream.setDisplayed(live, 1.0f); });
+    EXPECT_EQ(heard, stream.waveForm().liveSample());
+    stream.restoreLastSample();
+    player.finishWork();
+    player.pass(0.11);
+    const auto another = std::make_shared<mokSample>(100u, 8000.0f);
+    EXPECT_EQ(turned(0.5f, [&] { stream.loadSound(another); }), another.get());
+    // A file is looked through and scaled while it is read; what the knob does then counts as well.
+    player.loader.loadSamplePerform(write(folder / "long.raw", SoundNormalizer::kMostFramesAtOnce));
+    stream.setDisplayed(normalize, 0.1f);
+    player.finishWork();
+    EXPECT_EQ(player.sound().size, SoundNormalizer::kMostFramesAtOnce);
+}
+
 TEST_F(StreamSound, StaysWhatLiveHeardUntilAFileComesAndExportsItInTheOrderOfTime) {
     stream.play();
     for (const double rate : {0.0, -44100.0, 1e300, 32000.0}) {

@@ -26,10 +26,7 @@ struct Player : TestStream {
 
     explicit Player(const TemporaryFolder& folder) { instance.folders.shared = folder / "shared"; }
     /// Until nothing is being read or written.
-    void finishWork() {
-        instance.runLoop.waitForWork();
-        instance.runLoop.runPosted();
-    }
+    void finishWork() { instance.runLoop.finishWork(); }
     void hear(Frames input) {
         const ChannelList list{input.data()};
         drawLiveWaveForm(&controller.waveForm(), static_cast<int>(input.size()), list.list);
