@@ -4,6 +4,7 @@
 #include "library/bank_file.h"
 #include "platform/files/folder_entries.h"
 #include "platform/text/log.h"
+#include "platform/text/odd_bytes.h"
 
 #include <algorithm>
 #include <utility>
@@ -38,7 +39,7 @@ void AudioUnitPresets::addPresets(const std::filesystem::path& bank) {
         PropertyDictionary& snapshot = *recordOf(read.value().bank, key);
         const std::string tag = snapshotTag(snapshot).value_or(kUnnamed);
         factoryPresets_.push_back(NewAUPreset(static_cast<std::int64_t>(factoryPresets_.size()),
-                                              tag + " (" + bank.stem().string() + ")"));
+                                              tag + " (" + shownFile(bank.stem()) + ")"));
         factorySnapshots_.push_back(std::move(snapshot));
     }
 }

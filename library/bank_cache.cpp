@@ -4,6 +4,7 @@
 #include "platform/files/file_calls.h"
 #include "platform/files/whole_file.h"
 #include "platform/text/names.h"
+#include "platform/text/odd_bytes.h"
 
 #include <utility>
 
@@ -73,7 +74,7 @@ Result<BankCache::Entry*> BankCache::entry(const fs::path& path, Wanted wanted) 
 Result<BankCache::Entry*> BankCache::readEntry(const fs::path& path, Wanted wanted) {
     const auto whole = readWholeFile(path, kBankLimits.bytes);
     if (!whole) return failed(path, whole.message());
-    auto bank = readBank(whole.value().bytes, path.string());
+    auto bank = readBank(whole.value().bytes, shownFile(path));
     Entry& entry = entries_[path];
     entry = {whole.value().stamp, nullptr, {}, nullptr};
     if (!bank) {

@@ -3,6 +3,7 @@
 #include "platform/files/backup_flag.h"
 #include "platform/files/whole_file.h"
 #include "platform/lists/property_path.h"
+#include "platform/text/odd_bytes.h"
 
 #include <utility>
 
@@ -34,7 +35,7 @@ Result<std::string> bankText(const Bank& bank) {
 }
 
 Failure failure(const std::filesystem::path& path, const std::string& reason) {
-    return Failure{path.string() + " cannot be written: " + reason};
+    return Failure{shownFile(path) + " cannot be written: " + reason};
 }
 
 } // namespace
@@ -56,7 +57,7 @@ Result<Bank> readBank(std::span<const std::byte> bytes, const std::string& name)
 Result<BankOnDisk> readBank(const std::filesystem::path& path) {
     const auto whole = readWholeFile(path, kBankLimits.bytes);
     if (!whole) return Failure{whole.message()};
-    auto bank = readBank(whole.value().bytes, path.string());
+    auto bank = readBank(whole.value().bytes, shownFile(path));
     if (!bank) return Failure{bank.message()};
     return BankOnDisk{std::move(bank.value()), whole.value().stamp};
 }

@@ -5,6 +5,7 @@
 #include "platform/files/file_lock.h"
 #include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
+#include "platform/text/odd_bytes.h"
 
 #include <algorithm>
 #include <optional>
@@ -21,11 +22,6 @@ using Content = BankCache::Content;
 
 constexpr const char* kInvalidName = "Invalid file name";
 
-/// Others can be neither shown nor kept in a session.
-bool isBankName(const std::string& name) {
-    return isFileName(name) && extensionOf(name) == kBankExtension;
-}
-
 /// Whether something stands there; unknown counts as there, so that nothing is written over it.
 bool isThere(const fs::path& path) {
     std::error_code ignored;
@@ -39,7 +35,7 @@ std::error_code lockFolder(const fs::path& folder, FileLock& lock) {
 }
 
 Failure failure(const fs::path& path, const char* what, std::error_code error) {
-    return Failure{path.string() + " cannot be " + what + ": " + error.message()};
+    return Failure{shownFile(path) + " cannot be " + what + ": " + error.message()};
 }
 
 /// What change makes of it; null when it leaves the bank alone.
@@ -83,22 +79,24 @@ BankFolder::BankFolder(const Folders& folders, std::shared_ptr<BankCache> cache)
 
 std::vector<ListedBank> BankFolder::list() const {
     std::set<std::string> users;
-    for (const std::string& name : folderEntries(folders_.shared))
-        if (isBankName(name)) users.insert(name);
+    for (const std::string& file : folderEntries(folders_.shared))
+        if (auto name = bankNameOf(file)) users.insert(std::move(*name));
     for (const auto& entry : unwritten_) users.insert(entry.first);
 
     std::vector<ListedBank> banks;
     for (const std::string& name : users) banks.push_back({name});
-    for (const std::string& name : folderEntries(folders_.resources))
-        if (isBankName(name) && !users.contains(name)) banks.push_back({name, kFactoryMarker});
+    for (const std::string& file : folderEntries(folders_.resources))
+        if (auto name = bankNameOf(file); name && !users.contains(*name))
+            banks.push_back({std::move(*name), kFactoryMarker});
     std::ranges::sort(banks, {}, &ListedBank::name);
     return banks;
 }
 
 fs::path BankFolder::locate(const std::string& name) const {
     if (!isBankName(name)) return {};
+    const std::string file = bankFileName(name);
     for (const fs::path& folder : {folders_.shared, folders_.resources})
-        if (!folder.empty() && isThere(folder / name)) return folder / name;
+        if (!folder.empty() && isThere(folder / file)) return folder / file;
     return {};
 }
 
@@ -151,7 +149,7 @@ BankFolder::Start BankFolder::startOf(const std::string& name, const Content& fa
                                                           : emptyBank();
     fs::path path = shared(name);
     if (!isInSharedFolder(name)) {
-        path = folders_.resources / name;
+        path = folders_.resources / bankFileName(name);
         const bool isFactory = !folders_.resources.empty() && isThere(path);
         const bool isBaseKnown =
             unwritten != unwritten_.end() ? !unwritten->second.isGuess : fallback != nullptr;
@@ -167,7 +165,9 @@ BankFolder::Start BankFolder::startOf(const std::string& name, const Content& fa
 
 BankFolder::Changed BankFolder::change(const std::string& name, Change change, Content fallback,
                                        Unreadable unreadable) {
-    if (!isBankName(name)) return {nullptr, kInvalidName, true, false};
+    const bool isKnown = fallback || !locate(name).empty() || hasUnwritten(name);
+    if (!isBankName(name) || !(isKnown || isNewBankName(name)))
+        return {nullptr, kInvalidName, true, false};
     FileLock lock;
     const std::error_code locking = lockFolder(folders_.shared, lock);
     std::string problem = locking ? failure(shared(name), "written", locking).message : "";
@@ -210,7 +210,7 @@ BankFolder::Changed BankFolder::finish(const std::string& name, Unwritten known,
     if (!possible && canBeWritten(*known.shown)) {
         unwritten_.erase(name);
         if (!known.changes.empty()) unwritten_.insert_or_assign(name, known);
-        problem = shared(name).string() + " cannot be written: " + possible.message();
+        problem = shownFile(shared(name)) + " cannot be written: " + possible.message();
         return {known.shown, std::move(problem), false, false};
     }
     return {content, std::move(problem), false, true};
@@ -253,17 +253,17 @@ Result<void> BankFolder::moveAside(const fs::path& path) {
 
 // --- whole banks ---
 
-Result<bool> BankFolder::create(const std::string& name) {
-    if (!isBankName(name)) return Failure{kInvalidName};
+Result<bool> BankFolder::create(const std::string& name, const Bank& content) {
+    if (!isNewBankName(name)) return Failure{kInvalidName};
     FileLock lock;
     if (const std::error_code error = lockFolder(folders_.shared, lock))
         return failure(shared(name), "written", error);
     if (hasUnwritten(name)) return false;
-    return createBank(shared(name), {});
+    return createBank(shared(name), content);
 }
 
 Result<bool> BankFolder::rename(const std::string& from, const std::string& to) {
-    if (!isBankName(from) || !isBankName(to)) return Failure{kInvalidName};
+    if (!isBankName(from) || !(isNewBankName(to) || to == from)) return Failure{kInvalidName};
     FileLock lock;
     if (const std::error_code error = lockFolder(folders_.shared, lock))
         return failure(shared(from), "renamed", error);

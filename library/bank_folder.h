@@ -3,6 +3,7 @@
 #pragma once
 
 #include "library/bank_cache.h"
+#include "library/bank_name.h"
 #include "platform/files/folders.h"
 #include "platform/text/result.h"
 
@@ -15,7 +16,7 @@
 
 namespace zephyra {
 
-/// A bank's file name with extension.
+/// A bank by its name (bank_name.h): the file name with extension, as text.
 struct ListedBank {
     std::string name;
     std::string marker = {}; ///< kFactoryMarker for one that stands in the resource folder only
@@ -24,9 +25,10 @@ struct ListedBank {
 };
 inline constexpr const char* kFactoryMarker = "***";
 
-/// Nothing is ever written outside the shared folder: names that are no plain file names are
-/// refused. Every change takes the folder's lock, starts from what stands on disk by then, and
-/// replaces the file; so programs that change one bank at the same time lose nothing. MAIN.
+/// Nothing is ever written outside the shared folder: names that are not a
+/// bank's (bank_name.h) are refused. Every change takes the folder's lock, starts from what stands
+/// on disk by then, and replaces the file; so programs that change one bank at the same time lose
+/// nothing. MAIN.
 class BankFolder {
 public:
     /// folders must outlive this. cache may be shared with others of the same thread.
@@ -38,8 +40,8 @@ public:
 
     const Folders& folders() const { return folders_; }
 
-    /// Both folders' banks (no other file names than isFileName's), sorted by bytes; a user's bank,
-    /// also one that could not be written yet, hides the factory's of the same name.
+    /// Both folders' banks, sorted by bytes; a user's bank, also one that could not be written yet,
+    /// hides the factory's of the same name.
     std::vector<ListedBank> list() const;
 
     /// Where the bank stands: in the shared folder, else in the resource folder; empty for neither.
@@ -75,8 +77,9 @@ public:
     /// Tries again to write what could not be written; nothing happens when there is nothing.
     Changed retry(const std::string& name);
 
-    /// An empty bank. False when the shared folder has one of that name.
-    Result<bool> create(const std::string& name);
+    /// A bank with that content, whole or not at all. False when the shared folder has one of that
+    /// name.
+    Result<bool> create(const std::string& name, const Bank& content = {});
     /// Only within the shared folder; false, and nothing changed, when `from` is not there or `to`
     /// is. A failure is the system's, as one line.
     Result<bool> rename(const std::string& from, const std::string& to);
@@ -108,7 +111,9 @@ private:
     Changed finish(const std::string& name, Unwritten known, Change change, std::string problem);
     std::string settle(const std::string& name, Unwritten next, std::string problem);
     Result<void> moveAside(const std::filesystem::path& path);
-    std::filesystem::path shared(const std::string& name) const { return folders_.shared / name; }
+    std::filesystem::path shared(const std::string& name) const {
+        return folders_.shared / bankFileName(name);
+    }
 
     const Folders& folders_;
     std::shared_ptr<BankCache> cache_;

@@ -15,8 +15,8 @@ namespace {
 constexpr const char* kExisting = "Existing file name";
 constexpr const char* kInvalid = "Invalid file name";
 
-/// What was typed for a bank as its file name.
-std::string bankFileName(const std::string& typed) {
+/// What was typed for a bank, with its extension.
+std::string bankName(const std::string& typed) {
     return extensionOf(typed) == kBankExtension ? typed : typed + "." + std::string(kBankExtension);
 }
 
@@ -69,8 +69,8 @@ void QuickPresetsManager::setSnapshotName(const std::string& bank, const std::st
 }
 
 void QuickPresetsManager::renameBank(const std::string& from, const std::string& typed) {
-    const std::string to = bankFileName(typed);
-    if (!isFileName(to)) return present(warning(kInvalid));
+    const std::string to = bankName(typed);
+    if (to != from && !isNewBankName(to)) return present(warning(kInvalid));
     const auto moved = banks_.rename(from, to);
     if (moved && !moved.value()) return present(warning(kExisting, "Close"));
     if (!moved) {

@@ -5,7 +5,7 @@
 #include "library/quick_presets_manager.h"
 #include "platform/clock.h"
 #include "platform/files/file_name.h"
-#include "platform/files/folder_entries.h"
+#include "platform/text/odd_bytes.h"
 
 #include <utility>
 
@@ -23,8 +23,8 @@ void QuickPresetsManager::readBankFromDisk() {
     const std::string* const selected = selectedBank();
     const std::string name = selected ? *selected : std::string();
     if (banks_.locate(name).empty() && !banks_.hasUnwritten(name)) {
-        instance_.log.write(
-            "Warning, no file exist at path: " + (getResourcesFolder() / name).string() + "!");
+        instance_.log.write("Warning, no file exist at path: " +
+                            shownFile(getResourcesFolder() / bankFileName(name)) + "!");
         return;
     }
     const auto content = banks_.read(name);
@@ -58,8 +58,7 @@ void QuickPresetsManager::writeBankToDisk() {
 void QuickPresetsManager::changeBank(const std::string& name, BankFolder::Change change, Done done,
                                      BankFolder::Unreadable unreadable) {
     if (getAppGroupsFolder().empty()) return report("There is no shared folder for banks; set one");
-    if (!isFileName(name) || extensionOf(name) != kBankExtension)
-        return report("Invalid file name");
+    if (!isBankName(name)) return report("Invalid file name");
     const bool wasThere = banks_.isInSharedFolder(name);
     const auto changed =
         banks_.change(name, change, name == contentName_ ? _currentBank : nullptr, unreadable);

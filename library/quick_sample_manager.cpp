@@ -3,6 +3,7 @@
 #include "platform/files/file_calls.h"
 #include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
+#include "platform/text/odd_bytes.h"
 
 #include <algorithm>
 #include <iterator>
@@ -23,7 +24,8 @@ std::string refusal() {
 
 std::vector<TableRow> rowsOf(const std::vector<std::string>& files) {
     std::vector<TableRow> rows;
-    for (const std::string& file : files) rows.push_back({.title = percentDecoded(file)});
+    for (const std::string& file : files)
+        rows.push_back({.title = typedFromBytes(percentDecoded(file))});
     return rows;
 }
 
@@ -107,7 +109,7 @@ void QuickSampleManager::tableView_commitDeleteForRowAtIndexPath(LibraryTable::P
     const auto row = static_cast<std::ptrdiff_t>(place.row);
     const std::filesystem::path file = instance_.folders.shared / _listOfFiles[place.row];
     if (const std::error_code error = file_calls::remove(file))
-        instance_.log.write(file.string() + " cannot be deleted: " + error.message());
+        instance_.log.write(shownFile(file) + " cannot be deleted: " + error.message());
     _listOfFiles.erase(_listOfFiles.begin() + row);
     auto& rows = table_.sections[kSharedSection].rows;
     rows.erase(rows.begin() + row);

@@ -1,7 +1,6 @@
 #include "presets/picked_presets.h"
 
 #include "library/bank_edits.h"
-#include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
@@ -27,11 +26,10 @@ Result<PickedPresets> pickPresets(BankFolder& banks, std::string_view bank,
 Result<std::string> newBankName(std::string_view typed) {
     std::string name(typed);
     if (extensionOf(name) != kBankExtension) name.append(".").append(kBankExtension);
-    if (isFileName(name) && isFileName(stemOf(name)) && extensionOf(name) == kBankExtension)
-        return name;
+    if (isNewBankName(name)) return name;
     return Failure{"no bank can be called " + inQuotes(typed) +
-                   "; a name has at most 247 bytes, no / and no control characters, and is neither "
-                   "\".\" nor \"..\""};
+                   "; a name is UTF-8 of at most 247 bytes, without / and control characters, and "
+                   "neither \".\" nor \"..\""};
 }
 
 Result<std::string> findOrNameBank(BankFolder& banks, std::string_view typed) {

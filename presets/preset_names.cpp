@@ -3,6 +3,7 @@
 #include "platform/files/folder_entries.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
+#include "platform/text/odd_bytes.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>
@@ -94,7 +95,9 @@ Failure ambiguous(const std::string& bank, const Snapshots& snapshots, const Tex
 
 Result<std::string> findBank(BankFolder& folder, std::string_view typed) {
     const std::vector<ListedBank> banks = folder.list();
-    for (const std::string& name : {std::string(typed), withExtension(typed)})
+    const std::string whole = withExtension(typed);
+    for (const std::string& name : // as it is listed, or as its file is called
+         {std::string(typed), whole, typedFromBytes(typed), typedFromBytes(whole)})
         if (std::ranges::find(banks, name, &ListedBank::name) != banks.end()) return name;
     const Texts found = banksInAnyCase(banks, typed);
     if (found.empty()) return noBank(folder, banks, typed);

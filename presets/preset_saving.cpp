@@ -4,6 +4,7 @@
 #include "platform/clock.h"
 #include "platform/files/folder_entries.h"
 #include "platform/text/message_text.h"
+#include "presets/picked_presets.h"
 
 #include <string>
 
@@ -41,7 +42,10 @@ bool put(Bank& bank, const SavedPreset& saved, const PropertyDictionary& snapsho
 } // namespace
 
 Result<void> checkPresetSaving(BankFolder& banks, const SavedPreset& saved) {
-    if (banks.locate(saved.bank).empty()) return {};
+    if (banks.locate(saved.bank).empty()) {
+        const auto name = newBankName(stemOf(saved.bank));
+        return name ? Result<void>() : Failure{"--save-bank: " + name.message()};
+    }
     const auto bank = banks.read(saved.bank);
     if (!bank) return Failure{"--save-bank: " + bank.message()};
     if (hasSnapshotNamed(*bank.value(), saved.name) && !saved.replaces) return nameIsTaken(saved);

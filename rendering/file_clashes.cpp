@@ -1,5 +1,7 @@
 #include "rendering/file_clashes.h"
 
+#include "library/bank_name.h"
+
 #include <string>
 #include <system_error>
 #include <utility>
@@ -64,7 +66,8 @@ Result<void> checkFileClashes(const RenderRequest& request, const Folders& folde
     take("--midi", host.midi);
     take("--scrub", request.motion.scrub);
     if (request.preset) take("--bank", request.preset->file);
-    if (request.savedPreset) take("--save-bank", folders.shared / request.savedPreset->bank);
+    if (request.savedPreset)
+        take("--save-bank", folders.shared / bankFileName(request.savedPreset->bank));
     if (!host.saveState || !host.state || !sameFile(*host.saveState, *host.state))
         take("--state", host.state);
 

@@ -2,6 +2,7 @@
 
 #include "platform/sound/sound_file.h"
 #include "platform/text/message_text.h"
+#include "platform/text/odd_bytes.h"
 #include "stream/embedded_sample.h"
 #include "stream/sample_search.h"
 
@@ -71,7 +72,7 @@ Result<LoadedSample> readOpen(FileBytes& file, const std::filesystem::path& shar
     try {
         return sampleOf(read.value(), file.path(), shared, std::move(hashed.value()));
     } catch (const std::bad_alloc&) {
-        return Failure{onOneLine(file.path().string()) +
+        return Failure{shownFile(file.path()) +
                        " does not fit into the memory that is free; free some, or take a shorter "
                        "sound"};
     }

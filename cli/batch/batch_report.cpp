@@ -1,5 +1,7 @@
 #include "cli/batch/batch_report.h"
 
+#include "cli/terminal/json_text.h"
+
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
@@ -27,7 +29,7 @@ std::string jsonOf(const std::vector<BatchJob>& jobs) {
         all.push_back(job.end.code == ExitCode::success
                           ? ordered_json::parse(job.end.json, nullptr, false)
                           : failureJson(job));
-    return all.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    return textOfJson(all);
 }
 
 std::string linesOf(const std::vector<BatchJob>& jobs) {

@@ -1,10 +1,12 @@
 #include "cli/commands/commands.h"
 
+#include "cli/terminal/json_text.h"
 #include "cli/terminal/text_table.h"
 #include "library/bank_edits.h"
 #include "library/preset_search.h"
 #include "platform/files/folder_entries.h"
 #include "platform/text/message_text.h"
+#include "platform/text/odd_bytes.h"
 #include "presets/preset_facts.h"
 #include "presets/preset_names.h"
 
@@ -19,10 +21,6 @@ namespace zephyra {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-ExitCode printJson(const Json& json) {
-    return printOut(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
-}
 
 std::string countText(std::size_t presets) {
     return std::to_string(presets) + (presets == 1 ? " preset" : " presets");
@@ -51,7 +49,7 @@ Result<std::vector<ListedBank>> listedBanks(BankFolder& banks, const BanksReques
 
 /// Why it cannot be read, without the path that the message begins with.
 std::string reasonOf(const std::string& message, const std::filesystem::path& file) {
-    const std::string lead = file.string() + " cannot be read: ";
+    const std::string lead = shownFile(file) + " cannot be read: ";
     return message.starts_with(lead) ? message.substr(lead.size()) : message;
 }
 
@@ -73,7 +71,7 @@ ExitCode listBanks(BankFolder& banks, const std::vector<ListedBank>& listed, boo
              summary ? countText(summary.value()->snapshots.size())
                      : "cannot be read: " + reasonOf(summary.message(), banks.locate(bank.name))});
     }
-    if (asJson) return printJson(json);
+    if (asJson) return printOut(textOfJson(std::move(json)));
     if (!table.isEmpty()) return printOut(table.text());
     const Folders& folders = banks.folders();
     return printOut(onOneLine("no bank stands in " + folders.shared.string() + " and " +
@@ -102,10 +100,10 @@ ExitCode listPresets(BankFolder& banks, const ListedBank& bank, bool asJson) {
                            {"live", facts.listensToInput}});
     }
     if (asJson)
-        return printJson({{"name", stem(bank.name)},
-                          {"file", banks.locate(bank.name).string()},
-                          {"factory", bank.isFactory()},
-                          {"presets", std::move(presets)}});
+        return printOut(textOfJson({{"name", stem(bank.name)},
+                                    {"file", banks.locate(bank.name).string()},
+                                    {"factory", bank.isFactory()},
+                                    {"presets", std::move(presets)}}));
     if (table.isEmpty()) return printOut(onOneLine(stem(bank.name)) + " holds no preset\n");
     return printOut(table.text());
 }
@@ -136,7 +134,7 @@ ExitCode listFound(BankFolder& banks, const std::vector<ListedBank>& listed,
         table.addRow({stem(bank), std::to_string(number), name, detail});
         json.push_back({{"bank", stem(bank)}, {"number", number}, {"name", name}, {"key", detail}});
     }
-    if (request.json) return printJson(json);
+    if (request.json) return printOut(textOfJson(std::move(json)));
     if (!table.isEmpty()) return printOut(table.text());
     return printOut("no bank and no preset has " + onOneLine(inQuotes(*request.search)) +
                     " in its name\n");

@@ -1,6 +1,7 @@
 #include "cli/commands/commands.h"
 
 #include "cli/terminal/interrupt.h"
+#include "cli/terminal/json_text.h"
 #include "platform/sound/loudness.h"
 #include "platform/sound/sound_file.h"
 #include "platform/text/text_numbers.h"
@@ -30,7 +31,7 @@ std::string jsonInfo(const std::string& file, const SoundFileInfo& info, const L
     json["seconds"] = secondsOf(info);
     json["peakDecibels"] = orNull(loudness.peakDecibels);
     json["loudnessLufs"] = orNull(loudness.integratedLufs);
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return textOfJson(json);
 }
 
 std::string textInfo(const SoundFileInfo& info, const Loudness& loudness) {

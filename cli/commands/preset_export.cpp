@@ -2,8 +2,10 @@
 
 #include "cli/terminal/interrupt.h"
 #include "library/bank_edits.h"
+#include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
 #include "platform/text/message_text.h"
+#include "platform/text/odd_bytes.h"
 #include "presets/picked_presets.h"
 #include "presets/sound_embedding.h"
 
@@ -16,6 +18,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
+/// Called as the bank is, unless other computers might not take the name.
+std::string portableFile(const std::string& bank) {
+    const std::string file = bankFileName(bank);
+    return isFileName(file) ? file : bank;
+}
+
 /// Where the bank goes. Fails for what is no bank's name.
 Result<fs::path> targetOf(const PresetExportRequest& request, const PickedPresets& picked) {
     if (request.output) {
@@ -23,11 +31,11 @@ Result<fs::path> targetOf(const PresetExportRequest& request, const PickedPreset
         if (extensionOf(path.filename().string()) == kBankExtension) return path;
         return Failure{"-o takes a file that ends in .zephyra, not " + inQuotes(*request.output)};
     }
-    if (!request.preset || picked.keys.size() != 1) return fs::path(picked.bank);
+    if (!request.preset || picked.keys.size() != 1) return fs::path(portableFile(picked.bank));
     const std::string name = snapshotTag(*picked.content, picked.keys.front()).value_or(kUnnamed);
-    const auto file = newBankName(name);
-    if (!file) return Failure{"no file can be called " + inQuotes(name) + "; name one with -o"};
-    return fs::path(file.value());
+    const auto bank = newBankName(typedFromBytes(name));
+    if (bank) return fs::path(bankFileName(bank.value()));
+    return Failure{"no file can be called " + inQuotes(name) + "; name one with -o"};
 }
 
 /// Its banks are the store's, and keep their sounds as files.

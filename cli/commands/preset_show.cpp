@@ -1,6 +1,7 @@
 #include "cli/commands/commands.h"
 
 #include "audiounit/control_text.h"
+#include "cli/terminal/json_text.h"
 #include "cli/terminal/text_table.h"
 #include "controls/state_keys.h"
 #include "engine/envelope_menu.h"
@@ -160,7 +161,7 @@ std::string jsonText(const std::string& bank, const std::string& key, const std:
                        {"key", key},
                        {"controls", std::move(controls)},
                        {"record", jsonOf(record)}};
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return textOfJson(json);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "cli/commands/commands.h"
 
+#include "cli/terminal/json_text.h"
 #include "cli/terminal/text_table.h"
 
 #include <array>
@@ -59,7 +60,7 @@ std::string jsonText(const CommandContext& context) {
     for (const Place& one : places(context))
         json[one.role] = {
             {"folder", one.folder.string()}, {"from", one.reason}, {"exists", one.exists}};
-    return json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+    return textOfJson(json);
 }
 
 std::string plainText(const CommandContext& context) {

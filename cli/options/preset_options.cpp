@@ -1,5 +1,6 @@
 #include "cli/options/render_options.h"
 #include "library/bank_file.h"
+#include "library/bank_name.h"
 #include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
 #include "presets/preset_names.h"
@@ -68,11 +69,12 @@ void declarePresetOptions(OptionReader& reader, RenderOptions& options) {
             return {};
         });
     reader.add("--save-bank", "BANK", "Where to save a preset; made when missing",
-               [&saved](const char* option, const std::string& text) {
+               [&saved](const char* option, const std::string& text) -> Complaint {
                    std::string& name = made(saved).bank = text;
                    if (extensionOf(name) != kBankExtension && !name.empty())
                        name.append(".").append(kBankExtension);
-                   return checkFileName(name, option, text);
+                   if (isBankName(name)) return {};
+                   return wrongValue(option, text, kRightName);
                });
     reader.add(
         "--save-preset", "NAME",

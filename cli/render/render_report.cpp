@@ -1,5 +1,6 @@
 #include "cli/render/render_report.h"
 
+#include "cli/terminal/json_text.h"
 #include "engine/envelope_menu.h"
 #include "platform/audio_unit/audio_unit_status.h"
 #include "platform/cpu_level.h"
@@ -114,8 +115,7 @@ std::string jsonReport(const RenderOutcome& outcome) {
     json["grainsDropped"] = outcome.statistics.droppedGrains;
     json["speed"] = speedOf(outcome);
     json["cpuLevel"] = cpuLevelName(chosenCpuLevel());
-    // File names need not be UTF-8; what is not becomes a replacement character.
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    return textOfJson(json);
 }
 
 std::string levelText(const OutputFile& file) {

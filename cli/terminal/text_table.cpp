@@ -22,7 +22,7 @@ std::string withoutBlanksBehind(std::string line) {
 } // namespace
 
 void TextTable::addRow(std::vector<std::string> cells) {
-    for (std::string& cell : cells) cell = onOneLine(std::move(cell));
+    for (std::string& cell : cells) cell = onOneLine(cell);
     rows_.push_back(std::move(cells));
 }
 

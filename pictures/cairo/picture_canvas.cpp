@@ -1,5 +1,7 @@
 #include "pictures/cairo/picture_canvas.h"
 
+#include "platform/text/message_text.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <numbers>
@@ -21,36 +23,6 @@ void selectFont(cairo_t* context, const TextStyle& style) {
 
 bool continuesCharacter(char c) {
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
-/// How many bytes the character at text[at] has; 0 where none is well formed.
-std::size_t characterLength(std::string_view text, std::size_t at) {
-    const auto first = static_cast<unsigned char>(text[at]);
-    const std::size_t length = first < 0x80                    ? 1
-                               : first >= 0xC2 && first < 0xE0 ? 2
-                               : first >= 0xE0 && first < 0xF0 ? 3
-                               : first >= 0xF0 && first < 0xF5 ? 4
-                                                               : 0;
-    if (length > text.size() - at) return 0;
-    for (std::size_t i = 1; i < length; ++i)
-        if (!continuesCharacter(text[at + i])) return 0;
-    // Longer forms than needed, surrogates, and what lies beyond the last character.
-    const auto second = static_cast<unsigned char>(length > 1 ? text[at + 1] : '\0');
-    const bool wrong = (first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
-                       (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F);
-    return wrong ? 0 : length;
-}
-
-/// text with a question mark for every byte that is not UTF-8: file names may hold any, and cairo
-/// stops drawing at the first.
-std::string wellFormed(std::string_view text) {
-    std::string shown;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t length = characterLength(text, at);
-        shown += length ? std::string(text.substr(at, length)) : "?";
-        at += std::max<std::size_t>(length, 1);
-    }
-    return shown;
 }
 
 /// Without its last character, which in UTF-8 may be several bytes.
@@ -115,7 +87,7 @@ void Canvas::text(double x, double y, const std::string& text, const TextStyle& 
     cairo_translate(context, x, y);
     if (style.turn == TextTurn::upwards) cairo_rotate(context, -std::numbers::pi / 2);
     cairo_move_to(context, -shift, 0);
-    cairo_show_text(context, wellFormed(text).c_str());
+    cairo_show_text(context, onOneLine(text).c_str());
     cairo_restore(context);
 }
 
@@ -123,7 +95,7 @@ double Canvas::textWidth(const std::string& text, const TextStyle& style) {
     cairo_text_extents_t extents;
     cairo_save(context_.get());
     selectFont(context_.get(), style);
-    cairo_text_extents(context_.get(), wellFormed(text).c_str(), &extents);
+    cairo_text_extents(context_.get(), onOneLine(text).c_str(), &extents);
     cairo_restore(context_.get());
     return extents.x_advance;
 }

@@ -1,6 +1,6 @@
 #include "platform/files/content_hash.h"
 
-#include "platform/text/message_text.h"
+#include "platform/text/odd_bytes.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -34,7 +34,7 @@ std::string hexadecimal(XXH128_hash_t hash) {
 constexpr const char* kMayRead = "it must be a file that you may read";
 
 Failure cannotBeRead(const std::filesystem::path& path, const char* reason) {
-    return {onOneLine(path.string()) + " cannot be read: " + reason};
+    return {shownFile(path) + " cannot be read: " + reason};
 }
 
 } // namespace

@@ -1,5 +1,9 @@
 #include "platform/files/file_name.h"
 
+#include "platform/files/folder_entries.h"
+#include "platform/text/characters.h"
+#include "platform/text/text_numbers.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <limits>
@@ -11,33 +15,12 @@ namespace zephyra {
 
 namespace {
 
-struct Character {
-    utf8proc_int32_t code; // -1: no UTF-8
-    std::size_t bytes;
-};
-
-/// The first character of text, which is not empty; a byte that is no UTF-8 stands for itself.
-Character firstCharacter(std::string_view text) {
-    utf8proc_int32_t code = -1;
-    const auto bytes = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                                        static_cast<utf8proc_ssize_t>(text.size()), &code);
-    if (bytes <= 0) return {-1, 1};
-    return {code, static_cast<std::size_t>(bytes)};
-}
-
-bool isWhiteSpace(utf8proc_int32_t code) {
+bool isWhiteSpace(std::int32_t code) {
     if (code < 0) return false;
     if ((code >= '\t' && code <= '\r') || code == 0x85) return true;
     const auto category = utf8proc_category(code);
     return category == UTF8PROC_CATEGORY_ZS || category == UTF8PROC_CATEGORY_ZL ||
            category == UTF8PROC_CATEGORY_ZP;
-}
-
-std::optional<unsigned> hexDigit(char c) {
-    if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
-    if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A' + 10);
-    if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a' + 10);
-    return std::nullopt;
 }
 
 constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
@@ -68,26 +51,24 @@ bool isFileName(std::string_view text) {
     if (text.empty() || text.size() > kMostFileNameBytes || text == "." || text == "..")
         return false;
     while (!text.empty()) {
-        const auto [code, bytes] = firstCharacter(text);
-        if (code < 0 || code == '/' || utf8proc_category(code) == UTF8PROC_CATEGORY_CC)
-            return false;
-        text.remove_prefix(bytes);
+        const Character next = firstCharacter(text);
+        if (!next.isPlain() || next.code == '/') return false;
+        text.remove_prefix(next.bytes);
     }
     return true;
+}
+
+bool isFileNameWithoutExtension(std::string_view text) {
+    return isFileName(text) && isFileName(stemOf(text));
 }
 
 std::string percentDecoded(std::string_view text) {
     std::string decoded;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool hasRoom = text[i] == '%' && text.size() - i > 2;
-        const auto high = hasRoom ? hexDigit(text[i + 1]) : std::nullopt;
-        const auto low = hasRoom ? hexDigit(text[i + 2]) : std::nullopt;
-        if (high && low) {
-            decoded += static_cast<char>(static_cast<unsigned char>(*high * 16 + *low));
-            i += 2;
-        } else {
-            decoded += text[i];
-        }
+        const auto byte =
+            text[i] == '%' ? parseHexByte(text.substr(i + 1, 2)) : std::optional<char>();
+        decoded += byte.value_or(text[i]);
+        if (byte) i += 2;
     }
     return decoded;
 }

@@ -15,6 +15,10 @@ inline constexpr std::size_t kMostFileNameBytes = 255;
 /// "..", more than kMostFileNameBytes, or bytes that are not UTF-8. Any thread.
 bool isFileName(std::string_view text);
 
+/// The same where the extension is not shown: without it, too, text must be such a name. Any
+/// thread.
+bool isFileNameWithoutExtension(std::string_view text);
+
 /// text with %XX taken for the byte it stands for; what is no such escape stays. Any thread.
 std::string percentDecoded(std::string_view text);
 

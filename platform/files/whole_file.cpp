@@ -4,7 +4,7 @@
 #include "platform/files/file_bytes.h"
 #include "platform/files/file_calls.h"
 #include "platform/files/open_file.h"
-#include "platform/text/message_text.h"
+#include "platform/text/odd_bytes.h"
 
 #include <fcntl.h>
 #include <new>
@@ -30,7 +30,7 @@ std::string reasonOf(std::error_code error) {
 }
 
 Failure failure(const fs::path& path, const char* what, const std::string& reason) {
-    return Failure{onOneLine(path.string()) + " cannot be " + what + ": " + reason};
+    return Failure{shownFile(path) + " cannot be " + what + ": " + reason};
 }
 
 std::error_code writeBytes(const fs::path& path, std::span<const std::byte> bytes) {

@@ -1,6 +1,7 @@
 #include "platform/lists/property_list.h"
 
 #include "platform/files/whole_file.h"
+#include "platform/text/odd_bytes.h"
 
 #include <array>
 
@@ -24,7 +25,7 @@ const char* PropertyValue::typeName() const noexcept {
 namespace {
 
 Failure failure(const fs::path& path, const std::string& reason) {
-    return Failure{path.string() + " cannot be " + reason};
+    return Failure{shownFile(path) + " cannot be " + reason};
 }
 
 } // namespace

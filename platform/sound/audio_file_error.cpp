@@ -1,5 +1,7 @@
 #include "platform/sound/audio_file_error.h"
 
+#include "platform/text/odd_bytes.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -58,7 +60,7 @@ OSStatus audioFileStatus(std::error_code error) noexcept {
 }
 
 Failure writeFailure(const std::filesystem::path& file, OSStatus code) {
-    return {"cannot write " + file.string() + ": " + audioFileErrorMeaning(code)};
+    return {"cannot write " + shownFile(file) + ": " + audioFileErrorMeaning(code)};
 }
 
 } // namespace zephyra

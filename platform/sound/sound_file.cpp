@@ -3,7 +3,7 @@
 #include "platform/sound/sound_file.h"
 
 #include "platform/sound/sound_file_source.h"
-#include "platform/text/message_text.h"
+#include "platform/text/odd_bytes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -27,7 +27,7 @@ constexpr const char* kTooLarge = "needs more memory than there is; cut it into 
 
 /// "NAME reason" on one line whatever bytes the name has.
 Failure failure(const std::filesystem::path& path, const std::string& reason) {
-    return Failure{onOneLine(path.string()) + " " + reason};
+    return Failure{shownFile(path) + " " + reason};
 }
 
 std::string cannotBeOpened(std::error_code error) {

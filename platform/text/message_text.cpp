@@ -1,19 +1,22 @@
 #include "platform/text/message_text.h"
 
+#include "platform/text/characters.h"
+#include "platform/text/odd_bytes.h"
+
 #include <algorithm>
 #include <cstddef>
 
 namespace zephyra {
 
-std::string onOneLine(std::string text) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        const bool isSecondBlock =
-            byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
-        if (byte < 0x20 || byte == 0x7F) text[i] = '?';
-        if (isSecondBlock) text.replace(i, 2, "?");
+std::string onOneLine(std::string_view text) {
+    std::string line;
+    while (!text.empty()) {
+        const Character next = firstCharacter(text);
+        const std::string_view bytes = text.substr(0, next.bytes);
+        line += next.isControl() ? "?" : next.code < 0 ? typedFromBytes(bytes) : std::string(bytes);
+        text.remove_prefix(next.bytes);
     }
-    return text;
+    return line;
 }
 
 std::string inQuotes(std::string_view name) {

@@ -7,9 +7,10 @@
 
 namespace zephyra {
 
-/// text with "?" for line breaks and other control characters (up to U+009F), as file names and
-/// states may have them; a terminal would act on them. Any thread but RENDER.
-std::string onOneLine(std::string text);
+/// text with "?" for line breaks and other control characters (up to U+009F), and \xHH for each
+/// byte that is not UTF-8, as states and what was typed may have them; a terminal would act on
+/// them. Names of files are shown by shownFile (odd_bytes.h). Any thread but RENDER.
+std::string onOneLine(std::string_view text);
 
 /// name between double quotes; a long one is cut. Any thread but RENDER.
 std::string inQuotes(std::string_view name);

@@ -10,11 +10,11 @@ namespace zephyra {
 namespace {
 
 /// The number that fills the whole text.
-template <typename Number>
-std::optional<Number> parseAll(std::string_view text) {
+template <typename Number, typename... Base>
+std::optional<Number> parseAll(std::string_view text, Base... base) {
     Number value{};
     const char* const end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, value);
+    const auto [stopped, error] = std::from_chars(text.data(), end, value, base...);
     if (error != std::errc() || stopped != end) return std::nullopt;
     return value;
 }
@@ -36,6 +36,11 @@ std::optional<double> parseNumber(std::string_view text) {
 
 std::optional<std::uint64_t> parseWhole(std::string_view text) {
     return parseAll<std::uint64_t>(text);
+}
+
+std::optional<char> parseHexByte(std::string_view digits) {
+    const auto byte = parseAll<unsigned char>(digits, 16);
+    return byte && digits.size() == 2 ? std::optional(static_cast<char>(*byte)) : std::nullopt;
 }
 
 std::string formatNumber(double value) {

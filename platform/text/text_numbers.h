@@ -15,6 +15,9 @@ std::optional<double> parseNumber(std::string_view text);
 /// The whole text as a whole number from 0 up; none for anything else, signs included.
 std::optional<std::uint64_t> parseWhole(std::string_view text);
 
+/// The byte of two hexadecimal digits, in either case; none for anything else.
+std::optional<char> parseHexByte(std::string_view digits);
+
 /// The shortest text that reads back as value: "0.5", "220", "1e-07".
 std::string formatNumber(double value);
 std::string formatNumber(float value);

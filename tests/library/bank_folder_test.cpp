@@ -54,7 +54,10 @@ TEST_F(BankFolderTest, OnlyPlainFileNamesOfBanksAreTaken) {
     EXPECT_EQ(banks_.change(decomposed, adding("0 - a")).problem, "");
     EXPECT_THAT(banks_.list().back(), (ListedBank{decomposed}));
     EXPECT_FALSE(banks_.rename(decomposed, decomposed).value()); // taken
-    for (const char* const name : {"../x.zephyra", "", "x.wav", ".zephyra", "\xff.zephyra"}) {
+    const char* const impossible[] = {
+        "../x.zephyra", "", "x.wav", ".zephyra", "\xff.zephyra", "\\x41.zephyra", "\\x00.zephyra",
+        "\\x2F.zephyra"};
+    for (const char* const name : impossible) {
         SCOPED_TRACE(name);
         const auto changed = banks_.change(name, adding("0 - a"));
         EXPECT_TRUE(changed.refused && changed.problem == "Invalid file name");
@@ -63,9 +66,42 @@ TEST_F(BankFolderTest, OnlyPlainFileNamesOfBanksAreTaken) {
                      banks_.rename(name, "to.zephyra"));
         EXPECT_EQ(banks_.locate(name), fs::path());
     }
-    EXPECT_EQ(shared_.entries(), 2);                 // with the lock
-    writeText(folders_.shared / "\xff.zephyra", ""); // which no session could name
-    EXPECT_EQ(banks_.list().size(), 2u);
+    for (const char* const name : {"..zephyra", "...zephyra", "\\xFF.zephyra", "\\x0A.zephyra"})
+        EXPECT_TRUE(banks_.change(name, adding("0 - a")).refused && !banks_.create(name) &&
+                    !banks_.rename(decomposed, name))
+            << name;
+    EXPECT_EQ(shared_.entries(), 2); // with the lock
+}
+
+TEST_F(BankFolderTest, BanksWhoseFilesHaveOddNamesAreListedAndCanDoAllButKeepThem) {
+    const std::string odd = std::string(246, 'n') + "\xff.zephyra"; // 255 bytes
+    const std::tuple<std::string, std::string, const char*> cases[] = {
+        {odd, std::string(246, 'n') + "\\xFF.zephyra", "a"},
+        {"\\xFF.zephyra", "\\x5CxFF.zephyra", "b"},
+        {"line\nend\uffff.zephyra", "line\\x0Aend\\xEF\\xBF\\xBF.zephyra", "c"},
+        {"..zephyra", "..zephyra", "d"},
+    };
+    for (const auto& [file, name, to] : cases) {
+        SCOPED_TRACE(name);
+        ASSERT_TRUE(writeBank(folders_.shared / file, {{"0 - a", named("Name")}}));
+        EXPECT_EQ(std::ranges::count(banks_.list(), ListedBank{name}), 1);
+        EXPECT_EQ(banks_.locate(name), folders_.shared / file);
+        EXPECT_EQ(banks_.change(name, adding("1 - b")).problem, "");
+        EXPECT_EQ(banks_.summary(name).value()->snapshots.size(), 2u);
+        EXPECT_EQ(readBank(folders_.shared / file).value().bank.size(), 2u);
+        EXPECT_FALSE(banks_.rename(name, name).value()); // taken
+        EXPECT_TRUE(banks_.rename(name, std::string(to) + ".zephyra").value());
+        EXPECT_THAT(keys(std::string(to) + ".zephyra"), ElementsAre("0 - a", "1 - b"));
+        EXPECT_TRUE(writeBank(folders_.shared / file, {}));
+        EXPECT_TRUE(banks_.remove(name).value());
+        writeText(folders_.resources / file, "no list");
+        EXPECT_EQ(std::ranges::count(banks_.list(), ListedBank{name, kFactoryMarker}), 1);
+        const std::string problem = banks_.read(name).message();
+        EXPECT_EQ(problem.find_first_of("\n\xff"), std::string::npos) << problem;
+        // What was known of one that is gone is not lost.
+        fs::remove(folders_.resources / file);
+        EXPECT_EQ(banks_.change(name, adding("1 - b"), std::make_shared<const Bank>()).problem, "");
+    }
 }
 
 TEST_F(BankFolderTest, ReadsAFileOnceUntilItChanges) {

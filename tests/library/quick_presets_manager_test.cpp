@@ -194,6 +194,9 @@ TEST_F(Presets, PresetsAndBanksTakeANewNameUnlessTheyCannot) {
                  {kPresets, "v2", "v2", ""},
                  {kBanks, "c", "v1.2", existing},
                  {kBanks, "../b", "v1.2", invalid},
+                 {kBanks, ".", "v1.2", invalid},
+                 {kBanks, "..", "v1.2", invalid},
+                 {kBanks, "a\\xFF", "v1.2", invalid},              // of a byte that is shown so
                  {kBanks, std::string(248, 'n'), "v1.2", invalid}, // 256 with the extension
                  {kBanks, "v2.0", "v2.0", ""},
                  {kBanks, "v2.zephyra", "v2", ""}};

@@ -12,10 +12,11 @@ namespace {
 
 TEST(Canvas, TextThatIsNotUtf8IsShownAndDoesNotStopTheDrawing) {
     Canvas canvas(40, 40);
-    for (const char* wrong : {"\xFF", "\xC3", "\xC0\x80", "\xE0\x80\x80", "\xED\xA0\x80",
-                              "\xF4\x90\x80\x80", "\xE2\x82", "\x80\xF0\x9F"}) {
-        EXPECT_EQ(canvas.textWidth(wrong),
-                  canvas.textWidth(std::string(std::string_view(wrong).size(), '?')));
+    for (const auto& [wrong, shown] : {std::pair("\xFF", "\\xFF"),
+                                       {"\xC0\x80", "\\xC0\\x80"},
+                                       {"\xED\xA0\x80", "\\xED\\xA0\\x80"},
+                                       {"\x80\xF0\x9F\n", "\\x80\\xF0\\x9F?"}}) {
+        EXPECT_EQ(canvas.textWidth(wrong), canvas.textWidth(shown));
         canvas.text(0, 10, wrong);
     }
     EXPECT_LT(canvas.textWidth("\xF0\x9D\x84\x9E\xE2\x99\xAA\xC3\xA4"),

@@ -1,6 +1,8 @@
-// Names and numbers as people type and read them.
+// Names, numbers and odd bytes as people type and read them.
 
+#include "platform/text/message_text.h"
 #include "platform/text/names.h"
+#include "platform/text/odd_bytes.h"
 #include "platform/text/text_numbers.h"
 
 #include <gtest/gtest.h>
@@ -30,6 +32,27 @@ TEST(TextNumbers, AreReadWholeAndWrittenShort) {
     EXPECT_EQ(formatNumber(0.341f), "0.341");
     EXPECT_EQ(formatDuration(59.96), "1:00 min");
     EXPECT_EQ(formatDuration(3723), "1:02:03 h");
+}
+
+TEST(OddBytes, AreShownSoThatNoTwoNamesLookAlikeAndCanBeTyped) {
+    const struct {
+        std::string bytes, typed, line;
+    } cases[] = {
+        {"\u00e4 夜 100% \\ \\x4 \\xyz", "\u00e4 夜 100% \\ \\x4 \\xyz",
+         "\u00e4 夜 100% \\ \\x4 \\xyz"},
+        {"b\xff", "b\\xFF", "b\\xFF"},
+        {"b\\xFF", "b\\x5CxFF", "b\\xFF"},
+        {"b\\x5cxff", "b\\x5Cx5cxff", "b\\x5cxff"},
+        {"\\x4\xff\\x\xff", "\\x4\\xFF\\x\\xFF", "\\x4\\xFF\\x\\xFF"},
+        {"a\n\x7f\u0085\xe5\xa4", "a\\x0A\\x7F\\xC2\\x85\\xE5\\xA4", "a???\\xE5\\xA4"},
+        {"\uffff\ufffe", "\\xEF\\xBF\\xBF\\xEF\\xBF\\xBE", "\uffff\ufffe"},
+    };
+    for (const auto& [bytes, typed, line] : cases) {
+        EXPECT_EQ(typedFromBytes(bytes), typed);
+        EXPECT_EQ(bytesFromTyped(typed), bytes) << typed;
+        EXPECT_EQ(onOneLine(bytes), line);
+    }
+    EXPECT_EQ(bytesFromTyped("\\xfF"), "\xff");
 }
 
 } // namespace
