@@ -5,6 +5,7 @@
 #include "platform/clock.h"
 #include "platform/files/folder_entries.h"
 #include "platform/text/message_text.h"
+#include "platform/text/odd_bytes.h"
 #include "presets/picked_presets.h"
 #include "presets/preset_adding.h"
 
@@ -16,19 +17,22 @@ namespace zephyra {
 namespace {
 
 struct ReadFile {
-    std::string name; ///< of the bank that it is to be
+    std::string name; ///< of the bank that it is to be; empty when another gets its presets
     BankCache::Content content;
 };
 
 Result<ReadFile> readFile(const PresetImportRequest& request, const std::filesystem::path& file) {
     const std::string fileName = file.filename().string();
     if (extensionOf(fileName) != kBankExtension)
-        return Failure{file.string() + " is no bank of presets; name a file that ends in .zephyra"};
+        return Failure{shownFile(file) +
+                       " is no bank of presets; name a file that ends in .zephyra"};
     auto read = readBank(file);
     if (!read) return Failure{read.message()};
-    const auto name = newBankName(request.name.value_or(fileName));
-    if (!name) return Failure{name.message()};
-    return ReadFile{name.value(), std::make_shared<const Bank>(std::move(read.value().bank))};
+    auto content = std::make_shared<const Bank>(std::move(read.value().bank));
+    if (request.bank) return ReadFile{{}, std::move(content)};
+    auto name = newBankName(request.name.value_or(typedFromBytes(fileName)));
+    if (name) return ReadFile{std::move(name.value()), std::move(content)};
+    return Failure{name.message() + (request.name ? "" : "; choose another name with --as")};
 }
 
 Failure nameIsTaken(const std::string& name) {
@@ -36,28 +40,13 @@ Failure nameIsTaken(const std::string& name) {
             " is there already; choose another name with --as, or add --yes to replace it"};
 }
 
-/// Writes the file as a bank of its own.
-Result<void> makeBank(BankFolder& banks, const ReadFile& file, bool replaces) {
-    const auto isNew = banks.create(file.name); // takes the name before anybody else does
-    if (!isNew) return Failure{isNew.message()};
-    if (!isNew.value() && !replaces) return nameIsTaken(file.name);
-    const BankFolder::Changed changed = banks.change(
-        file.name,
-        [&](Bank& bank) {
-            bank = *file.content;
-            return true;
-        },
-        nullptr, BankFolder::Unreadable::moveAside);
-    if (changed.problem.empty()) return {};
-    if (isNew.value()) static_cast<void>(banks.remove(file.name));
-    return Failure{changed.problem};
-}
-
 Result<std::string> importFile(BankFolder& banks, const PresetImportRequest& request,
                                const ReadFile& file) {
     if (!request.bank) {
-        const auto made = makeBank(banks, file, request.yes);
-        if (!made) return Failure{made.message()};
+        const auto added = addWholeBank(banks, file.name, file.content,
+                                        request.yes ? IfTaken::replace : IfTaken::refuse);
+        if (!added) return Failure{added.message()};
+        if (!added.value()) return nameIsTaken(file.name);
         const std::size_t count = file.content->size();
         return onOneLine(quotedBank(file.name)) + " is there, with " + std::to_string(count) +
                (count == 1 ? " preset\n" : " presets\n");
