@@ -6,7 +6,7 @@
 #include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
 #include "platform/files/whole_file.h"
-#include "platform/text/message_text.h"
+#include "platform/text/odd_bytes.h"
 
 #include <algorithm>
 #include <utility>
@@ -31,25 +31,44 @@ void DocumentImport::warn(const std::string& message) {
     instance_.alerts.present({.title = "Warning", .message = message, .actions = {{"Ok"}}});
 }
 
+bool DocumentImport::takes(const fs::path& document) const {
+    return std::ranges::count(kind_.extensions, extensionOf(document.filename().string())) > 0;
+}
+
+/// A copy keeps the document's extension.
+Result<std::string> DocumentImport::checkedName(const fs::path& document, std::string name) const {
+    if (!takes(document)) return Failure{kind_.refusal};
+    const bool keeps = extensionOf(name) == extensionOf(document.filename().string());
+    return keeps && isFileNameWithoutExtension(name) ? Result(std::move(name))
+                                                     : Failure{kInvalidName};
+}
+
+Result<std::string> DocumentImport::nameOf(const fs::path& document) const {
+    return checkedName(document, percentDecoded(document.filename().string()));
+}
+
+Result<std::string> DocumentImport::nameAs(const fs::path& document,
+                                           const std::string& typed) const {
+    std::string name(trimmed(typed));
+    return checkedName(document,
+                       name.append(".").append(extensionOf(document.filename().string())));
+}
+
 void DocumentImport::importDocument(const fs::path& document) {
-    const std::string given = document.filename().string(), name = percentDecoded(given);
-    const std::string_view extension = extensionOf(given);
-    if (std::ranges::find(kind_.extensions, extension) == kind_.extensions.end())
-        return warn(kind_.refusal);
-    if (!isFileName(name) || extensionOf(name) != extension) return warn(kInvalidName);
-    add({document, name});
+    const auto name = nameOf(document);
+    if (!name) return warn(name.message());
+    copyDocument(document, name.value(), IfTaken::ask);
 }
 
 void DocumentImport::importAs(const fs::path& document, const std::string& typed) {
-    const std::string_view stem = trimmed(typed);
-    const std::string name =
-        std::string(stem) + "." + std::string(extensionOf(document.filename().string()));
-    if (stem.empty() || !isFileName(name)) return warn(kInvalidName);
-    add({document, name, Copy::Taken::replace});
+    const auto name = nameAs(document, typed);
+    if (!name) return warn(name.message());
+    copyDocument(document, name.value(), IfTaken::replace);
 }
 
-void DocumentImport::add(Copy copy) {
-    waiting_.push_back(std::move(copy));
+void DocumentImport::copyDocument(const fs::path& document, const std::string& name,
+                                  IfTaken ifTaken) {
+    waiting_.push_back({document, name, ifTaken});
     startNext();
 }
 
@@ -67,17 +86,17 @@ Result<DocumentImport::Outcome> DocumentImport::perform(const Copy& copy, const 
     const auto document = readWholeFile(copy.document, kMostBytes);
     if (!document) return Failure{document.message()};
     if (const std::error_code error = file_calls::makeFolders(folder))
-        return Failure{onOneLine(copy.document.string()) + " cannot be imported: the folder " +
-                       folder.string() + " cannot be made: " + error.message()};
+        return Failure{shownFile(copy.document) + " cannot be imported: the folder " +
+                       shownFile(folder) + " cannot be made: " + error.message()};
     const fs::path target = folder / copy.name;
-    if (copy.taken == Copy::Taken::ask) {
+    FileLock lock; // or who changes a bank just now would write over what arrives
+    if (const std::error_code error = lock.lock(folder / BankFolder::kLockName))
+        return Failure{shownFile(target) + " cannot be written: " + error.message()};
+    if (copy.ifTaken == IfTaken::ask) {
         const Result<bool> created = createFile(target, document.value().bytes);
         if (!created) return Failure{created.message()};
         return created.value() ? Outcome::copied : Outcome::nameTaken;
     }
-    FileLock lock; // or a preset that somebody saves just now would bring the old bank back
-    if (const std::error_code error = lock.lock(folder / BankFolder::kLockName))
-        return Failure{target.string() + " cannot be written: " + error.message()};
     if (const auto replaced = replaceFile(target, document.value().bytes); !replaced)
         return Failure{replaced.message()};
     return Outcome::copied;

@@ -30,10 +30,22 @@ public:
     DocumentImport(Instance& instance, Kind kind, std::function<void()> refill);
     ~DocumentImport();
 
-    /// The document's name with its percent escapes decoded is the name of the copy.
+    /// The copy's name is the document's with its percent escapes decoded.
     void importDocument(const std::filesystem::path& document);
     /// The copy is called as typed, with the document's extension; what has that name is replaced.
     void importAs(const std::filesystem::path& document, const std::string& typed);
+
+    /// Whether the document's extension is one of the kind's.
+    bool takes(const std::filesystem::path& document) const;
+    /// What those two call the copy; a failure is the warning that tells why it cannot be.
+    Result<std::string> nameOf(const std::filesystem::path& document) const;
+    Result<std::string> nameAs(const std::filesystem::path& document,
+                               const std::string& typed) const;
+
+    enum class IfTaken { ask, replace };
+    /// The copy gets that name, which must be an answer of nameOf or nameAs.
+    void copyDocument(const std::filesystem::path& document, const std::string& name,
+                      IfTaken ifTaken);
 
     /// Whether one is still being read or written; one that waits for a name is not.
     bool isImporting() const { return worker_.busy() || !waiting_.empty(); }
@@ -41,15 +53,14 @@ public:
 private:
     /// A document on its way to a name in the shared folder.
     struct Copy {
-        enum class Taken { ask, replace }; ///< what happens when the name is taken
         std::filesystem::path document;
         std::string name;
-        Taken taken = Taken::ask;
+        IfTaken ifTaken = IfTaken::ask;
     };
     enum class Outcome { copied, nameTaken };
+    Result<std::string> checkedName(const std::filesystem::path& document, std::string name) const;
     static Result<Outcome> perform(const Copy& copy, const std::filesystem::path& folder);
 
-    void add(Copy copy);
     void startNext();
     void finish(const Copy& copy, const Result<Outcome>& outcome);
     void askForName(const Copy& copy);

@@ -1,11 +1,13 @@
 #include "cli/commands/commands.h"
 
+#include "cli/terminal/json_text.h"
 #include "cli/terminal/text_table.h"
 #include "library/quick_sample_manager.h"
-#include "platform/files/folder_entries.h"
+#include "platform/files/file_name.h"
 #include "platform/instance.h"
 #include "platform/sound/sound_file.h"
 #include "platform/text/message_text.h"
+#include "platform/text/odd_bytes.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>
@@ -73,18 +75,18 @@ std::string jsonText(const std::vector<ListedSample>& samples) {
         }
         json.push_back(std::move(entry));
     }
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return textOfJson(json);
 }
 
 std::string plainText(const std::vector<ListedSample>& samples) {
     TextTable table;
     for (const ListedSample& sample : samples) {
         if (!sample.info) {
-            table.addRow({sample.name, sample.section, sample.info.message()});
+            table.addRow({typedFromBytes(sample.name), sample.section, sample.info.message()});
             continue;
         }
         const SoundFileInfo& info = sample.info.value();
-        table.addRow({sample.name, sample.section, lengthText(info),
+        table.addRow({typedFromBytes(sample.name), sample.section, lengthText(info),
                       formatNumber(info.sampleRate) + " Hz", info.format});
     }
     return table.text();
@@ -109,22 +111,23 @@ void settle(Instance& instance, const DocumentImport& import) {
     } while (import.isImporting());
 }
 
-Failure nameIsTaken(const fs::path& target) {
-    return {"a sample " + inQuotes(target.filename().string()) +
+Failure nameIsTaken(const std::string& name) {
+    return {"a sample " + inQuotes(name) +
             " is there already; choose another name with --as, or add --yes to replace it"};
 }
 
-/// What the import has to say, of a name that is taken or of the file itself.
-Failure complaintOf(const Alert& alert, const fs::path& file) {
-    if (alert.textField) return nameIsTaken(file);
-    const bool namesFile = alert.message.find(file.filename().string()) != std::string::npos;
-    return {namesFile ? alert.message : file.string() + ": " + alert.message};
+Failure noSuchName(const std::string& name) {
+    return {"no sample can be called " + inQuotes(name) +
+            "; a name is UTF-8 of at most 255 bytes, without / and control characters, and neither "
+            "\".\" nor \"..\"; choose another with --as"};
 }
 
-/// Where the copy is to stand by the name that was asked for.
-fs::path namedTarget(const fs::path& folder, const fs::path& file, const std::string& name) {
+/// Without the extension, which the copy gets in any case.
+std::string stemTyped(const fs::path& file, std::string_view typed) {
+    typed = trimmed(typed);
     const std::string extension = file.extension().string();
-    return folder / (name.ends_with(extension) ? name : name + extension);
+    if (!extension.empty() && typed.ends_with(extension)) typed.remove_suffix(extension.size());
+    return std::string(typed);
 }
 
 /// One file on its way into the shared folder.
@@ -136,35 +139,23 @@ public:
 
     /// The name of the copy.
     Result<std::string> run(const fs::path& file) {
-        const fs::path target = request_.name
-                                    ? namedTarget(instance_.folders.shared, file, *request_.name)
-                                    : instance_.folders.shared / file.filename();
-        std::error_code ignored;
-        if (request_.name && !request_.yes && fs::exists(target, ignored))
-            return nameIsTaken(target);
-        start(file, target);
+        const auto name = request_.name ? import_.nameAs(file, stemTyped(file, *request_.name))
+                                        : import_.nameOf(file);
+        if (!import_.takes(file)) return Failure{shownFile(file) + ": " + name.message()};
+        if (!name) return noSuchName(request_.name.value_or(file.filename().string()));
+        {
+            const RunLoop::Scope main(instance_.runLoop);
+            import_.copyDocument(file, name.value(),
+                                 request_.yes ? IfTaken::replace : IfTaken::ask);
+        }
         settle(instance_, import_);
-        replaceIfAsked();
-        if (const Alert* const alert = instance_.alerts.current()) return complaintOf(*alert, file);
-        return target.filename().string();
+        const Alert* const alert = instance_.alerts.current();
+        if (!alert) return name;
+        return alert->textField ? nameIsTaken(name.value()) : Failure{alert->message};
     }
 
 private:
-    void start(const fs::path& file, const fs::path& target) {
-        const RunLoop::Scope main(instance_.runLoop);
-        if (request_.name)
-            import_.importAs(file, std::string(stemOf(target.filename().string())));
-        else
-            import_.importDocument(file);
-    }
-
-    void replaceIfAsked() {
-        const Alert* const alert = instance_.alerts.current();
-        if (!alert || !alert->textField || !request_.yes) return;
-        const std::string name = alert->textField->placeholder; // the alert goes as it is answered
-        instance_.alerts.answer("OK", name);
-        settle(instance_, import_);
-    }
+    using IfTaken = DocumentImport::IfTaken;
 
     const SampleImportRequest& request_;
     Instance instance_;

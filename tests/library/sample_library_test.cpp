@@ -1,11 +1,15 @@
 // Importing documents, the sample library's lists, and the built-in samples' way into the folder.
 
+#include "library/bank_folder.h"
 #include "library/quick_sample_manager.h"
 #include "library/shared_folder.h"
 #include "platform/files/file_calls.h"
 #include "tests/support/temporary_folder.h"
 
+#include <atomic>
+#include <chrono>
 #include <gmock/gmock.h>
+#include <thread>
 
 namespace zephyra {
 namespace {
@@ -63,7 +67,9 @@ TEST_F(SampleLibrary, ImportsUnderTheDecodedNameAndNothingOutsideTheFolder) {
         {"my%20bank.zephyra", "", "my bank.zephyra"}, {"100%.wav", "", "100%.wav"},
         {"loud.WAV", "Only those", "loud.WAV"},       {".wav", "Only those", ".wav"},
         {"..%2Fx.zephyra", invalid, "../x.zephyra"},  {"..%2fshared%2Fy.wav", invalid, "y.wav"},
-        {"line%0Aend.wav", invalid, "line\nend.wav"},
+        {"line%0Aend.wav", invalid, "line\nend.wav"}, {"..zephyra", invalid, "..zephyra"},
+        {"%2E.zephyra", invalid, "..zephyra"},        {"\xff.zephyra", invalid, "\xff.zephyra"},
+        {"\\xFF.zephyra", "", "\\xFF.zephyra"},
     };
     int copies = 0;
     for (const auto& [name, alert, copy] : cases) {
@@ -85,7 +91,7 @@ TEST_F(SampleLibrary, AsksForAnotherNameWhenOneIsTakenAlsoAtTheLastMoment) {
     imports.importDocument(file);
     EXPECT_EQ(imported(document("b.wav", "b")), asks); // and the next goes on
     setFileCallGate({});
-    for (const char* typed : {" \t", "../take", "a/b", "x\ny"}) {
+    for (const char* typed : {" \t", "../take", "a/b", "x\ny", ".", " .. "}) {
         instance.alerts.answer("OK", typed);
         EXPECT_EQ(finished(), "Invalid file name") << typed;
         EXPECT_EQ(imported(file), asks);
@@ -100,19 +106,49 @@ TEST_F(SampleLibrary, AsksForAnotherNameWhenOneIsTakenAlsoAtTheLastMoment) {
     EXPECT_FALSE(exists(instance.folders.shared / "c.wav"));
 }
 
+TEST_F(SampleLibrary, WhatArrivesWhileABankIsWrittenWaitsForIt) {
+    const auto bank = instance.folders.shared / "Bank.zephyra";
+    const auto file = document("Bank.zephyra", "imported");
+    for (const bool replaces : {false, true}) {
+        SCOPED_TRACE(replaces);
+        std::filesystem::remove(bank);
+        std::atomic<bool> waits = false, isStarted = false;
+        setFileCallGate(
+            [&, changing = std::this_thread::get_id()](FileCall call, const auto& path) {
+                if (std::this_thread::get_id() != changing)
+                    waits = waits || call == FileCall::lock;
+                else if (call == FileCall::rename && path.filename() == "Bank.zephyra" &&
+                         !isStarted.exchange(true)) {
+                    replaces ? imports.importAs(file, "Bank") : imports.importDocument(file);
+                    for (int i = 0; i < 5000 && !waits && readText(bank) != "imported"; ++i)
+                        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                }
+                return 0;
+            });
+        BankFolder banks(instance.folders);
+        EXPECT_EQ(banks.change("Bank.zephyra", [](Bank&) { return true; }).problem, "");
+        EXPECT_EQ(finished().empty(), replaces); // asks for another name
+        setFileCallGate({});
+        EXPECT_EQ(readText(bank) == "imported", replaces);
+        instance.alerts.answer("Cancel");
+    }
+}
+
 TEST_F(SampleLibrary, ListsSoundsOfTheFolderAndHandsOverWhatIsChosen) {
     Chosen chosen;
     Instance other;
     other.folders = instance.folders;
     QuickSampleManager manager(instance, &chosen), elsewhere(other, nullptr);
-    for (const char* name : {"b%20b.wav", "take.WAV", "A.aifc", "bank.zephyra", "wav", "c.mp3"})
+    for (const char* name :
+         {"b%20b.wav", "take.WAV", "A.aifc", "bank.zephyra", "wav", "c.mp3", "z\n%ff.raw"})
         writeText(instance.folders.shared / name, name);
     manager.viewDidLoad();
     elsewhere.viewDidLoad();
-    EXPECT_THAT(manager.listOfFiles(), ElementsAre("A.aifc", "b%20b.wav", "c.mp3"));
+    EXPECT_THAT(manager.listOfFiles(), ElementsAre("A.aifc", "b%20b.wav", "c.mp3", "z\n%ff.raw"));
     EXPECT_EQ(manager.table().sections[1].rows[1].title, "b b.wav");
+    EXPECT_EQ(manager.table().sections[1].rows[3].title, "z\\x0A\\xFF.raw");
     manager.tableView_didSelectRowAtIndexPath({0, 1});
-    manager.tableView_didSelectRowAtIndexPath({1, 3}); // no such row
+    manager.tableView_didSelectRowAtIndexPath({1, 4}); // no such row
     EXPECT_THAT(chosen.told, ElementsAre(instance.folders.shared / "Blackbird.mp3", "closed"));
     manager.tableView_commitDeleteForRowAtIndexPath({0, 1}); // built in
     manager.tableView_commitDeleteForRowAtIndexPath({1, 0});
@@ -122,7 +158,7 @@ TEST_F(SampleLibrary, ListsSoundsOfTheFolderAndHandsOverWhatIsChosen) {
     EXPECT_THAT(finished(), HasSubstr("only these audio types: \nraw\nwav\naif\n"));
     other.runLoop.runPosted();
     for (const QuickSampleManager* each : {&manager, &elsewhere})
-        EXPECT_THAT(each->listOfFiles(), ElementsAre("b%20b.wav", "c.mp3", "d.wav"));
+        EXPECT_THAT(each->listOfFiles(), ElementsAre("b%20b.wav", "c.mp3", "d.wav", "z\n%ff.raw"));
 }
 
 TEST_F(SampleLibrary, CopiesBuiltInSamplesOnceAndNeverOverAFile) {
