@@ -1,10 +1,12 @@
 #include "cli/commands/commands.h"
 
 #include "cli/terminal/interrupt.h"
+#include "cli/terminal/json_text.h"
 #include "library/bank_check.h"
 #include "platform/files/folder_entries.h"
 #include "platform/files/whole_file.h"
 #include "platform/text/message_text.h"
+#include "platform/text/odd_bytes.h"
 #include "presets/record_check.h"
 
 #include <cstddef>
@@ -31,6 +33,7 @@ std::string counted(std::size_t count, const char* one) {
 
 /// What was found out about the file, and done.
 struct Report {
+    bool isWhole = true; ///< false: the user stopped it, and more may be wrong
     std::size_t presets = 0;
     std::vector<BankFinding> findings;
     std::optional<fs::path> mended;
@@ -43,13 +46,14 @@ std::string lineOf(const BankFinding& finding) {
 }
 
 std::string plainText(const Report& report) {
-    if (report.findings.empty()) return counted(report.presets, "preset") + ", nothing wrong\n";
+    if (report.isWhole && report.findings.empty())
+        return counted(report.presets, "preset") + ", nothing wrong\n";
     std::string text;
     for (const BankFinding& finding : report.findings) text += lineOf(finding);
     if (!report.mended) return text;
     text += "\n";
     for (const std::string& note : report.notes) text += onOneLine(note) + "\n";
-    return text + onOneLine(report.mended->string()) + " holds " + counted(report.kept, "preset") +
+    return text + shownFile(*report.mended) + " holds " + counted(report.kept, "preset") +
            (report.lost > 0 ? "; " + std::to_string(report.lost) + " could not be saved\n" : "\n");
 }
 
@@ -59,13 +63,14 @@ std::string jsonText(const CheckRequest& request, const Report& report) {
         findings.push_back(
             {{"key", finding.key}, {"text", finding.text}, {"fatal", finding.fatal}});
     Json json = {{"file", request.file}, {"findings", std::move(findings)}};
-    if (report.findings.empty()) json["presets"] = report.presets;
+    if (!report.isWhole) json["interrupted"] = true;
+    if (report.isWhole && report.findings.empty()) json["presets"] = report.presets;
     if (report.mended)
         json["mended"] = {{"file", report.mended->string()},
                           {"presets", report.kept},
                           {"lost", report.lost},
                           {"notes", report.notes}};
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return textOfJson(json);
 }
 
 std::string countOf(const std::vector<BankFinding>& findings) {
@@ -79,13 +84,13 @@ Result<void> repair(const fs::path& file, std::span<const std::byte> bytes, cons
     // Without the sample files: a preset whose sample is missing keeps its name, to be found again.
     auto mended = mendBank(bytes, makeRecordCheck(folders, SampleFiles::ignore, goOn));
     if (interrupted()) return {}; // what was not looked at could not be mended
-    if (!mended) return Failure{file.string() + " cannot be mended: no preset was found in it"};
+    if (!mended) return Failure{shownFile(file) + " cannot be mended: no preset was found in it"};
     const fs::path copy =
         file.parent_path() / (std::string(stemOf(file.filename().string())) + " (mended).zephyra");
     const auto written = createBank(copy, mended->bank);
     if (!written) return Failure{written.message()};
     if (!written.value())
-        return Failure{copy.string() + " is there already; rename it or take it away"};
+        return Failure{shownFile(copy) + " is there already; rename it or take it away"};
     report.mended = copy;
     report.notes = std::move(mended->notes);
     report.kept = mended->bank.size();
@@ -113,11 +118,15 @@ ExitCode runCheck(const CommandContext& context, const CheckRequest& request) {
     if (report.findings.empty()) report.presets = presetsIn(bytes, request.file);
     Result<void> mended;
     if (request.repair && !report.findings.empty()) mended = repair(file, bytes, folders, report);
+    report.isWhole = !interrupted() || report.mended;
     const ExitCode told = printOut(request.json ? jsonText(request, report) : plainText(report));
+    if (told == ExitCode::success && !report.isWhole)
+        return endWith(ExitCode::interrupted,
+                       "interrupted; " + shownFile(file) + " was not checked to its end");
     if (told != ExitCode::success || report.findings.empty() || report.mended) return told;
     if (!mended) return endWith(ExitCode::failure, mended.message());
     return endWith(ExitCode::failure,
-                   request.file + " has " + countOf(report.findings) +
+                   shownFile(file) + " has " + countOf(report.findings) +
                        (mendBank(bytes) ? "; --repair writes a mended copy beside it"
                                         : "; no preset was found in it that could be saved"));
 }

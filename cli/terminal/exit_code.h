@@ -8,7 +8,7 @@
 
 namespace zephyra {
 
-enum class ExitCode : int { success = 0, failure = 1, wrongUsage = 2 };
+enum class ExitCode : int { success = 0, failure = 1, wrongUsage = 2, interrupted = 130 };
 
 /// Says on standard error, in one line, why the program ends with code; returns code.
 inline ExitCode endWith(ExitCode code, const std::string& reason) {

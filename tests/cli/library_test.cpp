@@ -1,7 +1,13 @@
 // What the commands about banks, presets, samples and folders do with real folders.
 
+#include "cli/commands/commands.h"
+#include "cli/terminal/interrupt.h"
 #include "library/bank_edits.h"
 #include "tests/cli/program.h"
+
+#include <csignal>
+#include <cstdio>
+#include <unistd.h>
 
 namespace zephyra {
 namespace {
@@ -50,6 +56,8 @@ protected:
 TEST_F(Library, WhatIsWrongStandsInOneLineAndChangesNothing) {
     writeText(folder / "sound.wav", "");
     writeText(folder / "broken.zephyra", "no bank");
+    for (const char* const file : {"..zephyra", "odd\n.zephyra"}) put(folder / file, {});
+    writeText(shared() / "tone.wav", "tone");
     const struct {
         const char* arguments;
         int code;
@@ -80,13 +88,26 @@ TEST_F(Library, WhatIsWrongStandsInOneLineAndChangesNothing) {
         {"preset import sound.wav", 1, "name a file that ends in .zephyra"},
         {"preset import broken.zephyra", 1, "broken.zephyra"},
         {"preset import shared/Clouds.zephyra", 1, "there already; choose another name with --as"},
+        {"preset import ..zephyra", 1, "no bank can be called \"..zephyra\"; a name is UTF-8"},
+        {"preset import 'odd\n.zephyra'", 1, "choose another name with --as"},
+        {"preset import broken.zephyra --as ..", 1, "broken.zephyra"},
+        {"preset rename Clouds .", 2, "no bank can be called \".\""},
+        {"render in.wav -o out.wav --save-bank .. --save-preset P", 2, "no bank can be called"},
+        {"render in.wav -o out.wav --save-bank 'a\\xFF' --save-preset P", 2, "can be called"},
         {"samples import broken.zephyra", 1, "ends in one of raw, wav"},
+        {"samples import broken.zephyra --as tone", 1, "ends in one of raw, wav"},
+        {"samples import in.wav --as 'tone '", 1, "a sample \"tone.wav\" is there already"},
+        {"samples import in.wav --as tone.wav", 1, "a sample \"tone.wav\" is there already"},
+        {"samples import in.wav --as x/tone", 1, "no sample can be called \"x/tone\""},
+        {"samples import in.wav --as ''", 1, "no sample can be called \"\"; a name is UTF-8"},
+        {"samples import in.wav --as ' .wav'", 1, "choose another with --as"},
         {"check none.zephyra", 1, "none.zephyra"},
     };
     const std::string before = readText(shared() / "Clouds.zephyra");
     for (const auto& [arguments, code, said] : cases) {
         expectRefused(arguments, code, said);
         EXPECT_TRUE(readText(shared() / "Clouds.zephyra") == before) << arguments;
+        EXPECT_EQ(readText(shared() / "tone.wav"), "tone") << arguments;
     }
 }
 
@@ -166,6 +187,101 @@ TEST_F(Library, ABankThatWasExportedIsTheSameOnAnotherMachineAndBringsItsSound) 
     writeText(folder / "tone.wav", "other");
     out("samples import tone.wav --yes");
     EXPECT_TRUE(readText(shared() / "tone.wav") == "other");
+}
+
+TEST_F(Library, ABankWhoseFileHasAnOddNameIsShownSoThatItCanBeTyped) {
+    put(shared() / "b\xff.zephyra", {{"0 - a", preset("Odd")}});
+    put(shared() / "b\\xFF.zephyra", {{"0 - a", preset("Plain")}});
+    const std::string all = out("banks");
+    EXPECT_THAT(all, HasSubstr("b\\x5CxFF  user     1 preset\nb\\xFF     user     1 preset\n"));
+    EXPECT_EQ(nlohmann::json::parse(out("banks --json"))[3]["name"], "b\\xFF");
+    EXPECT_THAT(out("banks 'b\\x5cxFF'"), HasSubstr("Plain"));
+    EXPECT_EQ(out("preset copy Clouds Haze 'b\\xff'"), "\"Haze\" is in \"b\\xFF\"\n");
+    const auto rendered = nlohmann::json::parse(out(
+        "render in.wav --bank 'b\\xFF' --preset Odd -o out.wav --seconds 0.1 --json --save-bank "
+        "'b\\xFF' --save-preset More --save-state host.state --set Density=50"));
+    EXPECT_EQ(rendered["savedBank"], "b\\xFF.zephyra");
+    EXPECT_THAT(readText(folder / "host.state"), HasSubstr("b\\xFF.zephyra"));
+    EXPECT_EQ(out("check 'shared/b\xff.zephyra'"), "3 presets, nothing wrong\n");
+    EXPECT_THAT(run("check 'none\xff\n'").err, HasSubstr("none\\xFF\\x0A cannot be read"));
+
+    EXPECT_EQ(out("preset export 'b\\xFF'"), "b\\xFF.zephyra holds 3 presets\n");
+    EXPECT_EQ(run("preset import 'b\\xFF.zephyra'").code, 1) << "is there, as b\\x5CxFF";
+    EXPECT_THAT(out("preset export 'b\\x5CxFF' --yes"), HasSubstr("holds 1 preset\n"));
+    out("preset import 'shared/b\xff.zephyra' --as Back");
+    EXPECT_THAT(names("Back"), ElementsAre("Odd", "Haze", "More"));
+    out("preset rename 'b\\xFF' Renamed");
+    EXPECT_EQ(names("Renamed"), names("Back"));
+    // Nothing is listed under it any more; the file is still called so.
+    EXPECT_THAT(out("banks 'b\\xFF'"), HasSubstr("Plain"));
+}
+
+TEST_F(Library, OfManyThatTakeOneNameAtOnceOneGetsIt) {
+    for (const auto& [what, extension] : {std::pair("preset", "zephyra"), {"samples", "wav"}}) {
+        const std::string name = std::string("Same.") + extension;
+        for (int i = 0; i < 8; ++i) {
+            const auto file = folder / (std::to_string(i) + "." + extension);
+            if (file.extension() == ".wav")
+                writeText(file, std::to_string(i));
+            else
+                put(file, {{"0 - a", preset(std::to_string(i))}});
+        }
+        run(std::string(what) + " import $i." + extension +
+                " --as Same && echo $i >>won.$i & done; wait",
+            "for i in 0 1 2 3 4 5 6 7; do");
+        std::vector<std::filesystem::path> won;
+        for (int i = 0; i < 8; ++i)
+            if (std::filesystem::remove(folder / ("won." + std::to_string(i))))
+                won.push_back(folder / (std::to_string(i) + "." + extension));
+        ASSERT_EQ(won.size(), 1u) << what;
+        EXPECT_TRUE(readText(shared() / name) == readText(won.front()));
+    }
+}
+
+TEST_F(Library, ASampleIsImportedUnderTheNameThatItThenHas) {
+    writeText(folder / "my%20tone.wav", "percent");
+    EXPECT_EQ(out("samples import my%20tone.wav"), "my tone.wav is there\n");
+    EXPECT_EQ(out("samples import in.wav --as ' my tone.wav ' --yes"), "my tone.wav is there\n");
+    EXPECT_TRUE(readText(shared() / "my tone.wav") == readText(folder / "in.wav"));
+    writeText(shared() / "odd\xff\n.raw", "");
+    EXPECT_THAT(out("samples"), HasSubstr("odd\\xFF\\x0A.raw       shared"));
+    EXPECT_THAT(out("samples --json"), HasSubstr("\"name\": \"odd\\\\xFF\\\\x0A.raw\""));
+}
+
+TEST_F(Library, ACheckThatIsStoppedSaysSoAndNeverThatNothingIsWrong) {
+    put(shared() / "Bad.zephyra", {{"0 - a", PropertyDictionary{}}, {"1 - b", preset("Fine")}});
+    const struct {
+        const char* bank;
+        bool repair, json;
+        const char* out;
+    } cases[] = {{"Clouds", false, false, ""},
+                 {"Clouds", false, true, "\"findings\": [],\n  \"interrupted\": true\n"},
+                 {"Bad", true, false, "0 - a: the preset shows as <unnamed>"}};
+    for (const auto& [bank, repair, json, expected] : cases) {
+        const std::string file = shared() / (std::string(bank) + ".zephyra");
+        const std::string streams[] = {folder / "out", folder / "err"};
+        const pid_t child = ::fork();
+        if (child == 0) {
+            std::freopen(streams[0].c_str(), "w", stdout);
+            std::freopen(streams[1].c_str(), "w", stderr);
+            watchInterrupts();
+            std::raise(SIGINT);
+            const CommandContext context{.folders = {shared(), factory()}};
+            const ExitCode code = runCheck(context, {file, repair, json});
+            std::fflush(stderr);
+            ::_exit(static_cast<int>(code));
+        }
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_EQ(WEXITSTATUS(status), 130);
+        EXPECT_EQ(readText(streams[1]),
+                  "zephyra: interrupted; " + file + " was not checked to its end\n");
+        if (*expected)
+            EXPECT_THAT(readText(streams[0]), HasSubstr(expected));
+        else
+            EXPECT_EQ(readText(streams[0]), "");
+        EXPECT_FALSE(std::filesystem::exists(shared() / "Bad (mended).zephyra"));
+    }
 }
 
 TEST_F(Library, ASampleThatAnotherSoundTookThePlaceOfIsFound) {
