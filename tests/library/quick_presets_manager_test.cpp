@@ -218,6 +218,22 @@ TEST_F(Presets, PresetsAndBanksTakeANewNameUnlessTheyCannot) {
     }
 }
 
+TEST_F(Presets, ABankWhoseFileHasAnOddNameIsUsedAndRenamedUnderTheNameItIsShownBy) {
+    write(folders.file("b\xff"), {{"0", named("A")}});
+    store.select("b\\xFF");
+    EXPECT_THAT(store.rows(kBanks), ElementsAre("*b\\xFF"));
+    store.saveAs("B");
+    EXPECT_EQ(onDisk("b\xff").size(), 2u);
+    for (const auto& [typed, alert] :
+         {std::pair("b\\xFF", "Warning: Existing file name"), {"Plain", ""}}) {
+        store->renameSnapshot(kBanks, 0);
+        store.answer("OK", typed);
+        EXPECT_EQ(store.alert(), alert);
+        store.instance.alerts.answer(0);
+    }
+    EXPECT_EQ(onDisk("Plain").size(), 2u);
+}
+
 TEST_F(Presets, SteppingWrapsAroundAndAnIndexFromMidiIsTakenAsNearAsThereIsOne) {
     threeBanks();
     store->loadDefaultSnapshot_snapID("a.zephyra", "0 - x");

@@ -29,12 +29,19 @@ TEST(PresetNames, MeanABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
                                   {"2 - c", preset("x")},
                                   {"3 - d", preset("Über")}});
     put(shared / "mist.zephyra", {});
+    put(shared / "m\xff.zephyra", {});
     const Folders folders{shared.path(), factory.path()};
     BankFolder banks(folders);
     const std::pair<const char*, const char*> bankNames[] = {
-        {"Clouds", "Clouds.zephyra"}, {"clouds.ZEPHYRA", "Clouds.zephyra"},
-        {"DRONES", "Drones.zephyra"}, {"mist", "mist.zephyra"},
-        {"MIST", "2 banks"},          {"Cluods", "nearest is \"Clouds\""},
+        {"Clouds", "Clouds.zephyra"},
+        {"clouds.ZEPHYRA", "Clouds.zephyra"},
+        {"DRONES", "Drones.zephyra"},
+        {"mist", "mist.zephyra"},
+        {"MIST", "2 banks"},
+        {"Cluods", "nearest is \"Clouds\""},
+        {"m\\xff", "m\\xFF.zephyra"},
+        {"m\xff", "m\\xFF.zephyra"},
+        {"m\xff.zephyra", "m\\xFF.zephyra"},
     };
     for (const auto& [typed, expected] : bankNames) {
         const auto found = findBank(banks, typed);
