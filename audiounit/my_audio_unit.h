@@ -156,7 +156,8 @@ private:
                     AURenderPullInputBlock* pullInput) ZEPHYRA_NONBLOCKING;
     OSStatus pull(std::uint32_t frames, AURenderPullInputBlock* pullInput) ZEPHYRA_NONBLOCKING;
     bool followMusicalContext() ZEPHYRA_NONBLOCKING;
-    bool followBars(double position, double numerator) ZEPHYRA_NONBLOCKING;
+    bool followBars(const AUMusicalContext& context) ZEPHYRA_NONBLOCKING;
+    bool followBarsOf(double quarters, double beat, double position) ZEPHYRA_NONBLOCKING;
     void followRewinds(double position) ZEPHYRA_NONBLOCKING;
     void followTransport(bool beginsBar) ZEPHYRA_NONBLOCKING;
     void applyEvents(const AURenderEvent* events) ZEPHYRA_NONBLOCKING;
@@ -187,6 +188,8 @@ private:
     AudioBufferList* ownOutput_ = nullptr;  // an instrument's, for a host that brings no memory
     AUHostMusicalContextBlock* capturedContext_ = nullptr;
     AUHostTransportStateBlock* capturedTransport_ = nullptr;
+    // Of a meter that is not in quarters; NaN: none yet.
+    double lastBar_ = std::numeric_limits<double>::quiet_NaN();
 
     // From RENDER to MAIN.
     std::unique_ptr<RenderNotices> notices_;

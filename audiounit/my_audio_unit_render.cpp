@@ -110,7 +110,7 @@ bool MyAudioUnit::followMusicalContext() ZEPHYRA_NONBLOCKING {
     const double position = context.currentBeatPosition;
     bool beginsBar = false;
     if (std::isfinite(position)) {
-        beginsBar = followBars(position, context.timeSignatureNumerator);
+        beginsBar = followBars(context);
         followRewinds(position);
     }
     const double tempo = context.currentTempo;
@@ -122,12 +122,30 @@ bool MyAudioUnit::followMusicalContext() ZEPHYRA_NONBLOCKING {
 }
 
 /// Tells each downbeat once, in the first cycle whose beat begins a bar.
-bool MyAudioUnit::followBars(double position, double numerator) ZEPHYRA_NONBLOCKING {
+bool MyAudioUnit::followBars(const AUMusicalContext& context) ZEPHYRA_NONBLOCKING {
+    const double numerator = context.timeSignatureNumerator;
     if (!std::isfinite(numerator)) return false;
+    const double position = context.currentBeatPosition,
+                 beat = 4 / context.timeSignatureDenominator;
+    const double quarters = std::trunc(numerator) * beat;
+    if (beat != 1.0 && quarters > 0 && std::isfinite(quarters))
+        return followBarsOf(quarters, beat, position);
     const bool begins = isMultiple(truncated(position), truncated(numerator));
     if (begins && !record_.hasBeenSynced) notice(RenderNoticeKind::bar);
     record_.hasBeenSynced = begins;
     return begins;
+}
+
+/// Of a meter whose beats are no quarters, also where a cycle passes a bar's whole first beat.
+bool MyAudioUnit::followBarsOf(double quarters, double beat, double position) ZEPHYRA_NONBLOCKING {
+    const double bar = std::floor(position / quarters);
+    const bool isFirstBeat = position - bar * quarters < beat;
+    const bool wentOn = bar == lastBar_ + 1;
+    const bool isTold = record_.hasBeenSynced && bar == lastBar_;
+    if (wentOn || (isFirstBeat && !isTold)) notice(RenderNoticeKind::bar);
+    record_.hasBeenSynced = isFirstBeat;
+    lastBar_ = bar;
+    return wentOn || isFirstBeat;
 }
 
 /// A position of 0 tells at once; one before it (a count-in) as soon as 0 is reached.

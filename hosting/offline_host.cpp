@@ -88,9 +88,10 @@ void OfflineHost::settle() {
 void OfflineHost::setTempo(double beatsPerMinute) {
     keepBeats();
     context_.currentTempo = beatsPerMinute;
+    context_.timeSignatureDenominator = denominator;
 }
 
-void OfflineHost::setMeter(double numerator) {
+void OfflineHost::setMeter(double numerator, double denominator) {
     context_.timeSignatureNumerator = numerator;
 }
 

@@ -40,7 +40,7 @@ public:
     /// The musical context from the next block on. Not finite values are not reported; a host
     /// without a tempo reports no context at all.
     void setTempo(double beatsPerMinute);
-    void setMeter(double numerator);
+    void setMeter(double numerator, double denominator = 4);
     /// In beats; while the transport moves it goes on by itself with the tempo.
     void setBeatPosition(double beats);
     double beatPosition() const { return beats_; }

@@ -32,7 +32,7 @@ struct HostRequest {
 };
 
 inline constexpr double kDefaultTempo = 120.0;
-inline constexpr int kDefaultMeter = 4;
+inline constexpr std::pair kDefaultMeter = {4, 4};
 inline constexpr double kLowestTempo = 1.0, kHighestTempo = 999.0; // beats per minute
 
 } // namespace zephyra

@@ -255,7 +255,8 @@ void OfflineRender::startTransport() {
     if (plan_.reportsContext() || follows) {
         host_.reportContext(true);
         host_.setTempo(host.tempo.value_or(kDefaultTempo));
-        host_.setMeter(host.meter ? host.meter->first : kDefaultMeter);
+        const auto [beats, value] = host.meter.value_or(kDefaultMeter);
+        host_.setMeter(beats, value);
         host_.setBeatPosition(0.0);
     }
     if (!host.transport && !follows) {

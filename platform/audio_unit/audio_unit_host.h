@@ -13,7 +13,9 @@ namespace zephyra {
 struct AUMusicalContext {
     double currentTempo = std::numeric_limits<double>::quiet_NaN(); ///< beats per minute
     double timeSignatureNumerator = std::numeric_limits<double>::quiet_NaN();
-    double currentBeatPosition = std::numeric_limits<double>::quiet_NaN(); ///< of the block's start
+    /// Of the block's start, in quarters.
+    double currentBeatPosition = std::numeric_limits<double>::quiet_NaN();
+    double timeSignatureDenominator = std::numeric_limits<double>::quiet_NaN(); ///< then 4 counts
 };
 
 /// Bits of AUTransportState::flags.

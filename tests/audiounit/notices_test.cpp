@@ -19,10 +19,10 @@ struct FollowingRig : FakeHost {
         controller.stream.ui_playStop();
     }
     /// What a cycle brings: b for a downbeat, r for a rewind, 2 for both, . for neither.
-    char at(double beat, double numerator) {
+    char at(double beat, double numerator, double denominator = NAN) {
         controller.stream.stop();
         controller.stream.setScrubNormalizedValue(0.5f);
-        context = {120.0, numerator, beat};
+        context = {120.0, numerator, beat, denominator};
         cycle(0);
         unit->takeNotices(); // without the main queue: it stays armed
         const bool rewound = controller.stream.getTimePhasor() == 0.0f;
@@ -35,6 +35,7 @@ TEST(Notices, TellEachDownbeatAndEachReturnToTheStartOnce) {
         double numerator;
         std::vector<double> beats;
         const char* told;
+        double denominator = 4;
     } rows[] = {
         {4, {-2, -1, 0, 1}, "..2."},
         {4, {0, 0, 0.5, 1, 0}, "2r..2"},
@@ -44,12 +45,20 @@ TEST(Notices, TellEachDownbeatAndEachReturnToTheStartOnce) {
         {-1, {-1e300, 1, 1e300}, "br."},
         {4, {NAN, 1, 4}, "..b"},
         {NAN, {-1, 0, 4}, ".r."},
+        {4, {3, 4, 6.5, 8}, ".b.b", NAN},
+        {4, {3, 4, 6.5, 8}, ".b.b", 0},
+        {6, {0, 1, 2.9, 3, 3.6, 6.2}, "2..b.b", 8},
+        {7, {3.4, 3.5, 3.9, 7.4, 11.2, 11.5}, ".b.bb.", 8}, // one first beat is passed over
+        {1, {0.1, 0.6, 0.7, 1}, "bb.b", 8},
+        {3, {-0.1, 0.2, 2, 5.9, 6, 1}, ".2..bb", 2}, // and back, into the first beat
+        {2, {1.5, 5, 2.5}, "bb.", 2},
     };
     for (const auto& row : rows) {
         FollowingRig rig;
         std::string told;
-        for (double beat : row.beats) told += rig.at(beat, row.numerator);
-        EXPECT_EQ(told, row.told) << "numerator " << row.numerator << " from " << row.beats[0];
+        for (double beat : row.beats) told += rig.at(beat, row.numerator, row.denominator);
+        EXPECT_EQ(told, row.told) << row.numerator << "/" << row.denominator << " from "
+                                  << row.beats[0];
     }
 }
 

@@ -58,6 +58,15 @@ TEST_F(HostedRender, TheTransportStartsTheGrainsAndAFadeEndsWithThem) {
     EXPECT_LT(std::abs(last), 0.02f);
 }
 
+TEST_F(HostedRender, AnArmedStartWaitsForABarOfTheMeter) {
+    const std::string armed = "--float --seconds 4 --scan-sync 1,4 --fade-out 0.1 "
+                              "--at 0.2:PlayStop=off --at 1:PlayStop=on --meter ";
+    const std::string threeQuarters = render(armed + "3/4"); // the same cycles
+    EXPECT_TRUE(render(armed + "6/8") == threeQuarters);
+    EXPECT_TRUE(render(armed + "3/2") == render(armed + "6/4"));
+    EXPECT_TRUE(render(armed + "6/4") != threeQuarters);
+}
+
 TEST_F(HostedRender, AnEffectMixesItsInputAsTold) {
     render("--as effect --drywet 0");
     EXPECT_NEAR(rms(), 0.354, 0.02); // the tone itself, once the mix has glided up
