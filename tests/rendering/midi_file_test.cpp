@@ -27,7 +27,10 @@ std::string textOf(const MidiFile& file) {
 }
 
 TEST(MidiFile, WholeAndOddFilesAreReadAndOddOnesGiveANotice) {
-    const std::string note = "0 90 3C 40; 0.5 90 3C 00; ", slow = "0 90 3C 40; 1 90 3C 00; ";
+    const std::string note = "0 90 3C 40; 0.5 90 3C 00; ", slow = "0 90 3C 40; 1 90 3C 00; ",
+                      across = "0 90 3C 40; 0.25 90 40 41; ",
+                      leftOut = "messages after a meta or system-exclusive event leave their "
+                                "status out; that of the message before is taken";
     const struct {
         const char* name;
         std::string messages, notice; // no notice: nothing is odd
@@ -49,9 +52,9 @@ TEST(MidiFile, WholeAndOddFilesAreReadAndOddOnesGiveANotice) {
         {"chunks-between-tracks", slow, "3 chunks of another kind than tracks are skipped"},
         {"chunk-without-a-name-before-the-track", note,
          "1 chunk of another kind than tracks is skipped"},
-        {"status-runs-across-events", "0 90 3C 40; 0.25 90 40 41; 0.5 90 43 42; ",
-         "messages after a meta or system-exclusive event leave their status out; that of the "
-         "message before is taken"},
+        {"status-runs-across-events", across + "0.5 90 43 42; ", leftOut},
+        {"status-runs-across-a-text", across, leftOut},
+        {"status-runs-across-a-sysex", across, leftOut},
     };
     for (const auto& [name, messages, notice] : files) {
         const std::string path = kFolder + name + ".mid";
