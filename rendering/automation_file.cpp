@@ -9,6 +9,7 @@
 #include "rendering/text_lines.h"
 #include "rendering/time_order.h"
 
+#include <cmath>
 #include <optional>
 
 namespace zephyra {
@@ -30,21 +31,24 @@ std::vector<std::string_view> cells(std::string_view line) {
 }
 
 /// Seconds of "1.5", "1.5s" or "4b".
-std::optional<double> readTime(std::string_view text, double tempo) {
+Result<double> readTime(std::string_view cell, double tempo) {
+    std::string_view text = cell;
     const bool beats = text.ends_with('b') || text.ends_with('B');
     if (beats || text.ends_with('s')) text.remove_suffix(1);
     const std::optional<double> number = parseNumber(text);
-    if (!number || *number < 0) return std::nullopt;
-    return beats ? *number * 60.0 / tempo : *number;
+    if (!number || *number < 0)
+        return Failure{"a time is seconds from 0 up, or beats as in 4b, not " + inQuotes(cell)};
+    const double seconds = beats ? *number * 60.0 / tempo : *number;
+    if (std::isfinite(seconds)) return seconds;
+    return Failure{inQuotes(cell) + " is more than can be counted; write fewer beats"};
 }
 
 Result<AutomationPoint> readPoint(std::string_view line, double tempo) {
     const std::vector<std::string_view> parts = cells(line);
     if (parts.size() != 3 && parts.size() != 4)
         return Failure{"a line is time,parameter,value,step or ramp, as in 2.5,Density,80,ramp"};
-    const std::optional<double> seconds = readTime(parts[0], tempo);
-    if (!seconds)
-        return Failure{"a time is seconds from 0 up, or beats as in 4b, not " + inQuotes(parts[0])};
+    const Result<double> seconds = readTime(parts[0], tempo);
+    if (!seconds) return Failure{seconds.message()};
     const Result<ControlId> parameter = parseParameterName(parts[1]);
     if (!parameter) return Failure{parameter.message() + " (`zephyra parameters` lists all)"};
     const Result<float> value = parseControlValue(parameter.value(), parts[2]);
@@ -55,8 +59,8 @@ Result<AutomationPoint> readPoint(std::string_view line, double tempo) {
     const ControlRange& range = controlRange(parameter.value());
     if (kind == "ramp" && range.kind == ControlKind::switching)
         return Failure{std::string(range.name) + " is a switch, which knows no ramp; write step"};
-    return AutomationPoint{*seconds, parameter.value(), linearFromDisplayed(range, value.value()),
-                           kind == "ramp"};
+    return AutomationPoint{seconds.value(), parameter.value(),
+                           linearFromDisplayed(range, value.value()), kind == "ramp"};
 }
 
 } // namespace

@@ -12,22 +12,25 @@ namespace zephyra {
 namespace {
 
 TEST(Automation, LinesBecomePointsByTimeAndWrongOnesAreNamed) {
-    const auto read =
-        parseAutomation("time,parameter,value,kind\n# a comment\n\n"
-                        "4b, density, 400, ramp\r\n1.5,\"Echo Switch\",on\n2s,Pan,-1,step",
-                        60.0, "moves");
+    const auto read = parseAutomation("time,parameter,value,kind\n# a comment\n\n"
+                                      "4b, density, 40, ramp\r\n1.5,\"Echo Switch\",\"on\"\n"
+                                      "\"2s\",Pan,\"-0.5\",step",
+                                      60.0, "moves");
     ASSERT_TRUE(read) << read.message();
     const auto& points = read.value();
     ASSERT_EQ(points.size(), 3u);
     EXPECT_EQ(points[0].parameter, ControlId::echoSwitch);
-    EXPECT_EQ(points[1].linear, -1.0f);
+    EXPECT_EQ(points[1].linear, -0.5f);
     EXPECT_EQ(points[2].seconds, 4.0); // four beats at 60
     EXPECT_TRUE(points[2].ramp);
-    EXPECT_EQ(points[2].linear, 400.0f);
+    const ControlRange& density = controlRange(ControlId::density); // displayed on a curve
+    EXPECT_EQ(points[2].linear, linearFromDisplayed(density, 40.0f));
+    EXPECT_GT(points[2].linear, 100.0f);
 
     const std::pair<const char*, const char*> wrong[] = {
         {"1,Density", "moves, line 1: a line is time,parameter,value"},
         {"1,Pan,0\n-1,Pan,0", "moves, line 2: a time is seconds from 0 up"},
+        {"1e308b,Pan,0", "\"1e308b\" is more than can be counted; write fewer beats"},
         {"1,Normalize,1", "there is no parameter \"Normalize\""}, // no host parameter
         {"1,Pan,2", "Pan takes -1 to 1, not \"2\""},
         {"1,Pan,0,slide", "a step or a ramp"},
