@@ -1,7 +1,9 @@
 #include "rendering/render_plan.h"
 
 #include "audiounit/control_text.h"
+#include "controls/state_keys.h"
 #include "library/bank_edits.h"
+#include "platform/lists/property_reader.h"
 #include "platform/text/text_numbers.h"
 #include "rendering/echo_tail.h"
 #include "rendering/take_file.h"
@@ -9,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace zephyra {
 
@@ -50,6 +53,14 @@ std::uint64_t tailFrames(const RenderPlan& plan) {
     const double longestGrain =
         valueOf(at, ControlId::length) * 0.001 * (1 + 0.5 * valueOf(at, ControlId::rndLength));
     return static_cast<std::uint64_t>(std::ceil((echo + longestGrain) * plan.sampleRate));
+}
+
+/// None where the state has none, or one that nothing can start from.
+std::optional<std::uint32_t> seedOf(const PropertyDictionary& state) {
+    const auto seed = PropertyReader(state).whole(ofStream(state_key::kSeed));
+    if (!seed || *seed < 1 || *seed > std::numeric_limits<std::uint32_t>::max())
+        return std::nullopt;
+    return static_cast<std::uint32_t>(*seed);
 }
 
 /// Its keys are those of presets, which as a state would all be unknown.
@@ -148,6 +159,7 @@ Result<RenderPlan> makeRenderPlan(const RenderRequest& request, const SoundFileI
     plan.wetOnly = request.live && !request.host.type;
     plan.preset = request.preset;
     plan.turnsLiveOn = request.preset && live && (request.live || !request.preset->hasSound);
+    if (plan.state && !request.seed) plan.seed = seedOf(*plan.state).value_or(plan.seed);
     plan.isSaved = request.savedPreset.has_value();
     if (const auto read = readFiles(request.host, plan); !read) return Failure{read.message()};
     const double ownSeconds = static_cast<double>(input.frames) / input.sampleRate;

@@ -88,8 +88,8 @@ std::uint64_t dueFrame(double seconds, double sampleRate);
 /// that block and before applied; about what, where an LFO moves them.
 ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame);
 
-/// Fills in what the request leaves open: the source's rate and length, a seed from clock; reads
-/// the files that it names. Failures name the option or file.
+/// Fills in what the request leaves open: the source's rate and length, a seed from the state or
+/// clock; reads the files that it names. Failures name the option or file.
 Result<RenderPlan> makeRenderPlan(const RenderRequest& request, const SoundFileInfo& input,
                                   const Clock& clock);
 

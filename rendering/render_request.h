@@ -36,7 +36,7 @@ struct RenderRequest {
     std::optional<double> seconds = {};     ///< none: the source's own length, and the echo's tail
     std::optional<double> sampleRate = {};  ///< Hz; none: the source's own
     int blockFrames = kDefaultBlockFrames;  ///< per render call, 1 to kMostBlockFrames
-    std::optional<std::uint32_t> seed = {}; ///< from 1 up; none: from the clock
+    std::optional<std::uint32_t> seed = {}; ///< from 1 up; none: the state's, else the clock's
     std::vector<ControlSetting> settings = {};
     std::vector<TimedSetting> timedSettings = {}; ///< by time
     std::optional<std::size_t> envelope = {};     ///< position in the menu

@@ -235,9 +235,11 @@ void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions
                numberInto(request.sampleRate, kLowestRate, kHighestRate, "Hz from 8000 to 384000"));
     reader.add("--block", "N", "Frames per render call, 1 to 65536. Default: 512",
                blockInto(request.blockFrames));
-    reader.add("--seed", "N",
-               "1 to 4294967295: the same seed gives the same bytes. Default: from the clock",
-               seedInto(request.seed));
+    reader.add(
+        "--seed", "N",
+        "1 to 4294967295: the same seed gives the same bytes. Default: the state's, else from the "
+        "clock",
+        seedInto(request.seed));
     reader.addRepeated("--set", "NAME=VALUE",
                        "A control's value, as listed below; may be given often",
                        settingInto(request.settings));

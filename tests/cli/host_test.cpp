@@ -82,6 +82,9 @@ TEST_F(HostedRender, ASavedStateGivesTheSoundBack) {
     const std::string first = render(set + " --save-state state.zephyra");
     EXPECT_TRUE(render("") != first);
     EXPECT_TRUE(render("--state state.zephyra --save-state state.zephyra") == first);
+    EXPECT_TRUE(rendered("in.wav --state state.zephyra") == first); // with its seed
+    EXPECT_EQ(seen["seed"], 7);
+    EXPECT_TRUE(rendered("in.wav --state state.zephyra --seed 8") != first);
 }
 
 TEST_F(HostedRender, AStateFindsItsSampleFromAnotherFolderOrSaysInOneLineThatItIsGone) {
