@@ -24,6 +24,7 @@ struct HostRequest {
     /// Subdivisions, left and right: positions in kNoteValues.
     std::optional<std::pair<std::size_t, std::size_t>> echoSync = {};
     std::optional<std::filesystem::path> automation = {}, midi = {}, state = {}, saveState = {};
+    bool programs = false; ///< those of midi choose presets, and its bank selects banks
     bool freeze = false;
     std::optional<double> fadeIn = {}, fadeOut = {}; ///< seconds
 

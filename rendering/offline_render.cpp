@@ -210,6 +210,7 @@ Result<void> OfflineRender::prepare(RenderSource source) {
     stream().engine().setTrace(trace_.get());
     if (const auto done = motion_.apply(plan_); !done) return done;
     completePlan();
+    if (!plan_.host.programs) leaveProgramsOut();
     startTransport();
     motion_.start(plan_);
     if (plan_.isSaved) takeSnapshot();
@@ -217,6 +218,20 @@ Result<void> OfflineRender::prepare(RenderSource source) {
 }
 
 /// Before anything moves, but with the buttons of what is about to move down.
+/// Most files choose instruments of their own machine, which are no presets. A bound controller 0
+/// still moves what it is bound to.
+void OfflineRender::leaveProgramsOut() {
+    MidiManager::Navigation navigation = controller_.midiManager.navigation();
+    navigation_ = navigation;
+    navigation.programsSelectPresets = navigation.bankSelectsBanks = false;
+    controller_.midiManager.setNavigation(navigation);
+}
+
+PropertyDictionary OfflineRender::state() {
+    if (navigation_) controller_.midiManager.setNavigation(*navigation_);
+    return controller_.getState();
+}
+
 void OfflineRender::takeSnapshot() {
     instance_.runLoop.runPosted();
     snapshot_ = controller_.snapshotState();

@@ -69,8 +69,8 @@ public:
 
     Result<RenderStatistics> run(const Consumer& consumer);
 
-    /// Everything as it stands, for saving.
-    PropertyDictionary state() { return controller_.getState(); }
+    /// Everything as it stands after run, for saving.
+    PropertyDictionary state();
 
     /// What the render started from, as a preset holds it; empty unless the plan saves one.
     const PropertyDictionary& snapshot() const { return snapshot_; }
@@ -93,6 +93,7 @@ private:
     Result<void> applyScanSettings();
     Result<void> applyRegion();
     Result<void> applyHostOptions();
+    void leaveProgramsOut();
     void completePlan();
     void startTransport();
     Result<void> applyDue(std::uint64_t blockEnd);
@@ -122,3 +123,4 @@ private:
 };
 
 } // namespace zephyra
+    std::optional<MidiManager::Navigation> navigation_; // what the state has, where run has another

@@ -3,6 +3,7 @@
 #include "audiounit/control_text.h"
 #include "controls/state_keys.h"
 #include "library/bank_edits.h"
+#include "platform/audio_unit/midi_message.h"
 #include "platform/lists/property_reader.h"
 #include "platform/text/text_numbers.h"
 #include "rendering/echo_tail.h"
@@ -55,6 +56,17 @@ std::uint64_t tailFrames(const RenderPlan& plan) {
     return static_cast<std::uint64_t>(std::ceil((echo + longestGrain) * plan.sampleRate));
 }
 
+/// Of program changes that are left out; empty for none.
+std::string programsNotice(const HostRequest& host, const std::vector<TimedMidi>& messages) {
+    const auto programs = std::ranges::count_if(messages, [](const TimedMidi& timed) {
+        return MidiMessage{timed.bytes}.kind() == MidiKind::program;
+    });
+    if (host.programs || programs == 0) return {};
+    return host.midi->string() + ": " + std::to_string(programs) + " program change" +
+           (programs == 1 ? " chooses no preset; add --programs if it should"
+                          : "s choose no presets; add --programs if they should");
+}
+
 /// None where the state has none, or one that nothing can start from.
 std::optional<std::uint32_t> seedOf(const PropertyDictionary& state) {
     const auto seed = PropertyReader(state).whole(ofStream(state_key::kSeed));
@@ -81,6 +93,8 @@ Result<void> readFiles(const HostRequest& host, RenderPlan& plan) {
         if (!file) return Failure{"--midi: " + file.message()};
         plan.midi = std::move(file.value().messages);
         plan.notices = std::move(file.value().notices);
+        if (std::string notice = programsNotice(host, plan.midi); !notice.empty())
+            plan.notices.push_back(std::move(notice));
     }
     if (host.state) {
         auto state = readPropertyListFile(*host.state);

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <set>
+#include <string_view>
 
 namespace zephyra {
 
@@ -42,10 +44,12 @@ std::string linesOf(const std::vector<BatchJob>& jobs) {
 
 ExitCode reportBatch(const std::vector<BatchJob>& jobs, const RenderOptions& options) {
     ExitCode code = ExitCode::success;
+    std::set<std::string_view> told; // of a file that many renders read, once
     for (const BatchJob& job : jobs) {
         if (!options.quiet)
             for (const std::string& notice : job.end.notices)
-                std::fprintf(stderr, "zephyra: %s\n", notice.c_str());
+                if (told.insert(notice).second)
+                    std::fprintf(stderr, "zephyra: %s\n", notice.c_str());
         if (job.end.code != ExitCode::success)
             code = endWith(ExitCode::failure, job.name + ": " + job.end.message);
     }

@@ -147,6 +147,10 @@ void declareHostOptions(OptionReader& reader, HostRequest& host) {
                "Its notes 36 to 84 select the pitch, its bends add up to two semitones, its "
                "controllers move what --learn says, bends too; played at --tempo, else at its own",
                pathInto(host.midi));
+    reader.addFlag("--programs",
+                   "Its program changes choose presets and its bank selects banks, which else are "
+                   "left out",
+                   host.programs);
     reader.add("--state", "FILE", "Start from a saved state (property list)", pathInto(host.state));
     reader.add("--save-state", "FILE", "Save the state at the end", pathInto(host.saveState));
     reader.add("--fade-in", "S", "Seconds of the fade at the start. Default: 0.05",

@@ -107,6 +107,23 @@ TEST_F(HostedRender, WhatIsOddInAMidiFileIsToldBesideTheReport) {
                                                "bytes; what follows them is skipped\n"));
 }
 
+TEST_F(HostedRender, ProgramsAndBanksOfAMidiFileAreLeftOutUnlessAskedFor) {
+    const std::string track("\0\xB0\0\1\0\xC0\2\0\x90\x48\x40\0\xFF\x2F\0", 15),
+        header("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0", 21);
+    writeText(folder / "song.mid", header + static_cast<char>(track.size()) + track);
+    writeText(folder / "note.mid", header + '\x08' + track.substr(7));
+    const std::string note = render("--midi note.mid --save-state note");
+    EXPECT_TRUE(render("--midi song.mid --save-state song") == note);
+    EXPECT_EQ(readText(folder / "song"), readText(folder / "note"));
+    EXPECT_TRUE(render("--midi song.mid --programs") != note);
+    EXPECT_TRUE(render("--midi song.mid --learn cc:0=Length") != note);
+    const std::string notice = "zephyra: song.mid: 1 program change chooses no preset; add "
+                               "--programs if it should\n";
+    const std::string songs = "render in.wav ./in.wav --out-dir out --midi song.mid ";
+    EXPECT_EQ(run(songs).err, notice);
+    EXPECT_THAT(run(songs + "--programs").err, testing::Not(testing::HasSubstr("program change")));
+}
+
 class MovedRender : public HostedRender {
 protected:
     MovedRender() {
