@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <utility>
 
 namespace zephyra {
 
@@ -29,7 +30,7 @@ OSStatus OfflineHost::start(const HostSetup& setup) {
     if (const OSStatus status = allocate(setup); status != noError) return status;
     running_ = true;
     setup_ = setup;
-    dropEvents();
+    events_.clear();
     rendered_ = keptAt_ = 0;
     keptBeats_ = beats_;
     renderSeconds_ = 0.0;
@@ -72,11 +73,6 @@ void OfflineHost::stop() {
     takeBlocksAway();
 }
 
-void OfflineHost::dropEvents() {
-    events_.clear();
-    midi_.clear();
-}
-
 /// Everything that was asked for is done, however long the machine takes: that makes a render
 /// repeatable.
 void OfflineHost::settle() {
@@ -88,11 +84,11 @@ void OfflineHost::settle() {
 void OfflineHost::setTempo(double beatsPerMinute) {
     keepBeats();
     context_.currentTempo = beatsPerMinute;
-    context_.timeSignatureDenominator = denominator;
 }
 
 void OfflineHost::setMeter(double numerator, double denominator) {
     context_.timeSignatureNumerator = numerator;
+    context_.timeSignatureDenominator = denominator;
 }
 
 void OfflineHost::setBeatPosition(double beats) {
@@ -111,92 +107,108 @@ void OfflineHost::keepBeats() {
 }
 
 void OfflineHost::queueParameter(AUParameterAddress address, AUValue value, std::uint32_t offset) {
-    queueEvent(AURenderEventType::parameter, offset).parameter = {address, value, 0};
+    queueRamp(address, value, 0, offset);
 }
 
 void OfflineHost::queueRamp(AUParameterAddress address, AUValue end, std::uint32_t frames,
                             std::uint32_t offset) {
-    queueEvent(AURenderEventType::parameterRamp, offset).parameter = {address, end, frames};
+    AURenderEvent event;
+    event.eventType = frames == 0 ? AURenderEventType::parameter : AURenderEventType::parameterRamp;
+    event.parameter = {address, end, frames};
+    events_.add({.frame = offset, .event = event});
 }
 
 void OfflineHost::queueMidi(const std::uint8_t* bytes, std::uint16_t length, std::uint32_t offset) {
     if (!bytes || length == 0) return;
-    AUMIDIEvent message{};
-    message.length = std::min<std::uint16_t>(length, sizeof message.data);
-    std::copy_n(bytes, message.length, message.data);
-    queueEvent(AURenderEventType::MIDI, offset).MIDI = message;
-
-    const auto place =
-        std::upper_bound(midi_.begin(), midi_.end(), offset,
-                         [](std::uint32_t at, const MidiBytes& m) { return at < m.offset; });
-    midi_.insert(place, {offset, {bytes, bytes + length}});
-}
-
-/// Behind those of its offset.
-AURenderEvent& OfflineHost::queueEvent(AURenderEventType type, std::uint32_t offset) {
     AURenderEvent event;
-    event.eventSampleTime = AUEventSampleTime{offset};
-    event.eventType = type;
-    const auto place = std::upper_bound(events_.begin(), events_.end(), event,
-                                        [](const AURenderEvent& a, const AURenderEvent& b) {
-                                            return a.eventSampleTime < b.eventSampleTime;
-                                        });
-    return *events_.insert(place, event);
+    event.eventType = AURenderEventType::MIDI;
+    event.MIDI = {};
+    event.MIDI.length = std::min<std::uint16_t>(length, sizeof event.MIDI.data);
+    std::copy_n(bytes, event.MIDI.length, event.MIDI.data);
+    events_.add({.frame = offset, .event = event, .bytes = {bytes, bytes + length}});
 }
 
-const AURenderEvent* OfflineHost::linkEvents() {
-    const AURenderEvent* next = nullptr;
-    for (auto event = events_.rbegin(); event != events_.rend(); ++event) {
-        event->eventSampleTime += static_cast<AUEventSampleTime>(rendered_);
-        event->next = next;
-        next = &*event;
-    }
-    return next;
+void OfflineHost::queueTask(std::function<void()> task, std::uint32_t offset) {
+    if (task) events_.add({.frame = offset, .task = std::move(task)});
 }
 
 OSStatus OfflineHost::render(const Block& block) {
     if (!running_) return audio_unit_status::uninitialized;
     std::uint32_t done = 0;
     do {
-        const auto at = [done](auto* channel) { return channel ? channel + done : nullptr; };
-        const Block piece{.frames = std::min(setup_.blockFrames, block.frames - done),
-                          .inputLeft = at(block.inputLeft),
-                          .inputRight = at(block.inputRight),
-                          .left = at(block.left),
-                          .right = at(block.right)};
-        if (const OSStatus status = renderPiece(piece); status != noError) return status;
-        done += piece.frames;
+        settle();
+        OSStatus status = actUpTo(done);
+        const std::uint32_t end = cycleEnd(done, block.frames);
+        if (status == noError && end > done) status = renderCycle(block, done, end);
+        if (status != noError) {
+            events_.clear();
+            return status;
+        }
+        done = end;
     } while (done < block.frames);
+    events_.endBlock(block.frames);
     return noError;
 }
 
-OSStatus OfflineHost::renderPiece(const Block& piece) {
-    settle();
-    const OSStatus status = callUnit(piece);
-    dropEvents();
-    if (status == noError) goOn(piece.frames);
+/// MAIN runs after each, or the later of two would be taken first where they go different ways.
+OSStatus OfflineHost::actUpTo(std::uint32_t frame) {
+    for (auto due = events_.takeDue(frame); !due.empty(); due = events_.takeDue(frame)) {
+        if (const auto task = std::move(due.front().task)) {
+            const RunLoop::Scope main(instance_.runLoop);
+            task();
+        } else if (const OSStatus status = handOver(due); status != noError) {
+            return status;
+        }
+        settle();
+    }
+    return noError;
+}
+
+OSStatus OfflineHost::handOver(std::span<EventQueue::Entry> events) {
+    const AURenderEvent* next = nullptr;
+    for (auto entry = events.rbegin(); entry != events.rend(); ++entry) {
+        entry->event.eventSampleTime = static_cast<AUEventSampleTime>(rendered_);
+        entry->event.next = std::exchange(next, &entry->event);
+    }
+    if (inlet_)
+        for (const EventQueue::Entry& entry : events)
+            inlet_->push(entry.bytes.data(), entry.bytes.size());
+    AudioBuffer nothing[2] = {};
+    handsOver_ = true;
+    const OSStatus status = callUnit(0, nothing, next);
+    handsOver_ = false;
     return status;
 }
 
-OSStatus OfflineHost::callUnit(const Block& piece) {
-    const auto bytes = piece.frames * static_cast<std::uint32_t>(sizeof(float));
-    AudioBuffer channels[] = {{.mDataByteSize = bytes, .mData = piece.left},
-                              {.mDataByteSize = bytes, .mData = piece.right}};
+/// Also at multiples of the block length, whatever is cut before: so a long block is cut like short
+/// ones.
+std::uint32_t OfflineHost::cycleEnd(std::uint32_t begin, std::uint32_t frames) const {
+    const std::uint64_t most = (std::uint64_t{begin} / setup_.blockFrames + 1) * setup_.blockFrames;
+    const std::uint64_t end = std::min<std::uint64_t>(most, events_.nextCut().value_or(most));
+    return static_cast<std::uint32_t>(std::min<std::uint64_t>(end, frames));
+}
+
+OSStatus OfflineHost::renderCycle(const Block& block, std::uint32_t begin, std::uint32_t end) {
+    if (listener_) listener_(end);
+    const std::uint32_t frames = end - begin;
+    const auto bytes = frames * static_cast<std::uint32_t>(sizeof(float));
+    AudioBuffer channels[2] = {{.mDataByteSize = bytes, .mData = block.left + begin},
+                               {.mDataByteSize = bytes, .mData = block.right + begin}};
+    input_[0] = block.inputLeft ? block.inputLeft + begin : nullptr;
+    input_[1] = block.inputRight ? block.inputRight + begin : nullptr;
+    const OSStatus status = callUnit(frames, channels, nullptr);
+    if (status == noError) goOn(frames);
+    return status;
+}
+
+OSStatus OfflineHost::callUnit(std::uint32_t frames, AudioBuffer (&channels)[2],
+                               const AURenderEvent* events) {
     AudioBufferList output{.mNumberBuffers = 2, .mBuffers = channels};
-    input_[0] = piece.inputLeft;
-    input_[1] = piece.inputRight;
-    const AURenderEvent* const events = linkEvents();
-    pushMidi();
     const AUInternalRenderBlock renderBlock = unit_.internalRenderBlock();
     const double before = machineSeconds();
-    const OSStatus status = renderBlock(piece.frames, output, events, this);
+    const OSStatus status = renderBlock(frames, output, events, this);
     renderSeconds_ += machineSeconds() - before;
     return status;
-}
-
-void OfflineHost::pushMidi() ZEPHYRA_NONBLOCKING {
-    if (!inlet_) return;
-    for (const MidiBytes& event : midi_) inlet_->push(event.bytes.data(), event.bytes.size());
 }
 
 void OfflineHost::goOn(std::uint32_t frames) {
@@ -209,7 +221,7 @@ void OfflineHost::goOn(std::uint32_t frames) {
 }
 
 bool OfflineHost::musicalContext(AUMusicalContext& context) ZEPHYRA_NONBLOCKING {
-    if (!reportsContext_ || !std::isfinite(context_.currentTempo)) return false;
+    if (handsOver_ || !reportsContext_ || !std::isfinite(context_.currentTempo)) return false;
     context = context_;
     context.currentBeatPosition = beats_;
     return true;
@@ -218,7 +230,7 @@ bool OfflineHost::musicalContext(AUMusicalContext& context) ZEPHYRA_NONBLOCKING 
 bool OfflineHost::transportState(AUTransportState& state) ZEPHYRA_NONBLOCKING {
     state.flags = (moving_ ? transport_flag::moving : 0u) |
                   (moving_ != wasMoving_ ? transport_flag::changed : 0u);
-    return reportsTransport_;
+    return reportsTransport_ && !handsOver_;
 }
 
 OSStatus OfflineHost::pullInput(std::uint32_t frames, std::int64_t /*bus*/,

@@ -2,12 +2,15 @@
 #pragma once
 
 #include "audiounit/my_audio_unit.h"
+#include "hosting/event_queue.h"
 #include "hosting/midi_inlet.h"
 #include "platform/audio_unit/audio_unit_host.h"
 #include "platform/instance.h"
 
 #include <cstdint>
-#include <vector>
+#include <functional>
+#include <span>
+#include <utility>
 
 namespace zephyra {
 
@@ -55,24 +58,36 @@ public:
     /// or be taken away. From the next block on.
     void setMidiInlet(MidiInlet* inlet) { inlet_ = inlet; }
 
-    /// Events of the next block, sorted by their offset in frames from its start and else in the
-    /// order of the calls. Values are linear. Of MIDI the unit gets up to three bytes and the inlet
-    /// all of them; none is ignored.
+    /// Events act where EventQueue says, counted from the next block's start: the unit gets them in
+    /// a cycle of 0 frames, the main queue runs, and what is rendered then is shaped by them.
+    /// Values are linear; the unit takes a ramp's end at once. Of MIDI the unit gets up to three
+    /// bytes and the inlet all of them; none is ignored.
     void queueParameter(AUParameterAddress address, AUValue value, std::uint32_t offset = 0);
     void queueRamp(AUParameterAddress address, AUValue end, std::uint32_t frames,
                    std::uint32_t offset = 0);
     void queueMidi(const std::uint8_t* bytes, std::uint16_t length, std::uint32_t offset = 0);
+    /// Something that is done on MAIN at its frame, in its place among the events.
+    void queueTask(std::function<void()> task, std::uint32_t offset = 0);
+    /// Whether something waits for the next block.
+    bool hasQueued() const { return events_.nextCut().has_value(); }
+
+    /// Hears before each cycle that renders, once all that is due was done, where it will end, in
+    /// frames from the block's start; empty, as at first, for nobody. MAIN.
+    void setCycleListener(std::function<void(std::uint32_t end)> listener) {
+        listener_ = std::move(listener);
+    }
 
     /// What one call renders.
     struct Block {
-        std::uint32_t frames = 0;         ///< with 0 the events alone are handed over
+        std::uint32_t frames = 0;         ///< with 0 what is due at once is done
         const float* inputLeft = nullptr; ///< null: silence
         const float* inputRight = nullptr;
         float* left = nullptr; ///< frames floats, overwritten; never null
         float* right = nullptr;
     };
-    /// Waits for background work, runs the main queue, renders in pieces of at most the block
-    /// length, and advances the run loop by each piece. The first failing piece ends it.
+    /// Waits for background work, runs the main queue, renders in cycles that end at multiples of
+    /// the block length and where an event acts, and advances the run loop by each. The first that
+    /// fails ends it, and what is queued is dropped.
     OSStatus render(const Block& block);
 
     /// Frames rendered since start.
@@ -87,30 +102,25 @@ private:
                        AudioBufferList& list) ZEPHYRA_NONBLOCKING override;
     OSStatus allocate(const HostSetup& setup);
     void takeBlocksAway();
-    void dropEvents();
     void settle();
-    OSStatus renderPiece(const Block& piece);
-    OSStatus callUnit(const Block& piece);
-    void pushMidi() ZEPHYRA_NONBLOCKING;
+    OSStatus actUpTo(std::uint32_t frame);
+    OSStatus handOver(std::span<EventQueue::Entry> events);
+    std::uint32_t cycleEnd(std::uint32_t begin, std::uint32_t frames) const;
+    OSStatus renderCycle(const Block& block, std::uint32_t begin, std::uint32_t end);
+    OSStatus callUnit(std::uint32_t frames, AudioBuffer (&channels)[2],
+                      const AURenderEvent* events);
     void goOn(std::uint32_t frames);
     void keepBeats();
-    const AURenderEvent* linkEvents();
-    AURenderEvent& queueEvent(AURenderEventType type, std::uint32_t offset);
-
-    /// The bytes of one MIDI event, as long as it is.
-    struct MidiBytes {
-        std::uint32_t offset;
-        std::vector<std::uint8_t> bytes;
-    };
 
     MyAudioUnit& unit_;
     Instance& instance_;
     MidiInlet* inlet_ = nullptr;
     HostSetup setup_;
     bool running_ = false;
-    std::vector<AURenderEvent> events_; // in order; their times are offsets until they are linked
-    std::vector<MidiBytes> midi_;       // the same, for the inlet
-    AUMusicalContext context_;          // without the beat position
+    bool handsOver_ = false; // in a cycle of 0 frames, which tells of events alone
+    EventQueue events_;
+    std::function<void(std::uint32_t)> listener_;
+    AUMusicalContext context_; // without the beat position
     bool reportsContext_ = false, reportsTransport_ = false, moving_ = false, wasMoving_ = false;
     double beats_ = 0.0;
     double keptBeats_ = 0.0;   // at frame keptAt_; from there on one tempo holds
@@ -118,7 +128,7 @@ private:
     std::uint64_t rendered_ = 0;
     double startedAt_ = 0.0; // run-loop seconds at frame 0
     double renderSeconds_ = 0.0;
-    const float* input_[2] = {}; // of the present piece
+    const float* input_[2] = {}; // of the present cycle
 };
 
 } // namespace zephyra

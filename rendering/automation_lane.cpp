@@ -1,5 +1,7 @@
 #include "rendering/automation_lane.h"
 
+#include "rendering/time_order.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -10,9 +12,7 @@ AutomationLane::AutomationLane(std::vector<AutomationPoint> points, float start)
     : points_(std::move(points)), start_(start) {}
 
 float AutomationLane::valueAt(double seconds) const {
-    const auto after =
-        std::find_if(points_.begin(), points_.end(),
-                     [seconds](const AutomationPoint& point) { return point.seconds > seconds; });
+    const auto after = std::ranges::upper_bound(points_, seconds, {}, &AutomationPoint::seconds);
     const bool first = after == points_.begin();
     const double from = first ? 0.0 : std::prev(after)->seconds;
     const float before = first ? start_ : std::prev(after)->linear;
@@ -21,17 +21,29 @@ float AutomationLane::valueAt(double seconds) const {
     return before + static_cast<float>(share) * (after->linear - before);
 }
 
-std::optional<AutomationLane::Event> AutomationLane::next(double from, double to,
-                                                          double sampleRate) {
-    const std::size_t before = passed_;
-    while (passed_ < points_.size() && points_[passed_].seconds < to) ++passed_;
-    if (passed_ < points_.size() && points_[passed_].ramp)
-        return Event{valueAt(to), 0, true}; // on its way: where it stands at the block's end
-    if (passed_ == before) return std::nullopt;
-    const AutomationPoint& last = points_[passed_ - 1];
-    if (last.ramp) return Event{last.linear, 0, true};
-    const double offset = std::floor(std::max(last.seconds - from, 0.0) * sampleRate);
-    return Event{last.linear, static_cast<std::uint32_t>(offset), false};
+/// Whether a ramp has left the point before frame and comes to its own behind it.
+bool AutomationLane::runsThrough(std::uint64_t frame, double sampleRate) const {
+    if (passed_ == points_.size() || !points_[passed_].ramp) return false;
+    const double begin = passed_ == 0 ? 0.0 : points_[passed_ - 1].seconds;
+    return dueFrame(begin, sampleRate) < frame &&
+           frame < dueFrame(points_[passed_].seconds, sampleRate);
+}
+
+std::vector<AutomationLane::Event> AutomationLane::next(std::uint64_t first, std::uint32_t frames,
+                                                        double sampleRate) {
+    std::vector<Event> sent;
+    for (std::uint64_t at = 0; at < frames; at += kRampFrames) {
+        const std::uint64_t end = first + std::min<std::uint64_t>(at + kRampFrames, frames);
+        if (runsThrough(first + at, sampleRate))
+            sent.push_back({valueAt(static_cast<double>(first + at) / sampleRate),
+                            static_cast<std::uint32_t>(at)});
+        for (; passed_ < points_.size(); ++passed_) {
+            const std::uint64_t due = dueFrame(points_[passed_].seconds, sampleRate);
+            if (due >= end) break;
+            sent.push_back({points_[passed_].linear, static_cast<std::uint32_t>(due - first)});
+        }
+    }
+    return sent;
 }
 
 } // namespace zephyra

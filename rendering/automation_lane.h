@@ -5,37 +5,40 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 namespace zephyra {
 
-/// Walks a parameter's points forward. A step is sent once, in the block that holds its time; a
-/// ramp is one event a block, from the block after the point before to the one that holds its own.
+/// Walks a parameter's points forward. Each point is sent at its frame. Where a ramp is under way
+/// the value it has reached is sent with each block, and every kRampFrames of a long one.
 class AutomationLane {
 public:
     /// points: all of one parameter, by time, at least one. start: the linear value before the
     /// first.
     AutomationLane(std::vector<AutomationPoint> points, float start);
 
+    static constexpr std::uint64_t kRampFrames = 512; ///< a step of 12 ms, as in common blocks
+
     struct Event {
         float value;          ///< linear
         std::uint32_t offset; ///< frames from the block's start
-        bool ramp;
+        bool operator==(const Event&) const = default;
     };
 
-    /// What is sent with the block from `from` to `to` seconds (excluded) at sampleRate; none when
-    /// nothing changes. Blocks follow each other.
-    std::optional<Event> next(double from, double to, double sampleRate);
+    /// What is sent with the block of frames at sampleRate (Hz) that starts with frame first.
+    /// Blocks follow each other.
+    std::vector<Event> next(std::uint64_t first, std::uint32_t frames, double sampleRate);
 
     ControlId parameter() const { return points_.front().parameter; }
     /// The linear value at a time.
     float valueAt(double seconds) const;
 
 private:
+    bool runsThrough(std::uint64_t frame, double sampleRate) const;
+
     std::vector<AutomationPoint> points_;
     float start_;
-    std::size_t passed_ = 0; // points before the present block's end
+    std::size_t passed_ = 0; // points that were sent
 };
 
 /// The points, a lane per parameter in address order; start gives each one's linear value before.

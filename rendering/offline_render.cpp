@@ -59,6 +59,7 @@ OfflineRender::OfflineRender(RenderPlan plan, const Folders& folders, const Know
         samples->resize(block);
     controller_.presets.bankFolder().setCache(known.banks);
     host_.setMidiInlet(&system_.inlet);
+    host_.setCycleListener([this](std::uint32_t end) { beginCycle(end); });
 }
 
 OfflineRender::~OfflineRender() {
@@ -209,15 +210,14 @@ Result<void> OfflineRender::prepare(RenderSource source) {
     stream().setSeed(plan_.seed);
     stream().engine().setTrace(trace_.get());
     if (const auto done = motion_.apply(plan_); !done) return done;
-    completePlan();
     if (!plan_.host.programs) leaveProgramsOut();
+    completePlan();
     startTransport();
     motion_.start(plan_);
     if (plan_.isSaved) takeSnapshot();
     return {};
 }
 
-/// Before anything moves, but with the buttons of what is about to move down.
 /// Most files choose instruments of their own machine, which are no presets. A bound controller 0
 /// still moves what it is bound to.
 void OfflineRender::leaveProgramsOut() {
@@ -232,6 +232,7 @@ PropertyDictionary OfflineRender::state() {
     return controller_.getState();
 }
 
+/// Before anything moves, but with the buttons of what is about to move down.
 void OfflineRender::takeSnapshot() {
     instance_.runLoop.runPosted();
     snapshot_ = controller_.snapshotState();

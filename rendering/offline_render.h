@@ -29,16 +29,22 @@ struct RenderSource {
     std::vector<float> inputLeft = {}, inputRight = {};
 };
 
+/// A part of a block that was rendered at one go: MAIN stood still meanwhile.
+struct RenderedCycle {
+    std::uint32_t end; ///< frames from the block's start; the next one begins there
+    float amplitude;   ///< that its grains started with
+};
+
 /// One block as it was rendered.
 struct RenderedBlock {
     std::uint64_t firstFrame;
     std::uint32_t frames;
     float* left; ///< may be overwritten
     float* right;
-    std::span<const GrainRecord> grains; ///< those that were scheduled in it
-    float scanPosition;                  ///< fraction of the source, at the last frame
-    float amplitude;                     ///< that the block's grains started with
-    std::span<const float> moved = {};   ///< linear values of the plan's moved controls, after it
+    std::span<const GrainRecord> grains;   ///< those that were scheduled in it
+    float scanPosition;                    ///< fraction of the source, at the last frame
+    std::span<const RenderedCycle> cycles; ///< in order; at least one
+    std::span<const float> moved = {};     ///< linear values of the plan's moved controls, after it
 };
 
 struct RenderStatistics {
@@ -87,20 +93,22 @@ private:
     Result<void> restoreState();
     Result<void> restorePreset();
     void completeRegion();
+    void leaveProgramsOut();
     void takeSnapshot();
     Result<void> apply(const ControlSetting& setting);
     Result<void> applySettings();
     Result<void> applyScanSettings();
     Result<void> applyRegion();
     Result<void> applyHostOptions();
-    void leaveProgramsOut();
     void completePlan();
     void startTransport();
-    Result<void> applyDue(std::uint64_t blockEnd);
+    void queueSettings(std::uint64_t firstFrame, std::uint32_t frames);
+    void queueStop(std::uint64_t firstFrame);
     void queueAutomation(std::uint64_t firstFrame, std::uint32_t frames);
     void queueMidi(std::uint64_t firstFrame, std::uint32_t frames);
     std::uint32_t nextBlockLength(std::uint64_t firstFrame) const;
-    OSStatus renderBlock(std::uint64_t firstFrame, std::uint32_t frames);
+    Result<void> renderBlock(std::uint64_t firstFrame, std::uint32_t frames);
+    void beginCycle(std::uint32_t end);
     const float* inputAt(const std::vector<float>& channel, std::vector<float>& padded,
                          std::uint64_t firstFrame, std::uint32_t frames) const;
     void takeGrains(std::uint64_t firstFrame);
@@ -118,9 +126,12 @@ private:
     std::vector<AutomationLane> lanes_; // one per automated parameter
     std::vector<float> paddedLeft_, paddedRight_, left_, right_;
     std::vector<GrainRecord> grains_;
+    std::vector<RenderedCycle> cycles_; // of the present block
+    bool inTail_ = false;
+    std::optional<Failure> failed_; // what was to be set at its time
     RenderStatistics statistics_;
     PropertyDictionary snapshot_;
+    std::optional<MidiManager::Navigation> navigation_; // what the state has, where run has another
 };
 
 } // namespace zephyra
-    std::optional<MidiManager::Navigation> navigation_; // what the state has, where run has another

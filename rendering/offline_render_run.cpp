@@ -6,27 +6,30 @@
 
 namespace zephyra {
 
-Result<void> OfflineRender::applyDue(std::uint64_t blockEnd) {
+void OfflineRender::queueSettings(std::uint64_t firstFrame, std::uint32_t frames) {
     const std::vector<TimedSetting>& all = plan_.timedSettings;
     for (; nextSetting_ < all.size(); ++nextSetting_) {
         const TimedSetting& due = all[nextSetting_];
-        if (dueFrame(due.seconds, plan_.sampleRate) >= blockEnd) break;
-        if (const auto done = apply(due.setting); !done) return done;
+        const std::uint64_t frame = dueFrame(due.seconds, plan_.sampleRate);
+        if (frame >= firstFrame + frames) return;
+        host_.queueTask(
+            [this, &setting = due.setting] {
+                if (const auto done = apply(setting); !done) failed_ = Failure{done.message()};
+            },
+            static_cast<std::uint32_t>(frame - firstFrame));
     }
-    return {};
+}
+
+void OfflineRender::queueStop(std::uint64_t firstFrame) {
+    if (firstFrame == plan_.stopFrame)
+        host_.queueTask([this] { stream().setDisplayed(ControlId::playStop, 0.0f); });
 }
 
 void OfflineRender::queueAutomation(std::uint64_t firstFrame, std::uint32_t frames) {
-    for (AutomationLane& lane : lanes_) {
-        const auto event = lane.next(plan_.secondsAt(firstFrame),
-                                     plan_.secondsAt(firstFrame + frames), plan_.sampleRate);
-        if (!event) continue;
-        const auto address = static_cast<AUParameterAddress>(lane.parameter());
-        if (event->ramp)
-            host_.queueRamp(address, event->value, frames, event->offset);
-        else
-            host_.queueParameter(address, event->value, std::min(event->offset, frames - 1));
-    }
+    for (AutomationLane& lane : lanes_)
+        for (const auto& event : lane.next(firstFrame, frames, plan_.sampleRate))
+            host_.queueParameter(static_cast<AUParameterAddress>(lane.parameter()), event.value,
+                                 event.offset);
 }
 
 void OfflineRender::queueMidi(std::uint64_t firstFrame, std::uint32_t frames) {
@@ -35,7 +38,7 @@ void OfflineRender::queueMidi(std::uint64_t firstFrame, std::uint32_t frames) {
         const std::uint64_t due = dueFrame(message.seconds, plan_.sampleRate);
         if (due >= firstFrame + frames) return;
         host_.queueMidi(message.bytes.data(), message.length,
-                        static_cast<std::uint32_t>(std::max(due, firstFrame) - firstFrame));
+                        static_cast<std::uint32_t>(due - firstFrame));
     }
 }
 
@@ -43,9 +46,6 @@ std::uint32_t OfflineRender::nextBlockLength(std::uint64_t firstFrame) const {
     std::uint64_t end = firstFrame + static_cast<std::uint64_t>(plan_.blockFrames);
     for (const std::uint64_t border : {plan_.stopFrame.value_or(0), plan_.playFrames, plan_.frames})
         if (border > firstFrame) end = std::min(end, border);
-    // In pieces, or what moves the amplitude would raise it again within a block.
-    if (firstFrame >= plan_.playFrames)
-        end = std::min(end, firstFrame + MyAudioUnit::kMostFramesToRender);
     return static_cast<std::uint32_t>(end - firstFrame);
 }
 
@@ -58,13 +58,24 @@ const float* OfflineRender::inputAt(const std::vector<float>& channel, std::vect
     return padded.data();
 }
 
-OSStatus OfflineRender::renderBlock(std::uint64_t firstFrame, std::uint32_t frames) {
-    return host_.render(
-        {.frames = frames,
-         .inputLeft = inputAt(source_.inputLeft, paddedLeft_, firstFrame, frames),
-         .inputRight = inputAt(source_.inputRight, paddedRight_, firstFrame, frames),
-         .left = left_.data(),
-         .right = right_.data()});
+/// In the tail what sounds runs out under its envelope, and what still starts is silent, whatever
+/// raised the level meanwhile: no click.
+void OfflineRender::beginCycle(std::uint32_t end) {
+    if (inTail_) stream().engine().setLevel(0.0f);
+    cycles_.push_back({end, stream().engine().currentLevel()});
+}
+
+Result<void> OfflineRender::renderBlock(std::uint64_t firstFrame, std::uint32_t frames) {
+    cycles_.clear();
+    const OSStatus status =
+        host_.render({.frames = frames,
+                      .inputLeft = inputAt(source_.inputLeft, paddedLeft_, firstFrame, frames),
+                      .inputRight = inputAt(source_.inputRight, paddedRight_, firstFrame, frames),
+                      .left = left_.data(),
+                      .right = right_.data()});
+    if (failed_) return *failed_;
+    if (status == audio_unit_status::noError) return {};
+    return Failure{"the audio unit does not render (" + std::to_string(status) + ")"};
 }
 
 void OfflineRender::takeGrains(std::uint64_t firstFrame) {
@@ -80,23 +91,14 @@ void OfflineRender::takeGrains(std::uint64_t firstFrame) {
 Result<RenderStatistics> OfflineRender::run(const Consumer& consumer) {
     for (std::uint64_t first = 0; first < plan_.frames;) {
         const std::uint32_t frames = nextBlockLength(first);
-        {
-            const RunLoop::Scope main(instance_.runLoop);
-            if (const auto done = applyDue(first + frames); !done) return Failure{done.message()};
-            if (first == plan_.stopFrame) stream().setDisplayed(ControlId::playStop, 0.0f);
-        }
+        queueSettings(first, frames);
+        queueStop(first);
         queueAutomation(first, frames);
         queueMidi(first, frames);
-        if (first >= plan_.playFrames) {
-            motion_.stopRecording();
-            // What sounds runs out under its envelope, what still starts is silent: no click.
-            instance_.runLoop.runPosted(); // nothing that waits may raise the level again
-            stream().engine().setLevel(0.0f);
-        }
-        const float amplitude = stream().engine().currentLevel();
-        if (const OSStatus status = renderBlock(first, frames);
-            status != audio_unit_status::noError)
-            return Failure{"the audio unit does not render (" + std::to_string(status) + ")"};
+        inTail_ = first >= plan_.playFrames;
+        if (inTail_) motion_.stopRecording();
+        if (const auto rendered = renderBlock(first, frames); !rendered)
+            return Failure{rendered.message()};
         takeGrains(first);
         const auto done = consumer({.firstFrame = first,
                                     .frames = frames,
@@ -104,11 +106,15 @@ Result<RenderStatistics> OfflineRender::run(const Consumer& consumer) {
                                     .right = right_.data(),
                                     .grains = grains_,
                                     .scanPosition = stream().getTimePhasor(),
-                                    .amplitude = amplitude,
+                                    .cycles = cycles_,
                                     .moved = motion_.values()});
         if (!done) return Failure{done.message()};
         first += frames;
     }
+    // What is due in the last frames sounds no more, but belongs to the state.
+    if (host_.hasQueued())
+        if (const auto acted = renderBlock(plan_.frames, 0); !acted)
+            return Failure{acted.message()};
     statistics_.renderSeconds = host_.renderSeconds();
     return statistics_;
 }

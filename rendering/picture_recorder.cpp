@@ -44,13 +44,17 @@ void PictureRecorder::addPaths(const PictureGrid& grid) {
     }
 }
 
+const RenderedCycle& PictureRecorder::cycleOf(std::uint64_t frame, const RenderedBlock& block) {
+    const auto cycle =
+        std::ranges::upper_bound(block.cycles, frame - block.firstFrame, {}, &RenderedCycle::end);
+    return cycle == block.cycles.end() ? block.cycles.back() : *cycle;
+}
+
 double PictureRecorder::sourcePosition(double position, const RenderedBlock& block,
                                        std::uint64_t frame) const {
     if (plan_.use == SourceUse::loaded) return position;
-    // The stream writes and renders in steps; what the engine sees ends with its step's input.
-    constexpr auto kStep = static_cast<std::uint64_t>(mokGranulatorSF::kMaxBlockFrames);
-    const std::uint64_t inStep = (frame - block.firstFrame) / kStep * kStep + kStep;
-    const std::uint64_t heard = block.firstFrame + std::min<std::uint64_t>(inStep, block.frames);
+    // What the engine sees ends with its cycle's input.
+    const std::uint64_t heard = block.firstFrame + cycleOf(frame, block).end;
     const double age = readFrames_ - 5 - position * readFrames_; // frames behind the newest
     return (static_cast<double>(heard) - 1 - age) / sourceFrames_;
 }
@@ -69,7 +73,7 @@ void PictureRecorder::add(const RenderedBlock& block) {
                               (plan_.use == SourceUse::live ? sourceFrames_ : readFrames_),
              .semitones = rate > 0 ? 12 * std::log2(rate * readFrames_ / readRate_) : 0,
              .level = double{std::max(std::abs(grain.gainL), std::abs(grain.gainR))} *
-                      double{block.amplitude},
+                      double{cycleOf(grain.frame, block).amplitude},
              .dropped = grain.dropped});
     }
     picture_.addControls(plan_.secondsAt(block.firstFrame + block.frames), block.moved);

@@ -131,10 +131,6 @@ ControlValues defaultControlValues() {
     return values;
 }
 
-std::uint64_t dueFrame(double seconds, double sampleRate) {
-    return static_cast<std::uint64_t>(std::floor(seconds * sampleRate));
-}
-
 ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame) {
     ControlValues values = plan.initial;
     for (const TimedSetting& timed : plan.timedSettings)
@@ -173,9 +169,9 @@ Result<RenderPlan> makeRenderPlan(const RenderRequest& request, const SoundFileI
     plan.wetOnly = request.live && !request.host.type;
     plan.preset = request.preset;
     plan.turnsLiveOn = request.preset && live && (request.live || !request.preset->hasSound);
-    if (plan.state && !request.seed) plan.seed = seedOf(*plan.state).value_or(plan.seed);
     plan.isSaved = request.savedPreset.has_value();
     if (const auto read = readFiles(request.host, plan); !read) return Failure{read.message()};
+    if (plan.state && !request.seed) plan.seed = seedOf(*plan.state).value_or(plan.seed);
     const double ownSeconds = static_cast<double>(input.frames) / input.sampleRate;
     const double frames = std::round(request.seconds.value_or(ownSeconds) * plan.sampleRate);
     plan.playFrames = static_cast<std::uint64_t>(std::max(frames, 1.0));

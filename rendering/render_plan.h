@@ -8,6 +8,7 @@
 #include "rendering/automation_lane.h"
 #include "rendering/midi_file.h"
 #include "rendering/render_request.h"
+#include "rendering/time_order.h"
 #include "stream/control_ranges.h"
 
 #include <array>
@@ -51,7 +52,7 @@ struct RenderPlan {
     std::optional<std::size_t> envelope = {}; ///< position in the menu; none: as the state says
     SourceUse use = SourceUse::loaded;
     std::vector<ControlSetting> settings = {};    ///< over the defaults, in order
-    std::vector<TimedSetting> timedSettings = {}; ///< sorted; each at the start of its block
+    std::vector<TimedSetting> timedSettings = {}; ///< sorted
     std::optional<float> start = {}, end = {};    ///< fractions of the source
     HostRequest host = {};
     bool wetOnly = false;                         ///< the input itself is not heard
@@ -81,11 +82,8 @@ struct RenderPlan {
     double secondsAt(std::uint64_t frame) const { return static_cast<double>(frame) / sampleRate; }
 };
 
-/// The frame of the output at which settings of this time are due.
-std::uint64_t dueFrame(double seconds, double sampleRate);
-
-/// What the controls stand at when the output has reached frame, all settings and automation of
-/// that block and before applied; about what, where an LFO moves them.
+/// What the controls stand at when the output has reached frame, all settings and automation up to
+/// it applied; about what, where an LFO moves them.
 ControlValues controlsAt(const RenderPlan& plan, std::uint64_t frame);
 
 /// Fills in what the request leaves open: the source's rate and length, a seed from the state or

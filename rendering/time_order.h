@@ -1,13 +1,21 @@
-// sortBy, sortByTime: things that happen, in the order in which they do.
+// dueFrame, sortBy, sortByTime: when things happen, and in which order.
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <numeric>
 #include <utility>
 #include <vector>
 
 namespace zephyra {
+
+/// The frame of the output at which something of this time, from 0 up, is due; a far one, still a
+/// number, for what is too long to be counted.
+inline std::uint64_t dueFrame(double seconds, double sampleRate) {
+    return static_cast<std::uint64_t>(std::min(std::floor(seconds * sampleRate), 0x1p62));
+}
 
 /// Sorts by a member that is a time; those of one time stay in their order.
 template <typename Event, typename Time>

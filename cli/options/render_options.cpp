@@ -245,8 +245,7 @@ void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions
     reader.addRepeated("--set", "NAME=VALUE",
                        "A control's value, as listed below; may be given often",
                        settingInto(request.settings));
-    reader.addRepeated("--at", "SECONDS:NAME=VALUE",
-                       "The same from the start of the block that holds this time of the output",
+    reader.addRepeated("--at", "SECONDS:NAME=VALUE", "The same from this time of the output on",
                        timedSettingInto(request));
     reader.add("--envelope", "NAME",
                "The grains' envelope, see `zephyra envelopes`. Default: Hanning",

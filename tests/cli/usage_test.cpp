@@ -148,7 +148,7 @@ TEST_F(Usage, HelpListsEveryControlWithItsRangeAndExamples) {
     const ProgramRun help = run("render --help");
     EXPECT_EQ(help.code, 0);
     for (const char* part : {"Ring Modulation Frequency", "0.1 to 8000 Hz", "Normalize", "--at",
-                             "start of the block", "Examples:"})
+                             "this time of the output", "Examples:"})
         EXPECT_THAT(help.out, HasSubstr(part));
     std::istringstream lines(help.out);
     for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100u) << line;

@@ -45,5 +45,88 @@ TEST(OfflineHost, BringsAnInstrumentToItsDemonstrationSampleBeforeTheFirstBlock)
     EXPECT_TRUE(own.stream.sampleReference().path.ends_with("Blackbird.mp3"));
 }
 
+TEST(OfflineHost, CutsABlockWhereSomethingActsAndNowhereElse) {
+    const struct {
+        std::uint32_t most, frames; // of a cycle, of each of two blocks
+        std::vector<std::uint32_t> at;
+        const char* happened; // "f:" where something acted, and where cycles ended
+    } rows[] = {
+        {512, 512, {}, "512 1024 "},
+        {512, 512, {0}, "0: 512 1024 "},
+        {512, 512, {16, 1, 17, 2}, "16 16: 16: 16: 32 32: 512 1024 "},
+        {512, 512, {496}, "496 496: 512 1024 "},
+        {512, 512, {511}, "512 512: 1024 "},
+        {512, 512, {512, 1000}, "512 512: 1008 1008: 1024 "},
+        {512, 512, {1024}, "512 1024 "},
+        {100, 100, {98, 100}, "100 100: 100: 200 "}, // the second block begins there
+        {100, 200, {90, 98}, "96 96: 100 112 112: 200 300 400 "},
+        {4096, 8192, {4000}, "4000 4000: 4096 8192 12288 16384 "},
+    };
+    HostedUnit hosted(component_type::instrument);
+    OfflineHost& host = hosted.host;
+    std::uint64_t first = 0;
+    std::string happened;
+    host.setCycleListener(
+        [&](std::uint32_t end) { happened += std::to_string(first + end) + " "; });
+    for (const auto& row : rows) {
+        hosted.ready(row.most);
+        happened.clear();
+        for (const std::uint32_t at : row.at)
+            host.queueTask([&] { happened += std::to_string(host.renderedFrames()) + ": "; }, at);
+        for (first = 0; first < 2 * row.frames; first += row.frames) hosted.render(row.frames);
+        EXPECT_EQ(happened, row.happened);
+        EXPECT_EQ(host.hasQueued(), row.at == std::vector<std::uint32_t>{1024});
+    }
+}
+
+TEST(OfflineHost, LetsNothingOvertakeAnotherOnTheWayToMain) {
+    HostedUnit hosted(component_type::instrument);
+    hosted.ready();
+    const std::uint8_t note[] = {0x90, 72, 100}, bend[] = {0xE0, 0, 0x7F},
+                       still[] = {0xE0, 0, 0x40};
+    const auto moved = [&](auto... queue) {
+        hosted.host.setMidiInlet(&hosted.inlet);
+        (queue(), ...);
+        hosted.render(0);
+        return hosted.stream.linear(pitch);
+    };
+    const auto parameter = [&] { hosted.queue(pitch, 5.0f); };
+    const auto task = [&] {
+        hosted.host.queueTask([&] { hosted.stream.setDisplayed(pitch, -3.0f); });
+    };
+    const auto play = [&] { hosted.host.queueMidi(note, 3); };
+    const auto wheel = [&] { hosted.host.queueMidi(bend, 3), hosted.host.queueMidi(still, 3); };
+    EXPECT_EQ(moved(parameter, play), 12.0f);
+    EXPECT_EQ(moved(play, parameter), 5.0f);
+    EXPECT_EQ(moved(parameter, task), -3.0f);
+    EXPECT_EQ(moved(task, parameter), 5.0f);
+    EXPECT_EQ(moved(wheel, play), 12.0f);
+    EXPECT_EQ(moved(play, parameter, task, wheel), -3.0f);
+    for (int i = 0; i < 9000; ++i) play(); // more than any queue to MAIN holds
+    hosted.render(0);
+    EXPECT_EQ(hosted.unit->lostNotices() + hosted.inlet.replaced(), 0u);
+}
+
+TEST(OfflineHost, TellsOfMusicWithSoundAloneSoThatAnEventMovesNothingElse) {
+    const auto heard = [](bool withEvents) {
+        HostedUnit hosted(component_type::instrument);
+        hosted.ready();
+        hosted.stream.setDisplayed(scanSync, 1.0f);
+        hosted.host.reportContext(true);
+        hosted.host.reportTransport(true);
+        hosted.host.setMeter(4);
+        hosted.host.setTempo(120);
+        hosted.host.setTransport(true);
+        for (int i = 0; i < 8; ++i) {
+            if (withEvents) hosted.queue(width, hosted.stream.linear(width));
+            hosted.render(512);
+        }
+        return hosted.heard;
+    };
+    const auto plain = heard(false);
+    EXPECT_GT(*std::max_element(plain.begin(), plain.end()), 0.01f);
+    EXPECT_EQ(heard(true), plain);
+}
+
 } // namespace
 } // namespace zephyra

@@ -5,7 +5,6 @@
 #include "rendering/take_file.h"
 
 #include <gtest/gtest.h>
-#include <optional>
 #include <utility>
 
 namespace zephyra {
@@ -30,8 +29,8 @@ TEST(Automation, LinesBecomePointsByTimeAndWrongOnesAreNamed) {
     const std::pair<const char*, const char*> wrong[] = {
         {"1,Density", "moves, line 1: a line is time,parameter,value"},
         {"1,Pan,0\n-1,Pan,0", "moves, line 2: a time is seconds from 0 up"},
-        {"1e308b,Pan,0", "\"1e308b\" is more than can be counted; write fewer beats"},
         {"1,Normalize,1", "there is no parameter \"Normalize\""}, // no host parameter
+        {"1e308b,Pan,0", "\"1e308b\" is more than can be counted; write fewer beats"},
         {"1,Pan,2", "Pan takes -1 to 1, not \"2\""},
         {"1,Pan,0,slide", "a step or a ramp"},
         {"1,LIVE,on,ramp", "knows no ramp"},
@@ -43,31 +42,35 @@ TEST(Automation, LinesBecomePointsByTimeAndWrongOnesAreNamed) {
     }
 }
 
-TEST(Automation, AStepIsSentOnceAndARampOnceABlock) {
-    AutomationLane lane({{1.0, ControlId::pan, 0.5f, false}, {3.0, ControlId::pan, -0.5f, true}},
-                        0.0f);
+TEST(Automation, PointsAreSentAtTheirFramesAndARampOnceABlockOrOftener) {
+    constexpr ControlId kPan = ControlId::pan;
+    AutomationLane lane(
+        {{1.0, kPan, 0.5f, false}, {1.005, kPan, 0.75f, false}, {17.0, kPan, -0.25f, true}}, 0.0f);
     const struct {
-        double from, to;
-        std::optional<AutomationLane::Event> sent;
+        std::uint64_t first;
+        std::uint32_t frames;
+        std::vector<AutomationLane::Event> sent; // at 100 Hz
     } blocks[] = {
-        {0.0, 0.5, {}},
-        {0.5,
-         1.5,
-         {{0.25f, 0, true}}}, // the step's time is here, but the ramp is under way already
-        {1.5, 2.0, {{0.0f, 0, true}}},
-        {2.0, 4.0, {{-0.5f, 0, true}}}, // arrives
-        {4.0, 5.0, {}},
+        {0, 50, {}},
+        {50, 50, {}},
+        {100, 50, {{0.5f, 0}, {0.75f, 0}}},
+        {150, 50, {{0.75f - 0.495f / 15.995f, 0}}},
+        {200,
+         1124,
+         {{0.75f - 0.995f / 15.995f, 0},
+          {0.75f - 6.115f / 15.995f, 512},
+          {0.75f - 11.235f / 15.995f, 1024}}},
+        {1324, 377, {{0.75f - 12.235f / 15.995f, 0}, {-0.25f, 376}}},
+        {1701, 50, {}},
     };
     for (const auto& block : blocks) {
-        const auto event = lane.next(block.from, block.to, 100.0);
-        ASSERT_EQ(event.has_value(), block.sent.has_value()) << block.from;
-        if (!event) continue;
-        EXPECT_FLOAT_EQ(event->value, block.sent->value) << block.from;
-        EXPECT_EQ(event->ramp, block.sent->ramp) << block.from;
+        const auto sent = lane.next(block.first, block.frames, 100.0);
+        ASSERT_EQ(sent.size(), block.sent.size()) << block.first;
+        for (std::size_t i = 0; i < sent.size(); ++i) {
+            EXPECT_FLOAT_EQ(sent[i].value, block.sent[i].value) << block.first;
+            EXPECT_EQ(sent[i].offset, block.sent[i].offset) << block.first;
+        }
     }
-    AutomationLane steps({{0.25, ControlId::pan, 1.0f, false}}, 0.0f);
-    EXPECT_EQ(steps.next(0.0, 0.5, 100.0)->offset, 25u);
-    EXPECT_FALSE(steps.next(0.5, 1.0, 100.0));
 }
 
 TEST(TakeFile, ReadsWhatItWritesAndNamesTheLineThatIsWrong) {

@@ -1,6 +1,8 @@
 // How a render begins and ends, and how long the echo is waited for.
 
+#include "controls/state_keys.h"
 #include "engine/envelope_menu.h"
+#include "platform/lists/property_reader.h"
 #include "rendering/echo_tail.h"
 #include "rendering/offline_render.h"
 #include "rendering/render_plan.h"
@@ -21,8 +23,11 @@ TEST(OfflineRender, InTheTailNoGrainStartsAndNothingBreaksOff) {
                     .seed = 5,
                     .envelope = kDefaultEnvelope,
                     .settings = {{ControlId::density, 400}, {ControlId::pan, -1}},
-                    .timedSettings = {{0.2, {ControlId::amplitude, 1}}}, // in the tail
-                    .start = {}};
+                    // In the tail, and in the last frame of all.
+                    .timedSettings = {{0.2, {ControlId::amplitude, 1}},
+                                      {14999.5 / 44100, {ControlId::pitch, 5}}},
+                    .start = {},
+                    .automation = {{0.25, ControlId::amplitude, 1.0f, false}}};
     std::vector<float> left;
     std::uint64_t grains = 0;
     OfflineRender render(plan, Folders{});
@@ -37,6 +42,9 @@ TEST(OfflineRender, InTheTailNoGrainStartsAndNothingBreaksOff) {
     });
     ASSERT_TRUE(statistics);
     EXPECT_EQ(statistics.value().startedGrains + statistics.value().droppedGrains, grains);
+    const PropertyDictionary state = render.state();
+    const std::string pitch = ofStream(controlRange(ControlId::pitch).channel);
+    EXPECT_EQ(PropertyReader(state).real(pitch), 5.0);
     // Grains last at most 85 ms and a quarter more; none steps to silence at once.
     const auto at = [&left](std::size_t frame) { return std::abs(left[frame]); };
     float loud = 0, silent = 0;
@@ -44,6 +52,45 @@ TEST(OfflineRender, InTheTailNoGrainStartsAndNothingBreaksOff) {
     for (std::size_t n = 5000 + 4686; n < 15000; ++n) silent = std::max(silent, at(n));
     EXPECT_GT(loud, 0.1f);
     EXPECT_EQ(silent, 0.0f);
+}
+
+TEST(OfflineRender, WhatComesAtAFrameShapesTheFirstGrainFromThereOnWhateverTheBlock) {
+    const std::pair<int, std::uint64_t> rows[] = {{0, 0},       {2192, 2200}, {2193, 2310},
+                                                  {8191, 8250}, {8193, 8250}, {8241, 8360}};
+    for (const int block : {64, 512, 4096, 65536})
+        for (const auto& [frame, firstGrain] : rows) { // which start every 110 frames
+            const double seconds = (frame + 0.5) / 44100;
+            RenderPlan plan{.sampleRate = 44100,
+                            .playFrames = 9000,
+                            .frames = 9000,
+                            .blockFrames = block,
+                            .seed = 5,
+                            .settings = {{ControlId::density, 400},
+                                         {ControlId::length, 10},
+                                         {ControlId::rndLength, 0},
+                                         {ControlId::rndDensity, 0},
+                                         {ControlId::rndPitch, 0},
+                                         {ControlId::amplitude, 0.5f}},
+                            .timedSettings = {{seconds, {ControlId::length, 20}}},
+                            .start = {},
+                            .automation = {{seconds, ControlId::pan, -1.0f, false}},
+                            .midi = {{seconds, 3, {0x90, 72, 100}}}};
+            std::uint64_t moved[3] = {9000, 9000, 9000};
+            OfflineRender render(plan, Folders{});
+            ASSERT_TRUE(render.prepare({.sample = noiseSample(20000, 44100)}));
+            const auto see = [&](const GrainRecord& grain) {
+                const bool changed[] = {grain.length > 0.015f, grain.gainR == 0.0f,
+                                        grain.rate > 1.5f * 44100 / 20000};
+                for (std::size_t i = 0; i < 3; ++i)
+                    if (changed[i]) moved[i] = std::min(moved[i], grain.frame);
+            };
+            ASSERT_TRUE(render.run([&](const RenderedBlock& rendered) -> Result<void> {
+                for (const GrainRecord& grain : rendered.grains) see(grain);
+                return {};
+            }));
+            for (const std::uint64_t grain : moved)
+                EXPECT_EQ(grain, firstGrain) << frame << ", block " << block;
+        }
 }
 
 TEST(RenderPlan, LengthRateAndSeedComeFromTheSourceAndTheClock) {

@@ -28,6 +28,7 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
     // pitch.
     const GrainRecord loaded{20500, 0.25f, 1.0f, 0.1f, 1, 0.5f, false};
     const GrainRecord live{20500, (441000 - 5 - 8820) / 441000.0f, 0.1f, 0.1f, 1, 0.5f, true};
+    const RenderedCycle cycles[] = {{500, 1.0f}, {4096, 0.5f}, {10000, 0.25f}};
     const auto recorded = [&](SourceUse use, const GrainRecord& grain) {
         PictureRecorder recorder(planFor(use), source, {.source = 1, .time = 1, .frequencies = 1});
         recorder.add({.firstFrame = 20000,
@@ -36,7 +37,7 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
                       .right = silence.data(),
                       .grains = {&grain, 1},
                       .scanPosition = grain.position,
-                      .amplitude = 0.5f});
+                      .cycles = cycles});
         return recorder.picture().map;
     };
     const GrainMark first = recorded(SourceUse::loaded, loaded).grains.at(0);
@@ -47,7 +48,7 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
     EXPECT_EQ(first.level, 0.5);
     EXPECT_FALSE(first.dropped);
 
-    // The first step of the block ends with frame 24096, its last one with frame 30000.
+    // The grain's cycle ends with frame 24096, the last one with frame 30000.
     const GrainMap map = recorded(SourceUse::live, live);
     EXPECT_NEAR(map.grains.at(0).from, (24096 - 1 - 8820) / 88200.0, 1e-5);
     EXPECT_NEAR(map.grains.at(0).to - map.grains.at(0).from, 4410 / 88200.0, 1e-5);
@@ -64,6 +65,7 @@ TEST(PictureRecorder, AMovedControlBeginsWhereItStandsAndNamesTheEndsOfItsWay) {
                              {.format = "", .channels = 1, .sampleRate = 44100, .frames = 1000},
                              {.source = 1, .time = 2, .frequencies = 1});
     float silence[] = {0};
+    const RenderedCycle cycles[] = {{1, 0.5f}};
     const float moved[] = {1.0f, 200.25f}; // half way of the density: 0.5 + 399.5 / 8 Hz
     recorder.add({.firstFrame = 44099,
                   .frames = 1,
@@ -71,7 +73,7 @@ TEST(PictureRecorder, AMovedControlBeginsWhereItStandsAndNamesTheEndsOfItsWay) {
                   .right = silence,
                   .grains = {},
                   .scanPosition = 0,
-                  .amplitude = 0.5f,
+                  .cycles = cycles,
                   .moved = moved});
     const ControlPath& path = recorder.finish("in.wav", {}, {}).paths.at(1);
     EXPECT_EQ(path.name + " " + path.mover, "Density CC 1");
