@@ -1,7 +1,6 @@
 #include "hosting/event_queue.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace zephyra {
 
@@ -18,20 +17,22 @@ bool isParameter(const EventQueue::Entry& entry) {
 
 } // namespace
 
-void EventQueue::add(Entry entry) {
-    const auto waiting = entries_.begin() + static_cast<std::ptrdiff_t>(taken_);
-    const auto place =
-        std::upper_bound(waiting, entries_.end(), entry.frame,
-                         [](std::uint32_t frame, const Entry& e) { return frame < e.frame; });
-    entries_.insert(place, std::move(entry));
+/// All at a time: a file may bring a million entries, lane after lane.
+void EventQueue::sort() {
+    if (sorted_ == entries_.size()) return;
+    std::stable_sort(entries_.begin() + static_cast<std::ptrdiff_t>(taken_), entries_.end(),
+                     [](const Entry& a, const Entry& b) { return a.frame < b.frame; });
+    sorted_ = entries_.size();
 }
 
-std::optional<std::uint64_t> EventQueue::nextCut() const {
-    if (taken_ == entries_.size()) return std::nullopt;
+std::optional<std::uint64_t> EventQueue::nextCut() {
+    sort();
+    if (isEmpty()) return std::nullopt;
     return cutOf(entries_[taken_]);
 }
 
 std::span<EventQueue::Entry> EventQueue::takeDue(std::uint64_t frame) {
+    sort();
     const std::size_t first = taken_;
     const auto isDue = [&] { return taken_ < entries_.size() && cutOf(entries_[taken_]) <= frame; };
     if (isDue()) ++taken_;
@@ -41,14 +42,16 @@ std::span<EventQueue::Entry> EventQueue::takeDue(std::uint64_t frame) {
 }
 
 void EventQueue::endBlock(std::uint32_t frames) {
+    sort();
     entries_.erase(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(taken_));
     taken_ = 0;
+    sorted_ = entries_.size();
     for (Entry& entry : entries_) entry.frame -= std::min(entry.frame, frames);
 }
 
 void EventQueue::clear() {
     entries_.clear();
-    taken_ = 0;
+    taken_ = sorted_ = 0;
 }
 
 } // namespace zephyra

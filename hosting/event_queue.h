@@ -8,6 +8,7 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -26,10 +27,11 @@ public:
         std::function<void()> task = {};      ///< in an event's place; else empty
     };
 
-    void add(Entry entry);
+    void add(Entry entry) { entries_.push_back(std::move(entry)); }
+    bool isEmpty() const { return taken_ == entries_.size(); }
 
     /// Where the next entry acts, a multiple of kGrid; none without one.
-    std::optional<std::uint64_t> nextCut() const;
+    std::optional<std::uint64_t> nextCut();
 
     /// Takes what acts together at frame or before: parameters that follow each other, one MIDI
     /// message, or one task; empty when nothing is due. So nothing overtakes another on the way to
@@ -43,8 +45,10 @@ public:
     void clear();
 
 private:
-    std::vector<Entry> entries_; // by frame
-    std::size_t taken_ = 0;      // of them
+    void sort();
+
+    std::vector<Entry> entries_;
+    std::size_t taken_ = 0, sorted_ = 0; // so many of them, from the first on
 };
 
 } // namespace zephyra

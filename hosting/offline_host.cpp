@@ -129,7 +129,7 @@ void OfflineHost::queueMidi(const std::uint8_t* bytes, std::uint16_t length, std
 }
 
 void OfflineHost::queueTask(std::function<void()> task, std::uint32_t offset) {
-    if (task) events_.add({.frame = offset, .task = std::move(task)});
+    events_.add({.frame = offset, .task = std::move(task)});
 }
 
 OSStatus OfflineHost::render(const Block& block) {
@@ -140,10 +140,7 @@ OSStatus OfflineHost::render(const Block& block) {
         OSStatus status = actUpTo(done);
         const std::uint32_t end = cycleEnd(done, block.frames);
         if (status == noError && end > done) status = renderCycle(block, done, end);
-        if (status != noError) {
-            events_.clear();
-            return status;
-        }
+        if (status != noError) return status;
         done = end;
     } while (done < block.frames);
     events_.endBlock(block.frames);
@@ -182,7 +179,7 @@ OSStatus OfflineHost::handOver(std::span<EventQueue::Entry> events) {
 
 /// Also at multiples of the block length, whatever is cut before: so a long block is cut like short
 /// ones.
-std::uint32_t OfflineHost::cycleEnd(std::uint32_t begin, std::uint32_t frames) const {
+std::uint32_t OfflineHost::cycleEnd(std::uint32_t begin, std::uint32_t frames) {
     const std::uint64_t most = (std::uint64_t{begin} / setup_.blockFrames + 1) * setup_.blockFrames;
     const std::uint64_t end = std::min<std::uint64_t>(most, events_.nextCut().value_or(most));
     return static_cast<std::uint32_t>(std::min<std::uint64_t>(end, frames));

@@ -66,10 +66,10 @@ public:
     void queueRamp(AUParameterAddress address, AUValue end, std::uint32_t frames,
                    std::uint32_t offset = 0);
     void queueMidi(const std::uint8_t* bytes, std::uint16_t length, std::uint32_t offset = 0);
-    /// Something that is done on MAIN at its frame, in its place among the events.
+    /// Something, never empty, that is done on MAIN at its frame, in its place among the events.
     void queueTask(std::function<void()> task, std::uint32_t offset = 0);
     /// Whether something waits for the next block.
-    bool hasQueued() const { return events_.nextCut().has_value(); }
+    bool hasQueued() const { return !events_.isEmpty(); }
 
     /// Hears before each cycle that renders, once all that is due was done, where it will end, in
     /// frames from the block's start; empty, as at first, for nobody. MAIN.
@@ -87,7 +87,7 @@ public:
     };
     /// Waits for background work, runs the main queue, renders in cycles that end at multiples of
     /// the block length and where an event acts, and advances the run loop by each. The first that
-    /// fails ends it, and what is queued is dropped.
+    /// fails ends it.
     OSStatus render(const Block& block);
 
     /// Frames rendered since start.
@@ -105,7 +105,7 @@ private:
     void settle();
     OSStatus actUpTo(std::uint32_t frame);
     OSStatus handOver(std::span<EventQueue::Entry> events);
-    std::uint32_t cycleEnd(std::uint32_t begin, std::uint32_t frames) const;
+    std::uint32_t cycleEnd(std::uint32_t begin, std::uint32_t frames);
     OSStatus renderCycle(const Block& block, std::uint32_t begin, std::uint32_t end);
     OSStatus callUnit(std::uint32_t frames, AudioBuffer (&channels)[2],
                       const AURenderEvent* events);

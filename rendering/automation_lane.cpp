@@ -32,6 +32,7 @@ bool AutomationLane::runsThrough(std::uint64_t frame, double sampleRate) const {
 std::vector<AutomationLane::Event> AutomationLane::next(std::uint64_t first, std::uint32_t frames,
                                                         double sampleRate) {
     std::vector<Event> sent;
+    if (passed_ == points_.size()) return sent;
     for (std::uint64_t at = 0; at < frames; at += kRampFrames) {
         const std::uint64_t end = first + std::min<std::uint64_t>(at + kRampFrames, frames);
         if (runsThrough(first + at, sampleRate))
@@ -40,7 +41,9 @@ std::vector<AutomationLane::Event> AutomationLane::next(std::uint64_t first, std
         for (; passed_ < points_.size(); ++passed_) {
             const std::uint64_t due = dueFrame(points_[passed_].seconds, sampleRate);
             if (due >= end) break;
-            sent.push_back({points_[passed_].linear, static_cast<std::uint32_t>(due - first)});
+            const Event event{points_[passed_].linear, static_cast<std::uint32_t>(due - first)};
+            if (!sent.empty() && sent.back().offset == event.offset) sent.pop_back();
+            sent.push_back(event);
         }
     }
     return sent;

@@ -9,8 +9,9 @@
 
 namespace zephyra {
 
-/// Walks a parameter's points forward. Each point is sent at its frame. Where a ramp is under way
-/// the value it has reached is sent with each block, and every kRampFrames of a long one.
+/// Walks a parameter's points forward. Each is sent at its frame, of several at one the last. Where
+/// a ramp is under way the value it has reached is sent with each block, and every kRampFrames of a
+/// long one.
 class AutomationLane {
 public:
     /// points: all of one parameter, by time, at least one. start: the linear value before the

@@ -53,7 +53,7 @@ TEST(Automation, PointsAreSentAtTheirFramesAndARampOnceABlockOrOftener) {
     } blocks[] = {
         {0, 50, {}},
         {50, 50, {}},
-        {100, 50, {{0.5f, 0}, {0.75f, 0}}},
+        {100, 50, {{0.75f, 0}}},
         {150, 50, {{0.75f - 0.495f / 15.995f, 0}}},
         {200,
          1124,

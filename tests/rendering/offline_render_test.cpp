@@ -71,9 +71,11 @@ TEST(OfflineRender, WhatComesAtAFrameShapesTheFirstGrainFromThereOnWhateverTheBl
                                          {ControlId::rndDensity, 0},
                                          {ControlId::rndPitch, 0},
                                          {ControlId::amplitude, 0.5f}},
-                            .timedSettings = {{seconds, {ControlId::length, 20}}},
+                            .timedSettings = {{seconds, {ControlId::length, 20}},
+                                              {seconds, {ControlId::pitch, -3}}},
                             .start = {},
-                            .automation = {{seconds, ControlId::pan, -1.0f, false}},
+                            .automation = {{seconds, ControlId::pan, -1.0f, false},
+                                           {seconds, ControlId::pitch, 5.0f, false}},
                             .midi = {{seconds, 3, {0x90, 72, 100}}}};
             std::uint64_t moved[3] = {9000, 9000, 9000};
             OfflineRender render(plan, Folders{});
