@@ -1,6 +1,7 @@
 #include "hosting/event_queue.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zephyra {
 
@@ -42,16 +43,9 @@ std::span<EventQueue::Entry> EventQueue::takeDue(std::uint64_t frame) {
 }
 
 void EventQueue::endBlock(std::uint32_t frames) {
-    sort();
     entries_.erase(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(taken_));
-    taken_ = 0;
-    sorted_ = entries_.size();
+    sorted_ -= std::exchange(taken_, 0);
     for (Entry& entry : entries_) entry.frame -= std::min(entry.frame, frames);
-}
-
-void EventQueue::clear() {
-    entries_.clear();
-    taken_ = sorted_ = 0;
 }
 
 } // namespace zephyra

@@ -42,7 +42,7 @@ public:
     /// start.
     void endBlock(std::uint32_t frames);
 
-    void clear();
+    void clear() { *this = {}; }
 
 private:
     void sort();

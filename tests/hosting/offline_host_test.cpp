@@ -112,12 +112,14 @@ TEST(OfflineHost, TellsOfMusicWithSoundAloneSoThatAnEventMovesNothingElse) {
         HostedUnit hosted(component_type::instrument);
         hosted.ready();
         hosted.stream.setDisplayed(scanSync, 1.0f);
+        hosted.stream.setScrubNormalizedValue(0.5f); // until the rewind of beat 0 is taken
+        hosted.stream.____play();
         hosted.host.reportContext(true);
         hosted.host.reportTransport(true);
         hosted.host.setMeter(4);
         hosted.host.setTempo(120);
-        hosted.host.setTransport(true);
         for (int i = 0; i < 8; ++i) {
+            hosted.host.setTransport(i < 4);
             if (withEvents) hosted.queue(width, hosted.stream.linear(width));
             hosted.render(512);
         }
@@ -126,6 +128,20 @@ TEST(OfflineHost, TellsOfMusicWithSoundAloneSoThatAnEventMovesNothingElse) {
     const auto plain = heard(false);
     EXPECT_GT(*std::max_element(plain.begin(), plain.end()), 0.01f);
     EXPECT_EQ(heard(true), plain);
+}
+
+TEST(OfflineHost, BringsAnEffectItsInputAcrossACut) {
+    const auto heard = [](std::uint32_t at) {
+        HostedUnit hosted(component_type::effect);
+        hosted.ready();
+        hosted.stream.stop(); // the input alone is heard
+        hosted.host.queueTask([] {}, at);
+        hosted.render(512);
+        return hosted.heard;
+    };
+    const auto whole = heard(0);
+    EXPECT_GT(*std::max_element(whole.begin(), whole.end()), 0.01f);
+    EXPECT_EQ(heard(208), whole);
 }
 
 } // namespace
