@@ -145,7 +145,7 @@ bool MyAudioUnit::followBarsOf(double quarters, double beat, double position) ZE
     if (wentOn || (isFirstBeat && !isTold)) notice(RenderNoticeKind::bar);
     record_.hasBeenSynced = isFirstBeat;
     lastBar_ = bar;
-    return wentOn || isFirstBeat;
+    return isFirstBeat;
 }
 
 /// A position of 0 tells at once; one before it (a count-in) as soon as 0 is reached.

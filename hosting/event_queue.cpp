@@ -18,12 +18,16 @@ bool isParameter(const EventQueue::Entry& entry) {
 
 } // namespace
 
+void EventQueue::add(Entry entry) {
+    entries_.push_back(std::move(entry));
+    isSorted_ = false;
+}
+
 /// All at a time: a file may bring a million entries, lane after lane.
 void EventQueue::sort() {
-    if (sorted_ == entries_.size()) return;
+    if (std::exchange(isSorted_, true)) return;
     std::stable_sort(entries_.begin() + static_cast<std::ptrdiff_t>(taken_), entries_.end(),
                      [](const Entry& a, const Entry& b) { return a.frame < b.frame; });
-    sorted_ = entries_.size();
 }
 
 std::optional<std::uint64_t> EventQueue::nextCut() {
@@ -44,7 +48,7 @@ std::span<EventQueue::Entry> EventQueue::takeDue(std::uint64_t frame) {
 
 void EventQueue::endBlock(std::uint32_t frames) {
     entries_.erase(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(taken_));
-    sorted_ -= std::exchange(taken_, 0);
+    taken_ = 0;
     for (Entry& entry : entries_) entry.frame -= std::min(entry.frame, frames);
 }
 

@@ -8,7 +8,6 @@
 #include <functional>
 #include <optional>
 #include <span>
-#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -27,7 +26,7 @@ public:
         std::function<void()> task = {};      ///< in an event's place; else empty
     };
 
-    void add(Entry entry) { entries_.push_back(std::move(entry)); }
+    void add(Entry entry);
     bool isEmpty() const { return taken_ == entries_.size(); }
 
     /// Where the next entry acts, a multiple of kGrid; none without one.
@@ -48,7 +47,8 @@ private:
     void sort();
 
     std::vector<Entry> entries_;
-    std::size_t taken_ = 0, sorted_ = 0; // so many of them, from the first on
+    std::size_t taken_ = 0; // of them
+    bool isSorted_ = true;
 };
 
 } // namespace zephyra

@@ -21,18 +21,16 @@ float AutomationLane::valueAt(double seconds) const {
     return before + static_cast<float>(share) * (after->linear - before);
 }
 
-/// Whether a ramp has left the point before frame and comes to its own behind it.
+/// Whether a ramp has left the point before it by then.
 bool AutomationLane::runsThrough(std::uint64_t frame, double sampleRate) const {
     if (passed_ == points_.size() || !points_[passed_].ramp) return false;
     const double begin = passed_ == 0 ? 0.0 : points_[passed_ - 1].seconds;
-    return dueFrame(begin, sampleRate) < frame &&
-           frame < dueFrame(points_[passed_].seconds, sampleRate);
+    return dueFrame(begin, sampleRate) < frame;
 }
 
 std::vector<AutomationLane::Event> AutomationLane::next(std::uint64_t first, std::uint32_t frames,
                                                         double sampleRate) {
     std::vector<Event> sent;
-    if (passed_ == points_.size()) return sent;
     for (std::uint64_t at = 0; at < frames; at += kRampFrames) {
         const std::uint64_t end = first + std::min<std::uint64_t>(at + kRampFrames, frames);
         if (runsThrough(first + at, sampleRate))

@@ -45,9 +45,8 @@ void PictureRecorder::addPaths(const PictureGrid& grid) {
 }
 
 const RenderedCycle& PictureRecorder::cycleOf(std::uint64_t frame, const RenderedBlock& block) {
-    const auto cycle =
-        std::ranges::upper_bound(block.cycles, frame - block.firstFrame, {}, &RenderedCycle::end);
-    return cycle == block.cycles.end() ? block.cycles.back() : *cycle;
+    return *std::ranges::upper_bound(block.cycles, frame - block.firstFrame, {},
+                                     &RenderedCycle::end);
 }
 
 double PictureRecorder::sourcePosition(double position, const RenderedBlock& block,

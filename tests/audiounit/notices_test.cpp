@@ -51,7 +51,7 @@ TEST(Notices, TellEachDownbeatAndEachReturnToTheStartOnce) {
         {7, {3.4, 3.5, 3.9, 7.4, 11.2, 11.5}, ".b.bb.", 8}, // one first beat is passed over
         {1, {0.1, 0.6, 0.7, 1}, "bb.b", 8},
         {3, {-0.1, 0.2, 2, 5.9, 6, 1}, ".2..bb", 2}, // and back, into the first beat
-        {2, {1.5, 5, 2.5}, "bb.", 2},
+        {2, {1.5, 5, 2.5, 0.5, 2.5, 0.5}, "bb.b.b", 2},
     };
     for (const auto& row : rows) {
         FollowingRig rig;

@@ -112,11 +112,14 @@ TEST_F(HostedRender, ProgramsAndBanksOfAMidiFileAreLeftOutUnlessAskedFor) {
         header("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0", 21);
     writeText(folder / "song.mid", header + static_cast<char>(track.size()) + track);
     writeText(folder / "note.mid", header + '\x08' + track.substr(7));
+    always = "--bank 'Bird Machines' --preset 'Night Owl' ";
     const std::string note = render("--midi note.mid --save-state note");
     EXPECT_TRUE(render("--midi song.mid --save-state song") == note);
     EXPECT_EQ(readText(folder / "song"), readText(folder / "note"));
     EXPECT_TRUE(render("--midi song.mid --programs") != note);
     EXPECT_TRUE(render("--midi song.mid --learn cc:0=Length") != note);
+    always = "--state note --midi song.mid ";
+    EXPECT_TRUE(render("--programs") != render(""));
     const std::string notice = "zephyra: song.mid: 1 program change chooses no preset; add "
                                "--programs if it should\n";
     const std::string songs = "render in.wav ./in.wav --out-dir out --midi song.mid ";

@@ -46,6 +46,9 @@ TEST(Automation, PointsAreSentAtTheirFramesAndARampOnceABlockOrOftener) {
     constexpr ControlId kPan = ControlId::pan;
     AutomationLane lane(
         {{1.0, kPan, 0.5f, false}, {1.005, kPan, 0.75f, false}, {17.0, kPan, -0.25f, true}}, 0.0f);
+    AutomationLane early({{0.5, kPan, 1.0f, true}}, 0.0f);
+    EXPECT_TRUE(early.next(0, 20, 100.0).empty()); // still where the control stands
+    EXPECT_EQ(early.next(20, 31, 100.0).size(), 2u);
     const struct {
         std::uint64_t first;
         std::uint32_t frames;

@@ -6,6 +6,7 @@
 #include "rendering/echo_tail.h"
 #include "rendering/offline_render.h"
 #include "rendering/render_plan.h"
+#include "tests/support/temporary_folder.h"
 #include "tests/support/test_sounds.h"
 
 #include <algorithm>
@@ -107,6 +108,15 @@ TEST(RenderPlan, LengthRateAndSeedComeFromTheSourceAndTheClock) {
     EXPECT_EQ(own.value().seed, 1234567u);
     clock.fix(0);
     EXPECT_EQ(makeRenderPlan(request, source, clock).value().seed, 1u);
+    const TemporaryFolder folder;
+    request.host.state = folder / "state";
+    for (const auto& [saved, seed] :
+         {std::pair<std::int64_t, std::uint32_t>(7, 7), {0, 1}, {1LL << 32, 1}}) {
+        ASSERT_TRUE(
+            writePropertyListFile(*request.host.state, {{ofStream(state_key::kSeed), saved}}));
+        EXPECT_EQ(makeRenderPlan(request, source, clock).value().seed, seed) << saved;
+    }
+    EXPECT_EQ(dueFrame(1e308, 48000), std::uint64_t{1} << 62);
 
     request.sampleRate = 44100;
     EXPECT_EQ(makeRenderPlan(request, source, clock).value().frames, 22050u);
