@@ -182,6 +182,7 @@ int mixGrain(mokGrain& grain, const GrainTables& tables, const GrainMix& mix) ZE
                         tables.envelopeSize < kMostIndexable && readStep < 1.0f &&
                         readStep > -1.0f && grain.readPhase >= 0.0 && grain.readPhase <= 1.0;
     auto& run = grain.straight;
+    if (!tables.ready) run.left = 0; // its phases go on by one sample, past what was planned
     int done = 0;
     while (done < mix.count) {
         const int room = mix.count - done;
