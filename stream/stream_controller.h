@@ -96,7 +96,8 @@ public:
     void syncStateDidChangedWithBPM(double bpm);
     /// Starts a stream that is synced and stopped.
     void forceToPlayIfShouldPlay();
-    /// The host's transport started, stopped, jumped back; they act while host-follow is set.
+    /// The host's transport started, stopped, jumped back; they act while host-follow is set. A
+    /// start arms for the downbeat; a stop takes that back, not what a hand armed.
     void shouldPlay();
     void shouldStop();
     void shouldRewind();
@@ -275,6 +276,7 @@ private:
     void showPlaying();
     void setArmed(bool armed);
     void dropArmed();
+    bool waitsForStart(void (MOK_SCRUB_GRANULATOR::*told)());
     void clearBackgroundLater(Button& button);
     double fadeTime(ControlId id) const;
     void switchEngine(bool on);
@@ -306,8 +308,10 @@ private:
     bool _isFading = false;
     bool stopHolds_ = false; // a stop's fade-out holds the scan
     bool shouldPlayOnTime = false;
+    bool hostArmed_ = false; // the host's start armed it, so its stop disarms it
     bool shouldRewindOnTime = false;
     bool startQueued_ = false;       // a start's step that shows it has not run yet
+    int waiting_ = 0;                // what the host told since, which comes after it
     RunLoop::Token pendingStop_ = 0; // the stop: that a fade-out has scheduled
     double CURRENT_CLOCK_BPM = 120.0;
     double realScanningValue = 0.0;

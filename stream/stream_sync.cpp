@@ -6,7 +6,20 @@
 
 namespace zephyra {
 
+/// A start that does not show yet cannot be stopped, nor followed by another one: what the host
+/// tells meanwhile comes after that step, in its order.
+bool MOK_SCRUB_GRANULATOR::waitsForStart(void (MOK_SCRUB_GRANULATOR::*told)()) {
+    if (!startQueued_) return false;
+    ++waiting_;
+    onMain([this, told] {
+        --waiting_;
+        (this->*told)();
+    });
+    return true;
+}
+
 void MOK_SCRUB_GRANULATOR::syncStateTempoForte() {
+    if (waiting_ > 0 && waitsForStart(&MOK_SCRUB_GRANULATOR::syncStateTempoForte)) return;
     if (shouldPlayOnTime) {
         clearBackgroundLater(controls._playToggle);
         ____play();
@@ -33,20 +46,23 @@ void MOK_SCRUB_GRANULATOR::syncStateDidChangedWithBPM(double bpm) {
 }
 
 void MOK_SCRUB_GRANULATOR::forceToPlayIfShouldPlay() {
-    const bool stopped = controls._playToggle.tag == 0 && !startQueued_;
-    if (!stopped || !controls.syncSampler.isOn()) return;
+    if (waitsForStart(&MOK_SCRUB_GRANULATOR::forceToPlayIfShouldPlay)) return;
+    if (controls._playToggle.tag != 0 || !controls.syncSampler.isOn()) return;
     clearBackgroundLater(controls._playToggle); // it may have been armed
     ____play();
 }
 
 void MOK_SCRUB_GRANULATOR::shouldPlay() {
-    if (startQueued_) return onMain([this] { shouldPlay(); }); // after the start shows
+    if (waitsForStart(&MOK_SCRUB_GRANULATOR::shouldPlay)) return;
     if (shouldPlayOnTime) return; // it waits for its downbeat: pressing would disarm it
-    if (!data_.isPlaying && data_.followsHost) ui_playStop(&controls._playToggle);
+    if (data_.isPlaying || !data_.followsHost) return;
+    ui_playStop(&controls._playToggle);
+    hostArmed_ = shouldPlayOnTime;
 }
 
 void MOK_SCRUB_GRANULATOR::shouldStop() {
-    if (startQueued_) return onMain([this] { shouldStop(); });
+    if (waitsForStart(&MOK_SCRUB_GRANULATOR::shouldStop)) return;
+    if (hostArmed_) setArmed(false);
     if (data_.isPlaying && data_.followsHost) ui_playStop(&controls._playToggle);
 }
 

@@ -7,6 +7,7 @@
 namespace zephyra {
 
 void MOK_SCRUB_GRANULATOR::ui_playStop(Control*) {
+    if (startQueued_) return onMain([this] { ui_playStop(); }); // stops what does not show yet
     if (controls._playToggle.tag == 0) {
         if (controls.syncSampler.isOn())
             setArmed(!shouldPlayOnTime);
@@ -47,7 +48,7 @@ void MOK_SCRUB_GRANULATOR::____play() {
 
 void MOK_SCRUB_GRANULATOR::showPlaying() {
     startQueued_ = false;
-    shouldPlayOnTime = false;
+    shouldPlayOnTime = hostArmed_ = false;
     controls._playToggle.tag = 1;
     data_.isPlaying = true;
     controls._playToggle.title = kPlayingIcon;
@@ -58,6 +59,7 @@ void MOK_SCRUB_GRANULATOR::showPlaying() {
 
 void MOK_SCRUB_GRANULATOR::setArmed(bool armed) {
     const bool changed = std::exchange(shouldPlayOnTime, armed) != armed;
+    hostArmed_ = false;
     showArmed(controls._playToggle, armed);
     // Armed counts as on.
     if (changed && settings_) settings_->AUv3_Parameter_playToggle_from_DSP();

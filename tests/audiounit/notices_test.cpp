@@ -74,7 +74,7 @@ TEST(Notices, StartAFollowingStreamAtOnceOnADownbeatAndElseArmIt) {
             rig.instance.runLoop.runPosted(); // takes notices too
             const bool isPlaying = getGranularData(&rig.controller.stream)->isPlaying;
             EXPECT_EQ(isPlaying, moving && playsAtOnce) << beat;
-            EXPECT_EQ(rig.controller.stream.isArmed(), !playsAtOnce) << beat;
+            EXPECT_EQ(rig.controller.stream.isArmed(), moving && !playsAtOnce) << beat;
         }
     }
 }

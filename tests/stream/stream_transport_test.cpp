@@ -7,7 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <limits>
+#include <map>
 
 namespace zephyra {
 namespace {
@@ -145,6 +147,37 @@ TEST_F(StreamTransport, FollowsTheHostOnlyWhileTheScanIsSynced) {
     EXPECT_EQ(tellAll(), (Log{"play", "play", "play"}));
     EXPECT_EQ(stream->getTimePhasor(), 0.0f);
     EXPECT_EQ(playButton.tag, 0);
+}
+
+TEST_F(StreamTransport, KeepsTheOrderOfWhatComesBetweenTwoRunsOfTheLoop) {
+    // A hand, the host's start and stop, a start in a bar, a bar; a blank lets the loop run.
+    const std::map<char, std::function<void()>> acts = {
+        {'h', [&] { playButton.sendActionsForControlEvents(control_event::touchUpInside); }},
+        {'s', [&] { stream->shouldPlay(); }},
+        {'x', [&] { stream->shouldStop(); }},
+        {'f', [&] { stream->forceToPlayIfShouldPlay(); }},
+        {'b', [&] { stream->syncStateTempoForte(); }},
+        {' ', [&] { stream.pass(0.0); }},
+    };
+    const struct {
+        const char* told;
+        bool plays, armed;
+    } cases[] = {
+        {"sfxsf", true, false},   {"sbxsb", true, false}, {"sfxsfxsfx", false, false},
+        {"sbbx", false, false},   {"sx", false, false},   {"s x", false, false},
+        {"s x sb", true, false},  {"hsx", false, true},   {"s hhx", false, true},
+        {"sb x hx", false, true}, {"hbh", false, false},
+    };
+    stream->setDisplayed(scanSync, 1.0f);
+    for (const auto& c : cases) {
+        for (const char* act = c.told; *act; ++act) acts.at (*act)();
+        stream.pass(2.0);
+        EXPECT_EQ(playButton.tag, c.plays) << c.told;
+        EXPECT_EQ(stream->isPlaying(), c.plays) << c.told;
+        EXPECT_EQ(stream->isArmed(), c.armed) << c.told;
+        if (c.plays || c.armed) press(playButton);
+        stream.pass(2.0);
+    }
 }
 
 TEST_F(StreamTransport, ScansTheSoundAndEchoesItAtTheHostsTempo) {
