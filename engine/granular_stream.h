@@ -104,9 +104,11 @@ public:
     std::uint64_t droppedGrains() const noexcept { return dropped_; }
     /// Frames rendered since construction. Any thread.
     std::uint64_t renderedFrames() const noexcept { return rendered_; }
-    /// The read position of the latest frame, or where a jump that no block has taken yet will set
-    /// it; a fraction of the sample. Any thread.
+    /// The read position of the latest frame, and of the next one if the scan stands, in the region
+    /// as it is now; or where a jump that no block has taken yet will set it. A fraction of the
+    /// sample. Any thread.
     float currentScanPosition() const noexcept;
+    float nextScanPosition() const noexcept;
     /// The scan phasor's latest value. Any thread.
     float currentScanPhase() const noexcept { return scanPhase; }
     /// The region that the scan crosses, fractions of the sample; the span is negative where it
@@ -140,7 +142,8 @@ private:
     GrainTables takeTables() ZEPHYRA_NONBLOCKING;
     void processBlock(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING;
     void scheduleGrains(int frames, const Settings& settings) ZEPHYRA_NONBLOCKING;
-    float scanPositionAt(float phase, const Settings& settings) const ZEPHYRA_NONBLOCKING;
+    float scanPosition(float phase, const Settings& settings) const ZEPHYRA_NONBLOCKING;
+    float scanPositionFrom(float renderedPhase) const noexcept;
     void initializeGrain(int frame, float position, const Settings& settings) ZEPHYRA_NONBLOCKING;
     void renderGrains(int frames, const GrainTables& tables) ZEPHYRA_NONBLOCKING;
     void takeRequestedSeed() ZEPHYRA_NONBLOCKING;
@@ -164,12 +167,11 @@ private:
     float lastJitterOffset = 0.0f; // fraction of the sample
     float lastLengthOffset = 0.0f; // seconds
     Relaxed<float> scanSpan = 1.0f, scanStart = 0.0f, scanEnd = 1.0f, speed = 1.0f;
-    Relaxed<float> scanPhase = 0.0f;
+    Relaxed<float> scanPhase = 0.0f, nextScanPhase_ = 0.0f;
     std::vector<float> grainGainL, grainGainR;
     Relaxed<float> level, width, panA, panB, panRestA, panRestB;
     float spareA = 0.25f, spareB = 0.25f; // read by nothing
     Relaxed<float> grainLength, density, playbackRate;
-    Relaxed<float> scanPosition = 0.0f;
     Relaxed<float> rndLength, rndDensity, rndPitch, jitter;
     std::vector<float> phaseBuffer, mixL, mixR;
     std::vector<std::int32_t> grainStartOffset;

@@ -100,16 +100,24 @@ void mokGranulatorSF::takeRequestedSeed() ZEPHYRA_NONBLOCKING {
     randomSeed = pendingSeed_.exchange(0, std::memory_order_relaxed);
 }
 
-float mokGranulatorSF::scanPositionAt(float phase,
-                                      const Settings& settings) const ZEPHYRA_NONBLOCKING {
+float mokGranulatorSF::scanPosition(float phase,
+                                    const Settings& settings) const ZEPHYRA_NONBLOCKING {
     const float position = phase * settings.scanSpan + settings.scanStart;
     return std::max(std::min(position, 1.0f), -kLargest); // the floor is only for -infinity
 }
 
-float mokGranulatorSF::currentScanPosition() const noexcept {
+float mokGranulatorSF::scanPositionFrom(float renderedPhase) const noexcept {
     const double jump = scanPhasor.waitingJump();
-    if (jump != jump) return scanPosition; // NaN: none waits
-    return scanPositionAt(static_cast<float>(jump), blockSettings());
+    const bool waits = jump == jump; // NaN: none
+    return scanPosition(waits ? static_cast<float>(jump) : renderedPhase, blockSettings());
+}
+
+float mokGranulatorSF::currentScanPosition() const noexcept {
+    return scanPositionFrom(scanPhase);
+}
+
+float mokGranulatorSF::nextScanPosition() const noexcept {
+    return scanPositionFrom(nextScanPhase_);
 }
 
 void mokGranulatorSF::initializeGrain(int frame, float position,
@@ -173,15 +181,13 @@ void mokGranulatorSF::scheduleGrains(int frames, const Settings& settings) ZEPHY
             break;
         }
         frame += static_cast<int>(wait);
-        initializeGrain(frame,
-                        scanPositionAt(phaseBuffer[static_cast<std::size_t>(frame)], settings),
+        initializeGrain(frame, scanPosition(phaseBuffer[static_cast<std::size_t>(frame)], settings),
                         settings);
         grainCounter = 0;
         if (++frame == frames) break;
     }
-    const float phase = scanPhasor.latest();
-    scanPhase = phase;
-    scanPosition = scanPositionAt(phase, settings);
+    scanPhase = scanPhasor.latest();
+    nextScanPhase_ = scanPhasor.next();
 }
 
 void mokGranulatorSF::renderGrains(int frames, const GrainTables& tables) ZEPHYRA_NONBLOCKING {

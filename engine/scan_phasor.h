@@ -32,6 +32,8 @@ public:
     bool hasWrapped() const ZEPHYRA_NONBLOCKING { return wrapped; }
     /// The latest output. RENDER.
     float latest() const ZEPHYRA_NONBLOCKING { return lastOutput; }
+    /// What the next output will be if the frequency is 0 by then. RENDER.
+    float next() const ZEPHYRA_NONBLOCKING { return static_cast<float>(phase); }
     /// A jump that no block has taken yet, NaN for none. Any thread.
     double waitingJump() const noexcept { return pendingPhase.load(std::memory_order_relaxed); }
     /// Hz. Any thread.

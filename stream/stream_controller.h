@@ -152,6 +152,8 @@ public:
 
     /// The engine's scan position, a fraction of the sound.
     float getTimePhasor() const { return engine_.currentScanPosition(); }
+    /// Whether the scan's own speed does not move it: it is 0, or a hand or an LFO holds the scan.
+    bool scanStands() const { return realScanningValue == 0.0 || scrubArea.stands(); }
     /// Moves the scan to a fraction of the sound, held inside the region, unless a hand holds it.
     /// Not finite is ignored.
     void setScrubNormalizedValue(float position);

@@ -126,8 +126,8 @@ void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state, St
     state[controlRange(envelope).channel + suffix] = static_cast<std::int64_t>(stream.envelope());
     state[kSeed + suffix] = std::int64_t{stream.seed()};
     // Where a scan stands is part of the sound; where a moving one happened to be is not.
-    if (stream.scanningValue() == 0.0)
-        state[kScanPosition + suffix] = std::clamp(stream.getTimePhasor(), 0.0f, 1.0f);
+    if (stream.scanStands())
+        state[kScanPosition + suffix] = std::clamp(stream.engine().nextScanPosition(), 0.0f, 1.0f);
     stream.scrubRecorder.saveDataForRecordScrub(state);
     if (auto sample = sampleState(stream, use); !sample.empty())
         state[kSample + suffix] = std::move(sample);
