@@ -140,6 +140,10 @@ void AudioUnitViewController::wireModulation() {
 /// The sources that the control manager only keeps records of.
 void AudioUnitViewController::assignmentChanged(Control& control, AssignmentType from,
                                                 AssignmentType to) {
+    const bool drives =
+        to == AssignmentType::lfo || to == AssignmentType::accelX || to == AssignmentType::accelY;
+    if (drives && &control == &_GRANULATOR_STREAM.scrubArea)
+        _GRANULATOR_STREAM.scrubRecorder.endPlaying(); // what was started last drives the scan
     if (from == AssignmentType::midi && to != AssignmentType::midi) midiManager.unbind(control);
     if (to == AssignmentType::midi) midiManager.describe(control);
     if (from == AssignmentType::accelX || from == AssignmentType::accelY)

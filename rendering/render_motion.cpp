@@ -87,7 +87,7 @@ Result<void> RenderMotion::applyLfos(const RenderPlan& plan) {
 void RenderMotion::clearScan(const RenderPlan& plan) {
     MOK_SCRUB_GRANULATOR& stream = controller_._GRANULATOR_STREAM;
     if (plan.motion.hasLfo(ControlId::scrubbingWave)) {
-        if (stream.controls.scrubPlay.tag == 1) stream.scrubRecorder.ui_scrubPlay(); // stops
+        stream.scrubRecorder.endPlaying();
         stream.scrubRecorder.disarm();
     }
     if (!plan.take.empty() &&

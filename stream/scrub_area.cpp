@@ -122,6 +122,7 @@ float ScrubArea::scanPosition() const {
 
 void ScrubArea::driveScan(float position, double seconds) {
     if (stream_.isScrubbing() || !std::isfinite(position) || !std::isfinite(seconds)) return;
+    if (seconds > 0.0 && stream_.scrubRecorder.movesScan()) return;
     stream_.setScrubNormalizedValue(position);
     if (!(seconds > 0.0)) return;
     const bool stood = driven_ != 0;

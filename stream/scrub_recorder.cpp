@@ -66,7 +66,7 @@ void ScrubRecorder::ui_scrubRec(Control*) {
         controls().scrubMessage.setNeedsDisplay();
         return;
     }
-    if (controls().scrubPlay.tag == 1 || startQueued_) stopPlaying();
+    endPlaying();
     scrubRecIsStarted = false;
     beginLink(&ScrubRecorder::recordScrub);
     button.selected = true;
@@ -87,6 +87,7 @@ void ScrubRecorder::recordScrub() {
     if (std::exchange(one, false)) enableButtons();
     if (!std::exchange(scrubRecIsStarted, true)) {
         ndx = 0.0f;
+        recalled_ = false;
         controls().scrubRec.selected = false;
         controls().scrubRec.setNeedsDisplay();
         showMessage(controls().scrubMessage, "Scrub recording...");
@@ -111,6 +112,14 @@ void ScrubRecorder::ui_scrubPlay(Control*) {
     if (controls().scrubRec.tag == 1) ui_scrubRec(&controls().scrubRec);
     shouldPlayOnTimeScrubRec = !shouldPlayOnTimeScrubRec;
     showArmed(button, shouldPlayOnTimeScrubRec);
+}
+
+void ScrubRecorder::endPlaying() {
+    if (controls().scrubPlay.tag == 1 || startQueued_) stopPlaying();
+}
+
+bool ScrubRecorder::movesScan() const {
+    return controls().scrubPlay.tag == 1 && recLength > 0;
 }
 
 void ScrubRecorder::stopPlaying() {
@@ -142,18 +151,32 @@ void ScrubRecorder::startPlaying() {
     if (controls().scrubRec.tag == 1) ui_scrubRec(&controls().scrubRec);
     // A recording leaves it behind the take, where nothing, or an older take, would be heard.
     if (!(ndx <= static_cast<float>(recLength - 1))) ndx = 0.0f;
+    if (std::exchange(recalled_, false)) placeScan();
     beginLink(&ScrubRecorder::playScrub);
+}
+
+void ScrubRecorder::placeScan() {
+    stream_.setScrubNormalizedValue(readInterp(ndx));
 }
 
 void ScrubRecorder::playScrub() {
     if (stream_.isScrubbing() || recLength < 1) return;
-    stream_.setScrubNormalizedValue(readInterp(ndx));
+    placeScan();
+    const bool synced = controls().syncSampler.isOn();
     const double tempo = std::max(stream_.currentClockBPM(), 0.0);
-    const double step = controls().syncSampler.isOn() ? tempo / kRecordedTempo : 1.0;
+    const double step = synced ? tempo / kRecordedTempo : 1.0;
     ndx = static_cast<float>(double{ndx} + std::min(step, double{kPoints}));
     const auto last = static_cast<float>(recLength - 1);
-    if (ndx > last) ndx = 0.0f;
-    showProgress(double{ndx}, double{last});
+    if (ndx > last) ndx = synced ? wrapped(ndx) : 0.0f;
+    showProgress(double{std::max(ndx, 0.0f)}, double{last});
+}
+
+/// So many points make a round, or a take would leave the beat. Between the last point and the
+/// first one it waits at the first, below 0.
+float ScrubRecorder::wrapped(float x) const {
+    const auto length = static_cast<float>(recLength);
+    const float rest = std::fmod(x, length);
+    return rest > length - 1.0f ? rest - length : rest;
 }
 
 float ScrubRecorder::readInterp(float x) const {
@@ -184,6 +207,7 @@ void ScrubRecorder::resetScrubRecordedData() {
     if (willPlay()) stopPlaying();
     scrubBuffer.fill(0.0f);
     ndx = 0.0f;
+    recalled_ = false;
     recLength = 0;
 }
 
@@ -202,6 +226,7 @@ bool ScrubRecorder::setTake(std::span<const float> points) {
 void ScrubRecorder::tookPlace(std::size_t points) {
     if (controls().scrubRec.tag == 1) ui_scrubRec(&controls().scrubRec);
     one = false;
+    recalled_ = false;
     recLength = static_cast<std::int32_t>(points);
     enableButtons();
     ui_resetScrubRecPhase();

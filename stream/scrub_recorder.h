@@ -48,6 +48,10 @@ public:
     void ____playScrubRec();
     /// A tick of playing; nothing while somebody holds the scan.
     void playScrub();
+    /// Whether a take moves the scan: it plays and has points.
+    bool movesScan() const;
+    /// What else begins to drive the scan takes it from the take that plays; an armed one waits on.
+    void endPlaying();
     /// A downbeat: plays what is armed.
     void syncStateTempoForte();
     bool isArmed() const noexcept { return shouldPlayOnTimeScrubRec; }
@@ -74,7 +78,8 @@ public:
     /// with them a recording that has no points yet.
     void saveDataForRecordScrub(PropertyDictionary& state);
     /// Reads the same keys; without a take there the present one is forgotten. Points outside 0..1
-    /// are held to it, one that is not finite becomes the one before it.
+    /// are held to it, one that is not finite becomes the one before it. Playing begins at the
+    /// first point at once.
     void loadStateForRecordScrub(PropertyReader& state);
 
 private:
@@ -86,18 +91,21 @@ private:
     bool willPlay() const;
     void enableButtons();
     void tookPlace(std::size_t points);
+    void placeScan();
+    float wrapped(float x) const;
     void showProgress(double points, double of);
 
     MOK_SCRUB_GRANULATOR& stream_;
     RunLoop& runLoop_;
     std::array<float, kPoints> scrubBuffer{};
-    float ndx = 0.0f;           ///< the next point to record, or where playing has come to
+    float ndx = 0.0f; ///< the next point to record, or where playing has come to; see wrapped
     std::int32_t recLength = 0; ///< the last recorded point, or how many were loaded
     bool shouldStartRecordScrub = false;
     bool scrubRecIsStarted = false;
     bool one = true; ///< nothing was ever recorded
     bool shouldPlayOnTimeScrubRec = false;
-    bool startQueued_ = false;               // the posted step that plays has not run yet
+    bool startQueued_ = false; // the posted step that plays has not run yet
+    bool recalled_ = false; // out of a state, and has not played yet: its first tick comes too late
     RunLoop::Token scrubRecordPlayTimer = 0; // of recording or of playing
 };
 

@@ -58,7 +58,11 @@ void ScrubRecorder::loadStateForRecordScrub(PropertyReader& state) {
     scrubBuffer.fill(0.0f);
     if (bytes) readPoints(*bytes, std::span(scrubBuffer).first(points));
     tookPlace(points);
-    if (plays != willPlay()) ui_scrubPlay(&controls().scrubPlay);
+    recalled_ = true;
+    if (plays != willPlay())
+        ui_scrubPlay(&controls().scrubPlay);
+    else if (movesScan() && std::exchange(recalled_, false))
+        placeScan();
 }
 
 } // namespace zephyra

@@ -70,6 +70,100 @@ TEST(Motion, OfAnLfoFollowsTheTempoYieldsToAHandAndStopsWithItsSwitch) {
     EXPECT_EQ(played.width(), width);
 }
 
+TEST(Motion, OfTheScanIsWhatWasStartedLast) {
+    Played played;
+    auto& scan = played.stream.scrubArea;
+    auto& recorder = played.stream.scrubRecorder;
+    const auto isWithin = [&](float low, float high) { // every tick of both
+        for (int block = 0; block < 20; ++block) {
+            played.pass(1);
+            if (scan.scanPosition() < low || scan.scanPosition() > high) return false;
+        }
+        return true;
+    };
+    recorder.setTake(std::vector<float>{0.9f, 0.95f});
+    const auto press = [&] {
+        played.stream.controls.scrubPlay.sendActionsForControlEvents(control_event::touchUpInside);
+        played.pass(8); // until its first tick
+    };
+    played.stream.setDisplayed(scanning, 0.0f);
+    press();
+    for (const AssignmentType type : {AssignmentType::lfo, AssignmentType::accelX}) {
+        played.view.assignments.assign(scan, type);
+        scan.driveScan(0.5f, 0.1);
+        if (auto* const lfo = played.view.assignments.getLfoWidgetsMapping()->getWrapperID(&scan))
+            lfo->setMaxRange(0.6f);
+        EXPECT_TRUE(isWithin(0.0f, 0.6f));
+        press();
+        EXPECT_TRUE(isWithin(0.9f, 0.95f));
+    }
+    played.attach(scan, kLfoSine, 1.0);
+    press();
+    const PropertyDictionary both = played.view.getState(); // the take was the last one
+    press();
+    EXPECT_FALSE(isWithin(0.9f, 0.95f));
+    played.view.restoreStateProc(both);
+    EXPECT_TRUE(isWithin(0.9f, 0.95f));
+}
+
+TEST(Motion, OfTheScanIsSavedWhereAStartWouldReadWhenItsOwnSpeedDoesNotMoveIt) {
+    const std::pair<const char*, std::function<void(Played&)>> cases[] = {
+        {"a frozen one in another region",
+         [](Played& p) {
+             p.stream.setDisplayed(playStop, 0.0f);
+             p.pass(1);
+             p.stream.setRegion(0.6f, 0.9f);
+             p.stream.setDisplayed(freeze, 1.0f);
+         }},
+        {"one frozen since the last block", [](Played& p) { p.stream.setDisplayed(freeze, 1.0f); }},
+        {"an LFO's",
+         [](Played& p) {
+             p.attach(p.stream.scrubArea, kLfoLineRise, 1.0);
+             p.pass(9);
+         }},
+        {"a hand's",
+         [](Played& p) {
+             p.stream.scrubArea.touchesBegan(1, {0.7, 0.5}, 0.0);
+         }},
+    };
+    for (const auto& [what, stand] : cases) {
+        Played played, other;
+        played.stream.setDisplayed(playStop, 1.0f);
+        played.pass(30);
+        EXPECT_FALSE(played.view.getState().contains("ScanPosition_0"));
+        stand(played);
+        const PropertyDictionary state = played.view.getState();
+        ASSERT_TRUE(state.contains("ScanPosition_0")) << what;
+        other.view.restoreStateProc(state);
+        for (Played* each : {&played, &other}) {
+            each->stream.play();
+            each->render(1); // before anything moves on
+            EXPECT_FLOAT_EQ(each->stream.getTimePhasor(),
+                            static_cast<float>(*state.at("ScanPosition_0").as<double>()))
+                << what;
+        }
+    }
+}
+
+TEST(Motion, OfATakeOutOfAStateBeginsAtItsFirstPosition) {
+    for (const bool synced : {false, true})
+        for (const bool plays : {false, true}) { // before
+            Played played;
+            auto& stream = played.stream;
+            stream.scrubRecorder.setTake(std::vector<float>{0.75f, 0.5f});
+            if (plays) stream.scrubRecorder.____playScrubRec();
+            played.pass(14); // to its second position
+            PropertyDictionary state = played.view.getState();
+            state["ScanSync_0"] = synced;
+            state["_0_SCRUB_REC_IS_PLAYING_"] = std::int64_t{1};
+            played.view.restoreStateProc(state);
+            played.pass(1);
+            stream.syncStateTempoForte();
+            played.pass(1);
+            EXPECT_NEAR(stream.getTimePhasor(), 0.75f, 0.05f) << synced << plays;
+        }
+}
+
 TEST(Motion, OfMidiPlaysNotesControllersBendsAndThePictureOfTheKeyboard) {
     Played played;
     auto& controls = played.stream.controls;
