@@ -44,16 +44,23 @@ TEST(AudioUnit, RefusesWhatCannotBeAndTouchesNothing) {
 TEST(AudioUnit, FadesInFromSilenceSilencesWhatIsNoSoundAndOnlyReadsTheHostsInput) {
     FakeHost rig;
     rig.unit->setMaximumFramesToRender(4096);
-    rig.ready();
-    rig.unit->setDryWet(0);
-    rig.cycle(2);
-    EXPECT_EQ(rig.rendered[1][0], 0.5f * 0.0008f);
-    EXPECT_EQ(rig.rendered[1][1], 0.5f * (0.0008f * 0.9992f + 0.0008f));
-    for (int i = 0; i < 40; ++i) rig.cycle(4096); // until the gain stands
+    const audio_struct& record = rig.unit->record();
+    for (int allocation = 0; allocation < 2; ++allocation) {
+        rig.unit->deallocateRenderResources();
+        rig.ready();
+        rig.cycle(2);
+        EXPECT_EQ(rig.rendered[1][1], 0.0f); // until it is told
+        rig.unit->setDryWet(50);
+        rig.cycle(2);
+        EXPECT_EQ(rig.rendered[1][0], 0.5f * 0.0008f);
+        EXPECT_EQ(rig.rendered[1][1], 0.5f * (0.0008f * 0.9992f + 0.0008f));
+        EXPECT_EQ(record.m_z_dry_wet, record.m_z_dry_wet_inv);
+        for (int i = 0; i < 40; ++i) rig.cycle(4096); // until the gains stand
+    }
     rig.input = {0.5f, NAN, INFINITY, -1.1e6f, -1e6f};
     rig.outputs = false;
     rig.cycle(5);
-    const float gain = rig.unit->record().m_z_dry_wet_inv;
+    const float gain = record.m_z_dry_wet_inv;
     EXPECT_NEAR(gain, 1.0f, 1e-3f);
     for (const auto& channel : rig.rendered)
         EXPECT_EQ(channel, (std::vector<float>{0.5f * gain, 0, 0, 0, -1e6f * gain}));

@@ -135,14 +135,18 @@ TEST_F(LiveBuffer, KeepsItsBufferUnlessTheRateHasChangedOrItIsCleared) {
     ASSERT_TRUE(wave.followSession());
     expectFresh(48000.0f);
     writeRamp(1, 3);
+    ASSERT_TRUE(wave.followSession());
+    EXPECT_EQ(wave.getWriteLiveIndex(), 3u);
     ASSERT_TRUE(wave.clearBuffer());
     expectFresh(48000.0f);
     writeRamp(10, 5);
     wave.resetLiveWriteIndex();
     EXPECT_EQ(wave.getWriteLiveIndex(), 0u); // at once, and taken with the next block
     writeRamp(20, 2);
-    EXPECT_EQ(wave.heardFrames(), (std::vector<float>{12, 13, 14, 20, 21}));
     wave.enableLIVE(false);
+    session.sampleRate = 44100.0;
+    ASSERT_TRUE(wave.followSession());
+    EXPECT_EQ(wave.heardFrames(), (std::vector<float>{12, 13, 14, 20, 21}));
     EXPECT_EQ(wave.getWriteLiveIndex(), 0u);
     EXPECT_EQ(retirement.waiting(), 0u);
 }

@@ -97,7 +97,7 @@ TEST(StreamRender, KeepsLongGrainsInsideAMuchShorterSound) {
     }
 }
 
-TEST(StreamRender, IsSilentAfterANewRateWhereAnEchoStillRang) {
+TEST(StreamRender, FollowsANewRateLiveInputTooAndIsSilentWhereAnEchoStillRang) {
     LiveStream stream;
     stream->setDisplayed(ControlId::ringModulationSwitch, 1.0f);
     std::vector<float> in = noise(44100);
@@ -108,7 +108,9 @@ TEST(StreamRender, IsSilentAfterANewRateWhereAnEchoStillRang) {
     stream->stop();
     GranulatorProcessing(&stream.controller, 4096, nullptr, output);
     EXPECT_GT(peak({out.left.begin(), out.left.begin() + 4096}), 0.0f);
+    stream.instance.session.sampleRate = 48000.0;
     stream->prepare(48000.0);
+    EXPECT_EQ(stream->waveForm().liveSample()->sampleRate, 48000.0f);
     GranulatorProcessing(&stream.controller, 44100, nullptr, output);
     EXPECT_EQ(peak(out.left), 0.0f);
 }

@@ -235,6 +235,21 @@ TEST_F(StreamTransport, PressesAButtonOnlyForAValueThatItDoesNotShow) {
     EXPECT_FALSE(stream->isLive() || stream->setDisplayed(live, 1.0f));
 }
 
+TEST(StreamFade, EndsAThousandthBeforeFullAndBeforeSilence) {
+    for (const auto& [share, ends] : {std::pair(0.9985, false), {0.9995, true}}) {
+        RunLoop loop;
+        StreamFade fade(loop);
+        const auto isOver = [](StreamFade::Outcome o) { return o == StreamFade::Outcome::ended; };
+        fade.beginIn(StreamFade::kTick / share);
+        EXPECT_EQ(isOver(fade.tickIn([] {})), ends);
+        EXPECT_NEAR(fade.multiplier(), ends ? 1.0 : share, 1e-9);
+        fade.tickIn([] {}); // to full
+        fade.beginOut(StreamFade::kTick / share);
+        EXPECT_EQ(isOver(fade.tickOut([] {})), ends);
+        EXPECT_NEAR(fade.multiplier(), ends ? 0.0 : 1.0 - share, 1e-9);
+    }
+}
+
 TEST(StreamLife, EndsWithStepsStillQueued) {
     Instance instance;
     {
