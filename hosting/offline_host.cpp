@@ -76,9 +76,7 @@ void OfflineHost::stop() {
 /// Everything that was asked for is done, however long the machine takes: that makes a render
 /// repeatable.
 void OfflineHost::settle() {
-    instance_.runLoop.runPosted(); // may begin background work
-    instance_.runLoop.waitForWork();
-    instance_.runLoop.runPosted();
+    instance_.runLoop.finishWork();
 }
 
 void OfflineHost::setTempo(double beatsPerMinute) {
