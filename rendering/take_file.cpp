@@ -6,11 +6,19 @@
 #include "platform/text/text_numbers.h"
 #include "rendering/text_lines.h"
 
-#include <fstream>
 #include <optional>
 #include <system_error>
 
 namespace zephyra {
+
+namespace {
+
+Failure notWritten(const std::filesystem::path& path, std::error_code error) {
+    return {path.string() + ": the take cannot be written (" + error.message() +
+            "); choose a folder with room that may be written to"};
+}
+
+} // namespace
 
 Result<std::vector<float>> parseTake(std::string_view text, const std::string& where) {
     std::vector<float> positions;
@@ -52,20 +60,14 @@ std::string takeText(std::span<const float> positions) {
 Result<void> TakeFile::open(const std::filesystem::path& path) {
     path_ = path;
     const std::error_code error = file_.open(path);
-    if (!error) return {};
-    return Failure{path_.string() + ": the take cannot be written (" + error.message() +
-                   "); choose a folder with room that may be written to"};
+    return error ? notWritten(path_, error) : Result<void>();
 }
 
 Result<void> TakeFile::save(std::span<const float> positions) {
-    std::ofstream stream(file_.path(), std::ios::binary);
-    stream << takeText(positions);
-    stream.close();
-    if (!stream)
-        return Failure{path_.string() + ": the take cannot be written; make room on the disk"};
-    if (const std::error_code error = file_.commit())
-        return Failure{path_.string() + ": the take cannot be written: " + error.message()};
-    return {};
+    const std::string text = takeText(positions);
+    std::error_code error = file_.write(std::as_bytes(std::span(text)));
+    if (!error) error = file_.commit();
+    return error ? notWritten(path_, error) : Result<void>();
 }
 
 } // namespace zephyra

@@ -61,7 +61,8 @@ double embedSeconds(const UserDefaults& defaults) {
 
 bool isEmbeddable(const mokSample& sound, double seconds) noexcept {
     return seconds > 0.0 && sound.size <= kMostEmbeddedFrames &&
-           static_cast<double>(sound.size) <= seconds * double{sound.sampleRate};
+           // Divided, so that a sound of exactly 0.7 s counts as what the setting's text says.
+           static_cast<double>(sound.size) / double{sound.sampleRate} <= seconds;
 }
 
 EncodedSample embedSample(const mokSample& sound, const SampleReference& reference,

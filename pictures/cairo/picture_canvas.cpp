@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <new>
 #include <numbers>
 #include <string_view>
 
@@ -19,6 +20,16 @@ void selectFont(cairo_t* context, const TextStyle& style) {
                            style.weight == TextWeight::bold ? CAIRO_FONT_WEIGHT_BOLD
                                                             : CAIRO_FONT_WEIGHT_NORMAL);
     cairo_set_font_size(context, style.size);
+}
+
+/// Called through C, which no exception may cross.
+cairo_status_t append(void* to, const unsigned char* bytes, unsigned int count) noexcept try {
+    auto& all = *static_cast<std::vector<std::byte>*>(to);
+    const auto more = std::as_bytes(std::span(bytes, count));
+    all.insert(all.end(), more.begin(), more.end());
+    return CAIRO_STATUS_SUCCESS;
+} catch (const std::bad_alloc&) {
+    return CAIRO_STATUS_NO_MEMORY;
 }
 
 bool continuesCharacter(char c) {
@@ -133,11 +144,12 @@ void Canvas::resetClip() {
     cairo_reset_clip(context_.get());
 }
 
-Result<void> Canvas::save(const std::filesystem::path& file) const {
+Result<std::vector<std::byte>> Canvas::png() const {
+    std::vector<std::byte> bytes;
     cairo_status_t status = cairo_status(context_.get());
     if (status == CAIRO_STATUS_SUCCESS)
-        status = cairo_surface_write_to_png(surface_.get(), file.c_str());
-    if (status == CAIRO_STATUS_SUCCESS) return {};
+        status = cairo_surface_write_to_png_stream(surface_.get(), append, &bytes);
+    if (status == CAIRO_STATUS_SUCCESS) return bytes;
     return Failure{cairo_status_to_string(status)};
 }
 

@@ -1,14 +1,16 @@
-// Canvas: a picture in memory that is drawn on with cairo and saved as PNG.
+// Canvas: a picture in memory that is drawn on with cairo and told as PNG.
 #pragma once
 
 #include "platform/text/result.h"
 
 #include <cairo.h>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace zephyra {
 
@@ -68,7 +70,7 @@ struct TextStyle {
     TextTurn turn = TextTurn::none;
 };
 
-/// width · height pixels of the theme's background. When memory is short nothing is drawn, and save
+/// width · height pixels of the theme's background. When memory is short nothing is drawn, and png
 /// says so. MAIN.
 class Canvas {
 public:
@@ -96,8 +98,8 @@ public:
     void clip(const Box& box);
     void resetClip();
 
-    /// Writes the picture to an open path as PNG; the same picture gives the same bytes.
-    Result<void> save(const std::filesystem::path& file) const;
+    /// The bytes of a PNG file; the same picture gives the same bytes.
+    Result<std::vector<std::byte>> png() const;
 
 private:
     struct Release {

@@ -18,10 +18,11 @@ Result<void> PictureFile::open(const std::filesystem::path& path) {
 }
 
 Result<void> PictureFile::save(const Canvas& canvas) {
-    if (const Result<void> saved = canvas.save(file_.path()); !saved)
-        return notWritten(path_, saved.message());
-    if (const std::error_code error = file_.commit()) return notWritten(path_, error.message());
-    return {};
+    const auto bytes = canvas.png();
+    if (!bytes) return notWritten(path_, bytes.message());
+    std::error_code error = file_.write(bytes.value());
+    if (!error) error = file_.commit();
+    return error ? notWritten(path_, error.message()) : Result<void>();
 }
 
 } // namespace zephyra

@@ -11,7 +11,7 @@ int read(void* reader, float* interleaved, std::uint32_t maxFrames, std::uint32_
          char* error, std::uint32_t errorSize);
 void closeReader(void* reader);
 
-int openWriter(const char* path, double sampleRate, std::uint32_t channels, void** writer,
+int openWriter(const AacTarget* target, double sampleRate, std::uint32_t channels, void** writer,
                char* error, std::uint32_t errorSize);
 int write(void* writer, const std::int16_t* const* channels, std::uint32_t frames, char* error,
           std::uint32_t errorSize);

@@ -5,9 +5,10 @@
 #include "platform/aac_module/av_handles.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <new>
-#include <string>
 
 namespace zephyra::aac {
 namespace {
@@ -18,27 +19,44 @@ namespace {
 constexpr std::int64_t kBitsPerSample = 5;
 
 constexpr std::uint32_t kMaxChannels = 8;
+constexpr int kBufferBytes = 32768; // between FFmpeg and the target
+
+int put(void* target, std::uint8_t* bytes, int count) {
+    const auto& to = *static_cast<const AacTarget*>(target);
+    const int failed = to.write(to.self, bytes, static_cast<std::uint32_t>(count));
+    return failed ? AVERROR(failed) : count;
+}
+
+/// A muxer that writes only looks for places it has been at.
+std::int64_t seek(void* target, std::int64_t position, int whence) {
+    if (whence != SEEK_SET || position < 0) return AVERROR(ENOSYS);
+    const auto& to = *static_cast<const AacTarget*>(target);
+    const int failed = to.seek(to.self, static_cast<std::uint64_t>(position));
+    return failed ? AVERROR(failed) : position;
+}
 
 class Writer {
 public:
     ~Writer() {
         if (!format_) return;
-        avio_closep(&format_->pb);
+        if (format_->pb) av_freep(&format_->pb->buffer);
+        avio_context_free(&format_->pb);
         avformat_free_context(format_);
     }
 
-    int open(const char* path, int sampleRate, int channels, Reason reason);
+    int open(const AacTarget& target, int sampleRate, int channels, Reason reason);
     int write(const std::int16_t* const* channels, std::uint32_t frames, Reason reason);
     int finish(Reason reason);
 
 private:
     int openCodec(int sampleRate, int channels, Reason reason);
-    int openFile(const char* path, Reason reason);
+    int openFile(Reason reason);
     /// Makes frame_ ready to be filled from its first sample.
     int freshFrame(Reason reason);
     /// Sends frame_ (null: the end) to the encoder and the packets that come out to the file.
     int encode(AVFrame* frame, Reason reason);
 
+    AacTarget target_;
     AVFormatContext* format_ = nullptr;
     AvPtr<AVCodecContext> codec_;
     AvPtr<AVFrame> frame_;
@@ -74,7 +92,7 @@ int Writer::openCodec(int sampleRate, int channels, Reason reason) {
     return code < 0 ? reason.fail("the AAC encoder does not start", code) : 0;
 }
 
-int Writer::openFile(const char* path, Reason reason) {
+int Writer::openFile(Reason reason) {
     // "ipod" is the muxer's name for the m4a brand.
     int code = avformat_alloc_output_context2(&format_, nullptr, "ipod", nullptr);
     if (code < 0) return reason.fail("FFmpeg cannot write m4a", code);
@@ -84,9 +102,13 @@ int Writer::openFile(const char* path, Reason reason) {
     stream->time_base = codec_->time_base;
     code = avcodec_parameters_from_context(stream->codecpar, codec_.get());
     if (code < 0) return reason.fail("out of memory");
-    // The scheme keeps a colon in the path from being taken for one.
-    code = avio_open(&format_->pb, (std::string("file:") + path).c_str(), AVIO_FLAG_WRITE);
-    if (code < 0) return reason.fail("cannot be created", code);
+    auto* const buffer = static_cast<unsigned char*>(av_malloc(kBufferBytes));
+    if (buffer)
+        format_->pb = avio_alloc_context(buffer, kBufferBytes, 1, &target_, nullptr, put, seek);
+    if (!format_->pb) {
+        av_free(buffer);
+        return reason.fail("out of memory");
+    }
     // The edit list that holds the true length counts in the movie's time scale.
     AVDictionary* options = nullptr;
     av_dict_set_int(&options, "movie_timescale", codec_->sample_rate, 0);
@@ -105,9 +127,10 @@ int Writer::freshFrame(Reason reason) {
     return code < 0 || av_frame_get_buffer(frame_.get(), 0) < 0 ? reason.fail("out of memory") : 0;
 }
 
-int Writer::open(const char* path, int sampleRate, int channels, Reason reason) {
+int Writer::open(const AacTarget& target, int sampleRate, int channels, Reason reason) {
+    target_ = target;
     if (const int code = openCodec(sampleRate, channels, reason)) return code;
-    if (const int code = openFile(path, reason)) return code;
+    if (const int code = openFile(reason)) return code;
     return freshFrame(reason);
 }
 
@@ -152,15 +175,13 @@ int Writer::finish(Reason reason) {
         if (const int code = encode(frame_.get(), reason)) return code;
     }
     if (const int code = encode(nullptr, reason)) return code;
-    int code = av_write_trailer(format_);
-    if (code < 0) return reason.fail("cannot be written", code);
-    code = avio_closep(&format_->pb);
+    const int code = av_write_trailer(format_);
     return code < 0 ? reason.fail("cannot be written", code) : 0;
 }
 
 } // namespace
 
-int openWriter(const char* path, double sampleRate, std::uint32_t channels, void** writer,
+int openWriter(const AacTarget* target, double sampleRate, std::uint32_t channels, void** writer,
                char* error, std::uint32_t errorSize) {
     const Reason reason{error, errorSize};
     *writer = nullptr;
@@ -171,7 +192,7 @@ int openWriter(const char* path, double sampleRate, std::uint32_t channels, void
         return reason.fail("AAC has no such sample rate; 44100 or 48000 Hz would do");
     std::unique_ptr<Writer> made(new (std::nothrow) Writer);
     if (!made) return reason.fail("out of memory");
-    const int code = made->open(path, rate, static_cast<int>(channels), reason);
+    const int code = made->open(*target, rate, static_cast<int>(channels), reason);
     if (code == 0) *writer = made.release();
     return code;
 }

@@ -2,6 +2,7 @@
 
 #include "platform/files/abandoned_folders.h"
 #include "platform/files/file_calls.h"
+#include "platform/files/open_file.h"
 
 #include <fcntl.h>
 #include <string>
@@ -18,8 +19,8 @@ std::error_code flushToDisk(const fs::path& path) {
     const int file = file_calls::open(path, O_RDONLY, error);
     if (error) return error;
     error = file_calls::flush(file, path);
-    static_cast<void>(file_calls::close(file, path));
-    return error;
+    const std::error_code closing = file_calls::close(file, path);
+    return error ? error : closing;
 }
 
 /// Only an ordinary file that may be written to is replaced.
@@ -73,6 +74,14 @@ std::error_code AtomicFile::open(const fs::path& target) {
     path_ = fs::path(folder) / resolved.filename();
     target_ = std::move(resolved);
     return {};
+}
+
+std::error_code AtomicFile::write(std::span<const std::byte> bytes) {
+    std::error_code error;
+    OpenFile file(path_, O_WRONLY | O_CREAT | O_EXCL, error);
+    if (!error) error = file_calls::write(file.descriptor(), bytes, path_);
+    const std::error_code closing = file.close();
+    return error ? error : closing;
 }
 
 std::error_code AtomicFile::renameAll(Target target) {

@@ -1,7 +1,9 @@
 // AtomicFile: a file that appears under its name complete or not at all.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
+#include <span>
 #include <system_error>
 
 namespace zephyra {
@@ -26,6 +28,9 @@ public:
 
     /// Where to write meanwhile; empty when nothing is open.
     const std::filesystem::path& path() const noexcept { return path_; }
+
+    /// Makes path() a file of these bytes, for what is at hand as a whole.
+    std::error_code write(std::span<const std::byte> bytes);
 
     /// Flushes to disk and renames over the target, which keeps its permissions. Files that were
     /// left beside path() go first, to the target's folder. After a failure the target is as it was

@@ -57,6 +57,19 @@ std::size_t readPieces(const fs::path& path, std::span<std::byte> bytes, std::er
     return count;
 }
 
+/// The same for writing, until all are written.
+template <typename Call>
+std::error_code writePieces(const fs::path& path, std::span<const std::byte> bytes, Call call) {
+    const int refused = refusal(FileCall::write, path);
+    if (refused) bytes = bytes.first(bytes.size() / 2);
+    for (std::size_t count = 0; count < bytes.size();) {
+        const auto written = uninterrupted([&] { return call(bytes.subspan(count), count); });
+        if (written < 0) return systemError(errno);
+        count += static_cast<std::size_t>(written);
+    }
+    return systemError(refused);
+}
+
 } // namespace
 
 FileCallGate setFileCallGate(FileCallGate gate) {
@@ -109,15 +122,21 @@ std::error_code makeFile(const fs::path& path) {
 }
 
 std::error_code write(int descriptor, std::span<const std::byte> bytes, const fs::path& path) {
-    const int refused = refusal(FileCall::write, path);
-    if (refused) bytes = bytes.first(bytes.size() / 2);
-    while (!bytes.empty()) {
-        const auto written =
-            uninterrupted([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
-        if (written < 0) return systemError(errno);
-        bytes = bytes.subspan(static_cast<std::size_t>(written));
-    }
-    return systemError(refused);
+    return writePieces(path, bytes, [=](std::span<const std::byte> left, std::size_t) {
+        return ::write(descriptor, left.data(), left.size());
+    });
+}
+
+std::error_code writeAt(int descriptor, std::uint64_t offset, std::span<const std::byte> bytes,
+                        const fs::path& path) {
+    return writePieces(path, bytes, [=](std::span<const std::byte> left, std::size_t before) {
+        return ::pwrite(descriptor, left.data(), left.size(), static_cast<off_t>(offset + before));
+    });
+}
+
+std::error_code resize(int descriptor, std::uint64_t bytes, const fs::path& path) {
+    return attempt(FileCall::resize, path,
+                   [&] { return ::ftruncate(descriptor, static_cast<off_t>(bytes)); });
 }
 
 std::size_t read(int descriptor, std::span<std::byte> bytes, const fs::path& path,

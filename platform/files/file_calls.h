@@ -22,6 +22,7 @@ enum class FileCall {
     open,
     read,
     write,
+    resize,
     permissions,
     flush,
     close,
@@ -60,6 +61,11 @@ std::error_code makeFile(const std::filesystem::path& path);
 /// All of bytes, or an error.
 std::error_code write(int descriptor, std::span<const std::byte> bytes,
                       const std::filesystem::path& path);
+/// The same from offset on, wherever the descriptor stands.
+std::error_code writeAt(int descriptor, std::uint64_t offset, std::span<const std::byte> bytes,
+                        const std::filesystem::path& path);
+/// Cuts the open file, or fills it with zeros, to that many bytes.
+std::error_code resize(int descriptor, std::uint64_t bytes, const std::filesystem::path& path);
 /// As many as there are, at most those of bytes.
 std::size_t read(int descriptor, std::span<std::byte> bytes, const std::filesystem::path& path,
                  std::error_code& error);

@@ -3,10 +3,8 @@
 #include "platform/files/atomic_file.h"
 #include "platform/files/file_bytes.h"
 #include "platform/files/file_calls.h"
-#include "platform/files/open_file.h"
 #include "platform/text/odd_bytes.h"
 
-#include <fcntl.h>
 #include <new>
 #include <string>
 #include <utility>
@@ -31,14 +29,6 @@ std::string reasonOf(std::error_code error) {
 
 Failure failure(const fs::path& path, const char* what, const std::string& reason) {
     return Failure{shownFile(path) + " cannot be " + what + ": " + reason};
-}
-
-std::error_code writeBytes(const fs::path& path, std::span<const std::byte> bytes) {
-    std::error_code error;
-    OpenFile file(path, O_WRONLY | O_CREAT | O_EXCL, error);
-    if (!error) error = file_calls::write(file.descriptor(), bytes, path);
-    const std::error_code closing = file.close();
-    return error ? error : closing;
 }
 
 } // namespace
@@ -74,7 +64,7 @@ Result<WholeFile> readWholeFile(const fs::path& path, std::size_t most) {
 Result<void> replaceFile(const fs::path& path, std::span<const std::byte> bytes) {
     AtomicFile file;
     std::error_code error = file.open(path);
-    if (!error) error = writeBytes(file.path(), bytes);
+    if (!error) error = file.write(bytes);
     if (!error) error = file.commit();
     if (error) return failure(path, "written", reasonOf(error));
     return {};
@@ -85,7 +75,7 @@ Result<bool> createFile(const fs::path& path, std::span<const std::byte> bytes) 
     if (fs::exists(file_calls::status(path, error))) return false;
     AtomicFile file;
     error = file.open(path);
-    if (!error) error = writeBytes(file.path(), bytes);
+    if (!error) error = file.write(bytes);
     if (!error) error = file.commitNew();
     if (error == std::errc::file_exists) return false;
     if (error) return failure(path, "written", reasonOf(error));

@@ -11,7 +11,7 @@
 namespace zephyra {
 
 /// Version of the structures below; the loader refuses a module built against another.
-inline constexpr int kAacModuleVersion = 2;
+inline constexpr int kAacModuleVersion = 3;
 
 /// The audio track that a reader found.
 struct AacTrack {
@@ -22,6 +22,13 @@ struct AacTrack {
     std::uint64_t claimedFrames = 0;
     /// "AAC" or "Apple Lossless".
     const char* codecName = "";
+};
+
+/// Where a writer's bytes go. Both functions answer 0 or, after a failure, an errno.
+struct AacTarget {
+    void* self = nullptr; ///< handed to both
+    int (*write)(void* self, const std::uint8_t* bytes, std::uint32_t count) = nullptr;
+    int (*seek)(void* self, std::uint64_t position) = nullptr; ///< from the beginning
 };
 
 /// Every function is MAIN or WORKER, never RENDER; one reader or writer belongs to one thread at a
@@ -41,10 +48,10 @@ struct AacModule {
     /// Null is fine.
     void (*closeReader)(void* reader);
 
-    /// Opens path (created or emptied) as an m4a file with an AAC low-complexity track. The rate is
+    /// Begins an m4a file with an AAC low-complexity track in target, which is empty. The rate is
     /// one that AAC knows (8000 to 96000 Hz), the channels 1 to 8; anything else is a failure.
-    int (*openWriter)(const char* path, double sampleRate, std::uint32_t channels, void** writer,
-                      char* error, std::uint32_t errorSize);
+    int (*openWriter)(const AacTarget* target, double sampleRate, std::uint32_t channels,
+                      void** writer, char* error, std::uint32_t errorSize);
     /// Appends frames of 16-bit samples, one array per channel.
     int (*write)(void* writer, const std::int16_t* const* channels, std::uint32_t frames,
                  char* error, std::uint32_t errorSize);

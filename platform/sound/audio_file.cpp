@@ -1,6 +1,7 @@
 #include "platform/sound/audio_file.h"
 
 #include "platform/files/atomic_file.h"
+#include "platform/files/written_file.h"
 #include "platform/sound/audio_file_encoder.h"
 #include "platform/sound/audio_file_error.h"
 
@@ -13,9 +14,10 @@ using namespace audio_file_error;
 class AudioFile {
 public:
     AtomicFile target;
+    WrittenFile file; // closed before target removes it
     StreamDescription format;
-    std::unique_ptr<AudioFileEncoder> encoder; // closes its file before target removes it
-    OSStatus failed = none;                    // the first failure; nothing is written after it
+    std::unique_ptr<AudioFileEncoder> encoder;
+    OSStatus failed = none; // the first failure; nothing is written after it
 };
 
 class ExtAudioFile {
@@ -64,11 +66,13 @@ OSStatus AudioFileCreate(const std::filesystem::path& path, FourCharCode type,
     file.reset();
     AudioFileID made(new AudioFile);
     if (const std::error_code error = made->target.open(path)) return audioFileStatus(error);
+    if (const std::error_code error = made->file.open(made->target.path()))
+        return audioFileStatus(error);
     OSStatus status = none;
     made->format = format;
     made->encoder = type == audio_file_type::m4af
-                        ? makeAacEncoder(made->target.path(), format, log, status)
-                        : makeSndfileEncoder(made->target.path(), type, format, status);
+                        ? makeAacEncoder(made->file, format, log, status)
+                        : makeSndfileEncoder(made->file, type, format, status);
     if (status == none) file = std::move(made);
     return status;
 }
@@ -107,6 +111,7 @@ OSStatus ExtAudioFileDispose(ExtAudioFileRef file) {
 OSStatus AudioFileClose(AudioFileID file) {
     if (!file) return notOpen;
     if (file->failed == none) file->failed = file->encoder->finish();
+    if (file->failed == none) file->failed = audioFileStatus(file->file.close());
     return file->failed == none ? audioFileStatus(file->target.commit()) : file->failed;
 }
 

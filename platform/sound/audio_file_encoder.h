@@ -5,15 +5,15 @@
 #include "platform/sound/stream_description.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 
 namespace zephyra {
 
 class Log;
+class WrittenFile;
 
 /// Order of calls: write as often as needed, finish once. Destroyed without finish, the file is
-/// merely closed. MAIN or WORKER.
+/// of no use. MAIN or WORKER.
 class AudioFileEncoder {
 public:
     virtual ~AudioFileEncoder() = default;
@@ -22,18 +22,17 @@ public:
     /// Returns 0 or a code.
     virtual OSStatus write(const AudioBufferList& buffers, std::uint32_t frames) = 0;
 
-    /// Completes and closes the file. Returns 0, or a code when not all of it reached the disk.
+    /// Completes the file, which is still to be closed. Returns 0, or a code when it could not all
+    /// be written.
     virtual OSStatus finish() = 0;
 };
 
-/// The encoder for type and format, or null and the reason in status. path is created or emptied.
-/// The first makes all types but m4af.
-std::unique_ptr<AudioFileEncoder> makeSndfileEncoder(const std::filesystem::path& path,
-                                                     FourCharCode type,
+/// The encoder for type and format, or null and the reason in status. file stands open, empty, and
+/// outlives the encoder. The first makes all types but m4af.
+std::unique_ptr<AudioFileEncoder> makeSndfileEncoder(WrittenFile& file, FourCharCode type,
                                                      const StreamDescription& format,
                                                      OSStatus& status);
-std::unique_ptr<AudioFileEncoder> makeAacEncoder(const std::filesystem::path& path,
-                                                 const StreamDescription& format, Log* log,
-                                                 OSStatus& status);
+std::unique_ptr<AudioFileEncoder> makeAacEncoder(WrittenFile& file, const StreamDescription& format,
+                                                 Log* log, OSStatus& status);
 
 } // namespace zephyra

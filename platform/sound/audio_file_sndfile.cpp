@@ -1,3 +1,4 @@
+#include "platform/files/written_file.h"
 #include "platform/sound/audio_file.h"
 #include "platform/sound/audio_file_encoder.h"
 #include "platform/sound/audio_file_error.h"
@@ -21,8 +22,6 @@ constexpr std::uint32_t kFramesPerWrite = 4096; // bounds the memory for interle
 
 /// What a 32-bit size field may count, less room for the headers and chunks around the samples.
 constexpr std::uint64_t kMost32BitBytes = std::numeric_limits<std::uint32_t>::max() - 4096ull;
-
-constexpr std::uint64_t kLeastKnownFile = 12; // bytes
 
 struct SndfileCloser {
     void operator()(SNDFILE* file) const noexcept { sf_close(file); }
@@ -80,16 +79,44 @@ int wholeRate(double rate) {
     return fits ? static_cast<int>(std::lround(rate)) : 0;
 }
 
-/// What the system's last error means; only to be asked when there was one.
-OSStatus lastWriteStatus() {
-    const OSStatus status = audioFileStatus({errno, std::generic_category()});
-    return status == none ? unspecified : status;
+WrittenFile& of(void* self) {
+    return *static_cast<WrittenFile*>(self);
+}
+
+sf_count_t seek(sf_count_t offset, int whence, void* self) {
+    const std::uint64_t base = whence == SEEK_SET   ? 0
+                               : whence == SEEK_CUR ? of(self).position()
+                                                    : of(self).size();
+    const auto position = static_cast<sf_count_t>(base) + offset;
+    if (position < 0) return -1;
+    of(self).seek(static_cast<std::uint64_t>(position));
+    return position;
+}
+
+/// A WrittenFile as the library's file.
+SF_VIRTUAL_IO virtualCalls() {
+    return {.get_filelen = [](void* self) { return static_cast<sf_count_t>(of(self).size()); },
+            .seek = seek,
+            .read =
+                [](void* bytes, sf_count_t count, void* self) {
+                    return static_cast<sf_count_t>(of(self).read(
+                        {static_cast<std::byte*>(bytes), static_cast<std::size_t>(count)}));
+                },
+            .write =
+                [](const void* bytes, sf_count_t count, void* self) {
+                    return of(self).write({static_cast<const std::byte*>(bytes),
+                                           static_cast<std::size_t>(count)})
+                               ? count
+                               : sf_count_t{0};
+                },
+            .tell = [](void* self) { return static_cast<sf_count_t>(of(self).position()); }};
 }
 
 class SndfileEncoder final : public AudioFileEncoder {
 public:
-    OSStatus open(const std::filesystem::path& path, FourCharCode type,
-                  const StreamDescription& format);
+    explicit SndfileEncoder(WrittenFile& file) : file_(file) {}
+
+    OSStatus open(FourCharCode type, const StreamDescription& format);
     OSStatus write(const AudioBufferList& buffers, std::uint32_t frames) override;
     OSStatus finish() override;
 
@@ -98,20 +125,21 @@ private:
     OSStatus writeInterleaved(const AudioBufferList& buffers, std::uint32_t frames,
                               WriteFrames writeFrames);
 
-    /// Whether the closed file is all there.
-    OSStatus verify(std::uint64_t dataBytes) const;
+    /// Of what the library was asked for last, also when it has not reported one.
+    OSStatus failure(bool reported) const;
+    OSStatus fillLastPacket();
 
-    SndfileHandle file_;
-    std::filesystem::path path_;
+    WrittenFile& file_;
+    SndfileHandle sound_;
     FourCharCode type_ = 0;
+    std::uint32_t channels_ = 0;
     bool isFloat_ = false;
     std::uint64_t mostBytesPerFrame_ = 0;
     std::uint64_t mostBytes_ = 0;
     std::uint64_t framesWritten_ = 0;
 };
 
-OSStatus SndfileEncoder::open(const std::filesystem::path& path, FourCharCode type,
-                              const StreamDescription& format) {
+OSStatus SndfileEncoder::open(FourCharCode type, const StreamDescription& format) {
     const int major = majorFormat(type);
     if (major == 0) return unsupportedFileType;
     const int minor = encoding(type, format);
@@ -122,13 +150,15 @@ OSStatus SndfileEncoder::open(const std::filesystem::path& path, FourCharCode ty
     info.format = major | minor;
     if (minor == 0 || info.samplerate == 0 || !sf_format_check(&info)) return unsupportedDataFormat;
 
-    errno = 0;
-    file_.reset(sf_open(path.c_str(), SFM_WRITE, &info));
-    if (!file_) return lastWriteStatus();
-    // The peak chunk holds the time of writing: the same samples must give the same bytes.
-    sf_command(file_.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
-    path_ = path;
     type_ = type;
+    SF_VIRTUAL_IO calls = virtualCalls();
+    // SD2 has a second file, which the library finds by the name of the first.
+    sound_.reset(type == audio_file_type::sd2f ? sf_open(file_.path().c_str(), SFM_WRITE, &info)
+                                               : sf_open_virtual(&calls, SFM_WRITE, &info, &file_));
+    if (!sound_) return failure(true);
+    // The peak chunk holds the time of writing: the same samples must give the same bytes.
+    sf_command(sound_.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
+    channels_ = format.channelsPerFrame;
     isFloat_ = minor == SF_FORMAT_FLOAT;
     const std::uint32_t mostBytesPerSample = std::max(format.bitsPerChannel / 8, 1u);
     mostBytesPerFrame_ = std::uint64_t{format.channelsPerFrame} * mostBytesPerSample;
@@ -148,8 +178,8 @@ OSStatus SndfileEncoder::writeInterleaved(const AudioBufferList& buffers, std::u
             const auto* samples = static_cast<const Sample*>(buffers.mBuffers[c].mData) + done;
             for (std::uint32_t i = 0; i < part; ++i) interleaved[i * channels + c] = samples[i];
         }
-        errno = 0;
-        if (writeFrames(file_.get(), interleaved.data(), part) != part) return lastWriteStatus();
+        const bool isTaken = writeFrames(sound_.get(), interleaved.data(), part) == part;
+        if (const OSStatus status = failure(!isTaken)) return status;
         done += part;
     }
     framesWritten_ += frames;
@@ -162,36 +192,39 @@ OSStatus SndfileEncoder::write(const AudioBufferList& buffers, std::uint32_t fra
                     : writeInterleaved<short>(buffers, frames, sf_writef_short);
 }
 
-OSStatus SndfileEncoder::verify(std::uint64_t dataBytes) const {
-    // SD2's file is bare samples, and the library knows no file of fewer bytes.
-    if (type_ == audio_file_type::sd2f && dataBytes < kLeastKnownFile) return none;
-    SF_INFO info{};
-    const SndfileHandle written(sf_open(path_.c_str(), SFM_READ, &info));
-    const bool isComplete = written && info.frames >= static_cast<sf_count_t>(framesWritten_);
-    return isComplete ? none : unspecified;
+OSStatus SndfileEncoder::failure(bool reported) const {
+    // Of a file that it writes by name the library tells, and the system says what it was.
+    const bool isByName = type_ == audio_file_type::sd2f;
+    const std::error_code error =
+        isByName && reported ? std::error_code(errno, std::generic_category()) : file_.error();
+    return reported && !error ? unspecified : audioFileStatus(error);
+}
+
+/// With silence: the library leaves the sound of the packet before behind the end.
+OSStatus SndfileEncoder::fillLastPacket() {
+    const std::uint64_t rest = framesWritten_ % kFramesPerIma4Packet;
+    if (rest == 0) return none;
+    const auto missing = static_cast<sf_count_t>(kFramesPerIma4Packet - rest);
+    const std::vector<short> silence(static_cast<std::size_t>(missing) * channels_);
+    return failure(sf_writef_short(sound_.get(), silence.data(), missing) != missing);
 }
 
 OSStatus SndfileEncoder::finish() {
-    // The last block, the header and a side file are written on closing, where the library drops
-    // most failures: the error of the system shows them, and reading the header back.
-    errno = 0;
-    const bool closed = sf_close(file_.release()) == 0;
-    const OSStatus status = lastWriteStatus();
-    if (!closed || status == diskFull) return status;
-
-    const std::uint64_t dataBytes = framesWritten_ * mostBytesPerFrame_;
-    const OSStatus corrected = correctSizes(path_, type_, framesWritten_, dataBytes);
-    return corrected == none ? verify(dataBytes) : corrected;
+    if (type_ == audio_file_type::aifc)
+        if (const OSStatus status = fillLastPacket()) return status;
+    // The last block and the header are written now.
+    const bool isClosed = sf_close(sound_.release()) == 0;
+    if (const OSStatus status = failure(!isClosed)) return status;
+    return correctSizes(file_, type_, framesWritten_, framesWritten_ * mostBytesPerFrame_);
 }
 
 } // namespace
 
-std::unique_ptr<AudioFileEncoder> makeSndfileEncoder(const std::filesystem::path& path,
-                                                     FourCharCode type,
+std::unique_ptr<AudioFileEncoder> makeSndfileEncoder(WrittenFile& file, FourCharCode type,
                                                      const StreamDescription& format,
                                                      OSStatus& status) {
-    auto encoder = std::make_unique<SndfileEncoder>();
-    status = encoder->open(path, type, format);
+    auto encoder = std::make_unique<SndfileEncoder>(file);
+    status = encoder->open(type, format);
     if (status != none) encoder.reset();
     return encoder;
 }

@@ -2,6 +2,9 @@
 
 #include "pictures/cairo/contact_sheet.h"
 #include "pictures/cairo/grain_lane.h"
+#include "pictures/cairo/picture_axes.h"
+#include "pictures/cairo/picture_file.h"
+#include "tests/support/failing_calls.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -22,6 +25,43 @@ TEST(Canvas, TextThatIsNotUtf8IsShownAndDoesNotStopTheDrawing) {
     EXPECT_LT(canvas.textWidth("\xF0\x9D\x84\x9E\xE2\x99\xAA\xC3\xA4"),
               canvas.textWidth("?????????"));
     EXPECT_EQ(cairo_status(canvas.context()), CAIRO_STATUS_SUCCESS);
+}
+
+/// How many pixels of box were drawn on.
+int ink(const Canvas& canvas, const Box& box) {
+    cairo_surface_t* const surface = cairo_get_target(canvas.context());
+    const unsigned char* const rows = cairo_image_surface_get_data(surface);
+    const auto pixel = [&](int x, int y) {
+        return std::string_view(reinterpret_cast<const char*>(
+                                    rows + y * cairo_image_surface_get_stride(surface) + 4 * x),
+                                4);
+    };
+    int drawn = 0;
+    for (int y = static_cast<int>(box.y); y < box.bottom(); ++y)
+        for (int x = static_cast<int>(box.x); x < box.right(); ++x)
+            drawn += pixel(x, y) != pixel(0, 0);
+    return drawn;
+}
+
+TEST(Axes, StandTheRightWayUp) {
+    Canvas canvas(200, 200);
+    const Box box{100, 50, 60, 100};
+    drawUprightAxis(canvas, box, {{1, "7"}}, "MM        "); // its ink is where it begins
+    EXPECT_GT(ink(canvas, {80, 50, 18, 4}), ink(canvas, {80, 54, 18, 6})) << "the bar of the 7";
+    EXPECT_EQ(ink(canvas, {80, 100, 18, 60}), 0);
+    EXPECT_EQ(ink(canvas, {30, 0, 25, 100}), 0);
+    EXPECT_GT(ink(canvas, {30, 100, 25, 100}), 20);
+    drawTimeAxis(canvas, box, {{0, "7"}}, "");
+    EXPECT_GT(ink(canvas, {100, 155, 30, 25}), 0);
+    EXPECT_EQ(ink(canvas, {130, 155, 70, 25}), 0);
+}
+
+TEST(PictureFile, IsWholeOrNotThereWhateverFails) {
+    const auto write = [](const std::filesystem::path& path) {
+        PictureFile file;
+        return file.open(path) && file.save(Canvas(20, 20));
+    };
+    expectWholeOrNotAtAll(write, {});
 }
 
 TEST(PitchColour, GoesFromWarmToCoolOverItsRangeAndNoFurther) {

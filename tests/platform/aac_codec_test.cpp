@@ -1,5 +1,6 @@
 // The AAC module: what it writes it reads back at its exact length.
 
+#include "platform/files/written_file.h"
 #include "platform/sound/aac_codec.h"
 
 #include <cmath>
@@ -24,7 +25,20 @@ protected:
         const std::vector<const std::int16_t*> arrays(channels, tone.data());
         const AacModule& module = *aacModule().value();
         void* writer = nullptr;
-        if (module.openWriter(path_.c_str(), rate, channels, &writer, reason_, sizeof reason_))
+        WrittenFile file;
+        EXPECT_FALSE(file.open(path_));
+        const AacTarget target{&file,
+                               [](void* to, const std::uint8_t* bytes, std::uint32_t count) {
+                                   return static_cast<WrittenFile*>(to)->write(
+                                              std::as_bytes(std::span(bytes, count)))
+                                              ? 0
+                                              : EIO;
+                               },
+                               [](void* to, std::uint64_t position) {
+                                   static_cast<WrittenFile*>(to)->seek(position);
+                                   return 0;
+                               }};
+        if (module.openWriter(&target, rate, channels, &writer, reason_, sizeof reason_))
             return reason_;
         const bool failed = module.write(writer, arrays.data(), frames, reason_, sizeof reason_);
         const bool unfinished = module.closeWriter(writer, reason_, sizeof reason_);

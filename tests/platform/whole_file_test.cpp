@@ -1,10 +1,12 @@
 #include "platform/files/whole_file.h"
 
+#include "platform/files/backup_flag.h"
 #include "platform/files/content_hash.h"
 #include "tests/support/temporary_folder.h"
 
 #include <chrono>
 #include <gtest/gtest.h>
+#include <sys/xattr.h>
 
 namespace zephyra {
 namespace {
@@ -52,8 +54,26 @@ TEST(WholeFile, ClearsAwayWhatADeadProcessLeftADayAgo) {
         fs::last_write_time(folder / name / "half", now - std::chrono::hours(fileHours));
         fs::last_write_time(folder / name, now - std::chrono::hours(folderHours));
     }
+    fs::create_directory_symlink(".zephyra-backup", folder / ".zephyra-unfinished-linked");
     ASSERT_TRUE(replaceFile(folder / "a", {}).ok());
     for (const auto& one : cases) EXPECT_EQ(fs::exists(folder / one.name), one.stays) << one.name;
+    EXPECT_TRUE(fs::exists(folder / ".zephyra-backup/half")) << "it is somebody's, by a link";
+}
+
+TEST(BackupFlag, IsTheAttributeThatBackupProgramsAskFor) {
+    TemporaryFolder folder;
+    writeText(folder / "a", "");
+    const auto mark = [&] {
+        char text[16];
+        const auto size = ::getxattr((folder / "a").c_str(), "user.xdg.robots.backup", text, 16);
+        return size < 0 ? "none" : std::string(text, static_cast<std::size_t>(size));
+    };
+    if (::setxattr((folder / "a").c_str(), "user.any", "", 0, 0) != 0) GTEST_SKIP() << "no marks";
+    for (const auto& [skip, expected] :
+         {std::pair(false, "none"), {true, "false"}, {false, "none"}}) {
+        EXPECT_TRUE(skipBackupiCloudForItemAtURL_skip(folder / "a", skip));
+        EXPECT_EQ(mark(), expected);
+    }
 }
 
 TEST(ContentHash, IsTheSameOfAFileHoweverManyPiecesItIsReadIn) {

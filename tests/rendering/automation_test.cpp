@@ -3,6 +3,7 @@
 
 #include "rendering/automation_lane.h"
 #include "rendering/take_file.h"
+#include "tests/support/failing_calls.h"
 
 #include <gtest/gtest.h>
 #include <utility>
@@ -93,6 +94,11 @@ TEST(TakeFile, ReadsWhatItWritesAndNamesTheLineThatIsWrong) {
     };
     for (const auto& [text, message] : wrong)
         EXPECT_NE(parseTake(text, "take").message().find(message), std::string::npos) << message;
+    const auto write = [&](const std::filesystem::path& path) {
+        TakeFile file;
+        return file.open(path) && file.save(positions);
+    };
+    expectWholeOrNotAtAll(write, "old");
 }
 
 } // namespace

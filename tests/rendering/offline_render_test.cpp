@@ -5,6 +5,7 @@
 #include "platform/lists/property_reader.h"
 #include "rendering/echo_tail.h"
 #include "rendering/offline_render.h"
+#include "rendering/output_file.h"
 #include "rendering/render_plan.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/test_sounds.h"
@@ -141,6 +142,18 @@ TEST(EchoTail, LastsUntilEveryRepeatIsSixtyDecibelsDown) {
     for (const auto& one : cases)
         EXPECT_DOUBLE_EQ(echoTail(one.left, one.right, one.rate), one.seconds)
             << one.left.delay << " " << one.left.gain;
+}
+
+TEST(OutputFile, CountsAndLimitsWhatExceedsFullScaleOnEitherSide) {
+    TemporaryFolder folder;
+    OutputFile file;
+    ASSERT_TRUE(file.open(folder / "a.wav", defaultOutputType(), SampleFormat::shorts, 44100));
+    float left[] = {-1.5f, -1.0f, 0.0f}, right[] = {1.0f, 1.25f, -1.01f};
+    ASSERT_TRUE(file.write(left, right, 3) && file.close());
+    EXPECT_EQ(file.limitedSamples(), 3u);
+    EXPECT_EQ(file.peak(), 1.5);
+    EXPECT_EQ(left[0], -1.0f);
+    EXPECT_EQ(right[2], -1.0f);
 }
 
 } // namespace

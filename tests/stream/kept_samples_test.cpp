@@ -2,6 +2,7 @@
 
 #include "platform/sound/sound_file.h"
 #include "platform/text/log.h"
+#include "stream/embedded_sample.h"
 #include "stream/kept_sound.h"
 #include "stream/sound_keeping.h"
 #include "tests/support/stream_player.h"
@@ -161,6 +162,11 @@ TEST_F(KeptSamples, ComeBackFromTheStateTheSameAndGoAlongAgain) {
 }
 
 TEST_F(KeptSamples, GoAlongAsTheSettingSaysUnlessTheyCameWithTheProgram) {
+    for (const double seconds : {0.01, 0.7, 1.0}) { // of which 0.7 · 44100 is too little
+        mokSample sound(static_cast<std::uint64_t>(std::lround(seconds * 44100)), 44100);
+        EXPECT_TRUE(isEmbeddable(sound, seconds)) << seconds;
+        EXPECT_TRUE(sound.allocate(sound.size + 1, 44100) && !isEmbeddable(sound, seconds));
+    }
     const double seconds = 400 / 44100.0;
     for (const auto& [setting, goesAlong] : {std::pair(PropertyValue(60), true),
                                              {0, false},
