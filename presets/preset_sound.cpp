@@ -62,7 +62,8 @@ Result<PresetSound> findPresetSound(const PresetChoice& preset, const Folders& f
     instance.runLoop.runPosted();
 
     const RunLoop::Scope main(instance.runLoop);
-    const std::string of = "the sound of preset " + inQuotes(preset.name) + " is missing";
+    const std::string of = "the sound of preset " + inQuotes(preset.name) +
+                           (report.findings.empty() ? " is missing" : " is damaged");
     if (!report.problem.empty())
         return Failure{of + ": " + report.problem + "; name INPUT instead"};
     PresetSound sound{currentSound(stream), stream.sampleReference(), std::move(report)};

@@ -7,6 +7,7 @@
 #include "stream/sample_reading.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace zephyra {
@@ -21,6 +22,8 @@ SampleReference referenceIn(const PropertyDictionary& sample) {
     reference.path = reader.text(kPath).value_or("");
     reference.relativePath = reader.text(kRelativePath).value_or("");
     reference.contentHash = reader.text(kContentHash).value_or("");
+    if (const PropertyDictionary* const audio = reader.dictionary(kAudio))
+        reference.embedded = std::make_shared<EmbeddedSample>(EmbeddedSample{*audio, true});
     return reference;
 }
 
@@ -32,14 +35,20 @@ std::size_t bytesOf(const PropertyDictionary& audio) {
 
 } // namespace
 
-/// Empty for a sound that every machine has.
+/// Empty for a sound that every machine has, or that goes along already.
 Result<PropertyDictionary> SoundEmbedding::audioOf(const PropertyDictionary& sample) {
     const SampleReference reference = referenceIn(sample);
+    if (reference.path.empty()) return PropertyDictionary(); // nothing would play it
+    StateFindings damages;
+    if (reference.embedded && embeddedSound(*reference.embedded, reference.path, damages))
+        return PropertyDictionary();
     const auto [loaded, report, playable] =
         readReferencedSample(reference, folders_, files_, [this](double) { return goOn_(); });
     if (!loaded) return Failure{loaded.message()};
     const auto& [sound, found] = loaded.value();
-    if (report.isOtherSound) return Failure{found.path + " holds another sound now"};
+    if (report.isOtherSound)
+        return Failure{(damages.empty() ? "" : "its copy is damaged, and ") + found.path +
+                       " holds another sound now"};
     if (!isEmbeddable(*sound, SoundEmbedding::kMostSeconds))
         return Failure{found.path + " is longer than ten minutes; take the file along"};
     const auto [embedded, problem] = embedSample(*sound, found, folders_.resources, files_);
@@ -62,7 +71,7 @@ const SoundEmbedding::Made& SoundEmbedding::make(const PropertyDictionary& sampl
 void SoundEmbedding::embed(PropertyDictionary& record, const std::string& name) {
     const auto found = record.find(ofStream(state_key::kSample));
     auto* const sample = found == record.end() ? nullptr : found->second.as<PropertyDictionary>();
-    if (!sample || sample->contains(kAudio)) return;
+    if (!sample) return;
     const Made& made = make(*sample);
     const std::string without = inQuotes(name) + " goes without its sound: ";
     if (!made.problem.empty()) return notes_.push_back(without + made.problem);

@@ -26,7 +26,8 @@ public:
         : folders_(std::move(folders)), goOn_(std::move(goOn)) {}
 
     /// Adds "Audio" to the record's sample, unless it names none, carries its sound already, or one
-    /// that every machine has. name is the preset's, for notes.
+    /// that every machine has; one that is damaged is replaced. Without its sound the record stays
+    /// as it is. name is the preset's, for notes.
     void embed(PropertyDictionary& record, const std::string& name);
 
     /// What could not be embedded, and why, a line each.

@@ -20,6 +20,12 @@ Failure isMissing(const SampleReference& reference) {
             "the shared folder, is needed"};
 }
 
+Failure isDamaged(const SampleReference& reference) {
+    return {"the copy of " + onOneLine(reference.path) +
+            " that goes along is damaged; that file, or one with its content in the shared folder, "
+            "is needed"};
+}
+
 /// Whether atHand may be what the file at path holds, which its hash tells.
 bool isOf(const LoadedSample& atHand, const std::filesystem::path& path) {
     const SampleReference& reference = atHand.reference;
@@ -126,6 +132,7 @@ FoundSound readReferencedSample(const SampleReference& reference, const Folders&
         sound.loaded = fromState(reference, std::move(copy));
         return sound;
     }
+    if (!report.findings.empty()) sound.loaded = isDamaged(reference);
     report.isOtherSound = !found.hasContent && !found.path.empty();
     if (report.isOtherSound) read();
     return sound;

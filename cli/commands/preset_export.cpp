@@ -7,6 +7,7 @@
 #include "platform/text/message_text.h"
 #include "platform/text/odd_bytes.h"
 #include "presets/picked_presets.h"
+#include "presets/record_places.h"
 #include "presets/sound_embedding.h"
 
 #include <filesystem>
@@ -45,12 +46,13 @@ bool isInside(const fs::path& target, const fs::path& folder) {
     return fs::equivalent(parent, folder, ignored);
 }
 
-Bank bankToGo(const PickedPresets& picked, SoundEmbedding& sounds) {
+Bank bankToGo(const PickedPresets& picked, const Folders& folders, SoundEmbedding& sounds) {
     Bank bank;
     for (const std::string& key : picked.keys) {
         if (interrupted()) break;
         PropertyDictionary record = *recordOf(*picked.content, key);
         sounds.embed(record, snapshotTag(record).value_or(kUnnamed));
+        forgetPlaces(record, folders);
         bank.insert_or_assign(key, std::move(record));
     }
     return bank;
@@ -79,7 +81,7 @@ ExitCode runPresetExport(const CommandContext& context, const PresetExportReques
                                                  " would stand among the banks in use; choose "
                                                  "another folder with -o, or `preset copy`");
     SoundEmbedding sounds(folders, [] { return !interrupted(); });
-    const Bank bank = bankToGo(picked.value(), sounds);
+    const Bank bank = bankToGo(picked.value(), folders, sounds);
     if (interrupted())
         return endWith(ExitCode::failure,
                        "interrupted; " + target.value().string() + " was not written");
@@ -88,9 +90,10 @@ ExitCode runPresetExport(const CommandContext& context, const PresetExportReques
 
     std::string text = target.value().string() + " holds " + std::to_string(bank.size()) +
                        (bank.size() == 1 ? " preset" : " presets");
-    text = onOneLine(text) + "\n";
-    for (const std::string& note : sounds.notes()) text += onOneLine(note) + "\n";
-    return printOut(text);
+    // The bank is of use for all that it holds; that it lacks something is a failure all the same.
+    ExitCode code = printOut(onOneLine(text) + "\n");
+    for (const std::string& note : sounds.notes()) code = endWith(ExitCode::failure, note);
+    return code;
 }
 
 } // namespace zephyra

@@ -153,7 +153,8 @@ TEST_F(KeptSamples, ComeBackFromTheStateTheSameAndGoAlongAgain) {
         (*sampleOf(damaged).at("Audio").as<PropertyDictionary>())[key] = value;
         Player other(folder);
         other.restore(damaged);
-        EXPECT_THAT(other.takeAlert(), HasSubstr(kept.string() + " is missing")) << key;
+        EXPECT_THAT(other.takeAlert(), HasSubstr(kept.string() + " that goes along is damaged"))
+            << key;
         ASSERT_FALSE(other.report.findings.empty()) << key;
         EXPECT_THAT(lineOf(other.report.findings.back()), StartsWith(kept.string() + finding));
         EXPECT_EQ(other.report.findings.back().standIn, StandIn::nothing);
