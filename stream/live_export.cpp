@@ -1,5 +1,6 @@
 #include "stream/live_export.h"
 
+#include "platform/files/file_calls.h"
 #include "platform/sound/audio_file_error.h"
 #include "stream/audio_file_writer.h"
 #include "stream/sound_keeping.h"
@@ -8,7 +9,6 @@
 #include <functional>
 #include <memory>
 #include <new>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -73,8 +73,7 @@ Result<std::filesystem::path> exportTake(const std::filesystem::path& folder, Ta
     if (!path) return problem(kCreating, path.message());
     const Result<void> written = writeTake(path.value(), take, log);
     if (written) return path;
-    std::error_code ignored;
-    std::filesystem::remove(path.value(), ignored);
+    static_cast<void>(file_calls::remove(path.value()));
     return Failure{written.message()};
 }
 

@@ -1,14 +1,22 @@
 #include "cli/terminal/interrupt.h"
 
 #include <csignal>
+#include <unistd.h>
 
 namespace zephyra {
 
 namespace {
 
+constexpr unsigned kSecondsToEnd = 3; // that a child has to leave nothing half-written
+
 volatile std::sig_atomic_t stopRequested = 0;
 
 void requestStop(int) {
+    stopRequested = 1;
+}
+
+void requestEnd(int) {
+    ::alarm(kSecondsToEnd); // whose signal ends a process that hangs
     stopRequested = 1;
 }
 
@@ -26,7 +34,7 @@ void watchInterrupts() {
 
 void watchInterruptsOfParent() {
     struct sigaction stop = {};
-    stop.sa_handler = requestStop;
+    stop.sa_handler = requestEnd;
     stop.sa_flags = SA_RESTART;
     sigaction(SIGTERM, &stop, nullptr);
     std::signal(SIGINT, SIG_IGN);

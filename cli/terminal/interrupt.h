@@ -8,7 +8,8 @@ namespace zephyra {
 void watchInterrupts();
 
 /// The same in a child process, which ends when its parent says so: Ctrl-C, which reaches both, is
-/// left to the parent, and a request that comes twice does no harm. MAIN.
+/// left to the parent, and a request that comes twice does no harm. A child that has not ended 3 s
+/// after the first is ended by a signal. MAIN.
 void watchInterruptsOfParent();
 
 /// Whether such a signal has come. Any thread.

@@ -118,7 +118,9 @@ std::error_code close(int descriptor, const fs::path& path) {
 std::error_code makeFile(const fs::path& path) {
     std::error_code error;
     const int file = open(path, O_WRONLY | O_CREAT | O_EXCL, error);
-    return error ? error : close(file, path);
+    if (!error && (error = close(file, path)))
+        static_cast<void>(file_calls::remove(path)); // nobody's now
+    return error;
 }
 
 std::error_code write(int descriptor, std::span<const std::byte> bytes, const fs::path& path) {

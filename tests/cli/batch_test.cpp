@@ -2,12 +2,14 @@
 
 #include "cli/batch/batch_names.h"
 #include "cli/batch/process_pool.h"
+#include "cli/terminal/interrupt.h"
 #include "cli/terminal/progress_bar.h"
 #include "platform/files/folder_entries.h"
 #include "tests/cli/program.h"
 
 #include <csignal>
 #include <map>
+#include <unistd.h>
 
 namespace zephyra {
 namespace {
@@ -41,6 +43,51 @@ TEST(ProcessPool, AJobThatDiesOrFailsLeavesTheOthersAlone) {
     ends.erase(2);
     EXPECT_EQ(ends, (std::map<std::size_t, std::string>{
                         {0, "t0=0"}, {1, "=-1"}, {3, "t3=9"}, {4, "t4=0"}, {5, "t5=0"}}));
+}
+
+/// In a child: waits, but not for ever, until it is asked to end; whether it was.
+bool isAskedToEnd() {
+    for (int wait = 0; wait < 2000 && !interrupted(); ++wait) ::usleep(10000);
+    return interrupted();
+}
+
+TEST(ProcessPool, ChildrenEndWhenTheParentSaysSoOrDiesAndNotByCtrlC) {
+    std::map<std::size_t, int> codes;
+    std::size_t begun = 0;
+    const bool all = runJobs(
+        4, 2,
+        [](std::size_t job, JobLine& line) {
+            for (int twice = 0; twice < 2; ++twice) std::raise(SIGINT); // as a terminal sends it
+            if (interrupted()) return 1;
+            line.say('b', "");
+            if (job == 0) return isAskedToEnd() ? 7 : 2;
+            for (int wait = 0; wait < 2000; ++wait) ::usleep(10000); // it hangs
+            return 3;
+        },
+        {.said = [&](auto, auto, auto&) { ++begun; },
+         .progressed = {},
+         .ended = [&](std::size_t job, const JobEnd& end) { codes[job] = end.code; }},
+        [&] { return begun == 2; });
+    EXPECT_FALSE(all);
+    EXPECT_EQ(codes, (std::map<std::size_t, int>{{0, 7}, {1, -1}}));
+
+    TemporaryFolder folder;
+    const auto afterwards = [&](std::size_t signal, JobLine&) {
+        ::kill(::getppid(), static_cast<int>(signal));
+        if (isAskedToEnd()) writeText(folder / "asked", "");
+        return 0;
+    };
+    EXPECT_EXIT(runJobs(
+                    1, 1, [&](auto, auto& line) { return afterwards(SIGKILL, line); }, {},
+                    [] { return false; }),
+                testing::KilledBySignal(SIGKILL), "");
+    EXPECT_TRUE(std::filesystem::exists(folder / "asked")); // that ended only when the child had
+    const auto twice = [&](std::size_t, JobLine& line) {
+        afterwards(SIGINT, line);
+        return afterwards(SIGINT, line);
+    };
+    EXPECT_EXIT((watchInterrupts(), runJobs(1, 1, twice, {}, interrupted)),
+                testing::KilledBySignal(SIGINT), "");
 }
 
 TEST(ProgressBar, ShowsShareAndTimeLeftOnceThereIsSomethingToJudgeBy) {

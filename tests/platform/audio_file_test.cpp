@@ -190,6 +190,10 @@ TEST(FloatWavWriter, KeepsEveryFiniteFloat) {
     samples[7] = samples[4999] = 0.0f;
     for (std::uint32_t i = 0; i < got.size(); ++i)
         ASSERT_EQ(got[i], samples[i / 2 + i % 2]) << "sample " << i;
+    const auto write = [&](const std::filesystem::path& path) {
+        return writer.open(path, 48000, 2) && writer.write(channels, 100) && writer.close();
+    };
+    expectWholeOrNotAtAll(write, "old");
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // Where a stream's sound comes from and goes to: files, live input, exports and states.
 
+#include "platform/files/file_calls.h"
 #include "platform/sound/sound_file.h"
 #include "tests/support/stream_player.h"
 
@@ -150,6 +151,9 @@ TEST_F(StreamSound, StaysWhatLiveHeardUntilAFileComesAndExportsItInTheOrderOfTim
         const auto file = readSoundFile(player.exporter.lastSaved());
         return file ? file.value().samples : Frames{};
     };
+    const auto entries = [&] {
+        return std::distance(std::filesystem::directory_iterator(folder / "shared"), {});
+    };
     EXPECT_EQ(saved(), Frames{});
     EXPECT_THAT(player.takeAlert(), HasSubstr("Problem writing audio file:"));
     player.hear(ramp(1, 400));
@@ -159,6 +163,18 @@ TEST_F(StreamSound, StaysWhatLiveHeardUntilAFileComesAndExportsItInTheOrderOfTim
     player.hear(ramp(0, 100)); // not heard any more
     EXPECT_EQ(saved(), ramp(151, 600));
     EXPECT_EQ(player.exporter.lastSaved(), folder / "shared" / "Rec 2.wav");
+    int calls = 0, failing = 0;
+    do { // leaves no file, not even an empty one
+        const auto before = entries();
+        calls = 0;
+        setFileCallGate([&](FileCall call, auto&) {
+            return calls++ == failing && call != FileCall::remove ? EIO : 0;
+        });
+        player.exporter.save();
+        player.finishWork();
+        setFileCallGate({});
+        EXPECT_EQ(entries(), before + player.takeAlert().empty()) << "call " << failing;
+    } while (calls > failing++);
     EXPECT_EQ(&player.sound(), stream.waveForm().liveSample());
     EXPECT_TRUE(stream.isPlaying() && !stream.isLive());
     stream.loadSound(std::make_shared<mokSample>(100u, 8000.0f));
