@@ -1,12 +1,14 @@
-// Finds and opens the AAC module.
+// Finds and opens the AAC module, and gives it files to write to.
 
 #include "platform/sound/aac_codec.h"
 
 #include "platform/files/folders.h"
+#include "platform/files/written_file.h"
 
 #include <cstdlib>
 #include <dlfcn.h>
 #include <filesystem>
+#include <span>
 #include <vector>
 
 namespace zephyra {
@@ -53,7 +55,22 @@ Result<const AacModule*> findModule() {
                    "; set ZEPHYRA_MODULES to its folder"};
 }
 
+int put(void* file, const std::uint8_t* bytes, std::uint32_t count) {
+    auto& to = *static_cast<WrittenFile*>(file);
+    to.write(std::as_bytes(std::span(bytes, count)));
+    return to.error().value();
+}
+
+int seek(void* file, std::uint64_t position) {
+    static_cast<WrittenFile*>(file)->seek(position);
+    return 0;
+}
+
 } // namespace
+
+AacTarget aacTarget(WrittenFile& file) noexcept {
+    return {&file, put, seek};
+}
 
 Result<const AacModule*> aacModule() {
     static const Result<const AacModule*> module = findModule();

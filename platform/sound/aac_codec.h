@@ -59,6 +59,11 @@ struct AacModule {
     int (*closeWriter)(void* writer, char* error, std::uint32_t errorSize);
 };
 
+class WrittenFile;
+
+/// Into file, at its position, which outlives the writer. MAIN or WORKER.
+AacTarget aacTarget(WrittenFile& file) noexcept;
+
 /// The module, loaded at the first call. Looked for in the folder named by the environment variable
 /// ZEPHYRA_MODULES, then beside the program or library this code is in, then in ../lib/zephyra from
 /// there, then where it was built.

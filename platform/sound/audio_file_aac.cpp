@@ -5,7 +5,6 @@
 #include "platform/text/log.h"
 
 #include <array>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,17 +14,6 @@ namespace zephyra {
 using namespace audio_file_error;
 
 namespace {
-
-int put(void* file, const std::uint8_t* bytes, std::uint32_t count) {
-    auto& to = *static_cast<WrittenFile*>(file);
-    to.write(std::as_bytes(std::span(bytes, count)));
-    return to.error().value();
-}
-
-int seek(void* file, std::uint64_t position) {
-    static_cast<WrittenFile*>(file)->seek(position);
-    return 0;
-}
 
 class AacEncoder final : public AudioFileEncoder {
 public:
@@ -61,7 +49,7 @@ OSStatus AacEncoder::statusOf(int failed, OSStatus fallback) const {
 }
 
 OSStatus AacEncoder::open(const StreamDescription& format) {
-    const AacTarget target{&file_, put, seek};
+    const AacTarget target = aacTarget(file_);
     const int failed = module_.openWriter(&target, format.sampleRate, format.channelsPerFrame,
                                           &writer_, text_.data(), textSize());
     return statusOf(failed, unsupportedDataFormat);

@@ -72,21 +72,18 @@ TEST(ProcessPool, ChildrenEndWhenTheParentSaysSoOrDiesAndNotByCtrlC) {
     EXPECT_EQ(codes, (std::map<std::size_t, int>{{0, 7}, {1, -1}}));
 
     TemporaryFolder folder;
-    const auto afterwards = [&](std::size_t signal, JobLine&) {
-        ::kill(::getppid(), static_cast<int>(signal));
-        if (isAskedToEnd()) writeText(folder / "asked", "");
+    int times = 1, signal = SIGKILL; // of which the parent dies
+    const auto kill = [&](auto, auto&) {
+        for (; times > 0; --times) {
+            ::kill(::getppid(), signal);
+            if (isAskedToEnd()) writeText(folder / "asked", "");
+        }
         return 0;
     };
-    EXPECT_EXIT(runJobs(
-                    1, 1, [&](auto, auto& line) { return afterwards(SIGKILL, line); }, {},
-                    [] { return false; }),
-                testing::KilledBySignal(SIGKILL), "");
+    EXPECT_EXIT(runJobs(1, 1, kill, {}, interrupted), testing::KilledBySignal(SIGKILL), "");
     EXPECT_TRUE(std::filesystem::exists(folder / "asked")); // that ended only when the child had
-    const auto twice = [&](std::size_t, JobLine& line) {
-        afterwards(SIGINT, line);
-        return afterwards(SIGINT, line);
-    };
-    EXPECT_EXIT((watchInterrupts(), runJobs(1, 1, twice, {}, interrupted)),
+    times = 2, signal = SIGINT;
+    EXPECT_EXIT((watchInterrupts(), runJobs(1, 1, kill, {}, interrupted)),
                 testing::KilledBySignal(SIGINT), "");
 }
 

@@ -30,16 +30,12 @@ TEST(Canvas, TextThatIsNotUtf8IsShownAndDoesNotStopTheDrawing) {
 /// How many pixels of box were drawn on.
 int ink(const Canvas& canvas, const Box& box) {
     cairo_surface_t* const surface = cairo_get_target(canvas.context());
-    const unsigned char* const rows = cairo_image_surface_get_data(surface);
-    const auto pixel = [&](int x, int y) {
-        return std::string_view(reinterpret_cast<const char*>(
-                                    rows + y * cairo_image_surface_get_stride(surface) + 4 * x),
-                                4);
-    };
+    const auto* const pixels =
+        reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(surface));
     int drawn = 0;
     for (int y = static_cast<int>(box.y); y < box.bottom(); ++y)
         for (int x = static_cast<int>(box.x); x < box.right(); ++x)
-            drawn += pixel(x, y) != pixel(0, 0);
+            drawn += pixels[y * cairo_image_surface_get_width(surface) + x] != pixels[0];
     return drawn;
 }
 

@@ -27,17 +27,7 @@ protected:
         void* writer = nullptr;
         WrittenFile file;
         EXPECT_FALSE(file.open(path_));
-        const AacTarget target{&file,
-                               [](void* to, const std::uint8_t* bytes, std::uint32_t count) {
-                                   return static_cast<WrittenFile*>(to)->write(
-                                              std::as_bytes(std::span(bytes, count)))
-                                              ? 0
-                                              : EIO;
-                               },
-                               [](void* to, std::uint64_t position) {
-                                   static_cast<WrittenFile*>(to)->seek(position);
-                                   return 0;
-                               }};
+        const AacTarget target = aacTarget(file);
         if (module.openWriter(&target, rate, channels, &writer, reason_, sizeof reason_))
             return reason_;
         const bool failed = module.write(writer, arrays.data(), frames, reason_, sizeof reason_);

@@ -191,7 +191,8 @@ TEST(FloatWavWriter, KeepsEveryFiniteFloat) {
     for (std::uint32_t i = 0; i < got.size(); ++i)
         ASSERT_EQ(got[i], samples[i / 2 + i % 2]) << "sample " << i;
     const auto write = [&](const std::filesystem::path& path) {
-        return writer.open(path, 48000, 2) && writer.write(channels, 100) && writer.close();
+        FloatWavWriter own;
+        return own.open(path, 48000, 2) && own.write(channels, 100) && own.close();
     };
     expectWholeOrNotAtAll(write, "old");
 }

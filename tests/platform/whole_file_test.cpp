@@ -2,7 +2,7 @@
 
 #include "platform/files/backup_flag.h"
 #include "platform/files/content_hash.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/failing_calls.h"
 
 #include <chrono>
 #include <gtest/gtest.h>
@@ -33,6 +33,19 @@ TEST(WholeFile, IsCreatedOnlyWhereNothingStands) {
     EXPECT_TRUE(readWholeFile(folder / "new", 3).ok());
     EXPECT_FALSE(readWholeFile(folder / "new", 2).ok());
     EXPECT_EQ(folder.entries(), 3);
+}
+
+TEST(WholeFile, IsTheOldOrTheNewOneWithNothingBesideWhateverCallFails) {
+    const auto replace = [](const fs::path& path) {
+        return replaceFile(path, bytesOf("new")).ok();
+    };
+    const auto create = [](const fs::path& path) {
+        const auto created = createFile(path, bytesOf("new"));
+        return created && created.value();
+    };
+    expectWholeOrNotAtAll(replace, "old, and longer");
+    expectWholeOrNotAtAll(replace, {});
+    expectWholeOrNotAtAll(create, {});
 }
 
 TEST(WholeFile, ClearsAwayWhatADeadProcessLeftADayAgo) {

@@ -168,13 +168,11 @@ TEST_F(KeptSamples, GoAlongAsTheSettingSaysUnlessTheyCameWithTheProgram) {
         EXPECT_TRUE(isEmbeddable(sound, seconds)) << seconds;
         EXPECT_TRUE(sound.allocate(sound.size + 1, 44100) && !isEmbeddable(sound, seconds));
     }
-    const double seconds = 400 / 44100.0;
     for (const auto& [setting, goesAlong] : {std::pair(PropertyValue(60), true),
                                              {0, false},
                                              {-1, false},
                                              {"many", true},
-                                             {seconds * 1.001, true},
-                                             {seconds * 0.999, false}}) {
+                                             {0.009, false}}) {
         first.instance.defaults.setValue("EmbedSeconds", setting);
         load(kept);
         EXPECT_EQ(embeds(), goesAlong);
