@@ -43,26 +43,6 @@ TEST(AtomicFile, LeavesNothingWhenDestroyedOrOpenedAnew) {
     EXPECT_EQ(folder.entries(), 0);
 }
 
-TEST(AtomicFile, PlacesWhatALibraryLeftBesideItFirst) {
-    TemporaryFolder folder;
-    writeText(folder / "a.sd2", "old");
-    const auto write = [&] {
-        AtomicFile file;
-        EXPECT_FALSE(file.open(folder / "a.sd2"));
-        writeText(file.path(), "main");
-        writeText(file.path().parent_path() / "._a.sd2", "side");
-        return file.commit();
-    };
-    fs::create_directories(folder / "._a.sd2" / "in the way");
-    EXPECT_TRUE(write());
-    EXPECT_EQ(readText(folder / "a.sd2"), "old");
-    fs::remove_all(folder / "._a.sd2");
-    EXPECT_FALSE(write());
-    EXPECT_EQ(readText(folder / "a.sd2"), "main");
-    EXPECT_EQ(readText(folder / "._a.sd2"), "side");
-    EXPECT_EQ(folder.entries(), 2);
-}
-
 TEST(AtomicFile, RefusesTargetsThatAreNoOrdinaryFileInAnExistingFolder) {
     TemporaryFolder folder;
     writeText(folder / "file", "old");
