@@ -27,6 +27,14 @@ SampleReference referenceIn(const PropertyDictionary& sample) {
     return reference;
 }
 
+/// Whether it goes along already, or names no sound that anybody would play.
+bool needsNone(const PropertyDictionary& sample) {
+    const SampleReference reference = referenceIn(sample);
+    StateFindings damages;
+    return reference.path.empty() ||
+           (reference.embedded && embeddedSound(*reference.embedded, reference.path, damages));
+}
+
 std::size_t bytesOf(const PropertyDictionary& audio) {
     const auto flac = audio.find(sound_key::kFlac);
     const auto* const data = flac == audio.end() ? nullptr : flac->second.as<PropertyData>();
@@ -35,19 +43,15 @@ std::size_t bytesOf(const PropertyDictionary& audio) {
 
 } // namespace
 
-/// Empty for a sound that every machine has, or that goes along already.
+/// Empty for a sound that every machine has.
 Result<PropertyDictionary> SoundEmbedding::audioOf(const PropertyDictionary& sample) {
     const SampleReference reference = referenceIn(sample);
-    if (reference.path.empty()) return PropertyDictionary(); // nothing would play it
-    StateFindings damages;
-    if (reference.embedded && embeddedSound(*reference.embedded, reference.path, damages))
-        return PropertyDictionary();
     const auto [loaded, report, playable] =
         readReferencedSample(reference, folders_, files_, [this](double) { return goOn_(); });
     if (!loaded) return Failure{loaded.message()};
     const auto& [sound, found] = loaded.value();
     if (report.isOtherSound)
-        return Failure{(damages.empty() ? "" : "its copy is damaged, and ") + found.path +
+        return Failure{(report.findings.empty() ? "" : "its copy is damaged, and ") + found.path +
                        " holds another sound now"};
     if (!isEmbeddable(*sound, SoundEmbedding::kMostSeconds))
         return Failure{found.path + " is longer than ten minutes; take the file along"};
@@ -59,7 +63,7 @@ Result<PropertyDictionary> SoundEmbedding::audioOf(const PropertyDictionary& sam
 const SoundEmbedding::Made& SoundEmbedding::make(const PropertyDictionary& sample) {
     const auto known = std::ranges::find(made_, sample, &Made::sample);
     if (known != made_.end()) return *known;
-    auto audio = audioOf(sample);
+    auto audio = needsNone(sample) ? PropertyDictionary() : audioOf(sample);
     Made made{sample, {}, {}};
     if (audio)
         made.audio = std::move(audio.value());

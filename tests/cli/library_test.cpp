@@ -139,6 +139,52 @@ TEST_F(Library, ListsBanksAndPresetsAndFindsThemByNameAndLeavesFoldersAlone) {
     EXPECT_FALSE(std::filesystem::exists(folder / "none"));
 }
 
+TEST_F(Library, AnExportHoldsNoPlaceOfThisComputerAndFailsForASoundThatItLacks) {
+    writeWav(folder / "tone.wav", tone(2000));
+    const std::string away = (folder / "tone.wav").string();
+    std::filesystem::create_directory(shared() / "deep");
+    std::filesystem::copy(away, shared() / "deep/tone.wav");
+    const PropertyDictionary damaged{{"FLAC", PropertyData(PropertyData::Bytes(100))}};
+    const PropertyDictionary eleven = keptSound(std::vector<float>(66000), 100).value(); // minutes
+    const std::pair<const char*, PropertyDictionary> samples[] = {
+        {"/Up/Here", {{"Path", away}, {"RelativePath", away}, {"New", PropertyArray{away, "1/8"}}}},
+        {"Mended", {{"Path", (shared() / "deep/tone.wav").string()}, {"Audio", damaged}}},
+        {"Gone", {{"Path", "C:\\Kim\\gone.wav"}, {"RelativePath", "a/gone.wav"}}},
+        {"Lost", {{"Path", "/lost.wav"}, {"Audio", damaged}}},
+        {"Other", {{"Path", away}, {"ContentHash", "-"}, {"Audio", damaged}}},
+        {"Long", {{"Path", "/lost.wav"}, {"Audio", eleven}}},
+        {"None", {{"New", "/lone"}}}};
+    Bank given;
+    for (const auto& [name, sample] : samples)
+        given[name] = PropertyDictionary{
+            {kSnapshotTags, name}, {"Sample_0", sample}, {"New", "file://" + away}};
+    put(shared() / "Clouds.zephyra", given);
+
+    const ProgramRun ran = run("preset export Clouds -o away.zephyra");
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_EQ(ran.out, "away.zephyra holds 7 presets\n");
+    EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 3) << ran.err;
+    for (const std::string& said :
+         {"Other\" goes without its sound: its copy is damaged, and " + away,
+          std::string("\"Gone\" goes without its sound: C:\\Kim\\gone.wav is missing"),
+          std::string("\"Lost\" goes without its sound: the copy of /lost.wav that goes along is")})
+        EXPECT_THAT(ran.err, HasSubstr(said));
+    EXPECT_THAT(run("render -o o.wav --bank Clouds --preset Lost").err,
+                HasSubstr("the sound of preset \"Lost\" is damaged: the copy of /lost.wav"));
+
+    const std::string text = readText(folder / "away.zephyra");
+    for (const std::string& place :
+         {folder.path().string(), std::string("Kim"), std::string("/lost")})
+        EXPECT_EQ(text.find(place), text.npos) << place;
+    for (const char* kept : {"/Up/Here", "1/8", "/lone", "a/gone.wav", "deep/tone.wav"})
+        EXPECT_THAT(text, HasSubstr(kept));
+    std::filesystem::remove(away); // as nobody else has it
+    out("preset import away.zephyra --as Here --shared-folder elsewhere");
+    for (const char* name : {"/Up/Here", "Mended"})
+        out("render -o o.wav --seconds 0.1 --shared-folder elsewhere --bank Here --preset " +
+            std::string(name));
+}
+
 TEST_F(Library, PresetsAreCopiedMovedRenamedAndDeletedUnderNewKeys) {
     out("preset copy Drones deep Clouds");
     EXPECT_THAT(names("Clouds"), ElementsAre("Haze", "Rain", "rain", "Deep"));
@@ -289,50 +335,6 @@ TEST_F(Library, ACheckThatIsStoppedSaysSoAndNeverThatNothingIsWrong) {
             EXPECT_EQ(readText(streams[0]), "");
         EXPECT_FALSE(std::filesystem::exists(shared() / "Bad (mended).zephyra"));
     }
-}
-
-TEST_F(Library, AnExportHoldsNoPlaceOfThisComputerAndFailsForASoundThatItLacks) {
-    writeWav(folder / "tone.wav", tone(2000));
-    const std::string away = (folder / "tone.wav").string();
-    std::filesystem::create_directory(shared() / "deep");
-    std::filesystem::copy(away, shared() / "deep/tone.wav");
-    const PropertyDictionary damaged{{"FLAC", PropertyData(PropertyData::Bytes(100))}};
-    const std::pair<const char*, PropertyDictionary> samples[] = {
-        {"/Up/Here", {{"Path", away}, {"RelativePath", away}, {"New", PropertyArray{away, "1/8"}}}},
-        {"Mended", {{"Path", (shared() / "deep/tone.wav").string()}, {"Audio", damaged}}},
-        {"Gone", {{"Path", "C:\\Kim\\gone.wav"}, {"RelativePath", "a/gone.wav"}}},
-        {"Lost", {{"Path", "/lost.wav"}, {"Audio", damaged}}},
-        {"Other", {{"Path", away}, {"ContentHash", "-"}, {"Audio", damaged}}},
-        {"None", {{"New", "/lone"}}}};
-    Bank given;
-    for (const auto& [name, sample] : samples)
-        given[name] = PropertyDictionary{
-            {kSnapshotTags, name}, {"Sample_0", sample}, {"New", "file://" + away}};
-    put(shared() / "Clouds.zephyra", given);
-
-    const ProgramRun ran = run("preset export Clouds -o away.zephyra");
-    EXPECT_EQ(ran.code, 1);
-    EXPECT_EQ(ran.out, "away.zephyra holds 6 presets\n");
-    EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 3) << ran.err;
-    for (const std::string& said :
-         {"Other\" goes without its sound: its copy is damaged, and " + away,
-          std::string("\"Gone\" goes without its sound: C:\\Kim\\gone.wav is missing"),
-          std::string("\"Lost\" goes without its sound: the copy of /lost.wav that goes along is")})
-        EXPECT_THAT(ran.err, HasSubstr(said));
-    EXPECT_THAT(run("render -o o.wav --bank Clouds --preset Lost").err,
-                HasSubstr("the sound of preset \"Lost\" is damaged: the copy of /lost.wav"));
-
-    const std::string text = readText(folder / "away.zephyra");
-    for (const std::string& place :
-         {folder.path().string(), std::string("Kim"), std::string("/lost")})
-        EXPECT_EQ(text.find(place), text.npos) << place;
-    for (const char* kept : {"/Up/Here", "1/8", "/lone", "a/gone.wav", "deep/tone.wav"})
-        EXPECT_THAT(text, HasSubstr(kept));
-    std::filesystem::remove(away); // as nobody else has it
-    out("preset import away.zephyra --as Here --shared-folder elsewhere");
-    for (const char* name : {"/Up/Here", "Mended"})
-        out("render -o o.wav --seconds 0.1 --shared-folder elsewhere --bank Here --preset " +
-            std::string(name));
 }
 
 TEST_F(Library, ASampleThatAnotherSoundTookThePlaceOfIsFound) {
