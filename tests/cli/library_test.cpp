@@ -3,6 +3,7 @@
 #include "cli/commands/commands.h"
 #include "cli/terminal/interrupt.h"
 #include "library/bank_edits.h"
+#include "stream/kept_sound.h"
 #include "tests/cli/program.h"
 
 #include <csignal>
