@@ -41,13 +41,15 @@ struct PresetHost : FakeHost {
 TEST(HostPresets, AreNumberedThroughAllFactoryBanksChosenByNumberAndRefusedWithALine) {
     PresetHost host;
     EXPECT_EQ(host.set({{0, "none"}}), "-|nil|Returning Current Custom Preset: 0, (null)");
-    writeBank(host.folder / "B.zephyra", {{"1 -", tagged("p")}, {"10 -", PropertyDictionary{}}});
+    writeBank(host.folder / "B\xff.zephyra",
+              {{"1 -", tagged("p")}, {"10 -", PropertyDictionary{}}});
     writeBank(host.folder / "A 1.zephyra",
               {{"b", tagged("2")}, {"A", tagged("1")}, {"c", tagged("3")}});
     writeBank(host.folder / "Other.ZEPHYRA", {{"x", tagged("x")}});
     writeText(host.folder / "Broken.zephyra", "<plist");
     host.unit->makeFactoryPresets();
-    EXPECT_EQ(host.presets(), "0 1 (A 1), 1 2 (A 1), 2 3 (A 1), 3 p (B), 4 <unnamed> (B), ");
+    EXPECT_EQ(host.presets(),
+              "0 1 (A 1), 1 2 (A 1), 2 3 (A 1), 3 p (B\\xFF), 4 <unnamed> (B\\xFF), ");
     EXPECT_NE(host.log.find("Broken.zephyra"), std::string::npos);
     const std::pair<std::optional<AUAudioUnitPreset>, const char*> rows[] = {
         {{}, "-|1 (A 1)|nil passed to setCurrentPreset!|Returning Current Factory Preset: 0"},
@@ -62,7 +64,8 @@ TEST(HostPresets, AreNumberedThroughAllFactoryBanksChosenByNumberAndRefusedWithA
     host.set({{2, ""}});
     std::filesystem::remove(host.folder / "A 1.zephyra");
     host.unit->makeFactoryPresets();
-    EXPECT_EQ(host.presets() + host.unit->currentPreset()->name, "0 p (B), 1 <unnamed> (B), p (B)");
+    EXPECT_EQ(host.presets() + host.unit->currentPreset()->name,
+              "0 p (B\\xFF), 1 <unnamed> (B\\xFF), p (B\\xFF)");
     // What a host writes is the controller's; what it reads is not.
     host.unit->setFullStateForDocument(tagged("whole"));
     EXPECT_EQ(host.unit->getFullState(), tagged("whole"));

@@ -107,6 +107,8 @@ TEST(BatchNames, AreFileNamesOfWhichNoTwoAreAlike) {
         {{}, "Glass", "Glass"},
         {{}, "glass", "glass 2"}, // a disk may not tell them apart
         {"Glass", {}, "Glass 3"},
+        {{}, "Haze 2", "Haze 2"},
+        {{}, "Haze 2", "Haze 2 2"}, // its own digit is no number behind it
         {{}, "../../up", "_.._.._up"},
         {{}, "a\nb", "a_b"},
         {{}, "", "_"},
