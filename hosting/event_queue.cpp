@@ -19,6 +19,7 @@ bool isParameter(const EventQueue::Entry& entry) {
 } // namespace
 
 void EventQueue::add(Entry entry) {
+    entry.number = added_++;
     entries_.push_back(std::move(entry));
     isSorted_ = false;
 }
@@ -26,8 +27,10 @@ void EventQueue::add(Entry entry) {
 /// All at a time: a file may bring a million entries, lane after lane.
 void EventQueue::sort() {
     if (std::exchange(isSorted_, true)) return;
-    std::stable_sort(entries_.begin() + static_cast<std::ptrdiff_t>(taken_), entries_.end(),
-                     [](const Entry& a, const Entry& b) { return a.frame < b.frame; });
+    std::sort(entries_.begin() + static_cast<std::ptrdiff_t>(taken_), entries_.end(),
+              [](const Entry& a, const Entry& b) {
+                  return std::pair(a.frame, a.number) < std::pair(b.frame, b.number);
+              });
 }
 
 std::optional<std::uint64_t> EventQueue::nextCut() {

@@ -24,6 +24,7 @@ public:
         AURenderEvent event = {};
         std::vector<std::uint8_t> bytes = {}; ///< of MIDI, all of them
         std::function<void()> task = {};      ///< in an event's place; else empty
+        std::size_t number = 0;               ///< of the call that added it
     };
 
     void add(Entry entry);
@@ -47,7 +48,7 @@ private:
     void sort();
 
     std::vector<Entry> entries_;
-    std::size_t taken_ = 0; // of them
+    std::size_t taken_ = 0, added_ = 0;
     bool isSorted_ = true;
 };
 
