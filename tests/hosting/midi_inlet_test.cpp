@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 #include <utility>
 
@@ -41,16 +42,18 @@ TEST_F(InletTest, ABurstThatIsTooLongEndsWhereItShouldAndLaterMessagesComeLater)
 
 TEST_F(InletTest, ValuesNeverGoBackHoweverTheTwoThreadsMeet) {
     constexpr int kMessages = 2000000;
+    std::atomic<bool> over = false;
     std::thread render([&] {
         for (int i = 0; i < kMessages; ++i) { // a bend that only rises
             const auto bend = static_cast<int>(i * 16383LL / (kMessages - 1));
             push({0xE0, static_cast<std::uint8_t>(bend & 127),
                   static_cast<std::uint8_t>(bend >> 7)});
         }
+        over = true;
     });
     std::uint64_t seen = 0;
     int last = 0;
-    while (seen + inlet.replaced() < kMessages) {
+    for (bool ended = false; !std::exchange(ended, over.load());) {
         instance.runLoop.runPosted();
         for (const MidiMessage& message : heard)
             EXPECT_LE(std::exchange(last, message.bend()), last);
@@ -59,6 +62,26 @@ TEST_F(InletTest, ValuesNeverGoBackHoweverTheTwoThreadsMeet) {
     }
     render.join();
     EXPECT_EQ(last, 16383);
+    EXPECT_EQ(seen + inlet.replaced(), std::uint64_t{kMessages});
+    for (int i = 0; i < 2; ++i) push({0xE0, 0, 0}); // the ring no longer rests
+    instance.runLoop.runPosted();
+    EXPECT_EQ(heard.size(), 2u);
+}
+
+TEST(LatestMidi, HoldsWhatComesWhileItIsTakenForTheNextRound) {
+    LatestMidi latest;
+    const MidiMessage first{{0xB0, 1, 1}}, last{{0xE0, 0, 9}};
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(latest.store(last), i == 0);
+    std::vector<MidiMessage> taken;
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_TRUE(latest.any());
+        latest.take([&](const MidiMessage& message) {
+            EXPECT_TRUE(latest.any()); // or the ring would overtake what is still to come
+            taken.push_back(message);
+            if (message == last) latest.store(first); // its word was passed
+        });
+    }
+    EXPECT_TRUE(taken == (std::vector{last, first}) && !latest.any());
 }
 
 TEST(OfflineHostEvents, ReachUnitAndInletInTheOrderOfTheOffsetsWhateverTheirLengthAndOnce) {

@@ -122,7 +122,11 @@ TEST_F(LiveBuffer, KeepsItsBufferUnlessTheRateHasChangedOrItIsCleared) {
 
     const mokSample* told = nullptr;
     wave.makeLiveCurrent();
-    wave.setReplacedHandler([&] { told = wave.liveSample(); });
+    wave.setReplacedHandler([&] {
+        told = wave.liveSample();
+        EXPECT_EQ(wave.data().mSample.load(), told);
+        EXPECT_EQ(retirement.waiting(), 0u); // the old one is let go last
+    });
     const auto expectFresh = [&](float rate) {
         EXPECT_EQ(wave.liveSample()->sampleRate, rate);
         EXPECT_EQ(wave.liveSample()->size, 441000u);
@@ -137,8 +141,16 @@ TEST_F(LiveBuffer, KeepsItsBufferUnlessTheRateHasChangedOrItIsCleared) {
     writeRamp(1, 3);
     ASSERT_TRUE(wave.followSession());
     EXPECT_EQ(wave.getWriteLiveIndex(), 3u);
-    ASSERT_TRUE(wave.clearBuffer());
+    {
+        const RenderCycle::Scope running(cycle);
+        ASSERT_TRUE(wave.clearBuffer());
+        EXPECT_EQ(retirement.waiting(), 1u);
+    }
     expectFresh(48000.0f);
+    retirement.collect();
+    wave.resetLiveWriteIndex(); // of the old buffer
+    wave.setLiveContent(std::vector<float>{7, 8}, 48000.0);
+    EXPECT_EQ(wave.getWriteLiveIndex(), 2u);
     writeRamp(10, 5);
     wave.resetLiveWriteIndex();
     EXPECT_EQ(wave.getWriteLiveIndex(), 0u); // at once, and taken with the next block
@@ -146,8 +158,9 @@ TEST_F(LiveBuffer, KeepsItsBufferUnlessTheRateHasChangedOrItIsCleared) {
     wave.enableLIVE(false);
     session.sampleRate = 44100.0;
     ASSERT_TRUE(wave.followSession());
-    EXPECT_EQ(wave.heardFrames(), (std::vector<float>{12, 13, 14, 20, 21}));
+    EXPECT_EQ(wave.heardFrames(), (std::vector<float>{10, 11, 12, 13, 14, 20, 21}));
     EXPECT_EQ(wave.getWriteLiveIndex(), 0u);
+    retirement.collect();
     EXPECT_EQ(retirement.waiting(), 0u);
 }
 
