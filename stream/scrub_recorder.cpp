@@ -87,7 +87,6 @@ void ScrubRecorder::recordScrub() {
     if (std::exchange(one, false)) enableButtons();
     if (!std::exchange(scrubRecIsStarted, true)) {
         ndx = 0.0f;
-        recalled_ = false;
         controls().scrubRec.selected = false;
         controls().scrubRec.setNeedsDisplay();
         showMessage(controls().scrubMessage, "Scrub recording...");

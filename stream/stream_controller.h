@@ -313,7 +313,7 @@ private:
     bool hostArmed_ = false; // the host's start armed it, so its stop disarms it
     bool shouldRewindOnTime = false;
     bool startQueued_ = false;       // a start's step that shows it has not run yet
-    int waiting_ = 0;                // what the host told since, which comes after it
+    bool hostWaits_ = false;         // something that the host told since comes after it
     RunLoop::Token pendingStop_ = 0; // the stop: that a fade-out has scheduled
     double CURRENT_CLOCK_BPM = 120.0;
     double realScanningValue = 0.0;

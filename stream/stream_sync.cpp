@@ -10,16 +10,13 @@ namespace zephyra {
 /// tells meanwhile comes after that step, in its order.
 bool MOK_SCRUB_GRANULATOR::waitsForStart(void (MOK_SCRUB_GRANULATOR::*told)()) {
     if (!startQueued_) return false;
-    ++waiting_;
-    onMain([this, told] {
-        --waiting_;
-        (this->*told)();
-    });
+    hostWaits_ = true;
+    onMain([this, told] { (this->*told)(); });
     return true;
 }
 
 void MOK_SCRUB_GRANULATOR::syncStateTempoForte() {
-    if (waiting_ > 0 && waitsForStart(&MOK_SCRUB_GRANULATOR::syncStateTempoForte)) return;
+    if (hostWaits_ && waitsForStart(&MOK_SCRUB_GRANULATOR::syncStateTempoForte)) return;
     if (shouldPlayOnTime) {
         clearBackgroundLater(controls._playToggle);
         ____play();

@@ -47,8 +47,8 @@ void MOK_SCRUB_GRANULATOR::____play() {
 }
 
 void MOK_SCRUB_GRANULATOR::showPlaying() {
-    startQueued_ = false;
-    shouldPlayOnTime = hostArmed_ = false;
+    startQueued_ = hostWaits_ = false;
+    shouldPlayOnTime = false;
     controls._playToggle.tag = 1;
     data_.isPlaying = true;
     controls._playToggle.title = kPlayingIcon;

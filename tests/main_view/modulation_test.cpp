@@ -75,11 +75,12 @@ TEST(Motion, OfTheScanIsWhatWasStartedLast) {
     auto& scan = played.stream.scrubArea;
     auto& recorder = played.stream.scrubRecorder;
     const auto isWithin = [&](float low, float high) { // every tick of both
+        bool within = true;
         for (int block = 0; block < 20; ++block) {
             played.pass(1);
-            if (scan.scanPosition() < low || scan.scanPosition() > high) return false;
+            within &= scan.scanPosition() >= low && scan.scanPosition() <= high;
         }
-        return true;
+        return within;
     };
     recorder.setTake(std::vector<float>{0.9f, 0.95f});
     const auto press = [&] {
@@ -96,6 +97,8 @@ TEST(Motion, OfTheScanIsWhatWasStartedLast) {
         EXPECT_TRUE(isWithin(0.0f, 0.6f));
         press();
         EXPECT_TRUE(isWithin(0.9f, 0.95f));
+        scan.driveScan(0.5f, 0.0); // only places it
+        EXPECT_EQ(scan.scanPosition(), 0.5f);
     }
     played.attach(scan, kLfoSine, 1.0);
     press();
