@@ -167,7 +167,7 @@ void ScrubRecorder::playScrub() {
     ndx = static_cast<float>(double{ndx} + std::min(step, double{kPoints}));
     const auto last = static_cast<float>(recLength - 1);
     if (ndx > last) ndx = synced ? wrapped(ndx) : 0.0f;
-    showProgress(double{std::max(ndx, 0.0f)}, double{last});
+    showProgress(double{ndx}, double{last});
 }
 
 /// So many points make a round, or a take would leave the beat. Between the last point and the
