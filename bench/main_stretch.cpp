@@ -196,7 +196,7 @@ void measureStates(System& system, Stretches& stretches, const std::filesystem::
     stretches.row("to choose another envelope", [&] { system.stream().pickEnvelope(3); });
     stretches.hostRow("to list factory presets",
                       [&] { static_cast<void>(system.unit->factoryPresets()); });
-    stretches.row("to take 8,000 MIDI messages", [&] {
+    stretches.hostRow("to take 8,000 MIDI messages", [&] {
         for (int n = 0; n < 8000; ++n) {
             const std::uint8_t bytes[] = {0xB0, static_cast<std::uint8_t>(n % 120),
                                           static_cast<std::uint8_t>(n / 120)};

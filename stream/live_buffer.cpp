@@ -184,9 +184,11 @@ void WaveForm::stopLiveTimer() noexcept {
 }
 
 void WaveForm::copyLive(std::uint64_t first, std::span<float> frames) const noexcept {
+    float* const stored = live_->getPtr();
+    std::uint64_t from = first % live_->size;
     for (float& frame : frames) {
-        float& stored = live_->getPtr()[first++ % live_->size];
-        frame = std::atomic_ref<float>(stored).load(std::memory_order_relaxed);
+        frame = std::atomic_ref<float>(stored[from]).load(std::memory_order_relaxed);
+        if (++from == live_->size) from = 0;
     }
 }
 

@@ -34,6 +34,10 @@ void MOK_SCRUB_GRANULATOR::takeSound(PlayableSound sound, SampleReference refere
 }
 
 void MOK_SCRUB_GRANULATOR::nameSound(SampleReference reference) {
+    // Its copy for states has about three bytes a frame.
+    if (reference_.embedded != reference.embedded)
+        retirement_.retire(std::move(reference_.embedded),
+                           std::size_t{3} * static_cast<std::size_t>(reference_.frames));
     reference_ = std::move(reference);
     waveForm_.setLastSelectedPath(reference_.path);
     if (!waveForm_.isLiveCurrent()) waveForm_.setCurrentPath(reference_.path);
