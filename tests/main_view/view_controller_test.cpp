@@ -113,9 +113,15 @@ TEST(Scan, StandsBehindTheInputOfAFreshEffectUnlessItWasSetBefore) {
 
 TEST(Life, EndsInAnyOrderAndGoesOnWithAnotherController) {
     HostedUnit hosted(component_type::effect);
+    hosted.ready();
+    hosted.host.reportContext(true);
+    hosted.host.setTempo(90);
+    hosted.render(512);
     {
         AudioUnitViewController other(hosted.instance);
         other.setAudioUnit(hosted.unit.get());
+        hosted.render(512);
+        EXPECT_EQ(other._GRANULATOR_STREAM.currentClockBPM(), 90.0); // the same tempo as before
         EXPECT_EQ(hosted.view.audioUnit(), nullptr);
         hosted.view.setAudioUnit(hosted.unit.get());
         EXPECT_EQ(other.audioUnit(), nullptr);
@@ -126,6 +132,15 @@ TEST(Life, EndsInAnyOrderAndGoesOnWithAnotherController) {
     hosted.unit.reset();
     EXPECT_EQ(hosted.view.audioUnit(), nullptr);
     hosted.view._inputDryWetKnob.resetsDefault();
+}
+
+TEST(State, TakesTheScanFromAFingerThatRestsOnIt) {
+    HostedUnit hosted(component_type::instrument);
+    ScrubArea& area = hosted.ready().stream.scrubArea;
+    area.touchesBegan(1, {0.75, 0.5}, 0.0);
+    hosted.instance.runLoop.advance(hosted.instance.runLoop.now() + 0.6);
+    hosted.view.restoreStateProc({{"ScanPosition_0", 0.25}});
+    EXPECT_TRUE(hosted.stream.getTimePhasor() == 0.25f && !area.isHeld());
 }
 
 TEST(State, IsReportedOnKeyByKeyToWhoeverTakesThatElseToTheLog) {

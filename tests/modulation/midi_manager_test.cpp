@@ -67,6 +67,8 @@ TEST_F(MidiManagerTest, LearnsFromATouchAndAControllerAndTakesTheControlFromWhat
     EXPECT_EQ(density.value(), 50.0f);
     EXPECT_EQ(recordOf(0), "CC 0");
     EXPECT_EQ(controls.getLfoWidgetsMapping()->count(), 0u);
+    send(0xB3, 32, 5); // another channel's
+    EXPECT_EQ(recordOf(0), "CC 0");
     send(0xB2, 32, 5); // the fine half
     midi.learnsChannel = true;
     midi.learn(density);
@@ -154,6 +156,10 @@ TEST_F(MidiManagerTest, TogglesFollowAndButtonsArePressedOnceForEachRise) {
     EXPECT_FALSE(echo.isOn()); // waits
     for (const int velocity : {1, 0, 1}) send(0x90, 60, velocity);
     EXPECT_TRUE(switched == 5 && pressed == 4) << switched << " " << pressed;
+    for (Control* const control : {static_cast<Control*>(&echo), static_cast<Control*>(&rec)})
+        midi.bind({.trigger = {pitchBend}, .control = control, .takeover = jump});
+    for (const int bend : {0, 64}) send(0xE0, 0, bend); // exactly one half is on
+    EXPECT_TRUE(echo.isOn() && pressed == 5) << pressed;
 }
 
 TEST_F(MidiManagerTest, ProgramsBankControllersAndNotesChooseUnlessTheyAreBound) {

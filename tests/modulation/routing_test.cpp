@@ -78,6 +78,9 @@ TEST_F(Routing, SetsOutFromWhereTheControlStands) {
         ASSERT_NEAR(start, std::clamp(place, std::min(min, max), std::max(min, max)), 1 / 160.0)
             << shape << " from " << min << " to " << max << " at " << place;
     }
+    knob.setValueNorm(0.9f);
+    table.addWidget(&knob); // with the shape that it begins with
+    EXPECT_NEAR(table.at(0).currentLFO.valueAtPhase(), 0.9, 1 / 160.0);
 }
 
 TEST_F(Routing, FollowsTheTempoOfItsNoteValue) {
