@@ -60,23 +60,28 @@ AccelerometerWidgets::restoreState(const PropertyArray& state,
                                    const std::function<Control*(const std::string&)>& find) {
     StateFindings findings;
     removeAllWidgets();
+    std::size_t bonds = 0;
     for (const PropertyValue& entry : state)
         if (const auto* const bond = entry.as<PropertyDictionary>())
-            restoreBond(*bond, find, findings);
+            bonds += restoreBond(*bond, find, findings);
         else
             findings.push_back({kWhere,
                                 std::string("an entry of type ") + entry.typeName() +
                                     " is ignored; a dictionary is needed",
                                 StandIn::nothing});
+    complainOfTwice(findings, bonds - wrappers_.size(), "tilt assignment(s)");
     return findings;
 }
 
-void AccelerometerWidgets::restoreBond(const PropertyDictionary& bond,
-                                       const std::function<Control*(const std::string&)>& find,
-                                       StateFindings& findings) {
+/// How many bonds were made: 1 or 0.
+std::size_t
+AccelerometerWidgets::restoreBond(const PropertyDictionary& bond,
+                                  const std::function<Control*(const std::string&)>& find,
+                                  StateFindings& findings) {
     PropertyReader reader(bond, findings, kWhere, StandIn::usual);
     const auto leaveOut = [&findings](std::string text) {
         findings.push_back({kWhere, std::move(text), StandIn::nothing});
+        return std::size_t{0};
     };
     const std::string name = reader.text(assignment_key::kName).value_or("");
     const std::int64_t axis = reader.whole(tilt_key::kAxis).value_or(-1);
@@ -84,10 +89,10 @@ void AccelerometerWidgets::restoreBond(const PropertyDictionary& bond,
         return leaveOut("\"" + name + "\" is ignored; its axis must be 0 or 1");
     Control* const control = find(name);
     addWidget_forAxis(control, axis == 0 ? Accelerometer::Axis::x : Accelerometer::Axis::y);
-    if (WidgetWrapper* const wrapper = getWrapperID(control))
-        wrapper->applyState(reader);
-    else
-        leaveOut("\"" + name + "\" is ignored; it must name a knob or a scan");
+    WidgetWrapper* const wrapper = getWrapperID(control);
+    if (!wrapper) return leaveOut("\"" + name + "\" is ignored; it must name a knob or a scan");
+    wrapper->applyState(reader);
+    return 1;
 }
 
 void AccelerometerWidgets::tick() {

@@ -36,15 +36,16 @@ public:
     /// A dictionary per control: "name", "axis" (0 x, 1 y), "MinRange", "MaxRange", "Gravity".
     /// nameOf gives a control's identity.
     PropertyArray getState(const std::function<std::string(const Control&)>& nameOf) const;
-    /// Replaces everything by what state says; find gives the control of an identity, or null.
+    /// Replaces everything by what state says, of a control's bonds by the last; find gives the
+    /// control of an identity, or null.
     /// Answers with what could not be taken.
     StateFindings restoreState(const PropertyArray& state,
                                const std::function<Control*(const std::string&)>& find);
 
 private:
-    void restoreBond(const PropertyDictionary& bond,
-                     const std::function<Control*(const std::string&)>& find,
-                     StateFindings& findings);
+    std::size_t restoreBond(const PropertyDictionary& bond,
+                            const std::function<Control*(const std::string&)>& find,
+                            StateFindings& findings);
     void tick();
 
     Instance& instance_;

@@ -129,9 +129,9 @@ public:
     /// A copy of the records: "name", "type", "text" and, for scrubs and LFOs, "WrapperState".
     PropertyArray getState();
     /// Records of controls that are not there, and those without a name or a whole number for their
-    /// type, are dropped and named in the answer. Of several records of one name the first goes to
-    /// the first control of that name, the next one to the next. A control that no record names
-    /// keeps its assignment.
+    /// type, are dropped and counted in the answer, as are those that a later one of the same name
+    /// replaces. Where several controls have one name, the first record of it goes to the first of
+    /// them, the next one to the next. A control that no record names keeps its assignment.
     StateFindings restoreState(const PropertyArray& records);
 
     // --- The LFO clock's own controls ---

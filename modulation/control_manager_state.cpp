@@ -15,6 +15,7 @@ using namespace assignment_key;
 struct Namesakes {
     std::vector<std::size_t> records;
     std::size_t next = 0;
+    bool isSole() const { return records.size() == 1; }
 };
 
 const std::string* savedName(const PropertyDictionary& record) {
@@ -74,20 +75,23 @@ void ControlManager::takeSaved(const PropertyArray& records, StateFindings& find
     for (std::size_t i = 0; i < _params.size(); ++i)
         byName[*recordAt(i).at(kName).as<std::string>()].records.push_back(i);
 
-    std::size_t broken = 0, strangers = 0;
+    std::size_t broken = 0, strangers = 0, twice = 0;
     for (const PropertyValue& saved : records) {
         const auto* const record = saved.as<PropertyDictionary>();
         const std::string* const name = record ? savedName(*record) : nullptr;
         const auto found = name ? byName.find(*name) : byName.end();
-        const bool here =
-            found != byName.end() && found->second.next < found->second.records.size();
-        const std::size_t index = here ? found->second.records[found->second.next++] : 0;
-        if (!name || !hasType(*record))
+        Namesakes* const here = found == byName.end() ? nullptr : &found->second;
+        if (!name || !hasType(*record)) {
             ++broken;
-        else if (!here)
+            if (here && !here->isSole()) ++here->next; // the n-th of several is the n-th one's
+        } else if (here && here->isSole()) {
+            if (here->next++ != 0) ++twice;
+            _params[here->records[0]] = saved;
+        } else if (here && here->next < here->records.size()) {
+            _params[here->records[here->next++]] = saved;
+        } else {
             ++strangers;
-        else
-            _params[index] = saved;
+        }
     }
     // One line for all: a file may hold any number of them.
     if (broken != 0)
@@ -101,6 +105,7 @@ void ControlManager::takeSaved(const PropertyArray& records, StateFindings& find
             {{},
              std::to_string(strangers) + " assignment(s) left out: no such control is here",
              StandIn::nothing});
+    complainOfTwice(findings, twice, "assignment(s)");
 }
 
 void ControlManager::bindRecord(std::size_t index, StateFindings& findings) {

@@ -88,7 +88,8 @@ public:
 
     PropertyDictionary getState() const;
     /// Replaces the bindings when the state has any, likewise the navigation. Entries that are out
-    /// of range or name no control are dropped and counted in the answer.
+    /// of range or name no control are dropped and counted in the answer, as are those that a later
+    /// one for the same trigger and control replaces.
     StateFindings restoreState(const PropertyDictionary& state);
 
 private:

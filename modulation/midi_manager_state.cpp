@@ -94,7 +94,7 @@ void MidiManager::restoreBindings(const PropertyArray& saved, PropertyReader& st
 
     const PropertyDictionary nothing;
     const std::size_t most = std::min(saved.size(), kMostBindings);
-    std::size_t leftOut = saved.size() - most;
+    std::size_t leftOut = saved.size() - most, twice = 0;
     for (std::size_t i = 0; i < most; ++i) {
         const auto* const entry = saved[i].as<PropertyDictionary>();
         PropertyReader reader(entry ? *entry : nothing, state.findings(),
@@ -105,10 +105,12 @@ void MidiManager::restoreBindings(const PropertyArray& saved, PropertyReader& st
             continue;
         }
         assignToMidi(*binding.control);
+        if (find(binding.trigger, *binding.control)) ++twice;
         place(binding);
         concerned.insert(binding.control);
     }
     for (Control* const control : concerned) showBindings(*control);
+    complainOfTwice(state.findings(), twice, "MIDI binding(s)");
     // One finding for all: a file may hold any number of them.
     if (leftOut != 0)
         state.findings().push_back({{},

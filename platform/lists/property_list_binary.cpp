@@ -164,8 +164,9 @@ bool BinaryReader::key(std::uint64_t index) {
     if (found.kind != ascii && found.kind != utf16)
         return fail("a key is no string; strings are needed");
     if (!text(found, utf8)) return false;
+    const bool isNew = !list_.dictionary()->contains(utf8);
     list_.enterKey(std::move(utf8));
-    return true;
+    return isNew || fail("the key stands there twice; every key must stand in its dictionary once");
 }
 
 bool BinaryReader::value(std::uint64_t index) {

@@ -1,6 +1,7 @@
 // StateFinding: something in a saved state that could not be taken as it stands.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,10 @@ using StateFindings = std::vector<StateFinding>;
 
 /// "PATH: text", or the text alone. Any thread.
 std::string lineOf(const StateFinding& finding);
+
+/// Adds that so many entries of a list, what they are as "binding(s)", say anew what others before
+/// them said, and that the last ones hold; nothing for 0. Any thread.
+void complainOfTwice(StateFindings& findings, std::size_t count, const std::string& what);
 
 /// Puts more behind findings. Any thread.
 void append(StateFindings& findings, StateFindings more);

@@ -88,11 +88,16 @@ TEST_F(ControlManagerTest, AHostileStateChangesOnlyWhatItNamesProperly) {
                           PropertyDictionary{},
                           PropertyDictionary{{"name", 3}, {"type", 6}},
                           PropertyDictionary{{"name", "_a"}, {"type", 6.0}},
-                          PropertyDictionary{{"name", "_b"}, {"type", 99}, {"text", 1}, {"x", 2}},
+                          PropertyDictionary{{"name", "_b"}, {"type", 6}, {"text", 1}},
                           PropertyDictionary{{"name", "_c"}, {"type", 6}, {"WrapperState", "?"}}};
-    for (int i = 0; i < 100000; ++i)
-        hostile.push_back(PropertyDictionary{{"name", i % 2 ? "_b" : "?"}, {"type", 2}});
-    EXPECT_LT(manager.restoreState(hostile).size(), 6u);
+    for (const std::int64_t type : {2, 99}) // of a control's own the last holds
+        for (int i = 0; i < 50000; ++i)
+            hostile.push_back(
+                PropertyDictionary{{"name", i % 2 ? "_b" : "?"}, {"type", type}, {"x", 2}});
+    hostile.push_back(PropertyDictionary{{"name", "_b"}, {"type", "?"}});
+    const StateFindings findings = manager.restoreState(hostile);
+    EXPECT_LT(findings.size(), 7u);
+    EXPECT_EQ(findings.at(2).text, "50000 assignment(s) stand there twice; the last of each holds");
     EXPECT_EQ(driver(source.a), AssignmentType::scrubY);
     EXPECT_EQ(driver(source.b), AssignmentType::none);
     EXPECT_EQ(driver(source.c), AssignmentType::lfo);

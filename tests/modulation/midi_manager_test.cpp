@@ -213,8 +213,14 @@ TEST_F(MidiManagerTest, HostileBindingsOfAStateAreLeftOut) {
         saved.back().as<PropertyDictionary>()->insert_or_assign(key, value);
     }
     saved.resize(5000, good);
+    saved[4095] // the last that counts
+        .as<PropertyDictionary>()
+        ->insert_or_assign("max", 0.5);
     const StateFindings findings = midi.restoreState(state);
-    EXPECT_EQ(midi.bindings().size(), 1u);
+    ASSERT_EQ(midi.bindings().size(), 1u);
+    EXPECT_EQ(midi.bindings()[0].max, 0.5f);
+    EXPECT_TRUE(findings.at(findings.size() - 2)
+                    .text.starts_with("4086 MIDI binding(s) stand there twice"));
     EXPECT_TRUE(findings.back().text.starts_with("913 MIDI binding(s) left out"));
     EXPECT_EQ(recordOf(0), "CC 1, channel 16");
     EXPECT_EQ(recordOf(1), "Unassigned");

@@ -141,9 +141,13 @@ TEST_F(Routing, FollowsTheTiltAndLeavesWhatRestsToTheHand) {
     PropertyArray state = widgets.getState([](const Control& control) { return control.channel; });
     for (const std::int64_t axis : {1, 2})
         state.push_back(PropertyDictionary{{"name", axis == 1 ? "gone" : "knob"}, {"axis", axis}});
+    state.insert(state.begin(),
+                 PropertyDictionary{{"name", "knob"}, {"axis", 1}}); // the last holds
     widgets.removeWidget(&knob);
     const auto find = [&](const auto& name) { return name == "knob" ? &knob : nullptr; };
-    EXPECT_EQ(widgets.restoreState(state, find).size(), 2u);
+    const StateFindings findings = widgets.restoreState(state, find);
+    ASSERT_EQ(findings.size(), 3u);
+    EXPECT_TRUE(findings[2].text.starts_with("1 tilt assignment(s) stand there twice"));
     ASSERT_EQ(widgets.count(), 1u);
     EXPECT_EQ(widgets.axisOf(&knob), Accelerometer::Axis::x);
     EXPECT_EQ(widgets.getWrapperID(&knob)->minRange(), 1.0f);

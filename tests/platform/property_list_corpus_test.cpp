@@ -63,6 +63,7 @@ const std::map<std::string, std::vector<const char*>> kRefused = {
     {"k: text with control characters cannot be kept", {"zero-in-text.binary"}},
     {"text with control characters or half a UTF-16 pair", {"half-a-pair.binary"}},
     {"a key is no string", {"key-no-string.binary"}},
+    {"a: the key stands there twice", {"key-twice.binary"}},
     {"k: a value of an unknown type", {"identifier.binary"}},
     {"[0]: a number of 16 bytes", {"whole-of-65-bits.binary"}},
     {"a date outside the years 1 to 9999 cannot be kept", {"date-beyond.binary"}},
