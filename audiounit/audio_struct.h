@@ -1,27 +1,21 @@
 // audio_struct: the audio unit's record of parameter values and render state.
 #pragma once
 
-#include "platform/audio_unit/audio_unit_parameters.h"
 #include "platform/sound/audio_buffer_list.h"
 #include "platform/threads/relaxed.h"
-
-#include <type_traits>
+#include "platform/threads/state_order.h"
 
 namespace zephyra {
 
 class LFO_WIDGETS_MAPPING;
 
-/// What a field of that unit holds.
-template <AudioUnitParameterUnit unit>
-using ParameterValue = std::conditional_t<unit == AudioUnitParameterUnit::boolean, bool, float>;
-
 /// One per audio unit. The values, a field for each parameter of stream/control_table.inl, in
-/// linear units, are stored and read on any thread; the render state is RENDER's own unless said
-/// otherwise.
+/// linear units (a Boolean one is 0 or 1), are stored and read on any thread; the render state is
+/// RENDER's own unless said otherwise.
 struct audio_struct {
 // clang-format off
 #define CONTROL(id, name, values, saved, moved, held, handler, parameter) parameter
-#define PARAMETER(unit, field, property, action) Relaxed<ParameterValue<AudioUnitParameterUnit::unit>> field;
+#define PARAMETER(unit, field, property, action) OrderedValue field;
 #define NO_PARAMETER
 #include "stream/control_table.inl"
     // clang-format on

@@ -4,6 +4,7 @@
 #include "audiounit/audio_struct.h"
 #include "audiounit/audio_unit_controller.h"
 #include "audiounit/audio_unit_presets.h"
+#include "audiounit/parameter_table.h"
 #include "audiounit/render_notices.h"
 #include "platform/audio_unit/audio_unit_bus.h"
 #include "platform/audio_unit/audio_unit_host.h"
@@ -124,6 +125,20 @@ public:
 
     /// Leaves a note for MAIN. RENDER.
     void noticeNoteOn(int note, int velocity) ZEPHYRA_NONBLOCKING;
+    /// What a control of the controller's stands at, as set after the state of that number. MAIN.
+    void keepParameter(AUParameterAddress address, AUValue value, StateOrder::Number number) {
+        storeParameter(record_, address, value, number);
+    }
+    /// The same unless somebody has set the parameter since state was asked for: false, then. MAIN.
+    bool keepParameterUnlessSince(AUParameterAddress address, AUValue value,
+                                  StateOrder::Number number, StateOrder::Number state) {
+        return storeParameterUnlessSince(record_, address, value, number, state);
+    }
+    /// What somebody has set it to since that state was asked for; nothing otherwise. MAIN.
+    std::optional<AUValue> setSince(AUParameterAddress address, StateOrder::Number state) const {
+        if (!isParameterSince(record_, address, state)) return std::nullopt;
+        return loadParameter(record_, address);
+    }
     /// Tells MAIN that a parameter has a new value. Any thread.
     void markParameter(AUParameterAddress address) ZEPHYRA_NONBLOCKING { marks_.mark(address); }
 

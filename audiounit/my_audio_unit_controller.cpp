@@ -55,7 +55,7 @@ void MyAudioUnit::createParametersTree(std::vector<std::shared_ptr<AUParameter>>
     letGoOfTree();
     parameterTree_ = AUParameterTree::createTreeWithChildren(std::move(parameters));
     parameterTree_->implementorValueObserver = [this](const AUParameter& parameter, AUValue value) {
-        storeParameter(record_, parameter.address(), value);
+        storeParameter(record_, parameter.address(), value, instance_.states.now());
     };
     parameterTree_->implementorValueProvider = [this](const AUParameter& parameter) {
         return loadParameter(record_, parameter.address());

@@ -46,8 +46,10 @@ void MyAudioUnit::act(const RenderNotice& notice) {
         return _GRANULATOR_STREAM->forceToPlayIfShouldPlay();
     case RenderNoticeKind::stop:
         return _GRANULATOR_STREAM->shouldStop();
-    case RenderNoticeKind::noteOn:
+    case RenderNoticeKind::noteOn: {
+        const StateOrder::Delivery delivery(instance_.states, notice.number);
         return controller_->playNote(notice.note, notice.velocity);
+    }
     }
 }
 
@@ -57,7 +59,7 @@ void MyAudioUnit::notice(RenderNoticeKind kind) ZEPHYRA_NONBLOCKING {
 
 void MyAudioUnit::noticeNoteOn(int note, int velocity) ZEPHYRA_NONBLOCKING {
     notices_->push({RenderNoticeKind::noteOn, static_cast<std::uint8_t>(note),
-                    static_cast<std::uint8_t>(velocity)});
+                    static_cast<std::uint8_t>(velocity), instance_.states.now()});
 }
 
 } // namespace zephyra

@@ -186,7 +186,7 @@ void MyAudioUnit::applyEvents(const AURenderEvent* events) ZEPHYRA_NONBLOCKING {
 
 void MyAudioUnit::applyParameter(const AUParameterEvent& event) ZEPHYRA_NONBLOCKING {
     if (event.parameterAddress >= kParameterCount || !std::isfinite(event.value)) return;
-    storeParameter(record_, event.parameterAddress, event.value);
+    storeParameter(record_, event.parameterAddress, event.value, instance_.states.now());
     markParameter(event.parameterAddress);
 }
 

@@ -36,6 +36,11 @@ constexpr bool fits(std::optional<AudioUnitParameterUnit> unit, bool isSwitch) {
 #include "stream/control_table.inl"
 // clang-format on
 
+AUValue held(const ParameterRow& row, AUValue value) ZEPHYRA_NONBLOCKING {
+    if (row.unit != AudioUnitParameterUnit::boolean) return value;
+    return value != 0.0f ? 1.0f : 0.0f;
+}
+
 } // namespace
 
 std::span<const ParameterRow, kParameterCount> parameterTable() noexcept {
@@ -47,23 +52,27 @@ std::string parameterIdentifier(const ParameterRow& row, const std::string& suff
     return row.binding == ParameterBinding::none ? range.name : controlChannel(range, suffix);
 }
 
-void storeParameter(audio_struct& record, AUParameterAddress address,
-                    AUValue value) ZEPHYRA_NONBLOCKING {
-    if (address >= kParameterCount) return;
-    const ParameterField& field = kRows[address].field;
-    if (const auto* number = std::get_if<Relaxed<float> audio_struct::*>(&field))
-        (record.**number).store(value);
-    else if (const auto* flag = std::get_if<Relaxed<bool> audio_struct::*>(&field))
-        (record.**flag).store(value != 0.0f);
+void storeParameter(audio_struct& record, AUParameterAddress address, AUValue value,
+                    StateOrder::Number number) ZEPHYRA_NONBLOCKING {
+    if (address < kParameterCount)
+        (record.*kRows[address].field).store(held(kRows[address], value), number);
+}
+
+bool storeParameterUnlessSince(audio_struct& record, AUParameterAddress address, AUValue value,
+                               StateOrder::Number number,
+                               StateOrder::Number state) ZEPHYRA_NONBLOCKING {
+    return address < kParameterCount &&
+           (record.*kRows[address].field)
+               .storeUnlessSince(held(kRows[address], value), number, state);
+}
+
+bool isParameterSince(const audio_struct& record, AUParameterAddress address,
+                      StateOrder::Number state) ZEPHYRA_NONBLOCKING {
+    return address < kParameterCount && (record.*kRows[address].field).isSince(state);
 }
 
 AUValue loadParameter(const audio_struct& record, AUParameterAddress address) ZEPHYRA_NONBLOCKING {
-    if (address >= kParameterCount) return 0.0f;
-    const ParameterField& field = kRows[address].field;
-    if (const auto* number = std::get_if<Relaxed<float> audio_struct::*>(&field))
-        return (record.**number).load();
-    const auto* flag = std::get_if<Relaxed<bool> audio_struct::*>(&field);
-    return flag && (record.**flag).load() ? 1.0f : 0.0f;
+    return address < kParameterCount ? (record.*kRows[address].field).load() : 0.0f;
 }
 
 } // namespace zephyra

@@ -8,12 +8,8 @@
 #include <cstddef>
 #include <span>
 #include <string>
-#include <variant>
 
 namespace zephyra {
-
-/// Where a parameter's value lives. A Boolean one stores whether a value is not 0.
-using ParameterField = std::variant<Relaxed<float> audio_struct::*, Relaxed<bool> audio_struct::*>;
 
 /// What makes gestures of a parameter.
 enum class ParameterBinding {
@@ -27,7 +23,7 @@ struct ParameterRow {
     ControlId id; ///< its number is the address
     ParameterBinding binding;
     AudioUnitParameterUnit unit;
-    ParameterField field;
+    OrderedValue audio_struct::*field;
     /// Name of the action that carries the control's value to the parameter; "_down" and "_up"
     /// follow for touch and release. Empty for none.
     const char* handler;
@@ -39,9 +35,20 @@ std::span<const ParameterRow, kParameterCount> parameterTable() noexcept;
 /// The identifier that a host stores: the bound control's channel, else the display name.
 std::string parameterIdentifier(const ParameterRow& row, const std::string& suffix);
 
-/// Stores value as the row says; addresses above the table are ignored. Any thread.
-void storeParameter(audio_struct& record, AUParameterAddress address,
-                    AUValue value) ZEPHYRA_NONBLOCKING;
+/// Stores value, of a Boolean one whether it is not 0, as set after the state of that number;
+/// addresses above the table are ignored. Any thread.
+void storeParameter(audio_struct& record, AUParameterAddress address, AUValue value,
+                    StateOrder::Number number) ZEPHYRA_NONBLOCKING;
+
+/// The same unless the parameter was set since state was asked for: false, then. Any thread.
+bool storeParameterUnlessSince(audio_struct& record, AUParameterAddress address, AUValue value,
+                               StateOrder::Number number,
+                               StateOrder::Number state) ZEPHYRA_NONBLOCKING;
+
+/// Whether it was set since the state of that number was asked for; false above the table. Any
+/// thread.
+bool isParameterSince(const audio_struct& record, AUParameterAddress address,
+                      StateOrder::Number state) ZEPHYRA_NONBLOCKING;
 
 /// The value, 0 or 1 for a Boolean one; 0 for addresses above the table. Any thread.
 AUValue loadParameter(const audio_struct& record, AUParameterAddress address) ZEPHYRA_NONBLOCKING;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/threads/spsc_ring.h"
+#include "platform/threads/state_order.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,6 +22,7 @@ struct RenderNotice {
     RenderNoticeKind kind;
     std::uint8_t note = 0;
     std::uint8_t velocity = 0;
+    StateOrder::Number number = 0; ///< of a note: of the last state that was asked for before
 };
 
 /// RENDER pushes, MAIN takes. Room for what a second of the densest stream sends.

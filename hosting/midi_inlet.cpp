@@ -22,7 +22,7 @@ void MidiInlet::push(const std::uint8_t* bytes, std::size_t length) ZEPHYRA_NONB
 // Once a burst has outrun the ring, the ring rests until all that was stored beside it has been
 // taken: else it would bring a newer message before an older one.
 void MidiInlet::offer(const MidiMessage& message) ZEPHYRA_NONBLOCKING {
-    if (!latest_.any() && ring_.push(message)) return;
+    if (!latest_.any() && ring_.push(numbered(message))) return;
     if (!latest_.store(message)) replaced_ = replaced_ + 1;
 }
 
@@ -32,12 +32,23 @@ void MidiInlet::take() {
     const bool burst = latest_.any();
     // Without a clock to keep up with, all of it belongs before the next block.
     const bool inSteps = instance_.runLoop.clock() == RunLoop::Clock::wall;
-    MidiMessage message;
-    for (int taken = 0; ring_.take(message); ++taken) {
-        handler_(message);
+    Sent sent;
+    for (int taken = 0; ring_.take(sent); ++taken) {
+        deliver(sent);
         if (inSteps && taken + 1 == kMostAtOnce) return; // the rest in the next turn
     }
-    if (burst) latest_.take(handler_);
+    if (burst) latest_.take([this](const MidiMessage& message) { deliver(numbered(message)); });
+}
+
+MidiInlet::Sent MidiInlet::numbered(const MidiMessage& message) ZEPHYRA_NONBLOCKING {
+    StateOrder& states = instance_.states;
+    return {message, message.kind() == MidiKind::program ? states.ask() : states.now()};
+}
+
+void MidiInlet::deliver(const Sent& sent) {
+    const StateOrder::Delivery delivery(instance_.states, sent.number,
+                                        sent.message.kind() == MidiKind::program);
+    handler_(sent.message);
 }
 
 } // namespace zephyra

@@ -39,14 +39,20 @@ public:
     std::uint64_t replaced() const ZEPHYRA_NONBLOCKING { return replaced_; }
 
 private:
+    struct Sent {
+        MidiMessage message;
+        StateOrder::Number number; // of the last state asked for; a program asks for one
+    };
     void offer(const MidiMessage& message) ZEPHYRA_NONBLOCKING;
     void take();
+    Sent numbered(const MidiMessage& message) ZEPHYRA_NONBLOCKING;
+    void deliver(const Sent& sent);
 
     Instance& instance_;
     const Handler handler_;
     RunLoop::Token source_;
     MidiParser parser_;
-    SpscRing<MidiMessage, kCapacity> ring_;
+    SpscRing<Sent, kCapacity> ring_;
     LatestMidi latest_;
     Relaxed<std::uint64_t> replaced_{0};
 };

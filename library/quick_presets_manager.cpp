@@ -149,9 +149,9 @@ void QuickPresetsManager::post(std::function<void()> task) {
     });
 }
 
-void QuickPresetsManager::postLoad(std::function<void()> task) {
-    post([this, cancelled = cancelledLoads_, task = std::move(task)] {
-        if (cancelled == cancelledLoads_) task();
+void QuickPresetsManager::postLoad(StateOrder::Number asked, std::function<void()> task) {
+    post([this, asked, task = std::move(task)] {
+        if (asked >= cancelledBefore_) task();
     });
 }
 

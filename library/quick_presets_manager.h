@@ -8,6 +8,7 @@
 #include "library/quick_presets_manager_delegate.h"
 #include "platform/instance.h"
 
+#include <algorithm>
 #include <any>
 #include <array>
 #include <cstddef>
@@ -92,8 +93,11 @@ public:
     void loadSnap(const std::string& key);
     void loadStateFromDictionary(std::shared_ptr<const PropertyDictionary> record);
     void loadDefaultSnapshot_snapID(const std::string& bank, const std::string& key);
-    /// What was chosen, but waits for the run loop, is not loaded: a whole session came meanwhile.
-    void cancelLoads() { ++cancelledLoads_; }
+    /// What was chosen before that state was asked for, but waits for the run loop, is not loaded:
+    /// all of it is other now.
+    void cancelLoadsBefore(StateOrder::Number state) {
+        cancelledBefore_ = std::max(cancelledBefore_, state);
+    }
 
     // Stepping through.
     void nextSnap();
@@ -199,11 +203,13 @@ private:
     void deleteBank(const std::string& name);
     void tellOtherInstances();
 
-    void loadSnap(const BankCache::Content& content, const std::string& key);
+    void loadSnap(const BankCache::Content& content, const std::string& key,
+                  StateOrder::Number asked);
 
     // Alerts and the run loop, which may outlive this.
     void post(std::function<void()> task);
-    void postLoad(std::function<void()> task); ///< unless loads are cancelled before
+    /// Unless loads that were asked for then are cancelled before.
+    void postLoad(StateOrder::Number asked, std::function<void()> task);
     void present(Alert alert);
     void report(const std::string& problem);
 
@@ -223,7 +229,7 @@ private:
     Tools tools_;
     std::string shownProblem_; // of the selected bank, so that it is shown once
     bool tellingOthers_ = false;
-    std::uint64_t cancelledLoads_ = 0; // how often
+    StateOrder::Number cancelledBefore_ = 0;
     DocumentImport import_;
     std::vector<NotificationCenter::Token> observers_;
     std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/lists/property_list.h"
+#include "platform/threads/state_order.h"
 
 namespace zephyra {
 
@@ -13,6 +14,10 @@ public:
     virtual PropertyDictionary getState() = 0;
     /// Applies a snapshot record, "SnapshotTags" among it.
     virtual void restoreStateProc(const PropertyDictionary& state) = 0;
+    /// The same later than it was asked for: what was set since stays as it is.
+    virtual void restoreStateProc_asked(const PropertyDictionary& state, StateOrder::Number) {
+        restoreStateProc(state);
+    }
     /// The store is to be closed.
     virtual void dismissQuickPresetsManager() {}
 };

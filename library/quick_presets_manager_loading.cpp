@@ -27,24 +27,27 @@ std::size_t randomIndex(std::size_t count, RandomSource& random) {
 
 void QuickPresetsManager::LOAD_SNAPSHOT_WITH_FADE() {
     // Of this bank, though another, with the same key, may be selected by then.
-    if (snapRow())
-        postLoad([this, content = selectedContent(), key = getCurrentSelectedSnapID()] {
-            loadSnap(content, key);
-        });
+    if (!snapRow()) return;
+    const StateOrder::Number asked = instance_.states.askOnMain();
+    postLoad(asked, [this, asked, content = selectedContent(), key = getCurrentSelectedSnapID()] {
+        loadSnap(content, key, asked);
+    });
 }
 
 void QuickPresetsManager::loadSnap(const std::string& key) {
-    loadSnap(selectedContent(), key);
+    loadSnap(selectedContent(), key, instance_.states.askOnMain());
 }
 
-void QuickPresetsManager::loadSnap(const BankCache::Content& content, const std::string& key) {
+void QuickPresetsManager::loadSnap(const BankCache::Content& content, const std::string& key,
+                                   StateOrder::Number asked) {
     const bool isKey = content && key != kNone;
     const PropertyDictionary* const record = isKey ? recordOf(*content, key) : nullptr;
     if (!record) return;
     // Contents never change, so a share of one is as good as a copy.
-    postLoad([this, state = std::shared_ptr<const PropertyDictionary>(content, record)] {
-        loadStateFromDictionary(state);
-    });
+    postLoad(asked,
+             [this, asked, state = std::shared_ptr<const PropertyDictionary>(content, record)] {
+                 if (dataSource) dataSource->restoreStateProc_asked(*state, asked);
+             });
 }
 
 void QuickPresetsManager::loadStateFromDictionary(

@@ -96,7 +96,7 @@ public:
     /// As a session keeps it; keys that a newer program wrote and restoreState did not know are
     /// handed back.
     PropertyDictionary getState() override;
-    /// Passes a copy to restoreStateProc on MAIN.
+    /// Passes a copy to restoreStateProc on MAIN; parameters that are set from now on are newer.
     void restoreState(PropertyDictionary state) override;
     bool LoadSampleDelegate(const std::string& name) override;
     bool sampleWasRequested() const override;
@@ -120,6 +120,9 @@ public:
     /// Missing keys and wrong types keep what is there. The preset that a session names is
     /// selected, not loaded.
     void restoreStateProc(const PropertyDictionary& state);
+    /// The same for a state that was asked for earlier: a parameter that a host, a hand or MIDI has
+    /// set since then stays as it is.
+    void restoreStateProc_asked(const PropertyDictionary& state, StateOrder::Number asked);
 
     using ReportTaker = std::function<void(const RestoreReport& report)>;
     /// From now on taker gets the report of each state that is restored, whoever asked for that, as
@@ -155,6 +158,8 @@ private:
     void addControlTargets(const ParameterRow& row);
     void removeControlTargets(const ParameterRow& row);
     void tellHost(const ParameterRow& row, AUParameterAutomationEventType type);
+    bool keepValue(const ParameterRow& row, AUValue value);
+    void moveWhatWasSetSince(StateOrder::Number asked);
     void tellButton(ControlId id);
     void tellButtons();
     void refreshParameter(const ParameterRow& row);
@@ -170,7 +175,9 @@ private:
     AUParameterObserverToken observer_ = 0;
     NotificationCenter::Token refreshNotice_ = 0;
     RunLoop::Token collecting_ = 0;
-    bool movingFromHost_ = false; // a control that the host moves does not tell the host
+    bool movingFromHost_ = false;            // a control that the host moves does not tell the host
+    StateOrder::Number restoring_ = 0;       // the state that moves controls; 0 for none
+    std::bitset<kParameterCount> inGesture_; // parameters that a hand is at
     /// The value of each parameter that MAIN knows of. One that differs came from RENDER or another
     /// thread, and is on its way to the control.
     std::array<AUValue, kParameterCount> known_{};
@@ -179,6 +186,7 @@ private:
     bool standsBehindInput_ = false; // the scan was placed behind the newest frame
     std::bitset<128> endedNotes_;    // of MIDI, whose keys are still to go up
     PropertyDictionary unknownState_;
+    StateOrder::Number newestSession_ = 0; // of those that restoreState restored
     ReportTaker reportTaker_;
     std::shared_ptr<const RestoreReport> report_ = std::make_shared<RestoreReport>();
     std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true); // posted tasks look at it

@@ -12,4 +12,9 @@ void SnapshotSource::restoreStateProc(const PropertyDictionary& state) {
     view_.restoreStateProc(state);
 }
 
+void SnapshotSource::restoreStateProc_asked(const PropertyDictionary& state,
+                                            StateOrder::Number asked) {
+    view_.restoreStateProc_asked(state, asked);
+}
+
 } // namespace zephyra

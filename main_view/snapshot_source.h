@@ -16,6 +16,7 @@ public:
     // QuickPresetsManagerDelegate
     PropertyDictionary getState() override;
     void restoreStateProc(const PropertyDictionary& state) override;
+    void restoreStateProc_asked(const PropertyDictionary& state, StateOrder::Number asked) override;
 
 private:
     AudioUnitViewController& view_;

@@ -61,6 +61,7 @@ void AudioUnitViewController::connectViewWithAU() {
 }
 
 void AudioUnitViewController::removeTargets() {
+    inGesture_.reset();
     for (const ParameterRow& row : parameterTable()) removeControlTargets(row);
 }
 
@@ -82,9 +83,36 @@ void AudioUnitViewController::removeControlTargets(const ParameterRow& row) {
 void AudioUnitViewController::tellHost(const ParameterRow& row,
                                        AUParameterAutomationEventType type) {
     if (movingFromHost_) return;
-    known(row.id) = controlValue(row.id);
-    parameterOf(row.id).setValue_originator_atHostTime_eventType(known(row.id), observer_,
-                                                                 currentHostTime(), type);
+    const AUValue moved = controlValue(row.id);
+    if (type == touch) inGesture_.set(static_cast<std::size_t>(row.id));
+    if (!keepValue(row, moved)) return;
+    known(row.id) = moved;
+    parameterOf(row.id).tellObservers(moved, observer_, currentHostTime(), type);
+    if (type == release) inGesture_.reset(static_cast<std::size_t>(row.id));
+}
+
+/// False when it is older than what stands there: the state, or the message, that says so is.
+bool AudioUnitViewController::keepValue(const ParameterRow& row, AUValue value) {
+    if (!audioUnit_) return true;
+    const auto address = static_cast<AUParameterAddress>(row.id);
+    if (restoring_ != 0) return audioUnit_->keepParameterUnlessSince(address, value, 0, restoring_);
+    const StateOrder& states = instance_.states;
+    if (const auto sent = states.delivered()) {
+        if (audioUnit_->keepParameterUnlessSince(address, value, *sent, *sent + 1)) return true;
+        audioUnit_->markParameter(address); // for the control, which has followed the older one
+        return false;
+    }
+    // What moves by itself, or follows from something older, is not newer than a state to come.
+    audioUnit_->keepParameter(address, value, inGesture_.test(address) ? states.now() : 0);
+    return true;
+}
+
+void AudioUnitViewController::moveWhatWasSetSince(StateOrder::Number asked) {
+    for (const ParameterRow& row : parameterTable()) {
+        const auto address = static_cast<AUParameterAddress>(row.id);
+        if (const auto newer = audioUnit_ ? audioUnit_->setSince(address, asked) : std::nullopt)
+            parameterMoved(address, *newer);
+    }
 }
 
 /// Does not touch a value that the control has yet to follow.

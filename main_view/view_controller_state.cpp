@@ -67,17 +67,26 @@ PropertyDictionary AudioUnitViewController::snapshotState() {
 }
 
 void AudioUnitViewController::restoreState(PropertyDictionary state) {
+    const StateOrder::Number asked = instance_.states.ask();
     auto ahead = decodeAhead(state, kStreamSuffix);
-    instance_.runLoop.post(
-        [this, alive = std::weak_ptr(alive_), state = std::move(state), ahead = std::move(ahead)] {
-            if (alive.expired()) return;
-            _GRANULATOR_STREAM.capturedMemory().ahead = ahead;
-            presets.cancelLoads(); // whatever was chosen before, all of it is other now
-            restoreStateProc(state);
-        });
+    instance_.runLoop.post([this, alive = std::weak_ptr(alive_), state = std::move(state), asked,
+                            ahead = std::move(ahead)] {
+        if (alive.expired()) return;
+        // One that was asked for later may have been decoded sooner.
+        if (asked < std::exchange(newestSession_, std::max(asked, newestSession_))) return;
+        _GRANULATOR_STREAM.capturedMemory().ahead = ahead;
+        presets.cancelLoadsBefore(asked);
+        restoreStateProc_asked(state, asked);
+    });
 }
 
 void AudioUnitViewController::restoreStateProc(const PropertyDictionary& state) {
+    restoreStateProc_asked(state, instance_.states.ask());
+}
+
+void AudioUnitViewController::restoreStateProc_asked(const PropertyDictionary& state,
+                                                     StateOrder::Number asked) {
+    restoring_ = asked;
     const auto report = std::make_shared<RestoreReport>();
     report_ = report;
     PropertyReader reader(state, report->findings);
@@ -103,6 +112,8 @@ void AudioUnitViewController::restoreStateProc(const PropertyDictionary& state) 
     report->selection = restoreSelection(reader);
     unknownState_ = reader.unknown();
     refreshParameters(); // the scan's position has no control that tells the host
+    restoring_ = 0;
+    moveWhatWasSetSince(asked);
     if (!reportTaker_)
         writeLines(instance_.log, linesOf(*report));
     else if (!loads)

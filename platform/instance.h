@@ -13,6 +13,7 @@
 #include "platform/sound/file_facts.h"
 #include "platform/text/log.h"
 #include "platform/threads/run_loop.h"
+#include "platform/threads/state_order.h"
 #include "platform/user_defaults.h"
 
 #include <memory>
@@ -27,6 +28,7 @@ struct Instance {
     RandomSource random;
     Clock clock;
     RunLoop runLoop;
+    StateOrder states; ///< of sessions and presets that were asked for
     NotificationCenter notifications;
     AudioSession session;
     AlertCenter alerts;

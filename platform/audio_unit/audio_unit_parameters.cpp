@@ -15,6 +15,13 @@ void AUParameter::setValue_originator_atHostTime_eventType(
     AUParameterAutomationEventType eventType) {
     if (!tree_ || !std::isfinite(value)) return;
     if (tree_->implementorValueObserver) tree_->implementorValueObserver(*this, value);
+    tellObservers(value, originator, hostTime, eventType);
+}
+
+void AUParameter::tellObservers(AUValue value, AUParameterObserverToken originator,
+                                AUHostTime hostTime,
+                                AUParameterAutomationEventType eventType) const {
+    if (!tree_) return;
     const auto observers = tree_->observers();
     for (const auto& [token, observer] : observers->plain)
         if (token != originator) observer(address(), value);

@@ -78,7 +78,10 @@ public:
                                                   AUParameterObserverToken originator,
                                                   AUHostTime hostTime,
                                                   AUParameterAutomationEventType eventType);
-    /// The same as a plain value, now, for everybody.
+    /// The same for the implementor itself, which has stored value. Any thread but RENDER.
+    void tellObservers(AUValue value, AUParameterObserverToken originator, AUHostTime hostTime,
+                       AUParameterAutomationEventType eventType) const;
+    /// setValue_originator_atHostTime_eventType() as a plain value, now, for everybody.
     void setValue(AUValue value);
 
 private:

@@ -3,10 +3,13 @@
 #include "hosting/gesture_filter.h"
 #include "platform/text/log.h"
 #include "tests/support/hosted_unit.h"
+#include "tests/support/stream_probe.h"
+#include "tests/support/temporary_folder.h"
 #include "tests/support/test_sounds.h"
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <thread>
 #include <utility>
@@ -132,6 +135,83 @@ TEST(Life, EndsInAnyOrderAndGoesOnWithAnotherController) {
     hosted.unit.reset();
     EXPECT_EQ(hosted.view.audioUnit(), nullptr);
     hosted.view._inputDryWetKnob.resetsDefault();
+}
+
+/// Sets the width in every way there is, all before MAIN goes on.
+struct Setter : HostedUnit {
+    Setter() : HostedUnit(component_type::instrument) {
+        instance.folders.shared = folder.path();
+        ready();
+        view.midiManager.bind({.trigger = {.number = 20},
+                               .control = &stream.controls._width,
+                               .takeover = MidiTakeover::jump});
+        view.presets.addBank();
+        stream.setLinear(width, 0.125f);
+        view.presets.saveSnap();
+        render(0);
+    }
+    PropertyDictionary state(float value) { return {{"Width_0", value}}; }
+    void push(std::vector<std::uint8_t> bytes) { inlet.push(bytes.data(), bytes.size()); }
+    /// What it is then; -1 when control, parameter and engine do not agree.
+    float after(const std::string& ways) {
+        for (const char way : ways) set(way);
+        instance.runLoop.runPosted();
+        instance.runLoop.runPosted();
+        const float value = stream.linear(width);
+        const bool agree = parameter(width).value() == value &&
+                           StreamProbe::fields(stream.engine()).width == value;
+        return agree ? value : -1.0f;
+    }
+    void set(char way) {
+        MOK_KNOB& knob = stream.controls._width;
+        AURenderEvent event;
+        event.parameter = {static_cast<AUParameterAddress>(width), 0.625f, 0};
+        StereoBlock block(1);
+        AudioBufferList output = block.from(0);
+        switch (way) {
+        case 'p':
+            return view.presets.selectSnapFromIndex(0);
+        case 'c':
+            return push({0xC0, 0}); // the same by MIDI
+        case 's':
+            return view.restoreState(state(0.25f));
+        case 'f':
+            return std::thread([this] { unit->setFullState(state(0.375f)); }).join();
+        case 't':
+            return std::thread([this] { parameter(width).setValue(0.5f); }).join();
+        case 'e':
+            unit->internalRenderBlock()(0, output, &event, nullptr);
+            return;
+        case 'm':
+            return push({0xB0, 20, 127});
+        case 'g':
+            knob.beginTracking({});
+            knob.setValue(0.75f);
+            knob.sendEventValueChanged();
+            return knob.cancelTracking();
+        default: // something that moves by itself
+            knob.setValue(0.875f);
+            return knob.sendEventValueChanged();
+        }
+    }
+    TemporaryFolder folder;
+};
+
+TEST(State, AndWhatIsSetBeforeItIsRestoredComeInTheOrderInWhichTheyWereAskedFor) {
+    const std::map<char, float> values = {{'p', 0.125f}, {'c', 0.125f}, {'s', 0.25f}, {'f', 0.375f},
+                                          {'t', 0.5f},   {'e', 0.625f}, {'m', 1.0f},  {'g', 0.75f}};
+    const std::string states = "pcsf", setters = "temg";
+    Setter setter;
+    for (const char state : states) {
+        for (const char other : states + setters) {
+            if (other == state) continue;
+            EXPECT_EQ(setter.after({state, other}), values.at(other)) << state << other;
+            EXPECT_EQ(setter.after({other, state}), values.at(state)) << other << state;
+        }
+        EXPECT_EQ(setter.after({state, '-'}), values.at(state)) << state;
+    }
+    for (const std::string order : {"sft", "sfe", "tse", "stf", "sef", "cte", "tsmfe"})
+        EXPECT_EQ(setter.after(order), values.at(order.back())) << order;
 }
 
 TEST(State, TakesTheScanFromAFingerThatRestsOnIt) {
