@@ -92,7 +92,7 @@ void MyAudioUnit::adaptToComponentType() {
     if (isInstrument_) return adaptToInstrument();
     Button& live = _GRANULATOR_STREAM->controls._enableLIVE;
     // A restored state may have switched it on already, and the event would switch it off.
-    if (live.tag == 0) live.sendActionsForControlEvents(control_event::touchUpInside);
+    if (live.tag == 0) live.trigger();
     controller_->standBehindInput();
 }
 

@@ -25,6 +25,7 @@ void Control::sendActionsForControlEvents(ControlEvents events) {
     std::vector<std::uint64_t> numbers;
     for (const Target& entry : targets_)
         if ((entry.events & events) != 0) numbers.push_back(entry.number);
+    const ControlEvents before = std::exchange(sending_, sending_ | events);
     for (const std::uint64_t number : numbers) {
         const auto found = std::find_if(targets_.begin(), targets_.end(), [&](const Target& e) {
             return e.number == number && (e.events & events) != 0;
@@ -33,6 +34,7 @@ void Control::sendActionsForControlEvents(ControlEvents events) {
         const Action action = found->action;
         action(*this);
     }
+    sending_ = before;
 }
 
 void Control::sendEventValueChanged() {
@@ -43,6 +45,12 @@ bool Control::hasTarget(const void* target, std::string_view name) const {
     return std::any_of(targets_.begin(), targets_.end(), [&](const Target& entry) {
         return entry.target == target && entry.name == name;
     });
+}
+
+void Button::trigger() {
+    triggered_ = true;
+    sendActionsForControlEvents(control_event::touchUpInside);
+    triggered_ = false;
 }
 
 } // namespace zephyra

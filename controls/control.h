@@ -65,6 +65,9 @@ public:
     /// Sends the value-changed event unless sending is suppressed.
     void sendEventValueChanged();
 
+    /// Whether one of events is being sent.
+    bool isSending(ControlEvents events) const { return (sending_ & events) != 0; }
+
     /// Whether an action of target with that name is there.
     bool hasTarget(const void* target, std::string_view name) const;
 
@@ -93,14 +96,25 @@ private:
         Action action;
         std::uint64_t number; // in the order of addition
     };
+    ControlEvents sending_ = 0;
     std::vector<Target> targets_;
     std::uint64_t nextNumber_ = 1;
 };
 
-/// A button: its state, if it has one, is its tag.
+/// A button: its state, if it has one, is its tag. A hand presses it by touch-up-inside, before
+/// which a screen may send touch-down.
 class Button : public Control {
 public:
     using Control::Control;
+
+    /// What MIDI, a host or a state does: the same without a hand.
+    void trigger();
+    bool isTriggered() const { return triggered_; }
+    /// Whether a hand's press is being told right now.
+    bool isPressed() const { return isSending(control_event::touchUpInside) && !triggered_; }
+
+private:
+    bool triggered_ = false;
 };
 
 } // namespace zephyra

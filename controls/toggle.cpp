@@ -16,6 +16,12 @@ void Toggle::touch() {
     sendActionsForControlEvents(control_event::touchUpInside);
 }
 
+void Toggle::trigger() {
+    if (!userInteractionEnabled) return;
+    setOn(!on_);
+    sendEventValueChanged();
+}
+
 void Toggle::resetsDefault() {
     if (!isDefaultResettable) return;
     setOn(isOnByDefault);

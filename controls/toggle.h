@@ -23,6 +23,9 @@ public:
     /// touch-up-inside. Nothing while interaction is off.
     void touch();
 
+    /// What MIDI does: the same without a hand, value-changed alone.
+    void trigger();
+
     /// When isDefaultResettable: back to isOnByDefault, then all control events are sent.
     void resetsDefault();
 

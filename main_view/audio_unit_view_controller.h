@@ -157,6 +157,8 @@ private:
     // view_controller_parameters.cpp
     void addControlTargets(const ParameterRow& row);
     void removeControlTargets(const ParameterRow& row);
+    void addButtonTargets(ControlId id);
+    void buttonWasLeft(ControlId id);
     void tellHost(const ParameterRow& row, AUParameterAutomationEventType type);
     bool keepValue(const ParameterRow& row, AUValue value);
     void moveWhatWasSetSince(StateOrder::Number asked);

@@ -38,6 +38,10 @@ constexpr Handler kHandlers[] = {
     {"_up", control_event::touchUpInside | control_event::touchCancel, release},
 };
 
+constexpr ControlId kButtons[] = {ControlId::playStop, ControlId::freeze, ControlId::live};
+constexpr const char* kButtonDown = "buttonDown:";
+constexpr const char* kButtonUp = "buttonUp:";
+
 } // namespace
 
 AUParameter& AudioUnitViewController::parameterOf(ControlId id) const {
@@ -58,11 +62,14 @@ void AudioUnitViewController::connectViewWithAU() {
                 unit->markParameter(event.address);
             });
     for (const ParameterRow& row : parameterTable()) addControlTargets(row);
+    for (const ControlId id : kButtons) addButtonTargets(id);
 }
 
 void AudioUnitViewController::removeTargets() {
     inGesture_.reset();
     for (const ParameterRow& row : parameterTable()) removeControlTargets(row);
+    for (const ControlId id : kButtons)
+        control(id)->removeTarget(this, {}, control_event::all); // it has no others here
 }
 
 void AudioUnitViewController::addControlTargets(const ParameterRow& row) {
@@ -71,6 +78,24 @@ void AudioUnitViewController::addControlTargets(const ParameterRow& row) {
     for (const Handler& handler : kHandlers)
         control->addTarget(this, std::string(row.handler) + handler.ending, handler.events,
                            [this, &row, type = handler.type](Control&) { tellHost(row, type); });
+}
+
+/// Behind the stream's own, which have done by then what the button says.
+void AudioUnitViewController::addButtonTargets(ControlId id) {
+    using namespace control_event;
+    Control& button = *control(id);
+    button.addTarget(this, kButtonDown, touchDown,
+                     [this, id](Control&) { tellHost(rowOf(id), touch); });
+    button.addTarget(this, kButtonUp, touchUpInside | touchUpOutside | touchCancel,
+                     [this, id](Control&) { buttonWasLeft(id); });
+}
+
+/// A press is a whole gesture, also on a screen that sends nothing but its end.
+void AudioUnitViewController::buttonWasLeft(ControlId id) {
+    const Button& button = *_GRANULATOR_STREAM.controls.button(id);
+    if (button.isTriggered()) return;
+    if (button.isPressed()) tellButton(id); // a start shows itself later
+    if (inGesture_.test(static_cast<std::size_t>(id))) tellHost(rowOf(id), release);
 }
 
 void AudioUnitViewController::removeControlTargets(const ParameterRow& row) {
@@ -148,12 +173,15 @@ void AudioUnitViewController::parameterMoved(AUParameterAddress address, AUValue
 
 /// Says nothing that the host knows: it may have sent a newer value meanwhile.
 void AudioUnitViewController::tellButton(ControlId id) {
-    if (controlValue(id) != known(id)) tellHost(rowOf(id), value);
+    if (controlValue(id) == known(id)) return;
+    const Button& button = *_GRANULATOR_STREAM.controls.button(id);
+    const bool begins = button.isPressed() && !inGesture_.test(static_cast<std::size_t>(id));
+    if (begins && button.hasTarget(this, kButtonUp)) tellHost(rowOf(id), touch);
+    tellHost(rowOf(id), value);
 }
 
 void AudioUnitViewController::tellButtons() {
-    for (const ControlId id : {ControlId::playStop, ControlId::freeze, ControlId::live})
-        tellButton(id);
+    for (const ControlId id : kButtons) tellButton(id);
 }
 
 void AudioUnitViewController::AUv3_Parameter_playToggle_from_DSP() {

@@ -40,7 +40,7 @@ void MidiFollower::take(double value) {
         if (note || (place >= kSwitched && before.value_or(0.0f) < kSwitched)) press();
         return;
     }
-    if (toggle_ && note) return toggle_->touch();
+    if (toggle_ && note) return toggle_->trigger();
 
     const bool passed =
         before && (reaches(*before) || (*before - stands()) * (place - stands()) <= 0.0f);
@@ -80,7 +80,7 @@ void MidiFollower::moveTo(float place) {
     if (scan_) {
         scan_->driveScan(place, 0.0);
     } else if (toggle_) {
-        if (place != stands()) toggle_->touch();
+        if (place != stands()) toggle_->trigger();
     } else {
         const float before = knob_->value();
         knob_->setValueNorm(place);
@@ -104,8 +104,7 @@ void MidiFollower::bend(double value) {
 }
 
 void MidiFollower::press() const {
-    if (button_->userInteractionEnabled)
-        button_->sendActionsForControlEvents(control_event::touchUpInside);
+    if (button_->userInteractionEnabled) button_->trigger();
 }
 
 } // namespace zephyra

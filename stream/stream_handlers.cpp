@@ -201,8 +201,7 @@ bool MOK_SCRUB_GRANULATOR::switchButton(ControlId id, bool on) {
         onMain([this, on] { switchButton(playStop, on); });
         return true;
     }
-    if (buttonShows(id) != on)
-        controls.button(id)->sendActionsForControlEvents(control_event::touchUpInside);
+    if (buttonShows(id) != on) controls.button(id)->trigger();
     return id != live || isLive() == on;
 }
 

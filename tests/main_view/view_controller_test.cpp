@@ -86,6 +86,49 @@ TEST(Controls, AreWhatTheHostSeesAndTellItEachGestureOnceWhileResourcesAreThere)
     EXPECT_EQ(told.sets.size(), 34u);
 }
 
+TEST(Switches, AreGesturesOfAHandAndOfNobodyElse) {
+    using namespace control_event;
+    HostedUnit hosted(component_type::effect);
+    ToldHost told(*hosted.ready().unit->parameterTree());
+    StreamControls& controls = hosted.stream.controls;
+    auto& midi = hosted.view.midiManager;
+    const auto take = [&] {
+        hosted.instance.runLoop.runPosted(); // a start shows itself
+        return std::exchange(told.gestures, {});
+    };
+    const std::pair<Button*, const char*> buttons[] = {
+        {&controls._playToggle, "21"}, {&controls._freeze, "22"}, {&controls._enableLIVE, "23"}};
+    for (const auto& [button, address] : buttons) {
+        const std::string a = address;
+        const bool wasOn = button == &controls._enableLIVE; // of a fresh effect
+        const std::string on = wasOn ? "0" : "1", off = wasOn ? "1" : "0";
+        EXPECT_EQ(take(), "");
+        button->sendActionsForControlEvents(touchUpInside);
+        EXPECT_EQ(take(), "+" + a + "=" + on + " " + a + "=" + on + "-" + a + "=" + on);
+        button->sendActionsForControlEvents(touchDown);
+        button->sendActionsForControlEvents(touchUpOutside); // slipped off
+        EXPECT_EQ(take(), "+" + a + "=" + on + "-" + a + "=" + on);
+        button->sendActionsForControlEvents(touchDown);
+        button->sendActionsForControlEvents(touchUpInside);
+        EXPECT_EQ(take(), "+" + a + "=" + on + " " + a + "=" + off + "-" + a + "=" + off);
+        midi.bind({.trigger = {MidiSource::note, 30}, .control = button});
+    }
+    midi.bind({.trigger = {MidiSource::note, 30}, .control = &controls._echoSwitch});
+    hosted.midi({0x90, 30, 1});
+    hosted.render(512);
+    EXPECT_TRUE(controls._echoSwitch.isOn() && controls._freeze.tag == 1);
+    for (const auto& [button, address] : buttons) {
+        const auto id = static_cast<ControlId>(std::atoi(address));
+        hosted.queue(id, hosted.stream.linear(id) == 0.0f ? 1.0f : 0.0f); // the host itself
+    }
+    hosted.render(512);
+    hosted.view.restoreStateProc({{"Freeze_0", true}, {"LIVE_0", false}, {"EchoSwitch_0", false}});
+    EXPECT_EQ(take(), "");
+    hosted.host.stop();
+    controls._freeze.sendActionsForControlEvents(touchUpInside);
+    EXPECT_EQ(take(), ""); // nobody would end it
+}
+
 TEST(Scan, StandsBehindTheInputOfAFreshEffectUnlessItWasSetBefore) {
     const struct {
         const char* set;
