@@ -116,7 +116,10 @@ void AudioUnitViewController::midiNoteOn(int note, int velocity) ZEPHYRA_NONBLOC
 }
 
 void AudioUnitViewController::playNote(int note, int velocity) {
-    if (velocity > 0) _GRANULATOR_STREAM.selectPitchFromMidiNote_andVeloc(note, velocity);
+    if (velocity <= 0 || note < 0 || note > 127) return;
+    noteChannel_ = noteChannels_[static_cast<std::size_t>(note)];
+    _GRANULATOR_STREAM.selectPitchFromMidiNote_andVeloc(note, velocity);
+    noteChannel_ = 0;
 }
 
 double AudioUnitViewController::fadeInTime() const {

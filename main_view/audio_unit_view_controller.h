@@ -112,6 +112,7 @@ public:
     void AUv3_Parameter_freezeToggle_from_DSP() override;
     void AUv3_Parameter_LiveToggle_from_DSP() override;
     void AUv3_Parameter_scrub_from_DSP(ControlEvents event) override;
+    void bendNote(MOK_KNOB& played) override { midiManager.carryBend(played, noteChannel_); }
 
     /// The state as a preset keeps it: without sound data, without what is of a session (MIDI
     /// navigation, the preset selected). A sound that no file holds becomes one in the shared
@@ -187,6 +188,9 @@ private:
     std::uint64_t scanChoices_ = 0;  // of the stream, when the scan was placed
     bool standsBehindInput_ = false; // the scan was placed behind the newest frame
     std::bitset<128> endedNotes_;    // of MIDI, whose keys are still to go up
+    std::array<std::uint8_t, 128>
+        noteChannels_{};  // 1..16, on which each note came last; 0 for none
+    int noteChannel_ = 0; // of the note that is played; 0 for a hand's
     PropertyDictionary unknownState_;
     StateOrder::Number newestSession_ = 0; // of those that restoreState restored
     ReportTaker reportTaker_;

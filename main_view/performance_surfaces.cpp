@@ -47,8 +47,10 @@ void PerformanceSurfaces::keyUp_keyNum(MOK_Keyboard*, int) {}
 void PerformanceSurfaces::getKeyboardTiny_numKey_Hz_andAmp(MOK_KeyboardTiny*, int, double hz,
                                                            float amplitude) {
     if (amplitude <= 0.0f) return; // a release
-    stream_.controls._rmFrequency.setValueExp(static_cast<float>(hz));
-    stream_.controls._rmFrequency.sendEventValueChanged();
+    MOK_KNOB_EXP& frequency = stream_.controls._rmFrequency;
+    frequency.setValueExp(static_cast<float>(hz));
+    if (StreamSettings* const settings = stream_.settings()) settings->bendNote(frequency);
+    frequency.sendEventValueChanged();
 }
 
 /// Only along the way that it moved: what the other axis plays may have been set by hand.

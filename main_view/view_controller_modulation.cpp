@@ -167,7 +167,10 @@ void AudioUnitViewController::receiveMidi(const MidiMessage& message) {
     midiManager.receive(message);
     const auto note = static_cast<std::size_t>(message.data1() & 0x7F);
     const bool on = message.kind() == MidiKind::noteOn;
-    if (on && message.data2() != 0) endedNotes_.reset(note);
+    if (on && message.data2() != 0) {
+        endedNotes_.reset(note);
+        noteChannels_[note] = static_cast<std::uint8_t>(message.channel());
+    }
     if ((on && message.data2() == 0) || message.kind() == MidiKind::noteOff) {
         if (endedNotes_.none()) postIfAlive(&AudioUnitViewController::showEndedNotes);
         endedNotes_.set(note);

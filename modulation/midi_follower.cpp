@@ -90,17 +90,29 @@ void MidiFollower::moveTo(float place) {
     set_ = stands(); // with steps, and what the events made of it
 }
 
-// Whoever else moves the knob meanwhile, a note above all, chooses the base: letting the wheel go
-// leads back there. At rest the wheel adds nothing, whatever rounding says.
+// Whoever else moves the knob meanwhile chooses the base: letting the wheel go leads back there. A
+// note is bent at once, by carry(). At rest the wheel adds nothing, whatever rounding says.
 void MidiFollower::bend(double value) {
-    const double side = 2.0 * value - 1.0;
-    const double most = double{side < 0.0 ? binding_.min : binding_.max};
-    const double bent =
-        std::copysign(std::pow(std::abs(side), double{binding_.curve}) * most, side);
+    const double bent = bentBy(value);
     if (!follows()) base_ = double{stands()};
     set_.reset();
     if (isHeld()) return;
     moveTo(static_cast<float>(std::clamp(base_ + bent, 0.0, 1.0)));
+}
+
+void MidiFollower::carry(double value) {
+    const double bent = bentBy(value);
+    if (bent == 0.0 || isHeld()) return;
+    base_ = double{stands()};
+    knob_->setValueNorm(static_cast<float>(std::clamp(base_ + bent, 0.0, 1.0)));
+    set_ = stands();
+}
+
+/// A fraction of the range; 0 for a wheel that rests.
+double MidiFollower::bentBy(double value) const {
+    const double side = 2.0 * value - 1.0;
+    const double most = double{side < 0.0 ? binding_.min : binding_.max};
+    return std::copysign(std::pow(std::abs(side), double{binding_.curve}) * most, side);
 }
 
 void MidiFollower::press() const {

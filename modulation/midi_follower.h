@@ -25,7 +25,16 @@ public:
     void watch(double value) { place_ = placeAt(value); }
     bool waits() const;
 
+    /// Whether it adds a bend to control.
+    bool bends(const Control& control) const {
+        return binding_.relative && binding_.control == &control;
+    }
+    /// A note has put that control where it stands: it is bent from there on, to value. Sends
+    /// nothing.
+    void carry(double value);
+
 private:
+    double bentBy(double value) const;
     float placeAt(double value) const;
     void bend(double value);
     float stands() const;

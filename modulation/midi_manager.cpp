@@ -244,6 +244,22 @@ bool MidiManager::move(const MidiMessage& message) {
     return value.has_value();
 }
 
+void MidiManager::carryBend(const Control& played, int channel) {
+    const int wheel = channel != 0 ? channel : values_.lastBent();
+    const auto carry = [&](const MidiTrigger& trigger, MidiFollower& follower) {
+        if (follower.bends(played))
+            follower.carry(values_.bend(trigger.channel != 0 ? trigger.channel : wheel));
+    };
+    bool bound = false;
+    for (std::size_t i = 0; i < bindings_.size(); ++i) {
+        const MidiTrigger& trigger = bindings_[i].trigger;
+        bound |= trigger.source == MidiSource::pitchBend &&
+                 (trigger.channel == 0 || trigger.channel == wheel);
+        carry(trigger, *followers_[i]);
+    }
+    if (!bound && fallback_) carry(fallbackTrigger_, *fallback_);
+}
+
 void MidiManager::navigate(const MidiMessage& message) {
     const Navigation wanted = navigation_; // what is chosen may bring another one
     if (wanted.channel != 0 && wanted.channel != message.channel()) return;

@@ -61,6 +61,10 @@ public:
     void unbind(std::size_t index); ///< ignored beyond the last
     void unbind(const Control& control);
     void unbindAll();
+    /// A note has put played to another place, from where the held wheels that are bound to it as
+    /// relative bend on. channel: the note's, 1..16, whose wheel counts where a binding takes any;
+    /// 0 for a key under a hand, which goes with the wheel that moved last. Sends nothing.
+    void carryBend(const Control& played, int channel);
     /// Writes what moves control into its record; one that nothing moves keeps its text.
     void describe(Control& control);
     /// A line for each trigger that moves several controls, and each control that several triggers

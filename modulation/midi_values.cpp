@@ -35,11 +35,19 @@ bool concerns(const MidiTrigger& trigger, const MidiMessage& message) {
 } // namespace
 
 void MidiValues::keep(const MidiMessage& message) {
+    if (message.kind() == MidiKind::pitchBend) {
+        lastBent_ = message.channel();
+        bends_[static_cast<std::size_t>(lastBent_ - 1)] = message.bend();
+    }
     if (message.kind() != MidiKind::controller) return;
     auto& controllers = controllers_[static_cast<std::size_t>(message.channel() - 1)];
     const auto number = static_cast<std::size_t>(message.data1());
     controllers[number] = message.bytes[2];
     if (number < kFineHalf) controllers[number + kFineHalf] = 0;
+}
+
+double MidiValues::bend(int channel) const {
+    return bendValue(bends_[static_cast<std::size_t>(channel - 1)].value_or(kBendMiddle));
 }
 
 std::optional<double> MidiValues::value(const MidiTrigger& trigger,

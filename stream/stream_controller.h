@@ -297,6 +297,7 @@ private:
     std::string suffix_;
     StreamSettings* settings_ = nullptr;
     Keyboard* keyboard_ = nullptr;
+    bool showsPitch_ = false; // a key goes down to show where the pitch stands, wheel and all
 
     RenderCycle cycle_;
     Retirement retirement_{cycle_};

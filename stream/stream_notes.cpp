@@ -16,7 +16,9 @@ constexpr int kNoteOn = 144;
 void MOK_SCRUB_GRANULATOR::ui_setPitchToKeyboard(Control*) {
     if (controls._keyboardButton.tag != 1) return;
     const auto steps = static_cast<int>(std::round(controls._pitch.value()));
+    showsPitch_ = true;
     selectPitchFromMidiNote_andVeloc(steps + kPitchZeroNote, 127);
+    showsPitch_ = false;
 }
 
 void MOK_SCRUB_GRANULATOR::selectPitchFromMidiNote_andVeloc(int note, int) {
@@ -29,6 +31,7 @@ void MOK_SCRUB_GRANULATOR::selectPitchFromMidiNote_andVeloc(int note, int) {
 
 void MOK_SCRUB_GRANULATOR::keyDown_keyNum_forAmp(Keyboard*, int keyNum, float) {
     controls._pitch.setValue(static_cast<float>(keyNum) - float{kPitchZeroKey});
+    if (settings_ && !showsPitch_) settings_->bendNote(controls._pitch);
     controls._pitch.sendEventValueChanged();
 }
 

@@ -5,6 +5,8 @@
 
 namespace zephyra {
 
+class MOK_KNOB;
+
 /// Implemented by whoever shows the stream and speaks for it to the host. MAIN.
 class StreamSettings {
 public:
@@ -21,6 +23,9 @@ public:
     /// A hand moves the scan: touchDown as it begins, valueChanged at each move, touchUpInside as
     /// it ends. Whatever else moves the scan is not told.
     virtual void AUv3_Parameter_scrub_from_DSP(ControlEvents event) = 0;
+
+    /// A key has put played to its note: adds what a pitch wheel bends it by. Sends nothing.
+    virtual void bendNote(MOK_KNOB& /*played*/) {}
 };
 
 } // namespace zephyra

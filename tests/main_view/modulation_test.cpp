@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -193,6 +194,112 @@ TEST(Motion, OfMidiPlaysNotesControllersBendsAndThePictureOfTheKeyboard) {
     played.pass(2);
     EXPECT_NEAR(controls._pitch.value(), 7.0f, 1e-4);
     EXPECT_EQ(played.view.assignments.typeOf(controls._pitch), AssignmentType::none);
+}
+
+TEST(Motion, OfAHeldWheelGoesWithTheNextNote) {
+    Played played;
+    MOK_KNOB& pitch = played.stream.controls._pitch;
+    MOK_Keyboard& keyboard = played.view.surfaces._keyboard;
+    keyboard.setSize(290, 100);
+    int told = 0;
+    pitch.addTarget(&told, "told", control_event::valueChanged, [&](Control&) { ++told; });
+    const auto key = [&](int number) { // under a finger
+        keyboard.touchesBegan(1, {keyboard.keyRects[number].x + 1.0, 99.0}, 0.0);
+        keyboard.touchesEnded(1, 0.1);
+    };
+    MidiManager& midi = played.view.midiManager;
+    const MidiBinding own{.trigger = {.source = MidiSource::pitchBend, .channel = 3},
+                          .control = &pitch,
+                          .min = 0.25f,
+                          .max = 0.25f,
+                          .takeover = MidiTakeover::jump,
+                          .relative = true};
+    const struct {
+        const char* what;
+        std::function<void()> act;
+        float pitch;
+    } steps[] = {
+        {"up, no note yet",
+         [&] {
+             played.midi({0xE0, 127, 127});
+         },
+         2},
+        {"a note",
+         [&] {
+             played.midi({0x90, 67, 1});
+         },
+         9},
+        {"the note where the wheel had led",
+         [&] {
+             played.midi({0x90, 69, 1});
+         },
+         11},
+        {"the same once more",
+         [&] {
+             played.midi({0x90, 69, 1});
+         },
+         11},
+        {"one of a channel whose wheel rests",
+         [&] {
+             played.midi({0x91, 69, 1});
+         },
+         9},
+        {"a key goes with the wheel that moved last", [&] { key(24 + 5); }, 7},
+        {"the highest stays within the range",
+         [&] {
+             played.midi({0x90, 84, 1});
+         },
+         24},
+        {"let go",
+         [&] {
+             played.midi({0x90, 64, 1, 0xE0, 0, 64});
+         },
+         4},
+        {"down before a note in one block",
+         [&] {
+             played.midi({0xE0, 0, 0}), played.midi({0x90, 67, 1});
+         },
+         5},
+        {"shown where it stands",
+         [&] {
+             played.stream.controls._keyboardButton.tag = 1, played.stream.ui_setPitchToKeyboard();
+         },
+         5},
+        {"let go again",
+         [&] {
+             played.midi({0xE0, 0, 64});
+         },
+         7},
+        {"learned on a channel",
+         [&] {
+             midi.bind(own), played.midi({0xE2, 127, 127});
+         },
+         19},
+        {"which bends all notes",
+         [&] {
+             played.midi({0x90, 60, 1});
+         },
+         12},
+        {"up on the first channel too",
+         [&] {
+             played.midi({0xE0, 127, 127});
+         },
+         14},
+        {"bound elsewhere",
+         [&] {
+             midi.unbindAll(), midi.bind({.trigger = {MidiSource::pitchBend},
+                                          .control = &played.stream.controls._width});
+             played.midi({0x90, 65, 1});
+         },
+         5},
+    };
+    for (const auto& [what, act, wanted] : steps) {
+        told = 0;
+        act();
+        played.pass(2);
+        EXPECT_NEAR(pitch.value(), wanted, 1e-4) << what;
+        EXPECT_LE(told, 2) << what;
+    }
 }
 
 TEST(Motion, OfTiltIsAssignedThroughTheManagerAndEndsWithTheAssignment) {
