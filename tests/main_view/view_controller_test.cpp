@@ -114,9 +114,14 @@ TEST(Switches, AreGesturesOfAHandAndOfNobodyElse) {
         midi.bind({.trigger = {MidiSource::note, 30}, .control = button});
     }
     midi.bind({.trigger = {MidiSource::note, 30}, .control = &controls._echoSwitch});
+    controls._freeze.sendActionsForControlEvents(touchDown);
+    EXPECT_EQ(take(), "+22=0");
     hosted.midi({0x90, 30, 1});
     hosted.render(512);
     EXPECT_TRUE(controls._echoSwitch.isOn() && controls._freeze.tag == 1);
+    EXPECT_EQ(take(), " 22=1"); // under the finger, which goes on holding it
+    controls._freeze.sendActionsForControlEvents(touchCancel);
+    EXPECT_EQ(take(), "-22=1");
     for (const auto& [button, address] : buttons) {
         const auto id = static_cast<ControlId>(std::atoi(address));
         hosted.queue(id, hosted.stream.linear(id) == 0.0f ? 1.0f : 0.0f); // the host itself
@@ -227,6 +232,9 @@ struct Setter : HostedUnit {
             return;
         case 'm':
             return push({0xB0, 20, 127});
+        case 'x':
+            instance.states.ask(); // a preset that has gone until it is to be loaded
+            return;
         case 'g':
             knob.beginTracking({});
             knob.setValue(0.75f);
@@ -253,8 +261,15 @@ TEST(State, AndWhatIsSetBeforeItIsRestoredComeInTheOrderInWhichTheyWereAskedFor)
         }
         EXPECT_EQ(setter.after({state, '-'}), values.at(state)) << state;
     }
-    for (const std::string order : {"sft", "sfe", "tse", "stf", "sef", "cte", "tsmfe"})
+    for (const std::string order : {"sft", "sfe", "tse", "stf", "sef", "cte", "mxg", "tsmfe"})
         EXPECT_EQ(setter.after(order), values.at(order.back())) << order;
+    for (const bool noteFirst : {true, false}) {
+        if (noteFirst) setter.unit->noticeNoteOn(67, 1);
+        setter.view.restoreState({{"Pitch_0", 3.0}});
+        if (!noteFirst) setter.unit->noticeNoteOn(67, 1);
+        setter.instance.runLoop.runPosted();
+        EXPECT_EQ(setter.stream.linear(pitch), noteFirst ? 3.0f : 7.0f);
+    }
 }
 
 TEST(State, TakesTheScanFromAFingerThatRestsOnIt) {
