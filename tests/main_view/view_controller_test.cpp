@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <map>
 #include <string>
 #include <thread>
@@ -270,6 +271,27 @@ TEST(State, AndWhatIsSetBeforeItIsRestoredComeInTheOrderInWhichTheyWereAskedFor)
         setter.instance.runLoop.runPosted();
         EXPECT_EQ(setter.stream.linear(pitch), noteFirst ? 3.0f : 7.0f);
     }
+}
+
+TEST(State, GivesWayToWhatRenderSetsWhileItIsRestored) {
+    Setter setter;
+    std::atomic<int> asked = 0, sent = 0;
+    constexpr int kRounds = 500;
+    std::thread render([&] {
+        for (int round = 1; round <= kRounds; sent = round++) {
+            while (asked < round) std::this_thread::yield();
+            for (volatile int wait = 100 * (round % 100); wait > 0;) wait = wait - 1;
+            setter.set('e');
+        }
+    });
+    for (int round = 1; round <= kRounds; ++round) {
+        setter.set('s');
+        asked = round;
+        setter.instance.runLoop.runPosted();
+        while (sent < round) std::this_thread::yield();
+        EXPECT_EQ(setter.after(""), 0.625f) << round;
+    }
+    render.join();
 }
 
 TEST(State, TakesTheScanFromAFingerThatRestsOnIt) {
