@@ -1,7 +1,8 @@
 // library_cost: what the preset store takes for a large collection, and what it keeps in memory.
 //
 // One bank of 2,000 presets of 2 KiB and 200 banks of 40. Every figure is the slowest of several
-// tries after the first read, the wait for the run loop included.
+// tries after the first read, the wait for the run loop included. Behind them stands how long a
+// host's other instances are held up at a stretch, with a bank of 5,000 presets.
 
 #include "library/bank_edits.h"
 #include "library/quick_presets_manager.h"
@@ -21,7 +22,9 @@ namespace {
 
 constexpr std::size_t kPresets = 2000, kBanks = 200, kPresetsOfEach = 40;
 constexpr std::size_t kTextBytes = 400; // what is missing to 2 KiB
+constexpr std::size_t kPresetsOfHuge = 5000;
 constexpr double kMostMilliseconds = 100.0;
+constexpr double kMostStretch = 2.0;   // milliseconds, of MAIN in a host
 constexpr double kMostTimesFile = 4.0; // memory over the bytes of all files
 constexpr int kTries = 11;
 
@@ -148,6 +151,48 @@ void measure(const std::filesystem::path& folder) {
                 }));
 }
 
+/// The longest that MAIN was busy with work, and with what followed, at a stretch.
+double longestStretch(RunLoop& loop, const std::function<void()>& work) {
+    double most = milliseconds(work);
+    for (int chained = 0; chained < 6; ++chained) {
+        loop.waitForWork();
+        most = std::max(most, milliseconds([&] { loop.runPosted(); }));
+    }
+    return most;
+}
+
+void measureStretches(const std::filesystem::path& folder) {
+    makeBank(folder, "Huge", kPresetsOfHuge);
+    HeardInstance instance;
+    instance.folders = {folder, folder / "none"};
+    Loads delegate;
+    QuickPresetsManager store(instance, &delegate);
+    instance.runLoop.tryAdvanceByWall(0); // paced from now on
+    const auto stretch = [&](const char* what, const std::function<void()>& work) {
+        row(what, longestStretch(instance.runLoop, work), "ms", kMostStretch);
+    };
+    stretch("in a host: to select a bank of 5,000, not read yet", [&] {
+        store.setCurrentSelectedBankName("Huge.zephyra");
+        store.refreshBankSelection();
+    });
+    stretch("in a host: to save into it", [&] { store.saveSnap(); });
+    stretch("in a host: to save into it again", [&] { store.saveSnap(); });
+    stretch("in a host: to move a preset", [&] {
+        store.tableView_moveRowAtIndexPath_toIndexPath(QuickPresetsManager::kPresetsTable, 7, 9);
+    });
+    stretch("in a host: to delete a preset", [&] {
+        store.tableView_commitDeleteForRowAtIndexPath(QuickPresetsManager::kPresetsTable, 7);
+    });
+    stretch("in a host: to step to another bank", [&] { store.selectBankFromIndex(0); });
+    stretch("in a host: to load one at random", [&] { store.selectRandomSnap(); });
+    stretch("in a host: to search 202 banks",
+            [&] { store.searchBarSearchButtonClicked("preset 77"); });
+    stretch("in a host: to search for what is in every name",
+            [&] { store.searchBarSearchButtonClicked("e"); });
+    stretch("in a host: to end the search", [&] { store.searchBarSearchButtonClicked(""); });
+    stretch("in a host: to list the banks", [&] { store.fillTableWithBankName(); });
+}
+
 } // namespace
 } // namespace zephyra
 
@@ -156,6 +201,7 @@ int main() {
     std::string name = (fs::temp_directory_path() / "zephyra-bench-XXXXXX").string();
     if (!::mkdtemp(name.data())) return 1;
     zephyra::measure(name);
+    zephyra::measureStretches(name);
     std::error_code ignored;
     fs::remove_all(name, ignored);
     return zephyra::allMet ? 0 : 1;

@@ -42,49 +42,80 @@ Result<BankCache::Content> BankCache::read(const fs::path& path) {
     const auto found = entry(path, Wanted::content);
     if (!found) return Failure{found.message()};
     keepContent(path);
-    return found.value()->content;
+    return found.value().content;
 }
 
 Result<std::shared_ptr<const BankSummary>> BankCache::summary(const fs::path& path) {
     const auto found = entry(path, Wanted::summary);
     if (!found) return Failure{found.message()};
-    return found.value()->summary;
+    return found.value().summary;
+}
+
+std::optional<Result<BankCache::Content>> BankCache::known(const fs::path& path) {
+    const auto entry = kept(path, Wanted::content);
+    if (!entry) return std::nullopt;
+    if (!entry->failure.empty()) return Failure{entry->failure};
+    keepContent(path);
+    return entry->content;
+}
+
+std::shared_ptr<const BankSummary> BankCache::summaryOf(const fs::path& path,
+                                                        const Content& content) const {
+    const std::lock_guard lock(mutex_);
+    const auto known = entries_.find(path);
+    const bool isThis = known != entries_.end() && content && known->second.content == content;
+    return isThis ? known->second.summary : nullptr;
 }
 
 bool BankCache::isBroken(const fs::path& path) const {
+    const std::lock_guard lock(mutex_);
     const auto known = entries_.find(path);
     return known != entries_.end() && !known->second.failure.empty();
 }
 
 BankCache::Content BankCache::lastContent(const fs::path& path) const {
+    const std::lock_guard lock(mutex_);
     const auto known = entries_.find(path);
     return known == entries_.end() ? nullptr : known->second.content;
 }
 
-Result<BankCache::Entry*> BankCache::entry(const fs::path& path, Wanted wanted) {
-    const auto known = entries_.find(path);
-    if (known != entries_.end() && fileStamp(path) == known->second.stamp) {
-        Entry& entry = known->second;
-        if (!entry.failure.empty()) return Failure{entry.failure};
-        if (wanted == Wanted::summary || entry.content) return &entry;
-    }
-    return readEntry(path, wanted);
+Result<BankCache::Entry> BankCache::entry(const fs::path& path, Wanted wanted) {
+    auto known = kept(path, wanted);
+    if (!known) return readEntry(path, wanted);
+    if (!known->failure.empty()) return Failure{known->failure};
+    return std::move(*known);
 }
 
-Result<BankCache::Entry*> BankCache::readEntry(const fs::path& path, Wanted wanted) {
+/// Of the file as it stands there now; nothing where it would have to be read.
+std::optional<BankCache::Entry> BankCache::kept(const fs::path& path, Wanted wanted) const {
+    {
+        const std::lock_guard lock(mutex_);
+        if (!entries_.contains(path)) return std::nullopt;
+    }
+    const auto stamp = fileStamp(path);
+    const std::lock_guard lock(mutex_);
+    const auto known = entries_.find(path);
+    if (known == entries_.end() || stamp != known->second.stamp) return std::nullopt;
+    const Entry& entry = known->second;
+    const bool has = !entry.failure.empty() || wanted == Wanted::summary || entry.content;
+    return has ? std::optional(entry) : std::nullopt;
+}
+
+Result<BankCache::Entry> BankCache::readEntry(const fs::path& path, Wanted wanted) {
     const auto whole = readWholeFile(path, kBankLimits.bytes);
     if (!whole) return failed(path, whole.message());
     auto bank = readBank(whole.value().bytes, shownFile(path));
-    Entry& entry = entries_[path];
-    entry = {whole.value().stamp, nullptr, {}, nullptr};
+    Entry entry = {whole.value().stamp, nullptr, {}, nullptr};
     if (!bank) {
         entry.failure = bank.message();
-        return Failure{entry.failure};
+        keep(path, std::move(entry));
+        return Failure{bank.message()};
     }
     entry.summary = std::make_shared<const BankSummary>(summarize(bank.value()));
     if (wanted == Wanted::content)
         entry.content = std::make_shared<const Bank>(std::move(bank.value()));
-    return &entry;
+    keep(path, entry);
+    return entry;
 }
 
 /// Remembers a file that is to blame itself. All else may be right in the next moment, and what was
@@ -92,19 +123,26 @@ Result<BankCache::Entry*> BankCache::readEntry(const fs::path& path, Wanted want
 Failure BankCache::failed(const fs::path& path, const std::string& message) {
     const auto stamp = fileStamp(path);
     if (stamp && canBeNoBank(path, *stamp))
-        entries_[path] = {*stamp, nullptr, message, nullptr};
+        keep(path, {*stamp, nullptr, message, nullptr});
     else if (isBroken(path))
-        entries_.erase(path);
+        forget(path);
     return Failure{message};
+}
+
+void BankCache::keep(const fs::path& path, Entry entry) {
+    const std::lock_guard lock(mutex_);
+    std::swap(entries_[path], entry); // what was kept is freed without the lock
 }
 
 /// Puts path first among those whose content is kept, and lets go of the last.
 void BankCache::keepContent(const fs::path& path) {
+    Content dropped; // freed without the lock
+    const std::lock_guard lock(mutex_);
     used_.remove(path);
     used_.push_front(path);
     if (used_.size() <= kKeptContents) return;
     if (const auto last = entries_.find(used_.back()); last != entries_.end())
-        last->second.content = nullptr;
+        dropped.swap(last->second.content);
     used_.pop_back();
 }
 
@@ -112,11 +150,15 @@ void BankCache::remember(const fs::path& path, Content content) {
     const auto stamp = fileStamp(path);
     if (!stamp || !content) return forget(path);
     auto summary = std::make_shared<const BankSummary>(summarize(*content));
-    entries_[path] = {*stamp, std::move(summary), {}, std::move(content)};
+    keep(path, {*stamp, std::move(summary), {}, std::move(content)});
     keepContent(path);
 }
 
 void BankCache::forget(const fs::path& path) {
+    Entry dropped; // freed without the lock
+    const std::lock_guard lock(mutex_);
+    if (const auto known = entries_.find(path); known != entries_.end())
+        std::swap(dropped, known->second);
     entries_.erase(path);
     used_.remove(path);
 }

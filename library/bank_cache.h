@@ -8,6 +8,8 @@
 #include <list>
 #include <map>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,14 +27,21 @@ struct BankSummary {
 };
 
 /// Summaries of every bank that was looked at, and the contents of the few used last. A file counts
-/// as unchanged while inode, size and time are. MAIN.
+/// as unchanged while inode, size and time are. MAIN or WORKER; a lock that is not held while a
+/// file is read guards what is kept.
 class BankCache {
 public:
-    using Content = std::shared_ptr<const Bank>;
+    using Content = BankContent;
 
     /// Failures as for readBank; what a file's bytes are to blame for is remembered like contents.
     Result<Content> read(const std::filesystem::path& path);
     Result<std::shared_ptr<const BankSummary>> summary(const std::filesystem::path& path);
+    /// What read() would answer, as far as no file has to be read for it; else nothing.
+    std::optional<Result<Content>> known(const std::filesystem::path& path);
+
+    /// Of content, when that is what is kept of path; else null.
+    std::shared_ptr<const BankSummary> summaryOf(const std::filesystem::path& path,
+                                                 const Content& content) const;
 
     /// Whether the file that was looked at last under this path is there and can be no bank: no
     /// property list, too large, a folder. False for one that could not be read for other reasons.
@@ -54,11 +63,14 @@ private:
         Content content; // null once others were used later
     };
     enum class Wanted { summary, content };
-    Result<Entry*> entry(const std::filesystem::path& path, Wanted wanted);
-    Result<Entry*> readEntry(const std::filesystem::path& path, Wanted wanted);
+    Result<Entry> entry(const std::filesystem::path& path, Wanted wanted);
+    std::optional<Entry> kept(const std::filesystem::path& path, Wanted wanted) const;
+    Result<Entry> readEntry(const std::filesystem::path& path, Wanted wanted);
     Failure failed(const std::filesystem::path& path, const std::string& message);
+    void keep(const std::filesystem::path& path, Entry entry);
     void keepContent(const std::filesystem::path& path);
 
+    mutable std::mutex mutex_; // guards what follows; a leaf
     std::map<std::filesystem::path, Entry> entries_;
     std::list<std::filesystem::path> used_; // with content, latest first
 };

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,6 +16,8 @@ namespace zephyra {
 
 /// Snapshot records by snapshot key; see bank_edits.h for what is in them.
 using Bank = PropertyDictionary;
+/// One version of a bank, which never changes and may be shared by threads.
+using BankContent = std::shared_ptr<const Bank>;
 
 inline constexpr std::string_view kBankExtension = "zephyra";
 

@@ -91,7 +91,8 @@ Result<DocumentImport::Outcome> DocumentImport::perform(const Copy& copy, const 
     const fs::path target = folder / copy.name;
     FileLock lock; // or who changes a bank just now would write over what arrives
     if (const std::error_code error = lock.lock(folder / BankFolder::kLockName))
-        return Failure{shownFile(target) + " cannot be written: " + error.message()};
+        return Failure{shownFile(target) +
+                       " cannot be written: " + lockProblem(folder / BankFolder::kLockName, error)};
     if (copy.ifTaken == IfTaken::ask) {
         const Result<bool> created = createFile(target, document.value().bytes);
         if (!created) return Failure{created.message()};

@@ -5,10 +5,11 @@
 namespace zephyra {
 
 std::vector<FoundPreset> searchPresets(BankFolder& banks, const std::vector<ListedBank>& list,
-                                       std::string_view text) {
+                                       std::string_view text, const std::atomic<bool>& cancelled) {
     const std::string wanted = foldCase(text);
     std::vector<FoundPreset> found;
     for (const ListedBank& bank : list) {
+        if (cancelled) break;
         std::size_t count = 0;
         if (const auto summary = banks.summary(bank.name)) {
             count = summary.value()->snapshots.size();

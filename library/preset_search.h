@@ -4,6 +4,7 @@
 #include "library/bank_folder.h"
 
 #include <array>
+#include <atomic>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,8 +17,9 @@ using FoundPreset = std::array<std::string, 3>;
 
 /// Every preset whose display name has text in it, and every bank whose file name has, whatever the
 /// case: bank by bank in the order of list, a bank behind its presets. A bank that cannot be read
-/// has no presets. MAIN.
+/// has no presets. Ends early once nobody wants the answer any more. MAIN or WORKER.
 std::vector<FoundPreset> searchPresets(BankFolder& banks, const std::vector<ListedBank>& list,
-                                       std::string_view text);
+                                       std::string_view text,
+                                       const std::atomic<bool>& cancelled = false);
 
 } // namespace zephyra

@@ -46,11 +46,11 @@ std::vector<TableRow> bankRows(const std::vector<ListedBank>& banks) {
     return rows;
 }
 
-std::vector<TableRow> presetRows(const Bank& bank, const std::vector<std::string>& keys) {
+std::vector<TableRow> presetRows(const BankSummary& bank) {
     std::vector<TableRow> rows;
-    rows.reserve(keys.size());
-    for (const std::string& key : keys)
-        rows.push_back(renameableRow(snapshotTag(bank, key).value_or(kUnnamed)));
+    rows.reserve(bank.snapshots.size());
+    for (const BankSummary::Snapshot& snapshot : bank.snapshots)
+        rows.push_back(renameableRow(snapshot.tag));
     return rows;
 }
 

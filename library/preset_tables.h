@@ -20,10 +20,10 @@ LibraryTable emptyPresetsTable();
 /// A factory bank has a lock, all others a rename button. MAIN.
 std::vector<TableRow> bankRows(const std::vector<ListedBank>& banks);
 
-/// Display names of the records of keys. MAIN.
-std::vector<TableRow> presetRows(const Bank& bank, const std::vector<std::string>& keys);
+/// Display names of a bank's presets. MAIN.
+std::vector<TableRow> presetRows(const BankSummary& bank);
 
-/// What both tables show of search results. MAIN.
+/// What both tables show of search results. MAIN or WORKER.
 std::vector<TableRow> foundBankRows(const std::vector<FoundPreset>& found);
 std::vector<TableRow> foundPresetRows(const std::vector<FoundPreset>& found);
 

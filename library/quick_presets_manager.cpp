@@ -23,10 +23,13 @@ DocumentImport::Kind bankDocuments() {
 QuickPresetsManager::QuickPresetsManager(Instance& instance, QuickPresetsManagerDelegate* delegate)
     : instance_(instance), banks_(instance.folders),
       dataSource(delegate), tables_{emptyBanksTable(), emptyPresetsTable()},
-      import_(instance, bankDocuments(), [this] {
-          refill();
-          tellOtherInstances();
-      }) {
+      import_(instance, bankDocuments(),
+              [this] {
+                  refill();
+                  tellOtherInstances();
+              }),
+      reader_(instance.runLoop, instance.log), searcher_(instance.runLoop, instance.log),
+      changes_(std::in_place, instance.runLoop, instance.log, banks_) {
     INITIALIZE();
     readCurrentSelectionsForBankAndSnapshotsFromDisk();
     fillTableWithBankName();
@@ -47,7 +50,7 @@ QuickPresetsManager::QuickPresetsManager(Instance& instance, QuickPresetsManager
 }
 
 QuickPresetsManager::~QuickPresetsManager() {
-    banks_.retryAll(); // the last chance
+    changes_.reset();
     for (const NotificationCenter::Token observer : observers_)
         instance_.notifications.removeObserver(observer);
 }
@@ -103,10 +106,11 @@ BankCache::Content QuickPresetsManager::selectedContent() const {
     return name && *name == contentName_ ? _currentBank : nullptr;
 }
 
-const PropertyDictionary* QuickPresetsManager::selectedRecord() const {
+std::optional<QuickPresetsManager::SeenPreset> QuickPresetsManager::selectedPreset() const {
     const auto content = selectedContent();
     const std::string key = getCurrentSelectedSnapID();
-    return content && key != kNone ? recordOf(*content, key) : nullptr;
+    if (!content || key == kNone || !recordOf(*content, key)) return std::nullopt;
+    return SeenPreset{contentName_, key, content};
 }
 
 std::optional<std::string> QuickPresetsManager::selectedTag() const {
@@ -124,11 +128,16 @@ std::string QuickPresetsManager::getCurrentSelectedSnapID() const {
 }
 
 void QuickPresetsManager::setCurrentSelectedBankName(const std::optional<std::string>& name) {
-    if (name) _currentBankNameSelected = name;
+    if (name) choose(_currentBankNameSelected, *name);
 }
 
 void QuickPresetsManager::setCurrentSelectedSnapID(const std::optional<std::string>& key) {
-    if (key) _currentSnapNameSelected = key;
+    if (key) choose(_currentSnapNameSelected, *key);
+}
+
+void QuickPresetsManager::choose(std::optional<std::string>& selected, const std::string& name) {
+    selected = name;
+    ++choices_;
 }
 
 std::string QuickPresetsManager::getSnapshotName() const {
@@ -143,16 +152,52 @@ QuickPresetsManager::getSnapshotNameFromID(const std::string& key) const {
 
 // --- the run loop and alerts ---
 
-void QuickPresetsManager::post(std::function<void()> task) {
+void QuickPresetsManager::post(Task task) {
     instance_.runLoop.post([alive = std::weak_ptr(alive_), task = std::move(task)] {
         if (!alive.expired()) task();
     });
 }
 
-void QuickPresetsManager::postLoad(StateOrder::Number asked, std::function<void()> task) {
+void QuickPresetsManager::postLoad(StateOrder::Number asked, Task task) {
     post([this, asked, task = std::move(task)] {
         if (asked >= cancelledBefore_) task();
     });
+}
+
+void QuickPresetsManager::cancelLoadsBefore(StateOrder::Number state) {
+    cancelledBefore_ = std::max(cancelledBefore_, state);
+    std::erase_if(turns_, [this](const Turn& turn) { return turn.asked < cancelledBefore_; });
+}
+
+/// The number of what is chosen now, or was when it had to wait.
+StateOrder::Number QuickPresetsManager::asked() {
+    return turnAsked_ ? *turnAsked_ : instance_.states.askOnMain();
+}
+
+void QuickPresetsManager::inTurn(Task task) {
+    if (!reader_.busy() && turns_.empty()) return task();
+    turns_.push_back({std::move(task), asked()});
+}
+
+void QuickPresetsManager::whenRead(Task task) {
+    if (!reader_.busy()) return task();
+    turns_.push_front({std::move(task), asked()});
+}
+
+void QuickPresetsManager::stopReading() {
+    if (!reader_.busy()) return;
+    reader_.cancel();
+    post([this] { runTurns(); }); // with what is there instead
+}
+
+void QuickPresetsManager::runTurns() {
+    while (!turns_.empty() && !reader_.busy()) {
+        const Turn turn = std::move(turns_.front());
+        turns_.pop_front();
+        turnAsked_ = turn.asked;
+        turn.task();
+        turnAsked_.reset();
+    }
 }
 
 void QuickPresetsManager::present(Alert alert) {

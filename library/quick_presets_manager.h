@@ -2,17 +2,21 @@
 #pragma once
 
 #include "library/bank_folder.h"
+#include "library/bank_queue.h"
 #include "library/document_import.h"
 #include "library/library_table.h"
 #include "library/preset_search.h"
 #include "library/quick_presets_manager_delegate.h"
 #include "platform/instance.h"
+#include "platform/threads/worker.h"
 
 #include <algorithm>
 #include <any>
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -24,8 +28,10 @@
 namespace zephyra {
 
 /// The logic of two tables (banks, presets) and the dialogs around them; draws nothing. Every
-/// change is written at once. What fails is logged, shown as an alert, and stays in memory.
-/// Everything is MAIN.
+/// change is written at once. What fails is logged, shown as an alert, and stays in memory; a
+/// change of what another program has changed meanwhile is refused with an alert. While the run
+/// loop is paced, files are read, searched and written on WORKER: lists are empty until a bank has
+/// come, and what is asked of it meanwhile is done then. Everything is MAIN.
 class QuickPresetsManager {
 public:
     static constexpr const char* kNone = "---"; ///< for readers, when nothing is selected
@@ -51,12 +57,17 @@ public:
     std::string getCurrentSelectedSnapID() const;   ///< key, kNone for none
     void setCurrentSelectedBankName(const std::optional<std::string>& name);
     void setCurrentSelectedSnapID(const std::optional<std::string>& key);
-    void unselectSnaphot() { _currentSnapNameSelected = kNone; }
+    void unselectSnaphot() { choose(_currentSnapNameSelected, kNone); }
     std::string getSnapshotName() const;
     std::optional<std::string> getSnapshotNameFromID(const std::string& key) const;
 
     /// What of the selection is there to be shown.
-    enum class Shown { nothing, bank, preset };
+    enum class Shown {
+        nothing,
+        bank,
+        preset,
+        coming, ///< the bank is being read; then the log hears what is missing
+    };
     /// Selects the rows of the bank and the preset that are selected, without loading; the lists
     /// are empty without a bank. For who does not ask on the user's behalf: nothing is logged.
     Shown showSelection();
@@ -93,11 +104,9 @@ public:
     void loadSnap(const std::string& key);
     void loadStateFromDictionary(std::shared_ptr<const PropertyDictionary> record);
     void loadDefaultSnapshot_snapID(const std::string& bank, const std::string& key);
-    /// What was chosen before that state was asked for, but waits for the run loop, is not loaded:
-    /// all of it is other now.
-    void cancelLoadsBefore(StateOrder::Number state) {
-        cancelledBefore_ = std::max(cancelledBefore_, state);
-    }
+    /// What was chosen before that state was asked for, but waits for the run loop or for a bank
+    /// that is being read, is not loaded: all of it is other now.
+    void cancelLoadsBefore(StateOrder::Number state);
 
     // Stepping through.
     void nextSnap();
@@ -156,10 +165,16 @@ private:
     struct RenamedItem {
         int table;
         std::string bank;
-        std::string key; ///< of a preset
+        std::string key;       ///< of a preset
+        BankContent seen = {}; ///< that held the preset
     };
-    /// applied: what the change answered.
-    using Done = std::function<void(bool applied)>;
+    using Task = std::function<void()>;
+    using Done = std::function<void(const BankFolder::Changed& changed)>;
+    /// A bank and a preset in it as they were shown, which never null content holds.
+    struct SeenPreset {
+        std::string bank, key;
+        BankContent content;
+    };
 
     void INITIALIZE();
 
@@ -167,11 +182,12 @@ private:
     std::optional<std::size_t> bankRow() const; ///< of the selected bank; none for none
     std::optional<std::size_t> snapRow() const;
     void selectRow(int table, std::size_t row);
-    void selectBankRow(std::size_t row);
+    void selectBankRow(std::size_t row, Task then = {});
     void showBankRow(std::size_t row);
     bool showSnapRow();
     void selectSnapRow(std::size_t row);
     void selectFoundRow(int table, std::size_t row);
+    void stepToNext();
     void reloadPresets();
     void refill();
     void refillOnNextTurn();
@@ -180,25 +196,45 @@ private:
     // The selected bank and its content; null for none.
     const std::string* selectedBank() const;
     BankCache::Content selectedContent() const;
-    const PropertyDictionary* selectedRecord() const;
+    std::optional<SeenPreset> selectedPreset() const;
     std::optional<std::string> selectedTag() const;
+    void choose(std::optional<std::string>& selected, const std::string& name);
+
+    // Reading banks. Tasks that need a bank which is being read wait for it, in their order.
+    StateOrder::Number asked();
+    void inTurn(Task task);   ///< now, or behind whatever waits
+    void whenRead(Task task); ///< now, or as soon as the bank is there
+    void runTurns();
+    void stopReading();
+    void takeContent(const std::string& name, const Result<BankContent>& content);
+    void setContent(const std::string& name, BankContent content);
+    struct Found {
+        std::vector<FoundPreset> presets;
+        std::vector<TableRow> bankRows, presetRows;
+    };
+    Found search(const std::vector<ListedBank>& list, const std::string& text,
+                 const std::atomic<bool>& cancelled); ///< MAIN or WORKER
+    void showFound(Found found);
 
     // Changing banks.
     void changeBank(const std::string& name, BankFolder::Change change, Done done = {},
                     BankFolder::Unreadable unreadable = BankFolder::Unreadable::refuse);
+    void finishChange(const std::string& name, const BankFolder::Changed& changed,
+                      const Done& done);
     void offerReplacement(const std::string& name, const std::string& problem,
                           BankFolder::Change change, Done done);
     void showProblemOfBank(const std::string& name, const std::string& problem);
     void saveInto(const std::string& bank, const std::string& typed);
     void presentSaveDialog();
     void presentSelectBankDialog(const std::string& typed);
-    void presentOverwriteDialog(const std::string& bank, const std::string& key);
-    void overwrite(const std::string& bank, const std::string& key);
+    void presentOverwriteDialog(const SeenPreset& preset);
+    void overwrite(const SeenPreset& preset);
     /// Sets a display name unless another preset of the bank has it.
-    void setSnapshotName(const std::string& bank, const std::string& key, const std::string& name,
+    void setSnapshotName(const SeenPreset& preset, const std::string& name,
                          const std::function<void()>& nameIsTaken);
     void rename(const RenamedItem& item, const std::string& typed);
     void renameBank(const std::string& from, const std::string& typed);
+    void finishRename(const std::string& from, const std::string& to, const Result<bool>& moved);
     void deleteSnapshot(const std::string& key);
     void deleteBank(const std::string& name);
     void tellOtherInstances();
@@ -207,9 +243,9 @@ private:
                   StateOrder::Number asked);
 
     // Alerts and the run loop, which may outlive this.
-    void post(std::function<void()> task);
+    void post(Task task);
     /// Unless loads that were asked for then are cancelled before.
-    void postLoad(StateOrder::Number asked, std::function<void()> task);
+    void postLoad(StateOrder::Number asked, Task task);
     void present(Alert alert);
     void report(const std::string& problem);
 
@@ -225,14 +261,25 @@ private:
     bool isFiltered = false, isAscending = false;
     QuickPresetsManagerDelegate* dataSource; // the main view controller
     std::array<LibraryTable, 2> tables_;
-    BankCache::Content listedContent_, shownContent_; // of _listOfSnapshots, of the presets' rows
+    std::shared_ptr<const BankSummary> listed_; // of _listOfSnapshots; null for none
+    std::weak_ptr<const Bank> listedContent_;   // which nobody else may keep alive
+    std::weak_ptr<const BankSummary> shown_;    // of the presets' rows
     Tools tools_;
     std::string shownProblem_; // of the selected bank, so that it is shown once
     bool tellingOthers_ = false;
     StateOrder::Number cancelledBefore_ = 0;
+    std::uint64_t choices_ = 0; // how often somebody chose a bank or a preset
+    struct Turn {
+        Task task;
+        StateOrder::Number asked;
+    };
+    std::deque<Turn> turns_;                      // wait for the bank that is being read
+    std::optional<StateOrder::Number> turnAsked_; // of the turn that runs
     DocumentImport import_;
     std::vector<NotificationCenter::Token> observers_;
     std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+    Worker reader_, searcher_;
+    std::optional<BankQueue> changes_; // none once the store ends
 };
 
 } // namespace zephyra

@@ -28,14 +28,14 @@ std::size_t randomIndex(std::size_t count, RandomSource& random) {
 void QuickPresetsManager::LOAD_SNAPSHOT_WITH_FADE() {
     // Of this bank, though another, with the same key, may be selected by then.
     if (!snapRow()) return;
-    const StateOrder::Number asked = instance_.states.askOnMain();
-    postLoad(asked, [this, asked, content = selectedContent(), key = getCurrentSelectedSnapID()] {
-        loadSnap(content, key, asked);
+    const StateOrder::Number number = asked();
+    postLoad(number, [this, number, content = selectedContent(), key = getCurrentSelectedSnapID()] {
+        loadSnap(content, key, number);
     });
 }
 
 void QuickPresetsManager::loadSnap(const std::string& key) {
-    loadSnap(selectedContent(), key, instance_.states.askOnMain());
+    loadSnap(selectedContent(), key, asked());
 }
 
 void QuickPresetsManager::loadSnap(const BankCache::Content& content, const std::string& key,
@@ -57,49 +57,73 @@ void QuickPresetsManager::loadStateFromDictionary(
 
 void QuickPresetsManager::loadDefaultSnapshot_snapID(const std::string& bank,
                                                      const std::string& key) {
-    setCurrentSelectedBankName(bank);
-    setCurrentSelectedSnapID(key);
-    refill();
-    fillTableWithSnapshotsName();
-    loadSnap(key);
+    inTurn([this, bank, key] {
+        setCurrentSelectedBankName(bank);
+        setCurrentSelectedSnapID(key);
+        refill();
+        whenRead([this, key] {
+            fillTableWithSnapshotsName();
+            loadSnap(key);
+        });
+    });
 }
 
 // --- stepping through ---
 
 void QuickPresetsManager::nextSnap() {
+    inTurn([this] { stepToNext(); });
+}
+
+void QuickPresetsManager::stepToNext() {
     refill();
-    if (_listOfBank.empty()) return;
-    const std::size_t next = snapRow().value_or(0) + 1;
-    if (next < _listOfSnapshots.size()) return selectSnapRow(next);
-    selectBankRow((bankRow().value_or(0) + 1) % _listOfBank.size());
-    if (!_listOfSnapshots.empty()) selectSnapRow(0);
+    whenRead([this] {
+        if (_listOfBank.empty()) return;
+        const std::size_t next = snapRow().value_or(0) + 1;
+        if (next < _listOfSnapshots.size()) return selectSnapRow(next);
+        selectBankRow((bankRow().value_or(0) + 1) % _listOfBank.size(), [this] {
+            if (!_listOfSnapshots.empty()) selectSnapRow(0);
+        });
+    });
 }
 
 void QuickPresetsManager::previousSnap() {
-    refill();
-    if (_listOfBank.empty()) return;
-    if (const std::size_t row = snapRow().value_or(0); row >= 1) return selectSnapRow(row - 1);
-    const std::size_t bank = bankRow().value_or(0);
-    selectBankRow((bank > 0 ? bank : _listOfBank.size()) - 1);
-    if (!_listOfSnapshots.empty()) selectSnapRow(_listOfSnapshots.size() - 1);
+    inTurn([this] {
+        refill();
+        whenRead([this] {
+            if (_listOfBank.empty()) return;
+            const std::size_t row = snapRow().value_or(0);
+            if (row >= 1) return selectSnapRow(row - 1);
+            const std::size_t bank = bankRow().value_or(0);
+            selectBankRow((bank > 0 ? bank : _listOfBank.size()) - 1, [this] {
+                if (!_listOfSnapshots.empty()) selectSnapRow(_listOfSnapshots.size() - 1);
+            });
+        });
+    });
 }
 
 void QuickPresetsManager::selectRandomSnap() {
-    fillTableWithBankName();
-    if (_listOfBank.empty()) return;
-    selectBankRow(randomIndex(_listOfBank.size(), instance_.random));
-    if (_listOfSnapshots.empty()) return nextSnap();
-    selectSnapRow(randomIndex(_listOfSnapshots.size(), instance_.random));
+    inTurn([this] {
+        fillTableWithBankName();
+        if (_listOfBank.empty()) return;
+        selectBankRow(randomIndex(_listOfBank.size(), instance_.random), [this] {
+            if (_listOfSnapshots.empty()) return stepToNext();
+            selectSnapRow(randomIndex(_listOfSnapshots.size(), instance_.random));
+        });
+    });
 }
 
 void QuickPresetsManager::selectBankFromIndex(std::int64_t index) {
-    fillTableWithBankName();
-    if (!_listOfBank.empty()) selectBankRow(clamped(index, _listOfBank.size()));
+    inTurn([this, index] {
+        fillTableWithBankName();
+        if (!_listOfBank.empty()) selectBankRow(clamped(index, _listOfBank.size()));
+    });
 }
 
 void QuickPresetsManager::selectSnapFromIndex(std::int64_t index) {
-    fillTableWithSnapshotsName();
-    if (!_listOfSnapshots.empty()) selectSnapRow(clamped(index, _listOfSnapshots.size()));
+    inTurn([this, index] {
+        fillTableWithSnapshotsName();
+        if (!_listOfSnapshots.empty()) selectSnapRow(clamped(index, _listOfSnapshots.size()));
+    });
 }
 
 void QuickPresetsManager::selectBankFromMidiNotification(const std::any& object) {
@@ -114,13 +138,34 @@ void QuickPresetsManager::selectSnapFromMidiNotification(const std::any& object)
 
 void QuickPresetsManager::searchBarSearchButtonClicked(const std::string& text) {
     tools_.searchText = text;
-    isFiltered = !text.empty();
-    if (!isFiltered) return restoreLastSelection();
-    filteredDataSnapshots = searchPresets(banks_, _listOfBank, text);
-    showRows(tables_[kBanksTable], foundBankRows(filteredDataSnapshots));
-    showRows(tables_[kPresetsTable], foundPresetRows(filteredDataSnapshots));
+    searcher_.cancel(); // for another text
+    if (text.empty()) {
+        isFiltered = false;
+        return restoreLastSelection();
+    }
+    if (!instance_.runLoop.isPaced()) return showFound(search(_listOfBank, text, false));
+    searcher_.start([this, list = _listOfBank, text](const Worker::Cancelled& cancelled) {
+        auto found = std::make_shared<Found>(search(list, text, cancelled));
+        return RunLoop::Task([this, found] { showFound(std::move(*found)); });
+    });
+}
+
+QuickPresetsManager::Found QuickPresetsManager::search(const std::vector<ListedBank>& list,
+                                                       const std::string& text,
+                                                       const std::atomic<bool>& cancelled) {
+    Found found{searchPresets(banks_, list, text, cancelled), {}, {}};
+    found.bankRows = foundBankRows(found.presets);
+    found.presetRows = foundPresetRows(found.presets);
+    return found;
+}
+
+void QuickPresetsManager::showFound(Found found) {
+    isFiltered = true;
+    filteredDataSnapshots = std::move(found.presets);
+    showRows(tables_[kBanksTable], std::move(found.bankRows));
+    showRows(tables_[kPresetsTable], std::move(found.presetRows));
     for (LibraryTable& table : tables_) table.selected.reset();
-    shownContent_ = nullptr;
+    shown_.reset();
     showHideTools();
 }
 
@@ -137,6 +182,7 @@ void QuickPresetsManager::restoreLastSelection() {
 }
 
 void QuickPresetsManager::endSearch() {
+    searcher_.cancel();
     isFiltered = false;
     tools_.searchText.clear();
     refill();
@@ -145,23 +191,28 @@ void QuickPresetsManager::endSearch() {
 void QuickPresetsManager::selectFoundRow(int table, std::size_t row) {
     if (row >= filteredDataSnapshots.size()) return;
     const auto [bank, tag, key] = filteredDataSnapshots[row];
-    _currentBankNameSelected = bank;
-    if (table == kPresetsTable) _currentSnapNameSelected = key;
+    choose(_currentBankNameSelected, bank);
+    if (table == kPresetsTable) choose(_currentSnapNameSelected, key);
     shownProblem_.clear();
     endSearch();
-    if (table == kPresetsTable) LOAD_SNAPSHOT_WITH_FADE();
+    if (table == kPresetsTable) whenRead([this] { LOAD_SNAPSHOT_WITH_FADE(); });
 }
 
 // --- sharing and importing ---
 
 void QuickPresetsManager::openInProcedure() {
-    banks_.retryAll(); // what is passed on is what is shown
     const std::string* const bank = selectedBank();
-    const auto file = bank ? banks_.locate(*bank) : std::filesystem::path();
-    if (file.empty()) return;
-    instance_.documents.present({.kind = DocumentRequest::Kind::openIn,
-                                 .document = file,
-                                 .anchor = "share"}); // takes the place of an older menu
+    if (!bank) return;
+    changes_->add(*bank, [this](BankFolder& banks, const std::string& name) {
+        auto dropped = banks.retryAll(); // what is passed on is what is shown
+        return RunLoop::Task([this, dropped = std::move(dropped), file = banks.locate(name)] {
+            for (const std::string& line : dropped) report(line);
+            if (file.empty()) return;
+            instance_.documents.present({.kind = DocumentRequest::Kind::openIn,
+                                         .document = file,
+                                         .anchor = "share"}); // takes the place of an older menu
+        });
+    });
 }
 
 void QuickPresetsManager::open_AUv3_main_APP() {

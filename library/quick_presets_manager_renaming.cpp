@@ -2,6 +2,7 @@
 
 #include "library/bank_edits.h"
 #include "library/preset_dialogs.h"
+#include "library/preset_edits.h"
 #include "library/quick_presets_manager.h"
 #include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
@@ -28,7 +29,7 @@ void QuickPresetsManager::renameSnapshot(int table, std::size_t row) {
     if (_itemToRename || !tableView_canEditRowAtIndexPath(table, row)) return;
     const bool isBank = table == kBanksTable;
     RenamedItem item{table, isBank ? _listOfBank[row].name : getCurrentSelectedBankName(),
-                     isBank ? std::string() : _listOfSnapshots[row]};
+                     isBank ? std::string() : _listOfSnapshots[row], selectedContent()};
     const std::string name =
         isBank ? item.bank : getSnapshotNameFromID(item.key).value_or(kUnnamed);
     _itemToRename = std::move(item);
@@ -41,43 +42,43 @@ void QuickPresetsManager::renameSnapshot(int table, std::size_t row) {
 void QuickPresetsManager::rename(const RenamedItem& item, const std::string& typed) {
     if (typed.empty()) return;
     if (item.table == kBanksTable) return renameBank(item.bank, typed);
-    setSnapshotName(item.bank, item.key, typed, [this] { present(warning(kExisting, "Close")); });
+    setSnapshotName({item.bank, item.key, item.seen}, typed,
+                    [this] { present(warning(kExisting, "Close")); });
 }
 
 void QuickPresetsManager::renameCurrentSnapshot(const std::string& name) {
-    if (selectedRecord())
-        setSnapshotName(getCurrentSelectedBankName(), getCurrentSelectedSnapID(), name,
-                        [this] { instance_.log.write(kExisting); });
+    if (const auto preset = selectedPreset())
+        setSnapshotName(*preset, name, [this] { instance_.log.write(kExisting); });
 }
 
-void QuickPresetsManager::setSnapshotName(const std::string& bank, const std::string& key,
-                                          const std::string& name,
+void QuickPresetsManager::setSnapshotName(const SeenPreset& preset, const std::string& name,
                                           const std::function<void()>& nameIsTaken) {
     if (!isFileName(name)) return present(warning(kInvalid));
-    const auto isTaken = std::make_shared<bool>(false);
-    const auto setName = [key, name, isTaken](Bank& into) {
-        *isTaken = hasSnapshotNamed(into, name);
-        PropertyDictionary* const record = recordOf(into, key);
-        if (*isTaken || !record) return false;
-        record->insert_or_assign(kSnapshotTags, name);
-        return true;
-    };
-    changeBank(bank, setName, [this, isTaken, nameIsTaken](bool applied) {
-        if (!applied && *isTaken) nameIsTaken();
-        refill();
-    });
+    changeBank(preset.bank, renamingPreset(preset.content, preset.key, name),
+               [this, nameIsTaken](const BankFolder::Changed& changed) {
+                   if (!changed.applied && changed.problem.empty()) nameIsTaken();
+                   refill();
+               });
 }
 
 void QuickPresetsManager::renameBank(const std::string& from, const std::string& typed) {
     const std::string to = bankName(typed);
     if (to != from && !isNewBankName(to)) return present(warning(kInvalid));
-    const auto moved = banks_.rename(from, to);
+    changes_->add(from, [this, to](BankFolder& banks, const std::string& bank) {
+        return RunLoop::Task(
+            [this, bank, to, moved = banks.rename(bank, to)] { finishRename(bank, to, moved); });
+    });
+}
+
+void QuickPresetsManager::finishRename(const std::string& from, const std::string& to,
+                                       const Result<bool>& moved) {
     if (moved && !moved.value()) return present(warning(kExisting, "Close"));
     if (!moved) {
         instance_.log.write("Unable to move file: " + moved.message());
         present(warning(moved.message()));
     }
     // After a failed move, too: what is saved next then stands under the wanted name.
+    changes_->rename(from, to);
     if (from == getCurrentSelectedBankName()) {
         _currentBankNameSelected = to;
         if (contentName_ == from) contentName_ = to;
@@ -97,20 +98,31 @@ void QuickPresetsManager::tableView_commitDeleteForRowAtIndexPath(int table, std
 }
 
 void QuickPresetsManager::deleteSnapshot(const std::string& key) {
-    changeBank(
-        getCurrentSelectedBankName(), [key](Bank& bank) { return bank.erase(key) > 0; },
-        [this](bool) { refillOnNextTurn(); });
+    changeBank(contentName_, deletingPresets(selectedContent(), {key}),
+               [this](const auto&) { refillOnNextTurn(); });
 }
 
 void QuickPresetsManager::deleteBank(const std::string& name) {
-    const auto removed = banks_.remove(name);
-    if (!removed) report(removed.message());
-    _currentBank = nullptr;
-    contentName_.clear();
-    _currentBankNameSelected.reset();
-    _currentSnapNameSelected.reset();
-    refillOnNextTurn();
-    if (removed && removed.value()) tellOtherInstances();
+    std::optional<Result<BankContent>> seen; // of others, nothing but the name
+    if (name == contentName_ && _currentBank)
+        seen = _currentBank;
+    else
+        seen = banks_.known(name);
+    changes_->add(
+        name, [this, seen, before = choices_](BankFolder& banks, const std::string& bank) {
+            const auto removed =
+                !seen ? banks.remove(bank) : banks.remove(bank, *seen ? seen->value() : nullptr);
+            return RunLoop::Task([this, removed, before] {
+                if (!removed) report(removed.message());
+                if (before == choices_) {
+                    setContent({}, nullptr);
+                    _currentBankNameSelected.reset();
+                    _currentSnapNameSelected.reset();
+                }
+                refillOnNextTurn();
+                if (removed && removed.value()) tellOtherInstances();
+            });
+        });
 }
 
 void QuickPresetsManager::deleteAllSnapshots() {
@@ -119,11 +131,8 @@ void QuickPresetsManager::deleteAllSnapshots() {
     const std::string bank = getCurrentSelectedBankName();
     present(deleteAllDialog(bank, [this, bank, content] {
         // Only those that the user knew of.
-        const auto empty = [content](Bank& into) {
-            std::erase_if(into, [&](const auto& entry) { return content->contains(entry.first); });
-            return true;
-        };
-        changeBank(bank, empty, [this](bool) { refill(); });
+        changeBank(bank, deletingPresets(content, sortedKeys(*content)),
+                   [this](const auto&) { refill(); });
     }));
 }
 

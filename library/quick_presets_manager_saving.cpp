@@ -1,18 +1,24 @@
 // Reading and writing of banks, new banks, and saving presets into them.
 
 #include "library/bank_edits.h"
+#include "library/bank_name.h"
 #include "library/preset_dialogs.h"
+#include "library/preset_edits.h"
 #include "library/quick_presets_manager.h"
 #include "platform/clock.h"
 #include "platform/files/file_name.h"
 #include "platform/text/odd_bytes.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace zephyra {
 
 namespace {
 
+constexpr const char* kExisting = "Existing file name";
+constexpr const char* kInvalid = "Invalid file name";
 constexpr const char* kNoBank = "Warning, cannot write 'nil' file to disk!";
 
 } // namespace
@@ -20,21 +26,42 @@ constexpr const char* kNoBank = "Warning, cannot write 'nil' file to disk!";
 // --- banks ---
 
 void QuickPresetsManager::readBankFromDisk() {
+    stopReading(); // of another bank
     const std::string* const selected = selectedBank();
     const std::string name = selected ? *selected : std::string();
-    if (banks_.locate(name).empty() && !banks_.hasUnwritten(name)) {
+    if (banks_.locate(name).empty() && !banks_.isInMemory(name)) {
         instance_.log.write("Warning, no file exist at path: " +
                             shownFile(getResourcesFolder() / bankFileName(name)) + "!");
         return;
     }
-    const auto content = banks_.read(name);
     tools_.saveEnabled = true;
-    contentName_ = name;
-    _currentBank = content ? content.value() : nullptr;
+    if (!instance_.runLoop.isPaced()) return takeContent(name, banks_.read(name));
+    if (const auto known = banks_.known(name)) return takeContent(name, *known);
+    reader_.start([this, name](const Worker::Cancelled&) -> RunLoop::Task {
+        return [this, name, content = banks_.fetch(name)] {
+            const auto known = banks_.known(name);
+            if (known || !content)
+                takeContent(name, known.value_or(content));
+            else
+                readBankFromDisk(); // it is another by now
+            fillTableWithSnapshotsName();
+            runTurns();
+        };
+    });
+}
+
+void QuickPresetsManager::takeContent(const std::string& name, const Result<BankContent>& content) {
+    setContent(name, content ? content.value() : nullptr);
     if (content)
         shownProblem_.clear();
     else
         showProblemOfBank(name, content.message());
+}
+
+void QuickPresetsManager::setContent(const std::string& name, BankContent content) {
+    contentName_ = name;
+    _currentBank.swap(content);
+    if (content && content != _currentBank) changes_->letGo(std::move(content));
 }
 
 void QuickPresetsManager::showProblemOfBank(const std::string& name, const std::string& problem) {
@@ -47,35 +74,45 @@ void QuickPresetsManager::showProblemOfBank(const std::string& name, const std::
 void QuickPresetsManager::writeBankToDisk() {
     const std::string* const name = selectedBank();
     if (!name) return instance_.log.write(kNoBank);
-    // What other programs added meanwhile stays.
-    changeBank(*name, [mine = selectedContent()](Bank& bank) {
-        if (mine)
-            for (const auto& [key, record] : *mine) bank.insert_or_assign(key, record);
-        return true;
-    });
+    // As it stands on disk by then: every change of ours is there already, or waits.
+    changeBank(*name, [](Bank&) { return true; });
 }
 
 void QuickPresetsManager::changeBank(const std::string& name, BankFolder::Change change, Done done,
                                      BankFolder::Unreadable unreadable) {
     if (getAppGroupsFolder().empty()) return report("There is no shared folder for banks; set one");
-    if (!isBankName(name)) return report("Invalid file name");
-    const bool wasThere = banks_.isInSharedFolder(name);
-    const auto changed =
-        banks_.change(name, change, name == contentName_ ? _currentBank : nullptr, unreadable);
-    if (changed.refused) {
-        if (unreadable == BankFolder::Unreadable::moveAside) return report(changed.problem);
-        return offerReplacement(name, changed.problem, std::move(change), std::move(done));
-    }
-    if (changed.problem.empty())
-        banks_.retryAll(); // what stood in the way of other banks may be gone as well
-    else
-        report(changed.problem);
-    if (name == contentName_ || name == getCurrentSelectedBankName()) {
-        _currentBank = changed.content;
-        contentName_ = name;
-    }
-    if (done) done(changed.applied);
-    if (!wasThere && banks_.isInSharedFolder(name)) tellOtherInstances();
+    if (!isBankName(name)) return report(kInvalid);
+    std::function<void()> meanwhile; // shows what waits for another program
+    if (instance_.runLoop.isPaced()) meanwhile = [this] { refillOnNextTurn(); };
+    const auto fallback = name == contentName_ ? _currentBank : nullptr;
+    changes_->add(name, [this, change = std::move(change), done = std::move(done), unreadable,
+                         fallback, meanwhile](BankFolder& banks, const std::string& bank) {
+        const bool wasThere = banks.isInSharedFolder(bank);
+        auto changed = banks.changeAndShow(bank, change, fallback, unreadable, meanwhile);
+        if (changed.problem.empty() && !changed.refused) // what stood in the way may be gone
+            std::ranges::move(banks.retryAll(), std::back_inserter(changed.dropped));
+        const bool isNew = !wasThere && banks.isInSharedFolder(bank);
+        const bool asks = changed.refused && unreadable == BankFolder::Unreadable::refuse;
+        return RunLoop::Task(
+            [this, bank, again = asks ? change : BankFolder::Change(), done, isNew, changed] {
+                for (const std::string& line : changed.dropped) report(line);
+                if (!changed.refused)
+                    finishChange(bank, changed, done);
+                else if (again)
+                    offerReplacement(bank, changed.problem, again, done);
+                else
+                    report(changed.problem);
+                if (isNew) tellOtherInstances();
+            });
+    });
+}
+
+void QuickPresetsManager::finishChange(const std::string& name, const BankFolder::Changed& changed,
+                                       const Done& done) {
+    if (!changed.problem.empty()) report(changed.problem);
+    if (name == contentName_ || name == getCurrentSelectedBankName())
+        setContent(name, changed.content);
+    if (done) done(changed);
 }
 
 void QuickPresetsManager::offerReplacement(const std::string& name, const std::string& problem,
@@ -97,17 +134,30 @@ void QuickPresetsManager::addBank(const void*) {
     const DateAndTime now = currentDateAndTime(instance_.clock);
     const std::string name =
         "User " + snapshotKey(_listOfBank.size(), now) + "." + std::string(kBankExtension);
-    const auto select = [this, name](bool) {
-        _currentBankNameSelected = name;
+    if (banks_.isInSharedFolder(name) || banks_.isInMemory(name))
+        return instance_.log.write(kExisting);
+    const auto select = [this, name] {
+        choose(_currentBankNameSelected, name);
         refill();
     };
-    const auto created = banks_.create(name);
-    if (!created)
-        return changeBank(
-            name, [](Bank&) { return true; }, select); // kept in memory
-    if (!created.value()) return instance_.log.write("Existing file name");
-    select(true);
-    tellOtherInstances();
+    if (instance_.runLoop.isPaced()) { // at once: a preset may be saved into it in the next moment
+        banks_.announce(name);
+        select();
+    }
+    const auto finish = [this, name, select](const Result<bool>& created) {
+        if (!created)
+            return changeBank(
+                name, [](Bank&) { return true; }, [select](const auto&) { select(); });
+        if (!created.value()) return instance_.log.write(kExisting);
+        if (instance_.runLoop.isPaced())
+            refill();
+        else
+            select();
+        tellOtherInstances();
+    };
+    changes_->add(name, [finish](BankFolder& banks, const std::string& bank) {
+        return RunLoop::Task([finish, created = banks.create(bank)] { finish(created); });
+    });
 }
 
 // --- saving ---
@@ -124,46 +174,54 @@ void QuickPresetsManager::saveSnap() {
     saveInto(*bank, {});
 }
 
-/// With that name, unless it cannot be one or is taken. bank becomes the selected one.
+/// With that name, unless it cannot be one or is taken. bank becomes the selected one, unless the
+/// user chooses another before it is saved.
 void QuickPresetsManager::saveInto(const std::string& bank, const std::string& typed) {
     if (!dataSource) return;
     PropertyDictionary record;
     collectSnapshotInformation(record);
-    record.insert_or_assign(kSnapshotTags, kUnnamed);
-
     const auto key = std::make_shared<std::string>();
-    const auto save = [key, record = std::move(record),
+    const auto save = [key, record = std::move(record), typed, isName = isFileName(typed),
                        now = currentDateAndTime(instance_.clock)](Bank& into) {
         // Run again, it keeps its key, but not at the cost of somebody else's preset.
-        if (key->empty() || into.contains(*key)) *key = snapshotKey(into.size(), now);
-        into.insert_or_assign(*key, record);
+        if (key->empty() || into.contains(*key)) *key = freeSnapshotKey(into, now);
+        const bool isFree = isName && !hasSnapshotNamed(into, typed);
+        PropertyDictionary saved = record;
+        saved.insert_or_assign(kSnapshotTags, isFree ? typed : kUnnamed);
+        into.insert_or_assign(*key, std::move(saved));
         return true;
     };
-    changeBank(bank, save, [this, bank, typed, key](bool applied) {
-        _currentBankNameSelected = bank;
-        if (applied) _currentSnapNameSelected = *key;
+    changeBank(bank, save, [this, bank, typed, key, before = choices_](const auto& changed) {
+        if (before == choices_) {
+            _currentBankNameSelected = bank;
+            if (changed.applied) _currentSnapNameSelected = *key;
+        }
         refill();
-        if (applied && !typed.empty()) renameCurrentSnapshot(typed);
+        if (!changed.applied || typed.empty()) return;
+        if (!isFileName(typed)) return present(warning(kInvalid));
+        if (snapshotTag(*changed.content, *key) != typed) instance_.log.write(kExisting);
     });
 }
 
 void QuickPresetsManager::saveSnapAs() {
     post([this] {
-        if (!selectedBank()) addBank();
-        presentSaveDialog();
+        inTurn([this] {
+            if (!selectedBank()) addBank();
+            presentSaveDialog();
+        });
     });
 }
 
 // The dialogs remember bank and preset: MIDI may select others while they wait.
 void QuickPresetsManager::presentSaveDialog() {
     const std::string bank = getCurrentSelectedBankName();
-    const std::string key = getCurrentSelectedSnapID();
     const auto save = [this, bank](const std::string& typed) {
         if (bank == kNone) return instance_.log.write(kNoBank);
         saveInto(bank, typed);
     };
     std::function<void()> overwriteKey;
-    if (selectedRecord()) overwriteKey = [this, bank, key] { presentOverwriteDialog(bank, key); };
+    if (const auto preset = selectedPreset())
+        overwriteKey = [this, preset = *preset] { presentOverwriteDialog(preset); };
     present(savePresetDialog(
         bank, save, [this](const std::string& typed) { presentSelectBankDialog(typed); },
         overwriteKey));
@@ -181,33 +239,25 @@ void QuickPresetsManager::presentSelectBankDialog(const std::string& typed) {
 // --- overwriting ---
 
 void QuickPresetsManager::overwriteSnapshot(const void*) {
-    if (selectedRecord())
-        presentOverwriteDialog(getCurrentSelectedBankName(), getCurrentSelectedSnapID());
+    if (const auto preset = selectedPreset()) presentOverwriteDialog(*preset);
 }
 
-void QuickPresetsManager::presentOverwriteDialog(const std::string& bank, const std::string& key) {
-    const auto content = banks_.read(bank);
-    if (!content || !recordOf(*content.value(), key)) return;
-    present(overwriteDialog(snapshotTag(*content.value(), key).value_or(kUnnamed),
-                            [this, bank, key] { overwrite(bank, key); }));
+void QuickPresetsManager::presentOverwriteDialog(const SeenPreset& preset) {
+    present(overwriteDialog(snapshotTag(*preset.content, preset.key).value_or(kUnnamed),
+                            [this, preset] { overwrite(preset); }));
 }
 
 void QuickPresetsManager::performSnapOverwrite() {
-    if (selectedRecord()) overwrite(getCurrentSelectedBankName(), getCurrentSelectedSnapID());
+    if (const auto preset = selectedPreset()) overwrite(*preset);
 }
 
-void QuickPresetsManager::overwrite(const std::string& bank, const std::string& key) {
+void QuickPresetsManager::overwrite(const SeenPreset& preset) {
     if (!dataSource) return;
     PropertyDictionary state;
     collectSnapshotInformation(state);
     state.erase(kSnapshotTags); // the preset keeps its name
-    const auto replace = [key, state = std::move(state)](Bank& into) {
-        PropertyDictionary* const record = recordOf(into, key);
-        if (!record) return false;
-        for (const auto& [name, value] : state) record->insert_or_assign(name, value);
-        return true;
-    };
-    changeBank(bank, replace, [this](bool) { refill(); });
+    changeBank(preset.bank, overwritingPreset(preset.content, preset.key, std::move(state)),
+               [this](const auto&) { refill(); });
 }
 
 } // namespace zephyra

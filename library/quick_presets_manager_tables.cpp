@@ -1,6 +1,7 @@
 // The preset store's two tables: what they list, what is selected in them, and their buttons.
 
 #include "library/bank_edits.h"
+#include "library/preset_edits.h"
 #include "library/preset_tables.h"
 #include "library/quick_presets_manager.h"
 
@@ -29,8 +30,13 @@ void QuickPresetsManager::fillTableWithBankName() {
 
 void QuickPresetsManager::fillTableWithSnapshotsName() {
     // Stepping through a large bank must not sort and draw it anew each time.
-    if (const auto content = selectedContent(); !content || content != listedContent_) {
-        _listOfSnapshots = content ? sortedKeys(*content) : std::vector<std::string>();
+    if (const auto content = selectedContent(); !content || content != listedContent_.lock()) {
+        listed_ = content ? banks_.summaryOf(contentName_, content) : nullptr;
+        if (content && !listed_) listed_ = std::make_shared<const BankSummary>(summarize(*content));
+        _listOfSnapshots.clear();
+        if (listed_)
+            for (const auto& snapshot : listed_->snapshots)
+                _listOfSnapshots.push_back(snapshot.key);
         listedContent_ = content;
     }
     reloadPresets();
@@ -38,10 +44,9 @@ void QuickPresetsManager::fillTableWithSnapshotsName() {
 }
 
 void QuickPresetsManager::reloadPresets() {
-    if (isFiltered || (listedContent_ && shownContent_ == listedContent_)) return;
-    showRows(tables_[kPresetsTable], listedContent_ ? presetRows(*listedContent_, _listOfSnapshots)
-                                                    : std::vector<TableRow>());
-    shownContent_ = listedContent_;
+    if (isFiltered || (listed_ && shown_.lock() == listed_)) return;
+    showRows(tables_[kPresetsTable], listed_ ? presetRows(*listed_) : std::vector<TableRow>());
+    shown_ = listed_;
 }
 
 void QuickPresetsManager::refill() {
@@ -72,11 +77,15 @@ void QuickPresetsManager::selectRow(int table, std::size_t row) {
 QuickPresetsManager::Shown QuickPresetsManager::showSelection() {
     if (const auto row = bankRow()) {
         showBankRow(*row);
-        return showSnapRow() ? Shown::preset : Shown::bank;
+        if (!reader_.busy()) return showSnapRow() ? Shown::preset : Shown::bank;
+        whenRead([this] { refreshSnapshotSelection(); });
+        return Shown::coming;
     }
+    stopReading();
     tools_.saveEnabled = false;
     _listOfSnapshots.clear();
-    listedContent_ = nullptr;
+    listed_ = nullptr;
+    listedContent_.reset();
     if (!isFiltered) tables_[kBanksTable].selected.reset();
     reloadPresets();
     showHideTools();
@@ -90,14 +99,16 @@ std::string_view QuickPresetsManager::whatIsMissing(Shown shown) {
     case Shown::bank:
         return "NO Snapshot was Selected!";
     case Shown::preset:
+    case Shown::coming:
         break;
     }
     return {};
 }
 
 void QuickPresetsManager::refreshBankSelection() {
-    if (const Shown shown = showSelection(); shown != Shown::preset)
-        instance_.log.write(whatIsMissing(shown));
+    const Shown shown = showSelection();
+    if (const std::string_view line = whatIsMissing(shown); !line.empty())
+        instance_.log.write(line);
 }
 
 void QuickPresetsManager::refreshSnapshotSelection() {
@@ -120,13 +131,18 @@ void QuickPresetsManager::showBankRow(std::size_t row) {
     fillTableWithSnapshotsName();
 }
 
-void QuickPresetsManager::selectBankRow(std::size_t row) {
+/// then runs with the bank's presets listed.
+void QuickPresetsManager::selectBankRow(std::size_t row, Task then) {
+    ++choices_;
     showBankRow(row);
-    refreshSnapshotSelection();
+    whenRead([this, then = std::move(then)] {
+        refreshSnapshotSelection();
+        if (then) then();
+    });
 }
 
 void QuickPresetsManager::selectSnapRow(std::size_t row) {
-    _currentSnapNameSelected = _listOfSnapshots[row];
+    choose(_currentSnapNameSelected, _listOfSnapshots[row]);
     selectRow(kPresetsTable, row);
     LOAD_SNAPSHOT_WITH_FADE();
 }
@@ -135,7 +151,9 @@ void QuickPresetsManager::tableView_didSelectRowAtIndexPath(int table, std::size
     if (isFiltered) return selectFoundRow(table, row);
     if (table == kBanksTable && row < _listOfBank.size()) {
         shownProblem_.clear(); // whoever taps a bank wants to know again what is wrong with it
-        selectBankRow(row);
+        inTurn([this, name = _listOfBank[row].name] {
+            if (const auto now = rowOf(_listOfBank, name, &ListedBank::name)) selectBankRow(*now);
+        });
     } else if (table == kPresetsTable && row < _listOfSnapshots.size()) {
         selectSnapRow(row);
     }
@@ -165,18 +183,16 @@ void QuickPresetsManager::tableView_moveRowAtIndexPath_toIndexPath(int table, st
     keys.erase(keys.begin() + static_cast<std::ptrdiff_t>(from));
     keys.insert(keys.begin() + static_cast<std::ptrdiff_t>(to), std::move(moved));
 
-    const auto sortList = [keys = std::move(keys)](Bank& bank) {
-        bank = renumberedBank(std::move(bank), keys);
-        return true;
-    };
-    changeBank(*selectedBank(), sortList, [this, tag](bool) {
-        refill();
-        if (!tag) return;
-        for (const std::string& key : _listOfSnapshots)
-            if (getSnapshotNameFromID(key) == tag) _currentSnapNameSelected = key;
-        fillTableWithSnapshotsName();
-        refreshSnapshotSelection();
-    });
+    changeBank(contentName_, orderingPresets(selectedContent(), std::move(keys)),
+               [this, tag](const auto&) {
+                   refill();
+                   if (!tag || !listed_) return;
+                   for (const auto& snapshot : listed_->snapshots)
+                       if (snapshot.hasTag && snapshot.tag == *tag)
+                           _currentSnapNameSelected = snapshot.key;
+                   fillTableWithSnapshotsName();
+                   refreshSnapshotSelection();
+               });
 }
 
 // --- buttons ---

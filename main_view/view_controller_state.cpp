@@ -142,7 +142,8 @@ AudioUnitViewController::restoreSelection(PropertyReader& state) {
     presets.setCurrentSelectedBankName(reader.text(selection_key::kBank).value_or(kNone));
     presets.setCurrentSelectedSnapID(reader.text(selection_key::kKey).value_or(kNone));
     presets.fillTableWithBankName();
-    return presets.showSelection(); // and the preset's row, without loading it
+    const auto shown = presets.showSelection(); // and the preset's row, without loading it
+    return shown == QuickPresetsManager::Shown::coming ? std::nullopt : std::optional(shown);
 }
 
 } // namespace zephyra

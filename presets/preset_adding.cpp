@@ -1,6 +1,7 @@
 #include "presets/preset_adding.h"
 
 #include "library/bank_edits.h"
+#include "library/preset_edits.h"
 #include "platform/clock.h"
 #include "platform/text/message_text.h"
 #include "presets/picked_presets.h"

@@ -1,6 +1,7 @@
 #include "presets/preset_saving.h"
 
 #include "library/bank_edits.h"
+#include "library/preset_edits.h"
 #include "platform/clock.h"
 #include "platform/files/folder_entries.h"
 #include "platform/text/message_text.h"
@@ -30,7 +31,7 @@ bool put(Bank& bank, const SavedPreset& saved, const PropertyDictionary& snapsho
     PropertyDictionary* record = recordNamed(bank, saved.name);
     if (record && !saved.replaces) return false;
     if (!record) {
-        const std::string key = snapshotKey(bank.size(), now);
+        const std::string key = freeSnapshotKey(bank, now);
         record =
             bank.insert_or_assign(key, PropertyDictionary{}).first->second.as<PropertyDictionary>();
     }

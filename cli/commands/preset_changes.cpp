@@ -1,7 +1,9 @@
 #include "cli/commands/commands.h"
 
 #include "cli/terminal/command_clock.h"
+#include "cli/terminal/interrupt.h"
 #include "library/bank_edits.h"
+#include "library/preset_edits.h"
 #include "platform/clock.h"
 #include "platform/files/file_name.h"
 #include "platform/text/message_text.h"
@@ -17,7 +19,7 @@ namespace zephyra {
 namespace {
 
 ExitCode fail(const std::string& message) {
-    return endWith(ExitCode::failure, message);
+    return endWith(failureOrInterrupt(), message);
 }
 
 ExitCode done(const std::string& message) {
@@ -42,11 +44,8 @@ Result<PickedPresets> pickOwnPresets(BankFolder& banks, const std::string& bank,
     return picked;
 }
 
-/// Nothing when the change stands on disk.
-std::optional<Failure> trouble(const BankFolder::Changed& changed, const std::string& bank) {
-    if (!changed.problem.empty()) return Failure{changed.problem};
-    if (changed.applied) return std::nullopt;
-    return Failure{quotedBank(bank) + " has been changed by another program; try again"};
+Failure nameIsTaken(const std::string& bank, const std::string& name) {
+    return {quotedBank(bank) + " has a preset " + inQuotes(name) + " already; choose another name"};
 }
 
 // --- rename ---
@@ -60,6 +59,8 @@ ExitCode renameBank(BankFolder& banks, const RenameRequest& request) {
     if (!name) return endWith(ExitCode::wrongUsage, name.message());
     const auto renamed = banks.rename(bank.value(), name.value());
     if (!renamed) return fail(renamed.message());
+    if (!renamed.value() && !banks.isInSharedFolder(bank.value()))
+        return fail(quotedBank(bank.value()) + " has been renamed or deleted by another program");
     if (!renamed.value())
         return fail("a bank " + quotedBank(name.value()) +
                     " is there already; choose another name");
@@ -71,15 +72,11 @@ ExitCode renamePreset(BankFolder& banks, const RenameRequest& request) {
     if (!picked) return fail(picked.message());
     const auto& [name, content, keys] = picked.value();
     if (hasSnapshotNamed(*content, request.name))
-        return fail(quotedBank(name) + " has a preset " + inQuotes(request.name) +
-                    " already; choose another name");
-    const BankFolder::Changed changed = banks.change(name, [&](Bank& bank) {
-        PropertyDictionary* const record = recordOf(bank, keys.front());
-        if (!record || hasSnapshotNamed(bank, request.name)) return false;
-        record->insert_or_assign(kSnapshotTags, request.name);
-        return true;
-    });
-    if (const auto wrong = trouble(changed, name)) return fail(wrong->message);
+        return fail(nameIsTaken(name, request.name).message);
+    const BankFolder::Changed changed =
+        banks.change(name, renamingPreset(content, keys.front(), request.name));
+    if (!changed.problem.empty()) return fail(changed.problem);
+    if (!changed.applied) return fail(nameIsTaken(name, request.name).message);
     return done(nameOf(*content, keys.front()) + " is " + inQuotes(request.name) + " now");
 }
 
@@ -94,13 +91,13 @@ ExitCode deleteBank(BankFolder& banks, const DeleteRequest& request) {
     if (!bank) return fail(bank.message());
     if (const auto users = checkIsUsersBank(banks, bank.value()); !users)
         return fail(users.message());
-    const auto summary = banks.summary(bank.value());
+    const auto seen = banks.read(bank.value());
     const std::string what =
         quotedBank(bank.value()) +
-        (summary ? " with " + countText(summary.value()->snapshots.size())
-                 : ", which cannot be read (`zephyra check` may find presets in it),");
+        (seen ? " with " + countText(seen.value()->size())
+              : ", which cannot be read (`zephyra check` may find presets in it),");
     if (!request.yes) return notWithoutYes(what);
-    const auto removed = banks.remove(bank.value());
+    const auto removed = banks.remove(bank.value(), seen ? seen.value() : nullptr);
     if (!removed) return fail(removed.message());
     if (!removed.value()) return fail(quotedBank(bank.value()) + " was deleted already");
     return done("deleted " + what);
@@ -115,12 +112,8 @@ ExitCode deletePresets(BankFolder& banks, const DeleteRequest& request) {
                                  : "all " + countText(keys.size()) + " of " + quotedBank(name);
     if (keys.empty()) return done(quotedBank(name) + " holds no preset");
     if (!request.yes) return notWithoutYes(what);
-    const BankFolder::Changed changed = banks.change(name, [&](Bank& bank) {
-        std::size_t erased = 0;
-        for (const std::string& key : keys) erased += bank.erase(key);
-        return erased > 0;
-    });
-    if (const auto wrong = trouble(changed, name)) return fail(wrong->message);
+    const auto changed = banks.change(name, deletingPresets(content, keys));
+    if (!changed.problem.empty()) return fail(changed.problem);
     return done("deleted " + what);
 }
 
@@ -152,15 +145,10 @@ ExitCode moveToBank(BankFolder& banks, const MoveRequest& request) {
     if (const ExitCode code = copyPresets(banks, picked.value(), target.value());
         code != ExitCode::success)
         return code;
-    const BankFolder::Changed changed = banks.change(name, [&](Bank& bank) {
-        for (const std::string& key : keys) {
-            const PropertyDictionary* const record = recordOf(bank, key);
-            // What somebody changed meanwhile was not copied like that.
-            if (record && *record == *recordOf(*content, key)) bank.erase(key);
-        }
-        return true;
-    });
-    if (const auto wrong = trouble(changed, name)) return fail(wrong->message);
+    // What somebody changed meanwhile was not copied like that.
+    const auto changed = banks.change(name, deletingPresets(content, keys));
+    if (!changed.problem.empty())
+        return fail(quotedBank(name) + " keeps what was copied: " + changed.problem);
     return ExitCode::success;
 }
 
@@ -176,15 +164,11 @@ ExitCode moveWithinBank(BankFolder& banks, const MoveRequest& request) {
                                                  " is a number from 1 to " +
                                                  std::to_string(content->size()) + ", not " +
                                                  inQuotes(*request.position));
-    const BankFolder::Changed changed = banks.change(name, [&](Bank& bank) {
-        std::vector<std::string> order = sortedKeys(bank);
-        if (std::erase(order, keys.front()) == 0) return false;
-        const std::size_t place = std::min<std::size_t>(*position - 1, order.size());
-        order.insert(order.begin() + static_cast<std::ptrdiff_t>(place), keys.front());
-        bank = renumberedBank(std::move(bank), std::move(order));
-        return true;
-    });
-    if (const auto wrong = trouble(changed, name)) return fail(wrong->message);
+    std::vector<std::string> order = sortedKeys(*content);
+    std::erase(order, keys.front());
+    order.insert(order.begin() + static_cast<std::ptrdiff_t>(*position - 1), keys.front());
+    const auto changed = banks.change(name, orderingPresets(content, std::move(order)));
+    if (!changed.problem.empty()) return fail(changed.problem);
     return done(nameOf(*content, keys.front()) + " is number " + std::to_string(*position) +
                 " of " + quotedBank(name) + " now");
 }
@@ -196,6 +180,7 @@ ExitCode withBanks(const CommandContext& context, ExitCode (*run)(BankFolder&, c
     const Folders& folders = context.folders;
     if (const auto ready = readySharedFolder(folders); !ready) return fail(ready.message());
     BankFolder banks(folders);
+    banks.setLockWait({.goesOn = [] { return !interrupted(); }});
     return run(banks, request);
 }
 

@@ -1,6 +1,7 @@
 #include "cli/commands/commands.h"
 
 #include "cli/terminal/command_clock.h"
+#include "cli/terminal/interrupt.h"
 #include "library/bank_edits.h"
 #include "platform/clock.h"
 #include "platform/files/folder_entries.h"
@@ -85,9 +86,10 @@ ExitCode runPresetImport(const CommandContext& context, const PresetImportReques
     if (const auto ready = readySharedFolder(folders); !ready)
         return endWith(ExitCode::failure, ready.message());
     BankFolder banks(folders);
+    banks.setLockWait({.goesOn = [] { return !interrupted(); }});
     for (const ReadFile& file : files) {
         const auto imported = importFile(banks, request, file);
-        if (!imported) return endWith(ExitCode::failure, imported.message());
+        if (!imported) return endWith(failureOrInterrupt(), imported.message());
         if (const ExitCode code = printOut(imported.value()); code != ExitCode::success)
             return code;
     }

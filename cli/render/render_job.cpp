@@ -170,6 +170,7 @@ RenderEnd renderFile(const RenderRequest& request, const Folders& folders, const
                      ProgressBar::Shown bar, const std::function<void(double share)>& told,
                      LogSink log) {
     BankFolder banks(folders, known.banks);
+    banks.setLockWait({.goesOn = [] { return !interrupted(); }});
     if (request.savedPreset)
         if (const auto free = checkPresetSaving(banks, *request.savedPreset); !free)
             return wrongUsage(free.message());
@@ -194,7 +195,7 @@ RenderEnd renderFile(const RenderRequest& request, const Folders& folders, const
     const Result<RenderStatistics> statistics = renderAll(job, bar, told);
     if (!statistics) return failed(statistics.message());
     if (const auto saved = saveAll(job, statistics.value(), banks); !saved)
-        return failed(saved.message());
+        return {.code = failureOrInterrupt(), .message = saved.message()};
     return success(job, read.value(), statistics.value());
 }
 

@@ -1,6 +1,8 @@
 // interrupted: whether the user asked the program to stop.
 #pragma once
 
+#include "cli/terminal/exit_code.h"
+
 namespace zephyra {
 
 /// From now on Ctrl-C and a polite kill only set a flag, so that no half-written file stays behind,
@@ -14,5 +16,10 @@ void watchInterruptsOfParent();
 
 /// Whether such a signal has come. Any thread.
 bool interrupted() noexcept;
+
+/// How a command ends that waited for another program and got no further. Any thread.
+inline ExitCode failureOrInterrupt() noexcept {
+    return interrupted() ? ExitCode::interrupted : ExitCode::failure;
+}
 
 } // namespace zephyra

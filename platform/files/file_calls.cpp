@@ -159,8 +159,8 @@ std::error_code flush(int descriptor, const fs::path& path) {
     return attempt(FileCall::flush, path, [&] { return ::fsync(descriptor); });
 }
 
-std::error_code lock(int descriptor, const fs::path& path) {
-    return attempt(FileCall::lock, path, [&] { return ::flock(descriptor, LOCK_EX); });
+std::error_code tryLock(int descriptor, const fs::path& path) {
+    return attempt(FileCall::lock, path, [&] { return ::flock(descriptor, LOCK_EX | LOCK_NB); });
 }
 
 void unlock(int descriptor) {

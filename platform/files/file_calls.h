@@ -73,8 +73,8 @@ std::size_t read(int descriptor, std::span<std::byte> bytes, const std::filesyst
 std::size_t readAt(int descriptor, std::uint64_t offset, std::span<std::byte> bytes,
                    const std::filesystem::path& path, std::error_code& error);
 std::error_code flush(int descriptor, const std::filesystem::path& path);
-/// Waits for an exclusive lock of the open file.
-std::error_code lock(int descriptor, const std::filesystem::path& path);
+/// Takes an exclusive lock of the open file; std::errc::operation_would_block while another has it.
+std::error_code tryLock(int descriptor, const std::filesystem::path& path);
 /// Lets go of it, which closing alone does not do while a forked process has the file open, too.
 /// Cannot fail, and the gate is not asked.
 void unlock(int descriptor);

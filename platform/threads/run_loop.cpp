@@ -155,6 +155,10 @@ void RunLoop::advanceByWall(double seconds) {
     run(seconds + wallOffset_);
 }
 
+bool RunLoop::isPaced() const {
+    return clock_ == Clock::wall && std::isfinite(wallOffset_);
+}
+
 void RunLoop::setClock(Clock clock) {
     clock_ = clock;
     wallOffset_ = -std::numeric_limits<double>::infinity();

@@ -98,6 +98,10 @@ public:
     /// leaves MAIN would keep everybody waiting. Any thread but RENDER.
     bool tryAdvanceByWall(double seconds);
 
+    /// Whether a WallClockDriver advances it: who holds it up then holds up all instances, so long
+    /// work belongs on WORKER. Else whoever drives it waits for such work anyway. MAIN.
+    bool isPaced() const;
+
     /// advance(now()): the main queue only.
     void runPosted() { advance(now()); }
 

@@ -3,12 +3,17 @@
 #include "cli/commands/commands.h"
 #include "cli/terminal/interrupt.h"
 #include "library/bank_edits.h"
+#include "library/bank_folder.h"
+#include "platform/files/file_calls.h"
+#include "platform/files/file_lock.h"
 #include "stream/kept_sound.h"
 #include "tests/cli/program.h"
 
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
 #include <unistd.h>
 
 namespace zephyra {
@@ -342,6 +347,56 @@ TEST_F(Library, CheckNamesWhatIsWrongAtItsKeyAndMendsACopyOnly) {
     Bank mended = bankIn(shared() / "Bad (mended).zephyra");
     EXPECT_FALSE(recordOf(mended, "1 - b")->contains("Pan_0"));
     EXPECT_TRUE(recordOf(mended, "1 - b")->contains("Sample_0"));
+}
+
+/// The program that has the file open beside this one; -1 when none comes to that.
+pid_t otherThatOpened(const std::filesystem::path& file) {
+    std::error_code ignored; // processes end, and some are others'
+    for (int tries = 0; tries < 2000; ++tries) {
+        for (const std::string& process : file_calls::list("/proc", ignored)) {
+            const pid_t pid = std::atoi(process.c_str());
+            if (pid <= 0 || pid == ::getpid()) continue;
+            const auto files = std::filesystem::path("/proc") / process / "fd";
+            for (const std::string& open : file_calls::list(files, ignored))
+                if (std::filesystem::read_symlink(files / open, ignored) == file) return pid;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return -1;
+}
+
+TEST_F(Library, WaitsForAnotherProgramAndMeetsNothingThatItMovedNorGoesOnWhenTheUserStops) {
+    const Bank before = bankIn(shared() / "Clouds.zephyra");
+    const Bank theirs = renumberedBank(before, {"1 - b", "0 - a", "2 - c"});
+    const struct {
+        const char *arguments, *said;
+    } cases[] = {
+        {"preset delete Clouds Haze --yes", "\"Haze\" stands elsewhere"},
+        {"preset delete Clouds '*' --yes", "\"Haze\" stands elsewhere"},
+        {"preset rename Clouds 1 Fog", "\"Haze\" stands elsewhere"},
+        {"preset move Clouds 3 1", "\"Haze\" stands elsewhere"},
+        {"preset delete Clouds --yes", "\"Clouds\" has been changed by another program"},
+    };
+    for (const auto& [arguments, said] : cases)
+        for (const bool isStopped : {true, false}) {
+            SCOPED_TRACE(arguments);
+            put(shared() / "Clouds.zephyra", before);
+            FileLock lock;
+            ASSERT_FALSE(lock.lock(shared() / BankFolder::kLockName));
+            ProgramRun ran;
+            std::thread program([&, words = arguments] { ran = run(words); });
+            const pid_t waiting = otherThatOpened(shared() / BankFolder::kLockName);
+            put(shared() / "Clouds.zephyra", theirs);
+            if (isStopped && waiting > 0)
+                ::kill(waiting, SIGINT);
+            else
+                lock.unlock();
+            program.join();
+            EXPECT_EQ(ran.code, isStopped ? 130 : 1);
+            EXPECT_THAT(ran.err,
+                        HasSubstr(isStopped ? "interrupted while another program held" : said));
+            EXPECT_TRUE(bankIn(shared() / "Clouds.zephyra") == theirs);
+        }
 }
 
 } // namespace

@@ -201,37 +201,5 @@ TEST(BankCrash, AProcessThatIsKilledWhileItSavesLosesNothingThatItSaved) {
     RecordProperty("saves", static_cast<int>(saves));
 }
 
-TEST(BankCrash, TwoProcessesThatSaveIntoOneBankLoseNothing) {
-    constexpr int presets = 100;
-    const Place place(Start::nowhere, fs::temp_directory_path());
-    const auto saveAll = [&place](const char* who) {
-        BankFolder banks(place.folders);
-        for (int i = 0; i < presets; ++i) {
-            const auto changed = banks.change(kName, [&](Bank& bank) {
-                const std::string key = std::to_string(bank.size()) + " - ";
-                return bank.emplace(key + who, named(who + std::to_string(i))).second;
-            });
-            if (!changed.problem.empty() || !changed.applied) return 1;
-        }
-        return 0;
-    };
-    const pid_t first = inChild([&] { return saveAll("a"); });
-    const pid_t second = inChild([&] { return saveAll("b"); });
-    EXPECT_EQ(exitCode(first), 0);
-    EXPECT_EQ(exitCode(second), 0);
-    std::set<std::string> names;
-    const auto bank = readBank(place.bank());
-    ASSERT_TRUE(bank) << bank.message();
-    for (const auto& entry : bank.value().bank)
-        names.insert(snapshotTag(entry.second).value_or(""));
-    EXPECT_EQ(bank.value().bank.size(), 2u * presets);
-    EXPECT_EQ(names.size(), 2u * presets);
-    for (int i = 0; i < 2 * presets; ++i) {
-        const auto key = std::to_string(i) + " - ";
-        EXPECT_EQ(bank.value().bank.contains(key + "a") + bank.value().bank.contains(key + "b"), 1)
-            << key;
-    }
-}
-
 } // namespace
 } // namespace zephyra

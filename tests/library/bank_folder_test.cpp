@@ -1,6 +1,7 @@
 #include "library/bank_folder.h"
 
 #include "library/bank_edits.h"
+#include "library/preset_edits.h"
 #include "platform/files/file_calls.h"
 #include "tests/library/bank_fixture.h"
 
@@ -192,6 +193,44 @@ TEST_F(BankFolderTest, WhatCannotBeWrittenIsShownAndWrittenWithTheNextChange) {
     EXPECT_TRUE(banks_.remove("Fresh.zephyra").value());
     EXPECT_FALSE(banks_.remove("Fresh.zephyra").value());
     EXPECT_EQ(banks_.list().size(), 2u);
+}
+
+TEST_F(BankFolderTest, ALockThatStaysTakenIsNamedAndOneWhoStopsWaitingChangesNothing) {
+    ASSERT_EQ(banks_.change(kName, adding("0 - a")).problem, "");
+    FileLock other;
+    ASSERT_FALSE(other.lock(folders_.shared / BankFolder::kLockName));
+    banks_.setLockWait({.seconds = 0.01});
+    const auto late = banks_.change(kName, adding("1 - b"));
+    EXPECT_TRUE(late.applied);
+    for (const std::string& problem :
+         {late.problem, banks_.create("New.zephyra").message(), banks_.remove(kName).message(),
+          banks_.rename(kName, "New.zephyra").message()})
+        EXPECT_THAT(problem, HasSubstr((folders_.shared / BankFolder::kLockName).string()));
+    banks_.setLockWait({.goesOn = [] { return false; }});
+    const auto stopped = banks_.change(kName, adding("2 - c"));
+    EXPECT_THAT(stopped.problem, HasSubstr("interrupted"));
+    EXPECT_FALSE(stopped.applied);
+    EXPECT_THAT(keys(kName), ElementsAre("0 - a", "1 - b"));
+    other.unlock();
+    EXPECT_EQ(banks_.change(kName, adding("3 - d")).problem, "");
+    EXPECT_THAT(sortedKeys(readBank(folders_.shared / kName).value().bank),
+                ElementsAre("0 - a", "1 - b", "3 - d"));
+}
+
+TEST_F(BankFolderTest, AnUnwrittenChangeOfAPresetThatAnotherProgramChangedIsGivenUpWithALine) {
+    BankFolder other(folders_);
+    ASSERT_EQ(banks_.change(kName, adding("0 - a")).problem, "");
+    {
+        const CallsOf noSpace(FileCall::write, ENOSPC);
+        const auto seen = banks_.read(kName).value();
+        EXPECT_TRUE(banks_.change(kName, renamingPreset(seen, "0 - a", "Mine")).applied);
+    }
+    const auto theirs = other.read(kName).value();
+    EXPECT_TRUE(other.change(kName, renamingPreset(theirs, "0 - a", "Theirs")).applied);
+    EXPECT_EQ(keys(kName).size(), 1u); // as it is looked at it is not given up yet
+    EXPECT_THAT(banks_.retryAll(), ElementsAre(HasSubstr("\"Name\"")));
+    EXPECT_FALSE(banks_.hasUnwritten(kName));
+    EXPECT_EQ(snapshotTag(*banks_.read(kName).value(), "0 - a"), "Theirs");
 }
 
 TEST_F(BankFolderTest, WhatCouldNotBeReadAgainIsNotWrittenAndHindersNothing) {

@@ -1,20 +1,28 @@
 #include "library/quick_presets_manager.h"
 
 #include "platform/audio_unit/midi_notices.h"
+#include "platform/files/folder_entries.h"
 #include "tests/library/bank_fixture.h"
 #include "tests/support/heard_instance.h"
 
+#include <atomic>
 #include <cerrno>
+#include <chrono>
+#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <thread>
 #include <utility>
 
 namespace zephyra {
 namespace {
 
+using ::testing::AnyOf;
 using ::testing::Contains;
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 constexpr const char* kSuffix = ".zephyra";
 constexpr int kBanks = QuickPresetsManager::kBanksTable;
@@ -25,9 +33,11 @@ struct TwoFolders {
     TemporaryFolder shared, resources;
 };
 
-/// A store with its view, and a user who answers its alerts.
+/// A store with its view, and a user who answers its alerts. With a paced run loop, files are the
+/// workers'.
 struct Store : QuickPresetsManagerDelegate {
-    explicit Store(const TwoFolders& folders) {
+    explicit Store(const TwoFolders& folders, bool isPaced = false) {
+        if (isPaced) instance.runLoop.tryAdvanceByWall(0);
         instance.clock.fix(1794750533);
         instance.folders = {folders.shared.path(), folders.resources.path()};
     }
@@ -39,7 +49,14 @@ struct Store : QuickPresetsManagerDelegate {
     void restoreStateProc(const PropertyDictionary& record) override {
         restored += *record.at(kSnapshotTags).as<std::string>() + " ";
     }
-    void run() { instance.runLoop.runPosted(); }
+    /// Until nothing is left to do.
+    void run() {
+        instance.runLoop.runPosted();
+        for (int chained = 0; chained < 8; ++chained) {
+            instance.runLoop.waitForWork();
+            instance.runLoop.runPosted();
+        }
+    }
     /// "title: message" of the alert that waits; empty for none.
     std::string alert() {
         run();
@@ -58,9 +75,14 @@ struct Store : QuickPresetsManagerDelegate {
     void select(const std::string& bank) {
         (*this)->setCurrentSelectedBankName(bank + ".zephyra");
         (*this)->viewWillAppear();
+        run();
     }
-    /// What a table shows, "*" before the selected row.
+    /// What a table shows in the end, "*" before the selected row.
     std::vector<std::string> rows(int table) {
+        run();
+        return shown(table);
+    }
+    std::vector<std::string> shown(int table) {
         std::vector<std::string> titles;
         const LibraryTable& shown = (*this)->table(table);
         for (const TableRow& row : shown.sections[0].rows) {
@@ -68,6 +90,14 @@ struct Store : QuickPresetsManagerDelegate {
             titles.back() += row.title;
         }
         return titles;
+    }
+    /// As MAIN goes on, while WORKER may wait. False when it does not come to that.
+    bool comesToShow(int table, const std::vector<std::string>& titles) {
+        for (int n = 0; n < 2000 && shown(table) != titles; ++n) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            instance.runLoop.runPosted();
+        }
+        return shown(table) == titles;
     }
     /// Names, since the last call.
     std::string loaded() {
@@ -81,8 +111,9 @@ struct Store : QuickPresetsManagerDelegate {
     std::unique_ptr<QuickPresetsManager> manager;
 };
 
-class Presets : public ::testing::Test {
+class StoreTest : public ::testing::Test {
 protected:
+    explicit StoreTest(bool isPaced) : store(folders, isPaced) {}
     static void write(const std::filesystem::path& file, const Bank& bank) {
         ASSERT_TRUE(writeBank(file, bank));
     }
@@ -91,13 +122,33 @@ protected:
         write(folders.file("b"), {});
         write(folders.file("c"), {{"0 - x", named("C0")}});
     }
-    Bank onDisk(const std::string& name) { return readBank(folders.file(name)).value().bank; }
+    Bank onDisk(const std::string& name) {
+        store.run();
+        return readBank(folders.file(name)).value().bank;
+    }
 
     TwoFolders folders;
-    Store store{folders};
+    Store store;
 };
 
-TEST_F(Presets, OnlyWhoRefreshesASelectionHearsThatThereIsNone) {
+/// Whether the run loop is paced.
+struct Presets : StoreTest, ::testing::WithParamInterface<bool> {
+    Presets() : StoreTest(GetParam()) {}
+};
+
+INSTANTIATE_TEST_SUITE_P(PacedOrNot, Presets, testing::Bool());
+
+/// Another program has the lock.
+struct WaitingPresets : StoreTest {
+    WaitingPresets() : StoreTest(true) {
+        threeBanks();
+        store.select("a");
+        EXPECT_FALSE(lock.lock(folders.shared / BankFolder::kLockName));
+    }
+    FileLock lock;
+};
+
+TEST_P(Presets, OnlyWhoRefreshesASelectionHearsThatThereIsNone) {
     threeBanks();
     std::vector<std::string>& lines = store.instance.lines;
     store->showSelection();
@@ -113,7 +164,7 @@ TEST_F(Presets, OnlyWhoRefreshesASelectionHearsThatThereIsNone) {
     EXPECT_THAT(lines, ElementsAre());
 }
 
-TEST_F(Presets, ASaveMakesABankAndAsksForANameThatIsNotTakenAndAFileName) {
+TEST_P(Presets, ASaveMakesABankAndAsksForANameThatIsNotTakenAndAFileName) {
     const DateAndTime now = currentDateAndTime(store.instance.clock);
     store->saveSnapAs();
     const std::string key = "0 - " + now.date + " | " + now.time;
@@ -139,7 +190,7 @@ TEST_F(Presets, ASaveMakesABankAndAsksForANameThatIsNotTakenAndAFileName) {
     }
 }
 
-TEST_F(Presets, AChosenBankGetsThePresetThoughRowsMoveMeanwhile) {
+TEST_P(Presets, AChosenBankGetsThePresetThoughRowsMoveMeanwhile) {
     threeBanks();
     store.select("a");
     store->saveSnapAs();
@@ -152,7 +203,7 @@ TEST_F(Presets, AChosenBankGetsThePresetThoughRowsMoveMeanwhile) {
     EXPECT_THAT(store.rows(kBanks), ElementsAre("c", "*b", "aa", "a"));
 }
 
-TEST_F(Presets, OverwritingReplacesWhatTheStateHasAndNothingElse) {
+TEST_P(Presets, OverwritingReplacesWhatTheStateHasAndNothingElse) {
     Bank bank = {{"0", named("A0")}, {"1", named("A1")}};
     recordOf(bank, "0")->emplace("Foreign", "kept");
     write(folders.file("a"), bank);
@@ -168,7 +219,7 @@ TEST_F(Presets, OverwritingReplacesWhatTheStateHasAndNothingElse) {
     EXPECT_TRUE(onDisk("a") == bank);
 }
 
-TEST_F(Presets, AFactoryBankIsLockedAndSavingIntoItMakesAUsersBankOfItsName) {
+TEST_P(Presets, AFactoryBankIsLockedAndSavingIntoItMakesAUsersBankOfItsName) {
     const auto factory = folders.resources / "Clouds.zephyra";
     write(factory, {{"0", named("Mist")}});
     store.select("Clouds");
@@ -182,7 +233,7 @@ TEST_F(Presets, AFactoryBankIsLockedAndSavingIntoItMakesAUsersBankOfItsName) {
     EXPECT_EQ(onDisk("Clouds").size(), 3u);
 }
 
-TEST_F(Presets, PresetsAndBanksTakeANewNameUnlessTheyCannot) {
+TEST_P(Presets, PresetsAndBanksTakeANewNameUnlessTheyCannot) {
     const std::string existing = "Warning: Existing file name";
     const std::string invalid = "Warning: Invalid file name";
     const struct {
@@ -218,7 +269,7 @@ TEST_F(Presets, PresetsAndBanksTakeANewNameUnlessTheyCannot) {
     }
 }
 
-TEST_F(Presets, ABankWhoseFileHasAnOddNameIsUsedAndRenamedUnderTheNameItIsShownBy) {
+TEST_P(Presets, ABankWhoseFileHasAnOddNameIsUsedAndRenamedUnderTheNameItIsShownBy) {
     write(folders.file("b\xff"), {{"0", named("A")}});
     store.select("b\\xFF");
     EXPECT_THAT(store.rows(kBanks), ElementsAre("*b\\xFF"));
@@ -234,7 +285,7 @@ TEST_F(Presets, ABankWhoseFileHasAnOddNameIsUsedAndRenamedUnderTheNameItIsShownB
     EXPECT_EQ(onDisk("Plain").size(), 2u);
 }
 
-TEST_F(Presets, SteppingWrapsAroundAndAnIndexFromMidiIsTakenAsNearAsThereIsOne) {
+TEST_P(Presets, SteppingWrapsAroundAndAnIndexFromMidiIsTakenAsNearAsThereIsOne) {
     threeBanks();
     store->loadDefaultSnapshot_snapID("a.zephyra", "0 - x");
     EXPECT_EQ(store.restored, ""); // not before the caller has returned
@@ -263,7 +314,7 @@ TEST_F(Presets, SteppingWrapsAroundAndAnIndexFromMidiIsTakenAsNearAsThereIsOne) 
     EXPECT_EQ(store.loaded(), "A0 ");
 }
 
-TEST_F(Presets, ASearchListsPresetsAndBehindThemTheirBank) {
+TEST_P(Presets, ASearchListsPresetsAndBehindThemTheirBank) {
     threeBanks();
     writeText(folders.file("broken a0"), "?");
     write(folders.resources / "User a0.zephyra", {{"k", named("a0 É")}, {"l", named("none")}});
@@ -277,23 +328,30 @@ TEST_F(Presets, ASearchListsPresetsAndBehindThemTheirBank) {
     store->tableView_didSelectRowAtIndexPath(kPresets, 2);
     EXPECT_EQ(store.loaded(), "A0 ");
     EXPECT_THAT(store.rows(kPresets), ElementsAre("*A0", "A1"));
+    store->searchBarSearchButtonClicked("c0");
+    store->searchBarSearchButtonClicked("");
+    EXPECT_THAT(store.rows(kPresets), ElementsAre("*A0", "A1"));
+    store->searchBarSearchButtonClicked("c0");
+    store->searchBarTextDidEndEditing("");
+    EXPECT_THAT(store.rows(kPresets), ElementsAre("*A0", "A1"));
     store->searchBarSearchButtonClicked("user");
+    store.run();
     store->tableView_didSelectRowAtIndexPath(kPresets, 0); // the bank itself
     EXPECT_EQ(store.loaded(), "");
     EXPECT_THAT(store.rows(kBanks), Contains("*User a0"));
 }
 
-TEST_F(Presets, MovingAPresetRenumbersTheBankAndKeepsTheSelection) {
+TEST_P(Presets, MovingAPresetRenumbersTheBankAndKeepsTheSelection) {
     write(folders.file("a"), {{"0 - x", named("A")}, {"1 - y", named("B")}, {"2 - z", named("C")}});
     store.select("a");
     store->setCurrentSelectedSnapID("1 - y");
     store->tableView_moveRowAtIndexPath_toIndexPath(kPresets, 2, 0);
-    EXPECT_THAT(store->getListOfSnapshots(), ElementsAre("0.000 - z", "0.001 - x", "0.002 - y"));
     EXPECT_THAT(store.rows(kPresets), ElementsAre("C", "A", "*B"));
+    EXPECT_THAT(store->getListOfSnapshots(), ElementsAre("0.000 - z", "0.001 - x", "0.002 - y"));
     EXPECT_TRUE(onDisk("a") == *store->getSelectedBankDictionary());
 }
 
-TEST_F(Presets, DeletingTakesAwayWhatTheUserSawAndNothingOfAStoreThatIsGone) {
+TEST_P(Presets, DeletingTakesAwayWhatTheUserSawAndNothingOfAStoreThatIsGone) {
     threeBanks();
     store.select("a");
     store->tableView_commitDeleteForRowAtIndexPath(kPresets, 0);
@@ -314,7 +372,7 @@ TEST_F(Presets, DeletingTakesAwayWhatTheUserSawAndNothingOfAStoreThatIsGone) {
     EXPECT_EQ(onDisk("c").size(), 1u);
 }
 
-TEST_F(Presets, WhatCannotBeReadStaysUntilTheUserAgreesAndWhatCannotBeWrittenIsWrittenLater) {
+TEST_P(Presets, WhatCannotBeReadStaysUntilTheUserAgreesAndWhatCannotBeWrittenIsWrittenLater) {
     threeBanks();
     writeText(folders.file("b"), "<plist><dict><key>cut");
     store.select("b");
@@ -344,7 +402,7 @@ TEST_F(Presets, WhatCannotBeReadStaysUntilTheUserAgreesAndWhatCannotBeWrittenIsW
     EXPECT_TRUE(hasSnapshotNamed(onDisk("c"), "New"));
 }
 
-TEST_F(Presets, ABankThatIsGoneLeavesNothingToTheOneNamedInItsPlace) {
+TEST_P(Presets, ABankThatIsGoneLeavesNothingToTheOneNamedInItsPlace) {
     threeBanks();
     store.select("a");
     store->loadDefaultSnapshot_snapID("gone.zephyra", "0 - x");
@@ -354,17 +412,185 @@ TEST_F(Presets, ABankThatIsGoneLeavesNothingToTheOneNamedInItsPlace) {
     EXPECT_EQ(onDisk("gone").size(), 1u);
 }
 
-TEST_F(Presets, TwoInstancesSeeEachOthersBanksAndLoseNothing) {
+TEST_P(Presets, TwoInstancesSeeEachOthersBanksAndLoseNothing) {
     threeBanks();
-    Store other{folders};
+    Store other{folders, GetParam()};
     other.select("c");
     store.select("c");
     store.saveAs("Mine");
     other.saveAs("Theirs");
     EXPECT_THAT(other.rows(kPresets), ElementsAre("C0", "Mine", "*Theirs"));
     other->addBank();
-    store.run();
+    other.run();
     EXPECT_EQ(store.rows(kBanks).size(), 4u);
+    other->renameSnapshot(kBanks, 0);
+    other.answer("OK", "Zebra");
+    EXPECT_THAT(store.rows(kBanks), Contains("Zebra"));
+    other->tableView_commitDeleteForRowAtIndexPath(kBanks, 0);
+    other.run();
+    EXPECT_EQ(store.rows(kBanks).size(), 3u);
+}
+
+TEST_P(Presets, AChangeOfWhatAnotherProgramMovedOrChangedIsRefusedAndMeetsNoNeighbour) {
+    const Bank seen = {{"0 - x", named("A")}, {"1 - x", named("B")}, {"2 - x", named("C")}};
+    const Bank moved = renumberedBank(seen, {"2 - x", "0 - x", "1 - x"});
+    const Bank same = {{"0 - x", named("B")}, {"1 - x", named("A")}, {"2 - x", named("C")}};
+    Bank changed = seen;
+    recordOf(changed, "0 - x")->emplace("Density_0", 7.0);
+    const std::function<void()> changes[] = {
+        [&] { store->tableView_commitDeleteForRowAtIndexPath(kPresets, 0); },
+        [&] { store->tableView_moveRowAtIndexPath_toIndexPath(kPresets, 0, 2); },
+        [&] { store->performSnapOverwrite(); },
+        [&] { store->renameCurrentSnapshot("D"); },
+        [&] { store.answer("YES"); },     // delete all
+        [&] { store.answer("OK", "D"); }, // rename
+        [&] { store.answer("YES"); },     // overwrite
+        [&] { store->tableView_commitDeleteForRowAtIndexPath(kBanks, 0); }};
+    for (int n = 0; n < 8; ++n)
+        for (const Bank& theirs : {moved, same, changed, Bank{{"2 - x", named("C")}}}) {
+            SCOPED_TRACE(n);
+            write(folders.file("a"), seen);
+            store->loadDefaultSnapshot_snapID("a.zephyra", "0 - x");
+            store.run();
+            if (n == 4) store->deleteAllSnapshots();
+            if (n == 5) store->renameSnapshot(kPresets, 0);
+            if (n == 6) store->overwriteSnapshot();
+            store.run();
+            write(folders.file("a"), theirs);
+            changes[n]();
+            EXPECT_THAT(store.alert(), AnyOf(HasSubstr("\"A\" "), HasSubstr("\"a\" has been")));
+            EXPECT_TRUE(onDisk("a") == theirs);
+            store.answer("Ok");
+            EXPECT_EQ(store.alert(), "");
+        }
+}
+
+TEST_P(Presets, ASaveThatIsWrittenLaterTakesNoKeyThatAnotherProgramTookMeanwhile) {
+    threeBanks();
+    store.select("a");
+    {
+        const CallsOf noSpace(FileCall::write, ENOSPC);
+        store->setCurrentSelectedSnapID("1 - x");
+        store->renameCurrentSnapshot("A2");
+        store.answer("Ok");
+        store.saveAs("Mine");
+        store.answer("Ok");
+    }
+    const std::string key = store->getCurrentSelectedSnapID();
+    Bank theirs = onDisk("a");
+    theirs.erase("0 - x"); // and the count names a key that is taken
+    recordOf(theirs, "1 - x")->emplace("Density_0", 7.0);
+    theirs.emplace(key, named("Theirs"));
+    write(folders.file("a"), theirs);
+    store->writeBankToDisk();
+    theirs = onDisk("a");
+    EXPECT_EQ(theirs.size(), 3u);
+    EXPECT_EQ(snapshotTag(theirs, key), "Theirs");
+    EXPECT_TRUE(hasSnapshotNamed(theirs, "Mine") && hasSnapshotNamed(theirs, "A1"));
+    EXPECT_THAT(store.alert(), HasSubstr("\"A1\"")); // was not renamed
+}
+
+TEST_P(Presets, WhatIsAskedOfABankThatIsBeingReadIsDoneWithWhatComes) {
+    threeBanks();
+    store->selectBankFromIndex(2);
+    store->selectSnapFromIndex(0);
+    store->cancelLoadsBefore(store.instance.states.ask()); // a session comes
+    EXPECT_EQ(store.loaded(), "");
+    store.select("a");
+    store->selectBankFromIndex(1);
+    store->nextSnap();
+    store->setCurrentSelectedBankName("a.zephyra");
+    store->showSelection(); // which need not be read
+    EXPECT_NE(store.loaded(), "");
+
+    std::atomic<int> reads{0};
+    const GateScope gate([&](FileCall call, const std::filesystem::path& path) {
+        if (call == FileCall::read && path == folders.file("d") && ++reads == 1)
+            write(path, {{"0 - x", named("New")}}); // while the old one is open
+        return 0;
+    });
+    write(folders.file("d"), {{"0 - x", named("Old")}});
+    store.select("d");
+    if (!GetParam()) store->viewWillAppear();
+    EXPECT_THAT(store.rows(kPresets), ElementsAre(HasSubstr("New")));
+}
+
+TEST_F(WaitingPresets, AreShownAndWrittenInOrderWhileTheUserGoesOnPlaying) {
+    store.state.emplace("Number", 1);
+    store->saveSnap();
+    EXPECT_TRUE(store.comesToShow(kPresets, {"A0", "A1", "<unnamed>"}));
+    store->tableView_commitDeleteForRowAtIndexPath(kPresets, 0); // behind the first
+    store.state["Number"] = 2;
+    store->saveSnap();
+    store->tableView_commitDeleteForRowAtIndexPath(kBanks, 1);
+    store->tableView_didSelectRowAtIndexPath(kBanks, 2);
+    store.instance.notifications.post(midi_notice::kSelectPreset, 0);
+    EXPECT_TRUE(store.comesToShow(kPresets, {"*C0"}));
+    EXPECT_EQ(std::exchange(store.restored, {}), "C0 ");
+    EXPECT_EQ(readBank(folders.file("a")).value().bank.size(), 2u);
+    lock.unlock();
+    const Bank bank = onDisk("a");
+    std::vector<PropertyValue> numbers;
+    for (const auto& [key, record] : bank)
+        if (snapshotTag(record) == kUnnamed)
+            numbers.push_back(record.as<PropertyDictionary>()->at("Number"));
+    EXPECT_THAT(numbers, ElementsAre(PropertyValue(1), PropertyValue(2)));
+    EXPECT_EQ(bank.size(), 3u);
+    EXPECT_THAT(store.rows(kPresets), ElementsAre("*C0")); // what was chosen meanwhile stays
+    EXPECT_THAT(store.rows(kBanks), ElementsAre("a", "*c"));
+    write(folders.file("a"), {{"0 - x", named("Theirs")}}); // and what waited is forgotten
+    store.select("a");
+    EXPECT_THAT(store.rows(kPresets), ElementsAre("*Theirs"));
+}
+
+TEST_F(WaitingPresets, StayInMemoryWhenTheLockIsNotFreeInTime) {
+    store->bankFolder().setLockWait({.seconds = 0.02});
+    store->saveSnap();
+    EXPECT_THAT(store.alert(), HasSubstr(BankFolder::kLockName));
+    store.answer("Ok");
+    EXPECT_THAT(store.rows(kPresets), ElementsAre("A0", "A1", "*<unnamed>"));
+    EXPECT_EQ(onDisk("a").size(), 2u);
+    lock.unlock();
+    store.manager.reset(); // the last chance
+    EXPECT_EQ(onDisk("a").size(), 3u);
+}
+
+TEST_F(WaitingPresets, AreWrittenThoughTheirStoreEnds) {
+    store->saveSnap();
+    store->saveSnap();
+    std::thread free([this] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(30));
+        lock.unlock();
+    });
+    store.manager.reset();
+    free.join();
+    EXPECT_EQ(onDisk("a").size(), 4u);
+}
+
+TEST_F(WaitingPresets, AreGivenUpWithALineWhenTheirStoreEndsAndTheLockIsNotFreeInTime) {
+    store->bankFolder().setLockWait({.seconds = 0.02});
+    for (int n = 0; n < 3; ++n) store->saveSnap();
+    store.manager.reset();
+    EXPECT_THAT(store.instance.lines, Contains(HasSubstr(BankFolder::kLockName)));
+    EXPECT_EQ(onDisk("a").size(), 2u);
+}
+
+TEST_F(WaitingPresets, GoIntoTheBankThatWasMadeOrRenamedBefore) {
+    store->addBank();
+    store->saveSnap();
+    EXPECT_THAT(store.shown(kBanks), ElementsAre(HasSubstr("*User"), "a", "b", "c"));
+    const std::string made = store->getCurrentSelectedBankName();
+    store->tableView_didSelectRowAtIndexPath(kBanks, 1);
+    store->renameSnapshot(kBanks, 1);
+    store.instance.runLoop.runPosted();
+    EXPECT_TRUE(store.instance.alerts.answer("OK", "Renamed"));
+    store->saveSnap();
+    lock.unlock();
+    EXPECT_EQ(onDisk("Renamed").size(), 3u);
+    EXPECT_EQ(onDisk(std::string(stemOf(made))).size(), 1u);
+    EXPECT_FALSE(std::filesystem::exists(folders.file("a")));
+    EXPECT_EQ(store.alert(), "");
+    EXPECT_THAT(store.instance.lines, Each(Not(HasSubstr("no file exist"))));
 }
 
 } // namespace
