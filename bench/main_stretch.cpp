@@ -4,11 +4,8 @@
 // host sends waits for the stretch that it meets, so each row shows the longest of its operation.
 // The machine's other work adds to it: run it on an idle one.
 
-#include "hosting/hosted_instance.h"
-#include "platform/sound/audio_file_float_wav.h"
-#include "tests/support/heard_instance.h"
+#include "bench/bench_system.h"
 #include "tests/support/temporary_folder.h"
-#include "tests/support/test_sounds.h"
 
 #include <algorithm>
 #include <chrono>
@@ -21,20 +18,7 @@
 namespace zephyra {
 namespace {
 
-constexpr double kMostMilliseconds = 2.0, kRate = 44100.0;
-
-struct System : HeardLog, HostedInstance {
-    explicit System(const std::filesystem::path& shared)
-        : HostedInstance(component_type::musicEffect, [&](Instance& fresh) {
-              hear(fresh);
-              fresh.folders.shared = shared;
-              fresh.folders.resources = ZEPHYRA_SOURCE_DIR "/resources";
-          }) {
-        connect();
-        unit->allocateRenderResourcesAndReturnError();
-        instance.runLoop.runPosted();
-    }
-};
+constexpr double kMostMilliseconds = 2.0;
 
 double now() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
@@ -47,23 +31,9 @@ double milliseconds(const std::function<void()>& work) {
     return 1000.0 * (now() - began);
 }
 
-/// A sound file of noise.
-std::filesystem::path soundFile(const std::filesystem::path& folder, double seconds) {
-    const auto path = folder / (std::to_string(static_cast<int>(seconds)) + ".wav");
-    const auto second = noiseSample(static_cast<std::uint64_t>(kRate), static_cast<float>(kRate));
-    FloatWavWriter writer;
-    auto done = writer.open(path, kRate, 1);
-    const float* const channel = second->getPtr();
-    for (double at = 0; done && at < seconds; ++at)
-        done = writer.write(&channel, static_cast<std::uint32_t>(kRate));
-    if (done) done = writer.close();
-    if (!done) std::exit((std::fprintf(stderr, "%s\n", done.message().c_str()), 1));
-    return path;
-}
-
 class Stretches {
 public:
-    explicit Stretches(System& system) : system_(system) {}
+    explicit Stretches(BenchSystem& system) : system_(system) {}
 
     /// What a window does: it is MAIN for as long as that takes.
     void row(const std::string& what, const std::function<void()>& act) {
@@ -120,12 +90,12 @@ private:
         return system_.view.sampleLoader.isLoading() || system_.view.liveExport.isSaving();
     }
 
-    System& system_;
+    BenchSystem& system_;
     double longest_ = 0.0;
     bool allMet_ = true;
 };
 
-void renderInput(System& system) {
+void renderInput(BenchSystem& system) {
     StereoBlock output(512);
     struct Input : AURenderPullInputBlock {
         OSStatus pullInput(std::uint32_t frames, std::int64_t,
@@ -144,11 +114,11 @@ void renderInput(System& system) {
     }
 }
 
-void measureSounds(System& system, Stretches& stretches, const std::filesystem::path& folder) {
+void measureSounds(BenchSystem& system, Stretches& stretches, const std::filesystem::path& folder) {
     auto& view = system.view;
-    for (const double seconds : {10.0, 60.0, 600.0, 3600.0}) {
-        const auto path = soundFile(folder, seconds);
-        const std::string length = std::to_string(static_cast<int>(seconds)) + " s";
+    for (const int seconds : {10, 60, 600, 3600}) {
+        const auto path = benchSound(folder, seconds);
+        const std::string length = std::to_string(seconds) + " s";
         stretches.row("to load " + length, [&] { view.loadSample(path); });
         stretches.row("to turn Normalize with " + length,
                       [&] { view._GRANULATOR_STREAM.setLinear(ControlId::normalize, 0.5f); });
@@ -158,7 +128,7 @@ void measureSounds(System& system, Stretches& stretches, const std::filesystem::
     stretches.row("to load 10 s in its place", [&] { view.loadSample(folder / "10.wav"); });
 }
 
-void measureLive(System& system, Stretches& stretches) {
+void measureLive(BenchSystem& system, Stretches& stretches) {
     auto& view = system.view;
     auto& stream = system.stream();
     stretches.row("to switch LIVE on", [&] { stream.setLinear(ControlId::live, 1.0f); });
@@ -173,11 +143,11 @@ void measureLive(System& system, Stretches& stretches) {
     stretches.hostRow("to save a session with what LIVE heard",
                       [&] { state = system.unit->getFullState(); });
     stretches.hostRow("to restore it", [&] { system.unit->setFullState(state); });
-    stretches.row("to make a preset of what LIVE heard",
-                  [&] { static_cast<void>(view.snapshotState()); });
+    view.presets.addBank();
+    stretches.row("to save a preset of what LIVE heard", [&] { view.presets.saveSnap(); });
 }
 
-void measureStates(System& system, Stretches& stretches, const std::filesystem::path& folder) {
+void measureStates(BenchSystem& system, Stretches& stretches, const std::filesystem::path& folder) {
     auto& view = system.view;
     stretches.row("to load 60 s", [&] { view.loadSample(folder / "60.wav"); });
     for (const auto& each : view.assignable.all())
@@ -191,15 +161,17 @@ void measureStates(System& system, Stretches& stretches, const std::filesystem::
         view.sampleLoader.cancel();
         system.unit->setFullState(state);
     });
-    stretches.row("to make a preset of a sound without its file",
-                  [&] { static_cast<void>(view.snapshotState()); });
+    stretches.row("to save a preset of a sound without its file", [&] { view.presets.saveSnap(); });
+    stretches.row("to step to the next preset", [&] { view.presets.nextSnap(); });
+    for (int n = 0; n < 5000; ++n) writeText(folder / ("sample " + std::to_string(n) + ".wav"), "");
+    stretches.row("to list 5,000 samples", [&] { view.samples.fillTableWithFilesName(); });
     stretches.row("to choose another envelope", [&] { system.stream().pickEnvelope(3); });
     stretches.hostRow("to list factory presets",
                       [&] { static_cast<void>(system.unit->factoryPresets()); });
     stretches.hostRow("to take 8,000 MIDI messages", [&] {
         for (int n = 0; n < 8000; ++n) {
-            const std::uint8_t bytes[] = {0xB0, static_cast<std::uint8_t>(n % 120),
-                                          static_cast<std::uint8_t>(n / 120)};
+            const std::uint8_t bytes[] = {0xB0, static_cast<std::uint8_t>(33 + n % 87),
+                                          static_cast<std::uint8_t>(n / 87)};
             system.inlet.push(bytes, sizeof bytes);
         }
     });
@@ -211,7 +183,7 @@ void measureStates(System& system, Stretches& stretches, const std::filesystem::
 int main() {
     using namespace zephyra;
     const TemporaryFolder folder;
-    System system(folder.path());
+    BenchSystem system(component_type::musicEffect, folder.path());
     Stretches stretches(system);
     measureSounds(system, stretches, folder.path());
     measureLive(system, stretches);

@@ -5,13 +5,10 @@
 // the density in every seventh. The delay is that from the cycle that brought the value to the one
 // that begins with it in the engine. The machine's other work adds to it: run it on an idle one.
 
-#include "hosting/hosted_instance.h"
-#include "platform/sound/audio_file_float_wav.h"
+#include "bench/bench_system.h"
 #include "platform/threads/wall_clock_driver.h"
-#include "tests/support/heard_instance.h"
 #include "tests/support/stream_probe.h"
 #include "tests/support/temporary_folder.h"
-#include "tests/support/test_sounds.h"
 
 #include <algorithm>
 #include <atomic>
@@ -29,32 +26,8 @@ constexpr std::uint32_t kFrames = 64;
 constexpr double kBlockMilliseconds = 1000.0 * kFrames / kRate;
 constexpr int kCycles = 15000, kEvery = 7; // 20 seconds
 
-std::filesystem::path soundFile(const std::filesystem::path& folder, int seconds) {
-    const auto path = folder / (std::to_string(seconds) + ".wav");
-    const auto second = noiseSample(48000, 48000.0f);
-    FloatWavWriter writer;
-    auto done = writer.open(path, kRate, 1);
-    const float* const channel = second->getPtr();
-    for (int at = 0; done && at < seconds; ++at) done = writer.write(&channel, 48000);
-    if (done) done = writer.close();
-    return path;
-}
-
-struct System : HeardLog, HostedInstance {
-    explicit System(const std::filesystem::path& shared)
-        : HostedInstance(component_type::instrument, [&](Instance& fresh) {
-              hear(fresh);
-              fresh.folders.shared = shared;
-              fresh.folders.resources = ZEPHYRA_SOURCE_DIR "/resources";
-          }) {
-        connect();
-        unit->allocateRenderResourcesAndReturnError();
-        instance.runLoop.runPosted();
-    }
-};
-
 /// The host's thread: milliseconds of each value's way.
-std::vector<double> play(System& system) {
+std::vector<double> play(BenchSystem& system) {
     std::vector<double> delays;
     StereoBlock output(kFrames);
     const auto density = [&] { return StreamProbe::fields(system.stream().engine()).density; };
@@ -87,7 +60,8 @@ std::vector<double> play(System& system) {
 }
 
 /// What goes on meanwhile, in the window and in the host's main thread.
-void work(System& system, const std::filesystem::path& folder, const std::atomic<bool>& ended) {
+void work(BenchSystem& system, const std::filesystem::path& folder,
+          const std::atomic<bool>& ended) {
     auto& view = system.view;
     const PropertyDictionary state = system.unit->getFullState();
     for (int step = 0; !ended; ++step) {
@@ -107,9 +81,9 @@ void work(System& system, const std::filesystem::path& folder, const std::atomic
 int main() {
     using namespace zephyra;
     const TemporaryFolder folder;
-    soundFile(folder.path(), 600);
-    soundFile(folder.path(), 20);
-    System system(folder.path());
+    benchSound(folder.path(), 600);
+    benchSound(folder.path(), 20);
+    BenchSystem system(component_type::instrument, folder.path());
     std::atomic<bool> ended = false;
     std::vector<double> delays;
     {

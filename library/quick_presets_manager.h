@@ -225,6 +225,7 @@ private:
                           BankFolder::Change change, Done done);
     void showProblemOfBank(const std::string& name, const std::string& problem);
     void saveInto(const std::string& bank, const std::string& typed);
+    void savePrepared(const std::string& bank, const std::string& typed, std::uint64_t choices);
     void presentSaveDialog();
     void presentSelectBankDialog(const std::string& typed);
     void presentOverwriteDialog(const SeenPreset& preset);

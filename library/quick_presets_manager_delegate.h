@@ -4,6 +4,8 @@
 #include "platform/lists/property_list.h"
 #include "platform/threads/state_order.h"
 
+#include <functional>
+
 namespace zephyra {
 
 /// Implemented by the main view controller. MAIN.
@@ -12,6 +14,9 @@ public:
     virtual ~QuickPresetsManagerDelegate() = default;
     /// The whole current state as a preset keeps it.
     virtual PropertyDictionary getState() = 0;
+    /// Calls ready once getState no longer has to wait for files: at once, or later on MAIN; not
+    /// after this is gone.
+    virtual void prepareState(const std::function<void()>& ready) { ready(); }
     /// Applies a snapshot record, "SnapshotTags" among it.
     virtual void restoreStateProc(const PropertyDictionary& state) = 0;
     /// The same later than it was asked for: what was set since stays as it is.

@@ -178,6 +178,14 @@ void QuickPresetsManager::saveSnap() {
 /// user chooses another before it is saved.
 void QuickPresetsManager::saveInto(const std::string& bank, const std::string& typed) {
     if (!dataSource) return;
+    dataSource->prepareState([this, alive = std::weak_ptr(alive_), bank, typed, before = choices_] {
+        if (!alive.expired()) savePrepared(bank, typed, before);
+    });
+}
+
+/// choices: how often somebody had chosen something when it was asked for.
+void QuickPresetsManager::savePrepared(const std::string& bank, const std::string& typed,
+                                       std::uint64_t choices) {
     PropertyDictionary record;
     collectSnapshotInformation(record);
     const auto key = std::make_shared<std::string>();
@@ -191,8 +199,8 @@ void QuickPresetsManager::saveInto(const std::string& bank, const std::string& t
         into.insert_or_assign(*key, std::move(saved));
         return true;
     };
-    changeBank(bank, save, [this, bank, typed, key, before = choices_](const auto& changed) {
-        if (before == choices_) {
+    changeBank(bank, save, [this, bank, typed, key, choices](const auto& changed) {
+        if (choices == choices_) {
             _currentBankNameSelected = bank;
             if (changed.applied) _currentSnapNameSelected = *key;
         }
@@ -253,11 +261,14 @@ void QuickPresetsManager::performSnapOverwrite() {
 
 void QuickPresetsManager::overwrite(const SeenPreset& preset) {
     if (!dataSource) return;
-    PropertyDictionary state;
-    collectSnapshotInformation(state);
-    state.erase(kSnapshotTags); // the preset keeps its name
-    changeBank(preset.bank, overwritingPreset(preset.content, preset.key, std::move(state)),
-               [this](const auto&) { refill(); });
+    dataSource->prepareState([this, alive = std::weak_ptr(alive_), preset] {
+        if (alive.expired()) return;
+        PropertyDictionary state;
+        collectSnapshotInformation(state);
+        state.erase(kSnapshotTags); // the preset keeps its name
+        changeBank(preset.bank, overwritingPreset(preset.content, preset.key, std::move(state)),
+                   [this](const auto&) { refill(); });
+    });
 }
 
 } // namespace zephyra

@@ -39,10 +39,12 @@ bool isSoundFile(const std::string& name) {
 QuickSampleManager::QuickSampleManager(Instance& instance, QuickSampleManagerDelegate* receiver)
     : instance_(instance), delegate(receiver),
       _buitlInFiles(kBuiltInSamples.begin(), kBuiltInSamples.end()),
-      import_(instance, {{kExtensions.begin(), kExtensions.end()}, refusal()}, [this] {
-          fillTableWithFilesName();
-          instance_.sharedFolder.post(shared_folder_notice::kSamples);
-      }) {
+      import_(instance, {{kExtensions.begin(), kExtensions.end()}, refusal()},
+              [this] {
+                  fillTableWithFilesName();
+                  instance_.sharedFolder.post(shared_folder_notice::kSamples);
+              }),
+      lister_(instance.runLoop, instance.log) {
     table_.highlight = kSelection;
     table_.sections = {{"Built-In", rowsOf(_buitlInFiles)}, {"Shared"}};
 }
@@ -64,12 +66,21 @@ void QuickSampleManager::fillTableWithFilesNameFromNotification() {
 }
 
 void QuickSampleManager::fillTableWithFilesName() {
-    _listOfFiles.clear();
-    std::ranges::copy_if(folderEntries(instance_.folders.shared), std::back_inserter(_listOfFiles),
-                         isSoundFile);
-    table_.sections[kSharedSection].rows = rowsOf(_listOfFiles);
-    ++table_.reloads;
-    highLightSelection();
+    const auto list = [this, shared = instance_.folders.shared] {
+        std::vector<std::string> files;
+        std::ranges::copy_if(folderEntries(shared), std::back_inserter(files), isSoundFile);
+        std::vector<TableRow> rows = rowsOf(files);
+        return [this, files = std::move(files), rows = std::move(rows)]() mutable {
+            _listOfFiles.swap(files);
+            table_.sections[kSharedSection].rows.swap(rows);
+            ++table_.reloads;
+            highLightSelection();
+        };
+    };
+    if (instance_.runLoop.isPaced()) // thousands of them take MAIN too long
+        lister_.start([list](const Worker::Cancelled&) { return RunLoop::Task(list()); });
+    else
+        list()();
 }
 
 // --- Choosing ---
@@ -114,6 +125,7 @@ void QuickSampleManager::tableView_commitDeleteForRowAtIndexPath(LibraryTable::P
     auto& rows = table_.sections[kSharedSection].rows;
     rows.erase(rows.begin() + row);
     ++table_.reloads;
+    if (lister_.busy()) fillTableWithFilesName(); // it may have seen the file
     instance_.sharedFolder.post(shared_folder_notice::kSamples);
 }
 

@@ -6,6 +6,7 @@
 #include "library/library_table.h"
 #include "platform/instance.h"
 #include "platform/sound/sound_file.h"
+#include "platform/threads/worker.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -38,6 +39,7 @@ public:
     QuickSampleManager& operator=(const QuickSampleManager&) = delete;
 
     void viewDidLoad(); ///< fills the list, and again whenever the folder is said to have changed
+    /// At once, or in a host as soon as WORKER has listed the folder.
     void fillTableWithFilesName();
     void fillTableWithFilesNameFromNotification();
     /// The program came to the front.
@@ -69,6 +71,7 @@ private:
     DocumentImport import_;
     NotificationCenter::Token notice_ = 0;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    Worker lister_; // last: its thread ends before what it uses
 };
 
 } // namespace zephyra

@@ -20,8 +20,9 @@ AudioUnitViewController::AudioUnitViewController(Instance& instance)
       sampleLoader(instance, _GRANULATOR_STREAM), liveExport(instance, _GRANULATOR_STREAM),
       surfaces(_GRANULATOR_STREAM), scrubWidgets(instance.runLoop),
       assignments(instance, assignable), midiManager(instance, assignments), tiltWidgets(instance),
-      _lfoSwitch("LFOSwitch", true), chosenSample(instance.folders, sampleLoader),
-      presets(instance, &snapshotSource), samples(instance, &chosenSample), instance_(instance) {
+      _lfoSwitch("LFOSwitch", true), snapshotSource(*this, instance),
+      chosenSample(instance.folders, sampleLoader), presets(instance, &snapshotSource),
+      samples(instance, &chosenSample), instance_(instance) {
     _GRANULATOR_STREAM.setSettings(this);
     addOwnTargets();
     wireModulation();

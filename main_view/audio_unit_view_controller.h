@@ -68,9 +68,9 @@ public:
     AccelerometerWidgets tiltWidgets;
     Toggle _lfoSwitch; ///< off: every LFO stands
 
-    SnapshotSource snapshotSource{*this}; ///< of presets
-    ChosenSample chosenSample;            ///< from samples
-    QuickPresetsManager presets;          ///< the store; MIDI chooses in it as well
+    SnapshotSource snapshotSource; ///< of presets
+    ChosenSample chosenSample;     ///< from samples
+    QuickPresetsManager presets;   ///< the store; MIDI chooses in it as well
     QuickSampleManager samples;
 
     /// What a hand moves for id, its own knob or something of the stream's; null for the envelope.
@@ -118,6 +118,8 @@ public:
     /// navigation, the preset selected). A sound that no file holds becomes one in the shared
     /// folder first; what goes wrong then becomes an alert.
     PropertyDictionary snapshotState();
+    /// The same without a new file: a sound that no file holds is left out by whoever loads it.
+    PropertyDictionary snapshotAsItIs();
     /// Missing keys and wrong types keep what is there. The preset that a session names is
     /// selected, not loaded.
     void restoreStateProc(const PropertyDictionary& state);

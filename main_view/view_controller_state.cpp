@@ -61,6 +61,10 @@ PropertyDictionary AudioUnitViewController::getState() {
 PropertyDictionary AudioUnitViewController::snapshotState() {
     if (const Result<void> kept = keepSoundAsFile(_GRANULATOR_STREAM); !kept)
         presentWarning(instance_.alerts, kept.message());
+    return snapshotAsItIs();
+}
+
+PropertyDictionary AudioUnitViewController::snapshotAsItIs() {
     PropertyDictionary state = stateFor(StateUse::snapshot);
     state.at(state_key::kMidi).as<PropertyDictionary>()->erase(midi_key::kNavigation);
     return state;

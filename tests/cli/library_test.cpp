@@ -355,8 +355,11 @@ pid_t otherThatOpened(const std::filesystem::path& file) {
     for (int tries = 0; tries < 2000; ++tries) {
         for (const std::string& process : file_calls::list("/proc", ignored)) {
             const pid_t pid = std::atoi(process.c_str());
-            if (pid <= 0 || pid == ::getpid()) continue;
-            const auto files = std::filesystem::path("/proc") / process / "fd";
+            const auto own = std::filesystem::path("/proc") / process, files = own / "fd";
+            // A fork of this one has its files, too, until it becomes the program.
+            if (pid <= 0 || std::filesystem::read_symlink(own / "exe", ignored) ==
+                                std::filesystem::read_symlink("/proc/self/exe"))
+                continue;
             for (const std::string& open : file_calls::list(files, ignored))
                 if (std::filesystem::read_symlink(files / open, ignored) == file) return pid;
         }

@@ -159,6 +159,12 @@ TEST_F(SampleLibrary, ListsSoundsOfTheFolderAndHandsOverWhatIsChosen) {
     other.runLoop.runPosted();
     for (const QuickSampleManager* each : {&manager, &elsewhere})
         EXPECT_THAT(each->listOfFiles(), ElementsAre("b%20b.wav", "c.mp3", "d.wav", "z\n%ff.raw"));
+    other.runLoop.tryAdvanceByWall(0.0); // a host's: the folder is listed in the background
+    elsewhere.fillTableWithFilesName();
+    elsewhere.tableView_commitDeleteForRowAtIndexPath({1, 0});
+    other.runLoop.finishWork();
+    EXPECT_THAT(elsewhere.listOfFiles(), ElementsAre("c.mp3", "d.wav", "z\n%ff.raw"));
+    EXPECT_EQ(elsewhere.table().sections[1].rows.size(), 3u);
 }
 
 TEST_F(SampleLibrary, CopiesBuiltInSamplesOnceAndNeverOverAFile) {

@@ -69,5 +69,34 @@ TEST(Preset, NamesABuiltInSampleAsAnyMachineFindsIt) {
               PropertyValue("Blackbird.mp3"));
 }
 
+TEST(Preset, OfWhatLiveHeardGetsItsFileBeforeItIsSaved) {
+    for (const bool paced : {false, true}) {
+        const TemporaryFolder shared;
+        Librarian player(shared);
+        player.stream.setLiveAllowed(true);
+        player.stream.setLinear(ControlId::live, 1.0f);
+        player.instance.session.sampleRate = 44100.0;
+        player.render(1000);
+        player.stream.setLinear(ControlId::live, 0.0f);
+        if (paced) {
+            player.instance.runLoop.setClock(RunLoop::Clock::wall);
+            player.instance.runLoop.tryAdvanceByWall(0.0);
+        }
+        player.view.presets.addBank();
+        for (int save = 0; save < 2; ++save) player.view.presets.saveSnap();
+        player.instance.runLoop.finishWork();
+        const Bank* const bank = player.view.presets.getSelectedBankDictionary();
+        ASSERT_EQ(bank->size(), 2u) << paced;
+        for (const auto& [key, record] : *bank)
+            EXPECT_EQ(record.as<PropertyDictionary>()
+                          ->at("Sample_0")
+                          .as<PropertyDictionary>()
+                          ->at("RelativePath"),
+                      PropertyValue("Rec 1.wav"));
+        EXPECT_TRUE(std::filesystem::exists(shared / "Rec 1.wav"));
+        EXPECT_FALSE(std::filesystem::exists(shared / "Rec 2.wav"));
+    }
+}
+
 } // namespace
 } // namespace zephyra
