@@ -194,7 +194,6 @@ private:
         noteChannels_{};  // 1..16, on which each note came last; 0 for none
     int noteChannel_ = 0; // of the note that is played; 0 for a hand's
     PropertyDictionary unknownState_;
-    StateOrder::Number newestSession_ = 0; // of those that restoreState restored
     ReportTaker reportTaker_;
     std::shared_ptr<const RestoreReport> report_ = std::make_shared<RestoreReport>();
     std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true); // posted tasks look at it

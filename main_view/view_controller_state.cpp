@@ -71,16 +71,15 @@ PropertyDictionary AudioUnitViewController::snapshotAsItIs() {
 }
 
 void AudioUnitViewController::restoreState(PropertyDictionary state) {
+    auto ahead = decodeAhead(state, kStreamSuffix); // which takes its time
     const StateOrder::Number asked = instance_.states.ask();
-    auto ahead = decodeAhead(state, kStreamSuffix);
     instance_.runLoop.post([this, alive = std::weak_ptr(alive_), state = std::move(state), asked,
                             ahead = std::move(ahead)] {
         if (alive.expired()) return;
-        // One that was asked for later may have been decoded sooner.
-        if (asked < std::exchange(newestSession_, std::max(asked, newestSession_))) return;
         _GRANULATOR_STREAM.capturedMemory().ahead = ahead;
         presets.cancelLoadsBefore(asked);
         restoreStateProc_asked(state, asked);
+        _GRANULATOR_STREAM.capturedMemory().ahead = nullptr;
     });
 }
 
