@@ -2,13 +2,14 @@
 #pragma once
 
 #include "platform/lists/property_list.h"
+#include "platform/text/result.h"
 
 #include <cstdint>
 #include <memory>
 
 namespace zephyra {
 
-struct DecodedAhead;
+struct DecodedFlac;
 
 /// So that a sound that stands still is encoded once, and loses nothing that a state said of it.
 /// Plain data. MAIN.
@@ -22,7 +23,7 @@ struct CapturedMemory {
     PropertyDictionary sound = {};   ///< as states keep it; empty until it is encoded
     PropertyDictionary unknown = {}; ///< what a newer program wrote beside it
     /// Of the state that is about to be restored; null for none.
-    std::shared_ptr<DecodedAhead> ahead = {};
+    std::shared_ptr<Result<DecodedFlac>> ahead = {};
 };
 
 } // namespace zephyra

@@ -58,8 +58,8 @@ PropertyDictionary keepCaptured(MOK_SCRUB_GRANULATOR& stream, const CapturedSoun
     return state;
 }
 
-std::shared_ptr<DecodedAhead> decodeAhead(const PropertyDictionary& state,
-                                          const std::string& suffix) {
+std::shared_ptr<Result<DecodedFlac>> decodeAhead(const PropertyDictionary& state,
+                                                 const std::string& suffix) {
     const auto captured = state.find(state_key::kCaptured + suffix);
     const auto* const sound =
         captured == state.end() ? nullptr : captured->second.as<PropertyDictionary>();
@@ -68,8 +68,8 @@ std::shared_ptr<DecodedAhead> decodeAhead(const PropertyDictionary& state,
     const auto* const data = flac == sound->end() ? nullptr : flac->second.as<PropertyData>();
     if (!data) return nullptr;
     try {
-        return std::make_shared<DecodedAhead>(
-            DecodedAhead{*data, decodeFlac(data->bytes(), 1.0, WaveForm::kLiveFrames)});
+        return std::make_shared<Result<DecodedFlac>>(
+            decodeFlac(data->bytes(), 1.0, WaveForm::kLiveFrames));
     } catch (const std::bad_alloc&) {
         return nullptr; // restoring it says so
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/lists/property_reader.h"
+#include "platform/sound/flac_codec.h"
 #include "platform/text/log.h"
 #include "stream/captured_memory.h"
 #include "stream/stream_controller.h"
@@ -43,7 +44,7 @@ bool restoreCaptured(MOK_SCRUB_GRANULATOR& stream, const PropertyDictionary& cap
 
 /// Decodes what restoreCaptured will need of state, so that MAIN need not; null for a state without
 /// such a sound. suffix is the stream's channel. Any thread but RENDER.
-std::shared_ptr<DecodedAhead> decodeAhead(const PropertyDictionary& state,
-                                          const std::string& suffix);
+std::shared_ptr<Result<DecodedFlac>> decodeAhead(const PropertyDictionary& state,
+                                                 const std::string& suffix);
 
 } // namespace zephyra

@@ -60,7 +60,7 @@ Result<PropertyDictionary> keptSound(std::vector<float> frames, double rate) {
 }
 
 std::optional<ReadSound> readKeptSound(PropertyReader& reader, std::uint64_t mostFrames,
-                                       DecodedAhead* ahead) {
+                                       Result<DecodedFlac>* ahead) {
     const auto refuse = [&reader](std::string problem) {
         reader.complain(kFlac, std::move(problem), StandIn::nothing);
         return std::nullopt;
@@ -71,9 +71,8 @@ std::optional<ReadSound> readKeptSound(PropertyReader& reader, std::uint64_t mos
     const auto rate = reader.real(kSampleRate);
     const auto frames = reader.whole(kFrames);
     try {
-        const bool isDecoded = ahead && ahead->flac.isSameAs(*flac);
         Result<DecodedFlac> sound =
-            isDecoded ? std::move(ahead->sound) : decodeFlac(flac->bytes(), 1.0, mostFrames);
+            ahead ? std::move(*ahead) : decodeFlac(flac->bytes(), 1.0, mostFrames);
         if (!sound) return refuse(sound.message());
         multiply(sound.value().samples, scale);
         return ReadSound{std::move(sound.value().samples), rate.value_or(sound.value().sampleRate),

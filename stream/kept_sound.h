@@ -23,15 +23,9 @@ struct ReadSound {
     std::optional<std::int64_t> expectedFrames = {};
 };
 
-/// What a state's FLAC data hold, decoded before the state is read. Plain data.
-struct DecodedAhead {
-    PropertyData flac;
-    Result<DecodedFlac> sound;
-};
-
 /// Nothing, after a finding of the reader's, for what is no sound of at most mostFrames. ahead,
-/// which may be null, saves decoding if it is of these data, and is used up. All but RENDER.
+/// which may be null, is of these data and used up. All but RENDER.
 std::optional<ReadSound> readKeptSound(PropertyReader& reader, std::uint64_t mostFrames,
-                                       DecodedAhead* ahead = nullptr);
+                                       Result<DecodedFlac>* ahead = nullptr);
 
 } // namespace zephyra

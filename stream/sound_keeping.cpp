@@ -143,8 +143,7 @@ Result<void> SoundKeeping::finish(MOK_SCRUB_GRANULATOR& stream) {
 
 void SoundKeeping::nameOnlyCopy(MOK_SCRUB_GRANULATOR& stream) {
     SampleReference& kept = onlyCopy_.file.value();
-    if (stream.sampleReference() != lost_ || stream.waveForm().fileSound() != onlyCopy_.sound)
-        return dropFile(kept);
+    if (stream.sampleReference() != lost_) return dropFile(kept);
     auto embedded = std::make_shared<EmbeddedSample>(*lost_.embedded);
     embedded->isOnlyCopy = false;
     kept.embedded = std::move(embedded);

@@ -25,7 +25,6 @@ void SoundNormalizer::turned() {
 
 void SoundNormalizer::apply() {
     instance_.runLoop.cancel(std::exchange(waiting_, 0));
-    if (waveForm_.isLiveCurrent()) return; // what the knob says is for live input
     appliedAt_ = instance_.runLoop.now();
     const std::optional<float> peak = wanted_();
     const auto sound = waveForm_.fileSound();

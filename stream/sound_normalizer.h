@@ -31,8 +31,8 @@ public:
 
     /// The wanted peak moves, maybe many times a second: its last value always gets its own copy.
     void turned();
-    /// The wanted peak is another one from now on; nothing happens while a live sound is current.
-    /// Short memory is a log line, and what played goes on.
+    /// The wanted peak is another one from now on. Short memory is a log line, and what played goes
+    /// on.
     void apply();
     /// Another sound has come, which already plays at this peak.
     void tookSound(std::optional<float> peak);

@@ -39,8 +39,7 @@ void StateSounds::addTo(PropertyDictionary& state, MOK_SCRUB_GRANULATOR& stream)
 
 void StateSounds::addSample(PropertyDictionary& state, MOK_SCRUB_GRANULATOR& stream) const {
     if (!embedded_) return;
-    if (sound_ && stream.sampleReference() == reference_ &&
-        stream.waveForm().fileSound() == sound_) {
+    if (sound_ && stream.sampleReference() == reference_) {
         SampleReference encoded = reference_;
         encoded.embedded = embedded_;
         stream.setSampleReference(std::move(encoded));

@@ -30,10 +30,8 @@ public:
     std::byte operator[](std::size_t at) const noexcept { return (*bytes_)[at]; }
     std::span<const std::byte> bytes() const noexcept { return {data(), size()}; }
 
-    /// Whether it is the very same bytes in memory.
-    bool isSameAs(const PropertyData& other) const noexcept { return bytes_ == other.bytes_; }
     bool operator==(const PropertyData& other) const noexcept {
-        return isSameAs(other) || (bytes_ && other.bytes_ && *bytes_ == *other.bytes_);
+        return bytes_ == other.bytes_ || (bytes_ && other.bytes_ && *bytes_ == *other.bytes_);
     }
 
 private:

@@ -74,7 +74,7 @@ bool RunLoop::tryEnter() {
 }
 
 void RunLoop::leave() {
-    if (depth_ == 1 && !advancing_)
+    if (depth_ == 1)
         if (const double missed = missed_.exchange(kNothingMissed); missed != kNothingMissed)
             advanceByWall(missed);
     if (--depth_ > 0) return;
@@ -142,7 +142,6 @@ bool RunLoop::tryAdvanceByWall(double seconds) {
         missed_ = seconds;
         return false;
     }
-    missed_ = kNothingMissed;
     advanceByWall(seconds);
     leave();
     return true;

@@ -32,9 +32,10 @@ struct KeptSamples : testing::Test {
             each->instance.folders.resources = folder / "resources";
         writeText(kept, rawSound(1));
     }
-    void load(const fs::path& path) {
-        first.loader.loadSamplePerform(path);
-        first.finishWork();
+    void load(const fs::path& path) { load(path, first); }
+    static void load(const fs::path& path, Player& player) {
+        player.loader.loadSamplePerform(path);
+        player.finishWork();
     }
     static Frames heard(Player& player) {
         const mokSample& sound = player.sound();
@@ -183,6 +184,16 @@ TEST_F(KeptSamples, GoAlongAsTheSettingSaysUnlessTheyCameWithTheProgram) {
     const auto encoded = first->sampleReference().embedded;
     EXPECT_TRUE(encoded && embeds());
     EXPECT_EQ(first->sampleReference().embedded, encoded) << "encoded twice";
+    first.instance.defaults.setValue("EmbedSeconds", 0);
+    load(kept);
+    first.instance.defaults.removeValue("EmbedSeconds");
+    StateSounds sounds(first.controller); // another sound comes while they are encoded
+    sounds.encode();
+    writeText(folder / "away/new.raw", rawSound(2));
+    load(folder / "away/new.raw");
+    PropertyDictionary late;
+    sounds.addTo(late, first.controller);
+    EXPECT_EQ(first->sampleReference().path, folder / "away/new.raw");
     fs::copy_file(kept, folder / "resources/built in.RAW");
     load(kept);
     EXPECT_FALSE(embeds());
@@ -275,22 +286,25 @@ TEST_F(KeptSamples, GetAFileOfTheirOwnBeforeASnapshotNamesThem) {
     EXPECT_EQ(second->sampleReference().relativePath, "Rec 1.wav");
 
     // Another sound comes while the file is written: nobody needs the file.
-    for (const bool captured : {false, true}) {
-        second.restore(first.state());
-        if (captured) {
+    const auto capture = [this] {
+        for (int press = 0; press < 2; ++press) {
             second->ui_enableLiveInput();
             second.hear(Frames(10, 0.5f));
-            second->ui_enableLiveInput();
         }
+    };
+    writeText(folder / "away/new.raw", rawSound(2));
+    for (const auto& [captured, again] : {std::pair(false, false), {true, false}, {true, true}}) {
+        second.restore(first.state());
+        if (captured) capture();
         SoundKeeping keeping(second.controller);
         ASSERT_TRUE(keeping.isNeeded());
         keeping.write();
-        writeText(folder / "away/new.raw", rawSound(2));
-        second.loader.loadSamplePerform(folder / "away/new.raw");
-        second.finishWork();
+        load(folder / "away/new.raw", second);
+        if (again) capture();
         const SampleReference reference = second->sampleReference();
         EXPECT_TRUE(keeping.finish(second.controller));
         EXPECT_EQ(second->sampleReference(), reference);
+        EXPECT_EQ(second->waveForm().isLiveCurrent(), again);
     }
     EXPECT_FALSE(fs::exists(folder / "shared/kept 2.wav") ||
                  fs::exists(folder / "shared/Rec 2.wav"));
