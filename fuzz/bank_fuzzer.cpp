@@ -6,7 +6,6 @@
 #include "library/bank_cache.h"
 #include "library/bank_check.h"
 #include "library/bank_edits.h"
-#include "library/bank_file.h"
 
 namespace zephyra {
 namespace {

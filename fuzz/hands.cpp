@@ -3,15 +3,6 @@
 #include "fuzz/played_system.h"
 #include "tests/support/test_sounds.h"
 
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <functional>
-#include <initializer_list>
-#include <limits>
-#include <memory>
-#include <vector>
-
 namespace zephyra {
 namespace {
 

@@ -9,8 +9,6 @@
 #include "tests/support/heard_instance.h"
 #include "tests/support/temporary_folder.h"
 
-#include <cstdint>
-
 namespace zephyra {
 namespace {
 

@@ -3,13 +3,6 @@
 #include "fuzz/played_system.h"
 #include "tests/support/test_sounds.h"
 
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <deque>
-#include <limits>
-#include <utility>
-
 namespace zephyra {
 namespace {
 
@@ -146,16 +139,9 @@ private:
     }
 
     void fillInput(std::uint8_t kind) {
-        using Limits = std::numeric_limits<float>;
-        constexpr float kKinds[] = {0.0f,
-                                    0.5f,
-                                    -1e6f,
-                                    1e30f,
-                                    Limits::quiet_NaN(),
-                                    Limits::infinity(),
-                                    -Limits::infinity(),
-                                    1e-40f,
-                                    -Limits::max()};
+        constexpr float kMost = std::numeric_limits<float>::max();
+        constexpr float kKinds[] = {0.0f,     0.5f,      -1e6f,  1e30f, NAN,
+                                    INFINITY, -INFINITY, 1e-40f, -kMost};
         if (kind == last_) return;
         last_ = kind;
         input_.fill(kKinds[kind % std::size(kKinds)]);

@@ -2,13 +2,6 @@
 
 #include "fuzz/played_system.h"
 
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstddef>
-#include <initializer_list>
-#include <vector>
-
 namespace zephyra {
 namespace {
 

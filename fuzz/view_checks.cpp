@@ -1,8 +1,5 @@
 #include "fuzz/played_system.h"
 
-#include <algorithm>
-#include <vector>
-
 namespace zephyra {
 namespace {
 

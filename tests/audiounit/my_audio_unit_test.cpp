@@ -6,9 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
-
 namespace zephyra {
 namespace {
 
@@ -71,23 +68,20 @@ TEST(AudioUnit, FadesInFromSilenceSilencesWhatIsNoSoundAndOnlyReadsTheHostsInput
 }
 
 TEST(AudioUnit, BeginsAsItsComponentTypeWantsAndLeavesNothingPostedThatNeedsIt) {
-    const struct {
-        FourCharCode type;
-        bool wasRequested;
-        const char* calls;
-    } rows[] = {{component_type::effect, false, "stand refresh "},
-                {component_type::musicEffect, false, "stand refresh "},
-                {component_type::instrument, false, "load:Zephyra_Sample08.mp3 refresh "},
-                {component_type::instrument, true, "refresh "}};
-    for (const auto& row : rows) {
-        FakeHost rig(row.type);
-        const bool instrument = row.type == component_type::instrument;
-        rig.controller.wasRequested = row.wasRequested;
+    const std::tuple<FourCharCode, bool, const char*> rows[] = {
+        {component_type::effect, false, "stand refresh "},
+        {component_type::musicEffect, false, "stand refresh "},
+        {component_type::instrument, false, "load:Zephyra_Sample08.mp3 refresh "},
+        {component_type::instrument, true, "refresh "}};
+    for (const auto& [type, wasRequested, calls] : rows) {
+        FakeHost rig(type);
+        const bool instrument = type == component_type::instrument;
+        rig.controller.wasRequested = wasRequested;
         EXPECT_EQ(rig.controller.takeCalls(), "connect ");
         rig.instance.session = {48000, 0.01};
         rig.unit->allocateRenderResourcesAndReturnError();
         rig.instance.runLoop.runPosted();
-        EXPECT_EQ(rig.controller.takeCalls(), row.calls);
+        EXPECT_EQ(rig.controller.takeCalls(), calls);
         const StreamControls& controls = rig.controller.stream.controls;
         EXPECT_EQ(controls._enableLIVE.tag, instrument ? 0 : 1);
         EXPECT_EQ(rig.controller.stream.liveAllowed(), !instrument);

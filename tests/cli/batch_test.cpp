@@ -99,29 +99,26 @@ TEST(BatchNames, AreFileNamesOfWhichNoTwoAreAlike) {
     BatchNames names;
     names.reserve("contact-sheet");
     const std::string longName(300, 'n');
-    const struct {
-        std::optional<std::string> input, preset;
-        std::string name;
-    } cases[] = {
-        {"in", "Glass", "in - Glass"},
-        {{}, "Glass", "Glass"},
-        {{}, "glass", "glass 2"}, // a disk may not tell them apart
-        {"Glass", {}, "Glass 3"},
-        {{}, "Haze 2", "Haze 2"},
-        {{}, "Haze 2", "Haze 2 2"}, // its own digit is no number behind it
-        {{}, "../../up", "_.._.._up"},
-        {{}, "a\nb", "a_b"},
-        {{}, "", "_"},
-        {{}, "Contact-Sheet", "Contact-Sheet 2"},
-        {{}, longName, std::string(239, 'n')},
-        {{}, longName, std::string(239, 'n') + " 2"},
-        {{}, std::string(238, 'n') + "\u00E9", std::string(238, 'n')},
-    };
-    for (const auto& one : cases) EXPECT_EQ(names.take(one.input, one.preset), one.name);
+    const std::tuple<std::optional<std::string>, std::optional<std::string>, std::string> cases[] =
+        {
+            {"in", "Glass", "in - Glass"},
+            {{}, "Glass", "Glass"},
+            {{}, "glass", "glass 2"}, // a disk may not tell them apart
+            {"Glass", {}, "Glass 3"},
+            {{}, "Haze 2", "Haze 2"},
+            {{}, "Haze 2", "Haze 2 2"}, // its own digit is no number behind it
+            {{}, "../../up", "_.._.._up"},
+            {{}, "a\nb", "a_b"},
+            {{}, "", "_"},
+            {{}, "Contact-Sheet", "Contact-Sheet 2"},
+            {{}, longName, std::string(239, 'n')},
+            {{}, longName, std::string(239, 'n') + " 2"},
+            {{}, std::string(238, 'n') + "\u00E9", std::string(238, 'n')},
+        };
+    for (const auto& [input, preset, name] : cases) EXPECT_EQ(names.take(input, preset), name);
 }
 
-class Batch : public ProgramTest {
-protected:
+struct Batch : ProgramTest {
     Batch() {
         writeText(folder / "broken.wav", "no sound at all, and long enough to look at");
         for (const char* preset :

@@ -10,8 +10,7 @@ namespace {
 
 using namespace std::string_literals;
 
-class HostedRender : public ProgramTest {
-protected:
+struct HostedRender : ProgramTest {
     HostedRender() : ProgramTest(44100) {}
 
     std::string render(const std::string& arguments) {
@@ -75,8 +74,7 @@ TEST_F(HostedRender, AnArmedStartWaitsForABarOfTheMeter) {
 TEST_F(HostedRender, AnEffectMixesItsInputAsTold) {
     render("--as effect --drywet 0");
     EXPECT_NEAR(rms(), 0.354, 0.02); // the tone itself, once the mix has glided up
-    EXPECT_EQ(seen["as"], "effect");
-    EXPECT_TRUE(seen["live"]);
+    EXPECT_TRUE(seen["as"] == "effect" && seen["live"] == true) << seen;
     writeWav(folder / "other.wav", std::vector<std::int16_t>(44100, 8000));
     render("--as music-effect --drywet 100 --sample other.wav");
     EXPECT_FALSE(seen["live"]);
@@ -122,8 +120,7 @@ TEST_F(HostedRender, ProgramsAndBanksOfAMidiFileAreLeftOutUnlessAskedForAndOddTh
     EXPECT_THAT(run(songs + "--programs").err, testing::Not(testing::HasSubstr("program change")));
 }
 
-class MovedRender : public HostedRender {
-protected:
+struct MovedRender : HostedRender {
     MovedRender() {
         always = "--seconds 2 ";
         // Controller 1 to 127 at once, to 0 a beat of 0.5 s later.
@@ -144,10 +141,8 @@ TEST_F(MovedRender, AllAtOnceGivesTheSameBytesAndPicturesAndEachPartIsHeard) {
     EXPECT_TRUE(render(all) == first);
     EXPECT_TRUE(readText(folder / "p.png") == picture);
     EXPECT_EQ(readText(folder / "kept.csv"), kept);
-    EXPECT_EQ(seen["lfos"], 2);
-    EXPECT_EQ(seen["learnedControllers"], 1);
-    EXPECT_EQ(seen["takePoints"], 2);
-    EXPECT_EQ(seen["tempo"], 120.0);
+    EXPECT_TRUE(seen["lfos"] == 2 && seen["learnedControllers"] == 1) << seen;
+    EXPECT_TRUE(seen["takePoints"] == 2 && seen["tempo"] == 120.0) << seen;
     const auto take = parseTake(kept, "kept");
     ASSERT_TRUE(take) << take.message();
     EXPECT_EQ(seen["recordedTakePoints"], take.value().size());
@@ -155,11 +150,6 @@ TEST_F(MovedRender, AllAtOnceGivesTheSameBytesAndPicturesAndEachPartIsHeard) {
     // At speed 1 the scan would stand elsewhere: the take holds it at its two places in turn.
     for (std::size_t i = 0; i < take.value().size(); ++i)
         EXPECT_NEAR(take.value()[i], i % 2 == 0 ? 0.9f : 0.1f, 1e-6f) << i;
-}
-
-TEST_F(MovedRender, ALearnedControllerKeepsToItsWay) {
-    render("--midi move.mid --learn cc:1=Amplitude,min=0,max=0");
-    EXPECT_LT(rms(), 0.05);
 }
 
 TEST_F(MovedRender, ARecordedTakeMovesTheScanAgainAsItWent) {

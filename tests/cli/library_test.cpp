@@ -3,35 +3,26 @@
 #include "cli/commands/commands.h"
 #include "cli/terminal/interrupt.h"
 #include "library/bank_edits.h"
-#include "library/bank_folder.h"
 #include "platform/files/file_calls.h"
-#include "platform/files/file_lock.h"
 #include "stream/kept_sound.h"
 #include "tests/cli/program.h"
 
 #include <chrono>
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <thread>
 #include <unistd.h>
 
 namespace zephyra {
 namespace {
 
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::Not;
+using namespace testing;
 
 PropertyDictionary preset(const std::string& name, double density = 200.25) {
     return {{kSnapshotTags, name}, {"Density_0", density}};
 }
 
 /// A user's folder and a factory's, and the program that works in them.
-class Library : public ProgramTest {
-protected:
+struct Library : ProgramTest {
     Library() {
         environment = "SOURCE_DATE_EPOCH=3000000000 TZ=HERE-10:30 ZEPHYRA_RESOURCE_FOLDER=factory";
         std::filesystem::create_directory(shared());
@@ -68,11 +59,7 @@ TEST_F(Library, WhatIsWrongStandsInOneLineAndChangesNothing) {
     writeText(folder / "broken.zephyra", "no bank");
     for (const char* const file : {"..zephyra", "odd\n.zephyra"}) put(folder / file, {});
     writeText(shared() / "tone.wav", "tone");
-    const struct {
-        const char* arguments;
-        int code;
-        const char* said;
-    } cases[] = {
+    const std::tuple<const char*, int, const char*> cases[] = {
         {"--shared-folder d bnks", 2, "there is no command \"bnks\"; the nearest is banks"},
         {"preset", 2, "preset needs what to do: show, export, import, rename, delete, copy or"},
         {"preset shwo Clouds", 2, "there is no preset command \"shwo\"; the nearest is show"},
@@ -354,14 +341,12 @@ pid_t otherThatOpened(const std::filesystem::path& file) {
     std::error_code ignored; // processes end, and some are others'
     for (int tries = 0; tries < 2000; ++tries) {
         for (const std::string& process : file_calls::list("/proc", ignored)) {
-            const pid_t pid = std::atoi(process.c_str());
-            const auto own = std::filesystem::path("/proc") / process, files = own / "fd";
-            // A fork of this one has its files, too, until it becomes the program.
-            if (pid <= 0 || std::filesystem::read_symlink(own / "exe", ignored) ==
-                                std::filesystem::read_symlink("/proc/self/exe"))
-                continue;
+            const auto about = std::filesystem::path("/proc") / process;
+            if (readText(about / "comm") != "zephyra\n") continue; // or not yet, as a shell
+            const auto files = about / "fd";
             for (const std::string& open : file_calls::list(files, ignored))
-                if (std::filesystem::read_symlink(files / open, ignored) == file) return pid;
+                if (std::filesystem::read_symlink(files / open, ignored) == file)
+                    return std::atoi(process.c_str());
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
@@ -371,9 +356,7 @@ pid_t otherThatOpened(const std::filesystem::path& file) {
 TEST_F(Library, WaitsForAnotherProgramAndMeetsNothingThatItMovedNorGoesOnWhenTheUserStops) {
     const Bank before = bankIn(shared() / "Clouds.zephyra");
     const Bank theirs = renumberedBank(before, {"1 - b", "0 - a", "2 - c"});
-    const struct {
-        const char *arguments, *said;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"preset delete Clouds Haze --yes", "\"Haze\" stands elsewhere"},
         {"preset delete Clouds '*' --yes", "\"Haze\" stands elsewhere"},
         {"preset rename Clouds 1 Fog", "\"Haze\" stands elsewhere"},

@@ -31,10 +31,8 @@ TEST(OneRead, ARenderFromAPresetOpensItsBankAndItsSoundOnceAlsoUnderANewName) {
         for (const fs::path& file : files) ageFile(file);
         const CountedReads reads;
         render({"--bank", "B", "--preset", "P"});
-        for (const fs::path& file : files) {
-            EXPECT_EQ(reads.opens(file), 1) << file;
-            EXPECT_EQ(reads.reads(file), 1) << file;
-        }
+        for (const fs::path& file : files)
+            EXPECT_TRUE(reads.opens(file) == 1 && reads.reads(file) == 1) << file;
     };
     expectOnce({bank, sound});
     fs::rename(sound, folder / "renamed.wav");
@@ -49,9 +47,7 @@ std::shared_ptr<const mokSample> soundOf(HostedInstance& hosted, std::int64_t pr
         const RunLoop::Scope main(loop);
         hosted.view.presets.selectSnapFromIndex(preset);
     }
-    loop.runPosted();
-    if (waits) loop.waitForWork();
-    if (waits) loop.runPosted();
+    waits ? loop.finishWork() : loop.runPosted();
     return hosted.stream().waveForm().fileSound();
 }
 

@@ -7,8 +7,7 @@ namespace {
 
 using testing::HasSubstr;
 
-class PresetRender : public ProgramTest {
-protected:
+struct PresetRender : ProgramTest {
     PresetRender() {
         writeWav(folder / "other.wav", std::vector<std::int16_t>(11025, 9000), 22050);
     }
@@ -42,8 +41,7 @@ TEST_F(PresetRender, APresetThatListensIsAnEffectWithoutBeingTold) {
     const std::string effect = bytes("in.wav --as effect --set Density=50 --save-bank Live "
                                      "--save-preset Ears --drywet 80");
     EXPECT_TRUE(bytes("in.wav --bank Live --preset Ears") == effect);
-    EXPECT_EQ(seen["as"], "effect");
-    EXPECT_TRUE(seen["live"]);
+    EXPECT_TRUE(seen["as"] == "effect" && seen["live"] == true) << seen;
     EXPECT_THAT(run("render in.wav --bank Live --preset Ears").out, HasSubstr("has LIVE on"));
     for (const std::string told : {"--live ", "--as instrument "})
         EXPECT_THAT(run("render in.wav --bank Live --preset Ears " + told).out,

@@ -1,15 +1,15 @@
 // ProgramTest: the real program, run as a user runs it in a folder of their own.
 #pragma once
 
+#include "platform/text/log.h"
+#include "stream/audio_file_writer.h"
 #include "tests/support/temporary_folder.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 #include <sys/wait.h>
-#include <vector>
 
 namespace zephyra {
 
@@ -21,17 +21,11 @@ struct ProgramRun {
 /// A mono WAV file of 16-bit samples.
 inline void writeWav(const std::filesystem::path& file, const std::vector<std::int16_t>& samples,
                      std::uint32_t rate = 44100) {
-    const auto little = [](std::uint32_t value, int bytes) {
-        std::string text;
-        for (int i = 0; i < bytes; ++i) text += static_cast<char>(value >> 8 * i & 0xFF);
-        return text;
-    };
-    std::string data;
-    for (const std::int16_t sample : samples) data += little(static_cast<std::uint16_t>(sample), 2);
-    const auto bytes = static_cast<std::uint32_t>(data.size());
-    writeText(file, "RIFF" + little(36 + bytes, 4) + "WAVEfmt " + little(16, 4) + little(1, 2) +
-                        little(1, 2) + little(rate, 4) + little(rate * 2, 4) + little(2, 2) +
-                        little(16, 2) + "data" + little(bytes, 4) + data);
+    Log log;
+    EAFWrite writer(log);
+    writer.openFileForWrite_sr_channels_wordLength_type(file, rate, 1, 16, audio_file_type::wave);
+    writer.writeShortsMok_fromArray(static_cast<std::uint32_t>(samples.size()), samples.data());
+    EXPECT_EQ(writer.closeFile(), 0);
 }
 
 /// A tone of 441 Hz, half of full scale.
@@ -43,8 +37,7 @@ inline std::vector<std::int16_t> tone(std::size_t frames) {
     return samples;
 }
 
-class ProgramTest : public testing::Test {
-protected:
+struct ProgramTest : testing::Test {
     explicit ProgramTest(std::size_t frames = 22050) { writeWav(folder / "in.wav", tone(frames)); }
 
     /// Runs `zephyra` in folder with arguments as a shell reads them. before is shell text in

@@ -14,11 +14,7 @@ using Usage = ProgramTest;
 TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
     writeText(folder / "text.wav", "no sound at all, and long enough to look at");
     std::filesystem::create_directory(folder / "folder.wav");
-    const struct {
-        const char* arguments;
-        int code;
-        const char* said; // part of the one line on standard error
-    } cases[] = {
+    const std::tuple<const char*, int, const char*> cases[] = {
         {"", 2, "a command is missing: render, info, envelopes, parameters, banks, preset"},
         {"rendr in.wav", 2, "nearest is render"},
         {"--foo", 2, "there is no option \"--foo\""},

@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 namespace zephyra {
 namespace {
 
@@ -51,12 +49,10 @@ constexpr Point whiteKey(int number, double y = 50.0) {
 }
 
 TEST_F(KeyboardTest, FindsTheKeyThatIsSeenAtAPoint) {
-    const struct {
-        Point at;
-        int key;
-    } cases[] = {{{9.0, 57.9}, 1},   {{9.0, 58.0}, 0},   {{7.24, 1.0}, 0},   {{12.74, 1.0}, 1},
-                 {{12.76, 1.0}, 2},  {{30.0, 1.0}, 5},   {{40.0, 1.0}, 6},   {{289.9, 99.9}, 48},
-                 {{279.9, 1.0}, 47}, {{290.0, 1.0}, -1}, {{5.0, 100.0}, -1}, {{-0.1, 5.0}, -1}};
+    const std::pair<Point, int> cases[] = {
+        {{9.0, 57.9}, 1},   {{9.0, 58.0}, 0},   {{7.24, 1.0}, 0},   {{12.74, 1.0}, 1},
+        {{12.76, 1.0}, 2},  {{30.0, 1.0}, 5},   {{40.0, 1.0}, 6},   {{289.9, 99.9}, 48},
+        {{279.9, 1.0}, 47}, {{290.0, 1.0}, -1}, {{5.0, 100.0}, -1}, {{-0.1, 5.0}, -1}};
     for (const auto& [at, key] : cases)
         EXPECT_EQ(keyboard.getKeyboardKey(at), key) << at.x << ", " << at.y;
     for (const auto& [selector, across] : {std::pair{0, 8.0}, {1, 15.0}, {2, 22.0}, {3, 22.0}}) {

@@ -1,12 +1,10 @@
-// The values of knobs: ranges, curves, gestures and labels; and what a finger does to them.
+// The values of knobs: ranges, curves, gestures and labels; what a finger does to them; and who
+// hears of a control's events, also when the listeners change while they are told.
 
 #include "controls/named_knobs.h"
 #include "platform/random_source.h"
 
 #include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
 
 namespace zephyra {
 namespace {
@@ -15,8 +13,7 @@ TEST(Knob, KeepsToItsRangeAndRefusesWhatIsNoNumber) {
     MOK_KNOB_EXP knob;
     knob.setRange(-2.0f, 6.0f);
     knob.setValueNorm(0.75f);
-    constexpr float kInfinity = std::numeric_limits<float>::infinity();
-    for (const float bad : {kInfinity, -kInfinity, std::numeric_limits<float>::quiet_NaN()}) {
+    for (const float bad : {INFINITY, -INFINITY, NAN}) {
         knob.setValue(bad);
         knob.setValueExp(bad);
         knob.setRange(0.0f, bad);
@@ -154,6 +151,36 @@ TEST(KnobTouch, TellsEveryChangeAtOnceOrInTheEnd) {
     knob.endTracking({0, 90}); // must not leave the drag open
     EXPECT_EQ(heard, "d.vc");
     EXPECT_FLOAT_EQ(knob.value(), 0.5f + 10.0f / 360);
+}
+
+TEST(Control, TellsOnceWhoListensAndWhoIsStillThere) {
+    using namespace control_event;
+    std::string heard;
+    const int me = 0, other = 0;
+    Control control("c");
+    const auto add = [&](const void* target, const char* name, ControlEvents events) {
+        control.addTarget(target, name, events, [&heard, name](Control&) { heard += name; });
+    };
+    add(&me, "a", touchDown | valueChanged);
+    control.addTarget(&me, "b", valueChanged, [&](Control& sender) {
+        heard += "b";
+        sender.removeTarget(&me, "b", all);
+        sender.removeTarget(&other, "c", valueChanged | touchDown);
+        add(&me, "e", touchDown | valueChanged);
+    });
+    add(&other, "c", valueChanged);
+    add(&other, "d", valueChanged | touchCancel);
+    control.sendActionsForControlEvents(all);
+    EXPECT_EQ(heard, "abd");
+    EXPECT_FALSE(control.hasTarget(&other, "c") || control.hasTarget(&me, "b"));
+    add(&me, "a", touchDown | valueChanged); // replaces itself
+    control.removeTarget(&other, {}, valueChanged);
+    control.suppressesEvents = true;
+    control.sendEventValueChanged();
+    control.suppressesEvents = false;
+    control.sendEventValueChanged();
+    control.sendActionsForControlEvents(touchCancel);
+    EXPECT_EQ(heard, "abdaed");
 }
 
 } // namespace

@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 namespace zephyra {
 namespace {
 
@@ -30,23 +28,21 @@ TEST(Pad, FollowsItsFirstFingerAcrossItsNotes) {
 }
 
 TEST(Pad, ComesBackAsItWasOrAsFarAsAStateIsUsable) {
-    const struct {
-        PropertyArray state, wanted;
-        bool complains;
-    } cases[] = {{{1.0, 120.0, 0.125, 1.0}, {1.0, 120.0, 0.125, 1.0}, false},
-                 {{5.0, 36.0}, {5.0, 36.0, 0.5, 0.5}, false},
-                 {{3.0}, {2.0, 120.0, 0.5, 0.5}, true},
-                 {{"3", 30, PropertyArray{}, std::nan("")}, {2.0, 30.0, 0.5, 0.5}, true},
-                 {{3.9, 50.9}, {3.0, 50.0, 0.5, 0.5}, false},
-                 {{3.0, 100.0}, {2.0, 100.0, 0.5, 0.5}, false}, // as many as fit above it
-                 {{-7.0, -7.0}, {1.0, 0.0, 0.5, 0.5}, false},
-                 {{1e300, -1e300, 1e300}, {10.0, 0.0, 1.0, 0.5}, false}};
-    for (const auto& c : cases) {
+    const std::tuple<PropertyArray, PropertyArray, bool> cases[] = {
+        {{1.0, 120.0, 0.125, 1.0}, {1.0, 120.0, 0.125, 1.0}, false},
+        {{5.0, 36.0}, {5.0, 36.0, 0.5, 0.5}, false},
+        {{3.0}, {2.0, 120.0, 0.5, 0.5}, true},
+        {{"3", 30, PropertyArray{}, std::nan("")}, {2.0, 30.0, 0.5, 0.5}, true},
+        {{3.9, 50.9}, {3.0, 50.0, 0.5, 0.5}, false},
+        {{3.0, 100.0}, {2.0, 100.0, 0.5, 0.5}, false}, // as many as fit above it
+        {{-7.0, -7.0}, {1.0, 0.0, 0.5, 0.5}, false},
+        {{1e300, -1e300, 1e300}, {10.0, 0.0, 1.0, 0.5}, false}};
+    for (int row = 0; const auto& [state, wanted, complains] : cases) {
         MOK_PAD pad;
         pad.saveLoad_XY = true;
         pad.setBaseNote(120.0f);
-        EXPECT_EQ(!pad.restoreState(c.state).empty(), c.complains) << &c - cases;
-        EXPECT_EQ(pad.getState(), c.wanted) << &c - cases;
+        EXPECT_EQ(!pad.restoreState(state).empty(), complains) << row;
+        EXPECT_EQ(pad.getState(), wanted) << row++;
     }
 }
 

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 namespace zephyra {
 namespace {
 
@@ -19,15 +17,12 @@ struct TapTempo : testing::Test {
 };
 
 TEST_F(TapTempo, IsMeasuredBetweenTapsUntilTwoBeatsPass) {
-    const struct {
-        double at, tempo;
-        int told;
-    } taps[] = {{0.0, 120.0, 0},  {0.5, 120.0, 1}, {1.1, 100.0, 1},  {2.4, 100.0, 0},
-                {2.4, 100.0, 0},  {2.3, 100.0, 0}, {-5.0, 100.0, 0}, {std::nan(""), 100.0, 0},
-                {2.41, 999.0, 1}, {2.5, 667.0, 1}, {3.5, 667.0, 0},  {6.4, 21.0, 1},
-                {12.0, 20.0, 1},  {18.1, 20.0, 0}, {21.2, 20.0, 0}};
-    for (const double start :
-         {0.0, 100.0}) { // with a run loop that goes along, and with a late one
+    const std::tuple<double, double, int> taps[] = {
+        {0.0, 120.0, 0},  {0.5, 120.0, 1}, {1.1, 100.0, 1},  {2.4, 100.0, 0},
+        {2.4, 100.0, 0},  {2.3, 100.0, 0}, {-5.0, 100.0, 0}, {std::nan(""), 100.0, 0},
+        {2.41, 999.0, 1}, {2.5, 667.0, 1}, {3.5, 667.0, 0},  {6.4, 21.0, 1},
+        {12.0, 20.0, 1},  {18.1, 20.0, 0}, {21.2, 20.0, 0}};
+    for (const double start : {0.0, 100.0}) { // a run loop goes along, or is late
         tap.resetTapCounter();
         for (const auto& [at, tempo, wanted] : taps) {
             if (start == 0.0 && at > 0.0) loop.advance(at);
@@ -40,12 +35,10 @@ TEST_F(TapTempo, IsMeasuredBetweenTapsUntilTwoBeatsPass) {
 }
 
 TEST_F(TapTempo, StepsByQuarters) {
-    const struct {
-        double from, up, down;
-        const char* label;
-    } cases[] = {{120.0, 120.25, 119.75, "120"},  {100.333, 100.5, 100.25, "100.33"},
-                 {120.8, 121.0, 120.75, "120.8"}, {998.9, 999.0, 998.75, "998.9"},
-                 {999.0, 999.0, 998.75, "999"},   {20.0, 20.25, 20.0, "20"}};
+    const std::tuple<double, double, double, const char*> cases[] = {
+        {120.0, 120.25, 119.75, "120"},  {100.333, 100.5, 100.25, "100.33"},
+        {120.8, 121.0, 120.75, "120.8"}, {998.9, 999.0, 998.75, "998.9"},
+        {999.0, 999.0, 998.75, "999"},   {20.0, 20.25, 20.0, "20"}};
     for (const auto& [from, up, down, label] : cases) {
         tap.setValue(from);
         EXPECT_EQ(tap.label(), label);

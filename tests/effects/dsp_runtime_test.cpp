@@ -4,11 +4,9 @@
 #include "platform/text/log.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <numeric>
-#include <string>
 #include <sys/resource.h>
 #include <vector>
 
@@ -73,15 +71,12 @@ TEST(DelayLine, HoldsThePowerOfTwoAtOrAboveTheRequestAndIsClearedBySettingUpAgai
     for (const auto& [requested, size] : sizes) {
         DelayLine line;
         setUpDelayLine(line, "line", requested, nullptr);
-        EXPECT_TRUE(line.usable());
-        EXPECT_EQ(line.size, size);
-        EXPECT_EQ(line.mask, size - 1);
-        EXPECT_EQ(line.maxDelay, requested);
+        EXPECT_TRUE(line.usable() && line.mask == size - 1) << requested;
+        EXPECT_EQ(std::tuple(line.size, line.maxDelay), std::tuple(size, requested));
         line.memory[size - 1] = 5;
         line.writeIndex = 1;
         setUpDelayLine(line, "line", requested, nullptr);
-        EXPECT_EQ(line.memory[size - 1], 0);
-        EXPECT_EQ(line.writeIndex, 0);
+        EXPECT_TRUE(line.memory[size - 1] == 0 && line.writeIndex == 0) << requested;
         releaseDelayLine(line);
     }
 }

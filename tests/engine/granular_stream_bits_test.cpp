@@ -9,9 +9,6 @@
 
 #include <bit>
 #include <ostream>
-#include <random>
-#include <string>
-#include <vector>
 
 namespace zephyra {
 namespace {

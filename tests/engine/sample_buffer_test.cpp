@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <string>
 
 namespace zephyra {
@@ -21,10 +20,9 @@ void expectGuard(const mokBuffer& buffer) {
 }
 
 TEST(Buffer, KeepsItsGuardAndItsSizesThroughEveryOperation) {
-    const struct {
-        unsigned long asked;
-        std::uint64_t size, counted; // without the last three frames
-    } cases[] = {{0, 10, 7}, {1, 1, 0}, {2, 2, 0}, {3, 3, 0}, {4, 4, 1}, {100, 100, 97}};
+    // Asked for, its size, and what it counts without the last three frames.
+    const std::uint64_t cases[][3] = {{0, 10, 7}, {1, 1, 0}, {2, 2, 0},
+                                      {3, 3, 0},  {4, 4, 1}, {100, 100, 97}};
     for (const auto& [asked, size, counted] : cases) {
         mokBuffer buffer(asked);
         EXPECT_EQ(buffer.size, size);
@@ -33,7 +31,7 @@ TEST(Buffer, KeepsItsGuardAndItsSizesThroughEveryOperation) {
         fill(buffer);
         buffer.writeGuardPoint();
         expectGuard(buffer);
-        for (const float gain : {std::nanf(""), std::numeric_limits<float>::infinity(), -0.5f})
+        for (const float gain : {NAN, INFINITY, -0.5f})
             buffer.rescale(gain); // only the last is taken
         EXPECT_EQ(buffer.data[size - 1], -0.5f * static_cast<float>(size));
         expectGuard(buffer);
@@ -55,23 +53,18 @@ TEST(Sample, AllocatedAnewForgetsEverythingUnlessMemoryIsShort) {
     mokSample sample(20, 44100.0f);
     fill(sample);
     testing::internal::CaptureStderr();
-    EXPECT_FALSE(sample.allocate(std::numeric_limits<std::uint64_t>::max(), 48000.0f));
+    EXPECT_FALSE(sample.allocate(UINT64_MAX, 48000.0f));
     const std::string line = testing::internal::GetCapturedStderr();
     EXPECT_EQ(line.rfind("bad_alloc caught: ", 0), 0u) << line;
     EXPECT_EQ(line.find('\n'), line.size() - 1) << line;
-    EXPECT_TRUE(sample.ready);
-    EXPECT_EQ(sample.size, 20u);
-    EXPECT_EQ(sample.sampleRate, 44100.0f);
-    EXPECT_EQ(sample.data[19], 20.0f);
+    EXPECT_TRUE(sample.ready && sample.data[19] == 20.0f);
+    EXPECT_EQ(std::tuple(sample.size, sample.sampleRate), std::tuple(20u, 44100.0f));
 
     sample.offset = 7;
     sample.ready = false;
     ASSERT_TRUE(sample.allocate(50, 48000.0f));
-    EXPECT_EQ(sample.size, 50u);
-    EXPECT_EQ(sample.sampleRate, 48000.0f);
-    EXPECT_EQ(sample.bitsPerSample, 16);
-    EXPECT_EQ(sample.offset, 0u);
-    EXPECT_TRUE(sample.ready);
+    EXPECT_TRUE(sample.ready && sample.bitsPerSample == 16 && sample.offset == 0);
+    EXPECT_EQ(std::tuple(sample.size, sample.sampleRate), std::tuple(50u, 48000.0f));
     EXPECT_FLOAT_EQ(sample.guardRatio, 1.06f);
     for (std::uint64_t n = 0; n < 53; ++n) EXPECT_EQ(sample.data[n], 0.0f) << n;
 }

@@ -122,11 +122,7 @@ TEST(Window, RandomMapsThirtyTwoBitsToBipolarValues) {
 
 TEST(Wave, FollowsItsFormulaAndRepeatsItsStartBehindItsEnd) {
     const Formula sine = [](Real n, Real N) { return std::sin(2 * kPi * n / N); };
-    const struct {
-        int code;
-        const char* name;
-        Formula value;
-    } cases[] = {
+    const std::tuple<int, const char*, Formula> cases[] = {
         {0, "sine, for a code that is none", sine},
         {kWaveSine, "sine", sine},
         {kWaveCosine, "cosine", [](Real n, Real N) { return std::cos(2 * kPi * n / N); }},
@@ -155,18 +151,14 @@ TEST(EnvelopeMenu, NamesItsEntriesAndFindsThemByAnyReasonableSpelling) {
     EXPECT_EQ(kDefaultEnvelope, 2u);
     RandomSource random;
     EXPECT_EQ(makeEnvelope(12, random), nullptr);
-    const std::pair<const char*, std::optional<std::size_t>> cases[] = {
-        {"Grain Envelope: Hanning", 2},
-        {"  H A N N I N G ", 2},
-        {"grainenvelope:hamming", 5},
-        {"blackman harris", 1},
-        {"pulse1", 8},
-        {"Pulse", {}},
-        {"Pulse 12", {}},
-        {"Han", {}},
-        {"Grain Envelope: ", {}},
-        {"", {}}};
-    for (const auto& [name, entry] : cases) EXPECT_EQ(findEnvelope(name), entry) << name;
+    for (const auto& [name, entry] : {std::pair("Grain Envelope: Hanning", 2u),
+                                      {"  H A N N I N G ", 2u},
+                                      {"grainenvelope:hamming", 5u},
+                                      {"blackman harris", 1u},
+                                      {"pulse1", 8u}})
+        EXPECT_EQ(findEnvelope(name), entry) << name;
+    for (const char* none : {"Pulse", "Pulse 12", "Han", "Grain Envelope: ", ""})
+        EXPECT_FALSE(findEnvelope(none)) << none;
 }
 
 } // namespace

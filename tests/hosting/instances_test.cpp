@@ -3,12 +3,6 @@
 #include "engine/envelope_menu.h"
 #include "tests/support/hosted_unit.h"
 
-#include <algorithm>
-#include <array>
-#include <cstddef>
-#include <string>
-#include <thread>
-
 namespace zephyra {
 namespace {
 
@@ -32,7 +26,6 @@ PropertyDictionary wrongState(HostedUnit& hosted, std::uint32_t number) {
 /// A second of an instance that draws, restores and complains.
 Played play(std::uint32_t number) {
     HostedUnit hosted(component_type::instrument);
-    RunLoop& loop = hosted.instance.runLoop;
     hosted.instance.random.seed(number);
     StreamControls& controls = hosted.stream.controls;
     for (MOK_KNOB* const knob :
@@ -44,9 +37,7 @@ Played play(std::uint32_t number) {
     }
     hosted.stream.pickEnvelope(findEnvelope("Random").value());
     hosted.view.restoreState(wrongState(hosted, number));
-    loop.runPosted();
-    loop.waitForWork();
-    loop.runPosted();
+    hosted.instance.runLoop.finishWork();
     hosted.ready().queue(ControlId::playStop, 1);
     hosted.render(44100);
     std::sort(hosted.lines.begin(), hosted.lines.end());

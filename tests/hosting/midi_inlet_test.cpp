@@ -3,12 +3,6 @@
 #include "hosting/midi_inlet.h"
 #include "tests/support/hosted_unit.h"
 
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <thread>
-#include <utility>
-
 namespace zephyra {
 namespace {
 

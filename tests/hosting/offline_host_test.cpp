@@ -2,10 +2,6 @@
 
 #include "tests/support/hosted_unit.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 namespace zephyra {
 namespace {
 
@@ -15,10 +11,7 @@ TEST(OfflineHost, CountsBeatsWithTheTempoWhileTheTransportMoves) {
     HostedUnit hosted(component_type::instrument);
     hosted.ready(100);
     hosted.stream.setDisplayed(scanSync, 1.0f);
-    hosted.host.reportContext(true);
-    hosted.host.reportTransport(true);
-    hosted.host.setMeter(4);
-    hosted.host.setTempo(90);
+    hosted.report(90);
     hosted.host.setBeatPosition(-1.5);
     hosted.render(44100);
     hosted.host.setTransport(true);
@@ -46,11 +39,10 @@ TEST(OfflineHost, BringsAnInstrumentToItsDemonstrationSampleBeforeTheFirstBlock)
 }
 
 TEST(OfflineHost, CutsABlockWhereSomethingActsAndNowhereElse) {
-    const struct {
-        std::uint32_t most, frames; // of a cycle, of each of two blocks
-        std::vector<std::uint32_t> at;
-        const char* happened; // "f:" where something acted, and where cycles ended
-    } rows[] = {
+    // Most frames of a cycle, frames of each of two blocks, where something is to act; "f:" where
+    // it did, and where cycles ended.
+    using Offsets = std::vector<std::uint32_t>;
+    const std::tuple<std::uint32_t, std::uint32_t, Offsets, const char*> rows[] = {
         {512, 512, {}, "512 1024 "},
         {512, 512, {0}, "0: 512 1024 "},
         {512, 512, {16, 1, 17, 2}, "16 16: 16: 16: 32 32: 512 1024 "},
@@ -68,14 +60,14 @@ TEST(OfflineHost, CutsABlockWhereSomethingActsAndNowhereElse) {
     std::string happened;
     host.setCycleListener(
         [&](std::uint32_t end) { happened += std::to_string(first + end) + " "; });
-    for (const auto& row : rows) {
-        hosted.ready(row.most);
+    for (const auto& [most, frames, offsets, wanted] : rows) {
+        hosted.ready(most);
         happened.clear();
-        for (const std::uint32_t at : row.at)
+        for (const std::uint32_t at : offsets)
             host.queueTask([&] { happened += std::to_string(host.renderedFrames()) + ": "; }, at);
-        for (first = 0; first < 2 * row.frames; first += row.frames) hosted.render(row.frames);
-        EXPECT_EQ(happened, row.happened);
-        EXPECT_EQ(host.hasQueued(), row.at == std::vector<std::uint32_t>{1024});
+        for (first = 0; first < 2 * frames; first += frames) hosted.render(frames);
+        EXPECT_EQ(happened, wanted);
+        EXPECT_EQ(host.hasQueued(), offsets == Offsets{1024});
     }
 }
 
@@ -110,10 +102,7 @@ TEST(OfflineHost, MovesNothingElseByAnEventOrACut) {
         hosted.stream.setDisplayed(scanSync, 1.0f);
         hosted.stream.setScrubNormalizedValue(0.5f); // until the rewind of beat 0 is taken
         if (plays) hosted.stream.____play();
-        hosted.host.reportContext(true);
-        hosted.host.reportTransport(true);
-        hosted.host.setMeter(4);
-        hosted.host.setTempo(120);
+        hosted.report(120);
         for (int i = 0; i < 8; ++i) {
             hosted.host.setTransport(plays && i < 4);
             if (!plain && plays) hosted.queue(width, hosted.stream.linear(width));

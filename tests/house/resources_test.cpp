@@ -6,9 +6,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
-#include <string>
-#include <vector>
 
 namespace zephyra {
 namespace {
@@ -40,10 +37,8 @@ TEST(BuiltInSamples, areWhatTheGeneratorMakesSmallAndNeitherClipNorWhisper) {
     const std::string command =
         std::string("\"") + ZEPHYRA_MAKE_SAMPLES + "\" \"" + made.string() + "\"";
     ASSERT_EQ(std::system(command.c_str()), 0);
-    const struct {
-        const char* name;
-        double seconds, lowestPeak;
-    } cases[] = {{"Zephyra_Sample08.mp3", 12.0, 0.7}, {"Blackbird.mp3", 13.0, 0.35}};
+    const std::tuple<const char*, double, double> cases[] = {{"Zephyra_Sample08.mp3", 12.0, 0.7},
+                                                             {"Blackbird.mp3", 13.0, 0.35}};
     for (const auto& [name, seconds, lowestPeak] : cases) {
         const Samples stored = decode(kFolder / name);
         Samples difference = decode(made / name);

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace zephyra {
 namespace {
@@ -70,19 +69,14 @@ TEST(BankCheck, NamesTheKeyOfEveryFindingAndMendingLeavesOutWhatIsWrong) {
 }
 
 TEST(BankCheck, MendingKeepsEveryPresetThatIsWhole) {
-    struct Damage {
-        const char* how;
-        std::string text;
-        std::vector<std::string> kept; // keys
-        std::size_t lost, notes;
-    };
-    const std::vector<std::string> all = {"0-a", "1-b&c", "2-d"};
+    using Keys = std::vector<std::string>;
+    const Keys all = {"0-a", "1-b&c", "2-d"};
     const std::string sound = soundText();
     const std::size_t second = sound.find("\t<key>1");
     const std::string rest = sound.substr(second);
     std::string line = sound;
     std::erase_if(line, [](char byte) { return byte == '\n' || byte == '\t'; });
-    const Damage damages[] = {
+    const std::tuple<const char*, std::string, Keys, std::size_t, std::size_t> damages[] = {
         {"cut off", sound.substr(0, sound.rfind("</dict>") - 9), {"0-a", "1-b&c"}, 1, 1},
         {"no end", sound.substr(0, second) + replaced(rest, "</dict>", ""), {"0-a", "2-d"}, 1, 1},
         {"ends too many", replaced(line, "<key>x</key>", "</dict></dict>"), all, 1, 3},
@@ -92,17 +86,17 @@ TEST(BankCheck, MendingKeepsEveryPresetThatIsWhole) {
         {"key twice", replaced(sound, "2-d", "0-a"), {"0-a", "0-a (2)", "1-b&c"}, 0, 0},
         {"no dictionary", replaced(sound, "</plist>", "\n\t<key>3</key>\n\t<true/>"), all, 1, 1},
     };
-    for (const Damage& damage : damages) {
-        SCOPED_TRACE(damage.how);
-        const auto findings = checkBank(bytesOf(damage.text));
+    for (const auto& [how, text, kept, lost, notes] : damages) {
+        SCOPED_TRACE(how);
+        const auto findings = checkBank(bytesOf(text));
         EXPECT_TRUE(findings.front().fatal);
-        EXPECT_GE(findings.size(), 2 + damage.lost);
+        EXPECT_GE(findings.size(), 2 + lost);
         EXPECT_THAT(findings.back().text, ::testing::HasSubstr("whole"));
-        const auto mended = mendBank(bytesOf(damage.text));
+        const auto mended = mendBank(bytesOf(text));
         ASSERT_TRUE(mended);
-        EXPECT_EQ(sortedKeys(mended->bank), damage.kept);
-        EXPECT_EQ(mended->lost, damage.lost);
-        EXPECT_EQ(mended->notes.size(), damage.notes);
+        EXPECT_EQ(sortedKeys(mended->bank), kept);
+        EXPECT_EQ(mended->lost, lost);
+        EXPECT_EQ(mended->notes.size(), notes);
         for (const auto& [key, record] : mended->bank)
             EXPECT_EQ(record.as<PropertyDictionary>()->size(), 3u) << key;
     }

@@ -1,18 +1,11 @@
-#include "library/bank_edits.h"
-#include "library/bank_folder.h"
 #include "tests/library/bank_fixture.h"
 
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
-#include <functional>
-#include <gtest/gtest.h>
 #include <random>
 #include <set>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace zephyra {
 namespace {
@@ -24,12 +17,6 @@ const std::string kName = "Bank.zephyra";
 /// Where a bank stands before it is saved into.
 enum class Start { nowhere, shared, factory };
 constexpr Start kStarts[] = {Start::nowhere, Start::shared, Start::factory};
-
-/// In memory where that can be had: a disk takes long to flush what hundreds of saves write.
-fs::path quickFolder() {
-    const fs::path memory = "/dev/shm";
-    return fs::is_directory(memory) ? memory : fs::temp_directory_path();
-}
 
 /// New folders with the bank "0 - old" where start says.
 struct Place {
@@ -69,10 +56,7 @@ struct Place {
 int pointsOfSave(Start start) {
     const Place place(start);
     int points = 0;
-    const GateScope gate([&points](FileCall, const fs::path&) {
-        ++points;
-        return 0;
-    });
+    const GateScope gate([&points](FileCall, const fs::path&) { return ++points, 0; });
     EXPECT_EQ(BankFolder(place.folders).change(kName, adding("1 - new")).problem, "");
     return points;
 }
@@ -118,21 +102,7 @@ TEST(BankCrash, ASaveThatFailsAtAnyFileCallLeavesTheOldOrTheNewBankAndLosesNothi
     RecordProperty("points", points);
 }
 
-/// Runs work in a process of its own, which ends with its answer.
-pid_t inChild(const std::function<int()>& work) {
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(work());
-    return child;
-}
-
-int exitCode(pid_t child) {
-    int status = 0;
-    EXPECT_EQ(::waitpid(child, &status, 0), child);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
 TEST(BankCrash, AProcessThatDiesAtAnyFileCallLeavesTheOldOrTheNewBankAndTheLockFree) {
-    constexpr int died = 9;
     int deaths = 0;
     for (const Start start : kStarts) {
         const int points = pointsOfSave(start);
@@ -140,16 +110,11 @@ TEST(BankCrash, AProcessThatDiesAtAnyFileCallLeavesTheOldOrTheNewBankAndTheLockF
             SCOPED_TRACE(testing::Message()
                          << "start " << static_cast<int>(start) << ", point " << point);
             const Place place(start);
-            const pid_t child = inChild([&] {
-                int call = 0;
-                setFileCallGate([&](FileCall, const fs::path&) {
-                    if (++call == point) ::_exit(died);
-                    return 0;
-                });
+            const int code = exitCodeWhenDyingAt(point, [&] {
                 BankFolder(place.folders).change(kName, adding("1 - new"));
                 return 0;
             });
-            ASSERT_EQ(exitCode(child), died);
+            ASSERT_EQ(code, kDied);
             const auto onDisk = place.onDisk();
             EXPECT_TRUE(onDisk == place.before || onDisk == place.with({"1 - new"}));
             EXPECT_EQ(BankFolder(place.folders).change(kName, adding("2 - later")).problem, "");

@@ -3,12 +3,12 @@
 
 #include "library/bank_edits.h"
 #include "library/bank_folder.h"
-#include "platform/files/file_calls.h"
+#include "tests/support/counted_reads.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
-#include <memory>
-#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace zephyra {
 
@@ -21,22 +21,9 @@ inline BankFolder::Change adding(const std::string& key) {
     return [key](Bank& bank) { return bank.emplace(key, named("Name")).second; };
 }
 
-class BankFixture : public ::testing::Test {
-protected:
+struct BankFixture : ::testing::Test {
     TemporaryFolder shared_, resources_;
     Folders folders_{shared_.path(), resources_.path()};
-};
-
-/// Asks gate before each file call, while this lives.
-class GateScope {
-public:
-    explicit GateScope(FileCallGate gate) : before_(setFileCallGate(std::move(gate))) {}
-    GateScope(const GateScope&) = delete;
-    GateScope& operator=(const GateScope&) = delete;
-    ~GateScope() { setFileCallGate(std::move(before_)); }
-
-private:
-    FileCallGate before_;
 };
 
 /// Counts the calls of one kind, which fail with error unless that is 0.
@@ -54,5 +41,31 @@ private:
     int count_ = 0;
     GateScope gate_;
 };
+
+/// Runs work in a process of its own, which ends with its answer.
+inline pid_t inChild(const std::function<int()>& work) {
+    const pid_t child = ::fork();
+    if (child == 0) ::_exit(work());
+    return child;
+}
+
+/// -1 when a signal ended it.
+inline int exitCode(pid_t child) {
+    int status = 0;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+constexpr int kDied = 9;
+
+/// The exit code of work in a process that dies, with kDied, at its file call number point.
+inline int exitCodeWhenDyingAt(int point, const std::function<int()>& work) {
+    return exitCode(inChild([&] {
+        const GateScope gate([calls = 0, point](FileCall, const auto&) mutable {
+            return ++calls == point ? (::_exit(kDied), 0) : 0;
+        });
+        return work();
+    }));
+}
 
 } // namespace zephyra

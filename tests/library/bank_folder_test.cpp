@@ -1,13 +1,10 @@
 #include "library/bank_folder.h"
 
-#include "library/bank_edits.h"
 #include "library/preset_edits.h"
-#include "platform/files/file_calls.h"
 #include "tests/library/bank_fixture.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace zephyra {
 namespace {
@@ -19,8 +16,7 @@ using ::testing::HasSubstr;
 const std::string kName = "Bank.zephyra";
 
 /// Two folders, with a factory bank, and what is done to the user's.
-class BankFolderTest : public BankFixture {
-protected:
+struct BankFolderTest : BankFixture {
     BankFolderTest() { EXPECT_TRUE(writeBank(factory(), {{"0 - f", named("F")}})); }
 
     fs::path factory() const { return folders_.resources / "Factory.zephyra"; }

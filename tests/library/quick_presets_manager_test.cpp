@@ -5,24 +5,13 @@
 #include "tests/library/bank_fixture.h"
 #include "tests/support/heard_instance.h"
 
-#include <atomic>
 #include <cerrno>
-#include <chrono>
-#include <functional>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <thread>
-#include <utility>
 
 namespace zephyra {
 namespace {
 
-using ::testing::AnyOf;
-using ::testing::Contains;
-using ::testing::Each;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::Not;
+using namespace ::testing;
 
 constexpr const char* kSuffix = ".zephyra";
 constexpr int kBanks = QuickPresetsManager::kBanksTable;
@@ -50,13 +39,7 @@ struct Store : QuickPresetsManagerDelegate {
         restored += *record.at(kSnapshotTags).as<std::string>() + " ";
     }
     /// Until nothing is left to do.
-    void run() {
-        instance.runLoop.runPosted();
-        for (int chained = 0; chained < 8; ++chained) {
-            instance.runLoop.waitForWork();
-            instance.runLoop.runPosted();
-        }
-    }
+    void run() { instance.runLoop.finishWork(); }
     /// "title: message" of the alert that waits; empty for none.
     std::string alert() {
         run();
@@ -111,8 +94,7 @@ struct Store : QuickPresetsManagerDelegate {
     std::unique_ptr<QuickPresetsManager> manager;
 };
 
-class StoreTest : public ::testing::Test {
-protected:
+struct StoreTest : ::testing::Test {
     explicit StoreTest(bool isPaced) : store(folders, isPaced) {}
     static void write(const std::filesystem::path& file, const Bank& bank) {
         ASSERT_TRUE(writeBank(file, bank));
@@ -173,13 +155,12 @@ TEST_P(Presets, ASaveMakesABankAndAsksForANameThatIsNotTakenAndAFileName) {
     EXPECT_THAT(store.rows(kPresets), ElementsAre("*Pads"));
     EXPECT_EQ(store->getCurrentSelectedSnapID(), key);
 
-    const struct {
-        std::string typed, name, alert;
-    } cases[] = {{"Пад", "Пад", ""},
-                 {"Taken", "<unnamed>", ""},
-                 {"taken", "taken", ""},
-                 {"a/b", "<unnamed>", "Warning: Invalid file name"},
-                 {std::string(300, 'n'), "<unnamed>", "Warning: Invalid file name"}};
+    const std::tuple<std::string, std::string, std::string> cases[] = {
+        {"Пад", "Пад", ""},
+        {"Taken", "<unnamed>", ""},
+        {"taken", "taken", ""},
+        {"a/b", "<unnamed>", "Warning: Invalid file name"},
+        {std::string(300, 'n'), "<unnamed>", "Warning: Invalid file name"}};
     write(folders.file("a"), {{"9", named("Taken")}});
     store.select("a");
     for (const auto& [typed, name, alert] : cases) {
@@ -236,21 +217,19 @@ TEST_P(Presets, AFactoryBankIsLockedAndSavingIntoItMakesAUsersBankOfItsName) {
 TEST_P(Presets, PresetsAndBanksTakeANewNameUnlessTheyCannot) {
     const std::string existing = "Warning: Existing file name";
     const std::string invalid = "Warning: Invalid file name";
-    const struct {
-        int table;
-        std::string typed, name, alert;
-    } cases[] = {{kPresets, "", "v1.2", ""},
-                 {kPresets, "Other", "v1.2", existing},
-                 {kPresets, "a\nb", "v1.2", invalid},
-                 {kPresets, "v2", "v2", ""},
-                 {kBanks, "c", "v1.2", existing},
-                 {kBanks, "../b", "v1.2", invalid},
-                 {kBanks, ".", "v1.2", invalid},
-                 {kBanks, "..", "v1.2", invalid},
-                 {kBanks, "a\\xFF", "v1.2", invalid},              // of a byte that is shown so
-                 {kBanks, std::string(248, 'n'), "v1.2", invalid}, // 256 with the extension
-                 {kBanks, "v2.0", "v2.0", ""},
-                 {kBanks, "v2.zephyra", "v2", ""}};
+    const std::tuple<int, std::string, std::string, std::string> cases[] = {
+        {kPresets, "", "v1.2", ""},
+        {kPresets, "Other", "v1.2", existing},
+        {kPresets, "a\nb", "v1.2", invalid},
+        {kPresets, "v2", "v2", ""},
+        {kBanks, "c", "v1.2", existing},
+        {kBanks, "../b", "v1.2", invalid},
+        {kBanks, ".", "v1.2", invalid},
+        {kBanks, "..", "v1.2", invalid},
+        {kBanks, "a\\xFF", "v1.2", invalid},              // of a byte that is shown so
+        {kBanks, std::string(248, 'n'), "v1.2", invalid}, // 256 with the extension
+        {kBanks, "v2.0", "v2.0", ""},
+        {kBanks, "v2.zephyra", "v2", ""}};
     for (const auto& [table, typed, name, alert] : cases) {
         write(folders.file("v1.2"), {{"0", named("v1.2")}, {"1", named("Other")}});
         write(folders.file("c"), {});
@@ -299,10 +278,8 @@ TEST_P(Presets, SteppingWrapsAroundAndAnIndexFromMidiIsTakenAsNearAsThereIsOne) 
         EXPECT_EQ(store.loaded(), previous);
     }
     store.select("b");
-    const struct {
-        int bank, preset;
-        const char* loaded;
-    } cases[] = {{0, 1, "A1 "}, {-3, -1, "A0 "}, {99, 99, "C0 "}, {1, 0, ""}};
+    const std::tuple<int, int, const char*> cases[] = {
+        {0, 1, "A1 "}, {-3, -1, "A0 "}, {99, 99, "C0 "}, {1, 0, ""}};
     for (const auto& [bank, preset, loaded] : cases) {
         store.instance.notifications.post(midi_notice::kSelectBank, bank);
         store.instance.notifications.post(midi_notice::kSelectPreset, preset);
@@ -555,9 +532,14 @@ TEST_F(WaitingPresets, StayInMemoryWhenTheLockIsNotFreeInTime) {
     EXPECT_EQ(onDisk("a").size(), 3u);
 }
 
-TEST_F(WaitingPresets, AreWrittenThoughTheirStoreEnds) {
-    store->saveSnap();
-    store->saveSnap();
+TEST_F(WaitingPresets, AreWrittenThoughTheirStoreEndsOrGivenUpWithALineWhenTheLockStaysTaken) {
+    store->bankFolder().setLockWait({.seconds = 0.02});
+    for (int n = 0; n < 3; ++n) store->saveSnap();
+    store.manager.reset();
+    EXPECT_THAT(store.instance.lines, Contains(HasSubstr(BankFolder::kLockName)));
+    EXPECT_EQ(onDisk("a").size(), 2u);
+    store.select("a");
+    for (int n = 0; n < 2; ++n) store->saveSnap();
     std::thread free([this] {
         std::this_thread::sleep_for(std::chrono::milliseconds(30));
         lock.unlock();
@@ -565,14 +547,6 @@ TEST_F(WaitingPresets, AreWrittenThoughTheirStoreEnds) {
     store.manager.reset();
     free.join();
     EXPECT_EQ(onDisk("a").size(), 4u);
-}
-
-TEST_F(WaitingPresets, AreGivenUpWithALineWhenTheirStoreEndsAndTheLockIsNotFreeInTime) {
-    store->bankFolder().setLockWait({.seconds = 0.02});
-    for (int n = 0; n < 3; ++n) store->saveSnap();
-    store.manager.reset();
-    EXPECT_THAT(store.instance.lines, Contains(HasSubstr(BankFolder::kLockName)));
-    EXPECT_EQ(onDisk("a").size(), 2u);
 }
 
 TEST_F(WaitingPresets, GoIntoTheBankThatWasMadeOrRenamedBefore) {

@@ -6,10 +6,8 @@
 #include "platform/files/file_calls.h"
 #include "tests/support/temporary_folder.h"
 
-#include <atomic>
 #include <chrono>
 #include <gmock/gmock.h>
-#include <thread>
 
 namespace zephyra {
 namespace {
@@ -39,10 +37,7 @@ struct SampleLibrary : testing::Test {
     }
     /// The message (title for a rename) of the alert that work ended with.
     std::string finished() {
-        for (int turn = 0; turn < 3; ++turn) {
-            instance.runLoop.waitForWork();
-            instance.runLoop.runPosted();
-        }
+        instance.runLoop.finishWork();
         const Alert* const alert = instance.alerts.current();
         if (alert && alert->textField) return alert->title;
         const std::string message = alert ? alert->message : "";

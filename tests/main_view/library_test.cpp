@@ -3,15 +3,12 @@
 #include "tests/support/hosted_unit.h"
 #include "tests/support/temporary_folder.h"
 
-#include <gtest/gtest.h>
-
 namespace zephyra {
 namespace {
 
 struct Librarian : HostedUnit {
-    explicit Librarian(const TemporaryFolder& shared, const char* resources = "")
-        : HostedUnit(component_type::instrument) {
-        instance.folders = {shared.path(), resources};
+    explicit Librarian(const TemporaryFolder& shared) : HostedUnit(component_type::instrument) {
+        instance.folders = {shared.path(), {}};
         ready();
     }
     /// Other settings for each number; an LFO moves other controls as well.
@@ -57,16 +54,6 @@ TEST(Preset, ComesBackByMidiAsItWasSavedWhateverWasPlayedBefore) {
     restored.view.restoreState(player.view.getState());
     restored.settle();
     EXPECT_TRUE(restored.view.getState() == player.view.getState());
-}
-
-TEST(Preset, NamesABuiltInSampleAsAnyMachineFindsIt) {
-    const TemporaryFolder shared; // without the sample's copy
-    Librarian player(shared, ZEPHYRA_SOURCE_DIR "/resources");
-    player.view.samples.tableView_didSelectRowAtIndexPath({QuickSampleManager::kBuiltInSection, 1});
-    player.settle();
-    const PropertyDictionary snapshot = player.view.snapshotState();
-    EXPECT_EQ(snapshot.at("Sample_0").as<PropertyDictionary>()->at("Path"),
-              PropertyValue("Blackbird.mp3"));
 }
 
 TEST(Preset, OfWhatLiveHeardGetsItsFileBeforeItIsSaved) {

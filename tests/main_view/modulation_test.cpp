@@ -4,11 +4,6 @@
 #include "tests/support/hosted_unit.h"
 #include "tests/support/stream_probe.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 namespace zephyra {
 namespace {
 

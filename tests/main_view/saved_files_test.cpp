@@ -8,9 +8,6 @@
 #include "tests/support/hosted_unit.h"
 #include "tests/support/temporary_folder.h"
 
-#include <gtest/gtest.h>
-
-#include <bit>
 #include <sstream>
 
 namespace zephyra {

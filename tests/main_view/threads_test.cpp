@@ -2,20 +2,11 @@
 // thread sanitizer watches.
 
 #include "engine/envelope_menu.h"
-#include "hosting/midi_inlet.h"
 #include "platform/threads/wall_clock_driver.h"
 #include "tests/support/hosted_unit.h"
 #include "tests/support/temporary_folder.h"
 
-#include <algorithm>
-#include <array>
-#include <atomic>
 #include <chrono>
-#include <cmath>
-#include <functional>
-#include <mutex>
-#include <random>
-#include <thread>
 
 namespace zephyra {
 namespace {

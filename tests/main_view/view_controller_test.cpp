@@ -1,19 +1,9 @@
 // Host and controls: who moves whom, who is told, and what a state keeps.
 
 #include "hosting/gesture_filter.h"
-#include "platform/text/log.h"
 #include "tests/support/hosted_unit.h"
 #include "tests/support/stream_probe.h"
 #include "tests/support/temporary_folder.h"
-#include "tests/support/test_sounds.h"
-
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <map>
-#include <string>
-#include <thread>
-#include <utility>
 
 namespace zephyra {
 namespace {
@@ -136,30 +126,25 @@ TEST(Switches, AreGesturesOfAHandAndOfNobodyElse) {
 }
 
 TEST(Scan, StandsBehindTheInputOfAFreshEffectUnlessItWasSetBefore) {
-    const struct {
-        const char* set;
-        void (*act)(HostedUnit&);
-        double rate;
-        float position, speed;
-    } rows[] = {
+    const std::tuple<const char*, void (*)(HostedUnit&), double, float, float> rows[] = {
         {"nothing", [](HostedUnit&) {}, 44100, 432175.0f / 441000, 0},
         {"nothing at another rate", [](HostedUnit&) {}, 96000, 421795.0f / 441000, 0},
         {"position", [](HostedUnit& h) { h.stream.setScrubNormalizedValue(0.5f); }, 44100, 0.5f, 1},
         {"region", [](HostedUnit& h) { h.stream.setRegion(0, 0.5f); }, 44100, 0, 1},
         {"speed", [](HostedUnit& h) { h.stream.setLinear(scanning, 2); }, 44100, 0, 2},
     };
-    for (const auto& row : rows) {
+    for (const auto& [set, act, rate, position, speed] : rows) {
         HostedUnit hosted(component_type::effect);
-        row.act(hosted);
+        act(hosted);
         hosted.instance.runLoop.runPosted(); // at the rate before the host sets its own
-        hosted.host.start({row.rate, 512});
-        EXPECT_EQ(hosted.parameter(scrubbingWave).value(), row.position) << row.set;
-        EXPECT_EQ(hosted.stream.linear(scanning), row.speed) << row.set;
+        hosted.host.start({rate, 512});
+        EXPECT_EQ(hosted.parameter(scrubbingWave).value(), position) << set;
+        EXPECT_EQ(hosted.stream.linear(scanning), speed) << set;
         hosted.stream.loadSound(noiseSample(1000, 44100));
         hosted.instance.runLoop.runPosted();
-        const bool chosen = row.speed != 0; // else a file scans as if it had come first
-        EXPECT_EQ(hosted.stream.linear(scanning), chosen ? row.speed : 1) << row.set;
-        EXPECT_EQ(hosted.parameter(scrubbingWave).value(), chosen ? row.position : 0) << row.set;
+        const bool chosen = speed != 0; // else a file scans as if it had come first
+        EXPECT_EQ(hosted.stream.linear(scanning), chosen ? speed : 1) << set;
+        EXPECT_EQ(hosted.parameter(scrubbingWave).value(), chosen ? position : 0) << set;
     }
 }
 
@@ -212,41 +197,40 @@ struct Setter : HostedUnit {
                            StreamProbe::fields(stream.engine()).width == value;
         return agree ? value : -1.0f;
     }
-    void set(char way) {
-        MOK_KNOB& knob = stream.controls._width;
+    void set(char way) { setters.at(way)(); }
+    void turn(float value) {
+        stream.controls._width.setValue(value);
+        stream.controls._width.sendEventValueChanged();
+    }
+    void renderEvent() {
         AURenderEvent event;
         event.parameter = {static_cast<AUParameterAddress>(width), 0.625f, 0};
         StereoBlock block(1);
         AudioBufferList output = block.from(0);
-        switch (way) {
-        case 'p':
-            return view.presets.selectSnapFromIndex(0);
-        case 'c':
-            return push({0xC0, 0}); // the same by MIDI
-        case 's':
-            return view.restoreState(state(0.25f));
-        case 'f':
-            return std::thread([this] { unit->setFullState(state(0.375f)); }).join();
-        case 't':
-            return std::thread([this] { parameter(width).setValue(0.5f); }).join();
-        case 'e':
-            unit->internalRenderBlock()(0, output, &event, nullptr);
-            return;
-        case 'm':
-            return push({0xB0, 20, 127});
-        case 'x':
-            instance.states.ask(); // a preset that has gone until it is to be loaded
-            return;
-        case 'g':
-            knob.beginTracking({});
-            knob.setValue(0.75f);
-            knob.sendEventValueChanged();
-            return knob.cancelTracking();
-        default: // something that moves by itself
-            knob.setValue(0.875f);
-            return knob.sendEventValueChanged();
-        }
+        unit->internalRenderBlock()(0, output, &event, nullptr);
     }
+    void turnByHand(float value) {
+        stream.controls._width.beginTracking({});
+        turn(value);
+        stream.controls._width.cancelTracking();
+    }
+    const std::map<char, std::function<void()>> setters = {
+        {'p', [this] { view.presets.selectSnapFromIndex(0); }},
+        {'c',
+         [this] {
+             push({0xC0, 0});
+         }}, // the same by MIDI
+        {'s', [this] { view.restoreState(state(0.25f)); }},
+        {'f', [this] { std::thread([this] { unit->setFullState(state(0.375f)); }).join(); }},
+        {'t', [this] { std::thread([this] { parameter(width).setValue(0.5f); }).join(); }},
+        {'e', [this] { renderEvent(); }},
+        {'m',
+         [this] {
+             push({0xB0, 20, 127});
+         }},
+        {'x', [this] { instance.states.ask(); }}, // a preset that has gone until it is to be loaded
+        {'g', [this] { turnByHand(0.75f); }},
+        {'-', [this] { turn(0.875f); }}}; // something that moves by itself
     TemporaryFolder folder;
 };
 
@@ -307,10 +291,7 @@ TEST(State, TakesTheScanFromAFingerThatRestsOnIt) {
 TEST(State, IsReportedOnKeyByKeyToWhoeverTakesThatElseToTheLog) {
     using enum StandIn;
     const PropertyDictionary bond{{"name", "_none"}, {"axis", 0}};
-    const struct {
-        PropertyDictionary state;
-        StateFinding wanted;
-    } cases[] = {
+    const std::pair<PropertyDictionary, StateFinding> cases[] = {
         {{{"Density_0", "loud"}},
          {"Density_0", "a value of type string is ignored; a finite real is needed", asBefore}},
         {{{"Sample_0", PropertyDictionary{}}},
@@ -349,10 +330,6 @@ TEST(State, IsReportedOnKeyByKeyToWhoeverTakesThatElseToTheLog) {
         logged.clear();
     }
     // A sound comes later; the report waits for it.
-    const auto settle = [&hosted] {
-        hosted.instance.runLoop.waitForWork();
-        hosted.instance.runLoop.runPosted();
-    };
     int taken = 0;
     const PropertyDictionary lost{{"Sample_0", PropertyDictionary{{"Path", "/none/lost.wav"}}}};
     // One that wants no other unsets itself, and still has what it captured.
@@ -364,19 +341,19 @@ TEST(State, IsReportedOnKeyByKeyToWhoeverTakesThatElseToTheLog) {
                 ++taken;
             });
         hosted.view.restoreStateProc(state);
-        settle();
+        hosted.instance.runLoop.finishWork();
     }
     EXPECT_EQ(std::exchange(taken, 0), 2);
     hosted.view.setReportTaker([&](const RestoreReport&) { ++taken; });
     hosted.view.restoreStateProc(lost);
     EXPECT_EQ(hosted.view.restoreReport().sample.end, SampleEnd::loading);
     EXPECT_EQ(taken, 0);
-    settle();
+    hosted.instance.runLoop.finishWork();
     EXPECT_EQ(hosted.view.restoreReport().sample.end, SampleEnd::missing);
     EXPECT_EQ(taken, 1);
     hosted.view.setReportTaker({});
     hosted.view.restoreStateProc(lost);
-    settle();
+    hosted.instance.runLoop.finishWork();
     EXPECT_EQ(logged, std::vector<std::string>{"Warning, no file exist at path: /none/lost.wav!"});
 }
 

@@ -6,7 +6,6 @@
 #include "tests/support/heard_instance.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace zephyra {
 namespace {
@@ -84,27 +83,23 @@ TEST_F(MidiManagerTest, LearnsFromATouchAndAControllerAndTakesTheControlFromWhat
 }
 
 TEST_F(MidiManagerTest, ValuesSpanTheRangeOfTheBindingByItsCurve) {
-    const struct {
-        MidiSource source;
-        int number, status, first, second;
-        float min, max, curve, place;
-    } cases[] = {
-        {controller, 7, 0xB3, 7, 0, 0.25f, 0.75f, 1, 0.25f},
-        {controller, 7, 0xB3, 7, 127, 0.8f, 0.1f, 1, 0.1f},
-        {channelPressure, 0, 0xD0, 64, 0, 0, 1, 2, 0.25395f}, // (64 / 127) squared
-        {note, 61, 0x90, 61, 32, 0, 1, 1, 0.25197f},
-        {pitchBend, 0, 0xE0, 0, 64, 0, 1, 1, 0.5f},
-        {pitchBend, 0, 0xE0, 127, 127, 0, 1, 1, 1},
-        {pitchBend, 0, 0xE0, 0, 32, 0, 1, 1, 0.25f},
-        {controller14, 1, 0xB0, 33, 127, 0, 1, 1, 0.00775f}, // 127 / 16383
-        {controller14, 1, 0xB0, 1, 64, 0, 1, 1, 0.50003f},   // resets the fine half
+    const std::tuple<MidiBinding, std::array<int, 3>, float> cases[] = {
+        {{{controller, 7}, &density, 0.25f, 0.75f, 1, jump}, {0xB3, 7, 0}, 0.25f},
+        {{{controller, 7}, &density, 0.8f, 0.1f, 1, jump}, {0xB3, 7, 127}, 0.1f},
+        // (64 / 127) squared.
+        {{{channelPressure, 0}, &density, 0, 1, 2, jump}, {0xD0, 64, 0}, 0.25395f},
+        {{{note, 61}, &density, 0, 1, 1, jump}, {0x90, 61, 32}, 0.25197f},
+        {{{pitchBend, 0}, &density, 0, 1, 1, jump}, {0xE0, 0, 64}, 0.5f},
+        {{{pitchBend, 0}, &density, 0, 1, 1, jump}, {0xE0, 127, 127}, 1},
+        {{{pitchBend, 0}, &density, 0, 1, 1, jump}, {0xE0, 0, 32}, 0.25f},
+        {{{controller14, 1}, &density, 0, 1, 1, jump}, {0xB0, 33, 127}, 0.00775f}, // 127 / 16383
+        {{{controller14, 1}, &density, 0, 1, 1, jump}, {0xB0, 1, 64}, 0.50003f},
     };
-    for (const auto& one : cases) {
+    for (const auto& [binding, message, place] : cases) {
         midi.unbindAll();
-        EXPECT_TRUE(
-            midi.bind({{one.source, one.number}, &density, one.min, one.max, one.curve, jump}));
-        send(one.status, one.first, one.second);
-        EXPECT_NEAR(density.valueNorm(), one.place, 1e-5f) << one.status << " " << one.first;
+        EXPECT_TRUE(midi.bind(binding));
+        send(message[0], message[1], message[2]);
+        EXPECT_NEAR(density.valueNorm(), place, 1e-5f) << message[0] << " " << message[1];
     }
 }
 
@@ -213,9 +208,8 @@ TEST_F(MidiManagerTest, HostileBindingsOfAStateAreLeftOut) {
         saved.back().as<PropertyDictionary>()->insert_or_assign(key, value);
     }
     saved.resize(5000, good);
-    saved[4095] // the last that counts
-        .as<PropertyDictionary>()
-        ->insert_or_assign("max", 0.5);
+    PropertyValue& last = saved[4095]; // that counts
+    last.as<PropertyDictionary>()->insert_or_assign("max", 0.5);
     const StateFindings findings = midi.restoreState(state);
     ASSERT_EQ(midi.bindings().size(), 1u);
     EXPECT_EQ(midi.bindings()[0].max, 0.5f);

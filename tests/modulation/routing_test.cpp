@@ -8,9 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cmath>
-
 namespace zephyra {
 namespace {
 
@@ -141,8 +138,8 @@ TEST_F(Routing, FollowsTheTiltAndLeavesWhatRestsToTheHand) {
     PropertyArray state = widgets.getState([](const Control& control) { return control.channel; });
     for (const std::int64_t axis : {1, 2})
         state.push_back(PropertyDictionary{{"name", axis == 1 ? "gone" : "knob"}, {"axis", axis}});
-    state.insert(state.begin(),
-                 PropertyDictionary{{"name", "knob"}, {"axis", 1}}); // the last holds
+    // The last holds.
+    state.insert(state.begin(), PropertyDictionary{{"name", "knob"}, {"axis", 1}});
     widgets.removeWidget(&knob);
     const auto find = [&](const auto& name) { return name == "knob" ? &knob : nullptr; };
     const StateFindings findings = widgets.restoreState(state, find);

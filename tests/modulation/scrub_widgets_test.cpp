@@ -8,9 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <vector>
-
 namespace zephyra {
 namespace {
 

@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 #include <numbers>
 #include <utility>
-#include <vector>
 
 namespace zephyra {
 namespace {
@@ -21,10 +20,8 @@ TEST(WaveformColumns, EveryFrameFallsOnItsColumn) {
     columns.add(samples, 4);
     columns.add(samples + 4, 3);
     const auto seen = columns.columns();
-    EXPECT_EQ(seen[0].low, -2);
-    EXPECT_EQ(seen[0].high, 1);
-    EXPECT_EQ(seen[1].low, 0);
-    EXPECT_EQ(seen[1].high, 4);
+    EXPECT_EQ(std::tuple(seen[0].low, seen[0].high), std::tuple(-2, 1));
+    EXPECT_EQ(std::tuple(seen[1].low, seen[1].high), std::tuple(0, 4));
     EXPECT_EQ(seen[2].rms(), 5);
 
     WaveformColumns sparse(2, 4);
@@ -58,8 +55,8 @@ TEST(SpectrumColumns, ASineOfFullScaleShowsAtZeroDecibelsInItsRowWhileItLasts) {
             std::size_t strongest = 0;
             for (std::size_t row = 0; row < 200; ++row)
                 if (spectrum.decibels(5, row) > spectrum.decibels(5, strongest)) strongest = row;
-            EXPECT_NEAR(spectrum.decibels(5, strongest), 0.0,
-                        1.5); // between bins up to 1.4 dB less
+            // Between bins up to 1.4 dB less.
+            EXPECT_NEAR(spectrum.decibels(5, strongest), 0.0, 1.5);
             const double at =
                 std::log(hertz / SpectrumColumns::kLowestFrequency) /
                 std::log(spectrum.highestFrequency() / SpectrumColumns::kLowestFrequency) * 200;

@@ -7,8 +7,6 @@
 #include "tests/support/failing_calls.h"
 
 #include <algorithm>
-#include <gtest/gtest.h>
-#include <string_view>
 
 namespace zephyra {
 namespace {

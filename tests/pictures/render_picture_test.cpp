@@ -5,35 +5,27 @@
 
 #include <gtest/gtest.h>
 #include <utility>
-#include <vector>
 
 namespace zephyra {
 namespace {
 
 GrainMark grain(double from, double to, double semitones = 0) {
-    return {.start = 0,
-            .length = 1,
-            .from = from,
-            .to = to,
-            .semitones = semitones,
-            .level = 1,
-            .dropped = false};
+    GrainMark mark{};
+    mark.length = mark.level = 1;
+    mark.from = from, mark.to = to, mark.semitones = semitones;
+    return mark;
 }
 
 TEST(GrainMap, AGrainGoesOnOverTheSourcesEdgeWhereReadingDoes) {
-    const struct {
-        double from, to;
-        SourceEdge edge;
-        int first, last;
-    } cases[] = {
+    const std::tuple<double, double, SourceEdge, int, int> cases[] = {
         {0.2, 0.4, SourceEdge::wraps, 0, 0},  {0.5, 1.5, SourceEdge::wraps, 0, 1},
         {0.5, 1.0, SourceEdge::wraps, 0, 0},  {0.1, -0.5, SourceEdge::wraps, -1, 0},
         {0.0, 1e9, SourceEdge::wraps, 0, 24}, {0.5, 1.5, SourceEdge::ends, 0, 0},
     };
-    for (const auto& one : cases) {
-        const SourceRounds rounds = roundsOf(grain(one.from, one.to), one.edge);
-        EXPECT_EQ(rounds.first, one.first) << one.from << " to " << one.to;
-        EXPECT_EQ(rounds.last, one.last) << one.from << " to " << one.to;
+    for (const auto& [from, to, edge, first, last] : cases) {
+        const SourceRounds rounds = roundsOf(grain(from, to), edge);
+        EXPECT_EQ(rounds.first, first) << from << " to " << to;
+        EXPECT_EQ(rounds.last, last) << from << " to " << to;
     }
 }
 
@@ -73,10 +65,9 @@ TEST(ControlPath, KeepsWhatWasSeenInEachColumnAndStandsBetweenItsExtremes) {
     for (const auto& [share, value] :
          {std::pair(0.0, 300.0f), {0.05, 0.5f}, {0.1, 400.0f}, {0.15, 9.0f}, {1.0, 20.0f}})
         path.add(share, value);
-    EXPECT_EQ(path.columns[0].first, 300.0f);
-    EXPECT_EQ(path.columns[0].low, 0.5f);
-    EXPECT_EQ(path.columns[0].high, 400.0f);
-    EXPECT_EQ(path.columns[0].last, 9.0f);
+    const auto& begin = path.columns[0];
+    EXPECT_EQ(std::tuple(begin.first, begin.low, begin.high, begin.last),
+              std::tuple(300.0f, 0.5f, 400.0f, 9.0f));
     EXPECT_EQ(path.columns[1].count + path.columns[2].count, 0u);
     EXPECT_EQ(path.columns[3].last, 20.0f);
     EXPECT_EQ(path.heightOf(0.5f), 0);

@@ -4,7 +4,6 @@
 #include "platform/sound/aac_codec.h"
 
 #include <cmath>
-#include <filesystem>
 #include <gmock/gmock.h>
 #include <unistd.h>
 #include <vector>
@@ -12,8 +11,7 @@
 namespace zephyra {
 namespace {
 
-class AacCodecTest : public testing::Test {
-protected:
+struct AacCodecTest : testing::Test {
     void SetUp() override { ASSERT_TRUE(aacModule().ok()) << aacModule().message(); }
     ~AacCodecTest() override { std::filesystem::remove(path_); }
 
@@ -41,36 +39,29 @@ protected:
 };
 
 TEST_F(AacCodecTest, readsBackTheToneAtItsExactLengthInBlocksOfAnySize) {
-    struct Case {
-        double rate;
-        std::uint32_t channels, frames, block;
-    };
-    for (const Case c : {Case{44100, 1, 44100, 777},
-                         {48000, 2, 10000, 1024},
-                         {8000, 2, 5000, 1},
-                         {96000, 6, 30000, 4096},
-                         {44100, 1, 1, 64},
-                         {44100, 1, 2048, 3}}) {
-        SCOPED_TRACE(testing::Message() << c.rate << " Hz, " << c.channels << " channels");
-        ASSERT_EQ(writeTone(c.rate, c.channels, c.frames), "");
+    const std::uint32_t cases[][4] = {{44100, 1, 44100, 777}, {48000, 2, 10000, 1024},
+                                      {8000, 2, 5000, 1},     {96000, 6, 30000, 4096},
+                                      {44100, 1, 1, 64},      {44100, 1, 2048, 3}};
+    for (const auto& [rate, channels, frames, most] : cases) {
+        SCOPED_TRACE(testing::Message() << rate << " Hz, " << channels << " channels");
+        ASSERT_EQ(writeTone(rate, channels, frames), "");
         const AacModule& module = *aacModule().value();
         AacTrack track;
         void* reader = nullptr;
         ASSERT_EQ(module.openReader(path_.c_str(), &track, &reader, reason_, 200), 0) << reason_;
-        EXPECT_EQ(track.sampleRate, c.rate);
-        EXPECT_EQ(track.channels, c.channels);
-        EXPECT_EQ(track.claimedFrames, c.frames);
-        std::vector<float> block(c.block * c.channels);
+        EXPECT_EQ(std::tuple(track.sampleRate, track.channels, track.claimedFrames),
+                  std::tuple(rate, channels, frames));
+        std::vector<float> block(most * channels);
         std::uint32_t got = 0, total = 0;
         double error = 0.0;
-        while (module.read(reader, block.data(), c.block, &got, reason_, 200) == 0 && got > 0)
+        while (module.read(reader, block.data(), most, &got, reason_, 200) == 0 && got > 0)
             for (std::uint32_t i = 0; i < got; ++i, ++total)
-                error += std::pow(block[i * c.channels] -
-                                      0.5 * std::sin(6.283185307179586 * 441.0 * total / c.rate),
+                error += std::pow(block[i * channels] -
+                                      0.5 * std::sin(6.283185307179586 * 441.0 * total / rate),
                                   2);
         module.closeReader(reader);
-        EXPECT_EQ(total, c.frames);
-        EXPECT_LT(std::sqrt(error / c.frames), 0.02); // late or early by one frame is 0.022
+        EXPECT_EQ(total, frames);
+        EXPECT_LT(std::sqrt(error / frames), 0.02); // late or early by one frame is 0.022
     }
 }
 

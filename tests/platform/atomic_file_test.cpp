@@ -47,11 +47,7 @@ TEST(AtomicFile, RefusesTargetsThatAreNoOrdinaryFileInAnExistingFolder) {
     TemporaryFolder folder;
     writeText(folder / "file", "old");
     ::mkfifo((folder / "pipe").c_str(), 0600);
-    const struct {
-        fs::path target;
-        std::errc expected;
-        OSStatus code;
-    } cases[] = {
+    const std::tuple<fs::path, std::errc, OSStatus> cases[] = {
         {folder / "missing/a", std::errc::no_such_file_or_directory, -43},
         {folder / "file/a", std::errc::not_a_directory, -43},
         {"", std::errc::no_such_file_or_directory, -43},

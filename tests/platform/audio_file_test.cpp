@@ -4,12 +4,9 @@
 #include "platform/sound/audio_file_float_wav.h"
 #include "tests/support/failing_calls.h"
 #include "tests/support/other_program.h"
-#include "tests/support/temporary_folder.h"
 
 #include <algorithm>
 #include <cmath>
-#include <gtest/gtest.h>
-#include <limits>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -28,11 +25,7 @@ namespace {
 
 namespace type = audio_file_type;
 
-struct FileType {
-    FourCharCode type;
-    const char* name;
-};
-constexpr FileType kTypes[] = {
+constexpr std::pair<FourCharCode, const char*> kTypes[] = {
     {type::aifc, "a.aifc"}, {type::aiff, "a.aiff"}, {type::next, "a.au"}, {type::caff, "a.caf"},
     {type::sd2f, "a.sd2"},  {type::wave, "a.wav"},  {type::m4af, "a.m4a"}};
 
@@ -77,9 +70,8 @@ OSStatus writeSignal(const std::filesystem::path& path, FourCharCode fileType,
 
 TEST(AudioFile, GivesOtherProgramsEveryLinearSampleExactly) {
     constexpr std::uint32_t kFrames = 20001; // odd, and several internal blocks
-    const struct {
-        std::uint32_t bits, channels;
-    } layouts[] = {{8, 1}, {8, 2}, {16, 1}, {16, 2}, {24, 1}, {24, 2}, {32, 5}};
+    const std::pair<std::uint32_t, std::uint32_t> layouts[] = {{8, 1},  {8, 2},  {16, 1}, {16, 2},
+                                                               {24, 1}, {24, 2}, {32, 5}};
     for (const auto& [fileType, name] : kTypes)
         for (const auto& [bits, channels] : layouts) {
             if (fileType == type::aifc || fileType == type::m4af) continue;
@@ -114,7 +106,6 @@ TEST(AudioFile, IsCompleteOrAbsentWhateverFails) {
 }
 
 TEST(AudioFile, RefusesWhatATypeCannotHold) {
-    constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
     const auto linear = [](double rate, std::uint32_t flags, std::uint32_t channels,
                            std::uint32_t bits) {
         return StreamDescription{rate, fourCC("lpcm"), flags, 0, 1, 0, channels, bits};
@@ -123,7 +114,7 @@ TEST(AudioFile, RefusesWhatATypeCannotHold) {
         {type::aiff, linear(44100, 14, 2, 0)},
         {type::aiff, linear(44100, 14, 2, 40)},
         {type::aiff, linear(44100, 14, 0, 16)},
-        {type::aiff, linear(kNotANumber, 14, 2, 16)},
+        {type::aiff, linear(std::nan(""), 14, 2, 16)},
         {type::aiff, linear(1e300, 14, 2, 16)},
         {type::wave, linear(44100, 14, 2, 16)},
         {type::caff, linear(44100, 12, 2, 16)},
@@ -172,8 +163,8 @@ TEST(FloatWavWriter, KeepsEveryFiniteFloat) {
     constexpr std::uint32_t kFrames = 5000;
     std::vector<float> samples(kFrames);
     for (std::uint32_t i = 0; i < kFrames; ++i) samples[i] = 3.0f * std::sin(static_cast<float>(i));
-    samples[7] = std::numeric_limits<float>::quiet_NaN();
-    samples[4999] = std::numeric_limits<float>::infinity();
+    samples[7] = NAN;
+    samples[4999] = INFINITY;
     const float* channels[] = {samples.data(), samples.data() + 1};
     TemporaryFolder folder;
     FloatWavWriter writer;

@@ -5,17 +5,14 @@
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
-#include <string>
 #include <thread>
-#include <vector>
 
 namespace zephyra {
 namespace {
 
 namespace fs = std::filesystem;
 
-class FileFactsTest : public testing::Test {
-protected:
+struct FileFactsTest : testing::Test {
     fs::path agedFile(const std::string& name, const std::string& text) const {
         writeText(folder / name, text);
         ageFile(folder / name);

@@ -10,10 +10,8 @@ namespace zephyra {
 namespace {
 
 TEST(MidiParser, YieldsWholeChannelMessagesAndNothingElse) {
-    const struct {
-        const char* what;
-        std::vector<std::uint8_t> bytes, messages; // three bytes each
-    } cases[] = {
+    using Bytes = std::vector<std::uint8_t>; // of a message three
+    const std::tuple<const char*, Bytes, Bytes> cases[] = {
         {"both lengths", {0xC3, 5, 0xBF, 127, 2}, {0xC3, 5, 0, 0xBF, 127, 2}},
         {"running",
          {0x90, 6, 1, 7, 0, 0xD0, 1, 2},
@@ -25,14 +23,14 @@ TEST(MidiParser, YieldsWholeChannelMessagesAndNothingElse) {
         {"exclusive without end", {0xF0, 1, 0xC0, 7, 8}, {0xC0, 7, 0, 0xC0, 8, 0}},
         {"common", {0xB0, 1, 2, 0xF2, 3, 4, 5, 6, 0xF6, 7, 8}, {0xB0, 1, 2}},
     };
-    for (const auto& one : cases) {
+    for (const auto& [what, bytes, wanted] : cases) {
         MidiParser parser;
-        std::vector<std::uint8_t> messages;
+        Bytes messages;
         MidiMessage message;
-        for (const std::uint8_t byte : one.bytes)
+        for (const std::uint8_t byte : bytes)
             if (parser.next(byte, message))
                 messages.insert(messages.end(), message.bytes.begin(), message.bytes.end());
-        EXPECT_TRUE(messages == one.messages) << one.what << ": " << messages.size();
+        EXPECT_TRUE(messages == wanted) << what << ": " << messages.size();
     }
 }
 

@@ -1,4 +1,5 @@
 #include "platform/lists/property_list.h"
+#include "platform/lists/property_reader.h"
 
 #include "tests/support/temporary_folder.h"
 
@@ -6,15 +7,12 @@
 #include <cfloat>
 #include <cmath>
 #include <gmock/gmock.h>
-#include <limits>
 #include <random>
 
 namespace zephyra {
 namespace {
 
 using testing::HasSubstr;
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 Result<PropertyValue> read(const std::string& text, const PropertyListLimits& limits = {}) {
     return readPropertyList(std::as_bytes(std::span(text)), limits);
@@ -49,17 +47,14 @@ TEST(PropertyList, RealsComeBackBitForBit) {
 }
 
 TEST(PropertyList, DatesStandInWholeSecondsOverAllYears) {
-    const struct {
-        double seconds;
-        const char* text;
-    } cases[] = {{0, "2001-01-01T00:00:00Z"},
-                 {0.9, "2001-01-01T00:00:00Z"},
-                 {-0.1, "2000-12-31T23:59:59Z"},
-                 {730902615, "2024-02-29T12:30:15Z"},
-                 {-3182198400, "1900-03-01T00:00:00Z"},
-                 {2147483648, "2069-01-19T03:14:08Z"},
-                 {-63113904000, "0001-01-01T00:00:00Z"},
-                 {252423993599, "9999-12-31T23:59:59Z"}};
+    const std::pair<double, const char*> cases[] = {{0, "2001-01-01T00:00:00Z"},
+                                                    {0.9, "2001-01-01T00:00:00Z"},
+                                                    {-0.1, "2000-12-31T23:59:59Z"},
+                                                    {730902615, "2024-02-29T12:30:15Z"},
+                                                    {-3182198400, "1900-03-01T00:00:00Z"},
+                                                    {2147483648, "2069-01-19T03:14:08Z"},
+                                                    {-63113904000, "0001-01-01T00:00:00Z"},
+                                                    {252423993599, "9999-12-31T23:59:59Z"}};
     for (const auto& [seconds, text] : cases) {
         const auto xml = writePropertyList(PropertyDate{seconds});
         ASSERT_TRUE(xml.ok()) << xml.message();
@@ -87,11 +82,8 @@ TEST(PropertyList, TextWholeNumbersAndDataOfEveryLengthComeBack) {
 TEST(PropertyList, RefusesToWriteWhatItCannotHoldAndNamesTheKey) {
     PropertyValue deep = PropertyArray();
     for (int i = 0; i < 64; ++i) deep = PropertyArray{deep};
-    const struct {
-        PropertyValue value;
-        std::string message;
-    } cases[] = {
-        {PropertyDictionary{{"Pad", PropertyArray{1, PropertyDictionary{{"x", kInfinity}}}}},
+    const std::pair<PropertyValue, std::string> cases[] = {
+        {PropertyDictionary{{"Pad", PropertyArray{1, PropertyDictionary{{"x", HUGE_VAL}}}}},
          "Pad[1].x: a real that is not finite cannot be kept; use a number"},
         {PropertyDictionary{{"a\n", "\x01"}}, "a?: text with control characters"},
         {PropertyDictionary{{"\x01", 1}}, "?: text with control characters"},
@@ -102,7 +94,7 @@ TEST(PropertyList, RefusesToWriteWhatItCannotHoldAndNamesTheKey) {
         {PropertyDate{-63113904000.5}, "a date outside the years 1 to 9999"},
         {PropertyDate{std::nan("")}, "a date outside the years 1 to 9999"},
         {deep, "nested more than 64 deep"},
-        {PropertyDictionary{{std::string(500, 'k'), kInfinity}}, "kkk...: a real"}};
+        {PropertyDictionary{{std::string(500, 'k'), HUGE_VAL}}, "kkk...: a real"}};
     for (const auto& [value, message] : cases) {
         const auto xml = writePropertyList(value);
         ASSERT_FALSE(xml.ok()) << message;
@@ -112,36 +104,24 @@ TEST(PropertyList, RefusesToWriteWhatItCannotHoldAndNamesTheKey) {
 }
 
 TEST(PropertyList, RefusesXmlThatReadersWouldTakeDifferently) {
-    for (const char* body : {"",
-                             "<true/><true/>",
-                             "<true>x</true>",
-                             "<true><!-- --></true>",
-                             "<array></dict>",
-                             "<array><key>a</key></array>",
-                             "<string a='b'/>",
-                             "<uid>1</uid>",
-                             "<string>a<b/></string>",
-                             "<array>&#32;</array>",
-                             "<array><![CDATA[ ]]></array>",
-                             "<string>&#xD800;</string>",
-                             "<real>1<!-- -->2</real>",
-                             "<real>&#49;</real>",
-                             "<real><![CDATA[1]]></real>",
-                             "<real>1e999</real>",
-                             "<real>0x1p3</real>",
-                             "<integer>+-1</integer>",
-                             "<date>2001-01-01T24:00:00Z</date>",
-                             "<date>0000-01-01T00:00:00Z</date>",
-                             "<data>A=AA</data>",
-                             "<data>====</data>"})
-        EXPECT_FALSE(readBody(body).ok()) << body;
+    const std::pair<std::string, std::vector<std::string>> refused[] = {
+        {"", {"", "<true/><true/>", "<array></dict>", "<string a='b'/>", "<uid>1</uid>"}},
+        {"true", {"x", "<!-- -->"}},
+        {"array", {"<key>a</key>", "&#32;", "<![CDATA[ ]]>"}},
+        {"string", {"a<b/>", "&#xD800;"}},
+        {"real", {"1<!-- -->2", "&#49;", "<![CDATA[1]]>", "1e999", "0x1p3"}},
+        {"integer", {"+-1"}},
+        {"date", {"2001-01-01T24:00:00Z", "0000-01-01T00:00:00Z"}},
+        {"data", {"A=AA", "===="}}};
+    for (const auto& [tag, texts] : refused)
+        for (std::string body : texts) {
+            if (!tag.empty()) body = "<" + tag + ">" + body + "</" + tag + ">";
+            EXPECT_FALSE(readBody(body).ok()) << body;
+        }
 }
 
 TEST(PropertyList, NamesTheLineAndTheKeyOfWhatIsWrong) {
-    const struct {
-        const char* body;
-        const char* message;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"<array>\n<true/>\r\n<real>x</real></array>",
          "[1]: in line 3 the real \"x\" cannot be read; use a decimal number"},
         {"<dict><true/></dict>",
@@ -229,10 +209,42 @@ TEST(PropertyListFile, NamesTheFileThatCannotBeReadOrWritten) {
         EXPECT_THAT(readPropertyListFile(path).message(),
                     testing::AllOf(testing::StartsWith(begin), HasSubstr(reason)));
     }
-    EXPECT_EQ(writePropertyListFile(folder / "text", {{"a", kInfinity}}).message(),
+    EXPECT_EQ(writePropertyListFile(folder / "text", {{"a", HUGE_VAL}}).message(),
               (folder / "text").string() + " cannot be written: a: a real that is not finite "
                                            "cannot be kept; use a number");
     EXPECT_EQ(readText(folder / "text"), "hello");
+}
+
+TEST(PropertyReader, TakesWhatFitsAndNamesKeyAndTypesOfTheRest) {
+    StateFindings findings;
+    const PropertyDictionary values{{"one", 1},
+                                    {"two", 2},
+                                    {"half", 0.5},
+                                    {"text", "x"},
+                                    {"yes", true},
+                                    {"nan", std::nan("")},
+                                    {"list", PropertyArray{1}},
+                                    {"later", "kept"}};
+    PropertyReader reader(values, findings, "Pad", StandIn::usual);
+    EXPECT_EQ(std::tuple(reader.real("half"), reader.real("two"), reader.whole("two")),
+              std::tuple(0.5, 2.0, 2));
+    EXPECT_EQ(std::tuple(reader.boolean("yes"), reader.boolean("one")), std::tuple(true, true));
+    EXPECT_EQ(reader.text("text"), "x");
+    EXPECT_EQ(reader.array("list"), values.at("list").as<PropertyArray>());
+    EXPECT_FALSE(reader.real("missing") || reader.boolean("missing") || reader.data("missing"));
+    EXPECT_TRUE(findings.empty());
+    EXPECT_FALSE(reader.real("nan") || reader.real("yes") || reader.whole("half") ||
+                 reader.boolean("two") || reader.dictionary("list"));
+    for (const StateFinding& finding : findings) EXPECT_EQ(finding.standIn, StandIn::usual);
+    std::vector<std::string> lines;
+    for (const StateFinding& finding : findings) lines.push_back(lineOf(finding));
+    EXPECT_THAT(lines, testing::ElementsAre(
+                           "Pad.nan: a value of type real is ignored; a finite real is needed",
+                           "Pad.yes: a value of type boolean is ignored; a finite real is needed",
+                           "Pad.half: a value of type real is ignored; a whole number is needed",
+                           "Pad.two: a value of type whole number is ignored; a boolean is needed",
+                           "Pad.list: a value of type array is ignored; a dictionary is needed"));
+    EXPECT_EQ(reader.unknown(), (PropertyDictionary{{"later", "kept"}}));
 }
 
 } // namespace

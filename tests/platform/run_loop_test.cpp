@@ -1,15 +1,12 @@
 #include "platform/threads/run_loop.h"
 
-#include "platform/alert.h"
+#include "platform/instance.h"
 #include "platform/threads/wall_clock_driver.h"
 #include "platform/threads/worker.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <future>
-#include <string>
-#include <vector>
 
 namespace zephyra {
 namespace {
@@ -242,6 +239,27 @@ TEST(AlertCenter, AsksInOrderAndAnswersEachOnce) {
     EXPECT_FALSE(alerts.answer("Close") || alerts.answer(1));
     EXPECT_TRUE(alerts.answer("Ask") && alerts.answer("Ok", "typed") && alerts.answer(0));
     EXPECT_EQ(log, "AABBtypedC-");
+}
+
+TEST(SharedFolderNotices, ReachEveryInstanceOnItsOwnRunLoopUnlessItHasGone) {
+    Instance here, there;
+    RunLoop loop;
+    NotificationCenter center;
+    std::optional<SharedFolderNotices> gone(std::in_place, loop, center);
+    std::string log;
+    const auto hear = [&](NotificationCenter& notifications, char letter) {
+        notifications.addObserver("files", [&log, letter](auto&) { log += letter; });
+    };
+    hear(here.notifications, 'h');
+    hear(there.notifications, 't');
+    hear(center, 'g');
+    here.sharedFolder.post("files");
+    EXPECT_EQ(log, "h");
+    gone.reset();
+    loop.runPosted();
+    there.runLoop.runPosted();
+    here.runLoop.runPosted();
+    EXPECT_EQ(log, "ht");
 }
 
 } // namespace

@@ -33,13 +33,10 @@ double notCompared(std::size_t) {
     return 0.0;
 }
 
-/// Files that read alike.
-const struct {
-    std::size_t frames;
-    double (*model)(std::size_t);
-    double rmsError; ///< of a lossy format, at most
-    std::vector<const char*> names;
-} kReadable[] = {
+using Model = double (*)(std::size_t);
+
+/// Files that read alike: frames, what is in them, the RMS error of a lossy format at most.
+const std::tuple<std::size_t, Model, double, std::vector<const char*>> kReadable[] = {
     {400,
      left,
      0,
@@ -59,10 +56,7 @@ const struct {
     {256, notCompared, 0, {"ima4-cut.aifc"}}};
 
 /// Files that are refused for one reason, which the line of failure gives.
-const struct {
-    const char* reason;
-    std::vector<const char*> names;
-} kRefused[] = {
+const std::pair<const char*, std::vector<const char*>> kRefused[] = {
     {"is empty; a raw, wav", {"empty.wav"}},
     {"is no sound file that is known here; a raw, wav", {"text.wav", "zeros.mp3"}},
     {"holds no sound",
@@ -122,8 +116,9 @@ TEST(SoundFileCorpus, refusesTheRestWithOneLineThatNamesTheFile) {
 
 TEST(SoundFileCorpus, hasARowForEveryFile) {
     std::set<std::string> rows;
-    for (const auto& row : kReadable) rows.insert(row.names.begin(), row.names.end());
-    for (const auto& row : kRefused) rows.insert(row.names.begin(), row.names.end());
+    for (const auto& [frames, model, error, names] : kReadable)
+        rows.insert(names.begin(), names.end());
+    for (const auto& [reason, names] : kRefused) rows.insert(names.begin(), names.end());
     EXPECT_THAT(folderEntries(kFolder), testing::ElementsAreArray(rows));
 }
 

@@ -5,7 +5,6 @@
 #include "tests/support/failing_calls.h"
 
 #include <chrono>
-#include <gtest/gtest.h>
 #include <sys/xattr.h>
 
 namespace zephyra {
@@ -51,16 +50,13 @@ TEST(WholeFile, IsTheOldOrTheNewOneWithNothingBesideWhateverCallFails) {
 TEST(WholeFile, ClearsAwayWhatADeadProcessLeftADayAgo) {
     TemporaryFolder folder;
     const auto now = fs::file_time_type::clock::now();
-    const struct {
-        const char* name;
-        int folderHours, fileHours;
-        bool stays;
-    } cases[] = {{".zephyra-unfinished-aB3xYz", 25, 25, false},
-                 {".zephyra-unfinished-aB3xYy", 23, 23, true},
-                 {".zephyra-unfinished-000000", 25, 1, true}, // a long recording
-                 {".zephyra-unfinished-aB3xY", 25, 25, true},
-                 {".zephyra-unfinished-aB3xY-", 25, 25, true},
-                 {".zephyra-backup", 25, 25, true}};
+    const std::tuple<const char*, int, int, bool> cases[] = {
+        {".zephyra-unfinished-aB3xYz", 25, 25, false},
+        {".zephyra-unfinished-aB3xYy", 23, 23, true},
+        {".zephyra-unfinished-000000", 25, 1, true}, // a long recording
+        {".zephyra-unfinished-aB3xY", 25, 25, true},
+        {".zephyra-unfinished-aB3xY-", 25, 25, true},
+        {".zephyra-backup", 25, 25, true}};
     for (const auto& [name, folderHours, fileHours, stays] : cases) {
         fs::create_directory(folder / name);
         writeText(folder / name / "half", "a");
@@ -69,7 +65,8 @@ TEST(WholeFile, ClearsAwayWhatADeadProcessLeftADayAgo) {
     }
     fs::create_directory_symlink(".zephyra-backup", folder / ".zephyra-unfinished-linked");
     ASSERT_TRUE(replaceFile(folder / "a", {}).ok());
-    for (const auto& one : cases) EXPECT_EQ(fs::exists(folder / one.name), one.stays) << one.name;
+    for (const auto& [name, folderHours, fileHours, stays] : cases)
+        EXPECT_EQ(fs::exists(folder / name), stays) << name;
     EXPECT_TRUE(fs::exists(folder / ".zephyra-backup/half")) << "it is somebody's, by a link";
 }
 

@@ -7,14 +7,8 @@
 #include "tests/library/bank_fixture.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <map>
 #include <random>
 #include <set>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace zephyra {
 namespace {
@@ -75,8 +69,12 @@ private:
         std::vector<std::string> keys = sortedKeys(*seen);
         const std::string key = keys[below(keys.size())];
         const PropertyDictionary& record = *recordOf(*seen, key);
-        if (kind < 10) return overwrite(bank, seen, key, record);
-        if (kind < 12) return rename(bank, seen, key, record);
+        const std::string value = fresh();
+        if (kind < 10)
+            return alter(bank, record, "Number", value,
+                         overwritingPreset(seen, key, {{"Number", value}}));
+        if (kind < 12)
+            return alter(bank, record, kSnapshotTags, value, renamingPreset(seen, key, value));
         if (kind < 14) {
             if (made(bank, deletingPresets(seen, {key}))) wrote("-", versionOf(record));
         } else if (kind < 17) {
@@ -111,21 +109,12 @@ private:
                                   {"Number", records[n].at("Number")}}));
     }
 
-    void overwrite(const std::string& bank, const BankContent& seen, const std::string& key,
-                   PropertyDictionary record) {
-        const std::string before = versionOf(record), number = fresh();
-        record.insert_or_assign("Number", number);
-        if (!made(bank, overwritingPreset(seen, key, {{"Number", number}}))) return;
-        wrote("-", before);
-        wrote("+", versionOf(record));
-    }
-
-    void rename(const std::string& bank, const BankContent& seen, const std::string& key,
-                PropertyDictionary record) {
-        const std::string before = versionOf(record), name = fresh();
-        record.insert_or_assign(kSnapshotTags, name);
-        if (!made(bank, renamingPreset(seen, key, name))) return;
-        wrote("-", before);
+    /// By a change that gives the record another value.
+    void alter(const std::string& bank, PropertyDictionary record, const char* key,
+               const std::string& value, const BankChange& change) {
+        if (!made(bank, change)) return;
+        wrote("-", versionOf(record));
+        record.insert_or_assign(key, value);
         wrote("+", versionOf(record));
     }
 
@@ -137,24 +126,17 @@ private:
 
 /// What stands there after that many programs, each with that many turns, against their books.
 void playTogether(int players, int turns, int seed) {
-    const TemporaryFolder top(fs::is_directory("/dev/shm") ? fs::path("/dev/shm")
-                                                           : fs::temp_directory_path());
+    const TemporaryFolder top(quickFolder());
     const Folders folders{top / "shared", top / "none"};
     fs::create_directories(folders.shared);
     std::vector<pid_t> children;
     for (int n = 0; n < players; ++n) {
-        const pid_t child = ::fork();
-        if (child == 0) {
+        children.push_back(inChild([&] {
             Player(folders, seed * 100 + n, top / ("book " + std::to_string(n))).play(turns);
-            ::_exit(0);
-        }
-        children.push_back(child);
+            return 0;
+        }));
     }
-    for (const pid_t child : children) {
-        int status = 0;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        ASSERT_EQ(status, 0);
-    }
+    for (const pid_t child : children) ASSERT_EQ(exitCode(child), 0);
     std::multiset<std::string> told, taken, stands;
     for (int n = 0; n < players; ++n) {
         std::ifstream book(top / ("book " + std::to_string(n)));

@@ -4,10 +4,7 @@
 
 #include "tests/library/bank_fixture.h"
 
-#include <chrono>
 #include <gmock/gmock.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace zephyra {
 namespace {
@@ -16,8 +13,7 @@ using testing::ElementsAre;
 
 const DateAndTime kNow{"15.11.2026", "13:48:53"};
 
-class PresetAdding : public BankFixture {
-protected:
+struct PresetAdding : BankFixture {
     std::vector<std::string> add(const std::vector<PropertyDictionary>& records) {
         return addPresets(banks_, "B.zephyra", records, kNow).value();
     }
@@ -59,21 +55,13 @@ TEST_F(PresetAdding, ThousandsOfOneNameAndOfTakenKeysAreAddedInOneGo) {
 TEST_F(PresetAdding, ANewBankStandsWholeOrNotAtAllWhereverTheProcessDies) {
     const auto whole = std::make_shared<const Bank>(Bank{{"0 - a", named("A")}});
     const std::string name = "B.zephyra";
-    constexpr int died = 9;
-    int code = died;
-    for (int point = 1; code == died; ++point) {
+    int code = kDied;
+    for (int point = 1; code == kDied; ++point) {
         const TemporaryFolder shared;
         const Folders folders{shared.path(), {}};
-        const pid_t child = ::fork();
-        if (child == 0) {
-            BankFolder banks(folders);
-            setFileCallGate([calls = 0, point](FileCall, const auto&) mutable {
-                return ++calls == point ? (::_exit(died), 0) : 0;
-            });
-            ::_exit(addWholeBank(banks, name, whole, IfTaken::refuse) ? 0 : 1);
-        }
-        ASSERT_EQ(::waitpid(child, &code, 0), child);
-        code = WEXITSTATUS(code);
+        BankFolder banks(folders);
+        code = exitCodeWhenDyingAt(
+            point, [&] { return addWholeBank(banks, name, whole, IfTaken::refuse) ? 0 : 1; });
         const auto bank = readBank(shared / name);
         EXPECT_TRUE(bank ? bank.value().bank == *whole : !exists(shared / name)) << point;
     }

@@ -1,21 +1,15 @@
 // Which bank and preset a typed name means.
 
-#include "library/bank_edits.h"
 #include "presets/preset_names.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/library/bank_fixture.h"
 
 #include <gmock/gmock.h>
-#include <utility>
 
 namespace zephyra {
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-PropertyDictionary preset(const std::string& name) {
-    return {{kSnapshotTags, name}};
-}
 
 TEST(PresetNames, MeanABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
     const TemporaryFolder shared, factory;
@@ -24,25 +18,23 @@ TEST(PresetNames, MeanABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
     };
     put(shared / "Clouds.zephyra", {});
     put(factory / "Drones.zephyra", {});
-    put(shared / "Mist.zephyra", {{"0 - a", preset("3")},
-                                  {"1 - b", preset("x")},
-                                  {"2 - c", preset("x")},
-                                  {"3 - d", preset("Über")}});
+    put(shared / "Mist.zephyra", {{"0 - a", named("3")},
+                                  {"1 - b", named("x")},
+                                  {"2 - c", named("x")},
+                                  {"3 - d", named("Über")}});
     put(shared / "mist.zephyra", {});
     put(shared / "m\xff.zephyra", {});
     const Folders folders{shared.path(), factory.path()};
     BankFolder banks(folders);
-    const std::pair<const char*, const char*> bankNames[] = {
-        {"Clouds", "Clouds.zephyra"},
-        {"clouds.ZEPHYRA", "Clouds.zephyra"},
-        {"DRONES", "Drones.zephyra"},
-        {"mist", "mist.zephyra"},
-        {"MIST", "2 banks"},
-        {"Cluods", "nearest is \"Clouds\""},
-        {"m\\xff", "m\\xFF.zephyra"},
-        {"m\xff", "m\\xFF.zephyra"},
-        {"m\xff.zephyra", "m\\xFF.zephyra"},
-    };
+    const std::pair<const char*, const char*> bankNames[] = {{"Clouds", "Clouds.zephyra"},
+                                                             {"clouds.ZEPHYRA", "Clouds.zephyra"},
+                                                             {"DRONES", "Drones.zephyra"},
+                                                             {"mist", "mist.zephyra"},
+                                                             {"MIST", "2 banks"},
+                                                             {"Cluods", "nearest is \"Clouds\""},
+                                                             {"m\\xff", "m\\xFF.zephyra"},
+                                                             {"m\xff", "m\\xFF.zephyra"},
+                                                             {"m\xff.zephyra", "m\\xFF.zephyra"}};
     for (const auto& [typed, expected] : bankNames) {
         const auto found = findBank(banks, typed);
         EXPECT_THAT(found ? found.value() : found.message(), HasSubstr(expected)) << typed;

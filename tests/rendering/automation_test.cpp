@@ -5,9 +5,6 @@
 #include "rendering/take_file.h"
 #include "tests/support/failing_calls.h"
 
-#include <gtest/gtest.h>
-#include <utility>
-
 namespace zephyra {
 namespace {
 
@@ -50,11 +47,7 @@ TEST(Automation, PointsAreSentAtTheirFramesAndARampOnceABlockOrOftener) {
     AutomationLane early({{0.5, kPan, 1.0f, true}}, 0.0f);
     EXPECT_TRUE(early.next(0, 20, 100.0).empty()); // still where the control stands
     EXPECT_EQ(early.next(20, 31, 100.0).size(), 2u);
-    const struct {
-        std::uint64_t first;
-        std::uint32_t frames;
-        std::vector<AutomationLane::Event> sent; // at 100 Hz
-    } blocks[] = {
+    const std::tuple<std::uint64_t, std::uint32_t, std::vector<AutomationLane::Event>> blocks[] = {
         {0, 50, {}},
         {50, 50, {}},
         {100, 50, {{0.75f, 0}}},
@@ -67,12 +60,12 @@ TEST(Automation, PointsAreSentAtTheirFramesAndARampOnceABlockOrOftener) {
         {1324, 377, {{0.75f - 12.235f / 15.995f, 0}, {-0.25f, 376}}},
         {1701, 50, {}},
     };
-    for (const auto& block : blocks) {
-        const auto sent = lane.next(block.first, block.frames, 100.0);
-        ASSERT_EQ(sent.size(), block.sent.size()) << block.first;
+    for (const auto& [first, frames, wanted] : blocks) {
+        const auto sent = lane.next(first, frames, 100.0);
+        ASSERT_EQ(sent.size(), wanted.size()) << first;
         for (std::size_t i = 0; i < sent.size(); ++i) {
-            EXPECT_FLOAT_EQ(sent[i].value, block.sent[i].value) << block.first;
-            EXPECT_EQ(sent[i].offset, block.sent[i].offset) << block.first;
+            EXPECT_FLOAT_EQ(sent[i].value, wanted[i].value) << first;
+            EXPECT_EQ(sent[i].offset, wanted[i].offset) << first;
         }
     }
 }

@@ -31,10 +31,7 @@ TEST(MidiFile, WholeAndOddFilesAreReadAndOddOnesGiveANotice) {
                       across = "0 90 3C 40; 0.25 90 40 41; ",
                       leftOut = "messages after a meta or system-exclusive event leave their "
                                 "status out; that of the message before is taken";
-    const struct {
-        const char* name;
-        std::string messages, notice; // no notice: nothing is odd
-    } files[] = {
+    const std::tuple<const char*, std::string, std::string> files[] = {
         {"five-notes", "0 99 3C 64; 1 99 43 64; 2 99 48 64; 3 99 37 64; 4 99 40 64; ", ""},
         {"two-tracks-tempo", "0 90 3C 40; 0.5 90 3C 00; 0.5 B0 01 40; ", ""},
         {"tempos-in-two-tracks",

@@ -1,17 +1,13 @@
 // How a render begins and ends, and how long the echo is waited for.
 
-#include "controls/state_keys.h"
 #include "engine/envelope_menu.h"
-#include "platform/lists/property_reader.h"
 #include "rendering/echo_tail.h"
 #include "rendering/offline_render.h"
 #include "rendering/output_file.h"
-#include "rendering/render_plan.h"
+#include "rendering/render_source.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/test_sounds.h"
 
-#include <algorithm>
-#include <cmath>
 #include <gtest/gtest.h>
 
 namespace zephyra {
@@ -98,9 +94,8 @@ TEST(RenderPlan, LengthRateAndSeedComeFromTheSourceAndTheClock) {
     clock.fix(1234567);
     const auto own = makeRenderPlan(request, source, clock);
     ASSERT_TRUE(own);
-    EXPECT_EQ(own.value().sampleRate, 22050);
-    EXPECT_EQ(own.value().frames, 11025u);
-    EXPECT_EQ(own.value().seed, 1234567u);
+    EXPECT_EQ(std::tuple(own.value().sampleRate, own.value().frames, own.value().seed),
+              std::tuple(22050, 11025u, 1234567u));
     clock.fix(0);
     EXPECT_EQ(makeRenderPlan(request, source, clock).value().seed, 1u);
     const TemporaryFolder folder;
@@ -121,10 +116,7 @@ TEST(RenderPlan, LengthRateAndSeedComeFromTheSourceAndTheClock) {
 }
 
 TEST(EchoTail, LastsUntilEveryRepeatIsSixtyDecibelsDown) {
-    const struct {
-        EchoSide left, right;
-        double rate, seconds;
-    } cases[] = {
+    const std::tuple<EchoSide, EchoSide, double, double> cases[] = {
         {{0.5, 0}, {0.25, 0}, 44100, 0.5},              // one repeat each
         {{0.5, 0.11}, {0.25, 0}, 44100, 2.0},           // 1, 0.11, 0.0121, 0.00133
         {{0.1, 0.5}, {0.25, 0}, 44100, 1.0},            // 0.5 to the power of 9 is above 0.001
@@ -133,9 +125,8 @@ TEST(EchoTail, LastsUntilEveryRepeatIsSixtyDecibelsDown) {
         {{4.6, 0}, {0.25, 0}, 44100, 200000 / 44100.0}, // the echo's longest delay
         {{4.5, 0.98}, {0.25, 0}, 44100, kLongestEchoTail},
     };
-    for (const auto& one : cases)
-        EXPECT_DOUBLE_EQ(echoTail(one.left, one.right, one.rate), one.seconds)
-            << one.left.delay << " " << one.left.gain;
+    for (const auto& [left, right, rate, seconds] : cases)
+        EXPECT_DOUBLE_EQ(echoTail(left, right, rate), seconds) << left.delay << " " << left.gain;
 }
 
 TEST(OutputFile, CountsAndLimitsWhatExceedsFullScaleOnEitherSide) {
@@ -148,6 +139,26 @@ TEST(OutputFile, CountsAndLimitsWhatExceedsFullScaleOnEitherSide) {
     EXPECT_EQ(file.peak(), 1.5);
     EXPECT_EQ(left[0], -1.0f);
     EXPECT_EQ(right[2], -1.0f);
+}
+
+TEST(RenderSource, IsReadUntilWhoeverAsksForItWantsNoMore) {
+    const TemporaryFolder folder;
+    std::vector<float> sound(40000, 0.25f);
+    OutputFile file;
+    ASSERT_TRUE(file.open(folder / "in.wav", defaultOutputType(), SampleFormat::shorts, 44100));
+    ASSERT_TRUE(file.write(sound.data(), sound.data(), 40000) && file.close());
+    for (const bool live : {false, true}) {
+        const RenderRequest request{.input = folder / "in.wav", .live = live};
+        double last = 0;
+        const auto read = readRenderSource(request, Folders{}, std::make_shared<FileFacts>(),
+                                           [&](double share) { return last = share, true; });
+        ASSERT_TRUE(read) << read.message();
+        EXPECT_EQ(last, 1.0);
+        EXPECT_EQ(read.value().shownSamples().size(), 40000u);
+        EXPECT_EQ(read.value().source.inputLeft.size(), live ? 40000u : 0u);
+        EXPECT_FALSE(readRenderSource(request, Folders{}, std::make_shared<FileFacts>(),
+                                      [](double) { return false; }));
+    }
 }
 
 } // namespace

@@ -3,9 +3,7 @@
 #include "rendering/midi_notes.h"
 #include "rendering/picture_recorder.h"
 
-#include <cstddef>
 #include <gtest/gtest.h>
-#include <vector>
 
 namespace zephyra {
 namespace {

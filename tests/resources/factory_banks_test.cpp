@@ -9,7 +9,6 @@
 
 #include <fstream>
 #include <numbers>
-#include <set>
 
 namespace zephyra {
 namespace {
@@ -119,11 +118,8 @@ SoundMeasure heard(PropertyDictionary record, int seed) {
     HostedUnit hosted(live ? component_type::effect : component_type::instrument);
     hosted.instance.random.seed(1);
     hosted.view.restoreState(std::move(record)); // before the start, or a demonstration is loaded
-    hosted.host.reportContext(true);
-    hosted.host.setTempo(120);
-    hosted.host.setMeter(4);
+    hosted.report(120);
     hosted.host.setBeatPosition(0);
-    hosted.host.reportTransport(true);
     EXPECT_EQ(hosted.host.start({kRate, 512}), audio_unit_status::noError);
     hosted.host.setTransport(true);
     if (!follows) hosted.queue(ControlId::playStop, 1);

@@ -6,14 +6,10 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 #include <numbers>
 
 namespace zephyra {
 namespace {
-
-constexpr float kNotANumber = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 Log& standardError() {
     static Log log;
@@ -24,10 +20,9 @@ class Writer : public EAFWrite {
 public:
     explicit Writer(Log& log = standardError()) : EAFWrite(log) {}
 
-    OSStatus open(const std::filesystem::path& path, const char (&type)[5], std::uint32_t channels,
+    OSStatus open(const std::filesystem::path& path, FourCharCode type, std::uint32_t channels,
                   std::uint32_t bits = 16) {
-        return openFileForWrite_sr_channels_wordLength_type(path, 44100, channels, bits,
-                                                            fourCC(type));
+        return openFileForWrite_sr_channels_wordLength_type(path, 44100, channels, bits, type);
     }
 };
 
@@ -39,27 +34,29 @@ std::vector<int> writtenShorts(const std::filesystem::path& file) {
 }
 
 TEST(FileWriter, LimitsFloatsWhereTheyCameFromOrKeepsTheLowBitsOfUnlimitedOnes) {
-    const struct {
-        float given, kept;
-        int limited, lowBits;
-    } cases[] = {{1.0f, 0.999f, 32735, 32767},       {-1.0f, -1.0f, -32768, -32767},
-                 {-1.2f, -1.0f, -32768, 26216},      {0.5f, 0.5f, 16384, 16383},
-                 {1.9f / 32768, 1.9f / 32768, 1, 1}, {-1.9f / 32768, -1.9f / 32768, -1, -1},
-                 {1e5f, 0.999f, 32735, -1},          {-1e5f, -1.0f, -32768, 0},
-                 {kInfinity, 0.999f, 32735, -1},     {-kInfinity, -1.0f, -32768, 0},
-                 {kNotANumber, 0.0f, 0, 0}};
+    const std::tuple<float, float, int, int> cases[] = {{1.0f, 0.999f, 32735, 32767},
+                                                        {-1.0f, -1.0f, -32768, -32767},
+                                                        {-1.2f, -1.0f, -32768, 26216},
+                                                        {0.5f, 0.5f, 16384, 16383},
+                                                        {1.9f / 32768, 1.9f / 32768, 1, 1},
+                                                        {-1.9f / 32768, -1.9f / 32768, -1, -1},
+                                                        {1e5f, 0.999f, 32735, -1},
+                                                        {-1e5f, -1.0f, -32768, 0},
+                                                        {INFINITY, 0.999f, 32735, -1},
+                                                        {-INFINITY, -1.0f, -32768, 0},
+                                                        {NAN, 0.0f, 0, 0}};
     TemporaryFolder folder;
     Writer writer;
-    ASSERT_EQ(writer.open(folder / "a.wav", "WAVE", 1), 0);
+    ASSERT_EQ(writer.open(folder / "a.wav", fourCC("WAVE"), 1), 0);
     std::vector<int> expected;
-    for (const auto& row : cases) {
-        float sample = row.given;
+    for (const auto& [given, kept, limited, lowBits] : cases) {
+        float sample = given;
         float* array[] = {&sample};
-        const StereoFloatArrays sides = {&row.given, nullptr};
+        const StereoFloatArrays sides = {&given, nullptr};
         EXPECT_EQ(writer.writeFloats_fromArray(1, array), 0u);
-        EXPECT_EQ(sample, row.kept) << row.given;
+        EXPECT_EQ(sample, kept) << given;
         EXPECT_EQ(writer.writeFloatsMok_fromArray(1, &sides), 0u);
-        expected.insert(expected.end(), {row.limited, row.lowBits});
+        expected.insert(expected.end(), {limited, lowBits});
     }
     ASSERT_EQ(writer.closeFile(), 0);
     EXPECT_EQ(writtenShorts(folder / "a.wav"), expected);
@@ -71,11 +68,8 @@ TEST(FileWriter, FillsTheChannelsAndMissingOnesWithSilence) {
     const std::int16_t* someShorts[] = {nullptr, shorts, nullptr};
     float* someFloats[] = {nullptr, nullptr, floats};
     const StereoFloatArrays right = {nullptr, floats}, both = {floats + 1, floats};
-    const struct {
-        const char (&type)[5];
-        const char* name;
-    } cases[] = {{"AIFF", "a.aiff"}, {"WAVE", "a.wav"}};
-    for (const auto& [type, name] : cases) {
+    for (const auto& [type, name] :
+         {std::pair(fourCC("AIFF"), "a.aiff"), {fourCC("WAVE"), "a.wav"}}) {
         TemporaryFolder folder;
         Writer writer;
         ASSERT_EQ(writer.open(folder / name, type, 3, 20), 0); // whole bytes: 16 bits
@@ -102,10 +96,10 @@ TEST(FileWriter, TellsTheLogWhatFailedAndLosesNothing) {
         Writer writer(log);
         EXPECT_EQ(writer.writeShortsMok_fromArray(1, &sample), static_cast<std::uint32_t>(-38));
         EXPECT_EQ(writer.closeFile(), -38);
-        EXPECT_EQ(writer.open(folder / "a.wav", "WAVE", 2, 7), OSStatus(fourCC("fmt?")));
-        EXPECT_EQ(writer.open(folder / "a.wav", "MPG3", 2), OSStatus(fourCC("typ?")));
-        EXPECT_EQ(writer.open(folder / "none/a.wav", "WAVE", 2), -43);
-        ASSERT_EQ(writer.open(folder / "a.wav", "WAVE", 1), 0);
+        EXPECT_EQ(writer.open(folder / "a.wav", fourCC("WAVE"), 2, 7), OSStatus(fourCC("fmt?")));
+        EXPECT_EQ(writer.open(folder / "a.wav", fourCC("MPG3"), 2), OSStatus(fourCC("typ?")));
+        EXPECT_EQ(writer.open(folder / "none/a.wav", fourCC("WAVE"), 2), -43);
+        ASSERT_EQ(writer.open(folder / "a.wav", fourCC("WAVE"), 1), 0);
         ASSERT_EQ(writer.writeShortsMok_fromArray(1, &sample), 0u);
         for (const std::uint32_t frames : {0u, 0x80000000u}) // none, and 4 gigabytes a buffer
             EXPECT_EQ(writer.writeShortsMok_fromArray(frames, &sample), 0xFFFFFFFF);
@@ -128,7 +122,7 @@ double toneAt(std::size_t channel, std::size_t i) {
 }
 
 /// Writes both tones with a float array a channel in blocks of 1000.
-void writeTones(const std::filesystem::path& path, const char (&type)[5]) {
+void writeTones(const std::filesystem::path& path, FourCharCode type) {
     std::vector<float> sides[2];
     for (std::size_t side : {0, 1})
         for (std::size_t i = 0; i < kToneFrames; ++i)
@@ -143,12 +137,9 @@ void writeTones(const std::filesystem::path& path, const char (&type)[5]) {
 }
 
 TEST(FileWriter, WritesCompressedFilesOfTheRightLengthWhoseNoiseIs40DecibelsDown) {
-    const struct {
-        const char (&type)[5];
-        const char *name, *facts;
-        std::size_t longest;
-    } cases[] = {{"AIFC", "a.aifc", "adpcm_ima_qt,unknown,44100,2,57024\n", 57024}, // 64 a packet
-                 {"m4af", "a.m4a", "aac,LC,44100,2,57001\n", 58025}};
+    const std::tuple<FourCharCode, const char*, const char*, std::size_t> cases[] = {
+        {fourCC("AIFC"), "a.aifc", "adpcm_ima_qt,unknown,44100,2,57024\n", 57024}, // 64 a packet
+        {fourCC("m4af"), "a.m4a", "aac,LC,44100,2,57001\n", 58025}};
     for (const auto& [type, name, facts, longest] : cases) {
         TemporaryFolder folder;
         writeTones(folder / name, type);

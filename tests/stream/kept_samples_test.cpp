@@ -1,8 +1,5 @@
 // Samples that cannot get lost: states find them again, carry them along, or say what is missing.
 
-#include "platform/sound/sound_file.h"
-#include "platform/text/log.h"
-#include "stream/embedded_sample.h"
 #include "stream/kept_sound.h"
 #include "stream/sound_keeping.h"
 #include "tests/support/stream_player.h"
@@ -77,20 +74,14 @@ TEST_F(KeptSamples, AreFoundByPathRelativePathNameAndContentThenInTheState) {
         SampleRoad road;
         int plays;
     };
-    const struct {
-        const char *to, *decoy;
-        Found embedded, bare;
-    } cases[] = {
+    const std::tuple<const char*, const char*, Found, Found> cases[] = {
         {"shared/drums/kept.RAW", "", {path, 1}, {path, 1}},
         {"shared/other.RAW", "", {content, 1}, {content, 1}},
         {"shared/other.RAW", "drums/kept.RAW", {content, 1}, {content, 1}},
         {"resources/kept.RAW", "kept.RAW", {builtIn, 1}, {builtIn, 1}},
         {"away/kept.RAW", "", {embedded, 1}, {none, 0}},
-        {"away/kept.RAW",
-         "kept.RAW",
-         {embedded, 1},
-         {name, 2}}, // a name does not make it the sound
-    };
+        // A name does not make it the sound.
+        {"away/kept.RAW", "kept.RAW", {embedded, 1}, {name, 2}}};
     for (const auto& [to, decoy, copied, bare] : cases) {
         fs::rename(kept, folder / to);
         if (*decoy) writeText(folder / "shared" / decoy, rawSound(2));
@@ -139,16 +130,13 @@ TEST_F(KeptSamples, ComeBackFromTheStateTheSameAndGoAlongAgain) {
     PropertyData::Bytes cut(whole.begin(), whole.end()), flipped = cut;
     cut.resize(cut.size() / 2);
     flipped[flipped.size() / 2] ^= std::byte{0x10};
-    const struct {
-        const char* key;
-        PropertyValue value;
-        const char* finding; ///< the last one
-    } damages[] = {{"FLAC", PropertyData(cut), ".Audio.FLAC: "},
-                   {"FLAC", PropertyData(flipped), ".Audio.FLAC: "},
-                   {"FLAC", "text", ".Audio.FLAC: missing; the sound as FLAC data is needed"},
-                   {"Frames", 399, ".Audio.FLAC: holds 400 frames, not as many as \"Frames\" says"},
-                   {"Scale", 1e300, ".Audio: cannot be played"},
-                   {"SampleRate", -1.0, ".Audio: cannot be played"}};
+    const std::tuple<const char*, PropertyValue, const char*> damages[] = {
+        {"FLAC", PropertyData(cut), ".Audio.FLAC: "},
+        {"FLAC", PropertyData(flipped), ".Audio.FLAC: "},
+        {"FLAC", "text", ".Audio.FLAC: missing; the sound as FLAC data is needed"},
+        {"Frames", 399, ".Audio.FLAC: holds 400 frames, not as many as \"Frames\" says"},
+        {"Scale", 1e300, ".Audio: cannot be played"},
+        {"SampleRate", -1.0, ".Audio: cannot be played"}};
     for (const auto& [key, value, finding] : damages) {
         PropertyDictionary damaged = state;
         (*sampleOf(damaged).at("Audio").as<PropertyDictionary>())[key] = value;

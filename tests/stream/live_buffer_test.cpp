@@ -5,20 +5,14 @@
 #include "tests/support/block_partition.h"
 #include "tests/support/test_stream.h"
 
-#include <gtest/gtest.h>
-
-#include <limits>
 #include <numeric>
-#include <vector>
 
 namespace zephyra {
 namespace {
 
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kMax = std::numeric_limits<float>::max();
 
-class LiveBuffer : public testing::Test {
-protected:
+struct LiveBuffer : testing::Test {
     NotificationCenter notifications;
     AudioSession session;
     Log log;
@@ -40,23 +34,20 @@ protected:
 };
 
 TEST_F(LiveBuffer, MixesMonoWholeAndStereoWithTheSecondChannelHalved) {
-    const struct {
-        std::int64_t channels;
-        float gain, in0, in1, expected;
-    } cases[] = {
+    const std::tuple<std::int64_t, float, float, float, float> cases[] = {
         {2, 1.0f, 1.0f, 1.0f, 1.5f},  {2, 1.0f, 0.0f, 1.0f, 0.5f},   {2, 0.5f, 1.0f, -1.0f, 0.25f},
         {3, 1.0f, 1.0f, 1.0f, 1.5f},  {1, 1.0f, 0.25f, 1.0f, 0.25f}, {0, 0.5f, 1.0f, 1.0f, 0.5f},
-        {-1, 1.0f, 1.0f, 1.0f, 1.0f}, {2, 1.0f, kNaN, 1.0f, 0.0f},   {2, 1.0f, 1.0f, kNaN, 0.0f},
-        {2, 1.0f, kMax, kMax, 0.0f},  {1, 1.0f, 1.0f, kNaN, 1.0f},   {1, kNaN, 1.0f, 1.0f, 0.0f},
+        {-1, 1.0f, 1.0f, 1.0f, 1.0f}, {2, 1.0f, NAN, 1.0f, 0.0f},    {2, 1.0f, 1.0f, NAN, 0.0f},
+        {2, 1.0f, kMax, kMax, 0.0f},  {1, 1.0f, 1.0f, NAN, 1.0f},    {1, NAN, 1.0f, 1.0f, 0.0f},
     };
     wave.enableLIVE(true);
-    for (const auto& c : cases) {
+    for (const auto& [channels, gain, first, second, expected] : cases) {
         wave.resetLiveWriteIndex();
-        wave.data().numberOfInputChannels = c.channels;
-        wave.data().normalizeGain = c.gain;
-        float in0 = c.in0, in1 = c.in1, in2 = 99.0f;
+        wave.data().numberOfInputChannels = channels;
+        wave.data().normalizeGain = gain;
+        float in0 = first, in1 = second, in2 = 99.0f;
         drawLiveWaveForm(&wave, 1, ChannelList{&in0, &in1, &in2}.list);
-        EXPECT_EQ(stored(1)[0], c.expected) << c.in0 << ", " << c.in1 << " at " << c.gain;
+        EXPECT_EQ(stored(1)[0], expected) << first << ", " << second << " at " << gain;
     }
 }
 

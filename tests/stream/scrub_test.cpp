@@ -3,11 +3,7 @@
 #include "tests/support/stream_probe.h"
 #include "tests/support/test_stream.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <random>
-#include <set>
 
 namespace zephyra {
 namespace {

@@ -11,17 +11,12 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
-#include <limits>
-
 namespace zephyra {
 namespace {
 
 using namespace delay_stereo_forward;
 using enum ControlId;
 using Fields = StreamProbe::Fields;
-
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
 MATCHER(Closely, "") {
     const double expected = std::get<1>(arg);
@@ -36,8 +31,7 @@ std::shared_ptr<mokSample> spike(std::uint64_t frames, float rate, float peak) {
     return sound;
 }
 
-class StreamController : public testing::Test {
-protected:
+struct StreamController : testing::Test {
     Fields fields() { return StreamProbe::fields(stream->engine()); }
     /// What the controls reach, in the order of their table.
     std::vector<double> reached() {
@@ -58,20 +52,17 @@ protected:
 };
 
 TEST_F(StreamController, HandsEveryControlToTheFieldOrParameterItIsForAndToNoOther) {
-    const struct {
-        ControlId id;
-        float value;
-        double expected;
-    } cases[] = {{amplitude, 0.75f, 0.75},     {pan, -1, 0},
-                 {width, 0.5f, 0.5},           {density, 100, 100},
-                 {rndDensity, 1, 0.5},         {length, 250, 0.25},
-                 {rndLength, 1, 0.5},          {pitch, 12, 0.5},
-                 {rndPitch, 12, 0.5},          {scanning, -2, -0.5},
-                 {jittering, 500, 0.125},      {leftDelay, 0.5f, 22050},
-                 {rightDelay, 4.5f, 198450},   {leftGain, 0.75f, 0.75},
-                 {rightGain, 0.25f, 0.25},     {ringModulationFrequency, 500, 500},
-                 {ringModulationAmount, 1, 1}, {echoSwitch, 0.4f, 1},
-                 {ringModulationSwitch, 1, 1}};
+    const std::tuple<ControlId, float, double> cases[] = {
+        {amplitude, 0.75f, 0.75},     {pan, -1, 0},
+        {width, 0.5f, 0.5},           {density, 100, 100},
+        {rndDensity, 1, 0.5},         {length, 250, 0.25},
+        {rndLength, 1, 0.5},          {pitch, 12, 0.5},
+        {rndPitch, 12, 0.5},          {scanning, -2, -0.5},
+        {jittering, 500, 0.125},      {leftDelay, 0.5f, 22050},
+        {rightDelay, 4.5f, 198450},   {leftGain, 0.75f, 0.75},
+        {rightGain, 0.25f, 0.25},     {ringModulationFrequency, 500, 500},
+        {ringModulationAmount, 1, 1}, {echoSwitch, 0.4f, 1},
+        {ringModulationSwitch, 1, 1}};
     for (const ControlRange& range : controlRanges())
         if (range.id != dryWet && range.id != fadeIn && range.id != fadeOut) {
             EXPECT_NEAR(stream->displayed(range.id), range.defaultValue, 1e-5 * range.maximum)
@@ -84,8 +75,9 @@ TEST_F(StreamController, HandsEveryControlToTheFieldOrParameterItIsForAndToNoOth
                                     0.231f, 220, 0.5,  0,        0};
     for (std::size_t i = 0; i < std::size(cases); ++i) {
         EXPECT_THAT(reached(), testing::Pointwise(Closely(), expected)) << i;
-        ASSERT_TRUE(stream->setDisplayed(cases[i].id, cases[i].value));
-        expected[i] = cases[i].expected;
+        const auto& [id, value, then] = cases[i];
+        ASSERT_TRUE(stream->setDisplayed(id, value));
+        expected[i] = then;
     }
     EXPECT_THAT(reached(), testing::Pointwise(Closely(), expected));
     EXPECT_EQ(stream->engine().echoTimeL - stream->engine().echoTimeR, -4000.0f);
@@ -113,16 +105,14 @@ TEST_F(StreamController, MovesTheScanInsideTheRegionAndTakesASeedWithTheNextBloc
     ASSERT_TRUE(stream->loadSound(spike(40000, 10000.0f, 1.0f))); // 4 s
     stream->setDisplayed(scanning, 0.0f);
     stream->play();
-    const struct {
-        float start, end, asked, expected;
-    } cases[] = {{0.25f, 0.75f, 0.5f, 0.5f},  {0.25f, 0.75f, 0.9f, 0.75f},
-                 {0.25f, 0.75f, kNaN, 0.75f}, {0.75f, 0.25f, 0.5f, 0.5f},
-                 {0.75f, 0.25f, 0.9f, 0.75f}, {0.5f, 0.5f, 0.9f, 0.5f}};
-    for (const auto& c : cases) {
-        ASSERT_TRUE(stream->setRegion(c.start, c.end));
-        stream->setScrubNormalizedValue(c.asked);
+    const float cases[][4] = {{0.25f, 0.75f, 0.5f, 0.5f},  {0.25f, 0.75f, 0.9f, 0.75f},
+                              {0.25f, 0.75f, NAN, 0.75f},  {0.75f, 0.25f, 0.5f, 0.5f},
+                              {0.75f, 0.25f, 0.9f, 0.75f}, {0.5f, 0.5f, 0.9f, 0.5f}};
+    for (const auto& [start, end, asked, expected] : cases) {
+        ASSERT_TRUE(stream->setRegion(start, end));
+        stream->setScrubNormalizedValue(asked);
         render();
-        EXPECT_FLOAT_EQ(stream->getTimePhasor(), c.expected) << c.start << ' ' << c.asked;
+        EXPECT_FLOAT_EQ(stream->getTimePhasor(), expected) << start << ' ' << asked;
     }
     stream->setRegion(0.25f, 1.0f);
     for (const auto& [ms, expected] : {std::pair(2000.0, 0.5f), {0.0, 0.25f}, {9000.0, 1.0f}}) {
@@ -135,6 +125,28 @@ TEST_F(StreamController, MovesTheScanInsideTheRegionAndTakesASeedWithTheNextBloc
     EXPECT_NE(StreamProbe::seed(stream->engine()), 77u);
     render();
     EXPECT_TRUE(StreamProbe::seed(stream->engine()) == 77u && stream->seed() == 77u);
+}
+
+TEST(ControlCurve, BendsTheMiddleAndKeepsTheEnds) {
+    const ControlRange& length = controlRange(ControlId::length);
+    const float middle = 5 + 1995 * 0.125f; // half the way, cubed
+    EXPECT_FLOAT_EQ(displayedFromLinear(length, 1002.5f), middle);
+    EXPECT_FLOAT_EQ(linearFromDisplayed(length, middle), 1002.5f);
+    EXPECT_EQ(displayedFromLinear(length, 2001.0f), 2000.0f);
+    EXPECT_EQ(linearFromDisplayed(length, 4.0f), 5.0f);
+    for (const ControlRange& range : controlRanges()) {
+        for (const float bad : {INFINITY, -INFINITY, NAN})
+            EXPECT_FALSE(acceptsValue(range, bad)) << range.name;
+        for (const float share : {0.0f, 0.1f, 0.4f, 0.75f, 1.0f}) {
+            const float span = range.maximum - range.minimum, linear = range.minimum + span * share;
+            const float shown = displayedFromLinear(range, linear);
+            if (share == 0.0f || share == 1.0f) {
+                EXPECT_EQ(shown, linear) << range.name;
+            }
+            // Fourth roots near 0 are rough.
+            EXPECT_NEAR(linearFromDisplayed(range, shown), linear, span * 1e-3f) << range.name;
+        }
+    }
 }
 
 } // namespace

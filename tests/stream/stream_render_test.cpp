@@ -3,10 +3,6 @@
 #include "tests/support/test_sounds.h"
 #include "tests/support/test_stream.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 #include <numeric>
 
 namespace zephyra {
@@ -57,9 +53,8 @@ TEST(StreamRender, CutsGrainsFromLiveInputInPlaceOrNotAndInStepsOf4096Frames) {
     EXPECT_EQ(peak(renderLive(std::vector<float>(44100), {512}).left), 0.0f);
     EXPECT_GT(peak(renderLive(input, {512}).left), 0.1f);
     // A grain keeps the write index it was started with, so live sound depends on the blocks.
-    const struct {
-        std::vector<int> blocks, sameAs;
-    } cases[] = {{{64}, {64}}, {{10000}, {4096, 4096, 1808}}};
+    const std::pair<std::vector<int>, std::vector<int>> cases[] = {{{64}, {64}},
+                                                                   {{10000}, {4096, 4096, 1808}}};
     for (const auto& [blocks, sameAs] : cases)
         for (const bool inPlace : {false, true}) {
             const StereoBlock got = renderLive(input, blocks, inPlace);

@@ -1,16 +1,12 @@
 // Where a stream's sound comes from and goes to: files, live input, exports and states.
 
 #include "platform/files/file_calls.h"
-#include "platform/sound/sound_file.h"
 #include "tests/support/stream_player.h"
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <chrono>
 #include <climits>
-#include <iterator>
-#include <limits>
 
 namespace zephyra {
 namespace {
@@ -41,22 +37,18 @@ struct StreamSound : testing::Test {
 TEST_F(StreamSound, LoadsTheLatestFileAskedForAndKeepsTheOldOneWhereItCannot) {
     std::vector<SampleReport> ended;
     const auto path = write(folder / "shared/new.raw", 441), old = write(folder / "old.raw", 50);
-    for (const auto& asked : {old, path})
-        player.loader.loadSamplePerform(
-            asked, [&](const SampleReport& report) { ended.push_back(report); });
-    player.finishWork();
-    ASSERT_EQ(ended.size(), 2u);
-    EXPECT_TRUE(ended[0].end == SampleEnd::superseded && ended[0].asked == old);
-    EXPECT_TRUE(ended[1].end == SampleEnd::taken && ended[1].file == path);
-    ended.clear(); // who hears that the first was superseded asks for it again, and is the latest
     const auto keep = [&](const SampleReport& report) { ended.push_back(report); };
-    player.loader.loadSamplePerform(
-        path, [&](const SampleReport&) { player.loader.loadSamplePerform(path, keep); });
-    player.loader.loadSamplePerform(old, keep);
-    player.finishWork();
-    ASSERT_EQ(ended.size(), 2u);
-    EXPECT_TRUE(ended[0].end == SampleEnd::superseded && ended[0].asked == old);
-    EXPECT_TRUE(ended[1].end == SampleEnd::taken && ended[1].file == path);
+    const auto again = [&](auto&) { player.loader.loadSamplePerform(path, keep); };
+    for (const bool isHeard : {false, true}) { // by one who asks for it again, and is the latest
+        ended.clear();
+        isHeard ? player.loader.loadSamplePerform(path, again)
+                : player.loader.loadSamplePerform(old, keep);
+        player.loader.loadSamplePerform(isHeard ? old : path, keep);
+        player.finishWork();
+        ASSERT_EQ(ended.size(), 2u);
+        EXPECT_TRUE(ended[0].end == SampleEnd::superseded && ended[0].asked == old);
+        EXPECT_TRUE(ended[1].end == SampleEnd::taken && ended[1].file == path);
+    }
     const SampleReference reference = stream.sampleReference();
     EXPECT_EQ(reference.relativePath, "new.raw");
     EXPECT_EQ(stream.fileInformation(), "new.raw, 0.010 s, 44100 Hz, mono, " + reference.format);
@@ -91,7 +83,7 @@ TEST_F(StreamSound, IsNormalizedOnceTouchedWithoutLossOfTheOriginal) {
     stream.restoreLastSample();
     EXPECT_FALSE(stream.isLive() || stream.normalizeTouched());
     const auto refused = std::make_shared<mokSample>(100u, 8000.0f);
-    refused->data[9] = std::numeric_limits<float>::infinity();
+    refused->data[9] = INFINITY;
     EXPECT_FALSE(stream.loadSound(refused) || stream.loadSound(nullptr));
     EXPECT_EQ(&player.sound(), sound.get());
 }

@@ -4,13 +4,6 @@
 #include "tests/support/test_sounds.h"
 #include "tests/support/test_stream.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <functional>
-#include <limits>
-#include <map>
-
 namespace zephyra {
 namespace {
 
@@ -19,7 +12,6 @@ using Log = std::vector<std::string>;
 
 constexpr double kTick = 0.017;
 constexpr double kBit = 1e-6; // so that what is due at a time is surely done
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr float kVolume = 0.8f;
 
 struct Others : ToldSettings, Keyboard {
@@ -30,8 +22,7 @@ struct Others : ToldSettings, Keyboard {
     }
 };
 
-class StreamTransport : public testing::Test {
-protected:
+struct StreamTransport : testing::Test {
     StreamTransport() {
         stream->setSettings(&others);
         stream->loadSound(std::make_shared<mokSample>(40000, 10000.0f)); // 4 s
@@ -159,50 +150,43 @@ TEST_F(StreamTransport, KeepsTheOrderOfWhatComesBetweenTwoRunsOfTheLoop) {
         {'b', [&] { stream->syncStateTempoForte(); }},
         {' ', [&] { stream.pass(0.0); }},
     };
-    const struct {
-        const char* told;
-        bool plays, armed;
-    } cases[] = {
+    const std::tuple<const char*, bool, bool> cases[] = {
         {"sfxsf", true, false},   {"sbxsb", true, false}, {"sfxsfxsfx", false, false},
         {"sbbx", false, false},   {"sx", false, false},   {"s x", false, false},
         {"s x sb", true, false},  {"hsx", false, true},   {"s hhx", false, true},
         {"sb x hx", false, true}, {"hbh", false, false},
     };
     stream->setDisplayed(scanSync, 1.0f);
-    for (const auto& c : cases) {
-        for (const char* act = c.told; *act; ++act) acts.at (*act)();
+    for (const auto& [told, plays, armed] : cases) {
+        for (const char* act = told; *act; ++act) acts.at (*act)();
         stream.pass(2.0);
-        EXPECT_TRUE(playButton.tag == c.plays && stream->isPlaying() == c.plays &&
-                    stream->isArmed() == c.armed)
-            << c.told;
-        if (c.plays || c.armed) press(playButton);
+        EXPECT_TRUE(playButton.tag == plays && stream->isPlaying() == plays &&
+                    stream->isArmed() == armed)
+            << told;
+        if (plays || armed) press(playButton);
         stream.pass(2.0);
     }
 }
 
 TEST_F(StreamTransport, ScansTheSoundAndEchoesItAtTheHostsTempo) {
-    const struct {
-        float sync, measureCount, quarterCount;
-        double bpm;
-        float speed, echo;
-    } cases[] = {{1, 2, 4, 120, 1.0f, 500},       {1, 2, 4, 60, 0.5f, 1000},
-                 {1, 1, 3, 120, 8 / 3.0f, 500},   {1, 2, 0, 120, 0.0f, 500},
-                 {0, 2, 4, 60, 3.0f, 1000},       {1, 2, 4, 240, 2.0f, 250},
-                 {1, 2, 4, kInfinity, 2.0f, 250}, {0, 2, 4, -5, 3.0f, 60000}};
+    const std::tuple<float, float, float, double, float, float> cases[] = {
+        {1, 2, 4, 120, 1.0f, 500},      {1, 2, 4, 60, 0.5f, 1000}, {1, 1, 3, 120, 8 / 3.0f, 500},
+        {1, 2, 0, 120, 0.0f, 500},      {0, 2, 4, 60, 3.0f, 1000}, {1, 2, 4, 240, 2.0f, 250},
+        {1, 2, 4, HUGE_VAL, 2.0f, 250}, {0, 2, 4, -5, 3.0f, 60000}};
     stream->setDisplayed(scanning, 3.0f);
     stream->setDisplayed(echoSync, 1.0f);
     stream->setDisplayed(leftSubdivision, 7); // a quarter
-    for (const auto& c : cases) {
-        stream->setDisplayed(scanSync, c.sync);
-        stream->setDisplayed(measures, c.measureCount);
-        stream->setDisplayed(quarters, c.quarterCount);
-        stream->syncStateDidChangedWithBPM(c.bpm);
-        EXPECT_FLOAT_EQ(stream->engine().echoTimeL, c.echo) << c.bpm;
-        EXPECT_FLOAT_EQ(speed(), c.speed) << c.bpm;
+    for (const auto& [sync, measureCount, quarterCount, bpm, scanned, echo] : cases) {
+        stream->setDisplayed(scanSync, sync);
+        stream->setDisplayed(measures, measureCount);
+        stream->setDisplayed(quarters, quarterCount);
+        stream->syncStateDidChangedWithBPM(bpm);
+        EXPECT_FLOAT_EQ(stream->engine().echoTimeL, echo) << bpm;
+        EXPECT_FLOAT_EQ(speed(), scanned) << bpm;
         press(stream->controls._freeze);
         EXPECT_EQ(speed(), 0.0f);
         press(stream->controls._freeze);
-        EXPECT_FLOAT_EQ(speed(), c.speed);
+        EXPECT_FLOAT_EQ(speed(), scanned);
     }
     stream->setDisplayed(echoSync, 0.0f);
     EXPECT_EQ(stream->engine().echoTimeL, 300.0f);

@@ -1,29 +1,31 @@
-// CountedReads: how often each file is opened and read, while this lives.
+// GateScope and CountedReads: what stands before file calls, and how often each file is opened and
+// read, while this lives.
 #pragma once
 
 #include "platform/files/file_calls.h"
 
 #include <chrono>
-#include <filesystem>
 #include <map>
 #include <mutex>
 #include <utility>
 
 namespace zephyra {
 
+/// Asks gate before each file call, while this lives.
+class GateScope {
+public:
+    explicit GateScope(FileCallGate gate) : before_(setFileCallGate(std::move(gate))) {}
+    GateScope(const GateScope&) = delete;
+    GateScope& operator=(const GateScope&) = delete;
+    ~GateScope() { setFileCallGate(std::move(before_)); }
+
+private:
+    FileCallGate before_;
+};
+
 /// Of all threads.
 class CountedReads {
 public:
-    CountedReads()
-        : before_(setFileCallGate([this](FileCall call, const std::filesystem::path& path) {
-              const std::lock_guard lock(mutex_);
-              ++calls_[{path, call}];
-              return 0;
-          })) {}
-    ~CountedReads() { setFileCallGate(std::move(before_)); }
-    CountedReads(const CountedReads&) = delete;
-    CountedReads& operator=(const CountedReads&) = delete;
-
     int opens(const std::filesystem::path& path) const { return count(path, FileCall::open); }
     int reads(const std::filesystem::path& path) const { return count(path, FileCall::read); }
 
@@ -36,7 +38,11 @@ private:
 
     mutable std::mutex mutex_;
     std::map<std::pair<std::filesystem::path, FileCall>, int> calls_;
-    FileCallGate before_;
+    GateScope gate_{[this](FileCall call, const std::filesystem::path& path) {
+        const std::lock_guard lock(mutex_);
+        ++calls_[{path, call}];
+        return 0;
+    }};
 };
 
 /// Makes the file old enough for what is known of it to be kept.

@@ -5,13 +5,9 @@
 #include "tests/support/temporary_folder.h"
 
 #include <cerrno>
-#include <cstddef>
-#include <functional>
 #include <gtest/gtest.h>
 #include <optional>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace zephyra {
 
@@ -31,8 +27,7 @@ struct WriteAttempt {
 inline WriteAttempt attemptToWrite(const WriteFile& write, const std::optional<std::string>& old,
                                    std::size_t failing, int number, bool allLater = false) {
     namespace fs = std::filesystem;
-    const fs::path memory = "/dev/shm"; // where flushing takes no time
-    const TemporaryFolder folder(fs::exists(memory) ? memory : fs::temp_directory_path());
+    const TemporaryFolder folder(quickFolder());
     const fs::path target = folder / "target.sd2"; // whose type has a second file
     if (old) writeText(target, *old);
     if (old) fs::permissions(target, fs::perms(0600));

@@ -2,15 +2,11 @@
 #pragma once
 
 #include "audiounit/my_audio_unit.h"
-#include "audiounit/parameter_table.h"
 #include "modulation/lfo_widgets_mapping.h"
 #include "modulation/modulation.h"
-#include "platform/instance.h"
 #include "stream/stream_controller.h"
 
 #include <sstream>
-#include <string>
-#include <utility>
 
 namespace zephyra {
 

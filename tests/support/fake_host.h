@@ -6,8 +6,6 @@
 #include "tests/support/fake_controller.h"
 #include "tests/support/test_sounds.h"
 
-#include <vector>
-
 namespace zephyra {
 
 /// Its input is one channel of its own memory, for both sides.

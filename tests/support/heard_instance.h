@@ -3,9 +3,6 @@
 
 #include "platform/instance.h"
 
-#include <string>
-#include <vector>
-
 namespace zephyra {
 
 /// Must outlive the instance that it hears.

@@ -8,8 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 namespace zephyra {
 
 struct HostedUnit : HeardLog, HostedInstance {
@@ -36,6 +34,13 @@ struct HostedUnit : HeardLog, HostedInstance {
     }
     void queue(ControlId id, float value) {
         host.queueParameter(static_cast<AUParameterAddress>(id), value);
+    }
+    /// As a host does that counts beats in 4/4.
+    void report(double tempo) {
+        host.reportContext(true);
+        host.reportTransport(true);
+        host.setMeter(4);
+        host.setTempo(tempo);
     }
     /// For the unit and for the view.
     void midi(std::vector<std::uint8_t> bytes) {

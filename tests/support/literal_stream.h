@@ -5,12 +5,10 @@
 #pragma once
 
 #include "engine/grain_window.h"
-#include "engine/sample_buffer.h"
 #include "platform/threads/flush_denormals.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <limits>
 #include <vector>
 

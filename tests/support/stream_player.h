@@ -8,9 +8,6 @@
 #include "tests/support/temporary_folder.h"
 #include "tests/support/test_stream.h"
 
-#include <string>
-#include <vector>
-
 namespace zephyra {
 
 using Frames = std::vector<float>;

@@ -21,28 +21,14 @@ struct StreamProbe {
     };
 
     static Fields fields(const mokGranulatorSF& s) {
-        return {s.level,
-                s.width,
-                s.panA,
-                s.panB,
-                s.panRestA,
-                s.panRestB,
-                s.grainLength,
-                s.density,
-                s.playbackRate,
-                s.rndLength,
-                s.rndDensity,
-                s.rndPitch,
-                s.jitter,
-                s.scanSpan,
-                s.scanStart,
-                s.scanEnd,
-                s.speed,
-                PhasorProbe::frequency(s.scanPhasor),
-                PhasorProbe::increment(s.scanPhasor)};
+        const float frequency = PhasorProbe::frequency(s.scanPhasor);
+        const float increment = PhasorProbe::increment(s.scanPhasor);
+        return {s.level,      s.width,       s.panA,    s.panB,         s.panRestA,
+                s.panRestB,   s.grainLength, s.density, s.playbackRate, s.rndLength,
+                s.rndDensity, s.rndPitch,    s.jitter,  s.scanSpan,     s.scanStart,
+                s.scanEnd,    s.speed,       frequency, increment};
     }
     static std::uint32_t seed(const mokGranulatorSF& s) { return s.randomSeed; }
-    static std::uint64_t interval(const mokGranulatorSF& s) { return s.grainInterval; }
     static const mokPhasor& phasor(const mokGranulatorSF& s) { return s.scanPhasor; }
     static const mokSample* sample(const mokGranulatorSF& s) { return s.sample.load(); }
     static const mokWindow* window(const mokGranulatorSF& s) { return s.window.load(); }

@@ -36,6 +36,12 @@ private:
     std::filesystem::path path_;
 };
 
+/// In memory where that can be had: a disk takes long to flush what hundreds of writes leave.
+inline std::filesystem::path quickFolder() {
+    const std::filesystem::path memory = "/dev/shm";
+    return is_directory(memory) ? memory : std::filesystem::temp_directory_path();
+}
+
 inline void writeText(const std::filesystem::path& file, const std::string& text) {
     std::ofstream(file, std::ios::binary) << text;
 }

@@ -5,8 +5,6 @@
 #include "platform/sound/audio_buffer_list.h"
 
 #include <array>
-#include <cstdint>
-#include <memory>
 #include <random>
 #include <vector>
 

@@ -3,9 +3,7 @@
 
 #include "stream/stream_controller.h"
 
-#include <initializer_list>
-#include <string>
-#include <vector>
+#include <gtest/gtest.h>
 
 namespace zephyra {
 
