@@ -59,7 +59,7 @@ std::error_code BankFolder::take(FileLock& lock, const std::function<void()>& me
 Failure BankFolder::lockFailure(const std::string& name, const char* what,
                                 std::error_code error) const {
     const auto why = lockProblem(folders_.shared / kLockName, error);
-    if (error == std::errc::operation_canceled) return {why + "; nothing was changed"};
+    if (error == std::errc::operation_canceled) return {why + "; no bank was changed"};
     return failure(shared(name), what, why);
 }
 

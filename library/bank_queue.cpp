@@ -14,8 +14,10 @@ BankQueue::~BankQueue() {
     const auto until = steady_clock::now() + std::chrono::duration<double>(seconds);
     worker_.reset(); // waits for what is under way, and drops what it has not begun
     banks_.setLockWait({seconds, [until] { return steady_clock::now() < until; }});
-    for (const auto& entry : waiting_)
-        if (!entry->begun) static_cast<void>(entry->work(banks_, entry->bank));
+    for (const auto& entry : waiting_) {
+        if (!entry->begun.exchange(true)) static_cast<void>(perform(*entry));
+        follow(*entry);
+    }
     for (const std::string& line : banks_.retryAll()) log_.write(line);
     if (steady_clock::now() >= until)
         log_.write("Warning, the last changes of banks may be lost: another program held " +
@@ -23,7 +25,7 @@ BankQueue::~BankQueue() {
 }
 
 void BankQueue::add(std::string bank, Work work) {
-    if (!running_ && waiting_.empty() && !loop_.isPaced()) {
+    if (!isBusy() && !loop_.isPaced()) {
         if (const RunLoop::Task answer = work(banks_, bank)) answer();
         return;
     }
@@ -48,20 +50,28 @@ void BankQueue::startNext() {
         RunLoop::Task answer;
         if (entry) {
             if (entry->begun.exchange(true)) return answer;
-            answer = entry->work(banks_, entry->bank);
+            answer = perform(*entry);
             entry->work = nullptr; // what it holds may be large: MAIN shall not free it
         }
         return RunLoop::Task([this, alive = std::weak_ptr(alive_), entry, answer] {
-            if (entry) waiting_.pop_front();
+            if (entry) {
+                waiting_.pop_front();
+                follow(*entry);
+            }
             if (answer) answer();
             if (!alive.expired()) startNext();
         });
     });
 }
 
-void BankQueue::rename(const std::string& from, const std::string& to) {
+RunLoop::Task BankQueue::perform(Entry& entry) {
+    entry.after = entry.bank;
+    return entry.work(banks_, entry.after);
+}
+
+void BankQueue::follow(const Entry& done) {
     for (const auto& entry : waiting_)
-        if (entry->bank == from) entry->bank = to;
+        if (!entry->begun && entry->bank == done.bank) entry->bank = done.after;
 }
 
 } // namespace zephyra

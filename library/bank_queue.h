@@ -21,8 +21,9 @@ namespace zephyra {
 class BankQueue {
 public:
     /// What is done to the bank that has the name by then: on WORKER, to banks, which nobody else
-    /// changes meanwhile. The answer is done on MAIN.
-    using Work = std::function<RunLoop::Task(BankFolder& banks, const std::string& bank)>;
+    /// changes meanwhile. What waits for that bank follows it to the name that bank has afterwards,
+    /// also where the store ends. The answer is done on MAIN.
+    using Work = std::function<RunLoop::Task(BankFolder& banks, std::string& bank)>;
 
     /// All must outlive this.
     BankQueue(RunLoop& loop, Log& log, BankFolder& banks);
@@ -33,19 +34,20 @@ public:
     BankQueue& operator=(const BankQueue&) = delete;
 
     void add(std::string bank, Work work);
-
-    /// What waits for the bank `from` is done to `to`.
-    void rename(const std::string& from, const std::string& to);
+    /// Whether something waits or is under way.
+    bool isBusy() const { return running_ || !waiting_.empty(); }
 
     /// Frees a bank, which takes long when it is large, on WORKER.
     void letGo(BankContent content);
 
 private:
     struct Entry {
-        std::string bank;
+        std::string bank, after; ///< its name before and after the work
         Work work;
         std::atomic<bool> begun{false};
     };
+    RunLoop::Task perform(Entry& entry);
+    void follow(const Entry& done);
     void startNext();
 
     RunLoop& loop_;

@@ -74,15 +74,16 @@ void DocumentImport::copyDocument(const fs::path& document, const std::string& n
 
 void DocumentImport::startNext() {
     if (worker_.busy() || waiting_.empty()) return;
-    worker_.start([this, copy = std::move(waiting_.front()),
-                   folder = instance_.folders.shared](const Worker::Cancelled&) {
+    worker_.start([this, copy = std::move(waiting_.front()), folder = instance_.folders.shared,
+                   wait = wait_](const Worker::Cancelled&) {
         return RunLoop::Task(
-            [this, copy, outcome = perform(copy, folder)] { finish(copy, outcome); });
+            [this, copy, outcome = perform(copy, folder, wait)] { finish(copy, outcome); });
     });
     waiting_.pop_front();
 }
 
-Result<DocumentImport::Outcome> DocumentImport::perform(const Copy& copy, const fs::path& folder) {
+Result<DocumentImport::Outcome> DocumentImport::perform(const Copy& copy, const fs::path& folder,
+                                                        const LockWait& wait) {
     const auto document = readWholeFile(copy.document, kMostBytes);
     if (!document) return Failure{document.message()};
     if (const std::error_code error = file_calls::makeFolders(folder))
@@ -90,9 +91,9 @@ Result<DocumentImport::Outcome> DocumentImport::perform(const Copy& copy, const 
                        shownFile(folder) + " cannot be made: " + error.message()};
     const fs::path target = folder / copy.name;
     FileLock lock; // or who changes a bank just now would write over what arrives
-    if (const std::error_code error = lock.lock(folder / BankFolder::kLockName))
-        return Failure{shownFile(target) +
-                       " cannot be written: " + lockProblem(folder / BankFolder::kLockName, error)};
+    const fs::path side = folder / BankFolder::kLockName;
+    if (const std::error_code error = lock.lock(side, wait))
+        return Failure{shownFile(target) + " cannot be written: " + lockProblem(side, error)};
     if (copy.ifTaken == IfTaken::ask) {
         const Result<bool> created = createFile(target, document.value().bytes);
         if (!created) return Failure{created.message()};

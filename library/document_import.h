@@ -1,6 +1,7 @@
 // DocumentImport: copies documents that the user picked into the shared folder.
 #pragma once
 
+#include "platform/files/file_lock.h"
 #include "platform/instance.h"
 #include "platform/text/result.h"
 #include "platform/threads/worker.h"
@@ -11,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -29,6 +31,9 @@ public:
     /// refill runs on MAIN when the folder holds something new. instance must outlive this.
     DocumentImport(Instance& instance, Kind kind, std::function<void()> refill);
     ~DocumentImport();
+
+    /// For the lock of the shared folder; goesOn is asked on WORKER. While nothing is imported.
+    void setLockWait(LockWait wait) { wait_ = std::move(wait); }
 
     /// The copy's name is the document's with its percent escapes decoded.
     void importDocument(const std::filesystem::path& document);
@@ -59,7 +64,8 @@ private:
     };
     enum class Outcome { copied, nameTaken };
     Result<std::string> checkedName(const std::filesystem::path& document, std::string name) const;
-    static Result<Outcome> perform(const Copy& copy, const std::filesystem::path& folder);
+    static Result<Outcome> perform(const Copy& copy, const std::filesystem::path& folder,
+                                   const LockWait& wait);
 
     void startNext();
     void finish(const Copy& copy, const Result<Outcome>& outcome);
@@ -69,6 +75,7 @@ private:
     Instance& instance_;
     Kind kind_;
     std::function<void()> refill_;
+    LockWait wait_;
     std::deque<Copy> waiting_;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true); // an alert may outlive this
     Worker worker_;

@@ -24,14 +24,29 @@ Failure isAnother(const Bank& bank, const Bank& seen, const std::string& key) {
                    "it; look at the bank again"};
 }
 
-/// The record of key, which is as it was seen.
-Result<PropertyDictionary*> findSeen(Bank& bank, const Bank& seen, const std::string& key) {
-    const auto before = seen.find(key);
+/// The record of key, which is as it was seen or as one's own changes have made it since.
+Result<PropertyDictionary*> findSeen(Bank& bank, const SeenBank& seen, const std::string& key) {
+    const auto before = seen.content->find(key);
     const auto now = bank.find(key);
-    if (before == seen.end() || now == bank.end() || !(now->second == before->second))
-        return isAnother(bank, seen, key);
+    const auto isMeant = [&] {
+        return now->second == before->second ||
+               (seen.own && seen.own->lead(key, before->second, now->second));
+    };
+    if (before == seen.content->end() || now == bank.end() || !isMeant())
+        return isAnother(bank, *seen.content, key);
     if (auto* const record = now->second.as<PropertyDictionary>()) return record;
-    return isAnother(bank, seen, key);
+    return isAnother(bank, *seen.content, key);
+}
+
+/// Changes the record as edit does, where edit answers true.
+template <typename Edit>
+ChangeAnswer editSeen(Bank& bank, const SeenBank& seen, const std::string& key, const Edit& edit) {
+    const auto record = findSeen(bank, seen, key);
+    if (!record) return Failure{record.message()};
+    const PropertyValue before = *record.value();
+    if (!edit(*record.value())) return false;
+    if (seen.own) seen.own->add(key, before, *record.value());
+    return true;
 }
 
 } // namespace
@@ -43,41 +58,55 @@ std::string freeSnapshotKey(const Bank& bank, const DateAndTime& now) {
     return key;
 }
 
-BankChange renamingPreset(BankContent seen, std::string key, std::string name) {
-    return [seen = std::move(seen), key = std::move(key),
-            name = std::move(name)](Bank& bank) -> ChangeAnswer {
-        const auto record = findSeen(bank, *seen, key);
-        if (!record) return Failure{record.message()};
-        if (hasSnapshotNamed(bank, name)) return false;
-        record.value()->insert_or_assign(kSnapshotTags, name);
-        return true;
+void OwnEdits::add(const std::string& key, const PropertyValue& before,
+                   const PropertyValue& after) {
+    edits_.push_back({key, before, after});
+}
+
+bool OwnEdits::lead(const std::string& key, const PropertyValue& from,
+                    const PropertyValue& to) const {
+    const PropertyValue* reached = &from;
+    for (const Edit& edit : edits_) {
+        if (edit.key != key || edit.before != *reached) continue;
+        reached = &edit.after;
+        if (*reached == to) return true; // what follows was tried, to be shown, and waits
+    }
+    return false;
+}
+
+BankChange renamingPreset(SeenBank seen, std::string key, std::string name) {
+    return [seen = std::move(seen), key = std::move(key), name = std::move(name)](Bank& bank) {
+        return editSeen(bank, seen, key, [&](PropertyDictionary& record) {
+            if (hasSnapshotNamed(bank, name)) return false;
+            record.insert_or_assign(kSnapshotTags, name);
+            return true;
+        });
     };
 }
 
-BankChange overwritingPreset(BankContent seen, std::string key, PropertyDictionary state) {
-    return [seen = std::move(seen), key = std::move(key),
-            state = std::move(state)](Bank& bank) -> ChangeAnswer {
-        const auto record = findSeen(bank, *seen, key);
-        if (!record) return Failure{record.message()};
-        for (const auto& [name, value] : state) record.value()->insert_or_assign(name, value);
-        return true;
+BankChange overwritingPreset(SeenBank seen, std::string key, PropertyDictionary state) {
+    return [seen = std::move(seen), key = std::move(key), state = std::move(state)](Bank& bank) {
+        return editSeen(bank, seen, key, [&](PropertyDictionary& record) {
+            for (const auto& [name, value] : state) record.insert_or_assign(name, value);
+            return true;
+        });
     };
 }
 
-BankChange deletingPresets(BankContent seen, std::vector<std::string> keys) {
+BankChange deletingPresets(SeenBank seen, std::vector<std::string> keys) {
     return [seen = std::move(seen), keys = std::move(keys)](Bank& bank) -> ChangeAnswer {
         for (const std::string& key : keys)
-            if (const auto record = findSeen(bank, *seen, key); !record)
+            if (const auto record = findSeen(bank, seen, key); !record)
                 return Failure{record.message()};
         for (const std::string& key : keys) bank.erase(key);
         return !keys.empty();
     };
 }
 
-BankChange orderingPresets(BankContent seen, std::vector<std::string> order) {
+BankChange orderingPresets(SeenBank seen, std::vector<std::string> order) {
     return [seen = std::move(seen), order = std::move(order)](Bank& bank) -> ChangeAnswer {
-        for (const auto& entry : *seen)
-            if (const auto record = findSeen(bank, *seen, entry.first); !record)
+        for (const auto& entry : *seen.content)
+            if (const auto record = findSeen(bank, seen, entry.first); !record)
                 return Failure{record.message()};
         bank = renumberedBank(std::move(bank), order);
         return true;

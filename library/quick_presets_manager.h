@@ -5,6 +5,7 @@
 #include "library/bank_queue.h"
 #include "library/document_import.h"
 #include "library/library_table.h"
+#include "library/preset_edits.h"
 #include "library/preset_search.h"
 #include "library/quick_presets_manager_delegate.h"
 #include "platform/instance.h"
@@ -217,6 +218,7 @@ private:
     void showFound(Found found);
 
     // Changing banks.
+    SeenBank seen(BankContent content);
     void changeBank(const std::string& name, BankFolder::Change change, Done done = {},
                     BankFolder::Unreadable unreadable = BankFolder::Unreadable::refuse);
     void finishChange(const std::string& name, const BankFolder::Changed& changed,
@@ -281,6 +283,7 @@ private:
     std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
     Worker reader_, searcher_;
     std::optional<BankQueue> changes_; // none once the store ends
+    std::shared_ptr<OwnEdits> own_;    // while changes wait
 };
 
 } // namespace zephyra

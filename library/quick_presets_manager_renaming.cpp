@@ -54,7 +54,7 @@ void QuickPresetsManager::renameCurrentSnapshot(const std::string& name) {
 void QuickPresetsManager::setSnapshotName(const SeenPreset& preset, const std::string& name,
                                           const std::function<void()>& nameIsTaken) {
     if (!isFileName(name)) return present(warning(kInvalid));
-    changeBank(preset.bank, renamingPreset(preset.content, preset.key, name),
+    changeBank(preset.bank, renamingPreset(seen(preset.content), preset.key, name),
                [this, nameIsTaken](const BankFolder::Changed& changed) {
                    if (!changed.applied && changed.problem.empty()) nameIsTaken();
                    refill();
@@ -64,9 +64,12 @@ void QuickPresetsManager::setSnapshotName(const SeenPreset& preset, const std::s
 void QuickPresetsManager::renameBank(const std::string& from, const std::string& typed) {
     const std::string to = bankName(typed);
     if (to != from && !isNewBankName(to)) return present(warning(kInvalid));
-    changes_->add(from, [this, to](BankFolder& banks, const std::string& bank) {
-        return RunLoop::Task(
-            [this, bank, to, moved = banks.rename(bank, to)] { finishRename(bank, to, moved); });
+    changes_->add(from, [this, to](BankFolder& banks, std::string& bank) {
+        const std::string was = bank;
+        const auto moved = banks.rename(was, to);
+        // After a failed move, too: what is saved next then stands under the wanted name.
+        if (!moved || moved.value()) bank = to;
+        return RunLoop::Task([this, was, to, moved] { finishRename(was, to, moved); });
     });
 }
 
@@ -77,8 +80,6 @@ void QuickPresetsManager::finishRename(const std::string& from, const std::strin
         instance_.log.write("Unable to move file: " + moved.message());
         present(warning(moved.message()));
     }
-    // After a failed move, too: what is saved next then stands under the wanted name.
-    changes_->rename(from, to);
     if (from == getCurrentSelectedBankName()) {
         _currentBankNameSelected = to;
         if (contentName_ == from) contentName_ = to;
@@ -98,7 +99,7 @@ void QuickPresetsManager::tableView_commitDeleteForRowAtIndexPath(int table, std
 }
 
 void QuickPresetsManager::deleteSnapshot(const std::string& key) {
-    changeBank(contentName_, deletingPresets(selectedContent(), {key}),
+    changeBank(contentName_, deletingPresets(seen(selectedContent()), {key}),
                [this](const auto&) { refillOnNextTurn(); });
 }
 
@@ -131,7 +132,7 @@ void QuickPresetsManager::deleteAllSnapshots() {
     const std::string bank = getCurrentSelectedBankName();
     present(deleteAllDialog(bank, [this, bank, content] {
         // Only those that the user knew of.
-        changeBank(bank, deletingPresets(content, sortedKeys(*content)),
+        changeBank(bank, deletingPresets(seen(content), sortedKeys(*content)),
                    [this](const auto&) { refill(); });
     }));
 }

@@ -78,6 +78,12 @@ void QuickPresetsManager::writeBankToDisk() {
     changeBank(*name, [](Bank&) { return true; });
 }
 
+/// For a change that is asked for now, which may wait behind others.
+SeenBank QuickPresetsManager::seen(BankContent content) {
+    if (!own_ || !changes_->isBusy()) own_ = std::make_shared<OwnEdits>();
+    return {std::move(content), own_};
+}
+
 void QuickPresetsManager::changeBank(const std::string& name, BankFolder::Change change, Done done,
                                      BankFolder::Unreadable unreadable) {
     if (getAppGroupsFolder().empty()) return report("There is no shared folder for banks; set one");
@@ -266,7 +272,8 @@ void QuickPresetsManager::overwrite(const SeenPreset& preset) {
         PropertyDictionary state;
         collectSnapshotInformation(state);
         state.erase(kSnapshotTags); // the preset keeps its name
-        changeBank(preset.bank, overwritingPreset(preset.content, preset.key, std::move(state)),
+        changeBank(preset.bank,
+                   overwritingPreset(seen(preset.content), preset.key, std::move(state)),
                    [this](const auto&) { refill(); });
     });
 }

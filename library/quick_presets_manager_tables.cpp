@@ -183,7 +183,7 @@ void QuickPresetsManager::tableView_moveRowAtIndexPath_toIndexPath(int table, st
     keys.erase(keys.begin() + static_cast<std::ptrdiff_t>(from));
     keys.insert(keys.begin() + static_cast<std::ptrdiff_t>(to), std::move(moved));
 
-    changeBank(contentName_, orderingPresets(selectedContent(), std::move(keys)),
+    changeBank(contentName_, orderingPresets(seen(selectedContent()), std::move(keys)),
                [this, tag](const auto&) {
                    refill();
                    if (!tag || !listed_) return;

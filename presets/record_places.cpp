@@ -20,7 +20,8 @@ bool hasDrive(std::string_view text) {
 /// A lone slash may begin any text.
 bool isPlace(std::string_view text) {
     const bool isAbsolute = text.starts_with('/') && text.find('/', 1) != std::string_view::npos;
-    return isAbsolute || text.starts_with("file:/") || hasDrive(text);
+    const bool leaves = text.starts_with("../"); // by way of folders that may tell a user's name
+    return isAbsolute || leaves || text.starts_with("file:/") || hasDrive(text);
 }
 
 std::string fileNameOf(const std::string& text) {

@@ -3,6 +3,7 @@
 #include "cli/terminal/interrupt.h"
 #include "cli/terminal/json_text.h"
 #include "library/bank_check.h"
+#include "library/bank_place.h"
 #include "platform/files/folder_entries.h"
 #include "platform/files/whole_file.h"
 #include "platform/text/message_text.h"
@@ -86,7 +87,8 @@ Result<void> repair(const fs::path& file, std::span<const std::byte> bytes, cons
     if (interrupted()) return {}; // what was not looked at could not be mended
     if (!mended) return Failure{shownFile(file) + " cannot be mended: no preset was found in it"};
     const fs::path copy =
-        file.parent_path() / (std::string(stemOf(file.filename().string())) + " (mended).zephyra");
+        file.parent_path() /
+        withSuffix(std::string(stemOf(file.filename().string())), " (mended).zephyra");
     const auto written = createBank(copy, mended->bank);
     if (!written) return Failure{written.message()};
     if (!written.value())

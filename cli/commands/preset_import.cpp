@@ -18,6 +18,7 @@ namespace zephyra {
 namespace {
 
 struct ReadFile {
+    std::string path;
     std::string name; ///< of the bank that it is to be; empty when another gets its presets
     BankCache::Content content;
 };
@@ -30,9 +31,9 @@ Result<ReadFile> readFile(const PresetImportRequest& request, const std::filesys
     auto read = readBank(file);
     if (!read) return Failure{read.message()};
     auto content = std::make_shared<const Bank>(std::move(read.value().bank));
-    if (request.bank) return ReadFile{{}, std::move(content)};
+    if (request.bank) return ReadFile{file.string(), {}, std::move(content)};
     auto name = newBankName(request.name.value_or(typedFromBytes(fileName)));
-    if (name) return ReadFile{std::move(name.value()), std::move(content)};
+    if (name) return ReadFile{file.string(), std::move(name.value()), std::move(content)};
     return Failure{name.message() + (request.name ? "" : "; choose another name with --as")};
 }
 
@@ -88,6 +89,9 @@ ExitCode runPresetImport(const CommandContext& context, const PresetImportReques
     BankFolder banks(folders);
     banks.setLockWait({.goesOn = [] { return !interrupted(); }});
     for (const ReadFile& file : files) {
+        if (interrupted())
+            return endWith(ExitCode::interrupted,
+                           "interrupted; " + file.path + " was not imported");
         const auto imported = importFile(banks, request, file);
         if (!imported) return endWith(failureOrInterrupt(), imported.message());
         if (const ExitCode code = printOut(imported.value()); code != ExitCode::success)

@@ -1,5 +1,6 @@
 #include "cli/commands/commands.h"
 
+#include "cli/terminal/interrupt.h"
 #include "cli/terminal/json_text.h"
 #include "cli/terminal/text_table.h"
 #include "library/quick_sample_manager.h"
@@ -135,6 +136,7 @@ class SampleImport {
 public:
     SampleImport(const Folders& folders, const SampleImportRequest& request) : request_(request) {
         instance_.folders = folders;
+        import_.setLockWait({.goesOn = [] { return !interrupted(); }});
     }
 
     /// The name of the copy.
@@ -176,8 +178,10 @@ ExitCode runSampleImport(const CommandContext& context, const SampleImportReques
     if (const auto ready = readySharedFolder(folders); !ready)
         return endWith(ExitCode::failure, ready.message());
     for (const std::string& file : request.files) {
+        if (interrupted())
+            return endWith(ExitCode::interrupted, "interrupted; " + file + " was not imported");
         const auto imported = SampleImport(folders, request).run(file);
-        if (!imported) return endWith(ExitCode::failure, imported.message());
+        if (!imported) return endWith(failureOrInterrupt(), imported.message());
         if (const ExitCode code = printOut(onOneLine(imported.value()) + " is there\n");
             code != ExitCode::success)
             return code;

@@ -1,5 +1,6 @@
 #include "cli/terminal/interrupt.h"
 
+#include <atomic>
 #include <csignal>
 #include <unistd.h>
 
@@ -9,15 +10,16 @@ namespace {
 
 constexpr unsigned kSecondsToEnd = 3; // that a child has to leave nothing half-written
 
-volatile std::sig_atomic_t stopRequested = 0;
+std::atomic<bool> stopRequested{false}; // workers ask, too
+static_assert(std::atomic<bool>::is_always_lock_free);
 
 void requestStop(int) {
-    stopRequested = 1;
+    stopRequested = true;
 }
 
 void requestEnd(int) {
     ::alarm(kSecondsToEnd); // whose signal ends a process that hangs
-    stopRequested = 1;
+    stopRequested = true;
 }
 
 } // namespace
@@ -41,7 +43,7 @@ void watchInterruptsOfParent() {
 }
 
 bool interrupted() noexcept {
-    return stopRequested != 0;
+    return stopRequested;
 }
 
 } // namespace zephyra

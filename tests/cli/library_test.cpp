@@ -150,7 +150,7 @@ TEST_F(Library, AnExportHoldsNoPlaceOfThisComputerAndFailsForASoundThatItLacks) 
         {"Lost", {{"Path", "/lost.wav"}, {"Audio", damaged}}},
         {"Other", {{"Path", away}, {"ContentHash", "-"}, {"Audio", damaged}}},
         {"Long", {{"Path", "/lost.wav"}, {"Audio", eleven}}},
-        {"None", {{"New", "/lone"}}}};
+        {"None", {{"New", "/lone"}, {"RelativePath", "../../Kim/up.wav"}}}};
     Bank given;
     for (const auto& [name, sample] : samples)
         given[name] = PropertyDictionary{
@@ -272,25 +272,41 @@ TEST_F(Library, ASampleIsImportedUnderTheNameThatItThenHasByOneAtATime) {
     EXPECT_EQ(won, 1);
 }
 
-TEST_F(Library, ACheckThatIsStoppedSaysSoAndNeverThatNothingIsWrong) {
+TEST_F(Library, WhatIsStoppedSaysSoAndNeverThatNothingIsWrong) {
     put(shared() / "Bad.zephyra", {{"0 - a", PropertyDictionary{}}});
-    const std::pair<CheckRequest, const char*> cases[] = {
-        {{"shared/Clouds.zephyra"}, ""},
-        {{"shared/Clouds.zephyra", false, true}, "[],\n  \"interrupted\": true\n}\n"},
-        {{"shared/Bad.zephyra", true}, "a string SnapshotTags is needed\n"}};
-    for (const auto& [request, end] : cases) {
+    const CommandContext context{.folders = {shared(), factory()}};
+    const std::string clouds = "shared/Clouds.zephyra", bad = "shared/Bad.zephyra";
+    const std::tuple<std::function<ExitCode()>, std::string, const char*> cases[] = {
+        {[&] { return runCheck(context, {clouds}); }, clouds, ""},
+        {[&] {
+             return runCheck(context, {clouds, false, true});
+         },
+         clouds, "[],\n  \"interrupted\": true\n}\n"},
+        {[&] {
+             return runCheck(context, {bad, true});
+         },
+         bad, "a string SnapshotTags is needed\n"},
+        {[&] {
+             return runSampleImport(context, {{"in.wav"}, {}, false});
+         },
+         "in.wav", ""},
+        {[&] {
+             return runPresetImport(context, {{clouds}, {}, {}, true});
+         },
+         clouds, ""}};
+    for (const auto& [command, named, end] : cases) {
         const pid_t child = ::fork();
         if (child == 0) {
             std::filesystem::current_path(folder.path());
             if (!std::freopen("out", "w", stdout) || !std::freopen("err", "w", stderr)) ::_exit(9);
             watchInterrupts();
             std::raise(SIGINT);
-            std::exit(static_cast<int>(runCheck({.folders = {shared(), factory()}}, request)));
+            std::exit(static_cast<int>(command()));
         }
         int status = 0;
         ASSERT_EQ(::waitpid(child, &status, 0), child);
         EXPECT_EQ(WEXITSTATUS(status), 130);
-        EXPECT_THAT(readText(folder / "err"), HasSubstr("interrupted; " + request.file));
+        EXPECT_THAT(readText(folder / "err"), HasSubstr("interrupted; " + named));
         EXPECT_THAT(readText(folder / "out"), AllOf(EndsWith(end), Not(HasSubstr("nothing"))));
         EXPECT_FALSE(std::filesystem::exists(shared() / "Bad (mended).zephyra"));
     }
@@ -332,21 +348,25 @@ TEST_F(Library, CheckNamesWhatIsWrongAtItsKeyAndMendsACopyOnly) {
     std::filesystem::remove(shared() / "Bad (mended).zephyra");
     out("check shared/Bad.zephyra --repair");
     Bank mended = bankIn(shared() / "Bad (mended).zephyra");
+    const std::string longest = std::string(247, 'x') + ".zephyra";
+    writeText(shared() / longest, whole);
+    EXPECT_THAT(out("check shared/" + longest + " --repair"), HasSubstr("xx (mended).zephyra"));
     EXPECT_FALSE(recordOf(mended, "1 - b")->contains("Pan_0"));
     EXPECT_TRUE(recordOf(mended, "1 - b")->contains("Sample_0"));
 }
 
-/// The program that has the file open beside this one; -1 when none comes to that.
-pid_t otherThatOpened(const std::filesystem::path& file) {
+/// The program that has the file open; -1 when none comes to that. A shell that is about to run it
+/// holds what this process has open, too.
+pid_t programThatOpened(const std::filesystem::path& file) {
     std::error_code ignored; // processes end, and some are others'
     for (int tries = 0; tries < 2000; ++tries) {
-        for (const std::string& process : file_calls::list("/proc", ignored)) {
-            const auto about = std::filesystem::path("/proc") / process;
-            if (readText(about / "comm") != "zephyra\n") continue; // or not yet, as a shell
-            const auto files = about / "fd";
-            for (const std::string& open : file_calls::list(files, ignored))
-                if (std::filesystem::read_symlink(files / open, ignored) == file)
-                    return std::atoi(process.c_str());
+        for (const std::string& pid : file_calls::list("/proc", ignored)) {
+            const auto process = std::filesystem::path("/proc") / pid;
+            if (std::filesystem::read_symlink(process / "exe", ignored).filename() != "zephyra")
+                continue;
+            for (const std::string& open : file_calls::list(process / "fd", ignored))
+                if (std::filesystem::read_symlink(process / "fd" / open, ignored) == file)
+                    return std::atoi(pid.c_str());
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
@@ -362,7 +382,9 @@ TEST_F(Library, WaitsForAnotherProgramAndMeetsNothingThatItMovedNorGoesOnWhenThe
         {"preset rename Clouds 1 Fog", "\"Haze\" stands elsewhere"},
         {"preset move Clouds 3 1", "\"Haze\" stands elsewhere"},
         {"preset delete Clouds --yes", "\"Clouds\" has been changed by another program"},
+        {"samples import in.wav --as Taken", "is there already"},
     };
+    writeText(shared() / "Taken.wav", "");
     for (const auto& [arguments, said] : cases)
         for (const bool isStopped : {true, false}) {
             SCOPED_TRACE(arguments);
@@ -371,7 +393,7 @@ TEST_F(Library, WaitsForAnotherProgramAndMeetsNothingThatItMovedNorGoesOnWhenThe
             ASSERT_FALSE(lock.lock(shared() / BankFolder::kLockName));
             ProgramRun ran;
             std::thread program([&, words = arguments] { ran = run(words); });
-            const pid_t waiting = otherThatOpened(shared() / BankFolder::kLockName);
+            const pid_t waiting = programThatOpened(shared() / BankFolder::kLockName);
             put(shared() / "Clouds.zephyra", theirs);
             if (isStopped && waiting > 0)
                 ::kill(waiting, SIGINT);

@@ -96,6 +96,14 @@ TEST_F(BankFolderTest, BanksWhoseFilesHaveOddNamesAreListedAndCanDoAllButKeepThe
     }
 }
 
+TEST_F(BankFolderTest, EveryBankThatIsMadeChangedOrRenamedMayBeBackedUp) {
+    const CallsOf marks(FileCall::attribute);
+    EXPECT_TRUE(banks_.change("a.zephyra", adding("0 - x")).applied);
+    EXPECT_TRUE(banks_.create("b.zephyra").value());
+    EXPECT_TRUE(banks_.rename("b.zephyra", "c.zephyra").value());
+    EXPECT_EQ(marks.count(), 3);
+}
+
 TEST_F(BankFolderTest, ReadsAFileOnceUntilItChanges) {
     BankFolder other(folders_);
     for (const char digit : std::string("01234"))
@@ -253,6 +261,15 @@ TEST_F(BankFolderTest, WithoutFoldersThereIsNothingAndNothingIsWritten) {
     EXPECT_EQ(banks.read(kName).value()->size(), 1u);
     fs::current_path(before);
     EXPECT_THAT(keys(kName), ElementsAre("0 - not meant"));
+}
+
+TEST(OwnEdits, LeadFromWhatWasSeenStepByStepAndFromNothingElse) {
+    OwnEdits own;
+    own.add("k", 1, 2);
+    own.add("k", 2, 3);
+    own.add("j", 3, 4);
+    EXPECT_TRUE(own.lead("k", 1, 2) && own.lead("k", 1, 3) && own.lead("k", 2, 3));
+    EXPECT_FALSE(own.lead("k", 5, 3) || own.lead("k", 3, 4) || own.lead("k", 3, 1));
 }
 
 TEST(BankEdits, KeysStandInTheOrderOfTheirTextWithoutRegardToCase) {

@@ -520,6 +520,20 @@ TEST_F(WaitingPresets, AreShownAndWrittenInOrderWhileTheUserGoesOnPlaying) {
     EXPECT_THAT(store.rows(kPresets), ElementsAre("*Theirs"));
 }
 
+TEST_F(WaitingPresets, MeetWhatThoseBeforeThemMakeOfThePreset) {
+    store->setCurrentSelectedSnapID("0 - x");
+    for (const int density : {1, 2, 3}) {
+        store.state["Density_0"] = density;
+        store->performSnapOverwrite();
+    }
+    store->renameCurrentSnapshot("B0");
+    lock.unlock();
+    EXPECT_EQ(store.alert(), "");
+    Bank bank = onDisk("a");
+    EXPECT_EQ(snapshotTag(bank, "0 - x"), "B0");
+    EXPECT_EQ(recordOf(bank, "0 - x")->at("Density_0"), PropertyValue(3));
+}
+
 TEST_F(WaitingPresets, StayInMemoryWhenTheLockIsNotFreeInTime) {
     store->bankFolder().setLockWait({.seconds = 0.02});
     store->saveSnap();
@@ -539,14 +553,19 @@ TEST_F(WaitingPresets, AreWrittenThoughTheirStoreEndsOrGivenUpWithALineWhenTheLo
     EXPECT_THAT(store.instance.lines, Contains(HasSubstr(BankFolder::kLockName)));
     EXPECT_EQ(onDisk("a").size(), 2u);
     store.select("a");
-    for (int n = 0; n < 2; ++n) store->saveSnap();
+    store->saveSnap();
+    store->renameSnapshot(kBanks, 0);
+    store.instance.runLoop.runPosted();
+    EXPECT_TRUE(store.instance.alerts.answer("OK", "Renamed"));
+    store->saveSnap();
     std::thread free([this] {
         std::this_thread::sleep_for(std::chrono::milliseconds(30));
         lock.unlock();
     });
     store.manager.reset();
     free.join();
-    EXPECT_EQ(onDisk("a").size(), 4u);
+    EXPECT_EQ(onDisk("Renamed").size(), 4u);
+    EXPECT_FALSE(std::filesystem::exists(folders.file("a")));
 }
 
 TEST_F(WaitingPresets, GoIntoTheBankThatWasMadeOrRenamedBefore) {
