@@ -177,6 +177,25 @@ void measureStates(BenchSystem& system, Stretches& stretches, const std::filesys
     });
 }
 
+void measureLibrary(BenchSystem& system, Stretches& stretches,
+                    const std::filesystem::path& folder) {
+    auto& view = system.view;
+    for (int n = 0; n < 5000; ++n) writeText(folder / ("Sample " + std::to_string(n) + ".wav"), "");
+    stretches.row("to list 5,000 samples", [&] { view.samples.viewDidLoad(); });
+    const auto& controls = view.assignable.all();
+    for (std::size_t n = 0; n < 512; ++n)
+        view.midiManager.bind({.trigger = {.number = static_cast<int>(n % 120),
+                                           .channel = static_cast<int>(1 + n / 120)},
+                               .control = controls[n % controls.size()].control});
+    PropertyDictionary state;
+    stretches.hostRow("to save a session with 512 learned controllers",
+                      [&] { state = system.unit->getFullState(); });
+    stretches.hostRow("to restore it", [&] { system.unit->setFullState(state); });
+    stretches.hostRow("to build another instance",
+                      [&] { const BenchSystem another(component_type::musicEffect, folder); });
+    stretches.row("to choose a bank", [&] { view.presets.selectBankFromIndex(1); });
+}
+
 } // namespace
 } // namespace zephyra
 
@@ -188,5 +207,6 @@ int main() {
     measureSounds(system, stretches, folder.path());
     measureLive(system, stretches);
     measureStates(system, stretches, folder.path());
+    measureLibrary(system, stretches, folder.path());
     return stretches.allMet() ? 0 : 1;
 }

@@ -51,8 +51,11 @@ std::span<EventQueue::Entry> EventQueue::takeDue(std::uint64_t frame) {
 
 void EventQueue::endBlock(std::uint32_t frames) {
     entries_.erase(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(taken_));
-    taken_ = 0;
-    for (Entry& entry : entries_) entry.frame -= std::min(entry.frame, frames);
+    taken_ = added_ = 0;
+    for (Entry& entry : entries_) {
+        entry.frame -= std::min(entry.frame, frames);
+        entry.number = added_++; // several may now stand at frame 0: their order stays
+    }
 }
 
 } // namespace zephyra

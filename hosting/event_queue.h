@@ -24,7 +24,7 @@ public:
         AURenderEvent event = {};
         std::vector<std::uint8_t> bytes = {}; ///< of MIDI, all of them
         std::function<void()> task = {};      ///< in an event's place; else empty
-        std::size_t number = 0;               ///< of the call that added it
+        std::size_t number = 0;               ///< which of one frame acts first
     };
 
     void add(Entry entry);
@@ -39,7 +39,7 @@ public:
     std::span<Entry> takeDue(std::uint64_t frame);
 
     /// The present block ends after so many frames; what has not acted counts from the next one's
-    /// start.
+    /// start, in the order that it had.
     void endBlock(std::uint32_t frames);
 
     void clear() { *this = {}; }

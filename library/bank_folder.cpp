@@ -23,7 +23,8 @@ BankFolder::BankFolder(const Folders& folders, std::shared_ptr<BankCache> cache)
 
 std::vector<ListedBank> BankFolder::list() const {
     std::set<std::string> users;
-    for (const std::string& file : folderEntries(folders_.shared))
+    std::error_code ignored;
+    for (const std::string& file : file_calls::list(folders_.shared, ignored)) // samples, too
         if (auto name = bankNameOf(file)) users.insert(std::move(*name));
     {
         const std::lock_guard lock(mutex_);

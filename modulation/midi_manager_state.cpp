@@ -105,8 +105,9 @@ void MidiManager::restoreBindings(const PropertyArray& saved, PropertyReader& st
             continue;
         }
         assignToMidi(*binding.control);
-        if (find(binding.trigger, *binding.control)) ++twice;
+        const std::size_t before = bindings_.size();
         place(binding);
+        if (bindings_.size() == before) ++twice;
         concerned.insert(binding.control);
     }
     for (Control* const control : concerned) showBindings(*control);

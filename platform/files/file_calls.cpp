@@ -3,7 +3,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <dirent.h>
 #include <fcntl.h>
+#include <memory>
+#include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -26,6 +29,10 @@ std::error_code systemError(int number) {
 int refusal(FileCall call, const fs::path& path) {
     return fileCallGate ? fileCallGate(call, path) : 0;
 }
+
+struct FolderCloser {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
 
 /// The call's result, once no signal has interrupted it.
 template <typename Call>
@@ -195,10 +202,16 @@ std::vector<std::string> list(const fs::path& folder, std::error_code& error) {
     std::vector<std::string> names;
     error = systemError(refusal(FileCall::list, folder));
     if (error) return names;
-    fs::directory_iterator entry(folder, error);
-    for (const fs::directory_iterator end; !error && entry != end; entry.increment(error))
-        names.push_back(entry->path().filename().string());
-    if (error) names.clear();
+    // A directory iterator takes each name out of a path: too long where there are thousands.
+    const std::unique_ptr<DIR, FolderCloser> opened(::opendir(folder.c_str()));
+    const dirent* entry = nullptr;
+    while (opened && (errno = 0, entry = ::readdir(opened.get())))
+        if (const std::string_view name = entry->d_name; name != "." && name != "..")
+            names.emplace_back(name);
+    if (errno != 0) {
+        error = systemError(errno);
+        names.clear();
+    }
     return names;
 }
 

@@ -90,6 +90,12 @@ TEST(OfflineHost, LetsNothingOvertakeAnotherOnTheWayToMain) {
     std::string late(80, 'p');
     late.back() = 'n';
     EXPECT_EQ(moved(late), 12.0f);
+    // What a block leaves to the next one keeps the order of its frames, whatever comes there.
+    hosted.host.queueTask([&] { hosted.stream.setDisplayed(pitch, -3); }, 511);
+    hosted.host.queueParameter(static_cast<AUParameterAddress>(pitch), 5.0f, 510);
+    hosted.render(512);
+    hosted.queue(width, 1.0f);
+    EXPECT_EQ(moved(""), -3.0f);
     moved(std::string(9000, 'n')); // more than any queue to MAIN holds
     EXPECT_EQ(hosted.unit->lostNotices() + hosted.inlet.replaced(), 0u);
 }

@@ -30,7 +30,9 @@ struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderP
     HostedUnit hosted{component_type::musicEffect};
     TemporaryFolder folder;
     std::vector<float> seen = std::vector<float>(1000); // of the live wave, as a screen does
-    std::mutex rendering;                               // a host does not render while it allocates
+    const std::shared_ptr<const mokSample> longSound =
+        noiseSample(SoundNormalizer::kMostFramesAtOnce + 1, 44100);
+    std::mutex rendering; // a host does not render while it allocates
     std::atomic<int> cycle = 0;
     std::array<std::uint8_t, 120> sent{}, arrived{}; // by controller
     MidiInlet inlet{hosted.instance, [this](const MidiMessage& message) {
@@ -104,7 +106,8 @@ struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderP
     }
     void setParameters() {
         std::mt19937 random(1);
-        for (; cycle < kCycles; std::this_thread::sleep_for(500us)) {
+        for (int step = 0; cycle < kCycles; ++step, std::this_thread::sleep_for(500us)) {
+            if (step % 500 == 499) hosted.unit->setFullState(hosted.unit->getFullState());
             const auto id = static_cast<ControlId>(random() % kParameterCount);
             hosted.parameter(id).setValue_originator_atHostTime_eventType(
                 valueOf(id, random()), 0, 0, AUParameterAutomationEventType(random() % 3));
@@ -155,6 +158,7 @@ struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderP
         stream.setLinear(id, valueOf(id, random()));
         const std::function<void()> acts[] = {
             [&] { hosted.view.loadSample(kSound); },
+            [&] { stream.loadSound(longSound); }, // which WORKER scales
             [&] { hosted.view.restoreState(hosted.view.getState()); },
             [&] { hosted.view.liveExport.save(); },
             [&] { stream.ui_liveClear(); },

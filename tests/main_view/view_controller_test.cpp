@@ -166,7 +166,7 @@ TEST(Life, EndsInAnyOrderAndGoesOnWithAnotherController) {
     hosted.parameter(pitch).setValue(5);
     hosted.instance.runLoop.runPosted();
     EXPECT_EQ(hosted.stream.linear(pitch), 5);
-    hosted.host.stop();
+    hosted.host.stop(); // or it would stop a unit that has gone
     hosted.unit.reset();
     EXPECT_EQ(hosted.view.audioUnit(), nullptr);
     hosted.view._inputDryWetKnob.resetsDefault();
