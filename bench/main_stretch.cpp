@@ -163,8 +163,6 @@ void measureStates(BenchSystem& system, Stretches& stretches, const std::filesys
     });
     stretches.row("to save a preset of a sound without its file", [&] { view.presets.saveSnap(); });
     stretches.row("to step to the next preset", [&] { view.presets.nextSnap(); });
-    for (int n = 0; n < 5000; ++n) writeText(folder / ("sample " + std::to_string(n) + ".wav"), "");
-    stretches.row("to list 5,000 samples", [&] { view.samples.fillTableWithFilesName(); });
     stretches.row("to choose another envelope", [&] { system.stream().pickEnvelope(3); });
     stretches.hostRow("to list factory presets",
                       [&] { static_cast<void>(system.unit->factoryPresets()); });

@@ -1,5 +1,7 @@
 #include "platform/threads/disposal.h"
 
+#include "platform/threads/thread_priority.h"
+
 #include <system_error>
 #include <utility>
 
@@ -34,6 +36,7 @@ bool Disposal::hasThread() {
 }
 
 void Disposal::run() {
+    yieldToOthers();
     std::unique_lock lock(mutex_);
     for (;;) {
         wake_.wait(lock, [this] { return !objects_.empty() || ending_; });

@@ -1,5 +1,7 @@
 #include "platform/threads/worker.h"
 
+#include "platform/threads/thread_priority.h"
+
 #include <string>
 #include <system_error>
 #include <utility>
@@ -62,6 +64,7 @@ bool Worker::hasThread() {
 }
 
 void Worker::run() {
+    if (loop_.clock() == RunLoop::Clock::wall) yieldToOthers(); // else MAIN waits for the answer
     for (;;) {
         std::shared_ptr<Request> request;
         {
