@@ -53,7 +53,7 @@ bool BankFolder::isInSharedFolder(const std::string& name) const {
 }
 
 Result<Content> BankFolder::read(const std::string& name) {
-    if (!isBankName(name)) return Failure{kInvalidBankName};
+    if (!isBankName(name)) return Failure{kInvalidName};
     if (auto kept = unwrittenOf(name)) {
         const Start start = startOf(name, nullptr);
         if (start.problem.empty() && start.content != kept->base) {
@@ -67,7 +67,7 @@ Result<Content> BankFolder::read(const std::string& name) {
 }
 
 Result<Content> BankFolder::fetch(const std::string& name) {
-    if (!isBankName(name)) return Failure{kInvalidBankName};
+    if (!isBankName(name)) return Failure{kInvalidName};
     const fs::path path = locate(name);
     return cache_->read(path.empty() ? shared(name) : path);
 }
@@ -80,7 +80,7 @@ std::optional<Result<Content>> BankFolder::known(const std::string& name) {
         if (const auto kept = unwritten_.find(name); kept != unwritten_.end())
             return kept->second.shown;
     }
-    if (!isBankName(name)) return Failure{kInvalidBankName};
+    if (!isBankName(name)) return Failure{kInvalidName};
     const fs::path path = locate(name);
     return cache_->known(path.empty() ? shared(name) : path);
 }
@@ -98,7 +98,7 @@ std::shared_ptr<const BankSummary> BankFolder::summaryOf(const std::string& name
 }
 
 Result<std::shared_ptr<const BankSummary>> BankFolder::summary(const std::string& name) {
-    if (!isBankName(name)) return Failure{kInvalidBankName};
+    if (!isBankName(name)) return Failure{kInvalidName};
     if (const auto kept = unwrittenOf(name))
         return std::make_shared<const BankSummary>(summarize(*kept->shown));
     const fs::path path = locate(name);

@@ -106,7 +106,7 @@ BankFolder::Changed BankFolder::changeAndShow(const std::string& name, Change ch
                                               const std::function<void()>& meanwhile) {
     const bool isKnown = fallback || !locate(name).empty() || isInMemory(name);
     if (!isBankName(name) || !(isKnown || isNewBankName(name)))
-        return {.content = nullptr, .problem = kInvalidBankName, .refused = true};
+        return {.content = nullptr, .problem = kInvalidName, .refused = true};
     std::function<void()> waiting;
     if (meanwhile)
         waiting = [&] {

@@ -31,7 +31,7 @@ void BankFolder::announce(const std::string& name) {
 }
 
 Result<bool> BankFolder::create(const std::string& name, const Bank& content) {
-    if (!isNewBankName(name)) return Failure{kInvalidBankName};
+    if (!isNewBankName(name)) return Failure{kInvalidName};
     FileLock lock;
     const std::error_code error = take(lock);
     Result<bool> created = false;
@@ -45,7 +45,7 @@ Result<bool> BankFolder::create(const std::string& name, const Bank& content) {
 }
 
 Result<bool> BankFolder::rename(const std::string& from, const std::string& to) {
-    if (!isBankName(from) || !(isNewBankName(to) || to == from)) return Failure{kInvalidBankName};
+    if (!isBankName(from) || !(isNewBankName(to) || to == from)) return Failure{kInvalidName};
     FileLock lock;
     if (const std::error_code error = take(lock)) return lockFailure(from, "renamed", error);
     if (hasUnwritten(to) || isInSharedFolder(to)) return false;
@@ -65,14 +65,14 @@ Result<bool> BankFolder::rename(const std::string& from, const std::string& to) 
 }
 
 Result<bool> BankFolder::remove(const std::string& name) {
-    if (!isBankName(name)) return Failure{kInvalidBankName};
+    if (!isBankName(name)) return Failure{kInvalidName};
     FileLock lock;
     if (const std::error_code error = take(lock)) return lockFailure(name, "removed", error);
     return removeLocked(name);
 }
 
 Result<bool> BankFolder::remove(const std::string& name, const Content& seen) {
-    if (!isBankName(name)) return Failure{kInvalidBankName};
+    if (!isBankName(name)) return Failure{kInvalidName};
     FileLock lock;
     if (const std::error_code error = take(lock)) return lockFailure(name, "removed", error);
     if (!isInSharedFolder(name) && !hasUnwritten(name)) return false;

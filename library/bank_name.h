@@ -10,7 +10,7 @@ namespace zephyra {
 // A bank's name is its file name with extension; what a session, a line or a shell could not hold
 // in it stands there as \xHH (platform/text/odd_bytes.h). No two files have the same one.
 
-inline constexpr const char* kInvalidBankName = "Invalid file name";
+inline constexpr const char* kInvalidName = "Invalid file name";
 
 /// The name of the bank in that file; nothing for a file that is no bank's. Any thread.
 std::optional<std::string> bankNameOf(std::string_view fileName);

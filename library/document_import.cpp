@@ -15,12 +15,6 @@ namespace zephyra {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-constexpr const char* kInvalidName = "Invalid file name";
-
-} // namespace
-
 DocumentImport::DocumentImport(Instance& instance, Kind kind, std::function<void()> refill)
     : instance_(instance), kind_(std::move(kind)), refill_(std::move(refill)),
       worker_(instance.runLoop, instance.log) {}

@@ -14,7 +14,6 @@ namespace zephyra {
 namespace {
 
 constexpr const char* kExisting = "Existing file name";
-constexpr const char* kInvalid = "Invalid file name";
 
 /// What was typed for a bank, with its extension.
 std::string bankName(const std::string& typed) {
@@ -53,7 +52,7 @@ void QuickPresetsManager::renameCurrentSnapshot(const std::string& name) {
 
 void QuickPresetsManager::setSnapshotName(const SeenPreset& preset, const std::string& name,
                                           const std::function<void()>& nameIsTaken) {
-    if (!isFileName(name)) return present(warning(kInvalid));
+    if (!isFileName(name)) return present(warning(kInvalidName));
     changeBank(preset.bank, renamingPreset(seen(preset.content), preset.key, name),
                [this, nameIsTaken](const BankFolder::Changed& changed) {
                    if (!changed.applied && changed.problem.empty()) nameIsTaken();
@@ -63,7 +62,7 @@ void QuickPresetsManager::setSnapshotName(const SeenPreset& preset, const std::s
 
 void QuickPresetsManager::renameBank(const std::string& from, const std::string& typed) {
     const std::string to = bankName(typed);
-    if (to != from && !isNewBankName(to)) return present(warning(kInvalid));
+    if (to != from && !isNewBankName(to)) return present(warning(kInvalidName));
     changes_->add(from, [this, to](BankFolder& banks, std::string& bank) {
         const std::string was = bank;
         const auto moved = banks.rename(was, to);

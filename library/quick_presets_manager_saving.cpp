@@ -18,7 +18,6 @@ namespace zephyra {
 namespace {
 
 constexpr const char* kExisting = "Existing file name";
-constexpr const char* kInvalid = "Invalid file name";
 constexpr const char* kNoBank = "Warning, cannot write 'nil' file to disk!";
 
 } // namespace
@@ -87,7 +86,7 @@ SeenBank QuickPresetsManager::seen(BankContent content) {
 void QuickPresetsManager::changeBank(const std::string& name, BankFolder::Change change, Done done,
                                      BankFolder::Unreadable unreadable) {
     if (getAppGroupsFolder().empty()) return report("There is no shared folder for banks; set one");
-    if (!isBankName(name)) return report(kInvalid);
+    if (!isBankName(name)) return report(kInvalidName);
     std::function<void()> meanwhile; // shows what waits for another program
     if (instance_.runLoop.isPaced()) meanwhile = [this] { refillOnNextTurn(); };
     const auto fallback = name == contentName_ ? _currentBank : nullptr;
@@ -212,7 +211,7 @@ void QuickPresetsManager::savePrepared(const std::string& bank, const std::strin
         }
         refill();
         if (!changed.applied || typed.empty()) return;
-        if (!isFileName(typed)) return present(warning(kInvalid));
+        if (!isFileName(typed)) return present(warning(kInvalidName));
         if (snapshotTag(*changed.content, *key) != typed) instance_.log.write(kExisting);
     });
 }

@@ -118,7 +118,7 @@ public:
     /// navigation, the preset selected). A sound that no file holds becomes one in the shared
     /// folder first; what goes wrong then becomes an alert.
     PropertyDictionary snapshotState();
-    /// The same without a new file: a sound that no file holds is left out by whoever loads it.
+    /// The same without a new file: a sound that no file holds stays out of it.
     PropertyDictionary snapshotAsItIs();
     /// Missing keys and wrong types keep what is there. The preset that a session names is
     /// selected, not loaded.

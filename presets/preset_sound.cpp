@@ -58,8 +58,7 @@ Result<PresetSound> findPresetSound(const PresetChoice& preset, const Folders& f
         restoreStreamState(stream, loader, reader,
                            [&report](const SampleReport& ended) { report = ended; });
     }
-    instance.runLoop.waitForWork();
-    instance.runLoop.runPosted();
+    instance.runLoop.finishWork();
 
     const RunLoop::Scope main(instance.runLoop);
     const std::string of = "the sound of preset " + inQuotes(preset.name) +

@@ -79,8 +79,7 @@ private:
             controller.restoreStateProc(record);
             if (samples_ == SampleFiles::ignore) controller.sampleLoader.cancel();
         }
-        instance.runLoop.waitForWork(); // a sample that the record names
-        instance.runLoop.runPosted();
+        instance.runLoop.finishWork(); // a sample that the record names
         return findingsOf(key, record, report);
     }
 

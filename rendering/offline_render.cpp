@@ -140,8 +140,7 @@ Result<void> OfflineRender::restoreState() {
         const RunLoop::Scope main(instance_.runLoop);
         controller_.restoreStateProc(state);
     }
-    instance_.runLoop.waitForWork(); // a sample that the state names
-    instance_.runLoop.runPosted();
+    instance_.runLoop.finishWork(); // a sample that the state names
     if (const Alert* const alert = instance_.alerts.current())
         return Failure{"--state " + plan_.host.state->string() + ": " + alert->message +
                        "; --sample FILE names another"};
@@ -157,9 +156,7 @@ Result<void> OfflineRender::restorePreset() {
         const RunLoop::Scope main(instance_.runLoop);
         controller_.presets.loadDefaultSnapshot_snapID(preset.bank, preset.key);
     }
-    instance_.runLoop.runPosted();
-    instance_.runLoop.waitForWork(); // its sample
-    instance_.runLoop.runPosted();
+    instance_.runLoop.finishWork(); // its sample
     // A sample that is missing was found, or replaced, before; behind live input nobody hears it.
     const RunLoop::Scope main(instance_.runLoop);
     const Bank* const bank = controller_.presets.getSelectedBankDictionary();
