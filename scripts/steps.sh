@@ -41,7 +41,7 @@ installPackages() {
         as_root=(sudo)
     fi
     as_root+=(env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300)
-    say "Installing ${missing[*]}"
+    say "Installing packages, which may take some minutes: ${missing[*]}"
     local log
     log=$(mktemp)
     if ! { "${as_root[@]}" update && "${as_root[@]}" install --no-install-recommends -y "${missing[@]}"; } \
@@ -58,6 +58,38 @@ configure() {
     local preset=$1
     shift
     (cd "$root" && cmake --preset "$preset" "$@")
+}
+
+# logged TITLE LOG COMMAND...: runs the command with all its output in LOG. On a terminal a bar shows
+# how far ninja or ctest is, as they say it themselves; more than a handful of steps are worth one.
+logged() {
+    local title=$1 log=$2 line status=0
+    shift 2
+    if [[ ! -t 2 ]]; then
+        "$@" </dev/null >"$log" 2>&1 || status=$?
+        return "$status"
+    fi
+    { "$@" </dev/null 2>&1 || status=$?; echo "exit status $status"; } | {
+        while IFS= read -r line; do
+            if [[ $line =~ ^exit\ status\ ([0-9]+)$ ]]; then
+                status=${BASH_REMATCH[1]}
+                continue
+            fi
+            printf '%s\n' "$line" >&3
+            [[ $line =~ ^\ *\[?([0-9]+)/([0-9]+)(\]|\ Test) ]] || continue
+            ((BASH_REMATCH[2] > 8)) && drawBar "$title" "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
+        done
+        printf '\r\033[K' >&2
+        exit "$status"
+    } 3>"$log"
+}
+
+# drawBar TITLE DONE ALL: one line on standard error, over the one before.
+drawBar() {
+    local width=30 filled bar
+    filled=$((width * $2 / $3))
+    printf -v bar '%*s' "$filled" ''
+    printf '\r\033[K%s  [%-*s] %d of %d' "$1" "$width" "${bar// /=}" "$2" "$3" >&2
 }
 
 # compile PRESET TARGET...: builds; ninja itself knows what is up to date.
