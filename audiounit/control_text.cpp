@@ -1,10 +1,12 @@
 #include "audiounit/control_text.h"
 
+#include "audiounit/control_names.h"
 #include "audiounit/parameter_table.h"
 #include "controls/note_values.h"
 #include "controls/state_keys.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
+#include "platform/text/quantities.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>
@@ -29,18 +31,19 @@ std::string withUnit(const std::string& number, const char* unit) {
     return *unit ? number + " " + unit : number;
 }
 
-Failure unknownName(std::string_view name, std::span<const ControlId> known, const char* kind) {
+/// The one among known that name means, or which may be meant.
+Result<ControlId> parseName(std::string_view name, std::span<const ControlId> known,
+                            const char* kind) {
+    const auto [controls, isCertain] = matchControl(name, known);
+    if (isCertain) return controls.front();
+    std::vector<std::string> meant;
+    for (const ControlId id : controls) meant.emplace_back(controlRange(id).name);
+    const std::string none = std::string("there is no ") + kind + " " + inQuotes(name) + "; ";
+    if (meant.size() > 1) return Failure{none + "which is meant, " + spokenList(meant, "or") + "?"};
+    if (!meant.empty()) return Failure{none + "it is called " + meant.front()};
     std::vector<std::string_view> names;
     for (const ControlId id : known) names.emplace_back(controlRange(id).name);
-    return {std::string("there is no ") + kind + " " + inQuotes(name) + "; the nearest is " +
-            inQuotes(nearestName(name, names))};
-}
-
-std::optional<ControlId> findName(std::string_view name, std::span<const ControlId> known) {
-    const std::string plain = plainName(name);
-    for (const ControlId id : known)
-        if (plainName(controlRange(id).name) == plain) return id;
-    return std::nullopt;
+    return Failure{none + "the nearest is " + inQuotes(nearestName(name, names))};
 }
 
 std::optional<float> parseChoice(std::string_view text) {
@@ -48,6 +51,17 @@ std::optional<float> parseChoice(std::string_view text) {
     for (std::size_t i = 0; i < kNoteValues.size(); ++i)
         if (plainName(kNoteValues[i].name) == plain) return static_cast<float>(i);
     return std::nullopt;
+}
+
+/// A number in the control's unit. What has none, and is no count, is a share of a whole, and some
+/// of those are levels.
+std::optional<double> parseCounted(const ControlRange& range, std::string_view text) {
+    if (*range.unit) return parseIn(range.unit, text);
+    if (range.id == ControlId::amplitude || range.id == ControlId::leftGain ||
+        range.id == ControlId::rightGain)
+        return parseLevel(text);
+    const bool isShare = range.kind == ControlKind::continuous && range.minimum == 0;
+    return isShare ? parseIn("x", text) : parseNumber(text);
 }
 
 std::optional<float> parseValue(const ControlRange& range, std::string_view text) {
@@ -58,7 +72,7 @@ std::optional<float> parseValue(const ControlRange& range, std::string_view text
         if (word == "off" || word == "0") return 0.0f;
         return std::nullopt;
     }
-    const std::optional<double> number = parseNumber(text);
+    const std::optional<double> number = parseCounted(range, text);
     if (!number) return std::nullopt;
     // The ends belong to the range, also where single precision rounds them inwards.
     const auto value = static_cast<float>(*number);
@@ -91,15 +105,13 @@ std::string settingText(const ControlSetting& setting) {
 }
 
 Result<ControlId> parseControlName(std::string_view name) {
-    if (const auto id = findName(name, kSettable)) return *id;
-    return unknownName(name, kSettable, "control");
+    return parseName(name, kSettable, "control");
 }
 
 Result<ControlId> parseParameterName(std::string_view name) {
-    if (const auto id = findName(name, kParameters)) return *id;
     for (const ParameterRow& row : parameterTable())
         if (parameterIdentifier(row, kStreamSuffix) == name) return row.id;
-    return unknownName(name, kParameters, "parameter");
+    return parseName(name, kParameters, "parameter");
 }
 
 Result<float> parseControlValue(ControlId control, std::string_view text) {

@@ -16,14 +16,17 @@ namespace zephyra {
 /// The controls that are set by a name and a value, in their table's order: all but the envelope.
 std::span<const ControlId> settableControls();
 
-/// The control among settableControls() that name means. The failure says which is the nearest.
+/// The control among settableControls() that name means, see control_names.h. The failure says
+/// which may be meant, or is the nearest.
 Result<ControlId> parseControlName(std::string_view name);
 
-/// The host's parameter that a name or identifier means. The failure says which is the nearest.
+/// The same for the host's parameters, which may also be called by their identifiers.
 Result<ControlId> parseParameterName(std::string_view name);
 
-/// The displayed value that text means for the control: a number within its range, on or off for a
-/// switch, a name for a choice. The failure says what would be right.
+/// The displayed value that text means for the control: a number within its range, in its unit or
+/// with one of the same kind ("1.5kHz", "0.3 s", "50%", a level's "-12 dB"), on or off for a
+/// switch, a name for a choice. What valueText() writes reads back. The failure says what would be
+/// right.
 Result<float> parseControlValue(ControlId control, std::string_view text);
 
 /// "-24 to 24 semitones", "on or off", "1/1D to 1/128".

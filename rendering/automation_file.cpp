@@ -5,7 +5,7 @@
 #include "platform/files/small_file.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
-#include "platform/text/text_numbers.h"
+#include "platform/text/quantities.h"
 #include "rendering/text_lines.h"
 #include "rendering/time_order.h"
 
@@ -30,15 +30,12 @@ std::vector<std::string_view> cells(std::string_view line) {
     }
 }
 
-/// Seconds of "1.5", "1.5s" or "4b".
 Result<double> readTime(std::string_view cell, double tempo) {
-    std::string_view text = cell;
-    const bool beats = text.ends_with('b') || text.ends_with('B');
-    if (beats || text.ends_with('s')) text.remove_suffix(1);
-    const std::optional<double> number = parseNumber(text);
-    if (!number || *number < 0)
-        return Failure{"a time is seconds from 0 up, or beats as in 4b, not " + inQuotes(cell)};
-    const double seconds = beats ? *number * 60.0 / tempo : *number;
+    const std::optional<TypedTime> time = parseTime(cell);
+    if (!time)
+        return Failure{"a time is seconds from 0 up, as in 2.5 or 1:30, or beats as in 4b, not " +
+                       inQuotes(cell)};
+    const double seconds = time->seconds(tempo);
     if (std::isfinite(seconds)) return seconds;
     return Failure{inQuotes(cell) + " is more than can be counted; write fewer beats"};
 }

@@ -210,8 +210,10 @@ Result<void> checkTimes(const RenderPlan& plan) {
     const TimedSetting& last = plan.timedSettings.back();
     if (last.seconds < kMostSeconds && dueFrame(last.seconds, plan.sampleRate) < plan.frames)
         return {};
-    return Failure{"--at " + formatNumber(last.seconds) + ":" + settingText(last.setting) +
-                   " comes after the end at " + formatFixed(plan.secondsAt(plan.frames), 3) +
+    const ControlRange& control = controlRange(last.setting.control);
+    return Failure{"--at " + formatNumber(last.seconds) + ":" + control.name + "=" +
+                   valueText(control, last.setting.value) + " comes after the end at " +
+                   formatFixed(plan.secondsAt(plan.frames), 3) +
                    " s; choose an earlier time or lengthen the render with --seconds"};
 }
 

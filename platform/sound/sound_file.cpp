@@ -31,6 +31,7 @@ Failure failure(const std::filesystem::path& path, const std::string& reason) {
 }
 
 std::string cannotBeOpened(std::error_code error) {
+    if (error == std::errc::no_such_file_or_directory) return "does not exist; check the name";
     return "cannot be opened: " + error.message() + kWanted;
 }
 

@@ -27,10 +27,10 @@ std::string inQuotes(std::string_view name) {
     return '"' + std::string(name.substr(0, shown)) + (shown < name.size() ? "..." : "") + '"';
 }
 
-std::string spokenList(const std::vector<std::string>& names) {
+std::string spokenList(const std::vector<std::string>& names, const std::string& lastly) {
     std::string list;
     for (std::size_t i = 0; i < names.size(); ++i) {
-        if (i > 0) list += i + 1 == names.size() ? " and " : ", ";
+        if (i > 0) list += i + 1 == names.size() ? " " + lastly + " " : ", ";
         list += names[i];
     }
     return list;

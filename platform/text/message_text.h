@@ -15,8 +15,8 @@ std::string onOneLine(std::string_view text);
 /// name between double quotes; a long one is cut. Any thread but RENDER.
 std::string inQuotes(std::string_view name);
 
-/// names one after the other as people say them: "a", "a and b", "a, b and c". Any thread but
-/// RENDER.
-std::string spokenList(const std::vector<std::string>& names);
+/// names one after the other as people say them: "a", "a and b", "a, b and c"; lastly stands before
+/// the last. Any thread but RENDER.
+std::string spokenList(const std::vector<std::string>& names, const std::string& lastly = "and");
 
 } // namespace zephyra

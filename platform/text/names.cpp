@@ -1,5 +1,7 @@
 #include "platform/text/names.h"
 
+#include "platform/text/message_text.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
@@ -68,6 +70,23 @@ std::string_view nearestName(std::string_view name, std::span<const std::string_
     return *std::min_element(
         names.begin(), names.end(),
         [&](std::string_view a, std::string_view b) { return distance(a) < distance(b); });
+}
+
+bool hasWord(std::string_view words, std::string_view plain) {
+    for (std::size_t start = 0; start <= words.size();) {
+        const std::size_t end = std::min(words.find(' ', start), words.size());
+        if (words.substr(start, end - start) == plain) return true;
+        start = end + 1;
+    }
+    return false;
+}
+
+std::string rightName(std::string_view typed, std::span<const std::string_view> names,
+                      std::span<const OtherWords> others) {
+    const std::string plain = plainName(typed);
+    for (const OtherWords& row : others)
+        if (hasWord(row.words, plain)) return "it is called " + std::string(row.name);
+    return "the nearest is " + inQuotes(nearestName(typed, names));
 }
 
 } // namespace zephyra

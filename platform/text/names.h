@@ -23,4 +23,17 @@ std::size_t editDistance(std::string_view from, std::string_view to);
 /// that are equally near. names must not be empty.
 std::string_view nearestName(std::string_view name, std::span<const std::string_view> names);
 
+/// Other words for a name, in their plain form and with blanks between them.
+struct OtherWords {
+    std::string_view words, name;
+};
+
+/// Whether plain, a plain form, is one of words, which have blanks between them.
+bool hasWord(std::string_view words, std::string_view plain);
+
+/// What to write instead of typed, which is none of names: "it is called rise" where others has the
+/// word, else "the nearest is "sine"". names must not be empty.
+std::string rightName(std::string_view typed, std::span<const std::string_view> names,
+                      std::span<const OtherWords> others);
+
 } // namespace zephyra

@@ -116,7 +116,7 @@ TEST(ControlText, EveryControlTakesBothItsEndsAndNothingBeyond) {
         EXPECT_FALSE(typed(std::nextafter(range.minimum, -1e9f)));
         EXPECT_FALSE(typed(std::nextafter(range.maximum, 1e9f)));
     }
-    for (const char* wrong : {"", "nan", "50Hz", "on"})
+    for (const char* wrong : {"", "nan", "85ms", "50%", "on"})
         EXPECT_FALSE(parseControlValue(ControlId::density, wrong)) << wrong;
     EXPECT_FALSE(parseControlValue(ControlId::quarters, "3.5")); // only whole ones count
 }
@@ -137,6 +137,97 @@ TEST(ControlText, ASettingReadsBackFromTheTextThatShowsIt) {
         ASSERT_TRUE(value) << value.message();
         EXPECT_EQ(settingText({control.value(), value.value()}), shown);
     }
+}
+
+TEST(ControlText, WhatMessagesPrintOfEveryControlReadsBack) {
+    for (const ControlId id : settableControls()) {
+        const ControlRange& range = controlRange(id);
+        const auto expectRead = [&](const std::string& text, float value) {
+            const Result<float> read = parseControlValue(id, text);
+            ASSERT_TRUE(read) << read.message();
+            EXPECT_FLOAT_EQ(read.value(), value) << text;
+        };
+        for (const float value : {range.minimum, range.maximum, range.defaultValue})
+            expectRead(valueText(range, value), value);
+        const std::string shown = rangeText(range);
+        const char* const between = range.kind == ControlKind::switching ? " or " : " to ";
+        const std::string first = shown.substr(0, shown.find(between));
+        const std::string last = shown.substr(first.size() + 4);
+        const bool isSwitch = range.kind == ControlKind::switching; // "on or off"
+        expectRead(first, isSwitch ? 1 : range.minimum);
+        expectRead(last, isSwitch ? 0 : range.maximum);
+    }
+}
+
+TEST(ControlText, UnitsOfTheSameKindAreTaken) {
+    const std::tuple<ControlId, const char*, float> cases[] = {
+        {ControlId::ringModulationFrequency, "1.5kHz", 1500},
+        {ControlId::length, "0.3 s", 300},
+        {ControlId::leftDelay, "300ms", 0.3f},
+        {ControlId::pitch, "+7st", 7},
+        {ControlId::dryWet, "70%", 70},
+        {ControlId::width, "50%", 0.5f},
+        {ControlId::scanning, "-2x", -2},
+        {ControlId::amplitude, "-6 dB", 0.501187f},
+        {ControlId::rightGain, "-20dB", 0.1f},
+        {ControlId::fadeOut, "250ms", 0.25f},
+    };
+    for (const auto& [id, text, value] : cases) {
+        const Result<float> read = parseControlValue(id, text);
+        ASSERT_TRUE(read) << read.message();
+        EXPECT_FLOAT_EQ(read.value(), value) << text;
+    }
+    const std::tuple<ControlId, const char*, const char*> wrong[] = {
+        {ControlId::density, "85ms", "Density takes 0.5 to 400 Hz, not \"85ms\""},
+        {ControlId::amplitude, "+1 dB", "Amplitude takes 0 to 1, not \"+1 dB\""},
+        {ControlId::pan, "50%", "Pan takes -1 to 1"}, // of which way would it be?
+        {ControlId::width, "-6 dB", "Width takes 0 to 1"},
+        {ControlId::measures, "2x", "measures takes 1 to 64"},
+    };
+    for (const auto& [id, text, said] : wrong)
+        EXPECT_EQ(parseControlValue(id, text).message().find(said), 0u) << text;
+}
+
+TEST(ControlText, OtherNamesLeadToTheControlAndAbbreviationsAreIt) {
+    const std::pair<const char*, ControlId> taken[] = {
+        {"jitter", ControlId::jittering},
+        {"ring freq", ControlId::ringModulationFrequency},
+        {"rnd len", ControlId::rndLength},
+        {"len", ControlId::length},
+        {"random pitch", ControlId::rndPitch},
+        {"left-del", ControlId::leftDelay},
+        {"wet", ControlId::dryWet},
+        {"ringmodam", ControlId::ringModulationAmount}};
+    for (const auto& [name, id] : taken) {
+        const auto control = parseControlName(name);
+        ASSERT_TRUE(control) << control.message();
+        EXPECT_EQ(control.value(), id) << name;
+    }
+    const std::pair<const char*, const char*> led[] = {
+        {"volume", "no control \"volume\"; it is called Amplitude"},
+        {"Grain Size", "it is called Length"},
+        {"transpose", "it is called Pitch"},
+        {"stretch", "it is called Scanning"},
+        {"dry", "it is called Dry/Wet"}, // which counts the other way
+        {"stop", "it is called Play Stop"},
+        {"delay", "which is meant, Left Delay or Right Delay?"},
+        {"rnd", "which is meant, Rnd Density, Rnd Length or Rnd Pitch?"},
+        {"scan", "Scrubbing Wave or Scanning?"},
+        {"frequency", "Density or Ring Modulation Frequency?"},
+        {"pi", "the nearest is"},
+        {"", "the nearest is"},
+        {"densty", "the nearest is \"Density\""}};
+    for (const auto& [name, said] : led) {
+        const auto control = parseControlName(name);
+        ASSERT_FALSE(control) << name;
+        EXPECT_NE(control.message().find(said), std::string::npos) << control.message();
+    }
+    // Hosts' parameters have the same words, but not every control, and identifiers besides.
+    EXPECT_EQ(parseParameterName("Volume_0").value(), ControlId::amplitude);
+    EXPECT_EQ(parseParameterName("echo s").value(), ControlId::echoSwitch);
+    EXPECT_NE(
+        parseParameterName("rate").message().find("no parameter \"rate\"; it is called Density"),
+        std::string::npos);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
 #include "platform/text/odd_bytes.h"
+#include "platform/text/quantities.h"
 #include "platform/text/text_numbers.h"
 
 #include <gtest/gtest.h>
@@ -28,6 +29,50 @@ TEST(TextNumbers, AreReadWholeAndWrittenShort) {
     EXPECT_EQ(formatNumber(0.341f), "0.341");
     EXPECT_EQ(formatDuration(59.96), "1:00 min");
     EXPECT_EQ(formatDuration(3723), "1:02:03 h");
+}
+
+TEST(Quantities, AreCountedInTheUnitThatIsAskedFor) {
+    const std::tuple<const char*, const char*, double> cases[] = {
+        {"Hz", "80", 80},         {"Hz", "80Hz", 80},
+        {"Hz", "1.5 kHz", 1500},  {"Hz", "48k", 48000},
+        {"ms", "85ms", 85},       {"ms", "0.3 s", 300},
+        {"s", "300 MS", 0.3},     {"s", "2min", 120},
+        {"semitones", "+7st", 7}, {"st", "-1 octave", -12},
+        {"st", "50 cents", 0.5},  {"%", "70", 70},
+        {"%", "70%", 70},         {"x", "50 percent", 0.5},
+        {"x", "-2x", -2},         {"dB", "-6", -6},
+        {"dB", "-6 dB", -6},      {"bpm", "96bpm", 96},
+        {"s", "1e-1s", 0.1},      {"", "3", 3},
+    };
+    for (const auto& [unit, text, number] : cases) EXPECT_EQ(parseIn(unit, text), number) << text;
+    const std::pair<const char*, const char*> wrong[] = {
+        {"Hz", "85ms"}, {"ms", "80Hz"}, {"st", "2x"},     {"", "3%"},       {"Hz", ""},
+        {"Hz", "Hz"},   {"Hz", "3 "},   {"Hz", "3 4"},    {"Hz", "nan Hz"}, {"Hz", "inf"},
+        {"Hz", "+-3"},  {"s", "0x10"},  {"s", "1e308 h"}, {"s", "4b"},      {"dB", "50%"}};
+    for (const auto& [unit, text] : wrong) EXPECT_FALSE(parseIn(unit, text)) << text;
+    EXPECT_EQ(parseLevel("0.5"), 0.5);
+    EXPECT_EQ(parseLevel("50%"), 0.5);
+    EXPECT_NEAR(parseLevel("-12 dB").value_or(0), 0.2512, 1e-4);
+    EXPECT_FALSE(parseLevel("1 Hz"));
+}
+
+TEST(Times, AreReadAsTheyAreTypedAndShown) {
+    const std::pair<const char*, double> cases[] = {
+        {"2.5", 2.5},      {"90s", 90},           {"500ms", 0.5}, {"2 min", 120}, {"1:30", 90},
+        {"0:00.25", 0.25}, {"1:02:03.5", 3723.5}, {"4b", 2},      {"4 beats", 2}, {"90:00", 5400}};
+    for (const auto& [text, seconds] : cases) {
+        const auto time = parseTime(text);
+        ASSERT_TRUE(time) << text;
+        EXPECT_EQ(time->seconds(120), seconds) << text;
+    }
+    for (const double shown : {0.25, 12.3, 245.0, 3723.0}) {
+        const auto time = parseTime(formatDuration(shown));
+        ASSERT_TRUE(time) << shown;
+        EXPECT_EQ(time->seconds(1), shown);
+    }
+    for (const char* wrong : {"", "-1", "-1b", "1:60", "1:2:3:4", ":30", "1:", "1.5:30", "1:-3",
+                              "a", "7st", "4 bars", "1:1e1", "4:05 h", "1:02:03 min"})
+        EXPECT_FALSE(parseTime(wrong)) << wrong;
 }
 
 TEST(OddBytes, AreShownSoThatNoTwoNamesLookAlikeAndCanBeTyped) {

@@ -11,7 +11,7 @@ namespace {
 TEST(Automation, LinesBecomePointsByTimeAndWrongOnesAreNamed) {
     const auto read = parseAutomation("time,parameter,value,kind\n# a comment\n\n"
                                       "4b, density, 40, ramp\r\n1.5,\"Echo Switch\",\"on\"\n"
-                                      "\"2s\",Pan,\"-0.5\",step",
+                                      "\"0:02\",Pan,\"-0.5\",step",
                                       60.0, "moves");
     ASSERT_TRUE(read) << read.message();
     const auto& points = read.value();
