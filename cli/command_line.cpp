@@ -1,34 +1,38 @@
 #include "cli/command_line.h"
 
+#include "cli/arguments.h"
 #include "cli/command_table.h"
+#include "cli/options/option_slips.h"
 #include "cli/terminal/usage_text.h"
+#include "platform/text/message_text.h"
+#include "platform/text/text_numbers.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <filesystem>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <optional>
 #include <string>
+#include <system_error>
+#include <vector>
 
 namespace zephyra {
 
 namespace {
 
-constexpr const char* kSeeHelp = "; see zephyra --help";
-
 constexpr const char* kExamples =
+    "`zephyra bird.wav` is `zephyra render bird.wav`, and `zephyra help render` tells\n"
+    "all about it; `zephyra help` and another command's name tells about that one.\n\n"
     "Examples:\n"
-    "  zephyra render bird.wav\n"
-    "  zephyra render bird.wav -o cloud.wav --seconds 30 --set Density=120 --set \"Rnd Pitch=7\" "
-    "\\\n"
-    "          --picture cloud.png --seed 7\n"
-    "  zephyra render bird.wav --set Scanning=0.1 --at 4:Pitch=-12 --at \"8:Echo Switch=on\"\n"
-    "  zephyra render voice.m4a --live --set Length=80 --envelope Gaussian -o haze.caf\n"
-    "  zephyra render loop.wav --tempo 96 --scan-sync 2,4 --echo-sync 1/8,1/8D --midi line.mid\n"
-    "  zephyra render drums.wav --as effect --drywet 70 --automate moves.csv -o moved.wav\n"
-    "  zephyra render bird.wav --tempo 96 --lfo Density:hz=0.1 --lfo Pan:shape=v,link=1/4\n"
-    "  zephyra render bird.wav --midi hands.mid --learn cc:1=Density,min=0.1,max=0.6\n"
+    "  zephyra bird.wav\n"
+    "  zephyra bird.wav -o cloud.wav --seconds 30 --set Density=120 --set Pitch=-5\n"
+    "  zephyra bird.wav -o haze.wav --live --picture haze.png\n"
     "  zephyra banks --search owl\n"
-    "  zephyra render --bank \"Bird Machines\" --preset \"Night Owl\" --seconds 20 -o owl.wav\n";
+    "  zephyra --bank \"Bird Machines\" --preset \"Night Owl\" --seconds 20 -o owl.wav\n";
 
 /// The program's arguments, as they are parsed.
 struct CommandLine {
@@ -44,12 +48,14 @@ private:
 
 CommandLine::CommandLine() {
     app.formatter(std::make_shared<HelpText>());
+    app.set_help_flag("-h,--help", "Print this help");
     app.name("zephyra");
-    app.set_version_flag("--version", "zephyra " ZEPHYRA_VERSION);
+    app.set_version_flag("--version", "zephyra " ZEPHYRA_VERSION, "Print the version");
     app.footer(kExamples);
     app.require_subcommand(1);
     commands.emplace(app);
     offerSharedFolder(app);
+    app.get_subcommand("render")->get_option("--shared-folder")->group("Presets and states");
 }
 
 /// Before and after the command's name alike.
@@ -61,17 +67,89 @@ void CommandLine::offerSharedFolder(CLI::App& command) {
         offerSharedFolder(*inner);
 }
 
-ExitCode wrongUsage(const std::string& complaint) {
-    return endWith(ExitCode::wrongUsage, complaint + kSeeHelp);
+using Words = std::vector<std::string>;
+
+/// The innermost command that words begin with, and how it is called.
+struct Called {
+    const CLI::App* command;
+    std::string name;  ///< "preset export"; empty for the program
+    std::size_t words; ///< of it
+};
+
+Called calledBy(const CLI::App& app, const Words& words) {
+    Called called{&app, "", 0};
+    for (const std::string& word : words) {
+        const auto inner = called.command->get_subcommands(
+            [&word](const CLI::App* one) { return one->get_name() == word; });
+        if (inner.empty()) break;
+        called = {inner.front(), called.name + (called.words ? " " : "") + word, called.words + 1};
+    }
+    return called;
 }
 
-/// Complains about a first word that is no command; CLI11 would take it for a surplus argument.
-std::optional<ExitCode> unknownCommand(const CLI::App& app, int count,
-                                       const char* const* arguments) {
-    if (count < 2 || arguments[1][0] == '-') return std::nullopt;
-    const auto isCalledSo = [&](const CLI::App* one) { return one->get_name() == arguments[1]; };
-    if (!app.get_subcommands(isCalledSo).empty()) return std::nullopt;
-    return wrongUsage(noSuchCommand(app, arguments[1]));
+ExitCode wrongUsage(const std::string& complaint, const Called& called) {
+    const std::string command = called.name.empty() ? "" : " " + called.name;
+    return endWith(ExitCode::wrongUsage, complaint + "; see zephyra help" + command);
+}
+
+bool isNotHelp(const std::string& word) {
+    return word != "help";
+}
+
+/// words: what stood behind "help".
+ExitCode printHelp(const CLI::App& app, const Words& words) {
+    const Called called = calledBy(app, words);
+    const CLI::App& command = *called.command;
+    if (called.words < words.size()) {
+        const std::string& next = words[called.words];
+        if (const auto* help = dynamic_cast<SectionHelp*>(command.get_formatter().get())) {
+            const std::string section = help->section(command, next);
+            if (!section.empty()) return printOut(section.substr(1)); // without the empty line
+            return wrongUsage("there is no section " + inQuotes(next) + " of the help; there are " +
+                                  spokenList(help->sections(command)),
+                              called);
+        }
+        if (!command.get_subcommands({}).empty() || &command == &app)
+            return wrongUsage(noSuchCommand(command, next), called);
+    }
+    const std::string before = called.name.substr(0, called.name.rfind(' '));
+    return printOut(command.help(called.words == 0   ? ""
+                                 : called.words == 1 ? "zephyra"
+                                                     : "zephyra " + before));
+}
+
+/// What stood behind an option that there is not, if that may be its value.
+std::string valueBehind(const std::string& option, const Words& words) {
+    if (const std::size_t sign = option.find('='); sign != std::string::npos)
+        return option.substr(sign + 1);
+    const auto word = std::ranges::find(words, option);
+    if (word == words.end() || std::next(word) == words.end()) return "";
+    const std::string& next = *std::next(word);
+    return next.starts_with('-') && !parseNumber(next) ? "" : next;
+}
+
+/// What words say in another form than ours, if that is known.
+std::optional<std::string> nearMiss(const Words& words, const Called& called) {
+    for (const std::string& word : words) {
+        std::error_code ignored;
+        if (word == "--") break;
+        if (word.starts_with('-') && std::filesystem::exists(word, ignored))
+            return inQuotes(word) + " begins like an option; write -- before it, or ./" + word;
+    }
+    return called.name == "render" ? rightForm(words, *called.command) : std::nullopt;
+}
+
+/// For a command line that the parser refused.
+ExitCode refused(const CLI::App& app, const CLI::ParseError& error, const Words& words) {
+    const Called called = calledBy(app, words);
+    if (const auto right = nearMiss(words, called)) return wrongUsage(*right, called);
+    const std::vector<std::string> extras = app.remaining(true);
+    if (called.name == "render" && !extras.empty()) {
+        const std::string option = extras[0].substr(0, extras[0].find('='));
+        if (const auto right = rightOption(option, valueBehind(extras[0], words), *called.command))
+            return wrongUsage(*right, called);
+    }
+    return wrongUsage(usageComplaint(app, error), called);
 }
 
 ExitCode runChosen(const CommandLine& line) {
@@ -84,15 +162,26 @@ ExitCode runChosen(const CommandLine& line) {
 
 ExitCode runCommandLine(int count, const char* const* arguments) {
     CommandLine line;
-    if (const auto ended = unknownCommand(line.app, count, arguments)) return *ended;
+    const Words words = completeArguments(Words(arguments + 1, arguments + count), line.app);
+    if (words.empty()) {
+        std::fputs(line.app.help().c_str(), stderr); // a script that forgot them shall see it fail
+        return ExitCode::wrongUsage;
+    }
+    if (words[0] == "help")
+        return printHelp(line.app, {std::ranges::find_if(words, isNotHelp), words.end()});
+    const Called called = calledBy(line.app, words);
+    if (called.words == 0 && !words[0].starts_with('-')) // the parser would call it a surplus word
+        return wrongUsage(noSuchCommand(line.app, words[0]), called);
     try {
-        line.app.parse(count, arguments);
+        line.app.parse(Words(words.rbegin(), words.rend()));
     } catch (const CLI::Success& wanted) { // help or version
         line.app.exit(wanted);
         return printOut("");
     } catch (const CLI::ParseError& error) {
-        return wrongUsage(usageComplaint(line.app, error));
+        return refused(line.app, error, words);
     }
+    if (const Complaint wrong = line.commands->complaint())
+        return endWith(ExitCode::wrongUsage, nearMiss(words, called).value_or(wrong->message));
     try {
         return runChosen(line);
     } catch (const std::bad_alloc&) {

@@ -1,9 +1,12 @@
 #include "cli/command_table.h"
 
 #include "audiounit/control_text.h"
+#include "cli/terminal/usage_text.h"
 #include "platform/text/text_numbers.h"
 
 #include <CLI/App.hpp>
+#include <algorithm>
+#include <array>
 #include <string>
 
 namespace zephyra {
@@ -11,8 +14,9 @@ namespace zephyra {
 namespace {
 
 constexpr const char* kPresetExamples =
-    "BANK and PRESET are names as `zephyra banks` lists them, in any case; a PRESET may also be\n"
-    "its number in the list ('#3' when one is called 3) or its key, and '*' stands for all.\n\n"
+    "BANK and PRESET are names as `zephyra banks` lists them, in any case; a PRESET\n"
+    "may also be its number in the list ('#3' when one is called 3) or its key, and\n"
+    "'*' stands for all.\n\n"
     "Examples:\n"
     "  zephyra preset show \"Bird Machines\" \"Night Owl\"\n"
     "  zephyra preset copy \"Bird Machines\" '*' Mine\n"
@@ -21,6 +25,28 @@ constexpr const char* kPresetExamples =
     "  zephyra preset rename Mine \"Night Owl\" Dusk\n"
     "  zephyra preset move Mine Dusk 1\n"
     "  zephyra preset delete Mine 2 --yes\n";
+
+constexpr std::array kUsualOptions = {"--output", "--seconds", "--set",      "--at",
+                                      "--bank",   "--preset",  "--envelope", "--picture",
+                                      "--live",   "--seed",    "--help"};
+
+constexpr std::array kSections = {
+    "Sound",       "Live input and effects", "Tempo and host", "Motion",
+    "Output file", "Presets and states",     "Many renders",   "Printing"};
+
+constexpr const char* kRenderExamples =
+    "Times are seconds, or as in 500ms, 1:30 and 8b (beats of --tempo); values may\n"
+    "have units: 1.5kHz, 300ms, +7st, 50%, -12 dB. -- ends the options, before names\n"
+    "that begin with -. `zephyra help render motion` prints one section.\n\n"
+    "Examples:\n"
+    "  zephyra bird.wav -o cloud.wav --seconds 30 --set Density=120 --set Pitch=-5\n"
+    "  zephyra bird.wav --seconds 10 --at 4:Pitch=-12 --at \"8:Echo Switch=on\"\n"
+    "  zephyra bird.wav --seconds 10 --seed 7 --picture cloud.png --envelope Gaussian\n"
+    "  zephyra bird.wav -o haze.caf --live --set Length=80 --set Jittering=60\n"
+    "  zephyra bird.wav --tempo 96 --seconds 16b --echo-sync 1/8,1/8D --fade-out 2\n"
+    "  zephyra bird.wav --lfo Density:hz=0.1 --lfo Pan:shape=v,hz=0.5,min=20%,max=80%\n"
+    "  zephyra --bank \"Bird Machines\" --preset \"Night Owl\" --seconds 20 -o owl.wav\n"
+    "  zephyra bird.wav --bank \"Pulse Garden\" --preset '*' --out-dir garden\n";
 
 /// The default without its unit, which the range tells.
 std::string plainValueText(const ControlRange& range) {
@@ -64,6 +90,8 @@ CommandTable::CommandTable(CLI::App& app) {
     declarePreset(app);
     declareSamples(app);
     declareFolders(app);
+    for (CLI::App* const command : app.get_subcommands([](const CLI::App*) { return true; }))
+        command->group("Commands");
 }
 
 void CommandTable::declareRender(CLI::App& app) {
@@ -72,18 +100,21 @@ void CommandTable::declareRender(CLI::App& app) {
     const auto options = std::make_shared<RenderOptions>();
     const auto reader = std::make_shared<OptionReader>(render);
     declareRenderOptions(render, *reader, *options);
-    render.footer(controlTable() + "\n" + app.get_footer());
-    rows_.push_back({&render, [options, reader](const CommandContext& context) {
-                         if (const Complaint wrong = reader->complaint())
-                             return endWith(ExitCode::wrongUsage, wrong->message);
-                         return runRender(context, *options);
-                     }});
+    render.formatter(std::make_shared<SectionHelp>(
+        SectionHelp::Plan{{kUsualOptions.begin(), kUsualOptions.end()},
+                          controlTable(),
+                          {kSections.begin(), kSections.end()}}));
+    render.footer(kRenderExamples);
+    rows_.push_back(
+        {&render,
+         [options, reader](const CommandContext& context) { return runRender(context, *options); },
+         [reader] { return reader->complaint(); }});
 }
 
 /// What can be known without a render.
 void CommandTable::declareFacts(CLI::App& app) {
     CLI::App& info =
-        *app.add_subcommand("info", "Print format, channels, rate, length, peak and loudness");
+        *app.add_subcommand("info", "Print a sound file's format, length and loudness");
     auto& infoRequest = add(info, runInfo);
     word(info, "FILE", infoRequest.file, "A sound file")->required();
     info.add_flag("--json", infoRequest.json, "Print it as JSON");
@@ -102,8 +133,7 @@ void CommandTable::declareFacts(CLI::App& app) {
 }
 
 void CommandTable::declareBanks(CLI::App& app) {
-    CLI::App& banks =
-        *app.add_subcommand("banks", "List the banks of presets, or the presets of a bank");
+    CLI::App& banks = *app.add_subcommand("banks", "List the banks, or the presets of a bank");
     auto& banksRequest = add(banks, runBanks);
     word(banks, "BANK", banksRequest.bank, "A bank's name");
     option(banks, "--search", banksRequest.search, "TEXT",
@@ -167,7 +197,7 @@ void CommandTable::declarePresetChanges(CLI::App& preset) {
     deleting.add_flag("--yes", deleteRequest.yes, kYes);
 
     CLI::App& copying =
-        *preset.add_subcommand("copy", "Copy a preset into a bank, which is made when missing");
+        *preset.add_subcommand("copy", "Copy a preset into a bank, an old or a new one");
     auto& copyRequest = add(copying, runPresetCopy);
     word(copying, "BANK", copyRequest.bank, "A bank's name")->required();
     word(copying, "PRESET", copyRequest.preset, "A preset's name or number, '*' for all")
@@ -204,8 +234,7 @@ void CommandTable::declareFolders(CLI::App& app) {
     where.footer("--shared-folder names the first, else $ZEPHYRA_SHARED_FOLDER, else "
                  "$XDG_DATA_HOME/zephyra;\n$ZEPHYRA_RESOURCE_FOLDER the second.\n");
 
-    CLI::App& check =
-        *app.add_subcommand("check", "Say what is wrong with a bank's file, at which key");
+    CLI::App& check = *app.add_subcommand("check", "Say what is wrong with a bank's file");
     auto& checkRequest = add(check, runCheck);
     word(check, "FILE", checkRequest.file, "A bank's file")->required();
     check.add_flag("--repair", checkRequest.repair,
@@ -214,10 +243,21 @@ void CommandTable::declareFolders(CLI::App& app) {
     check.footer("Example:\n  zephyra check mine.zephyra --repair\n");
 }
 
+const CommandTable::Row* CommandTable::named() const {
+    const auto row = std::ranges::find_if(rows_, [](const Row& one) {
+        return one.named->parsed() && one.named->get_subcommands().empty();
+    });
+    return row == rows_.end() ? nullptr : &*row;
+}
+
+Complaint CommandTable::complaint() const {
+    const Row* const row = named();
+    return row && row->complaint ? row->complaint() : Complaint();
+}
+
 ExitCode CommandTable::run(const CommandContext& context) const {
-    for (const auto& [named, command] : rows_)
-        if (named->parsed() && named->get_subcommands().empty()) return command(context);
-    return ExitCode::wrongUsage; // the parser lets nothing through that names none
+    const Row* const row = named();
+    return row ? row->command(context) : ExitCode::wrongUsage; // the parser wants one to be named
 }
 
 } // namespace zephyra

@@ -21,14 +21,18 @@ public:
     CommandTable(const CommandTable&) = delete;
     CommandTable& operator=(const CommandTable&) = delete;
 
-    /// Runs the command that was named; one must have been.
+    /// What is wrong with the options of the command that was named.
+    Complaint complaint() const;
+    /// Runs it; one must have been named.
     ExitCode run(const CommandContext& context) const;
 
 private:
     struct Row {
         const CLI::App* named;
         std::function<ExitCode(const CommandContext&)> command;
+        std::function<Complaint()> complaint = {}; ///< empty: the parser finds all that is wrong
     };
+    const Row* named() const;
 
     void declareRender(CLI::App& app);
     void declareFacts(CLI::App& app);

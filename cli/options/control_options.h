@@ -17,8 +17,8 @@ Result<ControlId> parseOptionControl(std::string_view name);
 /// Reads NAME=VALUE, see control_text.h.
 Result<ControlSetting> parseSetting(std::string_view text);
 
-/// Reads SECONDS:NAME=VALUE.
-Result<TimedSetting> parseTimedSetting(std::string_view text);
+/// Reads TIME:NAME=VALUE; tempo: that of beats, in beats per minute.
+Result<TimedSetting> parseTimedSetting(std::string_view text, double tempo);
 
 /// Reads CONTROL, or CONTROL:KEY=VALUE,... with the keys shape, hz or link, mult, min, max,
 /// gravity, phase.

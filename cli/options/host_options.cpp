@@ -34,17 +34,6 @@ Read typeInto(std::optional<FourCharCode>& type) {
     };
 }
 
-/// Of a fade's control, whose ends belong to it.
-Read fadeInto(std::optional<double>& seconds, ControlId control) {
-    return [&seconds, control](const char* option, const std::string& text) -> Complaint {
-        const std::optional<double> number = parseNumber(text);
-        if (!number || !acceptsValue(controlRange(control), static_cast<float>(*number)))
-            return wrongValue(option, text, "seconds from 0 to 10");
-        seconds = number;
-        return {};
-    };
-}
-
 /// Two texts with separator between them.
 std::optional<Texts> halves(std::string_view text, char separator) {
     const std::size_t at = text.find(separator);
@@ -111,8 +100,32 @@ Read echoSyncInto(std::optional<std::pair<std::size_t, std::size_t>>& sync) {
 
 } // namespace
 
-void declareHostOptions(OptionReader& reader, HostRequest& host) {
-    reader.beginGroup("Host options");
+void declareTempo(OptionReader& reader, HostRequest& host) {
+    reader.beginGroup("Tempo and host");
+    reader.add("--tempo", "BPM", "The host's tempo. Default: 120 when one is needed",
+               numberInto(host.tempo, "bpm", kLowestTempo, kHighestTempo,
+                          "beats per minute from 1 to 999"));
+}
+
+void declareFades(OptionReader& reader, HostRequest& host) {
+    constexpr double kMost = 10; // both ends belong to it, as in the controls
+    constexpr const char* kRight = "seconds from 0 to 10";
+    reader.add("--fade-in", "TIME", "Length of the fade at the start. Default: 0.05",
+               secondsInto(host.fadeIn, host, 0, kMost, kRight));
+    reader.add("--fade-out", "TIME",
+               "Stop the grains with a fade of this length that ends with them",
+               secondsInto(host.fadeOut, host, 0, kMost, kRight));
+    reader.addFlag("--freeze", "Hold the scan from the start", host.freeze);
+}
+
+void declareLiveOptions(OptionReader& reader, RenderRequest& request) {
+    HostRequest& host = request.host;
+    reader.beginGroup("Live input and effects");
+    reader.addFlag(
+        "--live",
+        "Feed INPUT to an effect instead of loading it, and hear the grains alone: they come from "
+        "the last ten seconds heard. Without a scan setting they follow 0.2 s behind the input",
+        request.live);
     reader.add(
         "--as", "TYPE",
         "instrument: INPUT is the sample (the default). effect or music-effect: INPUT is the "
@@ -121,10 +134,11 @@ void declareHostOptions(OptionReader& reader, HostRequest& host) {
     reader.add("--sample", "FILE", "Sample for an effect, with LIVE off", pathInto(host.sample));
     reader.add("--drywet", "PERCENT",
                "An effect's mix: 0 is the input alone, 50 both, 100 the grains alone",
-               numberInto(host.dryWet, 0, 100, "per cent from 0 (dry) to 100 (wet)"));
-    reader.add(
-        "--tempo", "BPM", "The host's tempo. Default: 120 when one is needed",
-        numberInto(host.tempo, kLowestTempo, kHighestTempo, "beats per minute from 1 to 999"));
+               numberInto(host.dryWet, "%", 0, 100, "per cent from 0 (dry) to 100 (wet)"));
+}
+
+void declareHostOptions(OptionReader& reader, HostRequest& host) {
+    reader.beginGroup("Tempo and host");
     reader.add("--meter", "N/D", "The host's time signature. Default: 4/4", meterInto(host.meter));
     reader.add("--transport", "play|stop",
                "The host's transport from the first block on; it starts the grains, not Play Stop. "
@@ -151,13 +165,6 @@ void declareHostOptions(OptionReader& reader, HostRequest& host) {
                    "Its program changes choose presets and its bank selects banks, which else are "
                    "left out",
                    host.programs);
-    reader.add("--state", "FILE", "Start from a saved state (property list)", pathInto(host.state));
-    reader.add("--save-state", "FILE", "Save the state at the end", pathInto(host.saveState));
-    reader.add("--fade-in", "S", "Seconds of the fade at the start. Default: 0.05",
-               fadeInto(host.fadeIn, ControlId::fadeIn));
-    reader.add("--fade-out", "S", "Stop the grains with a fade of S seconds that ends with them",
-               fadeInto(host.fadeOut, ControlId::fadeOut));
-    reader.addFlag("--freeze", "Hold the scan from the start", host.freeze);
 }
 
 } // namespace zephyra

@@ -18,6 +18,24 @@ constexpr const char* kForm =
     "write SOURCE=CONTROL, where SOURCE is cc:N, cc14:N, bend, note:N or pressure, as in "
     "cc:1=Density";
 
+constexpr auto kOtherKeys = std::to_array<OtherWords>({
+    {"from low lo minimum", "min"},
+    {"to high hi maximum", "max"},
+    {"exponent exp power", "curve"},
+    {"ch chan midichannel", "channel"},
+    {"pickup mode soft", "takeover"},
+    {"add", "relative"},
+});
+constexpr auto kOtherSources = std::to_array<OtherWords>({
+    {"control controller ctrl knob fader", "cc:N, with the controller's number"},
+    {"modwheel modulation wheel mod", "cc:1"},
+    {"pedal sustain", "cc:64"},
+    {"expression", "cc:11"},
+    {"pitchbend pitchwheel pb", "bend"},
+    {"aftertouch channelpressure at touch", "pressure"},
+    {"velocity vel key", "note:N, with the key's number"},
+});
+
 struct SourceName {
     std::string_view name;
     MidiSource source;
@@ -46,7 +64,10 @@ Result<MidiTrigger> readTrigger(std::string_view text) {
                            ", as in " + name + ":1=CONTROL"};
         return MidiTrigger{.source = known.source, .number = static_cast<int>(*number)};
     }
-    return Failure{"there is no MIDI source " + inQuotes(text) + "; " + kForm};
+    std::string right = kForm;
+    for (const OtherWords& row : kOtherSources)
+        if (hasWord(row.words, name)) right = "it is called " + std::string(row.name);
+    return Failure{"there is no MIDI source " + inQuotes(text) + "; " + right};
 }
 
 Complaint readChannel(const KeyValues& keys, int& channel) {
@@ -73,8 +94,9 @@ Complaint readWord(const KeyValues& keys, const char* key, const char* first, co
 Complaint readKeys(const KeyValues& keys, MidiBinding& binding) {
     for (const auto& [key, value] :
          {std::pair("min", &binding.min), std::pair("max", &binding.max)})
-        if (auto wrong = keys.readNumber(key, 0, 1, kRange, *value)) return wrong;
-    if (auto wrong = keys.readNumber("curve", 0.1, 10, "an exponent from 0.1 to 10", binding.curve))
+        if (auto wrong = keys.readNumber(key, "x", 0, 1, kRange, *value)) return wrong;
+    if (auto wrong =
+            keys.readNumber("curve", "", 0.1, 10, "an exponent from 0.1 to 10", binding.curve))
         return wrong;
     if (auto wrong = readChannel(keys, binding.trigger.channel)) return wrong;
     bool jump = true; // a file has no hand that stands elsewhere
@@ -95,7 +117,8 @@ Result<LearnRequest> parseLearn(std::string_view text) {
     const Result<ControlId> control = parseOptionControl(head.substr(sign + 1));
     if (!control) return Failure{control.message()};
     const Result<KeyValues> keys = KeyValues::read(
-        comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1), kKeys);
+        comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1), kKeys,
+        kOtherKeys);
     if (!keys) return Failure{keys.message()};
     LearnRequest learned{.control = control.value()};
     learned.binding.trigger = trigger.value();

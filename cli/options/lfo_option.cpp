@@ -16,6 +16,26 @@ namespace {
 
 constexpr std::array<std::string_view, 8> kKeys = {"shape", "hz",  "link",    "mult",
                                                    "min",   "max", "gravity", "phase"};
+constexpr auto kOtherKeys = std::to_array<OtherWords>({
+    {"rate speed freq frequency f", "hz"},
+    {"sync note division beat tempo", "link"},
+    {"type wave waveform form", "shape"},
+    {"from low lo minimum", "min"},
+    {"to high hi maximum", "max"},
+    {"depth amount range amp amplitude", "min and max, the two ends of the way"},
+    {"smooth smoothing lag slew glide inertia", "gravity"},
+    {"multiplier multiply times", "mult"},
+    {"offset start", "phase"},
+});
+constexpr auto kOtherShapes = std::to_array<OtherWords>({
+    {"sin sinus sinusoid", "sine"},
+    {"pulse rectangle rect sqr", "square"},
+    {"triangle tri", "v"},
+    {"saw sawtooth ramp rampup sawup up", "rise"},
+    {"rampdown sawdown reversesaw down", "fall"},
+    {"sampleandhold samplehold sh snh noise rnd", "random"},
+    {"smoothrandom randomsmooth smooth drift wander randominterpolated", "random_interp"},
+});
 constexpr const char* kRange = "a fraction of the control's range from 0 to 1";
 
 Complaint readShape(const KeyValues& keys, LfoShape& shape) {
@@ -23,12 +43,13 @@ Complaint readShape(const KeyValues& keys, LfoShape& shape) {
     if (!typed) return {};
     std::vector<std::string_view> names;
     for (const LfoShapeEntry& entry : kLfoShapes) names.emplace_back(entry.name);
-    const std::string_view nearest = nearestName(*typed, names);
-    if (plainName(nearest) != plainName(*typed))
-        return Failure{"there is no shape " + inQuotes(*typed) + "; the nearest is " +
-                       inQuotes(nearest) +
+    const auto found = std::ranges::find(names, plainName(*typed),
+                                         [](std::string_view name) { return plainName(name); });
+    if (found == names.end())
+        return Failure{"there is no shape " + inQuotes(*typed) + "; " +
+                       rightName(*typed, names, kOtherShapes) +
                        " (of sine, square, v, rise, fall, random, random_interp)"};
-    shape = static_cast<LfoShape>(std::find(names.begin(), names.end(), nearest) - names.begin());
+    shape = static_cast<LfoShape>(found - names.begin());
     return {};
 }
 
@@ -41,9 +62,9 @@ Complaint readRate(const KeyValues& keys, LfoRequest& lfo) {
         return Failure{"mult lengthens the note value of link; add link=NOTE, as in link=1/4"};
     std::optional<double> hz, mult;
     if (auto wrong =
-            keys.readNumber("hz", kLowestLfoRate, kHighestLfoRate, "Hz from 0.016 to 24", hz))
+            keys.readNumber("hz", "Hz", kLowestLfoRate, kHighestLfoRate, "Hz from 0.016 to 24", hz))
         return wrong;
-    if (auto wrong = keys.readNumber("mult", LfoWidgetWrapper::kLeastMult,
+    if (auto wrong = keys.readNumber("mult", "x", LfoWidgetWrapper::kLeastMult,
                                      LfoWidgetWrapper::kMostMult, "1/64 (0.015625) to 64", mult))
         return wrong;
     lfo.hz = hz.value_or(lfo.hz);
@@ -60,10 +81,11 @@ Complaint readRate(const KeyValues& keys, LfoRequest& lfo) {
 
 Complaint readSweep(const KeyValues& keys, LfoRequest& lfo) {
     for (const auto& [key, value] : {std::pair("min", &lfo.min), std::pair("max", &lfo.max)})
-        if (auto wrong = keys.readNumber(key, 0, 1, kRange, *value)) return wrong;
-    if (auto wrong = keys.readNumber("gravity", 0, 1, "0 (at once) to 1 (slowest)", lfo.gravity))
+        if (auto wrong = keys.readNumber(key, "x", 0, 1, kRange, *value)) return wrong;
+    if (auto wrong =
+            keys.readNumber("gravity", "x", 0, 1, "0 (at once) to 1 (slowest)", lfo.gravity))
         return wrong;
-    return keys.readNumber("phase", 0, 1, "a fraction of the cycle from 0 to 1", lfo.phase);
+    return keys.readNumber("phase", "x", 0, 1, "a fraction of the cycle from 0 to 1", lfo.phase);
 }
 
 } // namespace
@@ -78,7 +100,8 @@ Result<LfoRequest> parseLfo(std::string_view text) {
         return Failure{"an LFO moves what turns without steps, and the scan, not " +
                        std::string(controlRange(control.value()).name)};
     const Result<KeyValues> keys = KeyValues::read(
-        colon == std::string_view::npos ? std::string_view() : text.substr(colon + 1), kKeys);
+        colon == std::string_view::npos ? std::string_view() : text.substr(colon + 1), kKeys,
+        kOtherKeys);
     if (!keys) return Failure{keys.message()};
     LfoRequest lfo{.control = control.value()};
     if (auto wrong = readShape(keys.value(), lfo.shape)) return std::move(*wrong);

@@ -54,7 +54,7 @@ Read scrubInto(MotionRequest& motion) {
 
 void declareMotionOptions(OptionReader& reader, RenderRequest& request) {
     MotionRequest& motion = request.motion;
-    reader.beginGroup("Motion options");
+    reader.beginGroup("Motion");
     reader.addRepeated(
         "--lfo", "CONTROL:KEY=VALUE,...",
         "An LFO on a control, or on \"Scrubbing Wave\", the scan. shape: sine, square, v, "

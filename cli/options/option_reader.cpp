@@ -1,5 +1,7 @@
 #include "cli/options/option_reader.h"
 
+#include "platform/text/quantities.h"
+
 #include <CLI/App.hpp>
 
 namespace zephyra {
@@ -40,6 +42,14 @@ void OptionReader::addFlag(const char* name, const char* help, bool& given) {
     command_.add_flag(name, given, help)->group(group_);
 }
 
+void OptionReader::addFlag(const char* name, const char* placeholder, const char* help, Read read) {
+    const auto readInto = [this, read = std::move(read), name](const std::string& text) {
+        keep(read(name, text));
+    };
+    inGroup(*command_.add_option_function<std::string>(name, readInto, help), placeholder)
+        .expected(0);
+}
+
 bool OptionReader::isGiven(const char* name) const {
     return command_.count(name) > 0;
 }
@@ -48,6 +58,17 @@ Complaint OptionReader::complaint() const {
     for (const auto& check : checks_)
         if (Complaint wrong = check()) return wrong;
     return wrong_;
+}
+
+OptionReader::Read secondsInto(std::optional<double>& seconds, const HostRequest& host, double low,
+                               double high, const char* right) {
+    return [=, &seconds, &host](const char* option, const std::string& text) -> Complaint {
+        const std::optional<TypedTime> time = parseTime(text);
+        const double typed = time ? time->seconds(host.tempo.value_or(kDefaultTempo)) : -1;
+        if (!time || typed < low || typed > high) return wrongValue(option, text, right);
+        seconds = typed;
+        return {};
+    };
 }
 
 OptionReader::Read pathInto(std::optional<std::filesystem::path>& path) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/options/option_values.h"
+#include "rendering/host_request.h"
 
 #include <filesystem>
 #include <functional>
@@ -32,12 +33,16 @@ public:
     void beginGroup(const char* heading) { group_ = heading; }
 
     /// names: "--rate", or "-o,--output", of which complaints tell the first. Options are read in
-    /// the order in which they were declared.
+    /// the order in which they were declared, wherever they were typed: what others ask for, as the
+    /// tempo, is declared before them.
     void add(const char* names, const char* placeholder, const char* help, Read read);
     /// One that may be given often.
     void addRepeated(const char* name, const char* placeholder, const char* help, Read read);
     void addFlag(const char* name, const char* help, std::function<void()> given);
     void addFlag(const char* name, const char* help, bool& given);
+    /// A flag that may be given a value behind an equals sign, or a time as the word that follows
+    /// it. Any other word is an argument of its own; text is empty where there is no value.
+    void addFlag(const char* name, const char* placeholder, const char* help, Read read);
 
     /// How options go together; checked when all have been read, in this order, whether or not each
     /// had a right value.
@@ -59,17 +64,23 @@ private:
     std::vector<std::function<Complaint()>> checks_;
 };
 
-/// Reads a number from low to high; right says what would be right.
+/// Reads a number from low to high, counted in unit (see quantities.h); right says what would be
+/// right.
 template <typename Number>
-OptionReader::Read numberInto(std::optional<Number>& value, double low, double high,
-                              const char* right) {
+OptionReader::Read numberInto(std::optional<Number>& value, const char* unit, double low,
+                              double high, const char* right) {
     return [=, &value](const char* option, const std::string& text) {
         double number = 0;
-        Complaint wrong = readNumber(option, text, low, high, right, number);
+        Complaint wrong = readNumber(option, text, unit, low, high, right, number);
         if (!wrong) value = static_cast<Number>(number);
         return wrong;
     };
 }
+
+/// Reads a time (see quantities.h) from low to high seconds. Beats are those of host's tempo, which
+/// is declared before.
+OptionReader::Read secondsInto(std::optional<double>& seconds, const HostRequest& host, double low,
+                               double high, const char* right);
 
 /// Reads the name of a file, which is not empty.
 OptionReader::Read pathInto(std::optional<std::filesystem::path>& path);

@@ -53,7 +53,7 @@ Complaint checkSaved(const OptionReader& reader, const RenderOptions& options) {
 } // namespace
 
 void declarePresetOptions(OptionReader& reader, RenderOptions& options) {
-    reader.beginGroup("Presets");
+    reader.beginGroup("Presets and states");
     std::optional<SavedPreset>& saved = options.request.savedPreset;
     reader.add("--bank", "BANK", "A bank of presets, see `zephyra banks`",
                [&options](const char*, const std::string& text) -> Complaint {
@@ -86,6 +86,10 @@ void declarePresetOptions(OptionReader& reader, RenderOptions& options) {
         });
     reader.addFlag("--yes", "Let --save-preset replace a preset of that name",
                    [&saved] { made(saved).replaces = true; });
+    HostRequest& host = options.request.host;
+    reader.add("--state", "FILE", "Start from a saved state (property list)", pathInto(host.state));
+    reader.add("--save-state", "FILE", "Save the state at the end", pathInto(host.saveState));
+    reader.beginGroup("Many renders");
     reader.add("--out-dir", "DIR",
                "Render every INPUT with every preset that is asked for ('*' for all of the bank), "
                "several at a time, into this folder, with a picture each and a contact sheet",

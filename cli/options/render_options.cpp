@@ -5,11 +5,13 @@
 #include "platform/sound/audio_file.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
+#include "platform/text/quantities.h"
 #include "platform/text/text_numbers.h"
 #include "rendering/file_clashes.h"
 
 #include <CLI/App.hpp>
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <string_view>
 
@@ -21,8 +23,19 @@ namespace {
 
 using Read = OptionReader::Read;
 
-constexpr const char* kSeeHelp = "; see zephyra --help";
+constexpr const char* kSeeHelp = "; see zephyra help render";
 constexpr const char* kRightFraction = "a fraction of the source from 0 to 1";
+constexpr auto kOtherEnvelopes = std::to_array<OtherWords>({
+    {"gauss bell", "Gaussian"},
+    {"hann raisedcosine cosine default", "Hanning"},
+    {"blackman harris", "Blackman-Harris"},
+    {"bartlett triangle triangular tri", "Barlett"},
+    {"rect square boxcar box flat none", "Rectangular"},
+    {"sinc", "Sync"},
+    {"sine sin", "Sinusoidal"},
+    {"pulse", "Pulse 1 or Pulse 2"},
+    {"noise rnd", "Random"},
+});
 
 // --- values ---
 
@@ -58,7 +71,8 @@ Read settingInto(std::vector<ControlSetting>& settings) {
 Read timedSettingInto(RenderRequest& request) {
     return [&request](const char* option, const std::string& text) -> Complaint {
         const std::string typed = std::string(option) + " " + text;
-        const Result<TimedSetting> setting = parseTimedSetting(text);
+        const Result<TimedSetting> setting =
+            parseTimedSetting(text, request.host.tempo.value_or(kDefaultTempo));
         if (!setting) return Failure{typed + ": " + setting.message()};
         if (request.seconds && setting.value().seconds >= *request.seconds)
             return Failure{typed + " comes after the end; --seconds is " +
@@ -76,8 +90,8 @@ Read envelopeInto(std::optional<std::size_t>& envelope) {
         std::vector<std::string_view> names;
         for (const std::string_view entry : kEnvelopeMenu)
             names.push_back(entry.substr(kPrefix.size()));
-        return Failure{std::string(option) + ": there is no " + inQuotes(text) +
-                       "; the nearest is " + inQuotes(nearestName(text, names)) +
+        return Failure{std::string(option) + ": there is no " + inQuotes(text) + "; " +
+                       rightName(text, names, kOtherEnvelopes) +
                        " (`zephyra envelopes` lists all)"};
     };
 }
@@ -111,13 +125,18 @@ Failure surplus(const fs::path& input) {
     const std::string word = input.string();
     const std::string quoted = inQuotes(word);
     const std::size_t sign = word.find('=');
-    if (sign == std::string::npos)
-        return {quoted + " is one file too many; one is taken at a time, several with --out-dir" +
+    if (sign != std::string::npos)
+        return {quoted + " stands alone; write " +
+                (word.find(':') < sign ? "--lfo, --learn or --at before it"
+                                       : "--set before each NAME=VALUE") +
                 kSeeHelp};
-    return {quoted + " stands alone; write " +
-            (word.find(':') < sign ? "--lfo, --learn or --at before it"
-                                   : "--set before each NAME=VALUE") +
-            kSeeHelp};
+    if (parseTime(word))
+        return {quoted +
+                " stands alone; write the option that it is for before it, as in "
+                "--seconds " +
+                word + kSeeHelp};
+    return {quoted + " is one file too many; to write it, write -o " + word +
+            ", and to render several, --out-dir DIR" + kSeeHelp};
 }
 
 /// One sound file, or none and a preset instead; with --out-dir any number of either.
@@ -128,7 +147,10 @@ Complaint checkInputs(const RenderOptions& options) {
         return Failure{"INPUT is empty; name a sound file"};
     if (!inputs.empty() || options.played) return {};
     if (!options.outDir)
-        return Failure{std::string("render needs the name of a sound file") + kSeeHelp};
+        return Failure{
+            std::string("render needs the name of a sound file, as in zephyra render bird.wav, or "
+                        "--bank and --preset") +
+            kSeeHelp};
     return Failure{"--out-dir needs something to render; name sound files, or --bank and --preset"};
 }
 
@@ -219,6 +241,8 @@ void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions
                     "The sound file to granulate; several with --out-dir, none where a preset "
                     "brings its own")
         ->option_text(" ");
+    declareTempo(reader, request.host); // which every time may be counted by
+    reader.beginGroup("Options");
     reader.add(
         "-o,--output", "OUT",
         "Where to write; its extension is the type. Default: INPUT's name with \"-grains.wav\" "
@@ -229,47 +253,49 @@ void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions
             return {};
         });
     reader.add(
-        "--seconds", "S",
+        "--seconds", "TIME",
         "Length; the grains play throughout. Default: INPUT's own length, then the echo's tail",
-        numberInto(request.seconds, std::numeric_limits<double>::denorm_min(), kMostSeconds,
-                   "seconds above 0, up to 86400 (a day)"));
-    reader.add("--rate", "HZ", "Output rate, 8000 to 384000. Default: INPUT's own",
-               numberInto(request.sampleRate, kLowestRate, kHighestRate, "Hz from 8000 to 384000"));
-    reader.add("--block", "N", "Frames per render call, 1 to 65536. Default: 512",
-               blockInto(request.blockFrames));
+        secondsInto(request.seconds, request.host, std::numeric_limits<double>::denorm_min(),
+                    kMostSeconds,
+                    "seconds above 0, up to 86400 (a day), or a time as in 1:30 or 8b"));
+    reader.addRepeated("--set", "NAME=VALUE",
+                       "A control's value, as listed below; may be given often",
+                       settingInto(request.settings));
+    reader.addRepeated("--at", "TIME:NAME=VALUE",
+                       "The same from this time of the output on, as in 2.5:Pitch=7",
+                       timedSettingInto(request));
+    reader.add("--envelope", "NAME",
+               "The grains' envelope, see `zephyra envelopes`. Default: Hanning",
+               envelopeInto(request.envelope));
     reader.add(
         "--seed", "N",
         "1 to 4294967295: the same seed gives the same bytes. Default: the state's, else from the "
         "clock",
         seedInto(request.seed));
-    reader.addRepeated("--set", "NAME=VALUE",
-                       "A control's value, as listed below; may be given often",
-                       settingInto(request.settings));
-    reader.addRepeated("--at", "SECONDS:NAME=VALUE", "The same from this time of the output on",
-                       timedSettingInto(request));
-    reader.add("--envelope", "NAME",
-               "The grains' envelope, see `zephyra envelopes`. Default: Hanning",
-               envelopeInto(request.envelope));
-    reader.add("--start", "F", "Where the scanned part starts, a fraction of INPUT",
-               numberInto(request.start, 0, 1, kRightFraction));
+    reader.beginGroup("Sound");
+    reader.add("--start", "F", "Where the scanned part starts, a fraction of INPUT (0.25 or 25%)",
+               numberInto(request.start, "x", 0, 1, kRightFraction));
     reader.add("--end", "F", "Where it ends; before the start, the scan covers what lies between",
-               numberInto(request.end, 0, 1, kRightFraction));
-    reader.addFlag(
-        "--live",
-        "Feed INPUT to an effect instead of loading it, and hear the grains alone: they come from "
-        "the last ten seconds heard. Without a scan setting they follow 0.2 s behind the input",
-        request.live);
-    reader.add("--type", "TYPE", "wav, aiff, aifc, caf, au, sd2 or m4a, whatever OUT's name",
-               typeInto(request.type));
+               numberInto(request.end, "x", 0, 1, kRightFraction));
+    declareFades(reader, request.host);
+    declareLiveOptions(reader, request);
     declareHostOptions(reader, request.host);
+    reader.add("--block", "N", "Frames per render call, 1 to 65536. Default: 512",
+               blockInto(request.blockFrames));
     declareMotionOptions(reader, request);
     declarePresetOptions(reader, options);
-    reader.beginGroup("Options");
+    reader.beginGroup("Output file");
+    reader.add(
+        "--rate", "HZ", "Its rate, 8000 to 384000, as in 48000 or 48k. Default: INPUT's own",
+        numberInto(request.sampleRate, "Hz", kLowestRate, kHighestRate, "Hz from 8000 to 384000"));
+    reader.add("--type", "TYPE", "wav, aiff, aifc, caf, au, sd2 or m4a, whatever OUT's name",
+               typeInto(request.type));
     reader.addFlag("--float", "Write 32-bit floats (WAV), which nothing limits",
                    [&request] { request.format = SampleFormat::floats; });
     reader.add("--picture", "OUT.png",
                "Draw the source, every grain, the output and its spectrogram",
                pictureInto(request.picture));
+    reader.beginGroup("Printing");
     reader.addFlag("--quiet", "Print nothing but errors", options.quiet);
     reader.addFlag("--json", "Print what was rendered as JSON", options.json);
 

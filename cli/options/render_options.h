@@ -26,6 +26,9 @@ struct RenderOptions {
 void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions& options);
 
 /// Parts of it.
+void declareTempo(OptionReader& reader, HostRequest& host);
+void declareLiveOptions(OptionReader& reader, RenderRequest& request);
+void declareFades(OptionReader& reader, HostRequest& host);
 void declareHostOptions(OptionReader& reader, HostRequest& host);
 void declareMotionOptions(OptionReader& reader, RenderRequest& request);
 void declarePresetOptions(OptionReader& reader, RenderOptions& options);

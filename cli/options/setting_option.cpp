@@ -3,7 +3,7 @@
 #include "audiounit/control_text.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
-#include "platform/text/text_numbers.h"
+#include "platform/text/quantities.h"
 
 #include <optional>
 
@@ -12,7 +12,8 @@ namespace zephyra {
 Result<ControlId> parseOptionControl(std::string_view name) {
     Result<ControlId> control = parseControlName(name);
     if (control) return control;
-    if (plainName(name) == "envelope")
+    constexpr std::string_view kEnvelopeWords = "envelope env window windowing shape grainshape";
+    if (hasWord(kEnvelopeWords, plainName(name)))
         return Failure{"the envelope is chosen with --envelope NAME"};
     return Failure{control.message() + " (`zephyra render --help` lists all)"};
 }
@@ -28,16 +29,17 @@ Result<ControlSetting> parseSetting(std::string_view text) {
     return ControlSetting{control.value(), value.value()};
 }
 
-Result<TimedSetting> parseTimedSetting(std::string_view text) {
-    const std::size_t colon = text.find(':');
-    const std::optional<double> seconds =
-        colon == std::string_view::npos ? std::nullopt : parseNumber(text.substr(0, colon));
-    if (!seconds || *seconds < 0)
+Result<TimedSetting> parseTimedSetting(std::string_view text, double tempo) {
+    const std::size_t colon = text.substr(0, text.find('=')).rfind(':'); // 1:30 has one as well
+    const std::optional<TypedTime> time =
+        colon == std::string_view::npos ? std::nullopt : parseTime(text.substr(0, colon));
+    if (!time)
         return Failure{inQuotes(text) +
-                       " has no time; write SECONDS:NAME=VALUE, as in 2.5:Pitch=7"};
+                       " has no time; write TIME:NAME=VALUE, as in 2.5:Pitch=7, 1:30:Pitch=7 or, "
+                       "in beats, 8b:Pitch=7"};
     const Result<ControlSetting> setting = parseSetting(text.substr(colon + 1));
     if (!setting) return Failure{setting.message()};
-    return TimedSetting{*seconds, setting.value()};
+    return TimedSetting{time->seconds(tempo), setting.value()};
 }
 
 } // namespace zephyra

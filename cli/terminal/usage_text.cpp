@@ -3,7 +3,9 @@
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <vector>
 
 namespace zephyra {
@@ -28,14 +30,6 @@ using Names = std::vector<std::string>;
 
 std::string firstLine(const std::string& text) {
     return text.substr(0, text.find('\n'));
-}
-
-/// "show, export or import".
-std::string listed(const Names& names, const std::string& lastly) {
-    std::string list;
-    for (std::size_t i = 0; i < names.size(); ++i)
-        list += (i == 0 ? "" : i + 1 == names.size() ? " " + lastly + " " : ", ") + names[i];
-    return list;
 }
 
 std::string nearestOf(std::string_view word, const Names& names) {
@@ -80,8 +74,13 @@ std::string unexpected(const CLI::App& command, const std::string& argument) {
         Names names;
         for (const CLI::Option* option : command.get_options())
             if (!option->get_lnames().empty()) names.push_back("--" + option->get_lnames()[0]);
+        const std::string typed = argument.substr(0, argument.find('='));
+        Names begun; // what is abbreviated rather than misspelt
+        std::ranges::copy_if(names, std::back_inserter(begun), [&typed](const std::string& name) {
+            return typed.size() > 3 && name.starts_with(typed);
+        });
         return "there is no option " + quoted + "; the nearest is " +
-               nearestOf(argument.substr(0, argument.find('=')), names);
+               nearestOf(typed, begun.empty() ? names : begun);
     }
     if (!commandsOf(command).empty()) return noSuchCommand(command, argument);
     if (!takesWords(command)) return nameOf(command) + " takes no " + quoted + ", only options";
@@ -93,13 +92,14 @@ std::string unexpected(const CLI::App& command, const std::string& argument) {
 /// What is missing, where nothing is too much.
 std::string missing(const CLI::App& command) {
     const Names commands = commandsOf(command);
-    if (isWhole(command)) return "a command is missing: " + listed(commands, "or");
-    if (!commands.empty()) return nameOf(command) + " needs what to do: " + listed(commands, "or");
+    if (isWhole(command)) return "a command is missing: " + spokenList(commands, "or");
+    if (!commands.empty())
+        return nameOf(command) + " needs what to do: " + spokenList(commands, "or");
     if (command.get_name() == "info") return "info needs the name of a sound file";
     Names names;
     for (const CLI::Option* option : command.get_options())
         if (option->get_required() && option->count() == 0) names.push_back(option->get_name());
-    return nameOf(command) + " needs " + listed(names, "and");
+    return nameOf(command) + " needs " + spokenList(names, "and");
 }
 
 /// "--name: ..." says that a value is missing, or that there is more than one.
@@ -113,6 +113,12 @@ std::string wrongCount(const CLI::App& command, const std::string& text) {
 
 } // namespace
 
+HelpText::HelpText() {
+    label("Positionals", "Arguments");
+    label("Subcommands", "Commands");
+    label("SUBCOMMAND", "COMMAND");
+}
+
 std::string HelpText::make_option_desc(const CLI::Option* option) const {
     return wrapped(CLI::Formatter::make_option_desc(option), kColumns - get_column_width());
 }
@@ -121,6 +127,52 @@ std::string HelpText::make_option_usage(const CLI::Option* option) const {
     const std::string usage = CLI::Formatter::make_option_usage(option);
     const std::size_t count = usage.find("x)");
     return count == std::string::npos ? usage : usage.substr(0, usage.rfind('(', count));
+}
+
+bool SectionHelp::isUsual(const CLI::Option* option) const {
+    return std::ranges::any_of(plan_.usual,
+                               [&](const char* name) { return option->check_name(name); });
+}
+
+std::string SectionHelp::usual(const CLI::App& app) const {
+    std::vector<const CLI::Option*> options;
+    for (const char* name : plan_.usual) options.push_back(app.get_option(name));
+    return make_group("Options", false, options);
+}
+
+std::vector<std::string> SectionHelp::sections(const CLI::App& app) const {
+    Names names(plan_.sections.begin(), plan_.sections.end());
+    for (const std::string& group : app.get_groups())
+        if (std::ranges::find(names, group) == names.end()) names.push_back(group);
+    std::erase_if(names, [&](const std::string& name) {
+        return app
+            .get_options([&](const CLI::Option* option) {
+                return option->get_group() == name && option->nonpositional() && !isUsual(option);
+            })
+            .empty();
+    });
+    return names;
+}
+
+std::string SectionHelp::section(const CLI::App& app, std::string_view name) const {
+    for (const std::string& group : sections(app))
+        if (plainName(group).starts_with(plainName(name)))
+            return make_group(group, false, app.get_options([&](const CLI::Option* option) {
+                return option->get_group() == group && option->nonpositional();
+            }));
+    return "";
+}
+
+std::string SectionHelp::make_help(const CLI::App* app, std::string name,
+                                   CLI::AppFormatMode mode) const {
+    if (mode == CLI::AppFormatMode::Sub) return HelpText::make_help(app, name, mode);
+    std::string help = make_description(app) + make_usage(app, name) + make_positionals(app) +
+                       usual(*app) + "\n" + plan_.table;
+    for (const std::string& group : sections(*app))
+        help += make_group(group, false, app->get_options([&](const CLI::Option* option) {
+            return option->get_group() == group && option->nonpositional() && !isUsual(option);
+        }));
+    return help + "\n" + make_footer(app);
 }
 
 std::string noSuchCommand(const CLI::App& command, std::string_view word) {

@@ -2,8 +2,6 @@
 
 #include "tests/cli/program.h"
 
-#include <sstream>
-
 namespace zephyra {
 namespace {
 
@@ -15,7 +13,8 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
     writeText(folder / "text.wav", "no sound at all, and long enough to look at");
     std::filesystem::create_directory(folder / "folder.wav");
     const std::tuple<const char*, int, const char*> cases[] = {
-        {"", 2, "a command is missing: render, info, envelopes, parameters, banks, preset"},
+        {"--shared-folder s", 2,
+         "a command is missing: render, info, envelopes, parameters, banks"},
         {"rendr in.wav", 2, "nearest is render"},
         {"--foo", 2, "there is no option \"--foo\""},
         {"envelopes in.wav", 2, "only options"},
@@ -28,7 +27,6 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --seed 1 --seed 2", 2, "--seed can only be given once"},
         {"render in.wav --set Densty=50", 2, "nearest is \"Density\""},
         {"render in.wav --set Density=401", 2, "Density takes 0.5 to 400 Hz, not \"401\""},
-        {"render in.wav --set Pan =1", 2, "\"=1\" stands alone"},
         {"render in.wav --set Pan --foo", 2, "there is no option \"--foo\""},
         {"render in.wav --set EchoSwitch=2", 2, "on or off"},
         {"render in.wav --set Density", 2, "write NAME=VALUE"},
@@ -53,7 +51,7 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --lfo EchoSwitch", 2, "not Echo Switch"},
         {"render in.wav --lfo 'Fade In'", 2, "not fade in"},
         {"render in.wav --lfo Pan:shap=sine", 2, "nearest is \"shape\""},
-        {"render in.wav --lfo Pan:shape=sin", 2, "nearest is \"sine\""},
+        {"render in.wav --lfo Pan:shape=sin", 2, "it is called sine"},
         {"render in.wav --lfo Pan:hz=25", 2, "hz takes Hz from 0.016 to 24, not \"25\""},
         {"render in.wav --lfo Pan:hz=1,hz=2", 2, "hz is given twice"},
         {"render in.wav --lfo Pan:hz", 2, "write hz=VALUE"},
@@ -81,9 +79,9 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
          "would replace --scrub"},
         {"render in.wav --seconds 0.045 --record-scrub t.csv", 2, "0.045 s only"},
         {"render in.wav --seconds 1 --record-scrub none/t.csv", 1, "none/t.csv"},
-        {"render in.wav --at Pitch=7", 2, "write SECONDS:NAME=VALUE"},
-        {"render in.wav --at -1:Pitch=7", 2, "write SECONDS:NAME=VALUE"},
-        {"render in.wav --at inf:Pitch=7", 2, "write SECONDS:NAME=VALUE"},
+        {"render in.wav --at Pitch=7", 2, "write TIME:NAME=VALUE"},
+        {"render in.wav --at -1:Pitch=7", 2, "write TIME:NAME=VALUE"},
+        {"render in.wav --at inf:Pitch=7", 2, "write TIME:NAME=VALUE"},
         {"render in.wav --at 1:Pitch=7", 2, "comes after the end at 0.500 s"},
         {"render in.wav --seconds 2 --at 2:Pitch=7", 2, "comes after the end"},
         {"render in.wav --seconds 0", 2, "seconds above 0"},
@@ -146,8 +144,6 @@ TEST_F(Usage, HelpListsEveryControlWithItsRangeAndExamples) {
     for (const char* part : {"Ring Modulation Frequency", "0.1 to 8000 Hz", "Normalize", "--at",
                              "this time of the output", "Examples:"})
         EXPECT_THAT(help.out, HasSubstr(part));
-    std::istringstream lines(help.out);
-    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100u) << line;
 }
 
 TEST_F(Usage, AClosedStandardOutputIsAFailure) {

@@ -1,0 +1,172 @@
+#include "cli/options/option_slips.h"
+
+#include "audiounit/control_names.h"
+#include "audiounit/control_text.h"
+#include "cli/options/control_options.h"
+#include "platform/text/message_text.h"
+#include "platform/text/names.h"
+
+#include <CLI/App.hpp>
+#include <array>
+#include <cstddef>
+#include <vector>
+
+namespace zephyra {
+
+namespace {
+
+/// Options of other programs, without their hyphens. right: what ours are called; "@" stands for
+/// the value.
+struct Slip {
+    std::string_view words, right;
+    std::string_view value = ""; ///< where none was typed
+};
+
+constexpr auto kSlips = std::to_array<Slip>({
+    {"out outfile outputfile file dest", "write -o @", "OUT"},
+    {"i in input infile source", "INPUT stands alone: zephyra render @", "bird.wav"},
+    {"outdir outputdir outputdirectory outputfolder outfolder dir",
+     "write --out-dir @ for many renders, -o for one", "DIR"},
+    {"t time duration dur l len length",
+     "write --seconds @ for the length of OUT, --set Length=@ for that of the grains (in ms)",
+     "30"},
+    {"d", "write --set Density=@ for the grains a second, --seconds @ for the length of OUT", "30"},
+    {"r ar sr samplerate samplingrate fs hz", "write --rate @", "48000"},
+    {"s", "write --seed @ to repeat a render, --seconds @ for its length", "7"},
+    {"random randomseed rngseed rand rnd", "write --seed @", "7"},
+    {"bpm", "write --tempo @", "120"},
+    {"signature timesignature timesig", "write --meter @", "4/4"},
+    {"f fmt filetype container codec", "write --type @", "wav"},
+    {"b bits bitdepth bitspersample depth", "16 bits are written; write --float for 32-bit floats"},
+    {"c ac channels mono stereo", "OUT is always stereo; leave it out"},
+    {"buffer buffersize blocksize bufsize framesperbuffer", "write --block @", "512"},
+    {"window windowing win env grainenvelope", "write --envelope @", "Gaussian"},
+    {"p img image png plot draw pic graph spectrogram waveform", "write --picture @", "OUT.png"},
+    {"y force overwrite", "OUT is replaced without a question; leave it out"},
+    {"q silent", "write --quiet"},
+    {"v verbose debug loglevel", "the summary tells all; write --json for every number of it"},
+    {"version", "write zephyra --version alone"},
+    {"list listpresets presets listbanks banks", "write zephyra banks"},
+    {"listenvelopes envelopes windows", "write zephyra envelopes"},
+    {"listcontrols controls parameters params", "write zephyra help render, which lists them"},
+    {"patch program", "write --bank BANK --preset @", "PRESET"},
+    {"param parameter control ctl option setting", "write --set @", "NAME=VALUE"},
+    {"automation auto envelopefile", "write --automate @", "FILE.csv"},
+    {"notes midifile smf", "write --midi @", "FILE.mid"},
+    {"cc midilearn map", "write --learn @ with --midi FILE.mid", "cc:1=Density"},
+    {"mod modulate modulation sine", "write --lfo @", "Density:hz=0.1"},
+    {"loadstate session", "write --state @", "FILE"},
+    {"save", "write --save-state @, or --save-bank BANK --save-preset NAME", "FILE"},
+    {"j jobs threads parallel cpus", "--out-dir runs several renders at a time by itself"},
+    {"fx effect effects insert", "write --as effect"},
+    {"instrument synth sampler", "write --as instrument"},
+    {"wet dry mix drymix wetmix", "write --drywet @ with --as effect", "70"},
+    {"hold", "write --freeze"},
+    {"begin from ss trim offset skip", "write --start @, a fraction of INPUT from 0 to 1", "0.25"},
+    {"to stop until", "write --end @, a fraction of INPUT from 0 to 1", "0.75"},
+    {"fade fades", "write --fade-in @ and --fade-out @", "2"},
+    {"fadein fi", "write --fade-in @", "2"},
+    {"fadeout fo", "write --fade-out @", "2"},
+    {"loop repeat loops cycles", "the scan goes round by itself; write --seconds for the length",
+     ""},
+    {"reverb verb room", "there is an echo: write --set \"Echo Switch=on\""},
+    {"norm normalise normalization loudnorm",
+     "write --set Normalize=@, from 0 to 1, for what grains are cut from", "1"},
+    {"sync", "write --scan-sync 2,4 or --echo-sync 1/4,1/8", ""},
+    {"library libraryfolder folder presetfolder", "write --shared-folder @", "DIR"},
+});
+
+std::string filledIn(std::string_view right, std::string_view value) {
+    std::string text;
+    for (const char c : right) c == '@' ? text += value : text += c;
+    return text;
+}
+
+/// As a shell takes it for one word.
+std::string oneWord(const std::string& word) {
+    return word.find(' ') == std::string::npos ? word : '"' + word + '"';
+}
+
+/// For a control's name as an option: "--density 100".
+std::optional<std::string> settingFor(std::string_view name, std::string_view value) {
+    const std::vector<ControlId> controls = matchControl(name, settableControls()).controls;
+    const std::string to = "=" + std::string(value.empty() ? "VALUE" : value);
+    std::vector<std::string> settings;
+    for (const ControlId id : controls)
+        settings.push_back("--set " + oneWord(controlRange(id).name + to));
+    if (settings.empty()) return std::nullopt;
+    return "write " + spokenList(settings, "or");
+}
+
+/// The same for one that is a slip or two away, and nearer than any option.
+std::optional<std::string> settingLike(const std::string& name, std::string_view value,
+                                       const CLI::App& render) {
+    std::vector<std::string_view> names;
+    for (const ControlId id : settableControls()) names.emplace_back(controlRange(id).name);
+    const std::string nearest = plainName(nearestName(name, names));
+    const std::size_t slips = editDistance(name, nearest);
+    if (slips * 3 > name.size()) return std::nullopt;
+    for (const CLI::Option* option : render.get_options())
+        if (editDistance(name, plainName(option->get_name())) <= slips) return std::nullopt;
+    return settingFor(nearest, value);
+}
+
+bool isRead(std::string_view option, const std::string& text) {
+    if (option == "--set") return static_cast<bool>(parseSetting(text));
+    if (option == "--at") return static_cast<bool>(parseTimedSetting(text, kDefaultTempo));
+    if (option == "--lfo") return static_cast<bool>(parseLfo(text));
+    return option == "--learn" && parseLearn(text);
+}
+
+/// Tries what may have stood between words: the one value that option reads, if any.
+std::optional<std::string> joined(std::string_view option, const std::string& begun,
+                                  std::span<const std::string> words) {
+    if (words.empty()) return isRead(option, begun) ? std::optional(begun) : std::nullopt;
+    for (const char* between : {"", "=", ":"})
+        if (auto one = joined(option, begun + between + words.front(), words.subspan(1)))
+            return one;
+    return std::nullopt;
+}
+
+/// "--set Density 100", "--at 4 Pitch=7", "--set Left Delay=0.3": one value in two or three words.
+std::optional<std::string> joinedValue(std::span<const std::string> words) {
+    for (const std::size_t count : {2u, 3u}) {
+        if (words.size() <= count) break;
+        if (const auto value = joined(words[0], words[1], words.subspan(2, count - 1)))
+            return "write " + words[0] + " " + oneWord(*value);
+    }
+    return std::nullopt;
+}
+
+/// "-seed": what is longer than a letter has two hyphens.
+std::optional<std::string> secondHyphen(const std::string& word, const CLI::App& render) {
+    const std::string name = "-" + word.substr(0, word.find('='));
+    if (name.size() < 5 || !name.starts_with("--") || !render.get_option_no_throw(name))
+        return std::nullopt;
+    return word + " lacks a hyphen; write " + name;
+}
+
+} // namespace
+
+std::optional<std::string> rightOption(std::string_view option, std::string_view value,
+                                       const CLI::App& render) {
+    const std::string said = "there is no option " + inQuotes(option) + "; ";
+    const std::string plain = plainName(option);
+    for (const Slip& slip : kSlips)
+        if (hasWord(slip.words, plain))
+            return said + filledIn(slip.right, value.empty() ? slip.value : value);
+    if (plain.size() < 3) return std::nullopt;
+    auto setting = settingFor(plain, value);
+    if (!setting) setting = settingLike(plain, value, render);
+    return setting ? std::optional(said + *setting) : std::nullopt;
+}
+
+std::optional<std::string> rightForm(std::span<const std::string> words, const CLI::App& render) {
+    for (std::size_t i = 0; i < words.size() && words[i] != "--"; ++i) {
+        if (auto said = secondHyphen(words[i], render)) return said;
+        if (auto said = joinedValue(words.subspan(i))) return said;
+    }
+    return std::nullopt;
+}
+
+} // namespace zephyra

@@ -1,0 +1,207 @@
+// What people type from habit: a sound alone, other programs' options, units and times, and pleas
+// for help.
+
+#include "cli/arguments.h"
+#include "tests/cli/program.h"
+
+#include <CLI/App.hpp>
+#include <regex>
+#include <sstream>
+
+namespace zephyra {
+namespace {
+
+using testing::HasSubstr;
+
+struct TypedWords : ProgramTest {
+    TypedWords() : ProgramTest(4410) {}
+    /// The bytes that the words write to out.wav.
+    std::string written(const std::string& words) const {
+        std::filesystem::remove(folder / "out.wav");
+        const ProgramRun ended = run(words);
+        EXPECT_EQ(ended.code, 0) << words << "\n" << ended.err;
+        return readText(folder / "out.wav");
+    }
+};
+
+TEST_F(TypedWords, ASoundIsRenderedWithoutTheCommandsName) {
+    writeWav(folder / "noext", tone(4410));
+    writeWav(folder / "render", tone(4410));
+    writeWav(folder / "-odd.wav", tone(4410));
+    const std::string one = written("render in.wav -o out.wav --seed 7");
+    for (const char* words : {"in.wav -o out.wav --seed 7", "-o out.wav --seed 7 in.wav",
+                              "--seed 7 -o out.wav ./in.wav", "noext --seed 7 -o out.wav",
+                              "-o out.wav --seed 7 -- noext", "./render --seed 7 -o out.wav",
+                              "-o out.wav --quiet --seed 7 render in.wav",
+                              "--seed 7 -o out.wav -- -odd.wav", "-- -odd.wav"})
+        if (std::string(words) != "-- -odd.wav")
+            EXPECT_TRUE(written(words) == one) << words;
+        else
+            EXPECT_EQ(run(words).code, 0) << words;
+    EXPECT_TRUE(std::filesystem::exists(folder / "-odd-grains.wav"));
+    EXPECT_EQ(run("--bank 'Bird Machines' --preset 'Night Owl' --seconds 0.1 -o owl.wav").code, 0);
+    EXPECT_EQ(run("--json banks").code, 0);
+    EXPECT_EQ(run("--shared-folder shared where").code, 0);
+}
+
+TEST_F(TypedWords, ANearMissIsToldTheRightForm) {
+    writeText(folder / "-odd.wav", "");
+    const std::tuple<const char*, int, const char*> cases[] = {
+        {"rendr", 2, "the nearest is render"},
+        {"none.wav", 1, "none.wav does not exist"},
+        {"none/sound", 1, "none/sound does not exist"},
+        {"render", 2, "as in zephyra render bird.wav"},
+        {"in.wav out.wav", 2, "to write it, write -o out.wav"},
+        {"in.wav 30", 2, "as in --seconds 30"},
+        {"-odd.wav", 2, "write -- before it, or ./-odd.wav"},
+        {"in.wav Density=100", 2, "write --set before each NAME=VALUE"},
+        {"in.wav --set Density 100", 2, "write --set Density=100"},
+        {"in.wav --set Pan = 1", 2, "write --set Pan=1"},
+        {"in.wav --set Left Delay=0.3", 2, "write --set LeftDelay=0.3"},
+        {"in.wav --set Echo Switch on", 2, "write --set EchoSwitch=on"},
+        {"in.wav --at 4 Pitch=7", 2, "write --at 4:Pitch=7"},
+        {"in.wav --lfo Density hz=2", 2, "write --lfo Density:hz=2"},
+        {"in.wav --midi m --learn cc:1 Pan", 2, "write --learn cc:1=Pan"},
+        {"in.wav -output x.wav", 2, "write --output"},
+        {"in.wav -seed 7", 2, "write --seed"},
+        {"in.wav --density 100", 2, "no option \"--density\"; write --set Density=100"},
+        {"in.wav --pitch -7", 2, "write --set Pitch=-7"},
+        {"in.wav --densty=4", 2, "write --set Density=4"},
+        {"in.wav --ring-freq 200", 2, "write --set \"Ring Modulation Frequency=200\""},
+        {"in.wav --delay 0.3", 2, "write --set \"Left Delay=0.3\" or --set \"Right Delay=0.3\""},
+        {"in.wav --volume", 2, "write --set Amplitude=VALUE"},
+        {"in.wav --length 30", 2, "write --seconds 30 for the length of OUT, --set Length=30"},
+        {"in.wav -t 30", 2, "write --seconds 30"},
+        {"in.wav -d 100", 2, "write --set Density=100"},
+        {"in.wav --outfile x.wav", 2, "write -o x.wav"},
+        {"in.wav --output-dir d", 2, "write --out-dir d"},
+        {"in.wav --sample-rate=48000", 2, "write --rate 48000"},
+        {"in.wav --bpm 90", 2, "write --tempo 90"},
+        {"in.wav --reverb", 2, "Echo Switch=on"},
+        {"in.wav -c 2", 2, "always stereo"},
+        {"-i in.wav", 2, "zephyra render in.wav"},
+        {"in.wav --secon 3", 2, "nearest is --seconds"},
+        {"in.wav --set volume=1", 2, "it is called Amplitude"},
+        {"in.wav --set window=hann", 2, "--envelope NAME"},
+        {"in.wav --envelope bartlett", 2, "it is called Barlett"},
+        {"in.wav --lfo Pan:shape=triangle", 2, "it is called v"},
+        {"in.wav --lfo Pan:rate=2", 2, "it is called hz"},
+        {"in.wav --lfo Pan:hz=2s", 2, "hz takes Hz from 0.016 to 24, not \"2s\""},
+        {"in.wav --midi m --learn pitchbend=Pan", 2, "it is called bend"},
+        {"in.wav --midi m --learn cc:1=Pan,ch=2", 2, "it is called channel"},
+        {"in.wav --seconds 5Hz", 2, "a time as in 1:30 or 8b"},
+        {"in.wav --rate 48ms", 2, "Hz from 8000"},
+        {"in.wav --at 1:30:Pitch=7", 2, "--at 90:Pitch=7 semitones comes after"},
+        {"help nonsense", 2, "the nearest is"},
+        {"help render nonsense", 2, "there are Sound, Live input and effects,"},
+    };
+    for (const auto& [arguments, code, said] : cases) expectRefused(arguments, code, said);
+}
+
+TEST_F(TypedWords, UnitsAndTimesSayTheSameAsNumbers) {
+    const std::tuple<const char*, const char*> cases[] = {
+        {"--seconds 0:00.2", "--seconds 0.2"},
+        {"--seconds 2b --tempo 600", "--tempo 600 --seconds 0.2"}, // in either order
+        {"--seconds 1b --tempo 600bpm", "--tempo 600 --seconds 100ms"},
+        {"--at 0.5b:Pitch=+7st --tempo 600", "--tempo 600 --at 0.05:Pitch=7"},
+        {"--at 0:00.05:Pitch=7", "--at 50ms:Pitch=7"},
+        {"--set 'Density=0.1 kHz'", "--set Density=100"},
+        {"--set 'Amplitude=-20 dB'", "--set Amplitude=0.1"},
+        {"--rate 48k", "--rate 48000"},
+        {"--rate '44.1 kHz'", "--rate 44100"},
+        {"--start 25% --end 75%", "--start 0.25 --end 0.75"},
+        {"--as effect --drywet 70%", "--as effect --drywet 70"},
+        {"--fade-in 50ms --fade-out '0.05 s'", "--fade-in 0.05 --fade-out 0.05"},
+        {"--lfo Pan:hz=5Hz,min=20%", "--lfo Pan:hz=5,min=0.2"},
+    };
+    for (const auto& [units, numbers] : cases) {
+        const std::string with = written("in.wav -o out.wav --seed 7 " + std::string(units));
+        EXPECT_TRUE(with == written("in.wav -o out.wav --seed 7 " + std::string(numbers))) << units;
+        EXPECT_FALSE(with == written("in.wav -o out.wav --seed 7 --set Pan=0.5")) << units;
+    }
+}
+
+TEST(Arguments, AnOptionThatMayStandAloneTakesATimeThatFollowsIt) {
+    CLI::App app;
+    CLI::App* const render = app.add_subcommand("render");
+    render->add_option("INPUT");
+    render->add_option("--seed")->expected(1);
+    render->add_option("--freeze")->option_text("[TIME]")->expected(0);
+    using Words = std::vector<std::string>;
+    const std::pair<Words, Words> cases[] = {
+        {{"render", "--freeze", "4", "a"}, {"render", "--freeze=4", "a"}},
+        {{"--freeze", "1:30", "a"}, {"render", "--freeze=1:30", "a"}},
+        {{"--freeze", "a.wav"}, {"render", "--freeze", "a.wav"}},
+        {{"a.wav", "--freeze"}, {"render", "a.wav", "--freeze"}},
+        {{"a.wav", "--", "--freeze", "4"}, {"render", "a.wav", "--", "--freeze", "4"}},
+        {{"--seed", "render", "a"}, {"render", "--seed", "render", "a"}},
+    };
+    for (const auto& [typed, completed] : cases)
+        EXPECT_EQ(completeArguments(typed, app), completed);
+}
+
+TEST_F(TypedWords, HelpIsGivenHoweverItIsAskedFor) {
+    const std::tuple<const char*, const char*> cases[] = {
+        {"--help", "Commands:\n  render"},
+        {"-h", "Commands:"},
+        {"help", "Commands:"},
+        {"help help", "Commands:"},
+        {"help render", "Usage: zephyra render [OPTIONS] [INPUT...]"},
+        {"render help", "Usage: zephyra render"},
+        {"in.wav --help", "Usage: zephyra render"},
+        {"help preset export", "Usage: zephyra preset export [OPTIONS] BANK [PRESET]"},
+        {"preset export --help", "Usage: zephyra preset export"},
+        {"preset help", "Usage: zephyra preset"},
+        {"help render tempo", "Tempo and host:\n  --tempo BPM"},
+        {"version", "zephyra "},
+    };
+    for (const auto& [arguments, said] : cases) {
+        const ProgramRun help = run(arguments);
+        EXPECT_EQ(help.code, 0) << arguments;
+        EXPECT_THAT(help.out, HasSubstr(said)) << arguments;
+        std::istringstream lines(help.out);
+        for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80u) << line;
+    }
+    const ProgramRun alone = run("");
+    EXPECT_EQ(alone.code, 2);
+    EXPECT_EQ(alone.out, "");
+    EXPECT_EQ(alone.err, run("--help").out);
+    EXPECT_EQ(run("banks help").code, 1) << "a bank may be called so";
+}
+
+TEST_F(TypedWords, TheExamplesOfTheHelpWork) {
+    writeWav(folder / "bird.wav", tone(44100));
+    const std::string help = run("--help").out + run("help render").out;
+    const std::regex example("\n  zephyra ([^\n]*)");
+    std::size_t count = 0;
+    for (std::sregex_iterator found(help.begin(), help.end(), example), end; found != end;
+         ++found) {
+        const ProgramRun ended = run((*found)[1].str());
+        EXPECT_EQ(ended.code, 0) << (*found)[1] << "\n" << ended.err;
+        ++count;
+    }
+    EXPECT_GE(count, 13u);
+}
+
+TEST_F(TypedWords, TwoHyphensEndTheOptionsOfEveryCommand) {
+    writeWav(folder / "-odd.wav", tone(4410));
+    for (const char* arguments :
+         {"info -- -odd.wav", "samples import -- -odd.wav",
+          "render in.wav -o out.wav --save-bank -odd --save-preset -one", "banks -- -odd",
+          "preset show -- -odd -one", "preset rename -- -odd -one -two",
+          "preset export -o x.zephyra -- -odd -two", "check -- ./x.zephyra",
+          "preset delete --yes -- -odd"}) {
+        const ProgramRun ended = run(arguments);
+        EXPECT_EQ(ended.code, 0) << arguments << "\n" << ended.err;
+    }
+}
+
+TEST_F(TypedWords, CommandsThatNeedNoBankSayNothingOfThem) {
+    std::filesystem::create_directory(folder / "shared");
+    writeText(folder / "shared" / "broken.zephyra", "no bank");
+    for (const char* arguments : {"parameters", "envelopes", "info in.wav"})
+        EXPECT_EQ(run(arguments).err, "") << arguments;
+}
+
+} // namespace
+} // namespace zephyra
