@@ -93,7 +93,7 @@ ExitCode wrongUsage(const std::string& complaint, const Called& called) {
 }
 
 bool isNotHelp(const std::string& word) {
-    return word != "help";
+    return word != "help" && word != "-h" && word != "--help";
 }
 
 /// words: what stood behind "help".

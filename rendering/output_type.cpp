@@ -12,7 +12,7 @@ namespace zephyra {
 namespace {
 
 constexpr std::array<OutputType, 7> kOutputTypes = {{
-    {audio_file_type::wave, "wav", nullptr, "WAV"},
+    {audio_file_type::wave, "wav", "wave", "WAV"},
     {audio_file_type::aiff, "aiff", "aif", "AIFF"},
     {audio_file_type::aifc, "aifc", nullptr, "AIFC (IMA 4:1)"},
     {audio_file_type::caff, "caf", nullptr, "CAF"},

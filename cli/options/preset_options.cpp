@@ -87,8 +87,10 @@ void declarePresetOptions(OptionReader& reader, RenderOptions& options) {
     reader.addFlag("--yes", "Let --save-preset replace a preset of that name",
                    [&saved] { made(saved).replaces = true; });
     HostRequest& host = options.request.host;
-    reader.add("--state", "FILE", "Start from a saved state (property list)", pathInto(host.state));
-    reader.add("--save-state", "FILE", "Save the state at the end", pathInto(host.saveState));
+    reader.add("--state", "FILE", "Start from what --save-state saved", pathInto(host.state));
+    reader.add("--save-state", "FILE",
+               "Save how all stands at the end: sound, controls, what moves them",
+               pathInto(host.saveState));
     reader.beginGroup("Many renders");
     reader.add("--out-dir", "DIR",
                "Render every INPUT with every preset that is asked for ('*' for all of the bank), "

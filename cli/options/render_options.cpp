@@ -24,7 +24,7 @@ namespace {
 using Read = OptionReader::Read;
 
 constexpr const char* kSeeHelp = "; see zephyra help render";
-constexpr const char* kRightFraction = "a fraction of the source from 0 to 1";
+constexpr const char* kRightFraction = "a fraction of the source from 0 to 1, as in 0.25 or 25%";
 constexpr auto kOtherEnvelopes = std::to_array<OtherWords>({
     {"gauss bell", "Gaussian"},
     {"hann raisedcosine cosine default", "Hanning"},
@@ -280,14 +280,14 @@ void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions
     declareFades(reader, request.host);
     declareLiveOptions(reader, request);
     declareHostOptions(reader, request.host);
-    reader.add("--block", "N", "Frames per render call, 1 to 65536. Default: 512",
+    reader.add("--block", "N", "Frames computed at a time, 1 to 65536. Default: 512",
                blockInto(request.blockFrames));
     declareMotionOptions(reader, request);
     declarePresetOptions(reader, options);
     reader.beginGroup("Output file");
-    reader.add(
-        "--rate", "HZ", "Its rate, 8000 to 384000, as in 48000 or 48k. Default: INPUT's own",
-        numberInto(request.sampleRate, "Hz", kLowestRate, kHighestRate, "Hz from 8000 to 384000"));
+    reader.add("--rate", "HZ", "Its rate, 8000 to 384000, as in 48000 or 48k. Default: INPUT's own",
+               numberInto(request.sampleRate, "Hz", kLowestRate, kHighestRate,
+                          "Hz from 8000 to 384000, as in 44100 or 48k"));
     reader.add("--type", "TYPE", "wav, aiff, aifc, caf, au, sd2 or m4a, whatever OUT's name",
                typeInto(request.type));
     reader.addFlag("--float", "Write 32-bit floats (WAV), which nothing limits",

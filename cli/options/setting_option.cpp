@@ -15,7 +15,7 @@ Result<ControlId> parseOptionControl(std::string_view name) {
     constexpr std::string_view kEnvelopeWords = "envelope env window windowing shape grainshape";
     if (hasWord(kEnvelopeWords, plainName(name)))
         return Failure{"the envelope is chosen with --envelope NAME"};
-    return Failure{control.message() + " (`zephyra render --help` lists all)"};
+    return Failure{control.message() + " (`zephyra help render` lists all)"};
 }
 
 Result<ControlSetting> parseSetting(std::string_view text) {
@@ -35,8 +35,8 @@ Result<TimedSetting> parseTimedSetting(std::string_view text, double tempo) {
         colon == std::string_view::npos ? std::nullopt : parseTime(text.substr(0, colon));
     if (!time)
         return Failure{inQuotes(text) +
-                       " has no time; write TIME:NAME=VALUE, as in 2.5:Pitch=7, 1:30:Pitch=7 or, "
-                       "in beats, 8b:Pitch=7"};
+                       " is no setting at a time; write TIME:NAME=VALUE, as in 2.5:Pitch=7, "
+                       "1:30:Pitch=7 or, in beats, 8b:Pitch=7"};
     const Result<ControlSetting> setting = parseSetting(text.substr(colon + 1));
     if (!setting) return Failure{setting.message()};
     return TimedSetting{time->seconds(tempo), setting.value()};

@@ -188,6 +188,12 @@ std::string usageComplaint(const CLI::App& app, const CLI::ParseError& error) {
     if (dynamic_cast<const CLI::RequiredError*>(&error)) return missing(command);
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))
         return wrongCount(command, firstLine(error.what()));
+    if (dynamic_cast<const CLI::ConversionError*>(&error)) { // "Could not convert: --json = no"
+        const std::string said = firstLine(error.what());
+        const std::size_t option = said.find("--");
+        if (option != std::string::npos)
+            return said.substr(option, said.find(" = ") - option) + " takes no value; leave it out";
+    }
     return firstLine(error.what());
 }
 

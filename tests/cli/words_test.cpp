@@ -91,6 +91,8 @@ TEST_F(TypedWords, ANearMissIsToldTheRightForm) {
         {"in.wav --midi m --learn cc:1=Pan,ch=2", 2, "it is called channel"},
         {"in.wav --seconds 5Hz", 2, "a time as in 1:30 or 8b"},
         {"in.wav --rate 48ms", 2, "Hz from 8000"},
+        {"in.wav --json=foo", 2, "--json takes no value"},
+        {"in.wav --at 4", 2, "\"4\" is no setting at a time"},
         {"in.wav --at 1:30:Pitch=7", 2, "--at 90:Pitch=7 semitones comes after"},
         {"help nonsense", 2, "the nearest is"},
         {"help render nonsense", 2, "there are Sound, Live input and effects,"},
@@ -112,6 +114,7 @@ TEST_F(TypedWords, UnitsAndTimesSayTheSameAsNumbers) {
         {"--start 25% --end 75%", "--start 0.25 --end 0.75"},
         {"--as effect --drywet 70%", "--as effect --drywet 70"},
         {"--fade-in 50ms --fade-out '0.05 s'", "--fade-in 0.05 --fade-out 0.05"},
+        {"--type wave", "--type wav"},
         {"--lfo Pan:hz=5Hz,min=20%", "--lfo Pan:hz=5,min=0.2"},
     };
     for (const auto& [units, numbers] : cases) {
