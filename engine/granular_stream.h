@@ -111,6 +111,10 @@ public:
     float nextScanPosition() const noexcept;
     /// The scan phasor's latest value. Any thread.
     float currentScanPhase() const noexcept { return scanPhase; }
+    /// Where in the region the next block's scan begins, 0..1, and how often a second it crosses
+    /// the region. Any thread.
+    double nextScanPhase() const noexcept;
+    float scanFrequency() const noexcept { return scanPhasor.currentFrequency(); }
     /// The region that the scan crosses, fractions of the sample; the span is negative where it
     /// runs backwards. Any thread.
     float scanRegionStart() const noexcept { return scanStart; }
@@ -143,6 +147,7 @@ private:
     void processBlock(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING;
     void scheduleGrains(int frames, const Settings& settings) ZEPHYRA_NONBLOCKING;
     float scanPosition(float phase, const Settings& settings) const ZEPHYRA_NONBLOCKING;
+    double scanPhaseFrom(float renderedPhase) const noexcept;
     float scanPositionFrom(float renderedPhase) const noexcept;
     void initializeGrain(int frame, float position, const Settings& settings) ZEPHYRA_NONBLOCKING;
     void renderGrains(int frames, const GrainTables& tables) ZEPHYRA_NONBLOCKING;

@@ -106,14 +106,22 @@ float mokGranulatorSF::scanPosition(float phase,
     return std::max(std::min(position, 1.0f), -kLargest); // the floor is only for -infinity
 }
 
-float mokGranulatorSF::scanPositionFrom(float renderedPhase) const noexcept {
+double mokGranulatorSF::scanPhaseFrom(float renderedPhase) const noexcept {
     const double jump = scanPhasor.waitingJump();
     const bool waits = jump == jump; // NaN: none
-    return scanPosition(waits ? static_cast<float>(jump) : renderedPhase, blockSettings());
+    return waits ? jump : double{renderedPhase};
+}
+
+float mokGranulatorSF::scanPositionFrom(float renderedPhase) const noexcept {
+    return scanPosition(static_cast<float>(scanPhaseFrom(renderedPhase)), blockSettings());
 }
 
 float mokGranulatorSF::currentScanPosition() const noexcept {
     return scanPositionFrom(scanPhase);
+}
+
+double mokGranulatorSF::nextScanPhase() const noexcept {
+    return scanPhaseFrom(nextScanPhase_);
 }
 
 float mokGranulatorSF::nextScanPosition() const noexcept {

@@ -1,6 +1,8 @@
 // GrainMap: every grain of a render in time, source position and pitch, and how the scan went.
 #pragma once
 
+#include "pictures/scan_way.h"
+
 #include <string>
 #include <vector>
 
@@ -12,12 +14,8 @@ struct GrainMark {
     double from, to;      ///< where in the source it starts and ends to read
     double semitones;     ///< of its pitch against the source's
     double level;         ///< linear; the louder side
+    double pan;           ///< -1 left to 1 right
     bool dropped;         ///< no voice was free
-};
-
-/// Where the scan stood; position as in GrainMark.
-struct ScanMark {
-    double seconds, position;
 };
 
 /// Something that happened at a time.
@@ -35,7 +33,7 @@ struct GrainMap {
     SourceEdge edge = SourceEdge::wraps;
     double low = 0, high = 1; ///< the scanned part
     std::vector<GrainMark> grains;
-    std::vector<ScanMark> scan; ///< by time
+    std::vector<ScanRun> scan; ///< by time
     std::vector<EventMark> events;
 };
 
@@ -51,14 +49,5 @@ struct SourceRounds {
 
 /// At most 25; one where reading ends with the source.
 SourceRounds roundsOf(const GrainMark& grain, SourceEdge edge);
-
-/// A straight piece of the scan's way.
-struct ScanLine {
-    ScanMark from, to;
-};
-
-/// The way of the scan from mark to mark; a step over more than half of the scanned part left it at
-/// one end and came back at the other, or is a gap where the source ends.
-std::vector<ScanLine> scanLines(const GrainMap& map);
 
 } // namespace zephyra

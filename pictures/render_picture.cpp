@@ -24,16 +24,18 @@ RenderPicture::RenderPicture(const PictureLengths& lengths, const PictureGrid& g
 }
 
 void RenderPicture::addOutput(const float* outLeft, const float* outRight, std::size_t frames) {
+    isStereo = isStereo || !std::equal(outLeft, outLeft + frames, outRight);
     left.add(outLeft, frames);
     right.add(outRight, frames);
     spectrum.add(outLeft, outRight, frames);
 }
 
-void RenderPicture::addScan(const ScanMark& mark) {
-    const auto columns = static_cast<double>(spectrum.columns());
-    const double step = seconds / (columns * kScanStepsPerColumn);
-    if (map.scan.empty() || mark.seconds - map.scan.back().seconds >= step)
-        map.scan.push_back(mark);
+double RenderPicture::finestSeconds() const {
+    return seconds / (static_cast<double>(spectrum.columns()) * kScanStepsPerColumn);
+}
+
+void RenderPicture::addScan(const ScanRun& run) {
+    addScanRun(map.scan, run, finestSeconds());
 }
 
 void RenderPicture::addControls(double atSeconds, std::span<const float> values) {

@@ -44,13 +44,17 @@ struct RenderPicture {
 
     void addOutput(const float* outLeft, const float* outRight, std::size_t frames);
     /// Thinned to what the picture can show.
-    void addScan(const ScanMark& mark);
+    void addScan(const ScanRun& run);
     /// The linear values of the controls in paths, in their order, at a time of the output.
     void addControls(double atSeconds, std::span<const float> values);
+    /// Seconds that the grid can just show.
+    double finestSeconds() const;
     /// Once all output is in.
     void finish() { spectrum.finish(); }
 
     double seconds, sourceSeconds;
+    bool isStereo = false;            ///< the output: its sides differ
+    std::uint32_t sourceChannels = 1; ///< of its file; what grains read is their mean
     WaveformColumns source, left, right;
     SpectrumColumns spectrum;
     GrainMap map;

@@ -29,10 +29,19 @@ struct RenderSource {
     std::vector<float> inputLeft = {}, inputRight = {};
 };
 
+/// How the scan goes through a cycle.
+struct CycleScan {
+    bool plays = false;         ///< grains start; else it stands, and nobody hears where
+    double phase = 0;           ///< where in its region it begins, 0 to 1
+    double travel = 0;          ///< regions that it crosses by the cycle's end
+    double start = 0, span = 1; ///< of the region; fractions of the buffer that is read
+};
+
 /// A part of a block that was rendered at one go: MAIN stood still meanwhile.
 struct RenderedCycle {
     std::uint32_t end; ///< frames from the block's start; the next one begins there
     float amplitude;   ///< that its grains started with
+    CycleScan scan = {};
 };
 
 /// One block as it was rendered.
@@ -42,7 +51,6 @@ struct RenderedBlock {
     float* left; ///< may be overwritten
     float* right;
     std::span<const GrainRecord> grains;   ///< those that were scheduled in it
-    float scanPosition;                    ///< fraction of the source, at the last frame
     std::span<const RenderedCycle> cycles; ///< in order; at least one
     std::span<const float> moved = {};     ///< linear values of the plan's moved controls, after it
 };
@@ -109,6 +117,7 @@ private:
     std::uint32_t nextBlockLength(std::uint64_t firstFrame) const;
     Result<void> renderBlock(std::uint64_t firstFrame, std::uint32_t frames);
     void beginCycle(std::uint32_t end);
+    CycleScan nextScan(std::uint32_t frames);
     const float* inputAt(const std::vector<float>& channel, std::vector<float>& padded,
                          std::uint64_t firstFrame, std::uint32_t frames) const;
     void takeGrains(std::uint64_t firstFrame);

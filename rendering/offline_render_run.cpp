@@ -58,11 +58,22 @@ const float* OfflineRender::inputAt(const std::vector<float>& channel, std::vect
     return padded.data();
 }
 
+/// MAIN stands until the cycle's end, and so does what moves the scan but its own speed.
+CycleScan OfflineRender::nextScan(std::uint32_t frames) {
+    const mokGranulatorSF& engine = stream().engine();
+    return {.plays = engine.granularOn,
+            .phase = engine.nextScanPhase(),
+            .travel = double{engine.scanFrequency()} * frames / plan_.sampleRate,
+            .start = double{engine.scanRegionStart()},
+            .span = double{engine.scanRegionSpan()}};
+}
+
 /// In the tail what sounds runs out under its envelope, and what still starts is silent, whatever
 /// raised the level meanwhile: no click.
 void OfflineRender::beginCycle(std::uint32_t end) {
     if (inTail_) stream().engine().setLevel(0.0f);
-    cycles_.push_back({end, stream().engine().currentLevel()});
+    const std::uint32_t begin = cycles_.empty() ? 0 : cycles_.back().end;
+    cycles_.push_back({end, stream().engine().currentLevel(), nextScan(end - begin)});
 }
 
 Result<void> OfflineRender::renderBlock(std::uint64_t firstFrame, std::uint32_t frames) {
@@ -105,7 +116,6 @@ Result<RenderStatistics> OfflineRender::run(const Consumer& consumer) {
                                     .left = left_.data(),
                                     .right = right_.data(),
                                     .grains = grains_,
-                                    .scanPosition = stream().getTimePhasor(),
                                     .cycles = cycles_,
                                     .moved = motion_.values()});
         if (!done) return Failure{done.message()};

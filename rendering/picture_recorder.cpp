@@ -21,6 +21,7 @@ PictureRecorder::PictureRecorder(const RenderPlan& plan, const SoundFileInfo& so
                                               .frames = plan.frames,
                                               .sampleRate = plan.sampleRate},
                                              grid) {
+    picture_.sourceChannels = source.channels;
     GrainMap& map = picture_.map;
     map.playSeconds = static_cast<double>(plan.playFrames) / plan.sampleRate;
     map.edge = plan.use == SourceUse::live ? SourceEdge::ends : SourceEdge::wraps;
@@ -49,37 +50,55 @@ const RenderedCycle& PictureRecorder::cycleOf(std::uint64_t frame, const Rendere
                                      &RenderedCycle::end);
 }
 
-double PictureRecorder::sourcePosition(double position, const RenderedBlock& block,
-                                       std::uint64_t frame) const {
+double PictureRecorder::sourcePosition(double position, std::uint64_t heard) const {
     if (plan_.use == SourceUse::loaded) return position;
-    // What the engine sees ends with its cycle's input.
-    const std::uint64_t heard = block.firstFrame + cycleOf(frame, block).end;
     const double age = readFrames_ - 5 - position * readFrames_; // frames behind the newest
     return (static_cast<double>(heard) - 1 - age) / sourceFrames_;
 }
 
-void PictureRecorder::add(const RenderedBlock& block) {
-    picture_.addOutput(block.left, block.right, block.frames);
-    GrainMap& map = picture_.map;
+void PictureRecorder::addGrains(const RenderedBlock& block) {
     for (const GrainRecord& grain : block.grains) {
-        const double from = sourcePosition(grain.position, block, grain.frame);
+        const RenderedCycle& cycle = cycleOf(grain.frame, block);
+        // What the engine sees ends with its cycle's input.
+        const double from = sourcePosition(grain.position, block.firstFrame + cycle.end);
         const double length = grain.length, rate = grain.rate;
-        map.grains.push_back(
+        const double left = std::abs(grain.gainL), right = std::abs(grain.gainR);
+        picture_.map.grains.push_back(
             {.start = static_cast<double>(grain.frame) / plan_.sampleRate,
              .length = std::max(length, 0.0),
              .from = from,
              .to = from + rate * std::max(length, 0.0) * readFrames_ /
                               (plan_.use == SourceUse::live ? sourceFrames_ : readFrames_),
              .semitones = rate > 0 ? 12 * std::log2(rate * readFrames_ / readRate_) : 0,
-             .level = double{std::max(std::abs(grain.gainL), std::abs(grain.gainR))} *
-                      double{cycleOf(grain.frame, block).amplitude},
+             .level = std::max(left, right) * double{cycle.amplitude},
+             .pan = left + right > 0 ? (right - left) / (left + right) : 0,
              .dropped = grain.dropped});
     }
+}
+
+void PictureRecorder::addScan(const RenderedBlock& block) {
+    std::uint64_t begin = block.firstFrame;
+    for (const auto& [blockEnd, amplitude, scan] : block.cycles) {
+        const std::uint64_t end = block.firstFrame + blockEnd;
+        if (scan.plays && begin < std::min(end, plan_.playFrames)) {
+            const double low = sourcePosition(scan.start, begin);
+            picture_.addScan({.seconds = static_cast<double>(begin) / plan_.sampleRate,
+                              .length = static_cast<double>(end - begin) / plan_.sampleRate,
+                              .phase = scan.phase,
+                              .travel = scan.travel,
+                              .low = low,
+                              .span = sourcePosition(scan.start + scan.span, begin) - low,
+                              .drift = sourcePosition(scan.start, end) - low});
+        }
+        begin = end;
+    }
+}
+
+void PictureRecorder::add(const RenderedBlock& block) {
+    picture_.addOutput(block.left, block.right, block.frames);
+    addGrains(block);
+    addScan(block);
     picture_.addControls(plan_.secondsAt(block.firstFrame + block.frames), block.moved);
-    const std::uint64_t last = block.firstFrame + block.frames - 1;
-    if (last < plan_.playFrames)
-        picture_.addScan({static_cast<double>(last) / plan_.sampleRate,
-                          sourcePosition(block.scanPosition, block, last)});
 }
 
 const RenderPicture& PictureRecorder::finish(std::string title, const RenderStatistics& statistics,

@@ -32,9 +32,11 @@ public:
 private:
     void addPaths(const PictureGrid& grid);
     static const RenderedCycle& cycleOf(std::uint64_t frame, const RenderedBlock& block);
-    /// Where a read position of the engine lies in the source, as a fraction of it, for a grain or
-    /// scan at this frame of the block.
-    double sourcePosition(double position, const RenderedBlock& block, std::uint64_t frame) const;
+    void addGrains(const RenderedBlock& block);
+    void addScan(const RenderedBlock& block);
+    /// Where a read position of the engine lies in the source, as a fraction of it, once it has
+    /// heard so many frames of input.
+    double sourcePosition(double position, std::uint64_t heard) const;
 
     RenderPlan plan_;
     double sourceFrames_;

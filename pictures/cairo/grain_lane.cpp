@@ -6,13 +6,15 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <string>
+#include <vector>
 
 namespace zephyra {
 
 namespace {
 
 constexpr Colour kScanColour = Colour::hex(0xFFFFFF, 0.72);
-constexpr Colour kEventColour = Colour::hex(0xFFFFFF, 0.30);
+constexpr Colour kBorderColour = Colour::hex(0xFFFFFF, 0.30);
 constexpr Colour kOutside = theme::background.faded(0.6);
 constexpr double kThinnest = 0.9, kThickest = 2.6; // pixels, half a grain's height at its middle
 constexpr double kShortest = 2.2;                  // pixels, so that every grain can be seen
@@ -97,14 +99,35 @@ void drawDroppedGrains(Canvas& canvas, const Scales& scales, const GrainMap& map
     }
 }
 
-void drawScan(Canvas& canvas, const Scales& scales, const GrainMap& map) {
-    canvas.setColour(kScanColour);
-    cairo_set_line_width(canvas.context(), 1.1);
-    for (const auto& [from, to] : scanLines(map)) {
+void addLines(Canvas& canvas, const Scales& scales, const std::vector<ScanLine>& lines) {
+    for (const auto& [from, to] : lines) {
         cairo_move_to(canvas.context(), scales.x(from.seconds), scales.y(from.position));
         cairo_line_to(canvas.context(), scales.x(to.seconds), scales.y(to.position));
     }
+}
+
+/// Its motion as a line, its jumps as dots; a band where it wraps faster than can be shown.
+void drawScan(Canvas& canvas, const Scales& scales, const GrainMap& map) {
+    constexpr double kWidth = 1.1;
+    const ScanWay way = scanWay(map.scan, map.seconds / scales.box.width);
+    for (const ScanBand& band : way.bands) {
+        const double top = scales.y(band.high), height = scales.y(band.low) - top;
+        canvas.fill({scales.x(band.from), top, scales.x(band.to) - scales.x(band.from),
+                     std::max(height, kWidth)},
+                    kScanColour.faded(height > kWidth ? 0.25 : 1));
+    }
+    canvas.setColour(kScanColour);
+    cairo_set_line_width(canvas.context(), kWidth);
+    addLines(canvas, scales, way.lines);
     cairo_stroke(canvas.context());
+
+    const double dots[] = {1, 4};
+    canvas.setColour(kScanColour.faded(0.6));
+    cairo_set_line_width(canvas.context(), 1);
+    cairo_set_dash(canvas.context(), dots, 2, 0);
+    addLines(canvas, scales, way.jumps);
+    cairo_stroke(canvas.context());
+    cairo_set_dash(canvas.context(), nullptr, 0, 0);
 }
 
 /// Darkens what is not scanned, and the time in which no grain starts.
@@ -117,35 +140,11 @@ void drawShades(Canvas& canvas, const Scales& scales, const GrainMap& map) {
     if (map.playSeconds >= map.seconds) return;
     const double x = scales.x(map.playSeconds);
     canvas.fill({x, box.y, box.right() - x, box.height}, kOutside);
-    canvas.line(x, box.y, x, box.bottom(), kEventColour);
-    canvas.text(x + 6, box.bottom() - 8, "echo's tail",
-                {.colour = theme::faintText, .size = theme::tickSize});
-}
-
-void drawEvents(Canvas& canvas, const Scales& scales, const GrainMap& map) {
-    constexpr int kRows = 4;
-    constexpr double kRowHeight = 16, kGap = 5; // pixels
-    const TextStyle style = {.colour = theme::text, .size = 11.5};
-    std::array<double, kRows> taken{}; // up to where each row of labels is used
-    for (const EventMark& event : map.events) {
-        const double x = std::round(scales.x(event.seconds)) + 0.5;
-        const double dash[] = {3, 3};
-        cairo_set_dash(canvas.context(), dash, 2, 0);
-        canvas.line(x, scales.box.y, x, scales.box.bottom(), kEventColour);
-        cairo_set_dash(canvas.context(), nullptr, 0, 0);
-        const double width = canvas.textWidth(event.label, style);
-        const bool fits = x + kGap + width < scales.box.right();
-        const double textX = fits ? x + kGap : x - kGap - width;
-        for (int row = 0; row < kRows; ++row) {
-            double& used = taken[static_cast<std::size_t>(row)];
-            if (used > textX) continue;
-            used = textX + width + 2 * kGap;
-            const double y = scales.box.y + kRowHeight * (row + 1);
-            canvas.fill({textX - 2, y - 12, width + 4, 16}, theme::panel.faded(0.75));
-            canvas.text(textX, y, event.label, style);
-            break;
-        }
-    }
+    canvas.line(x, box.y, x, box.bottom(), kBorderColour);
+    const TextStyle style = {.colour = theme::faintText, .size = theme::tickSize};
+    const std::string tail = "echo's tail";
+    if (canvas.textWidth(tail, style) + 12 < box.right() - x)
+        canvas.text(x + 6, box.bottom() - 8, tail, style);
 }
 
 } // namespace
@@ -161,7 +160,24 @@ void drawGrainMap(Canvas& canvas, const Box& box, const GrainMap& map) {
     drawDroppedGrains(canvas, scales, map);
     drawSoundingGrains(canvas, scales, map);
     drawScan(canvas, scales, map);
-    drawEvents(canvas, scales, map);
+    canvas.resetClip();
+}
+
+void drawPans(Canvas& canvas, const Box& box, const GrainMap& map) {
+    constexpr double kInset = 5; // pixels from the lane's edge to a grain at one side
+    const Scales scales{box, map.seconds};
+    const double range = pitchRange(map), opacity = grainOpacity(map, scales), top = loudest(map);
+    canvas.clip(box);
+    cairo_set_operator(canvas.context(), CAIRO_OPERATOR_SCREEN);
+    for (const GrainMark& grain : map.grains) {
+        if (grain.dropped) continue;
+        const double y = box.y + box.height / 2 + grain.pan * (box.height / 2 - kInset);
+        const double loudness = std::sqrt(std::abs(grain.level) / top);
+        canvas.setColour(pitchColour(grain.semitones, range).faded(opacity * loudness));
+        drawLens(canvas, scales.x(grain.start), y, scales.x(grain.start + grain.length), y,
+                 kThinnest + (kThickest - kThinnest) * loudness);
+    }
+    cairo_set_operator(canvas.context(), CAIRO_OPERATOR_OVER);
     canvas.resetClip();
 }
 

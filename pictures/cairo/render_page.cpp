@@ -7,37 +7,27 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <numbers>
 #include <string>
-#include <tuple>
 
 namespace zephyra {
 
 namespace {
 
-// The page, in pixels: time runs along the three lanes of the same width; the source's waveform
-// stands upright beside the grains, because both share the position in the source.
+// The page, in pixels: time runs along the lanes of the same width; the source's waveform stands
+// upright beside the grains, because both share the position in the source.
 constexpr double kLaneX = 236, kLaneWidth = 1226;
-constexpr Box kSourceBox = {84, 122, 138, 450};
-constexpr Box kMapBox = {kLaneX, 122, kLaneWidth, 450};
-constexpr Box kLeftBox = {kLaneX, 592, kLaneWidth, 80};
-constexpr Box kRightBox = {kLaneX, 676, kLaneWidth, 80};
-constexpr double kMotionY = 776; // notes and controls, if any; the spectrum moves down for them
+constexpr double kLanesY = 122; // below the heading
+constexpr double kSourceX = 84, kSourceWidth = 138;
+constexpr double kMapHeight = 450, kPansHeight = 58;
+constexpr double kSideHeight = 80, kMonoHeight = 124;
 constexpr double kSpectrumHeight = 264, kFooter = 60;
+constexpr double kSmallGap = 4, kGap = 20; // between lanes
 constexpr double kLegendX = 1516, kLegendWidth = 12;
 constexpr double kMargin = 28;
 
 double heightWithGap(double height, double gap) {
     return height > 0 ? height + gap : 0;
-}
-
-/// The source's level as a faint glow behind the grains, so that one sees what they read.
-void drawSourceGlow(Canvas& canvas, const std::vector<WaveformColumns::Column>& columns) {
-    constexpr double kBrightest = 0.2;
-    double loudest = 1e-9;
-    for (const WaveformColumns::Column& column : columns) loudest = std::max(loudest, column.rms());
-    for (std::size_t row = 0; row < columns.size(); ++row)
-        canvas.fill({kMapBox.x, kMapBox.bottom() - static_cast<double>(row) - 1, kMapBox.width, 1},
-                    theme::source.faded(kBrightest * columns[row].rms() / loudest));
 }
 
 /// As many settings to a line as fit, on two lines.
@@ -58,21 +48,50 @@ void drawSettings(Canvas& canvas, const std::vector<std::string>& settings) {
     canvas.text(kMargin, 98, canvas.fitted(lines[1], width, style), style);
 }
 
+/// One circle for a sound of one channel, two that overlap for more.
+void drawChannels(Canvas& canvas, double x, double y, std::uint32_t channels) {
+    constexpr double kRadius = 4.5, kApart = 5.5;
+    canvas.setColour(theme::faintText);
+    cairo_set_line_width(canvas.context(), 1.2);
+    for (std::uint32_t i = 0; i < std::min(channels, 2u); ++i) {
+        cairo_new_sub_path(canvas.context());
+        cairo_arc(canvas.context(), x + kRadius + i * kApart, y, kRadius, 0, 2 * std::numbers::pi);
+    }
+    cairo_stroke(canvas.context());
+}
+
+std::string channelsText(std::uint32_t channels) {
+    return channels == 1   ? "mono"
+           : channels == 2 ? "stereo"
+                           : std::to_string(channels) + " channels";
+}
+
 } // namespace
 
 PictureGrid RenderPage::grid() {
-    return {.source = static_cast<std::size_t>(kSourceBox.height),
+    return {.source = static_cast<std::size_t>(kMapHeight),
             .time = static_cast<std::size_t>(kLaneWidth),
             .frequencies = static_cast<std::size_t>(kSpectrumHeight)};
 }
 
 RenderPage::RenderPage(const RenderPicture& picture)
-    : picture_(picture), times_(timeTicks(picture.seconds, 14)) {
-    const double notes = notesHeight(picture.notes), paths = pathsHeight(picture.paths.size());
-    const double pathsY = kMotionY + heightWithGap(notes, 6);
-    notes_ = {kLaneX, kMotionY, kLaneWidth, notes};
-    paths_ = {kLaneX, pathsY, kLaneWidth, paths};
-    spectrum_ = {kLaneX, pathsY + heightWithGap(paths, 20), kLaneWidth, kSpectrumHeight};
+    : picture_(picture), times_(timeTicks(picture.seconds, 14)),
+      events_(picture.map.events, kLaneWidth, picture.seconds) {
+    double y = kLanesY;
+    const auto lane = [&y](double height, double gap) {
+        const Box box = {kLaneX, y, kLaneWidth, height};
+        y += heightWithGap(height, gap);
+        return box;
+    };
+    labels_ = lane(events_.height(), 0);
+    map_ = lane(kMapHeight, kSmallGap);
+    source_ = {kSourceX, map_.y, kSourceWidth, map_.height};
+    pans_ = lane(kPansHeight, kGap);
+    left_ = picture.isStereo ? lane(kSideHeight, kSmallGap) : lane(kMonoHeight, kGap);
+    right_ = picture.isStereo ? lane(kSideHeight, kGap) : left_;
+    notes_ = lane(notesHeight(picture.notes), kSmallGap + 2);
+    paths_ = lane(pathsHeight(picture.paths.size()), kGap);
+    spectrum_ = lane(kSpectrumHeight, 0);
 }
 
 int RenderPage::height() const {
@@ -87,48 +106,65 @@ void RenderPage::drawHeader(Canvas& canvas) const {
     canvas.text(kWidth - kMargin, 45, "Zephyra",
                 {.colour = theme::faintText, .size = 17, .anchor = TextAnchor::right});
     drawSettings(canvas, texts.settings);
+}
 
-    double y = kLeftBox.y + 14;
-    for (const std::string& fact : texts.facts) {
-        canvas.text(kMargin, y, canvas.fitted(fact, 142), {.size = 13.5});
+void RenderPage::drawFacts(Canvas& canvas) const {
+    double y = pans_.y + 20;
+    for (const std::string& fact : picture_.texts.facts) {
+        canvas.text(kMargin, y, canvas.fitted(fact, 130), {.size = 13.5});
         y += 24;
     }
 }
 
-void RenderPage::drawSourceAndGrains(Canvas& canvas) const {
-    canvas.fill(kSourceBox, theme::panel);
-    canvas.fill(kMapBox, theme::panel);
-
+void RenderPage::drawSource(Canvas& canvas) const {
+    canvas.fill(source_, theme::panel);
     const auto columns = picture_.source.columns();
     const double seconds = picture_.sourceSeconds;
-    drawUprightAxis(canvas, kSourceBox, timeTicks(seconds, 12),
+    drawUprightAxis(canvas, source_, timeTicks(seconds, 12),
                     std::string("source (") + timeUnit(seconds) + ")");
-    drawWaveform(canvas, kSourceBox, columns, theme::source, std::max(largestLevel(columns), 1e-6),
+    drawWaveform(canvas, source_, columns, theme::source, std::max(largestLevel(columns), 1e-6),
                  WaveformDirection::upwards);
+    canvas.outline(source_, theme::frame);
 
-    drawSourceGlow(canvas, columns);
-    drawUprightAxis(canvas, kMapBox, roundTicks(0, 100, 10), "", AxisSide::right);
-    canvas.text(kMapBox.right() + 8, kMapBox.y - 9, "%",
+    const TextStyle style = {.colour = theme::faintText, .size = theme::tickSize};
+    drawChannels(canvas, source_.x, source_.y - 13.5, picture_.sourceChannels);
+    canvas.text(source_.x + (picture_.sourceChannels > 1 ? 21 : 15), source_.y - 9,
+                channelsText(picture_.sourceChannels), style);
+}
+
+void RenderPage::drawGrains(Canvas& canvas) const {
+    canvas.fill(map_, theme::panel);
+    drawSourceGlow(canvas, map_, picture_.source.columns());
+    drawUprightAxis(canvas, map_, roundTicks(0, 100, 10), "", AxisSide::right);
+    canvas.text(map_.right() + 8, map_.y - 9, "%",
                 {.colour = theme::faintText, .size = theme::tickSize});
-    drawTimeGrid(canvas, kMapBox, times_);
-    drawGrainMap(canvas, kMapBox, picture_.map);
-    drawPitchLegend(canvas, {kLegendX, kMapBox.y, kLegendWidth, kMapBox.height},
+    drawTimeGrid(canvas, map_, times_);
+    drawGrainMap(canvas, map_, picture_.map);
+    drawPitchLegend(canvas, {kLegendX, map_.y, kLegendWidth, map_.height},
                     pitchRange(picture_.map));
-    canvas.outline(kSourceBox, theme::frame);
-    canvas.outline(kMapBox, theme::frame);
+    canvas.outline(map_, theme::frame);
+
+    canvas.fill(pans_, theme::panel);
+    drawUprightAxis(canvas, pans_, {{0.91, "L"}, {0.5, ""}, {0.09, "R"}}, "pan");
+    drawTimeGrid(canvas, pans_, times_);
+    drawPans(canvas, pans_, picture_.map);
+    canvas.outline(pans_, theme::frame);
+    events_.draw(canvas, labels_, map_.bottom());
 }
 
 void RenderPage::drawOutput(Canvas& canvas) const {
     const auto left = picture_.left.columns(), right = picture_.right.columns();
     const double scale = waveformScale(std::max(largestLevel(left), largestLevel(right)));
-    for (const auto& [box, columns, name] :
-         {std::tuple(kLeftBox, &left, "left (dB)"), std::tuple(kRightBox, &right, "right (dB)")}) {
+    const auto draw = [&](const Box& box, const std::vector<WaveformColumns::Column>& columns,
+                          const char* name) {
         canvas.fill(box, theme::panel);
         drawUprightAxis(canvas, box, levelTicks(scale), name);
         drawTimeGrid(canvas, box, times_);
-        drawWaveform(canvas, box, *columns, theme::output, scale);
+        drawWaveform(canvas, box, columns, theme::output, scale);
         canvas.outline(box, theme::frame);
-    }
+    };
+    draw(left_, left, picture_.isStereo ? "left (dB)" : "mono (dB)");
+    if (picture_.isStereo) draw(right_, right, "right (dB)");
 }
 
 void RenderPage::drawMotion(Canvas& canvas) const {
@@ -155,7 +191,9 @@ void RenderPage::drawSpectrum(Canvas& canvas) const {
 
 void RenderPage::draw(Canvas& canvas) const {
     drawHeader(canvas);
-    drawSourceAndGrains(canvas);
+    drawFacts(canvas);
+    drawSource(canvas);
+    drawGrains(canvas);
     drawOutput(canvas);
     drawMotion(canvas);
     drawSpectrum(canvas);

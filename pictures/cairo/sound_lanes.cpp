@@ -41,6 +41,24 @@ Colour levelColour(double decibels, const LevelRange& range) {
     return blend(kLevelStops, (decibels - range.low) / (range.high - range.low));
 }
 
+/// Those of count that fall on place n of so many; at least one.
+struct Share {
+    std::size_t first, end;
+};
+
+Share share(std::size_t n, std::size_t places, std::size_t count) {
+    const std::size_t first = n * count / places;
+    return {first, std::max((n + 1) * count / places, first + 1)};
+}
+
+double loudest(const SpectrumColumns& spectrum, const Share& columns, const Share& rows) {
+    float most = SpectrumColumns::kSilenceDecibels;
+    for (std::size_t column = columns.first; column < columns.end; ++column)
+        for (std::size_t row = rows.first; row < rows.end; ++row)
+            most = std::max(most, spectrum.decibels(column, row));
+    return double{most};
+}
+
 } // namespace
 
 void drawWaveform(Canvas& canvas, const Box& box,
@@ -58,13 +76,29 @@ void drawWaveform(Canvas& canvas, const Box& box,
     }
 }
 
+void drawSourceGlow(Canvas& canvas, const Box& box,
+                    const std::vector<WaveformColumns::Column>& columns) {
+    constexpr double kBrightest = 0.2;
+    double loudest = 1e-9;
+    for (const WaveformColumns::Column& column : columns) loudest = std::max(loudest, column.rms());
+    const double height = box.height / static_cast<double>(columns.size());
+    for (std::size_t row = 0; row < columns.size(); ++row)
+        canvas.fill(
+            {box.x, box.bottom() - static_cast<double>(row + 1) * height, box.width, height},
+            theme::source.faded(kBrightest * columns[row].rms() / loudest));
+}
+
 void drawSpectrogram(Canvas& canvas, const Box& box, const SpectrumColumns& spectrum,
                      const LevelRange& range) {
-    for (std::size_t column = 0; column < spectrum.columns(); ++column)
-        for (std::size_t row = 0; row < spectrum.rows(); ++row)
-            canvas.fill({box.x + static_cast<double>(column),
-                         box.bottom() - static_cast<double>(row) - 1, 1, 1},
-                        levelColour(spectrum.decibels(column, row), range));
+    const auto width = static_cast<std::size_t>(box.width);
+    const auto height = static_cast<std::size_t>(box.height);
+    for (std::size_t x = 0; x < width; ++x)
+        for (std::size_t y = 0; y < height; ++y)
+            canvas.fill(
+                {box.x + static_cast<double>(x), box.bottom() - static_cast<double>(y) - 1, 1, 1},
+                levelColour(loudest(spectrum, share(x, width, spectrum.columns()),
+                                    share(y, height, spectrum.rows())),
+                            range));
 }
 
 void drawLevelLegend(Canvas& canvas, const Box& box, const LevelRange& range) {

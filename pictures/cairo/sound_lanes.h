@@ -20,7 +20,12 @@ void drawWaveform(Canvas& canvas, const Box& box,
                   const std::vector<WaveformColumns::Column>& columns, const Colour& colour,
                   double scale, WaveformDirection direction = WaveformDirection::rightwards);
 
-/// Draws one column and one row per pixel of box; spectrum must have as many.
+/// A sound's level along an upright source as a faint glow across box, so that one sees what the
+/// grains over it read. At least one column.
+void drawSourceGlow(Canvas& canvas, const Box& box,
+                    const std::vector<WaveformColumns::Column>& columns);
+
+/// Draws spectrum into box, a pixel in the colour of the loudest that falls on it.
 void drawSpectrogram(Canvas& canvas, const Box& box, const SpectrumColumns& spectrum,
                      const LevelRange& range);
 

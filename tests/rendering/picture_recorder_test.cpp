@@ -2,7 +2,10 @@
 
 #include "rendering/midi_notes.h"
 #include "rendering/picture_recorder.h"
+#include "tests/support/test_sounds.h"
 
+#include <algorithm>
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace zephyra {
@@ -26,15 +29,15 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
     // pitch.
     const GrainRecord loaded{20500, 0.25f, 1.0f, 0.1f, 1, 0.5f, false};
     const GrainRecord live{20500, (441000 - 5 - 8820) / 441000.0f, 0.1f, 0.1f, 1, 0.5f, true};
-    const RenderedCycle cycles[] = {{500, 1.0f}, {4096, 0.5f}, {10000, 0.25f}};
     const auto recorded = [&](SourceUse use, const GrainRecord& grain) {
+        const CycleScan scan = {.plays = true, .phase = double{grain.position}};
+        const RenderedCycle cycles[] = {{500, 1.0f}, {4096, 0.5f}, {10000, 0.25f, scan}};
         PictureRecorder recorder(planFor(use), source, {.source = 1, .time = 1, .frequencies = 1});
         recorder.add({.firstFrame = 20000,
                       .frames = 10000,
                       .left = silence.data(),
                       .right = silence.data(),
                       .grains = {&grain, 1},
-                      .scanPosition = grain.position,
                       .cycles = cycles});
         return recorder.picture().map;
     };
@@ -44,6 +47,7 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
     EXPECT_NEAR(first.to, 0.35, 1e-6);
     EXPECT_NEAR(first.semitones, 12, 1e-3);
     EXPECT_EQ(first.level, 0.5);
+    EXPECT_NEAR(first.pan, -1 / 3.0, 1e-6);
     EXPECT_FALSE(first.dropped);
 
     // The grain's cycle ends with frame 24096, the last one with frame 30000.
@@ -52,7 +56,50 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
     EXPECT_NEAR(map.grains.at(0).to - map.grains.at(0).from, 4410 / 88200.0, 1e-5);
     EXPECT_NEAR(map.grains.at(0).semitones, 0, 1e-3);
     EXPECT_TRUE(map.grains.at(0).dropped);
-    EXPECT_NEAR(map.scan.at(0).position, (30000 - 1 - 8820) / 88200.0, 1e-5);
+    const ScanRun& scan = map.scan.at(0); // of the last cycle: it begins with frame 24096
+    EXPECT_NEAR(scan.low + scan.phase * scan.span, (24096 - 1 - 8820) / 88200.0, 1e-5);
+    EXPECT_NEAR(scan.drift, (30000 - 24096) / 88200.0, 1e-9) << "the input goes on";
+}
+
+/// Where the scan stood at a time, by what a picture keeps of it.
+double scanAt(const GrainMap& map, double seconds) {
+    const auto run = std::ranges::find_if(
+        map.scan, [seconds](const ScanRun& each) { return seconds < each.end() - 1e-9; });
+    if (run == map.scan.end()) return NAN;
+    const double phase = run->phase + run->travel * (seconds - run->seconds) / run->length;
+    return run->low + (phase - std::floor(phase)) * run->span;
+}
+
+TEST(PictureRecorder, TheScanGoesWhereGrainsReadHoweverItIsMoved) {
+    using enum ControlId;
+    RenderPlan plan = planFor(SourceUse::loaded);
+    plan.blockFrames = 512;
+    plan.settings = {{jittering, 0}, {density, 400}, {length, 10}};
+    plan.start = 0.3f;
+    plan.end = 0.34f; // crossed in 18 ms, more than once a block at its fastest
+    plan.timedSettings = {{0.2, {scanning, 4}},          {0.4, {scanning, -4}},
+                          {0.5, {scrubbingWave, 0.33f}}, {0.6, {playStop, 0}},
+                          {0.7, {scanning, 0.5}},        {0.8, {playStop, 1}}};
+    const SoundFileInfo source{.format = "", .channels = 2, .sampleRate = 44100, .frames = 20000};
+    OfflineRender render(plan, Folders{});
+    ASSERT_TRUE(render.prepare({.sample = noiseSample(20000, 44100)}));
+    PictureRecorder recorder(plan, source, {.source = 1, .time = 1000, .frequencies = 1});
+    ASSERT_TRUE(render.run([&](const RenderedBlock& block) -> Result<void> {
+        recorder.add(block);
+        return {};
+    }));
+    const GrainMap& map = recorder.picture().map;
+    EXPECT_LT(map.scan.size(), 12u) << "a run for every change";
+    std::size_t grains = 0;
+    for (const GrainMark& grain : map.grains) {
+        const double apart = std::abs(scanAt(map, grain.start) - grain.from);
+        EXPECT_LT(std::min(apart, 0.04 - apart), 2e-4)
+            << grain.start; // just before it wraps, or after
+        ++grains;
+    }
+    EXPECT_GT(grains, 200u);
+    EXPECT_TRUE(recorder.picture().isStereo);
+    EXPECT_EQ(recorder.picture().sourceChannels, 2u);
 }
 
 TEST(PictureRecorder, AMovedControlBeginsWhereItStandsAndNamesTheEndsOfItsWay) {
@@ -70,7 +117,6 @@ TEST(PictureRecorder, AMovedControlBeginsWhereItStandsAndNamesTheEndsOfItsWay) {
                   .left = silence,
                   .right = silence,
                   .grains = {},
-                  .scanPosition = 0,
                   .cycles = cycles,
                   .moved = moved});
     const ControlPath& path = recorder.finish("in.wav", {}, {}).paths.at(1);
