@@ -1,6 +1,8 @@
 #include "pictures/event_labels.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace zephyra {
 
@@ -11,26 +13,48 @@ double leftOf(const EventLabelRoom& room, double at, double width) {
     return right <= most ? right : std::clamp(at - room.gap - width, 0.0, std::max(most, 0.0));
 }
 
-/// A row of own labels.
+/// A row of own labels, with the gaps around them.
 struct Row {
-    double end = 0.0; ///< from where on it is free
-    double at = -1.0; ///< the place of its last label's event
+    double begin = 0.0, end = 0.0; ///< of the labels of the latest time
+    double before = 0.0;           ///< where those of an earlier time end
+    double at = -1.0;              ///< the place of the latest time
 };
 
-/// The row for a label and where it begins there: the first that is free, else one on which the
-/// labels of the same time go on; none where there is no room.
-struct Found {
-    Row* row;
+/// Takes room for a label from where it begins on; none where the row has no room. Of a time that
+/// has labels there already, it stands beside them.
+std::optional<double> takeRoom(Row& row, const EventExtent& event, const EventLabelRoom& room) {
+    const double wide = event.width + 2 * room.gap;
+    if (row.at != event.at) {
+        const double left = leftOf(room, event.at, event.width);
+        if (left < row.end) return {};
+        row = {left, left + wide, row.end, event.at};
+        return left;
+    }
+    if (row.end + event.width <= room.width) return std::exchange(row.end, row.end + wide);
+    if (row.begin - wide < row.before) return {};
+    return row.begin -= wide;
+}
+
+struct Placed {
+    std::size_t row;
     double left;
 };
-Found roomFor(const EventExtent& event, std::vector<Row>& rows, const EventLabelRoom& room) {
-    const double left = leftOf(room, event.at, event.width);
-    for (Row& row : rows)
-        if (row.end <= left) return {&row, left};
-    Found found = {nullptr, room.width - event.width};
-    for (Row& row : rows)
-        if (row.at == event.at && row.end <= found.left) found = {&row, row.end};
-    return found;
+
+/// On the first row that is free; where none is, beside the fewest others of its time.
+std::optional<Placed> placeOf(const EventExtent& event, std::vector<Row>& rows,
+                              const EventLabelRoom& room) {
+    std::vector<std::size_t> shared; // rows that hold labels of its time
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (rows[i].at == event.at)
+            shared.push_back(i);
+        else if (const auto left = takeRoom(rows[i], event, room))
+            return Placed{i, *left};
+    }
+    std::ranges::stable_sort(shared, {},
+                             [&rows](std::size_t i) { return rows[i].end - rows[i].begin; });
+    for (const std::size_t i : shared)
+        if (const auto left = takeRoom(rows[i], event, room)) return Placed{i, *left};
+    return {};
 }
 
 /// Places what has room on so many rows; the rest gathers on the row below.
@@ -41,10 +65,8 @@ std::vector<EventLabel> placed(const std::vector<EventExtent>& events, const Eve
     std::size_t last = 0;  // the label there that later events join
     std::vector<EventLabel> labels;
     for (std::size_t i = 0; i < events.size(); ++i) {
-        const auto [row, left] = roomFor(events[i], own, room);
-        if (row) {
-            *row = {left + events[i].width + 2 * room.gap, events[i].at};
-            labels.push_back({i, 0, static_cast<std::size_t>(row - own.data()), left});
+        if (const auto place = placeOf(events[i], own, room)) {
+            labels.push_back({i, 0, place->row, place->left});
             continue;
         }
         const double below = leftOf(room, events[i].at, room.othersWidth);

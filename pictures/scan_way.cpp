@@ -68,13 +68,22 @@ void addLines(std::vector<ScanLine>& lines, const ScanRun& run) {
 /// A place where the scan was put elsewhere.
 struct Step {
     ScanPoint from;
-    double up; ///< how far, as a fraction of the source
-
-    bool isLike(const Step& other, double finest) const {
-        return std::abs(from.seconds - other.from.seconds) <= std::max(kSlowestTicks, 2 * finest) &&
-               std::abs(up - other.up) <= std::abs(up) / 2;
-    }
+    double up;             ///< how far, as a fraction of the source
+    bool isMotion = false; ///< one of many
 };
+
+bool areAlike(const Step& a, const Step& b, double finest) {
+    return std::abs(a.from.seconds - b.from.seconds) <= std::max(kSlowestTicks, 2 * finest) &&
+           std::abs(a.up - b.up) <= std::max(std::abs(a.up), std::abs(b.up)) / 2;
+}
+
+/// At least three steps that follow each other evenly are motion, all of them.
+void findMotion(std::vector<Step>& steps, double finest) {
+    for (std::size_t i = 2; i < steps.size(); ++i)
+        if (areAlike(steps[i - 2], steps[i - 1], finest) &&
+            areAlike(steps[i - 1], steps[i], finest))
+            steps[i - 2].isMotion = steps[i - 1].isMotion = steps[i].isMotion = true;
+}
 
 std::vector<Step> stepsOf(const std::vector<ScanRun>& runs) {
     std::vector<Step> steps;
@@ -118,13 +127,11 @@ ScanWay scanWay(const std::vector<ScanRun>& runs, double finest) {
         else
             addLines(way.lines, run);
     }
-    const std::vector<Step> steps = stepsOf(runs);
-    for (std::size_t i = 0; i < steps.size(); ++i) {
-        const Step& step = steps[i];
-        const bool goesOn = (i > 0 && step.isLike(steps[i - 1], finest)) ||
-                            (i + 1 < steps.size() && step.isLike(steps[i + 1], finest));
-        const bool moves =
-            std::abs(step.up) < kSmallestJump || (goesOn && std::abs(step.up) <= kLargestTick);
+    std::vector<Step> steps = stepsOf(runs);
+    findMotion(steps, finest);
+    for (const Step& step : steps) {
+        const bool moves = std::abs(step.up) < kSmallestJump ||
+                           (step.isMotion && std::abs(step.up) <= kLargestTick);
         (moves ? way.lines : way.jumps)
             .push_back({step.from, {step.from.seconds, step.from.position + step.up}});
     }

@@ -43,7 +43,7 @@ struct ScanWay {
 };
 
 /// The way through runs. Steps that follow each other evenly, as an LFO's or a hand's, are motion;
-/// a step that stands alone is a jump. A wrap leaves a line's part at one end and begins another
+/// another step is a jump. A wrap leaves a line's part at one end and begins another
 /// line at the other. finest: seconds that can just be told apart.
 ScanWay scanWay(const std::vector<ScanRun>& runs, double finest);
 

@@ -5,6 +5,14 @@
 
 namespace zephyra {
 
+void WaveformColumns::Column::add(const Column& other) noexcept {
+    if (other.frames == 0) return;
+    low = frames == 0 ? other.low : std::min(low, other.low);
+    high = frames == 0 ? other.high : std::max(high, other.high);
+    squares += other.squares;
+    frames += other.frames;
+}
+
 double WaveformColumns::Column::rms() const noexcept {
     return frames == 0 ? 0.0 : std::sqrt(squares / static_cast<double>(frames));
 }
@@ -15,11 +23,8 @@ WaveformColumns::WaveformColumns(std::uint64_t frames, std::size_t columns)
 void WaveformColumns::add(const float* samples, std::size_t count) {
     for (std::size_t i = 0; i < count && seen_ < frames_; ++i, ++seen_) {
         const float sample = samples[i];
-        Column& column = columns_[static_cast<std::size_t>(seen_ * columns_.size() / frames_)];
-        column.low = column.frames == 0 ? sample : std::min(column.low, sample);
-        column.high = column.frames == 0 ? sample : std::max(column.high, sample);
-        column.squares += double{sample} * double{sample};
-        ++column.frames;
+        columns_[static_cast<std::size_t>(seen_ * columns_.size() / frames_)].add(
+            {sample, sample, double{sample} * double{sample}, 1});
     }
 }
 
@@ -27,6 +32,15 @@ std::vector<WaveformColumns::Column> WaveformColumns::columns() const {
     std::vector<Column> shown = columns_;
     for (std::size_t i = 1; i < shown.size(); ++i)
         if (shown[i].frames == 0) shown[i] = shown[i - 1];
+    return shown;
+}
+
+std::vector<WaveformColumns::Column> thinned(const std::vector<WaveformColumns::Column>& columns,
+                                             std::size_t wanted) {
+    if (columns.size() <= wanted) return columns;
+    std::vector<WaveformColumns::Column> shown(wanted);
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        shown[i * wanted / columns.size()].add(columns[i]);
     return shown;
 }
 

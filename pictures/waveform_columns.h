@@ -16,6 +16,8 @@ public:
         double squares = 0;
         std::uint64_t frames = 0;
 
+        /// Takes in what another one saw.
+        void add(const Column& other) noexcept;
         /// Root mean square; 0 for a column without frames.
         double rms() const noexcept;
         /// Beyond full scale, which 16 bits cannot hold.
@@ -35,6 +37,10 @@ private:
     std::uint64_t seen_ = 0;
     std::vector<Column> columns_;
 };
+
+/// The same signal on fewer columns, at least 1; as it is where they are not more.
+std::vector<WaveformColumns::Column> thinned(const std::vector<WaveformColumns::Column>& columns,
+                                             std::size_t wanted);
 
 /// The largest magnitude that columns show.
 double largestLevel(const std::vector<WaveformColumns::Column>& columns);

@@ -18,6 +18,7 @@ struct BatchJob {
     std::optional<PresetChoice> preset;   ///< none: as a new instance stands
     std::optional<RenderRequest> request; ///< none where the options are wrong for it
     RenderEnd end;                        ///< failed already where there is no request
+    std::string cell = {};                ///< its picture on the contact sheet, the bytes of a PNG
 };
 
 inline constexpr const char* kContactSheet = "contact-sheet"; // .png

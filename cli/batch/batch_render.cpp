@@ -6,6 +6,7 @@
 #include "cli/terminal/interrupt.h"
 #include "pictures/cairo/contact_sheet.h"
 #include "pictures/cairo/picture_file.h"
+#include "pictures/cairo/render_cell.h"
 #include "platform/files/folder_entries.h"
 #include "platform/text/log.h"
 
@@ -21,16 +22,26 @@ namespace fs = std::filesystem;
 namespace {
 
 // What a child says of its render.
-constexpr char kMessage = 'm', kLine = 'l', kLevels = 'v', kJson = 'j', kNotice = 'n';
+constexpr char kMessage = 'm', kLine = 'l', kLevels = 'v', kJson = 'j', kNotice = 'n', kCell = 'c';
+
+/// The render's place on the contact sheet: nothing of it ever stands in a file.
+void sendCell(JobLine& line, const RenderPicture& picture, const CellSize& size) {
+    Canvas canvas(size.width, size.height);
+    const double width = size.width, height = size.height;
+    drawRenderCell(canvas, {0, 0, width, height}, picture);
+    if (const auto png = canvas.png())
+        line.say(kCell, {reinterpret_cast<const char*>(png.value().data()), png.value().size()});
+}
 
 int renderInChild(const BatchJob& job, const Folders& folders, const KnownFiles& known,
-                  JobLine& line) {
+                  const CellSize& cell, JobLine& line) {
     RenderEnd end;
     try {
         end = renderFile(
             *job.request, folders, known, ProgressBar::Shown::never,
             [&line](double share) { line.share(share); },
-            [&line](std::string_view text) { line.say(kNotice, text); });
+            [&line](std::string_view text) { line.say(kNotice, text); },
+            [&](const RenderPicture& picture) { sendCell(line, picture, cell); });
     } catch (const std::bad_alloc&) {
         end = {.code = ExitCode::failure,
                .message = "memory is short; free some or take a shorter sound"};
@@ -49,6 +60,7 @@ void hear(BatchJob& job, char kind, const std::string& text) {
     if (kind == kLine) job.end.line = text;
     if (kind == kLevels) job.end.levels = text;
     if (kind == kJson) job.end.json = text;
+    if (kind == kCell) job.cell = text;
     if (kind == kNotice) job.end.notices.push_back(text);
 }
 
@@ -65,6 +77,7 @@ bool renderJobs(std::vector<BatchJob>& jobs, const Folders& folders, const Known
     std::vector<BatchJob*> ready;
     for (BatchJob& job : jobs)
         if (job.request) ready.push_back(&job);
+    const CellSize cell = ContactSheet::cellSize(jobs.size());
     ProgressBar bar("Rendering", shown);
     const JobEvents events = {
         .said = [&](std::size_t i, char kind,
@@ -74,7 +87,7 @@ bool renderJobs(std::vector<BatchJob>& jobs, const Folders& folders, const Known
     return runJobs(
         ready.size(), processorCount(),
         [&](std::size_t i, JobLine& line) {
-            return renderInChild(*ready[i], folders, known, line);
+            return renderInChild(*ready[i], folders, known, cell, line);
         },
         events, [] { return interrupted(); });
 }
@@ -86,12 +99,12 @@ std::string heading(const std::vector<BatchJob>& jobs, const RenderOptions& opti
            (jobs.size() == 1 ? " render" : " renders");
 }
 
-Result<void> drawSheet(const std::vector<BatchJob>& jobs, const RenderOptions& options) {
+Result<void> drawSheet(std::vector<BatchJob>& jobs, const RenderOptions& options) {
     std::vector<ContactSheetEntry> entries;
-    for (const BatchJob& job : jobs)
+    for (BatchJob& job : jobs)
         entries.push_back({.title = job.name,
                            .detail = job.end.levels,
-                           .picture = job.request ? *job.request->picture : fs::path(),
+                           .picture = std::move(job.cell),
                            .failure = job.end.message});
     PictureFile file;
     const fs::path path = *options.outDir / (std::string(kContactSheet) + ".png");

@@ -33,6 +33,7 @@ struct Job {
     OutputFile file;
     PictureFile pictureFile;
     TakeFile takeFile;
+    const std::function<void(const RenderPicture&)>& seen;
     std::unique_ptr<PictureRecorder> recorder; // only when a picture is wanted
 };
 
@@ -63,8 +64,9 @@ Result<void> openFiles(Job& job, const ReadSource& read) {
     if (auto writable = checkStateFile(job.request.host.saveState); !writable) return writable;
     if (const auto& take = job.request.motion.recordScrub)
         if (auto opened = job.takeFile.open(*take); !opened) return opened;
-    if (!job.request.picture) return {};
-    if (auto opened = job.pictureFile.open(*job.request.picture); !opened) return opened;
+    if (!job.request.picture && !job.seen) return {};
+    if (job.request.picture)
+        if (auto opened = job.pictureFile.open(*job.request.picture); !opened) return opened;
     job.recorder = std::make_unique<PictureRecorder>(job.plan(), read.shown, RenderPage::grid());
     job.recorder->addSource(read.shownSamples());
     return {};
@@ -105,7 +107,11 @@ std::string pictureTitle(const RenderRequest& request) {
 
 Result<void> savePicture(Job& job, const RenderStatistics& statistics) {
     if (!job.recorder) return {};
-    const RenderPage page(job.recorder->finish(pictureTitle(job.request), statistics, job.file));
+    const RenderPicture& picture =
+        job.recorder->finish(pictureTitle(job.request), statistics, job.file);
+    if (job.seen) job.seen(picture);
+    if (!job.request.picture) return {};
+    const RenderPage page(picture);
     Canvas canvas(RenderPage::kWidth, page.height());
     page.draw(canvas);
     return job.pictureFile.save(canvas);
@@ -168,7 +174,7 @@ RenderEnd wrongUsage(std::string message) {
 
 RenderEnd renderFile(const RenderRequest& request, const Folders& folders, const KnownFiles& known,
                      ProgressBar::Shown bar, const std::function<void(double share)>& told,
-                     LogSink log) {
+                     LogSink log, const std::function<void(const RenderPicture&)>& seen) {
     BankFolder banks(folders, known.banks);
     banks.setLockWait({.goesOn = [] { return !interrupted(); }});
     if (request.savedPreset)
@@ -187,6 +193,7 @@ RenderEnd renderFile(const RenderRequest& request, const Folders& folders, const
             .file = {},
             .pictureFile = {},
             .takeFile = {},
+            .seen = seen,
             .recorder = nullptr};
     if (const auto ready = job.render.prepare(std::move(read.value().source)); !ready)
         return failed(ready.message());

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <utility>
 
 namespace zephyra {
@@ -12,16 +13,17 @@ namespace {
 
 // The page, in pixels.
 constexpr double kMargin = 28, kGap = 24, kHeading = 72;
-constexpr double kLabel = 58;                   // below a picture: two lines
-constexpr double kPictureShape = 1100.0 / 1600; // height over width of a render's picture
-constexpr double kWidestThumb = 420, kNarrowestThumb = 40;
+constexpr double kLabel = 62;       // below a picture: a title and a line, or three
+constexpr double kCellShape = 0.66; // height over width of a picture
+constexpr double kWidestCell = 420, kNarrowestCell = 40;
 constexpr std::size_t kFewestColumns = 3; // so that a heading has room
 
 const TextStyle kTitle = {.colour = theme::title, .size = 16.5, .weight = TextWeight::bold};
+const TextStyle kLongTitle = {.colour = theme::title, .size = 13, .weight = TextWeight::bold};
 const TextStyle kDetail = {.colour = theme::faintText, .size = 13};
 
-double cellHeight(double thumbWidth) {
-    return thumbWidth * kPictureShape + kLabel + kGap;
+double pictureHeight(double cellWidth) {
+    return std::floor(cellWidth * kCellShape);
 }
 
 /// How many bytes of text go on one line: up to a blank where there is one.
@@ -39,10 +41,10 @@ std::size_t lineLength(Canvas& canvas, const std::string& text, double width,
 
 /// As many lines as fit.
 void drawWrapped(Canvas& canvas, const Box& box, const std::string& text, const TextStyle& style) {
-    constexpr double kLine = 19;
+    const double line = std::round(style.size * 1.35);
     std::string rest = text;
-    for (double y = box.y + kLine; y < box.bottom() && !rest.empty(); y += kLine) {
-        const bool last = y + kLine >= box.bottom();
+    for (double y = box.y + line; y < box.bottom() && !rest.empty(); y += line) {
+        const bool last = y + line >= box.bottom();
         const std::size_t end = lineLength(canvas, rest, box.width, style);
         canvas.text(box.x, y, last ? canvas.fitted(rest, box.width, style) : rest.substr(0, end),
                     style);
@@ -52,51 +54,68 @@ void drawWrapped(Canvas& canvas, const Box& box, const std::string& text, const 
 
 } // namespace
 
-ContactSheet::ContactSheet(std::string heading, std::vector<ContactSheetEntry> entries)
-    : heading_(std::move(heading)), entries_(std::move(entries)), thumbWidth_(kWidestThumb) {
-    const double count = static_cast<double>(std::max<std::size_t>(entries_.size(), 1));
-    columns_ =
-        std::max(static_cast<std::size_t>(std::ceil(std::sqrt(count * 0.8))), kFewestColumns);
-    const double columns = static_cast<double>(columns_), rows = std::ceil(count / columns);
-    const auto wide = [&] { return 2 * kMargin + columns * (thumbWidth_ + kGap) - kGap; };
-    const auto tall = [&] { return kHeading + rows * cellHeight(thumbWidth_) + kMargin - kGap; };
-    while (std::max(wide(), tall()) > kMostPixels && thumbWidth_ > kNarrowestThumb)
-        thumbWidth_ = std::max(thumbWidth_ * 0.9, kNarrowestThumb);
-    width_ = static_cast<int>(std::min(std::ceil(wide()), double{kMostPixels}));
-    height_ = static_cast<int>(std::min(std::ceil(tall()), double{kMostPixels}));
+ContactSheet::Grid ContactSheet::gridFor(std::size_t count) {
+    const double cells = static_cast<double>(std::max<std::size_t>(count, 1));
+    const std::size_t columns =
+        std::max(static_cast<std::size_t>(std::ceil(std::sqrt(cells * 0.8))), kFewestColumns);
+    const double across = static_cast<double>(columns), down = std::ceil(cells / across);
+    const auto sized = [&](double cell) {
+        return Grid{columns, cell, 2 * kMargin + across * (cell + kGap) - kGap,
+                    kHeading + down * (pictureHeight(cell) + kLabel + kGap) + kMargin - kGap};
+    };
+    Grid grid = sized(kWidestCell);
+    while (std::max(grid.width, grid.height) > kMostPixels && grid.cellWidth > kNarrowestCell)
+        grid = sized(std::max(std::floor(grid.cellWidth * 0.9), kNarrowestCell));
+    grid.width = std::min(grid.width, double{kMostPixels});
+    grid.height = std::min(grid.height, double{kMostPixels});
+    return grid;
 }
 
+CellSize ContactSheet::cellSize(std::size_t count) {
+    const double width = gridFor(count).cellWidth;
+    return {static_cast<int>(width), static_cast<int>(pictureHeight(width))};
+}
+
+ContactSheet::ContactSheet(std::string heading, std::vector<ContactSheetEntry> entries)
+    : heading_(std::move(heading)), entries_(std::move(entries)), grid_(gridFor(entries_.size())) {}
+
 Box ContactSheet::place(std::size_t entry) const {
-    const double column = static_cast<double>(entry % columns_);
-    const double row = static_cast<double>(entry / columns_);
-    return {kMargin + column * (thumbWidth_ + kGap), kHeading + row * cellHeight(thumbWidth_),
-            thumbWidth_, thumbWidth_ * kPictureShape};
+    const double column = static_cast<double>(entry % grid_.columns);
+    const double row = static_cast<double>(entry / grid_.columns);
+    const double width = grid_.cellWidth, height = pictureHeight(width);
+    return {kMargin + column * (width + kGap), kHeading + row * (height + kLabel + kGap), width,
+            height};
 }
 
 void ContactSheet::drawEntry(Canvas& canvas, const Box& box, const ContactSheetEntry& entry) const {
     const bool failed = !entry.failure.empty();
-    const auto fitted = [&](const std::string& text, const TextStyle& style) {
-        return canvas.fitted(text, box.width, style);
-    };
-    canvas.fill(box, failed ? theme::warning.faded(0.12) : theme::panel);
-    TextStyle title = kTitle, detail = kDetail;
+    TextStyle title = kTitle, longTitle = kLongTitle, detail = kDetail;
     if (failed) {
-        title.colour = detail.colour = theme::warning;
+        title.colour = longTitle.colour = detail.colour = theme::warning;
+        canvas.fill(box, theme::warning.faded(0.12));
         drawWrapped(canvas, {box.x + 14, box.y + 10, box.width - 28, box.height - 20},
                     entry.failure, {.colour = theme::text});
     } else {
-        canvas.picture(box, entry.picture);
+        canvas.fill(box, theme::panel);
+        canvas.picture(box.x, box.y, std::as_bytes(std::span(entry.picture)));
     }
     canvas.outline(box, failed ? theme::warning : theme::frame);
-    canvas.text(box.x, box.bottom() + 24, fitted(entry.title, title), title);
-    canvas.text(box.x, box.bottom() + 44, fitted(failed ? "failed" : entry.detail, detail), detail);
+
+    const bool fits = canvas.textWidth(entry.title, title) <= box.width;
+    if (fits)
+        canvas.text(box.x, box.bottom() + 24, entry.title, title);
+    else
+        drawWrapped(canvas, {box.x, box.bottom() + 2, box.width, 37}, entry.title, longTitle);
+    canvas.text(box.x, box.bottom() + (fits ? 44 : 57),
+                canvas.fitted(failed ? "failed" : entry.detail, box.width, detail), detail);
 }
 
 void ContactSheet::draw(Canvas& canvas) const {
     const TextStyle heading = {
         .colour = theme::title, .size = theme::titleSize, .weight = TextWeight::bold};
-    canvas.text(kMargin, 45, canvas.fitted(heading_, width_ - 2 * kMargin - 120, heading), heading);
-    canvas.text(width_ - kMargin, 45, "Zephyra",
+    canvas.text(kMargin, 45, canvas.fitted(heading_, grid_.width - 2 * kMargin - 120, heading),
+                heading);
+    canvas.text(grid_.width - kMargin, 45, "Zephyra",
                 {.colour = theme::faintText, .size = 17, .anchor = TextAnchor::right});
     for (std::size_t i = 0; i < entries_.size(); ++i) drawEntry(canvas, place(i), entries_[i]);
 }

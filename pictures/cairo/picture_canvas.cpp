@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <new>
 #include <numbers>
 #include <string_view>
@@ -30,6 +31,14 @@ cairo_status_t append(void* to, const unsigned char* bytes, unsigned int count) 
     return CAIRO_STATUS_SUCCESS;
 } catch (const std::bad_alloc&) {
     return CAIRO_STATUS_NO_MEMORY;
+}
+
+cairo_status_t take(void* from, unsigned char* bytes, unsigned int count) noexcept {
+    auto& rest = *static_cast<std::span<const std::byte>*>(from);
+    if (rest.size() < count) return CAIRO_STATUS_READ_ERROR;
+    std::memcpy(bytes, rest.data(), count);
+    rest = rest.subspan(count);
+    return CAIRO_STATUS_SUCCESS;
 }
 
 bool continuesCharacter(char c) {
@@ -118,21 +127,12 @@ std::string Canvas::fitted(const std::string& text, double width, const TextStyl
     return cut + kEllipsis;
 }
 
-void Canvas::picture(const Box& box, const std::filesystem::path& file) {
+void Canvas::picture(double x, double y, std::span<const std::byte> png) {
     const std::unique_ptr<cairo_surface_t, Release> read(
-        cairo_image_surface_create_from_png(file.c_str()));
-    const double width = cairo_image_surface_get_width(read.get());
-    const double height = cairo_image_surface_get_height(read.get());
-    if (cairo_surface_status(read.get()) != CAIRO_STATUS_SUCCESS || width < 1 || height < 1) return;
-    const double scale = std::min(box.width / width, box.height / height);
-    cairo_t* const context = context_.get();
-    cairo_save(context);
-    cairo_translate(context, box.x + (box.width - width * scale) / 2, box.y);
-    cairo_scale(context, scale, scale);
-    cairo_set_source_surface(context, read.get(), 0, 0);
-    cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_GOOD);
-    cairo_paint(context);
-    cairo_restore(context);
+        cairo_image_surface_create_from_png_stream(take, &png));
+    if (cairo_surface_status(read.get()) != CAIRO_STATUS_SUCCESS) return;
+    cairo_set_source_surface(context_.get(), read.get(), x, y);
+    cairo_paint(context_.get());
 }
 
 void Canvas::clip(const Box& box) {

@@ -6,7 +6,6 @@
 #include <cairo.h>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <span>
 #include <string>
@@ -90,9 +89,8 @@ public:
     /// text, cut to width pixels with an ellipsis where it is longer.
     std::string fitted(const std::string& text, double width, const TextStyle& style = {});
 
-    /// The PNG of that name, as large as box has room for, its top in the middle; nothing for one
-    /// that cannot be read.
-    void picture(const Box& box, const std::filesystem::path& file);
+    /// What png gave of another canvas, with its corner at x and y; nothing for other bytes.
+    void picture(double x, double y, std::span<const std::byte> png);
 
     /// Draws inside box only, until resetClip.
     void clip(const Box& box);

@@ -17,7 +17,7 @@ namespace {
 // The page, in pixels: time runs along the lanes of the same width; the source's waveform stands
 // upright beside the grains, because both share the position in the source.
 constexpr double kLaneX = 236, kLaneWidth = 1226;
-constexpr double kLanesY = 122; // below the heading
+constexpr double kLanesY = 130; // below the heading
 constexpr double kSourceX = 84, kSourceWidth = 138;
 constexpr double kMapHeight = 450, kPansHeight = 58;
 constexpr double kSideHeight = 80, kMonoHeight = 124;

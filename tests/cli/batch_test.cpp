@@ -141,6 +141,8 @@ TEST_F(Batch, EveryInputIsRenderedWithEveryPresetAsItWouldBeAlone) {
                 testing::ElementsAre("contact-sheet.png", "in - Glass.png", "in - Glass.wav",
                                      "in - Rain.png", "in - Rain.wav", "in - Tag & Nacht.png",
                                      "in - Tag & Nacht.wav"));
+    EXPECT_GT(std::filesystem::file_size(folder / "out/contact-sheet.png"), 60000u)
+        << "without the three pictures it takes a tenth of that";
     for (const char* preset : {"Glass", "Rain"}) {
         const std::string alone =
             rendered(std::string("in.wav --seed 7 --bank B --preset ") + preset);

@@ -25,15 +25,20 @@ TEST(Canvas, TextThatIsNotUtf8IsShownAndDoesNotStopTheDrawing) {
     EXPECT_EQ(cairo_status(canvas.context()), CAIRO_STATUS_SUCCESS);
 }
 
-/// How many pixels of box were drawn on.
-int ink(const Canvas& canvas, const Box& box) {
+std::uint32_t pixel(const Canvas& canvas, double x, double y) {
     cairo_surface_t* const surface = cairo_get_target(canvas.context());
     const auto* const pixels =
         reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(surface));
+    return pixels[static_cast<int>(y) * cairo_image_surface_get_width(surface) +
+                  static_cast<int>(x)];
+}
+
+/// How many pixels of box were drawn on.
+int ink(const Canvas& canvas, const Box& box) {
     int drawn = 0;
     for (int y = static_cast<int>(box.y); y < box.bottom(); ++y)
         for (int x = static_cast<int>(box.x); x < box.right(); ++x)
-            drawn += pixels[y * cairo_image_surface_get_width(surface) + x] != pixels[0];
+            drawn += pixel(canvas, x, y) != pixel(canvas, 0, 0);
     return drawn;
 }
 
@@ -68,6 +73,33 @@ TEST(PitchColour, GoesFromWarmToCoolOverItsRangeAndNoFurther) {
     EXPECT_GT(warmth(0), warmth(3));
     EXPECT_LT(warmth(6), -0.3);
     EXPECT_EQ(warmth(12), warmth(6));
+}
+
+TEST(ContactSheet, ShowsEachPictureInItsPlaceAndLongNamesOnTwoLines) {
+    const CellSize size = ContactSheet::cellSize(4);
+    Canvas cell(size.width, size.height);
+    cell.fill({0, 0, 1e4, 1e4}, theme::warning);
+    const auto bytes = cell.png().value();
+    const std::string png(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const std::string name = "Ночь над рекой - Νύχτα πάνω από το ποτάμι - a name of a preset";
+    ContactSheet sheet("", {{"A", "", png}, {name, "", png}, {"B", "", "no PNG"}, {"", "", png}});
+    Canvas canvas(sheet.width(), sheet.height());
+    sheet.draw(canvas);
+    const auto panelIs = [&](double x, double y, const Colour& colour) {
+        Canvas one(1, 1);
+        one.fill({0, 0, 1, 1}, colour);
+        return pixel(canvas, x + 2, y + 2) == pixel(one, 0, 0);
+    };
+    const double across = size.width + 24, below = size.height + 62 + 24;
+    EXPECT_TRUE(panelIs(28, 72, theme::warning));
+    EXPECT_TRUE(panelIs(28 + across + size.width - 4, 72 + size.height - 4, theme::warning));
+    EXPECT_TRUE(panelIs(28 + 2 * across, 72, theme::panel));
+    EXPECT_TRUE(panelIs(28, 72 + below, theme::warning)) << "three to a line";
+    const double names = 72 + size.height + 2;
+    EXPECT_GT(ink(canvas, {28 + across, names + 18, size.width + 4.0, 18}), 100)
+        << "its second line";
+    EXPECT_EQ(ink(canvas, {28 + across + size.width, names, 24, 60}), 0)
+        << "nothing beyond its place";
 }
 
 TEST(ContactSheet, StaysWithinWhatCanBeDrawn) {

@@ -106,10 +106,11 @@ TEST(ScanWay, EvenStepsAreMotionAndOneThatStandsAloneIsAJump) {
         return scanWay(runs, finest).jumps.size();
     };
     EXPECT_EQ(jumps({0, 0.1, 0.21, 0.3, 0.37}, 0.03, 0.01), 0u) << "ticks of an LFO";
-    EXPECT_EQ(jumps({0, 0.1, 0.2, 0.3, 0.0, 0.1, 0.2}, 0.03, 0.01), 1u) << "a saw falls";
+    EXPECT_EQ(jumps({0, 0.1, 0.2, 0.3, 0.0, 0.1, 0.2, 0.3}, 0.03, 0.01), 1u) << "a saw falls";
     EXPECT_EQ(jumps({0, 0.1, 0.2, 0.3}, 0.5, 0.01), 3u) << "steps of a sequence";
     EXPECT_EQ(jumps({0, 0.1, 0.2, 0.3}, 0.5, 0.3), 0u) << "in a picture of an hour";
-    EXPECT_EQ(jumps({0, 0.4, 0.8}, 0.03, 0.01), 2u) << "too fast for motion";
+    EXPECT_EQ(jumps({0, 0.1, 0.2}, 0.03, 0.01), 2u) << "two alone";
+    EXPECT_EQ(jumps({0, 0.3, 0.6, 0.9}, 0.03, 0.01), 3u) << "too fast for motion";
     EXPECT_EQ(jumps({0, 0.003}, 0.5, 0.01), 0u) << "too small to be seen";
     EXPECT_EQ(jumps({0, 0.1, 0.0, 0.2}, 0.03, 0.01), 3u) << "to and fro";
 }
