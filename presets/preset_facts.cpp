@@ -3,6 +3,7 @@
 #include "controls/state_keys.h"
 #include "stream/control_ranges.h"
 
+#include <algorithm>
 #include <filesystem>
 
 namespace zephyra {
@@ -22,6 +23,24 @@ std::string sampleName(const PropertyDictionary& sample) {
     return {};
 }
 
+bool isOn(const PropertyDictionary& record, ControlId control) {
+    const bool* const on = valueOf<bool>(record, ofStream(controlRange(control).channel));
+    return on && *on;
+}
+
+bool isLinked(const PropertyValue& assignment) {
+    const auto* const entry = assignment.as<PropertyDictionary>();
+    const auto* const state =
+        entry ? valueOf<PropertyDictionary>(*entry, assignment_key::kWrapperState) : nullptr;
+    const bool* const linked = state ? valueOf<bool>(*state, wrapper_key::kLinkSwitch) : nullptr;
+    return linked && *linked;
+}
+
+bool hasLinkedLfo(const PropertyDictionary& record) {
+    const auto* const all = valueOf<PropertyArray>(record, state_key::kControlAssignments);
+    return all && std::ranges::any_of(*all, isLinked);
+}
+
 } // namespace
 
 PresetFacts presetFacts(const PropertyDictionary& record) {
@@ -29,8 +48,9 @@ PresetFacts presetFacts(const PropertyDictionary& record) {
     if (const auto* const sample =
             valueOf<PropertyDictionary>(record, ofStream(state_key::kSample)))
         facts.sample = sampleName(*sample);
-    const bool* const isOn = valueOf<bool>(record, ofStream(controlRange(ControlId::live).channel));
-    facts.listensToInput = isOn && *isOn;
+    facts.listensToInput = isOn(record, ControlId::live);
+    facts.followsTempo = isOn(record, ControlId::scanSync) || isOn(record, ControlId::echoSync) ||
+                         hasLinkedLfo(record);
     facts.holdsSound =
         valueOf<PropertyDictionary>(record, ofStream(state_key::kCaptured)) != nullptr;
     return facts;

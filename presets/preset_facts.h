@@ -11,7 +11,8 @@ namespace zephyra {
 struct PresetFacts {
     std::string sample; ///< its file's name; empty when it names none
     bool listensToInput = false;
-    bool holdsSound = false; ///< one that was captured
+    bool holdsSound = false;   ///< one that was captured
+    bool followsTempo = false; ///< the host's: its scan, its echo or an LFO
 };
 
 /// What stands in a snapshot record, without a look at any file. MAIN.

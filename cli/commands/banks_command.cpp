@@ -7,6 +7,7 @@
 #include "platform/files/folder_entries.h"
 #include "platform/text/message_text.h"
 #include "platform/text/odd_bytes.h"
+#include "presets/bank_facts.h"
 #include "presets/preset_facts.h"
 #include "presets/preset_names.h"
 
@@ -53,23 +54,35 @@ std::string reasonOf(const std::string& message, const std::filesystem::path& fi
     return message.starts_with(lead) ? message.substr(lead.size()) : message;
 }
 
+void tellFacts(Json& entry, const BankFacts& facts, const std::string& purpose) {
+    entry["presets"] = facts.presets;
+    entry["live"] = facts.listening;
+    entry["tempo"] = facts.inTempo;
+    entry["captured"] = facts.captured;
+    entry["samples"] = facts.samples;
+    if (!purpose.empty()) entry["purpose"] = purpose;
+}
+
 ExitCode listBanks(BankFolder& banks, const std::vector<ListedBank>& listed, bool asJson) {
     TextTable table;
     Json json = Json::array();
     for (const ListedBank& bank : listed) {
-        const auto summary = banks.summary(bank.name);
-        Json entry = {{"name", stem(bank.name)},
-                      {"file", banks.locate(bank.name).string()},
-                      {"factory", bank.isFactory()}};
-        if (summary)
-            entry["presets"] = summary.value()->snapshots.size();
-        else
-            entry["problem"] = summary.message();
+        const auto file = banks.locate(bank.name);
+        Json entry = {
+            {"name", stem(bank.name)}, {"file", file.string()}, {"factory", bank.isFactory()}};
+        if (const auto content = banks.read(bank.name)) {
+            const BankFacts facts = bankFacts(*content.value());
+            const std::string purpose = bank.isFactory() ? bankPurpose(file) : std::string();
+            const std::string needs = needsText(facts);
+            tellFacts(entry, facts, purpose);
+            table.addRow({stem(bank.name), ownerOf(bank), countText(facts.presets),
+                          purpose.empty() ? needs : purpose + "; " + needs});
+        } else {
+            entry["problem"] = content.message();
+            table.addRow({stem(bank.name), ownerOf(bank),
+                          "cannot be read: " + reasonOf(content.message(), file)});
+        }
         json.push_back(std::move(entry));
-        table.addRow(
-            {stem(bank.name), ownerOf(bank),
-             summary ? countText(summary.value()->snapshots.size())
-                     : "cannot be read: " + reasonOf(summary.message(), banks.locate(bank.name))});
     }
     if (asJson) return printOut(textOfJson(std::move(json)));
     if (!table.isEmpty()) return printOut(table.text());
@@ -92,12 +105,14 @@ ExitCode listPresets(BankFolder& banks, const ListedBank& bank, bool asJson) {
         const PresetFacts facts = presetFacts(*record);
         const std::string name = snapshotTag(*content.value(), key).value_or(kUnnamed);
         const std::size_t number = presets.size() + 1;
-        table.addRow({std::to_string(number), name, key, soundText(facts)});
+        table.addRow({std::to_string(number), name, soundText(facts),
+                      facts.followsTempo ? "follows the tempo" : ""});
         presets.push_back({{"number", number},
                            {"name", name},
                            {"key", key},
                            {"sample", facts.sample.empty() ? Json(nullptr) : Json(facts.sample)},
-                           {"live", facts.listensToInput}});
+                           {"live", facts.listensToInput},
+                           {"tempo", facts.followsTempo}});
     }
     if (asJson)
         return printOut(textOfJson({{"name", stem(bank.name)},
@@ -131,7 +146,7 @@ ExitCode listFound(BankFolder& banks, const std::vector<ListedBank>& listed,
             json.push_back({{"bank", stem(bank)}});
             continue;
         }
-        table.addRow({stem(bank), std::to_string(number), name, detail});
+        table.addRow({stem(bank), std::to_string(number), name});
         json.push_back({{"bank", stem(bank)}, {"number", number}, {"name", name}, {"key", detail}});
     }
     if (request.json) return printOut(textOfJson(std::move(json)));

@@ -29,14 +29,15 @@ void TextTable::addRow(std::vector<std::string> cells) {
 std::string TextTable::text() const {
     std::vector<std::size_t> widths;
     for (const auto& row : rows_)
-        for (std::size_t i = 0; i < row.size(); ++i) {
+        for (std::size_t i = 0; i + 1 < row.size(); ++i) {
             if (i == widths.size()) widths.push_back(0);
             widths[i] = std::max(widths[i], std::min(charactersOf(row[i]), kMostColumn));
         }
     std::string text;
     for (const auto& row : rows_) {
         std::string line;
-        for (std::size_t i = 0; i < row.size(); ++i) line += padded(row[i], widths[i] + 2);
+        for (std::size_t i = 0; i < row.size(); ++i)
+            line += i < widths.size() ? padded(row[i], widths[i] + 2) : row[i];
         text += withoutBlanksBehind(std::move(line)) + "\n";
     }
     return text;

@@ -7,9 +7,9 @@
 
 namespace zephyra {
 
-/// Every column but the last is as wide as its widest cell, up to kMostColumn characters; a longer
-/// cell pushes the rest of its own line only. Cells
-/// are brought on one line. MAIN.
+/// Every column is as wide as its widest cell that has another behind it, up to kMostColumn
+/// characters; a longer cell pushes the rest of its own line only. Cells are brought on one line.
+/// MAIN.
 class TextTable {
 public:
     static constexpr std::size_t kMostColumn = 40;

@@ -115,17 +115,24 @@ TEST_F(Library, ListsBanksAndPresetsAndFindsThemByNameAndLeavesFoldersAlone) {
                               {"LIVE_0", true},
                               {"Sample_0", PropertyDictionary{{"Path", "/a/b.wav"}}}}}}});
     writeText(shared() / "Bad.zephyra", "no bank");
+    for (const auto& place : {shared() / "Clouds", factory() / "Drones"})
+        writeText(place.string() + ".about", "hums\nand more");
     const std::string all = out("banks");
-    EXPECT_THAT(all, HasSubstr("Clouds  user     3 presets\n"));
-    EXPECT_THAT(all, HasSubstr("Drones  factory  1 preset\n"));
+    EXPECT_THAT(all, HasSubstr("Clouds  user     3 presets  no sound\n"));
+    EXPECT_THAT(all, HasSubstr("Drones  factory  1 preset   hums; no sound\n"));
     EXPECT_THAT(all, HasSubstr("Bad     user     cannot be read: neither"));
-    EXPECT_THAT(out("banks clouds"), HasSubstr("2  Rain  1 - b  no sound\n"));
+    EXPECT_THAT(out("banks clouds"), HasSubstr("2  Rain  no sound\n"));
 
     const auto found = nlohmann::json::parse(out("banks --search RAIN --json"));
     ASSERT_EQ(found.size(), 3u); // two of Clouds, one of Storm
     EXPECT_EQ(found[2]["name"], "Big\nrain");
-    EXPECT_THAT(out("banks --search big"), HasSubstr("Storm  1  Big?rain  0 - a\n"));
+    EXPECT_THAT(out("banks --search big"), HasSubstr("Storm  1  Big?rain\n"));
     EXPECT_THAT(out("banks storm"), HasSubstr("live input"));
+    const auto banks = nlohmann::json::parse(out("banks --json"));
+    EXPECT_EQ(banks[2]["purpose"], "hums") << "of a factory bank, Drones";
+    EXPECT_FALSE(banks[1].contains("purpose"));
+    EXPECT_EQ(banks[3]["live"], 1);
+    EXPECT_EQ(nlohmann::json::parse(out("banks storm --json"))["presets"][0]["tempo"], false);
 
     // half way from 0.5 to 400 Hz on a knob that bends by the third power: 0.5 + 399.5 / 8
     EXPECT_THAT(out("preset show clouds haze"), HasSubstr("Density  50.4375 Hz\n"));
@@ -235,8 +242,10 @@ TEST_F(Library, ABankThatWasExportedIsTheSameOnAnotherMachineAndBringsItsSound) 
 TEST_F(Library, ABankWhoseFileHasAnOddNameIsShownSoThatItCanBeTyped) {
     put(shared() / "b\xff.zephyra", {{"0 - a", preset("Odd")}});
     put(shared() / "b\\xFF.zephyra", {{"0 - a", preset("v\\x41")}});
-    EXPECT_THAT(out("banks"),
-                HasSubstr("b\\x5CxFF  user     1 preset\nb\\xFF     user     1 preset\n"));
+    EXPECT_THAT(
+        out("banks"),
+        HasSubstr(
+            "b\\x5CxFF  user     1 preset   no sound\nb\\xFF     user     1 preset   no sound\n"));
     EXPECT_EQ(out("preset copy Clouds Haze 'b\\xff'"), "\"Haze\" is in \"b\\xFF\"\n");
     const std::string save = "render in.wav --seconds 0.1 --set Density=50 --save-bank 'b\\xFF' ";
     out(save + "--save-preset More --bank 'b\\xFF' --preset Odd -o o.wav --save-state o.state");
