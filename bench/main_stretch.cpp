@@ -133,6 +133,8 @@ void measureLive(BenchSystem& system, Stretches& stretches) {
     auto& stream = system.stream();
     stretches.row("to switch LIVE on", [&] { stream.setLinear(ControlId::live, 1.0f); });
     renderInput(system);
+    stretches.row("to hold what LIVE heard", [&] { stream.setLinear(ControlId::freeze, 1.0f); });
+    stretches.row("to follow the input again", [&] { stream.setLinear(ControlId::freeze, 0.0f); });
     PropertyDictionary state;
     stretches.hostRow("to save a session while LIVE is on",
                       [&] { state = system.unit->getFullState(); });

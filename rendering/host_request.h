@@ -26,6 +26,9 @@ struct HostRequest {
     std::optional<std::filesystem::path> automation = {}, midi = {}, state = {}, saveState = {};
     bool programs = false; ///< those of midi choose presets, and its bank selects banks
     bool freeze = false;
+    /// From when on. None: a loaded sound from the start, live input once there is something to
+    /// hold.
+    std::optional<double> freezeSeconds = {};
     std::optional<double> fadeIn = {}, fadeOut = {}; ///< seconds
 
     /// Whether music is asked for, of which the host has to tell the audio unit.

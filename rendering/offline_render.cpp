@@ -26,6 +26,9 @@ private:
     AudioUnitViewController& controller_;
 };
 
+/// Live input is held once its buffer has heard about as much as it keeps.
+constexpr double kMostSecondsBeforeFreeze = 10.0;
+
 bool isScanSetting(const ControlSetting& setting) {
     return setting.control == ControlId::scanning || setting.control == ControlId::scrubbingWave;
 }
@@ -125,10 +128,23 @@ Result<void> OfflineRender::applyHostOptions() {
         add(ControlId::echoSync, 1);
         add(ControlId::echoSwitch, 1);
     }
-    if (host.freeze) add(ControlId::freeze, 1);
+    if (host.freeze && !host.freezeSeconds && !stream().isLive()) add(ControlId::freeze, 1);
     for (const ControlSetting& setting : settings)
         if (const auto done = apply(setting); !done) return done;
     return {};
+}
+
+/// What is to be held later does not stand before.
+Result<void> OfflineRender::scheduleFreeze() {
+    const HostRequest& host = plan_.host;
+    const bool isHeld = stream().linear(ControlId::freeze) != 0 &&
+                        (!stream().isLive() || stream().waveForm().isHeld());
+    if (!host.freeze || (isHeld && !host.freezeSeconds)) return {};
+    const double half = 0.5 * plan_.secondsAt(plan_.playFrames);
+    insertByTime(plan_.timedSettings,
+                 {host.freezeSeconds.value_or(std::min(half, kMostSecondsBeforeFreeze)),
+                  {ControlId::freeze, 1}});
+    return apply({ControlId::freeze, 0});
 }
 
 Result<void> OfflineRender::restoreState() {
@@ -206,6 +222,7 @@ Result<void> OfflineRender::prepare(RenderSource source) {
     stream().engine().setRandomSeed(plan_.seed);
     stream().setSeed(plan_.seed);
     stream().engine().setTrace(trace_.get());
+    if (const auto done = scheduleFreeze(); !done) return done;
     if (const auto done = motion_.apply(plan_); !done) return done;
     if (!plan_.host.programs) leaveProgramsOut();
     completePlan();

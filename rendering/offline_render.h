@@ -7,6 +7,7 @@
 #include "library/known_files.h"
 #include "platform/text/log.h"
 #include "platform/text/result.h"
+#include "rendering/held_input.h"
 #include "rendering/render_motion.h"
 #include "rendering/render_plan.h"
 
@@ -42,6 +43,7 @@ struct RenderedCycle {
     std::uint32_t end; ///< frames from the block's start; the next one begins there
     float amplitude;   ///< that its grains started with
     CycleScan scan = {};
+    std::uint64_t heard = 0; ///< frames of live input that the sound it is cut from ends with
 };
 
 /// One block as it was rendered.
@@ -53,6 +55,9 @@ struct RenderedBlock {
     std::span<const GrainRecord> grains;   ///< those that were scheduled in it
     std::span<const RenderedCycle> cycles; ///< in order; at least one
     std::span<const float> moved = {};     ///< linear values of the plan's moved controls, after it
+
+    /// Of a frame of the output that lies in this block.
+    const RenderedCycle& cycleOf(std::uint64_t frame) const;
 };
 
 struct RenderStatistics {
@@ -108,6 +113,7 @@ private:
     Result<void> applyScanSettings();
     Result<void> applyRegion();
     Result<void> applyHostOptions();
+    Result<void> scheduleFreeze();
     void completePlan();
     void startTransport();
     void queueSettings(std::uint64_t firstFrame, std::uint32_t frames);
@@ -120,7 +126,7 @@ private:
     CycleScan nextScan(std::uint32_t frames);
     const float* inputAt(const std::vector<float>& channel, std::vector<float>& padded,
                          std::uint64_t firstFrame, std::uint32_t frames) const;
-    void takeGrains(std::uint64_t firstFrame);
+    void takeGrains();
     MOK_SCRUB_GRANULATOR& stream() { return controller_._GRANULATOR_STREAM; }
 
     RenderPlan plan_;
@@ -136,6 +142,8 @@ private:
     std::vector<float> paddedLeft_, paddedRight_, left_, right_;
     std::vector<GrainRecord> grains_;
     std::vector<RenderedCycle> cycles_; // of the present block
+    std::uint64_t blockFirst_ = 0;
+    HeldInput heldInput_;
     bool inTail_ = false;
     std::optional<Failure> failed_; // what was to be set at its time
     RenderStatistics statistics_;

@@ -6,6 +6,10 @@
 
 namespace zephyra {
 
+const RenderedCycle& RenderedBlock::cycleOf(std::uint64_t frame) const {
+    return *std::ranges::upper_bound(cycles, frame - firstFrame, {}, &RenderedCycle::end);
+}
+
 void OfflineRender::queueSettings(std::uint64_t firstFrame, std::uint32_t frames) {
     const std::vector<TimedSetting>& all = plan_.timedSettings;
     for (; nextSetting_ < all.size(); ++nextSetting_) {
@@ -71,30 +75,36 @@ CycleScan OfflineRender::nextScan(std::uint32_t frames) {
 /// In the tail what sounds runs out under its envelope, and what still starts is silent, whatever
 /// raised the level meanwhile: no click.
 void OfflineRender::beginCycle(std::uint32_t end) {
+    takeGrains(); // of the cycle before
     if (inTail_) stream().engine().setLevel(0.0f);
+    heldInput_.beginCycle(stream(), blockFirst_ + end);
     const std::uint32_t begin = cycles_.empty() ? 0 : cycles_.back().end;
-    cycles_.push_back({end, stream().engine().currentLevel(), nextScan(end - begin)});
+    cycles_.push_back(
+        {end, stream().engine().currentLevel(), nextScan(end - begin), heldInput_.heard()});
 }
 
 Result<void> OfflineRender::renderBlock(std::uint64_t firstFrame, std::uint32_t frames) {
     cycles_.clear();
+    grains_.clear();
+    blockFirst_ = firstFrame;
     const OSStatus status =
         host_.render({.frames = frames,
                       .inputLeft = inputAt(source_.inputLeft, paddedLeft_, firstFrame, frames),
                       .inputRight = inputAt(source_.inputRight, paddedRight_, firstFrame, frames),
                       .left = left_.data(),
                       .right = right_.data()});
+    takeGrains();
     if (failed_) return *failed_;
     if (status == audio_unit_status::noError) return {};
     return Failure{"the audio unit does not render (" + std::to_string(status) + ")"};
 }
 
-void OfflineRender::takeGrains(std::uint64_t firstFrame) {
-    grains_.clear();
-    const bool audible = firstFrame < plan_.playFrames;
+void OfflineRender::takeGrains() {
+    const bool audible = blockFirst_ < plan_.playFrames;
     for (GrainRecord record; trace_->take(record);)
         if (audible) {
             grains_.push_back(record);
+            heldInput_.add(record);
             ++(record.dropped ? statistics_.droppedGrains : statistics_.startedGrains);
         }
 }
@@ -110,7 +120,6 @@ Result<RenderStatistics> OfflineRender::run(const Consumer& consumer) {
         if (inTail_) motion_.stopRecording();
         if (const auto rendered = renderBlock(first, frames); !rendered)
             return Failure{rendered.message()};
-        takeGrains(first);
         const auto done = consumer({.firstFrame = first,
                                     .frames = frames,
                                     .left = left_.data(),
@@ -125,6 +134,8 @@ Result<RenderStatistics> OfflineRender::run(const Consumer& consumer) {
     if (host_.hasQueued())
         if (const auto acted = renderBlock(plan_.frames, 0); !acted)
             return Failure{acted.message()};
+    if (std::string notice = heldInput_.notice(plan_.sampleRate); !notice.empty())
+        plan_.notices.push_back(std::move(notice));
     statistics_.renderSeconds = host_.renderSeconds();
     return statistics_;
 }

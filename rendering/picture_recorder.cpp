@@ -45,11 +45,6 @@ void PictureRecorder::addPaths(const PictureGrid& grid) {
     }
 }
 
-const RenderedCycle& PictureRecorder::cycleOf(std::uint64_t frame, const RenderedBlock& block) {
-    return *std::ranges::upper_bound(block.cycles, frame - block.firstFrame, {},
-                                     &RenderedCycle::end);
-}
-
 double PictureRecorder::sourcePosition(double position, std::uint64_t heard) const {
     if (plan_.use == SourceUse::loaded) return position;
     const double age = readFrames_ - 5 - position * readFrames_; // frames behind the newest
@@ -58,9 +53,8 @@ double PictureRecorder::sourcePosition(double position, std::uint64_t heard) con
 
 void PictureRecorder::addGrains(const RenderedBlock& block) {
     for (const GrainRecord& grain : block.grains) {
-        const RenderedCycle& cycle = cycleOf(grain.frame, block);
-        // What the engine sees ends with its cycle's input.
-        const double from = sourcePosition(grain.position, block.firstFrame + cycle.end);
+        const RenderedCycle& cycle = block.cycleOf(grain.frame);
+        const double from = sourcePosition(grain.position, cycle.heard);
         const double length = grain.length, rate = grain.rate;
         const double left = std::abs(grain.gainL), right = std::abs(grain.gainR);
         picture_.map.grains.push_back(
@@ -78,17 +72,19 @@ void PictureRecorder::addGrains(const RenderedBlock& block) {
 
 void PictureRecorder::addScan(const RenderedBlock& block) {
     std::uint64_t begin = block.firstFrame;
-    for (const auto& [blockEnd, amplitude, scan] : block.cycles) {
+    for (const auto& [blockEnd, amplitude, scan, heard] : block.cycles) {
         const std::uint64_t end = block.firstFrame + blockEnd;
         if (scan.plays && begin < std::min(end, plan_.playFrames)) {
-            const double low = sourcePosition(scan.start, begin);
+            // Held sound stays where it is; what follows the input goes on with it.
+            const std::uint64_t heardBefore = heard == end ? begin : heard;
+            const double low = sourcePosition(scan.start, heardBefore);
             picture_.addScan({.seconds = static_cast<double>(begin) / plan_.sampleRate,
                               .length = static_cast<double>(end - begin) / plan_.sampleRate,
                               .phase = scan.phase,
                               .travel = scan.travel,
                               .low = low,
-                              .span = sourcePosition(scan.start + scan.span, begin) - low,
-                              .drift = sourcePosition(scan.start, end) - low});
+                              .span = sourcePosition(scan.start + scan.span, heardBefore) - low,
+                              .drift = sourcePosition(scan.start, heard) - low});
         }
         begin = end;
     }

@@ -31,11 +31,10 @@ public:
 
 private:
     void addPaths(const PictureGrid& grid);
-    static const RenderedCycle& cycleOf(std::uint64_t frame, const RenderedBlock& block);
     void addGrains(const RenderedBlock& block);
     void addScan(const RenderedBlock& block);
-    /// Where a read position of the engine lies in the source, as a fraction of it, once it has
-    /// heard so many frames of input.
+    /// Where a read position of the engine lies in the source, as a fraction of it, where what is
+    /// read ends with so many frames of input.
     double sourcePosition(double position, std::uint64_t heard) const;
 
     RenderPlan plan_;

@@ -200,6 +200,11 @@ void addEchoTail(RenderPlan& plan) {
 }
 
 Result<void> checkTimes(const RenderPlan& plan) {
+    const auto& freeze = plan.host.freezeSeconds;
+    if (freeze && dueFrame(*freeze, plan.sampleRate) >= plan.playFrames)
+        return Failure{"--freeze " + formatNumber(*freeze) + " comes after the grains' end at " +
+                       formatFixed(plan.secondsAt(plan.playFrames), 3) +
+                       " s; choose an earlier time or lengthen the render with --seconds"};
     if (plan.host.fadeOut && dueFrame(*plan.host.fadeOut, plan.sampleRate) > plan.playFrames)
         return Failure{"--fade-out " + formatNumber(*plan.host.fadeOut) +
                        " is longer than the grains play, which is " +

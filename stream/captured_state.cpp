@@ -17,8 +17,10 @@ constexpr const char* kLeftOut = "what LIVE heard is left out of the state: ";
 } // namespace
 
 CapturedMemory::Version versionOf(const MOK_SCRUB_GRANULATOR& stream) {
-    const LiveSample& live = *stream.waveForm().liveSample();
-    return {stream.waveForm().liveReplacements(), stream.liveStarts(), live.heard, live.offset};
+    const WaveForm& waveForm = stream.waveForm();
+    const LiveSample& live = *waveForm.liveSample();
+    return {waveForm.liveReplacements(), stream.liveStarts(), live.heard, live.offset,
+            waveForm.isHeld() ? waveForm.holds() : 0};
 }
 
 void CapturedSound::encode(Log& log) {
@@ -50,8 +52,9 @@ CapturedSound takeCaptured(MOK_SCRUB_GRANULATOR& stream) {
 
 PropertyDictionary keepCaptured(MOK_SCRUB_GRANULATOR& stream, const CapturedSound& captured) {
     if (captured.sound.empty()) return {};
-    // While LIVE is on it may be another one at any time.
-    if (!stream.isLive() && versionOf(stream) == captured.version)
+    // While LIVE is on it may be another one at any time, unless it is held.
+    const bool stands = !stream.isLive() || stream.waveForm().isHeld();
+    if (stands && versionOf(stream) == captured.version)
         stream.capturedMemory().sound = captured.sound;
     PropertyDictionary state = captured.sound;
     state.insert(captured.unknown.begin(), captured.unknown.end());

@@ -108,7 +108,7 @@ CONTROL(ringModulationAmount, "Ring Modulation Amount", RANGE(0.0f, 1.0f, 0.5f, 
 CONTROL(playStop, "Play Stop", SWITCH(0.0f),
         NOT_KEPT, MOVED(transport, 30), BUTTON(_playToggle), PRESSED(ui_playStop, "ui_playStop:"),
         PARAMETER(boolean, playStopValue, _playStop_Parameter, "AUv3_Parameter_playToggle_from_DSP"))
-// On, the scan stands.
+// On, the scan stands, and so does live sound.
 CONTROL(freeze, "Freeze", SWITCH(0.0f),
         KEPT("Freeze"), MOVED(transport, 32), BUTTON(_freeze), PRESSED(ui_freeze, "ui_freeze:"),
         PARAMETER(boolean, freezeValue, _freezeToggle_Parameter, "AUv3_Parameter_freezeToggle_from_DSP"))

@@ -53,7 +53,7 @@ WaveForm::~WaveForm() = default;
 // --- The current sound ---
 
 const mokSample* WaveForm::mSample() const noexcept {
-    return liveIsCurrent_ ? live_.get() : file_.get();
+    return liveIsCurrent_ ? liveSample() : file_.get();
 }
 
 double WaveForm::getFileDuration() const noexcept {
@@ -64,13 +64,16 @@ double WaveForm::getFileDuration() const noexcept {
 void WaveForm::makeLiveCurrent() {
     if (std::exchange(liveIsCurrent_, true)) return;
     showLive();
+    takeHeld(frozenCopy());
     tellReplaced();
 }
 
 void WaveForm::makeFileCurrent() {
     if (!std::exchange(liveIsCurrent_, false)) return;
     setCurrentPath(lastSelectedPath_);
+    const auto held = takeHeld(nullptr);
     tellReplaced();
+    if (held) retire(held);
 }
 
 void WaveForm::tellReplaced() {
@@ -106,6 +109,41 @@ void WaveForm::retire(std::shared_ptr<const mokSample> sound) {
     retirement_.retire(std::move(sound), bytes);
 }
 
+// --- Held live sound ---
+
+/// What is to be held now; null for nothing.
+std::shared_ptr<const LiveSample> WaveForm::frozenCopy() const {
+    if (!isFrozen_ || !liveIsCurrent_ || live_->heard == 0) return nullptr;
+    auto copy = heldCopy(*live_);
+    if (!copy)
+        log_.write("Freeze: no memory to hold what LIVE heard, which is followed on; free some");
+    return copy;
+}
+
+/// What was held before.
+std::shared_ptr<const LiveSample> WaveForm::takeHeld(std::shared_ptr<const LiveSample> next) {
+    next.swap(held_);
+    if (held_) {
+        ++holds_;
+        heldReplacements_ = liveReplacements_;
+    }
+    return next;
+}
+
+void WaveForm::hold() {
+    auto next = frozenCopy();
+    if (!next && !held_) return;
+    const auto before = takeHeld(std::move(next));
+    tellReplaced();
+    requestRedraw();
+    if (before) retire(before);
+}
+
+void WaveForm::freeze(bool on) {
+    isFrozen_ = on;
+    hold();
+}
+
 // --- The live sample ---
 
 void WaveForm::swapLive(std::shared_ptr<LiveSample> next) {
@@ -113,8 +151,8 @@ void WaveForm::swapLive(std::shared_ptr<LiveSample> next) {
     ++liveReplacements_;
     pendingReset_.store(false, std::memory_order_relaxed); // it was meant for the old buffer
     data_.mSample.exchange(live_.get());
-    if (liveIsCurrent_) tellReplaced();
-    retirement_.retire(std::move(next));
+    if (liveIsCurrent_ && !held_) tellReplaced();
+    retire(std::move(next));
 }
 
 bool WaveForm::initLiveBuffer_andSamplingRate(std::uint64_t frames, double rate) {
@@ -140,6 +178,7 @@ bool WaveForm::setLiveContent(std::span<const float> samples, double rate) {
     filled->heard = samples.size();
     sessionRate_ = rate;
     swapLive(std::move(filled));
+    hold(); // frozen, it is this sound that stands still
     return true;
 }
 
@@ -174,6 +213,7 @@ bool WaveForm::followSession() {
 }
 
 std::uint64_t WaveForm::getWriteLiveIndex() const noexcept {
+    if (held_) return held_->offset;
     const bool atStart = !_enableLIVE || pendingReset_.load(std::memory_order_relaxed);
     return atStart ? 0 : live_->offset.load();
 }
@@ -181,25 +221,6 @@ std::uint64_t WaveForm::getWriteLiveIndex() const noexcept {
 void WaveForm::stopLiveTimer() noexcept {
     data_.isLiveEnabled = false;
     requestRedraw();
-}
-
-void WaveForm::copyLive(std::uint64_t first, std::span<float> frames) const noexcept {
-    float* const stored = live_->getPtr();
-    std::uint64_t from = first % live_->size;
-    for (float& frame : frames) {
-        frame = std::atomic_ref<float>(stored[from]).load(std::memory_order_relaxed);
-        if (++from == live_->size) from = 0;
-    }
-}
-
-std::vector<float> WaveForm::heardFrames() const {
-    const std::uint64_t heard = live_->heard;
-    const std::uint64_t newest = std::min(live_->offset.load(), heard); // ends before this one
-    std::vector<float> frames(static_cast<std::size_t>(heard));
-    const std::span<float> all(frames);
-    copyLive(newest, all.first(heard - newest));
-    copyLive(0, all.last(newest));
-    return frames;
 }
 
 // --- The display ---

@@ -25,9 +25,10 @@ namespace zephyra {
 /// One of its two samples is the current one, which grains are cut from. The file sample is kept as
 /// it was loaded and, where it is normalized, as a scaled copy besides. The live sample holds the
 /// last kLiveFrames frames of input: the oldest frame is at the write index, the newest just before
-/// it; its floats are stored by RENDER and read elsewhere as relaxed atomics. What RENDER can see
-/// is never changed under it but replaced by another sample. Everything is MAIN unless said
-/// otherwise; destroyed OFF.
+/// it; its floats are stored by RENDER and read elsewhere as relaxed atomics. While it is frozen, a
+/// copy of it is what is heard, and it goes on being written behind that. What RENDER can see is
+/// never changed under it but replaced by another sample. Everything is MAIN unless said otherwise;
+/// destroyed OFF.
 class WaveForm {
 public:
     /// Fixed in frames, not in time: 10 s at 44100 Hz, about 9.19 s at 48000 Hz.
@@ -94,9 +95,21 @@ public:
     /// a rate as above, and when memory is short.
     bool setLiveContent(std::span<const float> samples, double rate);
 
+    /// While on, the live sound stands still as what had been heard when it went on, or when the
+    /// live sample became the current one since: for as long as that is current, whatever becomes
+    /// of live input and its buffer. Where nothing had been heard there is nothing to hold, and
+    /// where memory is short (a log line says so) none can be: then grains go on following the
+    /// input.
+    void freeze(bool on);
+    /// Whether grains are cut from such a copy.
+    bool isHeld() const noexcept { return held_ != nullptr; }
+    /// How often live sound was held.
+    std::uint64_t holds() const noexcept { return holds_; }
+
     /// The next block that is written goes to the buffer's start.
     void resetLiveWriteIndex() noexcept { pendingReset_.store(true, std::memory_order_relaxed); }
-    /// The write index while live input is on, else 0. A reset shows at once.
+    /// The write index while live input is on, else 0; a reset shows at once. Of held sound it is
+    /// where the index stood.
     std::uint64_t getWriteLiveIndex() const noexcept;
 
     /// Writing starts with the next render cycle.
@@ -108,16 +121,18 @@ public:
     /// short.
     bool clearBuffer();
 
-    /// RENDER writes it: read its floats with copyLive.
-    const LiveSample* liveSample() const noexcept { return live_.get(); }
-    /// How often another buffer took its place.
-    std::uint64_t liveReplacements() const noexcept { return liveReplacements_; }
-    /// The frames from index first on, wrapping at the buffer's end. The write index tells where
-    /// old and new meet; it may move meanwhile.
-    void copyLive(std::uint64_t first, std::span<float> frames) const noexcept;
-    /// What was heard, oldest frame first, without the silence of a buffer that is not full yet.
-    /// Throws std::bad_alloc.
-    std::vector<float> heardFrames() const;
+    /// The live sound as it is heard when it is the current one: held, or the buffer, which RENDER
+    /// writes: read its floats with copyLive.
+    const LiveSample* liveSample() const noexcept { return held_ ? held_.get() : live_.get(); }
+    /// How often another buffer had taken the place of the one that it is, or is a copy of.
+    std::uint64_t liveReplacements() const noexcept {
+        return held_ ? heldReplacements_ : liveReplacements_;
+    }
+    /// copyFrames and framesHeard of liveSample().
+    void copyLive(std::uint64_t first, std::span<float> frames) const noexcept {
+        copyFrames(*liveSample(), first, frames);
+    }
+    std::vector<float> heardFrames() const { return framesHeard(*liveSample()); }
 
     // --- The display ---
 
@@ -144,6 +159,9 @@ private:
                                  const AudioBufferList& input) ZEPHYRA_NONBLOCKING;
     void swapLive(std::shared_ptr<LiveSample> next);
     void swapFile(std::shared_ptr<const mokSample> next);
+    std::shared_ptr<const LiveSample> takeHeld(std::shared_ptr<const LiveSample> next);
+    std::shared_ptr<const LiveSample> frozenCopy() const;
+    void hold();
     void retire(std::shared_ptr<const mokSample> sound);
     void tellReplaced();
     void showLive();
@@ -162,6 +180,10 @@ private:
     bool hasFile_ = false;
     std::shared_ptr<LiveSample> live_; // what data_.mSample points at
     std::uint64_t liveReplacements_ = 0;
+    std::shared_ptr<const LiveSample> held_; // a copy of live_ as it was; null for none
+    std::uint64_t heldReplacements_ = 0;     // liveReplacements_ as it was then
+    std::uint64_t holds_ = 0;
+    bool isFrozen_ = false;
     bool liveIsCurrent_ = false;
     std::function<void()> replaced_;
     std::optional<double> sessionRate_; // Hz, of the last set-up for a session

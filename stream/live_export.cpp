@@ -120,7 +120,8 @@ void LiveExport::save() {
         return instance_.log.write("the last save is still being written; save again after it");
     std::shared_ptr<Take> take;
     try {
-        const bool written = stream_.isLive() && instance_.runLoop.clock() == RunLoop::Clock::wall;
+        const bool written = stream_.isLive() && !stream_.waveForm().isHeld() &&
+                             instance_.runLoop.clock() == RunLoop::Clock::wall;
         take = std::make_shared<Take>(currentSound(stream_.waveForm(), written));
     } catch (const std::bad_alloc&) {
         return presentWarning(instance_.alerts,

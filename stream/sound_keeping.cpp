@@ -72,7 +72,7 @@ std::string baseName(const SampleReference& lost) {
     return isGood ? stem : "Sample";
 }
 
-/// The live buffer from its oldest frame on, which is what positions in it count from.
+/// The live sound from its oldest frame on, which is what positions in it count from.
 std::shared_ptr<mokSample> capturedSound(const WaveForm& waveForm) {
     const LiveSample& live = *waveForm.liveSample();
     auto sound = std::make_shared<mokSample>();

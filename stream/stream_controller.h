@@ -83,6 +83,7 @@ public:
     void ui_armRewind(Control* sender = nullptr);
     /// To the region's start, unless a finger holds the scan.
     void ____rewind();
+    /// The scan stands, and live sound as it had been heard until then, see WaveForm::freeze.
     void ui_freeze(Control* sender = nullptr);
     bool isArmed() const { return shouldPlayOnTime; }
     /// Whether a hand or a stop's fade-out holds the scan's position.
@@ -194,9 +195,10 @@ public:
     bool liveAllowed() const { return liveAllowed_; }
     /// How often LIVE went on.
     std::uint64_t liveStarts() const { return liveStarts_; }
-    /// Forgets what was heard.
+    /// Forgets what was heard, but for held sound.
     void ui_liveClear(Control* sender = nullptr);
-    /// Makes a captured sound the live buffer's content, oldest frame first, and the current sound.
+    /// Makes a captured sound the live buffer's content, oldest frame first, and the current sound,
+    /// held while Freeze is on.
     /// False, and nothing changed, when it is empty, has no rate, is not playable (see
     /// normalized_sample.h), or memory is short.
     bool setCaptured(std::span<const float> samples, double rate);

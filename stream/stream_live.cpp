@@ -19,8 +19,9 @@ void MOK_SCRUB_GRANULATOR::ui_enableLiveInput(Control*) {
         if (settings_) settings_->AUv3_Parameter_LiveToggle_from_DSP();
         return;
     }
-    const bool wasPlaying = isPlaying();
-    if (wasPlaying) stop();
+    const bool isHeld = waveForm_.isHeld(); // plays on, whatever becomes of the input behind it
+    const bool restarts = isPlaying() && !isHeld;
+    if (restarts) stop();
     if (on) {
         ++liveStarts_;
         waveForm_.makeLiveCurrent();
@@ -30,8 +31,8 @@ void MOK_SCRUB_GRANULATOR::ui_enableLiveInput(Control*) {
         waveForm_.stopLiveTimer();
     }
     button.setNeedsDisplay();
-    handToEngine(waveForm_.mSample());
-    if (wasPlaying) play();
+    if (!isHeld) handToEngine(waveForm_.mSample());
+    if (restarts) play();
     if (settings_) settings_->AUv3_Parameter_LiveToggle_from_DSP();
 }
 

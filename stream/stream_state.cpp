@@ -32,8 +32,11 @@ public:
     Restoring(MOK_SCRUB_GRANULATOR& stream, PropertyReader& state)
         : stream_(stream), state_(state), suffix_(stream.channel()) {}
 
-    /// True when a live or captured sound is what is to be heard.
+    /// True when a live or captured sound is what is to be heard. Frozen first, or the input that
+    /// LIVE lets in would be held with what the state brings.
     bool live() {
+        if (const auto frozen = value(controlRange(ControlId::freeze)))
+            stream_.setLinear(ControlId::freeze, *frozen);
         const std::optional<float> on = value(controlRange(ControlId::live));
         const std::string key = kCaptured + suffix_;
         const PropertyDictionary* const captured = state_.dictionary(key);
@@ -45,7 +48,8 @@ public:
 
     void controls() {
         for (const ControlRange& range : controlRanges()) {
-            if (range.id == ControlId::live || range.id == normalize) continue;
+            if (range.id == ControlId::live || range.id == freeze || range.id == normalize)
+                continue;
             if (const auto linear = value(range)) stream_.setLinear(range.id, *linear);
         }
         Button& keyboard = stream_.controls._keyboardButton;

@@ -139,6 +139,7 @@ void MOK_SCRUB_GRANULATOR::ui_freeze(Control*) {
     const bool frozen = controls._freeze.tag != 1;
     showActive(controls._freeze, frozen);
     isFreezed = frozen ? 0.0 : 1.0;
+    waveForm_.freeze(frozen);
     ui_setSpeed(&controls._scanning);
     if (settings_) settings_->AUv3_Parameter_freezeToggle_from_DSP();
 }

@@ -1,21 +1,13 @@
-// waveform_data: what RENDER records live input by, and LiveSample, the circular buffer it fills.
+// waveform_data: what RENDER records live input by.
 #pragma once
 
-#include "engine/sample_buffer.h"
 #include "platform/threads/relaxed.h"
+#include "stream/live_sample.h"
 
 #include <atomic>
 #include <cstdint>
 
 namespace zephyra {
-
-/// A circular buffer of input. Its offset is the write index, its ready flag enables writing; its
-/// guard points are never written, because no live read reaches them.
-struct LiveSample : mokSample {
-    /// Frames from the buffer's start up to the last one ever written: everything behind is silence
-    /// that nobody played. Written by RENDER, read by any thread.
-    Relaxed<std::uint64_t> heard = 0;
-};
 
 /// One per stream.
 struct waveform_data {

@@ -83,6 +83,16 @@ Read transportInto(std::optional<HostTransport>& transport) {
     };
 }
 
+Read freezeInto(HostRequest& host) {
+    return [&host](const char* option, const std::string& text) -> Complaint {
+        host.freeze = true;
+        if (text.empty()) return {};
+        return secondsInto(host.freezeSeconds, host, 0, kMostSeconds,
+                           "seconds from 0 to 86400 (a day), or a time as in 1:30 or 8b")(option,
+                                                                                         text);
+    };
+}
+
 Read echoSyncInto(std::optional<std::pair<std::size_t, std::size_t>>& sync) {
     return [&sync](const char* option, const std::string& text) -> Complaint {
         const auto parts = halves(text, ',').value_or(Texts());
@@ -115,7 +125,11 @@ void declareFades(OptionReader& reader, HostRequest& host) {
     reader.add("--fade-out", "TIME",
                "Stop the grains with a fade of this length that ends with them",
                secondsInto(host.fadeOut, host, 0, kMost, kRight));
-    reader.addFlag("--freeze", "Hold the scan from the start", host.freeze);
+    reader.addFlag("--freeze", "[TIME]",
+                   "Hold the scan from this time on, and of live input what was heard by then. "
+                   "Default: from the start; of live input from half of the render on, at most "
+                   "10 s",
+                   freezeInto(host));
 }
 
 void declareLiveOptions(OptionReader& reader, RenderRequest& request) {

@@ -43,8 +43,9 @@ void OptionReader::addFlag(const char* name, const char* help, bool& given) {
 }
 
 void OptionReader::addFlag(const char* name, const char* placeholder, const char* help, Read read) {
+    constexpr const char* kNoValue = "true"; // what the parser has for a flag that is given
     const auto readInto = [this, read = std::move(read), name](const std::string& text) {
-        keep(read(name, text));
+        keep(read(name, text == kNoValue ? std::string() : text));
     };
     inGroup(*command_.add_option_function<std::string>(name, readInto, help), placeholder)
         .expected(0);

@@ -87,6 +87,98 @@ TEST(OfflineRender, WhatComesAtAFrameShapesTheFirstGrainFromThereOnWhateverTheBl
         }
 }
 
+/// Of an effect that hears 0.25 for two seconds and -0.25 for two more.
+RenderPlan livePlan(int block) {
+    return {.sampleRate = 8000,
+            .playFrames = 32000,
+            .frames = 32000,
+            .blockFrames = block,
+            .seed = 5,
+            .use = SourceUse::live,
+            .host = {.type = component_type::effect},
+            .wetOnly = true};
+}
+
+TEST(OfflineRender, HoldsLiveSoundWhoeverPressesFreeze) {
+    using enum ControlId;
+    const std::pair<const char*, void (*)(RenderPlan&)> presses[] = {
+        {"hand",
+         [](RenderPlan& plan) {
+             plan.timedSettings = {{2, {freeze, 1}}};
+         }},
+        {"parameter",
+         [](RenderPlan& plan) {
+             plan.automation = {{2, freeze, 1.0f, false}};
+         }},
+        {"MIDI",
+         [](RenderPlan& plan) {
+             plan.motion.learned = {{freeze, {.trigger = {.number = 9, .channel = 1}}}};
+             plan.midi = {{2, 3, {0xB0, 9, 127}}};
+         }},
+        {"half", [](RenderPlan& plan) { plan.host.freeze = true; }},
+        {"time",
+         [](RenderPlan& plan) {
+             plan.settings = {{freeze, 1}}; // not before
+             plan.host.freeze = true;
+             plan.host.freezeSeconds = 2;
+         }},
+    };
+    RenderSource source;
+    source.inputLeft.assign(32000, 0.25f);
+    std::fill(source.inputLeft.begin() + 16000, source.inputLeft.end(), -0.25f);
+    source.inputRight = source.inputLeft;
+    for (const int block : {512, 65536})
+        for (const auto& [by, press] : presses) {
+            SCOPED_TRACE(std::string(by) + std::to_string(block));
+            RenderPlan plan = livePlan(block);
+            press(plan);
+            insertByTime(plan.timedSettings, {3, {freeze, 0}});
+            OfflineRender render(plan, Folders{});
+            ASSERT_TRUE(render.prepare(source));
+            std::vector<float> left;
+            ASSERT_TRUE(render.run([&](const RenderedBlock& rendered) -> Result<void> {
+                left.insert(left.end(), rendered.left, rendered.left + rendered.frames);
+                for (const RenderedCycle& cycle : rendered.cycles) {
+                    const std::uint64_t end = rendered.firstFrame + cycle.end;
+                    EXPECT_EQ(cycle.heard, end > 16000 && end <= 24000 ? 16000 : end);
+                }
+                return {};
+            }));
+            EXPECT_GE(*std::min_element(left.begin(), left.begin() + 24000), 0.0f);
+            EXPECT_GT(*std::max_element(left.begin() + 23000, left.begin() + 24000), 0.0f);
+            EXPECT_LT(*std::min_element(left.begin() + 24000, left.begin() + 25000), 0.0f);
+            EXPECT_EQ(render.plan().notices, std::vector<std::string>());
+        }
+}
+
+TEST(OfflineRender, TellsOfFreezeWhereNothingThatSoundsIsHeld) {
+    using enum ControlId;
+    const std::tuple<double, float, std::uint64_t, const char*> cases[] = {
+        {0, 0.9f, 0, "Freeze at 0.000 s has nothing to hold"},
+        {0.5, 0.9999f, 0, ""},
+        {0.5, 0.5f, 0, "Freeze at 0.500 s holds silence where the scan stands"},
+        {0.5, 0.9999f, 8000, "Freeze at 0.500 s holds silence where the scan stands"},
+        {4, 0.5f, 0, ""}, // no grain comes after it
+    };
+    for (const auto& [seconds, position, silent, said] : cases) {
+        RenderPlan plan = livePlan(512);
+        plan.settings = {{scanning, 0}, {scrubbingWave, position}};
+        plan.timedSettings = {{seconds - 1e-4 * (seconds > 1), {freeze, 1}}};
+        RenderSource source;
+        source.inputLeft.resize(32000, 0.25f);
+        std::fill_n(source.inputLeft.begin(), silent, 0.0f);
+        source.inputRight = source.inputLeft;
+        OfflineRender render(plan, Folders{});
+        ASSERT_TRUE(render.prepare(source));
+        ASSERT_TRUE(render.run([](const RenderedBlock&) -> Result<void> { return {}; }));
+        const auto& notices = render.plan().notices;
+        ASSERT_EQ(notices.size(), *said ? 1u : 0u) << testing::PrintToString(notices);
+        if (!notices.empty()) {
+            EXPECT_EQ(notices[0].substr(0, std::string(said).size()), said);
+        }
+    }
+}
+
 TEST(RenderPlan, LengthRateAndSeedComeFromTheSourceAndTheClock) {
     RenderRequest request;
     const SoundFileInfo source{.format = "", .channels = 1, .sampleRate = 22050, .frames = 11025};

@@ -31,7 +31,8 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
     const GrainRecord live{20500, (441000 - 5 - 8820) / 441000.0f, 0.1f, 0.1f, 1, 0.5f, true};
     const auto recorded = [&](SourceUse use, const GrainRecord& grain) {
         const CycleScan scan = {.plays = true, .phase = double{grain.position}};
-        const RenderedCycle cycles[] = {{500, 1.0f}, {4096, 0.5f}, {10000, 0.25f, scan}};
+        const RenderedCycle cycles[] = {
+            {500, 1.0f}, {4096, 0.5f, {}, 24096}, {10000, 0.25f, scan, 15000}};
         PictureRecorder recorder(planFor(use), source, {.source = 1, .time = 1, .frequencies = 1});
         recorder.add({.firstFrame = 20000,
                       .frames = 10000,
@@ -50,15 +51,15 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
     EXPECT_NEAR(first.pan, -1 / 3.0, 1e-6);
     EXPECT_FALSE(first.dropped);
 
-    // The grain's cycle ends with frame 24096, the last one with frame 30000.
+    // The grain's cycle is cut from the input until its end, the last one from what is held.
     const GrainMap map = recorded(SourceUse::live, live);
     EXPECT_NEAR(map.grains.at(0).from, (24096 - 1 - 8820) / 88200.0, 1e-5);
     EXPECT_NEAR(map.grains.at(0).to - map.grains.at(0).from, 4410 / 88200.0, 1e-5);
     EXPECT_NEAR(map.grains.at(0).semitones, 0, 1e-3);
     EXPECT_TRUE(map.grains.at(0).dropped);
-    const ScanRun& scan = map.scan.at(0); // of the last cycle: it begins with frame 24096
-    EXPECT_NEAR(scan.low + scan.phase * scan.span, (24096 - 1 - 8820) / 88200.0, 1e-5);
-    EXPECT_NEAR(scan.drift, (30000 - 24096) / 88200.0, 1e-9) << "the input goes on";
+    const ScanRun& scan = map.scan.at(0); // of the last cycle
+    EXPECT_NEAR(scan.low + scan.phase * scan.span, (15000 - 1 - 8820) / 88200.0, 1e-5);
+    EXPECT_NEAR(scan.drift, 0, 1e-9) << "held sound stands";
 }
 
 /// Where the scan stood at a time, by what a picture keeps of it.

@@ -155,6 +155,66 @@ TEST_F(LiveBuffer, KeepsItsBufferUnlessTheRateHasChangedOrItIsCleared) {
     EXPECT_EQ(retirement.waiting(), 0u);
 }
 
+TEST_F(LiveBuffer, IsHeardAsItWasWhenItFrozeWhateverBecomesOfTheInput) {
+    using Frames = std::vector<float>;
+    std::vector<const mokSample*> told;
+    wave.setReplacedHandler([&] { told.push_back(wave.mSample()); });
+    const auto expectHeld = [&](const Frames& frames, std::uint64_t holds) {
+        EXPECT_EQ(wave.heardFrames(), frames);
+        EXPECT_EQ(wave.getWriteLiveIndex(), frames.size());
+        EXPECT_EQ(std::tuple(wave.isHeld(), wave.holds(), told.size()),
+                  std::tuple(true, holds, holds));
+        EXPECT_TRUE(told.back() == wave.mSample() && told.back() == wave.liveSample());
+        EXPECT_NE(told.back(), wave.data().mSample.load());
+    };
+    wave.enableLIVE(true);
+    wave.freeze(true);
+    writeRamp(1, 3);
+    EXPECT_EQ(told.size(), 0u); // the file is current
+    wave.makeLiveCurrent();
+    expectHeld({1, 2, 3}, 1);
+    wave.takeRedrawRequest();
+    writeRamp(4, 5);
+    wave.resetLiveWriteIndex();
+    EXPECT_TRUE(wave.clearBuffer());
+    session.sampleRate = 48000.0;
+    EXPECT_TRUE(wave.followSession() && wave.enableLIVE(false));
+    expectHeld({1, 2, 3}, 1);
+    EXPECT_FALSE(wave.takeRedrawRequest());
+    EXPECT_EQ(wave.mSample()->sampleRate, 44100.0f);
+    wave.setLiveContent(Frames{7, 8}, 44100.0);
+    expectHeld({7, 8}, 2);
+    wave.startLiveTimer();
+    writeRamp(9, 1);
+    wave.freeze(false);
+    EXPECT_TRUE(wave.takeRedrawRequest() && !wave.isHeld());
+    EXPECT_TRUE(told.size() == 3 && told.back() == wave.data().mSample.load());
+    EXPECT_EQ(wave.heardFrames(), (Frames{7, 8, 9}));
+    wave.freeze(true);
+    told.erase(told.end() - 2);
+    expectHeld({7, 8, 9}, 3);
+    wave.makeFileCurrent();
+    EXPECT_TRUE(!wave.isHeld() && told.back() == wave.mSample());
+    EXPECT_EQ(wave.heardFrames(), (Frames{7, 8, 9}));
+    wave.makeLiveCurrent();
+    EXPECT_EQ(wave.holds(), 4u);
+    EXPECT_EQ(retirement.waiting(), 0u);
+    // Nothing heard, or no memory: grains go on following the input.
+    wave.clearBuffer();
+    wave.freeze(false);
+    wave.freeze(true);
+    EXPECT_FALSE(wave.isHeld());
+    writeRamp(1, 3);
+    std::vector<std::string> lines;
+    log.setSink([&](std::string_view line) { lines.emplace_back(line); });
+    const std::uint64_t size = std::exchange(wave.data().mSample.load()->size, ~0ull);
+    wave.freeze(true);
+    wave.data().mSample.load()->size = size;
+    EXPECT_FALSE(wave.isHeld());
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0].substr(0, 26), "Freeze: no memory to hold ");
+}
+
 TEST_F(LiveBuffer, IsCutFromTheOldestFrameToTheNewest) {
     // A power of two, so that positions are exact: modulo 1020 the last four frames are never read.
     constexpr int kSize = 1024;

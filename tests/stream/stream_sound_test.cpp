@@ -1,6 +1,7 @@
 // Where a stream's sound comes from and goes to: files, live input, exports and states.
 
 #include "platform/files/file_calls.h"
+#include "stream/sound_keeping.h"
 #include "tests/support/stream_player.h"
 
 #include <gmock/gmock.h>
@@ -200,6 +201,40 @@ TEST_F(StreamSound, StaysWhatLiveHeardUntilAFileComesAndExportsItInTheOrderOfTim
     EXPECT_TRUE(stream.isPlaying() && !stream.isLive());
     stream.loadSound(std::make_shared<mokSample>(100u, 8000.0f));
     EXPECT_EQ(player.sound().size, 100u);
+}
+
+TEST_F(StreamSound, IsKeptAsFreezeHoldsItAndComesBackHeld) {
+    stream.ui_enableLiveInput();
+    player.hear(ramp(1, 50));
+    stream.ui_freeze();
+    player.hear(ramp(100, 441000)); // until the index stands where it stood
+    PropertyDictionary state = player.state();
+    EXPECT_EQ(state.at("Captured_0").as<PropertyDictionary>()->at("Frames"), PropertyValue(50));
+    const auto encoded = [this] { return !stream.capturedMemory().sound.empty(); };
+    EXPECT_TRUE(encoded()); // once, because it stands still
+    (*state.at("Captured_0").as<PropertyDictionary>())["Newer"] = "kept";
+    Player again(folder);
+    for (int turn = 0; turn < 2; ++turn) { // also into a stream that holds another sound
+        again.restore(state);
+        again.hear(ramp(200, 9));
+        EXPECT_TRUE(again->isLive() && again->waveForm().isHeld());
+        EXPECT_EQ(again->waveForm().heardFrames(), ramp(1, 50));
+        again->ui_liveClear();
+        EXPECT_TRUE(again.state() == state);
+        again->ui_freeze();
+        again.hear(ramp(300, 9));
+        EXPECT_EQ(again->waveForm().heardFrames(), ramp(300, 9));
+        again->ui_freeze();
+    }
+    player.exporter.save();
+    player.finishWork();
+    EXPECT_EQ(readSoundFile(player.exporter.lastSaved()).value().samples, ramp(1, 50));
+    stream.ui_enableLiveInput();
+    ASSERT_TRUE(keepSoundAsFile(stream));
+    EXPECT_FALSE(stream.waveForm().isHeld());
+    EXPECT_EQ(Frames(player.sound().getPtr() + player.sound().size - 50,
+                     player.sound().getPtr() + player.sound().size),
+              ramp(1, 50));
 }
 
 TEST_F(StreamSound, IsNeitherCutFromNorWrittenInTheMiddleOfASwitchOfLive) {
