@@ -5,7 +5,10 @@
 #include "tests/support/block_partition.h"
 #include "tests/support/test_stream.h"
 
+#include <algorithm>
+#include <atomic>
 #include <numeric>
+#include <thread>
 
 namespace zephyra {
 namespace {
@@ -213,6 +216,29 @@ TEST_F(LiveBuffer, IsHeardAsItWasWhenItFrozeWhateverBecomesOfTheInput) {
     EXPECT_FALSE(wave.isHeld());
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_EQ(lines[0].substr(0, 26), "Freeze: no memory to hold ");
+}
+
+TEST_F(LiveBuffer, IsHeldWithoutAGapWhileItIsWritten) {
+    constexpr int kBlock = 64, kLastExact = 1 << 24;
+    wave.enableLIVE(true);
+    wave.makeLiveCurrent();
+    int next = static_cast<int>(WaveForm::kLiveFrames);
+    writeRamp(0, next);
+    std::atomic<bool> ended = false;
+    std::thread render([&] {
+        for (; !ended && next < kLastExact; next += kBlock) writeRamp(next, kBlock);
+    });
+    for (int hold = 0; hold < 20; ++hold) {
+        wave.freeze(true);
+        const std::vector<float> held = wave.heardFrames();
+        // A block that was being written may stand where the oldest frames were.
+        const auto gap = std::adjacent_find(held.begin() + kBlock, held.end(),
+                                            [](float a, float b) { return b != a + 1.0f; });
+        EXPECT_EQ(gap, held.end()) << gap - held.begin();
+        wave.freeze(false);
+    }
+    ended = true;
+    render.join();
 }
 
 TEST_F(LiveBuffer, IsCutFromTheOldestFrameToTheNewest) {
