@@ -42,8 +42,14 @@ struct CommandLine {
     std::optional<CommandTable> commands;
     std::optional<std::string> sharedFolder;
 
+    /// For arguments with a "--". Once.
+    void takeWordsBehindDashes() { takeWordsBehindDashes(app); }
+
 private:
     void offerSharedFolder(CLI::App& command);
+    void takeWordsBehindDashes(CLI::App& command);
+
+    std::string none_; // never filled
 };
 
 CommandLine::CommandLine() {
@@ -65,6 +71,17 @@ void CommandLine::offerSharedFolder(CLI::App& command) {
         ->expected(1);
     for (CLI::App* inner : command.get_subcommands([](const CLI::App*) { return true; }))
         offerSharedFolder(*inner);
+}
+
+/// CLI11 leaves a command at a "--" once none of its words are missing, though more may come. One
+/// that is always missing keeps it there; the others take what comes.
+void CommandLine::takeWordsBehindDashes(CLI::App& command) {
+    const auto takesMore = [](const CLI::Option* option) {
+        return option->get_positional() && option->get_allow_extra_args();
+    };
+    if (!command.get_options(takesMore).empty()) command.add_option("none", none_);
+    for (CLI::App* inner : command.get_subcommands([](const CLI::App*) { return true; }))
+        takeWordsBehindDashes(*inner);
 }
 
 using Words = std::vector<std::string>;
@@ -152,10 +169,10 @@ ExitCode refused(const CLI::App& app, const CLI::ParseError& error, const Words&
     return wrongUsage(usageComplaint(app, error), called);
 }
 
-ExitCode runChosen(const CommandLine& line) {
+ExitCode runChosen(const CommandLine& line, const std::string& program) {
     if (line.sharedFolder && line.sharedFolder->empty())
         return endWith(ExitCode::wrongUsage, "--shared-folder takes a folder's name, not \"\"");
-    return line.commands->run(commandContext(line.sharedFolder.value_or("")));
+    return line.commands->run(commandContext(program, line.sharedFolder.value_or("")));
 }
 
 } // namespace
@@ -172,6 +189,7 @@ ExitCode runCommandLine(int count, const char* const* arguments) {
     const Called called = calledBy(line.app, words);
     if (called.words == 0 && !words[0].starts_with('-')) // the parser would call it a surplus word
         return wrongUsage(noSuchCommand(line.app, words[0]), called);
+    if (std::ranges::find(words, "--") != words.end()) line.takeWordsBehindDashes();
     try {
         line.app.parse(Words(words.rbegin(), words.rend()));
     } catch (const CLI::Success& wanted) { // help or version
@@ -183,7 +201,7 @@ ExitCode runCommandLine(int count, const char* const* arguments) {
     if (const Complaint wrong = line.commands->complaint())
         return endWith(ExitCode::wrongUsage, nearMiss(words, called).value_or(wrong->message));
     try {
-        return runChosen(line);
+        return runChosen(line, count > 0 ? arguments[0] : "zephyra");
     } catch (const std::bad_alloc&) {
         return endWith(ExitCode::failure, "memory is short; free some or take a shorter sound");
     }

@@ -67,6 +67,7 @@ std::string controlTable() {
     return table;
 }
 
+constexpr const char* kYesToCopy = "Change your copy of a factory bank";
 constexpr const char* kYes = "Do it, though something is lost";
 
 /// A word of the command line without an option's name.
@@ -107,7 +108,10 @@ void CommandTable::declareRender(CLI::App& app) {
     render.footer(kRenderExamples);
     rows_.push_back(
         {&render,
-         [options, reader](const CommandContext& context) { return runRender(context, *options); },
+         [options, &app, &render](const CommandContext& context) {
+             options->typed = {context.program, typedOptions(app), typedOptions(render)};
+             return runRender(context, *options);
+         },
          [reader] { return reader->complaint(); }});
 }
 
@@ -172,7 +176,8 @@ void CommandTable::declarePresetFiles(CLI::App& preset) {
     option(importing, "--bank", importRequest.bank, "BANK",
            "Add the presets to this bank, which is made when missing");
     option(importing, "--as", importRequest.name, "NAME", "Call the new bank so");
-    importing.add_flag("--yes", importRequest.yes, "Replace a bank of that name");
+    importing.add_flag("--yes", importRequest.yes,
+                       "Replace a bank of that name, or change your copy of a factory bank");
 }
 
 void CommandTable::declarePresetChanges(CLI::App& preset) {
@@ -189,6 +194,7 @@ void CommandTable::declarePresetChanges(CLI::App& preset) {
         ->required()
         ->expected(2, 3)
         ->option_text(" ");
+    renaming.add_flag("--yes", renameRequest.yes, "Give a bank the name of a factory bank");
 
     CLI::App& deleting = *preset.add_subcommand("delete", "Delete a bank, or a preset of it");
     auto& deleteRequest = add(deleting, runPresetDelete);
@@ -204,6 +210,8 @@ void CommandTable::declarePresetChanges(CLI::App& preset) {
         ->required();
     word(copying, "TO-BANK", copyRequest.target, "The bank that gets it")->required();
 
+    copying.add_flag("--yes", copyRequest.yes, kYesToCopy);
+
     CLI::App& moving =
         *preset.add_subcommand("move", "Move a preset within its bank, or to another");
     auto& moveRequest = add(moving, runPresetMove);
@@ -211,6 +219,7 @@ void CommandTable::declarePresetChanges(CLI::App& preset) {
     word(moving, "PRESET", moveRequest.preset, "A preset's name or number")->required();
     word(moving, "POSITION", moveRequest.position, "Its new number in the list");
     option(moving, "--to", moveRequest.target, "BANK", "The bank that gets it instead");
+    moving.add_flag("--yes", moveRequest.yes, kYesToCopy);
 }
 
 void CommandTable::declareSamples(CLI::App& app) {

@@ -45,9 +45,9 @@ Result<std::string> findOrNameBank(BankFolder& banks, std::string_view typed) {
 
 Result<void> checkIsUsersBank(const BankFolder& banks, const std::string& bank) {
     if (banks.isInSharedFolder(bank)) return {};
-    const std::string name = quotedBank(bank);
-    return Failure{name + " came with the program and stays as it is; `zephyra preset copy " +
-                   name + " '*' NEW` makes a bank of your own of it"};
+    return Failure{quotedBank(bank) +
+                   " came with the program and stays as it is; `zephyra preset copy " +
+                   typedBank(bank) + " '*' NEW` makes a bank of your own of it"};
 }
 
 std::string quotedBank(std::string_view bank) {

@@ -48,7 +48,7 @@ Failure noBank(const BankFolder& folder, const std::vector<ListedBank>& banks,
 }
 
 std::string listOf(const std::string& bank) {
-    return " (`zephyra banks " + inQuotes(stemOf(bank)) + "` lists all)";
+    return " (`zephyra banks " + typedBank(bank) + "` lists all)";
 }
 
 /// The keys of what is called so in the way that is asked for.
@@ -66,6 +66,20 @@ std::optional<std::size_t> numberIn(std::string_view typed) {
     const auto number = parseWhole(typed);
     if (!number) return std::nullopt;
     return static_cast<std::size_t>(*number);
+}
+
+/// Of the presets that typed names.
+Texts keysTyped(const Snapshots& snapshots, std::string_view typed) {
+    if (typed == kAllPresets) return keysOf(snapshots, [](const auto&) { return true; });
+    const std::string folded = foldCase(typed);
+    Texts keys = keysOf(snapshots, [&](const auto& one) { return one.tag == typed; });
+    if (keys.empty())
+        keys = keysOf(snapshots, [&](const auto& one) { return one.foldedTag == folded; });
+    if (keys.empty()) keys = keysOf(snapshots, [&](const auto& one) { return one.key == typed; });
+    if (const auto number = numberIn(typed);
+        keys.empty() && number && *number > 0 && *number <= snapshots.size())
+        keys.push_back(snapshots[*number - 1].key);
+    return keys;
 }
 
 Failure noPreset(const std::string& bank, const Snapshots& snapshots, std::string_view typed) {
@@ -111,19 +125,33 @@ Result<Texts> findPresets(BankFolder& banks, const std::string& bank, std::strin
     const auto summary = banks.summary(bank);
     if (!summary) return Failure{summary.message()};
     const Snapshots& snapshots = summary.value()->snapshots;
-    if (typed == kAllPresets) return keysOf(snapshots, [](const auto&) { return true; });
-
-    const std::string folded = foldCase(typed);
-    Texts keys = keysOf(snapshots, [&](const auto& one) { return one.tag == typed; });
-    if (keys.empty())
-        keys = keysOf(snapshots, [&](const auto& one) { return one.foldedTag == folded; });
-    if (keys.empty()) keys = keysOf(snapshots, [&](const auto& one) { return one.key == typed; });
-    if (const auto number = numberIn(typed);
-        keys.empty() && number && *number > 0 && *number <= snapshots.size())
-        keys.push_back(snapshots[*number - 1].key);
+    Texts keys = keysTyped(snapshots, typed);
+    if (typed == kAllPresets) return keys;
     if (keys.empty()) return noPreset(bank, snapshots, typed);
     if (keys.size() > 1) return ambiguous(bank, snapshots, keys, typed);
     return keys;
+}
+
+std::string typedBank(std::string_view bank) {
+    return (bank.starts_with('-') ? "-- " : "") + inQuotes(stemOf(bank));
+}
+
+std::string presetWord(BankFolder& banks, const std::string& bank, const std::string& key) {
+    const auto summary = banks.summary(bank);
+    if (!summary) return key;
+    const Snapshots& snapshots = summary.value()->snapshots;
+    const auto preset = std::ranges::find(snapshots, key, &BankSummary::Snapshot::key);
+    if (preset == snapshots.end()) return key;
+    const auto isRight = [&](const std::string& word) {
+        return word != kAllPresets && !word.empty() && onOneLine(word) == word &&
+               keysTyped(snapshots, word) == Texts{key};
+    };
+    if (isRight(preset->tag)) return preset->tag;
+    if (isRight(key)) return key;
+    const std::string number = std::to_string(preset - snapshots.begin() + 1);
+    std::string sign = "#";
+    while (!isRight(sign + number)) sign += '0'; // some preset is called so
+    return sign + number;
 }
 
 } // namespace zephyra

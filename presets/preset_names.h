@@ -24,4 +24,11 @@ Result<std::string> findBank(BankFolder& banks, std::string_view typed);
 Result<std::vector<std::string>> findPresets(BankFolder& banks, const std::string& bank,
                                              std::string_view typed);
 
+/// "Clouds", or -- "-Clouds": the bank, a file name, as a command line has it, for messages.
+std::string typedBank(std::string_view bank);
+
+/// What names the preset of that key, and no other, for findPresets: its display name if that does,
+/// else the key, else its number in the list. Without control characters. MAIN.
+std::string presetWord(BankFolder& banks, const std::string& bank, const std::string& key);
+
 } // namespace zephyra

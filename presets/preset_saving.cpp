@@ -5,6 +5,7 @@
 #include "platform/clock.h"
 #include "platform/files/folder_entries.h"
 #include "platform/text/message_text.h"
+#include "presets/factory_banks.h"
 #include "presets/picked_presets.h"
 
 #include <string>
@@ -43,6 +44,12 @@ bool put(Bank& bank, const SavedPreset& saved, const PropertyDictionary& snapsho
 } // namespace
 
 Result<void> checkPresetSaving(BankFolder& banks, const SavedPreset& saved) {
+    if (!saved.replaces)
+        if (auto own = checkIsNotTheFactorys(banks, saved.bank,
+                                             "choose another name with --save-bank, or add --yes "
+                                             "to change your copy of it");
+            !own)
+            return own;
     if (banks.locate(saved.bank).empty()) {
         const auto name = newBankName(stemOf(saved.bank));
         return name ? Result<void>() : Failure{"--save-bank: " + name.message()};

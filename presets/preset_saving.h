@@ -14,12 +14,12 @@ namespace zephyra {
 struct SavedPreset {
     std::string bank; ///< file name
     std::string name;
-    bool replaces = false; ///< one of that name, if there is one
+    bool replaces = false; ///< one of that name, or a factory bank by the user's copy of it
 };
 
 /// Whether the preset could be saved as things stand, before hours go into the sound that comes
-/// with it. A failure is a wrong usage: the bank has a preset of that name, or cannot be read.
-/// MAIN.
+/// with it. A failure is a wrong usage: the bank came with the program, has a preset of that name,
+/// or cannot be read. MAIN.
 Result<void> checkPresetSaving(BankFolder& banks, const SavedPreset& saved);
 
 /// Adds snapshot to the bank, which is made when missing, under the name; made now. One that has

@@ -1,18 +1,16 @@
 #include "rendering/render_plan.h"
 
 #include "audiounit/control_text.h"
-#include "controls/state_keys.h"
 #include "library/bank_edits.h"
 #include "platform/audio_unit/midi_message.h"
-#include "platform/lists/property_reader.h"
 #include "platform/text/text_numbers.h"
 #include "rendering/echo_tail.h"
+#include "rendering/render_seed.h"
 #include "rendering/take_file.h"
 #include "stream/echo_sync.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace zephyra {
 
@@ -26,10 +24,6 @@ float valueOf(const ControlValues& values, ControlId id) {
 double outputRate(const RenderRequest& request, const SoundFileInfo& source) {
     return request.sampleRate.value_or(
         std::clamp(std::round(source.sampleRate), kLowestRate, kHighestRate));
-}
-
-std::uint32_t clockSeed(const Clock& clock) {
-    return std::max<std::uint32_t>(clock.seconds(), 1);
 }
 
 EchoSide echoSide(const RenderPlan& plan, const ControlValues& at, ControlId delay,
@@ -65,14 +59,6 @@ std::string programsNotice(const HostRequest& host, const std::vector<TimedMidi>
     return host.midi->string() + ": " + std::to_string(programs) + " program change" +
            (programs == 1 ? " chooses no preset; add --programs if it should"
                           : "s choose no presets; add --programs if they should");
-}
-
-/// None where the state has none, or one that nothing can start from.
-std::optional<std::uint32_t> seedOf(const PropertyDictionary& state) {
-    const auto seed = PropertyReader(state).whole(ofStream(state_key::kSeed));
-    if (!seed || *seed < 1 || *seed > std::numeric_limits<std::uint32_t>::max())
-        return std::nullopt;
-    return static_cast<std::uint32_t>(*seed);
 }
 
 /// Its keys are those of presets, which as a state would all be unknown.
@@ -171,7 +157,7 @@ Result<RenderPlan> makeRenderPlan(const RenderRequest& request, const SoundFileI
     plan.turnsLiveOn = request.preset && live && (request.live || !request.preset->hasSound);
     plan.isSaved = request.savedPreset.has_value();
     if (const auto read = readFiles(request.host, plan); !read) return Failure{read.message()};
-    if (plan.state && !request.seed) plan.seed = seedOf(*plan.state).value_or(plan.seed);
+    if (plan.state && !request.seed) plan.seed = stateSeed(*plan.state).value_or(plan.seed);
     const double ownSeconds = static_cast<double>(input.frames) / input.sampleRate;
     const double frames = std::round(request.seconds.value_or(ownSeconds) * plan.sampleRate);
     plan.playFrames = static_cast<std::uint64_t>(std::max(frames, 1.0));

@@ -37,8 +37,9 @@ std::string BatchNames::take(const std::optional<std::string>& input,
     const std::string name =
         nameFor(input && preset ? *input + " - " + *preset : input.value_or(preset.value_or("")));
     std::string free = name;
-    for (std::size_t count = 2; !taken_.insert(foldCase(free)).second; ++count)
-        free = name + " " + std::to_string(count);
+    for (std::size_t& last = lastCounts_.try_emplace(foldCase(name), 1).first->second;
+         !taken_.insert(foldCase(free)).second;)
+        free = name + " " + std::to_string(++last);
     return free;
 }
 

@@ -1,6 +1,8 @@
 // BatchNames: file names for the renders of a batch, none of which is another's.
 #pragma once
 
+#include <cstddef>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -22,7 +24,8 @@ public:
                      const std::optional<std::string>& preset);
 
 private:
-    std::set<std::string> taken_; // folded
+    std::set<std::string> taken_;                   // folded
+    std::map<std::string, std::size_t> lastCounts_; // by the folded name: those up to it are taken
 };
 
 } // namespace zephyra

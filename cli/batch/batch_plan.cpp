@@ -1,7 +1,9 @@
 #include "cli/batch/batch_plan.h"
 
 #include "cli/batch/batch_names.h"
+#include "cli/terminal/command_clock.h"
 #include "rendering/file_clashes.h"
+#include "rendering/render_seed.h"
 
 #include <algorithm>
 #include <map>
@@ -28,8 +30,10 @@ presetsOf(const RenderOptions& options, const Folders& folders, const KnownFiles
 }
 
 /// What the job's render is asked for.
-RenderRequest requestOf(const BatchJob& job, const RenderOptions& options) {
+RenderRequest requestOf(const BatchJob& job, const RenderOptions& options,
+                        std::optional<std::uint32_t> seed) {
     RenderRequest request = options.request;
+    request.seed = seed;
     request.input = job.input;
     request.preset = job.preset;
     request.output = *options.outDir / (job.name + "." + request.type.name);
@@ -60,6 +64,10 @@ Result<void> checkReplacing(const std::vector<BatchJob>& jobs, const fs::path& f
 
 } // namespace
 
+Failure noOutFolder(const fs::path& folder, const std::string& why) {
+    return {"--out-dir " + folder.string() + " cannot be made (" + why + "); choose another"};
+}
+
 const RenderEnd* commonFailure(const std::vector<BatchJob>& jobs) {
     if (jobs.empty()) return nullptr;
     const RenderEnd& first = jobs.front().end;
@@ -80,6 +88,7 @@ Result<std::vector<BatchJob>> planBatch(const RenderOptions& options, const Fold
     const bool named = inputs.size() > 1 || !options.played; // after the inputs
     const bool namedByPreset = chosen.value().size() > 1 || !named;
 
+    const auto seed = settledSeed(options.request, commandClock());
     BatchNames names;
     names.reserve(kContactSheet);
     std::vector<BatchJob> jobs;
@@ -88,7 +97,7 @@ Result<std::vector<BatchJob>> planBatch(const RenderOptions& options, const Fold
             BatchJob job{.name = {}, .input = input, .preset = preset, .request = {}, .end = {}};
             job.name = names.take(named ? std::optional(input.stem().string()) : std::nullopt,
                                   namedByPreset ? std::optional(preset->name) : std::nullopt);
-            RenderRequest request = requestOf(job, options);
+            RenderRequest request = requestOf(job, options, seed);
             if (const Complaint wrong = checkRequest(request, folders))
                 job.end = {.code = ExitCode::wrongUsage, .message = wrong->message};
             else

@@ -23,10 +23,13 @@ struct BatchJob {
 
 inline constexpr const char* kContactSheet = "contact-sheet"; // .png
 
-/// A job for every INPUT and every preset, in that order; neither replaces a file that another
-/// reads. Fails with what holds for all of them; code then tells how to end.
+/// A job for every INPUT and every preset, in that order, all with one seed; neither replaces a
+/// file that another reads. Fails with what holds for all of them; code then tells how to end.
 Result<std::vector<BatchJob>> planBatch(const RenderOptions& options, const Folders& folders,
                                         const KnownFiles& known, ExitCode& code);
+
+/// For an --out-dir that cannot be made.
+Failure noOutFolder(const std::filesystem::path& folder, const std::string& why);
 
 /// What all of jobs ended with, where all failed for the same reason; null else.
 const RenderEnd* commonFailure(const std::vector<BatchJob>& jobs);

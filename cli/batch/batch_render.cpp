@@ -119,8 +119,7 @@ Result<void> makeFolder(const fs::path& folder) {
     std::error_code error;
     fs::create_directories(folder, error);
     if (!error && fs::is_directory(folder, error)) return {};
-    return Failure{"--out-dir " + folder.string() + " cannot be made (" +
-                   (error ? error.message() : "it is no folder") + "); choose another"};
+    return noOutFolder(folder, error ? error.message() : "it is no folder");
 }
 
 bool isWritten(const BatchJob& job) {

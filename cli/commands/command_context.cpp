@@ -18,11 +18,14 @@ fs::path whole(const fs::path& path) {
 
 } // namespace
 
-CommandContext commandContext(const fs::path& sharedFolder) {
+CommandContext commandContext(const std::string& program, const fs::path& sharedFolder) {
     const Folders standard = standardFolders();
     const bool named = !sharedFolder.empty();
+    // One without a folder is found by the shell, here and elsewhere.
+    const bool isPath = program.find('/') != std::string::npos;
     return {.folders = {whole(named ? sharedFolder : standard.shared), whole(standard.resources)},
-            .sharedFolderWasNamed = named};
+            .sharedFolderWasNamed = named,
+            .program = isPath ? whole(program).string() : program};
 }
 
 Result<void> readySharedFolder(const Folders& folders) {

@@ -68,7 +68,7 @@ struct PresetImportRequest {
     std::vector<std::string> files;
     std::optional<std::string> bank; ///< gets the presets; nothing: each file becomes a bank
     std::optional<std::string> name; ///< of the new bank, instead of the file's
-    bool yes = false;                ///< a bank of that name is replaced
+    bool yes = false;                ///< a bank of that name is replaced, or a factory's copied
 };
 ExitCode runPresetImport(const CommandContext& context, const PresetImportRequest& request);
 
@@ -77,6 +77,7 @@ struct RenameRequest {
     std::string bank;
     std::optional<std::string> preset; ///< nothing: the bank itself
     std::string name;                  ///< the new one
+    bool yes = false;                  ///< it may be that of a factory bank
 };
 ExitCode runPresetRename(const CommandContext& context, const RenameRequest& request);
 
@@ -92,6 +93,7 @@ ExitCode runPresetDelete(const CommandContext& context, const DeleteRequest& req
 struct CopyRequest {
     std::string bank, preset;
     std::string target; ///< a bank, made when missing
+    bool yes = false;   ///< it may be the factory's, of which it is a copy then
 };
 ExitCode runPresetCopy(const CommandContext& context, const CopyRequest& request);
 
@@ -99,6 +101,7 @@ ExitCode runPresetCopy(const CommandContext& context, const CopyRequest& request
 struct MoveRequest {
     std::string bank, preset;
     std::optional<std::string> position, target;
+    bool yes = false; ///< as in CopyRequest
 };
 ExitCode runPresetMove(const CommandContext& context, const MoveRequest& request);
 

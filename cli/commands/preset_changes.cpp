@@ -8,6 +8,7 @@
 #include "platform/files/file_name.h"
 #include "platform/text/message_text.h"
 #include "platform/text/text_numbers.h"
+#include "presets/factory_banks.h"
 #include "presets/picked_presets.h"
 #include "presets/preset_adding.h"
 
@@ -57,6 +58,11 @@ ExitCode renameBank(BankFolder& banks, const RenameRequest& request) {
         return fail(users.message());
     const auto name = newBankName(request.name);
     if (!name) return endWith(ExitCode::wrongUsage, name.message());
+    if (!request.yes)
+        if (const auto free = checkIsNotTheFactorys(
+                banks, name.value(), "choose another name, or add --yes to call yours so");
+            !free)
+            return endWith(ExitCode::wrongUsage, free.message());
     const auto renamed = banks.rename(bank.value(), name.value());
     if (!renamed) return fail(renamed.message());
     if (!renamed.value() && !banks.isInSharedFolder(bank.value()))
@@ -125,7 +131,11 @@ std::vector<PropertyDictionary> recordsOf(const PickedPresets& picked) {
     return records;
 }
 
-ExitCode copyPresets(BankFolder& banks, const PickedPresets& picked, const std::string& target) {
+ExitCode copyPresets(BankFolder& banks, const PickedPresets& picked, const std::string& target,
+                     bool yes) {
+    if (!yes)
+        if (const auto own = checkIsNotTheFactorys(banks, target, kCopyOfFactorys); !own)
+            return endWith(ExitCode::wrongUsage, own.message());
     const auto added =
         addPresets(banks, target, recordsOf(picked), currentDateAndTime(commandClock()));
     if (!added) return fail(added.message());
@@ -142,7 +152,7 @@ ExitCode moveToBank(BankFolder& banks, const MoveRequest& request) {
     if (target.value() == name)
         return endWith(ExitCode::wrongUsage,
                        "--to names the preset's own bank; write a position to move it there");
-    if (const ExitCode code = copyPresets(banks, picked.value(), target.value());
+    if (const ExitCode code = copyPresets(banks, picked.value(), target.value(), request.yes);
         code != ExitCode::success)
         return code;
     // What somebody changed meanwhile was not copied like that.
@@ -189,7 +199,7 @@ ExitCode copyToBank(BankFolder& banks, const CopyRequest& request) {
     if (!picked) return fail(picked.message());
     const auto target = findOrNameBank(banks, request.target);
     if (!target) return fail(target.message());
-    return copyPresets(banks, picked.value(), target.value());
+    return copyPresets(banks, picked.value(), target.value(), request.yes);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "platform/files/folder_entries.h"
 #include "platform/text/message_text.h"
 #include "platform/text/odd_bytes.h"
+#include "presets/factory_banks.h"
 #include "presets/picked_presets.h"
 #include "presets/preset_adding.h"
 
@@ -72,6 +73,23 @@ Result<void> checkRequest(const PresetImportRequest& request) {
     return {};
 }
 
+/// Whether none of the factory's banks becomes the user's without a yes.
+Result<void> checkFactoryBanks(BankFolder& banks, const PresetImportRequest& request,
+                               const std::vector<ReadFile>& files) {
+    if (request.yes) return {};
+    if (request.bank) {
+        const auto target = findOrNameBank(banks, *request.bank);
+        return target ? checkIsNotTheFactorys(banks, target.value(), kCopyOfFactorys)
+                      : Result<void>(); // what it is instead is told where it is changed
+    }
+    for (const ReadFile& file : files)
+        if (auto free = checkIsNotTheFactorys(
+                banks, file.name, "choose another name with --as, or add --yes to call yours so");
+            !free)
+            return free;
+    return {};
+}
+
 } // namespace
 
 ExitCode runPresetImport(const CommandContext& context, const PresetImportRequest& request) {
@@ -88,6 +106,8 @@ ExitCode runPresetImport(const CommandContext& context, const PresetImportReques
         return endWith(ExitCode::failure, ready.message());
     BankFolder banks(folders);
     banks.setLockWait({.goesOn = [] { return !interrupted(); }});
+    if (const auto free = checkFactoryBanks(banks, request, files); !free)
+        return endWith(ExitCode::wrongUsage, free.message());
     for (const ReadFile& file : files) {
         if (interrupted())
             return endWith(ExitCode::interrupted,

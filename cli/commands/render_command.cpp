@@ -2,7 +2,11 @@
 
 #include "cli/batch/batch_names.h"
 #include "cli/batch/batch_render.h"
+#include "cli/batch/render_line.h"
 #include "cli/render/render_job.h"
+#include "cli/terminal/command_clock.h"
+#include "presets/factory_banks.h"
+#include "rendering/render_seed.h"
 
 #include <cstdio>
 #include <optional>
@@ -28,6 +32,33 @@ std::string ownName(const RenderRequest& request) {
     return BatchNames().take(std::nullopt, request.preset->name);
 }
 
+/// The one render that was asked for. code: how a failure ends.
+Result<RenderRequest> oneRequest(const RenderOptions& options, const Folders& folders,
+                                 const KnownFiles& known, ExitCode& code) {
+    code = ExitCode::failure;
+    auto preset = choosePreset(options.played, folders, known);
+    if (!preset) return Failure{preset.message()};
+    code = ExitCode::wrongUsage;
+    RenderRequest request = options.request;
+    request.preset = std::move(preset.value());
+    if (!options.inputs.empty()) request.input = options.inputs.front();
+    if (auto& saved = request.savedPreset)
+        saved->bank = bankToSaveInto(BankFolder(folders, known.banks), saved->bank);
+    if (request.output.empty()) request.output = ownName(request) + "-grains." + request.type.name;
+    if (Complaint wrong = checkRequest(request, folders)) return std::move(*wrong);
+    return request;
+}
+
+ExitCode printLine(const RenderOptions& options, RenderRequest request, const Folders& folders,
+                   const KnownFiles& known) {
+    BankFolder banks(folders, known.banks);
+    if (request.savedPreset)
+        if (const auto free = checkPresetSaving(banks, *request.savedPreset); !free)
+            return endWith(ExitCode::wrongUsage, free.message());
+    request.seed = settledSeed(request, commandClock());
+    return printOut(renderLine(options, request, banks) + "\n");
+}
+
 ExitCode tell(const RenderOptions& options, const RenderEnd& end) {
     if (end.code != ExitCode::success) return endWith(end.code, end.message);
     if (!options.quiet)
@@ -40,18 +71,17 @@ ExitCode tell(const RenderOptions& options, const RenderEnd& end) {
 } // namespace
 
 ExitCode runRender(const CommandContext& context, const RenderOptions& options) {
-    if (options.outDir) return runBatchRender(context.folders, options);
+    const Folders& folders = context.folders;
+    if (options.outDir)
+        return options.dryRun ? printBatchLines(folders, options)
+                              : runBatchRender(folders, options);
     const KnownFiles known;
-    auto preset = choosePreset(options.played, context.folders, known);
-    if (!preset) return endWith(ExitCode::failure, preset.message());
-    RenderRequest request = options.request;
-    request.preset = std::move(preset.value());
-    if (!options.inputs.empty()) request.input = options.inputs.front();
-    if (request.output.empty()) request.output = ownName(request) + "-grains." + request.type.name;
-    if (const Complaint wrong = checkRequest(request, context.folders))
-        return endWith(ExitCode::wrongUsage, wrong->message);
+    ExitCode code = ExitCode::failure;
+    const auto request = oneRequest(options, folders, known, code);
+    if (!request) return endWith(code, request.message());
+    if (options.dryRun) return printLine(options, request.value(), folders, known);
     const auto shown = options.quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal;
-    return tell(options, renderFile(request, context.folders, known, shown));
+    return tell(options, renderFile(request.value(), folders, known, shown));
 }
 
 } // namespace zephyra

@@ -84,8 +84,10 @@ void declarePresetOptions(OptionReader& reader, RenderOptions& options) {
         [&saved](const char* option, const std::string& text) {
             return checkFileName(made(saved).name = text, option, text);
         });
-    reader.addFlag("--yes", "Let --save-preset replace a preset of that name",
-                   [&saved] { made(saved).replaces = true; });
+    reader.addFlag(
+        "--yes",
+        "Let --save-preset replace a preset of that name, or change your copy of a factory bank",
+        [&saved] { made(saved).replaces = true; });
     HostRequest& host = options.request.host;
     reader.add("--state", "FILE", "Start from what --save-state saved", pathInto(host.state));
     reader.add("--save-state", "FILE",
@@ -100,6 +102,11 @@ void declarePresetOptions(OptionReader& reader, RenderOptions& options) {
                    if (!text.empty()) return {};
                    return wrongValue(option, text, "a folder's name");
                });
+    reader.addFlag(
+        "--dry-run",
+        "Render nothing, and print each render as a command line, for `sh`, `parallel` or the jobs "
+        "of a cluster. Run where this was, they give the same sounds and pictures",
+        options.dryRun);
     reader.addCheck([&reader, &options] { return checkPlayed(reader, options); });
     reader.addCheck([&reader, &options] { return checkSaved(reader, options); });
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/options/option_reader.h"
+#include "cli/options/typed_options.h"
 #include "rendering/render_request.h"
 
 #include <filesystem>
@@ -20,6 +21,8 @@ struct RenderOptions {
     std::optional<NamedPreset> played = {};
     std::optional<std::filesystem::path> outDir = {}; ///< many renders
     bool quiet = false, json = false;
+    bool dryRun = false;     ///< nothing is rendered, and the command lines are printed
+    TypedCommand typed = {}; ///< what they are made of
 };
 
 /// Declares the options of `render` on command, which reader is of. MAIN.

@@ -71,6 +71,7 @@ bool takesWords(const CLI::App& command) {
 std::string unexpected(const CLI::App& command, const std::string& argument) {
     const std::string quoted = inQuotes(argument);
     if (!argument.empty() && argument[0] == '-') {
+        const bool mayBeName = takesWords(command) && argument.size() > 1 && argument[1] != '-';
         Names names;
         for (const CLI::Option* option : command.get_options())
             if (!option->get_lnames().empty()) names.push_back("--" + option->get_lnames()[0]);
@@ -80,7 +81,8 @@ std::string unexpected(const CLI::App& command, const std::string& argument) {
             return typed.size() > 3 && name.starts_with(typed);
         });
         return "there is no option " + quoted + "; the nearest is " +
-               nearestOf(typed, begun.empty() ? names : begun);
+               nearestOf(typed, begun.empty() ? names : begun) +
+               (mayBeName ? " (names that begin with - go last, behind --)" : "");
     }
     if (!commandsOf(command).empty()) return noSuchCommand(command, argument);
     if (!takesWords(command)) return nameOf(command) + " takes no " + quoted + ", only options";
@@ -183,7 +185,8 @@ std::string noSuchCommand(const CLI::App& command, std::string_view word) {
 
 std::string usageComplaint(const CLI::App& app, const CLI::ParseError& error) {
     const CLI::App& command = chosenIn(app);
-    const std::vector<std::string> extras = app.remaining(true);
+    std::vector<std::string> extras = app.remaining(true);
+    std::erase(extras, "--"); // which the parser keeps, too
     if (!extras.empty()) return unexpected(command, extras[0]);
     if (dynamic_cast<const CLI::RequiredError*>(&error)) return missing(command);
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))

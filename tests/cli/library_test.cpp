@@ -207,12 +207,67 @@ TEST_F(Library, PresetsAreCopiedMovedRenamedAndDeletedUnderNewKeys) {
     out("preset rename new Newer");
     out("preset delete Newer --yes");
     EXPECT_THAT(out("banks"), Not(HasSubstr("New")));
-    out("preset copy Clouds '*' Drones"); // saving into a factory's bank makes the user's own
+    out("preset copy Clouds '*' Drones --yes"); // saving into a factory's bank makes the user's own
     EXPECT_THAT(names("Drones"), ElementsAre("Deep", "Haze", "Haze 2", "Deep 2"));
     for (int i = 0; i < 2; ++i) out("preset copy Drones '*' Drones");
     out("preset copy Drones '*' Copy"); // of 16, whose keys would be sorted as text
     EXPECT_EQ(names("Copy"), names("Drones"));
     EXPECT_THAT(names("Copy")[15], "Deep 2 2 2");
+}
+
+TEST_F(Library, AFactoryBankBecomesTheUsersOwnOnlyWithYesAndIsAskedForOnce) {
+    put(factory() / "Éole.zephyra", {{"0 - a", preset("Wind")}});
+    put(folder / "Drones.zephyra", {{"0 - a", preset("Given")}});
+    const std::string save = "render in.wav --seconds 0.1 -o o.wav --save-preset P --save-bank ";
+    writeText(folder / "o.wav", "");
+    const std::string eole = "'E\u0301OLE' ";
+    const std::pair<std::string, const char*> cases[] = {
+        {save + "Drones", "\"Drones\" is a factory bank; choose another name with --save-bank, or"},
+        {save + eole, "\"Éole\" is a factory bank; choose another name with --save-bank, or add"},
+        {"preset copy Clouds Haze drones",
+         "\"Drones\" is a factory bank; name another bank, or add"},
+        {"preset move Clouds Haze --to " + eole, "\"Éole\" is a factory bank; name another bank"},
+        {"preset import Drones.zephyra",
+         "\"Drones\" is a factory bank; choose another name with --as"},
+        {"preset import Drones.zephyra --as drones", "\"Drones\" is a factory bank; choose"},
+        {"preset import Drones.zephyra --bank " + eole, "\"Éole\" is a factory bank; name another"},
+        {"preset rename Clouds drones", "\"Drones\" is a factory bank; choose another name, or"},
+    };
+    const auto banks = [this] { return nlohmann::json::parse(out("banks --json")); };
+    const auto before = banks();
+    for (const auto& [arguments, said] : cases) expectRefused(arguments, 2, said);
+    EXPECT_EQ(banks(), before);
+
+    out(save + eole + "--yes");
+    out("render in.wav --seconds 0.1 --save-preset Q --save-bank " + eole); // the user's by now
+    out("preset copy Clouds Haze " + eole);
+    EXPECT_THAT(names("Éole"), ElementsAre("Wind", "P", "Q", "Haze"));
+    out("preset import Drones.zephyra --yes");
+    EXPECT_THAT(names("Drones"), ElementsAre("Given"));
+    out("preset rename Drones Mine");
+    out("preset rename Mine Drones --yes");
+    out("preset move Clouds Rain --to Drones");
+    EXPECT_THAT(names("Drones"), ElementsAre("Given", "Rain"));
+}
+
+TEST_F(Library, NamesThatBeginWithADashStandBehindTwo) {
+    out("render in.wav --seconds 0.1 -o -o.wav --save-bank -bank --save-preset -p");
+    EXPECT_THAT(out("banks -- -bank"), HasSubstr("1  -p  "));
+    out("preset copy -- -bank -p Clouds");
+    out("preset move Clouds --to -bank -- Haze");
+    out("preset rename Clouds -- -p -q"); // CLI11 leaves a command whose words are all there
+    out("preset rename Clouds Rain -- -r");
+    EXPECT_THAT(names("Clouds"), ElementsAre("-r", "rain", "-q"));
+    EXPECT_THAT(names("-bank"), ElementsAre("-p", "Haze"));
+    out("preset export -- -bank");
+    EXPECT_THAT(run("preset import none.zephyra -- -bank.zephyra").err, HasSubstr("none.zephyra"));
+    EXPECT_EQ(out("samples import in.wav -- -o.wav"), "in.wav is there\n-o.wav is there\n");
+    out("render in.wav --seconds 0.1 --out-dir . --type au -- -o.wav");
+    expectRefused("banks -bank", 2, "(names that begin with - go last, behind --)");
+    expectRefused("preset rename Clouds a b -- c", 2, "needs BANK [PRESET] NEW");
+    expectRefused("preset show -- -bank 9", 1, "`zephyra banks -- \"-bank\"` lists all");
+    put(factory() / "-D.zephyra", {});
+    expectRefused("preset rename -- -D x", 1, "`zephyra preset copy -- \"-D\" '*' NEW`");
 }
 
 TEST_F(Library, ABankThatWasExportedIsTheSameOnAnotherMachineAndBringsItsSound) {

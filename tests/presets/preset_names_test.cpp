@@ -49,6 +49,16 @@ TEST(PresetNames, MeanABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
         const auto found = findPresets(banks, "Mist.zephyra", typed);
         EXPECT_THAT(found ? found.value().front() : found.message(), HasSubstr(expected)) << typed;
     }
+    const Bank odd = {{"a", named("b")},  {"b", named("x")},   {"c", named("X")},
+                      {"d", named("#2")}, {"e", named("a\n")}, {"f", named("*")},
+                      {"g\n", named("x")}};
+    put(shared / "Odd.zephyra", odd);
+    const std::pair<const char*, const char*> words[] = {
+        {"a", "b"}, {"b", "#02"}, {"c", "X"}, {"d", "#2"}, {"e", "e"}, {"f", "f"}, {"g\n", "#7"}};
+    for (const auto& [key, word] : words) {
+        EXPECT_EQ(presetWord(banks, "Odd.zephyra", key), word) << key;
+        EXPECT_THAT(findPresets(banks, "Odd.zephyra", word).value(), ElementsAre(key));
+    }
     const auto all = findPresets(banks, "Mist.zephyra", "*");
     ASSERT_TRUE(all) << all.message();
     EXPECT_THAT(all.value(), ElementsAre("0 - a", "1 - b", "2 - c", "3 - d"));
