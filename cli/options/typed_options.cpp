@@ -8,11 +8,6 @@ namespace zephyra {
 
 namespace {
 
-std::string nameOf(const CLI::Option& option) {
-    return option.get_lnames().empty() ? "-" + option.get_snames().front()
-                                       : "--" + option.get_lnames().front();
-}
-
 /// Which needs no value: one that it has must stand in the same word.
 TypedOption typedFlag(const std::string& name, const std::string& value) {
     const bool isBare = value.empty() || value == "true";
@@ -26,7 +21,7 @@ std::vector<TypedOption> typedOptions(const CLI::App& command) {
     std::map<const CLI::Option*, std::size_t> taken;
     for (const CLI::Option* option : command.parse_order()) {
         if (option->get_positional()) continue;
-        const std::string name = nameOf(*option);
+        const std::string name = option->get_name();
         const std::string& value = option->results().at(taken[option]++);
         const bool isFlag = option->get_items_expected_min() == 0;
         typed.push_back(isFlag ? typedFlag(name, value) : TypedOption{name, value});

@@ -1,6 +1,7 @@
 #include "cli/terminal/shell_line.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <string_view>
 
@@ -12,10 +13,10 @@ namespace {
 constexpr std::string_view kLineEnd = "${nl%.}";
 constexpr std::string_view kLineEndIs = R"(nl=$(printf '\n.') && )";
 
-/// Means itself in every place, in the first word, too, and for shells that know more than POSIX.
+/// Means itself, also for shells that know more than POSIX.
 bool isPlain(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("_-./,:+@").find(c) != std::string_view::npos;
+           std::string_view("_-./,:+@=").find(c) != std::string_view::npos;
 }
 
 bool isControl(char c) {
@@ -32,8 +33,15 @@ std::string quoted(char c) {
     return escape;
 }
 
-std::string shellWord(const std::string& word) {
-    if (!word.empty() && std::ranges::all_of(word, isPlain)) return word;
+/// A program's name with a "=" would be an assignment; zsh looks for programs behind one in front.
+bool isBare(const std::string& word, bool isProgram) {
+    const std::size_t sign = word.find('=');
+    return !word.empty() && std::ranges::all_of(word, isPlain) && sign != 0 &&
+           !(isProgram && sign != std::string::npos);
+}
+
+std::string shellWord(const std::string& word, bool isProgram) {
+    if (isBare(word, isProgram)) return word;
     std::string text = "'";
     for (const char c : word) text += quoted(c);
     return text + "'";
@@ -46,7 +54,7 @@ std::string shellLine(const std::vector<ShellCommand>& commands) {
     for (const ShellCommand& command : commands) {
         std::string words;
         for (const std::string& word : command)
-            words += (words.empty() ? "" : " ") + shellWord(word);
+            words += (words.empty() ? "" : " ") + shellWord(word, words.empty());
         line += (line.empty() ? "" : " && ") + words;
     }
     return (line.find(kLineEnd) == std::string::npos ? "" : std::string(kLineEndIs)) + line;

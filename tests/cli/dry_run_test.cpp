@@ -30,7 +30,8 @@ TEST(ShellLine, GivesAShellEveryByteOfEveryWordOnOneLine) {
         EXPECT_EQ(std::system(run.c_str()), 0);
         EXPECT_TRUE(readText(folder / "out") == expected) << line;
     }
-    EXPECT_EQ(shellLine({{"false"}, {"a/b-c_D.0", "x y"}}), "false && a/b-c_D.0 'x y'");
+    EXPECT_EQ(shellLine({{"false"}, {"a=b", "a=b", "=b", "x/y_0"}}),
+              "false && 'a=b' a=b '=b' x/y_0");
 }
 
 struct DryRun : ProgramTest {
@@ -110,10 +111,16 @@ TEST_F(DryRun, OneRenderIsOneLineWithTheSeedThatItTakes) {
     const std::pair<const char*, const char*> cases[] = {
         {"in.wav --json", " render in.wav --json --seed 3000000000 -o in-grains.wav"},
         {"--state a.state in.wav -o x.aif", " render in.wav --state a.state --seed 77 -o x.aif"},
+        {"in.wav --live=false", " in.wav --live=false --seed 3000000000 -o in-grains.wav"},
         {"--state none -o x -- -i", " render --state none -o x -- -i"},
         {"in.wav --picture p.png --seed 5", " --seed 5 -o in-grains.wav --picture p.png"}};
     for (const auto& [options, end] : cases)
         EXPECT_THAT(linesOf(options), ElementsAre(EndsWith(end)));
+    std::filesystem::create_symlink(ZEPHYRA_BINARY_DIR "/cli/zephyra", folder / "zeph");
+    run("--version; ./zeph render in.wav --dry-run >here; PATH=. zeph render in.wav --dry-run "
+        ">found");
+    EXPECT_THAT(readText(folder / "here"), StartsWith((folder / "zeph render").string()));
+    EXPECT_THAT(readText(folder / "found"), StartsWith("zeph render"));
     EXPECT_THAT(run("render in.wav --out-dir out --state a.state --json").out,
                 HasSubstr("\"seed\": 77"));
 }

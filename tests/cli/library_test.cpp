@@ -217,12 +217,15 @@ TEST_F(Library, PresetsAreCopiedMovedRenamedAndDeletedUnderNewKeys) {
 
 TEST_F(Library, AFactoryBankBecomesTheUsersOwnOnlyWithYesAndIsAskedForOnce) {
     put(factory() / "Éole.zephyra", {{"0 - a", preset("Wind")}});
+    for (const char* const alike : {"clouds.zephyra", "CLOUDS.zephyra"})
+        put(factory() / alike, {{"0 - a", preset("Mist")}});
     put(folder / "Drones.zephyra", {{"0 - a", preset("Given")}});
     const std::string save = "render in.wav --seconds 0.1 -o o.wav --save-preset P --save-bank ";
     writeText(folder / "o.wav", "");
     const std::string eole = "'E\u0301OLE' ";
     const std::pair<std::string, const char*> cases[] = {
         {save + "Drones", "\"Drones\" is a factory bank; choose another name with --save-bank, or"},
+        {save + "clouds", "\"clouds\" is a factory bank"},
         {save + eole, "\"Éole\" is a factory bank; choose another name with --save-bank, or add"},
         {"preset copy Clouds Haze drones",
          "\"Drones\" is a factory bank; name another bank, or add"},
@@ -238,6 +241,8 @@ TEST_F(Library, AFactoryBankBecomesTheUsersOwnOnlyWithYesAndIsAskedForOnce) {
     for (const auto& [arguments, said] : cases) expectRefused(arguments, 2, said);
     EXPECT_EQ(banks(), before);
 
+    out(save + "Clouds"); // the user's
+    EXPECT_THAT(names("Clouds"), ElementsAre("Haze", "Rain", "rain", "P"));
     out(save + eole + "--yes");
     out("render in.wav --seconds 0.1 --save-preset Q --save-bank " + eole); // the user's by now
     out("preset copy Clouds Haze " + eole);
