@@ -40,9 +40,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size > kMostBytes) return 0;
     const auto bytes = std::as_bytes(std::span(data, size));
     const auto bank = readBank(bytes, "bank.zephyra");
-    const auto findings = checkBank(bytes);
+    const CheckedBank checked = checkBank({bytes.begin(), bytes.end()});
     bool fatal = false;
-    for (const BankFinding& finding : findings) {
+    for (const BankFinding& finding : checked.findings) {
         require(isOneLine(finding.text));
         fatal = fatal || finding.fatal;
     }
@@ -51,7 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         tryBank(bank.value());
     else
         require(isOneLine(bank.message()));
-    if (const auto mended = mendBank(bytes)) {
+    if (const auto& mended = checked.mended) {
         require(!bank || mended->bank.size() == bank.value().size());
         requireReadable(mended->bank);
     }

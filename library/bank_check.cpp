@@ -1,11 +1,11 @@
 #include "library/bank_check.h"
 
 #include "library/bank_edits.h"
+#include "library/bank_mending.h"
 #include "library/bank_rescue.h"
-#include "platform/lists/property_path.h"
 
-#include <algorithm>
 #include <map>
+#include <span>
 #include <utility>
 
 namespace zephyra {
@@ -23,71 +23,72 @@ RescuedBank rescued(std::span<const std::byte> bytes) {
     return rescuedBank(textOf(bytes));
 }
 
-/// A display name in a message: on one line and not too long.
-std::string shown(const std::string& name) {
-    PropertyPath path;
-    path.enterKey('"' + name);
-    std::string text = path.failure("").message;
-    text.resize(text.size() - 2); // ": "
-    return text + '"';
-}
-
-/// The first kMostFindings of a list, and how many there are more.
-template <typename Item>
-class Capped {
-public:
-    void add(Item item) {
-        if (items_.size() < kMostFindings)
-            items_.push_back(std::move(item));
-        else
-            ++left_;
-    }
-    /// last says of a text what it is in an Item.
-    std::vector<Item> take(Item (*last)(std::string text)) {
-        if (left_ > 0) items_.push_back(last("and " + std::to_string(left_) + " more"));
-        return std::move(items_);
-    }
-
-private:
-    std::vector<Item> items_;
-    std::size_t left_ = 0;
-};
-
-using Notes = Capped<std::string>;
-
+/// Goes through a bank's records once: what is wrong in each is noted, and mended.
 class Check {
 public:
     explicit Check(const RecordCheck& check) : check_(check) {}
 
-    void records(const Bank& bank) {
-        for (const std::string& key : sortedKeys(bank)) record(key, bank.find(key)->second);
+    void add(BankFinding finding) {
+        if (findings_.size() < kMostFindings)
+            findings_.push_back(std::move(finding));
+        else
+            ++left_;
     }
-    void add(BankFinding finding) { findings_.add(std::move(finding)); }
-    std::vector<BankFinding> take() {
-        return findings_.take([](std::string text) { return BankFinding{{}, std::move(text)}; });
+    /// False when progress has ended it; what takes no look into a record is found all the same.
+    bool records(Bank& bank, BankMending& mending, const CheckProgress& progress);
+    /// Once.
+    std::vector<BankFinding> takeFindings() {
+        if (left_ > 0) findings_.push_back({{}, "and " + std::to_string(left_) + " more"});
+        return std::move(findings_);
     }
+    std::size_t lost() const { return lost_; }
 
 private:
-    void record(const std::string& key, const PropertyValue& value);
+    void record(Bank& bank, Bank::iterator entry, BankMending& mending, const RecordCheck& check);
     void name(const std::string& key, const PropertyDictionary& record);
 
     const RecordCheck& check_;
     std::map<std::string, std::string> names_; // first key of each
-    Capped<BankFinding> findings_;
+    std::vector<BankFinding> findings_;
+    std::size_t left_ = 0; // findings beyond the most
+    std::size_t lost_ = 0; // values that are no records
 };
 
-void Check::record(const std::string& key, const PropertyValue& value) {
+bool Check::records(Bank& bank, BankMending& mending, const CheckProgress& progress) {
+    const std::vector<std::string> keys = sortedKeys(bank);
+    std::size_t done = 0;
+    static const RecordCheck kNone;
+    bool goesOn = true;
+    for (const std::string& key : keys) {
+        const double share = static_cast<double>(done++) / static_cast<double>(keys.size());
+        goesOn = goesOn && (!progress || progress(share));
+        record(bank, bank.find(key), mending, goesOn ? check_ : kNone);
+    }
+    return goesOn;
+}
+
+void Check::record(Bank& bank, Bank::iterator entry, BankMending& mending,
+                   const RecordCheck& check) {
+    const std::string& key = entry->first;
     if (key.find('-') == std::string::npos)
         add({key, "the key has no number and \" - \" before its rest; one as \"3 - 15.11.2026 | "
                   "13:48:53\" says where the preset stands"});
-    const auto* const record = value.as<PropertyDictionary>();
-    if (!record)
-        return add(
-            {key, std::string("a preset of type ") + value.typeName() + "; a dictionary is needed",
+    const auto* const record = entry->second.as<PropertyDictionary>();
+    if (!record) {
+        add({key,
+             std::string("a preset of type ") + entry->second.typeName() +
+                 "; a dictionary is needed",
              true});
+        mending.leaveOut(key);
+        bank.erase(entry);
+        ++lost_;
+        return;
+    }
     name(key, *record);
-    if (!check_) return;
-    for (BankFinding& finding : check_(key, *record)) add(std::move(finding));
+    std::vector<BankFinding> findings;
+    if (check) findings = check(key, *record);
+    mending.mend(key, entry->second, findings);
+    for (BankFinding& finding : findings) add(std::move(finding));
 }
 
 void Check::name(const std::string& key, const PropertyDictionary& record) {
@@ -102,89 +103,65 @@ void Check::name(const std::string& key, const PropertyDictionary& record) {
                                                    "; a string is needed"});
     const auto [first, isNew] = names_.emplace(*name, key);
     if (!isNew && *name != kUnnamed)
-        add({key, "the display name " + shown(*name) + " is that of " + shown(first->second) +
+        add({key, "the display name " + shownKey(*name) + " is that of " + shownKey(first->second) +
                       ", too; each preset needs its own to be found by it"});
 }
 
-/// Takes out what findings name at the record's top.
-void removeFound(const std::string& key, PropertyDictionary& record, const RecordCheck& check,
-                 Notes& notes) {
-    if (!check) return;
-    for (const BankFinding& finding : check(key, record)) {
-        if (!finding.key.starts_with(key + ".")) continue;
-        const auto found = record.find(std::string_view(finding.key).substr(key.size() + 1));
-        if (found == record.end()) continue;
-        record.erase(found);
-        notes.add(shown(finding.key) + " was left out: " + finding.text);
+/// What stands in a bank's bytes, as far as it can be read.
+struct FoundBank {
+    RescuedBank whole;
+    std::vector<BankFinding> findings; // of the list itself, ahead of the records'
+    bool isBank = true;                // a dictionary, or what was saved of one
+};
+
+FoundBank bankIn(std::span<const std::byte> bytes) {
+    FoundBank found;
+    auto value = readPropertyList(bytes, kBankLimits);
+    if (!value) {
+        found.findings.push_back({{}, value.message(), true});
+        found.whole = rescued(bytes);
+        found.isBank = !found.whole.bank.empty();
+    } else if (auto* const bank = value.value().as<PropertyDictionary>()) {
+        found.whole.bank = std::move(*bank);
+    } else {
+        found.isBank = false;
+        found.findings.push_back({{},
+                                  std::string("at the top is a value of type ") +
+                                      value.value().typeName() +
+                                      "; a dictionary of presets is needed",
+                                  true});
     }
+    return found;
 }
 
-/// Drops what is no preset and mends the others.
-void mendRecords(MendedBank& mended, const RecordCheck& check, Notes& notes) {
-    for (auto entry = mended.bank.begin(); entry != mended.bank.end();) {
-        auto* const record = entry->second.as<PropertyDictionary>();
-        if (!record) {
-            ++mended.lost;
-            notes.add(shown(entry->first) + " was left out: it is no preset");
-            entry = mended.bank.erase(entry);
-            continue;
-        }
-        removeFound(entry->first, *record, check, notes);
-        if (!snapshotTag(entry->second)) {
-            record->insert_or_assign(kSnapshotTags, kUnnamed);
-            notes.add(shown(entry->first) + " was named " + kUnnamed);
-        }
-        ++entry;
-    }
+std::string wholePresetsText(const Bank& bank) {
+    return (bank.size() == 1 ? std::string("1 preset is whole, ")
+                             : std::to_string(bank.size()) + " presets are whole, the first is ") +
+           shownKey(sortedKeys(bank).front()) + "; a mended copy can keep them";
 }
 
 } // namespace
 
-std::vector<BankFinding> checkBank(std::span<const std::byte> bytes, const RecordCheck& check) {
-    Check checked(check);
-    const auto value = readPropertyList(bytes, kBankLimits);
-    if (!value) {
-        checked.add({{}, value.message(), true});
-        RescuedBank whole = rescued(bytes);
-        for (BankFinding& lost : whole.damaged) checked.add(std::move(lost));
-        checked.records(whole.bank);
-        if (!whole.bank.empty())
-            checked.add(
-                {{},
-                 (whole.bank.size() == 1
-                      ? std::string("1 preset is whole, ")
-                      : std::to_string(whole.bank.size()) + " presets are whole, the first is ") +
-                     shown(sortedKeys(whole.bank).front()) + "; a mended copy can keep them"});
-    } else if (const auto* const bank = value.value().as<PropertyDictionary>()) {
-        checked.records(*bank);
-    } else {
-        checked.add({{},
-                     std::string("at the top is a value of type ") + value.value().typeName() +
-                         "; a dictionary of presets is needed",
-                     true});
-    }
-    return checked.take();
-}
+CheckedBank checkBank(std::vector<std::byte> bytes, const RecordCheck& check,
+                      const CheckProgress& progress) {
+    FoundBank found = bankIn(bytes);
+    bytes = {}; // which a check of thousands of records has no use for
+    RescuedBank& whole = found.whole;
+    const bool isRescued = !found.findings.empty() && found.isBank;
+    const std::string rescuedText = isRescued ? wholePresetsText(whole.bank) : std::string();
 
-std::optional<MendedBank> mendBank(std::span<const std::byte> bytes, const RecordCheck& check) {
-    MendedBank mended;
-    Notes notes;
-    auto value = readPropertyList(bytes, kBankLimits);
-    if (!value) {
-        RescuedBank whole = rescued(bytes);
-        mended.bank = std::move(whole.bank);
-        mended.lost = whole.lost;
-        for (const BankFinding& lost : whole.damaged) notes.add(shown(lost.key) + ": " + lost.text);
-        if (mended.bank.empty()) return std::nullopt;
-    } else if (auto* const bank = value.value().as<PropertyDictionary>()) {
-        mended.bank = std::move(*bank);
-    } else {
-        return std::nullopt;
-    }
-    mendRecords(mended, check, notes);
-    if (mended.bank.empty() && mended.lost > 0) return std::nullopt;
-    mended.notes = notes.take([](std::string text) { return text; });
-    return mended;
+    Check checked(check);
+    BankMending mending(whole.damaged);
+    for (BankFinding& finding : found.findings) checked.add(std::move(finding));
+    for (BankFinding& lost : whole.damaged) checked.add(std::move(lost));
+    CheckedBank result;
+    result.isWhole = checked.records(whole.bank, mending, progress);
+    if (isRescued) checked.add({{}, rescuedText});
+    result.findings = checked.takeFindings();
+    const std::size_t lost = whole.lost + checked.lost();
+    if (found.isBank && !(whole.bank.empty() && lost > 0))
+        result.mended = MendedBank{std::move(whole.bank), lost, mending.takeNotes()};
+    return result;
 }
 
 } // namespace zephyra

@@ -4,7 +4,7 @@
 #include "library/bank_edits.h"
 #include "main_view/audio_unit_view_controller.h"
 
-#include <cstddef>
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -26,48 +26,66 @@ public:
     Findings(std::string key, const PropertyDictionary& record)
         : key_(std::move(key)), record_(record) {}
 
-    void add(const StateFinding& finding) {
+    void add(const StateFinding& finding, bool isElsewhere = false) {
         if (finding.path == kSnapshotTags) return; // the bank's own check tells
         if (isPathOf(record_, finding.path))
-            all_.push_back({key_ + "." + finding.path, finding.text});
+            all_.push_back({key_ + "." + finding.path, finding.text, false, isElsewhere});
         else
-            all_.push_back({key_, lineOf(finding)});
+            all_.push_back({key_, lineOf(finding), false, isElsewhere});
     }
     /// Of the whole preset; empty for nothing.
     void add(std::string_view text) {
         if (!text.empty()) all_.push_back({key_, std::string(text)});
     }
-    /// Of its sample.
-    void addOfSample(const std::string& text) {
-        if (!text.empty()) all_.push_back({key_ + "." + ofStream(state_key::kSample), text});
+    /// Of what became of its sample.
+    void add(const SampleReport& sample) {
+        for (const StateFinding& finding : sample.findings) add(finding, true);
+        addOfSample(otherSoundLine(sample));
+        if (!sample.notEmbedded.empty()) all_.push_back({key_, sample.notEmbedded, false, true});
+        addOfSample(sample.problem);
     }
     std::vector<BankFinding> take() { return std::move(all_); }
 
 private:
+    void addOfSample(const std::string& text) {
+        if (text.empty()) return;
+        all_.push_back({key_ + "." + ofStream(state_key::kSample), text, false, true});
+    }
+
     std::string key_;
     const PropertyDictionary& record_;
     std::vector<BankFinding> all_;
 };
 
+/// Whether the sample that a record names was found as the record says, and could be taken.
+bool isSampleFine(const RestoreReport& report) {
+    const SampleReport& sample = report.sample;
+    if (sample.end != SampleEnd::taken || sample.isOtherSound || !sample.notEmbedded.empty())
+        return false;
+    return std::ranges::none_of(report.findings, [](const StateFinding& finding) {
+        return finding.path.starts_with(ofStream(state_key::kSample));
+    });
+}
+
 class Checker {
 public:
-    Checker(const Folders& folders, SampleFiles samples, std::function<bool()> goOn)
-        : folders_(folders), samples_(samples), goOn_(std::move(goOn)) {}
+    explicit Checker(const Folders& folders) : folders_(folders) {}
 
     std::vector<BankFinding> check(const std::string& key, const PropertyDictionary& record) {
-        if (!goOn_()) return {}; // whoever asked sees it, too
-        PropertyDictionary restored = record;
-        const auto sample = restored.find(ofStream(state_key::kSample));
-        const bool wasFine = sample != restored.end() && sample->second == lastFineSample_;
-        if (wasFine) restored.erase(sample); // banks play one sound many times
-        std::vector<BankFinding> findings = restore(key, restored);
-        if (!wasFine && sample != restored.end() && findings.empty())
-            lastFineSample_ = sample->second;
-        return findings;
+        const auto sample = record.find(ofStream(state_key::kSample));
+        if (sample == record.end() || !isKnownToBeFine(sample->second))
+            return findingsOf(key, record, restored(record));
+        PropertyDictionary rest = record;
+        rest.erase(sample->first);
+        return findingsOf(key, rest, restored(rest));
     }
 
 private:
-    std::vector<BankFinding> restore(const std::string& key, const PropertyDictionary& record) {
+    bool isKnownToBeFine(const PropertyValue& sample) const {
+        return std::ranges::find(fineSamples_, sample) != fineSamples_.end();
+    }
+
+    RestoreReport restored(const PropertyDictionary& record) {
         Instance instance;
         instance.fileFacts = files_;
         AudioUnitViewController controller(instance); // without folders: no bank is listed
@@ -77,37 +95,32 @@ private:
         {
             const RunLoop::Scope main(instance.runLoop);
             controller.restoreStateProc(record);
-            if (samples_ == SampleFiles::ignore) controller.sampleLoader.cancel();
         }
         instance.runLoop.finishWork(); // a sample that the record names
-        return findingsOf(key, record, report);
+        if (isSampleFine(report)) fineSamples_.push_back(record.at(ofStream(state_key::kSample)));
+        return report;
     }
 
-    std::vector<BankFinding> findingsOf(const std::string& key, const PropertyDictionary& record,
-                                        const RestoreReport& report) const {
+    static std::vector<BankFinding> findingsOf(const std::string& key,
+                                               const PropertyDictionary& record,
+                                               const RestoreReport& report) {
         Findings findings(key, record);
         for (const StateFinding& finding : report.findings) findings.add(finding);
         if (report.selection) findings.add(QuickPresetsManager::whatIsMissing(*report.selection));
-        for (const StateFinding& finding : report.sample.findings) findings.add(finding);
-        if (samples_ == SampleFiles::lookFor) findings.addOfSample(otherSoundLine(report.sample));
-        findings.add(report.sample.notEmbedded);
-        if (samples_ == SampleFiles::lookFor) findings.addOfSample(report.sample.problem);
+        findings.add(report.sample);
         return findings.take();
     }
 
     Folders folders_;
-    SampleFiles samples_;
-    std::function<bool()> goOn_;
     std::shared_ptr<FileFacts> files_ = std::make_shared<FileFacts>();
-    PropertyValue lastFineSample_; // as long as none was met: a text, which no sample is
+    std::vector<PropertyValue> fineSamples_; // banks play one sound many times
 };
 
 } // namespace
 
-RecordCheck makeRecordCheck(const Folders& folders, SampleFiles samples,
-                            std::function<bool()> goOn) {
-    return [checker = std::make_shared<Checker>(folders, samples, std::move(goOn))](
-               const std::string& key, const PropertyDictionary& record) {
+RecordCheck makeRecordCheck(const Folders& folders) {
+    return [checker = std::make_shared<Checker>(folders)](const std::string& key,
+                                                          const PropertyDictionary& record) {
         return checker->check(key, record);
     };
 }

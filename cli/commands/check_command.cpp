@@ -2,6 +2,7 @@
 
 #include "cli/terminal/interrupt.h"
 #include "cli/terminal/json_text.h"
+#include "cli/terminal/progress_bar.h"
 #include "library/bank_check.h"
 #include "library/bank_place.h"
 #include "platform/files/folder_entries.h"
@@ -14,6 +15,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -24,53 +26,50 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-bool goOn() {
-    return !interrupted();
-}
-
 std::string counted(std::size_t count, const char* one) {
     return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
 }
 
 /// What was found out about the file, and done.
 struct Report {
-    bool isWhole = true; ///< false: the user stopped it, and more may be wrong
-    std::size_t presets = 0;
-    std::vector<BankFinding> findings;
-    std::optional<fs::path> mended;
-    std::vector<std::string> notes; ///< what the mended copy lacks
-    std::size_t kept = 0, lost = 0;
+    CheckedBank checked;
+    std::size_t presets = 0;             ///< of a bank with nothing wrong
+    std::optional<fs::path> mended = {}; ///< the copy, once it is written
 };
+
+bool isFine(const Report& report) {
+    return report.checked.isWhole && report.checked.findings.empty();
+}
 
 std::string lineOf(const BankFinding& finding) {
     return onOneLine(finding.key.empty() ? finding.text : finding.key + ": " + finding.text) + "\n";
 }
 
 std::string plainText(const Report& report) {
-    if (report.isWhole && report.findings.empty())
-        return counted(report.presets, "preset") + ", nothing wrong\n";
+    if (isFine(report)) return counted(report.presets, "preset") + ", nothing wrong\n";
     std::string text;
-    for (const BankFinding& finding : report.findings) text += lineOf(finding);
+    for (const BankFinding& finding : report.checked.findings) text += lineOf(finding);
     if (!report.mended) return text;
+    const MendedBank& mended = *report.checked.mended;
     text += "\n";
-    for (const std::string& note : report.notes) text += onOneLine(note) + "\n";
-    return text + shownFile(*report.mended) + " holds " + counted(report.kept, "preset") +
-           (report.lost > 0 ? "; " + std::to_string(report.lost) + " could not be saved\n" : "\n");
+    for (const std::string& note : mended.notes) text += onOneLine(note) + "\n";
+    return text + shownFile(*report.mended) + " holds " + counted(mended.bank.size(), "preset") +
+           (mended.lost > 0 ? "; " + std::to_string(mended.lost) + " could not be saved\n" : "\n");
 }
 
 std::string jsonText(const CheckRequest& request, const Report& report) {
     Json findings = Json::array();
-    for (const BankFinding& finding : report.findings)
+    for (const BankFinding& finding : report.checked.findings)
         findings.push_back(
             {{"key", finding.key}, {"text", finding.text}, {"fatal", finding.fatal}});
     Json json = {{"file", request.file}, {"findings", std::move(findings)}};
-    if (!report.isWhole) json["interrupted"] = true;
-    if (report.isWhole && report.findings.empty()) json["presets"] = report.presets;
+    if (!report.checked.isWhole) json["interrupted"] = true;
+    if (isFine(report)) json["presets"] = report.presets;
     if (report.mended)
         json["mended"] = {{"file", report.mended->string()},
-                          {"presets", report.kept},
-                          {"lost", report.lost},
-                          {"notes", report.notes}};
+                          {"presets", report.checked.mended->bank.size()},
+                          {"lost", report.checked.mended->lost},
+                          {"notes", report.checked.mended->notes}};
     return textOfJson(json);
 }
 
@@ -79,12 +78,8 @@ std::string countOf(const std::vector<BankFinding>& findings) {
     return "more than " + counted(kMostFindings, "fault");
 }
 
-/// Writes the mended copy, never over a file.
-Result<void> repair(const fs::path& file, std::span<const std::byte> bytes, const Folders& folders,
-                    Report& report) {
-    // Without the sample files: a preset whose sample is missing keeps its name, to be found again.
-    auto mended = mendBank(bytes, makeRecordCheck(folders, SampleFiles::ignore, goOn));
-    if (interrupted()) return {}; // what was not looked at could not be mended
+/// Writes the mended copy, never over a file, and answers where.
+Result<fs::path> repair(const fs::path& file, const std::optional<MendedBank>& mended) {
     if (!mended) return Failure{shownFile(file) + " cannot be mended: no preset was found in it"};
     const fs::path copy =
         file.parent_path() /
@@ -93,16 +88,18 @@ Result<void> repair(const fs::path& file, std::span<const std::byte> bytes, cons
     if (!written) return Failure{written.message()};
     if (!written.value())
         return Failure{shownFile(copy) + " is there already; rename it or take it away"};
-    report.mended = copy;
-    report.notes = std::move(mended->notes);
-    report.kept = mended->bank.size();
-    report.lost = mended->lost;
-    return {};
+    return copy;
 }
 
-std::size_t presetsIn(std::span<const std::byte> bytes, const std::string& name) {
-    const auto bank = readBank(bytes, name);
-    return bank ? bank.value().size() : 0;
+CheckedBank checkFile(std::vector<std::byte> bytes, const fs::path& file, const Folders& folders) {
+    ProgressBar bar("checking " + shownFile(file.filename()), ProgressBar::Shown::onTerminal);
+    CheckedBank checked =
+        checkBank(std::move(bytes), makeRecordCheck(folders), [&bar](double share) {
+            bar.update(share);
+            return !interrupted();
+        });
+    checked.isWhole = checked.isWhole && !interrupted(); // also within the last one
+    return checked;
 }
 
 } // namespace
@@ -110,27 +107,27 @@ std::size_t presetsIn(std::span<const std::byte> bytes, const std::string& name)
 ExitCode runCheck(const CommandContext& context, const CheckRequest& request) {
     const fs::path file = request.file;
     if (file.empty()) return endWith(ExitCode::wrongUsage, "FILE is empty; name a bank's file");
-    const auto whole = readWholeFile(file, kBankLimits.bytes);
+    auto whole = readWholeFile(file, kBankLimits.bytes);
     if (!whole) return endWith(ExitCode::failure, whole.message());
-    const std::vector<std::byte>& bytes = whole.value().bytes;
-    const Folders& folders = context.folders;
 
-    Report report;
-    report.findings = checkBank(bytes, makeRecordCheck(folders, SampleFiles::lookFor, goOn));
-    if (report.findings.empty()) report.presets = presetsIn(bytes, request.file);
-    Result<void> mended;
-    if (request.repair && !report.findings.empty()) mended = repair(file, bytes, folders, report);
-    report.isWhole = !interrupted() || report.mended;
+    Report report{checkFile(std::move(whole.value().bytes), file, context.folders)};
+    const CheckedBank& checked = report.checked;
+    const bool isMendable = checked.mended.has_value();
+    if (checked.findings.empty() && isMendable) report.presets = checked.mended->bank.size();
+    Result<fs::path> copy = Failure{};
+    const bool repairs = request.repair && checked.isWhole && !checked.findings.empty();
+    if (repairs) copy = repair(file, checked.mended);
+    if (repairs && copy) report.mended = copy.value();
     const ExitCode told = printOut(request.json ? jsonText(request, report) : plainText(report));
-    if (told == ExitCode::success && !report.isWhole)
+    if (told == ExitCode::success && !checked.isWhole)
         return endWith(ExitCode::interrupted,
                        "interrupted; " + shownFile(file) + " was not checked to its end");
-    if (told != ExitCode::success || report.findings.empty() || report.mended) return told;
-    if (!mended) return endWith(ExitCode::failure, mended.message());
+    if (told != ExitCode::success || checked.findings.empty() || report.mended) return told;
+    if (repairs) return endWith(ExitCode::failure, copy.message());
     return endWith(ExitCode::failure,
-                   shownFile(file) + " has " + countOf(report.findings) +
-                       (mendBank(bytes) ? "; --repair writes a mended copy beside it"
-                                        : "; no preset was found in it that could be saved"));
+                   shownFile(file) + " has " + countOf(checked.findings) +
+                       (isMendable ? "; --repair writes a mended copy beside it"
+                                   : "; no preset was found in it that could be saved"));
 }
 
 } // namespace zephyra

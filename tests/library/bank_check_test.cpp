@@ -1,6 +1,7 @@
 #include "library/bank_check.h"
 
 #include "library/bank_edits.h"
+#include "library/bank_mending.h"
 
 #include <chrono>
 #include <gmock/gmock.h>
@@ -10,8 +11,10 @@ namespace {
 
 using ::testing::ElementsAre;
 
-std::span<const std::byte> bytesOf(const std::string& text) {
-    return std::as_bytes(std::span(text));
+CheckedBank checked(const std::string& text, const RecordCheck& check = {},
+                    const CheckProgress& progress = {}) {
+    const auto bytes = std::as_bytes(std::span(text));
+    return checkBank({bytes.begin(), bytes.end()}, check, progress);
 }
 
 PropertyDictionary named(const char* name) {
@@ -47,14 +50,15 @@ TEST(BankCheck, NamesTheKeyOfEveryFindingAndMendingLeavesOutWhatIsWrong) {
     const std::string text = writePropertyList(bank).value();
     const auto check = [](const std::string& key, const PropertyDictionary& record) {
         std::vector<BankFinding> found;
-        if (key == "0-a" && record.contains("Density_0"))
-            found.push_back({key + ".Density_0", "is wrong"});
+        if (key != "0-a" || !record.contains("Density_0")) return found;
+        found.push_back({key + ".Density_0", "is wrong"});
+        found.push_back({key + ".Inner", "names a file that is gone", false, true});
         return found;
     };
-    EXPECT_THAT(
-        keysOf(checkBank(bytesOf(text), check)),
-        ElementsAre("0-a.Density_0", "!1 - b", "2 - c", "3 - d.SnapshotTags", "4 - e", "f"));
-    const auto mended = mendBank(bytesOf(text), check);
+    const auto [findings, mended, isWhole] = checked(text, check);
+    EXPECT_THAT(keysOf(findings), ElementsAre("0-a.Density_0", "0-a.Inner", "!1 - b", "2 - c",
+                                              "3 - d.SnapshotTags", "4 - e", "f"));
+    EXPECT_TRUE(isWhole);
     ASSERT_TRUE(mended);
     recordOf(bank, "0-a")->erase("Density_0");
     bank.erase("1 - b");
@@ -63,9 +67,9 @@ TEST(BankCheck, NamesTheKeyOfEveryFindingAndMendingLeavesOutWhatIsWrong) {
     EXPECT_TRUE(mended->bank == bank);
     EXPECT_EQ(mended->notes.size(), 4u);
     EXPECT_EQ(mended->lost, 1u);
-    EXPECT_THAT(checkBank(bytesOf(soundText())), ElementsAre());
-    EXPECT_THAT(keysOf(checkBank(bytesOf("no list"))), ElementsAre("!"));
-    EXPECT_THAT(keysOf(checkBank(bytesOf("<plist><array/></plist>"))), ElementsAre("!"));
+    EXPECT_THAT(checked(soundText()).findings, ElementsAre());
+    EXPECT_THAT(keysOf(checked("no list").findings), ElementsAre("!"));
+    EXPECT_THAT(keysOf(checked("<plist><array/></plist>").findings), ElementsAre("!"));
 }
 
 TEST(BankCheck, MendingKeepsEveryPresetThatIsWhole) {
@@ -88,11 +92,10 @@ TEST(BankCheck, MendingKeepsEveryPresetThatIsWhole) {
     };
     for (const auto& [how, text, kept, lost, notes] : damages) {
         SCOPED_TRACE(how);
-        const auto findings = checkBank(bytesOf(text));
+        const auto [findings, mended, isWhole] = checked(text);
         EXPECT_TRUE(findings.front().fatal);
         EXPECT_GE(findings.size(), 2 + lost);
         EXPECT_THAT(findings.back().text, ::testing::HasSubstr("whole"));
-        const auto mended = mendBank(bytesOf(text));
         ASSERT_TRUE(mended);
         EXPECT_EQ(sortedKeys(mended->bank), kept);
         EXPECT_EQ(mended->lost, lost);
@@ -100,10 +103,35 @@ TEST(BankCheck, MendingKeepsEveryPresetThatIsWhole) {
         for (const auto& [key, record] : mended->bank)
             EXPECT_EQ(record.as<PropertyDictionary>()->size(), 3u) << key;
     }
-    EXPECT_TRUE(mendBank(bytesOf("<plist><dict/></plist>"))) << "empty, and whole";
+    EXPECT_TRUE(checked("<plist><dict/></plist>").mended) << "empty, and whole";
     for (const char* const text : {"", "no list", "bplist00", "<plist><dict><key>a</key>",
                                    "<plist><dict><key>a</key><true/></dict></plist>"})
-        EXPECT_FALSE(mendBank(bytesOf(text))) << text;
+        EXPECT_FALSE(checked(text).mended) << text;
+}
+
+TEST(BankCheck, NotesTheFirstThousandByKeyWhicheverPresetIsListedFirst) {
+    Bank bank;
+    std::vector<std::string> expected;
+    for (std::size_t n = 0; n <= kMostFindings; ++n)
+        bank.emplace(std::to_string(n) + " - a", PropertyDictionary{});
+    for (const auto& [key, record] : bank)
+        if (expected.size() < kMostFindings)
+            expected.push_back(shownKey(key) + " was named " + kUnnamed);
+    expected.emplace_back("and 1 more");
+    EXPECT_EQ(checked(writePropertyList(bank).value()).mended->notes, expected);
+}
+
+TEST(BankCheck, EndsWithWhatItHasOnceItsProgressSaysSo) {
+    std::vector<double> shares;
+    const auto some = checked(
+        soundText(),
+        [](const std::string& key, const auto&) {
+            return std::vector{BankFinding{key, "is wrong"}};
+        },
+        [&shares](double share) { return shares.push_back(share), shares.size() < 2; });
+    EXPECT_THAT(shares, ElementsAre(0.0, 1.0 / 3));
+    EXPECT_FALSE(some.isWhole);
+    EXPECT_THAT(keysOf(some.findings), ElementsAre("0-a"));
 }
 
 TEST(BankCheck, TakesNoLongerThanTheTextOfAHostileFileIsLong) {
@@ -113,8 +141,7 @@ TEST(BankCheck, TakesNoLongerThanTheTextOfAHostileFileIsLong) {
           "<", "</dict>"}) {
         std::string text = "<plist><dict>\n<key>a</key>";
         while (text.size() < 1'000'000) text += piece;
-        static_cast<void>(mendBank(bytesOf(text)));
-        EXPECT_LE(checkBank(bytesOf(text)).size(), kMostFindings + 1) << piece;
+        EXPECT_LE(checked(text).findings.size(), kMostFindings + 1) << piece;
     }
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
 }
