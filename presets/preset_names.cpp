@@ -143,7 +143,7 @@ std::string presetWord(BankFolder& banks, const std::string& bank, const std::st
     const auto preset = std::ranges::find(snapshots, key, &BankSummary::Snapshot::key);
     if (preset == snapshots.end()) return key;
     const auto isRight = [&](const std::string& word) {
-        return word != kAllPresets && !word.empty() && onOneLine(word) == word &&
+        return word != kAllPresets && onOneLine(word) == word &&
                keysTyped(snapshots, word) == Texts{key};
     };
     if (isRight(preset->tag)) return preset->tag;

@@ -4,9 +4,7 @@
 #include "platform/lists/property_reader.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <limits>
-#include <system_error>
 
 namespace zephyra {
 
@@ -24,9 +22,7 @@ std::optional<std::uint32_t> stateSeed(const PropertyDictionary& state) {
 std::optional<std::uint32_t> settledSeed(const RenderRequest& request, const Clock& clock) {
     if (request.seed) return request.seed;
     if (!request.host.state) return clockSeed(clock);
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(*request.host.state, ignored)) return std::nullopt;
-    const auto state = readPropertyListFile(*request.host.state);
+    const auto state = readPropertyListFile(*request.host.state); // nothing is taken from a pipe
     if (!state) return std::nullopt;
     return stateSeed(state.value()).value_or(clockSeed(clock));
 }

@@ -27,9 +27,8 @@ void add(ShellCommand& words, const TypedOption& option) {
     if (option.value) words.push_back(*option.value);
 }
 
-/// "-", the standard input, is none.
 bool looksLikeAnOption(const std::string& word) {
-    return word.size() > 1 && word[0] == '-';
+    return word.starts_with('-');
 }
 
 ShellCommand folderCommand(const fs::path& folder) {

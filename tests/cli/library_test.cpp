@@ -249,6 +249,7 @@ TEST_F(Library, AFactoryBankBecomesTheUsersOwnOnlyWithYesAndIsAskedForOnce) {
     EXPECT_THAT(names("Éole"), ElementsAre("Wind", "P", "Q", "Haze"));
     out("preset import Drones.zephyra --yes");
     EXPECT_THAT(names("Drones"), ElementsAre("Given"));
+    out("preset import Drones.zephyra --as drones"); // nothing of the factory's shows any more
     out("preset rename Drones Mine");
     out("preset rename Mine Drones --yes");
     out("preset move Clouds Rain --to Drones");

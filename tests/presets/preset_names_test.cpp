@@ -59,6 +59,8 @@ TEST(PresetNames, MeanABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
         EXPECT_EQ(presetWord(banks, "Odd.zephyra", key), word) << key;
         EXPECT_THAT(findPresets(banks, "Odd.zephyra", word).value(), ElementsAre(key));
     }
+    put(shared / "One.zephyra", {{"0 - a", named("*")}}); // which is not all of it
+    EXPECT_EQ(presetWord(banks, "One.zephyra", "0 - a"), "0 - a");
     const auto all = findPresets(banks, "Mist.zephyra", "*");
     ASSERT_TRUE(all) << all.message();
     EXPECT_THAT(all.value(), ElementsAre("0 - a", "1 - b", "2 - c", "3 - d"));
