@@ -23,6 +23,12 @@ TEST(WaveformColumns, EveryFrameFallsOnItsColumn) {
     EXPECT_EQ(std::tuple(seen[0].low, seen[0].high), std::tuple(-2, 1));
     EXPECT_EQ(std::tuple(seen[1].low, seen[1].high), std::tuple(0, 4));
     EXPECT_EQ(seen[2].rms(), 5);
+    EXPECT_EQ(seen[2].low, 5) << "what was never seen, zero, is no extreme";
+    const auto two = thinned(seen, 2);
+    EXPECT_EQ(std::tuple(two[0].low, two[0].high, two[0].frames), std::tuple(-2, 4, 4u));
+    EXPECT_EQ(two[1].rms(), 5);
+    EXPECT_EQ(thinned({{1, 2, 5, 2}, {}}, 1)[0].low, 1) << "of what is empty as well";
+    EXPECT_EQ(thinned(seen, 4).size(), 3u);
 
     WaveformColumns sparse(2, 4);
     sparse.add(samples, 2);

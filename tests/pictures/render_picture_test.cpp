@@ -81,6 +81,14 @@ TEST(ScanWay, MotionIsALineAWrapLeavesAndEntersAndAJumpIsNeither) {
          {at(0, 0.5, 0, 0.1), ScanRun{1, 1, 0.5, 0, 0.3, 0.4, 0.1}},
          "0.00-1.00s 0.40-0.50 1.00-2.00s 0.50-0.60 ",
          ""},
+        {"another part",
+         {at(0, 0.5), ScanRun{1, 1, 0.5, 0, 0.3, 0.4}},
+         "0.00-1.00s 0.40-0.40 1.00-2.00s 0.50-0.50 ",
+         "1.00-1.00s 0.40-0.50 "},
+        {"too short for a band",
+         {ScanRun{0, 0.001, 0.5, 1, 0.2, 0.4}},
+         "0.00-0.00s 0.40-0.60 0.00-0.00s 0.20-0.40 ",
+         ""},
         {"a part that runs backwards",
          {ScanRun{0, 1, 0.5, 1, 0.6, -0.4}},
          "0.00-0.50s 0.40-0.20 0.50-1.00s 0.60-0.40 ",
@@ -118,12 +126,13 @@ TEST(ScanWay, EvenStepsAreMotionAndOneThatStandsAloneIsAJump) {
 TEST(ScanWay, RunsThatGoOnAreOneAndThoseTooShortToBeSeenGiveWay) {
     std::vector<ScanRun> runs;
     for (int n = 0; n < 1000; ++n)
-        addScanRun(runs, {n * 0.01, 0.01, std::fmod(n * 0.3, 1.0), 0.3, 0, 1}, 0.001);
+        addScanRun(runs, {n * 0.01, 0.01, std::fmod(n * 0.3, 1.0), 0.3, n * 0.1, 1, 0.1}, 0.001);
     ASSERT_EQ(runs.size(), 1u);
     EXPECT_NEAR(runs[0].travel, 300, 1e-9);
+    EXPECT_NEAR(runs[0].drift, 100, 1e-9);
     EXPECT_NEAR(runs[0].end(), 10, 1e-9);
 
-    addScanRun(runs, {10, 0.1, 0.5, 0.3, 0, 1}, 0.2);
+    addScanRun(runs, {10, 0.1, 0.0, 0.3, 100, 1, 0.1}, 0.2); // goes on, but slower
     addScanRun(runs, {10.1, 0.1, 0.7, 0.0, 0, 1}, 0.2);
     addScanRun(runs, {10.2, 0.1, 0.9, 0.0, 0, 1}, 0.15);
     ASSERT_EQ(runs.size(), 3u);
