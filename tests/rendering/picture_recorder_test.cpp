@@ -66,7 +66,7 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
 double scanAt(const GrainMap& map, double seconds) {
     const auto run = std::ranges::find_if(
         map.scan, [seconds](const ScanRun& each) { return seconds < each.end() - 1e-9; });
-    if (run == map.scan.end()) return NAN;
+    if (run == map.scan.end() || seconds < run->seconds) return NAN;
     const double phase = run->phase + run->travel * (seconds - run->seconds) / run->length;
     return run->low + (phase - std::floor(phase)) * run->span;
 }
@@ -75,7 +75,8 @@ TEST(PictureRecorder, TheScanGoesWhereGrainsReadHoweverItIsMoved) {
     using enum ControlId;
     RenderPlan plan = planFor(SourceUse::loaded);
     plan.blockFrames = 512;
-    plan.settings = {{jittering, 0}, {density, 400}, {length, 10}};
+    plan.playFrames = 40000; // then comes the tail
+    plan.settings = {{jittering, 0}, {density, 400}, {length, 10}, {fadeOut, 0}};
     plan.start = 0.3f;
     plan.end = 0.34f; // crossed in 18 ms, more than once a block at its fastest
     plan.timedSettings = {{0.2, {scanning, 4}},          {0.4, {scanning, -4}},
@@ -99,6 +100,8 @@ TEST(PictureRecorder, TheScanGoesWhereGrainsReadHoweverItIsMoved) {
         ++grains;
     }
     EXPECT_GT(grains, 200u);
+    EXPECT_TRUE(std::isnan(scanAt(map, 0.75))) << "it stands, and nobody hears where";
+    EXPECT_TRUE(std::isnan(scanAt(map, 40001 / 44100.0)));
     EXPECT_TRUE(recorder.picture().isStereo);
     EXPECT_EQ(recorder.picture().sourceChannels, 2u);
 }
