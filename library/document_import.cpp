@@ -5,7 +5,6 @@
 #include "platform/files/file_lock.h"
 #include "platform/files/file_name.h"
 #include "platform/files/folder_entries.h"
-#include "platform/files/whole_file.h"
 #include "platform/text/odd_bytes.h"
 
 #include <algorithm>
@@ -69,33 +68,44 @@ void DocumentImport::copyDocument(const fs::path& document, const std::string& n
 void DocumentImport::startNext() {
     if (worker_.busy() || waiting_.empty()) return;
     worker_.start([this, copy = std::move(waiting_.front()), folder = instance_.folders.shared,
-                   wait = wait_](const Worker::Cancelled&) {
+                   progress = progress_](const Worker::Cancelled& cancelled) {
+        const auto goesOn = [&](double share) {
+            return !cancelled && (!progress || progress(share));
+        };
         return RunLoop::Task(
-            [this, copy, outcome = perform(copy, folder, wait)] { finish(copy, outcome); });
+            [this, copy, outcome = perform(copy, folder, goesOn)] { finish(copy, outcome); });
     });
     waiting_.pop_front();
 }
 
 Result<DocumentImport::Outcome> DocumentImport::perform(const Copy& copy, const fs::path& folder,
-                                                        const LockWait& wait) {
-    const auto document = readWholeFile(copy.document, kMostBytes);
-    if (!document) return Failure{document.message()};
+                                                        const FileCopy::Progress& progress) {
+    FileCopy file;
+    if (const auto opened = file.open(copy.document); !opened) return Failure{opened.message()};
     if (const std::error_code error = file_calls::makeFolders(folder))
         return Failure{shownFile(copy.document) + " cannot be imported: the folder " +
                        shownFile(folder) + " cannot be made: " + error.message()};
     const fs::path target = folder / copy.name;
+    const bool asks = copy.ifTaken == IfTaken::ask;
+    const auto isTaken = [&] {
+        std::error_code missing;
+        return asks && fs::exists(file_calls::status(target, missing));
+    };
+    const bool wasTaken = isTaken(); // then a long copy would be made for nothing
+    if (!wasTaken)
+        if (const auto written = file.write(target, progress); !written)
+            return Failure{written.message()};
     FileLock lock; // or who changes a bank just now would write over what arrives
     const fs::path side = folder / BankFolder::kLockName;
-    if (const std::error_code error = lock.lock(side, wait))
+    if (const std::error_code error = lock.lock(side, {.goesOn = [&] { return progress(1.0); }}))
         return Failure{shownFile(target) + " cannot be written: " + lockProblem(side, error)};
-    if (copy.ifTaken == IfTaken::ask) {
-        const Result<bool> created = createFile(target, document.value().bytes);
-        if (!created) return Failure{created.message()};
-        return created.value() ? Outcome::copied : Outcome::nameTaken;
-    }
-    if (const auto replaced = replaceFile(target, document.value().bytes); !replaced)
-        return Failure{replaced.message()};
-    return Outcome::copied;
+    if (wasTaken && isTaken()) return Outcome::nameTaken;
+    if (wasTaken)
+        if (const auto written = file.write(target, progress); !written)
+            return Failure{written.message()};
+    const Result<bool> named = asks ? file.create() : file.replace();
+    if (!named) return Failure{named.message()};
+    return named.value() ? Outcome::copied : Outcome::nameTaken;
 }
 
 void DocumentImport::finish(const Copy& copy, const Result<Outcome>& outcome) {

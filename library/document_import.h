@@ -1,12 +1,11 @@
 // DocumentImport: copies documents that the user picked into the shared folder.
 #pragma once
 
-#include "platform/files/file_lock.h"
+#include "platform/files/file_copy.h"
 #include "platform/instance.h"
 #include "platform/text/result.h"
 #include "platform/threads/worker.h"
 
-#include <cstddef>
 #include <deque>
 #include <filesystem>
 #include <functional>
@@ -17,23 +16,22 @@
 
 namespace zephyra {
 
-/// Documents are read on WORKER, one after another, and written completely or not at all; nothing
-/// is written outside the shared folder. A name that is taken is asked for anew. What fails becomes
-/// an alert that names the document. MAIN.
+/// Documents of any length are copied on WORKER, one after another, and completely or not at all,
+/// the latter also where this ends meanwhile; nothing is written outside the shared folder. A name
+/// that is taken is asked for anew. What fails becomes an alert that names the document. MAIN.
 class DocumentImport {
 public:
     struct Kind {
         std::vector<std::string> extensions; ///< without dot; others are refused
         std::string refusal;                 ///< the message of that warning
     };
-    static constexpr std::size_t kMostBytes = std::size_t{1} << 30; ///< of a document
-
     /// refill runs on MAIN when the folder holds something new. instance must outlive this.
     DocumentImport(Instance& instance, Kind kind, std::function<void()> refill);
     ~DocumentImport();
 
-    /// For the lock of the shared folder; goesOn is asked on WORKER. While nothing is imported.
-    void setLockWait(LockWait wait) { wait_ = std::move(wait); }
+    /// Told on WORKER the share of the document at hand that is copied, 0 to 1, also while it waits
+    /// for the shared folder's lock; false ends its import. While nothing is imported.
+    void setProgress(FileCopy::Progress progress) { progress_ = std::move(progress); }
 
     /// The copy's name is the document's with its percent escapes decoded.
     void importDocument(const std::filesystem::path& document);
@@ -65,7 +63,7 @@ private:
     enum class Outcome { copied, nameTaken };
     Result<std::string> checkedName(const std::filesystem::path& document, std::string name) const;
     static Result<Outcome> perform(const Copy& copy, const std::filesystem::path& folder,
-                                   const LockWait& wait);
+                                   const FileCopy::Progress& progress);
 
     void startNext();
     void finish(const Copy& copy, const Result<Outcome>& outcome);
@@ -75,7 +73,7 @@ private:
     Instance& instance_;
     Kind kind_;
     std::function<void()> refill_;
-    LockWait wait_;
+    FileCopy::Progress progress_;
     std::deque<Copy> waiting_;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true); // an alert may outlive this
     Worker worker_;

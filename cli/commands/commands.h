@@ -63,7 +63,8 @@ struct PresetExportRequest {
 };
 ExitCode runPresetExport(const CommandContext& context, const PresetExportRequest& request);
 
-/// `zephyra preset import`: banks from files. Every file is read before anything is written.
+/// `zephyra preset import`: banks from files, one after another; those after one that cannot be
+/// imported are imported all the same.
 struct PresetImportRequest {
     std::vector<std::string> files;
     std::optional<std::string> bank; ///< gets the presets; nothing: each file becomes a bank
@@ -112,9 +113,10 @@ struct SamplesRequest {
 };
 ExitCode runSamples(const CommandContext& context, const SamplesRequest& request);
 
-/// `zephyra samples import`: copies sound files into the shared folder.
+/// `zephyra samples import`: copies sound files into the shared folder, those after one that cannot
+/// be copied as well.
 struct SampleImportRequest {
-    std::vector<std::string> files;
+    std::vector<std::string> files;  ///< a folder stands for the sound files in it
     std::optional<std::string> name; ///< of the copy, with or without the file's extension
     bool yes = false;                ///< a sample of that name is replaced
 };

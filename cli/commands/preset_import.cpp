@@ -1,5 +1,6 @@
 #include "cli/commands/commands.h"
 
+#include "cli/commands/import_run.h"
 #include "cli/terminal/command_clock.h"
 #include "cli/terminal/interrupt.h"
 #include "library/bank_edits.h"
@@ -19,10 +20,14 @@ namespace zephyra {
 namespace {
 
 struct ReadFile {
-    std::string path;
     std::string name; ///< of the bank that it is to be; empty when another gets its presets
     BankCache::Content content;
 };
+
+/// What the bank in file is to be called.
+Result<std::string> ownName(const PresetImportRequest& request, const std::filesystem::path& file) {
+    return newBankName(request.name.value_or(typedFromBytes(file.filename().string())));
+}
 
 Result<ReadFile> readFile(const PresetImportRequest& request, const std::filesystem::path& file) {
     const std::string fileName = file.filename().string();
@@ -32,9 +37,9 @@ Result<ReadFile> readFile(const PresetImportRequest& request, const std::filesys
     auto read = readBank(file);
     if (!read) return Failure{read.message()};
     auto content = std::make_shared<const Bank>(std::move(read.value().bank));
-    if (request.bank) return ReadFile{file.string(), {}, std::move(content)};
-    auto name = newBankName(request.name.value_or(typedFromBytes(fileName)));
-    if (name) return ReadFile{file.string(), std::move(name.value()), std::move(content)};
+    if (request.bank) return ReadFile{{}, std::move(content)};
+    auto name = ownName(request, file);
+    if (name) return ReadFile{std::move(name.value()), std::move(content)};
     return Failure{name.message() + (request.name ? "" : "; choose another name with --as")};
 }
 
@@ -74,19 +79,22 @@ Result<void> checkRequest(const PresetImportRequest& request) {
 }
 
 /// Whether none of the factory's banks becomes the user's without a yes.
-Result<void> checkFactoryBanks(BankFolder& banks, const PresetImportRequest& request,
-                               const std::vector<ReadFile>& files) {
+Result<void> checkFactoryBanks(BankFolder& banks, const PresetImportRequest& request) {
     if (request.yes) return {};
     if (request.bank) {
         const auto target = findOrNameBank(banks, *request.bank);
         return target ? checkIsNotTheFactorys(banks, target.value(), kCopyOfFactorys)
                       : Result<void>(); // what it is instead is told where it is changed
     }
-    for (const ReadFile& file : files)
+    for (const std::string& file : request.files) {
+        const auto name = ownName(request, file);
+        if (!name) continue; // told where the file is read
         if (auto free = checkIsNotTheFactorys(
-                banks, file.name, "choose another name with --as, or add --yes to call yours so");
+                banks, name.value(),
+                "choose another name with --as, or add --yes to call yours so");
             !free)
             return free;
+    }
     return {};
 }
 
@@ -95,29 +103,20 @@ Result<void> checkFactoryBanks(BankFolder& banks, const PresetImportRequest& req
 ExitCode runPresetImport(const CommandContext& context, const PresetImportRequest& request) {
     if (const auto fits = checkRequest(request); !fits)
         return endWith(ExitCode::wrongUsage, fits.message());
-    std::vector<ReadFile> files;
-    for (const std::string& name : request.files) {
-        auto read = readFile(request, name);
-        if (!read) return endWith(ExitCode::failure, read.message());
-        files.push_back(std::move(read.value()));
-    }
     const Folders& folders = context.folders;
-    if (const auto ready = readySharedFolder(folders); !ready)
-        return endWith(ExitCode::failure, ready.message());
     BankFolder banks(folders);
     banks.setLockWait({.goesOn = [] { return !interrupted(); }});
-    if (const auto free = checkFactoryBanks(banks, request, files); !free)
+    if (const auto free = checkFactoryBanks(banks, request); !free)
         return endWith(ExitCode::wrongUsage, free.message());
-    for (const ReadFile& file : files) {
-        if (interrupted())
-            return endWith(ExitCode::interrupted,
-                           "interrupted; " + file.path + " was not imported");
-        const auto imported = importFile(banks, request, file);
-        if (!imported) return endWith(failureOrInterrupt(), imported.message());
-        if (const ExitCode code = printOut(imported.value()); code != ExitCode::success)
-            return code;
-    }
-    return ExitCode::success;
+    bool isReady = false; // a folder is made for what can be read alone
+    return importAll(request.files, [&](const std::string& name, const auto&) {
+        const auto file = readFile(request, name);
+        if (!file) return Result<std::string>(Failure{file.message()});
+        if (const auto ready = isReady ? Result<void>() : readySharedFolder(folders); !ready)
+            return Result<std::string>(Failure{ready.message()});
+        isReady = true;
+        return importFile(banks, request, file.value());
+    });
 }
 
 } // namespace zephyra

@@ -1,10 +1,11 @@
 #include "cli/commands/commands.h"
 
-#include "cli/terminal/interrupt.h"
+#include "cli/commands/import_run.h"
 #include "cli/terminal/json_text.h"
 #include "cli/terminal/text_table.h"
 #include "library/quick_sample_manager.h"
 #include "platform/files/file_name.h"
+#include "platform/files/folder_entries.h"
 #include "platform/instance.h"
 #include "platform/sound/sound_file.h"
 #include "platform/text/message_text.h"
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <nlohmann/json.hpp>
 
 namespace zephyra {
@@ -134,9 +136,11 @@ std::string stemTyped(const fs::path& file, std::string_view typed) {
 /// One file on its way into the shared folder.
 class SampleImport {
 public:
-    SampleImport(const Folders& folders, const SampleImportRequest& request) : request_(request) {
+    SampleImport(const Folders& folders, const SampleImportRequest& request,
+                 std::function<bool(double share)> progress)
+        : request_(request) {
         instance_.folders = folders;
-        import_.setLockWait({.goesOn = [] { return !interrupted(); }});
+        import_.setProgress(std::move(progress));
     }
 
     /// The name of the copy.
@@ -164,6 +168,43 @@ private:
     DocumentImport import_{instance_, soundFiles(), [] {}};
 };
 
+/// What stands for the words of a request: a folder for the sound files in it.
+struct NamedSamples {
+    std::vector<std::string> files;
+    std::vector<std::string> notes; // on what was left out
+    bool hasFolder = false;
+};
+
+/// Hidden files and folders are nobody's samples, and not counted.
+Result<NamedSamples> namedSamples(const std::vector<std::string>& words) {
+    NamedSamples named;
+    for (const std::string& word : words) {
+        std::error_code error;
+        if (!fs::is_directory(word, error)) {
+            named.files.push_back(word);
+            continue;
+        }
+        named.hasFolder = true;
+        const std::size_t before = named.files.size();
+        std::size_t others = 0;
+        for (const std::string& name : folderEntries(word)) {
+            const fs::path file = fs::path(word) / name;
+            if (name.starts_with('.') || fs::is_directory(file, error)) continue;
+            if (std::ranges::count(QuickSampleManager::kExtensions, extensionOf(name)) > 0)
+                named.files.push_back(file.string());
+            else
+                ++others;
+        }
+        if (named.files.size() == before)
+            return Failure{shownFile(word) + " holds no sample; name a folder of sound files"};
+        if (others > 0)
+            named.notes.push_back(shownFile(word) + ": " + std::to_string(others) +
+                                  (others == 1 ? " file that is no sample was left out"
+                                               : " files that are no samples were left out"));
+    }
+    return named;
+}
+
 } // namespace
 
 ExitCode runSamples(const CommandContext& context, const SamplesRequest& request) {
@@ -172,21 +213,19 @@ ExitCode runSamples(const CommandContext& context, const SamplesRequest& request
 }
 
 ExitCode runSampleImport(const CommandContext& context, const SampleImportRequest& request) {
-    if (request.name && request.files.size() > 1)
+    const auto named = namedSamples(request.files);
+    if (!named) return endWith(ExitCode::failure, named.message());
+    const auto& [files, notes, hasFolder] = named.value();
+    if (request.name && (files.size() > 1 || hasFolder))
         return endWith(ExitCode::wrongUsage, "--as names one sample; import one file with it");
     const Folders& folders = context.folders;
     if (const auto ready = readySharedFolder(folders); !ready)
         return endWith(ExitCode::failure, ready.message());
-    for (const std::string& file : request.files) {
-        if (interrupted())
-            return endWith(ExitCode::interrupted, "interrupted; " + file + " was not imported");
-        const auto imported = SampleImport(folders, request).run(file);
-        if (!imported) return endWith(failureOrInterrupt(), imported.message());
-        if (const ExitCode code = printOut(onOneLine(imported.value()) + " is there\n");
-            code != ExitCode::success)
-            return code;
-    }
-    return ExitCode::success;
+    for (const std::string& note : notes) endWith(ExitCode::success, note);
+    return importAll(files, [&](const std::string& file, const auto& progress) {
+        const auto imported = SampleImport(folders, request, progress).run(file);
+        return imported ? Result(onOneLine(imported.value()) + " is there\n") : imported;
+    });
 }
 
 } // namespace zephyra

@@ -300,6 +300,41 @@ TEST_F(Library, ABankThatWasExportedIsTheSameOnAnotherMachineAndBringsItsSound) 
     EXPECT_TRUE(readText(shared() / "tone.wav") == "other");
 }
 
+TEST_F(Library, AnImportGoesOnAfterWhatItCannotTakeAndSaysAtTheEndHowManyItTook) {
+    std::filesystem::create_directories(folder / "loops/sub.wav");
+    for (const char* const name : {"loops/b.wav", "loops/a.raw", "loops/._a.raw", "loops/note.txt"})
+        writeText(folder / name, name);
+    const std::string clouds = " shared/Clouds.zephyra", more = " sound.zephyra";
+    put(folder / "sound.zephyra", {{"0 - a", preset("One")}});
+    const std::tuple<std::string, int, std::string, std::string> cases[] = {
+        {"samples import loops", 0, "a.raw is there\nb.wav is there\n",
+         "zephyra: loops: 1 file that is no sample was left out\n"},
+        {"samples import none.wav in.wav loops/b.wav loops/note.txt", 1, "in.wav is there\n",
+         "zephyra: none.wav cannot be read: there is no such file\n"
+         "zephyra: a sample \"b.wav\" is there already; choose another name with --as, or add "
+         "--yes to replace it\n"
+         "zephyra: loops/note.txt: this is no sample; name a file whose name ends in one of raw, "
+         "wav, aif, aiff, aifc, caf, mp3, m4a\n"
+         "zephyra: 1 of 4 was imported\n"},
+        {"samples import loops/sub.wav in.wav", 1, "",
+         "zephyra: loops/sub.wav holds no sample; name a folder of sound files\n"},
+        {"samples import loops --as x", 2, "",
+         "zephyra: --as names one sample; import one file with it\n"},
+        {"preset import none.zephyra" + more + clouds, 1, "\"sound\" is there, with 1 preset\n",
+         "zephyra: none.zephyra cannot be read: there is no such file\n"
+         "zephyra: a bank \"Clouds\" is there already; choose another name with --as, or add --yes "
+         "to replace it\n"
+         "zephyra: 1 of 3 was imported\n"},
+    };
+    for (const auto& [arguments, code, printed, said] : cases) {
+        const ProgramRun ran = run(arguments);
+        EXPECT_EQ(ran.code, code) << arguments;
+        EXPECT_EQ(ran.out, printed);
+        EXPECT_EQ(ran.err, said);
+    }
+    EXPECT_EQ(readText(shared() / "a.raw"), "loops/a.raw");
+}
+
 TEST_F(Library, ABankWhoseFileHasAnOddNameIsShownSoThatItCanBeTyped) {
     put(shared() / "b\xff.zephyra", {{"0 - a", preset("Odd")}});
     put(shared() / "b\\xFF.zephyra", {{"0 - a", preset("v\\x41")}});
@@ -357,9 +392,9 @@ TEST_F(Library, WhatIsStoppedSaysSoAndNeverThatNothingIsWrong) {
          },
          bad, "a string SnapshotTags is needed\n"},
         {[&] {
-             return runSampleImport(context, {{"in.wav"}, {}, false});
+             return runSampleImport(context, {{"in.wav", "b.wav"}, {}, false});
          },
-         "in.wav", ""},
+         "in.wav was not imported; 0 of 2 were imported", ""},
         {[&] {
              return runPresetImport(context, {{clouds}, {}, {}, true});
          },

@@ -6,8 +6,11 @@
 #include "platform/files/file_calls.h"
 #include "tests/support/temporary_folder.h"
 
+#include <algorithm>
 #include <chrono>
 #include <gmock/gmock.h>
+#include <malloc.h>
+#include <thread>
 
 namespace zephyra {
 namespace {
@@ -73,6 +76,52 @@ TEST_F(SampleLibrary, ImportsUnderTheDecodedNameAndNothingOutsideTheFolder) {
         EXPECT_EQ(refills, copies += alert.empty());
     }
     EXPECT_THAT(imported(folder / "documents/gone.wav"), HasSubstr("gone.wav cannot be read"));
+}
+
+/// What is allocated, large pieces included; 0 under a sanitizer's allocator.
+std::size_t heapBytes() {
+    const struct mallinfo2 heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
+TEST_F(SampleLibrary, ALongDocumentIsCopiedInPiecesAheadOfTheLockAndGivenUpWhenNobodyWaits) {
+    std::string text;
+    while (text.size() < 24 * FileCopy::kPieceBytes + 7) text += std::to_string(text.size());
+    const auto file = document("long.wav", text);
+    const std::size_t before = heapBytes();
+    std::size_t most = 0;
+    bool isFlushed = false, isLocked = false;
+    std::atomic<int> writes = 0;
+    setFileCallGate([&](FileCall call, const std::filesystem::path&) {
+        most = std::max(most, heapBytes() - std::min(heapBytes(), before));
+        writes += call == FileCall::write;
+        isFlushed = isFlushed || (call == FileCall::flush && !isLocked);
+        isLocked = isLocked || call == FileCall::lock;
+        return 0;
+    });
+    std::vector<double> shares;
+    imports.setProgress([&shares](double share) { return shares.push_back(share), true; });
+    EXPECT_EQ(imported(file), "");
+    EXPECT_EQ(shared("long.wav") == text, true);
+    EXPECT_LT(most, 4 * FileCopy::kPieceBytes);
+    EXPECT_TRUE(isFlushed && isLocked);
+    EXPECT_TRUE(std::ranges::is_sorted(shares) && shares.front() == 0.0 && shares.size() > 20);
+    std::filesystem::remove(instance.folders.shared / "long.wav");
+
+    imports.setProgress([](double share) { return share < 0.5; });
+    EXPECT_EQ(imported(file), "interrupted; " + file.string() + " was not copied");
+    writes = 0;
+    {
+        DocumentImport closed(instance, {{"wav"}, ""}, [] {});
+        closed.importDocument(file);
+        for (int i = 0; i < 5000 && writes == 0; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    setFileCallGate({});
+    EXPECT_LT(writes, 20);
+    std::error_code error;
+    EXPECT_THAT(file_calls::list(instance.folders.shared, error),
+                ElementsAre(BankFolder::kLockName));
 }
 
 TEST_F(SampleLibrary, AsksForAnotherNameWhenOneIsTakenAlsoAtTheLastMoment) {

@@ -2,6 +2,7 @@
 
 #include "platform/files/backup_flag.h"
 #include "platform/files/content_hash.h"
+#include "platform/files/file_copy.h"
 #include "tests/support/failing_calls.h"
 
 #include <algorithm>
@@ -48,9 +49,22 @@ TEST(WholeFile, IsTheOldOrTheNewOneWithNothingBesideWhateverCallFails) {
         const auto created = createFile(path, bytesOf("new"));
         return created && created.value();
     };
-    expectWholeOrNotAtAll(replace, "old, and longer");
-    expectWholeOrNotAtAll(replace, {});
+    const TemporaryFolder elsewhere(quickFolder());
+    writeText(elsewhere / "source", "new");
+    const auto copyBy = [&elsewhere](auto name) {
+        return [&elsewhere, name](const fs::path& path) {
+            FileCopy copy;
+            if (!copy.open(elsewhere / "source") || !copy.write(path)) return false;
+            const auto named = (copy.*name)();
+            return named && named.value();
+        };
+    };
+    for (const WriteFile& write : {WriteFile(replace), WriteFile(copyBy(&FileCopy::replace))}) {
+        expectWholeOrNotAtAll(write, "old, and longer");
+        expectWholeOrNotAtAll(write, {});
+    }
     expectWholeOrNotAtAll(create, {});
+    expectWholeOrNotAtAll(copyBy(&FileCopy::create), {});
 }
 
 TEST(WholeFile, ClearsAwayWhatADeadProcessLeftADayAgo) {
