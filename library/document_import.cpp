@@ -99,7 +99,7 @@ Result<DocumentImport::Outcome> DocumentImport::perform(const Copy& copy, const 
     const fs::path side = folder / BankFolder::kLockName;
     if (const std::error_code error = lock.lock(side, {.goesOn = [&] { return progress(1.0); }}))
         return Failure{shownFile(target) + " cannot be written: " + lockProblem(side, error)};
-    if (wasTaken && isTaken()) return Outcome::nameTaken;
+    if (isTaken()) return Outcome::nameTaken;
     if (wasTaken)
         if (const auto written = file.write(target, progress); !written)
             return Failure{written.message()};

@@ -42,10 +42,12 @@ FileCopy::Errors FileCopy::copyPieces(const Progress& progress) {
     std::vector<std::byte> piece(kPieceBytes);
     const std::uint64_t size = source_->size();
     for (std::uint64_t at = 0; !writing && at < size; at += piece.size()) {
-        if (progress && !progress(static_cast<double>(at) / static_cast<double>(size)))
+        if (progress && !progress(static_cast<double>(at) / static_cast<double>(size))) {
             reading = std::make_error_code(std::errc::operation_canceled);
+            break;
+        }
         piece.resize(std::min<std::uint64_t>(kPieceBytes, size - at));
-        if (!reading) piece.resize(source_->readAt(at, piece, reading));
+        piece.resize(source_->readAt(at, piece, reading));
         if (reading || piece.empty()) break; // shorter when somebody cuts it meanwhile
         writing = file_calls::write(file.descriptor(), piece, file_.path());
     }

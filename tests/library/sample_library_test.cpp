@@ -90,13 +90,15 @@ TEST_F(SampleLibrary, ALongDocumentIsCopiedInPiecesAheadOfTheLockAndGivenUpWhenN
     const auto file = document("long.wav", text);
     const std::size_t before = heapBytes();
     std::size_t most = 0;
-    bool isFlushed = false, isLocked = false;
+    bool isFlushed = false, isLocked = false, vanishes = false;
+    const auto copy = instance.folders.shared / "long.wav";
     std::atomic<int> writes = 0;
     setFileCallGate([&](FileCall call, const std::filesystem::path&) {
         most = std::max(most, heapBytes() - std::min(heapBytes(), before));
         writes += call == FileCall::write;
         isFlushed = isFlushed || (call == FileCall::flush && !isLocked);
         isLocked = isLocked || call == FileCall::lock;
+        if (vanishes && call == FileCall::lock) std::filesystem::remove(copy);
         return 0;
     });
     std::vector<double> shares;
@@ -106,7 +108,14 @@ TEST_F(SampleLibrary, ALongDocumentIsCopiedInPiecesAheadOfTheLockAndGivenUpWhenN
     EXPECT_LT(most, 4 * FileCopy::kPieceBytes);
     EXPECT_TRUE(isFlushed && isLocked);
     EXPECT_TRUE(std::ranges::is_sorted(shares) && shares.front() == 0.0 && shares.size() > 20);
-    std::filesystem::remove(instance.folders.shared / "long.wav");
+    writes = 0;
+    EXPECT_THAT(imported(file), HasSubstr("already contains a file named long.wav"));
+    EXPECT_EQ(writes, 0) << "copied for nothing";
+    instance.alerts.answer("Cancel");
+    vanishes = true; // while the lock is waited for
+    EXPECT_EQ(imported(file), "");
+    EXPECT_EQ(shared("long.wav") == text, true);
+    vanishes = !std::filesystem::remove(copy);
 
     imports.setProgress([](double share) { return share < 0.5; });
     EXPECT_EQ(imported(file), "interrupted; " + file.string() + " was not copied");
