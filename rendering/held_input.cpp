@@ -44,8 +44,7 @@ void HeldInput::add(const GrainRecord& grain) {
     if (!held_->sounding) return;
     const float end = grain.position + std::max(grain.length, 0.0f) * grain.rate;
     const auto [first, last] = *held_->sounding;
-    // Behind the newest frame a grain goes on with the oldest.
-    sounds_ = sounds_ || (grain.position <= last && end >= first) || end >= 1.0f + first;
+    sounds_ = sounds_ || (grain.position <= last && end >= first);
 }
 
 std::string HeldInput::notice(double sampleRate) const {

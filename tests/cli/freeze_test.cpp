@@ -9,12 +9,17 @@ struct FrozenRender : ProgramTest {};
 
 TEST_F(FrozenRender, BeginsWhereItIsAskedToAndTakesNoFileForATime) {
     const std::string seed = "--seed 7 ", live = seed + "--live ";
+    const std::string heard = seed + "--as effect --state heard.plist ";
+    rendered(live + "in.wav --save-state heard.plist");
+    writeWav(folder / "long.wav", tone(22 * 8000), 8000);
     const std::pair<std::string, std::string> same[] = {
         {seed + "--freeze in.wav", seed + "in.wav --at 0:Freeze=on"},
         {seed + "in.wav --freeze 0.1", seed + "in.wav --at 0.1:Freeze=on"},
+        {seed + "in.wav --set Freeze=on --freeze 0.1", seed + "in.wav --freeze 0.1"},
         {live + "--freeze in.wav", live + "in.wav --at 0.25:Freeze=on"}, // half of it
         {live + "--freeze 0.4 in.wav", live + "in.wav --at 0.4:Freeze=on"},
-        {live + "--freeze --seconds 24 in.wav", live + "--seconds 24 in.wav --at 10:Freeze=on"},
+        {live + "--freeze long.wav", live + "long.wav --at 10:Freeze=on"},
+        {heard + "--freeze in.wav", heard + "in.wav --at 0.25:Freeze=on"},
     };
     for (const auto& [frozen, asSetting] : same) {
         EXPECT_TRUE(rendered(frozen) == rendered(asSetting)) << frozen;

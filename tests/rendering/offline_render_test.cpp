@@ -14,18 +14,19 @@ namespace zephyra {
 namespace {
 
 TEST(OfflineRender, InTheTailNoGrainStartsAndNothingBreaksOff) {
-    RenderPlan plan{.sampleRate = 44100,
-                    .playFrames = 5000,
-                    .frames = 15000,
-                    .blockFrames = 512,
-                    .seed = 5,
-                    .envelope = kDefaultEnvelope,
-                    .settings = {{ControlId::density, 400}, {ControlId::pan, -1}},
-                    // In the tail, and in the last frame of all.
-                    .timedSettings = {{0.2, {ControlId::amplitude, 1}},
-                                      {14999.5 / 44100, {ControlId::pitch, 5}}},
-                    .start = {},
-                    .automation = {{0.25, ControlId::amplitude, 1.0f, false}}};
+    RenderPlan plan{
+        .sampleRate = 44100,
+        .playFrames = 5000,
+        .frames = 15000,
+        .blockFrames = 512,
+        .seed = 5,
+        .envelope = kDefaultEnvelope,
+        .settings = {{ControlId::density, 400}, {ControlId::pan, -1}, {ControlId::freeze, 1}},
+        // In the tail, and in the last frame of all.
+        .timedSettings = {{0.2, {ControlId::amplitude, 1}},
+                          {14999.5 / 44100, {ControlId::pitch, 5}}},
+        .start = {},
+        .automation = {{0.25, ControlId::amplitude, 1.0f, false}}};
     std::vector<float> left;
     std::uint64_t grains = 0;
     OfflineRender render(plan, Folders{});
@@ -41,6 +42,7 @@ TEST(OfflineRender, InTheTailNoGrainStartsAndNothingBreaksOff) {
     });
     ASSERT_TRUE(statistics);
     EXPECT_EQ(statistics.value().startedGrains + statistics.value().droppedGrains, grains);
+    EXPECT_TRUE(render.plan().notices.empty());
     const PropertyDictionary state = render.state();
     const std::string pitch = ofStream(controlRange(ControlId::pitch).channel);
     EXPECT_EQ(PropertyReader(state).real(pitch), 5.0);
@@ -101,11 +103,26 @@ RenderPlan livePlan(int block) {
 
 TEST(OfflineRender, HoldsLiveSoundWhoeverPressesFreeze) {
     using enum ControlId;
-    const std::pair<const char*, void (*)(RenderPlan&)> presses[] = {
+    struct Press {
+        const char* by;
+        void (*set)(RenderPlan&);
+        std::uint64_t before = 16000, after = 32000; // most frames heard until 2 s, from 3 s on
+    };
+    const Press presses[] = {
         {"hand",
          [](RenderPlan& plan) {
              plan.timedSettings = {{2, {freeze, 1}}};
          }},
+        {"hand once more",
+         [](RenderPlan& plan) {
+             plan.timedSettings = {{1, {freeze, 1}}, {2, {freeze, 0}}, {2, {freeze, 1}}};
+         },
+         8000},
+        {"hand, and LIVE goes off",
+         [](RenderPlan& plan) {
+             plan.timedSettings = {{2, {freeze, 1}}, {2.5, {live, 0}}};
+         },
+         16000, 20000},
         {"parameter",
          [](RenderPlan& plan) {
              plan.automation = {{2, freeze, 1.0f, false}};
@@ -115,8 +132,8 @@ TEST(OfflineRender, HoldsLiveSoundWhoeverPressesFreeze) {
              plan.motion.learned = {{freeze, {.trigger = {.number = 9, .channel = 1}}}};
              plan.midi = {{2, 3, {0xB0, 9, 127}}};
          }},
-        {"half", [](RenderPlan& plan) { plan.host.freeze = true; }},
-        {"time",
+        {"--freeze", [](RenderPlan& plan) { plan.host.freeze = true; }},
+        {"--freeze 2",
          [](RenderPlan& plan) {
              plan.settings = {{freeze, 1}}; // not before
              plan.host.freeze = true;
@@ -128,10 +145,10 @@ TEST(OfflineRender, HoldsLiveSoundWhoeverPressesFreeze) {
     std::fill(source.inputLeft.begin() + 16000, source.inputLeft.end(), -0.25f);
     source.inputRight = source.inputLeft;
     for (const int block : {512, 65536})
-        for (const auto& [by, press] : presses) {
-            SCOPED_TRACE(std::string(by) + std::to_string(block));
+        for (const Press& press : presses) {
+            SCOPED_TRACE(std::string(press.by) + ", block " + std::to_string(block));
             RenderPlan plan = livePlan(block);
-            press(plan);
+            press.set(plan);
             insertByTime(plan.timedSettings, {3, {freeze, 0}});
             OfflineRender render(plan, Folders{});
             ASSERT_TRUE(render.prepare(source));
@@ -140,7 +157,9 @@ TEST(OfflineRender, HoldsLiveSoundWhoeverPressesFreeze) {
                 left.insert(left.end(), rendered.left, rendered.left + rendered.frames);
                 for (const RenderedCycle& cycle : rendered.cycles) {
                     const std::uint64_t end = rendered.firstFrame + cycle.end;
-                    EXPECT_EQ(cycle.heard, end > 16000 && end <= 24000 ? 16000 : end);
+                    EXPECT_EQ(cycle.heard, end > 24000   ? std::min(end, press.after)
+                                           : end > 16000 ? 16000
+                                                         : std::min(end, press.before));
                 }
                 return {};
             }));
@@ -157,13 +176,16 @@ TEST(OfflineRender, TellsOfFreezeWhereNothingThatSoundsIsHeld) {
         {0, 0.9f, 0, "Freeze at 0.000 s has nothing to hold"},
         {0.5, 0.9999f, 0, ""},
         {0.5, 0.5f, 0, "Freeze at 0.500 s holds silence where the scan stands"},
-        {0.5, 0.9999f, 8000, "Freeze at 0.500 s holds silence where the scan stands"},
-        {4, 0.5f, 0, ""}, // no grain comes after it
+        {0.5, 0.9999f, 20000, "Freeze at 0.500 s holds silence where the scan stands"},
+        {3.998, 0.5f, 0, ""}, // no grain starts any more
     };
     for (const auto& [seconds, position, silent, said] : cases) {
-        RenderPlan plan = livePlan(512);
+        RenderPlan plan = livePlan(65536);
         plan.settings = {{scanning, 0}, {scrubbingWave, position}};
-        plan.timedSettings = {{seconds - 1e-4 * (seconds > 1), {freeze, 1}}};
+        plan.timedSettings = {{seconds, {freeze, 1}}};
+        if (seconds == 0.5)
+            for (const double later : {1, 2, 3})
+                plan.timedSettings.push_back({later, {freeze, later == 2 ? 1.0f : 0.0f}});
         RenderSource source;
         source.inputLeft.resize(32000, 0.25f);
         std::fill_n(source.inputLeft.begin(), silent, 0.0f);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <numeric>
 #include <thread>
 
@@ -171,8 +172,8 @@ TEST_F(LiveBuffer, IsHeardAsItWasWhenItFrozeWhateverBecomesOfTheInput) {
         EXPECT_NE(told.back(), wave.data().mSample.load());
     };
     wave.enableLIVE(true);
-    wave.freeze(true);
     writeRamp(1, 3);
+    wave.freeze(true);
     EXPECT_EQ(told.size(), 0u); // the file is current
     wave.makeLiveCurrent();
     expectHeld({1, 2, 3}, 1);
@@ -222,13 +223,16 @@ TEST_F(LiveBuffer, IsHeldWithoutAGapWhileItIsWritten) {
     constexpr int kBlock = 64, kLastExact = 1 << 24;
     wave.enableLIVE(true);
     wave.makeLiveCurrent();
-    int next = static_cast<int>(WaveForm::kLiveFrames);
+    int next = 7 * static_cast<int>(WaveForm::kLiveFrames) / 4;
     writeRamp(0, next);
     std::atomic<bool> ended = false;
-    std::thread render([&] {
-        for (; !ended && next < kLastExact; next += kBlock) writeRamp(next, kBlock);
+    std::thread render([&] { // some ten times as fast as a host
+        for (; !ended && next < kLastExact; next += kBlock) {
+            writeRamp(next, kBlock);
+            std::this_thread::sleep_for(std::chrono::microseconds(50));
+        }
     });
-    for (int hold = 0; hold < 20; ++hold) {
+    for (int hold = 0; hold < 50; ++hold) {
         wave.freeze(true);
         const std::vector<float> held = wave.heardFrames();
         // A block that was being written may stand where the oldest frames were.
