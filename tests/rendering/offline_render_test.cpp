@@ -8,6 +8,7 @@
 #include "tests/support/temporary_folder.h"
 #include "tests/support/test_sounds.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace zephyra {
@@ -89,90 +90,88 @@ TEST(OfflineRender, WhatComesAtAFrameShapesTheFirstGrainFromThereOnWhateverTheBl
         }
 }
 
-/// Of an effect that hears 0.25 for two seconds and -0.25 for two more.
+/// Four seconds of an effect without its input.
 RenderPlan livePlan(int block) {
     return {.sampleRate = 8000,
             .playFrames = 32000,
             .frames = 32000,
             .blockFrames = block,
             .seed = 5,
-            .use = SourceUse::live,
             .host = {.type = component_type::effect},
             .wetOnly = true};
 }
 
-TEST(OfflineRender, HoldsLiveSoundWhoeverPressesFreeze) {
+/// The plan once it is rendered with so much silence, then 0.25, and late from 2 s on.
+RenderPlan renderLive(const RenderPlan& plan, std::size_t silent, float late,
+                      const std::function<void(const RenderedBlock&)>& each) {
+    RenderSource source;
+    source.inputLeft.assign(32000, 0.25f);
+    std::fill(source.inputLeft.begin() + 16000, source.inputLeft.end(), late);
+    std::fill_n(source.inputLeft.begin(), silent, 0.0f);
+    source.inputRight = source.inputLeft;
+    OfflineRender render(plan, Folders{});
+    EXPECT_TRUE(render.prepare(source));
+    EXPECT_TRUE(render.run([&](const RenderedBlock& block) -> Result<void> {
+        each(block);
+        return {};
+    }));
+    return render.plan();
+}
+
+TEST(OfflineRender, HoldsLiveSoundFromTwoSecondsToThreeWhoeverPressesFreeze) {
     using enum ControlId;
+    const ControlSetting on{freeze, 1}, off{freeze, 0};
     struct Press {
-        const char* by;
-        void (*set)(RenderPlan&);
+        std::vector<TimedSetting> timed = {};
+        std::vector<AutomationPoint> automated = {};
+        std::vector<TimedMidi> midi = {};
+        std::vector<ControlSetting> settings = {};
+        bool freeze = false; // is asked for
+        std::optional<double> from = {};
         std::uint64_t before = 16000, after = 32000; // most frames heard until 2 s, from 3 s on
     };
     const Press presses[] = {
-        {"hand",
-         [](RenderPlan& plan) {
-             plan.timedSettings = {{2, {freeze, 1}}};
-         }},
-        {"hand once more",
-         [](RenderPlan& plan) {
-             plan.timedSettings = {{1, {freeze, 1}}, {2, {freeze, 0}}, {2, {freeze, 1}}};
-         },
-         8000},
-        {"hand, and LIVE goes off",
-         [](RenderPlan& plan) {
-             plan.timedSettings = {{2, {freeze, 1}}, {2.5, {live, 0}}};
-         },
-         16000, 20000},
-        {"parameter",
-         [](RenderPlan& plan) {
-             plan.automation = {{2, freeze, 1.0f, false}};
-         }},
-        {"MIDI",
-         [](RenderPlan& plan) {
-             plan.motion.learned = {{freeze, {.trigger = {.number = 9, .channel = 1}}}};
-             plan.midi = {{2, 3, {0xB0, 9, 127}}};
-         }},
-        {"--freeze", [](RenderPlan& plan) { plan.host.freeze = true; }},
-        {"--freeze 2",
-         [](RenderPlan& plan) {
-             plan.settings = {{freeze, 1}}; // not before
-             plan.host.freeze = true;
-             plan.host.freezeSeconds = 2;
-         }},
+        {.timed = {{2, on}}},
+        {.timed = {{1, on}, {2, off}, {2, on}}, .before = 8000},
+        {.timed = {{2, on}, {2.5, {live, 0}}}, .after = 20000},
+        {.automated = {{2, freeze, 1.0f, false}}},
+        {.midi = {{2, 3, {0xB0, 9, 127}}}},
+        {.freeze = true},
+        {.settings = {on}, .freeze = true, .from = 2}, // not before
     };
-    RenderSource source;
-    source.inputLeft.assign(32000, 0.25f);
-    std::fill(source.inputLeft.begin() + 16000, source.inputLeft.end(), -0.25f);
-    source.inputRight = source.inputLeft;
-    for (const int block : {512, 65536})
-        for (const Press& press : presses) {
-            SCOPED_TRACE(std::string(press.by) + ", block " + std::to_string(block));
-            RenderPlan plan = livePlan(block);
-            press.set(plan);
-            insertByTime(plan.timedSettings, {3, {freeze, 0}});
-            OfflineRender render(plan, Folders{});
-            ASSERT_TRUE(render.prepare(source));
-            std::vector<float> left;
-            ASSERT_TRUE(render.run([&](const RenderedBlock& rendered) -> Result<void> {
-                left.insert(left.end(), rendered.left, rendered.left + rendered.frames);
-                for (const RenderedCycle& cycle : rendered.cycles) {
-                    const std::uint64_t end = rendered.firstFrame + cycle.end;
+    for (std::size_t i = 0; i < 2 * std::size(presses); ++i) {
+        SCOPED_TRACE(i / 2);
+        const Press& press = presses[i / 2];
+        RenderPlan plan = livePlan(i % 2 ? 512 : 65536);
+        plan.settings = press.settings;
+        plan.timedSettings = press.timed;
+        insertByTime(plan.timedSettings, {3, off});
+        plan.host.freeze = press.freeze;
+        plan.host.freezeSeconds = press.from;
+        plan.automation = press.automated;
+        plan.midi = press.midi;
+        plan.motion.learned = {{freeze, {.trigger = {.number = 9}}}};
+        std::vector<float> left;
+        const auto notices =
+            renderLive(plan, 0, -0.25f, [&](const RenderedBlock& block) {
+                left.insert(left.end(), block.left, block.left + block.frames);
+                for (const RenderedCycle& cycle : block.cycles) {
+                    const std::uint64_t end = block.firstFrame + cycle.end;
                     EXPECT_EQ(cycle.heard, end > 24000   ? std::min(end, press.after)
                                            : end > 16000 ? 16000
                                                          : std::min(end, press.before));
                 }
-                return {};
-            }));
-            EXPECT_GE(*std::min_element(left.begin(), left.begin() + 24000), 0.0f);
-            EXPECT_GT(*std::max_element(left.begin() + 23000, left.begin() + 24000), 0.0f);
-            EXPECT_LT(*std::min_element(left.begin() + 24000, left.begin() + 25000), 0.0f);
-            EXPECT_EQ(render.plan().notices, std::vector<std::string>());
-        }
+            }).notices;
+        EXPECT_GE(*std::min_element(left.begin(), left.begin() + 24000), 0.0f);
+        EXPECT_GT(*std::max_element(left.begin() + 23000, left.begin() + 24000), 0.0f);
+        EXPECT_LT(*std::min_element(left.begin() + 24000, left.begin() + 25000), 0.0f);
+        EXPECT_EQ(notices, std::vector<std::string>());
+    }
 }
 
 TEST(OfflineRender, TellsOfFreezeWhereNothingThatSoundsIsHeld) {
     using enum ControlId;
-    const std::tuple<double, float, std::uint64_t, const char*> cases[] = {
+    const std::tuple<double, float, std::size_t, std::string> cases[] = {
         {0, 0.9f, 0, "Freeze at 0.000 s has nothing to hold"},
         {0.5, 0.9999f, 0, ""},
         {0.5, 0.5f, 0, "Freeze at 0.500 s holds silence where the scan stands"},
@@ -186,18 +185,10 @@ TEST(OfflineRender, TellsOfFreezeWhereNothingThatSoundsIsHeld) {
         if (seconds == 0.5)
             for (const double later : {1, 2, 3})
                 plan.timedSettings.push_back({later, {freeze, later == 2 ? 1.0f : 0.0f}});
-        RenderSource source;
-        source.inputLeft.resize(32000, 0.25f);
-        std::fill_n(source.inputLeft.begin(), silent, 0.0f);
-        source.inputRight = source.inputLeft;
-        OfflineRender render(plan, Folders{});
-        ASSERT_TRUE(render.prepare(source));
-        ASSERT_TRUE(render.run([](const RenderedBlock&) -> Result<void> { return {}; }));
-        const auto& notices = render.plan().notices;
-        ASSERT_EQ(notices.size(), *said ? 1u : 0u) << testing::PrintToString(notices);
-        if (!notices.empty()) {
-            EXPECT_EQ(notices[0].substr(0, std::string(said).size()), said);
-        }
+        std::string notices;
+        for (const std::string& notice : renderLive(plan, silent, 0.25f, [](auto&) {}).notices)
+            notices += notice;
+        EXPECT_EQ(notices.substr(0, said.empty() ? notices.size() : said.size()), said);
     }
 }
 
