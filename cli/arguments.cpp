@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <iterator>
 #include <system_error>
+#include <utility>
 
 namespace zephyra {
 
@@ -94,6 +95,27 @@ void joinTimes(Words& words, const CLI::App& command) {
         }
 }
 
+/// Puts what is no option behind "--" with the rest: the parser, once it has one argument, would
+/// take the mark for the end of the command.
+void gatherArguments(Words& words, const CLI::App& app) {
+    Words front, arguments;
+    const CLI::App* command = &app;
+    auto word = words.begin();
+    for (; word != words.end() && *word != "--"; ++word) {
+        const CLI::App* const inner = arguments.empty() ? commandCalled(*command, *word) : nullptr;
+        (inner || isOption(*word) ? front : arguments).push_back(*word);
+        if (inner) command = inner;
+        const CLI::Option* const option = optionCalled(*command, *word);
+        if (option && option->get_expected_min() > 0 && std::next(word) != words.end())
+            front.push_back(*++word);
+    }
+    if (word == words.end()) return;
+    front.push_back("--");
+    front.insert(front.end(), arguments.begin(), arguments.end());
+    front.insert(front.end(), std::next(word), words.end());
+    words = std::move(front);
+}
+
 } // namespace
 
 std::vector<std::string> completeArguments(std::vector<std::string> typed, const CLI::App& app) {
@@ -106,6 +128,7 @@ std::vector<std::string> completeArguments(std::vector<std::string> typed, const
     putCommandFirst(typed, app);
     if (const CLI::App* const command = commandCalled(app, typed.front()))
         joinTimes(typed, *command);
+    gatherArguments(typed, app);
     return typed;
 }
 

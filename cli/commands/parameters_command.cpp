@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <string_view>
 
 namespace zephyra {
 
@@ -86,7 +85,6 @@ std::string jsonTable(const HostParameters& parameters) {
 
 ExitCode runParameters(const CommandContext&, const ParametersRequest& request) {
     Instance instance;
-    instance.log.setSink([](std::string_view) {}); // of banks, which do not concern parameters
     const AudioUnitViewController controller(instance);
     return printOut(request.json ? jsonTable(controller.parameters)
                                  : textTable(controller.parameters));

@@ -141,8 +141,7 @@ std::optional<std::string> joinedValue(std::span<const std::string> words) {
 /// "-seed": what is longer than a letter has two hyphens.
 std::optional<std::string> secondHyphen(const std::string& word, const CLI::App& render) {
     const std::string name = "-" + word.substr(0, word.find('='));
-    if (name.size() < 5 || !name.starts_with("--") || !render.get_option_no_throw(name))
-        return std::nullopt;
+    if (!name.starts_with("--") || !render.get_option_no_throw(name)) return std::nullopt;
     return word + " lacks a hyphen; write " + name;
 }
 
@@ -155,14 +154,13 @@ std::optional<std::string> rightOption(std::string_view option, std::string_view
     for (const Slip& slip : kSlips)
         if (hasWord(slip.words, plain))
             return said + filledIn(slip.right, value.empty() ? slip.value : value);
-    if (plain.size() < 3) return std::nullopt;
     auto setting = settingFor(plain, value);
     if (!setting) setting = settingLike(plain, value, render);
     return setting ? std::optional(said + *setting) : std::nullopt;
 }
 
 std::optional<std::string> rightForm(std::span<const std::string> words, const CLI::App& render) {
-    for (std::size_t i = 0; i < words.size() && words[i] != "--"; ++i) {
+    for (std::size_t i = 0; i < words.size(); ++i) {
         if (auto said = secondHyphen(words[i], render)) return said;
         if (auto said = joinedValue(words.subspan(i))) return said;
     }

@@ -215,6 +215,7 @@ TEST(ControlText, OtherNamesLeadToTheControlAndAbbreviationsAreIt) {
         {"scan", "Scrubbing Wave or Scanning?"},
         {"frequency", "Density or Ring Modulation Frequency?"},
         {"pi", "the nearest is"},
+        {"rmf", "the nearest is"}, // a letter of a word says too little
         {"", "the nearest is"},
         {"densty", "the nearest is \"Density\""}};
     for (const auto& [name, said] : led) {

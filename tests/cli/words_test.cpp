@@ -27,18 +27,22 @@ struct TypedWords : ProgramTest {
 TEST_F(TypedWords, ASoundIsRenderedWithoutTheCommandsName) {
     writeWav(folder / "noext", tone(4410));
     writeWav(folder / "render", tone(4410));
+    writeWav(folder / "help", tone(4410));
     writeWav(folder / "-odd.wav", tone(4410));
     const std::string one = written("render in.wav -o out.wav --seed 7");
-    for (const char* words : {"in.wav -o out.wav --seed 7", "-o out.wav --seed 7 in.wav",
-                              "--seed 7 -o out.wav ./in.wav", "noext --seed 7 -o out.wav",
-                              "-o out.wav --seed 7 -- noext", "./render --seed 7 -o out.wav",
-                              "-o out.wav --quiet --seed 7 render in.wav",
-                              "--seed 7 -o out.wav -- -odd.wav", "-- -odd.wav"})
+    for (const char* words :
+         {"in.wav -o out.wav --seed 7", "-o out.wav --seed 7 in.wav",
+          "--seed 7 -o out.wav ./in.wav", "noext --seed 7 -o out.wav",
+          "-o out.wav --seed 7 -- noext", "./render --seed 7 -o out.wav",
+          "-o out.wav --quiet --seed 7 render in.wav", "--seed 7 -o out.wav -- render",
+          "render help --seed 7 -o out.wav", "--seed 7 -o out.wav -- -odd.wav", "-- -odd.wav"})
         if (std::string(words) != "-- -odd.wav")
             EXPECT_TRUE(written(words) == one) << words;
         else
             EXPECT_EQ(run(words).code, 0) << words;
     EXPECT_TRUE(std::filesystem::exists(folder / "-odd-grains.wav"));
+    EXPECT_EQ(run("render help").code, 0);
+    EXPECT_TRUE(std::filesystem::exists(folder / "help-grains.wav"));
     EXPECT_EQ(run("--bank 'Bird Machines' --preset 'Night Owl' --seconds 0.1 -o owl.wav").code, 0);
     EXPECT_EQ(run("--json banks").code, 0);
     EXPECT_EQ(run("--shared-folder shared where").code, 0);
@@ -69,7 +73,7 @@ TEST_F(TypedWords, ANearMissIsToldTheRightForm) {
         {"in.wav --densty=4", 2, "write --set Density=4"},
         {"in.wav --ring-freq 200", 2, "write --set \"Ring Modulation Frequency=200\""},
         {"in.wav --delay 0.3", 2, "write --set \"Left Delay=0.3\" or --set \"Right Delay=0.3\""},
-        {"in.wav --volume", 2, "write --set Amplitude=VALUE"},
+        {"in.wav --volume --quiet", 2, "write --set Amplitude=VALUE"},
         {"in.wav --length 30", 2, "write --seconds 30 for the length of OUT, --set Length=30"},
         {"in.wav -t 30", 2, "write --seconds 30"},
         {"in.wav -d 100", 2, "write --set Density=100"},
@@ -78,6 +82,9 @@ TEST_F(TypedWords, ANearMissIsToldTheRightForm) {
         {"in.wav --sample-rate=48000", 2, "write --rate 48000"},
         {"in.wav --bpm 90", 2, "write --tempo 90"},
         {"in.wav --reverb", 2, "Echo Switch=on"},
+        {"in.wav --fade-inn 2", 2, "nearest is --fade-in"},
+        {"in.wav o", 2, "\"o\" is one file too many"},
+        {"--seconds x -- -odd.wav", 2, "--seconds takes"},
         {"in.wav -c 2", 2, "always stereo"},
         {"-i in.wav", 2, "zephyra render in.wav"},
         {"in.wav --secon 3", 2, "nearest is --seconds"},
@@ -136,7 +143,9 @@ TEST(Arguments, AnOptionThatMayStandAloneTakesATimeThatFollowsIt) {
         {{"--freeze", "1:30", "a"}, {"render", "--freeze=1:30", "a"}},
         {{"--freeze", "a.wav"}, {"render", "--freeze", "a.wav"}},
         {{"a.wav", "--freeze"}, {"render", "a.wav", "--freeze"}},
-        {{"a.wav", "--", "--freeze", "4"}, {"render", "a.wav", "--", "--freeze", "4"}},
+        {{"a.wav", "--", "--freeze", "4"}, {"render", "--", "a.wav", "--freeze", "4"}},
+        {{"a.wav", "--seed", "--", "b", "--", "-c"},
+         {"render", "--seed", "--", "--", "a.wav", "b", "-c"}},
         {{"--seed", "render", "a"}, {"render", "--seed", "render", "a"}},
     };
     for (const auto& [typed, completed] : cases)
@@ -192,6 +201,8 @@ TEST_F(TypedWords, TwoHyphensEndTheOptionsOfEveryCommand) {
          {"info -- -odd.wav", "samples import -- -odd.wav",
           "render in.wav -o out.wav --save-bank -odd --save-preset -one", "banks -- -odd",
           "preset show -- -odd -one", "preset rename -- -odd -one -two",
+          "render in.wav --out-dir d -- -odd.wav",
+          "preset --shared-folder shared copy Pulse\\ Garden -- 1 -three",
           "preset export -o x.zephyra -- -odd -two", "check -- ./x.zephyra",
           "preset delete --yes -- -odd"}) {
         const ProgramRun ended = run(arguments);
