@@ -42,14 +42,8 @@ struct CommandLine {
     std::optional<CommandTable> commands;
     std::optional<std::string> sharedFolder;
 
-    /// For arguments with a "--". Once.
-    void takeWordsBehindDashes() { takeWordsBehindDashes(app); }
-
 private:
     void offerSharedFolder(CLI::App& command);
-    void takeWordsBehindDashes(CLI::App& command);
-
-    std::string none_; // never filled
 };
 
 CommandLine::CommandLine() {
@@ -71,17 +65,6 @@ void CommandLine::offerSharedFolder(CLI::App& command) {
         ->expected(1);
     for (CLI::App* inner : command.get_subcommands([](const CLI::App*) { return true; }))
         offerSharedFolder(*inner);
-}
-
-/// CLI11 leaves a command at a "--" once none of its words are missing, though more may come. One
-/// that is always missing keeps it there; the others take what comes.
-void CommandLine::takeWordsBehindDashes(CLI::App& command) {
-    const auto takesMore = [](const CLI::Option* option) {
-        return option->get_positional() && option->get_allow_extra_args();
-    };
-    if (!command.get_options(takesMore).empty()) command.add_option("none", none_);
-    for (CLI::App* inner : command.get_subcommands([](const CLI::App*) { return true; }))
-        takeWordsBehindDashes(*inner);
 }
 
 using Words = std::vector<std::string>;
@@ -189,7 +172,6 @@ ExitCode runCommandLine(int count, const char* const* arguments) {
     const Called called = calledBy(line.app, words);
     if (called.words == 0 && !words[0].starts_with('-')) // the parser would call it a surplus word
         return wrongUsage(noSuchCommand(line.app, words[0]), called);
-    if (std::ranges::find(words, "--") != words.end()) line.takeWordsBehindDashes();
     try {
         line.app.parse(Words(words.rbegin(), words.rend()));
     } catch (const CLI::Success& wanted) { // help or version
