@@ -1,6 +1,6 @@
 // Reads sound files by libsndfile: everything but MPEG-4.
 
-#include "platform/sound/sound_file_source.h"
+#include "platform/sound/unknown_length.h"
 
 #include <array>
 #include <cmath>
@@ -55,6 +55,7 @@ std::uint64_t beginBehindTags(const FileBytes& file) {
 /// Where libsndfile reads in a file.
 struct Place {
     const FileBytes& file;
+    HeaderPatch patch;
     std::uint64_t begin = 0;    ///< what libsndfile takes for the file's
     sf_count_t at = 0;          ///< from there
     std::error_code error = {}; ///< the last read's
@@ -81,8 +82,9 @@ sf_count_t read(void* into, sf_count_t count, void* user) {
     Place& place = placeOf(user);
     if (count <= 0) return 0;
     const std::span bytes(static_cast<std::byte*>(into), static_cast<std::size_t>(count));
-    const std::size_t got =
-        place.file.readAt(place.begin + static_cast<std::uint64_t>(place.at), bytes, place.error);
+    const std::uint64_t offset = place.begin + static_cast<std::uint64_t>(place.at);
+    const std::size_t got = place.file.readAt(offset, bytes, place.error);
+    place.patch.applyTo(offset, bytes.first(got));
     place.at += static_cast<sf_count_t>(got);
     return static_cast<sf_count_t>(got);
 }
@@ -197,7 +199,9 @@ SoundFileSourceResult openSndfileSource(const FileBytes& bytes, SoundFileKind ki
     }
     static SF_VIRTUAL_IO calls = {&lengthOf, &seek, &read, nullptr, &tell};
     auto place = std::make_unique<Place>(
-        Place{bytes, kind == SoundFileKind::mp3 ? beginBehindTags(bytes) : 0});
+        Place{.file = bytes,
+              .patch = lengthPatch(bytes, kind),
+              .begin = kind == SoundFileKind::mp3 ? beginBehindTags(bytes) : 0});
     SndfilePtr file(sf_open_virtual(&calls, SFM_READ, &info, place.get()));
     if (!file)
         return Failure{std::string("cannot be read as ") + soundFileKindName(kind) + " (" +
