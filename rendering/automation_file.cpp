@@ -78,11 +78,11 @@ Result<std::vector<AutomationPoint>> parseAutomation(std::string_view text, doub
     return points;
 }
 
-Result<std::vector<AutomationPoint>> readAutomation(const std::filesystem::path& path,
-                                                    double tempo) {
-    const Result<std::string> text = readSmallFile(path);
+Result<std::vector<AutomationPoint>> readAutomation(const std::filesystem::path& path, double tempo,
+                                                    const StreamedFiles& streams) {
+    const Result<std::string> text = readSmallFile(path, streams);
     if (!text) return Failure{text.message()};
-    return parseAutomation(text.value(), tempo, path.string());
+    return parseAutomation(text.value(), tempo, inputTitle(path));
 }
 
 } // namespace zephyra

@@ -1,6 +1,7 @@
 // readAutomation: a host's automation from a CSV file.
 #pragma once
 
+#include "platform/files/streamed_files.h"
 #include "platform/text/result.h"
 #include "stream/control_ranges.h"
 
@@ -27,8 +28,8 @@ struct AutomationPoint {
 Result<std::vector<AutomationPoint>> parseAutomation(std::string_view text, double tempo,
                                                      const std::string& where);
 
-/// The same of a file of at most 16 MiB.
-Result<std::vector<AutomationPoint>> readAutomation(const std::filesystem::path& path,
-                                                    double tempo);
+/// The same of a file, or of what streams took by that name, of at most 16 MiB.
+Result<std::vector<AutomationPoint>> readAutomation(const std::filesystem::path& path, double tempo,
+                                                    const StreamedFiles& streams = {});
 
 } // namespace zephyra

@@ -57,10 +57,10 @@ Result<void> checkOverwriting(const RenderRequest& request, const std::string& w
 Result<void> checkFileClashes(const RenderRequest& request, const Folders& folders) {
     const HostRequest& host = request.host;
     std::vector<NamedFile> taken;
-    if (!request.input.empty()) taken.push_back({"INPUT", request.input});
     const auto take = [&taken](const char* option, const std::optional<fs::path>& path) {
-        if (path) taken.push_back({option, *path});
+        if (path && !path->empty() && !isStandardInput(*path)) taken.push_back({option, *path});
     };
+    take("INPUT", request.input);
     take("--sample", host.sample);
     take("--automate", host.automation);
     take("--midi", host.midi);

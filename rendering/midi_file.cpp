@@ -61,10 +61,11 @@ Result<MidiFile> parseMidi(std::string_view bytes, std::optional<double> tempo,
     return file;
 }
 
-Result<MidiFile> readMidiFile(const std::filesystem::path& path, std::optional<double> tempo) {
-    const Result<std::string> bytes = readSmallFile(path);
+Result<MidiFile> readMidiFile(const std::filesystem::path& path, std::optional<double> tempo,
+                              const StreamedFiles& streams) {
+    const Result<std::string> bytes = readSmallFile(path, streams);
     if (!bytes) return Failure{bytes.message()};
-    return parseMidi(bytes.value(), tempo, path.string());
+    return parseMidi(bytes.value(), tempo, inputTitle(path));
 }
 
 } // namespace zephyra

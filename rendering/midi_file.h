@@ -1,6 +1,7 @@
 // MidiFile: the messages of a standard MIDI file, by time.
 #pragma once
 
+#include "platform/files/streamed_files.h"
 #include "platform/text/result.h"
 
 #include <array>
@@ -31,7 +32,8 @@ struct MidiFile {
 Result<MidiFile> parseMidi(std::string_view bytes, std::optional<double> tempo,
                            const std::string& where);
 
-/// The same of a file of at most 16 MiB.
-Result<MidiFile> readMidiFile(const std::filesystem::path& path, std::optional<double> tempo);
+/// The same of a file, or of what streams took by that name, of at most 16 MiB.
+Result<MidiFile> readMidiFile(const std::filesystem::path& path, std::optional<double> tempo,
+                              const StreamedFiles& streams = {});
 
 } // namespace zephyra

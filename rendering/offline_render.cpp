@@ -158,7 +158,7 @@ Result<void> OfflineRender::restoreState() {
     }
     instance_.runLoop.finishWork(); // a sample that the state names
     if (const Alert* const alert = instance_.alerts.current())
-        return Failure{"--state " + plan_.host.state->string() + ": " + alert->message +
+        return Failure{"--state " + inputTitle(*plan_.host.state) + ": " + alert->message +
                        "; --sample FILE names another"};
     writeNews(instance_.log, controller_.restoreReport());
     return {};
@@ -228,8 +228,7 @@ Result<void> OfflineRender::prepare(RenderSource source) {
     completePlan();
     startTransport();
     motion_.start(plan_);
-    if (plan_.isSaved) takeSnapshot();
-    return {};
+    return plan_.isSaved ? takeSnapshot() : Result<void>();
 }
 
 /// Most files choose instruments of their own machine, which are no presets. A bound controller 0
@@ -247,9 +246,17 @@ PropertyDictionary OfflineRender::state() {
 }
 
 /// Before anything moves, but with the buttons of what is about to move down.
-void OfflineRender::takeSnapshot() {
+Result<void> OfflineRender::takeSnapshot() {
     instance_.runLoop.runPosted();
+    const std::string before = stream().sampleReference().path;
     snapshot_ = controller_.snapshotState();
+    const SampleReference& sound = stream().sampleReference();
+    if (sound.embedded && sound.embedded->isOnlyCopy && sound.frames > 0)
+        return Failure{"--save-preset: its sound, " + before + ", cannot be kept in " +
+                       instance_.folders.shared.string() + "; make room there"};
+    if (sound.path != before)
+        plan_.notices.push_back("the preset's sound, " + before + ", is kept in " + sound.path);
+    return {};
 }
 
 /// The picture shows a preset's region as it does a typed one.
@@ -268,6 +275,7 @@ void OfflineRender::completePlan() {
             own ? own->displayedValue() : stream().displayed(range.id);
     }
     plan_.use = stream().isLive() ? SourceUse::live : SourceUse::loaded;
+    plan_.region = {stream().regionStart(), stream().regionEnd()};
     completeRegion();
     plan_.swept = motion_.sweptControls();
     addEchoTail(plan_);

@@ -107,7 +107,7 @@ private:
     Result<void> restorePreset();
     void completeRegion();
     void leaveProgramsOut();
-    void takeSnapshot();
+    Result<void> takeSnapshot();
     Result<void> apply(const ControlSetting& setting);
     Result<void> applySettings();
     Result<void> applyScanSettings();

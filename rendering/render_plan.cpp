@@ -56,7 +56,7 @@ std::string programsNotice(const HostRequest& host, const std::vector<TimedMidi>
         return MidiMessage{timed.bytes}.kind() == MidiKind::program;
     });
     if (host.programs || programs == 0) return {};
-    return host.midi->string() + ": " + std::to_string(programs) + " program change" +
+    return inputTitle(*host.midi) + ": " + std::to_string(programs) + " program change" +
            (programs == 1 ? " chooses no preset; add --programs if it should"
                           : "s choose no presets; add --programs if they should");
 }
@@ -67,15 +67,15 @@ bool isBank(const PropertyDictionary& list) {
         list, [](const auto& entry) { return snapshotTag(entry.second).has_value(); });
 }
 
-Result<void> readFiles(const HostRequest& host, RenderPlan& plan) {
+Result<void> readFiles(const HostRequest& host, const StreamedFiles& streams, RenderPlan& plan) {
     const double tempo = host.tempo.value_or(kDefaultTempo);
     if (host.automation) {
-        auto points = readAutomation(*host.automation, tempo);
+        auto points = readAutomation(*host.automation, tempo, streams);
         if (!points) return Failure{"--automate: " + points.message()};
         plan.automation = std::move(points.value());
     }
     if (host.midi) {
-        auto file = readMidiFile(*host.midi, host.tempo);
+        auto file = readMidiFile(*host.midi, host.tempo, streams);
         if (!file) return Failure{"--midi: " + file.message()};
         plan.midi = std::move(file.value().messages);
         plan.notices = std::move(file.value().notices);
@@ -83,16 +83,16 @@ Result<void> readFiles(const HostRequest& host, RenderPlan& plan) {
             plan.notices.push_back(std::move(notice));
     }
     if (host.state) {
-        auto state = readPropertyListFile(*host.state);
+        auto state = readPropertyListFile(*host.state, {}, streams);
         if (!state) return Failure{"--state: " + state.message()};
         if (isBank(state.value()))
-            return Failure{"--state: " + host.state->string() +
+            return Failure{"--state: " + inputTitle(*host.state) +
                            " is a bank of presets; name it with --bank, and one of them with "
                            "--preset"};
         plan.state = std::move(state.value());
     }
     if (plan.motion.scrub) {
-        auto take = readTake(*plan.motion.scrub);
+        auto take = readTake(*plan.motion.scrub, streams);
         if (!take) return Failure{"--scrub: " + take.message()};
         plan.take = std::move(take.value());
     }
@@ -156,7 +156,8 @@ Result<RenderPlan> makeRenderPlan(const RenderRequest& request, const SoundFileI
     plan.preset = request.preset;
     plan.turnsLiveOn = request.preset && live && (request.live || !request.preset->hasSound);
     plan.isSaved = request.savedPreset.has_value();
-    if (const auto read = readFiles(request.host, plan); !read) return Failure{read.message()};
+    if (const auto read = readFiles(request.host, *request.streams, plan); !read)
+        return Failure{read.message()};
     if (plan.state && !request.seed) plan.seed = stateSeed(*plan.state).value_or(plan.seed);
     const double ownSeconds = static_cast<double>(input.frames) / input.sampleRate;
     const double frames = std::round(request.seconds.value_or(ownSeconds) * plan.sampleRate);

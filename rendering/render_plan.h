@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -51,9 +52,10 @@ struct RenderPlan {
     std::uint32_t seed;       ///< from 1 up; of the grains, and of the instance's random source
     std::optional<std::size_t> envelope = {}; ///< position in the menu; none: as the state says
     SourceUse use = SourceUse::loaded;
-    std::vector<ControlSetting> settings = {};    ///< over the defaults, in order
-    std::vector<TimedSetting> timedSettings = {}; ///< sorted
-    std::optional<float> start = {}, end = {};    ///< fractions of the source
+    std::vector<ControlSetting> settings = {};     ///< over the defaults, in order
+    std::vector<TimedSetting> timedSettings = {};  ///< sorted
+    std::optional<float> start = {}, end = {};     ///< fractions of the source
+    std::pair<float, float> region = {0.0f, 1.0f}; ///< the same, once it is prepared
     HostRequest host = {};
     bool wetOnly = false;                         ///< the input itself is not heard
     std::vector<AutomationPoint> automation = {}; ///< sorted

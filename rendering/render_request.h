@@ -1,6 +1,7 @@
 // RenderRequest: a render as plain data, all that decides its sound and where it goes.
 #pragma once
 
+#include "platform/files/streamed_files.h"
 #include "presets/preset_choice.h"
 #include "presets/preset_saving.h"
 #include "rendering/host_request.h"
@@ -11,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -47,6 +49,8 @@ struct RenderRequest {
     MotionRequest motion = {};
     std::optional<PresetChoice> preset = {};
     std::optional<SavedPreset> savedPreset = {};
+    /// What those of its files brought that can be read only once; never null.
+    std::shared_ptr<const StreamedFiles> streams = std::make_shared<StreamedFiles>();
 
     /// One of component_type: what the host was asked for, else what live or the preset needs.
     FourCharCode componentType() const;

@@ -2,7 +2,8 @@
 
 #include "presets/preset_sound.h"
 #include "rendering/file_clashes.h"
-#include "stream/sample_loader.h"
+#include "rendering/only_copy.h"
+#include "stream/sample_reading.h"
 
 #include <algorithm>
 #include <system_error>
@@ -20,28 +21,41 @@ SoundFileInfo infoOf(const SampleReference& reference) {
 
 using Progress = std::function<bool(double share)>;
 
-Result<LoadedSample> readSampleFile(const std::filesystem::path& path, const Folders& folders,
-                                    FileFacts& files, const Progress& progress) {
+/// A saved state names the sample and is used from other folders, too.
+std::filesystem::path absoluteName(const std::filesystem::path& path) {
     std::error_code error;
-    const std::filesystem::path absolute = std::filesystem::absolute(path, error);
-    // A saved state names the sample and is used from other folders too.
-    return readSample(error ? path : absolute, folders.shared, files, progress);
+    std::filesystem::path absolute = std::filesystem::absolute(path, error);
+    return error ? path : absolute;
+}
+
+Result<LoadedSample> readSampleFile(const std::filesystem::path& path, const StreamedFiles& streams,
+                                    const Folders& folders, FileFacts& files,
+                                    const Progress& progress, ChannelLevels& levels) {
+    auto file = openSoundFile(isStream(path) ? path : absoluteName(path), streams);
+    if (!file) return Failure{file.message()};
+    SoundFileOptions reading;
+    reading.progress = progress;
+    reading.onBlock = [&levels](const SoundFileInfo& info, const float* block,
+                                std::uint32_t frames) { levels.add(block, frames, info.channels); };
+    return readSample(file.value(), folders.shared, files, reading);
 }
 
 /// The first two channels into the host's input.
-Result<SoundFile> readInput(const std::filesystem::path& path, const Progress& progress,
-                            RenderSource& source) {
+Result<SoundFile> readInput(const RenderRequest& request, const Progress& progress,
+                            RenderSource& source, ChannelLevels& levels) {
+    auto file = openSoundFile(request.input, *request.streams);
+    if (!file) return Failure{file.message()};
     SoundFileOptions reading;
     reading.progress = progress;
-    reading.onBlock = [&source](const SoundFileInfo& info, const float* block,
-                                std::uint32_t frames) {
+    reading.onBlock = [&](const SoundFileInfo& info, const float* block, std::uint32_t frames) {
         const std::size_t channels = info.channels;
+        levels.add(block, frames, info.channels);
         for (std::size_t n = 0; n < frames; ++n) {
             source.inputLeft.push_back(block[n * channels]);
             source.inputRight.push_back(block[n * channels + (channels > 1 ? 1 : 0)]);
         }
     };
-    return readSoundFile(path, reading);
+    return readSoundFile(file.value(), reading);
 }
 
 } // namespace
@@ -62,8 +76,10 @@ Result<ReadSource> readRenderSource(const RenderRequest& request, const Folders&
         read.sampleFile = read.source.reference.path;
     };
     const auto takeSample = [&](const std::filesystem::path& path) -> Result<void> {
-        auto loaded = readSampleFile(path, folders, *files, progress);
+        auto loaded =
+            readSampleFile(path, *request.streams, folders, *files, progress, read.sampleLevels);
         if (!loaded) return Failure{loaded.message()};
+        if (isStream(path)) read.keeping = makeOnlyCopy(request, path, loaded.value(), *files);
         take(std::move(loaded.value().sound), std::move(loaded.value().reference));
         return {};
     };
@@ -80,7 +96,7 @@ Result<ReadSource> readRenderSource(const RenderRequest& request, const Folders&
         read.input = read.shown;
         return read;
     }
-    auto input = readInput(request.input, progress, read.source);
+    auto input = readInput(request, progress, read.source, read.inputLevels);
     if (!input) return Failure{input.message()};
     read.input = read.shown = input.value().info;
     if (request.host.sample) {

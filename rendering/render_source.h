@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/files/folders.h"
+#include "platform/sound/channel_levels.h"
 #include "platform/sound/sound_file.h"
 #include "platform/text/result.h"
 #include "rendering/offline_render.h"
@@ -25,6 +26,9 @@ struct ReadSource {
     std::filesystem::path sampleFile;        ///< where it stands, if it came from a file
     std::vector<float> heard; ///< that sound, when it is the input: the mean of its channels
     std::string notice;       ///< of a file that holds another sound than the preset was made with
+    std::string keeping;      ///< how a saved state has a sound again that no file holds
+    ChannelLevels sampleLevels; ///< of the sample, where a file was named
+    ChannelLevels inputLevels;  ///< of an effect's input
     std::span<const float> shownSamples() const;
 };
 

@@ -45,10 +45,11 @@ Result<std::vector<float>> parseTake(std::string_view text, const std::string& w
     return positions;
 }
 
-Result<std::vector<float>> readTake(const std::filesystem::path& path) {
-    const Result<std::string> text = readSmallFile(path);
+Result<std::vector<float>> readTake(const std::filesystem::path& path,
+                                    const StreamedFiles& streams) {
+    const Result<std::string> text = readSmallFile(path, streams);
     if (!text) return Failure{text.message()};
-    return parseTake(text.value(), path.string());
+    return parseTake(text.value(), inputTitle(path));
 }
 
 std::string takeText(std::span<const float> positions) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/files/atomic_file.h"
+#include "platform/files/streamed_files.h"
 #include "platform/text/result.h"
 #include "stream/scrub_recorder.h"
 
@@ -21,8 +22,9 @@ inline constexpr std::size_t kLeastTakePoints = 2, kMostTakePoints = ScrubRecord
 /// where is what they call the text.
 Result<std::vector<float>> parseTake(std::string_view text, const std::string& where);
 
-/// The same of a file of at most 16 MiB.
-Result<std::vector<float>> readTake(const std::filesystem::path& path);
+/// The same of a file, or of what streams took by that name, of at most 16 MiB.
+Result<std::vector<float>> readTake(const std::filesystem::path& path,
+                                    const StreamedFiles& streams = {});
 
 /// The text that parseTake reads back to the same positions.
 std::string takeText(std::span<const float> positions);

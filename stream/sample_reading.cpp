@@ -60,7 +60,6 @@ LoadedSample sampleOf(const SoundFile& file, const std::filesystem::path& path,
              .channels = file.info.channels}};
 }
 
-/// The sound of a file that stands open.
 Result<LoadedSample> readOpen(FileBytes& file, const std::filesystem::path& shared,
                               FileFacts& files, const std::function<bool(double)>& progress,
                               const LoadedSample& atHand) {
@@ -70,18 +69,7 @@ Result<LoadedSample> readOpen(FileBytes& file, const std::filesystem::path& shar
             files.contentHash(file, [&progress] { return !progress || progress(0.0); });
         if (now && now.value() == atHand.reference.contentHash) return again(atHand, shared);
     }
-    const Result<SoundFile> read = readSoundFile(file, {.progress = progress});
-    if (!read) return Failure{read.message()};
-    Result<std::string> hashed =
-        files.contentHash(file, [&progress] { return !progress || progress(1.0); });
-    if (!hashed) return Failure{hashed.message()};
-    try {
-        return sampleOf(read.value(), file.path(), shared, std::move(hashed.value()));
-    } catch (const std::bad_alloc&) {
-        return Failure{shownFile(file.path()) +
-                       " does not fit into the memory that is free; free some, or take a shorter "
-                       "sound"};
-    }
+    return readSample(file, shared, files, {.progress = progress});
 }
 
 /// Null when there is no copy or, after a finding, none that can be played.
@@ -98,6 +86,22 @@ LoadedSample fromState(SampleReference reference, std::shared_ptr<mokSample> sou
 }
 
 } // namespace
+
+Result<LoadedSample> readSample(FileBytes& file, const std::filesystem::path& shared,
+                                FileFacts& files, const SoundFileOptions& reading) {
+    const Result<SoundFile> read = readSoundFile(file, reading);
+    if (!read) return Failure{read.message()};
+    Result<std::string> hashed = files.contentHash(
+        file, [&progress = reading.progress] { return !progress || progress(1.0); });
+    if (!hashed) return Failure{hashed.message()};
+    try {
+        return sampleOf(read.value(), file.path(), shared, std::move(hashed.value()));
+    } catch (const std::bad_alloc&) {
+        return Failure{shownFile(file.name()) +
+                       " does not fit into the memory that is free; free some, or take a shorter "
+                       "sound"};
+    }
+}
 
 Result<LoadedSample> readSample(const std::filesystem::path& path,
                                 const std::filesystem::path& shared, FileFacts& files,

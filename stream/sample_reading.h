@@ -30,6 +30,10 @@ Result<LoadedSample> readSample(const std::filesystem::path& path,
                                 const std::function<bool(double)>& progress = {},
                                 const LoadedSample& atHand = {});
 
+/// The same of a file that stands open, read as reading says.
+Result<LoadedSample> readSample(FileBytes& file, const std::filesystem::path& shared,
+                                FileFacts& files, const SoundFileOptions& reading);
+
 struct FoundSound {
     Result<LoadedSample> loaded;                ///< fails with one line that names the file
     SampleReport report;                        ///< of how it was found; it has not ended yet

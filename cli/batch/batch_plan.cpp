@@ -95,7 +95,7 @@ Result<std::vector<BatchJob>> planBatch(const RenderOptions& options, const Fold
     for (const fs::path& input : inputs)
         for (const auto& preset : chosen.value()) {
             BatchJob job{.name = {}, .input = input, .preset = preset, .request = {}, .end = {}};
-            job.name = names.take(named ? std::optional(input.stem().string()) : std::nullopt,
+            job.name = names.take(named ? std::optional(inputStem(input)) : std::nullopt,
                                   namedByPreset ? std::optional(preset->name) : std::nullopt);
             RenderRequest request = requestOf(job, options, seed);
             if (const Complaint wrong = checkRequest(request, folders))

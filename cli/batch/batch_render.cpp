@@ -9,8 +9,10 @@
 #include "pictures/cairo/render_cell.h"
 #include "platform/files/folder_entries.h"
 #include "platform/text/log.h"
+#include "rendering/request_streams.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
 #include <system_error>
 #include <utility>
@@ -122,6 +124,18 @@ Result<void> makeFolder(const fs::path& folder) {
     return noOutFolder(folder, error ? error.message() : "it is no folder");
 }
 
+/// Before there are processes, of which only one would get what comes through a pipe.
+Result<void> takeAllStreams(std::vector<BatchJob>& jobs) {
+    const auto streams = std::make_shared<StreamedFiles>();
+    for (BatchJob& job : jobs) {
+        if (!job.request) continue;
+        job.request->streams = streams;
+        const auto taken = takeStreams(*job.request, *streams, [] { return !interrupted(); });
+        if (!taken) return taken;
+    }
+    return {};
+}
+
 bool isWritten(const BatchJob& job) {
     return job.request && job.end.code == ExitCode::success && !job.end.line.empty();
 }
@@ -134,6 +148,8 @@ ExitCode runBatchRender(const Folders& folders, const RenderOptions& options) {
     Result<std::vector<BatchJob>> planned = planBatch(options, folders, known, code);
     if (!planned) return endWith(code, planned.message());
     std::vector<BatchJob>& jobs = planned.value();
+    if (const auto taken = takeAllStreams(jobs); !taken)
+        return endWith(failureOrInterrupt(), taken.message());
     if (const auto made = makeFolder(*options.outDir); !made)
         return endWith(ExitCode::failure, made.message());
 

@@ -5,10 +5,13 @@
 #include "cli/batch/render_line.h"
 #include "cli/render/render_job.h"
 #include "cli/terminal/command_clock.h"
+#include "cli/terminal/interrupt.h"
 #include "presets/factory_banks.h"
 #include "rendering/render_seed.h"
+#include "rendering/request_streams.h"
 
 #include <cstdio>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -28,7 +31,7 @@ Result<std::optional<PresetChoice>> choosePreset(const std::optional<NamedPreset
 
 /// INPUT's name, else the preset's.
 std::string ownName(const RenderRequest& request) {
-    if (!request.input.empty()) return request.input.stem().string();
+    if (!request.input.empty()) return inputStem(request.input);
     return BatchNames().take(std::nullopt, request.preset->name);
 }
 
@@ -77,11 +80,16 @@ ExitCode runRender(const CommandContext& context, const RenderOptions& options) 
                               : runBatchRender(folders, options);
     const KnownFiles known;
     ExitCode code = ExitCode::failure;
-    const auto request = oneRequest(options, folders, known, code);
-    if (!request) return endWith(code, request.message());
-    if (options.dryRun) return printLine(options, request.value(), folders, known);
+    auto one = oneRequest(options, folders, known, code);
+    if (!one) return endWith(code, one.message());
+    RenderRequest& request = one.value();
+    if (options.dryRun) return printLine(options, request, folders, known);
+    const auto streams = std::make_shared<StreamedFiles>();
+    if (const auto taken = takeStreams(request, *streams, [] { return !interrupted(); }); !taken)
+        return endWith(failureOrInterrupt(), taken.message());
+    request.streams = streams;
     const auto shown = options.quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal;
-    return tell(options, renderFile(request.value(), folders, known, shown));
+    return tell(options, renderFile(request, folders, known, shown));
 }
 
 } // namespace zephyra

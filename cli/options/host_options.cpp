@@ -89,7 +89,7 @@ Read freezeInto(HostRequest& host) {
         if (text.empty()) return {};
         return secondsInto(host.freezeSeconds, host, 0, kMostSeconds,
                            "seconds from 0 to 86400 (a day), or a time as in 1:30 or 8b")(option,
-                                                                                         text);
+                                                                                          text);
     };
 }
 

@@ -8,6 +8,7 @@
 #include "platform/text/quantities.h"
 #include "platform/text/text_numbers.h"
 #include "rendering/file_clashes.h"
+#include "rendering/request_streams.h"
 
 #include <CLI/App.hpp>
 #include <algorithm>
@@ -154,6 +155,11 @@ Complaint checkInputs(const RenderOptions& options) {
     return Failure{"--out-dir needs something to render; name sound files, or --bank and --preset"};
 }
 
+Complaint checkInputStreams(const RenderOptions& options) {
+    const auto right = checkStreams(options.inputs, options.request);
+    return right ? Complaint() : Failure{right.message()};
+}
+
 /// Options that name one file cannot be meant for many renders.
 Complaint checkBatch(const OptionReader& reader, const RenderOptions& options) {
     if (!options.outDir) return {};
@@ -238,8 +244,8 @@ void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions
     RenderRequest& request = options.request;
     command
         .add_option("INPUT", options.inputs,
-                    "The sound file to granulate; several with --out-dir, none where a preset "
-                    "brings its own")
+                    "The sound file to granulate, - for standard input; several with --out-dir, "
+                    "none where a preset brings its own")
         ->option_text(" ");
     declareTempo(reader, request.host); // which every time may be counted by
     reader.beginGroup("Options");
@@ -302,6 +308,7 @@ void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions
     reader.addCheck([&options] { return checkOneStart(options); });
     reader.addCheck([&reader, &options] { return checkBatch(reader, options); });
     reader.addCheck([&options] { return checkInputs(options); });
+    reader.addCheck([&options] { return checkInputStreams(options); });
     reader.addCheck([&reader, &request] { return settleType(reader, request); });
     reader.addCheck([&request] { return checkParts(request); });
 }

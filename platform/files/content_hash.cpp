@@ -53,7 +53,7 @@ Result<FileBytes> openToHash(const std::filesystem::path& path) {
 }
 
 Result<std::string> contentHash(const FileBytes& file, const std::function<bool()>& wanted) {
-    const auto failure = [&](const char* reason) { return cannotBeRead(file.path(), reason); };
+    const auto failure = [&](const char* reason) { return cannotBeRead(file.name(), reason); };
     if (wanted && !wanted()) return failure("the reading was cancelled");
     if (file.isLoaded()) return contentHash(file.loaded());
     const std::unique_ptr<XXH3_state_t, StateFreer> state(XXH3_createState());

@@ -24,10 +24,10 @@ std::int64_t nanosecondsNow() {
 
 } // namespace
 
-FileBytes::FileBytes(OpenFile file, const FileStamp& stamp, std::int64_t openedAt)
-    : file_(std::move(file)), stamp_(stamp), openedAt_(openedAt) {}
+FileBytes::FileBytes(OpenFile file, fs::path name, const FileStamp& stamp, std::int64_t openedAt)
+    : file_(std::move(file)), name_(std::move(name)), stamp_(stamp), openedAt_(openedAt) {}
 
-std::variant<FileBytes, NotOpened> FileBytes::open(const fs::path& path) {
+std::variant<FileBytes, NotOpened> FileBytes::open(const fs::path& path, const fs::path& name) {
     using enum NotOpened::Why;
     std::error_code error;
     struct stat facts {};
@@ -39,7 +39,7 @@ std::variant<FileBytes, NotOpened> FileBytes::open(const fs::path& path) {
     const std::int64_t now = nanosecondsNow();
     const auto stamp = fileStamp(file.descriptor(), path);
     if (!stamp) return NotOpened{special};
-    return FileBytes(std::move(file), *stamp, now);
+    return FileBytes(std::move(file), name, *stamp, now);
 }
 
 std::error_code FileBytes::load() try {

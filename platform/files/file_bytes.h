@@ -33,9 +33,14 @@ public:
     /// What load() brings into memory; larger files are read piece by piece.
     static constexpr std::uint64_t kMostInMemory = std::uint64_t{64} << 20;
 
-    static std::variant<FileBytes, NotOpened> open(const std::filesystem::path& path);
+    /// name: what people call it, where that is not path.
+    static std::variant<FileBytes, NotOpened> open(const std::filesystem::path& path,
+                                                   const std::filesystem::path& name = {});
 
+    /// By which it can be opened again.
     const std::filesystem::path& path() const noexcept { return file_.path(); }
+    /// For messages, and for what an extension tells.
+    const std::filesystem::path& name() const noexcept { return name_.empty() ? path() : name_; }
     /// Of the file as it was opened, even if another has taken its name since.
     const FileStamp& stamp() const noexcept { return stamp_; }
     /// See FileStamp::isSettledAt, at the time of opening.
@@ -56,9 +61,11 @@ public:
                        std::error_code& error) const;
 
 private:
-    FileBytes(OpenFile file, const FileStamp& stamp, std::int64_t openedAt);
+    FileBytes(OpenFile file, std::filesystem::path name, const FileStamp& stamp,
+              std::int64_t openedAt);
 
     OpenFile file_;
+    std::filesystem::path name_; // empty: the file's path
     FileStamp stamp_;
     std::int64_t openedAt_; // nanoseconds since 1970
     bool isLoaded_ = false;

@@ -155,6 +155,15 @@ std::size_t read(int descriptor, std::span<std::byte> bytes, const fs::path& pat
     });
 }
 
+std::size_t readSome(int descriptor, std::span<std::byte> bytes, const fs::path& path,
+                     std::error_code& error) {
+    error = systemError(refusal(FileCall::read, path));
+    if (error) return 0;
+    const auto got = uninterrupted([&] { return ::read(descriptor, bytes.data(), bytes.size()); });
+    if (got < 0) error = systemError(errno);
+    return got > 0 ? static_cast<std::size_t>(got) : 0;
+}
+
 std::size_t readAt(int descriptor, std::uint64_t offset, std::span<std::byte> bytes,
                    const fs::path& path, std::error_code& error) {
     return readPieces(path, bytes, error, [=](std::span<std::byte> left, std::size_t before) {

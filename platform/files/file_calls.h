@@ -72,6 +72,10 @@ std::size_t read(int descriptor, std::span<std::byte> bytes, const std::filesyst
 /// The same from offset on, wherever the descriptor stands.
 std::size_t readAt(int descriptor, std::uint64_t offset, std::span<std::byte> bytes,
                    const std::filesystem::path& path, std::error_code& error);
+/// What is there to be read now, by one call: fewer bytes than there is room for do not mean the
+/// end, none do.
+std::size_t readSome(int descriptor, std::span<std::byte> bytes, const std::filesystem::path& path,
+                     std::error_code& error);
 std::error_code flush(int descriptor, const std::filesystem::path& path);
 /// Takes an exclusive lock of the open file; std::errc::operation_would_block while another has it.
 std::error_code tryLock(int descriptor, const std::filesystem::path& path);

@@ -24,14 +24,14 @@ Failure fileFailure(const fs::path& path, const char* done, std::error_code erro
     return fileFailure(path, done, reason);
 }
 
-Result<FileBytes> openToRead(const fs::path& path) {
-    auto opened = FileBytes::open(path);
+Result<FileBytes> openToRead(const fs::path& path, const StreamedFiles& streams) {
+    auto opened = streams.open(path);
     if (auto* const file = std::get_if<FileBytes>(&opened)) return std::move(*file);
     const std::error_code error = std::get<NotOpened>(opened).error;
     if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory)
-        return fileFailure(path, "read", "there is no such file");
-    if (error) return fileFailure(path, "read", error);
-    return fileFailure(path, "read", "it is no ordinary file");
+        return fileFailure(inputTitle(path), "read", "there is no such file");
+    if (error) return fileFailure(inputTitle(path), "read", error);
+    return fileFailure(inputTitle(path), "read", "it is no ordinary file");
 }
 
 } // namespace zephyra

@@ -1,7 +1,7 @@
 // fileFailure: one line that says of a file what cannot be done with it, and why.
 #pragma once
 
-#include "platform/files/file_bytes.h"
+#include "platform/files/streamed_files.h"
 #include "platform/text/result.h"
 
 #include <filesystem>
@@ -15,7 +15,7 @@ Failure fileFailure(const std::filesystem::path& path, const char* done, const s
 /// The same with the system's reason, and what would be right where that helps.
 Failure fileFailure(const std::filesystem::path& path, const char* done, std::error_code error);
 
-/// An ordinary file; a device or pipe is not even opened.
-Result<FileBytes> openToRead(const std::filesystem::path& path);
+/// An ordinary file, or what streams took by that name; a device or pipe is not even opened.
+Result<FileBytes> openToRead(const std::filesystem::path& path, const StreamedFiles& streams = {});
 
 } // namespace zephyra

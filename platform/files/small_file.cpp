@@ -1,7 +1,5 @@
 #include "platform/files/small_file.h"
 
-#include "platform/files/file_bytes.h"
-
 #include <cstdint>
 #include <utility>
 #include <variant>
@@ -19,9 +17,9 @@ Failure notOpened(const std::string& name, const NotOpened& problem) {
 
 } // namespace
 
-Result<std::string> readSmallFile(const std::filesystem::path& path) {
-    const std::string name = path.string();
-    auto opened = FileBytes::open(path);
+Result<std::string> readSmallFile(const std::filesystem::path& path, const StreamedFiles& streams) {
+    const std::string name = inputTitle(path);
+    auto opened = streams.open(path);
     if (const auto* const problem = std::get_if<NotOpened>(&opened))
         return notOpened(name, *problem);
     auto& file = std::get<FileBytes>(opened);

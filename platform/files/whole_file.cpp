@@ -1,7 +1,6 @@
 #include "platform/files/whole_file.h"
 
 #include "platform/files/atomic_file.h"
-#include "platform/files/file_bytes.h"
 #include "platform/files/file_calls.h"
 #include "platform/files/file_failure.h"
 
@@ -12,23 +11,24 @@ namespace zephyra {
 
 namespace fs = std::filesystem;
 
-Result<WholeFile> readWholeFile(const fs::path& path, std::size_t most) {
-    const auto opened = openToRead(path);
+Result<WholeFile> readWholeFile(const fs::path& path, std::size_t most,
+                                const StreamedFiles& streams) {
+    const auto opened = openToRead(path, streams);
     if (!opened) return Failure{opened.message()};
     const FileBytes& file = opened.value();
     if (file.size() > most)
-        return fileFailure(path, "read",
+        return fileFailure(inputTitle(path), "read",
                            "it has " + std::to_string(file.size()) + " bytes, of which " +
                                std::to_string(most) + " are read at most");
     try {
         std::error_code error;
         WholeFile whole{std::vector<std::byte>(file.size()), file.stamp()};
         const std::size_t count = file.readAt(0, whole.bytes, error);
-        if (error) return fileFailure(path, "read", error);
+        if (error) return fileFailure(inputTitle(path), "read", error);
         whole.bytes.resize(count); // shorter when somebody cuts it meanwhile
         return whole;
     } catch (const std::bad_alloc&) {
-        return fileFailure(path, "read",
+        return fileFailure(inputTitle(path), "read",
                            "no memory for its " + std::to_string(file.size()) + " bytes");
     }
 }

@@ -1,7 +1,7 @@
 // readWholeFile and replaceFile: a file's bytes at once, through the calls that tests can let fail.
 #pragma once
 
-#include "platform/files/file_stamp.h"
+#include "platform/files/streamed_files.h"
 #include "platform/text/result.h"
 
 #include <cstddef>
@@ -16,9 +16,11 @@ struct WholeFile {
     FileStamp stamp; ///< of the file that was read, even if another has taken its name since
 };
 
-/// At most `most` bytes of an ordinary file; a device or pipe is not even opened. Fails with one
-/// line that begins with the path and says what would be right. Any thread but RENDER.
-Result<WholeFile> readWholeFile(const std::filesystem::path& path, std::size_t most);
+/// At most `most` bytes of an ordinary file, or of what streams took by that name; any other device
+/// or pipe is not even opened. Fails with one line that begins with the path and says what would be
+/// right. Any thread but RENDER.
+Result<WholeFile> readWholeFile(const std::filesystem::path& path, std::size_t most,
+                                const StreamedFiles& streams = {});
 
 /// Replaces the file at path, completely or not at all. Fails with one line that names it. Any
 /// thread but RENDER.

@@ -31,14 +31,16 @@ Failure failure(const fs::path& path, const std::string& reason) {
 } // namespace
 
 Result<PropertyDictionary> readPropertyListFile(const fs::path& path,
-                                                const PropertyListLimits& limits) {
-    const auto file = readWholeFile(path, limits.bytes);
+                                                const PropertyListLimits& limits,
+                                                const StreamedFiles& streams) {
+    const auto file = readWholeFile(path, limits.bytes, streams);
     if (!file) return Failure{file.message()};
     auto value = readPropertyList(file.value().bytes, limits);
-    if (!value) return failure(path, "read: " + value.message());
+    const fs::path name = inputTitle(path);
+    if (!value) return failure(name, "read: " + value.message());
     if (auto* const dictionary = value.value().as<PropertyDictionary>())
         return std::move(*dictionary);
-    return failure(path, std::string("read: at its top is a value of type ") +
+    return failure(name, std::string("read: at its top is a value of type ") +
                              value.value().typeName() + "; a dictionary is needed");
 }
 

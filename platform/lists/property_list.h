@@ -1,6 +1,7 @@
 // PropertyValue: a tree of plain values, as property-list files hold it.
 #pragma once
 
+#include "platform/files/streamed_files.h"
 #include "platform/lists/property_data.h"
 #include "platform/text/result.h"
 
@@ -86,9 +87,10 @@ struct PropertyListLimits {
 Result<PropertyValue> readPropertyList(std::span<const std::byte> bytes,
                                        const PropertyListLimits& limits = {});
 
-/// The same of a file, whose top must be a dictionary.
+/// The same of a file, or of what streams took by that name, whose top must be a dictionary.
 Result<PropertyDictionary> readPropertyListFile(const std::filesystem::path& path,
-                                                const PropertyListLimits& limits = {});
+                                                const PropertyListLimits& limits = {},
+                                                const StreamedFiles& streams = {});
 
 /// The XML form; reals come back exactly. Fails, naming the key's path, for what it cannot hold:
 /// reals that are not finite, text that is not UTF-8 or holds characters that XML cannot (control

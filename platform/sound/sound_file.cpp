@@ -43,8 +43,8 @@ Failure notOpened(const NotOpened& problem) {
     return {cannotBeOpened(problem.error)};
 }
 
-Result<FileBytes> openBytes(const std::filesystem::path& path) {
-    auto opened = FileBytes::open(path);
+Result<FileBytes> openBytes(const std::filesystem::path& path, const StreamedFiles& streams) {
+    auto opened = streams.open(path);
     if (const auto* const problem = std::get_if<NotOpened>(&opened)) return notOpened(*problem);
     auto& file = std::get<FileBytes>(opened);
     if (file.size() == 0) return Failure{std::string("is empty") + kWanted};
@@ -66,11 +66,11 @@ Result<void> checkLayout(double sampleRate, std::uint32_t channels) {
 }
 
 SoundFileSourceResult openKind(const FileBytes& file, const RawSoundFormat& raw) {
-    char head[12];
+    char head[kSoundHeadBytes];
     std::error_code error;
     const std::size_t got = file.readAt(0, std::as_writable_bytes(std::span(head)), error);
     if (error) return Failure{cannotBeOpened(error)};
-    const auto kind = soundFileKind(file.path(), {head, got});
+    const auto kind = soundFileKind(file.name(), {head, got});
     if (kind == SoundFileKind::unknown)
         return Failure{std::string("is no sound file that is known here") + kWanted};
     if (kind == SoundFileKind::mpeg4) return openAacSource(file.path());
@@ -159,24 +159,29 @@ private:
 
 } // namespace
 
-Result<FileBytes> openSoundFile(const std::filesystem::path& path) {
-    auto file = openBytes(path);
-    if (!file) return failure(path, file.message());
+Result<FileBytes> openSoundFile(const std::filesystem::path& path, const StreamedFiles& streams) {
+    auto file = openBytes(path, streams);
+    if (!file) return failure(inputTitle(path), file.message());
     return file;
+}
+
+bool beginsLikeSound(const std::filesystem::path& name, std::span<const std::byte> head) {
+    return soundFileKind(name, {reinterpret_cast<const char*>(head.data()),
+                                std::min(head.size(), kSoundHeadBytes)}) != SoundFileKind::unknown;
 }
 
 Result<SoundFile> readSoundFile(FileBytes& file, const SoundFileOptions& options) try {
     if (const std::error_code error = file.load(); error && error != std::errc::not_enough_memory)
-        return failure(file.path(), "cannot be read: " + error.message() + "; check the disk");
+        return failure(file.name(), "cannot be read: " + error.message() + "; check the disk");
     const auto source = openSource(file, options.raw);
-    if (!source) return failure(file.path(), source.message());
+    if (!source) return failure(file.name(), source.message());
     auto samples = MonoReader(*source.value(), file.size(), options).readAll();
-    if (!samples) return failure(file.path(), samples.message());
+    if (!samples) return failure(file.name(), samples.message());
     SoundFile sound{source.value()->info(), std::move(samples.value())};
     sound.info.frames = sound.samples.size();
     return sound;
 } catch (const std::bad_alloc&) {
-    return failure(file.path(), kTooLarge);
+    return failure(file.name(), kTooLarge);
 }
 
 Result<SoundFile> readSoundFile(const std::filesystem::path& path,
@@ -195,10 +200,10 @@ Result<SoundFileInfo> readSoundFileInfo(const std::filesystem::path& path,
 
 Result<SoundFileInfo> readSoundFileInfo(const FileBytes& file, const RawSoundFormat& raw) try {
     const auto source = openSource(file, raw);
-    if (!source) return failure(file.path(), source.message());
+    if (!source) return failure(file.name(), source.message());
     return source.value()->info();
 } catch (const std::bad_alloc&) {
-    return failure(file.path(), kTooLarge);
+    return failure(file.name(), kTooLarge);
 }
 
 } // namespace zephyra

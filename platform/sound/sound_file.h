@@ -1,13 +1,15 @@
 // SoundFile: a sound file read into memory as one mono signal.
 #pragma once
 
-#include "platform/files/file_bytes.h"
+#include "platform/files/streamed_files.h"
 #include "platform/text/result.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -76,8 +78,16 @@ Result<SoundFile> readSoundFile(const std::filesystem::path& path,
                                 const SoundFileOptions& options = {});
 
 /// The file opened, if it may be one that readSoundFile takes, for whoever needs its bytes for more
-/// than its sound. Fails as that does. MAIN or WORKER.
-Result<FileBytes> openSoundFile(const std::filesystem::path& path);
+/// than its sound; also one that streams took. Fails as that does. MAIN or WORKER.
+Result<FileBytes> openSoundFile(const std::filesystem::path& path,
+                                const StreamedFiles& streams = {});
+
+/// The first bytes of a file, from which its type is seen.
+inline constexpr std::size_t kSoundHeadBytes = 12;
+
+/// Whether readSoundFile takes a file of that name that begins with head (kSoundHeadBytes, or all
+/// of it) for a sound, damaged or not. Pure.
+bool beginsLikeSound(const std::filesystem::path& name, std::span<const std::byte> head);
 
 /// The same of an opened file, which is loaded where it is small. M4A is opened again by its name,
 /// by a reader of its own. MAIN or WORKER.

@@ -1,0 +1,95 @@
+#include "rendering/request_streams.h"
+
+#include "platform/files/small_file.h"
+#include "platform/lists/property_list.h"
+#include "platform/sound/sound_file.h"
+#include "rendering/file_clashes.h"
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zephyra {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The longest sound that is read, with eight channels of floats.
+constexpr std::uint64_t kMostSoundBytes = kMaxSoundFileFrames * 8 * sizeof(float);
+
+struct NamedStream {
+    const char* option;
+    fs::path name;
+    std::uint64_t mostBytes; ///< that whoever reads it takes
+};
+
+/// Of request, but for its INPUT.
+std::vector<NamedStream> streamsOf(const RenderRequest& request) {
+    const HostRequest& host = request.host;
+    std::vector<NamedStream> streams;
+    const auto add = [&streams](const char* option, const std::optional<fs::path>& name,
+                                std::uint64_t mostBytes) {
+        if (name && isStream(*name)) streams.push_back({option, *name, mostBytes});
+    };
+    add("--sample", host.sample, kMostSoundBytes);
+    add("--automate", host.automation, kMostSmallFileBytes);
+    add("--midi", host.midi, kMostSmallFileBytes);
+    add("--scrub", request.motion.scrub, kMostSmallFileBytes);
+    add("--state", host.state, PropertyListLimits{}.bytes);
+    return streams;
+}
+
+Result<void> checkTerminal(const NamedStream& stream) {
+    if (!isTerminal(stream.name)) return {};
+    return Failure{std::string(stream.option) + " " + stream.name.string() +
+                   " is standard input, and that is a terminal; send it something, as in `sox "
+                   "bird.wav -t wav - | zephyra render -`"};
+}
+
+} // namespace
+
+Result<void> takeSoundStream(const fs::path& name, StreamedFiles& streams,
+                             const std::function<bool()>& goesOn) {
+    if (!isStream(name)) return {};
+    return streams.take(
+        name, {.mostBytes = kMostSoundBytes,
+               .goesOn = goesOn,
+               .isWanted =
+                   [&name](std::span<const std::byte> head) { return beginsLikeSound(name, head); },
+               .headBytes = kSoundHeadBytes});
+}
+
+Result<void> takeStreams(const RenderRequest& request, StreamedFiles& streams,
+                         const std::function<bool()>& goesOn) {
+    if (auto taken = takeSoundStream(request.input, streams, goesOn); !taken) return taken;
+    for (const NamedStream& stream : streamsOf(request)) {
+        const auto taken =
+            stream.mostBytes == kMostSoundBytes
+                ? takeSoundStream(stream.name, streams, goesOn)
+                : streams.take(stream.name, {.mostBytes = stream.mostBytes, .goesOn = goesOn});
+        if (!taken) return Failure{std::string(stream.option) + ": " + taken.message()};
+    }
+    return {};
+}
+
+Result<void> checkStreams(std::span<const fs::path> inputs, const RenderRequest& request) {
+    std::vector<NamedStream> streams;
+    for (const fs::path& input : inputs)
+        if (isStream(input)) streams.push_back({"INPUT", input, kMostSoundBytes});
+    for (NamedStream& stream : streamsOf(request)) streams.push_back(std::move(stream));
+    std::map<fs::path, const NamedStream*> named;
+    for (const NamedStream& stream : streams) {
+        if (auto sent = checkTerminal(stream); !sent) return sent;
+        const fs::path name = isStandardInput(stream.name) ? "-" : trueName(stream.name);
+        const auto [first, isFirst] = named.emplace(name, &stream);
+        if (!isFirst)
+            return Failure{std::string(first->second->option) + " and " + stream.option +
+                           " cannot both be " + inputTitle(stream.name) +
+                           ", which is read only once; name a file for one of them"};
+    }
+    return {};
+}
+
+} // namespace zephyra

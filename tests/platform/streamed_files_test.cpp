@@ -1,0 +1,73 @@
+// A pipe is kept whole or not at all: whichever call fails, one line says so.
+
+#include "platform/files/streamed_files.h"
+#include "tests/support/counted_reads.h"
+#include "tests/support/temporary_folder.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <unistd.h>
+#include <variant>
+
+namespace zephyra {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A pipe's reading end, in which all of text stands, and whose writer has gone.
+struct FilledPipe {
+    explicit FilledPipe(const std::string& text) {
+        int ends[2];
+        if (::pipe2(ends, O_CLOEXEC) != 0) std::abort();
+        EXPECT_EQ(::write(ends[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+        ::close(ends[1]);
+        end = ends[0];
+        name = "/dev/fd/" + std::to_string(end);
+    }
+    ~FilledPipe() { ::close(end); }
+    int end;
+    fs::path name;
+};
+
+TEST(StreamedFiles, AreKeptWholeOrFailInOneLineWhicheverCallFails) {
+    const TemporaryFolder kept;
+    ::setenv("TMPDIR", kept.path().c_str(), 1);
+    const auto descriptors = [] {
+        return std::distance(fs::directory_iterator("/proc/self/fd"), {});
+    };
+    const std::string text(50000, 'x');
+    const auto before = descriptors();
+    int failing = 0;
+    for (bool taken = false; !taken; ++failing) {
+        SCOPED_TRACE(failing);
+        const FilledPipe pipe(text);
+        StreamedFiles streams;
+        bool isLitter = false; // what cannot be removed
+        {
+            int call = 0;
+            const GateScope gate([&](FileCall kind, const fs::path&) {
+                if (kind == FileCall::close || call++ != failing) return 0;
+                isLitter = kind == FileCall::remove;
+                return EIO;
+            });
+            const Result<void> result = streams.take(pipe.name, {.mostBytes = text.size()});
+            taken = result.ok();
+            const std::string line = taken ? "" : result.message();
+            EXPECT_TRUE(taken || line.starts_with(pipe.name.string() + " cannot be ")) << line;
+        }
+        EXPECT_EQ(isLitter, !fs::is_empty(kept.path()));
+        for (const auto& entry : fs::directory_iterator(kept.path())) fs::remove_all(entry);
+        EXPECT_EQ(std::holds_alternative<FileBytes>(streams.open(pipe.name)), taken);
+        if (!taken) continue;
+        const FilledPipe tooLong(text + "x");
+        EXPECT_FALSE(streams.take(tooLong.name, {.mostBytes = text.size()}).ok());
+        EXPECT_EQ(std::get<FileBytes>(streams.open(pipe.name)).size(), text.size());
+    }
+    EXPECT_GE(failing, 9) << "status, folder, file, its removals, two reads, two writes";
+    EXPECT_EQ(descriptors(), before);
+    ::unsetenv("TMPDIR");
+}
+
+} // namespace
+} // namespace zephyra
