@@ -29,11 +29,12 @@ Result<void> OutputFile::open(const std::filesystem::path& path, const OutputTyp
                                   path, sampleRate, kChannels, kBits, type.code));
 }
 
-void OutputFile::measure(const float* samples, std::uint32_t frames) {
+void OutputFile::measure(const float* samples, std::uint32_t frames, double& sum) {
     for (std::uint32_t n = 0; n < frames; ++n) {
         const double sample = samples[n];
         peak_ = std::max(peak_, std::abs(sample));
         squares_ += sample * sample;
+        sum += sample;
         if (format_ == SampleFormat::shorts && (samples[n] < kLowest || samples[n] > kHighest))
             ++limited_;
     }
@@ -41,8 +42,8 @@ void OutputFile::measure(const float* samples, std::uint32_t frames) {
 }
 
 Result<void> OutputFile::write(float* left, float* right, std::uint32_t frames) {
-    measure(left, frames);
-    measure(right, frames);
+    measure(left, frames, leftSum_);
+    measure(right, frames, rightSum_);
     float* const channels[kChannels] = {left, right};
     if (format_ == SampleFormat::floats) return floats_.write(channels, frames);
     const std::uint32_t status = shorts_.writeFloats_fromArray(frames, channels);
@@ -54,6 +55,11 @@ Result<void> OutputFile::write(float* left, float* right, std::uint32_t frames) 
 Result<void> OutputFile::close() {
     if (format_ == SampleFormat::floats) return floats_.close();
     return writerResult(path_, shorts_.closeFile());
+}
+
+double OutputFile::offset() const noexcept {
+    const double sum = std::abs(leftSum_) < std::abs(rightSum_) ? rightSum_ : leftSum_;
+    return samples_ == 0 ? 0.0 : 2 * sum / static_cast<double>(samples_); // of both channels
 }
 
 double OutputFile::rms() const noexcept {

@@ -29,18 +29,20 @@ public:
     /// both channels.
     double peak() const noexcept { return peak_; }
     double rms() const noexcept;
+    /// The DC offset of the channel that has more of it.
+    double offset() const noexcept;
     /// Samples that a 16-bit file could not hold and had to limit.
     std::uint64_t limitedSamples() const noexcept { return limited_; }
 
 private:
-    void measure(const float* samples, std::uint32_t frames);
+    void measure(const float* samples, std::uint32_t frames, double& sum);
 
     SampleFormat format_ = SampleFormat::shorts;
     std::filesystem::path path_;
     Log unheard_{[](std::string_view) {}}; // what fails is told by return
     EAFWrite shorts_{unheard_};
     FloatWavWriter floats_;
-    double peak_ = 0, squares_ = 0;
+    double peak_ = 0, squares_ = 0, leftSum_ = 0, rightSum_ = 0;
     std::uint64_t samples_ = 0, limited_ = 0;
 };
 

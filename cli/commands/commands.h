@@ -18,7 +18,7 @@ namespace zephyra {
 /// many.
 ExitCode runRender(const CommandContext& context, const RenderOptions& options);
 
-/// `zephyra info`: format, channels, rate, length, peak and loudness of a sound file.
+/// `zephyra info`: format, channels, rate, length, peak, loudness and offset of a sound file.
 struct InfoRequest {
     std::string file;
     bool json = false;

@@ -1,6 +1,6 @@
 #include "cli/render/render_job.h"
 
-#include "cli/render/render_report.h"
+#include "cli/render/render_notices.h"
 #include "cli/terminal/command_clock.h"
 #include "cli/terminal/interrupt.h"
 #include "pictures/cairo/picture_file.h"
@@ -98,7 +98,8 @@ Result<void> saveTake(Job& job) {
 }
 
 std::string pictureTitle(const RenderRequest& request) {
-    const std::string input = request.input.filename().string();
+    const std::string input =
+        isStream(request.input) ? inputTitle(request.input) : request.input.filename().string();
     if (!request.preset) return input;
     const std::string preset =
         request.preset->name + " (" + std::string(stemOf(request.preset->bank)) + ")";
@@ -132,19 +133,6 @@ Result<void> saveAll(Job& job, const RenderStatistics& statistics, BankFolder& b
     return savePresetOf(job, banks);
 }
 
-std::vector<std::string> noticesOf(const Job& job) {
-    std::vector<std::string> notices = job.plan().notices;
-    const TakeRecorder* const take = job.render.recordedTake();
-    if (take && take->isCut())
-        notices.push_back(job.request.motion.recordScrub->string() +
-                          ": a take holds 1800 positions; what came after 120 s is left out");
-    if (const std::uint64_t limited = job.file.limitedSamples(); limited > 0)
-        notices.push_back(job.request.output.string() + ": " + std::to_string(limited) +
-                          " samples exceeded full scale and were limited; lower Amplitude or "
-                          "write --float");
-    return notices;
-}
-
 RenderEnd success(const Job& job, const ReadSource& read, const RenderStatistics& statistics) {
     const TakeRecorder* const take = job.render.recordedTake();
     const RenderOutcome outcome = {job.request,
@@ -152,13 +140,15 @@ RenderEnd success(const Job& job, const ReadSource& read, const RenderStatistics
                                    statistics,
                                    job.file,
                                    take ? take->positions().size() : 0,
+                                   take && take->isCut(),
                                    job.request.preset ? read.sampleFile.string() : std::string()};
+    const std::vector<std::string> notices = noticesOf(outcome, read);
     RenderEnd end;
     end.text = textReport(outcome);
-    end.json = jsonReport(outcome);
+    end.json = jsonReport(outcome, read, notices);
     end.line = outputLine(outcome);
     end.levels = levelText(job.file);
-    end.notices = noticesOf(job);
+    end.notices = notices;
     return end;
 }
 

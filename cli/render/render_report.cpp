@@ -74,6 +74,16 @@ void addPresets(nlohmann::ordered_json& json, const RenderOutcome& outcome) {
     }
 }
 
+/// What was measured of the files that were named.
+void addSource(nlohmann::ordered_json& json, const ReadSource& read) {
+    json["sourceChannels"] = read.shown.channels;
+    const ChannelLevels& sample = read.sampleLevels;
+    const auto& channels =
+        sample.channels().empty() ? read.inputLevels.channels() : sample.channels();
+    json["sourceDc"] = nlohmann::ordered_json::array();
+    for (const SignalLevel& channel : channels) json["sourceDc"].push_back(channel.mean());
+}
+
 /// ", as an effect because the preset has LIVE on, saved as ...", or nothing.
 std::string presetText(const RenderRequest& request) {
     std::string text;
@@ -85,7 +95,8 @@ std::string presetText(const RenderRequest& request) {
 
 } // namespace
 
-std::string jsonReport(const RenderOutcome& outcome) {
+std::string jsonReport(const RenderOutcome& outcome, const ReadSource& read,
+                       const std::vector<std::string>& notices) {
     const RenderRequest& request = outcome.request;
     const RenderPlan& plan = outcome.plan;
     const OutputFile& file = outcome.file;
@@ -103,6 +114,7 @@ std::string jsonReport(const RenderOutcome& outcome) {
     if (plan.reportsContext()) json["tempo"] = request.host.tempo.value_or(kDefaultTempo);
     addMotion(json, outcome);
     if (request.host.saveState) json["savedState"] = request.host.saveState->string();
+    addSource(json, read);
     json["sampleRate"] = plan.sampleRate;
     json["frames"] = plan.frames;
     json["seconds"] = secondsOf(plan);
@@ -110,11 +122,13 @@ std::string jsonReport(const RenderOutcome& outcome) {
     json["seed"] = plan.seed;
     json["peak"] = file.peak();
     json["rms"] = file.rms();
+    json["dc"] = file.offset();
     json["limitedSamples"] = file.limitedSamples();
     json["grainsStarted"] = outcome.statistics.startedGrains;
     json["grainsDropped"] = outcome.statistics.droppedGrains;
     json["speed"] = speedOf(outcome);
     json["cpuLevel"] = cpuLevelName(chosenCpuLevel());
+    json["notices"] = notices;
     return textOfJson(json);
 }
 

@@ -4,9 +4,11 @@
 #include "rendering/offline_render.h"
 #include "rendering/output_file.h"
 #include "rendering/render_request.h"
+#include "rendering/render_source.h"
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace zephyra {
 
@@ -17,11 +19,13 @@ struct RenderOutcome {
     const RenderStatistics& statistics;
     const OutputFile& file;
     std::size_t recordedPositions; ///< of --record-scrub
+    bool takeIsCut;                ///< it had no room for all of them
     std::string sample = {};       ///< the preset's sample, where it is what was played
 };
 
-/// A JSON object for scripts, with a line end.
-std::string jsonReport(const RenderOutcome& outcome);
+/// A JSON object for scripts, with a line end; notices are those of render_notices.h.
+std::string jsonReport(const RenderOutcome& outcome, const ReadSource& read,
+                       const std::vector<std::string>& notices);
 
 /// Two lines for people, each with a line end.
 std::string textReport(const RenderOutcome& outcome);

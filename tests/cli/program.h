@@ -60,11 +60,12 @@ struct ProgramTest : testing::Test {
         seen = nlohmann::json::parse(ended.out, nullptr, false);
         return readText(folder / "out.wav");
     }
-    /// One line says so, and nothing is written.
-    void expectRefused(const std::string& arguments, int code, const std::string& said) const {
-        SCOPED_TRACE(arguments);
+    /// One line says so, and nothing is written. shell: in front, as for run.
+    void expectRefused(const std::string& arguments, int code, const std::string& said,
+                       const std::string& shell = "") const {
+        SCOPED_TRACE(shell + arguments);
         const auto before = folder.entries();
-        const ProgramRun ended = run(arguments);
+        const ProgramRun ended = run(arguments, shell);
         EXPECT_EQ(ended.code, code);
         EXPECT_THAT(ended.err, testing::HasSubstr(said));
         EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
