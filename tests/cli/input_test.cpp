@@ -179,6 +179,7 @@ struct Notices : Input {
         write("six.wav", 6, [&](std::size_t n, auto c) { return sine(n * (c + 1)); });
         write("offset.wav", 1, [&](std::size_t n, auto) { return 0.125 + sine(n); });
         write("less.wav", 1, [&](std::size_t n, auto) { return 0.02 + sine(n); });
+        write("quiet.wav", 1, [&](std::size_t n, auto) { return 0.005 + 0.01 * sine(n); });
         write("right.wav", 2, [&](std::size_t n, auto c) { return sine(n) - 0.25 * c; });
         write("zero.wav", 1, [](std::size_t, auto) { return 0.0; });
         write("faint.wav", 2, [&](std::size_t n, auto) { return sine(n) * 6e-5; });
@@ -229,6 +230,8 @@ TEST_F(Notices, TellWhatAListenerWouldNoticeAndNothingElse) {
          {"late.wav is silent from --start to --end: nothing there is louder than -90 dB",
           "out.wav is silent though late.wav is not: check --start and --end"}},
         {"late.wav --start 0.4 --end 0.6", {}},
+        {"zero.wav --start 0.2 --end 0.8", {"zero.wav" + silent}},
+        {"quiet.wav", {}},
         {"in.wav --float --set Density=400 --set Length=500", {"out.wav: 1"}},
     };
     for (const auto& [arguments, lines] : cases) {
