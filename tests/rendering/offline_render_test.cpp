@@ -192,6 +192,28 @@ TEST(OfflineRender, TellsOfFreezeWhereNothingThatSoundsIsHeld) {
     }
 }
 
+TEST(OfflineRender, TheScanOfACycleTellsWhetherGrainsStart) {
+    OfflineRender render({.sampleRate = 44100,
+                          .playFrames = 44100,
+                          .frames = 44100,
+                          .blockFrames = 512,
+                          .seed = 5,
+                          .timedSettings = {{0.3, {ControlId::playStop, 0}}},
+                          .host = {.fadeOut = 0.05}},
+                         Folders{});
+    ASSERT_TRUE(render.prepare({.sample = noiseSample(20000, 44100)}));
+    std::uint64_t silent = 0;
+    ASSERT_TRUE(render.run([&](const RenderedBlock& block) -> Result<void> {
+        for (const RenderedCycle& cycle : block.cycles) {
+            if (cycle.scan.plays) continue;
+            ++silent;
+            EXPECT_TRUE(block.grains.empty());
+        }
+        return {};
+    }));
+    EXPECT_GT(silent, 10u) << "once it has faded out";
+}
+
 TEST(RenderPlan, LengthRateAndSeedComeFromTheSourceAndTheClock) {
     RenderRequest request;
     const SoundFileInfo source{.format = "", .channels = 1, .sampleRate = 22050, .frames = 11025};

@@ -28,12 +28,13 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
     // In a source of 2 s, 1 Hz is an octave up; in the live buffer of 10 s, 0.1 Hz is its own
     // pitch.
     const GrainRecord loaded{20500, 0.25f, 1.0f, 0.1f, 1, 0.5f, false};
-    const GrainRecord live{20500, (441000 - 5 - 8820) / 441000.0f, 0.1f, 0.1f, 1, 0.5f, true};
-    const auto recorded = [&](SourceUse use, const GrainRecord& grain) {
+    const GrainRecord live{20500, (441000 - 5 - 8820) / 441000.0f, 0.1f, 0.1f, 0, 0, true};
+    const auto recorded = [&](SourceUse use, const GrainRecord& grain, std::uint64_t heard = 0) {
         const CycleScan scan = {.plays = true, .phase = double{grain.position}};
         const RenderedCycle cycles[] = {
-            {500, 1.0f}, {4096, 0.5f, {}, 24096}, {10000, 0.25f, scan, 15000}};
-        PictureRecorder recorder(planFor(use), source, {.source = 1, .time = 1, .frequencies = 1});
+            {500, 1.0f}, {4096, 0.5f, {}, 24096}, {10000, 0.25f, scan, heard}};
+        PictureRecorder recorder(planFor(use), source,
+                                 {.source = 1, .time = 1000, .frequencies = 1});
         recorder.add({.firstFrame = 20000,
                       .frames = 10000,
                       .left = silence.data(),
@@ -52,14 +53,20 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
     EXPECT_FALSE(first.dropped);
 
     // The grain's cycle is cut from the input until its end, the last one from what is held.
-    const GrainMap map = recorded(SourceUse::live, live);
+    const GrainMap map = recorded(SourceUse::live, live, 15000);
     EXPECT_NEAR(map.grains.at(0).from, (24096 - 1 - 8820) / 88200.0, 1e-5);
     EXPECT_NEAR(map.grains.at(0).to - map.grains.at(0).from, 4410 / 88200.0, 1e-5);
     EXPECT_NEAR(map.grains.at(0).semitones, 0, 1e-3);
     EXPECT_TRUE(map.grains.at(0).dropped);
-    const ScanRun& scan = map.scan.at(0); // of the last cycle
-    EXPECT_NEAR(scan.low + scan.phase * scan.span, (15000 - 1 - 8820) / 88200.0, 1e-5);
-    EXPECT_NEAR(scan.drift, 0, 1e-9) << "held sound stands";
+    EXPECT_EQ(map.grains.at(0).pan, 0) << "silent";
+    // The scan plays in the last cycle alone, which begins with frame 24096.
+    for (const auto& [heard, from, drift] : {std::tuple(15000u, 15000, 0), {30000u, 24096, 5904}}) {
+        const auto scans = recorded(SourceUse::live, live, heard).scan;
+        ASSERT_EQ(scans.size(), 1u) << "nobody hears where it stands while it does not play";
+        EXPECT_NEAR(scans[0].low + scans[0].phase * scans[0].span, (from - 1 - 8820) / 88200.0,
+                    1e-5);
+        EXPECT_NEAR(scans[0].drift, drift / 88200.0, 1e-9) << "held sound stands, input goes on";
+    }
 }
 
 /// Where the scan stood at a time, by what a picture keeps of it.
@@ -76,12 +83,11 @@ TEST(PictureRecorder, TheScanGoesWhereGrainsReadHoweverItIsMoved) {
     RenderPlan plan = planFor(SourceUse::loaded);
     plan.blockFrames = 512;
     plan.playFrames = 40000; // then comes the tail
-    plan.settings = {{jittering, 0}, {density, 400}, {length, 10}, {fadeOut, 0}};
+    plan.settings = {{jittering, 0}, {density, 400}, {length, 10}};
     plan.start = 0.3f;
     plan.end = 0.34f; // crossed in 18 ms, more than once a block at its fastest
-    plan.timedSettings = {{0.2, {scanning, 4}},          {0.4, {scanning, -4}},
-                          {0.5, {scrubbingWave, 0.33f}}, {0.6, {playStop, 0}},
-                          {0.7, {scanning, 0.5}},        {0.8, {playStop, 1}}};
+    plan.timedSettings = {
+        {0.2, {scanning, 4}}, {0.4, {scanning, -4}}, {0.5, {scrubbingWave, 0.33f}}};
     const SoundFileInfo source{.format = "", .channels = 2, .sampleRate = 44100, .frames = 20000};
     OfflineRender render(plan, Folders{});
     ASSERT_TRUE(render.prepare({.sample = noiseSample(20000, 44100)}));
@@ -100,7 +106,6 @@ TEST(PictureRecorder, TheScanGoesWhereGrainsReadHoweverItIsMoved) {
         ++grains;
     }
     EXPECT_GT(grains, 200u);
-    EXPECT_TRUE(std::isnan(scanAt(map, 0.75))) << "it stands, and nobody hears where";
     EXPECT_TRUE(std::isnan(scanAt(map, 40001 / 44100.0)));
     EXPECT_TRUE(recorder.picture().isStereo);
     EXPECT_EQ(recorder.picture().sourceChannels, 2u);
@@ -129,6 +134,7 @@ TEST(PictureRecorder, AMovedControlBeginsWhereItStandsAndNamesTheEndsOfItsWay) {
     EXPECT_EQ(path.highText, "50.4 Hz");
     EXPECT_EQ(path.columns[1].count, 1u);
     EXPECT_EQ(recorder.picture().paths.at(0).highText, "on");
+    EXPECT_FALSE(recorder.picture().isStereo);
     EXPECT_EQ(recorder.picture().texts.settings.at(0), "Density 50 Hz");
 }
 
