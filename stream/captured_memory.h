@@ -17,7 +17,7 @@ struct CapturedMemory {
     /// Which live sound it is, and how far that was written.
     struct Version {
         std::uint64_t replacements = 0, liveStarts = 0, heard = 0, offset = 0;
-        std::uint64_t hold = 0; ///< the how manieth held sound it is; 0 for none
+        std::uint64_t hold = 0; ///< its number among held sounds, from 1; 0 for none
         bool operator==(const Version&) const = default;
     };
     Version version = {};
