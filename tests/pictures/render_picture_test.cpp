@@ -175,6 +175,8 @@ TEST(EventLabels, NoneIsOverAnotherOrBeyondTheEndsAndNoneIsLost) {
     EXPECT_EQ(single(946, 50), 891) << "left of its event";
     EXPECT_EQ(placeEventLabels(std::vector<EventExtent>(8, {500, 100}), kRoom).back().others, 0u)
         << "in two columns";
+    const std::vector<EventExtent> chord = {{500, 90}, {500, 80}, {500, 30}, {500, 70}, {500, 60}};
+    EXPECT_EQ(placeEventLabels(chord, kRoom).back().row, 2u) << "beside the shortest";
 }
 
 TEST(GrainMap, ColoursReachToTheNextRoundRangeOfThePitches) {
