@@ -54,7 +54,7 @@ struct RenderPicture {
 
     double seconds, sourceSeconds;
     bool isStereo = false;            ///< the output: its sides differ
-    std::uint32_t sourceChannels = 1; ///< of its file; what grains read is their mean
+    std::uint32_t sourceChannels = 1; ///< of its file, 0 where nobody knows; grains read their mean
     WaveformColumns source, left, right;
     SpectrumColumns spectrum;
     GrainMap map;

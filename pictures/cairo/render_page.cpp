@@ -126,6 +126,7 @@ void RenderPage::drawSource(Canvas& canvas) const {
                  WaveformDirection::upwards);
     canvas.outline(source_, theme::frame);
 
+    if (picture_.sourceChannels == 0) return;
     const TextStyle style = {.colour = theme::faintText, .size = theme::tickSize};
     drawChannels(canvas, source_.x, source_.y - 13.5, picture_.sourceChannels);
     canvas.text(source_.x + (picture_.sourceChannels > 1 ? 21 : 15), source_.y - 9,
