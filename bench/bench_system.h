@@ -2,7 +2,7 @@
 #pragma once
 
 #include "hosting/hosted_instance.h"
-#include "platform/sound/audio_file_float_wav.h"
+#include "platform/sound/float_file_writer.h"
 #include "tests/support/heard_instance.h"
 #include "tests/support/test_sounds.h"
 
@@ -32,7 +32,7 @@ inline std::filesystem::path benchSound(const std::filesystem::path& folder, int
     constexpr std::uint32_t rate = 44100;
     const auto path = folder / (std::to_string(seconds) + ".wav");
     const auto second = noiseSample(rate, rate);
-    FloatWavWriter writer;
+    FloatFileWriter writer;
     auto done = writer.open(path, rate, 1);
     const float* const channel = second->getPtr();
     for (int at = 0; done && at < seconds; ++at) done = writer.write(&channel, rate);

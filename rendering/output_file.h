@@ -1,7 +1,7 @@
 // OutputFile: the stereo file that a render goes into, and what was measured on the way.
 #pragma once
 
-#include "platform/sound/audio_file_float_wav.h"
+#include "platform/sound/float_file_writer.h"
 #include "platform/text/log.h"
 #include "platform/text/result.h"
 #include "rendering/output_type.h"
@@ -41,7 +41,7 @@ private:
     std::filesystem::path path_;
     Log unheard_{[](std::string_view) {}}; // what fails is told by return
     EAFWrite shorts_{unheard_};
-    FloatWavWriter floats_;
+    FloatFileWriter floats_;
     double peak_ = 0, squares_ = 0, leftSum_ = 0, rightSum_ = 0;
     std::uint64_t samples_ = 0, limited_ = 0;
 };

@@ -2,6 +2,7 @@
 
 #include "platform/sound/audio_buffer_list.h"
 #include "platform/sound/audio_file_error.h"
+#include "platform/sound/sample_limits.h"
 #include "platform/text/log.h"
 
 #include <algorithm>
@@ -17,8 +18,6 @@ namespace zephyra {
 namespace {
 
 constexpr std::uint32_t kBytesPerSample = 2;
-constexpr float kLowest = -1.0f;
-constexpr float kHighest = 0.999f; // a bit below full scale, so that · 32768 stays a 16-bit value
 
 constexpr std::uint32_t kBigEndianIntegers =
     linear_flags::isBigEndian | linear_flags::isSignedInteger | linear_flags::isPacked;
@@ -38,10 +37,6 @@ BufferList makeBuffers(std::uint32_t channels, std::uint32_t frames) {
 
 std::int16_t* shorts(const BufferList& list, std::uint32_t channel) {
     return static_cast<std::int16_t*>(list->mBuffers[channel].mData);
-}
-
-float limited(float value) {
-    return std::isnan(value) ? 0.0f : std::clamp(value, kLowest, kHighest);
 }
 
 /// The integer part saturated to 32 bits, of which the low 16 are kept.
@@ -149,8 +144,8 @@ std::uint32_t EAFWrite::writeFloats_fromArray(std::uint32_t frames, float* const
     for (std::uint32_t c = 0; c < mAudioChannels; ++c) {
         if (!array[c]) continue;
         for (std::uint32_t i = 0; i < frames; ++i) {
-            array[c][i] = limited(array[c][i]);
-            shorts(list, c)[i] = static_cast<std::int16_t>(array[c][i] * 32768.0f);
+            array[c][i] = limitedSample(array[c][i]);
+            shorts(list, c)[i] = sixteenBits(array[c][i]);
         }
     }
     return writeBuffers(log_, mOutputAudioFile, frames, list);

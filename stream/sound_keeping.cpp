@@ -4,7 +4,7 @@
 #include "platform/files/file_calls.h"
 #include "platform/files/file_name.h"
 #include "platform/sound/audio_file_error.h"
-#include "platform/sound/audio_file_float_wav.h"
+#include "platform/sound/float_file_writer.h"
 #include "platform/sound/sound_file.h"
 #include "stream/captured_state.h"
 #include "stream/sample_search.h"
@@ -26,7 +26,7 @@ constexpr const char* kCaptureName = "Rec";
 constexpr std::size_t kMostNumberBytes = 32; ///< room in a name for what makes it a free one
 
 Result<void> writeFrames(const fs::path& path, const mokSample& sound, std::uint64_t frames) {
-    FloatWavWriter writer;
+    FloatFileWriter writer;
     Result<void> done = writer.open(path, double{sound.sampleRate}, 1);
     const float* const channel = sound.getPtr();
     if (done) done = writer.write(&channel, static_cast<std::uint32_t>(frames));

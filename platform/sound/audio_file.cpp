@@ -39,7 +39,8 @@ namespace {
 /// The one client format that a file format takes.
 StreamDescription clientFormatFor(const StreamDescription& format) {
     const bool isFloat =
-        format.formatCode == fourCC("lpcm") && (format.formatFlags & linear_flags::isFloat) != 0;
+        format.formatCode == fourCC("vorb") ||
+        (format.formatCode == fourCC("lpcm") && (format.formatFlags & linear_flags::isFloat) != 0);
     StreamDescription client = format;
     client.formatCode = fourCC("lpcm");
     client.formatFlags = (isFloat ? linear_flags::isFloat : linear_flags::isSignedInteger) |

@@ -40,13 +40,16 @@ inline constexpr FourCharCode caff = fourCC("caff");
 inline constexpr FourCharCode sd2f = fourCC("Sd2f"); ///< with its side file "._" + name
 inline constexpr FourCharCode wave = fourCC("WAVE");
 inline constexpr FourCharCode m4af = fourCC("m4af"); ///< 'aac ', low complexity
+inline constexpr FourCharCode flac = fourCC("flac"); ///< 'flac', 16 bits
+inline constexpr FourCharCode ogg = fourCC("Oggv");  ///< 'vorb', Vorbis
 } // namespace audio_file_type
 
 /// Begins a new file for path, which replaces an existing one when it is closed. Linear formats
 /// hold 8, 16, 24 or 32 bits, WAVE also 32-bit floats. WAVE's 8-bit samples are stored with an
-/// offset of 128, the only form its readers know. Rates are rounded to whole Hz. 'typ?' and 'fmt?'
-/// tell what does not go together; file stays empty on failure. log, unless null, hears what the
-/// codec of m4af says in words, and must outlive the file.
+/// offset of 128, the only form its readers know. Rates are rounded to whole Hz; flac holds those
+/// to 65535 and multiples of 10 to 655350, ogg 8000 to 200000. 'typ?' and 'fmt?' tell what does not
+/// go together; file stays empty on failure. log, unless null, hears what the codec of m4af says in
+/// words, and must outlive the file.
 OSStatus AudioFileCreate(const std::filesystem::path& path, FourCharCode type,
                          const StreamDescription& format, AudioFileID& file, Log* log = nullptr);
 
@@ -54,7 +57,8 @@ OSStatus AudioFileCreate(const std::filesystem::path& path, FourCharCode type,
 OSStatus ExtAudioFileWrapAudioFileID(const AudioFileID& file, ExtAudioFileRef& wrapped);
 
 /// Sets the client data format, that of the samples handed over: non-interleaved, with the file's
-/// rate and channels, 16-bit signed integers, or 32-bit floats for a float file. Others get 'fmt?'.
+/// rate and channels, 16-bit signed integers, or 32-bit floats for a float file and for 'vorb'.
+/// Others get 'fmt?'.
 OSStatus ExtAudioFileSetProperty(const ExtAudioFileRef& file, const StreamDescription& client);
 
 /// Appends frames from buffers, one per channel. 16-bit samples fill the upper bits of longer

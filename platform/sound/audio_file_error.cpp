@@ -15,8 +15,10 @@ using namespace audio_file_error;
 constexpr std::array kErrors = {
     AudioFileError{none, "no error"},
     AudioFileError{unspecified, "the file could not be written; name another file"},
-    AudioFileError{unsupportedFileType,
-                   "unknown file type; AIFC, AIFF, NeXT, caff, Sd2f, WAVE and m4af can be written"},
+    AudioFileError{
+        unsupportedFileType,
+        "unknown file type; AIFC, AIFF, NeXT, caff, Sd2f, WAVE, m4af, flac and Oggv can be "
+        "written"},
     AudioFileError{unsupportedDataFormat,
                    "this type cannot hold such a rate, channel count or word length; 44100 Hz, 2 "
                    "channels and 16 bits fit every type"},

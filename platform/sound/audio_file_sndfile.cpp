@@ -3,6 +3,7 @@
 #include "platform/sound/audio_file_encoder.h"
 #include "platform/sound/audio_file_error.h"
 #include "platform/sound/audio_file_sizes.h"
+#include "platform/sound/ogg_serial.h"
 
 #include <algorithm>
 #include <array>
@@ -23,6 +24,8 @@ constexpr std::uint32_t kFramesPerWrite = 4096; // bounds the memory for interle
 /// What a 32-bit size field may count, less room for the headers and chunks around the samples.
 constexpr std::uint64_t kMost32BitBytes = std::numeric_limits<std::uint32_t>::max() - 4096ull;
 
+constexpr double kVorbisQuality = 0.8; // of 0 to 1: about 256 kbit/s of stereo at 44100 Hz
+
 struct SndfileCloser {
     void operator()(SNDFILE* file) const noexcept { sf_close(file); }
 };
@@ -41,9 +44,19 @@ int majorFormat(FourCharCode type) {
         return SF_FORMAT_SD2;
     case audio_file_type::wave:
         return SF_FORMAT_WAV;
+    case audio_file_type::flac:
+        return SF_FORMAT_FLAC;
+    case audio_file_type::ogg:
+        return SF_FORMAT_OGG;
     default:
         return 0;
     }
+}
+
+bool has32BitSize(FourCharCode type) {
+    constexpr std::array kLarge = {audio_file_type::caff, audio_file_type::sd2f,
+                                   audio_file_type::flac, audio_file_type::ogg};
+    return std::ranges::find(kLarge, type) == kLarge.end();
 }
 
 int linearEncoding(FourCharCode type, const StreamDescription& format) {
@@ -66,17 +79,40 @@ int linearEncoding(FourCharCode type, const StreamDescription& format) {
     }
 }
 
+/// The one format that type holds beside others' linear ones; 0 for a linear type.
+FourCharCode codedFormat(FourCharCode type) {
+    switch (type) {
+    case audio_file_type::aifc:
+        return fourCC("ima4");
+    case audio_file_type::flac:
+        return fourCC("flac");
+    case audio_file_type::ogg:
+        return fourCC("vorb");
+    default:
+        return 0;
+    }
+}
+
 /// 0 when type cannot hold the format.
 int encoding(FourCharCode type, const StreamDescription& format) {
-    const FourCharCode wanted = type == audio_file_type::aifc ? fourCC("ima4") : fourCC("lpcm");
-    if (format.formatCode != wanted) return 0;
-    return type == audio_file_type::aifc ? SF_FORMAT_IMA_ADPCM : linearEncoding(type, format);
+    const FourCharCode coded = codedFormat(type);
+    if (format.formatCode != (coded ? coded : fourCC("lpcm"))) return 0;
+    if (type == audio_file_type::aifc) return SF_FORMAT_IMA_ADPCM;
+    if (type == audio_file_type::ogg) return SF_FORMAT_VORBIS;
+    if (type == audio_file_type::flac) return format.bitsPerChannel == 16 ? SF_FORMAT_PCM_16 : 0;
+    return linearEncoding(type, format);
 }
 
 /// The rate in whole Hz; 0 for one that no file can hold.
 int wholeRate(double rate) {
     const bool fits = rate >= 0.5 && rate < 2147483647.0; // false for NaN
     return fits ? static_cast<int>(std::lround(rate)) : 0;
+}
+
+/// What the library would only find out with the first samples.
+bool holdsRate(FourCharCode type, int rate) {
+    if (type == audio_file_type::flac) return rate <= 65535 || (rate % 10 == 0 && rate <= 655350);
+    return type != audio_file_type::ogg || (rate >= 8000 && rate <= 200000);
 }
 
 WrittenFile& of(void* self) {
@@ -148,7 +184,9 @@ OSStatus SndfileEncoder::open(FourCharCode type, const StreamDescription& format
     // The library refuses channel counts far below the range of int.
     info.channels = static_cast<int>(std::min<std::uint32_t>(format.channelsPerFrame, 1u << 16));
     info.format = major | minor;
-    if (minor == 0 || info.samplerate == 0 || !sf_format_check(&info)) return unsupportedDataFormat;
+    if (minor == 0 || info.samplerate == 0 || !holdsRate(type, info.samplerate) ||
+        !sf_format_check(&info))
+        return unsupportedDataFormat;
 
     type_ = type;
     SF_VIRTUAL_IO calls = virtualCalls();
@@ -159,11 +197,13 @@ OSStatus SndfileEncoder::open(FourCharCode type, const StreamDescription& format
     // The peak chunk holds the time of writing: the same samples must give the same bytes.
     sf_command(sound_.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
     channels_ = format.channelsPerFrame;
-    isFloat_ = minor == SF_FORMAT_FLOAT;
+    isFloat_ = minor == SF_FORMAT_FLOAT || minor == SF_FORMAT_VORBIS;
+    double quality = kVorbisQuality;
+    if (minor == SF_FORMAT_VORBIS)
+        sf_command(sound_.get(), SFC_SET_VBR_ENCODING_QUALITY, &quality, sizeof quality);
     const std::uint32_t mostBytesPerSample = std::max(format.bitsPerChannel / 8, 1u);
     mostBytesPerFrame_ = std::uint64_t{format.channelsPerFrame} * mostBytesPerSample;
-    const bool has32BitSize = type != audio_file_type::caff && type != audio_file_type::sd2f;
-    mostBytes_ = has32BitSize ? kMost32BitBytes : std::numeric_limits<std::uint64_t>::max();
+    mostBytes_ = has32BitSize(type) ? kMost32BitBytes : std::numeric_limits<std::uint64_t>::max();
     return none;
 }
 
@@ -215,6 +255,7 @@ OSStatus SndfileEncoder::finish() {
     // The last block and the header are written now.
     const bool isClosed = sf_close(sound_.release()) == 0;
     if (const OSStatus status = failure(!isClosed)) return status;
+    if (type_ == audio_file_type::ogg) return settleOggSerial(file_);
     return correctSizes(file_, type_, framesWritten_, framesWritten_ * mostBytesPerFrame_);
 }
 

@@ -1,6 +1,6 @@
 // What goes into a render, through files, pipes and standard input, and what is told of it.
 
-#include "platform/sound/audio_file_float_wav.h"
+#include "platform/sound/float_file_writer.h"
 #include "tests/cli/program.h"
 #include "tests/support/other_program.h"
 
@@ -150,7 +150,7 @@ TEST_F(Input, ABatchReadsAPipeOnceForAllOfItsRenders) {
 /// A sound of so many frames and channels, each of them of form(frame, channel).
 template <typename Form>
 void writeSound(const fs::path& file, std::size_t frames, std::uint32_t channels, Form form) {
-    FloatWavWriter writer;
+    FloatFileWriter writer;
     ASSERT_TRUE(writer.open(file, 44100, channels));
     std::vector<std::vector<float>> samples(channels, std::vector<float>(frames));
     std::vector<float*> planes;

@@ -1,7 +1,7 @@
 #include "platform/sound/audio_file.h"
 
 #include "platform/sound/audio_file_error.h"
-#include "platform/sound/audio_file_float_wav.h"
+#include "platform/sound/float_file_writer.h"
 #include "tests/support/failing_calls.h"
 #include "tests/support/other_program.h"
 
@@ -159,7 +159,7 @@ TEST(AudioFile, RefusesSamplesThatDoNotFitWhatWasAgreed) {
     EXPECT_EQ(folder.entries(), 0);
 }
 
-TEST(FloatWavWriter, KeepsEveryFiniteFloat) {
+TEST(FloatFileWriter, KeepsEveryFiniteFloat) {
     constexpr std::uint32_t kFrames = 5000;
     std::vector<float> samples(kFrames);
     for (std::uint32_t i = 0; i < kFrames; ++i) samples[i] = 3.0f * std::sin(static_cast<float>(i));
@@ -167,7 +167,7 @@ TEST(FloatWavWriter, KeepsEveryFiniteFloat) {
     samples[4999] = INFINITY;
     const float* channels[] = {samples.data(), samples.data() + 1};
     TemporaryFolder folder;
-    FloatWavWriter writer;
+    FloatFileWriter writer;
     ASSERT_TRUE(writer.open(folder / "a.wav", 48000, 2).ok());
     ASSERT_TRUE(writer.write(channels, kFrames - 1).ok());
     ASSERT_TRUE(writer.close().ok());
@@ -181,11 +181,60 @@ TEST(FloatWavWriter, KeepsEveryFiniteFloat) {
     samples[7] = samples[4999] = 0.0f;
     for (std::uint32_t i = 0; i < got.size(); ++i)
         ASSERT_EQ(got[i], samples[i / 2 + i % 2]) << "sample " << i;
-    const auto write = [&](const std::filesystem::path& path) {
-        FloatWavWriter own;
-        return own.open(path, 48000, 2) && own.write(channels, 100) && own.close();
-    };
-    expectWholeOrNotAtAll(write, "old");
+}
+
+using Coding = FloatFileWriter::Coding;
+
+/// Two channels of 20000 frames, some of them beyond full scale.
+std::vector<float> loudTone() {
+    std::vector<float> samples(20001);
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        samples[i] = 1.2f * std::sin(static_cast<float>(i) * 0.05f);
+    samples[3] = NAN;
+    return samples;
+}
+
+bool writeFloats(const std::filesystem::path& path, Coding coding, double rate = 48000) {
+    const std::vector<float> samples = loudTone();
+    const float* channels[] = {samples.data(), samples.data() + 1};
+    FloatFileWriter writer;
+    return writer.open(path, rate, 2, coding) && writer.write(channels, 20000) && writer.close();
+}
+
+TEST(FloatFileWriter, LimitsWhatIsCodedAndGivesTheSameBytesAgain) {
+    const std::vector<float> samples = loudTone();
+    const TemporaryFolder folder;
+    for (const auto& [coding, name, error] :
+         {std::tuple(Coding::flac, "a.flac", 1.0 / 32768), {Coding::vorbis, "a.ogg", 0.1}}) {
+        ASSERT_TRUE(writeFloats(folder / name, coding));
+        const std::string bytes = readText(folder / name);
+        EXPECT_EQ(outputOf("soxi -V1 -r " + quoted(folder / name)), "48000\n");
+        const auto got = decodedByOtherProgram(folder / name);
+        ASSERT_EQ(got.size(), 40000u) << name;
+        for (std::uint32_t i = 100; i < 39000; ++i)
+            ASSERT_NEAR(got[i] / 2147483648.0,
+                        std::clamp(double{samples[i / 2 + i % 2]}, -1.0, 0.999), error)
+                << name << ", sample " << i;
+        ::sleep(1); // a clock has something new to say
+        ASSERT_TRUE(writeFloats(folder / name, coding));
+        EXPECT_TRUE(readText(folder / name) == bytes) << name;
+    }
+}
+
+TEST(FloatFileWriter, IsCompleteOrAbsentWhateverFailsAndRefusesRatesThatATypeCannotHold) {
+    const std::tuple<Coding, double, double> rates[] = {{Coding::flac, 655350, 65537},
+                                                        {Coding::vorbis, 200000, 200001},
+                                                        {Coding::vorbis, 8000, 7999}};
+    for (const Coding coding : {Coding::wav, Coding::flac, Coding::vorbis})
+        expectWholeOrNotAtAll(
+            [coding](const std::filesystem::path& path) { return writeFloats(path, coding); },
+            "old");
+    const TemporaryFolder folder;
+    for (const auto& [coding, right, wrong] : rates) {
+        EXPECT_TRUE(writeFloats(folder / "a", coding, right));
+        EXPECT_FALSE(writeFloats(folder / "b", coding, wrong)) << wrong;
+    }
+    EXPECT_EQ(folder.entries(), 1);
 }
 
 } // namespace
