@@ -1,6 +1,7 @@
 #include "rendering/file_clashes.h"
 
 #include "library/bank_name.h"
+#include "platform/files/byte_stream.h"
 
 #include <string>
 #include <system_error>
@@ -24,10 +25,12 @@ bool sameFile(const fs::path& a, const fs::path& b) {
     return !left.empty() && left == right;
 }
 
-/// What the render writes, whether or not it was asked for.
+/// What the render writes, whether or not it was asked for. A stream takes no file's place.
 std::vector<std::pair<const char*, std::optional<fs::path>>>
 writtenFiles(const RenderRequest& request) {
-    return {{"OUT", request.output},
+    std::optional<fs::path> output = request.output;
+    if (ByteStream::isNamedBy(request.output)) output.reset();
+    return {{"OUT", output},
             {"--picture", request.picture},
             {"--save-state", request.host.saveState},
             {"--record-scrub", request.motion.recordScrub}};

@@ -1,24 +1,21 @@
 // OutputFile: the stereo file that a render goes into, and what was measured on the way.
 #pragma once
 
-#include "platform/sound/float_file_writer.h"
-#include "platform/text/log.h"
 #include "platform/text/result.h"
-#include "rendering/output_type.h"
-#include "stream/audio_file_writer.h"
+#include "rendering/output_sink.h"
 
 #include <cstdint>
-#include <filesystem>
+#include <memory>
 
 namespace zephyra {
 
 /// Order of calls: open, write as often as needed, close. The file stands under its name from close
-/// on; until then, and after a failure, what was there before stays. MAIN.
+/// on; until then, and after a failure, what was there before stays. What is no file, a pipe or
+/// device, gets the samples as they come. MAIN.
 class OutputFile {
 public:
-    /// sampleRate in Hz. SampleFormat::floats is for WAV.
-    Result<void> open(const std::filesystem::path& path, const OutputType& type,
-                      SampleFormat format, double sampleRate);
+    /// A pipe waits for its reader as long as goesOn says.
+    Result<void> open(const OutputTarget& target, const ByteStream::GoesOn& goesOn = {});
 
     /// Appends frames. 16-bit files limit what exceeds full scale, in the caller's arrays too.
     Result<void> write(float* left, float* right, std::uint32_t frames);
@@ -31,17 +28,14 @@ public:
     double rms() const noexcept;
     /// The DC offset of the channel that has more of it.
     double offset() const noexcept;
-    /// Samples that a 16-bit file could not hold and had to limit.
+    /// Samples that a 16-bit file, or one that is coded with a loss, had to limit.
     std::uint64_t limitedSamples() const noexcept { return limited_; }
 
 private:
     void measure(const float* samples, std::uint32_t frames, double& sum);
 
-    SampleFormat format_ = SampleFormat::shorts;
-    std::filesystem::path path_;
-    Log unheard_{[](std::string_view) {}}; // what fails is told by return
-    EAFWrite shorts_{unheard_};
-    FloatFileWriter floats_;
+    std::unique_ptr<OutputSink> sink_;
+    bool limits_ = true;
     double peak_ = 0, squares_ = 0, leftSum_ = 0, rightSum_ = 0;
     std::uint64_t samples_ = 0, limited_ = 0;
 };

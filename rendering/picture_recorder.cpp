@@ -91,7 +91,6 @@ void PictureRecorder::addScan(const RenderedBlock& block) {
 }
 
 void PictureRecorder::add(const RenderedBlock& block) {
-    picture_.addOutput(block.left, block.right, block.frames);
     addGrains(block);
     addScan(block);
     picture_.addControls(plan_.secondsAt(block.firstFrame + block.frames), block.moved);

@@ -11,7 +11,8 @@
 
 namespace zephyra {
 
-/// Order of calls: addSource, add for every block, finish. MAIN.
+/// Order of calls: addSource, add for every block, addOutput for all that went into the file,
+/// before or after, finish. MAIN.
 class PictureRecorder {
 public:
     /// grid: of whoever will draw the picture.
@@ -20,8 +21,12 @@ public:
     void addSource(std::span<const float> samples) {
         picture_.source.add(samples.data(), samples.size());
     }
-    /// Before the block's samples are limited.
+    /// All but the block's samples.
     void add(const RenderedBlock& block);
+    /// Samples in order, before they are limited.
+    void addOutput(const float* left, const float* right, std::uint32_t frames) {
+        picture_.addOutput(left, right, frames);
+    }
     /// What was recorded until now.
     const RenderPicture& picture() const noexcept { return picture_; }
     /// The complete picture, valid as long as this. title is the source's name; statistics and

@@ -6,6 +6,7 @@
 #include "presets/preset_saving.h"
 #include "rendering/host_request.h"
 #include "rendering/motion_request.h"
+#include "rendering/output_gain.h"
 #include "rendering/output_type.h"
 #include "stream/control_setting.h"
 
@@ -29,11 +30,16 @@ inline constexpr int kDefaultBlockFrames = 512;
 inline constexpr int kMostBlockFrames = 65536;
 inline constexpr double kLowestRate = 8000.0, kHighestRate = 384000.0; // Hz
 
+/// How the file ends.
+enum class RenderEnding { faded, cut };
+
 struct RenderRequest {
-    std::filesystem::path input = {}; ///< empty: the preset's sample is what is played
-    std::filesystem::path output = {};
+    std::filesystem::path input = {};      ///< empty: the preset's sample is what is played
+    std::filesystem::path output = {};     ///< ByteStream::isNamedBy, or a file's name
     OutputType type = defaultOutputType(); ///< of output, whatever its name
     SampleFormat format = SampleFormat::shorts;
+    RenderEnding ending = RenderEnding::faded;
+    std::optional<OutputGain> gain = {}; ///< of the finished sound
     std::optional<std::filesystem::path> picture = {};
     std::optional<double> seconds = {};     ///< none: the source's own length, and the echo's tail
     std::optional<double> sampleRate = {};  ///< Hz; none: the source's own

@@ -6,7 +6,9 @@
 #include "cli/render/render_job.h"
 #include "cli/terminal/command_clock.h"
 #include "cli/terminal/interrupt.h"
+#include "platform/files/byte_stream.h"
 #include "presets/factory_banks.h"
+#include "rendering/output_sink.h"
 #include "rendering/render_seed.h"
 #include "rendering/request_streams.h"
 
@@ -62,13 +64,15 @@ ExitCode printLine(const RenderOptions& options, RenderRequest request, const Fo
     return printOut(renderLine(options, request, banks) + "\n");
 }
 
-ExitCode tell(const RenderOptions& options, const RenderEnd& end) {
+/// Standard output holds nothing but sound where it is what is written.
+ExitCode tell(const RenderOptions& options, const RenderRequest& request, const RenderEnd& end) {
     if (end.code != ExitCode::success) return endWith(end.code, end.message);
     if (!options.quiet)
         for (const std::string& notice : end.notices)
             std::fprintf(stderr, "zephyra: %s\n", notice.c_str());
-    if (options.json) return printOut(end.json);
-    return options.quiet ? ExitCode::success : printOut(end.text);
+    std::FILE* const to = ByteStream::isStandardOutput(request.output) ? stderr : stdout;
+    if (options.json) return printOut(end.json, to);
+    return options.quiet ? ExitCode::success : printOut(end.text, to);
 }
 
 } // namespace
@@ -84,12 +88,17 @@ ExitCode runRender(const CommandContext& context, const RenderOptions& options) 
     if (!one) return endWith(code, one.message());
     RenderRequest& request = one.value();
     if (options.dryRun) return printLine(options, request, folders, known);
+    if (ByteStream::isTerminal(request.output))
+        return endWith(ExitCode::wrongUsage,
+                       outputTitle(request.output) +
+                           " is a terminal, which plays no sound; name a file with -o, or send "
+                           "the sound on with | or >");
     const auto streams = std::make_shared<StreamedFiles>();
     if (const auto taken = takeStreams(request, *streams, [] { return !interrupted(); }); !taken)
         return endWith(failureOrInterrupt(), taken.message());
     request.streams = streams;
     const auto shown = options.quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal;
-    return tell(options, renderFile(request, folders, known, shown));
+    return tell(options, request, renderFile(request, folders, known, shown));
 }
 
 } // namespace zephyra

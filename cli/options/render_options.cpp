@@ -2,7 +2,6 @@
 
 #include "cli/options/control_options.h"
 #include "engine/envelope_menu.h"
-#include "platform/sound/audio_file.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
 #include "platform/text/quantities.h"
@@ -97,23 +96,6 @@ Read envelopeInto(std::optional<std::size_t>& envelope) {
     };
 }
 
-Read typeInto(OutputType& type) {
-    return [&type](const char* option, const std::string& text) -> Complaint {
-        const OutputType* const found = findOutputType(text);
-        if (!found) return wrongValue(option, text, kOutputTypeNames);
-        type = *found;
-        return {};
-    };
-}
-
-Read pictureInto(std::optional<fs::path>& picture) {
-    return [&picture](const char* option, const std::string& text) -> Complaint {
-        picture = text;
-        if (plainName(picture->extension().string()) == "png") return {};
-        return wrongValue(option, text, "a file name that ends in .png");
-    };
-}
-
 // --- what goes together ---
 
 Complaint checkOneStart(const RenderOptions& options) {
@@ -169,23 +151,6 @@ Complaint checkBatch(const OptionReader& reader, const RenderOptions& options) {
                            " names one file; leave it out with --out-dir, where every render has "
                            "files of its own"};
     return {};
-}
-
-/// The type from --type, else from OUT's extension, else WAV.
-Complaint settleType(const OptionReader& reader, RenderRequest& request) {
-    const std::string extension = request.output.extension().string();
-    if (!reader.isGiven("--type") && !extension.empty()) {
-        const OutputType* const type = findOutputType(extension);
-        if (!type)
-            return Failure{"-o " + request.output.string() + ": no type " + inQuotes(extension) +
-                           " can be written; use the extension " + kOutputTypeNames +
-                           ", or --type"};
-        request.type = *type;
-    }
-    if (request.format == SampleFormat::shorts || request.type.code == audio_file_type::wave)
-        return {};
-    return Failure{"--float is for WAV only, not " + std::string(request.type.title) +
-                   "; name OUT .wav or leave --float out"};
 }
 
 Complaint checkParts(const RenderRequest& request) {
@@ -249,15 +214,7 @@ void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions
         ->option_text(" ");
     declareTempo(reader, request.host); // which every time may be counted by
     reader.beginGroup("Options");
-    reader.add(
-        "-o,--output", "OUT",
-        "Where to write; its extension is the type. Default: INPUT's name with \"-grains.wav\" "
-        "in the current folder",
-        [&request](const char* option, const std::string& text) -> Complaint {
-            if (text.empty()) return wrongValue(option, text, "a file name");
-            request.output = text;
-            return {};
-        });
+    declareOutputOptions(reader, request);
     reader.add(
         "--seconds", "TIME",
         "Length; the grains play throughout. Default: INPUT's own length, then the echo's tail",
@@ -290,17 +247,6 @@ void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions
                blockInto(request.blockFrames));
     declareMotionOptions(reader, request);
     declarePresetOptions(reader, options);
-    reader.beginGroup("Output file");
-    reader.add("--rate", "HZ", "Its rate, 8000 to 384000, as in 48000 or 48k. Default: INPUT's own",
-               numberInto(request.sampleRate, "Hz", kLowestRate, kHighestRate,
-                          "Hz from 8000 to 384000, as in 44100 or 48k"));
-    reader.add("--type", "TYPE", "wav, aiff, aifc, caf, au, sd2 or m4a, whatever OUT's name",
-               typeInto(request.type));
-    reader.addFlag("--float", "Write 32-bit floats (WAV), which nothing limits",
-                   [&request] { request.format = SampleFormat::floats; });
-    reader.add("--picture", "OUT.png",
-               "Draw the source, every grain, the output and its spectrogram",
-               pictureInto(request.picture));
     reader.beginGroup("Printing");
     reader.addFlag("--quiet", "Print nothing but errors", options.quiet);
     reader.addFlag("--json", "Print what was rendered as JSON", options.json);
@@ -309,7 +255,7 @@ void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions
     reader.addCheck([&reader, &options] { return checkBatch(reader, options); });
     reader.addCheck([&options] { return checkInputs(options); });
     reader.addCheck([&options] { return checkInputStreams(options); });
-    reader.addCheck([&reader, &request] { return settleType(reader, request); });
+    reader.addCheck([&reader, &request] { return settleOutput(reader, request); });
     reader.addCheck([&request] { return checkParts(request); });
 }
 

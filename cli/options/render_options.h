@@ -29,12 +29,16 @@ struct RenderOptions {
 void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions& options);
 
 /// Parts of it.
+void declareOutputOptions(OptionReader& reader, RenderRequest& request);
 void declareTempo(OptionReader& reader, HostRequest& host);
 void declareLiveOptions(OptionReader& reader, RenderRequest& request);
 void declareFades(OptionReader& reader, HostRequest& host);
 void declareHostOptions(OptionReader& reader, HostRequest& host);
 void declareMotionOptions(OptionReader& reader, RenderRequest& request);
 void declarePresetOptions(OptionReader& reader, RenderOptions& options);
+
+/// The type from --raw or --type, else from OUT's extension, else WAV. MAIN.
+Complaint settleOutput(const OptionReader& reader, RenderRequest& request);
 
 /// Whether the options go with the input and preset of this one render, whose names are complete.
 /// A failure is a wrong usage. MAIN.

@@ -9,8 +9,8 @@
 #include "platform/files/folder_entries.h"
 #include "presets/preset_saving.h"
 #include "rendering/offline_render.h"
-#include "rendering/output_file.h"
 #include "rendering/picture_recorder.h"
+#include "rendering/render_output.h"
 #include "rendering/render_plan.h"
 #include "rendering/render_source.h"
 #include "rendering/take_file.h"
@@ -30,7 +30,7 @@ struct Job {
     const RenderRequest& request;
     OfflineRender render;
     const RenderPlan& plan() const { return render.plan(); }
-    OutputFile file;
+    RenderOutput output;
     PictureFile pictureFile;
     TakeFile takeFile;
     const std::function<void(const RenderPicture&)>& seen;
@@ -57,8 +57,7 @@ Result<ReadSource> readSource(const RenderRequest& request, const Folders& folde
 
 /// Opens what will be written before the long work begins.
 Result<void> openFiles(Job& job, const ReadSource& read) {
-    if (auto opened = job.file.open(job.request.output, job.request.type, job.request.format,
-                                    job.plan().sampleRate);
+    if (auto opened = job.output.open(job.request, job.plan(), [] { return !interrupted(); });
         !opened)
         return opened;
     if (auto writable = checkStateFile(job.request.host.saveState); !writable) return writable;
@@ -69,6 +68,9 @@ Result<void> openFiles(Job& job, const ReadSource& read) {
         if (auto opened = job.pictureFile.open(*job.request.picture); !opened) return opened;
     job.recorder = std::make_unique<PictureRecorder>(job.plan(), read.shown, RenderPage::grid());
     job.recorder->addSource(read.shownSamples());
+    job.output.setListener([&job](const float* left, const float* right, std::uint32_t frames) {
+        job.recorder->addOutput(left, right, frames);
+    });
     return {};
 }
 
@@ -76,15 +78,20 @@ Result<RenderStatistics> renderAll(Job& job, ProgressBar::Shown shown,
                                    const std::function<void(double)>& told) {
     ProgressBar bar("Rendering", shown);
     return job.render.run([&](const RenderedBlock& block) -> Result<void> {
-        if (interrupted())
-            return Failure{"interrupted; " + job.request.output.string() + " was not written"};
-        if (job.recorder) job.recorder->add(block); // before the writer limits the samples
+        if (interrupted()) return Failure{interruptedText(job.request.output)};
+        if (job.recorder) job.recorder->add(block);
         const double share =
             static_cast<double>(block.firstFrame) / static_cast<double>(job.plan().frames);
         bar.update(share);
         if (told) told(share);
-        return job.file.write(block.left, block.right, block.frames);
+        return job.output.write(block.left, block.right, block.frames);
     });
+}
+
+/// What an automatic gain had to wait for.
+Result<void> finishOutput(Job& job, ProgressBar::Shown shown) {
+    ProgressBar bar("Writing  ", shown);
+    return job.output.finish([&bar](double share) { bar.update(share); });
 }
 
 Result<void> saveState(Job& job) {
@@ -109,7 +116,7 @@ std::string pictureTitle(const RenderRequest& request) {
 Result<void> savePicture(Job& job, const RenderStatistics& statistics) {
     if (!job.recorder) return {};
     const RenderPicture& picture =
-        job.recorder->finish(pictureTitle(job.request), statistics, job.file);
+        job.recorder->finish(pictureTitle(job.request), statistics, job.output.file());
     if (job.seen) job.seen(picture);
     if (!job.request.picture) return {};
     const RenderPage page(picture);
@@ -126,7 +133,7 @@ Result<void> savePresetOf(Job& job, BankFolder& banks) {
 
 /// Puts every file under its name, the sound first.
 Result<void> saveAll(Job& job, const RenderStatistics& statistics, BankFolder& banks) {
-    if (const auto closed = job.file.close(); !closed) return closed;
+    if (const auto closed = job.output.close(); !closed) return closed;
     if (const auto saved = savePicture(job, statistics); !saved) return saved;
     if (const auto saved = saveTake(job); !saved) return saved;
     if (const auto saved = saveState(job); !saved) return saved;
@@ -138,7 +145,8 @@ RenderEnd success(const Job& job, const ReadSource& read, const RenderStatistics
     const RenderOutcome outcome = {job.request,
                                    job.plan(),
                                    statistics,
-                                   job.file,
+                                   job.output.file(),
+                                   job.output.gain(),
                                    take ? take->positions().size() : 0,
                                    take && take->isCut(),
                                    job.request.preset ? read.sampleFile.string() : std::string()};
@@ -147,7 +155,7 @@ RenderEnd success(const Job& job, const ReadSource& read, const RenderStatistics
     end.text = textReport(outcome);
     end.json = jsonReport(outcome, read, notices);
     end.line = outputLine(outcome);
-    end.levels = levelText(job.file);
+    end.levels = levelText(job.output.file());
     end.notices = notices;
     return end;
 }
@@ -180,7 +188,7 @@ RenderEnd renderFile(const RenderRequest& request, const Folders& folders, const
 
     Job job{.request = request,
             .render = OfflineRender(std::move(plan.value()), folders, known, std::move(log)),
-            .file = {},
+            .output = {},
             .pictureFile = {},
             .takeFile = {},
             .seen = seen,
@@ -191,6 +199,7 @@ RenderEnd renderFile(const RenderRequest& request, const Folders& folders, const
     if (const auto opened = openFiles(job, read.value()); !opened) return failed(opened.message());
     const Result<RenderStatistics> statistics = renderAll(job, bar, told);
     if (!statistics) return failed(statistics.message());
+    if (const auto finished = finishOutput(job, bar); !finished) return failed(finished.message());
     if (const auto saved = saveAll(job, statistics.value(), banks); !saved)
         return {.code = failureOrInterrupt(), .message = saved.message()};
     return success(job, read.value(), statistics.value());

@@ -190,10 +190,7 @@ void Notices::addOutput() {
     if (isNotable(file.offset(), file.rms()))
         add(output(), " has a DC offset of " + offsetText(file.offset()) + " of full scale (" +
                           decibels(std::abs(file.offset())) + ")");
-    if (const std::uint64_t limited = file.limitedSamples(); limited > 0)
-        add(output(), ": " + std::to_string(limited) +
-                          " samples exceeded full scale and were limited; lower Amplitude or "
-                          "write --float");
+    if (file.limitedSamples() > 0) lines_.push_back(limitNotice(request(), file));
 }
 
 } // namespace

@@ -26,6 +26,13 @@ std::string decibelText(double level) {
     return level > 0 ? formatFixed(20 * std::log10(level), 1) + " dB" : "silent";
 }
 
+/// ", turned down by 3.4 dB", or nothing.
+std::string gainText(double gain) {
+    if (gain == 1) return "";
+    return std::string(", turned ") + (gain < 1 ? "down" : "up") + " by " +
+           formatFixed(std::abs(decibelsOf(gain)), 1) + " dB";
+}
+
 const char* componentName(FourCharCode type) {
     if (type == component_type::instrument) return "instrument";
     return type == component_type::effect ? "effect" : "music-effect";
@@ -124,6 +131,9 @@ std::string jsonReport(const RenderOutcome& outcome, const ReadSource& read,
     json["rms"] = file.rms();
     json["dc"] = file.offset();
     json["limitedSamples"] = file.limitedSamples();
+    if (file.limitedSamples() > 0) json["clippedDecibels"] = decibelsOf(file.peak());
+    if (request.gain) json["gainDecibels"] = decibelsOf(outcome.gain);
+    if (request.ending == RenderEnding::cut) json["cut"] = true;
     json["grainsStarted"] = outcome.statistics.startedGrains;
     json["grainsDropped"] = outcome.statistics.droppedGrains;
     json["speed"] = speedOf(outcome);
@@ -136,13 +146,22 @@ std::string levelText(const OutputFile& file) {
     return "rms " + decibelText(file.rms()) + ", peak " + decibelText(file.peak());
 }
 
+std::string limitNotice(const RenderRequest& request, const OutputFile& file) {
+    // Rounded up: what it says is enough.
+    const double excess = std::ceil(decibelsOf(file.peak()) * 10) / 10;
+    return outputTitle(request.output) + ": " + std::to_string(file.limitedSamples()) +
+           " samples exceeded full scale by up to " + formatFixed(excess, 1) +
+           " dB and were limited; turn down with --gain auto, lower Amplitude, or write --float";
+}
+
 std::string outputLine(const RenderOutcome& outcome) {
     const RenderRequest& request = outcome.request;
     const OutputFile& file = outcome.file;
-    return request.output.string() + ": " + formatDuration(secondsOf(outcome.plan)) + ", " +
+    return outputTitle(request.output) + ": " + formatDuration(secondsOf(outcome.plan)) + ", " +
            request.type.title + (request.format == SampleFormat::floats ? " 32-bit float" : "") +
            ", stereo, " + formatNumber(outcome.plan.sampleRate) + " Hz, peak " +
-           decibelText(file.peak()) + ", rms " + decibelText(file.rms()) + "\n";
+           decibelText(file.peak()) + ", rms " + decibelText(file.rms()) + gainText(outcome.gain) +
+           "\n";
 }
 
 std::string textReport(const RenderOutcome& outcome) {

@@ -18,6 +18,7 @@ struct RenderOutcome {
     const RenderPlan& plan;
     const RenderStatistics& statistics;
     const OutputFile& file;
+    double gain;                   ///< that the finished sound was multiplied by
     std::size_t recordedPositions; ///< of --record-scrub
     bool takeIsCut;                ///< it had no room for all of them
     std::string sample = {};       ///< the preset's sample, where it is what was played
@@ -32,6 +33,9 @@ std::string textReport(const RenderOutcome& outcome);
 
 /// The first of them.
 std::string outputLine(const RenderOutcome& outcome);
+
+/// What people should know of a file that limited samples: how far to turn down, and how.
+std::string limitNotice(const RenderRequest& request, const OutputFile& file);
 
 /// "rms -18.2 dB, peak -3.1 dB".
 std::string levelText(const OutputFile& file);

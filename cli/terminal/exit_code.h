@@ -17,10 +17,10 @@ inline ExitCode endWith(ExitCode code, const std::string& reason) {
     return code;
 }
 
-/// Writes text to standard output; a failure when not all of it went out.
-inline ExitCode printOut(const std::string& text) {
-    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
-    if (written && std::fflush(stdout) == 0) return ExitCode::success;
+/// Writes text to standard output, or wherever to is; a failure when not all of it went out.
+inline ExitCode printOut(const std::string& text, std::FILE* to = stdout) {
+    const bool written = std::fwrite(text.data(), 1, text.size(), to) == text.size();
+    if (written && std::fflush(to) == 0) return ExitCode::success;
     return endWith(ExitCode::failure,
                    "standard output cannot be written; check where it is redirected to");
 }

@@ -115,6 +115,15 @@ int open(const fs::path& path, int flags, std::error_code& error) {
     return descriptor;
 }
 
+int duplicate(int descriptor, const fs::path& path, std::error_code& error) {
+    int other = -1;
+    error = attempt(FileCall::open, path, [&] {
+        other = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+        return other < 0 ? -1 : 0;
+    });
+    return other;
+}
+
 std::error_code close(int descriptor, const fs::path& path) {
     const int refused = refusal(FileCall::close, path);
     // Never called again: the descriptor is gone also when a signal came in between.

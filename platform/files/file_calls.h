@@ -54,6 +54,8 @@ std::error_code makeUniqueFolder(std::string& name);
 /// flags as for open(2), O_CLOEXEC is added; a new file gets mode 0666 less the process's mask.
 /// The descriptor, -1 after a failure.
 int open(const std::filesystem::path& path, int flags, std::error_code& error);
+/// Another descriptor of what is open there; -1 after a failure. For the gate an open.
+int duplicate(int descriptor, const std::filesystem::path& path, std::error_code& error);
 /// The descriptor is gone also after a failure.
 std::error_code close(int descriptor, const std::filesystem::path& path);
 /// An empty file; fails with std::errc::file_exists, and changes nothing, when the name is taken.

@@ -9,6 +9,13 @@ namespace zephyra {
 OpenFile::OpenFile(std::filesystem::path path, int flags, std::error_code& error)
     : path_(std::move(path)), descriptor_(file_calls::open(path_, flags, error)) {}
 
+OpenFile OpenFile::duplicateOf(int descriptor, std::filesystem::path path, std::error_code& error) {
+    OpenFile file;
+    file.descriptor_ = file_calls::duplicate(descriptor, path, error);
+    file.path_ = std::move(path);
+    return file;
+}
+
 OpenFile::~OpenFile() {
     static_cast<void>(close());
 }

@@ -11,6 +11,9 @@ class OpenFile {
 public:
     /// flags as for file_calls::open; after an error there is no descriptor.
     OpenFile(std::filesystem::path path, int flags, std::error_code& error);
+    /// Another descriptor of what descriptor has open, which the caller keeps; none after an
+    /// error. path is what errors call it.
+    static OpenFile duplicateOf(int descriptor, std::filesystem::path path, std::error_code& error);
     ~OpenFile();
     OpenFile(OpenFile&& other) noexcept;
     OpenFile& operator=(OpenFile&& other) noexcept;
@@ -22,8 +25,10 @@ public:
     std::error_code close();
 
 private:
+    OpenFile() = default;
+
     std::filesystem::path path_;
-    int descriptor_;
+    int descriptor_ = -1;
 };
 
 } // namespace zephyra

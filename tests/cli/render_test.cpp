@@ -48,6 +48,8 @@ TEST_F(Render, TheFileTypeFollowsTheExtensionUnlessATypeIsGiven) {
         {"--type caf", "in-grains.caf", "0x00180002"},
         {"", "in-grains.wav", "0x00010002"},
         {"-o f.wav --float", "f.wav", "0x00010006"},
+        {"-o o.flac", "o.flac", "0x00170002"},
+        {"-o o.oga", "o.oga", "0x00200060"},
     };
     for (const auto& [arguments, file, coding] : cases) {
         SCOPED_TRACE(arguments);
@@ -132,7 +134,7 @@ TEST_F(Render, AnExistingFileStaysUntilTheNewOneIsComplete) {
 
 TEST_F(Render, SixteenBitFilesAreLimitedAndTheUserIsTold) {
     const std::string loud = "--set Amplitude=1 --set Density=400 --set Length=50 --seed 1 ";
-    EXPECT_THAT(render(loud + "-o o.wav").err, HasSubstr("exceeded full scale"));
+    EXPECT_THAT(render(loud + "-o o.wav").err, HasSubstr("lower Amplitude, or write"));
     EXPECT_EQ(render(loud + "-o o.wav --quiet").err, "");
     EXPECT_EQ(render(loud + "-o o.wav --float").err, "");
     EXPECT_GT(report(loud)["peak"], 1.5);

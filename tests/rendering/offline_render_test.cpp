@@ -259,7 +259,8 @@ TEST(EchoTail, LastsUntilEveryRepeatIsSixtyDecibelsDown) {
 TEST(OutputFile, CountsAndLimitsWhatExceedsFullScaleOnEitherSide) {
     TemporaryFolder folder;
     OutputFile file;
-    ASSERT_TRUE(file.open(folder / "a.wav", defaultOutputType(), SampleFormat::shorts, 44100));
+    ASSERT_TRUE(
+        file.open({.path = folder / "a.wav", .type = defaultOutputType(), .sampleRate = 44100}));
     float left[] = {-1.5f, -1.0f, 0.0f}, right[] = {1.0f, 1.25f, -1.01f};
     ASSERT_TRUE(file.write(left, right, 3) && file.close());
     EXPECT_EQ(file.limitedSamples(), 3u);
@@ -272,7 +273,8 @@ TEST(RenderSource, IsReadUntilWhoeverAsksForItWantsNoMore) {
     const TemporaryFolder folder;
     std::vector<float> sound(40000, 0.25f);
     OutputFile file;
-    ASSERT_TRUE(file.open(folder / "in.wav", defaultOutputType(), SampleFormat::shorts, 44100));
+    ASSERT_TRUE(
+        file.open({.path = folder / "in.wav", .type = defaultOutputType(), .sampleRate = 44100}));
     ASSERT_TRUE(file.write(sound.data(), sound.data(), 40000) && file.close());
     for (const bool live : {false, true}) {
         const RenderRequest request{.input = folder / "in.wav", .live = live};

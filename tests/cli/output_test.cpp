@@ -1,0 +1,163 @@
+// What `zephyra render` writes: how it ends, how loud it is, and into what.
+
+#include "tests/cli/program.h"
+#include "tests/support/other_program.h"
+
+#include <sys/stat.h>
+
+namespace zephyra {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+const std::string kLoud = "--set Amplitude=1 --set Density=400 --set Length=50 --seed 1 ";
+
+struct Output : ProgramTest {
+    /// Renders to standard output, a pipe that reader reads from.
+    ProgramRun piped(const std::string& arguments, const std::string& reader) const {
+        ProgramRun ended =
+            run("render in.wav --seed 1 -o - " + arguments + " >&3; echo $? >code; } | " + reader,
+                "{ 3>&1");
+        ended.code = std::atoi(readText(folder / "code").c_str());
+        std::filesystem::remove(folder / "code");
+        return ended;
+    }
+};
+
+std::vector<std::int16_t> shortsOf(const std::string& wav) {
+    std::vector<std::int16_t> samples((wav.size() - 44) / 2);
+    std::memcpy(samples.data(), wav.data() + 44, samples.size() * 2);
+    return samples;
+}
+
+TEST_F(Output, EveryRenderEndsInSilenceUnlessItIsCut) {
+    const char* cases[] = {
+        "",
+        "--seconds 1.3 --set Density=200",
+        "--seconds 0.7 --rate 48000 --block 64",
+        "--set Pitch=7 --envelope Rectangular --set Length=500",
+        "--set EchoSwitch=on --set LeftGain=0.3",
+        "--live",
+        "--as effect --drywet 50",
+        "--set RingModulationSwitch=on --block 65536",
+        "--at 0.4:Density=400 --lfo Pan",
+    };
+    int clicks = 0;
+    for (const char* arguments : cases) {
+        SCOPED_TRACE(arguments);
+        const std::string options = std::string("in.wav --seed 5 ") + arguments;
+        const auto faded = shortsOf(rendered(options)),
+                   cut = shortsOf(rendered(options + " --cut"));
+        ASSERT_EQ(faded.size(), cut.size());
+        const auto fade =
+            static_cast<std::ptrdiff_t>(2 * std::lround(seen["sampleRate"].get<double>() / 100));
+        EXPECT_TRUE(std::equal(faded.begin(), faded.end() - fade, cut.begin()));
+        clicks += std::abs(cut.back()) > 655 || std::abs(cut.end()[-2]) > 655;
+        for (std::ptrdiff_t n = 1; n <= 8; ++n)
+            EXPECT_LE(std::abs(faded.end()[-n]), n <= 2 ? 0 : 10) << n;
+    }
+    EXPECT_GT(clicks, 3) << "the table shows nothing";
+    run("render in.wav in.wav --seed 5 --out-dir many --quiet");
+    EXPECT_EQ(shortsOf(readText(folder / "many" / "in 2.wav")).back(), 0);
+    EXPECT_TRUE(readText(folder / "many" / "in.wav") == rendered("in.wav --seed 5"));
+}
+
+TEST_F(Output, WhatGoesThroughAPipeIsTheFile) {
+    for (const char* arguments :
+         {"", "--float", "--raw", "--type aiff", "--type caf", "--type m4a", "--format flac",
+          "--format ogg", "--gain auto --set Amplitude=1"}) {
+        SCOPED_TRACE(arguments);
+        ASSERT_EQ(run(std::string("render in.wav --seed 1 -o named ") + arguments).code, 0);
+        const ProgramRun ended = piped(std::string("--json ") + arguments, "cat >piped");
+        EXPECT_EQ(ended.code, 0) << ended.err;
+        EXPECT_EQ(json::parse(ended.err, nullptr, false)["output"], "-") << ended.err;
+        EXPECT_TRUE(readText(folder / "piped") == readText(folder / "named")) << ended.err;
+    }
+    const std::string named = rendered("in.wav --seed 1");
+    ::mkfifo((folder / "fifo").c_str(), 0600);
+    for (const char* into : {"/dev/stdout >other", "/dev/fd/5 5>other", "fifo & cat fifo >other"}) {
+        const ProgramRun ended = run(std::string("render in.wav --seed 1 --quiet -o ") + into);
+        EXPECT_TRUE(readText(folder / "other") == named) << into << ended.err;
+    }
+    EXPECT_TRUE(std::filesystem::is_fifo(folder / "fifo"));
+    EXPECT_EQ(run("render in.wav --seed 1 --quiet --raw").code, 0);
+    EXPECT_EQ(
+        outputOf("sox -r 44100 -c 2 " + quoted(folder / "in-grains.f32") + " -t s16 - | wc -c"),
+        "88200\n");
+}
+
+TEST_F(Output, WhatCannotTakeSoundIsRefusedOrEndsInOneLine) {
+    const auto before = folder.entries();
+    for (const char* type : {"wav", "ogg"}) {
+        environment = "TMPDIR='" + folder.path().string() + "'";
+        const ProgramRun closed =
+            piped(std::string("--seconds 20 --type ") + type, "head -c 100 >/dev/null");
+        EXPECT_EQ(closed.code, 1);
+        EXPECT_EQ(closed.err, "zephyra: nobody reads from standard output any more; only a part "
+                              "of the sound was written\n");
+        EXPECT_EQ(folder.entries(), before);
+    }
+    const std::string terminal =
+        outputOf("cd " + quoted(folder.path()) +
+                 "; script -qec \"'" ZEPHYRA_BINARY_DIR
+                 "/cli/zephyra' render in.wav -o -; echo \\$?\" /dev/null </dev/null");
+    EXPECT_THAT(terminal, HasSubstr("standard output is a terminal"));
+    EXPECT_THAT(terminal, HasSubstr("\n2"));
+    EXPECT_EQ(folder.entries(), before);
+}
+
+TEST_F(Output, ALoudRenderIsToldAndTurnedDown) {
+    const std::string loud = "render in.wav " + kLoud;
+    const ProgramRun clipped = run(loud + "-o o.wav --json");
+    seen = json::parse(clipped.out, nullptr, false);
+    const double excess = seen["clippedDecibels"];
+    EXPECT_NEAR(excess, 20 * std::log10(seen["peak"].get<double>()), 1e-6);
+    char told[200];
+    std::snprintf(told, sizeof told,
+                  "zephyra: o.wav: %d samples exceeded full scale by up to %.1f dB and were "
+                  "limited; turn down with --gain auto, lower Amplitude, or write --float\n",
+                  seen["limitedSamples"].get<int>(), std::ceil(excess * 10) / 10);
+    EXPECT_EQ(clipped.err, told);
+
+    const ProgramRun turned = run(loud + "-o o.wav --gain auto --picture o.png --save-state s");
+    EXPECT_EQ(turned.err, "");
+    std::snprintf(told, sizeof told, "peak -0.1 dB, rms %%.1f dB, turned down by %.1f dB\n",
+                  excess + 0.1);
+    EXPECT_THAT(turned.out, HasSubstr(std::string(told).substr(0, 13)));
+    EXPECT_THAT(turned.out, HasSubstr(std::string(told).substr(28)));
+    run(loud + "-o plain.wav --save-state plain");
+    EXPECT_TRUE(readText(folder / "s") == readText(folder / "plain"));
+    rendered("in.wav " + kLoud + "--gain auto");
+    EXPECT_NEAR(seen["gainDecibels"].get<double>(), -excess - 0.1, 1e-6);
+    EXPECT_FALSE(seen.contains("clippedDecibels"));
+    // Read by others, what is coded with a loss does not clip either.
+    for (const char* name : {"o.ogg", "o.m4a"}) {
+        ASSERT_EQ(run(loud + "--gain auto -o " + name).err, "");
+        const auto samples = decodedByOtherProgram(folder / name);
+        EXPECT_LT(*std::ranges::max_element(samples), 2147483647) << name;
+        EXPECT_GT(*std::ranges::max_element(samples), 1700000000) << name;
+    }
+    rendered("in.wav --seed 1 --gain auto");
+    EXPECT_EQ(seen["gainDecibels"], 0) << "never up";
+    const double peak = seen["peak"];
+    for (const char* gain : {"-6", "'-6 dB'", "-6dB", "'-6.0 DB'"}) {
+        rendered("in.wav --seed 1 --gain " + std::string(gain));
+        EXPECT_NEAR(seen["peak"].get<double>(), peak * 0.501187, 1e-6) << gain;
+    }
+}
+
+TEST_F(Output, AKeptRenderLeavesNothingBehindWhenTheDiskIsFull) {
+    writeText(folder / "out.wav", "precious");
+    const auto before = folder.entries();
+    const ProgramRun full =
+        run("render in.wav --seconds 20 --gain auto -o out.wav", "ulimit -f 64 &&");
+    EXPECT_EQ(full.code, 1);
+    EXPECT_THAT(full.err, HasSubstr("--gain auto keeps the whole sound in "));
+    EXPECT_EQ(std::count(full.err.begin(), full.err.end(), '\n'), 1) << full.err;
+    EXPECT_EQ(readText(folder / "out.wav"), "precious");
+    EXPECT_EQ(folder.entries(), before);
+}
+
+} // namespace
+} // namespace zephyra
