@@ -50,6 +50,7 @@ TEST_F(Output, EveryRenderEndsInSilenceUnlessItIsCut) {
         const auto faded = shortsOf(rendered(options)),
                    cut = shortsOf(rendered(options + " --cut"));
         ASSERT_EQ(faded.size(), cut.size());
+        EXPECT_EQ(seen["cut"], true);
         const auto fade =
             static_cast<std::ptrdiff_t>(2 * std::lround(seen["sampleRate"].get<double>() / 100));
         EXPECT_TRUE(std::equal(faded.begin(), faded.end() - fade, cut.begin()));
@@ -133,6 +134,7 @@ TEST_F(Output, ALoudRenderIsToldAndTurnedDown) {
     EXPECT_FALSE(seen.contains("clippedDecibels"));
     // Read by others, what is coded with a loss does not clip either.
     for (const char* name : {"o.ogg", "o.m4a"}) {
+        EXPECT_THAT(run(loud + "-o " + name).err, HasSubstr("full scale by up to"));
         ASSERT_EQ(run(loud + "--gain auto -o " + name).err, "");
         const auto samples = decodedByOtherProgram(folder / name);
         EXPECT_LT(*std::ranges::max_element(samples), 2147483647) << name;

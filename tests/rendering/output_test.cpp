@@ -109,11 +109,11 @@ TEST(RenderOutput, AnAutomaticGainTurnsDownOnlyWhatIsTooLoudAndAGivenOneAlways) 
 }
 
 TEST(RenderOutput, IsWholeOrNotAtAllWhateverFails) {
-    const RenderRequest requests[] = {
+    RenderRequest requests[] = {
         {.type = rawOutputType(), .format = SampleFormat::floats},
         {.gain = OutputGain{.isAutomatic = true}},
     };
-    for (RenderRequest request : requests)
+    for (RenderRequest& request : requests)
         expectWholeOrNotAtAll(
             [&request](const std::filesystem::path& path) {
                 request.output = path;
@@ -121,6 +121,10 @@ TEST(RenderOutput, IsWholeOrNotAtAllWhateverFails) {
                 return write(output, request, 2000, 2.0f);
             },
             "old");
+    const TemporaryFolder folder;
+    requests[1].output = folder / "a";
+    RenderOutput stopped; // when only the way from the disk to the file is left
+    EXPECT_FALSE(write(stopped, requests[1], 2000, 2.0f, 512, [] { return false; }));
 }
 
 TEST(RenderOutput, OfWhatIsCopiedIntoAStreamNothingIsLeftBehindWhateverFails) {
