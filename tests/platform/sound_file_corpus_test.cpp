@@ -10,7 +10,7 @@
 /// The leak of leak-comment-damaged.ogg, see docs/library-faults.md.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
-    return "leak:libvorbis.so\n";
+    return "leak:libvorbis.so\nleak:libogg.so\n";
 }
 
 namespace zephyra {
