@@ -18,6 +18,12 @@ constexpr std::int32_t kModuleVectorSize = 256;
 constexpr unsigned long kPlaceholderFrames = 8192;
 constexpr int kWorkFrames = 2 * mokGranulatorSF::kMaxBlockFrames;
 constexpr int kSmallestWorkFrames = 512;
+/// Half a page of 4096 bytes between the left and the right mix, which are walked side by side. At
+/// like places in their pages, the processor takes a read of one for a read of what was just
+/// written to the other; and where it happens to have put the two pages at like addresses as well
+/// (one engine in some hundred), every read waits for that write, at twice the cost of a grain.
+constexpr std::size_t kMixGap = 2048 / sizeof(float);
+static_assert(kWorkFrames * sizeof(float) % 4096 == 0);
 
 } // namespace
 
@@ -73,8 +79,9 @@ void mokGranulatorSF::allocateWorkArrays(int frames) {
     if (frames < kSmallestWorkFrames) return;
     const auto length = static_cast<std::size_t>(frames);
     phaseBuffer.assign(length, 0.0f);
-    mixL.assign(length, 0.0f);
-    mixR.assign(length, 0.0f);
+    mixMemory_.assign(2 * length + kMixGap, 0.0f);
+    mixL = mixMemory_.data();
+    mixR = mixL + length + kMixGap;
 }
 
 void mokGranulatorSF::setSampleRate(float rate) noexcept {

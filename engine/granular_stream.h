@@ -178,7 +178,9 @@ private:
     float spareA = 0.25f, spareB = 0.25f; // read by nothing
     Relaxed<float> grainLength, density, playbackRate;
     Relaxed<float> rndLength, rndDensity, rndPitch, jitter;
-    std::vector<float> phaseBuffer, mixL, mixR;
+    std::vector<float> phaseBuffer;
+    std::vector<float> mixMemory_; // of the two below
+    float *mixL = nullptr, *mixR = nullptr;
     std::vector<std::int32_t> grainStartOffset;
 
     // The engine's own sample and window, and where they wait once replaced.

@@ -205,8 +205,8 @@ void mokGranulatorSF::renderGrains(int frames, const GrainTables& tables) ZEPHYR
         const int start = std::exchange(grainStartOffset[i], 0);
         const GrainMix mix{.gainL = grainGainL[i],
                            .gainR = grainGainR[i],
-                           .left = mixL.data() + start,
-                           .right = mixR.data() + start,
+                           .left = mixL + start,
+                           .right = mixR + start,
                            .count = frames - start};
         const int sounded = mixer_(grain, tables, mix);
         if (sounded == mix.count) continue;
@@ -223,14 +223,12 @@ void mokGranulatorSF::processBlock(int frames, float* outL, float* outR) ZEPHYRA
         scheduleGrains(frames, blockSettings());
         renderGrains(frames, tables);
     }
-    float* const left = mixL.data();
-    float* const right = mixR.data();
-    if (echoOn) delay_stereo_forward::perform(echo, left, right, left, right, frames);
-    if (ringOn) RM::perform(ringModulator, left, right, left, right, frames);
-    std::copy_n(left, frames, outL);
-    std::copy_n(right, frames, outR);
-    std::fill_n(left, frames, 0.0f);
-    std::fill_n(right, frames, 0.0f);
+    if (echoOn) delay_stereo_forward::perform(echo, mixL, mixR, mixL, mixR, frames);
+    if (ringOn) RM::perform(ringModulator, mixL, mixR, mixL, mixR, frames);
+    std::copy_n(mixL, frames, outL);
+    std::copy_n(mixR, frames, outR);
+    std::fill_n(mixL, frames, 0.0f);
+    std::fill_n(mixR, frames, 0.0f);
     rendered_ = rendered_ + static_cast<std::uint64_t>(frames);
 }
 

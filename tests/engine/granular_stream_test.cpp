@@ -88,6 +88,11 @@ TEST(GranularStream, TracesGrainsThatFindNoVoiceAsDropped) {
     EXPECT_EQ(stream.engine.soundingGrains(), 2);
 }
 
+TEST(GranularStream, KeepsItsTwoMixesFarFromLikePlacesInTheirPages) {
+    const auto apart = StreamProbe::mixDistance(Stream().engine) % 4096;
+    EXPECT_TRUE(apart >= 1024 && apart <= 3072) << apart;
+}
+
 TEST(GranularStream, DrawsFiveValuesAGrainFromItsGenerator) {
     Stream stream;
     stream.engine.setRndLength(1); // half of it either way

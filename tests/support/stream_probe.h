@@ -33,6 +33,8 @@ struct StreamProbe {
     static const mokSample* sample(const mokGranulatorSF& s) { return s.sample.load(); }
     static const mokWindow* window(const mokGranulatorSF& s) { return s.window.load(); }
     static const mokGrain& grain(const mokGranulatorSF& s, std::size_t i) { return *s.grains[i]; }
+    /// Bytes from the left mix to the right one.
+    static std::ptrdiff_t mixDistance(const mokGranulatorSF& s) { return (s.mixR - s.mixL) * 4; }
     static float gainL(const mokGranulatorSF& s, std::size_t i) { return s.grainGainL[i]; }
     static float gainR(const mokGranulatorSF& s, std::size_t i) { return s.grainGainR[i]; }
 };
