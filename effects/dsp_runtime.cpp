@@ -1,5 +1,6 @@
 #include "effects/dsp_runtime.h"
 
+#include "platform/large_pages.h"
 #include "platform/text/log.h"
 
 #include <algorithm>
@@ -11,7 +12,10 @@
 namespace zephyra {
 
 void* sysmem_newptr(std::size_t size) noexcept {
-    return std::malloc(size);
+    if (size == 0 || size % kLargePage != 0) return std::malloc(size);
+    void* memory = std::aligned_alloc(kLargePage, size);
+    if (memory) preferLargePages(memory, size);
+    return memory;
 }
 
 void* sysmem_resizeptr(void* pointer, std::size_t size) noexcept {

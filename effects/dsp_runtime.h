@@ -10,7 +10,8 @@ namespace zephyra {
 
 class Log;
 
-/// Allocates size bytes, not cleared; null when there is no memory. MAIN or OFF.
+/// Allocates size bytes, not cleared; null when there is no memory. A multiple of kLargePage, such
+/// as a line of the echo, lies on large pages where the system has them. MAIN or OFF.
 void* sysmem_newptr(std::size_t size) noexcept;
 /// Resizes an allocation and keeps its contents; null (pointer stays valid) on failure. MAIN or
 /// OFF.

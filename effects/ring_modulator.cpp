@@ -14,6 +14,22 @@ namespace {
 
 constexpr const char* kParameterNames[kParameterCount] = {"drywet", "freq"};
 
+/// One turn of a cosine and its first point again. All ring modulators read one table, so that it
+/// is computed once and stays in the caches whichever of them reads it.
+struct CosineTable {
+    double points[kTableSize + 1];
+
+    CosineTable() noexcept {
+        for (int n = 0; n < kTableSize; ++n)
+            points[n] = std::cos(2 * std::numbers::pi * n / kTableSize);
+        points[kTableSize] = points[0];
+    }
+    static const double* shared() noexcept {
+        static const CosineTable table;
+        return table.points;
+    }
+};
+
 struct State : CommonState {
     EffectBodies bodies = effectBodiesFor(chosenCpuLevel());
     double phase = 0; // 0..1
@@ -21,7 +37,7 @@ struct State : CommonState {
     double smoothed = 0;
     std::int32_t error = kModuleNoError;
     std::int32_t lastFrames = 0;
-    double* table = nullptr;
+    const double* table = CosineTable::shared();
 };
 
 } // namespace
@@ -29,15 +45,10 @@ struct State : CommonState {
 CommonState* create(double sampleRate, std::int32_t vectorSize) noexcept {
     auto* state = new (std::nothrow) State;
     if (!state) return nullptr;
-    state->table = static_cast<double*>(sysmem_newptr((kTableSize + 1) * sizeof(double)));
-    if (!state->table ||
-        !fillStereoState(*state, sampleRate, vectorSize, kParameterNames, kParameterCount)) {
+    if (!fillStereoState(*state, sampleRate, vectorSize, kParameterNames, kParameterCount)) {
         destroy(state);
         return nullptr;
     }
-    for (int n = 0; n < kTableSize; ++n)
-        state->table[n] = std::cos(2 * std::numbers::pi * n / kTableSize);
-    state->table[kTableSize] = state->table[0];
     reset(state);
     return state;
 }
@@ -88,7 +99,6 @@ std::int32_t perform(CommonState* common, const float* inL, const float* inR, fl
 void destroy(CommonState* common) noexcept {
     if (!common) return;
     auto* state = static_cast<State*>(common);
-    sysmem_freeptr(state->table);
     freeParameterDescriptions(*state);
     delete state;
 }

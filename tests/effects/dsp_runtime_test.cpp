@@ -1,6 +1,8 @@
 #include "effects/dsp_runtime.h"
 
 #include "effects/delay_line.h"
+#include "effects/effect_bodies.h"
+#include "platform/large_pages.h"
 #include "platform/text/log.h"
 
 #include <gmock/gmock.h>
@@ -73,6 +75,8 @@ TEST(DelayLine, HoldsThePowerOfTwoAtOrAboveTheRequestAndIsClearedBySettingUpAgai
         setUpDelayLine(line, "line", requested, nullptr);
         EXPECT_TRUE(line.usable() && line.mask == size - 1) << requested;
         EXPECT_EQ(std::tuple(line.size, line.maxDelay), std::tuple(size, requested));
+        const auto address = reinterpret_cast<std::uintptr_t>(line.memory);
+        EXPECT_TRUE(size != kEchoLineSize || address % kLargePage == 0) << "a line of the echo";
         line.memory[size - 1] = 5;
         line.writeIndex = 1;
         setUpDelayLine(line, "line", requested, nullptr);
