@@ -153,7 +153,7 @@ void registerAll() {
         ->Args({64, 220})
         ->Args({512, 220})
         ->Args({512, 8000});
-    for (CpuLevel level : {CpuLevel::baseline, CpuLevel::v3}) {
+    for (CpuLevel level : {CpuLevel::baseline, CpuLevel::v3, CpuLevel::v4}) {
         if (level > supportedCpuLevel()) continue;
         const std::string name = cpuLevelName(level);
         benchmark::RegisterBenchmark(("echo/" + name).c_str(),

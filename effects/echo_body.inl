@@ -108,7 +108,7 @@ inline void echoLanes(EchoChannel& channel, Doubles time, Doubles feedback) {
         return;
     }
     Doubles before, after;
-    lookUp(channel.line, wrapped, before, after);
+    lookUp(channel.line, wrapped, 0, before, after);
     const Doubles delayed = before + (position - toDoubles(index)) * (after - before);
     const Doubles dry = load(channel.in);
     store(channel.line + channel.writeIndex, finiteOrZero(dry + delayed * feedback));
@@ -160,19 +160,6 @@ inline void echoGliding(EchoChannel* channels, EchoBlock& block) {
     channels[1] = right;
 }
 
-/// Asks for the memory that the next block begins in. The lines are far larger than the caches near
-/// the processor, and between two short blocks the grains take their place there.
-inline void fetchAhead(const EchoChannel& channel, double delay, std::int64_t frames) {
-    constexpr std::int64_t kMost = 128; // from there on the processor has seen the pattern itself
-    constexpr std::int64_t kCacheLine = 64 / sizeof(double);
-    const std::int64_t readIndex = readPosition(channel.writeIndex, delay).index;
-    const std::int64_t count = smaller(frames, kMost);
-    for (std::int64_t n = 0; n < count + kCacheLine; n += kCacheLine) {
-        __builtin_prefetch(channel.line + ((readIndex + n) & kEchoMask), 0);
-        __builtin_prefetch(channel.line + ((channel.writeIndex + n) & kEchoMask), 1);
-    }
-}
-
 void echoBody(EchoBlock& block) ZEPHYRA_NONBLOCKING {
     EchoChannel channels[2];
     for (int side = 0; side < 2; ++side)
@@ -187,8 +174,5 @@ void echoBody(EchoBlock& block) ZEPHYRA_NONBLOCKING {
                        block.frames);
     else
         echoGliding(channels, block);
-    for (int side = 0; side < 2; ++side) {
-        block.writeIndex[side] = channels[side].writeIndex;
-        fetchAhead(channels[side], clampedDelay(block.smoothed[side]), block.frames);
-    }
+    for (int side = 0; side < 2; ++side) block.writeIndex[side] = channels[side].writeIndex;
 }

@@ -43,8 +43,7 @@ struct EffectBodies {
     void (*ring)(RingBlock&) ZEPHYRA_NONBLOCKING;
 };
 
-/// The loops for a level that this processor offers. AVX-512 processors run the AVX2 loops, which
-/// wait for memory and latency rather than for wider registers. Any thread.
+/// The loops for a level that this processor offers. Any thread.
 EffectBodies effectBodiesFor(CpuLevel level) noexcept;
 
 } // namespace zephyra

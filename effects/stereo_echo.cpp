@@ -5,6 +5,7 @@
 #include "effects/effect_bodies.h"
 #include "effects/parameter_targets.h"
 
+#include <algorithm>
 #include <cmath>
 #include <new>
 
@@ -74,23 +75,43 @@ double getparameter(const CommonState* state, std::int32_t index) ZEPHYRA_NONBLO
     return static_cast<const State*>(state)->targets.get(index);
 }
 
+void fetchAhead(const CommonState* common, std::int32_t from,
+                std::int32_t count) ZEPHYRA_NONBLOCKING {
+    constexpr std::int64_t kCacheLine = 64 / sizeof(double);
+    const auto* state = static_cast<const State*>(common);
+    const DelayLine* const lines[] = {&state->lineL, &state->lineR};
+    for (int side = 0; side < 2; ++side) {
+        const DelayLine& line = *lines[side];
+        const auto delay =
+            static_cast<std::int64_t>(std::clamp(state->smoothed[side], 1.0, kMaxDelay));
+        const std::int64_t first = line.writeIndex + from;
+        for (std::int64_t write = first; write < first + count; write += kCacheLine) {
+            __builtin_prefetch(line.memory + (write & line.mask), 1);
+            __builtin_prefetch(line.memory + ((write - delay) & line.mask), 0);
+        }
+    }
+}
+
 std::int32_t perform(CommonState* common, const float* inL, const float* inR, float* outL,
                      float* outR, std::int32_t frames) ZEPHYRA_NONBLOCKING {
     auto* state = static_cast<State*>(common);
     state->lastFrames = frames;
     if (state->error != kModuleNoError) return state->error;
     if (!inL || !inR || !outL || !outR) return state->error = kModuleNullChannel;
-    EchoBlock block{{state->lineL.memory, state->lineR.memory},
-                    {state->lineL.writeIndex, state->lineR.writeIndex},
-                    {},
-                    {},
-                    {inL, inR},
-                    {outL, outR},
-                    frames};
+    EchoBlock block; // each member is set here, none twice: in short blocks that shows
+    block.line[0] = state->lineL.memory;
+    block.line[1] = state->lineR.memory;
+    block.writeIndex[0] = state->lineL.writeIndex;
+    block.writeIndex[1] = state->lineR.writeIndex;
     for (int n = 0; n < kParameterCount; ++n) {
         block.target[n] = state->targets.get(kBlockOrder[n]);
         block.smoothed[n] = smoothingStart(state->smoothed[n], block.target[n]);
     }
+    block.in[0] = inL;
+    block.in[1] = inR;
+    block.out[0] = outL;
+    block.out[1] = outR;
+    block.frames = frames;
     state->bodies.echo(block);
     for (int n = 0; n < kParameterCount; ++n) state->smoothed[n] = block.smoothed[n];
     state->lineL.writeIndex = block.writeIndex[0];

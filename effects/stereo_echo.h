@@ -57,6 +57,12 @@ double getparameter(const CommonState* state, std::int32_t index) ZEPHYRA_NONBLO
 std::int32_t perform(CommonState* state, const float* inL, const float* inR, float* outL,
                      float* outR, std::int32_t frames) ZEPHYRA_NONBLOCKING;
 
+/// Asks the processor for the memory that count frames of the next block will use, from frame
+/// `from` of it on: the lines are far larger than the caches near the processor, and what is asked
+/// for while something else is computed need not be waited for. Changes nothing. RENDER.
+void fetchAhead(const CommonState* state, std::int32_t from,
+                std::int32_t count) ZEPHYRA_NONBLOCKING;
+
 /// Frees everything; null is fine. OFF.
 void destroy(CommonState* state) noexcept;
 

@@ -3,6 +3,9 @@
 // Included inside an anonymous namespace by files that are compiled for different instruction sets.
 // Nothing here or in its users may call an inline function of the standard library: the linker
 // keeps one copy of such a function, which would then run on processors that lack its instructions.
+//
+// Registers of 512 bits are left alone: the processor slows down for them, and with it the grains
+// between two blocks.
 
 #if defined(__AVX2__)
 constexpr int kLanes = 4;
@@ -26,12 +29,6 @@ inline Doubles together(const double* values) {
 #else
     return Doubles{values[0], values[1]};
 #endif
-}
-
-/// 1, 2, ... kLanes.
-inline Doubles countUp() {
-    constexpr double count[] = {1, 2, 3, 4};
-    return together(count);
 }
 
 inline Doubles load(const double* from) {
@@ -82,12 +79,18 @@ inline Doubles toDoubles(Ints values) {
 #endif
 }
 
-/// The values at each index and behind it.
-inline void lookUp(const double* table, Longs index, Doubles& here, Doubles& behind) {
+/// The values at each index and behind it. An index is the low 32 bits of a lane without the
+/// lowest `shift` of them.
+inline void lookUp(const double* table, Longs bits, int shift, Doubles& here, Doubles& behind) {
 #if defined(__AVX2__)
+    // Taken through memory: shuffles would keep the units busy that compute.
+    alignas(32) std::uint32_t words[2 * kLanes];
+    _mm256_store_si256(reinterpret_cast<__m256i*>(words), reinterpret_cast<__m256i>(bits));
+    __asm__("" : "+m"(words)); // or the compiler makes shuffles of it after all
     const auto pairs = [&](int low, int high) {
-        return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(table + index[low])),
-                                    _mm_loadu_pd(table + index[high]), 1);
+        const __m128d first = _mm_loadu_pd(table + (words[2 * low] >> shift));
+        return _mm256_insertf128_pd(_mm256_castpd128_pd256(first),
+                                    _mm_loadu_pd(table + (words[2 * high] >> shift)), 1);
     };
     const Doubles even = pairs(0, 2);
     const Doubles odd = pairs(1, 3);
@@ -95,8 +98,9 @@ inline void lookUp(const double* table, Longs index, Doubles& here, Doubles& beh
     behind = _mm256_unpackhi_pd(even, odd);
 #else
     for (int lane = 0; lane < kLanes; ++lane) {
-        here[lane] = table[index[lane]];
-        behind[lane] = table[index[lane] + 1];
+        const double* const at = table + (static_cast<std::uint32_t>(bits[lane]) >> shift);
+        here[lane] = at[0];
+        behind[lane] = at[1];
     }
 #endif
 }
@@ -136,11 +140,40 @@ inline Doubles doublesOf(Longs bits) {
     return reinterpret_cast<Doubles>(bits);
 }
 
+/// A fraction's first 32 bits behind the point, with more bits above them where the processor
+/// cannot convert to whole numbers of 64 bits. The value is 0 to 1.
+inline Longs fractionBits(Doubles value) {
+#if defined(__AVX512DQ__)
+    return reinterpret_cast<Longs>(_mm256_cvttpd_epi64(value * 0x1p32));
+#else
+    constexpr double kGrid = 1.5 * (1 << 20); // doubles around it are 2^-32 apart
+    const Doubles rounded = value + kGrid;
+    // Where the sum was rounded up, one grid point less: -1 is a comparison's true.
+    return bitsOf(rounded) + (rounded - kGrid > value);
+#endif
+}
+
+/// Whole numbers of 0 to 2^52 - 1.
+inline Doubles wholeToDoubles(Longs values) {
+#if defined(__AVX512DQ__)
+    return _mm256_cvtepi64_pd(reinterpret_cast<__m256i>(values));
+#else
+    constexpr double kIntegers = 0x1p52; // doubles from here on are 1 apart
+    return doublesOf(values | bitsOf(splat(kIntegers))) - kIntegers;
+#endif
+}
+
 /// Zero in place of NaN and infinities.
 inline Doubles finiteOrZero(Doubles values) {
+#if defined(__AVX512DQ__)
+    constexpr int kNanOrInfinity = 0x99; // quiet, positive, negative, signalling
+    return _mm256_mask_mov_pd(values, _mm256_fpclass_pd_mask(values, kNanOrInfinity),
+                              _mm256_setzero_pd());
+#else
     // What is not finite differs from itself by a NaN.
     const Doubles difference = values - values;
     return doublesOf(bitsOf(values) & (difference == difference));
+#endif
 }
 
 inline double finiteOrZero(double value) {

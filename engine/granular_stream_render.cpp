@@ -22,6 +22,9 @@ constexpr std::uint32_t kM4 = kM3 * kMultiplier;
 constexpr std::uint32_t kM5 = kM4 * kMultiplier;
 static_assert(kM2 == 282475249u && kM3 == 1622647863u && kM4 == 3095271137u);
 
+constexpr int kFetchShares = 20;   // a block's; fewer than grains that usually sound
+constexpr int kShortestFetch = 16; // frames, so that a call is worth it
+
 constexpr float kLargest = std::numeric_limits<float>::max();
 
 /// Products of two settings may overflow; nothing that is kept may.
@@ -199,9 +202,17 @@ void mokGranulatorSF::scheduleGrains(int frames, const Settings& settings) ZEPHY
 }
 
 void mokGranulatorSF::renderGrains(int frames, const GrainTables& tables) ZEPHYRA_NONBLOCKING {
+    // The echo's memory comes while grains are computed, a share with each.
+    const int fetchUpTo = echoOn ? frames : 0;
+    const int share = std::max(frames / kFetchShares, kShortestFetch);
+    int fetched = 0;
     for (std::size_t i = 0; i < grains.size(); ++i) {
         mokGrain& grain = *grains[i];
         if (!grain.active) continue;
+        if (fetched < fetchUpTo) {
+            delay_stereo_forward::fetchAhead(echo, fetched, share);
+            fetched += share;
+        }
         const int start = std::exchange(grainStartOffset[i], 0);
         const GrainMix mix{.gainL = grainGainL[i],
                            .gainR = grainGainR[i],
