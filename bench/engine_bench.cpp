@@ -8,13 +8,12 @@
 namespace zephyra {
 namespace {
 
+/// Of all iterations together.
 void reportGrains(benchmark::State& state, double grainSamples, double frames) {
-    state.counters["ns/grain-sample"] =
-        benchmark::Counter(grainSamples * static_cast<double>(state.iterations()) * 1e-9,
-                           benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
-    state.counters["x real time"] = benchmark::Counter(
-        frames * static_cast<double>(state.iterations()) / double{BenchWork::kRate},
-        benchmark::Counter::kIsRate);
+    state.counters["ns/grain-sample"] = benchmark::Counter(
+        grainSamples * 1e-9, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["x real time"] =
+        benchmark::Counter(frames / double{BenchWork::kRate}, benchmark::Counter::kIsRate);
 }
 
 /// The inner body alone: one run that meets no edge.
@@ -23,7 +22,8 @@ void innerBody(benchmark::State& state, CpuLevel level) {
     BenchInnerBody body;
     const GrainMixer mixer = grainMixer(level);
     for (auto _ : state) benchmark::DoNotOptimize(body.run(mixer));
-    reportGrains(state, BenchInnerBody::kFrames, BenchInnerBody::kFrames);
+    const auto frames = static_cast<double>(state.iterations() * BenchInnerBody::kFrames);
+    reportGrains(state, frames, frames);
 }
 BENCHMARK_CAPTURE(innerBody, baseline, CpuLevel::baseline);
 BENCHMARK_CAPTURE(innerBody, v3, CpuLevel::v3);
@@ -35,12 +35,13 @@ void stream(benchmark::State& state, Stages stages) {
     const auto block = static_cast<int>(state.range(0));
     const BenchWork work;
     const int frames = 8 * 4096;
-    const double grainSamples = BenchWork::grainSamples(*work.engine(), frames, block);
     const auto engine = work.engine();
     engine->echoOn = engine->ringOn = stages == kGrainsEchoRing;
     BenchWork::settle(*engine);
+    const std::uint64_t before = engine->soundedSamples();
     for (auto _ : state) BenchWork::render(*engine, frames, block);
-    reportGrains(state, grainSamples, frames);
+    reportGrains(state, static_cast<double>(engine->soundedSamples() - before),
+                 static_cast<double>(state.iterations() * frames));
 }
 BENCHMARK_CAPTURE(stream, grains, kGrains)->Arg(64)->Arg(512)->Arg(4096);
 BENCHMARK_CAPTURE(stream, grains_echo_ring, kGrainsEchoRing)->Arg(64)->Arg(512)->Arg(4096);
@@ -49,13 +50,13 @@ void literalLoop(benchmark::State& state) {
     const auto block = static_cast<int>(state.range(0));
     const BenchWork work;
     const int frames = 8 * 4096;
-    const double grainSamples = BenchWork::grainSamples(*work.engine(), frames, block);
     auto literal = work.literal(*work.engine());
     StereoBlock out(4096);
     for (auto _ : state)
         for (int done = 0; done < frames; done += block)
             literal.render(block, out.left.data(), out.right.data());
-    reportGrains(state, grainSamples, frames);
+    const auto rendered = static_cast<double>(state.iterations() * frames);
+    reportGrains(state, work.meanGrains(block) * rendered, rendered);
 }
 BENCHMARK(literalLoop)->Arg(64)->Arg(512)->Arg(4096);
 

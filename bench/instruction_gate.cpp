@@ -25,6 +25,9 @@ int main(int argc, char** argv) {
     }
     const BenchWork work(2.0);
     const int frames = 44100 / block * block;
-    std::printf("grain-samples %.0f\n", BenchWork::grainSamples(*work.engine(), frames, block));
-    renderCollected(*work.engine(), frames, block);
+    const auto stream = work.engine();
+    BenchWork::fillPool(*stream, block);
+    const std::uint64_t before = stream->soundedSamples();
+    renderCollected(*stream, frames, block);
+    std::printf("grain-samples %.0f\n", static_cast<double>(stream->soundedSamples() - before));
 }

@@ -52,13 +52,13 @@ int main(int argc, char** argv) {
     if (!sample) return 1;
     const BenchWork work(sample);
     const auto frames = static_cast<int>(seconds * double{BenchWork::kRate}) / block * block;
-    const auto counted = work.engine(grains);
-    const double grainSamples = BenchWork::grainSamples(*counted, frames, block);
-
     const auto stream = work.engine(grains);
+    BenchWork::fillPool(*stream, block);
+    const std::uint64_t soundedBefore = stream->soundedSamples();
     const double before = cpuSeconds();
     BenchWork::render(*stream, frames, block);
     const double cost = cpuSeconds() - before;
+    const auto grainSamples = static_cast<double>(stream->soundedSamples() - soundedBefore);
     std::printf("mean active grains %.2f\ncpu seconds %.4f\nframes %d\ngrain-samples %.0f\n"
                 "nanoseconds per grain-sample %.3f\ntimes real time %.0f\n",
                 grainSamples / frames, cost, frames, grainSamples, cost * 1e9 / grainSamples,

@@ -102,6 +102,9 @@ public:
     /// thread.
     std::uint64_t startedGrains() const noexcept { return started_; }
     std::uint64_t droppedGrains() const noexcept { return dropped_; }
+    /// Samples that grains have sounded for, all grains together, since construction: over
+    /// renderedFrames() the mean number that sounds. Any thread.
+    std::uint64_t soundedSamples() const noexcept { return sounded_; }
     /// Frames rendered since construction. Any thread.
     std::uint64_t renderedFrames() const noexcept { return rendered_; }
     /// The read position of the latest frame, and of the next one if the scan stands, in the region
@@ -197,7 +200,7 @@ private:
     const mokSample* blockSample_ = nullptr;
     const mokWindow* blockWindow_ = nullptr;
     std::uint64_t blockSourceSize_ = 0;
-    Relaxed<std::uint64_t> started_ = 0, dropped_ = 0, rendered_ = 0;
+    Relaxed<std::uint64_t> started_ = 0, dropped_ = 0, sounded_ = 0, rendered_ = 0;
 };
 
 } // namespace zephyra

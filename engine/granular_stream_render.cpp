@@ -206,6 +206,7 @@ void mokGranulatorSF::renderGrains(int frames, const GrainTables& tables) ZEPHYR
     const int fetchUpTo = echoOn ? frames : 0;
     const int share = std::max(frames / kFetchShares, kShortestFetch);
     int fetched = 0;
+    std::uint64_t soundedNow = 0;
     for (std::size_t i = 0; i < grains.size(); ++i) {
         mokGrain& grain = *grains[i];
         if (!grain.active) continue;
@@ -220,12 +221,14 @@ void mokGranulatorSF::renderGrains(int frames, const GrainTables& tables) ZEPHYR
                            .right = mixR + start,
                            .count = frames - start};
         const int sounded = mixer_(grain, tables, mix);
+        soundedNow += static_cast<std::uint64_t>(sounded);
         if (sounded == mix.count) continue;
         // By samples, not by one, as Processing does: see mokGrain::_actives.
         if (!grain.active) mokGrain::lowerActives(mix.count - sounded);
         addSilence(mix.left + sounded, mix.count - sounded, mix.gainL);
         addSilence(mix.right + sounded, mix.count - sounded, mix.gainR);
     }
+    sounded_ = sounded_ + soundedNow;
 }
 
 void mokGranulatorSF::processBlock(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING {

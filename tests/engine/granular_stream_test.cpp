@@ -72,10 +72,12 @@ TEST(GranularStream, StartsAtTheFirstFrameAndThenAtItsDensity) {
 TEST(GranularStream, KeepsADrawnIntervalToItsEnd) {
     Stream stream;
     stream.engine.setDensity(0);
+    stream.engine.setLength(10);
     stream.render(10);
     stream.engine.setDensity(400);
     stream.render(44100);
     EXPECT_EQ(stream.startFrames(), std::vector<std::uint64_t>{0});
+    EXPECT_EQ(stream.engine.soundedSamples(), 440u); // the 441st is the first of silence
 }
 
 TEST(GranularStream, TracesGrainsThatFindNoVoiceAsDropped) {
