@@ -117,8 +117,7 @@ void CommandTable::declareRender(CLI::App& app) {
 
 /// What can be known without a render.
 void CommandTable::declareFacts(CLI::App& app) {
-    CLI::App& info =
-        *app.add_subcommand("info", "Print a sound file's format, length, loudness and offset");
+    CLI::App& info = *app.add_subcommand("info", "Print a sound file's format, length, loudness");
     auto& infoRequest = add(info, runInfo);
     word(info, "FILE", infoRequest.file, "A sound file, - for standard input")->required();
     info.add_flag("--json", infoRequest.json, "Print it as JSON");

@@ -91,7 +91,7 @@ TEST_F(DryRun, ARenderThatCannotBeIsToldOfAndTheOthersStand) {
     std::filesystem::create_directory(folder / "out");
     const auto lines = linesOf("--bank B --preset '*' --out-dir out --seed 9", 1);
     ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0], ZEPHYRA_BINARY_DIR "/cli/zephyra --shared-folder shared render --bank B "
+    EXPECT_EQ(lines[0], ZEPHYRA_BINARY_DIR "/cli/zephyra render --shared-folder shared --bank B "
                                            "--preset Clouds --seed 9 -o out/Clouds.wav --picture "
                                            "out/Clouds.png");
     EXPECT_EQ(errors, "zephyra: Ears: preset \"Ears\" listens to live input; name INPUT, a sound "
@@ -109,10 +109,11 @@ TEST_F(DryRun, OneRenderIsOneLineWithTheSeedThatItTakes) {
     rendered("in.wav --seconds 0.1 --seed 77 --save-state a.state");
     environment = "SOURCE_DATE_EPOCH=3000000000";
     const std::pair<const char*, const char*> cases[] = {
-        {"in.wav --json", " render in.wav --json --seed 3000000000 -o in-grains.wav"},
-        {"--state a.state in.wav -o x.aif", " render in.wav --state a.state --seed 77 -o x.aif"},
-        {"in.wav --live=false", " in.wav --live=false --seed 3000000000 -o in-grains.wav"},
-        {"--state none -o x -- -i", " render --state none -o x -- -i"},
+        {"in.wav --json",
+         " in.wav --shared-folder shared --json --seed 3000000000 -o in-grains.wav"},
+        {"--state a.state in.wav -o x.aif", " --state a.state --seed 77 -o x.aif"},
+        {"in.wav --live=false", " --live=false --seed 3000000000 -o in-grains.wav"},
+        {"--state none -o x -- -i", " render --shared-folder shared --state none -o x -- -i"},
         {"in.wav --picture p.png --seed 5", " --seed 5 -o in-grains.wav --picture p.png"}};
     for (const auto& [options, end] : cases)
         EXPECT_THAT(linesOf(options), ElementsAre(EndsWith(end)));

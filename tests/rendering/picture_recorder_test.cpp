@@ -93,6 +93,7 @@ TEST(PictureRecorder, TheScanGoesWhereGrainsReadHoweverItIsMoved) {
     ASSERT_TRUE(render.prepare({.sample = noiseSample(20000, 44100)}));
     PictureRecorder recorder(plan, source, {.source = 1, .time = 1000, .frequencies = 1});
     ASSERT_TRUE(render.run([&](const RenderedBlock& block) -> Result<void> {
+        recorder.addOutput(block.left, block.right, block.frames);
         recorder.add(block);
         return {};
     }));
