@@ -2,6 +2,7 @@
 
 #include "cli/terminal/interrupt.h"
 #include "cli/terminal/json_text.h"
+#include "library/named_sample.h"
 #include "platform/sound/channel_levels.h"
 #include "platform/sound/loudness.h"
 #include "platform/sound/sound_file.h"
@@ -88,10 +89,10 @@ Result<SoundFile> readMeasured(const std::filesystem::path& file, const Streamed
 
 } // namespace
 
-ExitCode runInfo(const CommandContext&, const InfoRequest& request) {
+ExitCode runInfo(const CommandContext& context, const InfoRequest& request) {
     if (request.file.empty())
         return endWith(ExitCode::wrongUsage, "FILE is empty; name a sound file");
-    const std::filesystem::path file = request.file;
+    const std::filesystem::path file = namedSample(request.file, context.folders);
     if (const auto right = checkStreams({&file, 1}, {}); !right)
         return endWith(ExitCode::wrongUsage, right.message());
     StreamedFiles streams;

@@ -6,6 +6,7 @@
 #include "cli/render/render_job.h"
 #include "cli/terminal/command_clock.h"
 #include "cli/terminal/interrupt.h"
+#include "library/named_sample.h"
 #include "platform/files/byte_stream.h"
 #include "presets/factory_banks.h"
 #include "rendering/output_sink.h"
@@ -20,6 +21,13 @@
 namespace zephyra {
 
 namespace {
+
+/// With the files of samples that were named as the library lists them.
+RenderOptions withSamples(RenderOptions options, const Folders& folders) {
+    for (std::filesystem::path& input : options.inputs) input = namedSample(input, folders);
+    if (auto& sample = options.request.host.sample) sample = namedSample(*sample, folders);
+    return options;
+}
 
 /// The one preset that was asked for; none where none was.
 Result<std::optional<PresetChoice>> choosePreset(const std::optional<NamedPreset>& played,
@@ -77,8 +85,9 @@ ExitCode tell(const RenderOptions& options, const RenderRequest& request, const 
 
 } // namespace
 
-ExitCode runRender(const CommandContext& context, const RenderOptions& options) {
+ExitCode runRender(const CommandContext& context, const RenderOptions& typed) {
     const Folders& folders = context.folders;
+    const RenderOptions options = withSamples(typed, folders);
     if (options.outDir)
         return options.dryRun ? printBatchLines(folders, options)
                               : runBatchRender(folders, options);

@@ -1,6 +1,7 @@
 // Importing documents, the sample library's lists, and the built-in samples' way into the folder.
 
 #include "library/bank_folder.h"
+#include "library/named_sample.h"
 #include "library/quick_sample_manager.h"
 #include "library/shared_folder.h"
 #include "platform/files/file_calls.h"
@@ -58,6 +59,18 @@ struct SampleLibrary : testing::Test {
     int refills = 0;
     DocumentImport imports{instance, {{"zephyra", "wav"}, "Only those"}, [this] { ++refills; }};
 };
+
+TEST_F(SampleLibrary, ANameMeansTheFileThatIsThereElseTheUsersSampleElseTheBuiltInOne) {
+    const auto meant = [this](const char* typed) { return namedSample(typed, instance.folders); };
+    EXPECT_EQ(meant("bird.wav"), "bird.wav");
+    writeText(folder / "resources/bird.wav", "built in");
+    EXPECT_EQ(meant("bird.wav"), folder / "resources/bird.wav");
+    writeText(folder / "home/shared/bird.wav", "the user's");
+    EXPECT_EQ(meant("bird.wav"), folder / "home/shared/bird.wav");
+    EXPECT_EQ(meant("./bird.wav"), "./bird.wav");
+    std::filesystem::create_directory(folder / "resources/d");
+    EXPECT_EQ(meant("d"), "d") << "a folder is no sample";
+}
 
 TEST_F(SampleLibrary, ImportsUnderTheDecodedNameAndNothingOutsideTheFolder) {
     const char* const invalid = "Invalid file name";
