@@ -50,8 +50,9 @@ std::optional<Placed> placeOf(const EventExtent& event, std::vector<Row>& rows,
         else if (const auto left = takeRoom(rows[i], event, room))
             return Placed{i, *left};
     }
-    std::ranges::stable_sort(shared, {},
-                             [&rows](std::size_t i) { return rows[i].end - rows[i].begin; });
+    std::ranges::sort(shared, {}, [&rows](std::size_t i) {
+        return std::pair(rows[i].end - rows[i].begin, i); // of equal ones the upper
+    });
     for (const std::size_t i : shared)
         if (const auto left = takeRoom(rows[i], event, room)) return Placed{i, *left};
     return {};
