@@ -4,12 +4,10 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <climits>
 #include <fcntl.h>
 #include <poll.h>
 #include <string>
-#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -24,17 +22,10 @@ constexpr int kWaitMilliseconds = 100; // how late it is noticed that it does no
 
 /// The descriptor of this process that path means.
 std::optional<int> namedDescriptor(const fs::path& path) {
-    const std::string name = path.string();
+    const std::string& name = path.native();
     if (name == "-" || name == "/dev/stdout") return STDOUT_FILENO;
     if (name == "/dev/stderr") return STDERR_FILENO;
-    for (const std::string_view folder : {"/dev/fd/", "/proc/self/fd/"}) {
-        if (!name.starts_with(folder)) continue;
-        int number = -1;
-        const char* const end = name.data() + name.size();
-        const auto [after, error] = std::from_chars(name.data() + folder.size(), end, number);
-        if (error == std::errc() && after == end && number >= 0) return number;
-    }
-    return std::nullopt;
+    return numberedDescriptor(path);
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <fcntl.h>
-#include <span>
 #include <utility>
 #include <vector>
 

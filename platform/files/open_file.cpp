@@ -1,7 +1,10 @@
 #include "platform/files/open_file.h"
 
 #include "platform/files/file_calls.h"
+#include "platform/text/text_numbers.h"
 
+#include <limits>
+#include <string_view>
 #include <utility>
 
 namespace zephyra {
@@ -32,6 +35,16 @@ OpenFile& OpenFile::operator=(OpenFile&& other) noexcept {
 std::error_code OpenFile::close() {
     if (descriptor_ < 0) return {};
     return file_calls::close(std::exchange(descriptor_, -1), path_);
+}
+
+std::optional<int> numberedDescriptor(const std::filesystem::path& name) {
+    for (const std::string_view folder : {"/dev/fd/", "/proc/self/fd/"})
+        if (const std::string_view text = name.native(); text.starts_with(folder)) {
+            const auto number = parseWhole(text.substr(folder.size()));
+            if (number && *number <= std::numeric_limits<int>::max())
+                return static_cast<int>(*number);
+        }
+    return std::nullopt;
 }
 
 } // namespace zephyra

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 namespace zephyra {
@@ -30,5 +31,9 @@ private:
     std::filesystem::path path_;
     int descriptor_ = -1;
 };
+
+/// The descriptor of this process that a typed name means by its number, as /dev/fd/3 does; none
+/// for any other name. Any thread but RENDER.
+std::optional<int> numberedDescriptor(const std::filesystem::path& name);
 
 } // namespace zephyra

@@ -1,7 +1,5 @@
 #include "platform/files/small_file.h"
 
-#include <cstdint>
-#include <utility>
 #include <variant>
 
 namespace zephyra {

@@ -1,15 +1,12 @@
 #include "platform/files/streamed_files.h"
 
 #include "platform/files/file_calls.h"
+#include "platform/files/open_file.h"
 #include "platform/text/odd_bytes.h"
-#include "platform/text/text_numbers.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
-#include <limits>
 #include <optional>
 #include <poll.h>
 #include <string_view>
@@ -26,37 +23,12 @@ namespace {
 
 constexpr std::size_t kPiece = std::size_t{1} << 18; // bytes read at a time
 constexpr int kPollMilliseconds = 100;               // how late the end of the wish is noticed
-constexpr std::array<std::string_view, 2> kDescriptors = {"/dev/fd/", "/proc/self/fd/"};
 
 /// The open descriptor that name means; none for a file's own name.
 std::optional<int> descriptorOf(const fs::path& name) {
-    const std::string_view text = name.native();
+    const std::string& text = name.native();
     if (text == "-" || text == "/dev/stdin") return STDIN_FILENO;
-    for (const std::string_view folder : kDescriptors)
-        if (text.starts_with(folder)) {
-            const auto number = parseWhole(text.substr(folder.size()));
-            if (number && *number <= std::numeric_limits<int>::max())
-                return static_cast<int>(*number);
-        }
-    return std::nullopt;
-}
-
-/// Memory behind /tmp would be too small for hours of sound.
-fs::path temporaryFolder() {
-    const char* const named = std::getenv("TMPDIR");
-    return named && *named ? named : "/var/tmp";
-}
-
-/// A file that nobody else can open, for it has no name.
-std::error_code openNameless(std::optional<OpenFile>& file) {
-    std::string folder = (temporaryFolder() / "zephyra-XXXXXX").string();
-    std::error_code error = file_calls::makeUniqueFolder(folder);
-    if (error) return error;
-    const fs::path path = fs::path(folder) / "stream";
-    file.emplace(path, O_RDWR | O_CREAT | O_EXCL, error);
-    if (!error) error = file_calls::remove(path);
-    const std::error_code removed = file_calls::remove(folder);
-    return error ? error : removed;
+    return numberedDescriptor(name);
 }
 
 std::error_code waitFor(int descriptor, const std::function<bool()>& goesOn) {
@@ -77,7 +49,7 @@ public:
 
     Result<void> open();
     Result<void> copy();
-    OpenFile takeFile() { return std::move(*file_); }
+    UnnamedFile takeFile() { return std::move(file_); }
 
 private:
     int source() const { return pipe_ ? pipe_->descriptor() : *open_; }
@@ -95,7 +67,7 @@ private:
     const StreamedFiles::Reading& reading_;
     const std::optional<int> open_ = descriptorOf(name_); // as it was handed to this process
     std::optional<OpenFile> pipe_;                        // else
-    std::optional<OpenFile> file_;
+    UnnamedFile file_;
     std::vector<std::byte> head_; // what isWanted waits for
     std::size_t headBytes_ = 0;   // of which so many came
     bool asked_ = false;
@@ -118,7 +90,7 @@ Result<void> Spool::open() {
     else
         pipe_.emplace(name_, O_RDONLY | O_NONBLOCK, error);
     if (error) return notRead(error);
-    if ((error = openNameless(file_))) return notKept(error);
+    if ((error = file_.open(temporaryFolder()))) return notKept(error);
     return {};
 }
 
@@ -144,7 +116,7 @@ Result<void> Spool::copy() {
         if (total > reading_.mostBytes)
             return failure("holds more than " + std::to_string(reading_.mostBytes >> 20) +
                            " MiB; a shorter one is needed");
-        if ((error = file_calls::write(file_->descriptor(), bytes, name_))) return notKept(error);
+        if ((error = file_.write(bytes))) return notKept(error);
         if (!isWanted(bytes, got == 0) || got == 0) return {};
     }
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/files/file_bytes.h"
-#include "platform/files/open_file.h"
+#include "platform/files/unnamed_file.h"
 #include "platform/text/result.h"
 
 #include <cstddef>
@@ -33,9 +33,8 @@ std::string inputTitle(const std::filesystem::path& name);
 std::string inputStem(const std::filesystem::path& name);
 
 /// Readers want to seek, measure and read twice, which no pipe can: it is copied to a file without
-/// a name, on a disk ($TMPDIR, else /var/tmp), which is gone with this whatever happens. Its
-/// readers must not outlive this; processes that are forked may use it. One thread at a time, MAIN
-/// or WORKER.
+/// a name in temporaryFolder(), which is gone with this whatever happens. Its readers must not
+/// outlive this; processes that are forked may use it. One thread at a time, MAIN or WORKER.
 class StreamedFiles {
 public:
     struct Reading {
@@ -56,7 +55,7 @@ public:
     std::variant<FileBytes, NotOpened> open(const std::filesystem::path& path) const;
 
 private:
-    std::map<std::filesystem::path, OpenFile> taken_; // by typed name
+    std::map<std::filesystem::path, UnnamedFile> taken_; // by typed name
 };
 
 } // namespace zephyra

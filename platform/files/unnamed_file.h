@@ -26,6 +26,9 @@ public:
     std::size_t readAt(std::uint64_t offset, std::span<std::byte> bytes,
                        std::error_code& error) const;
 
+    /// By which other readers, and processes that are forked, see it; only once it was opened.
+    int descriptor() const noexcept { return file_->descriptor(); }
+
 private:
     std::optional<OpenFile> file_;
 };
