@@ -9,7 +9,6 @@
 #include "platform/text/quantities.h"
 #include "platform/text/text_numbers.h"
 
-#include <algorithm>
 #include <array>
 #include <optional>
 

@@ -1,5 +1,6 @@
 #include "pictures/axis_ticks.h"
 
+#include "platform/text/decibels.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>
@@ -73,7 +74,7 @@ std::vector<Tick> frequencyTicks(double low, double high) {
 std::vector<Tick> levelTicks(double scale) {
     std::vector<Tick> ticks = {{0.5, "-\u221E"}};
     for (const double decibels : {0.0, -6.0, -12.0, -24.0, -36.0}) {
-        const double height = std::pow(10.0, decibels / 20) / scale;
+        const double height = factorOf(decibels) / scale;
         if (height > 1.001 || ticks.size() > 4) continue;
         const std::string label = std::to_string(static_cast<int>(decibels));
         ticks.push_back({0.5 + height / 2, height > 0.3 ? label : ""});

@@ -5,8 +5,6 @@
 #include "platform/text/message_text.h"
 #include "presets/preset_facts.h"
 
-#include <algorithm>
-#include <iterator>
 #include <vector>
 
 namespace zephyra {

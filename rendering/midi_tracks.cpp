@@ -1,5 +1,7 @@
 #include "rendering/midi_tracks.h"
 
+#include "platform/text/message_text.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <optional>
@@ -55,10 +57,6 @@ private:
 /// Of a file that lost something on its way.
 Failure damaged(const std::string& what) {
     return {what + "; save it again, or fetch another copy"};
-}
-
-std::string counted(std::size_t count, const std::string& thing) {
-    return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
 }
 
 /// How many data bytes a channel message has.

@@ -20,7 +20,4 @@ inline constexpr double kLowestGain = -120, kHighestGain = 60; ///< decibels
 /// The factor by which a render of this peak is to be multiplied for type. Any thread.
 double gainFactor(const OutputGain& gain, double peak, const OutputType& type);
 
-double decibelsOf(double factor); ///< of a factor above 0
-double factorOf(double decibels);
-
 } // namespace zephyra

@@ -2,6 +2,7 @@
 
 #include "audiounit/control_text.h"
 #include "engine/envelope_menu.h"
+#include "platform/text/decibels.h"
 #include "platform/text/text_numbers.h"
 #include "rendering/time_order.h"
 
@@ -15,14 +16,10 @@ namespace zephyra {
 
 namespace {
 
+constexpr const char* kSilence = "-\u221E dB";
 constexpr std::array<ControlId, 6> kAlwaysTold = {ControlId::density,  ControlId::length,
                                                   ControlId::pitch,    ControlId::rndPitch,
                                                   ControlId::scanning, ControlId::jittering};
-
-std::string decibelText(double level) {
-    if (level <= 0) return "-\u221E dB";
-    return formatFixed(20 * std::log10(level), 1) + " dB";
-}
 
 std::vector<std::string> settingTexts(const RenderPlan& plan) {
     const auto value = [&plan](ControlId id) { return plan.initial[static_cast<std::size_t>(id)]; };
@@ -51,8 +48,8 @@ std::vector<std::string> factTexts(const RenderPlan& plan, const RenderStatistic
             formatNumber(plan.sampleRate) + " Hz",
             std::to_string(statistics.startedGrains) + " grains",
             std::to_string(statistics.droppedGrains) + " dropped",
-            "peak " + decibelText(file.peak()),
-            "rms " + decibelText(file.rms()),
+            "peak " + decibelText(file.peak(), kSilence),
+            "rms " + decibelText(file.rms(), kSilence),
             "seed " + std::to_string(plan.seed),
             "block " + std::to_string(plan.blockFrames)};
 }

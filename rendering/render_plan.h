@@ -24,6 +24,8 @@ namespace zephyra {
 /// The displayed value of every control, by ControlId.
 using ControlValues = std::array<float, kControlCount>;
 
+// MAIN.
+
 /// What controlRanges() says.
 ControlValues defaultControlValues();
 

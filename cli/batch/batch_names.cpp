@@ -3,7 +3,6 @@
 #include "platform/files/file_name.h"
 #include "platform/text/names.h"
 
-#include <algorithm>
 #include <cstddef>
 
 namespace zephyra {

@@ -12,6 +12,7 @@
 
 namespace zephyra {
 
+/// A render on its way from the options to its end. Plain data.
 struct BatchJob {
     std::string name;                     ///< of its files, without folder and extension
     std::filesystem::path input;          ///< empty: the preset's sample
@@ -25,13 +26,15 @@ inline constexpr const char* kContactSheet = "contact-sheet"; // .png
 
 /// A job for every INPUT and every preset, in that order, all with one seed; neither replaces a
 /// file that another reads. Fails with what holds for all of them; code then tells how to end.
+/// MAIN.
 Result<std::vector<BatchJob>> planBatch(const RenderOptions& options, const Folders& folders,
                                         const KnownFiles& known, ExitCode& code);
 
-/// For an --out-dir that cannot be made.
+/// For an --out-dir that cannot be made. Any thread.
 Failure noOutFolder(const std::filesystem::path& folder, const std::string& why);
 
-/// What all of jobs ended with, where all failed for the same reason; null else.
+/// What all of jobs ended with, where all failed for the same reason; null else. Any
+/// thread.
 const RenderEnd* commonFailure(const std::vector<BatchJob>& jobs);
 
 } // namespace zephyra

@@ -9,6 +9,7 @@
 #include "pictures/cairo/render_cell.h"
 #include "platform/files/folder_entries.h"
 #include "platform/text/log.h"
+#include "platform/text/message_text.h"
 #include "rendering/request_streams.h"
 
 #include <algorithm>
@@ -91,14 +92,13 @@ bool renderJobs(std::vector<BatchJob>& jobs, const Folders& folders, const Known
         [&](std::size_t i, JobLine& line) {
             return renderInChild(*ready[i], folders, known, cell, line);
         },
-        events, [] { return interrupted(); });
+        events, interrupted);
 }
 
 std::string heading(const std::vector<BatchJob>& jobs, const RenderOptions& options) {
-    const std::string count = std::to_string(jobs.size());
-    if (!options.played) return count + " sounds";
-    return std::string(stemOf(jobs.front().preset->bank)) + " \u00B7 " + count +
-           (jobs.size() == 1 ? " render" : " renders");
+    if (!options.played) return std::to_string(jobs.size()) + " sounds";
+    return std::string(stemOf(jobs.front().preset->bank)) + " \u00B7 " +
+           counted(jobs.size(), "render");
 }
 
 Result<void> drawSheet(std::vector<BatchJob>& jobs, const RenderOptions& options) {
@@ -130,7 +130,7 @@ Result<void> takeAllStreams(std::vector<BatchJob>& jobs) {
     for (BatchJob& job : jobs) {
         if (!job.request) continue;
         job.request->streams = streams;
-        const auto taken = takeStreams(*job.request, *streams, [] { return !interrupted(); });
+        const auto taken = takeStreams(*job.request, *streams, goesOn);
         if (!taken) return taken;
     }
     return {};

@@ -23,10 +23,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string countText(std::size_t presets) {
-    return std::to_string(presets) + (presets == 1 ? " preset" : " presets");
-}
-
 std::string stem(const std::string& bank) {
     return std::string(stemOf(bank));
 }
@@ -75,7 +71,7 @@ ExitCode listBanks(BankFolder& banks, const std::vector<ListedBank>& listed, boo
             const std::string purpose = bank.isFactory() ? bankPurpose(file) : std::string();
             const std::string needs = needsText(facts);
             tellFacts(entry, facts, purpose);
-            table.addRow({stem(bank.name), ownerOf(bank), countText(facts.presets),
+            table.addRow({stem(bank.name), ownerOf(bank), counted(facts.presets, "preset"),
                           purpose.empty() ? needs : purpose + "; " + needs});
         } else {
             entry["problem"] = content.message();

@@ -26,10 +26,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string counted(std::size_t count, const char* one) {
-    return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
-}
-
 /// What was found out about the file, and done.
 struct Report {
     CheckedBank checked;
@@ -96,7 +92,7 @@ CheckedBank checkFile(std::vector<std::byte> bytes, const fs::path& file, const 
     CheckedBank checked =
         checkBank(std::move(bytes), makeRecordCheck(folders), [&bar](double share) {
             bar.update(share);
-            return !interrupted();
+            return goesOn();
         });
     checked.isWhole = checked.isWhole && !interrupted(); // also within the last one
     return checked;

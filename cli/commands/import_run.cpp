@@ -30,7 +30,7 @@ ExitCode importAll(const std::vector<std::string>& files, const ImportOne& impor
         if (interrupted()) return stopped("interrupted; " + files[n] + " was not imported");
         const auto done = importOne(files[n], [&bar, n, count = files.size()](double share) {
             bar.update((static_cast<double>(n) + share) / static_cast<double>(count));
-            return !interrupted();
+            return goesOn();
         });
         if (!done && interrupted()) return stopped(done.message());
         bar.clear();

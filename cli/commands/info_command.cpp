@@ -69,10 +69,6 @@ std::string textInfo(const SoundFileInfo& info, const Measured& measured) {
            "\ndc        " + offsetsText(measured.levels) + "\n";
 }
 
-bool goesOn() {
-    return !interrupted();
-}
-
 Result<SoundFile> readMeasured(const std::filesystem::path& file, const StreamedFiles& streams,
                                Measured& measured) {
     auto opened = openSoundFile(file, streams);

@@ -31,10 +31,6 @@ std::string nameOf(const Bank& bank, const std::string& key) {
     return inQuotes(snapshotTag(bank, key).value_or(kUnnamed));
 }
 
-std::string countText(std::size_t presets) {
-    return std::to_string(presets) + (presets == 1 ? " preset" : " presets");
-}
-
 /// The presets, in a bank that may be changed.
 Result<PickedPresets> pickOwnPresets(BankFolder& banks, const std::string& bank,
                                      const std::string& preset) {
@@ -100,7 +96,7 @@ ExitCode deleteBank(BankFolder& banks, const DeleteRequest& request) {
     const auto seen = banks.read(bank.value());
     const std::string what =
         quotedBank(bank.value()) +
-        (seen ? " with " + countText(seen.value()->size())
+        (seen ? " with " + counted(seen.value()->size(), "preset")
               : ", which cannot be read (`zephyra check` may find presets in it),");
     if (!request.yes) return notWithoutYes(what);
     const auto removed = banks.remove(bank.value(), seen ? seen.value() : nullptr);
@@ -113,9 +109,9 @@ ExitCode deletePresets(BankFolder& banks, const DeleteRequest& request) {
     const auto picked = pickOwnPresets(banks, request.bank, *request.preset);
     if (!picked) return fail(picked.message());
     const auto& [name, content, keys] = picked.value();
-    const std::string what = keys.size() == 1
-                                 ? nameOf(*content, keys.front()) + " of " + quotedBank(name)
-                                 : "all " + countText(keys.size()) + " of " + quotedBank(name);
+    const std::string what =
+        keys.size() == 1 ? nameOf(*content, keys.front()) + " of " + quotedBank(name)
+                         : "all " + counted(keys.size(), "preset") + " of " + quotedBank(name);
     if (keys.empty()) return done(quotedBank(name) + " holds no preset");
     if (!request.yes) return notWithoutYes(what);
     const auto changed = banks.change(name, deletingPresets(content, keys));
@@ -190,7 +186,7 @@ ExitCode withBanks(const CommandContext& context, ExitCode (*run)(BankFolder&, c
     const Folders& folders = context.folders;
     if (const auto ready = readySharedFolder(folders); !ready) return fail(ready.message());
     BankFolder banks(folders);
-    banks.setLockWait({.goesOn = [] { return !interrupted(); }});
+    banks.setLockWait({.goesOn = goesOn});
     return run(banks, request);
 }
 

@@ -80,7 +80,7 @@ ExitCode runPresetExport(const CommandContext& context, const PresetExportReques
         return endWith(ExitCode::wrongUsage, target.value().string() +
                                                  " would stand among the banks in use; choose "
                                                  "another folder with -o, or `preset copy`");
-    SoundEmbedding sounds(folders, [] { return !interrupted(); });
+    SoundEmbedding sounds(folders, goesOn);
     const Bank bank = bankToGo(picked.value(), folders, sounds);
     if (interrupted())
         return endWith(ExitCode::failure,
@@ -88,8 +88,7 @@ ExitCode runPresetExport(const CommandContext& context, const PresetExportReques
     if (const auto written = write(target.value(), bank, request.yes); !written)
         return endWith(ExitCode::failure, written.message());
 
-    std::string text = target.value().string() + " holds " + std::to_string(bank.size()) +
-                       (bank.size() == 1 ? " preset" : " presets");
+    std::string text = target.value().string() + " holds " + counted(bank.size(), "preset");
     // The bank is of use for all that it holds; that it lacks something is a failure all the same.
     ExitCode code = printOut(onOneLine(text) + "\n");
     for (const std::string& note : sounds.notes()) code = endWith(ExitCode::failure, note);

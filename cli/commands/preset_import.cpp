@@ -55,9 +55,8 @@ Result<std::string> importFile(BankFolder& banks, const PresetImportRequest& req
                                         request.yes ? IfTaken::replace : IfTaken::refuse);
         if (!added) return Failure{added.message()};
         if (!added.value()) return nameIsTaken(file.name);
-        const std::size_t count = file.content->size();
-        return onOneLine(quotedBank(file.name)) + " is there, with " + std::to_string(count) +
-               (count == 1 ? " preset\n" : " presets\n");
+        return onOneLine(quotedBank(file.name)) + " is there, with " +
+               counted(file.content->size(), "preset") + "\n";
     }
     const auto target = findOrNameBank(banks, *request.bank);
     if (!target) return target;
@@ -105,7 +104,7 @@ ExitCode runPresetImport(const CommandContext& context, const PresetImportReques
         return endWith(ExitCode::wrongUsage, fits.message());
     const Folders& folders = context.folders;
     BankFolder banks(folders);
-    banks.setLockWait({.goesOn = [] { return !interrupted(); }});
+    banks.setLockWait({.goesOn = goesOn});
     if (const auto free = checkFactoryBanks(banks, request); !free)
         return endWith(ExitCode::wrongUsage, free.message());
     bool isReady = false; // a folder is made for what can be read alone

@@ -103,7 +103,7 @@ ExitCode runRender(const CommandContext& context, const RenderOptions& typed) {
                            " is a terminal, which plays no sound; name a file with -o, or send "
                            "the sound on with | or >");
     const auto streams = std::make_shared<StreamedFiles>();
-    if (const auto taken = takeStreams(request, *streams, [] { return !interrupted(); }); !taken)
+    if (const auto taken = takeStreams(request, *streams, goesOn); !taken)
         return endWith(failureOrInterrupt(), taken.message());
     request.streams = streams;
     const auto shown = options.quiet ? ProgressBar::Shown::never : ProgressBar::Shown::onTerminal;

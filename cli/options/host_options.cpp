@@ -3,7 +3,6 @@
 #include "platform/text/names.h"
 #include "platform/text/text_numbers.h"
 
-#include <array>
 #include <bit>
 #include <string_view>
 

@@ -51,15 +51,13 @@ Result<ReadSource> readSource(const RenderRequest& request, const Folders& folde
     ProgressBar bar("Reading  ", shown);
     return readRenderSource(request, folders, known.sounds, [&bar](double share) {
         bar.update(share);
-        return !interrupted();
+        return goesOn();
     });
 }
 
 /// Opens what will be written before the long work begins.
 Result<void> openFiles(Job& job, const ReadSource& read) {
-    if (auto opened = job.output.open(job.request, job.plan(), [] { return !interrupted(); });
-        !opened)
-        return opened;
+    if (auto opened = job.output.open(job.request, job.plan(), goesOn); !opened) return opened;
     if (auto writable = checkStateFile(job.request.host.saveState); !writable) return writable;
     if (const auto& take = job.request.motion.recordScrub)
         if (auto opened = job.takeFile.open(*take); !opened) return opened;
@@ -174,7 +172,7 @@ RenderEnd renderFile(const RenderRequest& request, const Folders& folders, const
                      ProgressBar::Shown bar, const std::function<void(double share)>& told,
                      LogSink log, const std::function<void(const RenderPicture&)>& seen) {
     BankFolder banks(folders, known.banks);
-    banks.setLockWait({.goesOn = [] { return !interrupted(); }});
+    banks.setLockWait({.goesOn = goesOn});
     if (request.savedPreset)
         if (const auto free = checkPresetSaving(banks, *request.savedPreset); !free)
             return wrongUsage(free.message());

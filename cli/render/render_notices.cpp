@@ -1,6 +1,7 @@
 #include "cli/render/render_notices.h"
 
 #include "platform/sound/channel_levels.h"
+#include "platform/text/decibels.h"
 #include "platform/text/odd_bytes.h"
 #include "platform/text/text_numbers.h"
 
@@ -22,10 +23,6 @@ constexpr double kLeastOffset = 0.01, kLeastOffsetOfRms = 0.1;
 constexpr double kLeastCancelled = 10.0; // dB
 constexpr double kLeastDropped = 0.05;   // of all grains
 constexpr std::uint32_t kInputChannels = 2;
-
-std::string decibels(double level) {
-    return formatFixed(20 * std::log10(level), 1) + " dB";
-}
 
 bool isNotable(double offset, double rms) {
     return std::abs(offset) >= std::max(kLeastOffset, kLeastOffsetOfRms * rms);
@@ -64,6 +61,7 @@ private:
     void addOffset(const std::string& name, const SignalLevel& level);
     void addRegion();
     void addGrains();
+    void addLimiting();
     void addOutput();
     std::string whySilent() const;
     bool regionIsSilent() const;
@@ -100,7 +98,7 @@ void Notices::addSilence(const std::string& name, const ChannelLevels& levels) {
 void Notices::addOffset(const std::string& name, const SignalLevel& level) {
     if (isNotable(level.mean(), level.rms()))
         add(name, " has a DC offset of " + offsetText(level.mean()) + " of full scale (" +
-                      decibels(std::abs(level.mean())) +
+                      decibelText(std::abs(level.mean())) +
                       "), which grains turn into thumps; take it out with a high-pass filter");
 }
 
@@ -182,6 +180,18 @@ std::string Notices::whySilent() const {
     return "check --start and --end, and what moves Amplitude";
 }
 
+/// How far to turn down, and how.
+void Notices::addLimiting() {
+    const OutputFile& file = outcome_.file;
+    if (file.limitedSamples() == 0) return;
+    // Rounded up: what it says is enough.
+    const double excess = std::ceil(decibelsOf(file.peak()) * 10) / 10;
+    add(outputTitle(request().output),
+        ": " + std::to_string(file.limitedSamples()) + " samples exceeded full scale by up to " +
+            formatFixed(excess, 1) +
+            " dB and were limited; turn down with --gain auto, lower Amplitude, or write --float");
+}
+
 void Notices::addOutput() {
     const OutputFile& file = outcome_.file;
     addGrains();
@@ -189,8 +199,8 @@ void Notices::addOutput() {
         add(output(), " is silent though " + sourceName() + " is not: " + whySilent());
     if (isNotable(file.offset(), file.rms()))
         add(output(), " has a DC offset of " + offsetText(file.offset()) + " of full scale (" +
-                          decibels(std::abs(file.offset())) + ")");
-    if (file.limitedSamples() > 0) lines_.push_back(limitNotice(request(), file));
+                          decibelText(std::abs(file.offset())) + ")");
+    addLimiting();
 }
 
 } // namespace

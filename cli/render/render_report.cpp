@@ -4,6 +4,7 @@
 #include "engine/envelope_menu.h"
 #include "platform/audio_unit/audio_unit_status.h"
 #include "platform/cpu_level.h"
+#include "platform/text/decibels.h"
 #include "platform/text/message_text.h"
 #include "platform/text/text_numbers.h"
 
@@ -20,10 +21,6 @@ double secondsOf(const RenderPlan& plan) {
 
 double speedOf(const RenderOutcome& outcome) {
     return secondsOf(outcome.plan) / std::max(outcome.statistics.renderSeconds, 1e-9);
-}
-
-std::string decibelText(double level) {
-    return level > 0 ? formatFixed(20 * std::log10(level), 1) + " dB" : "silent";
 }
 
 /// ", turned down by 3.4 dB", or nothing.
@@ -53,15 +50,12 @@ void addMotion(nlohmann::ordered_json& json, const RenderOutcome& outcome) {
 
 /// ", 2 LFOs, a take of 30 positions", or nothing.
 std::string motionText(const RenderOutcome& outcome) {
-    const auto counted = [](std::size_t count, const char* one) {
-        return count == 0 ? std::string()
-                          : ", " + std::to_string(count) + " " + one + (count == 1 ? "" : "s");
-    };
     const RenderPlan& plan = outcome.plan;
-    std::string text =
-        counted(plan.counts.lfos, "LFO") + counted(plan.counts.controllers, "learned controller");
-    if (plan.counts.takePoints > 0)
-        text += ", a take of " + std::to_string(plan.counts.takePoints) + " positions";
+    const auto [lfos, controllers, takePoints] = plan.counts;
+    std::string text;
+    if (lfos > 0) text += ", " + counted(lfos, "LFO");
+    if (controllers > 0) text += ", " + counted(controllers, "learned controller");
+    if (takePoints > 0) text += ", a take of " + std::to_string(takePoints) + " positions";
     if (plan.motion.recordScrub)
         text += ", " + std::to_string(outcome.recordedPositions) + " positions kept in " +
                 plan.motion.recordScrub->string();
@@ -144,14 +138,6 @@ std::string jsonReport(const RenderOutcome& outcome, const ReadSource& read,
 
 std::string levelText(const OutputFile& file) {
     return "rms " + decibelText(file.rms()) + ", peak " + decibelText(file.peak());
-}
-
-std::string limitNotice(const RenderRequest& request, const OutputFile& file) {
-    // Rounded up: what it says is enough.
-    const double excess = std::ceil(decibelsOf(file.peak()) * 10) / 10;
-    return outputTitle(request.output) + ": " + std::to_string(file.limitedSamples()) +
-           " samples exceeded full scale by up to " + formatFixed(excess, 1) +
-           " dB and were limited; turn down with --gain auto, lower Amplitude, or write --float";
 }
 
 std::string outputLine(const RenderOutcome& outcome) {

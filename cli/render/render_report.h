@@ -24,6 +24,8 @@ struct RenderOutcome {
     std::string sample = {};       ///< the preset's sample, where it is what was played
 };
 
+// Any thread but RENDER.
+
 /// A JSON object for scripts, with a line end; notices are those of render_notices.h.
 std::string jsonReport(const RenderOutcome& outcome, const ReadSource& read,
                        const std::vector<std::string>& notices);
@@ -33,9 +35,6 @@ std::string textReport(const RenderOutcome& outcome);
 
 /// The first of them.
 std::string outputLine(const RenderOutcome& outcome);
-
-/// What people should know of a file that limited samples: how far to turn down, and how.
-std::string limitNotice(const RenderRequest& request, const OutputFile& file);
 
 /// "rms -18.2 dB, peak -3.1 dB".
 std::string levelText(const OutputFile& file);

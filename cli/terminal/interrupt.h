@@ -17,6 +17,11 @@ void watchInterruptsOfParent();
 /// Whether such a signal has come. Any thread.
 bool interrupted() noexcept;
 
+/// Whether long work is to go on, for what asks that. Any thread.
+inline bool goesOn() noexcept {
+    return !interrupted();
+}
+
 /// How a command ends that waited for another program and got no further. Any thread.
 inline ExitCode failureOrInterrupt() noexcept {
     return interrupted() ? ExitCode::interrupted : ExitCode::failure;

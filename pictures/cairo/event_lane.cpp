@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <string>
+#include <utility>
 
 namespace zephyra {
 
@@ -57,9 +58,9 @@ double EventLane::height() const {
     return rows == 0 ? 0 : static_cast<double>(rows) * kRowHeight + kBelow;
 }
 
-std::string EventLane::textOf(const EventLabel& label, double room, Canvas& canvas) const {
+std::string EventLane::textOf(const EventLabel& label, Canvas& canvas) const {
     return label.others > 0 ? othersText(label.others)
-                            : canvas.fitted(events_[label.event].label, room, kStyle);
+                            : canvas.fitted(events_[label.event].label, kLongestLabel, kStyle);
 }
 
 void EventLane::draw(Canvas& canvas, const Box& box, double bottom) const {
@@ -75,7 +76,7 @@ void EventLane::draw(Canvas& canvas, const Box& box, double bottom) const {
     }
     drawLines(canvas, tops, bottom, box.width);
     for (const EventLabel& label : labels_) {
-        const std::string text = textOf(label, kLongestLabel, canvas);
+        const std::string text = textOf(label, canvas);
         const TextStyle& style = label.others > 0 ? kOthersStyle : kStyle;
         const double x = box.x + label.left;
         const double y = box.y + static_cast<double>(label.row) * kRowHeight;

@@ -22,7 +22,7 @@ public:
     void draw(Canvas& canvas, const Box& box, double bottom) const;
 
 private:
-    std::string textOf(const EventLabel& label, double room, Canvas& canvas) const;
+    std::string textOf(const EventLabel& label, Canvas& canvas) const;
 
     const std::vector<EventMark>& events_;
     std::vector<double> places_; // pixels along the lane

@@ -3,7 +3,6 @@
 #include "pictures/cairo/grain_lane.h"
 #include "pictures/cairo/sound_lanes.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <vector>

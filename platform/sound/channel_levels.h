@@ -1,7 +1,6 @@
 // ChannelLevels: offset, power and peak of a sound's channels and of their mean.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -21,7 +20,7 @@ struct SignalLevel {
 /// Below this nobody hears anything: half a step of 16 bits comes to -90.3 dB.
 inline constexpr double kSilence = 3.1622776601683795e-5; // -90 dB
 
-/// A DC offset of full scale: "0.00 %", "-12.50 %".
+/// A DC offset of full scale: "0.00 %", "-12.50 %". Any thread but RENDER.
 std::string offsetText(double mean);
 
 /// Measures a sound block by block, one thread at a time, any but RENDER.

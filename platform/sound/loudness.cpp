@@ -2,6 +2,8 @@
 
 #include "platform/sound/loudness.h"
 
+#include "platform/text/decibels.h"
+
 #include <algorithm>
 #include <cmath>
 #include <ebur128.h>
@@ -37,7 +39,7 @@ void LoudnessMeter::add(const float* interleaved, std::uint32_t frames) {
 
 Loudness LoudnessMeter::measure() const {
     Loudness loudness;
-    if (peak_ > 0.0f) loudness.peakDecibels = 20.0 * std::log10(double{peak_});
+    if (peak_ > 0.0f) loudness.peakDecibels = decibelsOf(double{peak_});
     double lufs = 0.0;
     if (meter_ && ebur128_loudness_global(meter_->state, &lufs) == EBUR128_SUCCESS &&
         std::isfinite(lufs))

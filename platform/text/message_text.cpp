@@ -4,7 +4,6 @@
 #include "platform/text/odd_bytes.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace zephyra {
 
@@ -34,6 +33,10 @@ std::string spokenList(const std::vector<std::string>& names, const std::string&
         list += names[i];
     }
     return list;
+}
+
+std::string counted(std::size_t count, const std::string& one) {
+    return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
 }
 
 } // namespace zephyra

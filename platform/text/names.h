@@ -8,11 +8,13 @@
 
 namespace zephyra {
 
+// Any thread but RENDER.
+
 /// name without case, spaces and punctuation: "Dry/Wet" and "dry wet" are both "drywet".
 std::string plainName(std::string_view name);
 
 /// Two texts that differ in case alone, or in how accents are put together, fold to the same. Text
-/// that is not UTF-8 comes back unchanged. Any thread but RENDER; throws std::bad_alloc.
+/// that is not UTF-8 comes back unchanged. Throws std::bad_alloc.
 std::string foldCase(std::string_view text);
 
 /// How many letters must be inserted, removed, replaced or swapped with their neighbour to turn one

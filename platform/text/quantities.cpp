@@ -1,5 +1,6 @@
 #include "platform/text/quantities.h"
 
+#include "platform/text/decibels.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>
@@ -133,7 +134,7 @@ std::optional<double> parseIn(std::string_view unit, std::string_view text) {
 std::optional<double> parseLevel(std::string_view text) {
     if (const auto linear = parseIn("x", text)) return linear;
     const auto decibels = parseIn("dB", text);
-    return decibels ? std::optional(std::pow(10.0, *decibels / 20)) : std::nullopt;
+    return decibels ? std::optional(factorOf(*decibels)) : std::nullopt;
 }
 
 std::optional<TypedTime> parseTime(std::string_view text) {

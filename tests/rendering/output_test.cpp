@@ -1,5 +1,6 @@
 // The way of a render's samples into its file, or into what is none.
 
+#include "platform/text/decibels.h"
 #include "rendering/render_output.h"
 #include "tests/support/failing_calls.h"
 
