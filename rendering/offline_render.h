@@ -10,60 +10,16 @@
 #include "rendering/held_input.h"
 #include "rendering/render_motion.h"
 #include "rendering/render_plan.h"
+#include "rendering/render_source.h"
+#include "rendering/rendered_block.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
-#include <span>
-#include <string>
-#include <utility>
 #include <vector>
 
 namespace zephyra {
-
-/// What is played: a sample, a host's input, or both.
-struct RenderSource {
-    std::shared_ptr<const mokSample> sample = {}; ///< null for an effect on its input alone
-    SampleReference reference = {};               ///< of sample
-    /// The host's input, of equal length; empty: none.
-    std::vector<float> inputLeft = {}, inputRight = {};
-};
-
-/// How the scan goes through a cycle.
-struct CycleScan {
-    bool plays = false;         ///< grains start; else it stands, and nobody hears where
-    double phase = 0;           ///< where in its region it begins, 0 to 1
-    double travel = 0;          ///< regions that it crosses by the cycle's end
-    double start = 0, span = 1; ///< of the region; fractions of the buffer that is read
-};
-
-/// A part of a block that was rendered at one go: MAIN stood still meanwhile.
-struct RenderedCycle {
-    std::uint32_t end; ///< frames from the block's start; the next one begins there
-    float amplitude;   ///< that its grains started with
-    CycleScan scan = {};
-    std::uint64_t heard = 0; ///< frames of live input that the sound it is cut from ends with
-};
-
-/// One block as it was rendered.
-struct RenderedBlock {
-    std::uint64_t firstFrame;
-    std::uint32_t frames;
-    float* left; ///< may be overwritten
-    float* right;
-    std::span<const GrainRecord> grains;   ///< those that were scheduled in it
-    std::span<const RenderedCycle> cycles; ///< in order; at least one
-    std::span<const float> moved = {};     ///< linear values of the plan's moved controls, after it
-
-    /// Of a frame of the output that lies in this block.
-    const RenderedCycle& cycleOf(std::uint64_t frame) const;
-};
-
-struct RenderStatistics {
-    std::uint64_t startedGrains = 0, droppedGrains = 0;
-    double renderSeconds = 0; ///< of this machine's time, the consumer's not counted
-};
 
 /// Order of calls: prepare, run once. MAIN; it is RENDER itself meanwhile.
 class OfflineRender {
@@ -97,10 +53,8 @@ public:
     /// Where the scan stood while grains started; null where the plan keeps no take.
     const TakeRecorder* recordedTake() const { return motion_.recorded(); }
 
-    /// Frames of the buffer that live input is kept in.
-    static constexpr std::uint64_t kLiveFrames = WaveForm::kLiveFrames;
-
 private:
+    static Failure memoryIsShort();
     Result<void> loadSample();
     Result<void> restore();
     Result<void> restoreState();

@@ -6,10 +6,6 @@
 
 namespace zephyra {
 
-const RenderedCycle& RenderedBlock::cycleOf(std::uint64_t frame) const {
-    return *std::ranges::upper_bound(cycles, frame - firstFrame, {}, &RenderedCycle::end);
-}
-
 void OfflineRender::queueSettings(std::uint64_t firstFrame, std::uint32_t frames) {
     const std::vector<TimedSetting>& all = plan_.timedSettings;
     for (; nextSetting_ < all.size(); ++nextSetting_) {

@@ -2,6 +2,7 @@
 
 #include "rendering/midi_notes.h"
 #include "rendering/picture_texts.h"
+#include "stream/live_buffer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,7 +15,7 @@ PictureRecorder::PictureRecorder(const RenderPlan& plan, const SoundFileInfo& so
                                  const PictureGrid& grid)
     : plan_(plan), sourceFrames_(static_cast<double>(source.frames)),
       readFrames_(plan.use == SourceUse::live
-                      ? static_cast<double>(OfflineRender::kLiveFrames)
+                      ? static_cast<double>(WaveForm::kLiveFrames)
                       : std::max(sourceFrames_, static_cast<double>(mokSample::kSmallestFrames))),
       readRate_(source.sampleRate), picture_({.sourceFrames = source.frames,
                                               .sourceRate = source.sampleRate,

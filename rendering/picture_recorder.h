@@ -3,8 +3,9 @@
 
 #include "pictures/render_picture.h"
 #include "platform/sound/sound_file.h"
-#include "rendering/offline_render.h"
 #include "rendering/output_file.h"
+#include "rendering/render_plan.h"
+#include "rendering/rendered_block.h"
 
 #include <span>
 #include <string>

@@ -3,9 +3,9 @@
 
 #include "pictures/grain_map.h"
 #include "pictures/render_picture.h"
-#include "rendering/offline_render.h"
 #include "rendering/output_file.h"
 #include "rendering/render_plan.h"
+#include "rendering/rendered_block.h"
 
 #include <string>
 #include <vector>

@@ -5,8 +5,8 @@
 #include "platform/sound/channel_levels.h"
 #include "platform/sound/sound_file.h"
 #include "platform/text/result.h"
-#include "rendering/offline_render.h"
 #include "rendering/render_request.h"
+#include "stream/sample_reading.h"
 
 #include <filesystem>
 #include <functional>
@@ -16,6 +16,14 @@
 #include <vector>
 
 namespace zephyra {
+
+/// What is played: a sample, a host's input, or both.
+struct RenderSource {
+    std::shared_ptr<const mokSample> sample = {}; ///< null for an effect on its input alone
+    SampleReference reference = {};               ///< of sample
+    /// The host's input, of equal length; empty: none.
+    std::vector<float> inputLeft = {}, inputRight = {};
+};
 
 /// What was read.
 struct ReadSource {
