@@ -2,8 +2,8 @@
 // with one line of text, or with events in time's order whose values a control takes.
 
 #include "fuzz/require.h"
-#include "rendering/automation_file.h"
-#include "rendering/midi_file.h"
+#include "rendering/events/automation_file.h"
+#include "rendering/events/midi_file.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 #include "rendering/picture_recorder.h"
 
-#include "rendering/midi_notes.h"
+#include "rendering/events/midi_notes.h"
 #include "rendering/picture_texts.h"
 #include "stream/live_buffer.h"
 

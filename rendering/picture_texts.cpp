@@ -4,7 +4,7 @@
 #include "engine/envelope_menu.h"
 #include "platform/text/decibels.h"
 #include "platform/text/text_numbers.h"
-#include "rendering/time_order.h"
+#include "rendering/events/time_order.h"
 
 #include <algorithm>
 #include <array>

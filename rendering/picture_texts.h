@@ -3,7 +3,7 @@
 
 #include "pictures/grain_map.h"
 #include "pictures/render_picture.h"
-#include "rendering/output_file.h"
+#include "rendering/output/output_file.h"
 #include "rendering/render_plan.h"
 #include "rendering/rendered_block.h"
 

@@ -3,8 +3,8 @@
 
 #include "platform/files/unnamed_file.h"
 #include "platform/text/result.h"
-#include "rendering/end_fade.h"
-#include "rendering/output_file.h"
+#include "rendering/output/end_fade.h"
+#include "rendering/output/output_file.h"
 #include "rendering/render_plan.h"
 
 #include <cstdint>

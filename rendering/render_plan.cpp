@@ -5,8 +5,8 @@
 #include "platform/audio_unit/midi_message.h"
 #include "platform/text/text_numbers.h"
 #include "rendering/echo_tail.h"
+#include "rendering/events/take_file.h"
 #include "rendering/render_seed.h"
-#include "rendering/take_file.h"
 #include "stream/echo_sync.h"
 
 #include <algorithm>

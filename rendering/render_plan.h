@@ -5,10 +5,10 @@
 #include "platform/lists/property_list.h"
 #include "platform/sound/sound_file.h"
 #include "platform/text/result.h"
-#include "rendering/automation_lane.h"
-#include "rendering/midi_file.h"
+#include "rendering/events/automation_lane.h"
+#include "rendering/events/midi_file.h"
+#include "rendering/events/time_order.h"
 #include "rendering/render_request.h"
-#include "rendering/time_order.h"
 #include "stream/control_ranges.h"
 
 #include <array>

@@ -6,8 +6,8 @@
 #include "presets/preset_saving.h"
 #include "rendering/host_request.h"
 #include "rendering/motion_request.h"
-#include "rendering/output_gain.h"
-#include "rendering/output_type.h"
+#include "rendering/output/output_gain.h"
+#include "rendering/output/output_type.h"
 #include "stream/control_setting.h"
 
 #include <cstddef>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/threads/run_loop.h"
-#include "rendering/take_file.h"
+#include "rendering/events/take_file.h"
 
 #include <functional>
 #include <utility>

@@ -9,7 +9,7 @@
 #include "library/named_sample.h"
 #include "platform/files/byte_stream.h"
 #include "presets/factory_banks.h"
-#include "rendering/output_sink.h"
+#include "rendering/output/output_sink.h"
 #include "rendering/render_seed.h"
 #include "rendering/request_streams.h"
 

@@ -8,12 +8,12 @@
 #include "platform/files/atomic_file.h"
 #include "platform/files/folder_entries.h"
 #include "presets/preset_saving.h"
+#include "rendering/events/take_file.h"
 #include "rendering/offline_render.h"
 #include "rendering/picture_recorder.h"
 #include "rendering/render_output.h"
 #include "rendering/render_plan.h"
 #include "rendering/render_source.h"
-#include "rendering/take_file.h"
 
 #include <filesystem>
 #include <memory>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "rendering/offline_render.h"
-#include "rendering/output_file.h"
+#include "rendering/output/output_file.h"
 #include "rendering/render_request.h"
 #include "rendering/render_source.h"
 

@@ -1,6 +1,6 @@
 // What a render's host does, and what moves controls by itself, heard in its sound.
 
-#include "rendering/take_file.h"
+#include "rendering/events/take_file.h"
 #include "tests/cli/program.h"
 
 #include <cstring>

@@ -1,8 +1,8 @@
 // Text that moves controls: a host's automation, from the lines of a file to what each block sends,
 // and takes of the scan.
 
-#include "rendering/automation_lane.h"
-#include "rendering/take_file.h"
+#include "rendering/events/automation_lane.h"
+#include "rendering/events/take_file.h"
 #include "tests/support/failing_calls.h"
 
 namespace zephyra {

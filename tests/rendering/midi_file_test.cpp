@@ -1,6 +1,6 @@
 // What is read of MIDI files, whole, odd and broken ones.
 
-#include "rendering/midi_file.h"
+#include "rendering/events/midi_file.h"
 
 #include "platform/text/text_numbers.h"
 

@@ -3,7 +3,7 @@
 #include "engine/envelope_menu.h"
 #include "rendering/echo_tail.h"
 #include "rendering/offline_render.h"
-#include "rendering/output_file.h"
+#include "rendering/output/output_file.h"
 #include "rendering/render_source.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/test_sounds.h"

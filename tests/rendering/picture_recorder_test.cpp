@@ -1,6 +1,6 @@
 // What a render's picture is collected from: grains, notes and the values of moved controls.
 
-#include "rendering/midi_notes.h"
+#include "rendering/events/midi_notes.h"
 #include "rendering/offline_render.h"
 #include "rendering/picture_recorder.h"
 #include "tests/support/test_sounds.h"

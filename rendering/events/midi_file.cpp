@@ -1,8 +1,8 @@
-#include "rendering/midi_file.h"
+#include "rendering/events/midi_file.h"
 
 #include "platform/files/small_file.h"
-#include "rendering/midi_tracks.h"
-#include "rendering/time_order.h"
+#include "rendering/events/midi_tracks.h"
+#include "rendering/events/time_order.h"
 
 #include <cstddef>
 #include <utility>

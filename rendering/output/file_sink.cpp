@@ -1,7 +1,7 @@
 #include "platform/sound/audio_file_error.h"
 #include "platform/sound/float_file_writer.h"
 #include "platform/text/log.h"
-#include "rendering/output_sink.h"
+#include "rendering/output/output_sink.h"
 #include "stream/audio_file_writer.h"
 
 namespace zephyra {

@@ -1,4 +1,4 @@
-#include "rendering/output_type.h"
+#include "rendering/output/output_type.h"
 
 #include "platform/sound/audio_file.h"
 #include "platform/text/names.h"

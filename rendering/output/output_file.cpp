@@ -1,4 +1,4 @@
-#include "rendering/output_file.h"
+#include "rendering/output/output_file.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "rendering/text_lines.h"
+#include "rendering/events/text_lines.h"
 
 #include "platform/files/file_name.h"
 

@@ -1,4 +1,4 @@
-#include "rendering/automation_file.h"
+#include "rendering/events/automation_file.h"
 
 #include "audiounit/control_text.h"
 #include "platform/files/file_name.h"
@@ -6,8 +6,8 @@
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
 #include "platform/text/quantities.h"
-#include "rendering/text_lines.h"
-#include "rendering/time_order.h"
+#include "rendering/events/text_lines.h"
+#include "rendering/events/time_order.h"
 
 #include <cmath>
 #include <optional>

@@ -1,7 +1,7 @@
 // OutputGain: how a finished render is turned up or down.
 #pragma once
 
-#include "rendering/output_type.h"
+#include "rendering/output/output_type.h"
 
 namespace zephyra {
 

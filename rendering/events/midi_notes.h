@@ -2,7 +2,7 @@
 #pragma once
 
 #include "pictures/note_mark.h"
-#include "rendering/midi_file.h"
+#include "rendering/events/midi_file.h"
 
 #include <vector>
 

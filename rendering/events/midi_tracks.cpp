@@ -1,4 +1,4 @@
-#include "rendering/midi_tracks.h"
+#include "rendering/events/midi_tracks.h"
 
 #include "platform/text/message_text.h"
 

@@ -1,4 +1,4 @@
-#include "rendering/output_gain.h"
+#include "rendering/output/output_gain.h"
 
 #include "platform/text/decibels.h"
 

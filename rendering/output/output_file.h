@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/text/result.h"
-#include "rendering/output_sink.h"
+#include "rendering/output/output_sink.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,10 +1,10 @@
-#include "rendering/take_file.h"
+#include "rendering/events/take_file.h"
 
 #include "platform/files/small_file.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
 #include "platform/text/text_numbers.h"
-#include "rendering/text_lines.h"
+#include "rendering/events/text_lines.h"
 
 #include <optional>
 #include <system_error>

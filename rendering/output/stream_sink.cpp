@@ -7,7 +7,7 @@
 #include "platform/sound/audio_file_error.h"
 #include "platform/sound/sample_limits.h"
 #include "platform/sound/wav_header.h"
-#include "rendering/output_sink.h"
+#include "rendering/output/output_sink.h"
 
 #include <algorithm>
 #include <bit>

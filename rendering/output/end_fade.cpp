@@ -1,4 +1,4 @@
-#include "rendering/end_fade.h"
+#include "rendering/output/end_fade.h"
 
 #include <algorithm>
 #include <cmath>

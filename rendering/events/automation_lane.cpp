@@ -1,6 +1,6 @@
-#include "rendering/automation_lane.h"
+#include "rendering/events/automation_lane.h"
 
-#include "rendering/time_order.h"
+#include "rendering/events/time_order.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // AutomationLane: one parameter's automation, asked block by block what its host sends.
 #pragma once
 
-#include "rendering/automation_file.h"
+#include "rendering/events/automation_file.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,7 +3,7 @@
 
 #include "platform/files/byte_stream.h"
 #include "platform/text/result.h"
-#include "rendering/output_type.h"
+#include "rendering/output/output_type.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "rendering/midi_notes.h"
+#include "rendering/events/midi_notes.h"
 
 #include "platform/audio_unit/midi_message.h"
 

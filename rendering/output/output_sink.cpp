@@ -1,4 +1,4 @@
-#include "rendering/output_sink.h"
+#include "rendering/output/output_sink.h"
 
 namespace zephyra {
 
