@@ -65,5 +65,12 @@ TEST(StreamedFiles, AreKeptWholeOrFailInOneLineWhicheverCallFails) {
     ::unsetenv("TMPDIR");
 }
 
+TEST(StreamedFiles, KnowStandardInputByEachOfItsNames) {
+    for (const char* name : {"-", "/dev/stdin", "/dev/fd/0", "/proc/self/fd/0"})
+        EXPECT_TRUE(isStandardInput(name)) << name;
+    for (const char* name : {"./-", "/dev/fd/", "/dev/fd/1", "/dev/fd/4294967296"})
+        EXPECT_FALSE(isStandardInput(name)) << name;
+}
+
 } // namespace
 } // namespace zephyra

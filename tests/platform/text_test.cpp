@@ -1,5 +1,6 @@
 // Names, numbers and odd bytes as people type and read them.
 
+#include "platform/text/decibels.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
 #include "platform/text/odd_bytes.h"
@@ -10,6 +11,12 @@
 
 namespace zephyra {
 namespace {
+
+TEST(DecibelText, HasOneDecimalAndAWordForSilence) {
+    EXPECT_EQ(decibelText(0.5), "-6.0 dB");
+    EXPECT_EQ(decibelText(0), "silent");
+    EXPECT_EQ(decibelText(0, "-"), "-");
+}
 
 TEST(NearestName, FindsWhatWasMeant) {
     EXPECT_EQ(plainName(" rnd_PITCH/2"), "rndpitch2");
