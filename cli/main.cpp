@@ -1,5 +1,6 @@
 #include "cli/command_line.h"
 #include "cli/terminal/interrupt.h"
+#include "cli/terminal/standard_streams.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define ZEPHYRA_FINDS_LEAKS
@@ -18,6 +19,7 @@ extern "C" const char* __lsan_default_suppressions() {
 #endif
 
 int main(int count, char** arguments) {
+    zephyra::occupyStandardStreams();
     zephyra::watchInterrupts();
     return static_cast<int>(zephyra::runCommandLine(count, arguments));
 }
