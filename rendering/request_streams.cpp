@@ -3,10 +3,11 @@
 #include "platform/files/small_file.h"
 #include "platform/lists/property_list.h"
 #include "platform/sound/sound_file.h"
-#include "rendering/file_clashes.h"
 
 #include <map>
+#include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,13 +20,14 @@ namespace {
 /// The longest sound that is read, with eight channels of floats.
 constexpr std::uint64_t kMostSoundBytes = kMaxSoundFileFrames * 8 * sizeof(float);
 
+constexpr const char* kInput = "INPUT";
+
 struct NamedStream {
     const char* option;
     fs::path name;
     std::uint64_t mostBytes; ///< that whoever reads it takes
 };
 
-/// Of request, but for its INPUT.
 std::vector<NamedStream> streamsOf(const RenderRequest& request) {
     const HostRequest& host = request.host;
     std::vector<NamedStream> streams;
@@ -33,6 +35,7 @@ std::vector<NamedStream> streamsOf(const RenderRequest& request) {
                                 std::uint64_t mostBytes) {
         if (name && isStream(*name)) streams.push_back({option, *name, mostBytes});
     };
+    add(kInput, request.input, kMostSoundBytes);
     add("--sample", host.sample, kMostSoundBytes);
     add("--automate", host.automation, kMostSmallFileBytes);
     add("--midi", host.midi, kMostSmallFileBytes);
@@ -63,27 +66,37 @@ Result<void> takeSoundStream(const fs::path& name, StreamedFiles& streams,
 
 Result<void> takeStreams(const RenderRequest& request, StreamedFiles& streams,
                          const std::function<bool()>& goesOn) {
-    if (auto taken = takeSoundStream(request.input, streams, goesOn); !taken) return taken;
     for (const NamedStream& stream : streamsOf(request)) {
         const auto taken =
             stream.mostBytes == kMostSoundBytes
                 ? takeSoundStream(stream.name, streams, goesOn)
                 : streams.take(stream.name, {.mostBytes = stream.mostBytes, .goesOn = goesOn});
-        if (!taken) return Failure{std::string(stream.option) + ": " + taken.message()};
+        if (taken) continue;
+        const bool isInput = stream.option == std::string_view(kInput);
+        return Failure{(isInput ? "" : std::string(stream.option) + ": ") + taken.message()};
     }
+    return {};
+}
+
+Result<void> checkSeparateStreams(std::span<const RenderRequest* const> requests) {
+    std::set<std::string> named;
+    for (const RenderRequest* const request : requests)
+        for (const NamedStream& stream : streamsOf(*request))
+            if (!named.insert(streamIdentity(stream.name)).second)
+                return Failure{std::string(stream.option) + " " + inputTitle(stream.name) +
+                               " is read only once, but by several renders; name a file"};
     return {};
 }
 
 Result<void> checkStreams(std::span<const fs::path> inputs, const RenderRequest& request) {
     std::vector<NamedStream> streams;
     for (const fs::path& input : inputs)
-        if (isStream(input)) streams.push_back({"INPUT", input, kMostSoundBytes});
+        if (isStream(input)) streams.push_back({kInput, input, kMostSoundBytes});
     for (NamedStream& stream : streamsOf(request)) streams.push_back(std::move(stream));
-    std::map<fs::path, const NamedStream*> named;
+    std::map<std::string, const NamedStream*> named;
     for (const NamedStream& stream : streams) {
         if (auto sent = checkTerminal(stream); !sent) return sent;
-        const fs::path name = isStandardInput(stream.name) ? "-" : trueName(stream.name);
-        const auto [first, isFirst] = named.emplace(name, &stream);
+        const auto [first, isFirst] = named.emplace(streamIdentity(stream.name), &stream);
         if (!isFirst)
             return Failure{std::string(first->second->option) + " and " + stream.option +
                            " cannot both be " + inputTitle(stream.name) +

@@ -21,6 +21,10 @@ Result<void> takeStreams(const RenderRequest& request, StreamedFiles& streams,
 Result<void> takeSoundStream(const std::filesystem::path& name, StreamedFiles& streams,
                              const std::function<bool()>& goesOn);
 
+/// Whether renders that each read for themselves, one after another, find all they name: what can
+/// be read only once at most one of them names. A failure is a wrong usage. MAIN.
+Result<void> checkSeparateStreams(std::span<const RenderRequest* const> requests);
+
 /// Whether each of them has a stream of its own, and standard input, where it is named, is no
 /// terminal, which brings no sound. inputs: those of all renders, of which request has none. A
 /// failure is a wrong usage. MAIN.

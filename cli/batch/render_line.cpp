@@ -4,6 +4,7 @@
 #include "cli/terminal/shell_line.h"
 #include "library/known_files.h"
 #include "presets/preset_names.h"
+#include "rendering/request_streams.h"
 
 #include <algorithm>
 #include <array>
@@ -75,6 +76,11 @@ ExitCode printBatchLines(const Folders& folders, const RenderOptions& options) {
     std::error_code ignored;
     if (fs::exists(*options.outDir, ignored) && !fs::is_directory(*options.outDir, ignored))
         return endWith(ExitCode::failure, noOutFolder(*options.outDir, "it is no folder").message);
+    std::vector<const RenderRequest*> requests;
+    for (const BatchJob& job : planned.value())
+        if (job.request) requests.push_back(&*job.request);
+    if (const auto separate = checkSeparateStreams(requests); !separate)
+        return endWith(ExitCode::wrongUsage, "--dry-run: " + separate.message());
     BankFolder banks(folders, known.banks);
     std::string lines;
     code = ExitCode::success;

@@ -138,6 +138,14 @@ bool isStream(const fs::path& name) {
     return S_ISFIFO(facts.st_mode) || (S_ISSOCK(facts.st_mode) && descriptorOf(name));
 }
 
+std::string streamIdentity(const fs::path& name) {
+    struct stat facts {};
+    const auto open = descriptorOf(name);
+    if (open ? file_calls::facts(*open, name, facts) : file_calls::facts(name, facts))
+        return open ? std::to_string(*open) : name.string(); // reading it will say what is wrong
+    return std::to_string(facts.st_dev) + ":" + std::to_string(facts.st_ino);
+}
+
 std::string inputTitle(const fs::path& name) {
     return isStandardInput(name) ? "standard input" : name.string();
 }

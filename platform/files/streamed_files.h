@@ -25,6 +25,9 @@ bool isTerminal(const std::filesystem::path& name);
 /// Whether what has that name can be read only once: standard input, or a pipe. MAIN or WORKER.
 bool isStream(const std::filesystem::path& name);
 
+/// The same for all names of one stream, and for no other. MAIN or WORKER.
+std::string streamIdentity(const std::filesystem::path& name);
+
 /// "standard input", else the name as it is: for messages.
 std::string inputTitle(const std::filesystem::path& name);
 

@@ -95,7 +95,11 @@ TEST_F(Input, AStreamThatBringsNoSoundEndsInOneLine) {
     expectRefused("render f", 1, "f is empty", ": > f &");
     expectRefused("render /dev/zero", 1, "/dev/zero is no regular file");
     expectRefused("render - --automate -", 2, "INPUT and --automate cannot both be standard input");
-    expectRefused("render - /dev/stdin --out-dir d", 2, "INPUT and INPUT cannot both be");
+    for (const char* other : {"/dev/stdin", "/proc/self/fd/0", "/dev/fd/5 5<&0"})
+        expectRefused("render - --out-dir d " + std::string(other), 2,
+                      "INPUT and INPUT cannot both be", ": |");
+    expectRefused("render in.wav in.wav --out-dir d --dry-run --automate -", 2,
+                  "--dry-run: --automate standard input is read only once, but by several", ": |");
     const std::string typed =
         "script -qec 'cd " + folder.path().string() + "; " + ZEPHYRA_BINARY_DIR "/cli/zephyra ";
     for (const char* command : {"render -", "info /dev/stdin"})
@@ -140,10 +144,10 @@ TEST_F(Input, ABatchReadsAPipeOnceForAllOfItsRenders) {
     writeText(folder / "a.csv", "0.1,Density,300\n");
     const std::string wanted = rendered("in.wav --seed 7 --automate a.csv");
     const ProgramRun batch =
-        run("render - in.wav --out-dir d --seed 7 --automate /dev/fd/5 5<a.pipe",
+        run("render /dev/fd/6 in.wav --out-dir d --seed 7 --automate /dev/fd/5 5<a.pipe 6<&0",
             "mkfifo a.pipe; cat a.csv > a.pipe & cat in.wav |");
     EXPECT_EQ(batch.code, 0) << batch.err;
-    EXPECT_TRUE(readText(folder / "d/stdin.wav") == wanted);
+    EXPECT_TRUE(readText(folder / "d/pipe.wav") == wanted);
     EXPECT_TRUE(readText(folder / "d/in.wav") == wanted);
 }
 
