@@ -25,11 +25,17 @@ bool sameFile(const fs::path& a, const fs::path& b) {
     return !left.empty() && left == right;
 }
 
-/// What the render writes, whether or not it was asked for. A stream takes no file's place.
+bool isNamedPipe(const fs::path& path) {
+    std::error_code error;
+    return !ByteStream::isStandardOutput(path) && fs::is_fifo(path, error);
+}
+
+/// What the render writes, whether or not it was asked for. A stream takes no file's place,
+/// but a pipe that the render reads, too, never ends.
 std::vector<std::pair<const char*, std::optional<fs::path>>>
 writtenFiles(const RenderRequest& request) {
     std::optional<fs::path> output = request.output;
-    if (ByteStream::isNamedBy(request.output)) output.reset();
+    if (ByteStream::isNamedBy(request.output) && !isNamedPipe(request.output)) output.reset();
     return {{"OUT", output},
             {"--picture", request.picture},
             {"--save-state", request.host.saveState},
@@ -37,6 +43,9 @@ writtenFiles(const RenderRequest& request) {
 }
 
 Failure wouldReplace(const char* option, const std::string& what, const fs::path& path) {
+    if (isNamedPipe(path))
+        return {std::string(option) + " and " + what + " cannot both be the pipe " + path.string() +
+                ", where each would wait for the other; choose another name"};
     return {std::string(option) + " would replace " + what + " " + path.string() +
             "; choose another name"};
 }

@@ -27,15 +27,15 @@ Result<void> RenderOutput::open(const RenderRequest& request, const RenderPlan& 
     const bool waitsForPeak = asked_ && asked_->isAutomatic;
     if (waitsForPeak) keptFolder_ = folderToKeepIn();
     if (asked_ && !waitsForPeak) gain_ = gainFactor(*asked_, 0, type_);
-    const auto opened = file_.open({.path = path_,
-                                    .type = type_,
-                                    .format = request.format,
-                                    .sampleRate = plan.sampleRate,
-                                    .frames = plan.frames},
-                                   goesOn_);
-    if (!opened || !waitsForPeak) return opened;
-    const std::error_code error = kept_.emplace().open(keptFolder_);
-    return error ? keptFailure(error) : Result<void>();
+    if (waitsForPeak) // first: a reader is told nothing of a sound that cannot come
+        if (const std::error_code error = kept_.emplace().open(keptFolder_))
+            return keptFailure(error);
+    return file_.open({.path = path_,
+                       .type = type_,
+                       .format = request.format,
+                       .sampleRate = plan.sampleRate,
+                       .frames = plan.frames},
+                      goesOn_);
 }
 
 Failure RenderOutput::keptFailure(std::error_code error) const {

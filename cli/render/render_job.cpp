@@ -57,13 +57,16 @@ Result<ReadSource> readSource(const RenderRequest& request, const Folders& folde
 
 /// Opens what will be written before the long work begins.
 Result<void> openFiles(Job& job, const ReadSource& read) {
-    if (auto opened = job.output.open(job.request, job.plan(), goesOn); !opened) return opened;
     if (auto writable = checkStateFile(job.request.host.saveState); !writable) return writable;
     if (const auto& take = job.request.motion.recordScrub)
         if (auto opened = job.takeFile.open(*take); !opened) return opened;
-    if (!job.request.picture && !job.seen) return {};
     if (job.request.picture)
         if (auto opened = job.pictureFile.open(*job.request.picture); !opened) return opened;
+    // Last: what reads from a pipe gets the sound's first bytes here.
+    if (auto opened = job.output.open(job.request, job.plan(), goesOn);
+        !opened)
+        return opened;
+    if (!job.request.picture && !job.seen) return {};
     job.recorder = std::make_unique<PictureRecorder>(job.plan(), read.shown, RenderPage::grid());
     job.recorder->addSource(read.shownSamples());
     job.output.setListener([&job](const float* left, const float* right, std::uint32_t frames) {

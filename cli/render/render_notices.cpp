@@ -50,7 +50,7 @@ public:
 
 private:
     const RenderRequest& request() const { return outcome_.request; }
-    std::string output() const { return request().output.string(); }
+    std::string output() const { return outputTitle(request().output); }
     void add(const std::string& name, const std::string& what) { lines_.push_back(name + what); }
 
     std::string sourceName() const;

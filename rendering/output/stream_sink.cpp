@@ -7,6 +7,7 @@
 #include "platform/sound/audio_file_error.h"
 #include "platform/sound/sample_limits.h"
 #include "platform/sound/wav_header.h"
+#include "platform/text/odd_bytes.h"
 #include "rendering/output/output_sink.h"
 
 #include <algorithm>
@@ -102,11 +103,15 @@ public:
     ~CopiedSink() override { removeFolder(); }
     Result<void> open(const OutputTarget& target, const ByteStream::GoesOn& goesOn);
     Result<void> write(float* const* channels, std::uint32_t frames) override {
-        return file_->write(channels, frames);
+        return told(file_->write(channels, frames));
     }
     Result<void> close() override;
 
 private:
+    Failure failure(std::string message) const;
+    Result<void> told(Result<void> done) const {
+        return done ? done : Result<void>(failure(done.message()));
+    }
     Result<void> copy();
     void removeFolder() {
         file_.reset();
@@ -120,18 +125,27 @@ private:
     std::unique_ptr<OutputSink> file_;
 };
 
+/// Nobody knows the copy's own name.
+Failure CopiedSink::failure(std::string message) const {
+    const std::string name = shownFile(copied_);
+    if (const auto at = message.find(name); at != std::string::npos)
+        message.replace(at, name.size(),
+                        outputTitle(path_) + " by way of " + temporaryFolder().string());
+    return {std::move(message)};
+}
+
 Result<void> CopiedSink::open(const OutputTarget& target, const ByteStream::GoesOn& goesOn) {
     path_ = target.path;
     if (const auto error = stream_.open(path_, goesOn)) return streamResult(path_, error);
     removeAbandonedFolders(temporaryFolder());
-    std::string made = (temporaryFolder() / kPrivateFolder).string();
+    std::string made = (copied_ = temporaryFolder() / kPrivateFolder).string();
     if (const std::error_code error = file_calls::makeUniqueFolder(made))
-        return writeFailure(temporaryFolder(), audioFileStatus(error));
+        return failure(writeFailure(copied_, audioFileStatus(error)).message);
     folder_ = made;
     OutputTarget copied = target;
     copied.path = copied_ = folder_ / (std::string("sound.") + target.type.name);
     auto file = openFileSink(copied);
-    if (!file) return Failure{file.message()};
+    if (!file) return failure(file.message());
     file_ = std::move(file.value());
     return {};
 }
@@ -139,7 +153,7 @@ Result<void> CopiedSink::open(const OutputTarget& target, const ByteStream::Goes
 Result<void> CopiedSink::copy() {
     const auto file = FileBytes::open(copied_);
     if (const auto* const refused = std::get_if<NotOpened>(&file))
-        return writeFailure(copied_, audioFileStatus(refused->error));
+        return failure(writeFailure(copied_, audioFileStatus(refused->error)).message);
     const auto& bytes = std::get<FileBytes>(file);
     std::error_code error;
     std::vector<std::byte> block(65536);
@@ -154,7 +168,7 @@ Result<void> CopiedSink::copy() {
 }
 
 Result<void> CopiedSink::close() {
-    Result<void> done = file_->close();
+    Result<void> done = told(file_->close());
     if (done) done = copy();
     removeFolder();
     return done;

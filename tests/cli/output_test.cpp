@@ -99,6 +99,30 @@ TEST_F(Output, WhatCannotTakeSoundIsRefusedOrEndsInOneLine) {
                               "of the sound was written\n");
         EXPECT_EQ(folder.entries(), before);
     }
+    // Whoever reads is told nothing of a sound that cannot come.
+    environment = "TMPDIR=/none";
+    const std::pair<const char*, const char*> refused[] = {
+        {"--gain auto", "--gain auto keeps the whole sound in /none until"},
+        {"--type ogg", "cannot write standard output by way of /none: the folder does not"},
+        {"--save-state /none/s", "/none/s: the state cannot be written"},
+    };
+    for (const auto& [arguments, said] : refused) {
+        const ProgramRun ended = piped(arguments, "cat >read");
+        EXPECT_EQ(ended.code, 1) << arguments;
+        EXPECT_THAT(ended.err, HasSubstr(said));
+        EXPECT_EQ(readText(folder / "read"), "") << arguments;
+    }
+    std::filesystem::remove(folder / "read");
+    environment = "";
+    EXPECT_THAT(piped("--type flac --rate 99999 --seconds 0.1", "cat").err,
+                HasSubstr("standard output by way of /var/tmp: FLAC holds rates"));
+    EXPECT_THAT(piped("--set Amplitude=0", "cat >/dev/null").err,
+                HasSubstr("zephyra: standard output is silent though"));
+    // No file that is opened later takes the number of a closed stream.
+    expectRefused("render - -o - >&-", 1, "cannot write standard output", "cat in.wav |");
+    ::mkfifo((folder / "fifo").c_str(), 0600);
+    expectRefused("render fifo -o fifo", 2, "OUT and INPUT cannot both be the pipe fifo");
+    std::filesystem::remove(folder / "fifo");
     const std::string terminal =
         outputOf("cd " + quoted(folder.path()) +
                  "; script -qec \"'" ZEPHYRA_BINARY_DIR
