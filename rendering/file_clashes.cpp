@@ -27,7 +27,7 @@ bool sameFile(const fs::path& a, const fs::path& b) {
 
 bool isNamedPipe(const fs::path& path) {
     std::error_code error;
-    return !ByteStream::isStandardOutput(path) && fs::is_fifo(path, error);
+    return fs::is_fifo(path, error);
 }
 
 /// What the render writes, whether or not it was asked for. A stream takes no file's place,

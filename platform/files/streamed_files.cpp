@@ -142,7 +142,7 @@ std::string streamIdentity(const fs::path& name) {
     struct stat facts {};
     const auto open = descriptorOf(name);
     if (open ? file_calls::facts(*open, name, facts) : file_calls::facts(name, facts))
-        return open ? std::to_string(*open) : name.string(); // reading it will say what is wrong
+        return name.string(); // reading it will say what is wrong
     return std::to_string(facts.st_dev) + ":" + std::to_string(facts.st_ino);
 }
 

@@ -107,6 +107,16 @@ TEST(RenderOutput, AnAutomaticGainTurnsDownOnlyWhatIsTooLoudAndAGivenOneAlways) 
         for (std::size_t i = 0; i < 130000; ++i)
             ASSERT_FLOAT_EQ(got[i], static_cast<float>(heard / (i % 2 ? 2 : 1))) << i;
     }
+    std::vector<float> left(9, 4.0f), right = left;
+    left[3] = INFINITY; // is written as 0
+    const RenderRequest request{.output = folder / "a",
+                                .type = rawOutputType(),
+                                .format = SampleFormat::floats,
+                                .gain = OutputGain{.isAutomatic = true}};
+    RenderOutput output;
+    ASSERT_TRUE(output.open(request, planOf(2000), {}) &&
+                output.write(left.data(), right.data(), 9) && output.finish({}));
+    EXPECT_NEAR(decibelsOf(output.gain()), decibelsOf(0.25) - 0.1, 0.001);
 }
 
 TEST(RenderOutput, IsWholeOrNotAtAllWhateverFails) {
