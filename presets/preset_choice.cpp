@@ -9,7 +9,8 @@
 namespace zephyra {
 
 Result<std::vector<PresetChoice>> choosePresets(BankFolder& banks, const NamedPreset& named) {
-    const Result<std::string> bank = findBank(banks, named.bank);
+    const Result<std::string> bank =
+        named.bank ? findBank(banks, *named.bank) : findBankWith(banks, named.preset);
     if (!bank) return Failure{bank.message()};
     const Result<BankCache::Content> content = banks.read(bank.value()); // first: it tells all else
     if (!content) return Failure{content.message()};

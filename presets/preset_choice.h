@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,8 @@ namespace zephyra {
 
 /// A preset as it was asked for.
 struct NamedPreset {
-    std::string bank, preset; ///< see preset_names.h for what they may be
+    std::optional<std::string> bank; ///< none: the one that has the preset
+    std::string preset;              ///< see preset_names.h for what both may be
 };
 
 /// Cheap to copy.

@@ -36,9 +36,49 @@ Texts banksInAnyCase(const std::vector<ListedBank>& banks, std::string_view type
     return found;
 }
 
-Failure noBank(const BankFolder& folder, const std::vector<ListedBank>& banks,
-               std::string_view typed) {
+/// A preset of any bank.
+struct Tagged {
+    std::string bank; ///< file name
+    BankSummary::Snapshot snapshot;
+};
+
+/// Those of all banks that can be read.
+std::vector<Tagged> allPresets(BankFolder& folder) {
+    std::vector<Tagged> all;
+    for (const ListedBank& bank : folder.list())
+        if (const auto summary = folder.summary(bank.name))
+            for (const BankSummary::Snapshot& one : summary.value()->snapshots)
+                all.push_back({bank.name, one});
+    return all;
+}
+
+template <typename IsCalled>
+Texts banksOf(const std::vector<Tagged>& presets, const IsCalled& isCalled) {
+    Texts banks;
+    for (const Tagged& preset : presets)
+        if (isCalled(preset.snapshot) && (banks.empty() || banks.back() != preset.bank))
+            banks.push_back(preset.bank);
+    return banks;
+}
+
+Texts banksWith(const std::vector<Tagged>& presets, std::string_view typed) {
+    const std::string folded = foldCase(typed);
+    Texts banks = banksOf(presets, [&](const auto& one) { return one.tag == typed; });
+    if (banks.empty())
+        banks = banksOf(presets, [&](const auto& one) { return one.foldedTag == folded; });
+    return banks;
+}
+
+Texts quotedStems(Texts banks) {
+    for (std::string& bank : banks) bank = inQuotes(stemOf(bank));
+    return banks;
+}
+
+Failure noBank(BankFolder& folder, const std::vector<ListedBank>& banks, std::string_view typed) {
     const std::string none = "there is no bank " + inQuotes(typed) + "; ";
+    if (const Texts having = banksWith(allPresets(folder), typed); !having.empty())
+        return {none + spokenList(quotedStems(having)) + (having.size() > 1 ? " have" : " has") +
+                " a preset of that name"};
     if (banks.empty())
         return {none + "none stands in " + folder.folders().shared.string() + " and " +
                 folder.folders().resources.string()};
@@ -119,6 +159,21 @@ Result<std::string> findBank(BankFolder& folder, std::string_view typed) {
     return Failure{std::to_string(found.size()) + " banks are called " + inQuotes(typed) +
                    " in some case, as " + inQuotes(found[0]) + " and " + inQuotes(found[1]) +
                    "; type the name of one as it stands"};
+}
+
+Result<std::string> findBankWith(BankFolder& folder, std::string_view typed) {
+    const std::vector<Tagged> presets = allPresets(folder);
+    Texts banks = banksWith(presets, typed);
+    if (banks.size() == 1) return banks[0];
+    if (banks.size() > 1)
+        return Failure{"the banks " + spokenList(quotedStems(banks)) + " have a preset " +
+                       inQuotes(typed) + "; add --bank and one of them"};
+    const std::string none = "no bank has a preset " + inQuotes(typed);
+    if (numberIn(typed)) return Failure{none + "; a number needs --bank, too"};
+    if (presets.empty()) return Failure{none};
+    Texts names;
+    for (const Tagged& preset : presets) names.push_back(preset.snapshot.tag);
+    return Failure{none + "; " + nearest(typed, names) + " (`zephyra banks --search` finds parts)"};
 }
 
 Result<Texts> findPresets(BankFolder& banks, const std::string& bank, std::string_view typed) {

@@ -1,4 +1,4 @@
-// findBank and findPresets: which bank and preset a typed name means.
+// findBank, findBankWith and findPresets: which bank and preset a typed name means.
 #pragma once
 
 #include "library/bank_folder.h"
@@ -16,6 +16,11 @@ inline constexpr const char* kAllPresets = "*";
 /// The file name of the bank that typed names, with or without extension: exactly, or in another
 /// case when only one is called so. Fails with one line that tells the nearest name. MAIN.
 Result<std::string> findBank(BankFolder& banks, std::string_view typed);
+
+/// The file name of the one bank that has a preset of the display name typed: exactly, or in
+/// another case where none is called exactly so. Fails with one line when none has, or more than
+/// one. MAIN.
+Result<std::string> findBankWith(BankFolder& banks, std::string_view typed);
 
 /// The keys of the presets of bank (a file name) that typed names: a display name, exactly or in
 /// another case; a key; a number from 1 in the listed order, also as "#3"; kAllPresets

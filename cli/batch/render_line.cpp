@@ -56,6 +56,8 @@ std::string renderLine(const RenderOptions& options, const RenderRequest& reques
     for (const TypedOption& option : options.typed.behind) {
         if (std::ranges::find(kLeftOut, option.name) != kLeftOut.end()) continue;
         const bool isPreset = option.name == "--preset" && request.preset;
+        if (isPreset && !options.played->bank) // whatever other banks may hold by then
+            add(words, {"--bank", request.preset->bank});
         add(words, isPreset ? TypedOption{option.name, presetWord(banks, request.preset->bank,
                                                                   request.preset->key)}
                             : option);

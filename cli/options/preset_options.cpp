@@ -22,30 +22,24 @@ Value& made(std::optional<Value>& value) {
     return value ? *value : value.emplace();
 }
 
-/// Two options of which neither goes alone; what: the second one's value.
-Complaint checkPair(const OptionReader& reader, const char* first, const char* second,
-                    const char* what) {
-    const bool a = reader.isGiven(first), b = reader.isGiven(second);
-    if (a && !b) return Failure{std::string(first) + " needs " + second + " " + what};
-    if (b && !a) return Failure{std::string(second) + " needs " + first + " BANK"};
-    return {};
-}
-
 Complaint checkPlayed(const OptionReader& reader, const RenderOptions& options) {
-    if (auto wrong = checkPair(reader, "--bank", "--preset",
-                               "PRESET; '*' stands for all, see `zephyra banks BANK`"))
-        return wrong;
-    if (!options.played || options.played->preset != kAllPresets || options.outDir) return {};
+    if (!options.played) return {};
+    if (!reader.isGiven("--preset"))
+        return Failure{
+            "--bank needs --preset PRESET; '*' stands for all, see `zephyra banks BANK`"};
+    if (options.played->preset != kAllPresets) return {};
+    if (!options.played->bank) return Failure{"--preset '*' needs --bank BANK"};
+    if (options.outDir) return {};
     return Failure{"--preset '*' renders every preset of the bank; add --out-dir DIR"};
 }
 
 Complaint checkSaved(const OptionReader& reader, const RenderOptions& options) {
-    if (auto wrong =
-            checkPair(reader, "--save-bank", "--save-preset", "PRESET, the new preset's name"))
-        return wrong;
     if (!options.request.savedPreset) return {};
-    if (!reader.isGiven("--save-bank"))
-        return Failure{"--yes lets --save-preset replace a preset; leave it out"};
+    const bool hasBank = reader.isGiven("--save-bank"), hasName = reader.isGiven("--save-preset");
+    if (hasBank && !hasName)
+        return Failure{"--save-bank needs --save-preset PRESET, the new preset's name"};
+    if (hasName && !hasBank) return Failure{"--save-preset needs --save-bank BANK"};
+    if (!hasBank) return Failure{"--yes lets --save-preset replace a preset; leave it out"};
     if (!options.outDir) return {};
     return Failure{"--save-preset saves one preset; leave it out with --out-dir"};
 }
@@ -62,8 +56,9 @@ void declarePresetOptions(OptionReader& reader, RenderOptions& options) {
                });
     reader.add(
         "--preset", "PRESET",
-        "Start from this preset of the bank: its name, or its number in the list. INPUT takes "
-        "the place of its sample; other options come on top. One with LIVE on is an effect",
+        "Start from this preset: its name, or its number in the bank's list. A name that only one "
+        "bank has needs no --bank. INPUT takes the place of its sample; other options come on top. "
+        "One with LIVE on is an effect",
         [&options](const char*, const std::string& text) -> Complaint {
             made(options.played).preset = text;
             return {};

@@ -100,7 +100,7 @@ Read envelopeInto(std::optional<std::size_t>& envelope) {
 
 Complaint checkOneStart(const RenderOptions& options) {
     if (!options.request.host.state || !options.played) return {};
-    return Failure{"--state and --bank both say what to start from; leave one out"};
+    return Failure{"--state and --preset both say what to start from; leave one out"};
 }
 
 /// A word that stands where only one sound file is expected.
@@ -132,7 +132,7 @@ Complaint checkInputs(const RenderOptions& options) {
     if (!options.outDir)
         return Failure{
             std::string("render needs the name of a sound file, as in zephyra render bird.wav, or "
-                        "--bank and --preset") +
+                        "--preset") +
             kSeeHelp};
     return Failure{"--out-dir needs something to render; name sound files, or --bank and --preset"};
 }

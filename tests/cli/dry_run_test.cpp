@@ -96,6 +96,8 @@ TEST_F(DryRun, ARenderThatCannotBeIsToldOfAndTheOthersStand) {
                                            "out/Clouds.png");
     EXPECT_EQ(errors, "zephyra: Ears: preset \"Ears\" listens to live input; name INPUT, a sound "
                       "file to feed it\n");
+    EXPECT_THAT(linesOf("--preset clouds --seed 9"),
+                ElementsAre(HasSubstr(" --bank B.zephyra --preset Clouds --seed 9 ")));
     for (const auto& [options, code, said] :
          std::initializer_list<std::tuple<const char*, int, const char*>>{
              {"--bank B --preset Ears --out-dir out", 2, "listens to live input"},

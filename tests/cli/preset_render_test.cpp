@@ -23,6 +23,7 @@ TEST_F(PresetRender, APresetSoundsAsTheOptionsThatItWasSavedFrom) {
     EXPECT_EQ(seen["savedPreset"], "Night Train");
     EXPECT_TRUE(bytes("in.wav") != made);
     EXPECT_TRUE(bytes("--bank mine --preset 'night train'") == made);
+    EXPECT_TRUE(bytes("--preset 'night train'") == made);
     EXPECT_EQ(seen["takePoints"], 3);
     EXPECT_EQ(seen["sample"], (folder / "in.wav").string());
     EXPECT_TRUE(bytes("--bank Mine --preset 1 --set Density=20") != made);

@@ -49,6 +49,16 @@ TEST(PresetNames, MeanABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
         const auto found = findPresets(banks, "Mist.zephyra", typed);
         EXPECT_THAT(found ? found.value().front() : found.message(), HasSubstr(expected)) << typed;
     }
+    put(shared / "Odder.zephyra", {{"0 - a", named("über")}, {"1 - b", named("y")}});
+    const std::pair<const char*, const char*> holders[] = {
+        {"Y", "Odder.zephyra"}, {"über", "Odder.zephyra"}, {"3", "Mist.zephyra"},
+        {"x", "Mist.zephyra"},  {"ÜBER", "\"Mist\" and"},  {"4", "a number needs --bank"},
+        {"ubr", "the nearest"},
+    };
+    for (const auto& [typed, expected] : holders) {
+        const auto found = findBankWith(banks, typed);
+        EXPECT_THAT(found ? found.value() : found.message(), HasSubstr(expected)) << typed;
+    }
     const Bank odd = {{"a", named("b")},  {"b", named("x")},   {"c", named("X")},
                       {"d", named("#2")}, {"e", named("a\n")}, {"f", named("*")},
                       {"g\n", named("x")}};
