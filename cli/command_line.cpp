@@ -2,6 +2,7 @@
 
 #include "cli/arguments.h"
 #include "cli/command_table.h"
+#include "cli/help_topic.h"
 #include "cli/options/option_slips.h"
 #include "cli/terminal/usage_text.h"
 #include "platform/text/message_text.h"
@@ -26,13 +27,14 @@ namespace {
 
 constexpr const char* kExamples =
     "`zephyra bird.wav` is `zephyra render bird.wav`, and `zephyra help render` tells\n"
-    "all about it; `zephyra help` and another command's name tells about that one.\n\n"
+    "all about it; `zephyra help banks` tells about another command, `zephyra help\n"
+    "pitch` about a control or an option.\n\n"
     "Examples:\n"
     "  zephyra bird.wav\n"
     "  zephyra bird.wav -o cloud.wav --seconds 30 --set Density=120 --set Pitch=-5\n"
     "  zephyra bird.wav -o haze.wav --live --picture haze.png\n"
     "  zephyra banks --search owl\n"
-    "  zephyra --bank \"Bird Machines\" --preset \"Night Owl\" --seconds 20 -o owl.wav\n";
+    "  zephyra --preset \"Night Owl\" --seconds 20 -o owl.wav\n";
 
 /// The program's arguments, as they are parsed.
 struct CommandLine {
@@ -102,13 +104,18 @@ ExitCode printHelp(const CLI::App& app, const Words& words) {
     const CLI::App& command = *called.command;
     if (called.words < words.size()) {
         const std::string& next = words[called.words];
-        if (const auto* help = dynamic_cast<SectionHelp*>(command.get_formatter().get())) {
-            const std::string section = help->section(command, next);
-            if (!section.empty()) return printOut(section.substr(1)); // without the empty line
-            return wrongUsage("there is no section " + inQuotes(next) + " of the help; there are " +
+        const auto* const help = dynamic_cast<SectionHelp*>(command.get_formatter().get());
+        std::string topic = next; // "help Rnd Pitch"
+        for (std::size_t i = called.words + 1; i < words.size(); ++i) topic += " " + words[i];
+        if (help || &command == &app)
+            if (const std::string text = helpOnTopic(*app.get_subcommand("render"), topic);
+                !text.empty())
+                return printOut(text);
+        if (help)
+            return wrongUsage("there is no section " + inQuotes(topic) +
+                                  " of the help, no option and no control; there are " +
                                   spokenList(help->sections(command)),
                               called);
-        }
         if (!command.get_subcommands({}).empty() || &command == &app)
             return wrongUsage(noSuchCommand(command, next), called);
     }
@@ -125,11 +132,26 @@ std::string valueBehind(const std::string& option, const Words& words) {
     const auto word = std::ranges::find(words, option);
     if (word == words.end() || std::next(word) == words.end()) return "";
     const std::string& next = *std::next(word);
-    return next.starts_with('-') && !parseNumber(next) ? "" : next;
+    const bool isNumber = next.find_first_of("0123456789.") == 1; // "-7", and "-3dB"
+    return next.starts_with('-') && !isNumber ? "" : next;
+}
+
+/// For a file's name with blanks that the shell took apart.
+std::optional<std::string> brokenName(const Words& words) {
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        std::string name = words[i];
+        for (std::size_t j = i + 1; j < words.size() && !words[j].starts_with('-'); ++j) {
+            std::error_code ignored;
+            if (std::filesystem::exists(name += " " + words[j], ignored))
+                return inQuotes(name) + " is one name; put it between quotes";
+        }
+    }
+    return std::nullopt;
 }
 
 /// What words say in another form than ours, if that is known.
 std::optional<std::string> nearMiss(const Words& words, const Called& called) {
+    if (auto name = brokenName(words)) return name;
     for (const std::string& word : words) {
         std::error_code ignored;
         if (word == "--") break;
@@ -171,7 +193,7 @@ ExitCode runCommandLine(int count, const char* const* arguments) {
         return printHelp(line.app, {std::ranges::find_if(words, isNotHelp), words.end()});
     const Called called = calledBy(line.app, words);
     if (called.words == 0 && !words[0].starts_with('-')) // the parser would call it a surplus word
-        return wrongUsage(noSuchCommand(line.app, words[0]), called);
+        return wrongUsage(brokenName(words).value_or(noSuchCommand(line.app, words[0])), called);
     try {
         line.app.parse(Words(words.rbegin(), words.rend()));
     } catch (const CLI::Success& wanted) { // help or version

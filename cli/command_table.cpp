@@ -37,7 +37,8 @@ constexpr std::array kSections = {
 constexpr const char* kRenderExamples =
     "Times are seconds, or as in 500ms, 1:30 and 8b (beats of --tempo); values may\n"
     "have units: 1.5kHz, 300ms, +7st, 50%, -12 dB. -- ends the options, before names\n"
-    "that begin with -. `zephyra help render motion` prints one section.\n\n"
+    "that begin with -. `zephyra help density` tells what a control does, and\n"
+    "`zephyra help motion` prints one section.\n\n"
     "Examples:\n"
     "  zephyra bird.wav -o cloud.wav --seconds 30 --set Density=120 --set Pitch=-5\n"
     "  zephyra bird.wav --seconds 10 --at 4:Pitch=-12 --at \"8:Echo Switch=on\"\n"
@@ -45,7 +46,7 @@ constexpr const char* kRenderExamples =
     "  zephyra bird.wav -o haze.caf --live --set Length=80 --set Jittering=60\n"
     "  zephyra bird.wav --tempo 96 --seconds 16b --echo-sync 1/8,1/8D --fade-out 2\n"
     "  zephyra bird.wav --lfo Density:hz=0.1 --lfo Pan:shape=v,hz=0.5,min=20%,max=80%\n"
-    "  zephyra --bank \"Bird Machines\" --preset \"Night Owl\" --seconds 20 -o owl.wav\n"
+    "  zephyra --preset \"Night Owl\" --seconds 20 -o owl.wav\n"
     "  zephyra bird.wav --bank \"Pulse Garden\" --preset '*' --out-dir garden\n";
 
 /// The default without its unit, which the range tells.
@@ -239,12 +240,12 @@ void CommandTable::declareSamples(CLI::App& app) {
 void CommandTable::declareFolders(CLI::App& app) {
     CLI::App& where = *app.add_subcommand("where", "Print the folders in use");
     where.add_flag("--json", add(where, runWhere).json, "Print them as JSON");
-    where.footer("--shared-folder names the first, else $ZEPHYRA_SHARED_FOLDER, else "
-                 "$XDG_DATA_HOME/zephyra;\n$ZEPHYRA_RESOURCE_FOLDER the second.\n");
+    where.footer("--shared-folder names the first, else $ZEPHYRA_SHARED_FOLDER, else\n"
+                 "$XDG_DATA_HOME/zephyra; $ZEPHYRA_RESOURCE_FOLDER the second.\n");
 
     CLI::App& check = *app.add_subcommand("check", "Say what is wrong with a bank's file");
     auto& checkRequest = add(check, runCheck);
-    word(check, "FILE", checkRequest.file, "A bank's file")->required();
+    word(check, "FILE", checkRequest.file, "A bank's file, or the name of a bank")->required();
     check.add_flag("--repair", checkRequest.repair,
                    "Write a mended copy beside it; the file stays as it is");
     check.add_flag("--json", checkRequest.json, "Print it as JSON");

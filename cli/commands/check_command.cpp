@@ -9,12 +9,14 @@
 #include "platform/files/whole_file.h"
 #include "platform/text/message_text.h"
 #include "platform/text/odd_bytes.h"
+#include "presets/preset_names.h"
 #include "presets/record_check.h"
 
 #include <cstddef>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -53,12 +55,12 @@ std::string plainText(const Report& report) {
            (mended.lost > 0 ? "; " + std::to_string(mended.lost) + " could not be saved\n" : "\n");
 }
 
-std::string jsonText(const CheckRequest& request, const Report& report) {
+std::string jsonText(const fs::path& file, const Report& report) {
     Json findings = Json::array();
     for (const BankFinding& finding : report.checked.findings)
         findings.push_back(
             {{"key", finding.key}, {"text", finding.text}, {"fatal", finding.fatal}});
-    Json json = {{"file", request.file}, {"findings", std::move(findings)}};
+    Json json = {{"file", file.string()}, {"findings", std::move(findings)}};
     if (!report.checked.isWhole) json["interrupted"] = true;
     if (isFine(report)) json["presets"] = report.presets;
     if (report.mended)
@@ -87,6 +89,15 @@ Result<fs::path> repair(const fs::path& file, const std::optional<MendedBank>& m
     return copy;
 }
 
+/// What was typed, or the file of the bank that is called so.
+fs::path bankFile(const std::string& typed, const Folders& folders) {
+    std::error_code ignored;
+    if (fs::exists(typed, ignored)) return typed;
+    BankFolder banks(folders);
+    const auto bank = findBank(banks, typed);
+    return bank ? banks.locate(bank.value()) : fs::path(typed);
+}
+
 CheckedBank checkFile(std::vector<std::byte> bytes, const fs::path& file, const Folders& folders) {
     ProgressBar bar("checking " + shownFile(file.filename()), ProgressBar::Shown::onTerminal);
     CheckedBank checked =
@@ -101,8 +112,9 @@ CheckedBank checkFile(std::vector<std::byte> bytes, const fs::path& file, const 
 } // namespace
 
 ExitCode runCheck(const CommandContext& context, const CheckRequest& request) {
-    const fs::path file = request.file;
-    if (file.empty()) return endWith(ExitCode::wrongUsage, "FILE is empty; name a bank's file");
+    if (request.file.empty())
+        return endWith(ExitCode::wrongUsage, "FILE is empty; name a bank's file");
+    const fs::path file = bankFile(request.file, context.folders);
     auto whole = readWholeFile(file, kBankLimits.bytes);
     if (!whole) return endWith(ExitCode::failure, whole.message());
 
@@ -114,7 +126,7 @@ ExitCode runCheck(const CommandContext& context, const CheckRequest& request) {
     const bool repairs = request.repair && checked.isWhole && !checked.findings.empty();
     if (repairs) copy = repair(file, checked.mended);
     if (repairs && copy) report.mended = copy.value();
-    const ExitCode told = printOut(request.json ? jsonText(request, report) : plainText(report));
+    const ExitCode told = printOut(request.json ? jsonText(file, report) : plainText(report));
     if (told == ExitCode::success && !checked.isWhole)
         return endWith(ExitCode::interrupted,
                        "interrupted; " + shownFile(file) + " was not checked to its end");

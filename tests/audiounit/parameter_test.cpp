@@ -1,6 +1,7 @@
 // The table of controls, frozen, their names and values as they are typed, and the parameters that
 // hosts save automation under.
 
+#include "audiounit/control_meaning.h"
 #include "audiounit/control_text.h"
 #include "controls/note_values.h"
 #include "platform/text/text_numbers.h"
@@ -149,6 +150,8 @@ TEST(ControlText, WhatMessagesPrintOfEveryControlReadsBack) {
         };
         for (const float value : {range.minimum, range.maximum, range.defaultValue})
             expectRead(valueText(range, value), value);
+        const std::string_view meaning = controlMeaning(id);
+        EXPECT_TRUE(meaning.size() >= 20 && meaning.size() <= 78) << range.name << ": " << meaning;
         const std::string shown = rangeText(range);
         const char* const between = range.kind == ControlKind::switching ? " or " : " to ";
         const std::string first = shown.substr(0, shown.find(between));
