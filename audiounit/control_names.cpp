@@ -26,13 +26,15 @@ constexpr auto kOtherWords = std::to_array<ControlWords>({
     {pan, "panning panorama balance"},
     {dryWet, "mix dry blend balance drywetmix effectmix"},
     {width, "spread stereo stereowidth stereospread"},
-    {density, "rate grains grainrate graindensity grainspersecond frequency freq grainfrequency"},
+    {density, "rate grain grains overlap grainrate graindensity grainspersecond frequency freq "
+              "grainfrequency"},
     {rndDensity, "irregularity densityspread"},
-    {length, "size grainsize grainlength duration grainduration graintime"},
+    {length, "size grain overlap grainsize grainlength duration grainduration graintime"},
     {rndLength, "sizespread rndsize rndgrainsize rndduration"},
     {pitch, "transpose transposition semitones semitone tune tuning pitchshift note octave cents"},
     {rndPitch, "detune pitchspread pitchjitter rndtranspose rndtune"},
-    {scanning, "speed stretch timestretch playbackspeed playbackrate playspeed scanspeed scan"},
+    {scanning, "speed reverse backwards stretch timestretch playbackspeed playbackrate playspeed "
+               "scanspeed scan"},
     {jittering, "spray scatter positionjitter rndposition rndstart"},
     {echoSwitch, "echo echoon delayon"},
     {leftDelay, "echo delay delaytime echotime echodelay leftecho"},

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
+#include <initializer_list>
 #include <iterator>
 #include <system_error>
 #include <utility>
@@ -17,6 +18,10 @@ namespace fs = std::filesystem;
 namespace {
 
 using Words = std::vector<std::string>;
+
+bool isOneOf(const std::string& word, std::initializer_list<const char*> words) {
+    return std::ranges::find(words, word) != words.end();
+}
 
 bool isOption(const std::string& word) {
     return word.size() > 1 && word.front() == '-';
@@ -121,6 +126,8 @@ void gatherArguments(Words& words, const CLI::App& app) {
 std::vector<std::string> completeArguments(std::vector<std::string> typed, const CLI::App& app) {
     if (typed.empty() || typed.front() == "help") return typed;
     if (typed.front() == "version") return {"--version"};
+    if (typed.size() == 1 && isOneOf(typed.front(), {"-V", "-v", "-version"})) return {"--version"};
+    if (typed.size() == 1 && isOneOf(typed.front(), {"-help", "-?"})) return {"help"};
     if (asksForHelp(typed, app)) {
         std::rotate(typed.begin(), typed.end() - 1, typed.end());
         return typed;

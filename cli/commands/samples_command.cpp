@@ -175,6 +175,11 @@ struct NamedSamples {
     bool hasFolder = false;
 };
 
+/// ": 1 file was left out".
+std::string leftOut(std::size_t count, const char* one, const char* many) {
+    return ": " + std::to_string(count) + " " + (count == 1 ? one : many) + " left out";
+}
+
 /// Hidden files and folders are nobody's samples, and not counted.
 Result<NamedSamples> namedSamples(const std::vector<std::string>& words) {
     NamedSamples named;
@@ -186,11 +191,13 @@ Result<NamedSamples> namedSamples(const std::vector<std::string>& words) {
         }
         named.hasFolder = true;
         const std::size_t before = named.files.size();
-        std::size_t others = 0;
+        std::size_t others = 0, folders = 0;
         for (const std::string& name : folderEntries(word)) {
             const fs::path file = fs::path(word) / name;
-            if (name.starts_with('.') || fs::is_directory(file, error)) continue;
-            if (std::ranges::count(QuickSampleManager::kExtensions, extensionOf(name)) > 0)
+            if (name.starts_with('.')) continue;
+            if (fs::is_directory(file, error))
+                ++folders;
+            else if (std::ranges::count(QuickSampleManager::kExtensions, extensionOf(name)) > 0)
                 named.files.push_back(file.string());
             else
                 ++others;
@@ -198,9 +205,12 @@ Result<NamedSamples> namedSamples(const std::vector<std::string>& words) {
         if (named.files.size() == before)
             return Failure{shownFile(word) + " holds no sample; name a folder of sound files"};
         if (others > 0)
-            named.notes.push_back(shownFile(word) + ": " + std::to_string(others) +
-                                  (others == 1 ? " file that is no sample was left out"
-                                               : " files that are no samples were left out"));
+            named.notes.push_back(shownFile(word) + leftOut(others, "file that is no sample was",
+                                                            "files that are no samples were"));
+        if (folders > 0)
+            named.notes.push_back(shownFile(word) +
+                                  leftOut(folders, "folder in it was", "folders in it were") +
+                                  "; name such a folder itself to import what it holds");
     }
     return named;
 }

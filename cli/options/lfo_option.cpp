@@ -4,6 +4,7 @@
 #include "cli/options/option_values.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
+#include "platform/text/quantities.h"
 #include "platform/text/text_numbers.h"
 
 #include <algorithm>
@@ -53,6 +54,19 @@ Complaint readShape(const KeyValues& keys, LfoShape& shape) {
     return {};
 }
 
+/// "Pan:sine" and "Pan:2": a shape or a rate without its key in front of all else.
+Complaint checkKeyed(std::string_view text) {
+    const std::string first(text.substr(0, text.find(',')));
+    const auto isShape = [plain = plainName(first)](const LfoShapeEntry& entry) {
+        return plainName(entry.name) == plain;
+    };
+    if (std::ranges::any_of(kLfoShapes, isShape))
+        return Failure{inQuotes(first) + " is a shape; write shape=" + first};
+    if (parseIn("Hz", first))
+        return Failure{inQuotes(first) + " has no key; write hz=" + first + " for a rate"};
+    return {};
+}
+
 /// Its rate in Hz, or linked to the host's tempo.
 Complaint readRate(const KeyValues& keys, LfoRequest& lfo) {
     const auto link = keys.find("link");
@@ -99,6 +113,8 @@ Result<LfoRequest> parseLfo(std::string_view text) {
     if (!canHaveLfo(control.value()))
         return Failure{"an LFO moves what turns without steps, and the scan, not " +
                        std::string(controlRange(control.value()).name)};
+    if (colon != std::string_view::npos)
+        if (auto wrong = checkKeyed(text.substr(colon + 1))) return std::move(*wrong);
     const Result<KeyValues> keys = KeyValues::read(
         colon == std::string_view::npos ? std::string_view() : text.substr(colon + 1), kKeys,
         kOtherKeys);

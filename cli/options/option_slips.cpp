@@ -7,6 +7,7 @@
 #include "platform/text/names.h"
 
 #include <CLI/App.hpp>
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <vector>
@@ -62,13 +63,18 @@ constexpr auto kSlips = std::to_array<Slip>({
     {"instrument synth sampler", "write --as instrument"},
     {"wet dry mix drymix wetmix", "write --drywet @ with --as effect", "70"},
     {"hold", "write --freeze"},
-    {"begin from ss trim offset skip", "write --start @, a fraction of INPUT from 0 to 1", "0.25"},
-    {"to stop until", "write --end @, a fraction of INPUT from 0 to 1", "0.75"},
+    {"begin from ss trim offset skip",
+     "write --start F, a fraction of INPUT from 0 to 1, as in 0.25"},
+    {"to stop until", "write --end F, a fraction of INPUT from 0 to 1, as in 0.75"},
     {"fade fades", "write --fade-in @ and --fade-out @", "2"},
     {"fadein fi", "write --fade-in @", "2"},
     {"fadeout fo", "write --fade-out @", "2"},
     {"loop repeat loops cycles", "the scan goes round by itself; write --seconds for the length",
      ""},
+    {"stretch timestretch slow", "write --set Scanning=0.5 for half the speed and twice --seconds"},
+    {"reverse backwards backward", "write --set Scanning=-1, which scans backwards"},
+    {"grain overlap",
+     "write --set Length=MS for the length of a grain, --set Density=HZ for how many a second"},
     {"reverb verb room", "there is an echo: write --set \"Echo Switch=on\""},
     {"norm normalise normalization loudnorm",
      "write --set Normalize=@, from 0 to 1, for what grains are cut from", "1"},
@@ -87,15 +93,20 @@ std::string oneWord(const std::string& word) {
     return word.find(' ') == std::string::npos ? word : '"' + word + '"';
 }
 
-/// For a control's name as an option: "--density 100".
+/// For a control's name as an option: "--density 100". A value that it cannot have, which may
+/// count otherwise elsewhere, is left out.
 std::optional<std::string> settingFor(std::string_view name, std::string_view value) {
     const std::vector<ControlId> controls = matchControl(name, settableControls()).controls;
-    const std::string to = "=" + std::string(value.empty() ? "VALUE" : value);
+    const bool fits = std::ranges::any_of(
+        controls, [&](ControlId id) { return static_cast<bool>(parseControlValue(id, value)); });
+    const std::string to = "=" + std::string(fits ? value : "VALUE");
     std::vector<std::string> settings;
     for (const ControlId id : controls)
         settings.push_back("--set " + oneWord(controlRange(id).name + to));
     if (settings.empty()) return std::nullopt;
-    return "write " + spokenList(settings, "or");
+    const ControlRange& first = controlRange(controls.front());
+    return "write " + spokenList(settings, "or") +
+           (fits ? "" : "; " + std::string(first.name) + " takes " + rangeText(first));
 }
 
 /// The same for one that is a slip or two away, and nearer than any option.
@@ -145,6 +156,16 @@ std::optional<std::string> secondHyphen(const std::string& word, const CLI::App&
     return word + " lacks a hyphen; write " + name;
 }
 
+/// "speed 0.5": a control's name as if it were an effect's, before it a word that wants no value.
+std::optional<std::string> bareSetting(std::span<const std::string> words, const CLI::App& render) {
+    if (words.size() < 3 || words[1].find_first_of("-./") != std::string::npos) return std::nullopt;
+    const CLI::Option* const option = render.get_option_no_throw(words[0]);
+    if (option && option->get_expected_min() > 0) return std::nullopt;
+    const std::vector<ControlId> controls = matchControl(words[1], settableControls()).controls;
+    if (controls.empty() || !parseControlValue(controls.front(), words[2])) return std::nullopt;
+    return inQuotes(words[1]) + " stands alone; " + *settingFor(words[1], words[2]);
+}
+
 } // namespace
 
 std::optional<std::string> rightOption(std::string_view option, std::string_view value,
@@ -163,6 +184,7 @@ std::optional<std::string> rightForm(std::span<const std::string> words, const C
     for (std::size_t i = 0; i < words.size(); ++i) {
         if (auto said = secondHyphen(words[i], render)) return said;
         if (auto said = joinedValue(words.subspan(i))) return said;
+        if (auto said = bareSetting(words.subspan(i), render)) return said;
     }
     return std::nullopt;
 }

@@ -153,7 +153,8 @@ std::string outputLine(const RenderOutcome& outcome) {
 std::string textReport(const RenderOutcome& outcome) {
     const RenderStatistics& statistics = outcome.statistics;
     std::string text = outputLine(outcome);
-    text += std::to_string(statistics.startedGrains) + " grains";
+    text += std::to_string(statistics.startedGrains) +
+            (statistics.startedGrains == 1 ? " grain" : " grains");
     if (statistics.droppedGrains > 0)
         text += " (" + std::to_string(statistics.droppedGrains) + " dropped)";
     text += motionText(outcome) + presetText(outcome.request) + ", seed " +

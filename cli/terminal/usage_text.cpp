@@ -1,5 +1,6 @@
 #include "cli/terminal/usage_text.h"
 
+#include "cli/terminal/command_slips.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
 
@@ -180,7 +181,11 @@ std::string SectionHelp::make_help(const CLI::App* app, std::string name,
 std::string noSuchCommand(const CLI::App& command, std::string_view word) {
     const Names names = commandsOf(command);
     const std::string kind = isWhole(command) ? "command " : nameOf(command) + " command ";
-    return "there is no " + kind + inQuotes(word) + "; the nearest is " + nearestOf(word, names);
+    const std::string none = "there is no " + kind + inQuotes(word) + "; ";
+    if (const auto right = rightCommand(nameOf(command), word)) return none + std::string(*right);
+    const std::string nearest = nearestOf(word, names);
+    const bool isNear = editDistance(plainName(word), nearest) * 2 <= nearest.size();
+    return none + (isNear ? "the nearest is " + nearest : "there are " + spokenList(names));
 }
 
 std::string usageComplaint(const CLI::App& app, const CLI::ParseError& error) {

@@ -62,7 +62,11 @@ OSStatus audioFileStatus(std::error_code error) noexcept {
 }
 
 Failure writeFailure(const std::filesystem::path& file, OSStatus code) {
-    return {"cannot write " + shownFile(file) + ": " + audioFileErrorMeaning(code)};
+    std::error_code ignored;
+    const bool isFolder = !file.has_filename() || std::filesystem::is_directory(file, ignored);
+    return {"cannot write " + shownFile(file) + ": " +
+            (isFolder ? "it is a folder; name a file in it, as in " + shownFile(file / "out.wav")
+                      : audioFileErrorMeaning(code))};
 }
 
 } // namespace zephyra

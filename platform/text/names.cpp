@@ -65,7 +65,9 @@ std::size_t editDistance(std::string_view from, std::string_view to) {
 std::string_view nearestName(std::string_view name, std::span<const std::string_view> names) {
     const std::string plain = plainName(name);
     const auto distance = [&plain](std::string_view candidate) {
-        return editDistance(plain, plainName(candidate));
+        const std::string other = plainName(candidate);
+        const bool isPart = plain.size() >= 3 && other.find(plain) != std::string::npos;
+        return std::pair(!isPart, editDistance(plain, other));
     };
     return *std::min_element(
         names.begin(), names.end(),

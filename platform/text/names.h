@@ -22,7 +22,8 @@ std::string foldCase(std::string_view text);
 std::size_t editDistance(std::string_view from, std::string_view to);
 
 /// Of names, the one whose plain form is the fewest edits from that of name; the earlier of two
-/// that are equally near. names must not be empty.
+/// that are equally near. Those that hold name, of three letters at least, are nearer than all
+/// others: "owl" means "Night Owl". names must not be empty.
 std::string_view nearestName(std::string_view name, std::span<const std::string_view> names);
 
 /// Other words for a name, in their plain form and with blanks between them.

@@ -308,7 +308,9 @@ TEST_F(Library, AnImportGoesOnAfterWhatItCannotTakeAndSaysAtTheEndHowManyItTook)
     put(folder / "sound.zephyra", {{"0 - a", preset("One")}});
     const std::tuple<std::string, int, std::string, std::string> cases[] = {
         {"samples import loops", 0, "a.raw is there\nb.wav is there\n",
-         "zephyra: loops: 1 file that is no sample was left out\n"},
+         "zephyra: loops: 1 file that is no sample was left out\n"
+         "zephyra: loops: 1 folder in it was left out; name such a folder itself to import what it "
+         "holds\n"},
         {"samples import none.wav in.wav loops/b.wav loops/note.txt", 1, "in.wav is there\n",
          "zephyra: none.wav cannot be read: there is no such file\n"
          "zephyra: a sample \"b.wav\" is there already; choose another name with --as, or add "
@@ -421,7 +423,8 @@ TEST_F(Library, ASampleThatAnotherSoundTookThePlaceOfIsFound) {
     writeWav(folder / "tone.wav", tone(2000));
     const std::string render = "render -o out.wav --seconds 0.1 --quiet ";
     out(render + "tone.wav --save-bank Kept --save-preset One");
-    EXPECT_EQ(out("check shared/Kept.zephyra"), "1 preset, nothing wrong\n");
+    for (const char* const file : {"shared/Kept.zephyra", "kept"})
+        EXPECT_EQ(out("check " + std::string(file)), "1 preset, nothing wrong\n") << file;
     writeWav(folder / "tone.wav", tone(1000));
     EXPECT_THAT(run("check shared/Kept.zephyra").out, HasSubstr("Sample_0: "));
     EXPECT_THAT(run(render + "--bank Kept --preset One").err, HasSubstr("another sound"));

@@ -2,6 +2,8 @@
 
 #include "tests/cli/program.h"
 
+#include <sstream>
+
 namespace zephyra {
 namespace {
 
@@ -120,7 +122,9 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --fade-out 1", 2, "which is 0.500 s"},
         {"render in.wav --live --rate 48000", 2, "own 44100 Hz"},
         {"render in.wav --bank B", 2, "--bank needs --preset"},
-        {"render in.wav --preset P", 2, "--preset needs --bank"},
+        {"render in.wav --preset '*'", 2, "--preset '*' needs --bank"},
+        {"render in.wav --preset 3", 1, "a number needs --bank"},
+        {"render in.wav --preset 'Nite Owl'", 1, "nearest is \"Night Owl\""},
         {"render in.wav --bank none --preset P", 1, "none"},
         {"render in.wav --bank none --preset P --rate 1", 2, "Hz from 8000"},
         {"render in.wav --bank B --preset '*'", 2, "add --out-dir DIR"},
@@ -144,7 +148,8 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render folder.wav", 1, "folder.wav"},
         {"info text.wav", 1, "text.wav"},
         {"render in.wav -o none/out.wav", 1, "none/out.wav"},
-        {"render in.wav -o folder.wav", 1, "folder.wav"},
+        {"render in.wav -o folder.wav", 1, "as in folder.wav/out.wav"},
+        {"render in.wav -o none/", 1, "it is a folder"},
         {"render in.wav --picture none/p.png", 1, "none/p.png"},
     };
     for (const auto& [arguments, code, said] : cases) expectRefused(arguments, code, said);
@@ -156,6 +161,22 @@ TEST_F(Usage, HelpListsEveryControlWithItsRangeAndExamples) {
     for (const char* part : {"Ring Modulation Frequency", "0.1 to 8000 Hz", "Normalize", "--at",
                              "this time of the output", "Examples:"})
         EXPECT_THAT(help.out, HasSubstr(part));
+    for (const char* command : {"", "render", "where", "preset", "preset import", "check"}) {
+        std::istringstream lines(run("help " + std::string(command)).out);
+        for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80u) << line;
+    }
+    const std::pair<const char*, const char*> topics[] = {
+        {"Rnd Pitch", "--set \"Rnd Pitch=VALUE\""},
+        {"speed", "Scanning: -4 to 4 x, default 1 x\n  The speed of the scan"},
+        {"--lfo", "An LFO on a control"},
+        {"motion", "Motion:\n  --lfo"},
+        {"render seed", "--seed N"},
+        {"-o", "--output OUT"},
+    };
+    for (const auto& [topic, said] : topics)
+        EXPECT_THAT(run("help " + std::string(topic)).out, HasSubstr(said)) << topic;
+    for (const char* words : {"-V", "-v"}) EXPECT_THAT(run(words).out, HasSubstr("zephyra "));
+    EXPECT_THAT(run("-help").out, HasSubstr("Commands:"));
 }
 
 TEST_F(Usage, AClosedStandardOutputIsAFailure) {

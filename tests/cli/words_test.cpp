@@ -50,6 +50,7 @@ TEST_F(TypedWords, ASoundIsRenderedWithoutTheCommandsName) {
 
 TEST_F(TypedWords, ANearMissIsToldTheRightForm) {
     writeText(folder / "-odd.wav", "");
+    writeWav(folder / "two words.wav", tone(4410));
     const std::tuple<const char*, int, const char*> cases[] = {
         {"rendr", 2, "the nearest is render"},
         {"none.wav", 1, "none.wav does not exist"},
@@ -57,6 +58,10 @@ TEST_F(TypedWords, ANearMissIsToldTheRightForm) {
         {"render", 2, "as in zephyra render bird.wav"},
         {"in.wav out.wav", 2, "to write it, write -o out.wav"},
         {"in.wav 30", 2, "as in --seconds 30"},
+        {"two words.wav -o out.wav", 2, "\"two words.wav\" is one name; put it between quotes"},
+        {"info two words.wav", 2, "put it between quotes"},
+        {"in.wav speed 0.5", 2, "\"speed\" stands alone; write --set Scanning=0.5"},
+        {"in.wav speed x", 2, "\"speed\" is one file too many"},
         {"-odd.wav", 2, "write -- before it, or ./-odd.wav"},
         {"in.wav Density=100", 2, "write --set before each NAME=VALUE"},
         {"in.wav --set Density 100", 2, "write --set Density=100"},
@@ -73,7 +78,19 @@ TEST_F(TypedWords, ANearMissIsToldTheRightForm) {
         {"in.wav --densty=4", 2, "write --set Density=4"},
         {"in.wav --ring-freq 200", 2, "write --set \"Ring Modulation Frequency=200\""},
         {"in.wav --delay 0.3", 2, "write --set \"Left Delay=0.3\" or --set \"Right Delay=0.3\""},
-        {"in.wav --volume --quiet", 2, "write --set Amplitude=VALUE"},
+        {"in.wav --volume --quiet", 2, "write --set Amplitude=VALUE; Amplitude takes 0 to 1"},
+        {"in.wav --volume 3", 2, "write --set Amplitude=VALUE; Amplitude takes 0 to 1"},
+        {"in.wav --volume -3dB", 2, "write --set Amplitude=-3dB"},
+        {"in.wav --stretch 2", 2, "write --set Scanning=0.5 for half the speed"},
+        {"in.wav --grain 50", 2, "write --set Length=MS"},
+        {"in.wav --set Grain=50", 2, "which is meant, Density or Length?"},
+        {"in.wav --lfo Pan:sine,hz=2", 2, "\"sine\" is a shape; write shape=sine"},
+        {"in.wav --lfo Pan:0.5", 2, "write hz=0.5 for a rate"},
+        {"presets", 2, "zephyra banks lists them"},
+        {"preset list", 2, "zephyra banks BANK lists them"},
+        {"banks bird", 1, "the nearest is \"Bird Machines\""},
+        {"banks 'night owl'", 1, "\"Bird Machines\" has a preset of that name"},
+        {"help --nonsense", 2, "there are render, info,"},
         {"in.wav --length 30", 2, "write --seconds 30 for the length of OUT, --set Length=30"},
         {"in.wav -t 30", 2, "write --seconds 30"},
         {"in.wav -d 100", 2, "write --set Density=100"},
@@ -101,7 +118,7 @@ TEST_F(TypedWords, ANearMissIsToldTheRightForm) {
         {"in.wav --json=foo", 2, "--json takes no value"},
         {"in.wav --at 4", 2, "\"4\" is no setting at a time"},
         {"in.wav --at 1:30:Pitch=7", 2, "--at 90:Pitch=7 semitones comes after"},
-        {"help nonsense", 2, "the nearest is"},
+        {"help nonsense", 2, "there are render, info, envelopes,"},
         {"help render nonsense", 2, "there are Sound, Live input and effects,"},
     };
     for (const auto& [arguments, code, said] : cases) expectRefused(arguments, code, said);
@@ -117,6 +134,7 @@ TEST_F(TypedWords, UnitsAndTimesSayTheSameAsNumbers) {
         {"--set 'Density=0.1 kHz'", "--set Density=100"},
         {"--set 'Amplitude=-20 dB'", "--set Amplitude=0.1"},
         {"--rate 48k", "--rate 48000"},
+        {"--set Pitch=1oct", "--set Pitch=1200ct"},
         {"--rate '44.1 kHz'", "--rate 44100"},
         {"--start 25% --end 75%", "--start 0.25 --end 0.75"},
         {"--as effect --drywet 70%", "--as effect --drywet 70"},

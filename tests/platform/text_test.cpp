@@ -24,6 +24,7 @@ TEST(NearestName, FindsWhatWasMeant) {
     const std::string_view names[] = {"Pan", "Pitch", "Rnd Pitch"};
     EXPECT_EQ(nearestName("PTICH", names), "Pitch");
     EXPECT_EQ(nearestName("rndpich", names), "Rnd Pitch");
+    EXPECT_EQ(nearestName("rnd", names), "Rnd Pitch") << "a part of it";
 }
 
 TEST(TextNumbers, AreReadWholeAndWrittenShort) {
