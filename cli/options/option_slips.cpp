@@ -5,6 +5,8 @@
 #include "cli/options/control_options.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
+#include "platform/text/quantities.h"
+#include "platform/text/text_numbers.h"
 
 #include <CLI/App.hpp>
 #include <algorithm>
@@ -72,6 +74,8 @@ constexpr auto kSlips = std::to_array<Slip>({
     {"loop repeat loops cycles", "the scan goes round by itself; write --seconds for the length",
      ""},
     {"stretch timestretch slow", "write --set Scanning=0.5 for half the speed and twice --seconds"},
+    {"octave octaves oct", "write --set Pitch=@oct", "1"},
+    {"cents cent", "write --set Pitch=@ct", "50"},
     {"reverse backwards backward", "write --set Scanning=-1, which scans backwards"},
     {"grain overlap",
      "write --set Length=MS for the length of a grain, --set Density=HZ for how many a second"},
@@ -156,6 +160,28 @@ std::optional<std::string> secondHyphen(const std::string& word, const CLI::App&
     return word + " lacks a hyphen; write " + name;
 }
 
+/// "--set Seconds=3": an option of its own, and no control.
+std::optional<std::string> ownOption(std::span<const std::string> words, const CLI::App& render) {
+    if (words.size() < 2 || words[0] != "--set") return std::nullopt;
+    const std::size_t sign = words[1].find('=');
+    const std::string name = words[1].substr(0, sign), option = "--" + plainName(name);
+    if (sign == std::string::npos || !matchControl(name, settableControls()).controls.empty() ||
+        !render.get_option_no_throw(option))
+        return std::nullopt;
+    return inQuotes(name) + " is no control; write " + option + " " +
+           oneWord(words[1].substr(sign + 1));
+}
+
+/// "--gain -6 dB": a number and its unit in two words.
+std::optional<std::string> brokenQuantity(std::span<const std::string> words) {
+    if (words.size() < 3 || !words[0].starts_with('-') || !parseNumber(words[1])) return {};
+    const std::string whole = words[1] + " " + words[2];
+    const bool isRead =
+        std::ranges::any_of(std::array{"dB", "s", "Hz", "x", "bpm", "b"},
+                            [&](auto unit) { return parseIn(unit, whole).has_value(); });
+    return isRead ? std::optional("write " + words[0] + " " + oneWord(whole)) : std::nullopt;
+}
+
 /// "speed 0.5": a control's name as if it were an effect's, before it a word that wants no value.
 std::optional<std::string> bareSetting(std::span<const std::string> words, const CLI::App& render) {
     if (words.size() < 3 || words[1].find_first_of("-./") != std::string::npos) return std::nullopt;
@@ -184,6 +210,8 @@ std::optional<std::string> rightForm(std::span<const std::string> words, const C
     for (std::size_t i = 0; i < words.size(); ++i) {
         if (auto said = secondHyphen(words[i], render)) return said;
         if (auto said = joinedValue(words.subspan(i))) return said;
+        if (auto said = ownOption(words.subspan(i), render)) return said;
+        if (auto said = brokenQuantity(words.subspan(i))) return said;
         if (auto said = bareSetting(words.subspan(i), render)) return said;
     }
     return std::nullopt;

@@ -184,7 +184,8 @@ std::string noSuchCommand(const CLI::App& command, std::string_view word) {
     const std::string none = "there is no " + kind + inQuotes(word) + "; ";
     if (const auto right = rightCommand(nameOf(command), word)) return none + std::string(*right);
     const std::string nearest = nearestOf(word, names);
-    const bool isNear = editDistance(plainName(word), nearest) * 2 <= nearest.size();
+    const bool isNear =
+        names.size() == 1 || editDistance(plainName(word), nearest) * 2 <= nearest.size();
     return none + (isNear ? "the nearest is " + nearest : "there are " + spokenList(names));
 }
 
