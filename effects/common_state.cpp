@@ -19,10 +19,6 @@ bool isModuleSampleRate(double rate) noexcept {
     return std::isfinite(rate) && rate >= kModuleMinSampleRate;
 }
 
-double smoothingStart(double smoothed, double target) ZEPHYRA_NONBLOCKING {
-    return std::isfinite(target - smoothed) ? smoothed : 0;
-}
-
 bool fillStereoState(CommonState& state, double sampleRate, std::int32_t vectorSize,
                      const char* const* parameterNames, std::int32_t parameterCount) noexcept {
     const auto count = static_cast<std::size_t>(parameterCount);

@@ -3,6 +3,7 @@
 
 #include "platform/threads/realtime.h"
 
+#include <cmath>
 #include <cstdint>
 
 namespace zephyra {
@@ -55,7 +56,9 @@ bool isModuleSampleRate(double rate) noexcept;
 
 /// Where smoothing towards target starts that stands at smoothed: there, or at 0 when the two are
 /// so far apart that their difference would be infinite. Any thread.
-double smoothingStart(double smoothed, double target) ZEPHYRA_NONBLOCKING;
+inline double smoothingStart(double smoothed, double target) ZEPHYRA_NONBLOCKING {
+    return std::isfinite(target - smoothed) ? smoothed : 0;
+}
 
 /// Fills the record of a stereo module ("in1", "in2", "out1", "out2") with one description per
 /// name; false when there is no memory for them. vectorSize below 1 counts as 1. MAIN or OFF.

@@ -58,35 +58,68 @@ inline std::int64_t runLength(std::int64_t writeIndex, std::int64_t readIndex) {
     return smaller(distance - 1, smaller(untilReadWraps, untilWriteWraps));
 }
 
-/// A run of a multiple of kLanes samples.
-inline void echoRun(EchoChannel& channel, ReadPosition at, double feedback, std::int64_t run) {
-    const double* const read = channel.line + (at.index & kEchoMask);
-    double* const write = channel.line + channel.writeIndex;
-    const Doubles fraction = splat(at.fraction);
-    const Doubles gain = splat(feedback);
-    for (std::int64_t n = 0; n < run; n += kLanes) {
+/// A channel's run, to be walked by a multiple of kLanes samples.
+struct EchoRun {
+    const double* read;
+    double* write;
+    const float* in;
+    float* out;
+    Doubles fraction, gain;
+
+    EchoRun(const EchoChannel& channel, ReadPosition at, double feedback)
+        : read(channel.line + (at.index & kEchoMask)), write(channel.line + channel.writeIndex),
+          in(channel.in), out(channel.out), fraction(splat(at.fraction)), gain(splat(feedback)) {}
+
+    /// The kLanes samples from the run's nth on.
+    void lanes(std::int64_t n) const {
         const Doubles before = load(read + n);
         const Doubles delayed = before + fraction * (load(read + n + 1) - before);
-        const Doubles dry = load(channel.in + n);
+        const Doubles dry = load(in + n);
         store(write + n, finiteOrZero(dry + delayed * gain));
-        store(channel.out + n, dry + delayed);
+        store(out + n, dry + delayed);
     }
+};
+
+inline void advance(EchoChannel& channel, std::int64_t run) {
     channel.in += run;
     channel.out += run;
     channel.writeIndex = (channel.writeIndex + run) & kEchoMask;
 }
 
-inline void echoAtRest(EchoChannel& channel, double time, double feedback, std::int64_t frames) {
-    const double delay = clampedDelay(time);
+/// One channel, run by run.
+inline void echoInRuns(EchoChannel& channel, double delay, double feedback, std::int64_t frames) {
     while (frames > 0) {
         const ReadPosition at = readPosition(channel.writeIndex, delay);
         const std::int64_t possible = smaller(runLength(channel.writeIndex, at.index), frames);
         const std::int64_t run = possible - possible % kLanes;
-        if (run > 0) echoRun(channel, at, feedback, run);
+        const EchoRun walk(channel, at, feedback);
+        for (std::int64_t n = 0; n < run; n += kLanes) walk.lanes(n);
+        advance(channel, run);
         const std::int64_t singles = smaller(frames - run, kLanes - 1);
         for (std::int64_t n = 0; n < singles; ++n) echoSample(channel, delay, feedback);
         frames -= run + singles;
     }
+}
+
+inline void echoAtRest(EchoChannel& left, EchoChannel& right, const EchoBlock& block) {
+    const double delayL = clampedDelay(block.smoothed[0]), feedbackL = block.smoothed[2];
+    const double delayR = clampedDelay(block.smoothed[1]), feedbackR = block.smoothed[3];
+    const ReadPosition atL = readPosition(left.writeIndex, delayL);
+    const ReadPosition atR = readPosition(right.writeIndex, delayR);
+    const std::int64_t possible =
+        smaller(runLength(left.writeIndex, atL.index), runLength(right.writeIndex, atR.index));
+    // Usually one run is as long as the block: then both channels go side by side.
+    const std::int64_t lanes = block.frames - block.frames % kLanes;
+    const std::int64_t shared = lanes > 0 && possible >= lanes ? lanes : 0;
+    const EchoRun walkL(left, atL, feedbackL), walkR(right, atR, feedbackR);
+    for (std::int64_t n = 0; n < shared; n += kLanes) {
+        walkL.lanes(n);
+        walkR.lanes(n);
+    }
+    advance(left, shared);
+    advance(right, shared);
+    echoInRuns(left, delayL, feedbackL, block.frames - shared);
+    echoInRuns(right, delayR, feedbackR, block.frames - shared);
 }
 
 /// kLanes samples, each with its own delay and feedback.
@@ -126,7 +159,7 @@ constexpr double kCoefficients[kSmoothed] = {
 
 /// The smoothed ones are stepped side by side for kLanes samples, then turned into one register
 /// each.
-inline void echoGliding(EchoChannel* channels, EchoBlock& block) {
+inline void echoGliding(EchoChannel& left, EchoChannel& right, EchoBlock& block) {
     constexpr int kParts = kSmoothed / kLanes;
     Doubles value[kParts], target[kParts], coefficient[kParts];
     for (int part = 0; part < kParts; ++part) {
@@ -134,7 +167,6 @@ inline void echoGliding(EchoChannel* channels, EchoBlock& block) {
         target[part] = load(block.target + part * kLanes);
         coefficient[part] = load(kCoefficients + part * kLanes);
     }
-    EchoChannel left = channels[0], right = channels[1];
     std::int64_t frames = block.frames;
     for (; frames >= kLanes; frames -= kLanes) {
         Doubles ahead[kSmoothed];
@@ -156,23 +188,15 @@ inline void echoGliding(EchoChannel* channels, EchoBlock& block) {
         echoSample(right, clampedDelay(block.smoothed[1]), block.smoothed[3]);
     }
     for (int part = 0; part < kParts; ++part) store(block.smoothed + part * kLanes, value[part]);
-    channels[0] = left;
-    channels[1] = right;
 }
 
 void echoBody(EchoBlock& block) ZEPHYRA_NONBLOCKING {
-    EchoChannel channels[2];
-    for (int side = 0; side < 2; ++side)
-        channels[side] = {block.line[side], block.writeIndex[side], block.in[side],
-                          block.out[side]};
+    EchoChannel left{block.line[0], block.writeIndex[0], block.in[0], block.out[0]};
+    EchoChannel right{block.line[1], block.writeIndex[1], block.in[1], block.out[1]};
     bool atRest = true;
     for (int n = 0; n < kSmoothed; ++n)
         atRest = atRest && OnePole{block.smoothed[n], block.target[n], kCoefficients[n]}.atRest();
-    if (atRest)
-        for (int side = 0; side < 2; ++side)
-            echoAtRest(channels[side], block.smoothed[side], block.smoothed[2 + side],
-                       block.frames);
-    else
-        echoGliding(channels, block);
-    for (int side = 0; side < 2; ++side) block.writeIndex[side] = channels[side].writeIndex;
+    atRest ? echoAtRest(left, right, block) : echoGliding(left, right, block);
+    block.writeIndex[0] = left.writeIndex;
+    block.writeIndex[1] = right.writeIndex;
 }

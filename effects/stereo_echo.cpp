@@ -80,16 +80,20 @@ void fetchAhead(const CommonState* common, std::int32_t from,
     constexpr std::int64_t kCacheLine = 64 / sizeof(double);
     const auto* state = static_cast<const State*>(common);
     const DelayLine* const lines[] = {&state->lineL, &state->lineR};
+    const double* at[4];
+    std::int64_t atMost = count; // what lies behind a wrap comes when it is needed
     for (int side = 0; side < 2; ++side) {
         const DelayLine& line = *lines[side];
         const auto delay =
             static_cast<std::int64_t>(std::clamp(state->smoothed[side], 1.0, kMaxDelay));
-        const std::int64_t first = line.writeIndex + from;
-        for (std::int64_t write = first; write < first + count; write += kCacheLine) {
-            __builtin_prefetch(line.memory + (write & line.mask), 1);
-            __builtin_prefetch(line.memory + ((write - delay) & line.mask), 0);
-        }
+        const std::int64_t write = (line.writeIndex + from) & line.mask;
+        const std::int64_t read = (write - delay) & line.mask;
+        at[2 * side] = line.memory + write;
+        at[2 * side + 1] = line.memory + read;
+        atMost = std::min(atMost, line.size - std::max(write, read));
     }
+    for (std::int64_t n = 0; n < atMost; n += kCacheLine)
+        for (const double* each : at) __builtin_prefetch(each + n);
 }
 
 std::int32_t perform(CommonState* common, const float* inL, const float* inR, float* outL,

@@ -166,9 +166,9 @@ inline Doubles wholeToDoubles(Longs values) {
 /// Zero in place of NaN and infinities.
 inline Doubles finiteOrZero(Doubles values) {
 #if defined(__AVX512DQ__)
-    constexpr int kNanOrInfinity = 0x99; // quiet, positive, negative, signalling
-    return _mm256_mask_mov_pd(values, _mm256_fpclass_pd_mask(values, kNanOrInfinity),
-                              _mm256_setzero_pd());
+    // Four bits a kind of value: 8 puts zero for NaNs (0, 1) and infinities (4, 5), 0 keeps.
+    constexpr std::int64_t kZeroForNanAndInfinity = 0x00880088;
+    return _mm256_fixupimm_pd(values, values, _mm256_set1_epi64x(kZeroForNanAndInfinity), 0);
 #else
     // What is not finite differs from itself by a NaN.
     const Doubles difference = values - values;

@@ -148,6 +148,7 @@ private:
     Settings blockSettings() const ZEPHYRA_NONBLOCKING;
     GrainTables takeTables() ZEPHYRA_NONBLOCKING;
     void processBlock(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING;
+    void applyEffects(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING;
     void scheduleGrains(int frames, const Settings& settings) ZEPHYRA_NONBLOCKING;
     float scanPosition(float phase, const Settings& settings) const ZEPHYRA_NONBLOCKING;
     double scanPhaseFrom(float renderedPhase) const noexcept;

@@ -23,7 +23,7 @@ constexpr std::uint32_t kM5 = kM4 * kMultiplier;
 static_assert(kM2 == 282475249u && kM3 == 1622647863u && kM4 == 3095271137u);
 
 constexpr int kFetchShares = 20;   // a block's; fewer than grains that usually sound
-constexpr int kShortestFetch = 16; // frames, so that a call is worth it
+constexpr int kShortestFetch = 32; // frames, so that a call is worth it
 
 constexpr float kLargest = std::numeric_limits<float>::max();
 
@@ -231,16 +231,25 @@ void mokGranulatorSF::renderGrains(int frames, const GrainTables& tables) ZEPHYR
     sounded_ = sounded_ + soundedNow;
 }
 
+void mokGranulatorSF::applyEffects(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING {
+    const bool echoes = echoOn, rings = ringOn;
+    std::int32_t error = kModuleNoError; // of the last effect, which writes to the output itself
+    if (echoes)
+        error = delay_stereo_forward::perform(echo, mixL, mixR, rings ? mixL : outL,
+                                              rings ? mixR : outR, frames);
+    if (rings) error = RM::perform(ringModulator, mixL, mixR, outL, outR, frames);
+    if ((echoes || rings) && error == kModuleNoError) return;
+    std::copy_n(mixL, frames, outL);
+    std::copy_n(mixR, frames, outR);
+}
+
 void mokGranulatorSF::processBlock(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING {
     if (granularOn) {
         const GrainTables tables = takeTables();
         scheduleGrains(frames, blockSettings());
         renderGrains(frames, tables);
     }
-    if (echoOn) delay_stereo_forward::perform(echo, mixL, mixR, mixL, mixR, frames);
-    if (ringOn) RM::perform(ringModulator, mixL, mixR, mixL, mixR, frames);
-    std::copy_n(mixL, frames, outL);
-    std::copy_n(mixR, frames, outR);
+    applyEffects(frames, outL, outR);
     std::fill_n(mixL, frames, 0.0f);
     std::fill_n(mixR, frames, 0.0f);
     rendered_ = rendered_ + static_cast<std::uint64_t>(frames);

@@ -60,8 +60,10 @@ void runInBlocks(Body body, Block& block, Stereo& signal) {
     for (std::int32_t length : randomPartition(frames, kLongestBlock, 6)) {
         for (int side = 0; side < 2; ++side)
             block.in[side] = block.out[side] = signal.side[side].data() + at;
-        block.frames = length;
-        body(block);
+        for (std::int32_t each : {-length, length}) { // fewer than 1 are none
+            block.frames = each;
+            body(block);
+        }
         at += static_cast<std::size_t>(length);
     }
 }

@@ -1,6 +1,9 @@
 // What the stream schedules, starts and puts out: values worked out by hand.
 
+#include "effects/ring_modulator.h"
+#include "effects/stereo_echo.h"
 #include "engine/granular_stream.h"
+#include "platform/threads/flush_denormals.h"
 #include "tests/support/stream_probe.h"
 #include "tests/support/test_sounds.h"
 
@@ -221,6 +224,40 @@ TEST(GranularStream, RepeatsWithItsSeedAndSplitsLongBlocks) {
                                               parts.from(static_cast<std::size_t>(at)));
     EXPECT_EQ(whole.left, parts.left);
     EXPECT_EQ(whole.right, parts.right);
+}
+
+TEST(GranularStream, PutsOutWhatTheEffectsInUseMakeOfTheGrains) {
+    constexpr int kFrames = 4000;
+    for (int choice = 0; choice < 16; ++choice) {
+        SCOPED_TRACE(choice);
+        const bool echoes = choice & 1, rings = choice & 2;
+        const bool echoFails = choice & 4, ringFails = choice & 8;
+        Stream stream, dry;
+        stream.engine.echoOn = echoes;
+        stream.engine.ringOn = rings;
+        for (Stream* each : {&stream, &dry}) {
+            CommonState *echo = each->engine.echoModule(),
+                        *ring = each->engine.ringModulatorModule();
+            delay_stereo_forward::setparameter(echo, delay_stereo_forward::kTimeL, 50);
+            RM::setparameter(ring, RM::kDryWet, 1);
+            RM::setparameter(ring, RM::kFreq, 2000);
+            const auto fail = [](auto perform, CommonState* module) {
+                perform(module, nullptr, nullptr, nullptr, nullptr, 1);
+            };
+            if (echoFails) fail(delay_stereo_forward::perform, echo);
+            if (ringFails) fail(RM::perform, ring);
+        }
+        StereoBlock expected = dry.render(kFrames);
+        float *left = expected.left.data(), *right = expected.right.data();
+        const FlushDenormals flush;
+        if (echoes)
+            delay_stereo_forward::perform(dry.engine.echoModule(), left, right, left, right,
+                                          kFrames);
+        if (rings) RM::perform(dry.engine.ringModulatorModule(), left, right, left, right, kFrames);
+        const StereoBlock out = stream.render(kFrames);
+        EXPECT_EQ(out.left, expected.left);
+        EXPECT_EQ(out.right, expected.right);
+    }
 }
 
 TEST(GranularStream, LetsTheEchoRingOutWithoutGrains) {
