@@ -63,9 +63,7 @@ Result<void> openFiles(Job& job, const ReadSource& read) {
     if (job.request.picture)
         if (auto opened = job.pictureFile.open(*job.request.picture); !opened) return opened;
     // Last: what reads from a pipe gets the sound's first bytes here.
-    if (auto opened = job.output.open(job.request, job.plan(), goesOn);
-        !opened)
-        return opened;
+    if (auto opened = job.output.open(job.request, job.plan(), goesOn); !opened) return opened;
     if (!job.request.picture && !job.seen) return {};
     job.recorder = std::make_unique<PictureRecorder>(job.plan(), read.shown, RenderPage::grid());
     job.recorder->addSource(read.shownSamples());

@@ -2,6 +2,7 @@
 
 #include "platform/sound/channel_levels.h"
 #include "platform/text/decibels.h"
+#include "platform/text/message_text.h"
 #include "platform/text/odd_bytes.h"
 #include "platform/text/text_numbers.h"
 
@@ -186,10 +187,11 @@ void Notices::addLimiting() {
     if (file.limitedSamples() == 0) return;
     // Rounded up: what it says is enough.
     const double excess = std::ceil(decibelsOf(file.peak()) * 10) / 10;
+    const bool one = file.limitedSamples() == 1;
     add(outputTitle(request().output),
-        ": " + std::to_string(file.limitedSamples()) + " samples exceeded full scale by up to " +
-            formatFixed(excess, 1) +
-            " dB and were limited; turn down with --gain auto, lower Amplitude, or write --float");
+        ": " + counted(file.limitedSamples(), "sample") + " exceeded full scale by up to " +
+            formatFixed(excess, 1) + " dB and " + (one ? "was" : "were") +
+            " limited; turn down with --gain auto, lower Amplitude, or write --float");
 }
 
 void Notices::addOutput() {
