@@ -2,9 +2,7 @@
 
 #include "library/bank_file.h"
 #include "tests/support/fake_host.h"
-#include "tests/support/temporary_folder.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -62,7 +60,7 @@ TEST(HostPresets, AreNumberedThroughAllFactoryBanksChosenByNumberAndRefusedWithA
          "-|own|currentPreset Custom: -3, own|Returning Current Custom Preset: -3, own"}};
     for (const auto& [preset, seen] : rows) EXPECT_EQ(host.set(preset), seen);
     host.set({{2, ""}});
-    std::filesystem::remove(host.folder / "A 1.zephyra");
+    fs::remove(host.folder / "A 1.zephyra");
     host.unit->makeFactoryPresets();
     EXPECT_EQ(host.presets() + host.unit->currentPreset()->name,
               "0 p (B\\xFF), 1 <unnamed> (B\\xFF), p (B\\xFF)");

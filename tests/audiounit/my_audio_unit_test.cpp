@@ -3,8 +3,7 @@
 #include "audiounit/dry_wet_mix.h"
 #include "platform/threads/flush_denormals.h"
 #include "tests/support/fake_host.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {

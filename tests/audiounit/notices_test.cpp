@@ -2,7 +2,7 @@
 
 #include "tests/support/fake_host.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -34,23 +34,21 @@ TEST(Notices, TellEachDownbeatAndEachReturnToTheStartOnce) {
         std::vector<double> beats;
         const char* told;
         double denominator = 4;
-    } rows[] = {
-        {4, {-2, -1, 0, 1}, "..2."},
-        {4, {0, 0, 0.5, 1, 0}, "2r..2"},
-        {4, {4.9, 5.5, 8.0, 8.2, 9, 11.9, 12}, "b.b...b"},
-        {3, {1, 2, 3.1, 5.9, 6}, "..b.b"},
-        {0, {1, 0.5, 0, 4}, ".br."},
-        {-1, {-1e300, 1, 1e300}, "br."},
-        {4, {NAN, 1, 4}, "..b"},
-        {NAN, {-1, 0, 4}, ".r."},
-        {4, {3, 4, 6.5, 8}, ".b.b", NAN},
-        {4, {3, 4, 6.5, 8}, ".b.b", 0},
-        {6, {0, 1, 2.9, 3, 3.6, 6.2}, "2..b.b", 8},
-        {7, {3.4, 3.5, 3.9, 7.4, 11.2, 11.5}, ".b.bb.", 8}, // one first beat is passed over
-        {1, {0.1, 0.6, 0.7, 1}, "bb.b", 8},
-        {3, {-0.1, 0.2, 2, 5.9, 6, 1}, ".2..bb", 2}, // and back, into the first beat
-        {2, {1.5, 5, 2.5, 0.5, 2.5, 0.5}, "bb.b.b", 2},
-    };
+    } rows[] = {{4, {-2, -1, 0, 1}, "..2."},
+                {4, {0, 0, 0.5, 1, 0}, "2r..2"},
+                {4, {4.9, 5.5, 8.0, 8.2, 9, 11.9, 12}, "b.b...b"},
+                {3, {1, 2, 3.1, 5.9, 6}, "..b.b"},
+                {0, {1, 0.5, 0, 4}, ".br."},
+                {-1, {-1e300, 1, 1e300}, "br."},
+                {4, {NAN, 1, 4}, "..b"},
+                {NAN, {-1, 0, 4}, ".r."},
+                {4, {3, 4, 6.5, 8}, ".b.b", NAN},
+                {4, {3, 4, 6.5, 8}, ".b.b", 0},
+                {6, {0, 1, 2.9, 3, 3.6, 6.2}, "2..b.b", 8},
+                {7, {3.4, 3.5, 3.9, 7.4, 11.2, 11.5}, ".b.bb.", 8}, // one first beat is passed over
+                {1, {0.1, 0.6, 0.7, 1}, "bb.b", 8},
+                {3, {-0.1, 0.2, 2, 5.9, 6, 1}, ".2..bb", 2}, // and back, into the first beat
+                {2, {1.5, 5, 2.5, 0.5, 2.5, 0.5}, "bb.b.b", 2}};
     for (const auto& row : rows) {
         FollowingRig rig;
         std::string told;

@@ -8,14 +8,10 @@
 #include "tests/cli/program.h"
 
 #include <csignal>
-#include <map>
 #include <unistd.h>
 
 namespace zephyra {
 namespace {
-
-using nlohmann::json;
-using testing::HasSubstr;
 
 TEST(ProcessPool, AJobThatDiesOrFailsLeavesTheOthersAlone) {
     std::map<std::size_t, std::string> ends;
@@ -38,8 +34,7 @@ TEST(ProcessPool, AJobThatDiesOrFailsLeavesTheOthersAlone) {
              }},
         [] { return false; });
     EXPECT_TRUE(all);
-    EXPECT_EQ(share, 1.0);
-    EXPECT_EQ(ends[2].size(), longText.size() + 3);
+    EXPECT_EQ(std::tuple(share, ends[2].size()), std::tuple(1.0, longText.size() + 3));
     ends.erase(2);
     EXPECT_EQ(ends, (std::map<std::size_t, std::string>{
                         {0, "t0=0"}, {1, "=-1"}, {3, "t3=9"}, {4, "t4=0"}, {5, "t5=0"}}));
@@ -81,7 +76,7 @@ TEST(ProcessPool, ChildrenEndWhenTheParentSaysSoOrDiesAndNotByCtrlC) {
         return 0;
     };
     EXPECT_EXIT(runJobs(1, 1, kill, {}, interrupted), testing::KilledBySignal(SIGKILL), "");
-    EXPECT_TRUE(std::filesystem::exists(folder / "asked")); // that ended only when the child had
+    EXPECT_TRUE(fs::exists(folder / "asked")); // that ended only when the child had
     times = 2, signal = SIGINT;
     EXPECT_EXIT((watchInterrupts(), runJobs(1, 1, kill, {}, interrupted)),
                 testing::KilledBySignal(SIGINT), "");
@@ -138,10 +133,10 @@ TEST_F(Batch, EveryInputIsRenderedWithEveryPresetAsItWouldBeAlone) {
     EXPECT_EQ(reports[1]["preset"], "Tag & Nacht");
     EXPECT_TRUE(reports[3].contains("error"));
     EXPECT_THAT(folderEntries(folder / "out"),
-                testing::ElementsAre("contact-sheet.png", "in - Glass.png", "in - Glass.wav",
-                                     "in - Rain.png", "in - Rain.wav", "in - Tag & Nacht.png",
-                                     "in - Tag & Nacht.wav"));
-    EXPECT_GT(std::filesystem::file_size(folder / "out/contact-sheet.png"), 60000u)
+                ElementsAre("contact-sheet.png", "in - Glass.png", "in - Glass.wav",
+                            "in - Rain.png", "in - Rain.wav", "in - Tag & Nacht.png",
+                            "in - Tag & Nacht.wav"));
+    EXPECT_GT(fs::file_size(folder / "out/contact-sheet.png"), 60000u)
         << "without the three pictures it takes a tenth of that";
     for (const char* preset : {"Glass", "Rain"}) {
         const std::string alone =
@@ -156,7 +151,7 @@ TEST_F(Batch, AnInterruptEndsAllAndLeavesNoHalfFiles) {
             "timeout --foreground --preserve-status -s INT 1");
     EXPECT_EQ(ended.code, 1);
     EXPECT_THAT(ended.err, HasSubstr("interrupted; 0 of 3 renders were written"));
-    EXPECT_TRUE(std::filesystem::is_empty(folder / "out"));
+    EXPECT_TRUE(fs::is_empty(folder / "out"));
 }
 
 } // namespace

@@ -4,9 +4,6 @@
 #include "platform/files/folder_entries.h"
 #include "tests/cli/program.h"
 
-#include <fstream>
-#include <sstream>
-
 namespace zephyra {
 namespace {
 
@@ -54,7 +51,7 @@ struct DryRun : ProgramTest {
             EXPECT_EQ(run("--version; sh line").code, 0) << *line;
         }
     }
-    std::map<std::string, std::string> filesIn(const std::filesystem::path& name) const {
+    std::map<std::string, std::string> filesIn(const fs::path& name) const {
         std::map<std::string, std::string> files;
         for (const std::string& file : folderEntries(folder / name))
             files[file] = readText(folder / name / file);
@@ -65,7 +62,7 @@ struct DryRun : ProgramTest {
 };
 
 TEST_F(DryRun, ItsLinesGiveTheSoundsAndPicturesOfTheBatchWhateverNamesHold) {
-    std::filesystem::copy(folder / "in.wav", folder / "-odd '$x\n\xff.wav");
+    fs::copy(folder / "in.wav", folder / "-odd '$x\n\xff.wav");
     for (const char* const preset : {"-p", "'#1'", "'it'\\''s \"$HOME\"'"})
         rendered("in.wav --seconds 0.1 --set Density=90 --save-bank B --save-preset " +
                  std::string(preset));
@@ -79,7 +76,7 @@ TEST_F(DryRun, ItsLinesGiveTheSoundsAndPicturesOfTheBatchWhateverNamesHold) {
     runBackwards(lines);
     auto made = filesIn("-o x");
     EXPECT_EQ(made.size(), 12u);
-    std::filesystem::remove_all(folder / "-o x");
+    fs::remove_all(folder / "-o x");
     EXPECT_EQ(run("--shared-folder=shared render " + seed + options).code, 0);
     made["contact-sheet.png"] = readText(folder / "-o x/contact-sheet.png");
     EXPECT_TRUE(made == filesIn("-o x"));
@@ -88,7 +85,7 @@ TEST_F(DryRun, ItsLinesGiveTheSoundsAndPicturesOfTheBatchWhateverNamesHold) {
 TEST_F(DryRun, ARenderThatCannotBeIsToldOfAndTheOthersStand) {
     for (const char* const preset : {"Clouds", "Ears --as effect"})
         rendered("in.wav --seconds 0.1 --save-bank B --save-preset " + std::string(preset));
-    std::filesystem::create_directory(folder / "out");
+    fs::create_directory(folder / "out");
     const auto lines = linesOf("--bank B --preset '*' --out-dir out --seed 9", 1);
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_EQ(lines[0], ZEPHYRA_BINARY_DIR "/cli/zephyra render --shared-folder shared --bank B "
@@ -119,7 +116,7 @@ TEST_F(DryRun, OneRenderIsOneLineWithTheSeedThatItTakes) {
         {"in.wav --picture p.png --seed 5", " --seed 5 -o in-grains.wav --picture p.png"}};
     for (const auto& [options, end] : cases)
         EXPECT_THAT(linesOf(options), ElementsAre(EndsWith(end)));
-    std::filesystem::create_symlink(ZEPHYRA_BINARY_DIR "/cli/zephyra", folder / "zeph");
+    fs::create_symlink(ZEPHYRA_BINARY_DIR "/cli/zephyra", folder / "zeph");
     run("--version; ./zeph render in.wav --dry-run >here; PATH=. zeph render in.wav --dry-run "
         ">found");
     EXPECT_THAT(readText(folder / "here"), StartsWith((folder / "zeph render").string()));

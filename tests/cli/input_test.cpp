@@ -4,15 +4,10 @@
 #include "tests/cli/program.h"
 #include "tests/support/other_program.h"
 
-#include <sstream>
 #include <sys/stat.h>
 
 namespace zephyra {
 namespace {
-
-using nlohmann::json;
-using testing::HasSubstr;
-namespace fs = std::filesystem;
 
 /// Behind arguments: standard input is a pipe of this number instead, as a shell's <(...) is.
 constexpr const char* kAsPipe = " 5<&0 </dev/null";
@@ -51,8 +46,7 @@ TEST_F(Input, WhatComesThroughAPipeIsReadLikeAFileAlsoWithoutItsLength) {
     EXPECT_TRUE(piped("cat in.wav |", "/dev/stdin") == plain);
     EXPECT_TRUE(piped("cat in.wav |", std::string("/dev/fd/5") + kAsPipe) == plain);
     makePipe("f");
-    EXPECT_TRUE(piped("cat in.wav > f &", "f") == plain);
-    EXPECT_TRUE(piped("", "- < in.wav") == plain);
+    EXPECT_TRUE(piped("cat in.wav > f &", "f") == plain && piped("", "- < in.wav") == plain);
     EXPECT_EQ(run("info -", "cat in.wav |").out, run("info in.wav").out);
 }
 
@@ -104,7 +98,7 @@ TEST_F(Input, AStreamThatBringsNoSoundEndsInOneLine) {
         "script -qec 'cd " + folder.path().string() + "; " + ZEPHYRA_BINARY_DIR "/cli/zephyra ";
     for (const char* command : {"render -", "info /dev/stdin"})
         EXPECT_THAT(outputOf(typed + command + "; echo =$?' /dev/null </dev/null"),
-                    testing::AllOf(HasSubstr("is a terminal; send it something"), HasSubstr("=2")));
+                    AllOf(HasSubstr("is a terminal; send it something"), HasSubstr("=2")));
     environment = "TMPDIR=/none";
     expectRefused("render -", 1, "standard input cannot be kept in /none: ", "cat in.wav |");
 }
@@ -251,7 +245,7 @@ TEST_F(Notices, TellWhatAListenerWouldNoticeAndNothingElse) {
         ASSERT_EQ(said.size(), lines.size()) << told.err;
         const json listed = json::parse(run(all + " --json").out, nullptr, false)["notices"];
         for (std::size_t i = 0; i < lines.size(); ++i) {
-            EXPECT_THAT(said[i], testing::StartsWith(lines[i]));
+            EXPECT_THAT(said[i], StartsWith(lines[i]));
             EXPECT_EQ(listed[i].get<std::string>() + "\n", said[i]);
         }
         EXPECT_EQ(std::count(told.out.begin(), told.out.end(), '\n'), 2) << told.out;

@@ -5,8 +5,6 @@
 namespace zephyra {
 namespace {
 
-using testing::HasSubstr;
-
 struct PresetRender : ProgramTest {
     PresetRender() {
         writeWav(folder / "other.wav", std::vector<std::int16_t>(11025, 9000), 22050);
@@ -22,8 +20,8 @@ TEST_F(PresetRender, APresetSoundsAsTheOptionsThatItWasSavedFrom) {
     const std::string made = bytes("in.wav --save-bank Mine --save-preset 'Night Train' " + moving);
     EXPECT_EQ(seen["savedPreset"], "Night Train");
     EXPECT_TRUE(bytes("in.wav") != made);
-    EXPECT_TRUE(bytes("--bank mine --preset 'night train'") == made);
-    EXPECT_TRUE(bytes("--preset 'night train'") == made);
+    for (const char* const named : {"--bank mine --preset 'night train'", "--preset 'night train'"})
+        EXPECT_TRUE(bytes(named) == made) << named;
     EXPECT_EQ(seen["takePoints"], 3);
     EXPECT_EQ(seen["sample"], (folder / "in.wav").string());
     EXPECT_TRUE(bytes("--bank Mine --preset 1 --set Density=20") != made);
@@ -32,10 +30,11 @@ TEST_F(PresetRender, APresetSoundsAsTheOptionsThatItWasSavedFrom) {
     EXPECT_TRUE(bytes("--bank Mine --preset Again") == made);
     const std::string other = bytes("other.wav " + moving);
     EXPECT_TRUE(bytes("other.wav --bank Mine --preset Again") == other) << "INPUT wins";
-    std::filesystem::remove(folder / "in.wav");
+    fs::remove(folder / "in.wav");
     EXPECT_TRUE(bytes("other.wav --bank Mine --preset Again") == other);
-    expectRefused("render --bank Mine --preset Again", 1, "in.wav");
-    expectRefused("render --bank Mine --preset Again", 1, "name INPUT instead");
+    expectRefused("render --bank Mine --preset Again", 1,
+                  "/in.wav is missing; a file of that name, or one with its content in the shared "
+                  "folder, is needed; name INPUT instead");
 }
 
 TEST_F(PresetRender, APresetThatListensIsAnEffectWithoutBeingTold) {
@@ -46,7 +45,7 @@ TEST_F(PresetRender, APresetThatListensIsAnEffectWithoutBeingTold) {
     EXPECT_THAT(run("render in.wav --bank Live --preset Ears").out, HasSubstr("has LIVE on"));
     for (const std::string told : {"--live ", "--as instrument "})
         EXPECT_THAT(run("render in.wav --bank Live --preset Ears " + told).out,
-                    testing::Not(HasSubstr("has LIVE on")));
+                    Not(HasSubstr("has LIVE on")));
     expectRefused("render --bank Live --preset Ears", 2, "listens to live input; name INPUT");
     bytes("in.wav --bank Live --preset Ears --as instrument");
     EXPECT_FALSE(seen["live"]);
@@ -57,8 +56,7 @@ TEST_F(PresetRender, AnEffectKeepsThePresetsSampleAndHearsTheInput) {
     const std::string sampled =
         bytes(set + "--sample other.wav --save-bank B --save-preset Sampled");
     EXPECT_TRUE(bytes("in.wav --as effect --bank B --preset Sampled") == sampled);
-    EXPECT_TRUE(bytes("in.wav --live --bank B --preset Sampled") != sampled);
-    EXPECT_TRUE(seen["live"]);
+    EXPECT_TRUE(bytes("in.wav --live --bank B --preset Sampled") != sampled && seen["live"]);
 }
 
 TEST_F(PresetRender, APresetIsOverwrittenOnlyWithYesAndNeverByAFailedRender) {

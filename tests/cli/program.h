@@ -3,15 +3,14 @@
 
 #include "platform/text/log.h"
 #include "stream/audio_file_writer.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/testing.h"
 
-#include <algorithm>
-#include <cmath>
-#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 #include <sys/wait.h>
 
 namespace zephyra {
+
+using nlohmann::json;
 
 struct ProgramRun {
     int code; ///< exit code, -1 when a signal ended the program
@@ -19,7 +18,7 @@ struct ProgramRun {
 };
 
 /// A mono WAV file of 16-bit samples.
-inline void writeWav(const std::filesystem::path& file, const std::vector<std::int16_t>& samples,
+inline void writeWav(const fs::path& file, const std::vector<std::int16_t>& samples,
                      std::uint32_t rate = 44100) {
     Log log;
     EAFWrite writer(log);
@@ -57,7 +56,7 @@ struct ProgramTest : testing::Test {
     std::string rendered(const std::string& arguments) {
         const ProgramRun ended = run("render -o out.wav --json " + arguments);
         EXPECT_EQ(ended.code, 0) << arguments << "\n" << ended.err;
-        seen = nlohmann::json::parse(ended.out, nullptr, false);
+        seen = json::parse(ended.out, nullptr, false);
         return readText(folder / "out.wav");
     }
     /// One line says so, and nothing is written. shell: in front, as for run.
@@ -67,7 +66,7 @@ struct ProgramTest : testing::Test {
         const auto before = folder.entries();
         const ProgramRun ended = run(arguments, shell);
         EXPECT_EQ(ended.code, code);
-        EXPECT_THAT(ended.err, testing::HasSubstr(said));
+        EXPECT_THAT(ended.err, HasSubstr(said));
         EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
         EXPECT_EQ(ended.out, "");
         EXPECT_EQ(folder.entries(), before) << "a file was left behind";
@@ -75,7 +74,7 @@ struct ProgramTest : testing::Test {
 
     TemporaryFolder folder;
     std::string environment; ///< further variables, as env takes them
-    nlohmann::json seen;
+    json seen;
 };
 
 } // namespace zephyra

@@ -7,29 +7,21 @@
 namespace zephyra {
 namespace {
 
-using testing::HasSubstr;
-
 using Usage = ProgramTest;
 
 TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
     writeText(folder / "text.wav", "no sound at all, and long enough to look at");
-    std::filesystem::create_directory(folder / "folder.wav");
+    fs::create_directory(folder / "folder.wav");
     const std::tuple<const char*, int, const char*> cases[] = {
         {"--shared-folder s", 2,
          "a command is missing: render, info, envelopes, parameters, banks"},
-        {"rendr in.wav", 2, "nearest is render"},
         {"--foo", 2, "there is no option \"--foo\""},
         {"envelopes in.wav", 2, "only options"},
-        {"render", 2, "needs the name of a sound file"},
         {"info", 2, "needs the name of a sound file"},
-        {"render in.wav other.wav", 2, "\"other.wav\" is one file too many"},
-        {"render in.wav --set Pan=1 Width=1", 2, "write --set before each NAME=VALUE"},
-        {"render in.wav --secnds 3", 2, "nearest is --seconds"},
         {"render in.wav --seed", 2, "--seed needs a value"},
         {"render in.wav --seed 1 --seed 2", 2, "--seed can only be given once"},
         {"render in.wav --set Densty=50", 2, "nearest is \"Density\""},
         {"render in.wav --set Density=401", 2, "Density takes 0.5 to 400 Hz, not \"401\""},
-        {"render in.wav --set Pan --foo", 2, "there is no option \"--foo\""},
         {"render in.wav --set EchoSwitch=2", 2, "on or off"},
         {"render in.wav --set Density", 2, "write NAME=VALUE"},
         {"render in.wav --at 0:live=1", 2, "add --as effect"},
@@ -53,7 +45,6 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --lfo EchoSwitch", 2, "not Echo Switch"},
         {"render in.wav --lfo 'Fade In'", 2, "not fade in"},
         {"render in.wav --lfo Pan:shap=sine", 2, "nearest is \"shape\""},
-        {"render in.wav --lfo Pan:shape=sin", 2, "it is called sine"},
         {"render in.wav --lfo Pan:hz=25", 2, "hz takes Hz from 0.016 to 24, not \"25\""},
         {"render in.wav --lfo Pan:hz=1,hz=2", 2, "hz is given twice"},
         {"render in.wav --lfo Pan:hz", 2, "write hz=VALUE"},
@@ -83,7 +74,6 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --seconds 1 --record-scrub none/t.csv", 1, "none/t.csv"},
         {"render in.wav --at Pitch=7", 2, "write TIME:NAME=VALUE"},
         {"render in.wav --at -1:Pitch=7", 2, "write TIME:NAME=VALUE"},
-        {"render in.wav --at inf:Pitch=7", 2, "write TIME:NAME=VALUE"},
         {"render in.wav --at 1:Pitch=7", 2, "comes after the end at 0.500 s"},
         {"render in.wav --seconds 2 --at 2:Pitch=7", 2, "comes after the end"},
         {"render in.wav --seconds 0", 2, "seconds above 0"},
@@ -107,7 +97,6 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --gain", 2, "--gain needs a value"},
         {"render in.wav -o /dev/full", 1, "cannot write /dev/full: the disk is full"},
         {"render in.wav -o /dev/fd/999", 1, "cannot write /dev/fd/999"},
-        {"render in.wav -o out.aif --float", 2, "--float is for WAV only"},
         {"render in.wav -o ./in.wav", 2, "would replace INPUT"},
         {"render in.wav --picture p.jpg", 2, "ends in .png"},
         {"render in.wav -o p.png --type wav --picture p.png", 2, "choose another"},
@@ -151,16 +140,12 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav -o folder.wav", 1, "as in folder.wav/out.wav"},
         {"render in.wav -o none/", 1, "it is a folder"},
         {"render in.wav --picture none/p.png", 1, "none/p.png"},
+        {"info in.wav >/dev/full", 1, "standard output"},
     };
     for (const auto& [arguments, code, said] : cases) expectRefused(arguments, code, said);
 }
 
-TEST_F(Usage, HelpListsEveryControlWithItsRangeAndExamples) {
-    const ProgramRun help = run("render --help");
-    EXPECT_EQ(help.code, 0);
-    for (const char* part : {"Ring Modulation Frequency", "0.1 to 8000 Hz", "Normalize", "--at",
-                             "this time of the output", "Examples:"})
-        EXPECT_THAT(help.out, HasSubstr(part));
+TEST_F(Usage, HelpFitsATerminalAndAnswersAWord) {
     for (const char* command : {"", "render", "where", "preset", "preset import", "check"}) {
         std::istringstream lines(run("help " + std::string(command)).out);
         for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80u) << line;
@@ -177,10 +162,6 @@ TEST_F(Usage, HelpListsEveryControlWithItsRangeAndExamples) {
         EXPECT_THAT(run("help " + std::string(topic)).out, HasSubstr(said)) << topic;
     for (const char* words : {"-V", "-v"}) EXPECT_THAT(run(words).out, HasSubstr("zephyra "));
     EXPECT_THAT(run("-help").out, HasSubstr("Commands:"));
-}
-
-TEST_F(Usage, AClosedStandardOutputIsAFailure) {
-    expectRefused("info in.wav >/dev/full", 1, "standard output");
 }
 
 } // namespace

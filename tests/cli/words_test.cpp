@@ -6,18 +6,15 @@
 
 #include <CLI/App.hpp>
 #include <regex>
-#include <sstream>
 
 namespace zephyra {
 namespace {
-
-using testing::HasSubstr;
 
 struct TypedWords : ProgramTest {
     TypedWords() : ProgramTest(4410) {}
     /// The bytes that the words write to out.wav.
     std::string written(const std::string& words) const {
-        std::filesystem::remove(folder / "out.wav");
+        fs::remove(folder / "out.wav");
         const ProgramRun ended = run(words);
         EXPECT_EQ(ended.code, 0) << words << "\n" << ended.err;
         return readText(folder / "out.wav");
@@ -25,27 +22,21 @@ struct TypedWords : ProgramTest {
 };
 
 TEST_F(TypedWords, ASoundIsRenderedWithoutTheCommandsName) {
-    writeWav(folder / "noext", tone(4410));
-    writeWav(folder / "render", tone(4410));
-    writeWav(folder / "help", tone(4410));
-    writeWav(folder / "-odd.wav", tone(4410));
+    for (const char* name : {"noext", "render", "help", "-odd.wav"})
+        writeWav(folder / name, tone(4410));
     const std::string one = written("render in.wav -o out.wav --seed 7");
     for (const char* words :
          {"in.wav -o out.wav --seed 7", "-o out.wav --seed 7 in.wav",
           "--seed 7 -o out.wav ./in.wav", "noext --seed 7 -o out.wav",
           "-o out.wav --seed 7 -- noext", "./render --seed 7 -o out.wav",
           "-o out.wav --quiet --seed 7 render in.wav", "--seed 7 -o out.wav -- render",
-          "render help --seed 7 -o out.wav", "--seed 7 -o out.wav -- -odd.wav", "-- -odd.wav"})
-        if (std::string(words) != "-- -odd.wav")
-            EXPECT_TRUE(written(words) == one) << words;
-        else
-            EXPECT_EQ(run(words).code, 0) << words;
-    EXPECT_TRUE(std::filesystem::exists(folder / "-odd-grains.wav"));
-    EXPECT_EQ(run("render help").code, 0);
-    EXPECT_TRUE(std::filesystem::exists(folder / "help-grains.wav"));
-    EXPECT_EQ(run("--bank 'Bird Machines' --preset 'Night Owl' --seconds 0.1 -o owl.wav").code, 0);
-    EXPECT_EQ(run("--json banks").code, 0);
-    EXPECT_EQ(run("--shared-folder shared where").code, 0);
+          "render help --seed 7 -o out.wav", "--seed 7 -o out.wav -- -odd.wav"})
+        EXPECT_TRUE(written(words) == one) << words;
+    for (const char* words : {"-- -odd.wav", "render help", "--json banks",
+                              "--bank 'Bird Machines' --preset 'Night Owl' --seconds 0.1 -o o.wav",
+                              "--shared-folder shared where"})
+        EXPECT_EQ(run(words).code, 0) << words;
+    EXPECT_TRUE(fs::exists(folder / "-odd-grains.wav") && fs::exists(folder / "help-grains.wav"));
 }
 
 TEST_F(TypedWords, ANearMissIsToldTheRightForm) {
@@ -182,6 +173,8 @@ TEST_F(TypedWords, HelpIsGivenHoweverItIsAskedFor) {
         {"help help", "Commands:"},
         {"help render", "Usage: zephyra render [OPTIONS] [INPUT...]"},
         {"render help", "Usage: zephyra render"},
+        {"render --help", "Ring Modulation Frequency"},
+        {"render --help", "0.1 to 8000 Hz"},
         {"in.wav --help", "Usage: zephyra render"},
         {"help preset export", "Usage: zephyra preset export [OPTIONS] BANK [PRESET]"},
         {"preset export --help", "Usage: zephyra preset export"},
@@ -197,9 +190,7 @@ TEST_F(TypedWords, HelpIsGivenHoweverItIsAskedFor) {
         for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80u) << line;
     }
     const ProgramRun alone = run("");
-    EXPECT_EQ(alone.code, 2);
-    EXPECT_EQ(alone.out, "");
-    EXPECT_EQ(alone.err, run("--help").out);
+    EXPECT_EQ(std::tuple(alone.code, alone.out, alone.err), std::tuple(2, "", run("--help").out));
     EXPECT_EQ(run("banks help").code, 1) << "a bank may be called so";
 }
 
@@ -217,23 +208,8 @@ TEST_F(TypedWords, TheExamplesOfTheHelpWork) {
     EXPECT_GE(count, 13u);
 }
 
-TEST_F(TypedWords, TwoHyphensEndTheOptionsOfEveryCommand) {
-    writeWav(folder / "-odd.wav", tone(4410));
-    for (const char* arguments :
-         {"info -- -odd.wav", "samples import -- -odd.wav",
-          "render in.wav -o out.wav --save-bank -odd --save-preset -one", "banks -- -odd",
-          "preset show -- -odd -one", "preset rename -- -odd -one -two",
-          "render in.wav --out-dir d -- -odd.wav",
-          "preset --shared-folder shared copy Pulse\\ Garden -- 1 -three",
-          "preset export -o x.zephyra -- -odd -two", "check -- ./x.zephyra",
-          "preset delete --yes -- -odd"}) {
-        const ProgramRun ended = run(arguments);
-        EXPECT_EQ(ended.code, 0) << arguments << "\n" << ended.err;
-    }
-}
-
 TEST_F(TypedWords, CommandsThatNeedNoBankSayNothingOfThem) {
-    std::filesystem::create_directory(folder / "shared");
+    fs::create_directory(folder / "shared");
     writeText(folder / "shared" / "broken.zephyra", "no bank");
     for (const char* arguments : {"parameters", "envelopes", "info in.wav"})
         EXPECT_EQ(run(arguments).err, "") << arguments;

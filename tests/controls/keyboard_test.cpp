@@ -2,8 +2,7 @@
 
 #include "controls/keyboard_tiny.h"
 #include "controls/mok_keyboard.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {

@@ -3,8 +3,7 @@
 
 #include "controls/named_knobs.h"
 #include "platform/random_source.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -50,8 +49,7 @@ TEST(Knob, GoesToARandomPlaceOrItsDefaultAndTellsAll) {
     knob.setDefaultValue(35.0f);
     knob.genRandomic(random);
     knob.resetsDefault();
-    EXPECT_EQ(knob.value(), 10.0f);
-    EXPECT_EQ(told, 3);
+    EXPECT_EQ(std::tuple(knob.value(), told), std::tuple(10.0f, 3));
 }
 
 TEST(NamedKnobs, ShowNumberAndUnit) {

@@ -2,8 +2,7 @@
 
 #include "controls/pad.h"
 #include "platform/user_defaults.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -16,15 +15,13 @@ TEST(Pad, FollowsItsFirstFingerAcrossItsNotes) {
     int changes = 0;
     pad.addTarget(&pad, "v", control_event::valueChanged, [&](Control&) { ++changes; });
     pad.touchesBegan(1, {60.0, 75.0}, 0.0);
-    EXPECT_EQ(pad.yValue(), 0.0625f);
-    EXPECT_EQ(pad.note(), 48.0 + 6.0);
+    EXPECT_EQ(std::tuple(pad.yValue(), pad.note()), std::tuple(0.0625f, 48.0 + 6.0));
     pad._diatonics = true;
     EXPECT_EQ(pad.note(), 48.0 + 5.0); // between fourth and fifth
     pad.touchesMoved(1, {60.0, 75.0}, 0.1);
     pad.touchesBegan(2, {100.0, 10.0}, 0.1);
     pad.touchesMoved(1, {117.0, -3.0}, 0.1);
-    EXPECT_EQ(pad.note(), 48.0 + 12.0);
-    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(std::tuple(pad.note(), changes), std::tuple(48.0 + 12.0, 2));
 }
 
 TEST(Pad, ComesBackAsItWasOrAsFarAsAStateIsUsable) {

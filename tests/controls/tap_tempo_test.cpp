@@ -2,7 +2,7 @@
 
 #include "controls/tap_tempo.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {

@@ -4,19 +4,12 @@
 #include "effects/effect_bodies.h"
 #include "platform/large_pages.h"
 #include "platform/text/log.h"
+#include "tests/support/testing.h"
 
-#include <gmock/gmock.h>
-
-#include <cstdlib>
-#include <numeric>
 #include <sys/resource.h>
-#include <vector>
 
 namespace zephyra {
 namespace {
-
-using testing::Each;
-using testing::ElementsAre;
 
 struct Entry : DataStoreEntry {
     ~Entry() { genlib_data_release(this); }
@@ -42,8 +35,7 @@ TEST(DataStore, KeepsRequestsWithinItsLimits) {
     testing::internal::CaptureStdout();
     genlib_data_resize(&entry, kDataStoreLimit, 3);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "warning: constraining [data] to < 256MB\n");
-    EXPECT_EQ(entry.frames, kDataStoreLimit / 3);
-    EXPECT_EQ(entry.channels, 3);
+    EXPECT_EQ(std::tuple(entry.frames, entry.channels), std::tuple(kDataStoreLimit / 3, 3));
     genlib_data_resize(&entry, -5, 0);
     EXPECT_EQ(entry.values().size(), 1u);
 }

@@ -4,11 +4,7 @@
 #include "platform/threads/flush_denormals.h"
 #include "tests/support/block_partition.h"
 #include "tests/support/literal_effects.h"
-
-#include <gtest/gtest.h>
-
-#include <bit>
-#include <limits>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {

@@ -3,18 +3,12 @@
 #include "effects/ring_modulator.h"
 #include "effects/stereo_echo.h"
 #include "platform/threads/flush_denormals.h"
-
-#include <gmock/gmock.h>
-
-#include <cmath>
-#include <limits>
-#include <numbers>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
 
 namespace echo = delay_stereo_forward;
-using testing::Each;
 
 struct Signal {
     explicit Signal(std::size_t frames, float value = 0)

@@ -1,10 +1,7 @@
 #include "engine/grain_voice.h"
 #include "tests/support/literal_stream.h"
 #include "tests/support/test_sounds.h"
-
-#include <gtest/gtest.h>
-
-#include <numbers>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {

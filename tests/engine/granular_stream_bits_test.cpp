@@ -1,14 +1,9 @@
 // The engine's output against the literal loop, bit for bit, on every level this processor has.
 
-#include "engine/granular_stream.h"
 #include "tests/support/literal_stream.h"
 #include "tests/support/stream_probe.h"
 #include "tests/support/test_sounds.h"
-
-#include <gtest/gtest.h>
-
-#include <bit>
-#include <ostream>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -60,8 +55,7 @@ const Case kCases[] = {
      .start = 0.9999f,
      .offset = 69990000},
     // 1 / length / rate = 2^-11 exactly, so every sum is exact; and 3 · 2^-12 rounds to even.
-    {.name = "an exact envelope step", .outputRate = 32768, .length = 62.5f, .rnd = 0},
-};
+    {.name = "an exact envelope step", .outputRate = 32768, .length = 62.5f, .rnd = 0}};
 
 using Level = CpuLevel;
 

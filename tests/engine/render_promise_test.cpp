@@ -3,30 +3,10 @@
 
 #include "engine/granular_stream.h"
 #include "tests/support/test_sounds.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
-
-TEST(RenderPromise, HoldsWithEveryStageOn) {
-    const auto sound = noiseSample(44100, 44100);
-    mokGranulatorSF engine(sound.get(), nullptr, 24, 44100, 1);
-    GrainTrace trace;
-    engine.setTrace(&trace);
-    engine.setDensity(400);
-    engine.setRndPitch(24);
-    engine.granularOn = engine.echoOn = engine.ringOn = true;
-    StereoBlock block(10000);
-    const auto other = noiseSample(20000, 48000);
-    for (int frames : {1, 64, 513, 4096, 10000}) {
-        engine.setSample(frames % 2 ? other.get() : sound.get());
-        const AudioBufferList list = block.from(0);
-        engine.GranularStreamProcessing(frames, list);
-    }
-}
 
 TEST(RenderPromise, HoldsWhileAnotherThreadTurnsAndSwapsEverything) {
     mokGranulatorSF engine(nullptr, nullptr, 24, 44100, 1);

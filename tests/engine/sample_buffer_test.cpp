@@ -2,10 +2,7 @@
 
 #include "engine/sample_buffer.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <string>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -25,8 +22,7 @@ TEST(Buffer, KeepsItsGuardAndItsSizesThroughEveryOperation) {
                                       {3, 3, 0},  {4, 4, 1}, {100, 100, 97}};
     for (const auto& [asked, size, counted] : cases) {
         mokBuffer buffer(asked);
-        EXPECT_EQ(buffer.size, size);
-        EXPECT_EQ(buffer.getSize(), counted);
+        EXPECT_EQ(std::tuple(buffer.size, buffer.getSize()), std::tuple(size, counted));
         EXPECT_FLOAT_EQ(buffer.guardRatio, 1.0f + 3.0f / static_cast<float>(size));
         fill(buffer);
         buffer.writeGuardPoint();

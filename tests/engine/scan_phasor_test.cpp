@@ -1,9 +1,6 @@
 #include "engine/scan_phasor.h"
 #include "tests/support/stream_probe.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -48,8 +45,7 @@ TEST(ScanPhasor, FollowsItsRateAndRefusesWhatIsNotFinite) {
     phasor.setSampleRate(88200);
     EXPECT_EQ(PhasorProbe::increment(phasor), 441.0f / 88200.0f);
     for (float rate : {0.0f, -1.0f, INFINITY, NAN}) phasor.setSampleRate(rate);
-    EXPECT_FALSE(phasor.setFrequency(INFINITY));
-    EXPECT_FALSE(phasor.setFrequency(NAN));
+    EXPECT_FALSE(phasor.setFrequency(INFINITY) || phasor.setFrequency(NAN));
     EXPECT_EQ(PhasorProbe::increment(phasor), 441.0f / 88200.0f);
     EXPECT_EQ(phasor.currentFrequency(), 441.0f);
 }

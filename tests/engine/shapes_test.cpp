@@ -4,11 +4,7 @@
 #include "engine/envelope_menu.h"
 #include "engine/wave_table.h"
 #include "platform/random_source.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <numbers>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -88,8 +84,7 @@ const struct {
          return sinc(2 * turn(n >= half ? n - half : half - 1 - n, half));
      }},
     {"BlackmanMok", -1, 6, [](mokWindow& w) { w.genBlackmanMok(); },
-     [](Real n, Real N) { return 0.5L * series(turn(n, N), 0.42f, 0.5f, 0.08f) + 0.5L; }},
-};
+     [](Real n, Real N) { return 0.5L * series(turn(n, N), 0.42f, 0.5f, 0.08f) + 0.5L; }}};
 
 TEST(Window, FollowsItsFormulaAndRepeatsItsStartBehindItsEnd) {
     RandomSource random;

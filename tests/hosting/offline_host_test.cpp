@@ -52,8 +52,7 @@ TEST(OfflineHost, CutsABlockWhereSomethingActsAndNowhereElse) {
         {512, 512, {1024}, "512 1024 "},
         {100, 100, {98, 100}, "100 100: 100: 200 "}, // the second block begins there
         {100, 200, {90, 98}, "96 96: 100 112 112: 200 300 400 "},
-        {4096, 8192, {4000}, "4000 4000: 4096 8192 12288 16384 "},
-    };
+        {4096, 8192, {4000}, "4000 4000: 4096 8192 12288 16384 "}};
     HostedUnit hosted(component_type::instrument);
     OfflineHost& host = hosted.host;
     std::uint64_t first = 0;

@@ -1,22 +1,18 @@
 // The built-in samples as they are stored: what a new user hears first.
 #include "platform/sound/sound_file.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <cstdlib>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
 
-const std::filesystem::path kFolder = std::filesystem::path(ZEPHYRA_SOURCE_DIR) / "resources";
+const fs::path kFolder = fs::path(ZEPHYRA_SOURCE_DIR) / "resources";
 constexpr int kRate = 44100;
 
 using Samples = std::vector<double>;
 
 /// The mono samples of a file; empty when it is not one at kRate.
-Samples decode(const std::filesystem::path& path) {
+Samples decode(const fs::path& path) {
     const auto file = readSoundFile(path);
     EXPECT_TRUE(file) << file.message();
     if (!file || file.value().info.channels != 1 || file.value().info.sampleRate != kRate)
@@ -32,8 +28,8 @@ double rms(const Samples& samples) {
 
 // Encoders and math libraries differ a little between machines, so the sounds are compared.
 TEST(BuiltInSamples, areWhatTheGeneratorMakesSmallAndNeitherClipNorWhisper) {
-    const std::filesystem::path made = std::filesystem::path(ZEPHYRA_BINARY_DIR) / "made_samples";
-    std::filesystem::create_directories(made);
+    const fs::path made = fs::path(ZEPHYRA_BINARY_DIR) / "made_samples";
+    fs::create_directories(made);
     const std::string command =
         std::string("\"") + ZEPHYRA_MAKE_SAMPLES + "\" \"" + made.string() + "\"";
     ASSERT_EQ(std::system(command.c_str()), 0);
@@ -49,7 +45,7 @@ TEST(BuiltInSamples, areWhatTheGeneratorMakesSmallAndNeitherClipNorWhisper) {
         const auto [lowest, highest] = std::minmax_element(stored.begin(), stored.end());
         const double peak = std::max(-*lowest, *highest);
         EXPECT_TRUE(peak > lowestPeak && peak < 1.0) << name << ": " << peak;
-        EXPECT_LT(std::filesystem::file_size(kFolder / name), 400'000u) << name;
+        EXPECT_LT(fs::file_size(kFolder / name), 400'000u) << name;
     }
 }
 

@@ -2,17 +2,13 @@
 // that the documents tell the truth about where things are.
 
 #include "tests/house/tree_rules.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/testing.h"
 
-#include <gmock/gmock.h>
-
-#include <algorithm>
 #include <regex>
 
 namespace zephyra {
 namespace {
 
-namespace fs = std::filesystem;
 const fs::path kTree = ZEPHYRA_SOURCE_DIR;
 
 TEST(Tree, BreaksNoneOfItsRules) {
@@ -33,7 +29,7 @@ TEST(Tree, HasNoCirclesInItsTable) {
 TEST(Tree, ReportsEveryBreachOfItsCanary) {
     EXPECT_THAT(
         breachesOf(kTree / "tests/house/canary_tree", kHouse),
-        testing::ElementsAre(
+        ElementsAre(
             "attic has sources and no row in the table",
             "effects/CMakeLists.txt links PkgConfig::SNDFILE",
             "effects/CMakeLists.txt links zephyra_engine",

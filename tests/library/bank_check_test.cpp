@@ -2,14 +2,10 @@
 
 #include "library/bank_edits.h"
 #include "library/bank_mending.h"
-
-#include <chrono>
-#include <gmock/gmock.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
-
-using ::testing::ElementsAre;
 
 CheckedBank checked(const std::string& text, const RecordCheck& check = {},
                     const CheckProgress& progress = {}) {
@@ -65,8 +61,7 @@ TEST(BankCheck, NamesTheKeyOfEveryFindingAndMendingLeavesOutWhatIsWrong) {
     for (const char* const key : {"2 - c", "3 - d"})
         recordOf(bank, key)->insert_or_assign(kSnapshotTags, kUnnamed);
     EXPECT_TRUE(mended->bank == bank);
-    EXPECT_EQ(mended->notes.size(), 4u);
-    EXPECT_EQ(mended->lost, 1u);
+    EXPECT_EQ(std::tuple(mended->notes.size(), mended->lost), std::tuple(4u, 1u));
     EXPECT_THAT(checked(soundText()).findings, ElementsAre());
     EXPECT_THAT(keysOf(checked("no list").findings), ElementsAre("!"));
     EXPECT_THAT(keysOf(checked("<plist><array/></plist>").findings), ElementsAre("!"));
@@ -88,17 +83,15 @@ TEST(BankCheck, MendingKeepsEveryPresetThatIsWhole) {
         {"no beginning", rest.substr(20), {"2-d"}, 0, 0},
         {"comment", replaced(sound, "</plist>", "<!--<key>3</key><dict/>-->"), all, 0, 0},
         {"key twice", replaced(sound, "2-d", "0-a"), {"0-a", "0-a (2)", "1-b&c"}, 0, 0},
-        {"no dictionary", replaced(sound, "</plist>", "\n\t<key>3</key>\n\t<true/>"), all, 1, 1},
-    };
+        {"no dictionary", replaced(sound, "</plist>", "\n\t<key>3</key>\n\t<true/>"), all, 1, 1}};
     for (const auto& [how, text, kept, lost, notes] : damages) {
         SCOPED_TRACE(how);
         const auto [findings, mended, isWhole] = checked(text);
         EXPECT_TRUE(findings.front().fatal);
         EXPECT_GE(findings.size(), 2 + lost);
-        EXPECT_THAT(findings.back().text, ::testing::HasSubstr("whole"));
+        EXPECT_THAT(findings.back().text, HasSubstr("whole"));
         ASSERT_TRUE(mended);
-        EXPECT_EQ(sortedKeys(mended->bank), kept);
-        EXPECT_EQ(mended->lost, lost);
+        EXPECT_EQ(std::tuple(sortedKeys(mended->bank), mended->lost), std::tuple(kept, lost));
         EXPECT_EQ(mended->notes.size(), notes);
         for (const auto& [key, record] : mended->bank)
             EXPECT_EQ(record.as<PropertyDictionary>()->size(), 3u) << key;

@@ -1,16 +1,9 @@
 #include "tests/library/bank_fixture.h"
 
-#include <array>
-#include <cerrno>
 #include <csignal>
-#include <random>
-#include <set>
-#include <thread>
 
 namespace zephyra {
 namespace {
-
-namespace fs = std::filesystem;
 
 const std::string kName = "Bank.zephyra";
 
@@ -78,9 +71,7 @@ void saveWith(int point, int error, bool lasts, Start start) {
     const bool isNew = onDisk == place.with({"1 - new"});
     EXPECT_TRUE(isNew || onDisk == place.before);
     EXPECT_EQ(changed.problem.empty(), isNew) << changed.problem;
-    const auto shown = banks.read(kName);
-    ASSERT_TRUE(shown) << shown.message();
-    EXPECT_EQ(shown.value()->size(), place.before.size() + 1);
+    EXPECT_EQ(must(banks.read(kName))->size(), place.before.size() + 1);
     EXPECT_EQ(banks.change(kName, adding("2 - later")).problem, "");
     EXPECT_EQ(place.onDisk(), place.with({"1 - new", "2 - later"}));
 }

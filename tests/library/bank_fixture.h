@@ -4,9 +4,8 @@
 #include "library/bank_edits.h"
 #include "library/bank_folder.h"
 #include "tests/support/counted_reads.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/testing.h"
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -30,7 +29,7 @@ struct BankFixture : ::testing::Test {
 class CallsOf {
 public:
     explicit CallsOf(FileCall wanted, int error = 0)
-        : gate_([this, wanted, error](FileCall call, const std::filesystem::path&) {
+        : gate_([this, wanted, error](FileCall call, const fs::path&) {
               if (call != wanted) return 0;
               ++count_;
               return error;

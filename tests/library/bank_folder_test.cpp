@@ -3,15 +3,8 @@
 #include "library/preset_edits.h"
 #include "tests/library/bank_fixture.h"
 
-#include <cerrno>
-#include <gmock/gmock.h>
-
 namespace zephyra {
 namespace {
-
-namespace fs = std::filesystem;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 
 const std::string kName = "Bank.zephyra";
 
@@ -124,8 +117,7 @@ TEST_F(BankFolderTest, ReadsAFileOnceUntilItChanges) {
     }
     const int before = reads.count();
     banks_.change("0.zephyra", adding("1 - b"));
-    EXPECT_EQ(readsOf("0"), 0);
-    EXPECT_EQ(reads.count(), before);
+    EXPECT_TRUE(readsOf("0") == 0 && reads.count() == before);
     other.change("0.zephyra", adding("2 - c"));
     EXPECT_EQ(readsOf("0"), 1);
     EXPECT_THAT(keys("0.zephyra"), ElementsAre("0 - a", "1 - b", "2 - c"));

@@ -5,9 +5,6 @@
 #include "tests/library/bank_fixture.h"
 #include "tests/support/heard_instance.h"
 
-#include <cerrno>
-#include <gmock/gmock.h>
-
 namespace zephyra {
 namespace {
 
@@ -18,7 +15,7 @@ constexpr int kBanks = QuickPresetsManager::kBanksTable;
 constexpr int kPresets = QuickPresetsManager::kPresetsTable;
 
 struct TwoFolders {
-    std::filesystem::path file(const std::string& bank) const { return shared / (bank + kSuffix); }
+    fs::path file(const std::string& bank) const { return shared / (bank + kSuffix); }
     TemporaryFolder shared, resources;
 };
 
@@ -96,13 +93,15 @@ struct Store : QuickPresetsManagerDelegate {
 
 struct StoreTest : ::testing::Test {
     explicit StoreTest(bool isPaced) : store(folders, isPaced) {}
-    static void write(const std::filesystem::path& file, const Bank& bank) {
+    static void write(const fs::path& file, const Bank& bank) {
         ASSERT_TRUE(writeBank(file, bank));
     }
-    void threeBanks() { // "b" is empty
+    /// Of which the second is empty.
+    void threeBanks(const char* selected = nullptr) {
         write(folders.file("a"), {{"0 - x", named("A0")}, {"1 - x", named("A1")}});
         write(folders.file("b"), {});
         write(folders.file("c"), {{"0 - x", named("C0")}});
+        if (selected) store.select(selected);
     }
     Bank onDisk(const std::string& name) {
         store.run();
@@ -123,8 +122,7 @@ INSTANTIATE_TEST_SUITE_P(PacedOrNot, Presets, testing::Bool());
 /// Another program has the lock.
 struct WaitingPresets : StoreTest {
     WaitingPresets() : StoreTest(true) {
-        threeBanks();
-        store.select("a");
+        threeBanks("a");
         EXPECT_FALSE(lock.lock(folders.shared / BankFolder::kLockName));
     }
     FileLock lock;
@@ -172,8 +170,7 @@ TEST_P(Presets, ASaveMakesABankAndAsksForANameThatIsNotTakenAndAFileName) {
 }
 
 TEST_P(Presets, AChosenBankGetsThePresetThoughRowsMoveMeanwhile) {
-    threeBanks();
-    store.select("a");
+    threeBanks("a");
     store->saveSnapAs();
     store.answer("Save in a Bank", "New");
     EXPECT_EQ(store.alert(), "Select a Bank to Save: New");
@@ -209,7 +206,7 @@ TEST_P(Presets, AFactoryBankIsLockedAndSavingIntoItMakesAUsersBankOfItsName) {
     EXPECT_THAT(store.rows(kPresets), ElementsAre("Mist", "*Mine"));
     EXPECT_THAT(store->getListOfBank(), ElementsAre(ListedBank{"Clouds.zephyra"}));
     EXPECT_EQ(readBank(factory).value().bank.size(), 1u);
-    std::filesystem::remove(folders.file("Clouds")); // what is still in memory goes before it
+    fs::remove(folders.file("Clouds")); // what is still in memory goes before it
     store->saveSnap();
     EXPECT_EQ(onDisk("Clouds").size(), 3u);
 }
@@ -244,7 +241,7 @@ TEST_P(Presets, PresetsAndBanksTakeANewNameUnlessTheyCannot) {
         const std::string bank = table == kBanks ? name : "v1.2";
         EXPECT_EQ(store->getCurrentSelectedBankName(), bank + ".zephyra");
         EXPECT_EQ(store->getSnapshotNameFromID("0"), table == kBanks ? "v1.2" : name);
-        EXPECT_TRUE(std::filesystem::remove(folders.file(bank))) << typed;
+        EXPECT_TRUE(fs::remove(folders.file(bank))) << typed;
     }
 }
 
@@ -329,8 +326,7 @@ TEST_P(Presets, MovingAPresetRenumbersTheBankAndKeepsTheSelection) {
 }
 
 TEST_P(Presets, DeletingTakesAwayWhatTheUserSawAndNothingOfAStoreThatIsGone) {
-    threeBanks();
-    store.select("a");
+    threeBanks("a");
     store->tableView_commitDeleteForRowAtIndexPath(kPresets, 0);
     store.run();
     store->deleteAllSnapshots();
@@ -380,8 +376,7 @@ TEST_P(Presets, WhatCannotBeReadStaysUntilTheUserAgreesAndWhatCannotBeWrittenIsW
 }
 
 TEST_P(Presets, ABankThatIsGoneLeavesNothingToTheOneNamedInItsPlace) {
-    threeBanks();
-    store.select("a");
+    threeBanks("a");
     store->loadDefaultSnapshot_snapID("gone.zephyra", "0 - x");
     EXPECT_EQ(store.loaded(), "");
     EXPECT_THAT(store.rows(kPresets), ElementsAre());
@@ -443,8 +438,7 @@ TEST_P(Presets, AChangeOfWhatAnotherProgramMovedOrChangedIsRefusedAndMeetsNoNeig
 }
 
 TEST_P(Presets, ASaveThatIsWrittenLaterTakesNoKeyThatAnotherProgramTookMeanwhile) {
-    threeBanks();
-    store.select("a");
+    threeBanks("a");
     {
         const CallsOf noSpace(FileCall::write, ENOSPC);
         store->setCurrentSelectedSnapID("1 - x");
@@ -461,8 +455,7 @@ TEST_P(Presets, ASaveThatIsWrittenLaterTakesNoKeyThatAnotherProgramTookMeanwhile
     write(folders.file("a"), theirs);
     store->writeBankToDisk();
     theirs = onDisk("a");
-    EXPECT_EQ(theirs.size(), 3u);
-    EXPECT_EQ(snapshotTag(theirs, key), "Theirs");
+    EXPECT_EQ(std::tuple(theirs.size(), snapshotTag(theirs, key)), std::tuple(3u, "Theirs"));
     EXPECT_TRUE(hasSnapshotNamed(theirs, "Mine") && hasSnapshotNamed(theirs, "A1"));
     EXPECT_THAT(store.alert(), HasSubstr("\"A1\"")); // was not renamed
 }
@@ -481,7 +474,7 @@ TEST_P(Presets, WhatIsAskedOfABankThatIsBeingReadIsDoneWithWhatComes) {
     EXPECT_NE(store.loaded(), "");
 
     std::atomic<int> reads{0};
-    const GateScope gate([&](FileCall call, const std::filesystem::path& path) {
+    const GateScope gate([&](FileCall call, const fs::path& path) {
         if (call == FileCall::read && path == folders.file("d") && ++reads == 1)
             write(path, {{"0 - x", named("New")}}); // while the old one is open
         return 0;
@@ -565,7 +558,7 @@ TEST_F(WaitingPresets, AreWrittenThoughTheirStoreEndsOrGivenUpWithALineWhenTheLo
     store.manager.reset();
     free.join();
     EXPECT_EQ(onDisk("Renamed").size(), 4u);
-    EXPECT_FALSE(std::filesystem::exists(folders.file("a")));
+    EXPECT_FALSE(fs::exists(folders.file("a")));
 }
 
 TEST_F(WaitingPresets, GoIntoTheBankThatWasMadeOrRenamedBefore) {
@@ -581,7 +574,7 @@ TEST_F(WaitingPresets, GoIntoTheBankThatWasMadeOrRenamedBefore) {
     lock.unlock();
     EXPECT_EQ(onDisk("Renamed").size(), 3u);
     EXPECT_EQ(onDisk(std::string(stemOf(made))).size(), 1u);
-    EXPECT_FALSE(std::filesystem::exists(folders.file("a")));
+    EXPECT_FALSE(fs::exists(folders.file("a")));
     EXPECT_EQ(store.alert(), "");
     EXPECT_THAT(store.instance.lines, Each(Not(HasSubstr("no file exist"))));
 }

@@ -4,38 +4,31 @@
 #include "library/named_sample.h"
 #include "library/quick_sample_manager.h"
 #include "library/shared_folder.h"
-#include "platform/files/file_calls.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/counted_reads.h"
+#include "tests/support/testing.h"
 
-#include <algorithm>
-#include <chrono>
-#include <gmock/gmock.h>
 #include <malloc.h>
-#include <thread>
 
 namespace zephyra {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-
-int diskIsFull(FileCall call, const std::filesystem::path&) {
+int diskIsFull(FileCall call, const fs::path&) {
     return call == FileCall::write ? ENOSPC : 0;
 }
 
 struct Chosen : QuickSampleManagerDelegate {
-    std::vector<std::filesystem::path> told;
-    void LoadSampleDelegate(const std::filesystem::path& file) override { told.push_back(file); }
+    std::vector<fs::path> told;
+    void LoadSampleDelegate(const fs::path& file) override { told.push_back(file); }
     void dismissQuickSampleManager() override { told.push_back("closed"); }
 };
 
 struct SampleLibrary : testing::Test {
     SampleLibrary() {
         for (const char* name : {"documents", "resources", "home/shared"})
-            std::filesystem::create_directories(folder / name);
+            fs::create_directories(folder / name);
         instance.folders = {folder / "home/shared", folder / "resources"};
     }
-    std::filesystem::path document(const std::string& name, const std::string& text) {
+    fs::path document(const std::string& name, const std::string& text) {
         writeText(folder / "documents" / name, text);
         return folder / "documents" / name;
     }
@@ -48,7 +41,7 @@ struct SampleLibrary : testing::Test {
         instance.alerts.answer("Ok");
         return message;
     }
-    std::string imported(const std::filesystem::path& file) {
+    std::string imported(const fs::path& file) {
         imports.importDocument(file);
         return finished();
     }
@@ -68,7 +61,7 @@ TEST_F(SampleLibrary, ANameMeansTheFileThatIsThereElseTheUsersSampleElseTheBuilt
     writeText(folder / "home/shared/bird.wav", "the user's");
     EXPECT_EQ(meant("bird.wav"), folder / "home/shared/bird.wav");
     EXPECT_EQ(meant("./bird.wav"), "./bird.wav");
-    std::filesystem::create_directory(folder / "resources/d");
+    fs::create_directory(folder / "resources/d");
     EXPECT_EQ(meant("d"), "d") << "a folder is no sample";
 }
 
@@ -80,8 +73,7 @@ TEST_F(SampleLibrary, ImportsUnderTheDecodedNameAndNothingOutsideTheFolder) {
         {"..%2Fx.zephyra", invalid, "../x.zephyra"},  {"..%2fshared%2Fy.wav", invalid, "y.wav"},
         {"line%0Aend.wav", invalid, "line\nend.wav"}, {"..zephyra", invalid, "..zephyra"},
         {"%2E.zephyra", invalid, "..zephyra"},        {"\xff.zephyra", invalid, "\xff.zephyra"},
-        {"\\xFF.zephyra", "", "\\xFF.zephyra"},
-    };
+        {"\\xFF.zephyra", "", "\\xFF.zephyra"}};
     int copies = 0;
     for (const auto& [name, alert, copy] : cases) {
         EXPECT_EQ(imported(document(name, name)), alert) << name;
@@ -106,18 +98,17 @@ TEST_F(SampleLibrary, ALongDocumentIsCopiedInPiecesAheadOfTheLockAndGivenUpWhenN
     bool isFlushed = false, isLocked = false, vanishes = false;
     const auto copy = instance.folders.shared / "long.wav";
     std::atomic<int> writes = 0;
-    setFileCallGate([&](FileCall call, const std::filesystem::path&) {
+    setFileCallGate([&](FileCall call, const fs::path&) {
         most = std::max(most, heapBytes() - std::min(heapBytes(), before));
         writes += call == FileCall::write;
         isFlushed = isFlushed || (call == FileCall::flush && !isLocked);
         isLocked = isLocked || call == FileCall::lock;
-        if (vanishes && call == FileCall::lock) std::filesystem::remove(copy);
+        if (vanishes && call == FileCall::lock) fs::remove(copy);
         return 0;
     });
     std::vector<double> shares;
     imports.setProgress([&shares](double share) { return shares.push_back(share), true; });
-    EXPECT_EQ(imported(file), "");
-    EXPECT_EQ(shared("long.wav") == text, true);
+    EXPECT_TRUE(imported(file).empty() && shared("long.wav") == text);
     EXPECT_LT(most, 4 * FileCopy::kPieceBytes);
     EXPECT_TRUE(isFlushed && isLocked);
     EXPECT_TRUE(std::ranges::is_sorted(shares) && shares.front() == 0.0 && shares.size() > 20);
@@ -126,9 +117,8 @@ TEST_F(SampleLibrary, ALongDocumentIsCopiedInPiecesAheadOfTheLockAndGivenUpWhenN
     EXPECT_EQ(writes, 0) << "copied for nothing";
     instance.alerts.answer("Cancel");
     vanishes = true; // while the lock is waited for
-    EXPECT_EQ(imported(file), "");
-    EXPECT_EQ(shared("long.wav") == text, true);
-    vanishes = !std::filesystem::remove(copy);
+    EXPECT_TRUE(imported(file).empty() && shared("long.wav") == text);
+    vanishes = !fs::remove(copy);
 
     imports.setProgress([](double share) { return share < 0.5; });
     EXPECT_EQ(imported(file), "interrupted; " + file.string() + " was not copied");
@@ -149,7 +139,7 @@ TEST_F(SampleLibrary, ALongDocumentIsCopiedInPiecesAheadOfTheLockAndGivenUpWhenN
 TEST_F(SampleLibrary, AsksForAnotherNameWhenOneIsTakenAlsoAtTheLastMoment) {
     const auto file = document("take.wav", "new"), others = instance.folders.shared / "take.wav";
     const std::string asks = "This location already contains a file named take.wav";
-    setFileCallGate([&](FileCall call, const std::filesystem::path& path) {
+    setFileCallGate([&](FileCall call, const fs::path& path) {
         if (call == FileCall::rename && path.filename() == "take.wav" && !exists(others))
             writeText(others, "old");
         return 0;
@@ -166,9 +156,8 @@ TEST_F(SampleLibrary, AsksForAnotherNameWhenOneIsTakenAlsoAtTheLastMoment) {
     instance.alerts.answer("OK", "  mine ");
     EXPECT_EQ(finished(), "");
     EXPECT_EQ(shared("mine.wav") + shared("take.wav") + shared("b.wav"), "newoldb");
-    setFileCallGate(diskIsFull);
+    const GateScope full(diskIsFull);
     EXPECT_THAT(imported(document("c.wav", "c")), HasSubstr("c.wav cannot be written"));
-    setFileCallGate({});
     EXPECT_FALSE(exists(instance.folders.shared / "c.wav"));
 }
 
@@ -177,7 +166,7 @@ TEST_F(SampleLibrary, WhatArrivesWhileABankIsWrittenWaitsForIt) {
     const auto file = document("Bank.zephyra", "imported");
     for (const bool replaces : {false, true}) {
         SCOPED_TRACE(replaces);
-        std::filesystem::remove(bank);
+        fs::remove(bank);
         std::atomic<bool> waits = false, isStarted = false;
         setFileCallGate(
             [&, changing = std::this_thread::get_id()](FileCall call, const auto& path) {
@@ -244,7 +233,7 @@ TEST_F(SampleLibrary, CopiesBuiltInSamplesOnceAndNeverOverAFile) {
     setFileCallGate({});
     EXPECT_TRUE(prepare());
     EXPECT_EQ(shared("Blackbird.mp3") + shared("Zephyra_Sample08.mp3"), "birdthe user's");
-    std::filesystem::remove(instance.folders.shared / "Blackbird.mp3");
+    fs::remove(instance.folders.shared / "Blackbird.mp3");
     EXPECT_TRUE(prepare());
     EXPECT_FALSE(exists(instance.folders.shared / "Blackbird.mp3"));
 }

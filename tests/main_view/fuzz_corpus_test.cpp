@@ -1,17 +1,15 @@
 // Every kept input of the three fuzzers of the whole system, whose names say what happens in them.
 
 #include "fuzz/system_attacks.h"
-#include "tests/support/temporary_folder.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
 
 int playAll(std::string (*play)(std::span<const std::byte>), const std::string& corpus) {
     int played = 0;
-    const std::filesystem::path folder = ZEPHYRA_SOURCE_DIR "/fuzz/corpus/" + corpus;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    const fs::path folder = ZEPHYRA_SOURCE_DIR "/fuzz/corpus/" + corpus;
+    for (const auto& entry : fs::directory_iterator(folder)) {
         const std::string bytes = readText(entry.path());
         EXPECT_EQ(play(std::as_bytes(std::span(bytes))), "") << entry.path();
         ++played;

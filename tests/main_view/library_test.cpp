@@ -1,7 +1,6 @@
 // Presets and sessions of the whole system: what each keeps, and what brings them back.
 
 #include "tests/support/hosted_unit.h"
-#include "tests/support/temporary_folder.h"
 
 namespace zephyra {
 namespace {
@@ -80,8 +79,8 @@ TEST(Preset, OfWhatLiveHeardGetsItsFileBeforeItIsSaved) {
                           .as<PropertyDictionary>()
                           ->at("RelativePath"),
                       PropertyValue("Rec 1.wav"));
-        EXPECT_TRUE(std::filesystem::exists(shared / "Rec 1.wav"));
-        EXPECT_FALSE(std::filesystem::exists(shared / "Rec 2.wav"));
+        EXPECT_TRUE(fs::exists(shared / "Rec 1.wav"));
+        EXPECT_FALSE(fs::exists(shared / "Rec 2.wav"));
     }
 }
 

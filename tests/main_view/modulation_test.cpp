@@ -119,11 +119,9 @@ TEST(Motion, OfTheScanIsSavedWhereAStartWouldReadWhenItsOwnSpeedDoesNotMoveIt) {
              p.attach(p.stream.scrubArea, kLfoLineRise, 1.0);
              p.pass(9);
          }},
-        {"a hand's",
-         [](Played& p) {
+        {"a hand's", [](Played& p) {
              p.stream.scrubArea.touchesBegan(1, {0.7, 0.5}, 0.0);
-         }},
-    };
+         }}};
     for (const auto& [what, stand] : cases) {
         Played played, other;
         played.stream.setDisplayed(playStop, 1.0f);
@@ -170,8 +168,7 @@ TEST(Motion, OfMidiPlaysNotesControllersBendsAndThePictureOfTheKeyboard) {
     played.midi({0xB0, 20, 127});
     played.midi({0x90, 67, 100});
     played.pass(2);
-    EXPECT_EQ(controls._width.value(), 1.0f);
-    EXPECT_EQ(controls._pitch.value(), 7.0f);
+    EXPECT_EQ(std::tuple(controls._width.value(), controls._pitch.value()), std::tuple(1.0f, 7.0f));
     EXPECT_GT(played.view.surfaces._keyboard.keyDown[31], 0.0f); // an octave above the note
     EXPECT_EQ(played.view.assignments.typeOf(controls._width), AssignmentType::midi);
     played.midi({0x80, 67, 0});

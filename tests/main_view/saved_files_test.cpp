@@ -6,14 +6,11 @@
 #include "controls/note_values.h"
 #include "modulation/scrub_widget_wrapper.h"
 #include "tests/support/hosted_unit.h"
-#include "tests/support/temporary_folder.h"
-
-#include <sstream>
 
 namespace zephyra {
 namespace {
 
-const std::filesystem::path kSaved = ZEPHYRA_SOURCE_DIR "/tests/saved_files";
+const fs::path kSaved = ZEPHYRA_SOURCE_DIR "/tests/saved_files";
 
 PropertyDictionary readSaved(const char* name) {
     return readPropertyListFile(kSaved / name).value();
@@ -41,7 +38,7 @@ std::string withoutSound(PropertyDictionary state) {
 struct Restored : HostedUnit {
     Restored() : HostedUnit(component_type::effect) {
         instance.folders = {shared.path(), {}};
-        std::filesystem::copy(kSaved / "Kept.zephyra", shared / "Kept.zephyra");
+        fs::copy(kSaved / "Kept.zephyra", shared / "Kept.zephyra");
         EXPECT_EQ(host.start({44100, 64}), audio_unit_status::noError);
     }
     /// No time passes, in which an LFO would move on.
@@ -151,7 +148,7 @@ TEST(SavedFiles, OfASessionGiveEveryValueAndAreSavedWithTheSameKeysAgain) {
 TEST(SavedFiles, OfABankGiveEveryPresetAndAreSavedWithTheSameKeysAgain) {
     const PropertyDictionary bank = readSaved("Kept.zephyra");
     Restored restored;
-    std::filesystem::copy(kSaved / "Sounds", restored.shared / "Sounds");
+    fs::copy(kSaved / "Sounds", restored.shared / "Sounds");
     restored.view.presets.refreshBankSelection();
     restored.view.presets.selectBankFromIndex(0);
     const std::pair<int, const char*> presets[] = {

@@ -4,9 +4,6 @@
 #include "engine/envelope_menu.h"
 #include "platform/threads/wall_clock_driver.h"
 #include "tests/support/hosted_unit.h"
-#include "tests/support/temporary_folder.h"
-
-#include <chrono>
 
 namespace zephyra {
 namespace {
@@ -146,8 +143,7 @@ struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderP
             [&] { view.assignments.assign(control, AssignmentType(random() % 7)); },
             [&] { view.midiManager.learn(control); },
             [&] { hosted.stream.scrubRecorder.ui_scrubRec(); },
-            [&] { hosted.stream.scrubRecorder.ui_scrubPlay(); },
-        };
+            [&] { hosted.stream.scrubRecorder.ui_scrubPlay(); }};
         if (&control != &view._fadeOutTime) acts[random() % std::size(acts)]();
     }
     void user(std::mt19937& random) {
@@ -166,8 +162,7 @@ struct Threads : AUHostMusicalContextBlock, AUHostTransportStateBlock, AURenderP
             [&] { stream.setRegion(valueOf(ControlId::scrubbingWave, random()), 1.0f); },
             [&] { stream.pickEnvelope(random() % kEnvelopeMenu.size()); },
             [&] { stream.setSeed(static_cast<std::uint32_t>(random())); },
-            [&] { stream.waveForm().copyLive(stream.waveForm().getWriteLiveIndex(), seen); },
-        };
+            [&] { stream.waveForm().copyLive(stream.waveForm().getWriteLiveIndex(), seen); }};
         acts[random() % std::size(acts)]();
         if (stream.controls._playToggle.tag == 0 || random() % 16 == 0) stream.ui_playStop();
     }

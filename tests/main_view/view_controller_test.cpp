@@ -3,7 +3,6 @@
 #include "hosting/gesture_filter.h"
 #include "tests/support/hosted_unit.h"
 #include "tests/support/stream_probe.h"
-#include "tests/support/temporary_folder.h"
 
 namespace zephyra {
 namespace {
@@ -37,10 +36,8 @@ TEST(Automation, MovesItsControlBeforeTheNextBlockAndTellsTheHostNothing) {
     EXPECT_EQ(std::exchange(told.sets, {}), " 1=0");
     hosted.render(0);
     EXPECT_EQ(hosted.unit->record()._inputDryWetInv.load(), 0.5f);
-    EXPECT_TRUE(hosted.stream.engine().echoOn);
-    EXPECT_TRUE(hosted.stream.isPlaying());
-    EXPECT_EQ(hosted.stream.engine().currentLevel(), 0.25f);
-    EXPECT_EQ(told.sets, "");
+    EXPECT_TRUE(hosted.stream.engine().echoOn && hosted.stream.isPlaying());
+    EXPECT_EQ(std::tuple(hosted.stream.engine().currentLevel(), told.sets), std::tuple(0.25f, ""));
 }
 
 TEST(Automation, ThatAButtonRefusesIsTakenBackAtTheHost) {
@@ -131,8 +128,7 @@ TEST(Scan, StandsBehindTheInputOfAFreshEffectUnlessItWasSetBefore) {
         {"nothing at another rate", [](HostedUnit&) {}, 96000, 421795.0f / 441000, 0},
         {"position", [](HostedUnit& h) { h.stream.setScrubNormalizedValue(0.5f); }, 44100, 0.5f, 1},
         {"region", [](HostedUnit& h) { h.stream.setRegion(0, 0.5f); }, 44100, 0, 1},
-        {"speed", [](HostedUnit& h) { h.stream.setLinear(scanning, 2); }, 44100, 0, 2},
-    };
+        {"speed", [](HostedUnit& h) { h.stream.setLinear(scanning, 2); }, 44100, 0, 2}};
     for (const auto& [set, act, rate, position, speed] : rows) {
         HostedUnit hosted(component_type::effect);
         act(hosted);
@@ -187,6 +183,8 @@ struct Setter : HostedUnit {
     }
     PropertyDictionary state(float value) { return {{"Width_0", value}}; }
     void push(std::vector<std::uint8_t> bytes) { inlet.push(bytes.data(), bytes.size()); }
+    void turnByMidi() { push({0xB0, 20, 127}); }
+    void loadByMidi() { push({0xC0, 0}); }
     /// What it is then; -1 when control, parameter and engine do not agree.
     float after(const std::string& ways) {
         for (const char way : ways) set(way);
@@ -216,18 +214,12 @@ struct Setter : HostedUnit {
     }
     const std::map<char, std::function<void()>> setters = {
         {'p', [this] { view.presets.selectSnapFromIndex(0); }},
-        {'c',
-         [this] {
-             push({0xC0, 0});
-         }}, // the same by MIDI
+        {'c', [this] { loadByMidi(); }}, // the same
         {'s', [this] { view.restoreState(state(0.25f)); }},
         {'f', [this] { std::thread([this] { unit->setFullState(state(0.375f)); }).join(); }},
         {'t', [this] { std::thread([this] { parameter(width).setValue(0.5f); }).join(); }},
         {'e', [this] { renderEvent(); }},
-        {'m',
-         [this] {
-             push({0xB0, 20, 127});
-         }},
+        {'m', [this] { turnByMidi(); }},
         {'x', [this] { instance.states.ask(); }}, // a preset that has gone until it is to be loaded
         {'g', [this] { turnByHand(0.75f); }},
         {'-', [this] { turn(0.875f); }}}; // something that moves by itself
@@ -325,8 +317,7 @@ TEST(State, IsReportedOnKeyByKeyToWhoeverTakesThatElseToTheLog) {
         EXPECT_EQ(taken[0].findings, StateFindings{wanted}) << lineOf(wanted);
         hosted.view.setReportTaker({});
         hosted.view.restoreStateProc(state);
-        EXPECT_EQ(logged, linesOf(taken[0]));
-        EXPECT_EQ(logged.at(0), lineOf(wanted));
+        EXPECT_EQ(std::tuple(logged, logged.at(0)), std::tuple(linesOf(taken[0]), lineOf(wanted)));
         logged.clear();
     }
     // A sound comes later; the report waits for it.

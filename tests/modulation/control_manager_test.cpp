@@ -2,8 +2,7 @@
 
 #include "modulation/midi_manager.h"
 #include "modulation/scrub_widgets.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -49,16 +48,15 @@ TEST_F(ControlManagerTest, AControlHasOneSourceWhateverItHadBefore) {
     const struct {
         AssignmentType type, driver;
         const char *text, *icon, *information;
-    } cases[] = {
-        {AssignmentType::none, AssignmentType::none, "Unassigned", "", ""},
-        {AssignmentType::midi, AssignmentType::none, "Unassigned", "midi.png", ""},
-        {AssignmentType::scrubY, AssignmentType::scrubY, "Scrub Y Assigned", "scrub_Y.png",
-         "Scrub Y Assigned for 'Éclat'"},
-        {AssignmentType::secondFinger, AssignmentType::secondFinger, "Second Finger Scrub Assigned",
-         "second_finger.png", "Second Finger Scrub Assigned for 'Éclat'"},
-        {AssignmentType::lfo, AssignmentType::lfo, "LFO Assigned", "lfo.png",
-         "LFO Assigned for 'Éclat'"},
-    };
+    } cases[] = {{AssignmentType::none, AssignmentType::none, "Unassigned", "", ""},
+                 {AssignmentType::midi, AssignmentType::none, "Unassigned", "midi.png", ""},
+                 {AssignmentType::scrubY, AssignmentType::scrubY, "Scrub Y Assigned", "scrub_Y.png",
+                  "Scrub Y Assigned for 'Éclat'"},
+                 {AssignmentType::secondFinger, AssignmentType::secondFinger,
+                  "Second Finger Scrub Assigned", "second_finger.png",
+                  "Second Finger Scrub Assigned for 'Éclat'"},
+                 {AssignmentType::lfo, AssignmentType::lfo, "LFO Assigned", "lfo.png",
+                  "LFO Assigned for 'Éclat'"}};
     std::vector<AssignmentType> told;
     manager.setObserver([&](Control&, AssignmentType before, AssignmentType after) {
         told.insert(told.end(), {before, after});

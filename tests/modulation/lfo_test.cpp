@@ -2,12 +2,7 @@
 
 #include "modulation/lfo.h"
 #include "platform/random_source.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <utility>
-#include <vector>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {

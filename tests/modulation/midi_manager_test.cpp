@@ -4,13 +4,11 @@
 #include "platform/audio_unit/midi_notices.h"
 #include "tests/support/fake_scan.h"
 #include "tests/support/heard_instance.h"
-
-#include <gmock/gmock.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
 
-using testing::ElementsAre;
 using enum MidiSource;
 using enum MidiTakeover;
 
@@ -63,8 +61,7 @@ TEST_F(MidiManagerTest, LearnsFromATouchAndAControllerAndTakesTheControlFromWhat
     EXPECT_EQ(midi.learning(), &density);
     send(0xB2, 0, 99); // also the bank's controller, which chooses none here
     EXPECT_EQ(midi.learning(), nullptr);
-    EXPECT_EQ(density.value(), 50.0f);
-    EXPECT_EQ(recordOf(0), "CC 0");
+    EXPECT_EQ(std::tuple(density.value(), recordOf(0)), std::tuple(50.0f, "CC 0"));
     EXPECT_EQ(controls.getLfoWidgetsMapping()->count(), 0u);
     send(0xB3, 32, 5); // another channel's
     EXPECT_EQ(recordOf(0), "CC 0");
@@ -93,8 +90,7 @@ TEST_F(MidiManagerTest, ValuesSpanTheRangeOfTheBindingByItsCurve) {
         {{{pitchBend, 0}, &density, 0, 1, 1, jump}, {0xE0, 127, 127}, 1},
         {{{pitchBend, 0}, &density, 0, 1, 1, jump}, {0xE0, 0, 32}, 0.25f},
         {{{controller14, 1}, &density, 0, 1, 1, jump}, {0xB0, 33, 127}, 0.00775f}, // 127 / 16383
-        {{{controller14, 1}, &density, 0, 1, 1, jump}, {0xB0, 1, 64}, 0.50003f},
-    };
+        {{{controller14, 1}, &density, 0, 1, 1, jump}, {0xB0, 1, 64}, 0.50003f}};
     for (const auto& [binding, message, place] : cases) {
         midi.unbindAll();
         EXPECT_TRUE(midi.bind(binding));
@@ -216,8 +212,7 @@ TEST_F(MidiManagerTest, HostileBindingsOfAStateAreLeftOut) {
     EXPECT_TRUE(findings.at(findings.size() - 2)
                     .text.starts_with("4086 MIDI binding(s) stand there twice"));
     EXPECT_TRUE(findings.back().text.starts_with("913 MIDI binding(s) left out"));
-    EXPECT_EQ(recordOf(0), "CC 1, channel 16");
-    EXPECT_EQ(recordOf(1), "Unassigned");
+    EXPECT_EQ(std::tuple(recordOf(0), recordOf(1)), std::tuple("CC 1, channel 16", "Unassigned"));
 }
 
 } // namespace

@@ -5,8 +5,7 @@
 #include "modulation/lfo_widgets_mapping.h"
 #include "tests/support/fake_scan.h"
 #include "tests/support/heard_instance.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {

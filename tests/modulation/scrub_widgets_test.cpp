@@ -5,8 +5,7 @@
 #include "controls/mok_keyboard.h"
 #include "controls/named_knobs.h"
 #include "controls/pad.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -53,8 +52,7 @@ TEST_F(Scrubbing, MovesFromWhereTheControlStandsWithinItsRange) {
     scrub.touchEnded(Finger::first, 0.0);
     move(0.0);
     EXPECT_FLOAT_EQ(knob.value(), 0.56f);
-    EXPECT_EQ(pad.yValue(), 0.25f);
-    EXPECT_EQ(pad.xValue(), 0.5f);
+    EXPECT_EQ(std::tuple(pad.yValue(), pad.xValue()), std::tuple(0.25f, 0.5f));
 }
 
 TEST_F(Scrubbing, FollowsByGravityUntilItIsThereAndNoLonger) {

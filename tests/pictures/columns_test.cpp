@@ -5,11 +5,7 @@
 #include "pictures/spectrum_columns.h"
 #include "pictures/waveform_columns.h"
 #include "platform/text/text_numbers.h"
-
-#include <cmath>
-#include <gtest/gtest.h>
-#include <numbers>
-#include <utility>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -33,8 +29,7 @@ TEST(WaveformColumns, EveryFrameFallsOnItsColumn) {
     WaveformColumns sparse(2, 4);
     sparse.add(samples, 2);
     EXPECT_EQ(sparse.columns()[1].high, 1) << "an empty column shows its predecessor";
-    EXPECT_EQ(sparse.columns()[3].low, -2);
-    EXPECT_EQ(largestLevel(seen), 5);
+    EXPECT_EQ(std::tuple(sparse.columns()[3].low, largestLevel(seen)), std::tuple(-2, 5));
     EXPECT_EQ(largestLevel({seen[0]}), 2) << "below";
     EXPECT_TRUE(seen[0].tooLoud()) << "below";
     EXPECT_TRUE(seen[1].tooLoud()) << "above";

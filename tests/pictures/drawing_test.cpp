@@ -6,8 +6,6 @@
 #include "pictures/cairo/picture_file.h"
 #include "tests/support/failing_calls.h"
 
-#include <algorithm>
-
 namespace zephyra {
 namespace {
 
@@ -56,7 +54,7 @@ TEST(Axes, StandTheRightWayUp) {
 }
 
 TEST(PictureFile, IsWholeOrNotThereWhateverFails) {
-    const auto write = [](const std::filesystem::path& path) {
+    const auto write = [](const fs::path& path) {
         PictureFile file;
         return file.open(path) && file.save(Canvas(20, 20));
     };

@@ -4,12 +4,7 @@
 #include "pictures/event_labels.h"
 #include "pictures/render_picture.h"
 #include "platform/text/text_numbers.h"
-
-#include <cmath>
-#include <gtest/gtest.h>
-#include <map>
-#include <string>
-#include <utility>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -25,8 +20,7 @@ TEST(GrainMap, AGrainGoesOnOverTheSourcesEdgeWhereReadingDoes) {
     const std::tuple<double, double, SourceEdge, int, int> cases[] = {
         {0.2, 0.4, SourceEdge::wraps, 0, 0},  {0.5, 1.5, SourceEdge::wraps, 0, 1},
         {0.5, 1.0, SourceEdge::wraps, 0, 0},  {0.1, -0.5, SourceEdge::wraps, -1, 0},
-        {0.0, 1e9, SourceEdge::wraps, 0, 24}, {0.5, 1.5, SourceEdge::ends, 0, 0},
-    };
+        {0.0, 1e9, SourceEdge::wraps, 0, 24}, {0.5, 1.5, SourceEdge::ends, 0, 0}};
     for (const auto& [from, to, edge, first, last] : cases) {
         const SourceRounds rounds = roundsOf(grain(from, to), edge);
         EXPECT_EQ(rounds.first, first) << from << " to " << to;
@@ -92,8 +86,7 @@ TEST(ScanWay, MotionIsALineAWrapLeavesAndEntersAndAJumpIsNeither) {
         {"a part that runs backwards",
          {ScanRun{0, 1, 0.5, 1, 0.6, -0.4}},
          "0.00-0.50s 0.40-0.20 0.50-1.00s 0.60-0.40 ",
-         ""},
-    };
+         ""}};
     for (const Case& one : cases) {
         const ScanWay way = scanWay(one.runs, 0.01);
         EXPECT_EQ(textOf(way.lines), one.lines) << one.what;
@@ -198,8 +191,7 @@ TEST(ControlPath, KeepsWhatWasSeenInEachColumnAndStandsBetweenItsExtremes) {
     EXPECT_EQ(std::tuple(begin.first, begin.low, begin.high, begin.last),
               std::tuple(300.0f, 0.5f, 400.0f, 9.0f));
     EXPECT_EQ(path.columns[1].count + path.columns[2].count, 0u);
-    EXPECT_EQ(path.columns[3].last, 20.0f);
-    EXPECT_EQ(path.heightOf(0.5f), 0);
+    EXPECT_EQ(std::tuple(path.columns[3].last, path.heightOf(0.5f)), std::tuple(20.0f, 0));
     EXPECT_EQ(path.heightOf(400.0f), 1);
     EXPECT_NEAR(path.heightOf(100.375f), 0.25, 1e-6);
 

@@ -2,18 +2,16 @@
 
 #include "platform/files/written_file.h"
 #include "platform/sound/aac_codec.h"
+#include "tests/support/testing.h"
 
-#include <cmath>
-#include <gmock/gmock.h>
 #include <unistd.h>
-#include <vector>
 
 namespace zephyra {
 namespace {
 
 struct AacCodecTest : testing::Test {
     void SetUp() override { ASSERT_TRUE(aacModule().ok()) << aacModule().message(); }
-    ~AacCodecTest() override { std::filesystem::remove(path_); }
+    ~AacCodecTest() override { fs::remove(path_); }
 
     /// A tone of 441 Hz and amplitude 0.5 in every channel; empty on success, else the reason.
     std::string writeTone(double rate, std::uint32_t channels, std::uint32_t frames) {
@@ -66,10 +64,10 @@ TEST_F(AacCodecTest, readsBackTheToneAtItsExactLengthInBlocksOfAnySize) {
 }
 
 TEST_F(AacCodecTest, refusesWhatTheFormatCannotHold) {
-    EXPECT_THAT(writeTone(44123, 1, 10), testing::HasSubstr("no such sample rate; 44100 or 48000"));
-    EXPECT_THAT(writeTone(44100.5, 1, 10), testing::HasSubstr("no such sample rate"));
-    EXPECT_THAT(writeTone(44100, 0, 10), testing::HasSubstr("1 to 8 channels"));
-    EXPECT_THAT(writeTone(44100, 9, 10), testing::HasSubstr("1 to 8 channels"));
+    EXPECT_THAT(writeTone(44123, 1, 10), HasSubstr("no such sample rate; 44100 or 48000"));
+    EXPECT_THAT(writeTone(44100.5, 1, 10), HasSubstr("no such sample rate"));
+    EXPECT_THAT(writeTone(44100, 0, 10), HasSubstr("1 to 8 channels"));
+    EXPECT_THAT(writeTone(44100, 9, 10), HasSubstr("1 to 8 channels"));
 }
 
 } // namespace

@@ -1,16 +1,13 @@
 #include "platform/files/atomic_file.h"
 
 #include "platform/sound/audio_file_error.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/testing.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace zephyra {
 namespace {
-
-namespace fs = std::filesystem;
 
 TEST(AtomicFile, KeepsTheOldFileUntilCommitAndTheLinkToItAfter) {
     TemporaryFolder folder;
@@ -54,8 +51,7 @@ TEST(AtomicFile, RefusesTargetsThatAreNoOrdinaryFileInAnExistingFolder) {
         {folder.path(), std::errc::is_a_directory, fourCC("prm?")},
         {folder / "file/", std::errc::is_a_directory, fourCC("prm?")},
         {folder / "pipe", std::errc::invalid_argument, fourCC("prm?")},
-        {"/dev/null", std::errc::invalid_argument, fourCC("prm?")},
-    };
+        {"/dev/null", std::errc::invalid_argument, fourCC("prm?")}};
     for (const auto& [target, expected, code] : cases) {
         AtomicFile file;
         const std::error_code error = file.open(target);

@@ -1,9 +1,7 @@
 #include "platform/files/file_name.h"
 
 #include "platform/files/folder_entries.h"
-#include "tests/support/temporary_folder.h"
-
-#include <gmock/gmock.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {

@@ -2,9 +2,7 @@
 
 #include "platform/sound/loudness.h"
 
-#include <cmath>
-#include <gtest/gtest.h>
-#include <vector>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {

@@ -2,9 +2,7 @@
 
 #include "platform/audio_unit/midi_parser.h"
 
-#include <gtest/gtest.h>
-
-#include <vector>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -21,8 +19,7 @@ TEST(MidiParser, YieldsWholeChannelMessagesAndNothingElse) {
         {"data without a status", {1, 2, 3, 0x80, 60, 64}, {0x80, 60, 64}},
         {"exclusive", {0xB0, 1, 2, 0xF0, 3, 4, 0xF7, 5, 6, 0xC0, 7}, {0xB0, 1, 2, 0xC0, 7, 0}},
         {"exclusive without end", {0xF0, 1, 0xC0, 7, 8}, {0xC0, 7, 0, 0xC0, 8, 0}},
-        {"common", {0xB0, 1, 2, 0xF2, 3, 4, 5, 6, 0xF6, 7, 8}, {0xB0, 1, 2}},
-    };
+        {"common", {0xB0, 1, 2, 0xF2, 3, 4, 5, 6, 0xF6, 7, 8}, {0xB0, 1, 2}}};
     for (const auto& [what, bytes, wanted] : cases) {
         MidiParser parser;
         Bytes messages;

@@ -4,16 +4,12 @@
 #include "platform/files/folder_entries.h"
 #include "platform/lists/property_list.h"
 
-#include "tests/support/temporary_folder.h"
-
-#include <gmock/gmock.h>
-#include <set>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
 
-const std::filesystem::path kFolder =
-    std::filesystem::path(ZEPHYRA_SOURCE_DIR) / "fuzz/corpus/property_list";
+const fs::path kFolder = fs::path(ZEPHYRA_SOURCE_DIR) / "fuzz/corpus/property_list";
 
 Result<PropertyValue> read(const std::string& text) {
     return readPropertyList(std::as_bytes(std::span(text)));
@@ -74,23 +70,18 @@ const std::map<std::string, std::vector<const char*>> kRefused = {
 
 TEST(PropertyListCorpus, readsAsItWasMadeAndWritesWhatReadsAlike) {
     for (const auto& [name, expected] : kReadable) {
-        const auto value = read(readText(kFolder / name));
-        ASSERT_TRUE(value.ok()) << name << ": " << value.message();
-        EXPECT_EQ(value.value(), expected) << name;
-        const auto xml = writePropertyList(value.value());
-        ASSERT_TRUE(xml.ok()) << name << ": " << xml.message();
-        const auto again = read(xml.value());
-        EXPECT_TRUE(again.ok() && again.value() == expected) << name;
+        const auto value = must(read(readText(kFolder / name)));
+        EXPECT_EQ(value, expected) << name;
+        EXPECT_EQ(must(read(must(writePropertyList(value)))), expected) << name;
     }
 }
 
 TEST(PropertyListCorpus, refusesTheRestWithOneLine) {
     for (const auto& [reason, names] : kRefused)
         for (const char* name : names) {
-            const auto value = read(readText(kFolder / name));
-            ASSERT_FALSE(value.ok()) << name;
-            EXPECT_THAT(value.message(), testing::StartsWith(reason)) << name;
-            EXPECT_THAT(value.message(), testing::Not(testing::HasSubstr("\n"))) << name;
+            EXPECT_THAT(failureOf(read(readText(kFolder / name))),
+                        AllOf(StartsWith(reason), Not(HasSubstr("\n"))))
+                << name;
         }
 }
 
@@ -98,7 +89,7 @@ TEST(PropertyListCorpus, hasARowForEveryFile) {
     std::set<std::string> rows;
     for (const auto& row : kReadable) rows.insert(row.first);
     for (const auto& row : kRefused) rows.insert(row.second.begin(), row.second.end());
-    EXPECT_THAT(folderEntries(kFolder), testing::ElementsAreArray(rows));
+    EXPECT_THAT(folderEntries(kFolder), ElementsAreArray(rows));
 }
 
 } // namespace

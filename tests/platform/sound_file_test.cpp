@@ -2,36 +2,27 @@
 
 #include "platform/sound/sound_file.h"
 
-#include "tests/support/temporary_folder.h"
+#include "tests/support/testing.h"
 
-#include <algorithm>
-#include <cmath>
-#include <gmock/gmock.h>
 #include <sys/stat.h>
 
 namespace zephyra {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-
-const std::filesystem::path kMono =
-    std::filesystem::path(ZEPHYRA_SOURCE_DIR) / "fuzz/corpus/sound_file/mono.wav";
+const fs::path kMono = fs::path(ZEPHYRA_SOURCE_DIR) / "fuzz/corpus/sound_file/mono.wav";
 
 TEST(SoundFile, rawFilesAre16BitMonoAt44100UnlessToldOtherwiseWithinReason) {
     // The first two bytes look like the start of an MP3 frame: only the extension decides.
     TemporaryFolder folder;
     const auto path = folder / "noise.RAW";
     writeText(path, std::string("\xff\xfb\x00\x40\x00\x80\x07", 7));
-    const auto plain = readSoundFile(path);
-    ASSERT_TRUE(plain.ok()) << plain.message();
-    EXPECT_THAT(plain.value().samples, ElementsAre(-1025 / 32768.0f, 0.5f, -1.0f));
-    EXPECT_EQ(plain.value().info.sampleRate, 44100.0);
+    const auto plain = must(readSoundFile(path));
+    EXPECT_THAT(plain.samples, ElementsAre(-1025 / 32768.0f, 0.5f, -1.0f));
+    EXPECT_EQ(plain.info.sampleRate, 44100.0);
 
-    const auto told = readSoundFile(path, {.raw = {8000.0, 2, 8}});
-    ASSERT_TRUE(told.ok()) << told.message();
-    EXPECT_THAT(told.value().samples, ElementsAre(-3 / 128.0f, 0.25f, -0.5f));
-    EXPECT_EQ(told.value().info.sampleRate, 8000.0);
+    const auto told = must(readSoundFile(path, {.raw = {8000.0, 2, 8}}));
+    EXPECT_THAT(told.samples, ElementsAre(-3 / 128.0f, 0.25f, -0.5f));
+    EXPECT_EQ(told.info.sampleRate, 8000.0);
 
     const std::pair<RawSoundFormat, const char*> refused[] = {
         {{0.0, 1, 16}, "rate of 0 Hz; 100 to 768000"},
@@ -44,11 +35,9 @@ TEST(SoundFile, rawFilesAre16BitMonoAt44100UnlessToldOtherwiseWithinReason) {
 
 TEST(SoundFile, contentDecidesWhateverTheNameTagsAndLengthWithinTheLimit) {
     TemporaryFolder folder;
-    std::filesystem::copy_file(kMono, folder / "misnamed.mp3");
-    const auto info = readSoundFileInfo(folder / "misnamed.mp3");
-    ASSERT_TRUE(info.ok()) << info.message();
-    EXPECT_EQ(info.value().format, "WAV, Signed 16 bit PCM");
-    EXPECT_EQ(info.value().frames, 400u);
+    fs::copy_file(kMono, folder / "misnamed.mp3");
+    const auto info = must(readSoundFileInfo(folder / "misnamed.mp3"));
+    EXPECT_EQ(std::tuple(info.format, info.frames), std::tuple("WAV, Signed 16 bit PCM", 400u));
     EXPECT_TRUE(readSoundFile(kMono, {.maxFrames = 400}).ok());
     EXPECT_THAT(readSoundFile(kMono, {.maxFrames = 399}).message(),
                 HasSubstr("is longer than 399 frames;"));
@@ -56,13 +45,11 @@ TEST(SoundFile, contentDecidesWhateverTheNameTagsAndLengthWithinTheLimit) {
     const std::string tag("ID3\4\0\0\0\0\0\5.....", 15);
     const auto plain = readSoundFile(kMono);
     writeText(folder / "tagged", tag + tag + readText(kMono));
-    const auto tagged = readSoundFile(folder / "tagged");
-    ASSERT_TRUE(tagged.ok()) << tagged.message();
-    EXPECT_EQ(tagged.value().samples, plain.value().samples);
+    EXPECT_EQ(must(readSoundFile(folder / "tagged")).samples, plain.value().samples);
 
     // Grown beyond what is loaded, by what no sound file minds.
-    std::filesystem::copy_file(kMono, folder / "large");
-    std::filesystem::resize_file(folder / "large", FileBytes::kMostInMemory + 1);
+    fs::copy_file(kMono, folder / "large");
+    fs::resize_file(folder / "large", FileBytes::kMostInMemory + 1);
     auto large = openSoundFile(folder / "large");
     EXPECT_EQ(readSoundFile(large.value()).value().samples, plain.value().samples);
     EXPECT_FALSE(large.value().isLoaded());
@@ -71,7 +58,7 @@ TEST(SoundFile, contentDecidesWhateverTheNameTagsAndLengthWithinTheLimit) {
 TEST(SoundFile, whatIsNoRegularFileIsRefusedWithoutWaiting) {
     TemporaryFolder folder;
     mkfifo((folder / "pipe.wav").c_str(), 0600);
-    const std::pair<std::filesystem::path, const char*> cases[] = {
+    const std::pair<fs::path, const char*> cases[] = {
         {folder / "pipe.wav", "is no regular file;"},
         {"/dev/zero", "is no regular file;"},
         {folder.path(), "is a folder;"},

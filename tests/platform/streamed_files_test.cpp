@@ -2,18 +2,14 @@
 
 #include "platform/files/streamed_files.h"
 #include "tests/support/counted_reads.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/testing.h"
 
-#include <cerrno>
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <unistd.h>
 #include <variant>
 
 namespace zephyra {
 namespace {
-
-namespace fs = std::filesystem;
 
 /// A pipe's reading end, in which all of text stands, and whose writer has gone.
 struct FilledPipe {

@@ -1,17 +1,14 @@
 #include "platform/user_defaults.h"
 
 #include "platform/text/log.h"
-#include "tests/support/temporary_folder.h"
-
-#include <cmath>
-#include <gmock/gmock.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
 
 struct UserDefaultsTest : testing::Test {
     TemporaryFolder folder_;
-    std::filesystem::path path_ = folder_ / "not yet there/defaults.plist";
+    fs::path path_ = folder_ / "not yet there/defaults.plist";
     std::vector<std::string> lines_;
     Log log_{[this](std::string_view line) { lines_.emplace_back(line); }};
 };
@@ -38,7 +35,7 @@ TEST_F(UserDefaultsTest, LeaveAFileAloneThatTheyCannotRead) {
     EXPECT_EQ(*defaults.value("a"), PropertyValue(1));
     EXPECT_EQ(readText(path_), "damaged");
     ASSERT_EQ(lines_.size(), 1u);
-    EXPECT_THAT(lines_[0], testing::StartsWith(path_.string() + " cannot be read: "));
+    EXPECT_THAT(lines_[0], StartsWith(path_.string() + " cannot be read: "));
 }
 
 TEST_F(UserDefaultsTest, WriteTheOthersWhenOneValueCannotBeKept) {
@@ -46,7 +43,7 @@ TEST_F(UserDefaultsTest, WriteTheOthersWhenOneValueCannotBeKept) {
     defaults.setValue("bad", HUGE_VAL);
     defaults.setValue("good", 1);
     EXPECT_NE(defaults.value("bad"), nullptr);
-    EXPECT_THAT(lines_, testing::Contains(testing::HasSubstr("bad: a real that is not finite")));
+    EXPECT_THAT(lines_, Contains(HasSubstr("bad: a real that is not finite")));
     EXPECT_EQ(readPropertyListFile(path_).value(), (PropertyDictionary{{"good", 1}}));
 }
 

@@ -3,8 +3,6 @@
 #include "presets/bank_facts.h"
 #include "tests/library/bank_fixture.h"
 
-#include <gtest/gtest.h>
-
 namespace zephyra {
 namespace {
 
@@ -34,8 +32,7 @@ TEST(BankFacts, SayWhatPresetsPlayAndNeed) {
         {{{{"DelaySync_0", true}}, {}}, "no sound, 1 follows the tempo"},
         {{linked(true), {{"ScanSync_0", true}}}, "no sound, all follow the tempo"},
         {{linked(true), linked(true), linked(false), linked("on"), {{"ControlAssignments", 1}}},
-         "no sound, 2 follow the tempo"},
-    };
+         "no sound, 2 follow the tempo"}};
     for (const auto& [records, expected] : cases) {
         Bank bank;
         for (const PropertyDictionary& record : records)
@@ -51,8 +48,7 @@ TEST(BankFacts, ABanksPurposeIsALineOfAFileBesideIt) {
         return bankPurpose(folder / "Drones.zephyra");
     };
     EXPECT_EQ(bankPurpose(folder / "Drones.zephyra"), "");
-    EXPECT_EQ(purpose("hums\nand more"), "hums");
-    EXPECT_EQ(purpose("a\tb"), "a?b");
+    EXPECT_EQ(purpose("hums\nand more") + purpose("a\tb"), "humsa?b");
     EXPECT_EQ(purpose(std::string(5000, 'x')), "") << "no line";
 }
 

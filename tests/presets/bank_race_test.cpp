@@ -6,14 +6,8 @@
 #include "presets/preset_saving.h"
 #include "tests/library/bank_fixture.h"
 
-#include <algorithm>
-#include <random>
-#include <set>
-
 namespace zephyra {
 namespace {
-
-namespace fs = std::filesystem;
 
 const std::vector<std::string> kNames = {"A.zephyra", "B.zephyra", "C.zephyra"};
 

@@ -4,12 +4,8 @@
 
 #include "tests/library/bank_fixture.h"
 
-#include <gmock/gmock.h>
-
 namespace zephyra {
 namespace {
-
-using testing::ElementsAre;
 
 const DateAndTime kNow{"15.11.2026", "13:48:53"};
 

@@ -3,17 +3,12 @@
 #include "presets/preset_names.h"
 #include "tests/library/bank_fixture.h"
 
-#include <gmock/gmock.h>
-
 namespace zephyra {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-
 TEST(PresetNames, MeanABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
     const TemporaryFolder shared, factory;
-    const auto put = [](const std::filesystem::path& file, const Bank& bank) {
+    const auto put = [](const fs::path& file, const Bank& bank) {
         ASSERT_TRUE(writeBank(file, bank));
     };
     put(shared / "Clouds.zephyra", {});
@@ -40,11 +35,9 @@ TEST(PresetNames, MeanABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
         EXPECT_THAT(found ? found.value() : found.message(), HasSubstr(expected)) << typed;
     }
     const std::pair<const char*, const char*> presetNames[] = {
-        {"3", "0 - a"},     {"#3", "2 - c"},       {"2", "1 - b"},
-        {"2 - c", "2 - c"}, {"ÜBER", "3 - d"},     {"x", "2 presets \"x\""},
-        {"X", ": 2, 3"},    {"5", "are 1 to 4"},   {"0", "has no preset"},
-        {"ubr", "nearest"}, {"", "has no preset"},
-    };
+        {"3", "0 - a"},         {"#3", "2 - c"},          {"2", "1 - b"},       {"2 - c", "2 - c"},
+        {"ÜBER", "3 - d"},      {"x", "2 presets \"x\""}, {"X", ": 2, 3"},      {"5", "are 1 to 4"},
+        {"0", "has no preset"}, {"ubr", "nearest"},       {"", "has no preset"}};
     for (const auto& [typed, expected] : presetNames) {
         const auto found = findPresets(banks, "Mist.zephyra", typed);
         EXPECT_THAT(found ? found.value().front() : found.message(), HasSubstr(expected)) << typed;
@@ -71,9 +64,8 @@ TEST(PresetNames, MeanABankOrPresetExactlyThenInAnyCaseThenByItsPlace) {
     }
     put(shared / "One.zephyra", {{"0 - a", named("*")}}); // which is not all of it
     EXPECT_EQ(presetWord(banks, "One.zephyra", "0 - a"), "0 - a");
-    const auto all = findPresets(banks, "Mist.zephyra", "*");
-    ASSERT_TRUE(all) << all.message();
-    EXPECT_THAT(all.value(), ElementsAre("0 - a", "1 - b", "2 - c", "3 - d"));
+    const auto all = must(findPresets(banks, "Mist.zephyra", "*"));
+    EXPECT_THAT(all, ElementsAre("0 - a", "1 - b", "2 - c", "3 - d"));
 }
 
 } // namespace

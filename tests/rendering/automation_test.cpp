@@ -9,12 +9,10 @@ namespace zephyra {
 namespace {
 
 TEST(Automation, LinesBecomePointsByTimeAndWrongOnesAreNamed) {
-    const auto read = parseAutomation("time,parameter,value,kind\n# a comment\n\n"
-                                      "4b, density, 40, ramp\r\n1.5,\"Echo Switch\",\"on\"\n"
-                                      "\"0:02\",Pan,\"-0.5\",step",
-                                      60.0, "moves");
-    ASSERT_TRUE(read) << read.message();
-    const auto& points = read.value();
+    const auto points = must(parseAutomation("time,parameter,value,kind\n# a comment\n\n"
+                                             "4b, density, 40, ramp\r\n1.5,\"Echo Switch\",\"on\"\n"
+                                             "\"0:02\",Pan,\"-0.5\",step",
+                                             60.0, "moves"));
     ASSERT_EQ(points.size(), 3u);
     EXPECT_EQ(points[0].parameter, ControlId::echoSwitch);
     EXPECT_EQ(points[1].linear, -0.5f);
@@ -31,12 +29,9 @@ TEST(Automation, LinesBecomePointsByTimeAndWrongOnesAreNamed) {
         {"1e308b,Pan,0", "\"1e308b\" is more than can be counted; write fewer beats"},
         {"1,Pan,2", "Pan takes -1 to 1, not \"2\""},
         {"1,Pan,0,slide", "a step or a ramp"},
-        {"1,LIVE,on,ramp", "knows no ramp"},
-    };
+        {"1,LIVE,on,ramp", "knows no ramp"}};
     for (const auto& [text, message] : wrong) {
-        const auto failed = parseAutomation(text, 120.0, "moves");
-        ASSERT_FALSE(failed) << text;
-        EXPECT_NE(failed.message().find(message), std::string::npos) << failed.message();
+        EXPECT_THAT(failureOf(parseAutomation(text, 120.0, "moves")), HasSubstr(message)) << text;
     }
 }
 
@@ -58,8 +53,7 @@ TEST(Automation, PointsAreSentAtTheirFramesAndARampOnceABlockOrOftener) {
           {0.75f - 6.115f / 15.995f, 512},
           {0.75f - 11.235f / 15.995f, 1024}}},
         {1324, 377, {{0.75f - 12.235f / 15.995f, 0}, {-0.25f, 376}}},
-        {1701, 50, {}},
-    };
+        {1701, 50, {}}};
     for (const auto& [first, frames, wanted] : blocks) {
         const auto sent = lane.next(first, frames, 100.0);
         ASSERT_EQ(sent.size(), wanted.size()) << first;
@@ -72,9 +66,7 @@ TEST(Automation, PointsAreSentAtTheirFramesAndARampOnceABlockOrOftener) {
 
 TEST(TakeFile, ReadsWhatItWritesAndNamesTheLineThatIsWrong) {
     const std::vector<float> positions = {0.0f, 1.0f / 3, 0.1f, 1e-7f, 1.0f};
-    const auto back = parseTake(takeText(positions), "take");
-    ASSERT_TRUE(back) << back.message();
-    EXPECT_EQ(back.value(), positions);
+    EXPECT_EQ(must(parseTake(takeText(positions), "take")), positions);
     std::string most = "\xEF\xBB\xBFPosition\r\n\n# by hand\n";
     for (int i = 0; i < 1800; ++i) most += "0.5\r\n";
     EXPECT_EQ(parseTake(most, "take").value().size(), 1800u);
@@ -83,11 +75,10 @@ TEST(TakeFile, ReadsWhatItWritesAndNamesTheLineThatIsWrong) {
         {"0\nposition\n1", "take, line 2: a position is"},
         {"0\n1.01", "take, line 2: a position is"},
         {"0\n#\nnan", "take, line 3: a position is"},
-        {"0.5", "at least 2 positions, one a line, 15 a second; this one has 1"},
-    };
+        {"0.5", "at least 2 positions, one a line, 15 a second; this one has 1"}};
     for (const auto& [text, message] : wrong)
-        EXPECT_NE(parseTake(text, "take").message().find(message), std::string::npos) << message;
-    const auto write = [&](const std::filesystem::path& path) {
+        EXPECT_THAT(failureOf(parseTake(text, "take")), HasSubstr(message));
+    const auto write = [&](const fs::path& path) {
         TakeFile file;
         return file.open(path) && file.save(positions);
     };

@@ -5,11 +5,8 @@
 #include "rendering/offline_render.h"
 #include "rendering/output/output_file.h"
 #include "rendering/render_source.h"
-#include "tests/support/temporary_folder.h"
 #include "tests/support/test_sounds.h"
-
-#include <functional>
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -250,8 +247,7 @@ TEST(EchoTail, LastsUntilEveryRepeatIsSixtyDecibelsDown) {
         {{0.1, 0}, {0.25, 0.2}, 44100, 1.25},           // 0.2 to the power of 4 is above 0.001
         {{0.5, 0}, {0.25, 0}, 22050, 1.0},              // the same samples take twice the time
         {{4.6, 0}, {0.25, 0}, 44100, 200000 / 44100.0}, // the echo's longest delay
-        {{4.5, 0.98}, {0.25, 0}, 44100, kLongestEchoTail},
-    };
+        {{4.5, 0.98}, {0.25, 0}, 44100, kLongestEchoTail}};
     for (const auto& [left, right, rate, seconds] : cases)
         EXPECT_DOUBLE_EQ(echoTail(left, right, rate), seconds) << left.delay << " " << left.gain;
 }
@@ -263,9 +259,7 @@ TEST(OutputFile, CountsAndLimitsWhatExceedsFullScaleOnEitherSide) {
         file.open({.path = folder / "a.wav", .type = defaultOutputType(), .sampleRate = 44100}));
     float left[] = {-1.5f, -1.0f, 0.0f}, right[] = {1.0f, 1.25f, -1.01f};
     ASSERT_TRUE(file.write(left, right, 3) && file.close());
-    EXPECT_EQ(file.limitedSamples(), 3u);
-    EXPECT_EQ(file.peak(), 1.5);
-    EXPECT_EQ(left[0], -1.0f);
+    EXPECT_EQ(std::tuple(file.limitedSamples(), file.peak(), left[0]), std::tuple(3u, 1.5, -1.0f));
     EXPECT_EQ(right[2], -1.0f);
 }
 
@@ -282,8 +276,7 @@ TEST(RenderSource, IsReadUntilWhoeverAsksForItWantsNoMore) {
         const auto read = readRenderSource(request, Folders{}, std::make_shared<FileFacts>(),
                                            [&](double share) { return last = share, true; });
         ASSERT_TRUE(read) << read.message();
-        EXPECT_EQ(last, 1.0);
-        EXPECT_EQ(read.value().shownSamples().size(), 40000u);
+        EXPECT_EQ(std::tuple(last, read.value().shownSamples().size()), std::tuple(1.0, 40000u));
         EXPECT_EQ(read.value().source.inputLeft.size(), live ? 40000u : 0u);
         EXPECT_FALSE(readRenderSource(request, Folders{}, std::make_shared<FileFacts>(),
                                       [](double) { return false; }));

@@ -4,13 +4,8 @@
 #include "rendering/render_output.h"
 #include "tests/support/failing_calls.h"
 
-#include <cmath>
-#include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
 namespace zephyra {
@@ -37,7 +32,7 @@ bool write(RenderOutput& output, const RenderRequest& request, std::uint32_t fra
     return done && output.finish({}) && output.close();
 }
 
-std::vector<float> rawOf(const std::filesystem::path& file) {
+std::vector<float> rawOf(const fs::path& file) {
     const std::string bytes = readText(file);
     std::vector<float> samples(bytes.size() / sizeof(float));
     std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(float));
@@ -56,8 +51,7 @@ TEST(RenderOutput, FallsSmoothlyToNothingInTheLastTenMillisecondsWhateverTheBloc
             ASSERT_TRUE(write(output, request, frames, 0.5f, block));
             const std::vector<float> got = rawOf(request.output);
             ASSERT_EQ(got.size(), 2 * frames);
-            EXPECT_EQ(got[2 * frames - 2], 0.0f);
-            EXPECT_EQ(got[2 * frames - 1], 0.0f);
+            EXPECT_EQ(std::tuple(got[2 * frames - 2], got[2 * frames - 1]), std::tuple(0.0f, 0.0f));
             EXPECT_FLOAT_EQ(static_cast<float>(output.file().peak()),
                             *std::ranges::max_element(got));
             for (std::uint32_t n = 0; n < frames; ++n) {
@@ -126,7 +120,7 @@ TEST(RenderOutput, IsWholeOrNotAtAllWhateverFails) {
     };
     for (RenderRequest& request : requests)
         expectWholeOrNotAtAll(
-            [&request](const std::filesystem::path& path) {
+            [&request](const fs::path& path) {
                 request.output = path;
                 RenderOutput output;
                 return write(output, request, 2000, 2.0f);
@@ -149,7 +143,7 @@ TEST(RenderOutput, OfWhatIsCopiedIntoAStreamNothingIsLeftBehindWhateverFails) {
                 .gain = automatic ? std::optional(OutputGain{.isAutomatic = true}) : std::nullopt};
             std::size_t count = 0;
             FileCall failed = FileCall::status;
-            setFileCallGate([&](FileCall call, const std::filesystem::path&) {
+            setFileCallGate([&](FileCall call, const fs::path&) {
                 if (count == failing) failed = call;
                 return count++ == failing ? EIO : 0;
             });
@@ -165,8 +159,7 @@ TEST(RenderOutput, OfWhatIsCopiedIntoAStreamNothingIsLeftBehindWhateverFails) {
                  {FileCall::makeFolder, FileCall::read, FileCall::write, FileCall::rename})
                 EXPECT_FALSE(succeeded && failed == needed) << failing;
             EXPECT_TRUE(tidies || folder.entries() == 0) << failing;
-            for (const auto& left : std::filesystem::directory_iterator(folder.path()))
-                std::filesystem::remove_all(left);
+            for (const auto& left : fs::directory_iterator(folder.path())) fs::remove_all(left);
         }
     ::unsetenv("TMPDIR");
 }

@@ -4,10 +4,7 @@
 #include "rendering/offline_render.h"
 #include "rendering/picture_recorder.h"
 #include "tests/support/test_sounds.h"
-
-#include <algorithm>
-#include <cmath>
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 namespace {
@@ -36,12 +33,7 @@ TEST(PictureRecorder, GrainsStandWhereTheyReadInTheSourceAtTheirPitch) {
             {500, 1.0f}, {4096, 0.5f, {}, 24096}, {10000, 0.25f, scan, heard}};
         PictureRecorder recorder(planFor(use), source,
                                  {.source = 1, .time = 1000, .frequencies = 1});
-        recorder.add({.firstFrame = 20000,
-                      .frames = 10000,
-                      .left = silence.data(),
-                      .right = silence.data(),
-                      .grains = {&grain, 1},
-                      .cycles = cycles});
+        recorder.add({20000, 10000, silence.data(), silence.data(), {&grain, 1}, cycles});
         return recorder.picture().map;
     };
     const GrainMark first = recorded(SourceUse::loaded, loaded).grains.at(0);
@@ -108,8 +100,7 @@ TEST(PictureRecorder, TheScanGoesWhereGrainsReadHoweverItIsMoved) {
         ++grains;
     }
     EXPECT_GT(grains, 200u);
-    EXPECT_TRUE(std::isnan(scanAt(map, 40001 / 44100.0)));
-    EXPECT_TRUE(recorder.picture().isStereo);
+    EXPECT_TRUE(std::isnan(scanAt(map, 40001 / 44100.0)) && recorder.picture().isStereo);
     EXPECT_EQ(recorder.picture().sourceChannels, 2u);
 }
 
@@ -123,17 +114,10 @@ TEST(PictureRecorder, AMovedControlBeginsWhereItStandsAndNamesTheEndsOfItsWay) {
     float silence[] = {0};
     const RenderedCycle cycles[] = {{1, 0.5f}};
     const float moved[] = {1.0f, 200.25f}; // half way of the density: 0.5 + 399.5 / 8 Hz
-    recorder.add({.firstFrame = 44099,
-                  .frames = 1,
-                  .left = silence,
-                  .right = silence,
-                  .grains = {},
-                  .cycles = cycles,
-                  .moved = moved});
+    recorder.add({44099, 1, silence, silence, {}, cycles, moved});
     const ControlPath& path = recorder.finish("in.wav", {}, {}).paths.at(1);
     EXPECT_EQ(path.name + " " + path.mover, "Density CC 1");
-    EXPECT_EQ(path.lowText, "50 Hz");
-    EXPECT_EQ(path.highText, "50.4 Hz");
+    EXPECT_EQ(std::tuple(path.lowText, path.highText), std::tuple("50 Hz", "50.4 Hz"));
     EXPECT_EQ(path.columns[1].count, 1u);
     EXPECT_EQ(recorder.picture().paths.at(0).highText, "on");
     EXPECT_FALSE(recorder.picture().isStereo);

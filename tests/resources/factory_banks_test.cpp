@@ -7,31 +7,26 @@
 #include "platform/files/file_name.h"
 #include "tests/support/hosted_unit.h"
 
-#include <fstream>
-#include <numbers>
-
 namespace zephyra {
 namespace {
 
 constexpr double kRate = 44100.0, kSeconds = 8.0;
-const std::filesystem::path kFolder = ZEPHYRA_SOURCE_DIR "/resources";
+const fs::path kFolder = ZEPHYRA_SOURCE_DIR "/resources";
 
 /// The folder's files of that extension, sorted by bytes.
-std::set<std::filesystem::path> filesWith(const std::string& extension, const char* below = "") {
-    std::set<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(kFolder / below))
+std::set<fs::path> filesWith(const std::string& extension, const char* below = "") {
+    std::set<fs::path> files;
+    for (const auto& entry : fs::directory_iterator(kFolder / below))
         if (entry.path().extension() == extension) files.insert(entry.path());
     return files;
 }
 
 /// Calls visit(name, record) for every preset of a bank, in order.
 template <typename Visit>
-void forEachPreset(const std::filesystem::path& file, const Visit& visit) {
-    const auto read = readBank(file);
-    ASSERT_TRUE(read) << read.message();
-    for (const std::string& key : sortedKeys(read.value().bank))
-        visit(snapshotTag(read.value().bank, key).value_or(kUnnamed),
-              *recordOf(read.value().bank, key));
+void forEachPreset(const fs::path& file, const Visit& visit) {
+    const auto read = must(readBank(file));
+    for (const std::string& key : sortedKeys(read.bank))
+        visit(snapshotTag(read.bank, key).value_or(kUnnamed), *recordOf(read.bank, key));
 }
 
 bool isOn(const PropertyDictionary& record, const char* key) {

@@ -3,8 +3,6 @@
 #include "tests/support/stream_probe.h"
 #include "tests/support/test_stream.h"
 
-#include <random>
-
 namespace zephyra {
 namespace {
 

@@ -9,8 +9,6 @@
 #include "tests/support/test_sounds.h"
 #include "tests/support/test_stream.h"
 
-#include <gmock/gmock.h>
-
 namespace zephyra {
 namespace {
 

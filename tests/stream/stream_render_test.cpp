@@ -3,8 +3,6 @@
 #include "tests/support/test_sounds.h"
 #include "tests/support/test_stream.h"
 
-#include <numeric>
-
 namespace zephyra {
 namespace {
 

@@ -4,16 +4,12 @@
 #include "stream/sound_keeping.h"
 #include "tests/support/stream_player.h"
 
-#include <gmock/gmock.h>
-
-#include <chrono>
 #include <climits>
 
 namespace zephyra {
 namespace {
 
 using enum ControlId;
-using testing::HasSubstr;
 
 /// Values that 16 bits hold exactly: first / 1024, (first + 1) / 1024, ...
 Frames ramp(int first, std::size_t frames) {
@@ -23,8 +19,8 @@ Frames ramp(int first, std::size_t frames) {
 }
 
 /// A silent file of so many frames.
-std::filesystem::path write(const std::filesystem::path& path, std::size_t frames) {
-    std::filesystem::create_directories(path.parent_path());
+fs::path write(const fs::path& path, std::size_t frames) {
+    fs::create_directories(path.parent_path());
     writeText(path, std::string(2 * frames, '\0'));
     return path;
 }
@@ -165,7 +161,7 @@ TEST_F(StreamSound, StaysWhatLiveHeardUntilAFileComesAndExportsItInTheOrderOfTim
         return file ? file.value().samples : Frames{};
     };
     const auto entries = [&] {
-        return std::distance(std::filesystem::directory_iterator(folder / "shared"), {});
+        return std::distance(fs::directory_iterator(folder / "shared"), {});
     };
     EXPECT_EQ(saved(), Frames{});
     EXPECT_THAT(player.takeAlert(), HasSubstr("Problem writing audio file:"));
@@ -255,8 +251,7 @@ TEST_F(StreamSound, IsNeitherCutFromNorWrittenInTheMiddleOfASwitchOfLive) {
         player.hear(ramp(100, 3));
     });
     stream.ui_enableLiveInput();
-    EXPECT_TRUE(stood && stream.isPlaying());
-    EXPECT_TRUE(stream.setCaptured(ramp(1, 9), 44100.0));
+    EXPECT_TRUE(stood && stream.isPlaying() && stream.setCaptured(ramp(1, 9), 44100.0));
     EXPECT_EQ(stream.waveForm().heardFrames(), ramp(1, 9));
 }
 

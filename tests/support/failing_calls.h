@@ -2,17 +2,12 @@
 #pragma once
 
 #include "platform/files/file_calls.h"
-#include "tests/support/temporary_folder.h"
-
-#include <cerrno>
-#include <gtest/gtest.h>
-#include <optional>
-#include <utility>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 
 /// Writes the file of that name; whether that succeeded.
-using WriteFile = std::function<bool(const std::filesystem::path&)>;
+using WriteFile = std::function<bool(const fs::path&)>;
 
 /// What one write did, and what stands in the folder afterwards.
 struct WriteAttempt {

@@ -5,8 +5,7 @@
 #include "hosting/offline_host.h"
 #include "tests/support/heard_instance.h"
 #include "tests/support/test_sounds.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 

@@ -5,7 +5,6 @@
 #include "stream/state_sounds.h"
 #include "stream/stream_state.h"
 #include "tests/support/stream_probe.h"
-#include "tests/support/temporary_folder.h"
 #include "tests/support/test_stream.h"
 
 namespace zephyra {

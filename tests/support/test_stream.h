@@ -2,8 +2,7 @@
 #pragma once
 
 #include "stream/stream_controller.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace zephyra {
 
