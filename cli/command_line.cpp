@@ -138,9 +138,12 @@ std::string valueBehind(const std::string& option, const Words& words) {
 
 /// For a file's name with blanks that the shell took apart.
 std::optional<std::string> brokenName(const Words& words) {
+    constexpr std::size_t kMostWords =
+        20; // of a name; a pattern may have become thousands of words
     for (std::size_t i = 0; i < words.size(); ++i) {
         std::string name = words[i];
-        for (std::size_t j = i + 1; j < words.size() && !words[j].starts_with('-'); ++j) {
+        const std::size_t end = std::min(words.size(), i + kMostWords);
+        for (std::size_t j = i + 1; j < end && !words[j].starts_with('-'); ++j) {
             std::error_code ignored;
             if (std::filesystem::exists(name += " " + words[j], ignored))
                 return inQuotes(name) + " is one name; put it between quotes";
