@@ -1,0 +1,63 @@
+#include "hosting/plugin_instance.h"
+
+#include "platform/files/folders.h"
+
+#include <algorithm>
+#include <string>
+
+namespace zephyra {
+
+namespace {
+
+FourCharCode componentType(PluginKind kind) {
+    return kind == PluginKind::instrument ? component_type::instrument
+                                          : component_type::musicEffect;
+}
+
+HostedInstance::Prepare orStandardFolders(const HostedInstance::Prepare& prepare) {
+    if (prepare) return prepare;
+    return [](Instance& instance) { instance.folders = standardFolders(); };
+}
+
+} // namespace
+
+PluginInstance::PluginInstance(PluginKind kind, const HostedInstance::Prepare& prepare)
+    : kind_(kind), system_(componentType(kind), orStandardFolders(prepare)),
+      driver_(system_.instance.runLoop, system_.instance.log),
+      host_(*system_.unit, system_.instance), offline_(host_, system_.instance) {
+    Instance& instance = system_.instance;
+    const RunLoop::Scope main(instance.runLoop);
+    system_.connect();
+    offline_.setMidiInlet(&system_.inlet);
+    instance.runLoop.runPosted(); // what a fresh component begins with
+    if (kind_ == PluginKind::effect) system_.stream().setDisplayed(ControlId::playStop, 1.0f);
+}
+
+PluginInstance::~PluginInstance() {
+    release();
+}
+
+Result<void> PluginInstance::prepare(const PluginSetup& setup) {
+    release();
+    if (!(setup.sampleRate >= kLeastRate && setup.sampleRate <= kMostRate))
+        return Failure{"the sample rate is " + std::to_string(setup.sampleRate) +
+                       " Hz; it must be 8000 to 384000"};
+    const OSStatus status =
+        host_.start({.sampleRate = setup.sampleRate,
+                     .blockFrames = std::clamp<std::uint32_t>(setup.mostFrames, 1,
+                                                              MyAudioUnit::kMostFramesToRender)});
+    if (status != audio_unit_status::noError)
+        return Failure{"the audio unit does not start (" + std::to_string(status) +
+                       "); memory may be short"};
+    system_.instance.runLoop.runPosted();
+    return {};
+}
+
+void PluginInstance::release() {
+    host_.stop();
+    const RunLoop::Scope main(system_.instance.runLoop);
+    if (system_.instance.runLoop.clock() != RunLoop::Clock::wall)
+        system_.instance.runLoop.setClock(RunLoop::Clock::wall);
+}
+
+} // namespace zephyra
