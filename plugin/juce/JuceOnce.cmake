@@ -1,0 +1,23 @@
+# zephyra_juce: the modules of JUCE that any of our programs needs, compiled once.
+
+add_library(zephyra_juce STATIC)
+target_link_libraries(zephyra_juce PRIVATE juce::juce_audio_utils)
+target_compile_definitions(zephyra_juce PRIVATE
+    JUCE_WEB_BROWSER=0 JUCE_USE_CURL=0 JUCE_USE_FLAC=0 JUCE_USE_OGGVORBIS=0
+    JUCE_DISPLAY_SPLASH_SCREEN=0 JUCE_MODAL_LOOPS_PERMITTED=0 JUCE_STRICT_REFCOUNTEDPOINTER=1
+    JUCE_VST3_CAN_REPLACE_VST2=0 JUCE_FORCE_USE_LEGACY_PARAM_IDS=1
+    JUCE_ALSA=1 JUCE_JACK=1 JUCE_PLUGINHOST_VST3=1)
+# -w: what warns in JUCE is JUCE's. The linker leaves out what a program does not use of it.
+target_compile_options(zephyra_juce PRIVATE -w -ffunction-sections -fdata-sections)
+set_target_properties(zephyra_juce PROPERTIES
+    CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+
+# Who links it sees the modules as they were compiled, and does not compile them again.
+target_include_directories(zephyra_juce SYSTEM INTERFACE
+    $<TARGET_PROPERTY:zephyra_juce,INCLUDE_DIRECTORIES>)
+target_compile_definitions(zephyra_juce INTERFACE
+    $<TARGET_PROPERTY:zephyra_juce,COMPILE_DEFINITIONS>)
+if(NOT APPLE)
+    target_link_libraries(zephyra_juce PUBLIC png jpeg z)
+    target_link_options(zephyra_juce INTERFACE -Wl,--gc-sections)
+endif()

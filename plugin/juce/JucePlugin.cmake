@@ -1,0 +1,24 @@
+# zephyra_juce_plugin(TARGET NAME CODE FORMATS format ... [what juce_add_plugin takes])
+# makes a plug-in of each format the system has in plugin/FORMAT of the build tree. Only JUCE's
+# wrapper of the format and plugin_entry.cpp are compiled for it, with its name and codes.
+function(zephyra_juce_plugin target name code)
+    juce_add_plugin(${target}
+        PRODUCT_NAME ${name} PLUGIN_NAME ${name} DESCRIPTION ${PROJECT_DESCRIPTION}
+        COMPANY_NAME Zephyra COMPANY_WEBSITE "" COMPANY_EMAIL ""
+        BUNDLE_ID org.zephyra.${code}
+        PLUGIN_MANUFACTURER_CODE Zphy PLUGIN_CODE ${code}
+        NEEDS_MIDI_INPUT TRUE EDITOR_WANTS_KEYBOARD_FOCUS FALSE
+        ${ARGN})
+    target_sources(${target} PRIVATE plugin_entry.cpp)
+    target_link_libraries(${target} PUBLIC zephyra_juce_shell)
+    set_target_properties(${target} PROPERTIES
+        LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/plugin)
+    set_source_files_properties(${JUCE_MODULES_DIR}/juce_audio_plugin_client/juce_audio_plugin_client_VST3.cpp
+        PROPERTIES COMPILE_OPTIONS -w)
+    if(NOT APPLE) # a host may load two versions of it: nothing but the entry is seen
+        target_link_options(${target}_VST3 PRIVATE
+            -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/vst3_exports.map)
+        set_target_properties(${target}_VST3 PROPERTIES
+            LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/vst3_exports.map)
+    endif()
+endfunction()

@@ -1,0 +1,54 @@
+// ZephyraProcessor: what JUCE's wrappers load: a translation of their calls into PluginInstance.
+#pragma once
+
+#include "hosting/plugin_instance.h"
+#include "plugin/juce/host_news.h"
+
+#include <juce_audio_processors/juce_audio_processors.h>
+
+namespace zephyra {
+
+/// Threads: what is called between processBlocks is HOST, processBlock and processBlockBypassed are
+/// RENDER; made, prepared, released and destroyed on any thread, also without a display. JUCE hands
+/// over one value a parameter and block.
+class ZephyraProcessor final : public juce::AudioProcessor {
+public:
+    /// prepare: see PluginInstance.
+    explicit ZephyraProcessor(PluginKind kind, const HostedInstance::Prepare& prepare = {});
+    ~ZephyraProcessor() override;
+
+    PluginInstance& plugin() noexcept { return plugin_; }
+
+    const juce::String getName() const override;
+    bool isBusesLayoutSupported(const BusesLayout& layouts) const override;
+    bool acceptsMidi() const override { return true; }
+    bool producesMidi() const override { return false; }
+    double getTailLengthSeconds() const override { return plugin_.tailSeconds(); }
+
+    void prepareToPlay(double sampleRate, int mostFrames) override;
+    void releaseResources() override { plugin_.release(); }
+    void processBlock(juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midi) override;
+    void processBlockBypassed(juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midi) override;
+    using AudioProcessor::processBlock, AudioProcessor::processBlockBypassed;
+
+    bool hasEditor() const override { return true; }
+    juce::AudioProcessorEditor* createEditor() override;
+
+    int getNumPrograms() override;
+    int getCurrentProgram() override;
+    void setCurrentProgram(int number) override;
+    const juce::String getProgramName(int number) override;
+    void changeProgramName(int, const juce::String&) override {} ///< the factory's keep theirs
+
+    void getStateInformation(juce::MemoryBlock& state) override;
+    void setStateInformation(const void* state, int bytes) override;
+
+private:
+    static BusesProperties buses(PluginKind kind);
+    void render(juce::AudioBuffer<float>& buffer, const juce::MidiBuffer& midi);
+
+    PluginInstance plugin_;
+    HostNews news_{*this};
+};
+
+} // namespace zephyra
