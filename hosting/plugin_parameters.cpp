@@ -1,10 +1,10 @@
 #include "hosting/plugin_parameters.h"
 
 #include "audiounit/control_meaning.h"
-#include "audiounit/control_text.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace zephyra {
 
@@ -76,24 +76,14 @@ std::span<const PluginParameter, kParameterCount> pluginParameters() noexcept {
 }
 
 float linearFromNormalized(const PluginParameter& parameter, float normalized) noexcept {
-    return parameter.minimum +
-           std::clamp(normalized, 0.0f, 1.0f) * (parameter.maximum - parameter.minimum);
+    if (!(normalized > 0.0f)) return parameter.minimum; // neither does what is no number
+    if (parameter.isSwitch) return normalized < 0.5f ? 0.0f : 1.0f;
+    return std::lerp(parameter.minimum, parameter.maximum, std::min(normalized, 1.0f));
 }
 
 float normalizedFromLinear(const PluginParameter& parameter, float linear) noexcept {
-    return std::clamp((linear - parameter.minimum) / (parameter.maximum - parameter.minimum), 0.0f,
-                      1.0f);
-}
-
-std::string parameterText(const PluginParameter& parameter, float linear) {
-    const ControlRange& range = controlRange(parameter.id);
-    return valueText(range, displayedFromLinear(range, linear));
-}
-
-std::optional<float> parameterFromText(const PluginParameter& parameter, std::string_view text) {
-    const auto value = parseControlValue(parameter.id, text);
-    if (!value) return std::nullopt;
-    return linearFromDisplayed(controlRange(parameter.id), value.value());
+    if (!(linear > parameter.minimum)) return 0.0f;
+    return std::min((linear - parameter.minimum) / (parameter.maximum - parameter.minimum), 1.0f);
 }
 
 } // namespace zephyra

@@ -26,7 +26,9 @@ struct PluginParameter {
     const char* shortName; ///< at most 8 characters
     const char* meaning;   ///< a sentence or two for people
     const PluginParameterGroup* group;
-    const char* unit; ///< of displayed values: "Hz", "ms", "s", "st", "%", "x", or empty
+    /// Of the three numbers below: "Hz", "ms", "s", "st", "%", "x"; empty for switches, Pan and
+    /// shares of 1, whatever texts say.
+    const char* unit;
     float minimum, maximum, defaultValue; ///< displayed
     bool isSwitch;                        ///< 0 or 1
     bool isExponential;                   ///< finer towards the minimum
@@ -36,14 +38,19 @@ struct PluginParameter {
 std::span<const PluginParameter, kParameterCount> pluginParameters() noexcept;
 
 // 0..1 runs evenly over the linear values, so that an exponential control is as fine in a host's
-// slider as under a finger. What is outside the range counts as the nearer end. Any thread.
+// slider as under a finger. What is outside the range, or no number, counts as the nearer end; a
+// switch is on from 0.5. Any thread.
 float linearFromNormalized(const PluginParameter& parameter, float normalized) noexcept;
 float normalizedFromLinear(const PluginParameter& parameter, float linear) noexcept;
 
-/// "250 ms", "1.2 kHz", "-7 st", "On", of a linear value; with the unit. Any thread but RENDER.
+/// "250 ms", "1.2 kHz", "-7 st", "12.5 %", "30 L", "On", of a linear value; with the unit, where
+/// levels and amounts from 0 to 1 are shown in percent. Any thread but RENDER.
 std::string parameterText(const PluginParameter& parameter, float linear);
-/// The linear value that text means, with or without a unit; none for what is no value of the
-/// parameter. What parameterText writes reads back. Any thread but RENDER.
+/// The linear value that text means: a number in the parameter's unit, without one or with another
+/// of the kind ("0.3 s", "-6 dB", "1 oct", "50%"), a side for Pan ("L30"), On or Off; a share above
+/// 1 without a unit is percent. None for what is no value of the parameter. What parameterText
+/// writes reads back to the digits shown, and a value typed in so few digits to the last bit. Any
+/// thread but RENDER.
 std::optional<float> parameterFromText(const PluginParameter& parameter, std::string_view text);
 
 } // namespace zephyra
