@@ -1,8 +1,12 @@
 #include "platform/files/folders.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <dlfcn.h>
 #include <pwd.h>
+#include <sstream>
+#include <string>
+#include <sys/auxv.h>
 #include <unistd.h>
 
 namespace zephyra {
@@ -42,11 +46,27 @@ fs::path sharedFolder() {
 fs::path resourceFolder() {
     const fs::path named = fromEnvironment("ZEPHYRA_RESOURCE_FOLDER");
     if (!named.empty()) return named;
-    const fs::path installed = (programFolder() / "../share/zephyra").lexically_normal();
-    std::error_code ignored;
-    if (fs::is_directory(installed, ignored)) return installed;
-    return ZEPHYRA_RESOURCE_FOLDER_DEFAULT;
+    const auto places =
+        installedPlaces(programFolder(), "share/zephyra/resources", ZEPHYRA_BUILT_RESOURCES);
+    const auto found = std::ranges::find_if(places, [](const fs::path& place) {
+        std::error_code ignored;
+        return fs::is_directory(place, ignored);
+    });
+    return found == places.end() ? places.front() : *found;
 }
+
+/// The prefixes of a desktop's data folders; the user's own stands first.
+std::vector<fs::path> knownPrefixes() {
+    const char* const named = std::getenv("XDG_DATA_DIRS");
+    std::istringstream folders(named && *named ? named : "/usr/local/share:/usr/share");
+    std::vector<fs::path> prefixes = {homeFolder() / ".local"};
+    for (std::string folder; std::getline(folders, folder, ':');)
+        if (fs::path(folder).is_absolute()) prefixes.push_back(fs::path(folder) / "..");
+    return prefixes;
+}
+
+/// An address of this very library, whatever others of the process call their functions.
+const char kHere = 0;
 
 } // namespace
 
@@ -54,13 +74,29 @@ Folders standardFolders() {
     return {inFull(sharedFolder()), inFull(resourceFolder())};
 }
 
+std::vector<fs::path> installedPlaces(const fs::path& folder, const fs::path& place,
+                                      const fs::path& built) {
+    std::vector<fs::path> places;
+    for (fs::path above = folder; above.has_relative_path(); above = above.parent_path())
+        if (const fs::path name = above.filename();
+            name == "bin" || name == "lib" || name == "lib64")
+            places.push_back(above.parent_path() / place);
+    if (!built.empty()) places.push_back(built);
+    for (const fs::path& prefix : knownPrefixes())
+        places.push_back((prefix / place).lexically_normal());
+    return places;
+}
+
 fs::path programFolder() {
-    // A program that was found through PATH is reported without a folder, hence the second way.
-    Dl_info info{};
-    const bool known = ::dladdr(reinterpret_cast<const void*>(&programFolder), &info) != 0;
-    const fs::path object = known && info.dli_fname ? info.dli_fname : "";
+    // The program itself is known by what its caller wrote, which PATH may have completed; a
+    // library by what it was opened as.
+    Dl_info here{}, program{};
+    if (::dladdr(&kHere, &here) == 0) return {};
+    const bool isProgram =
+        ::dladdr(reinterpret_cast<const void*>(::getauxval(AT_ENTRY)), &program) != 0 &&
+        program.dli_fbase == here.dli_fbase;
     std::error_code error;
-    const fs::path file = fs::canonical(object.is_absolute() ? object : "/proc/self/exe", error);
+    const fs::path file = fs::canonical(isProgram ? "/proc/self/exe" : here.dli_fname, error);
     return error ? fs::path() : file.parent_path();
 }
 

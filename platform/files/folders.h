@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <vector>
 
 namespace zephyra {
 
@@ -12,14 +13,21 @@ struct Folders {
 };
 
 /// Both absolute. shared: $ZEPHYRA_SHARED_FOLDER, else $XDG_DATA_HOME/zephyra, else
-/// $HOME/.local/share/zephyra. resources: $ZEPHYRA_RESOURCE_FOLDER, else ../share/zephyra from
-/// where the program stands, if that exists, else the folder that it was built with. Nothing is
-/// created. MAIN.
+/// $HOME/.local/share/zephyra. resources: $ZEPHYRA_RESOURCE_FOLDER, else the first of
+/// installedPlaces that exists. Nothing is created. MAIN.
 Folders standardFolders();
 
 /// Where the program or library that this code is in stands: absolute, links followed. What is
 /// installed with it is found from here. Empty where the system does not tell. Any thread but
 /// RENDER.
 std::filesystem::path programFolder();
+
+/// Where place ("share/zephyra/resources") may be, likeliest first: in the prefix that code in
+/// folder was installed to, whatever lies between its bin or lib and a bundle; in built, unless it
+/// is empty; and, for a bundle that was copied out of its prefix, in the user's and the system's
+/// prefixes ($XDG_DATA_DIRS). MAIN.
+std::vector<std::filesystem::path> installedPlaces(const std::filesystem::path& folder,
+                                                   const std::filesystem::path& place,
+                                                   const std::filesystem::path& built);
 
 } // namespace zephyra

@@ -23,8 +23,8 @@ std::vector<std::filesystem::path> moduleFolders() {
         folders.emplace_back(named);
     const std::filesystem::path own = programFolder();
     folders.push_back(own);
-    folders.push_back((own / "../lib/zephyra").lexically_normal()); // as it is installed
-    folders.emplace_back(ZEPHYRA_MODULE_FOLDER);
+    const auto installed = installedPlaces(own, "lib/zephyra", ZEPHYRA_BUILT_MODULES);
+    folders.insert(folders.end(), installed.begin(), installed.end());
     return folders;
 }
 
