@@ -1,0 +1,61 @@
+#include "plugin/lv2/control_ports.h"
+
+#include "plugin/lv2/ports.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zephyra {
+
+namespace {
+
+/// Hosts write values into their sessions with eight decimals.
+bool isSame(float one, float other) ZEPHYRA_NONBLOCKING {
+    const float size = std::max(std::abs(one), std::abs(other));
+    return std::abs(one - other) <= 1e-6f * size + 1e-8f;
+}
+
+} // namespace
+
+ControlPorts::ControlPorts(const PluginInstance& fresh, double sampleRate)
+    : framesAfterRestore_(static_cast<std::uint64_t>(kSecondsAfterRestore * sampleRate)) {
+    for (std::size_t i = 0; i < kParameterCount; ++i)
+        values_[i] = portValue(pluginParameters()[i], fresh.parameter(i));
+}
+
+void ControlPorts::takeChanges(PluginInstance& instance, std::uint32_t frames) ZEPHYRA_NONBLOCKING {
+    if (!takeRestored()) return;
+    for (std::size_t i = 0; i < kParameterCount; ++i) {
+        const float value = ports_[i] ? *ports_[i] : values_[i].load();
+        if (value == values_[i] || !std::isfinite(value)) continue;
+        values_[i] = value;
+        if (!isSaved(i, value))
+            instance.queueParameter(i, linearFromPort(pluginParameters()[i], value));
+    }
+    framesLeft_ -= std::min<std::uint64_t>(framesLeft_, frames);
+}
+
+bool ControlPorts::isSaved(std::size_t address, float value) const ZEPHYRA_NONBLOCKING {
+    return framesLeft_ > 0 && isSame(value, saved_[address]);
+}
+
+/// False while another thread is at it: the next block will know.
+bool ControlPorts::takeRestored() ZEPHYRA_NONBLOCKING {
+    if (!wasRestored_.exchange(false, std::memory_order_acquire)) return true;
+    std::ranges::copy(restored_, saved_.begin());
+    framesLeft_ = framesAfterRestore_;
+    return !wasRestored_.load(std::memory_order_acquire);
+}
+
+ControlPorts::Values ControlPorts::values() const {
+    Values values;
+    std::ranges::copy(values_, values.begin());
+    return values;
+}
+
+void ControlPorts::restored(const Values& saved) {
+    std::ranges::copy(saved, restored_.begin());
+    wasRestored_.store(true, std::memory_order_release);
+}
+
+} // namespace zephyra

@@ -1,0 +1,129 @@
+#include "plugin/lv2/turtle/preset_turtle.h"
+
+#include "platform/lists/property_field.h"
+#include "platform/text/text_numbers.h"
+#include "plugin/lv2/ports.h"
+#include "plugin/lv2/turtle/plugin_turtle.h"
+#include "plugin/lv2/turtle/turtle.h"
+
+#include <cstring>
+#include <set>
+#include <utility>
+
+namespace zephyra {
+
+namespace {
+
+const std::vector<TurtlePrefix> kPrefixes = {
+    {"atom", "http://lv2plug.in/ns/ext/atom#"},
+    {"lv2", "http://lv2plug.in/ns/lv2core#"},
+    {"pset", "http://lv2plug.in/ns/ext/presets#"},
+    {"rdf", "http://www.w3.org/1999/02/22-rdf-syntax-ns#"},
+    {"rdfs", "http://www.w3.org/2000/01/rdf-schema#"},
+    {"state", "http://lv2plug.in/ns/ext/state#"},
+    {"xsd", "http://www.w3.org/2001/XMLSchema#"},
+};
+
+bool isPlain(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
+}
+
+/// "Dawn Chorus (Bird Machines)" as "dawn-chorus-bird-machines".
+std::string plainName(std::string_view name) {
+    std::string plain;
+    for (char c : name) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        if (isPlain(c))
+            plain += c;
+        else if (!plain.empty() && plain.back() != '-')
+            plain += '-';
+    }
+    if (plain.ends_with('-')) plain.pop_back();
+    return plain;
+}
+
+/// "Bird Machines" of "Dawn Chorus (Bird Machines)".
+std::string bankOf(const std::string& name) {
+    const std::size_t begin = name.rfind('(');
+    return begin == std::string::npos ? "" : name.substr(begin + 1, name.size() - begin - 2);
+}
+
+std::string base64(const std::string& bytes) {
+    PropertyData::Bytes data(bytes.size());
+    std::memcpy(data.data(), bytes.data(), bytes.size());
+    return turtleText(property_field::formatBase64(std::move(data))) + "^^xsd:base64Binary";
+}
+
+TurtleNode portVector(const std::vector<float>& values) {
+    std::string list = "(";
+    for (const float value : values) list += " \"" + formatNumber(value) + "\"^^xsd:float";
+    return TurtleNode()
+        .add("a", "atom:Vector")
+        .add("atom:childType", "atom:Float")
+        .add("rdf:value", list + " )");
+}
+
+std::string text(const std::string& iri, const std::string& name, PluginInstance& instance,
+                 const std::string& state) {
+    const std::string bank = "<urn:zephyra:bank:" + plainName(bankOf(name)) + ">";
+    TurtleNode preset(turtleIri(iri));
+    preset.add("a", "pset:Preset")
+        .add("lv2:appliesTo", turtleIri(lv2Uri(instance.kind())))
+        .add("rdfs:label", turtleText(name))
+        .add("pset:bank", bank);
+    std::vector<float> values;
+    for (const PluginParameter& parameter : pluginParameters()) {
+        values.push_back(portValue(parameter, instance.parameter(values.size())));
+        preset.add("lv2:port", TurtleNode()
+                                   .add("lv2:symbol", turtleText(parameter.symbol))
+                                   .add("pset:value", formatNumber(values.back())));
+    }
+    preset.add("state:state", TurtleNode()
+                                  .add(turtleIri(kLv2StateUri), base64(state))
+                                  .add(turtleIri(kLv2PortsUri), portVector(values)));
+    return turtlePrefixes(kPrefixes) +
+           TurtleNode(bank)
+               .add("a", "pset:Bank")
+               .add("rdfs:label", turtleText(bankOf(name)))
+               .text() +
+           preset.text();
+}
+
+} // namespace
+
+std::unique_ptr<PluginInstance> repeatableInstance(PluginKind kind,
+                                                   const std::filesystem::path& resources) {
+    return std::make_unique<PluginInstance>(kind, [&](Instance& instance) {
+        instance.folders = {.shared = resources / "no user", .resources = resources};
+        instance.log.setSink([](std::string_view) {}); // each choice writes a line
+        instance.clock.fix(0);
+        instance.random.seed(0);
+        instance.runLoop.setClock(RunLoop::Clock::sample);
+    });
+}
+
+Result<std::vector<PresetTurtle>> presetTurtles(PluginKind kind,
+                                                const std::filesystem::path& resources) {
+    const auto names = repeatableInstance(kind, resources)->programs();
+    if (names.empty()) return Failure{resources.string() + " holds no bank"};
+    std::vector<PresetTurtle> presets;
+    std::set<std::string> known;
+    for (std::size_t number = 0; number < names.size(); ++number) {
+        const std::string plain = plainName(names[number].name);
+        if (!known.insert(plain).second)
+            return Failure{"two presets are called " + names[number].name};
+        const auto instance = repeatableInstance(kind, resources);
+        instance->setProgram(number);
+        instance->system().instance.runLoop.finishWork();
+        const std::string state = instance->state();
+        if (state.empty()) return Failure{names[number].name + " cannot be written"};
+        const std::string iri = std::string(lv2Uri(kind)) + ":preset:" + plain;
+        presets.push_back(
+            {.iri = iri,
+             .file = (kind == PluginKind::effect ? "effect-" : "instrument-") + plain + ".ttl",
+             .text = text(iri, names[number].name, *instance, state)});
+    }
+    return presets;
+}
+
+} // namespace zephyra
