@@ -165,6 +165,30 @@ std::string groups(PluginKind kind) {
     return text;
 }
 
+/// What the states hold.
+std::string stateProperties() {
+    const auto property = [](const char* uri, const char* type, const char* label,
+                             const char* comment) {
+        return TurtleNode(turtleIri(uri))
+            .add("a", std::string("rdf:Property , ") + type)
+            .add("rdfs:label", turtleText(label))
+            .add("rdfs:comment", turtleText(comment))
+            .text();
+    };
+    return property(kLv2StateUri, "owl:DatatypeProperty", "state",
+                    "Everything that a session keeps, as a property list.") +
+           property(kLv2PortsUri, "owl:ObjectProperty", "ports",
+                    "What the parameters' ports stood at when the state was saved.");
+}
+
+TurtleNode project() {
+    return TurtleNode()
+        .add("a", "doap:Project")
+        .add("doap:name", turtleText("Zephyra"))
+        .add("doap:maintainer",
+             TurtleNode().add("a", "foaf:Person").add("foaf:name", turtleText(kManufacturer)));
+}
+
 TurtleNode description(PluginKind kind) {
     const bool isEffect = kind == PluginKind::effect;
     TurtleNode plugin(turtleIri(lv2Uri(kind)));
@@ -173,8 +197,7 @@ TurtleNode description(PluginKind kind) {
              isEffect ? "lv2:Plugin , lv2:ModulatorPlugin" : "lv2:Plugin , lv2:InstrumentPlugin")
         .add("doap:name", turtleText((isEffect ? kEffectNames : kInstrumentNames).name))
         .add("doap:license", "<https://www.gnu.org/licenses/gpl-3.0.html>")
-        .add("doap:maintainer",
-             TurtleNode().add("a", "foaf:Agent").add("foaf:name", turtleText(kManufacturer)))
+        .add("lv2:project", project())
         .add("lv2:minorVersion", kMinorVersion)
         .add("lv2:microVersion", kMicroVersion)
         .add("rdfs:comment", turtleText(isEffect ? kEffectComment : kInstrumentComment))
@@ -197,6 +220,7 @@ const std::vector<TurtlePrefix> kPrefixes = {
     {"lv2", "http://lv2plug.in/ns/lv2core#"},
     {"midi", "http://lv2plug.in/ns/ext/midi#"},
     {"opts", "http://lv2plug.in/ns/ext/options#"},
+    {"owl", "http://www.w3.org/2002/07/owl#"},
     {"param", "http://lv2plug.in/ns/ext/parameters#"},
     {"pg", "http://lv2plug.in/ns/ext/port-groups#"},
     {"pprops", "http://lv2plug.in/ns/ext/port-props#"},
@@ -232,7 +256,7 @@ std::string pluginTurtle(const PluginInstance& fresh) {
     if (kind == PluginKind::effect)
         plugin.add("lv2:port", audioPort(kind, Lv2Port::inLeft, "in_left", "Left Input"))
             .add("lv2:port", audioPort(kind, Lv2Port::inRight, "in_right", "Right Input"));
-    return turtlePrefixes(kPrefixes) + groups(kind) + plugin.text();
+    return turtlePrefixes(kPrefixes) + stateProperties() + groups(kind) + plugin.text();
 }
 
 } // namespace zephyra

@@ -1,6 +1,7 @@
 #include "plugin/lv2/turtle/preset_turtle.h"
 
 #include "platform/lists/property_field.h"
+#include "platform/lists/property_list.h"
 #include "platform/text/text_numbers.h"
 #include "plugin/lv2/ports.h"
 #include "plugin/lv2/turtle/plugin_turtle.h"
@@ -8,6 +9,7 @@
 
 #include <cstring>
 #include <set>
+#include <span>
 #include <utility>
 
 namespace zephyra {
@@ -51,7 +53,9 @@ std::string bankOf(const std::string& name) {
 std::string base64(const std::string& bytes) {
     PropertyData::Bytes data(bytes.size());
     std::memcpy(data.data(), bytes.data(), bytes.size());
-    return turtleText(property_field::formatBase64(std::move(data))) + "^^xsd:base64Binary";
+    std::string text = property_field::formatBase64(std::move(data));
+    std::erase_if(text, [](char c) { return c == '\n' || c == '\t'; });
+    return turtleText(text) + "^^xsd:base64Binary";
 }
 
 TurtleNode portVector(const std::vector<float>& values) {
@@ -61,6 +65,22 @@ TurtleNode portVector(const std::vector<float>& values) {
         .add("a", "atom:Vector")
         .add("atom:childType", "atom:Float")
         .add("rdf:value", list + " )");
+}
+
+/// The state with a sound of the resources called by its name alone, as it is on every machine.
+Result<std::string> portable(const std::string& state, const std::filesystem::path& resources) {
+    auto list = readPropertyList(std::as_bytes(std::span(state)));
+    auto* const root = list ? list.value().as<PropertyDictionary>() : nullptr;
+    if (!root) return Failure{"the state of an instance cannot be read"};
+    for (auto& [key, value] : *root) {
+        auto* const sample = value.as<PropertyDictionary>();
+        if (!sample || !sample->contains("Path")) continue;
+        const auto* const path = sample->at("Path").as<std::string>();
+        if (!path || std::filesystem::path(*path).parent_path() != resources) continue;
+        const std::string name = std::filesystem::path(*path).filename().string();
+        (*sample)["Path"] = (*sample)["RelativePath"] = name;
+    }
+    return writePropertyList(list.value());
 }
 
 std::string text(const std::string& iri, const std::string& name, PluginInstance& instance,
@@ -115,13 +135,13 @@ Result<std::vector<PresetTurtle>> presetTurtles(PluginKind kind,
         const auto instance = repeatableInstance(kind, resources);
         instance->setProgram(number);
         instance->system().instance.runLoop.finishWork();
-        const std::string state = instance->state();
-        if (state.empty()) return Failure{names[number].name + " cannot be written"};
+        const auto state = portable(instance->state(), resources);
+        if (!state) return Failure{names[number].name + ": " + state.message()};
         const std::string iri = std::string(lv2Uri(kind)) + ":preset:" + plain;
         presets.push_back(
             {.iri = iri,
              .file = (kind == PluginKind::effect ? "effect-" : "instrument-") + plain + ".ttl",
-             .text = text(iri, names[number].name, *instance, state)});
+             .text = text(iri, names[number].name, *instance, state.value())});
     }
     return presets;
 }
