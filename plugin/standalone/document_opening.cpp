@@ -36,7 +36,8 @@ Result<std::string> openDocument(PluginInstance& instance, const fs::path& file)
     std::error_code error;
     const fs::path whole = fs::absolute(file, error); // states name it wherever they are read
     if (error) return Failure{shownFile(file) + ": " + error.message()};
-    if (extensionOf(whole.filename().string()) == kBankExtension) return openAsBank(instance, whole);
+    if (extensionOf(whole.filename().string()) == kBankExtension)
+        return openAsBank(instance, whole);
     if (auto sound = openSoundFile(whole); !sound) return Failure{sound.message()};
     instance.loadSample(whole);
     return shownFile(whole.filename()) + " is loaded";

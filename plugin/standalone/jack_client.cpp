@@ -80,8 +80,7 @@ Result<void> JackClient::start() {
 /// ports to the one that we have.
 void JackClient::connectPhysical(const char* type, unsigned long flags, jack_port_t* const* ports,
                                  std::size_t count) {
-    const char** const names =
-        jack_.get_ports(client_, nullptr, type, JackPortIsPhysical | flags);
+    const char** const names = jack_.get_ports(client_, nullptr, type, JackPortIsPhysical | flags);
     const bool receives = (flags & JackPortIsInput) != 0;
     for (std::size_t i = 0; names && names[i]; ++i) {
         if (i >= count && count > 1) break;
@@ -103,14 +102,14 @@ bool JackClient::hasInput() const {
 /// reason for ours to stand then.
 PluginTransport JackClient::transport() const ZEPHYRA_NONBLOCKING {
     ZEPHYRA_TRUST_NONBLOCKING_BEGIN // reads what the server shares, made for this thread
-    jack_position_t at{};
+        jack_position_t at{};
     const jack_transport_state_t state = jack_.transport_query(client_, &at);
     ZEPHYRA_TRUST_NONBLOCKING_END
     const bool isWhole = (at.valid & JackPositionBBT) && at.ticks_per_beat > 0.0 &&
                          at.beat_type > 0.0f && at.beats_per_bar > 0.0f;
     if (!isWhole) return {};
-    const double beats = (at.bar - 1) * double{at.beats_per_bar} + (at.beat - 1) +
-                         at.tick / at.ticks_per_beat;
+    const double beats =
+        (at.bar - 1) * double{at.beats_per_bar} + (at.beat - 1) + at.tick / at.ticks_per_beat;
     return {.tempo = double{at.beats_per_minute},
             .numerator = double{at.beats_per_bar},
             .denominator = double{at.beat_type},
@@ -120,7 +119,7 @@ PluginTransport JackClient::transport() const ZEPHYRA_NONBLOCKING {
 
 void JackClient::process(std::uint32_t frames) ZEPHYRA_NONBLOCKING {
     ZEPHYRA_TRUST_NONBLOCKING_BEGIN // libjack's functions for this thread
-    const float* inputs[2];
+        const float* inputs[2];
     float* outputs[2];
     for (std::size_t i = 0; i < 2; ++i) {
         inputs[i] = static_cast<const float*>(jack_.port_get_buffer(inputs_[i], frames));

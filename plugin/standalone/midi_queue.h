@@ -14,8 +14,8 @@
 namespace zephyra {
 
 /// Any threads but RENDER push, RENDER takes. Messages keep their distance in time: what came while
-/// the last block was heard acts in this one, as far from its start. Longer than three bytes (system
-/// exclusive) are ignored; a full queue loses the newest.
+/// the last block was heard acts in this one, as far from its start. Longer than three bytes
+/// (system exclusive) are ignored; a full queue loses the newest.
 class MidiQueue {
 public:
     /// seconds: when it came, of the clock that take() is given. Any thread but RENDER.

@@ -41,9 +41,8 @@ parseStandaloneArguments(int count, const char* const* words) {
     } catch (const CLI::CallForVersion& version) {
         return StandaloneAnswer{std::string(version.what()) + "\n", 0};
     } catch (const CLI::ParseError& wrong) {
-        return StandaloneAnswer{firstLine(wrong.what()) + "; see " + kStandaloneProgram +
-                                    " --help\n",
-                                2};
+        return StandaloneAnswer{
+            firstLine(wrong.what()) + "; see " + kStandaloneProgram + " --help\n", 2};
     }
     std::ranges::copy(files, std::back_inserter(given.files));
     return given;

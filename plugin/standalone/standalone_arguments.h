@@ -26,7 +26,7 @@ struct StandaloneAnswer {
 };
 
 /// MAIN.
-std::variant<StandaloneArguments, StandaloneAnswer> parseStandaloneArguments(int count,
-                                                                             const char* const* words);
+std::variant<StandaloneArguments, StandaloneAnswer>
+parseStandaloneArguments(int count, const char* const* words);
 
 } // namespace zephyra

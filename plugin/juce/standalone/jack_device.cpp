@@ -22,7 +22,8 @@ public:
     ~JackDevice() override { close(); }
 
     DeviceHealth health() const {
-        return {.isLost = !client_ || client_->isLost(), .hasInput = client_ && client_->hasInput()};
+        return {.isLost = !client_ || client_->isLost() || error_.isNotEmpty(),
+                .hasInput = client_ && client_->hasInput()};
     }
 
     juce::StringArray getOutputChannelNames() override { return {"left", "right"}; }
@@ -80,8 +81,8 @@ private:
     void jackBlock(const float* const* inputs, float* const* outputs, std::uint32_t frames,
                    const PluginTransport& transport) ZEPHYRA_NONBLOCKING override {
         player_.setTransport(transport);
-        callback_->audioDeviceIOCallbackWithContext(inputs, 2, outputs, 2,
-                                                    static_cast<int>(frames), {});
+        callback_->audioDeviceIOCallbackWithContext(inputs, 2, outputs, 2, static_cast<int>(frames),
+                                                    {});
     }
 
     StandalonePlayer& player_;

@@ -12,7 +12,8 @@ void MidiInputs::refresh() {
     if (!own_ && (own_ = juce::MidiInput::createNewDevice(kEffectNames.name, this))) own_->start();
     const auto there = juce::MidiInput::getAvailableDevices();
     const auto isThere = [&](const juce::String& identifier) {
-        return std::ranges::any_of(there, [&](const auto& d) { return d.identifier == identifier; });
+        return std::ranges::any_of(there,
+                                   [&](const auto& d) { return d.identifier == identifier; });
     };
     std::erase_if(devices_, [&](const auto& open) { return !isThere(open->getIdentifier()); });
     for (const auto& device : there) {

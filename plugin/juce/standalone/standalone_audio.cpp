@@ -93,16 +93,14 @@ std::vector<StandaloneAudio::Setup> StandaloneAudio::wanted() {
     }
     for (std::size_t i = 0, count = setups.size(); i < count; ++i)
         if (setups[i]->getStringAttribute(kType) == kAlsa && setups[i]->hasAttribute(kInput))
-            setups.push_back(
-                setupOf(kAlsa, {}, setups[i]->getStringAttribute(kOutput)));
+            setups.push_back(setupOf(kAlsa, {}, setups[i]->getStringAttribute(kOutput)));
     return setups;
 }
 
 bool StandaloneAudio::tryOne(const juce::XmlElement& setup) {
     problem_ = initialise(kChannels, kChannels, &setup, false).toStdString();
     if (!isRunning()) return false;
-    if (const auto error = getCurrentAudioDevice()->getLastError(); error.isNotEmpty()) {
-        problem_ = error.toStdString();
+    if (healthOf(*getCurrentAudioDevice()).isLost) {
         closeAudioDevice();
         return false;
     }
@@ -126,7 +124,7 @@ DeviceWatch::Signs StandaloneAudio::signs() const {
     if (!device) return {};
     const bool isJack = device->getTypeName() == JackDeviceType::kName;
     return {.isOpen = true,
-            .hasFailed = isJack ? healthOf(*device).isLost : !device->isPlaying(),
+            .hasFailed = healthOf(*device).isLost, // JUCE's ALSA calls an underrun a failure, too
             .mayPause = isJack,
             .blocks = player_.blocks()};
 }
@@ -183,8 +181,8 @@ void StandaloneAudio::changeListenerCallback(juce::ChangeBroadcaster*) {
 
 void StandaloneAudio::showSettings(juce::Component& besides) {
     if (settings_) return settings_->toFront(true);
-    auto selector = std::make_unique<juce::AudioDeviceSelectorComponent>(
-        *this, 0, kChannels, 1, kChannels, false, false, true, false);
+    std::unique_ptr<juce::Component> selector(new juce::AudioDeviceSelectorComponent(
+        *this, 0, kChannels, 1, kChannels, false, false, true, false));
     selector->setSize(480, 360);
     juce::DialogWindow::LaunchOptions options;
     options.content.setOwned(selector.release());

@@ -23,14 +23,15 @@ void StandalonePlayer::pushMidi(const juce::MidiMessage& message) {
 void StandalonePlayer::audioDeviceAboutToStart(juce::AudioIODevice* device) {
     rate_ = device->getCurrentSampleRate();
     const int most = std::max(device->getCurrentBufferSizeSamples(), 1);
-    const auto prepared = instance_.prepare(
-        {.sampleRate = rate_, .mostFrames = static_cast<std::uint32_t>(most)});
+    const auto prepared =
+        instance_.prepare({.sampleRate = rate_, .mostFrames = static_cast<std::uint32_t>(most)});
     problem_ = prepared ? "" : prepared.message();
 }
 
-void StandalonePlayer::audioDeviceIOCallbackWithContext(
-    const float* const* inputs, int inputCount, float* const* outputs, int outputCount, int frames,
-    const juce::AudioIODeviceCallbackContext&) {
+void StandalonePlayer::audioDeviceIOCallbackWithContext(const float* const* inputs, int inputCount,
+                                                        float* const* outputs, int outputCount,
+                                                        int frames,
+                                                        const juce::AudioIODeviceCallbackContext&) {
     PluginBlock block{.frames = static_cast<std::uint32_t>(std::max(frames, 0)),
                       .transport = transport_};
     midi_.take(now(), rate_, block.frames,
