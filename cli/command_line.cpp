@@ -1,9 +1,9 @@
 #include "cli/command_line.h"
 
 #include "cli/arguments.h"
-#include "cli/command_table.h"
 #include "cli/help_topic.h"
 #include "cli/options/option_slips.h"
+#include "cli/program_options.h"
 #include "cli/terminal/usage_text.h"
 #include "platform/text/message_text.h"
 #include "platform/text/text_numbers.h"
@@ -24,50 +24,6 @@
 namespace zephyra {
 
 namespace {
-
-constexpr const char* kExamples =
-    "`zephyra bird.wav` is `zephyra render bird.wav`, and `zephyra help render` tells\n"
-    "all about it; `zephyra help banks` tells about another command, `zephyra help\n"
-    "pitch` about a control or an option.\n\n"
-    "Examples:\n"
-    "  zephyra bird.wav\n"
-    "  zephyra bird.wav -o cloud.wav --seconds 30 --set Density=120 --set Pitch=-5\n"
-    "  zephyra bird.wav -o haze.wav --live --picture haze.png\n"
-    "  zephyra banks --search owl\n"
-    "  zephyra --preset \"Night Owl\" --seconds 20 -o owl.wav\n";
-
-/// The program's arguments, as they are parsed.
-struct CommandLine {
-    CommandLine();
-
-    CLI::App app{"Cuts a sound into short overlapping grains and writes what they add up to."};
-    std::optional<CommandTable> commands;
-    std::optional<std::string> sharedFolder;
-
-private:
-    void offerSharedFolder(CLI::App& command);
-};
-
-CommandLine::CommandLine() {
-    app.formatter(std::make_shared<HelpText>());
-    app.set_help_flag("-h,--help", "Print this help");
-    app.name("zephyra");
-    app.set_version_flag("--version", "zephyra " ZEPHYRA_VERSION, "Print the version");
-    app.footer(kExamples);
-    app.require_subcommand(1);
-    commands.emplace(app);
-    offerSharedFolder(app);
-    app.get_subcommand("render")->get_option("--shared-folder")->group("Presets and states");
-}
-
-/// Before and after the command's name alike.
-void CommandLine::offerSharedFolder(CLI::App& command) {
-    command.add_option("--shared-folder", sharedFolder, "Keep banks and samples there")
-        ->option_text("DIR")
-        ->expected(1);
-    for (CLI::App* inner : command.get_subcommands([](const CLI::App*) { return true; }))
-        offerSharedFolder(*inner);
-}
 
 using Words = std::vector<std::string>;
 
@@ -177,7 +133,7 @@ ExitCode refused(const CLI::App& app, const CLI::ParseError& error, const Words&
     return wrongUsage(usageComplaint(app, error), called);
 }
 
-ExitCode runChosen(const CommandLine& line, const std::string& program) {
+ExitCode runChosen(const ProgramOptions& line, const std::string& program) {
     if (line.sharedFolder && line.sharedFolder->empty())
         return endWith(ExitCode::wrongUsage, "--shared-folder takes a folder's name, not \"\"");
     return line.commands->run(commandContext(program, line.sharedFolder.value_or("")));
@@ -186,7 +142,7 @@ ExitCode runChosen(const CommandLine& line, const std::string& program) {
 } // namespace
 
 ExitCode runCommandLine(int count, const char* const* arguments) {
-    CommandLine line;
+    ProgramOptions line;
     const Words words = completeArguments(Words(arguments + 1, arguments + count), line.app);
     if (words.empty()) {
         std::fputs(line.app.help().c_str(), stderr); // a script that forgot them shall see it fail

@@ -75,6 +75,7 @@ inline const std::vector<FolderRow> kHouse = {
       "pictures/cairo", "pictures", "presets", "hosting", "main_view", "audiounit", "library",
       "modulation", "stream", "controls", "engine", "effects", "platform"},
      ThirdParty::Everywhere},
+    {"cli/pages", {"cli", "rendering", "audiounit", "engine", "platform"}, ThirdParty::Everywhere},
     {"screens",
      {"rendering", "pictures", "presets", "hosting", "main_view", "audiounit", "library",
       "modulation", "stream", "controls", "engine", "effects", "platform"},
