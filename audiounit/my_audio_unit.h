@@ -120,6 +120,9 @@ public:
     /// OFF.
     void deallocateRenderResources();
     bool renderResourcesAllocated() const { return allocated_; }
+    /// Dry/Wet fades in, and position and tempo of the host are news again; its transport, too,
+    /// while hostMoves: a stream that follows it is to stand by then. MAIN and OFF.
+    void startAnew(bool hostMoves);
 
     AUInternalRenderBlock internalRenderBlock() { return AUInternalRenderBlock(*this); }
 
@@ -170,11 +173,13 @@ private:
     OSStatus render(std::uint32_t frames, AudioBufferList& output, const AURenderEvent* events,
                     AURenderPullInputBlock* pullInput) ZEPHYRA_NONBLOCKING;
     OSStatus pull(std::uint32_t frames, AURenderPullInputBlock* pullInput) ZEPHYRA_NONBLOCKING;
-    bool followMusicalContext() ZEPHYRA_NONBLOCKING;
+    bool followMusicalContext(bool jumped) ZEPHYRA_NONBLOCKING;
     bool followBars(const AUMusicalContext& context) ZEPHYRA_NONBLOCKING;
     bool followBarsOf(double quarters, double beat, double position) ZEPHYRA_NONBLOCKING;
     void followRewinds(double position) ZEPHYRA_NONBLOCKING;
-    void followTransport(bool beginsBar) ZEPHYRA_NONBLOCKING;
+    void followHost() ZEPHYRA_NONBLOCKING;
+    void jumpTo(double position) ZEPHYRA_NONBLOCKING;
+    void followTransport(bool moves, bool beginsBar) ZEPHYRA_NONBLOCKING;
     void applyEvents(const AURenderEvent* events) ZEPHYRA_NONBLOCKING;
     void applyParameter(const AUParameterEvent& event) ZEPHYRA_NONBLOCKING;
     void applyMidi(const AUMIDIEvent& event) ZEPHYRA_NONBLOCKING;

@@ -10,6 +10,10 @@
 
 namespace zephyra {
 
+namespace {
+constexpr double kFirstTempo = 120.0; ///< of a stream that no host has told one
+}
+
 void MyAudioUnit::takeNotices() {
     if (!controller_) return;
     takeParameters();
@@ -51,6 +55,17 @@ void MyAudioUnit::act(const RenderNotice& notice) {
         return controller_->playNote(notice.note, notice.velocity);
     }
     }
+}
+
+void MyAudioUnit::startAnew(bool hostMoves) {
+    record_.m_z_dry_wet = record_.m_z_dry_wet_inv = 0.0f;
+    record_.hasBeenRewinded = record_.hasBeenSynced = false;
+    lastBar_ = std::numeric_limits<double>::quiet_NaN();
+    if (hostMoves) record_.lastWasPlaying = false;
+    if (!controller_ || record_.lastTempoValue < 0.0) return;
+    record_.lastTempoValue = -1.0;
+    tempo_.store(kFirstTempo, std::memory_order_relaxed);
+    takeTempo();
 }
 
 void MyAudioUnit::notice(RenderNoticeKind kind) ZEPHYRA_NONBLOCKING {

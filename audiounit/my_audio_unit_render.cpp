@@ -67,7 +67,7 @@ OSStatus MyAudioUnit::render(std::uint32_t frames, AudioBufferList& output,
         const OSStatus status = pull(frames, pullInput);
         if (status != audio_unit_status::noError) return status;
     }
-    followTransport(followMusicalContext());
+    followHost();
     applyEvents(events);
     lfotTickProcessing(record_.lfoInRefCon, static_cast<int>(frames));
     if (frames == 0) return audio_unit_status::noError;
@@ -103,13 +103,31 @@ OSStatus MyAudioUnit::pull(std::uint32_t frames,
     return audio_unit_status::noError;
 }
 
+void MyAudioUnit::followHost() ZEPHYRA_NONBLOCKING {
+    AUTransportState state;
+    const bool tells = capturedTransport_ && capturedTransport_->transportState(state);
+    const bool jumped = tells && (state.flags & transport_flag::jumped) != 0;
+    const bool beginsBar = followMusicalContext(jumped);
+    if (tells) followTransport((state.flags & transport_flag::moving) != 0, beginsBar);
+}
+
+/// The bar that a jump leads to counts, though it be the present one again; and so does a loop to 0
+/// that came in the middle of the cycle before.
+void MyAudioUnit::jumpTo(double position) ZEPHYRA_NONBLOCKING {
+    constexpr double kLongestCycle = 0.25; // quarters
+    record_.hasBeenSynced = false;
+    lastBar_ = std::numeric_limits<double>::quiet_NaN();
+    if (position >= 0.0 && position < kLongestCycle) record_.hasBeenRewinded = true;
+}
+
 /// Whether the cycle begins a bar.
-bool MyAudioUnit::followMusicalContext() ZEPHYRA_NONBLOCKING {
+bool MyAudioUnit::followMusicalContext(bool jumped) ZEPHYRA_NONBLOCKING {
     AUMusicalContext context;
     if (!capturedContext_ || !capturedContext_->musicalContext(context)) return false;
     const double position = context.currentBeatPosition;
     bool beginsBar = false;
     if (std::isfinite(position)) {
+        if (jumped) jumpTo(position);
         beginsBar = followBars(context);
         followRewinds(position);
     }
@@ -156,10 +174,7 @@ void MyAudioUnit::followRewinds(double position) ZEPHYRA_NONBLOCKING {
     notice(RenderNoticeKind::rewind);
 }
 
-void MyAudioUnit::followTransport(bool beginsBar) ZEPHYRA_NONBLOCKING {
-    AUTransportState state;
-    if (!capturedTransport_ || !capturedTransport_->transportState(state)) return;
-    const bool moves = (state.flags & transport_flag::moving) != 0;
+void MyAudioUnit::followTransport(bool moves, bool beginsBar) ZEPHYRA_NONBLOCKING {
     if (moves == record_.lastWasPlaying) return;
     record_.lastWasPlaying = moves;
     notice(moves ? RenderNoticeKind::start : RenderNoticeKind::stop);

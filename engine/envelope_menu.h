@@ -23,6 +23,8 @@ inline constexpr std::array<const char*, 12> kEnvelopeMenu = {
 /// The entry a stream starts with: Hanning.
 inline constexpr std::size_t kDefaultEnvelope = 2;
 
+inline constexpr std::size_t kRandomEnvelope = kEnvelopeMenu.size() - 1;
+
 /// A new window of mokWindow::kPoints points for the entry at menuIndex; Random draws anew
 /// each time. Null for an index beyond the menu and when memory is short. MAIN.
 std::shared_ptr<mokWindow> makeEnvelope(std::size_t menuIndex, RandomSource& random);

@@ -32,7 +32,7 @@ mokGranulatorSF::mokGranulatorSF(const mokSample* givenSample, const mokWindow* 
     : scanPhasor(44100.0f), sample(givenSample), window(givenWindow),
       echo(delay_stereo_forward::create(kModuleRate, kModuleVectorSize, log)),
       ringModulator(RM::create(kModuleRate, kModuleVectorSize)), maxGrains(voices),
-      randomSeed(seed), sampleRate(rate), mixer_(grainMixer(chosenCpuLevel())) {
+      randomSeed(seed), sampleRate(rate), firstSeed_(seed), mixer_(grainMixer(chosenCpuLevel())) {
     if (!echo || !ringModulator) throw std::bad_alloc();
     if (log && !cpuLevelWarning().empty()) log->write(cpuLevelWarning());
     delay_stereo_forward::reset(echo);

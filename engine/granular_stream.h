@@ -73,12 +73,20 @@ public:
     void setSampleRate(float rate) noexcept;
 
     /// The generator's state; an even one has a short period and 0 none. OFF.
-    void setRandomSeed(std::uint32_t seed) noexcept { randomSeed = seed; }
+    void setRandomSeed(std::uint32_t seed) noexcept { randomSeed = firstSeed_ = seed; }
     std::uint32_t currentRandomSeed() const noexcept { return randomSeed; }
     /// The same from the next block on; 0 is ignored. MAIN.
     void requestRandomSeed(std::uint32_t seed) noexcept {
-        if (seed != 0) pendingSeed_.store(seed, std::memory_order_relaxed);
+        if (seed == 0) return;
+        firstSeed_ = seed;
+        pendingSeed_.store(seed, std::memory_order_relaxed);
     }
+
+    /// The generator stands at the seed that was set last, the next frame starts a grain, and a
+    /// scan that runs begins at its region's start. What sounds goes on. RENDER.
+    void startAnew() ZEPHYRA_NONBLOCKING;
+    /// Ends the grains that sound, at once. RENDER.
+    void endGrains() ZEPHYRA_NONBLOCKING;
 
     /// Reports every scheduled grain to trace; null reports to nobody. OFF.
     void setTrace(GrainTrace* trace) noexcept { trace_ = trace; }
@@ -193,6 +201,7 @@ private:
     RenderCycle cycle_;
     Retirement retired_{cycle_};
 
+    Relaxed<std::uint32_t> firstSeed_;
     std::atomic<std::uint32_t> pendingSeed_ = 0; // not yet taken; 0 for none
     static_assert(std::atomic<std::uint32_t>::is_always_lock_free);
     GrainMixer mixer_;

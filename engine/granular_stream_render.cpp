@@ -103,6 +103,19 @@ void mokGranulatorSF::takeRequestedSeed() ZEPHYRA_NONBLOCKING {
     randomSeed = pendingSeed_.exchange(0, std::memory_order_relaxed);
 }
 
+void mokGranulatorSF::startAnew() ZEPHYRA_NONBLOCKING {
+    pendingSeed_.store(0, std::memory_order_relaxed); // the same one
+    randomSeed = firstSeed_;
+    grainInterval = grainCounter = 0;
+    scanPhasor.startAnew();
+}
+
+void mokGranulatorSF::endGrains() ZEPHYRA_NONBLOCKING {
+    mokGrain::lowerActives(soundingGrains());
+    for (const auto& grain : grains) grain->active = false;
+    std::fill(grainStartOffset.begin(), grainStartOffset.end(), 0);
+}
+
 float mokGranulatorSF::scanPosition(float phase,
                                     const Settings& settings) const ZEPHYRA_NONBLOCKING {
     const float position = phase * settings.scanSpan + settings.scanStart;

@@ -28,6 +28,11 @@ public:
     /// Fills out with count phases, each as it was before its step. RENDER.
     void Processing(float* out, int count) ZEPHYRA_NONBLOCKING;
 
+    /// Back to phase 0, unless it stands. RENDER.
+    void startAnew() ZEPHYRA_NONBLOCKING {
+        if (increment != 0.0f) phase = 0.0;
+    }
+
     /// Whether the last sample of the latest block wrapped. RENDER.
     bool hasWrapped() const ZEPHYRA_NONBLOCKING { return wrapped; }
     /// The latest output. RENDER.

@@ -1,5 +1,6 @@
 #include "hosting/block_events.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zephyra {
@@ -24,6 +25,18 @@ const AURenderEvent* BlockEvents::take(std::uint32_t end) ZEPHYRA_NONBLOCKING {
     for (std::size_t i = taken_; i > first; --i)
         events[i - 1].next = std::exchange(next, &events[i - 1]);
     return next;
+}
+
+void BlockEvents::endBlock(std::uint32_t frames) ZEPHYRA_NONBLOCKING {
+    Array& events = *events_;
+    std::size_t left = 0;
+    for (; taken_ < count_; ++taken_, ++left) {
+        events[left] = events[taken_];
+        AUEventSampleTime& frame = events[left].eventSampleTime;
+        frame = std::max<AUEventSampleTime>(frame - frames, 0);
+    }
+    count_ = left;
+    taken_ = 0;
 }
 
 } // namespace zephyra

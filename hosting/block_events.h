@@ -13,23 +13,26 @@
 
 namespace zephyra {
 
-/// Filled and emptied once a block. Events of one frame keep the order in which they came. RENDER.
+/// Filled before a block and taken from in it. Events of one frame keep the order in which they
+/// came. RENDER.
 class BlockEvents {
 public:
-    /// More come in one block only from hosts gone wild; what finds no place is refused.
+    /// More come in one block only from hosts gone wild.
     static constexpr std::size_t kCapacity = 4096;
 
     /// Counts frames from the block's start. False when there is no place left.
     bool add(std::uint32_t frame, const AURenderEvent& event) ZEPHYRA_NONBLOCKING;
 
-    /// What stands before frame `end` and was not taken yet, linked into a list whose times count
-    /// from `begin`; null for nothing. Valid until the next call.
+    /// What stands before frame `end` and was not taken yet, as a list; null for nothing. Valid
+    /// until the next call.
     const AURenderEvent* take(std::uint32_t end) ZEPHYRA_NONBLOCKING;
 
-    /// All of them, in order.
+    /// All that was not taken, in order.
     std::span<const AURenderEvent> all() const ZEPHYRA_NONBLOCKING {
-        return {events_->data(), count_};
+        return {events_->data() + taken_, count_ - taken_};
     }
+    /// The block ends after so many frames; what was not taken counts from the next one's start.
+    void endBlock(std::uint32_t frames) ZEPHYRA_NONBLOCKING;
     void clear() ZEPHYRA_NONBLOCKING { count_ = taken_ = 0; }
 
 private:

@@ -49,6 +49,14 @@ std::span<EventQueue::Entry> EventQueue::takeDue(std::uint64_t frame) {
     return std::span(entries_).subspan(first, taken_ - first);
 }
 
+std::vector<EventQueue::Entry> EventQueue::takeAll() {
+    sort();
+    entries_.erase(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(taken_));
+    std::vector<Entry> all = std::move(entries_);
+    clear();
+    return all;
+}
+
 void EventQueue::endBlock(std::uint32_t frames) {
     entries_.erase(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(taken_));
     taken_ = added_ = 0;

@@ -43,6 +43,8 @@ public:
     void endBlock(std::uint32_t frames);
 
     void clear() { *this = {}; }
+    /// What waits, in order; then nothing does.
+    std::vector<Entry> takeAll();
 
 private:
     void sort();

@@ -4,9 +4,22 @@
 
 namespace zephyra {
 
+namespace {
+
+constexpr double kUsualTempo = 120.0; // beats per minute
+// What rounding, a tempo that glides, and positions in whole ticks bring is no jump. Back is where
+// loops go, some of them short ones.
+constexpr double kLeastJumpBack = 1.0 / 32, kLeastJumpOn = 0.5; // quarters
+
+bool isAbove(const std::optional<double>& value, double least) ZEPHYRA_NONBLOCKING {
+    return value && std::isfinite(*value) && *value > least;
+}
+
+} // namespace
+
 void HostTime::start(double sampleRate) ZEPHYRA_NONBLOCKING {
     sampleRate_ = sampleRate;
-    rendered_ = keptAt_ = 0;
+    rendered_ = keptAt_ = toldAt_ = 0;
     keptBeats_ = beats_;
 }
 
@@ -30,6 +43,52 @@ void HostTime::setTransport(bool moving) ZEPHYRA_NONBLOCKING {
     moving_ = moving;
 }
 
+void HostTime::follow(const PluginTransport& news) ZEPHYRA_NONBLOCKING {
+    const bool hears = followMusic(news);
+    const bool placed = news.beats && std::isfinite(*news.beats);
+    if (!hears && !placed && !news.moving) return;
+    reportsContext_ = true;
+    if (!std::isfinite(context_.currentTempo)) setTempo(kUsualTempo);
+    if (!std::isfinite(context_.timeSignatureNumerator)) setMeter(4);
+    transportTold_ |= news.moving.has_value();
+    reportsTransport_ |= transportTold_ || placed;
+    if (!transportTold_ && !placed && std::isnan(toldBeats_) && !moving_) setTransport(true);
+    if (placed) followPosition(*news.beats);
+    if (news.moving && *news.moving != moving_) setTransport(*news.moving);
+}
+
+/// Whether there was anything.
+bool HostTime::followMusic(const PluginTransport& news) ZEPHYRA_NONBLOCKING {
+    const bool tempo = isAbove(news.tempo, 0.0) || news.tempo == 0.0;
+    const bool beats = isAbove(news.numerator, 0.0), value = isAbove(news.denominator, 0.0);
+    if (tempo && *news.tempo != context_.currentTempo) setTempo(*news.tempo);
+    if (beats) context_.timeSignatureNumerator = *news.numerator;
+    if (value) context_.timeSignatureDenominator = *news.denominator;
+    return tempo || beats || value;
+}
+
+/// Where the host's position goes on as counted here, ours holds: then hosts that tell it always,
+/// now and then and once hear the same.
+void HostTime::followPosition(double beats) ZEPHYRA_NONBLOCKING {
+    const double halfFrame = beatsOf(0.5);
+    const double whole = std::round(beats);
+    if (std::fabs(beats - whole) < halfFrame) beats = whole; // a bar begins there, not a block late
+    const bool isFirst = std::isnan(toldBeats_);
+    const bool holds = beats == toldBeats_ && rendered_ > toldAt_;
+    if (!transportTold_ && (isFirst || rendered_ > toldAt_) && moving_ == holds)
+        setTransport(!holds);
+    toldBeats_ = beats;
+    toldAt_ = rendered_;
+    const double leap = beats - beats_;
+    if (std::fabs(leap) < halfFrame) return;
+    jumped_ = !holds && (leap < -kLeastJumpBack || leap > kLeastJumpOn);
+    setBeatPosition(beats);
+}
+
+double HostTime::beatsOf(double frames) const ZEPHYRA_NONBLOCKING {
+    return frames * context_.currentTempo / (60.0 * sampleRate_);
+}
+
 void HostTime::keepBeats() ZEPHYRA_NONBLOCKING {
     keptBeats_ = beats_;
     keptAt_ = rendered_;
@@ -38,6 +97,7 @@ void HostTime::keepBeats() ZEPHYRA_NONBLOCKING {
 void HostTime::goOn(std::uint32_t frames) ZEPHYRA_NONBLOCKING {
     rendered_ += frames;
     wasMoving_ = moving_;
+    jumped_ = false;
     if (moving_ && std::isfinite(context_.currentTempo))
         beats_ = keptBeats_ + static_cast<double>(rendered_ - keptAt_) * context_.currentTempo /
                                   (60.0 * sampleRate_);
@@ -52,7 +112,8 @@ bool HostTime::musicalContext(AUMusicalContext& context) const ZEPHYRA_NONBLOCKI
 
 bool HostTime::transportState(AUTransportState& state) const ZEPHYRA_NONBLOCKING {
     state.flags = (moving_ ? transport_flag::moving : 0u) |
-                  (moving_ != wasMoving_ ? transport_flag::changed : 0u);
+                  (moving_ != wasMoving_ ? transport_flag::changed : 0u) |
+                  (jumped_ ? transport_flag::jumped : 0u);
     return reportsTransport_;
 }
 

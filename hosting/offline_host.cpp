@@ -44,7 +44,12 @@ void OfflineHost::goOffline() {
     events_.clear();
     renderSeconds_ = 0.0;
     settle();
-    startedAt_ = instance_.runLoop.now();
+    beginStretch();
+}
+
+void OfflineHost::beginStretch() {
+    const RunLoop::Scope main(instance_.runLoop);
+    instance_.runLoop.beginStretch();
     startedFrame_ = renderedFrames();
 }
 
@@ -99,6 +104,11 @@ OSStatus OfflineHost::render(const Block& block) {
     return noError;
 }
 
+OSStatus OfflineHost::tellTime() {
+    const RunLoop::Scope main(instance_.runLoop);
+    return host_.render({}, nullptr);
+}
+
 /// MAIN runs after each, or the later of two would be taken first where they go different ways.
 OSStatus OfflineHost::actUpTo(std::uint32_t frame) {
     for (auto due = events_.takeDue(frame); !due.empty(); due = events_.takeDue(frame)) {
@@ -119,6 +129,8 @@ OSStatus OfflineHost::handOver(std::span<EventQueue::Entry> events) {
         entry->event.eventSampleTime = static_cast<AUEventSampleTime>(renderedFrames());
         entry->event.next = std::exchange(next, &entry->event);
     }
+    // Between a message's two ways nobody else takes what RENDER left.
+    const RunLoop::Scope main(instance_.runLoop);
     if (inlet_)
         for (const EventQueue::Entry& entry : events)
             inlet_->push(entry.bytes.data(), entry.bytes.size());
@@ -140,6 +152,8 @@ std::uint32_t OfflineHost::cycleEnd(std::uint32_t begin, std::uint32_t frames) {
 OSStatus OfflineHost::renderCycle(const Block& block, std::uint32_t begin, std::uint32_t end) {
     if (listener_) listener_(end);
     const auto from = [begin](const float* input) { return input ? input + begin : nullptr; };
+    // What other threads ask of MAIN is done between two cycles.
+    const RunLoop::Scope main(instance_.runLoop);
     const double before = machineSeconds();
     const OSStatus status = host_.render({.frames = end - begin,
                                           .input = {from(block.inputLeft), from(block.inputRight)},
@@ -147,9 +161,8 @@ OSStatus OfflineHost::renderCycle(const Block& block, std::uint32_t begin, std::
                                          nullptr);
     renderSeconds_ += machineSeconds() - before;
     if (status == noError)
-        instance_.runLoop.advance(startedAt_ +
-                                  static_cast<double>(renderedFrames() - startedFrame_) /
-                                      host_.setup().sampleRate);
+        instance_.runLoop.advanceStretch(static_cast<double>(renderedFrames() - startedFrame_) /
+                                         host_.setup().sampleRate);
     return status;
 }
 

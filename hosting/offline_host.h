@@ -11,6 +11,7 @@
 #include <memory>
 #include <span>
 #include <utility>
+#include <vector>
 
 namespace zephyra {
 
@@ -31,9 +32,11 @@ public:
     /// running host stops first. A code of audio_unit_status on failure; then nothing runs. Nothing
     /// that was queued for render() stays; what the host reports does.
     OSStatus start(const HostSetup& setup);
-    /// Puts the run loop on the sample clock from here on, with nothing queued: the unit goes on
-    /// running. The thread that renders.
+    /// Puts the run loop on the sample clock from here on, in a stretch of its own, with nothing
+    /// queued: the unit goes on running. The thread that renders.
     void goOffline();
+    /// Begins another stretch, see RunLoop::beginStretch().
+    void beginStretch();
     /// Deallocates inside RunLoop::Scope.
     void stop();
 
@@ -64,6 +67,10 @@ public:
     void queueTask(std::function<void()> task, std::uint32_t offset = 0);
     /// Whether something waits for the next block.
     bool hasQueued() const { return !events_.isEmpty(); }
+    /// That, counted from the next block's start; then nothing waits.
+    std::vector<EventQueue::Entry> takeQueued() { return events_.takeAll(); }
+    /// Does what was asked for, and waits for what that begins.
+    void settle();
 
     /// Hears before each cycle that renders, once all that is due was done, where it will end, in
     /// frames from the block's start; empty, as at first, for nobody. MAIN.
@@ -83,6 +90,8 @@ public:
     /// the block length and where an event acts, and advances the run loop by each. The first that
     /// fails ends it.
     OSStatus render(const Block& block);
+    /// Tells the unit of music and transport without sound, which a block of 0 frames leaves out.
+    OSStatus tellTime();
 
     /// Frames rendered since start.
     std::uint64_t renderedFrames() const { return host_.time.rendered(); }
@@ -91,7 +100,6 @@ public:
 
 private:
     void useSampleClock();
-    void settle();
     OSStatus actUpTo(std::uint32_t frame);
     OSStatus handOver(std::span<EventQueue::Entry> events);
     std::uint32_t cycleEnd(std::uint32_t begin, std::uint32_t frames);
@@ -103,8 +111,7 @@ private:
     MidiInlet* inlet_ = nullptr;
     EventQueue events_;
     std::function<void(std::uint32_t)> listener_;
-    double startedAt_ = 0.0; // run-loop seconds at frame startedFrame_
-    std::uint64_t startedFrame_ = 0;
+    std::uint64_t startedFrame_ = 0; // where the run loop's stretch began
     double renderSeconds_ = 0.0;
 };
 

@@ -28,6 +28,12 @@ PluginInstance::PluginInstance(PluginKind kind, const HostedInstance::Prepare& p
     Instance& instance = system_.instance;
     const RunLoop::Scope main(instance.runLoop);
     system_.connect();
+    mixSeed();
+    restart_ = instance.runLoop.addSource([this] {
+        if (!modulationStarts_) return;
+        modulationStarts_ = false;
+        system_.view.startModulationAnew();
+    });
     offline_.setMidiInlet(&system_.inlet);
     instance.runLoop.runPosted(); // what a fresh component begins with
     if (kind_ == PluginKind::effect) system_.stream().setDisplayed(ControlId::playStop, 1.0f);
@@ -35,6 +41,8 @@ PluginInstance::PluginInstance(PluginKind kind, const HostedInstance::Prepare& p
 
 PluginInstance::~PluginInstance() {
     release();
+    const RunLoop::Scope main(system_.instance.runLoop);
+    system_.instance.runLoop.cancel(restart_);
 }
 
 Result<void> PluginInstance::prepare(const PluginSetup& setup) {
@@ -55,6 +63,7 @@ Result<void> PluginInstance::prepare(const PluginSetup& setup) {
 
 void PluginInstance::release() {
     host_.stop();
+    rendersOffline_ = false;
     const RunLoop::Scope main(system_.instance.runLoop);
     if (system_.instance.runLoop.clock() != RunLoop::Clock::wall)
         system_.instance.runLoop.setClock(RunLoop::Clock::wall);

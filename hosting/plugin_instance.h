@@ -131,13 +131,31 @@ public:
 private:
     void queue(std::uint32_t frame, const AURenderEvent& event) ZEPHYRA_NONBLOCKING;
 
+    // plugin_instance_render.cpp
+    void renderCycle(const PluginBlock& block, std::uint32_t begin,
+                     std::uint32_t end) ZEPHYRA_NONBLOCKING;
+    void renderOfflineBlock(const PluginBlock& block);
+    void actNow() ZEPHYRA_NONBLOCKING;
+    void actUnprepared() ZEPHYRA_NONBLOCKING;
+    void pushMidi(const AURenderEvent* events) ZEPHYRA_NONBLOCKING;
+
+    // plugin_instance_restart.cpp
+    void mixSeed();
+    bool startsAnew(StartAnew when) const ZEPHYRA_NONBLOCKING;
+    void startAnew() ZEPHYRA_NONBLOCKING;
+    void startAnewOffline();
+
     const PluginKind kind_;
     HostedInstance system_;
     WallClockDriver driver_;
     UnitHost host_;
     OfflineHost offline_;
     BlockEvents events_;
+    bool rendersOffline_ = false; // the block before; RENDER
     Relaxed<bool> bypassed_ = false;
+    Relaxed<StartAnew> startAnew_ = StartAnew::inBounces; // settings_.startAnew, for RENDER
+    Relaxed<bool> modulationStarts_ = false;              // what RENDER asks of restart_
+    RunLoop::Token restart_ = 0;
     PluginSettings settings_; // MAIN
     std::unique_ptr<GestureFilter> gestures_;
 };

@@ -72,6 +72,7 @@ PluginSettings PluginInstance::settings() {
 void PluginInstance::setSettings(const PluginSettings& chosen) {
     const RunLoop::Scope main(system_.instance.runLoop);
     settings_ = chosen;
+    startAnew_ = chosen.startAnew;
 }
 
 void PluginInstance::loadSample(const std::filesystem::path& path) {

@@ -127,6 +127,12 @@ public:
     /// set since then stays as it is.
     void restoreStateProc_asked(const PropertyDictionary& state, StateOrder::Number asked);
 
+    /// Modulation, MIDI and the stream go back to where the state has them; controls and sounds
+    /// stay as they are. On the sample clock, OFF.
+    void startAnew(HostBars bars);
+    /// LFOs and take alone do; RENDER sees to the grains.
+    void startModulationAnew();
+
     using ReportTaker = std::function<void(const RestoreReport& report)>;
     /// From now on taker gets the report of each state that is restored, whoever asked for that, as
     /// soon as it is whole; in it, it may set another taker, or none, but restores no state other

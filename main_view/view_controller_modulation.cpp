@@ -1,6 +1,7 @@
 // The view controller and what moves its controls: the list of them, and who hears of an
 // assignment.
 #include "controls/state_keys.h"
+#include "engine/envelope_menu.h"
 #include "main_view/audio_unit_view_controller.h"
 
 #include <algorithm>
@@ -105,6 +106,21 @@ void AudioUnitViewController::listAssignableControls() {
         put(other.place, other.of(*this), other.name, other.group);
     for (const AssignableControl& one : list) assignable.add(*one.control, one.name, one.color);
     assignable.addScrubReference(scrubWidgets);
+}
+
+/// What is drawn at random follows from the state's seed as well.
+void AudioUnitViewController::startAnew(HostBars bars) {
+    instance_.random.seed(_GRANULATOR_STREAM.seed());
+    if (_GRANULATOR_STREAM.envelope() == kRandomEnvelope)
+        _GRANULATOR_STREAM.pickEnvelope(kRandomEnvelope);
+    midiManager.startAnew();
+    assignments.getLfoWidgetsMapping()->startAnew();
+    _GRANULATOR_STREAM.startAnew(bars);
+}
+
+void AudioUnitViewController::startModulationAnew() {
+    assignments.getLfoWidgetsMapping()->startAnew();
+    _GRANULATOR_STREAM.scrubRecorder.startAnew(HostBars::doNotCome);
 }
 
 void AudioUnitViewController::wireModulation() {

@@ -20,6 +20,12 @@ public:
     explicit KnobMover(MOK_KNOB& knob) : knob_(knob) {}
 
     float position() const override { return knob_.valueNorm(); }
+    float value() const override { return knob_.value(); }
+    void setValue(float value) override {
+        if (value == knob_.value()) return;
+        knob_.setValue(value);
+        knob_.sendEventValueChanged();
+    }
     bool isHeld() const override { return knob_.isTracking(); }
     bool follow(float place, const WidgetWrapper& bond, double seconds) override {
         const bool there =
@@ -62,6 +68,7 @@ public:
     explicit ScanMover(ScanTarget& scan) : scan_(scan) {}
 
     float position() const override { return scan_.scanPosition(); }
+    void setValue(float value) override { scan_.driveScan(value, 0.0); }
     bool isHeld() const override { return scan_.isHeld(); }
 
 protected:

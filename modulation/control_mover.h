@@ -21,6 +21,11 @@ public:
     ControlMover& operator=(const ControlMover&) = delete;
 
     virtual float position() const = 0;
+    /// The same in the control's own unit, so that it comes back to the last bit.
+    virtual float value() const { return position(); }
+    /// The control stands there from now on; its targets are told. Nothing for what modulation
+    /// reaches only through fingers.
+    virtual void setValue(float /*value*/) {}
     /// Whether a hand is on the control: nothing else moves it then.
     virtual bool isHeld() const { return false; }
 

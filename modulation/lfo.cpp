@@ -74,7 +74,16 @@ MOK_LFO::MOK_LFO(RandomSource& random) : data_{}, random_(random) {
 }
 
 void MOK_LFO::setPhase(double p) {
-    if (std::isfinite(p)) data_.phi = std::max(p, 0.0);
+    if (!std::isfinite(p)) return;
+    data_.phi = std::max(p, 0.0);
+    data_.begin = {data_.phi, data_.currentRandomValue, data_.lastRandomValue, data_.value};
+}
+
+void MOK_LFO::startAnew() {
+    data_.phi = data_.begin.phi;
+    data_.currentRandomValue = data_.begin.currentRandomValue;
+    data_.lastRandomValue = data_.begin.lastRandomValue;
+    data_.value = data_.begin.value;
 }
 
 void MOK_LFO::setHz(double hz) {

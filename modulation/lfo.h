@@ -60,6 +60,12 @@ struct lfo_data {
     double value;                                     ///< latest output, 0..1
     double hz;                                        ///< cycles per second
     std::int64_t shape;
+    /// Where phase and values stood when they were chosen last.
+    struct Begin {
+        double phi;
+        float currentRandomValue, lastRandomValue;
+        double value;
+    } begin;
     double clockSubRatio; ///< cycles per beat while the rate follows a tempo
 };
 
@@ -95,6 +101,9 @@ public:
     /// does not make a control jump. v outside them is the caller's to hold.
     void resetPhaseAccordingToShape_MinRange_MaxRange_Phase(std::int64_t shape, double min,
                                                             double max, double v);
+
+    /// Back to the phase that was chosen last, and the random values of that time.
+    void startAnew();
 
 private:
     friend void processLFO(MOK_LFO* lfo);

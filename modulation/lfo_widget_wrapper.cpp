@@ -85,11 +85,18 @@ void LfoWidgetWrapper::lfoValue(double value) {
 
 void LfoWidgetWrapper::resetPhase() {
     mover_->letGo();
+    began_ = mover_->value();
     const double min = double{minRange()}, max = double{maxRange()};
     const double place =
         std::clamp(double{mover_->position()}, std::min(min, max), std::max(min, max));
     currentLFO.resetPhaseAccordingToShape_MinRange_MaxRange_Phase(currentLFO.shape(), min, max,
                                                                   place);
+}
+
+void LfoWidgetWrapper::startAnew() {
+    currentLFO.startAnew();
+    mover_->letGo();
+    if (!suspended_ && !mover_->isHeld()) mover_->setValue(began_);
 }
 
 PropertyDictionary LfoWidgetWrapper::state() const {

@@ -53,6 +53,10 @@ public:
     /// Chooses the phase for where the control stands now; outside the range the nearer end counts.
     void resetPhase();
 
+    /// The LFO begins again, and the control stands where it stood then, unless suspended or under
+    /// a hand.
+    void startAnew();
+
     /// Moves the control there within its range, unless suspended or under a hand.
     void lfoValue(double value) override;
 
@@ -60,6 +64,7 @@ private:
     void applyRate();
 
     std::unique_ptr<ControlMover> mover_;
+    float began_ = 0.0f; // ControlMover::value() when the phase was chosen
     bool suspended_ = false, linked_ = false;
     double freeHz_ = kFirstRate, clockSubMult_ = 1.0, bpm_;
     int clockSub_ = kFirstClockSub;

@@ -5,12 +5,22 @@
 
 namespace zephyra {
 
-LFO_WIDGETS_MAPPING::LFO_WIDGETS_MAPPING(Instance& instance)
-    : instance_(instance),
-      timer_(instance.runLoop.addTimer(kLfoTick, [this] { notifyClients(); })) {}
+LFO_WIDGETS_MAPPING::LFO_WIDGETS_MAPPING(Instance& instance) : instance_(instance) {
+    beginTicks();
+}
 
 LFO_WIDGETS_MAPPING::~LFO_WIDGETS_MAPPING() {
     instance_.runLoop.cancel(timer_);
+}
+
+void LFO_WIDGETS_MAPPING::beginTicks() {
+    instance_.runLoop.cancel(timer_);
+    timer_ = instance_.runLoop.addTimer(kLfoTick, [this] { notifyClients(); });
+}
+
+void LFO_WIDGETS_MAPPING::startAnew() {
+    beginTicks();
+    wrappers_.forEach([](LfoWidgetWrapper& wrapper) { wrapper.startAnew(); });
 }
 
 void LFO_WIDGETS_MAPPING::addWidget(Control* control) {

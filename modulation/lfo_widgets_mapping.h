@@ -40,6 +40,8 @@ public:
 
     /// One tick of every LFO, in the order of assignment, while enabled.
     void notifyClients();
+    /// Every LFO begins again, and so does the wait for the next tick.
+    void startAnew();
     /// While off no LFO advances.
     void setIsEnabled(bool on) noexcept { enabled_ = on; }
     bool getIsEnabled() const noexcept { return enabled_; }
@@ -51,8 +53,10 @@ public:
     LfoWidgetWrapper& at(std::size_t index) const { return wrappers_.at(index); }
 
 private:
+    void beginTicks();
+
     Instance& instance_;
-    RunLoop::Token timer_;
+    RunLoop::Token timer_ = 0;
     bool enabled_ = true;
     double bpm_ = 120.0;
     WrapperList<LfoWidgetWrapper> wrappers_;

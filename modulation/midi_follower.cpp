@@ -56,6 +56,12 @@ bool MidiFollower::waits() const {
     return !follows();
 }
 
+void MidiFollower::startAnew() {
+    if (binding_.relative && follows()) moveTo(static_cast<float>(base_));
+    place_.reset();
+    set_.reset();
+}
+
 float MidiFollower::stands() const {
     if (knob_) return knob_->valueNorm();
     if (scan_) return scan_->scanPosition();

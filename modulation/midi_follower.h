@@ -24,6 +24,8 @@ public:
     /// The controller stands at value, which moves nothing by itself.
     void watch(double value) { place_ = placeAt(value); }
     bool waits() const;
+    /// The controller has not been heard of, and its wheel rests.
+    void startAnew();
 
     /// Whether it adds a bend to control.
     bool bends(const Control& control) const {

@@ -44,6 +44,12 @@ void MidiManager::close() {
     stopLearning();
 }
 
+void MidiManager::startAnew() {
+    const auto followers = followers_; // what they move may bind and unbind
+    for (const auto& follower : followers) follower->startAnew();
+    values_ = {};
+}
+
 void MidiManager::receive(const MidiMessage& message) {
     if (!isChannelMessage(message)) return;
     values_.keep(message);

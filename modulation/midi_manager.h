@@ -32,6 +32,8 @@ public:
     /// Every message that the host hands over, in order: moves what it is bound to, is learned, or
     /// chooses a bank or preset.
     void receive(const MidiMessage& message);
+    /// As if none had come yet: wheels rest, and soft takeovers wait.
+    void startAnew();
 
     // --- The panel ---
 

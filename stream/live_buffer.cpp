@@ -33,6 +33,13 @@ std::shared_ptr<Sample> makeSilence(std::uint64_t frames, float rate) noexcept {
     }
 }
 
+/// samples: at most as many as live holds, which has heard nothing.
+void fill(LiveSample& live, std::span<const float> samples) {
+    std::copy(samples.begin(), samples.end(), live.getPtr());
+    live.offset = samples.size() % live.size;
+    live.heard = samples.size();
+}
+
 bool isRate(float rate) noexcept {
     return std::isfinite(rate) && rate > 0.0f;
 }
@@ -149,6 +156,7 @@ void WaveForm::freeze(bool on) {
 void WaveForm::swapLive(std::shared_ptr<LiveSample> next) {
     next.swap(live_);
     ++liveReplacements_;
+    brought_.clear();
     pendingReset_.store(false, std::memory_order_relaxed); // it was meant for the old buffer
     data_.mSample.exchange(live_.get());
     if (liveIsCurrent_ && !held_) tellReplaced();
@@ -167,17 +175,29 @@ bool WaveForm::clearBuffer() {
     return initLiveBuffer_andSamplingRate(live_->size, double{live_->sampleRate});
 }
 
+bool WaveForm::startAnew() {
+    if (!data_.isLiveEnabled) return true;
+    const std::vector<float> brought = brought_;
+    if (brought.empty()) return clearBuffer();
+    auto filled = makeSilence<LiveSample>(live_->size, live_->sampleRate);
+    if (!filled) return false;
+    fill(*filled, brought);
+    swapLive(std::move(filled));
+    brought_ = brought;
+    return true;
+}
+
 bool WaveForm::setLiveContent(std::span<const float> samples, double rate) {
     const auto sampleRate = static_cast<float>(rate);
     if (samples.empty() || !isRate(sampleRate)) return false;
     auto filled = makeSilence<LiveSample>(kLiveFrames, sampleRate);
     if (!filled) return false;
     samples = samples.last(std::min<std::size_t>(samples.size(), kLiveFrames));
-    std::copy(samples.begin(), samples.end(), filled->getPtr());
-    filled->offset = samples.size() % kLiveFrames;
-    filled->heard = samples.size();
+    std::vector<float> brought(samples.begin(), samples.end());
+    fill(*filled, samples);
     sessionRate_ = rate;
     swapLive(std::move(filled));
+    brought_ = std::move(brought);
     hold(); // frozen, it is this sound that stands still
     return true;
 }

@@ -120,6 +120,9 @@ public:
     /// Forgets what was heard: a fresh buffer of the same size and rate. False when memory is
     /// short.
     bool clearBuffer();
+    /// While live input is on: forgets it but for what setLiveContent brought since the buffer was
+    /// made or cleared. False when memory is short.
+    bool startAnew();
 
     /// The live sound as it is heard when it is the current one: held, or the buffer, which RENDER
     /// writes: read its floats with copyLive.
@@ -179,6 +182,7 @@ private:
     float originalPeak_ = 0.0f;
     bool hasFile_ = false;
     std::shared_ptr<LiveSample> live_; // what data_.mSample points at
+    std::vector<float> brought_;       // into live_ by setLiveContent
     std::uint64_t liveReplacements_ = 0;
     std::shared_ptr<const LiveSample> held_; // a copy of live_ as it was; null for none
     std::uint64_t heldReplacements_ = 0;     // liveReplacements_ as it was then

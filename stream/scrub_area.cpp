@@ -134,6 +134,11 @@ void ScrubArea::driveScan(float position, double seconds) {
     if (!stood) stream_.ui_setSpeed();
 }
 
+void ScrubArea::endDriving() {
+    runLoop_.cancel(std::exchange(driven_, 0));
+    stream_.ui_setSpeed();
+}
+
 void ScrubArea::addListener(TouchListener* listener) {
     if (listener && std::find(listeners_.begin(), listeners_.end(), listener) == listeners_.end())
         listeners_.push_back(listener);

@@ -58,6 +58,9 @@ public:
 
     ScrubAnimation animation;
 
+    /// What drives the scan lets go of it.
+    void endDriving();
+
 private:
     void beginFirst(TouchId id, Point at);
     void end(TouchId id, double time);

@@ -154,6 +154,18 @@ void ScrubRecorder::startPlaying() {
     beginLink(&ScrubRecorder::playScrub);
 }
 
+void ScrubRecorder::startAnew(HostBars bars) {
+    if (controls().scrubRec.tag == 1) return; // what it records goes on
+    ui_resetScrubRecPhase();
+    if (controls().scrubPlay.tag != 1) return;
+    if (controls().syncSampler.isOn() && bars == HostBars::come) {
+        stopPlaying();
+        return ui_scrubPlay();
+    }
+    placeScan();
+    beginLink(&ScrubRecorder::playScrub);
+}
+
 void ScrubRecorder::placeScan() {
     stream_.setScrubNormalizedValue(readInterp(ndx));
 }

@@ -17,6 +17,9 @@ class Control;
 class MOK_SCRUB_GRANULATOR;
 struct StreamControls;
 
+/// Whether downbeats of the host's are to come, for what waits for one.
+enum class HostBars : std::uint8_t { come, doNotCome };
+
 /// Takes points 15 times a second, of the scan's position as a fraction of the sound. Synced, a
 /// take plays as recorded at 120 beats per minute and follows the tempo, and its play button arms
 /// for the downbeat. It records or plays, never both. Its buttons are the stream's. MAIN.
@@ -55,6 +58,8 @@ public:
     /// A downbeat: plays what is armed.
     void syncStateTempoForte();
     bool isArmed() const noexcept { return shouldPlayOnTimeScrubRec; }
+    /// A take that plays begins anew: at once, or armed for the downbeat as its button would.
+    void startAnew(HostBars bars);
     /// Drops an armed take.
     void disarm();
 

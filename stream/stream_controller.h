@@ -241,6 +241,15 @@ public:
     /// effects to their controls' values, and sets live input up again for the session's rate. A
     /// rate that isModuleSampleRate refuses changes nothing. OFF.
     void prepare(double sampleRate);
+    /// Goes back to where the state has it, with the sound and the controls as they are: generator,
+    /// interval, scan, take, what LIVE heard, echo and ring modulator. What plays begins from its
+    /// start, with its fade; what fades out has ended. A scan that stands stays, but for what moved
+    /// it on the sample clock. On the sample clock, MAIN and OFF.
+    void startAnew(HostBars bars);
+    /// Stops at once, without a fade. OFF.
+    void stopAtOnce();
+    /// A scan that stands is where it belongs, whoever moved it there.
+    void forgetScanHome() { scanHome_.reset(); }
     /// The device's block length in frames, for displays.
     void setBufferSize(double frames) { bufferFrames_ = frames; }
     double bufferSize() const { return bufferFrames_; }
@@ -287,6 +296,9 @@ private:
     void handFadedLevel();
     double scanSpeed() const;
     bool moveScan(double position);
+    void scanWasMoved();
+    void rewindScan();
+    void fadeInAnew();
     void handToEngine(const mokSample* sample);
     void applyNormalize();
     void leaveLive();
@@ -329,6 +341,8 @@ private:
     std::uint64_t liveStarts_ = 0;
     float regionStart_ = 0.0f, regionEnd_ = 1.0f;
     std::uint64_t scanChoices_ = 0; // setScrubNormalizedValue and setRegion count
+    /// The phase that startAnew() brings a standing scan back to; none: wherever it stands then.
+    std::optional<double> scanHome_;
     std::size_t envelope_;
     std::uint32_t seed_;
     double bufferFrames_ = 512.0;

@@ -34,6 +34,11 @@ void StreamFade::beginOut(double seconds) {
     _incrOut = stepFor(seconds);
 }
 
+void StreamFade::startAnew() {
+    loop_.cancel(std::exchange(pending_, 0));
+    _fade = 0.0;
+}
+
 StreamFade::Outcome StreamFade::tickIn(const std::function<void()>& next) {
     if (_abortFadeIn) return Outcome::aborted;
     _fade += _incrIn;

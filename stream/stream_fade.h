@@ -28,6 +28,9 @@ public:
     Outcome tickIn(const std::function<void()>& next);
     Outcome tickOut(const std::function<void()>& next);
 
+    /// Silent, and neither chain runs.
+    void startAnew();
+
     /// The multiplier, 0..1.
     double multiplier() const { return _fade; }
 

@@ -74,6 +74,7 @@ void MOK_SCRUB_GRANULATOR::ui_setRndPitch(Control*) {
 }
 
 void MOK_SCRUB_GRANULATOR::ui_setSpeed(Control*) {
+    scanWasMoved();
     realScanningValue = scanSpeed() * isFreezed;
     if (_isFading) return;
     engine_.setSpeed(scrubArea.stands() ? 0.0f : static_cast<float>(realScanningValue));

@@ -20,9 +20,15 @@ constexpr double kLastPhase = 1.0 - 0x1p-24;
 bool MOK_SCRUB_GRANULATOR::moveScan(double position) {
     if (!std::isfinite(position)) return false;
     const double span = double{engine_.scanRegionSpan()};
+    scanWasMoved();
     const double phase = span == 0.0 ? 0.0 : (position - double{engine_.scanRegionStart()}) / span;
     engine_.setScanPhase(std::clamp(phase, 0.0, kLastPhase));
     return true;
+}
+
+/// Somebody moves it; a host's bounce does not count.
+void MOK_SCRUB_GRANULATOR::scanWasMoved() {
+    if (instance_.runLoop.clock() == RunLoop::Clock::wall) forgetScanHome();
 }
 
 void MOK_SCRUB_GRANULATOR::setScrubNormalizedValue(float position) {
@@ -36,6 +42,7 @@ void MOK_SCRUB_GRANULATOR::scrubTo(float position) {
 }
 
 void MOK_SCRUB_GRANULATOR::setTimePointer(double milliseconds) {
+    scanWasMoved();
     if (milliseconds == 0.0)
         engine_.setScanPhase(0.0);
     else
@@ -46,6 +53,7 @@ bool MOK_SCRUB_GRANULATOR::setRegion(float start, float end) {
     const auto isFraction = [](float x) { return x >= 0.0f && x <= 1.0f; };
     if (!isFraction(start) || !isFraction(end)) return false;
     if (start != regionStart_ || end != regionEnd_) ++scanChoices_;
+    scanWasMoved();
     engine_.setEnd(end);
     engine_.setStart(start); // last, because it alone keeps the sign of the span
     regionStart_ = start;

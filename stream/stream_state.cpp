@@ -140,6 +140,7 @@ void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state, St
 bool restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, PropertyReader& state,
                         SampleLoader::Ended ended) {
     Restoring restoring(stream, state);
+    stream.forgetScanHome();
     const bool live = restoring.live(); // before the controls: LIVE moves Normalize
     restoring.controls();
     restoring.normalizing();

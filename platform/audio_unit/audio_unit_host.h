@@ -24,6 +24,8 @@ inline constexpr std::uint32_t changed = 1;
 inline constexpr std::uint32_t moving = 2;
 inline constexpr std::uint32_t recording = 4;
 inline constexpr std::uint32_t cycling = 8;
+/// Ours alone: the position jumped, so that the first beat of a bar is another one than before.
+inline constexpr std::uint32_t jumped = 0x10000;
 } // namespace transport_flag
 
 struct AUTransportState {

@@ -134,6 +134,23 @@ void RunLoop::callOutside(Task task) {
 
 void RunLoop::advance(double to) {
     const Scope scope(*this);
+    run(to - before_);
+}
+
+void RunLoop::beginStretch() {
+    const double passed = now_;
+    order_.clear();
+    for (auto& [token, timer] : timers_) {
+        timer.first -= passed;
+        order_.emplace(timer.due(), token);
+    }
+    before_ += passed;
+    now_ = 0.0; // and shown_ stays
+    wallOffset_ = -std::numeric_limits<double>::infinity();
+}
+
+void RunLoop::advanceStretch(double to) {
+    const Scope scope(*this);
     run(to);
 }
 
@@ -148,7 +165,10 @@ bool RunLoop::tryAdvanceByWall(double seconds) {
 }
 
 void RunLoop::advanceByWall(double seconds) {
-    if (clock_ != Clock::wall || !std::isfinite(seconds)) return;
+    if (wallAsked_) setClock(Clock::wall);
+    if (!std::isfinite(seconds)) return;
+    // Without a time to go on by, what was asked for is done all the same: perhaps no block comes.
+    if (clock_ != Clock::wall) return run(now_);
     // Never behind now(): who was taken ahead, or is driven anew, goes on from where it stands.
     wallOffset_ = std::max(wallOffset_, now_ - seconds);
     run(seconds + wallOffset_);
@@ -160,6 +180,8 @@ bool RunLoop::isPaced() const {
 
 void RunLoop::setClock(Clock clock) {
     clock_ = clock;
+    wallAsked_ = false;
+    missed_ = kNothingMissed; // it would count from long ago
     wallOffset_ = -std::numeric_limits<double>::infinity();
 }
 
@@ -167,12 +189,12 @@ void RunLoop::run(double to) {
     if (advancing_) return;
     advancing_ = true;
     if (!std::isfinite(to)) to = now_;
-    to = std::max<double>(to, now_);
+    to = std::max(to, now_);
     do {
         pollSources();
         runPostedTasks();
     } while (runNextDue(to));
-    now_ = to;
+    setNow(to);
     advancing_ = false;
 }
 
@@ -190,7 +212,7 @@ bool RunLoop::runNextDue(double to) {
     } else {
         timers_.erase(found);
     }
-    now_ = due;
+    setNow(due);
     (*task)();
     return true;
 }

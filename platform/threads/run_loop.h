@@ -1,6 +1,7 @@
 // RunLoop: MAIN as an object, an event loop of posted tasks and timers that its driver advances.
 #pragma once
 
+#include "platform/threads/realtime.h"
 #include "platform/threads/relaxed.h"
 
 #include <atomic>
@@ -84,18 +85,28 @@ public:
     void callOutside(Task task);
 
     /// Seconds since the run loop was made, on its own clock. Any thread but RENDER.
-    double now() const { return now_; }
+    double now() const { return shown_; }
 
     /// Runs posted tasks, then everything due up to `to` in due order (at equal times in the order
     /// of their making), posted tasks in between. A time before now() or not finite counts as
     /// now(). A call from inside a task does nothing. Any thread but RENDER in real time.
     void advance(double to);
 
+    /// What is due from here on is computed from 0 again, as in a run loop just made: a second
+    /// stretch of a render then rounds as the first one did. now() and what waits go on. MAIN, not
+    /// in a task.
+    void beginStretch();
+    /// Seconds of the stretch until now: since the last beginStretch(), else now(). MAIN.
+    double stretch() const { return now_; }
+    /// advance(), in seconds of the stretch.
+    void advanceStretch(double to);
+
     /// What WallClockDriver calls, with the seconds since it began: advances as far as they grew
     /// since the last call. The first call, and the first after a change of the clock, goes on from
-    /// now(); under Clock::sample it does nothing. False, without waiting, while another thread is
-    /// MAIN: that one then advances in this one's place when it leaves, or a window that hardly
-    /// leaves MAIN would keep everybody waiting. Any thread but RENDER.
+    /// now(); under Clock::sample it only does what was posted and left in sources. False, without
+    /// waiting, while another thread is MAIN: that one then advances in this one's place when it
+    /// leaves, or a window that hardly leaves MAIN would keep everybody waiting. Any thread but
+    /// RENDER.
     bool tryAdvanceByWall(double seconds);
 
     /// Whether a WallClockDriver advances it: who holds it up then holds up all instances, so long
@@ -107,8 +118,11 @@ public:
 
     /// MAIN.
     void setClock(Clock clock);
-    /// Any thread but RENDER.
-    Clock clock() const { return clock_; }
+    /// The driver's next call sets Clock::wall, unless somebody else sets a clock before. Any
+    /// thread, RENDER included.
+    void askForWallClock() ZEPHYRA_NONBLOCKING { wallAsked_ = true; }
+    /// Any thread, RENDER included.
+    Clock clock() const ZEPHYRA_NONBLOCKING { return clock_; }
 
     /// A stretch of background work, for waitForWork(); one endWork() each. Any thread but RENDER.
     void beginWork();
@@ -144,13 +158,20 @@ private:
     void pollSources();
     void runPostedTasks();
     Token addEntry(double first, double interval, Task task);
+    void setNow(double now) {
+        now_ = now;
+        shown_ = before_ + now;
+    }
 
     std::mutex mutex_; // being MAIN; guards what follows, down to sources_
     std::atomic<std::thread::id> holder_{};
     int depth_ = 0; // Scopes and advances of the holder
     bool advancing_ = false;
     Relaxed<Clock> clock_{Clock::wall};
-    Relaxed<double> now_{0.0};
+    Relaxed<bool> wallAsked_{false};
+    double before_ = 0.0; // seconds of the stretches before this one
+    double now_ = 0.0;    // of this one, like all times below
+    Relaxed<double> shown_{0.0};
     static constexpr double kNothingMissed = -1.0;
     std::atomic<double> missed_{kNothingMissed}; // seconds of a driver that found MAIN taken
     double wallOffset_ = -std::numeric_limits<double>::infinity(); // now() minus the driver's time
