@@ -20,8 +20,8 @@ struct audio_struct {
 #include "stream/control_table.inl"
     // clang-format on
 
-    double lastTempoValue = -1.0; ///< host tempo seen last; -1 makes the first one count
-    bool lastWasPlaying = false;  ///< the host's transport moved in the cycle before
+    double lastTempoValue = -1.0;         ///< host tempo seen last; -1 makes the first one count
+    Relaxed<bool> lastWasPlaying = false; ///< the host's transport moved in the cycle before
     bool hasBeenRewinded = false; ///< the beat position was at or before 0 since the last rewind
     bool hasBeenSynced = false;   ///< the present downbeat was told already
     float m_a = 0.9992f;          ///< smoothing pole of the two gains

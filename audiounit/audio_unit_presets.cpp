@@ -7,6 +7,9 @@
 #include "platform/text/odd_bytes.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <map>
+#include <mutex>
 #include <utility>
 
 namespace zephyra {
@@ -23,37 +26,59 @@ AUAudioUnitPreset NewAUPreset(std::int64_t number, std::string name) {
     return {number, std::move(name)};
 }
 
+/// By resource folder, as long as somebody has them.
+struct AudioUnitPresets::SharedFactories {
+    std::mutex mutex; // guards the map
+    std::map<std::filesystem::path, std::weak_ptr<const Factory>> of;
+};
+
+AudioUnitPresets::SharedFactories& AudioUnitPresets::shared() {
+    static SharedFactories all;
+    return all;
+}
+
 void AudioUnitPresets::makeFactoryPresets() {
-    factoryPresets_.clear();
-    factorySnapshots_.clear();
-    for (const std::string& entry : folderEntries(folders_.resources))
-        if (extensionOf(entry) == kBankExtension) addPresets(folders_.resources / entry);
+    factory_ = read();
     factoryIndex_ = 0;
-    made_ = true;
+    const std::lock_guard lock(shared().mutex);
+    shared().of[folders_.resources] = factory_;
 }
 
-void AudioUnitPresets::addPresets(const std::filesystem::path& bank) {
-    Result<BankOnDisk> read = readBank(bank);
-    if (!read) return log_.write("no factory presets: " + read.message());
-    for (const std::string& key : sortedKeys(read.value().bank)) {
-        PropertyDictionary& snapshot = *recordOf(read.value().bank, key);
-        const std::string tag = snapshotTag(snapshot).value_or(kUnnamed);
-        factoryPresets_.push_back(NewAUPreset(static_cast<std::int64_t>(factoryPresets_.size()),
-                                              tag + " (" + shownFile(bank.stem()) + ")"));
-        factorySnapshots_.push_back(std::move(snapshot));
+const AudioUnitPresets::Factory& AudioUnitPresets::factory() {
+    if (factory_) return *factory_;
+    const std::lock_guard lock(shared().mutex); // the others wait for one who reads
+    std::weak_ptr<const Factory>& known = shared().of[folders_.resources];
+    factory_ = known.lock();
+    if (!factory_) known = factory_ = read();
+    return *factory_;
+}
+
+std::shared_ptr<const AudioUnitPresets::Factory> AudioUnitPresets::read() const {
+    const auto factory = std::make_shared<Factory>();
+    for (const std::string& entry : folderEntries(folders_.resources)) {
+        if (extensionOf(entry) != kBankExtension) continue;
+        Result<BankOnDisk> bank = readBank(folders_.resources / entry);
+        if (!bank) {
+            log_.write("no factory presets: " + bank.message());
+            continue;
+        }
+        const std::string bankName = shownFile(std::filesystem::path(entry).stem());
+        for (const std::string& key : sortedKeys(bank.value().bank)) {
+            PropertyDictionary& snapshot = *recordOf(bank.value().bank, key);
+            const std::string tag = snapshotTag(snapshot).value_or(kUnnamed);
+            factory->presets.push_back(NewAUPreset(
+                static_cast<std::int64_t>(factory->presets.size()), tag + " (" + bankName + ")"));
+            factory->snapshots.push_back(std::move(snapshot));
+        }
     }
-}
-
-const std::vector<AUAudioUnitPreset>& AudioUnitPresets::factoryPresets() {
-    if (!made_) makeFactoryPresets();
-    return factoryPresets_;
+    return factory;
 }
 
 std::optional<AUAudioUnitPreset> AudioUnitPresets::currentPreset() {
     const std::int64_t number = currentPreset_ ? currentPreset_->number : 0;
     if (number >= 0 && factoryIndex_ < factoryPresets().size()) {
         log_.write("Returning Current Factory Preset: " + std::to_string(factoryIndex_));
-        return factoryPresets_[factoryIndex_];
+        return factoryPresets()[factoryIndex_];
     }
     log_.write("Returning Current Custom Preset: " +
                numberAndName(currentPreset_.value_or(NewAUPreset(0, "(null)"))));
@@ -80,7 +105,7 @@ void AudioUnitPresets::setFactoryPreset(const AUAudioUnitPreset& preset,
                                         AudioUnitController* controller) {
     const auto index = static_cast<std::size_t>(preset.number);
     if (index >= factoryPresets().size()) return;
-    if (controller) controller->restoreState(factorySnapshots_[index]);
+    if (controller) controller->restoreState(factory().snapshots[index]);
     currentPreset_ = preset;
     factoryIndex_ = index;
     log_.write("currentPreset Factory: " + numberAndName(preset));

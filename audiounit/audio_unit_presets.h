@@ -8,7 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,7 +20,8 @@ class Log;
 AUAudioUnitPreset NewAUPreset(std::int64_t number, std::string name);
 
 /// The factory's are the snapshots of the banks that came with the program, numbered through all of
-/// them; the user's own are kept by the host, which brings them back as a full state. MAIN.
+/// them; the user's own are kept by the host, which brings them back as a full state. MAIN. What
+/// was read is shared by all of the process that have the same resource folder.
 class AudioUnitPresets {
 public:
     /// folders must outlive this. No file is read yet.
@@ -30,8 +31,8 @@ public:
     /// regard to case. One that cannot be read adds nothing but a log line. Numbers hold as long as
     /// these files do.
     void makeFactoryPresets();
-    /// "Name (Bank)", numbered from 0. The first call makes them.
-    const std::vector<AUAudioUnitPreset>& factoryPresets();
+    /// "Name (Bank)", numbered from 0. The first call makes them, unless another one's are there.
+    const std::vector<AUAudioUnitPreset>& factoryPresets() { return factory().presets; }
 
     /// What was chosen last. Without a choice the factory's first, if there is any.
     std::optional<AUAudioUnitPreset> currentPreset();
@@ -42,15 +43,21 @@ public:
                           AudioUnitController* controller);
 
 private:
-    void addPresets(const std::filesystem::path& bank);
+    struct Factory {
+        std::vector<AUAudioUnitPreset> presets;
+        std::vector<PropertyDictionary> snapshots; // one for each of presets
+    };
+    struct SharedFactories;
+    static SharedFactories& shared();
+
+    const Factory& factory();
+    std::shared_ptr<const Factory> read() const;
     void setCustomPreset(const AUAudioUnitPreset& preset);
     void setFactoryPreset(const AUAudioUnitPreset& preset, AudioUnitController* controller);
 
     const Folders& folders_;
     Log& log_;
-    bool made_ = false;
-    std::vector<AUAudioUnitPreset> factoryPresets_;
-    std::vector<PropertyDictionary> factorySnapshots_; // one for each of factoryPresets_
+    std::shared_ptr<const Factory> factory_; // null: not made yet
     std::optional<AUAudioUnitPreset> currentPreset_;
     std::size_t factoryIndex_ = 0; // of the one that was chosen last
 };

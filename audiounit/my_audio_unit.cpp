@@ -143,7 +143,7 @@ void MyAudioUnit::prepareStream() {
 
 void MyAudioUnit::setDryWet(float value) {
     if (!std::isfinite(value)) return;
-    const float half = std::clamp(value, 0.0f, 100.0f) / 50.0f;
+    const float half = passesInput_ ? std::clamp(value, 0.0f, 100.0f) / 50.0f : 2.0f;
     record_._inputDryWet = std::min(half, 1.0f);
     record_._inputDryWetInv = std::min(2.0f - half, 1.0f);
 }

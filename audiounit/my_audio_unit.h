@@ -84,6 +84,13 @@ public:
     void removeController();
     void createParametersTree(std::vector<std::shared_ptr<AUParameter>> parameters);
 
+    /// Of a program that plays by itself: the input is for LIVE alone, which begins switched off,
+    /// and is never passed on, whatever Dry/Wet says; the demonstration sample is loaded as for an
+    /// instrument. Before a controller comes.
+    void takeInputForLiveAlone() { passesInput_ = false; }
+    /// Whether the host's transport moved when it was last told of. Any thread.
+    bool hostMoves() const ZEPHYRA_NONBLOCKING { return record_.lastWasPlaying; }
+
     /// Sets LFO processing on or off in the table of the control manager.
     void setLfoToggleState(bool on);
 
@@ -159,7 +166,7 @@ private:
     MyAudioUnit(const AudioComponentDescription& description, Instance& instance);
     void postToMain(void (MyAudioUnit::*task)());
     void adaptToComponentType();
-    void adaptToInstrument();
+    void beginWithSample();
     void askForParameters();
     void prepareStream();
     void letGoOfTree();
@@ -190,6 +197,7 @@ private:
     AudioComponentDescription description_;
     Instance& instance_;
     bool isInstrument_;
+    bool passesInput_ = true; // Dry/Wet mixes it in
     AUAudioUnitBus inputBus_, outputBus_;
     AUAudioUnitBusArray inputBusses_, outputBusses_;
     std::uint32_t maximumFrames_ = kStartFramesToRender;

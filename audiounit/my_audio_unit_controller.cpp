@@ -89,17 +89,17 @@ void MyAudioUnit::askForParameters() {
 }
 
 void MyAudioUnit::adaptToComponentType() {
-    if (isInstrument_) return adaptToInstrument();
+    if (isInstrument_ || !passesInput_) return beginWithSample();
     Button& live = _GRANULATOR_STREAM->controls._enableLIVE;
     // A restored state may have switched it on already, and the event would switch it off.
     if (live.tag == 0) live.trigger();
     controller_->standBehindInput();
 }
 
-void MyAudioUnit::adaptToInstrument() {
+void MyAudioUnit::beginWithSample() {
     for (Button* button :
          {&_GRANULATOR_STREAM->controls._enableLIVE, &_GRANULATOR_STREAM->controls.liveClear}) {
-        button->hidden = true;
+        button->hidden = isInstrument_;
         button->setNeedsDisplay();
     }
     if (!controller_->sampleWasRequested() &&

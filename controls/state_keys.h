@@ -35,6 +35,12 @@ inline constexpr const char* kPad = "Pad";
 inline constexpr const char* kSmallKeyboardOctave = "SmallKeyboardOctave";
 inline constexpr const char* kTapTempo = "TapTempo";
 inline constexpr const char* kPreset = "Preset"; ///< a dictionary of selection_key
+// Of a plug-in's session.
+inline constexpr const char* kStateVersion = "StateVersion"; ///< "major.minor"
+inline constexpr const char* kNotesEnd = "NotesEnd";
+inline constexpr const char* kStartAnew = "StartAnew";
+inline constexpr const char* kFollowsPrograms = "FollowsPrograms";
+inline constexpr const char* kProgram = "Program";
 } // namespace state_key
 
 /// Which file a sound came from.

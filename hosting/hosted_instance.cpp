@@ -28,6 +28,8 @@ Instance& HostedInstance::prepared(const Prepare& prepare) {
 
 HostedInstance::HostedInstance(FourCharCode type, const Prepare& prepare)
     : unit(makeUnit(type, prepared(prepare))), view(instance),
-      inlet(instance, [this](const MidiMessage& message) { view.receiveMidi(message); }) {}
+      inlet(instance, [this](const MidiMessage& message) {
+          if (!view.receiveMidi(message) && played) played(message);
+      }) {}
 
 } // namespace zephyra

@@ -19,15 +19,23 @@ HostedInstance::Prepare orStandardFolders(const HostedInstance::Prepare& prepare
     return [](Instance& instance) { instance.folders = standardFolders(); };
 }
 
+/// The parameters, which are there from then on.
+AUParameterTree& connected(HostedInstance& system, PluginKind kind) {
+    const RunLoop::Scope main(system.instance.runLoop);
+    if (kind == PluginKind::standalone) system.unit->takeInputForLiveAlone();
+    system.connect();
+    return *system.unit->parameterTree();
+}
+
 } // namespace
 
 PluginInstance::PluginInstance(PluginKind kind, const HostedInstance::Prepare& prepare)
     : kind_(kind), system_(componentType(kind), orStandardFolders(prepare)),
-      driver_(system_.instance.runLoop, system_.instance.log),
-      host_(*system_.unit, system_.instance), offline_(host_, system_.instance) {
+      host_(*system_.unit, system_.instance), offline_(host_, system_.instance),
+      notes_(system_.stream()), gestures_(connected(system_, kind), system_.instance.runLoop),
+      driver_(system_.instance.runLoop, system_.instance.log) {
     Instance& instance = system_.instance;
     const RunLoop::Scope main(instance.runLoop);
-    system_.connect();
     mixSeed();
     restart_ = instance.runLoop.addSource([this] {
         if (!modulationStarts_) return;
@@ -35,6 +43,9 @@ PluginInstance::PluginInstance(PluginKind kind, const HostedInstance::Prepare& p
         system_.view.startModulationAnew();
     });
     offline_.setMidiInlet(&system_.inlet);
+    if (isInstrument())
+        system_.played = [this](const MidiMessage& message) { notes_.take(message); };
+    choose(session_);
     instance.runLoop.runPosted(); // what a fresh component begins with
     if (kind_ == PluginKind::effect) system_.stream().setDisplayed(ControlId::playStop, 1.0f);
 }

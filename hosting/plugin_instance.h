@@ -2,10 +2,12 @@
 #pragma once
 
 #include "hosting/block_events.h"
-#include "hosting/gesture_filter.h"
+#include "hosting/gesture_relay.h"
 #include "hosting/hosted_instance.h"
+#include "hosting/instrument_notes.h"
 #include "hosting/offline_host.h"
 #include "hosting/plugin_block.h"
+#include "hosting/plugin_session.h"
 #include "hosting/plugin_settings.h"
 #include "hosting/unit_host.h"
 #include "platform/audio_unit/audio_unit_preset.h"
@@ -95,26 +97,32 @@ public:
     /// Any thread.
     void setParameter(AUParameterAddress address, AUValue linear) ZEPHYRA_NONBLOCKING;
     /// Who hears the gestures of a hand on a control, a screen's or MIDI's buttons, as touch,
-    /// values and release; modulation makes none. Called outside MAIN on any thread but RENDER.
-    /// Empty, as at first, for nobody. HOST.
-    void setGestureListener(GestureFilter::Forward listener);
+    /// values and release; modulation makes none, nor does MIDI in a bounce. Called outside MAIN on
+    /// any thread but RENDER. Empty, as at first, for nobody. On return the one before is called no
+    /// more, see GestureRelay. HOST, not inside a Scope.
+    void setGestureListener(GestureFilter::Forward listener) {
+        gestures_.setListener(std::move(listener));
+    }
 
     // --- State ---
 
     /// Everything, sounds included, as a host keeps it in its session; the bytes are a property
     /// list with a StateVersion. Empty after a line in the log when it cannot be written. HOST.
     std::string state();
-    /// Applies what state() gave, before it returns but for the sound's file. A failure says what
-    /// is wrong, and nothing has changed: what cannot be parsed, or a newer major version. HOST.
+    /// Applies what state() gave, a state of the command or a preset's snapshot, before it returns
+    /// but for the sound's file. Then an effect plays, and an instrument waits for a note or Play,
+    /// unless Play Stop was set since; with Scan Sync on it plays while the host's transport moves.
+    /// A failure says what is wrong, and nothing has changed: what cannot be parsed, a version
+    /// that is none, or a newer major one. HOST.
     Result<void> setState(std::span<const std::byte> bytes);
 
     // --- Programs: the factory's presets ---
 
     /// "Name (Bank)", in the order of the numbers. The list never changes. HOST.
     const std::vector<AUAudioUnitPreset>& programs();
-    /// The number of the one chosen last; 0 at first. HOST.
+    /// The number of the one chosen last, which a state keeps; 0 at first. HOST.
     std::size_t currentProgram();
-    /// Numbers above the last are ignored. HOST.
+    /// What plays goes on playing. Numbers above the last are ignored. HOST.
     void setProgram(std::size_t number);
 
     // --- What a player chooses ---
@@ -129,6 +137,8 @@ public:
     HostedInstance& system() noexcept { return system_; }
 
 private:
+    void choose(const PluginSession& session);
+    void standAsRestored(StateOrder::Number asked);
     void queue(std::uint32_t frame, const AURenderEvent& event) ZEPHYRA_NONBLOCKING;
 
     // plugin_instance_render.cpp
@@ -147,17 +157,18 @@ private:
 
     const PluginKind kind_;
     HostedInstance system_;
-    WallClockDriver driver_;
     UnitHost host_;
     OfflineHost offline_;
     BlockEvents events_;
     bool rendersOffline_ = false; // the block before; RENDER
     Relaxed<bool> bypassed_ = false;
-    Relaxed<StartAnew> startAnew_ = StartAnew::inBounces; // settings_.startAnew, for RENDER
+    Relaxed<StartAnew> startAnew_ = StartAnew::inBounces; // the setting, for RENDER
     Relaxed<bool> modulationStarts_ = false;              // what RENDER asks of restart_
     RunLoop::Token restart_ = 0;
-    PluginSettings settings_; // MAIN
-    std::unique_ptr<GestureFilter> gestures_;
+    PluginSession session_{.settings = {}}; // MAIN
+    InstrumentNotes notes_;
+    GestureRelay gestures_;
+    WallClockDriver driver_; // ends before what it drives
 };
 
 } // namespace zephyra

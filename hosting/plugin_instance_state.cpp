@@ -2,6 +2,7 @@
 #include "hosting/plugin_instance.h"
 
 #include <cmath>
+#include <string>
 #include <utility>
 
 namespace zephyra {
@@ -16,18 +17,9 @@ void PluginInstance::setParameter(AUParameterAddress address, AUValue linear) ZE
     system_.unit->markParameter(address);
 }
 
-void PluginInstance::setGestureListener(GestureFilter::Forward listener) {
-    const RunLoop::Scope main(system_.instance.runLoop);
-    gestures_ = std::make_unique<GestureFilter>(
-        *system_.unit->parameterTree(),
-        [&loop = system_.instance.runLoop,
-         listener = std::move(listener)](const AUParameterAutomationEvent& event) {
-            if (listener) loop.callOutside([listener, event] { listener(event); });
-        });
-}
-
 std::string PluginInstance::state() {
-    const auto text = writePropertyList(system_.unit->getFullState());
+    const auto text = writePropertyList(system_.view.getStateWith(
+        [this](PropertyDictionary& state) { addSession(state, session_); }));
     if (text) return text.value();
     system_.instance.log.write("The state cannot be written: " + text.message());
     return {};
@@ -35,12 +27,39 @@ std::string PluginInstance::state() {
 
 Result<void> PluginInstance::setState(std::span<const std::byte> bytes) {
     auto read = readPropertyList(bytes);
-    if (!read) return Failure{read.message()};
+    if (!read) return Failure{"the state cannot be read: " + read.message()};
     auto* const state = read.value().as<PropertyDictionary>();
-    if (!state) return Failure{"the state is no dictionary"};
-    system_.unit->setFullState(std::move(*state));
+    if (!state)
+        return Failure{std::string("the state is no dictionary, but a ") + read.value().typeName()};
+    StateFindings findings;
+    const auto session = takeSession(*state, findings);
+    if (!session) return Failure{session.message()};
+    for (const StateFinding& finding : findings) system_.instance.log.write(lineOf(finding));
+    system_.view.restoreState_then(std::move(*state),
+                                   [this, session = session.value()](StateOrder::Number asked) {
+                                       choose(session);
+                                       standAsRestored(asked);
+                                   });
     system_.instance.runLoop.runPosted();
     return {};
+}
+
+void PluginInstance::choose(const PluginSession& session) {
+    session_ = session;
+    notes_.end = session.settings.notesEnd;
+    startAnew_ = session.settings.startAnew;
+    system_.view.midiManager.followsPrograms = session.settings.followsPrograms;
+}
+
+/// Only when nobody has said what is to play since the state was asked for.
+void PluginInstance::standAsRestored(StateOrder::Number asked) {
+    const bool noted = isInstrument() && notes_.restored(asked);
+    MOK_SCRUB_GRANULATOR& stream = system_.stream();
+    const bool plays =
+        stream.controls.syncSampler.isOn() ? system_.unit->hostMoves() : !isInstrument() || noted;
+    const auto address = static_cast<AUParameterAddress>(ControlId::playStop);
+    if (!system_.unit->setSince(address, asked))
+        stream.setDisplayed(ControlId::playStop, plays ? 1.0f : 0.0f);
 }
 
 const std::vector<AUAudioUnitPreset>& PluginInstance::programs() {
@@ -50,8 +69,7 @@ const std::vector<AUAudioUnitPreset>& PluginInstance::programs() {
 
 std::size_t PluginInstance::currentProgram() {
     const RunLoop::Scope main(system_.instance.runLoop);
-    const auto preset = system_.unit->currentPreset();
-    return preset && preset->number > 0 ? static_cast<std::size_t>(preset->number) : 0;
+    return session_.program < system_.unit->factoryPresets().size() ? session_.program : 0;
 }
 
 void PluginInstance::setProgram(std::size_t number) {
@@ -60,19 +78,19 @@ void PluginInstance::setProgram(std::size_t number) {
         const auto& all = system_.unit->factoryPresets();
         if (number >= all.size()) return;
         system_.unit->setCurrentPreset(all[number]);
+        session_.program = number;
     }
     system_.instance.runLoop.runPosted();
 }
 
 PluginSettings PluginInstance::settings() {
     const RunLoop::Scope main(system_.instance.runLoop);
-    return settings_;
+    return session_.settings;
 }
 
 void PluginInstance::setSettings(const PluginSettings& chosen) {
     const RunLoop::Scope main(system_.instance.runLoop);
-    settings_ = chosen;
-    startAnew_ = chosen.startAnew;
+    choose({chosen, session_.program});
 }
 
 void PluginInstance::loadSample(const std::filesystem::path& path) {

@@ -76,8 +76,9 @@ public:
     /// What a hand moves for id, its own knob or something of the stream's; null for the envelope.
     Control* control(ControlId id);
 
-    /// A MIDI message of the host, besides what the audio unit makes of its notes.
-    void receiveMidi(const MidiMessage& message);
+    /// A MIDI message of the host, besides what the audio unit makes of its notes. Whether it moved
+    /// what it is bound to, was learned, or chose a bank or preset.
+    bool receiveMidi(const MidiMessage& message);
 
     /// "Fade In/Out (Play/Pause) Time: [In: %.3f secs  Out: %.3f secs]".
     std::string fadeTimesText() const;
@@ -95,9 +96,17 @@ public:
     void audioUnitLeaves() override { setAudioUnit(nullptr); }
     /// As a session keeps it; keys that a newer program wrote and restoreState did not know are
     /// handed back.
-    PropertyDictionary getState() override;
+    PropertyDictionary getState() override { return getStateWith({}); }
+    /// The same; add, which may be empty, adds what else belongs to that moment. It runs on MAIN.
+    PropertyDictionary getStateWith(const std::function<void(PropertyDictionary& state)>& add);
     /// Passes a copy to restoreStateProc on MAIN; parameters that are set from now on are newer.
-    void restoreState(PropertyDictionary state) override;
+    void restoreState(PropertyDictionary state) override {
+        restoreState_then(std::move(state), {});
+    }
+    /// The same; then, which may be empty, runs on MAIN as the restore's last step, with the number
+    /// of the state.
+    void restoreState_then(PropertyDictionary state,
+                           std::function<void(StateOrder::Number asked)> then);
     bool LoadSampleDelegate(const std::string& name) override;
     bool sampleWasRequested() const override;
     void standBehindInput() override;

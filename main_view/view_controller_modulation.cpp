@@ -179,8 +179,8 @@ void AudioUnitViewController::describeTilt(Control& control, AssignmentType type
     assignments.record(control, type, text);
 }
 
-void AudioUnitViewController::receiveMidi(const MidiMessage& message) {
-    midiManager.receive(message);
+bool AudioUnitViewController::receiveMidi(const MidiMessage& message) {
+    const bool taken = midiManager.receive(message);
     const auto note = static_cast<std::size_t>(message.data1() & 0x7F);
     const bool on = message.kind() == MidiKind::noteOn;
     if (on && message.data2() != 0) {
@@ -191,6 +191,7 @@ void AudioUnitViewController::receiveMidi(const MidiMessage& message) {
         if (endedNotes_.none()) postIfAlive(&AudioUnitViewController::showEndedNotes);
         endedNotes_.set(note);
     }
+    return taken;
 }
 
 /// Posted: the note-ons of the same moment come from the audio unit, perhaps later.

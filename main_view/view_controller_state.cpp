@@ -43,7 +43,8 @@ PropertyDictionary AudioUnitViewController::stateFor(StateUse use) {
     return state;
 }
 
-PropertyDictionary AudioUnitViewController::getState() {
+PropertyDictionary
+AudioUnitViewController::getStateWith(const std::function<void(PropertyDictionary& state)>& add) {
     PropertyDictionary state;
     std::optional<StateSounds> sounds;
     {
@@ -51,6 +52,7 @@ PropertyDictionary AudioUnitViewController::getState() {
         state = stateFor(StateUse::session);
         state.insert_or_assign(state_key::kPreset, selectionState(presets));
         sounds.emplace(_GRANULATOR_STREAM);
+        if (add) add(state);
     }
     sounds->encode();
     const RunLoop::Scope main(instance_.runLoop);
@@ -70,16 +72,18 @@ PropertyDictionary AudioUnitViewController::snapshotAsItIs() {
     return state;
 }
 
-void AudioUnitViewController::restoreState(PropertyDictionary state) {
+void AudioUnitViewController::restoreState_then(
+    PropertyDictionary state, std::function<void(StateOrder::Number asked)> then) {
     auto ahead = decodeAhead(state, kStreamSuffix); // which takes its time
     const StateOrder::Number asked = instance_.states.ask();
     instance_.runLoop.post([this, alive = std::weak_ptr(alive_), state = std::move(state), asked,
-                            ahead = std::move(ahead)] {
+                            ahead = std::move(ahead), then = std::move(then)] {
         if (alive.expired()) return;
         _GRANULATOR_STREAM.capturedMemory().ahead = ahead;
         presets.cancelLoadsBefore(asked);
         restoreStateProc_asked(state, asked);
         _GRANULATOR_STREAM.capturedMemory().ahead = nullptr;
+        if (then) then(asked);
     });
 }
 

@@ -50,11 +50,10 @@ void MidiManager::startAnew() {
     values_ = {};
 }
 
-void MidiManager::receive(const MidiMessage& message) {
-    if (!isChannelMessage(message)) return;
+bool MidiManager::receive(const MidiMessage& message) {
+    if (!isChannelMessage(message)) return false;
     values_.keep(message);
-    if (learnFineHalf(message) || learnFrom(message)) return;
-    if (!move(message)) navigate(message);
+    return learnFineHalf(message) || learnFrom(message) || move(message) || navigate(message);
 }
 
 // --- Learning ---
@@ -266,21 +265,27 @@ void MidiManager::carryBend(const Control& played, int channel) {
     if (!bound && fallback_) carry(fallbackTrigger_, *fallback_);
 }
 
-void MidiManager::navigate(const MidiMessage& message) {
+/// Whether message chose something.
+bool MidiManager::navigate(const MidiMessage& message) {
     const Navigation wanted = navigation_; // what is chosen may bring another one
-    if (wanted.channel != 0 && wanted.channel != message.channel()) return;
+    if (wanted.channel != 0 && wanted.channel != message.channel()) return false;
     const auto choose = [this](const char* notice, std::optional<int> index) {
         if (index) instance_.notifications.post(notice, std::any(*index));
+        return index.has_value();
     };
     const int number = message.data1();
-    if (message.kind() == MidiKind::program && wanted.programsSelectPresets)
-        choose(midi_notice::kSelectPreset, number);
-    if (message.kind() == MidiKind::controller && number == 0 && wanted.bankSelectsBanks)
-        choose(midi_notice::kSelectBank, message.data2());
-    if (message.kind() != MidiKind::noteOn || message.data2() == 0) return;
-    choose(midi_notice::kSelectBank, indexOfNote(number, wanted.firstBankNote, wanted.bankNotes));
-    choose(midi_notice::kSelectPreset,
-           indexOfNote(number, wanted.firstPresetNote, wanted.presetNotes));
+    if (message.kind() == MidiKind::program)
+        return followsPrograms && wanted.programsSelectPresets &&
+               choose(midi_notice::kSelectPreset, number);
+    if (message.kind() == MidiKind::controller && number == 0)
+        return followsPrograms && wanted.bankSelectsBanks &&
+               choose(midi_notice::kSelectBank, message.data2());
+    if (message.kind() != MidiKind::noteOn || message.data2() == 0) return false;
+    const bool bank = choose(midi_notice::kSelectBank,
+                             indexOfNote(number, wanted.firstBankNote, wanted.bankNotes));
+    const bool preset = choose(midi_notice::kSelectPreset,
+                               indexOfNote(number, wanted.firstPresetNote, wanted.presetNotes));
+    return bank || preset;
 }
 
 Result<void> MidiManager::checkNavigation(const Navigation& navigation) {

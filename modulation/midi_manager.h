@@ -30,8 +30,8 @@ public:
     static constexpr std::size_t kMostBindings = 4096;
 
     /// Every message that the host hands over, in order: moves what it is bound to, is learned, or
-    /// chooses a bank or preset.
-    void receive(const MidiMessage& message);
+    /// chooses a bank or preset. Whether it did any of that.
+    bool receive(const MidiMessage& message);
     /// As if none had come yet: wheels rest, and soft takeovers wait.
     void startAnew();
 
@@ -86,6 +86,9 @@ public:
         int presetNotes = 12, bankNotes = 12; ///< so many notes each, 1..128
         bool operator==(const Navigation&) const = default;
     };
+    /// Whether programs and bank selects choose anything, whatever the navigation says; no part of
+    /// the state.
+    bool followsPrograms = true;
     const Navigation& navigation() const { return navigation_; }
     /// False, and nothing changed, after a log line, when something in it is out of range.
     bool setNavigation(const Navigation& navigation);
@@ -118,7 +121,7 @@ private:
     bool learnFineHalf(const MidiMessage& message);
     void watchFrom(const MidiTrigger& trigger, const Control& control, const MidiMessage& message);
     bool move(const MidiMessage& message);
-    void navigate(const MidiMessage& message);
+    bool navigate(const MidiMessage& message);
 
     // midi_manager_state.cpp
     void restoreBindings(const PropertyArray& saved, PropertyReader& state);

@@ -68,6 +68,13 @@ public:
     void ui_playStop(Control* sender = nullptr);
     /// Starts with a fade-in, from wherever the last fade left the level.
     void ____play();
+    /// Stops with a fade-out of so many seconds, which may also shorten one that runs; what is
+    /// armed is no longer.
+    void stopWithin(double seconds);
+    /// How often it was started.
+    std::uint64_t starts() const { return starts_; }
+    /// Whether a start still has its step to go that shows it: until then nothing stops it.
+    bool isStarting() const { return startQueued_; }
     /// Switches the engine on, off; true when it is. error gets what went wrong.
     bool play(std::string* error = nullptr);
     bool stop(std::string* error = nullptr);
@@ -327,6 +334,7 @@ private:
     bool shouldPlayOnTime = false;
     bool hostArmed_ = false; // the host's start armed it, so its stop disarms it
     bool shouldRewindOnTime = false;
+    std::uint64_t starts_ = 0;
     bool startQueued_ = false;       // a start's step that shows it has not run yet
     bool hostWaits_ = false;         // something that the host told since comes after it
     RunLoop::Token pendingStop_ = 0; // the stop: that a fade-out has scheduled

@@ -15,15 +15,21 @@ void MOK_SCRUB_GRANULATOR::ui_playStop(Control*) {
             ____play();
         return;
     }
+    stopWithin(fadeTime(ControlId::fadeOut));
+}
+
+void MOK_SCRUB_GRANULATOR::stopWithin(double seconds) {
+    if (startQueued_) return onMain([this, seconds] { stopWithin(seconds); });
     setArmed(false);
+    if (controls._playToggle.tag == 0 && !isPlaying()) return;
     controls._playToggle.tag = 0;
     data_.isPlaying = false;
     controls._playToggle.title = kStoppedIcon;
     controls._playToggle.tintColor.reset();
     controls._playToggle.setNeedsDisplay();
-    const double seconds = fadeTime(ControlId::fadeOut);
     scrubArea.animation.scrubAnimation(seconds, ScrubAnimation::Cursor::goes,
                                        instance_.runLoop.now());
+    instance_.runLoop.cancel(std::exchange(pendingStop_, 0)); // of a longer fade
     fade_.beginOut(seconds);
     engine_.setSpeed(0.0f);
     _isFading = true;
@@ -34,6 +40,7 @@ void MOK_SCRUB_GRANULATOR::ui_playStop(Control*) {
 
 void MOK_SCRUB_GRANULATOR::____play() {
     startQueued_ = true;
+    ++starts_;
     onMain([this] { showPlaying(); });
     handFadedLevel(); // or a block that comes right now would begin at the full volume
     std::string error;

@@ -1,0 +1,66 @@
+#include "hosting/instrument_notes.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zephyra {
+
+void InstrumentNotes::take(const MidiMessage& message) {
+    const StateOrder& states = stream_.instance().states;
+    const StateOrder::Number sent = states.delivered().value_or(states.now());
+    switch (held_.take(message)) {
+    case HeldNotes::Change::none:
+        return;
+    case HeldNotes::Change::began:
+        newest_ = sent;
+        if (sent >= restored_) wish(Wish::start);
+        return;
+    case HeldNotes::Change::ended:
+        if (end == NotesEnd::fade) wish(Wish::fade);
+        return;
+    case HeldNotes::Change::silenced:
+        return wish(Wish::silence);
+    }
+}
+
+bool InstrumentNotes::restored(StateOrder::Number asked) {
+    restored_ = std::max(restored_, asked);
+    wish_ = Wish::none;
+    if (newest_ < asked || !held_.any()) return false;
+    begun_ = stream_.starts() + (standsBy() ? 1 : 0);
+    return true;
+}
+
+void InstrumentNotes::wish(Wish wished) {
+    wish_ = wished;
+    settle();
+}
+
+/// A start shows itself one step later, and cannot be stopped before.
+void InstrumentNotes::settle() {
+    if (wish_ == Wish::none) return;
+    if (stream_.isStarting()) return settleLater();
+    switch (std::exchange(wish_, Wish::none)) {
+    case Wish::start:
+        if (stream_.controls.syncSampler.isOn() || !standsBy()) return;
+        begun_ = stream_.starts() + 1;
+        stream_.ui_playStop();
+        return;
+    case Wish::fade:
+        if (!standsBy() && begun_ == stream_.starts()) stream_.ui_playStop();
+        return;
+    case Wish::silence:
+        if (stream_.isPlaying()) stream_.stopWithin(0.0);
+        return;
+    case Wish::none:
+        return;
+    }
+}
+
+void InstrumentNotes::settleLater() {
+    stream_.onMain([this, alive = std::weak_ptr(alive_)] {
+        if (!alive.expired()) settle();
+    });
+}
+
+} // namespace zephyra

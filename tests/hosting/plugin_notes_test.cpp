@@ -1,0 +1,222 @@
+// What starts and ends an instance in a host: notes, pedals, Play Stop, states.
+
+#include "tests/support/hosted_plugin.h"
+
+namespace zephyra {
+namespace {
+
+using enum ControlId;
+
+struct Player : HostedPlugin {
+    explicit Player(PluginKind kind = PluginKind::instrument) : HostedPlugin(kind) { render(); }
+    /// Plays messages of three bytes as a text has them, a block after each; "|" lets one go by,
+    /// and
+    /// "+" plays what follows in the block of what was before.
+    void play(const std::string& text) {
+        std::istringstream words(text);
+        std::string word;
+        const auto byte = [&] {
+            words >> word;
+            return static_cast<std::uint8_t>(std::stoi(word, nullptr, 16));
+        };
+        while (words >> word) {
+            if (word == "|") {
+                render();
+                continue;
+            }
+            const auto status = static_cast<std::uint8_t>(std::stoi(word, nullptr, 16));
+            const std::uint8_t first = byte(), second = byte();
+            midi({status, first, second});
+            if (words >> std::ws && words.peek() == '+')
+                words >> word;
+            else
+                render();
+        }
+    }
+};
+
+TEST(InstrumentNotes, PlayUntilTheLastKeyAndThePedalAreUp) {
+    const std::tuple<const char*, bool, const char*> rows[] = {
+        {"90 3C 64", true, "a note"},
+        {"90 3C 00", false, "the end of none"},
+        {"80 3C 00", false, "the same"},
+        {"90 3C 64 80 3C 40", false, "its end"},
+        {"90 3C 64 90 3C 00", false, "an end as a note of velocity 0"},
+        {"90 3C 64 90 40 64 80 3C 40", true, "one of two"},
+        {"90 3C 64 90 40 64 80 3C 40 80 40 40", false, "both"},
+        {"90 3C 64 91 3C 64 80 3C 40", true, "the same key of another channel"},
+        {"90 3C 64 81 3C 40", true, "another channel's end"},
+        {"B0 40 7F 90 3C 64 80 3C 40", true, "the pedal holds"},
+        {"B0 40 7F 90 3C 64 80 3C 40 B0 40 3F", false, "and lets go"},
+        {"B0 40 7F 90 3C 64 80 3C 40 B0 79 00", false, "by a reset of controllers"},
+        {"B0 40 7F 91 3C 64 81 3C 40", false, "another channel's pedal"},
+        {"B0 40 3F 90 3C 64 80 3C 40", false, "a pedal that is up"},
+        {"90 3C 64 B0 40 7F 80 3C 40 B0 40 00", false, "a pedal that came later"},
+        {"90 3C 64 B0 40 7F B0 40 00", true, "a pedal, while the key stays down"},
+        {"90 3C 64 90 40 64 B0 7B 00", false, "all keys up"},
+        {"90 3C 64 91 40 64 B0 7B 00", true, "of one channel"},
+        {"B0 40 7F 90 3C 64 B0 7B 00", true, "all keys up, the pedal down"},
+        {"B0 40 7F 90 3C 64 B0 7B 00 B0 40 00", false, "and up"},
+        {"B0 40 7F 90 3C 64 B0 78 00", false, "sound off, pedal or not"},
+        {"90 3C 64 91 3C 64 B0 78 00", true, "of one channel"},
+        {"90 3C 64 80 3C 40 90 3C 64", true, "again, while it fades"},
+        {"90 3C 64 80 3C 40 + 90 40 64", true, "an end and a note in one moment"},
+        {"90 3C 64 + 80 3C 40", false, "a note and its end in one moment"},
+        {"90 3C 64 + 80 3C 40 + 90 3C 64", true, "and again"},
+        {"90 3C 64 + B0 78 00 + 90 3C 64", true, "sound off and a note in one moment"}};
+    for (const auto& [text, plays, what] : rows) {
+        Player player;
+        player.system().view._fadeOutTime.setValue(0.1f);
+        player.play(text);
+        player.render(2);
+        EXPECT_EQ(player.plays(), plays) << what;
+        EXPECT_EQ(player.value(playStop), plays ? 1.0f : 0.0f) << what;
+    }
+}
+
+TEST(InstrumentNotes, FadeByTheFadeTimeAndSoundOffDoesNot) {
+    Player player;
+    player.system().view._fadeOutTime.setValue(1.0f);
+    player.play("90 3C 64");
+    EXPECT_GT(player.render(50), 0.01f);
+    player.play("80 3C 40");
+    EXPECT_GT(player.render(30), 0.01f); // after a third of a second
+    player.play("B0 78 00");             // also what fades already
+    EXPECT_LT(player.render(10), 1e-4f);
+    player.play("90 3C 64");
+    player.render(60); // longer than a stop takes to cut what still sounds
+    EXPECT_GT(player.render(), 0.01f);
+    EXPECT_TRUE(player.system().stream().isPlaying());
+}
+
+TEST(InstrumentNotes, EndOnlyWhatTheyBeganUnlessItIsToGoOn) {
+    Player player;
+    player.set(playStop, 1.0f);
+    player.play("| 90 3C 64 80 3C 40");
+    EXPECT_TRUE(player.plays()) << "Play goes on";
+    player.play("B0 78 00");
+    EXPECT_FALSE(player.plays()) << "sound off ends it";
+    player.play("90 3C 64");
+    player.set(playStop, 0.0f); // and by hand again, while the key is down
+    player.render();
+    player.set(playStop, 1.0f);
+    player.play("| 80 3C 40");
+    EXPECT_TRUE(player.plays());
+
+    Player going;
+    going.setSettings({.notesEnd = NotesEnd::goOn});
+    going.play("90 3C 64 80 3C 40");
+    EXPECT_TRUE(going.plays());
+}
+
+TEST(InstrumentNotes, AreNotWhatIsLearnedOrChoosesPresets) {
+    Player player;
+    MidiManager& manager = player.system().view.midiManager;
+    {
+        const RunLoop::Scope main(player.system().instance.runLoop);
+        ASSERT_TRUE(manager.bind({.trigger = {.source = MidiSource::note, .number = 0x30},
+                                  .control = player.system().view.control(playStop)}));
+        manager.setNavigation({.firstPresetNote = 0x18});
+    }
+    player.play("90 18 64");
+    EXPECT_FALSE(player.plays());
+    player.play("90 30 64 80 30 40");
+    EXPECT_TRUE(player.plays()) << "a button that starts";
+    player.play("90 30 64 80 30 40");
+    EXPECT_FALSE(player.plays()) << "and stops";
+}
+
+TEST(InstrumentNotes, LeaveTheTransportToTheHostWithScanSync) {
+    Player player;
+    player.system().stream().setDisplayed(scanSync, 1.0f);
+    player.play("90 3C 64 |");
+    EXPECT_FALSE(player.plays());
+    player.transport.tempo = 120.0;
+    player.transport.beats = 0.0;
+    player.transport.moving = true;
+    player.play("| | 80 3C 40 |");
+    EXPECT_TRUE(player.plays());
+}
+
+TEST(PluginStart, IsAsTheKindAndTheStateSay) {
+    HostedPlugin effect(PluginKind::effect), instrument(PluginKind::instrument),
+        standalone(PluginKind::standalone);
+    EXPECT_GT(effect.render(60), 0.01f);
+    EXPECT_EQ(effect.value(live), 1.0f);
+    for (HostedPlugin* const plugin : {&instrument, &standalone}) {
+        EXPECT_EQ(plugin->render(60), 0.0f) << "nothing of the input";
+        EXPECT_EQ(plugin->value(live), 0.0f);
+        plugin->midi({0x90, 60, 100});
+        EXPECT_GT(plugin->render(60), 0.01f);
+    }
+    effect.midi({0x90, 60, 100});
+    effect.midi({0x80, 60, 100});
+    effect.midi({0xB0, 120, 0});
+    effect.render();
+    EXPECT_TRUE(effect.plays()) << "notes do not end an effect";
+
+    // What was played, whether the state syncs the scan, whether the host moves; what plays then.
+    const std::tuple<PluginKind, bool, bool, bool, bool> rows[] = {
+        {PluginKind::effect, false, false, false, true},
+        {PluginKind::effect, true, false, false, true},
+        {PluginKind::effect, true, true, false, false},
+        {PluginKind::effect, false, true, true, true},
+        {PluginKind::instrument, false, false, false, false},
+        {PluginKind::instrument, true, false, true, false},
+        {PluginKind::instrument, false, true, true, true},
+        {PluginKind::standalone, true, false, false, false}};
+    for (const auto& [kind, played, synced, moves, plays] : rows) {
+        HostedPlugin plugin(kind), saved(kind);
+        saved.system().stream().setDisplayed(scanSync, synced ? 1.0f : 0.0f);
+        const std::string state = saved.state();
+        plugin.set(playStop, played ? 1.0f : 0.0f);
+        plugin.transport.moving = moves;
+        plugin.render();
+        EXPECT_TRUE(plugin.restore(state).ok());
+        plugin.render();
+        EXPECT_EQ(plugin.plays(), plays) << static_cast<int>(kind) << played << synced << moves;
+        plugin.set(playStop, plays ? 0.0f : 1.0f); // what comes after it wins
+        plugin.render(2);
+        EXPECT_NE(plugin.plays(), plays);
+    }
+}
+
+TEST(PluginStart, GivesWayToWhatWasPlayedSinceTheStateWasAskedFor) {
+    // The state waits for MAIN, which a screen holds; RENDER goes on meanwhile.
+    for (const auto kind : {PluginKind::effect, PluginKind::instrument})
+        for (const bool note : {false, true}) {
+            HostedPlugin plugin(kind);
+            plugin.set(playStop, 0.0f);
+            plugin.render();
+            plugin.release();
+            EXPECT_TRUE(plugin.prepare({48000.0, HostedPlugin::kFrames}).ok());
+            const std::string state = plugin.state();
+            Instance& instance = plugin.system().instance;
+            const StateOrder::Number before = instance.states.now();
+            std::thread host;
+            {
+                const RunLoop::Scope screen(instance.runLoop);
+                host = std::thread([&] { EXPECT_TRUE(plugin.restore(state).ok()); });
+                while (instance.states.now() == before) std::this_thread::yield();
+                if (note)
+                    plugin.midi({0x90, 60, 100});
+                else
+                    plugin.set(playStop, kind == PluginKind::instrument ? 1.0f : 0.0f);
+                plugin.PluginInstance::render(
+                    {.frames = HostedPlugin::kFrames,
+                     .input = {plugin.input.data(), plugin.input.data()},
+                     .output = {plugin.left.data(), plugin.right.data()}});
+            }
+            host.join();
+            plugin.render(3);
+            EXPECT_EQ(plugin.plays(), kind == PluginKind::instrument || note)
+                << static_cast<int>(kind) << note;
+            if (kind != PluginKind::instrument || !note) continue;
+            plugin.midi({0x80, 60, 0});
+            plugin.render(2);
+            EXPECT_FALSE(plugin.plays()) << "the note's end";
+        }
+}
+
+} // namespace
+} // namespace zephyra
