@@ -4,6 +4,7 @@
 #include "audiounit/audio_struct.h"
 #include "audiounit/audio_unit_controller.h"
 #include "audiounit/audio_unit_presets.h"
+#include "audiounit/dry_wet_mix.h"
 #include "audiounit/parameter_table.h"
 #include "audiounit/render_notices.h"
 #include "platform/audio_unit/audio_unit_bus.h"
@@ -133,6 +134,13 @@ public:
 
     AUInternalRenderBlock internalRenderBlock() { return AUInternalRenderBlock(*this); }
 
+    /// Whether a cycle of silent input without events would be silent, and leave nothing behind
+    /// that is heard later: a host may then call a cycle of 0 frames, which tells of the music, and
+    /// pass(). RENDER.
+    bool rests() const ZEPHYRA_NONBLOCKING;
+    /// Passes over frames of a unit that rests. RENDER.
+    void pass(std::uint32_t frames) ZEPHYRA_NONBLOCKING;
+
     /// Leaves a note for MAIN. RENDER.
     void noticeNoteOn(int note, int velocity) ZEPHYRA_NONBLOCKING;
     /// What a control of the controller's stands at, as set after the state of that number. MAIN.
@@ -192,6 +200,7 @@ private:
     void applyMidi(const AUMIDIEvent& event) ZEPHYRA_NONBLOCKING;
     void renderInstrument(std::uint32_t frames, AudioBufferList& output) ZEPHYRA_NONBLOCKING;
     void renderEffect(std::uint32_t frames, AudioBufferList& output) ZEPHYRA_NONBLOCKING;
+    DryWetGains dryWetGains() const ZEPHYRA_NONBLOCKING;
     void notice(RenderNoticeKind kind) ZEPHYRA_NONBLOCKING;
 
     AudioComponentDescription description_;

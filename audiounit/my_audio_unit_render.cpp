@@ -1,6 +1,5 @@
 // One render cycle, in the order in which it happens.
 
-#include "audiounit/dry_wet_mix.h"
 #include "audiounit/my_audio_unit.h"
 #include "audiounit/parameter_table.h"
 #include "modulation/lfo_widgets_mapping.h"
@@ -219,6 +218,24 @@ void MyAudioUnit::renderInstrument(std::uint32_t frames,
     GranulatorProcessing(_GRANULATOR_STREAM, static_cast<int>(frames), &output, output);
 }
 
+bool MyAudioUnit::rests() const ZEPHYRA_NONBLOCKING {
+    const DryWetGains now = dryWetGains();
+    DryWetGains next = now;
+    next.advance();
+    const bool glides = next.wet != now.wet || next.dry != now.dry;
+    return (isInstrument_ || !glides) && GranulatorRests(_GRANULATOR_STREAM);
+}
+
+void MyAudioUnit::pass(std::uint32_t frames) ZEPHYRA_NONBLOCKING {
+    GranulatorPassing(_GRANULATOR_STREAM, static_cast<int>(frames));
+}
+
+DryWetGains MyAudioUnit::dryWetGains() const ZEPHYRA_NONBLOCKING {
+    return {record_.m_z_dry_wet,  record_.m_z_dry_wet_inv,
+            record_._inputDryWet, record_._inputDryWetInv,
+            record_.m_a,          record_.m_b};
+}
+
 void MyAudioUnit::renderEffect(std::uint32_t frames, AudioBufferList& output) ZEPHYRA_NONBLOCKING {
     supply(output, *pullBuffer_, frames);
     const AudioBufferList& dry = *record_.lastInputBuffer;
@@ -226,9 +243,7 @@ void MyAudioUnit::renderEffect(std::uint32_t frames, AudioBufferList& output) ZE
         std::copy_n(pullBuffer_->floats(c), frames, dry.floats(c));
     const int count = static_cast<int>(frames);
     GranulatorProcessing(_GRANULATOR_STREAM, count, pullBuffer_, *pullBuffer_);
-    DryWetGains gains{record_.m_z_dry_wet,  record_.m_z_dry_wet_inv,
-                      record_._inputDryWet, record_._inputDryWetInv,
-                      record_.m_a,          record_.m_b};
+    DryWetGains gains = dryWetGains();
     mixDryWet(gains,
               {{pullBuffer_->floats(0), dry.floats(0)}, {pullBuffer_->floats(1), dry.floats(1)}},
               count);

@@ -60,6 +60,12 @@ inline double smoothingStart(double smoothed, double target) ZEPHYRA_NONBLOCKING
     return std::isfinite(target - smoothed) ? smoothed : 0;
 }
 
+/// Whether the next step of a smoothing, the share coefficient of the way to its target, is too
+/// small to change the value; it then is for good. Any thread.
+inline bool isSmoothed(double value, double target, double coefficient) ZEPHYRA_NONBLOCKING {
+    return value + coefficient * (target - value) == value;
+}
+
 /// Fills the record of a stereo module ("in1", "in2", "out1", "out2") with one description per
 /// name; false when there is no memory for them. vectorSize below 1 counts as 1. MAIN or OFF.
 bool fillStereoState(CommonState& state, double sampleRate, std::int32_t vectorSize,

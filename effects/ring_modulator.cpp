@@ -96,6 +96,17 @@ std::int32_t perform(CommonState* common, const float* inL, const float* inR, fl
     return kModuleNoError;
 }
 
+bool isSettled(const CommonState* common) ZEPHYRA_NONBLOCKING {
+    const auto* state = static_cast<const State*>(common);
+    return isSmoothed(state->smoothed, state->targets.get(kDryWet), kDryWetSmoothing);
+}
+
+void pass(CommonState* common, std::int32_t frames) ZEPHYRA_NONBLOCKING {
+    auto* state = static_cast<State*>(common);
+    const double phase = state->phase + state->targets.get(kFreq) / state->sampleRate * frames;
+    state->phase = phase - std::floor(phase);
+}
+
 void destroy(CommonState* common) noexcept {
     if (!common) return;
     auto* state = static_cast<State*>(common);

@@ -51,6 +51,13 @@ double getparameter(const CommonState* state, std::int32_t index) ZEPHYRA_NONBLO
 std::int32_t perform(CommonState* state, const float* inL, const float* inR, float* outL,
                      float* outR, std::int32_t frames) ZEPHYRA_NONBLOCKING;
 
+/// Whether the amount has come to where it was set, so that no block moves it. RENDER.
+bool isSettled(const CommonState* state) ZEPHYRA_NONBLOCKING;
+
+/// Passes over frames that nobody hears: only the cosine turns, but for the last bits as perform
+/// would turn it. RENDER.
+void pass(CommonState* state, std::int32_t frames) ZEPHYRA_NONBLOCKING;
+
 /// Frees everything; null is fine. OFF.
 void destroy(CommonState* state) noexcept;
 

@@ -13,6 +13,8 @@ namespace zephyra::delay_stereo_forward {
 
 namespace {
 
+static_assert(kLineFrames == kEchoLineSize);
+
 constexpr const char* kParameterNames[kParameterCount] = {"timeL", "timeR", "feedbackR",
                                                           "feedbackL"};
 
@@ -94,6 +96,17 @@ void fetchAhead(const CommonState* common, std::int32_t from,
     }
     for (std::int64_t n = 0; n < atMost; n += kCacheLine)
         for (const double* each : at) __builtin_prefetch(each + n);
+}
+
+bool isSettled(const CommonState* common) ZEPHYRA_NONBLOCKING {
+    const auto* state = static_cast<const State*>(common);
+    for (int n = 0; n < kParameterCount; ++n) {
+        const bool isTime = kBlockOrder[n] == kTimeL || kBlockOrder[n] == kTimeR;
+        if (!isSmoothed(state->smoothed[n], state->targets.get(kBlockOrder[n]),
+                        isTime ? kTimeSmoothing : kFeedbackSmoothing))
+            return false;
+    }
+    return true;
 }
 
 std::int32_t perform(CommonState* common, const float* inL, const float* inR, float* outL,

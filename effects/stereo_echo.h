@@ -14,6 +14,8 @@ namespace zephyra::delay_stereo_forward {
 
 /// The longest delay, in samples; longer times behave like this one.
 inline constexpr double kMaxDelay = 200000;
+/// Frames that a line holds; after as many of silence nothing in it is older.
+inline constexpr std::int64_t kLineFrames = 262144;
 /// One-pole coefficient: the share of the way to its target that a delay time goes per sample.
 inline constexpr double kTimeSmoothing = 0.00014247585682363153;
 /// The same of a feedback.
@@ -56,6 +58,10 @@ double getparameter(const CommonState* state, std::int32_t index) ZEPHYRA_NONBLO
 /// as 0. RENDER.
 std::int32_t perform(CommonState* state, const float* inL, const float* inR, float* outL,
                      float* outR, std::int32_t frames) ZEPHYRA_NONBLOCKING;
+
+/// Whether times and feedbacks have come to where they were set, so that no block moves them.
+/// RENDER.
+bool isSettled(const CommonState* state) ZEPHYRA_NONBLOCKING;
 
 /// Asks the processor for the memory that count frames of the next block will use, from frame
 /// `from` of it on: the lines are far larger than the caches near the processor, and what is asked

@@ -11,6 +11,7 @@
 #include "platform/threads/render_cycle.h"
 
 #include <atomic>
+#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -99,6 +100,16 @@ public:
     void GranularStreamProcessing(int frames,
                                   const AudioBufferList& outputList) ZEPHYRA_NONBLOCKING;
 
+    /// Whether a cycle in which no grain sounds would be silent, and would move nothing that is
+    /// heard later: each effect is off, or has come to rest and has nothing left in its lines.
+    /// RENDER.
+    bool effectsRest() const ZEPHYRA_NONBLOCKING;
+    /// Passes over frames in which nothing is heard: only the scan and the ring modulator's cosine
+    /// go on. RENDER.
+    void pass(int frames) ZEPHYRA_NONBLOCKING;
+    /// Whether grains are cut from sound. Any thread.
+    bool isCutFrom(const mokSample& sound) const noexcept { return sample.load() == &sound; }
+
     /// The effect modules; their parameters may be set on any thread. Never null.
     CommonState* echoModule() const noexcept { return echo; }
     CommonState* ringModulatorModule() const noexcept { return ringModulator; }
@@ -130,6 +141,10 @@ public:
     /// runs backwards. Any thread.
     float scanRegionStart() const noexcept { return scanStart; }
     float scanRegionSpan() const noexcept { return scanSpan; }
+    /// Seconds that a new grain lasts at most. Any thread.
+    double longestGrain() const noexcept {
+        return double{grainLength} * (1.0 + std::abs(double{rndLength}));
+    }
     /// The gain that new grains get. Any thread.
     float currentLevel() const noexcept { return level; }
     /// Voices that sound now. RENDER, or OFF.
@@ -156,6 +171,7 @@ private:
     Settings blockSettings() const ZEPHYRA_NONBLOCKING;
     GrainTables takeTables() ZEPHYRA_NONBLOCKING;
     void processBlock(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING;
+    void countQuiet(int frames, const float* left, const float* right) ZEPHYRA_NONBLOCKING;
     void applyEffects(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING;
     void scheduleGrains(int frames, const Settings& settings) ZEPHYRA_NONBLOCKING;
     float scanPosition(float phase, const Settings& settings) const ZEPHYRA_NONBLOCKING;
@@ -207,6 +223,7 @@ private:
     GrainMixer mixer_;
     GrainTrace* trace_ = nullptr;
     // Of the latest block, RENDER's own; the pointers are compared, never followed.
+    std::int64_t quietEchoes_ = 0; // how many of the echo's newest frames were nothing
     const mokSample* blockSample_ = nullptr;
     const mokWindow* blockWindow_ = nullptr;
     std::uint64_t blockSourceSize_ = 0;

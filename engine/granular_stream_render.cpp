@@ -4,6 +4,7 @@
 #include "effects/ring_modulator.h"
 #include "effects/stereo_echo.h"
 #include "engine/granular_stream.h"
+#include "platform/silence.h"
 #include "platform/threads/flush_denormals.h"
 
 #include <algorithm>
@@ -24,6 +25,8 @@ static_assert(kM2 == 282475249u && kM3 == 1622647863u && kM4 == 3095271137u);
 
 constexpr int kFetchShares = 20;   // a block's; fewer than grains that usually sound
 constexpr int kShortestFetch = 32; // frames, so that a call is worth it
+
+constexpr float kQuiet = 0x1p-26f; // -156 dB, far below the last bit of 24
 
 constexpr float kLargest = std::numeric_limits<float>::max();
 
@@ -244,12 +247,39 @@ void mokGranulatorSF::renderGrains(int frames, const GrainTables& tables) ZEPHYR
     sounded_ = sounded_ + soundedNow;
 }
 
+/// What enters a line is the output and less, so that after a line's length of quiet nothing above
+/// it is left, and no change of times or gains (below 1) brings it back.
+void mokGranulatorSF::countQuiet(int frames, const float* left,
+                                 const float* right) ZEPHYRA_NONBLOCKING {
+    const auto count = static_cast<std::uint32_t>(frames);
+    const bool isQuiet = isBelow(left, count, kQuiet) && isBelow(right, count, kQuiet);
+    quietEchoes_ = isQuiet ? quietEchoes_ + frames : 0;
+}
+
+bool mokGranulatorSF::effectsRest() const ZEPHYRA_NONBLOCKING {
+    if (echoOn && (quietEchoes_ < delay_stereo_forward::kLineFrames ||
+                   !delay_stereo_forward::isSettled(echo)))
+        return false;
+    return !ringOn || RM::isSettled(ringModulator);
+}
+
+void mokGranulatorSF::pass(int frames) ZEPHYRA_NONBLOCKING {
+    if (ringOn) RM::pass(ringModulator, frames);
+    if (!granularOn) return;
+    scanPhasor.pass(frames);
+    scanPhase = scanPhasor.latest();
+    nextScanPhase_ = scanPhasor.next();
+}
+
 void mokGranulatorSF::applyEffects(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING {
     const bool echoes = echoOn, rings = ringOn;
     std::int32_t error = kModuleNoError; // of the last effect, which writes to the output itself
-    if (echoes)
-        error = delay_stereo_forward::perform(echo, mixL, mixR, rings ? mixL : outL,
-                                              rings ? mixR : outR, frames);
+    if (echoes) {
+        float* const left = rings ? mixL : outL;
+        float* const right = rings ? mixR : outR;
+        error = delay_stereo_forward::perform(echo, mixL, mixR, left, right, frames);
+        countQuiet(frames, left, right);
+    }
     if (rings) error = RM::perform(ringModulator, mixL, mixR, outL, outR, frames);
     if ((echoes || rings) && error == kModuleNoError) return;
     std::copy_n(mixL, frames, outL);

@@ -36,9 +36,21 @@ void mokPhasor::setSampleRate(float rate) noexcept {
     setFrequency(frequency.load());
 }
 
-void mokPhasor::Processing(float* out, int count) ZEPHYRA_NONBLOCKING {
+void mokPhasor::takeJump() ZEPHYRA_NONBLOCKING {
     const double jump = pendingPhase.exchange(kNoJump);
     if (jump == jump) phase = jump; // NaN, no jump, differs from itself
+}
+
+void mokPhasor::pass(int count) ZEPHYRA_NONBLOCKING {
+    takeJump();
+    if (count < 1) return;
+    const double now = phase + double{increment} * count;
+    phase = now - std::floor(now);
+    lastOutput = static_cast<float>(phase) - increment;
+}
+
+void mokPhasor::Processing(float* out, int count) ZEPHYRA_NONBLOCKING {
+    takeJump();
     const float step = increment;
     double now = phase;
     bool wraps = false;

@@ -32,6 +32,9 @@ public:
     void startAnew() ZEPHYRA_NONBLOCKING {
         if (increment != 0.0f) phase = 0.0;
     }
+    /// The ramp goes on by count samples that nobody hears; where it then stands may differ in the
+    /// last bits from what Processing would have left. RENDER.
+    void pass(int count) ZEPHYRA_NONBLOCKING;
 
     /// Whether the last sample of the latest block wrapped. RENDER.
     bool hasWrapped() const ZEPHYRA_NONBLOCKING { return wrapped; }
@@ -45,6 +48,7 @@ public:
     float currentFrequency() const noexcept { return frequency; }
 
 private:
+    void takeJump() ZEPHYRA_NONBLOCKING;
     friend struct PhasorProbe; // tests read the fields
 
     bool wrapped = false;

@@ -32,7 +32,10 @@ AUParameterTree& connected(HostedInstance& system, PluginKind kind) {
 PluginInstance::PluginInstance(PluginKind kind, const HostedInstance::Prepare& prepare)
     : kind_(kind), system_(componentType(kind), orStandardFolders(prepare)),
       host_(*system_.unit, system_.instance), offline_(host_, system_.instance),
-      notes_(system_.stream()), gestures_(connected(system_, kind), system_.instance.runLoop),
+      channels_(kind == PluginKind::effect ? HostChannels::Passes::input
+                                           : HostChannels::Passes::silence),
+      tail_(system_), notes_(system_.stream()),
+      gestures_(connected(system_, kind), system_.instance.runLoop),
       driver_(system_.instance.runLoop, system_.instance.log) {
     Instance& instance = system_.instance;
     const RunLoop::Scope main(instance.runLoop);
@@ -68,6 +71,13 @@ Result<void> PluginInstance::prepare(const PluginSetup& setup) {
     if (status != audio_unit_status::noError)
         return Failure{"the audio unit does not start (" + std::to_string(status) +
                        "); memory may be short"};
+    tail_.setSampleRate(setup.sampleRate);
+    channels_.setBypass(bypassed_);
+    if (!channels_.start(setup.sampleRate, host_.setup().blockFrames)) {
+        host_.stop();
+        return Failure{"there is no memory for blocks of " +
+                       std::to_string(host_.setup().blockFrames) + " frames; free some"};
+    }
     system_.instance.runLoop.runPosted();
     return {};
 }

@@ -3,12 +3,14 @@
 
 #include "hosting/block_events.h"
 #include "hosting/gesture_relay.h"
+#include "hosting/host_channels.h"
 #include "hosting/hosted_instance.h"
 #include "hosting/instrument_notes.h"
 #include "hosting/offline_host.h"
 #include "hosting/plugin_block.h"
 #include "hosting/plugin_session.h"
 #include "hosting/plugin_settings.h"
+#include "hosting/plugin_tail.h"
 #include "hosting/unit_host.h"
 #include "platform/audio_unit/audio_unit_preset.h"
 #include "platform/text/result.h"
@@ -85,9 +87,9 @@ public:
     void setBypass(bool on) ZEPHYRA_NONBLOCKING { bypassed_ = on; }
     bool isBypassed() const ZEPHYRA_NONBLOCKING { return bypassed_; }
 
-    /// How long something may sound after the input and the notes have ended, in seconds; the echo
-    /// says. Any thread.
-    double tailSeconds() const;
+    /// How long something may sound after the input and the notes have ended, in seconds: see
+    /// PluginTail. Any thread.
+    double tailSeconds() const ZEPHYRA_NONBLOCKING { return tail_.seconds(); }
 
     // --- Parameters ---
 
@@ -161,6 +163,8 @@ private:
     OfflineHost offline_;
     BlockEvents events_;
     bool rendersOffline_ = false; // the block before; RENDER
+    HostChannels channels_;
+    PluginTail tail_;
     Relaxed<bool> bypassed_ = false;
     Relaxed<StartAnew> startAnew_ = StartAnew::inBounces; // the setting, for RENDER
     Relaxed<bool> modulationStarts_ = false;              // what RENDER asks of restart_

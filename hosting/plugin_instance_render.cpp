@@ -7,19 +7,6 @@
 
 namespace zephyra {
 
-namespace {
-
-const float* from(const float* samples, std::uint32_t frame) ZEPHYRA_NONBLOCKING {
-    return samples ? samples + frame : nullptr;
-}
-
-void silence(const PluginBlock& block) ZEPHYRA_NONBLOCKING {
-    for (float* const channel : block.output)
-        if (channel) std::fill_n(channel, block.frames, 0.0f);
-}
-
-} // namespace
-
 /// Of a host gone wild nothing is lost, it only acts too early.
 void PluginInstance::queue(std::uint32_t frame, const AURenderEvent& event) ZEPHYRA_NONBLOCKING {
     if (events_.add(frame, event)) return;
@@ -82,8 +69,9 @@ void PluginInstance::render(const PluginBlock& block) ZEPHYRA_NONBLOCKING {
     rendersOffline_ = false;
     if (!host_.isRunning()) {
         actUnprepared();
-        return silence(block);
+        return HostChannels::silence(block, 0, block.frames);
     }
+    channels_.setBypass(bypassed_);
     host_.time.follow(block.transport);
     if (host_.time.starts() && startsAnew(StartAnew::always)) startAnew();
     std::uint32_t begin = 0;
@@ -100,21 +88,20 @@ void PluginInstance::renderCycle(const PluginBlock& block, std::uint32_t begin,
                                  std::uint32_t end) ZEPHYRA_NONBLOCKING {
     const AURenderEvent* const due = events_.take(std::max(end, 1u)); // also of 0 frames
     pushMidi(due);
-    const OSStatus status =
-        host_.render({.frames = end - begin,
-                      .input = {from(block.input[0], begin), from(block.input[1], begin)},
-                      .output = {block.output[0] + begin, block.output[1] + begin}},
-                     due);
-    if (status == audio_unit_status::noError) return;
-    for (float* const channel : block.output) std::fill(channel + begin, channel + end, 0.0f);
+    const HostCycle cycle = channels_.open(block, begin, end);
+    const OSStatus status = host_.renderOrRest(cycle, due);
+    channels_.close(cycle);
+    if (status != audio_unit_status::noError) HostChannels::silence(block, begin, end);
 }
 
 void PluginInstance::renderOffline(const PluginBlock& block) {
     const GestureRelay::Deaf here(gestures_);
     if (!host_.isRunning()) {
         actUnprepared();
-        return silence(block);
+        return HostChannels::silence(block, 0, block.frames);
     }
+    if (!channels_.makeRoom(block.frames)) return HostChannels::silence(block, 0, block.frames);
+    channels_.setBypass(bypassed_);
     const bool goesOffline = !std::exchange(rendersOffline_, true);
     host_.time.follow(block.transport);
     if (goesOffline) offline_.goOffline();
@@ -134,18 +121,16 @@ void PluginInstance::renderOfflineBlock(const PluginBlock& block) {
                                event.parameter.rampDurationSampleFrames, frame);
     }
     events_.clear();
+    const HostCycle whole = channels_.open(block, 0, block.frames);
     const OSStatus status = offline_.render({.frames = block.frames,
-                                             .inputLeft = block.input[0],
-                                             .inputRight = block.input[1],
-                                             .left = block.output[0],
-                                             .right = block.output[1]});
-    if (status != audio_unit_status::noError) silence(block);
+                                             .inputLeft = whole.input[0],
+                                             .inputRight = whole.input[1],
+                                             .left = whole.output[0],
+                                             .right = whole.output[1]});
+    channels_.close(whole);
+    if (status != audio_unit_status::noError) HostChannels::silence(block, 0, block.frames);
     if (block.frames == 0) offline_.tellTime();
     for (const EventQueue::Entry& left : offline_.takeQueued()) events_.add(left.frame, left.event);
-}
-
-double PluginInstance::tailSeconds() const {
-    return 0.0;
 }
 
 } // namespace zephyra

@@ -52,7 +52,12 @@ public:
     /// on by it. RENDER.
     OSStatus render(const HostCycle& cycle, const AURenderEvent* events) ZEPHYRA_NONBLOCKING;
 
+    /// The same for a host in real time: where the input is silent and the unit rests, the output
+    /// is silence, and the unit hears of the music alone. Costs next to nothing then. RENDER.
+    OSStatus renderOrRest(const HostCycle& cycle, const AURenderEvent* events) ZEPHYRA_NONBLOCKING;
+
 private:
+    bool rests(const HostCycle& cycle) const ZEPHYRA_NONBLOCKING;
     bool musicalContext(AUMusicalContext& context) ZEPHYRA_NONBLOCKING override;
     bool transportState(AUTransportState& state) ZEPHYRA_NONBLOCKING override;
     OSStatus pullInput(std::uint32_t frames, std::int64_t bus,

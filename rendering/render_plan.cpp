@@ -1,10 +1,10 @@
 #include "rendering/render_plan.h"
 
 #include "audiounit/control_text.h"
+#include "effects/echo_tail.h"
 #include "library/bank_edits.h"
 #include "platform/audio_unit/midi_message.h"
 #include "platform/text/text_numbers.h"
-#include "rendering/echo_tail.h"
 #include "rendering/events/take_file.h"
 #include "rendering/render_seed.h"
 #include "stream/echo_sync.h"

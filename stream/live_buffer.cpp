@@ -276,17 +276,19 @@ void WaveForm::write(int frames, const float* in0, const float* in1) ZEPHYRA_NON
     const float gain = data_.normalizeGain;
     const bool jump = pendingReset_.exchange(false, std::memory_order_relaxed);
     std::uint64_t w = jump ? 0 : live.offset.load() % size;
-    std::uint64_t heard = live.heard;
+    std::uint64_t heard = live.heard, silent = jump ? 0 : live.silent;
     for (int n = 0; n < frames && live.ready; ++n) {
         // The second channel at half level: presets of live sounds are set up for this balance, and
         // two equal channels come only 3.5 dB above one.
         const float frame = in1 ? gain * (in0[n] + 0.5f * in1[n]) : in0[n] * gain;
-        const bool finite = frame - frame == 0.0f;
-        std::atomic_ref<float>(stored[w]).store(finite ? frame : 0.0f, std::memory_order_relaxed);
+        const float written = frame - frame == 0.0f ? frame : 0.0f; // what is not finite is not
+        std::atomic_ref<float>(stored[w]).store(written, std::memory_order_relaxed);
+        silent = written == 0.0f ? silent + 1 : 0;
         heard = std::max(heard, ++w);
         if (w == size) w = 0;
     }
     live.heard = heard;
+    live.silent = silent;
     live.offset = w;
 }
 

@@ -18,6 +18,10 @@ struct LiveSample : mokSample {
     /// Frames from the buffer's start up to the last one ever written: everything behind is silence
     /// that nobody played. Written by RENDER, read by any thread.
     Relaxed<std::uint64_t> heard = 0;
+    /// How many of the frames before the write index were written as 0, in a row and without a jump
+    /// of the index; from size on the whole buffer is silent. RENDER's own.
+    std::uint64_t silent = 0;
+    bool isSilent() const ZEPHYRA_NONBLOCKING { return silent >= size; }
 };
 
 /// The frames of live from index first on, wrapping at its end. The write index tells where old and

@@ -285,6 +285,7 @@ public:
 
 private:
     friend granular_data* getGranularData(MOK_SCRUB_GRANULATOR* controller) noexcept;
+    friend bool GranulatorRests(MOK_SCRUB_GRANULATOR* controller) ZEPHYRA_NONBLOCKING;
     friend void GranulatorProcessing(MOK_SCRUB_GRANULATOR* controller, int frames,
                                      const AudioBufferList* input,
                                      const AudioBufferList& output) ZEPHYRA_NONBLOCKING;
@@ -369,5 +370,14 @@ granular_data* getGranularData(MOK_SCRUB_GRANULATOR* controller) noexcept;
 void GranulatorProcessing(MOK_SCRUB_GRANULATOR* controller, int frames,
                           const AudioBufferList* input,
                           const AudioBufferList& output) ZEPHYRA_NONBLOCKING;
+
+/// Whether a cycle of silent input would be silent, and leave nothing behind that is heard later:
+/// no grain can sound, the effects have come to rest, and live input hears what it holds anyway.
+/// True for a null controller. RENDER.
+bool GranulatorRests(MOK_SCRUB_GRANULATOR* controller) ZEPHYRA_NONBLOCKING;
+
+/// Passes over a cycle of a stream that rests: the scan goes on, for those who watch it and for
+/// what follows. RENDER.
+void GranulatorPassing(MOK_SCRUB_GRANULATOR* controller, int frames) ZEPHYRA_NONBLOCKING;
 
 } // namespace zephyra

@@ -49,4 +49,23 @@ void GranulatorProcessing(MOK_SCRUB_GRANULATOR* controller, int frames,
     }
 }
 
+/// The grains that sound read what all grains read, so that nothing is heard of them either in a
+/// buffer that is silent. They stand still meanwhile with their place in it, and go on as if the
+/// silence had been shorter.
+bool GranulatorRests(MOK_SCRUB_GRANULATOR* controller) ZEPHYRA_NONBLOCKING {
+    if (!controller) return true;
+    const RenderCycle::Scope cycle(controller->cycle_);
+    const granular_data& stream = controller->data_;
+    const waveform_data& live = stream.waveform->data();
+    const LiveSample& heard = *live.mSample.load();
+    if (live.isLiveEnabled && !heard.isSilent()) return false;
+    if (stream.engine->granularOn && !(heard.isSilent() && stream.engine->isCutFrom(heard)))
+        return false;
+    return stream.engine->effectsRest();
+}
+
+void GranulatorPassing(MOK_SCRUB_GRANULATOR* controller, int frames) ZEPHYRA_NONBLOCKING {
+    if (controller) getGranularData(controller)->engine->pass(frames);
+}
+
 } // namespace zephyra

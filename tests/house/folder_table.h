@@ -42,7 +42,7 @@ inline const std::vector<FolderRow> kHouse = {
     {"audiounit", {"engine", "effects", "stream", "modulation", "controls", "library", "platform"}},
     {"main_view",
      {"audiounit", "library", "modulation", "stream", "controls", "engine", "effects", "platform"}},
-    {"hosting", {"audiounit", "main_view", "stream", "platform"}},
+    {"hosting", {"audiounit", "main_view", "stream", "engine", "effects", "platform"}},
     {"presets", {"main_view", "library", "stream", "controls", "engine", "platform"}},
     {"pictures", {"controls", "engine", "platform"}, ThirdParty::InSources},
     {"pictures/cairo",

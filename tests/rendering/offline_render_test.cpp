@@ -1,7 +1,7 @@
 // How a render begins and ends, and how long the echo is waited for.
 
+#include "effects/echo_tail.h"
 #include "engine/envelope_menu.h"
-#include "rendering/echo_tail.h"
 #include "rendering/offline_render.h"
 #include "rendering/output/output_file.h"
 #include "rendering/render_source.h"
