@@ -148,6 +148,15 @@ void SampleLoader::locate(const std::string& path) {
          }});
 }
 
+std::string SampleLoader::missing() const {
+    return missing_ && isStillMissing(missing_->named->path) ? missing_->named->path
+                                                             : std::string();
+}
+
+void SampleLoader::locateMissing(const std::filesystem::path& file) {
+    if (!missing().empty()) readFile(file, *missing_);
+}
+
 void SampleLoader::cancel() {
     missing_.reset();
     worker_.cancel();

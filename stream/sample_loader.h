@@ -38,6 +38,12 @@ public:
     /// nothing is found, so that the next state still has it.
     void loadReference(const SampleReference& reference, SoundUse use, Ended ended = {});
 
+    /// The path of the sound that a state named and that was not found, as long as no other was
+    /// asked for; empty when none is missing.
+    std::string missing() const;
+    /// Starts reading file in its place, as "Locate" does; nothing happens when none is missing.
+    void locateMissing(const std::filesystem::path& file);
+
     /// Drops what is being read, and forgets what is missing.
     void cancel();
 

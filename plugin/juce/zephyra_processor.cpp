@@ -106,6 +106,7 @@ int ZephyraProcessor::getCurrentProgram() {
 void ZephyraProcessor::setCurrentProgram(int number) {
     if (number < 0) return;
     plugin_.setProgram(static_cast<std::size_t>(number));
+    window.programChanged = true;
     news_.postAll();
 }
 

@@ -6,6 +6,8 @@
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
+#include <atomic>
+
 namespace zephyra {
 
 /// Threads: what is called between processBlocks is HOST, processBlock and processBlockBypassed are
@@ -42,6 +44,13 @@ public:
 
     void getStateInformation(juce::MemoryBlock& state) override;
     void setStateInformation(const void* state, int bytes) override;
+
+    /// What the next window begins with, as the last one left it. JUCE's message thread.
+    struct Window {
+        int width = 640, height = 720;
+        float zoom = 1.0f;
+        std::atomic<bool> programChanged = false; ///< set by any thread
+    } window;
 
 private:
     static BusesProperties buses(PluginKind kind);
