@@ -23,8 +23,8 @@ Result<std::string> openAsBank(PluginInstance& instance, const fs::path& file) {
     const std::string isThere = quotedBank(bank) + " is among your banks";
     {
         const RunLoop::Scope main(system.instance.runLoop);
-        system.instance.sharedFolder.post(shared_folder_notice::kBanks);
         if (!preset.empty()) system.view.presets.loadDefaultSnapshot_snapID(bank, preset);
+        system.instance.sharedFolder.post(shared_folder_notice::kBanks);
     }
     system.instance.runLoop.finishWork(); // or the preset would overtake what is opened next
     return preset.empty() ? isThere + "; it has no presets" : isThere;

@@ -1,0 +1,81 @@
+// ChildProgram: a program that runs beside a test, and is ended with it.
+#pragma once
+
+#include "tests/support/testing.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <iterator>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace zephyra {
+
+/// Waits in small steps until isSo() answers true; false when it does not within seconds.
+template <typename Condition>
+bool comesTrue(const Condition& isSo, double seconds = 20.0) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (!isSo()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return true;
+}
+
+class ChildProgram {
+public:
+    using Words = std::vector<std::string>;
+
+    /// words[0] is looked for along PATH; variables ("NAME=value", or "NAME" to unset) change its
+    /// environment. What it prints goes to log.
+    ChildProgram(const Words& words, const Words& variables, fs::path log) : log_(std::move(log)) {
+        std::vector<char*> arguments;
+        for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
+        arguments.push_back(nullptr);
+        if ((pid_ = ::fork()) != 0) return;
+        for (const std::string& variable : variables) {
+            const std::size_t sign = variable.find('=');
+            if (sign == std::string::npos)
+                ::unsetenv(variable.c_str());
+            else
+                ::setenv(variable.substr(0, sign).c_str(), variable.c_str() + sign + 1, 1);
+        }
+        const int file = ::open(log_.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+        ::dup2(file, STDOUT_FILENO);
+        ::dup2(file, STDERR_FILENO);
+        ::execvp(arguments[0], arguments.data());
+        ::_exit(127);
+    }
+    ChildProgram(const ChildProgram&) = delete;
+    ChildProgram& operator=(const ChildProgram&) = delete;
+    ~ChildProgram() { end(SIGKILL); }
+
+    std::string output() const {
+        std::ifstream file(log_);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    bool says(const std::string& text) const {
+        return comesTrue([&] { return output().find(text) != std::string::npos; });
+    }
+    bool runs() { return !code_ && ::waitpid(pid_, &status_, WNOHANG) == 0; }
+
+    /// Its exit code after signal (0 for none), or minus the signal that ended it.
+    int end(int signal) {
+        if (code_) return *code_;
+        if (signal) ::kill(pid_, signal);
+        ::waitpid(pid_, &status_, 0);
+        code_ = WIFEXITED(status_) ? WEXITSTATUS(status_) : -WTERMSIG(status_);
+        return *code_;
+    }
+
+private:
+    fs::path log_;
+    pid_t pid_ = -1;
+    int status_ = 0;
+    std::optional<int> code_;
+};
+
+} // namespace zephyra
