@@ -3,6 +3,13 @@ if(NOT CPACK_GENERATOR STREQUAL "DEB")
     return()
 endif()
 set(usr ${CPACK_TEMPORARY_DIRECTORY}/usr)
+# Beyond what CPack strips: what is only the compiler's name.
+file(GLOB_RECURSE libraries ${usr}/lib/*.so)
+file(GLOB programs ${usr}/bin/*)
+foreach(file ${programs} ${libraries})
+    execute_process(COMMAND strip --strip-unneeded --remove-section=.comment --remove-section=.note ${file}
+        COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
 file(MAKE_DIRECTORY ${usr}/share/doc/zephyra)
 file(COPY ${CPACK_ZEPHYRA_PACKAGING}/copyright ${CPACK_ZEPHYRA_PACKAGING}/changelog
     DESTINATION ${usr}/share/doc/zephyra

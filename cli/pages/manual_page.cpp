@@ -25,7 +25,7 @@ beside the program's
 .TP
 .B ZEPHYRA_MODULES
 Where the module for AAC is, instead of
-.IR lib/zephyra .
+.IR lib/zephyra/modules .
 .TP
 .B ZEPHYRA_CPU_LEVEL
 .BR baseline ,

@@ -23,7 +23,7 @@ std::vector<std::filesystem::path> moduleFolders() {
         folders.emplace_back(named);
     const std::filesystem::path own = programFolder();
     folders.push_back(own);
-    const auto installed = installedPlaces(own, "lib/zephyra", ZEPHYRA_BUILT_MODULES);
+    const auto installed = installedPlaces(own, "lib/zephyra/modules", ZEPHYRA_BUILT_MODULES);
     folders.insert(folders.end(), installed.begin(), installed.end());
     return folders;
 }
