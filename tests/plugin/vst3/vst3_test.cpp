@@ -1,0 +1,281 @@
+// The VST3 plug-ins as hosts and validators drive them: rates, blocks, values, states, programs.
+#include "hosting/plugin_parameters.h"
+#include "tests/cli/program.h"
+#include "tests/plugin/vst3/vst3_plugin.h"
+#include "tests/support/testing.h"
+
+namespace zephyra {
+namespace {
+
+using enum ControlId;
+
+constexpr PluginKind kKinds[] = {PluginKind::effect, PluginKind::instrument};
+constexpr int kCount = static_cast<int>(kParameterCount);
+
+juce::MidiBuffer midi(std::initializer_list<std::uint8_t> bytes, int frame = 0) {
+    juce::MidiBuffer buffer;
+    buffer.addEvent(juce::MidiMessage(std::data(bytes), static_cast<int>(bytes.size())), frame);
+    return buffer;
+}
+
+int idOf(ControlId id) {
+    return static_cast<int>(id);
+}
+
+/// Plays so many blocks; the largest value that came out.
+float played(Vst3Plugin& plugin, int blocks, int frames) {
+    float most = 0.0f;
+    for (int i = 0; i < blocks; ++i) {
+        plugin.play(frames);
+        most = std::max(most, plugin.peak());
+    }
+    return most;
+}
+
+std::vector<float> values(Vst3Plugin& plugin) {
+    pumpMessages(60);
+    std::vector<float> all;
+    for (int id = 0; id < kCount; ++id) all.push_back(plugin.parameter(id).getValue());
+    return all;
+}
+
+TEST(Vst3, SoundsAtEveryRateAndBlockLengthWithoutAValueThatIsNoSound) {
+    for (const PluginKind kind : kKinds) {
+        Vst3Plugin plugin(kind);
+        ASSERT_TRUE(plugin);
+        for (const double rate : {22050.0, 44100.0, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0})
+            for (const int frames : {16, 64, 99, 512, 1024, 4096}) {
+                SCOPED_TRACE(testing::Message() << rate << " Hz, " << frames);
+                plugin.start(rate, frames);
+                plugin.play(frames, midi({0x90, 60, 100}));
+                const int blocks = std::max(2, static_cast<int>(0.15 * rate) / frames);
+                const float most = played(plugin, blocks, frames);
+                EXPECT_GT(most, 0.001f);
+                EXPECT_LT(most, 4.0f);
+            }
+    }
+}
+
+TEST(Vst3, TakesBlocksOfAnyLengthAlsoZeroAndLongerOnesThanAnnounced) {
+    for (const PluginKind kind : kKinds) {
+        Vst3Plugin plugin(kind);
+        for (const bool offline : {false, true}) {
+            plugin.start(48000, 256, offline);
+            plugin.play(0, midi({0x90, 60, 100}));
+            float last = 0.0f;
+            for (const int frames : {1, 256, 5000, 0, 257, 8192, 7, 4096}) {
+                last = played(plugin, 1, frames);
+                EXPECT_LT(last, 4.0f) << frames;
+            }
+            EXPECT_GT(last, 0.001f);
+        }
+    }
+}
+
+TEST(Vst3, HasTheParametersByNumberWithNamesAndTextsBothWays) {
+    Vst3Plugin plugin(PluginKind::effect);
+    for (const PluginParameter& facts : pluginParameters()) {
+        const int id = idOf(facts.id);
+        auto& parameter = plugin.parameter(id);
+        auto* const hosted = dynamic_cast<juce::HostedAudioProcessorParameter*>(&parameter);
+        ASSERT_TRUE(hosted);
+        EXPECT_EQ(hosted->getParameterID(), juce::String(id));
+        EXPECT_EQ(parameter.getName(100).toStdString(), facts.name);
+        EXPECT_EQ(parameter.isAutomatable(), true);
+        for (const float value : {0.0f, 0.1f, 0.25f, 0.5f, 0.9f, 1.0f}) {
+            const auto text = parameter.getText(value, 100);
+            const std::string whole = parameterText(facts, linearFromNormalized(facts, value));
+            EXPECT_THAT(whole, StartsWith(text.toStdString()));
+            for (const auto& read : {text, juce::String(whole)})
+                EXPECT_EQ(parameter.getText(parameter.getValueForText(read), 100), text)
+                    << facts.name << ": " << read;
+        }
+    }
+}
+
+TEST(Vst3, KeepsAndRestoresAStateWhateverHappenedInBetween) {
+    for (const PluginKind kind : kKinds) {
+        Vst3Plugin plugin(kind);
+        std::mt19937 random(9);
+        const auto scramble = [&] {
+            for (int id = 0; id < kCount; ++id) // but for the buttons, which act
+                if (id < idOf(playStop))
+                    plugin.parameter(id).setValue(static_cast<float>(random() % 101) / 100.0f);
+            played(plugin, 8, 512);
+        };
+        plugin.start(48000, 512);
+        scramble();
+        const auto before = values(plugin);
+        const std::string kept = plugin.state();
+        juce::MemoryBlock whole;
+        plugin->getStateInformation(whole);
+        const auto restoredBy = [&](const std::string& how, const auto& restore) {
+            scramble();
+            EXPECT_NE(values(plugin), before);
+            restore();
+            played(plugin, 8, 512);
+            const auto after = values(plugin);
+            for (int id = 0; id < idOf(playStop); ++id)
+                EXPECT_NEAR(after[static_cast<std::size_t>(id)],
+                            before[static_cast<std::size_t>(id)], 2e-6)
+                    << how << ", parameter " << id;
+        };
+        restoredBy("bytes", [&] { plugin.setState(kept); });
+        restoredBy("host", [&] {
+            plugin->setStateInformation(whole.getData(), static_cast<int>(whole.getSize()));
+        });
+        const auto now = values(plugin);
+        for (const std::string& wrong :
+             {std::string("nonsense"), std::string(5000, '\xFF'), kept.substr(0, kept.size() / 2)})
+            plugin.setState(wrong);
+        played(plugin, 8, 512);
+        EXPECT_EQ(values(plugin), now);
+    }
+}
+
+TEST(Vst3, RefusesLayoutsOtherThanMonoAndStereoAndSoundsInThese) {
+    const auto mono = juce::AudioChannelSet::mono(), stereo = juce::AudioChannelSet::stereo(),
+               none = juce::AudioChannelSet::disabled(),
+               surround = juce::AudioChannelSet::create5point1();
+    const std::tuple<PluginKind, juce::AudioChannelSet, juce::AudioChannelSet, bool> rows[] = {
+        {PluginKind::effect, stereo, stereo, true},
+        {PluginKind::effect, mono, stereo, true},
+        {PluginKind::effect, mono, mono, true},
+        {PluginKind::effect, surround, surround, false},
+        {PluginKind::effect, stereo, surround, false},
+        {PluginKind::instrument, none, stereo, true},
+        {PluginKind::instrument, none, mono, true},
+        {PluginKind::instrument, none, surround, false}};
+    for (const auto& [kind, in, out, taken] : rows) {
+        SCOPED_TRACE(in.getDescription().toStdString() + " to " +
+                     out.getDescription().toStdString());
+        Vst3Plugin plugin(kind);
+        juce::AudioProcessor::BusesLayout layout;
+        if (kind == PluginKind::effect) layout.inputBuses.add(in);
+        layout.outputBuses.add(out);
+        EXPECT_EQ(plugin->setBusesLayout(layout), taken);
+        if (!taken) continue;
+        plugin.start(48000, 512);
+        juce::AudioBuffer<float> block(std::max(in.size(), out.size()), 512);
+        float most = 0.0f;
+        for (int i = 0; i < 60; ++i) {
+            for (int c = 0; c < block.getNumChannels(); ++c)
+                for (int n = 0; n < 512; ++n)
+                    block.setSample(c, n, 0.3f * std::sin(0.05f * static_cast<float>(n + 512 * i)));
+            auto notes = midi({0x90, 60, 100});
+            plugin->processBlock(block, notes);
+            for (int c = 0; c < out.size(); ++c)
+                most = std::max(most, block.getMagnitude(c, 0, 512));
+        }
+        EXPECT_GT(most, 0.01f);
+        EXPECT_LT(most, 4.0f);
+    }
+}
+
+TEST(Vst3, OffersTheFactorysPresetsAsPrograms) {
+    PluginInstance own(PluginKind::instrument);
+    Vst3Plugin plugin(PluginKind::instrument);
+    plugin.start(48000, 512);
+    const auto& programs = own.programs();
+    ASSERT_EQ(plugin->getNumPrograms(), static_cast<int>(programs.size()));
+    EXPECT_GE(programs.size(), 48u);
+    for (const std::size_t i : {std::size_t{1}, std::size_t{20}, programs.size() - 1}) {
+        const int number = static_cast<int>(i);
+        EXPECT_EQ(plugin->getProgramName(number).toStdString(), programs[i].name);
+        plugin->setCurrentProgram(number);
+        played(plugin, 4, 512);
+        own.setProgram(i);
+        const auto all = values(plugin);
+        for (const PluginParameter& facts : pluginParameters()) {
+            if (facts.isSwitch) continue;
+            const auto id = static_cast<std::size_t>(facts.id);
+            EXPECT_NEAR(all[id], normalizedFromLinear(facts, own.parameter(id)), 1e-5)
+                << programs[i].name << ": " << facts.name;
+        }
+    }
+}
+
+struct Vst3Learning : ProgramTest {};
+
+TEST_F(Vst3Learning, LetsControllersBendAndNotesThroughToWhatLearnedThem) {
+    writeWav(folder / "in.wav", tone(44100));
+    writeText(folder / "none.mid",
+              std::string("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\4\0\xFF\x2F\0", 26));
+    rendered("in.wav --seconds 1 --midi none.mid --save-state s --learn cc:74=Pitch "
+             "--learn bend=Width --learn pressure=Pan");
+    Vst3Plugin plugin(PluginKind::instrument);
+    plugin.start(48000, 512);
+    ASSERT_TRUE(plugin.setState(readText(folder / "s")));
+    const std::tuple<std::initializer_list<std::uint8_t>, ControlId, float> rows[] = {
+        {{0xB0, 74, 127}, pitch, 1.0f},  {{0xB0, 74, 0}, pitch, 0.0f},
+        {{0xE0, 127, 127}, width, 1.0f}, {{0xE0, 0, 0}, width, 0.0f},
+        {{0xD0, 127}, pan, 1.0f},        {{0xD0, 0}, pan, 0.0f}};
+    for (const auto& [bytes, id, wanted] : rows) {
+        plugin.play(512, midi(bytes, 100));
+        pumpMessages(60); // MAIN's clock is the machine's
+        played(plugin, 4, 512);
+        EXPECT_NEAR(values(plugin)[static_cast<std::size_t>(id)], wanted, 0.01f) << idOf(id);
+    }
+}
+
+TEST(Vst3, PassesTheInputOnWhileBypassedAndTellsItsTail) {
+    Vst3Plugin plugin(PluginKind::effect);
+    plugin.start(48000, 512);
+    played(plugin, 20, 512);
+    auto* const bypass = plugin->getBypassParameter();
+    ASSERT_TRUE(bypass);
+    bypass->setValue(1.0f);
+    played(plugin, 100, 512); // its fade
+    std::vector<float> in[2] = {std::vector<float>(512, 0.25f), std::vector<float>(512, -0.125f)};
+    const auto sent = in[0];
+    juce::MidiBuffer none;
+    plugin.play(in[0].data(), in[1].data(), 512, none);
+    EXPECT_EQ(in[0], sent);
+    EXPECT_EQ(in[1], std::vector<float>(512, -0.125f));
+    bypass->setValue(0.0f);
+    EXPECT_EQ(plugin->getLatencySamples(), 0);
+    plugin.parameter(idOf(echoSwitch)).setValue(0.0f);
+    played(plugin, 4, 512);
+    pumpMessages(60);
+    const double dry = plugin->getTailLengthSeconds();
+    plugin.parameter(idOf(echoSwitch)).setValue(1.0f);
+    plugin.parameter(idOf(leftGain)).setValue(0.9f);
+    played(plugin, 4, 512);
+    pumpMessages(60);
+    EXPECT_GT(plugin->getTailLengthSeconds(), dry + 1.0);
+}
+
+TEST(Vst3, MakesASecondBounceTheFirstAndPlaysOnLiveInBetween) {
+    for (const PluginKind kind : kKinds) {
+        Vst3Plugin plugin(kind);
+        plugin.start(48000, 512);
+        plugin.play(512, midi({0x90, 60, 100}));
+        EXPECT_GT(played(plugin, 30, 512), 0.001f);
+        const auto bounce = [&] {
+            plugin->setNonRealtime(true);
+            std::vector<float> sound, left(512), right(512);
+            plugin.transport = {
+                .tempo = 120, .numerator = 4, .denominator = 4, .beats = 0, .moving = true};
+            for (int i = 0; i < 80; ++i) {
+                for (int n = 0; n < 512; ++n)
+                    left[static_cast<std::size_t>(n)] = right[static_cast<std::size_t>(n)] =
+                        0.3f * std::sin(0.03f * static_cast<float>(n + i * 512));
+                auto notes = i == 2 ? midi({0x90, 64, 100}) : juce::MidiBuffer();
+                plugin.play(left.data(), right.data(), 512, notes);
+                plugin.transport.beats = *plugin.transport.beats + 512.0 / 24000;
+                sound.insert(sound.end(), left.begin(), left.end());
+                sound.insert(sound.end(), right.begin(), right.end());
+            }
+            plugin.transport.moving = false;
+            plugin->setNonRealtime(false);
+            return sound;
+        };
+        const auto first = bounce();
+        EXPECT_GT(*std::max_element(first.begin(), first.end()), 0.01f);
+        EXPECT_LT(played(plugin, 37, 300), 4.0f);
+        EXPECT_EQ(first == bounce(), true) << static_cast<int>(kind);
+    }
+}
+
+} // namespace
+} // namespace zephyra
