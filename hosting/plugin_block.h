@@ -16,11 +16,11 @@ struct PluginSetup {
 /// What the host tells of the music at a block's first frame. What is not there is no news: the
 /// last value holds, and the position goes on with the tempo.
 struct PluginTransport {
-    std::optional<double> tempo;       ///< beats per minute
-    std::optional<double> numerator;   ///< of the meter; a bar is 4 · numerator / denominator
-    std::optional<double> denominator; ///< quarters long
-    std::optional<double> beats;       ///< in quarters; below 0 in a pre-roll
-    std::optional<bool> moving;        ///< whether the transport rolls
+    std::optional<double> tempo = {};       ///< beats per minute
+    std::optional<double> numerator = {};   ///< of the meter; a bar is 4 · numerator / denominator
+    std::optional<double> denominator = {}; ///< quarters long
+    std::optional<double> beats = {};       ///< in quarters; below 0 in a pre-roll
+    std::optional<bool> moving = {};        ///< whether the transport rolls
 };
 
 /// One block of sound. Input and output may be the same memory.
