@@ -1,0 +1,80 @@
+// What a plug-in's host tells of the music, and what the unit hears where it does not.
+
+#include "hosting/host_time.h"
+#include "tests/support/testing.h"
+
+#include <cmath>
+
+namespace zephyra {
+namespace {
+
+using Told = PluginTransport;
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+constexpr std::uint32_t kBlock = 11025; // an eighth at 120 beats per minute: half a quarter
+
+/// "p" per block: the position, "m" while it moves, "!" for a jump, "-" for no context.
+std::string heard(std::initializer_list<Told> blocks) {
+    HostTime time;
+    time.start(44100);
+    std::string all;
+    for (const Told& told : blocks) {
+        time.follow(told);
+        AUMusicalContext context;
+        AUTransportState state;
+        const bool tells = time.musicalContext(context);
+        if (tells)
+            all += std::to_string(std::lround(context.currentBeatPosition * 100));
+        else
+            all += "-";
+        if (time.transportState(state)) {
+            if (state.flags & transport_flag::moving) all += "m";
+            if (state.flags & transport_flag::jumped) all += "!";
+        }
+        all += " ";
+        time.goOn(kBlock);
+    }
+    return all;
+}
+
+TEST(HostTime, KeepsUpWhatAHostDoesNotTell) {
+    const Told nothing, tempo{.tempo = 120.0}, moves{.moving = true}, stops{.moving = false};
+    const auto at = [](double beats) { return Told{.tempo = 120.0, .beats = beats}; };
+    const auto rolls = [](double beats) { return Told{.beats = beats, .moving = true}; };
+    const struct {
+        std::initializer_list<Told> blocks;
+        const char* heard;
+    } rows[] = {
+        {{nothing, nothing}, "- - "},
+        {{Told{.tempo = kNone, .numerator = 0.0, .beats = HUGE_VAL}, nothing}, "- - "},
+        {{tempo, nothing, nothing}, "0 50 100 "},
+        {{moves, nothing, stops, nothing, moves, nothing}, "0m 50m 100 100 100m 150m "},
+        {{rolls(3.5), nothing, tempo, nothing}, "350m 400m 450m 500m "},
+        {{rolls(-0.5), rolls(0.0), rolls(0.5)}, "-50m 0m 50m "},
+        // Its transport does what the positions do.
+        {{at(2), at(2.5), at(2.5), at(2.5), at(3)}, "200m 250m 250 250 300m "},
+        {{rolls(2), Told{.tempo = kNone, .beats = kNone}, nothing}, "200m 250m 300m "},
+        {{rolls(2), Told{.tempo = 240.0}, nothing, Told{.tempo = -1.0}}, "200m 250m 350m 450m "},
+        {{rolls(4), rolls(4.5), rolls(4), rolls(4.5)}, "400m 450m 400m! 450m "},
+        {{rolls(4), rolls(4.4), rolls(4.9), rolls(16)}, "400m 440m 490m 1600m! "},
+        // What a host rounds: in floats, and in ticks of a quarter's 480th.
+        {{rolls(3.5), rolls(4.0000004), rolls(4.4999997)}, "350m 400m 450m "},
+        {{rolls(1.0 / 480), rolls(0.5)}, "0m 50m "},
+    };
+    for (const auto& row : rows) EXPECT_EQ(heard(row.blocks), row.heard);
+}
+
+TEST(HostTime, BeginsABarWhereTheHostsRoundingWouldMissIt) {
+    HostTime time;
+    time.start(44100);
+    AUMusicalContext context;
+    for (const double beats : {3.9999999, 3.5, 7.99999}) {
+        time.follow({.beats = beats, .moving = true});
+        time.musicalContext(context);
+        EXPECT_EQ(context.currentBeatPosition, beats == 3.9999999 ? 4.0 : beats);
+    }
+    EXPECT_EQ(context.currentTempo, 120.0);
+    EXPECT_EQ(context.timeSignatureNumerator, 4.0);
+}
+
+} // namespace
+} // namespace zephyra
