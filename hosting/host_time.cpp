@@ -47,7 +47,6 @@ void HostTime::follow(const PluginTransport& news) ZEPHYRA_NONBLOCKING {
     const bool hears = followMusic(news);
     const bool placed = news.beats && std::isfinite(*news.beats);
     if (!hears && !placed && !news.moving) return;
-    reportsContext_ = true;
     if (!std::isfinite(context_.currentTempo)) setTempo(kUsualTempo);
     if (!std::isfinite(context_.timeSignatureNumerator)) setMeter(4);
     transportTold_ |= news.moving.has_value();
@@ -55,6 +54,7 @@ void HostTime::follow(const PluginTransport& news) ZEPHYRA_NONBLOCKING {
     if (!transportTold_ && !placed && std::isnan(toldBeats_) && !moving_) setTransport(true);
     if (placed) followPosition(*news.beats);
     if (news.moving && *news.moving != moving_) setTransport(*news.moving);
+    reportsContext_ = true;
 }
 
 /// Whether there was anything.
@@ -81,7 +81,7 @@ void HostTime::followPosition(double beats) ZEPHYRA_NONBLOCKING {
     toldAt_ = rendered_;
     const double leap = beats - beats_;
     if (std::fabs(leap) < halfFrame) return;
-    jumped_ = !holds && (leap < -kLeastJumpBack || leap > kLeastJumpOn);
+    jumped_ = reportsContext_ && !holds && (leap < -kLeastJumpBack || leap > kLeastJumpOn);
     setBeatPosition(beats);
 }
 

@@ -31,6 +31,14 @@ bool InstrumentNotes::restored(StateOrder::Number asked) {
     return true;
 }
 
+void InstrumentNotes::startAnew() {
+    if (!bounced_) return;
+    bounced_ = false;
+    held_ = {};
+    wish_ = Wish::none;
+    if (!standsBy() && begun_ == stream_.starts()) stream_.stopAtOnce();
+}
+
 void InstrumentNotes::wish(Wish wished) {
     wish_ = wished;
     settle();
@@ -44,6 +52,7 @@ void InstrumentNotes::settle() {
     case Wish::start:
         if (stream_.controls.syncSampler.isOn() || !standsBy()) return;
         begun_ = stream_.starts() + 1;
+        bounced_ = stream_.instance().runLoop.clock() == RunLoop::Clock::sample;
         stream_.ui_playStop();
         return;
     case Wish::fade:

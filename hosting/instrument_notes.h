@@ -26,6 +26,10 @@ public:
     /// A state of that number was restored. Whether a note that is newer is still held.
     bool restored(StateOrder::Number asked);
 
+    /// A bounce begins: what notes of another one began has stopped, and no key is down then. What
+    /// they began in real time goes on. On the sample clock, OFF.
+    void startAnew();
+
 private:
     enum class Wish { none, start, fade, silence };
 
@@ -38,6 +42,7 @@ private:
     HeldNotes held_;
     Wish wish_ = Wish::none;
     std::uint64_t begun_ = 0;         // the stream's start that was the notes'; 0 for none
+    bool bounced_ = false;            // on the sample clock
     StateOrder::Number newest_ = 0;   // of the last note-on
     StateOrder::Number restored_ = 0; // the newest state
     std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true); // posted steps look at it

@@ -40,10 +40,10 @@ void OfflineHost::useSampleClock() {
 }
 
 void OfflineHost::goOffline() {
+    settle(); // what came before is none of the stretch's
     useSampleClock();
     events_.clear();
     renderSeconds_ = 0.0;
-    settle();
     beginStretch();
 }
 

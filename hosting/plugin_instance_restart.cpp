@@ -31,6 +31,7 @@ void PluginInstance::startAnewOffline() {
         const bool hostMoves = time.reportsTransport() && time.isMoving();
         // The host's start is what starts such a stream, as it did the first time.
         if (hostMoves && stream.controls.syncSampler.isOn()) stream.stopAtOnce();
+        notes_.startAnew();
         system_.unit->startAnew(hostMoves);
         system_.view.startAnew(time.reportsContext() ? HostBars::come : HostBars::doNotCome);
     }

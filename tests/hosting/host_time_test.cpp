@@ -52,10 +52,11 @@ TEST(HostTime, KeepsUpWhatAHostDoesNotTell) {
         {{rolls(-0.5), rolls(0.0), rolls(0.5)}, "-50m 0m 50m "},
         // Its transport does what the positions do.
         {{at(2), at(2.5), at(2.5), at(2.5), at(3)}, "200m 250m 250 250 300m "},
+        {{tempo, at(16)}, "0 1600m! "},
         {{rolls(2), Told{.tempo = kNone, .beats = kNone}, nothing}, "200m 250m 300m "},
         {{rolls(2), Told{.tempo = 240.0}, nothing, Told{.tempo = -1.0}}, "200m 250m 350m 450m "},
         {{rolls(4), rolls(4.5), rolls(4), rolls(4.5)}, "400m 450m 400m! 450m "},
-        {{rolls(4), rolls(4.4), rolls(4.9), rolls(16)}, "400m 440m 490m 1600m! "},
+        {{rolls(4), rolls(4.49), rolls(4.98), rolls(16)}, "400m 449m 498m 1600m! "},
         // What a host rounds: in floats, and in ticks of a quarter's 480th.
         {{rolls(3.5), rolls(4.0000004), rolls(4.4999997)}, "350m 400m 450m "},
         {{rolls(1.0 / 480), rolls(0.5)}, "0m 50m "},
@@ -67,7 +68,7 @@ TEST(HostTime, BeginsABarWhereTheHostsRoundingWouldMissIt) {
     HostTime time;
     time.start(44100);
     AUMusicalContext context;
-    for (const double beats : {3.9999999, 3.5, 7.99999}) {
+    for (const double beats : {3.9999999, 3.5, 7.9999}) {
         time.follow({.beats = beats, .moving = true});
         time.musicalContext(context);
         EXPECT_EQ(context.currentBeatPosition, beats == 3.9999999 ? 4.0 : beats);

@@ -76,11 +76,13 @@ TEST_F(Blocks, LoseNothingOfAHostGoneWild) {
     for (const bool offline : {false, true}) {
         for (int n = 0; n < 3000; ++n) plugin.queueMidi(low, 3, 10);
         for (int n = 0; n < 3000; ++n)
-            plugin.queueParameter(static_cast<AUParameterAddress>(density), 0.3f + 1e-4f * n, 20);
+            plugin.queueParameter(static_cast<AUParameterAddress>(density),
+                                  0.3f + 1e-4f * static_cast<float>(n), 20);
         plugin.queueMidi(high, 3, 30);
         block(64, offline);
         EXPECT_TRUE(pitchComes(12.0f));
-        EXPECT_EQ(plugin.parameter(static_cast<AUParameterAddress>(density)), 0.3f + 1e-4f * 2999);
+        EXPECT_EQ(plugin.parameter(static_cast<AUParameterAddress>(density)),
+                  0.3f + 1e-4f * 2999.0f);
         EXPECT_EQ(plugin.system().unit->lostNotices() + plugin.system().inlet.replaced(), 0u);
         plugin.setParameter(kPitch, 0.0f);
     }

@@ -51,8 +51,7 @@ std::vector<float> reference(bool live) {
         heard.resize(heard.size() + std::size_t{2} * frames);
         float* const right = heard.data() + heard.size() - frames;
         const float* const in = input->getPtr() + done;
-        EXPECT_EQ(host.render({frames, in, in, right - frames, right}),
-                  audio_unit_status::noError);
+        EXPECT_EQ(host.render({frames, in, in, right - frames, right}), audio_unit_status::noError);
         done += frames;
     }
     host.stop();
@@ -92,6 +91,49 @@ TEST(PluginBounce, IsWhatACommandRendersAndRepeatsAfterRealTime) {
                         static_cast<std::uint32_t>(round)); // the echo rings, LFO and take go on
             EXPECT_EQ(firstDifference(bounce(), wanted), "") << round;
         }
+    }
+}
+
+TEST(PluginBounce, OfAnInstrumentBeginsWithItsNotes) {
+    PluginPlayer player(PluginKind::instrument);
+    ASSERT_TRUE(player.plugin.prepare({44100, 256}));
+    PluginPlayer::arrange(player.plugin.system());
+    const auto bounce = [&] {
+        return player.play(30000, true, kMusic, [&](int block) {
+            const std::uint8_t on[] = {0x90, 67, 100}; // held to the end
+            if (block == 20) player.plugin.queueMidi(on, 3, 5);
+        });
+    };
+    const std::vector<float> first = bounce();
+    EXPECT_EQ(first[100], 0.0f);
+    EXPECT_GT(peak(first), 0.01f);
+    player.play(5000, true, {.moving = false});
+    EXPECT_EQ(firstDifference(bounce(), first), "");
+}
+
+/// The generator's state.
+std::uint32_t afterOneGrain(std::uint32_t seed) {
+    for (int drawn = 0; drawn < 5; ++drawn) seed *= 16807;
+    return seed;
+}
+
+TEST(PluginBounce, BeginsWhereItsSettingSays) {
+    // Offline, transport starts between two stretches; in real time, the generator alone is heard.
+    for (const StartAnew when : {StartAnew::inBounces, StartAnew::always, StartAnew::never}) {
+        PluginPlayer player;
+        ASSERT_TRUE(player.plugin.prepare({44100, 256}));
+        PluginPlayer::arrange(player.plugin.system());
+        player.plugin.setSettings({.startAnew = when});
+        const auto bounce = [&](bool offline) {
+            player.play(5000, offline, {.moving = false});
+            return player.play(20000, offline, kMusic);
+        };
+        const std::vector<float> first = bounce(true);
+        EXPECT_EQ(bounce(true) == first, when != StartAnew::never);
+        const mokGranulatorSF& engine = player.plugin.system().stream().engine();
+        player.play(5000, false, {.moving = false});
+        player.play(1, false, {.moving = true});
+        EXPECT_EQ(engine.currentRandomSeed() == afterOneGrain(7), when == StartAnew::always);
     }
 }
 

@@ -60,8 +60,8 @@ struct PluginPlayer : HeardLog {
             heard.resize(heard.size() + 2 * size);
             float* const right = heard.data() + heard.size() - size;
             const float* const in = input->getPtr() + done;
-            const PluginBlock sent{static_cast<std::uint32_t>(block), {in, in},
-                                   {right - size, right}, transport};
+            const PluginBlock sent{
+                static_cast<std::uint32_t>(block), {in, in}, {right - size, right}, transport};
             if (offline)
                 plugin.renderOffline(sent);
             else
