@@ -1,4 +1,4 @@
-// playHands, playRenderCycles, tryRestoring: arbitrary bytes as what comes at a whole system.
+// playHands, playRenderCycles, tryPluginState, tryRestoring: arbitrary bytes as what comes at a whole system.
 #pragma once
 
 #include <cstddef>
@@ -21,6 +21,11 @@ std::string playHands(std::span<const std::byte> bytes);
 /// that is not finite, a frame written that nobody asked for, or a notice lost. The first byte is
 /// the component's type.
 std::string playRenderCycles(std::span<const std::byte> bytes);
+
+/// Hands bytes to a plug-in's instance as its state, plays a little, and hands it its own state
+/// twice. Wrong are a refusal of several lines or one that changes something, a sample that is not
+/// finite, or its own state refused. The last byte chooses the kind.
+std::string tryPluginState(std::span<const std::byte> bytes);
 
 /// Restores the dictionary that bytes hold (nothing happens when they hold none), renders a little
 /// while MIDI and tilt come in, saves, restores and saves again. Wrong are a sample that is not

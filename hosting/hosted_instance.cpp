@@ -29,7 +29,7 @@ Instance& HostedInstance::prepared(const Prepare& prepare) {
 HostedInstance::HostedInstance(FourCharCode type, const Prepare& prepare)
     : unit(makeUnit(type, prepared(prepare))), view(instance),
       inlet(instance, [this](const MidiMessage& message) {
-          if (!view.receiveMidi(message) && played) played(message);
+          if (!view.receiveMidi(message) && unbound) unbound(message);
       }) {}
 
 } // namespace zephyra

@@ -40,7 +40,7 @@ public:
     std::unique_ptr<MyAudioUnit> unit; ///< outlives the view that is connected, or lets go of it
     AudioUnitViewController view;
     /// Hears of the inlet's MIDI what nothing is bound to; may be empty. MAIN.
-    MidiInlet::Handler played;
+    MidiInlet::Handler unbound;
     MidiInlet inlet; ///< hands MIDI to the view, once a host pushes into it
 
 private:

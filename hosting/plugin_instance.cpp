@@ -47,7 +47,7 @@ PluginInstance::PluginInstance(PluginKind kind, const HostedInstance::Prepare& p
     });
     offline_.setMidiInlet(&system_.inlet);
     if (isInstrument())
-        system_.played = [this](const MidiMessage& message) { notes_.take(message); };
+        system_.unbound = [this](const MidiMessage& message) { notes_.take(message); };
     choose(session_);
     instance.runLoop.runPosted(); // what a fresh component begins with
     if (kind_ == PluginKind::effect) system_.stream().setDisplayed(ControlId::playStop, 1.0f);

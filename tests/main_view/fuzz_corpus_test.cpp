@@ -1,4 +1,4 @@
-// Every kept input of the three fuzzers of the whole system, whose names say what happens in them.
+// Every kept input of the four fuzzers of the whole system, whose names say what happens in them.
 
 #include "fuzz/system_attacks.h"
 #include "tests/support/testing.h"
@@ -19,6 +19,10 @@ int playAll(std::string (*play)(std::span<const std::byte>), const std::string& 
 
 TEST(RenderCycleCorpus, AnswersEveryCycleAsItMustAndKeepsTheRenderPromise) {
     EXPECT_GE(playAll(playRenderCycles, "render_cycle"), 19);
+}
+
+TEST(PluginStateCorpus, IsTakenOrRefusedInOneLineAndPlays) {
+    EXPECT_GE(playAll(tryPluginState, "plugin_state"), 10);
 }
 
 TEST(RestoreStateCorpus, RendersFiniteSoundAndStaysTheSame) {
