@@ -6,6 +6,7 @@
 // medians of the rounds', so that a busy machine disturbs them little. No events.
 
 #include "bench/bench_work.h"
+#include "bench/median.h"
 #include "bench/thread_time.h"
 #include "tests/support/fake_host.h"
 
@@ -49,15 +50,6 @@ struct BenchUnit final : FakeHost {
     }
 };
 
-/// Median of a round's time here over its time there, minus 1, in percent.
-double percentOver(const std::vector<double>& here, const std::vector<double>& there) {
-    std::vector<double> ratios;
-    for (std::size_t i = 0; i < here.size(); ++i) ratios.push_back(here[i] / there[i]);
-    const auto middle = ratios.begin() + static_cast<std::ptrdiff_t>(ratios.size() / 2);
-    std::nth_element(ratios.begin(), middle, ratios.end());
-    return 100.0 * (*middle - 1.0);
-}
-
 void compare(const BenchWork& work, FourCharCode type, const char* name, int block, double must) {
     BenchUnit unit(work, type);
     std::array<std::vector<double>, 2> times; // of the engine, of the cycle
@@ -70,7 +62,7 @@ void compare(const BenchWork& work, FourCharCode type, const char* name, int blo
                 unit.render(kFrames, block);
             times[turn].push_back(threadNanoseconds() - before);
         }
-    const double over = percentOver(times[1], times[0]);
+    const double over = 100.0 * (medianRatio(times[1], times[0]) - 1.0);
     const double nanoseconds = *std::min_element(times[0].begin(), times[0].end());
     std::printf(
         "%-10s cycle over its engine's %6.0f ns a block at %-4d %6.2f%%   must %5.1f   %s\n", name,
