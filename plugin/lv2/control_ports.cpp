@@ -4,10 +4,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <utility>
 
 namespace zephyra {
 
 namespace {
+
+constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
 
 /// Hosts write values into their sessions with eight decimals.
 bool isSame(float one, float other) ZEPHYRA_NONBLOCKING {
@@ -17,10 +21,11 @@ bool isSame(float one, float other) ZEPHYRA_NONBLOCKING {
 
 } // namespace
 
-ControlPorts::ControlPorts(const PluginInstance& fresh, double sampleRate)
+ControlPorts::ControlPorts(PluginKind kind, double sampleRate)
     : framesAfterRestore_(static_cast<std::uint64_t>(kSecondsAfterRestore * sampleRate)) {
+    saved_.fill(kNone);
     for (std::size_t i = 0; i < kParameterCount; ++i)
-        values_[i] = portValue(pluginParameters()[i], fresh.parameter(i));
+        values_[i] = portDefault(kind, pluginParameters()[i]);
 }
 
 void ControlPorts::takeChanges(PluginInstance& instance, std::uint32_t frames) ZEPHYRA_NONBLOCKING {
@@ -29,14 +34,13 @@ void ControlPorts::takeChanges(PluginInstance& instance, std::uint32_t frames) Z
         const float value = ports_[i] ? *ports_[i] : values_[i].load();
         if (value == values_[i] || !std::isfinite(value)) continue;
         values_[i] = value;
-        if (!isSaved(i, value))
+        // Only the first value after a restore may be the host's copy of what was saved.
+        if (!isSame(value, std::exchange(saved_[i], kNone)))
             instance.queueParameter(i, linearFromPort(pluginParameters()[i], value));
     }
+    if (framesLeft_ == 0) return;
     framesLeft_ -= std::min<std::uint64_t>(framesLeft_, frames);
-}
-
-bool ControlPorts::isSaved(std::size_t address, float value) const ZEPHYRA_NONBLOCKING {
-    return framesLeft_ > 0 && isSame(value, saved_[address]);
+    if (framesLeft_ == 0) saved_.fill(kNone);
 }
 
 /// False while another thread is at it: the next block will know.

@@ -24,8 +24,8 @@ public:
 
     static constexpr double kSecondsAfterRestore = 0.5; ///< of sound, that are right after it
 
-    /// fresh: an instance that nothing has been done to. sampleRate in Hz.
-    ControlPorts(const PluginInstance& fresh, double sampleRate);
+    /// sampleRate in Hz.
+    ControlPorts(PluginKind kind, double sampleRate);
 
     /// OFF for RENDER: a host connects between two runs. Null for nowhere.
     void connect(std::size_t address, const float* value) { ports_[address] = value; }
@@ -40,15 +40,14 @@ public:
 
 private:
     bool takeRestored() ZEPHYRA_NONBLOCKING;
-    bool isSaved(std::size_t address, float value) const ZEPHYRA_NONBLOCKING;
 
     std::array<const float*, kParameterCount> ports_{};
     std::array<Relaxed<float>, kParameterCount> values_{}; // set by RENDER
     std::array<Relaxed<float>, kParameterCount> restored_{};
     std::atomic<bool> wasRestored_ = false; // restored_ is new
-    Values saved_{};                        // what RENDER knows of restored_
+    Values saved_;                          // what RENDER knows of it; NaN: acts like any other
     const std::uint64_t framesAfterRestore_;
-    std::uint64_t framesLeft_ = 0; // in which saved_ counts
+    std::uint64_t framesLeft_ = 0; // until saved_ counts no more
 };
 
 } // namespace zephyra

@@ -28,7 +28,7 @@ struct PortVector {
 
 Lv2Plugin::Lv2Plugin(PluginKind kind, double sampleRate, const HostFeatures& features)
     : uris_(*features.map), sampleRate_(sampleRate), mostFrames_(mostFrames(features, uris_)),
-      instance_(kind), controls_(instance_, sampleRate), transport_(sampleRate) {
+      instance_(kind), controls_(kind, sampleRate), transport_(sampleRate) {
     if (features.log)
         instance_.system().instance.log.setSink([log = features.log,
                                                  type = uris_.logNote](std::string_view line) {

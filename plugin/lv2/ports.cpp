@@ -4,6 +4,15 @@
 
 namespace zephyra {
 
+float portDefault(PluginKind kind, const PluginParameter& parameter) noexcept {
+    if (kind == PluginKind::effect) {
+        // It plays what it hears, where it hears it.
+        if (parameter.id == ControlId::live || parameter.id == ControlId::playStop) return 1.0f;
+        if (parameter.id == ControlId::scanning) return 0.0f;
+    }
+    return parameter.defaultValue;
+}
+
 float portValue(const PluginParameter& parameter, float linear) {
     const auto isIt = [&](float value) { return linearFromPort(parameter, value) == linear; };
     if (isIt(parameter.defaultValue)) return parameter.defaultValue;

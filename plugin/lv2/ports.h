@@ -35,6 +35,10 @@ inline constexpr std::uint32_t kLv2EventBytes = 16384;
 inline constexpr const char* kLv2StateUri = "urn:zephyra:state";
 inline constexpr const char* kLv2PortsUri = "urn:zephyra:ports";
 
+/// What a parameter's port of a fresh instance stands at; of the scan's place, which moves by
+/// itself, it says nothing. Any thread.
+float portDefault(PluginKind kind, const PluginParameter& parameter) noexcept;
+
 /// The value of a parameter's port, which is displayed, for a linear one: of the displayed values
 /// that mean it the shortest. Any thread but RENDER.
 float portValue(const PluginParameter& parameter, float linear);

@@ -82,14 +82,13 @@ void addSwitch(TurtleNode& node, const char* off, const char* on) {
     node.add("lv2:scalePoint", scalePoint(off, 0.0f)).add("lv2:scalePoint", scalePoint(on, 1.0f));
 }
 
-TurtleNode parameterPort(const PluginParameter& parameter, const PluginInstance& fresh) {
+TurtleNode parameterPort(PluginKind kind, const PluginParameter& parameter) {
     const auto address = static_cast<std::uint32_t>(parameter.id);
     TurtleNode node = port(kControlInput, address, parameter.symbol, parameter.name);
     node.add("lv2:shortName", turtleText(parameter.shortName))
         .add("rdfs:comment", turtleText(parameter.meaning))
-        .add("pg:group", groupUri(fresh.kind(), parameter.group->symbol));
-    addRange(node, parameter.minimum, parameter.maximum,
-             portValue(parameter, fresh.parameter(address)));
+        .add("pg:group", groupUri(kind, parameter.group->symbol));
+    addRange(node, parameter.minimum, parameter.maximum, portDefault(kind, parameter));
     if (const std::string unit = unitOf(parameter.unit); !unit.empty()) node.add("unit:unit", unit);
     // A logarithm needs a lower end above 0.
     if (parameter.isExponential && parameter.minimum > 0.0f)
@@ -243,11 +242,10 @@ std::string lv2TurtleFile(PluginKind kind) {
     return kind == PluginKind::effect ? "effect.ttl" : "instrument.ttl";
 }
 
-std::string pluginTurtle(const PluginInstance& fresh) {
-    const PluginKind kind = fresh.kind();
+std::string pluginTurtle(PluginKind kind) {
     TurtleNode plugin = description(kind);
     for (const PluginParameter& parameter : pluginParameters())
-        plugin.add("lv2:port", parameterPort(parameter, fresh));
+        plugin.add("lv2:port", parameterPort(kind, parameter));
     plugin.add("lv2:port", enabledPort())
         .add("lv2:port", freeWheelingPort())
         .add("lv2:port", eventPort())

@@ -13,7 +13,7 @@ const char* lv2Uri(PluginKind kind);
 /// The file's name in the bundle, "effect.ttl".
 std::string lv2TurtleFile(PluginKind kind);
 
-/// The plug-in with its ports, which begin with what a fresh instance stands at: the given one.
-std::string pluginTurtle(const PluginInstance& fresh);
+/// The plug-in with its ports.
+std::string pluginTurtle(PluginKind kind);
 
 } // namespace zephyra

@@ -8,6 +8,7 @@
 #include "plugin/lv2/turtle/turtle.h"
 
 #include <cstring>
+#include <memory>
 #include <set>
 #include <span>
 #include <utility>
@@ -109,8 +110,7 @@ std::string text(const std::string& iri, const std::string& name, PluginInstance
            preset.text();
 }
 
-} // namespace
-
+/// An instance on these resources alone, in which no time passes and chance repeats.
 std::unique_ptr<PluginInstance> repeatableInstance(PluginKind kind,
                                                    const std::filesystem::path& resources) {
     return std::make_unique<PluginInstance>(kind, [&](Instance& instance) {
@@ -121,6 +121,8 @@ std::unique_ptr<PluginInstance> repeatableInstance(PluginKind kind,
         instance.runLoop.setClock(RunLoop::Clock::sample);
     });
 }
+
+} // namespace
 
 Result<std::vector<PresetTurtle>> presetTurtles(PluginKind kind,
                                                 const std::filesystem::path& resources) {

@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -23,9 +22,5 @@ struct PresetTurtle {
 /// Fails where there is none, two would have one name, or a state cannot be written.
 Result<std::vector<PresetTurtle>> presetTurtles(PluginKind kind,
                                                 const std::filesystem::path& resources);
-
-/// An instance of that kind on these resources alone, in which no time passes and chance repeats.
-std::unique_ptr<PluginInstance> repeatableInstance(PluginKind kind,
-                                                   const std::filesystem::path& resources);
 
 } // namespace zephyra

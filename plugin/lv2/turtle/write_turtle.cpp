@@ -22,7 +22,7 @@ Result<void> write(const fs::path& path, const std::string& text) {
 Result<void> writePlugin(PluginKind kind, const fs::path& resources, const std::string& library,
                          const fs::path& bundle, std::string& manifest) {
     const std::string file = lv2TurtleFile(kind);
-    const auto written = write(bundle / file, pluginTurtle(*repeatableInstance(kind, resources)));
+    const auto written = write(bundle / file, pluginTurtle(kind));
     if (!written) return written;
     manifest += TurtleNode(turtleIri(lv2Uri(kind)))
                     .add("a", "lv2:Plugin")
