@@ -10,7 +10,8 @@ namespace zephyra {
 #define ZEPHYRA_JACK_FUNCTIONS(X)                                                                  \
     X(client_open)                                                                                 \
     X(client_close)                                                                                \
-    X(activate) X(deactivate) X(get_sample_rate) X(get_buffer_size) X(port_register) X(port_name)  \
+    X(activate)                                                                                    \
+    X(deactivate) X(get_sample_rate) X(get_buffer_size) X(port_register) X(port_name)              \
         X(port_get_buffer) X(port_connected) X(get_ports) X(connect) X(free) X(on_info_shutdown)   \
             X(set_process_callback) X(set_sample_rate_callback) X(set_xrun_callback)               \
                 X(set_error_function) X(set_info_function) X(transport_query)                      \

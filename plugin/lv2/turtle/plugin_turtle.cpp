@@ -1,7 +1,6 @@
 #include "plugin/lv2/turtle/plugin_turtle.h"
 
 #include "hosting/plugin_names.h"
-#include "platform/text/text_numbers.h"
 #include "plugin/lv2/ports.h"
 #include "plugin/lv2/turtle/turtle.h"
 
@@ -53,7 +52,7 @@ std::string groupUri(PluginKind kind, const char* symbol) {
 }
 
 TurtleNode scalePoint(const char* label, float value) {
-    return TurtleNode().add("rdfs:label", turtleText(label)).add("rdf:value", formatNumber(value));
+    return TurtleNode().add("rdfs:label", turtleText(label)).add("rdf:value", turtleNumber(value));
 }
 
 TurtleNode port(const std::vector<std::string>& types, std::uint32_t index, const char* symbol,
@@ -73,9 +72,9 @@ TurtleNode port(const std::vector<std::string>& types, Lv2Port number, const cha
 const std::vector<std::string> kControlInput = {"lv2:InputPort", "lv2:ControlPort"};
 
 void addRange(TurtleNode& node, float minimum, float maximum, float value) {
-    node.add("lv2:default", formatNumber(value))
-        .add("lv2:minimum", formatNumber(minimum))
-        .add("lv2:maximum", formatNumber(maximum));
+    node.add("lv2:default", turtleNumber(value))
+        .add("lv2:minimum", turtleNumber(minimum))
+        .add("lv2:maximum", turtleNumber(maximum));
 }
 
 void addSwitch(TurtleNode& node, const char* off, const char* on) {

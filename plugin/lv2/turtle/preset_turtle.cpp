@@ -2,7 +2,6 @@
 
 #include "platform/lists/property_field.h"
 #include "platform/lists/property_list.h"
-#include "platform/text/text_numbers.h"
 #include "plugin/lv2/ports.h"
 #include "plugin/lv2/turtle/plugin_turtle.h"
 #include "plugin/lv2/turtle/turtle.h"
@@ -51,6 +50,16 @@ std::string bankOf(const std::string& name) {
     return begin == std::string::npos ? "" : name.substr(begin + 1, name.size() - begin - 2);
 }
 
+std::string bankIri(const std::string& name) {
+    return turtleIri("urn:zephyra:bank:" + plainName(bankOf(name)));
+}
+
+TurtleNode bankNode(const std::string& name) {
+    return TurtleNode(bankIri(name))
+        .add("a", "pset:Bank")
+        .add("rdfs:label", turtleText(bankOf(name)));
+}
+
 std::string base64(const std::string& bytes) {
     PropertyData::Bytes data(bytes.size());
     std::memcpy(data.data(), bytes.data(), bytes.size());
@@ -61,19 +70,22 @@ std::string base64(const std::string& bytes) {
 
 TurtleNode portVector(const std::vector<float>& values) {
     std::string list = "(";
-    for (const float value : values) list += " \"" + formatNumber(value) + "\"^^xsd:float";
+    for (const float value : values) list += " \"" + turtleNumber(value) + "\"^^xsd:float";
     return TurtleNode()
         .add("a", "atom:Vector")
         .add("atom:childType", "atom:Float")
         .add("rdf:value", list + " )");
 }
 
-/// The state with a sound of the resources called by its name alone, as it is on every machine.
-Result<std::string> portable(const std::string& state, const std::filesystem::path& resources) {
-    auto list = readPropertyList(std::as_bytes(std::span(state)));
-    auto* const root = list ? list.value().as<PropertyDictionary>() : nullptr;
-    if (!root) return Failure{"the state of an instance cannot be read"};
-    for (auto& [key, value] : *root) {
+/// The instance's state with a sound of the resources called by its name alone, as it is on every
+/// machine.
+Result<PropertyDictionary> portableState(PluginInstance& instance,
+                                         const std::filesystem::path& resources) {
+    const std::string bytes = instance.state();
+    auto list = readPropertyList(std::as_bytes(std::span(bytes)));
+    auto* const state = list ? list.value().as<PropertyDictionary>() : nullptr;
+    if (!state) return Failure{"the state of an instance cannot be read"};
+    for (auto& [key, value] : *state) {
         auto* const sample = value.as<PropertyDictionary>();
         if (!sample || !sample->contains("Path")) continue;
         const auto* const path = sample->at("Path").as<std::string>();
@@ -81,33 +93,30 @@ Result<std::string> portable(const std::string& state, const std::filesystem::pa
         const std::string name = std::filesystem::path(*path).filename().string();
         (*sample)["Path"] = (*sample)["RelativePath"] = name;
     }
-    return writePropertyList(list.value());
+    return std::move(*state);
 }
 
-std::string text(const std::string& iri, const std::string& name, PluginInstance& instance,
-                 const std::string& state) {
-    const std::string bank = "<urn:zephyra:bank:" + plainName(bankOf(name)) + ">";
+TurtleNode presetNode(const std::string& iri, const std::string& name, PluginInstance& instance,
+                      const std::string& bytes) {
     TurtleNode preset(turtleIri(iri));
     preset.add("a", "pset:Preset")
         .add("lv2:appliesTo", turtleIri(lv2Uri(instance.kind())))
         .add("rdfs:label", turtleText(name))
-        .add("pset:bank", bank);
+        .add("pset:bank", bankIri(name));
     std::vector<float> values;
     for (const PluginParameter& parameter : pluginParameters()) {
-        values.push_back(portValue(parameter, instance.parameter(values.size())));
+        // The scan's place is the state's alone: it moves by itself.
+        const bool isScan = parameter.id == ControlId::scrubbingWave;
+        values.push_back(isScan ? portDefault(instance.kind(), parameter)
+                                : portValue(parameter, instance.parameter(values.size())));
+        if (isScan) continue;
         preset.add("lv2:port", TurtleNode()
                                    .add("lv2:symbol", turtleText(parameter.symbol))
-                                   .add("pset:value", formatNumber(values.back())));
+                                   .add("pset:value", turtleNumber(values.back())));
     }
-    preset.add("state:state", TurtleNode()
-                                  .add(turtleIri(kLv2StateUri), base64(state))
-                                  .add(turtleIri(kLv2PortsUri), portVector(values)));
-    return turtlePrefixes(kPrefixes) +
-           TurtleNode(bank)
-               .add("a", "pset:Bank")
-               .add("rdfs:label", turtleText(bankOf(name)))
-               .text() +
-           preset.text();
+    return preset.add("state:state", TurtleNode()
+                                         .add(turtleIri(kLv2StateUri), base64(bytes))
+                                         .add(turtleIri(kLv2PortsUri), portVector(values)));
 }
 
 /// An instance on these resources alone, in which no time passes and chance repeats.
@@ -137,13 +146,17 @@ Result<std::vector<PresetTurtle>> presetTurtles(PluginKind kind,
         const auto instance = repeatableInstance(kind, resources);
         instance->setProgram(number);
         instance->system().instance.runLoop.finishWork();
-        const auto state = portable(instance->state(), resources);
+        const auto state = portableState(*instance, resources);
         if (!state) return Failure{names[number].name + ": " + state.message()};
+        const auto bytes = writePropertyList(state.value());
+        if (!bytes) return Failure{names[number].name + ": " + bytes.message()};
         const std::string iri = std::string(lv2Uri(kind)) + ":preset:" + plain;
+        const TurtleNode node = presetNode(iri, names[number].name, *instance, bytes.value());
         presets.push_back(
             {.iri = iri,
              .file = (kind == PluginKind::effect ? "effect-" : "instrument-") + plain + ".ttl",
-             .text = text(iri, names[number].name, *instance, state.value())});
+             .text =
+                 turtlePrefixes(kPrefixes) + bankNode(names[number].name).text() + node.text()});
     }
     return presets;
 }

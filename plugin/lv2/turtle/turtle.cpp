@@ -1,5 +1,7 @@
 #include "plugin/lv2/turtle/turtle.h"
 
+#include "platform/text/text_numbers.h"
+
 namespace zephyra {
 
 std::string turtleText(std::string_view text) {
@@ -12,6 +14,12 @@ std::string turtleText(std::string_view text) {
             quoted += c;
     }
     return quoted + '"';
+}
+
+std::string turtleNumber(float value) {
+    const std::string text = formatNumber(value);
+    if (text.find('e') != std::string::npos) return formatFixed(value, 12);
+    return text.find('.') == std::string::npos ? text + ".0" : text;
 }
 
 std::string turtleIri(std::string_view iri) {

@@ -11,6 +11,9 @@ namespace zephyra {
 /// "text" in quotation marks, with what needs it escaped.
 std::string turtleText(std::string_view text);
 
+/// A decimal number, with a point: hosts set ports by no other.
+std::string turtleNumber(float value);
+
 /// <iri>; what may not stand in one is not checked.
 std::string turtleIri(std::string_view iri);
 

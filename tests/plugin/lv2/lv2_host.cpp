@@ -221,15 +221,12 @@ void Lv2Host::render(std::uint32_t frames) {
                 channel[i] =
                     static_cast<float>((noise_ = noise_ * 1664525u + 1013904223u) >> 8) * 0x1p-24f -
                     0.5f;
-    if (guards) {
-        {
-            const RenderGuard guard;
-            lilv_instance_run(instance, frames);
-        }
-        calls += RenderGuard::report();
-    } else {
+    {
+        std::optional<RenderGuard> guard;
+        if (port("free_wheeling") == 0.0f) guard.emplace(); // else it may wait
         lilv_instance_run(instance, frames);
     }
+    if (const std::string made = RenderGuard::report(); !made.empty()) calls.push_back(made);
     events_.clear();
     for (int channel = 0; channel < (mono_ ? 1 : 2); ++channel)
         heard.insert(heard.end(), output_[channel].begin(), output_[channel].end() - 1);
@@ -262,7 +259,8 @@ std::string Lv2Host::save() {
 
 void Lv2Host::apply(LilvState* state, bool withPorts) {
     const auto set = [](const char* symbol, void* host, const void* value, std::uint32_t,
-                        std::uint32_t) {
+                        std::uint32_t type) {
+        if (type != Lv2Types::of(LV2_ATOM__Float)) return; // as some hosts do
         std::memcpy(&static_cast<Lv2Host*>(host)->port(symbol), value, sizeof(float));
     };
     lilv_state_restore(state, instance, withPorts ? +set : nullptr, this, 0, nullptr);

@@ -66,8 +66,7 @@ public:
 
     std::vector<float> heard;
     std::vector<std::string> log;
-    bool guards = false; ///< whether blocks are watched for what RENDER must not do
-    std::string calls;   ///< what they did of it
+    std::vector<std::string> calls; ///< what RENDER must not do, a line a block that did
     LilvInstance* instance = nullptr;
 
 private:
