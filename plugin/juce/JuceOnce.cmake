@@ -9,8 +9,9 @@ target_compile_definitions(zephyra_juce PRIVATE
     JUCE_ALSA=1 JUCE_JACK=1 JUCE_PLUGINHOST_VST3=1)
 # Half the optimisation builds in two thirds of the time; where JUCE computes, it stays whole.
 target_compile_options(zephyra_juce PRIVATE ${zephyra_quick_to_build})
+get_target_property(zephyra_juce_modules juce::juce_core INTERFACE_JUCE_MODULE_PATH)
 foreach(module juce_graphics juce_audio_basics)
-    set_source_files_properties(${JUCE_MODULES_DIR}/${module}/${module}.cpp
+    set_source_files_properties(${zephyra_juce_modules}/${module}/${module}.cpp
         PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-O3>)
 endforeach()
 # -w: what warns in JUCE is JUCE's. The linker leaves out what a program does not use of it.

@@ -13,8 +13,9 @@ function(zephyra_juce_plugin target name code)
     target_link_libraries(${target} PUBLIC zephyra_juce_shell)
     set_target_properties(${target} PROPERTIES
         LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/plugin)
-    set_source_files_properties(${JUCE_MODULES_DIR}/juce_audio_plugin_client/juce_audio_plugin_client_VST3.cpp
-        PROPERTIES COMPILE_OPTIONS -w)
+    file(GLOB wrappers ${zephyra_juce_modules}/juce_audio_plugin_client/*.cpp
+         ${zephyra_juce_modules}/juce_audio_plugin_client/*.mm)
+    set_source_files_properties(${wrappers} PROPERTIES COMPILE_OPTIONS -w)
     if(NOT APPLE) # a host may load two versions of it: nothing but the entry is seen
         target_link_options(${target}_VST3 PRIVATE
             -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/vst3_exports.map)

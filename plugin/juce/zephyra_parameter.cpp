@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace zephyra {
@@ -14,24 +13,10 @@ juce::ParameterID identifier(const PluginParameter& facts) {
     return {juce::String::fromUTF8(facts.symbol), kFirstVersion};
 }
 
-juce::AudioProcessorParameterWithIDAttributes attributes(const PluginParameter& facts) {
-    return juce::AudioProcessorParameterWithIDAttributes().withLabel(
-        juce::String::fromUTF8(facts.unit));
-}
-
-juce::String withoutUnit(std::string text, std::string_view unit) {
-    if (!unit.empty() && text.ends_with(unit)) {
-        text.resize(text.size() - unit.size());
-        while (text.ends_with(' ')) text.pop_back();
-    }
-    return juce::String::fromUTF8(text.c_str());
-}
-
 } // namespace
 
 ZephyraParameter::ZephyraParameter(PluginInstance& instance, const PluginParameter& facts)
-    : AudioProcessorParameterWithID(identifier(facts), juce::String::fromUTF8(facts.name),
-                                    attributes(facts)),
+    : AudioProcessorParameterWithID(identifier(facts), juce::String::fromUTF8(facts.name)),
       instance_(instance), facts_(facts), told_(getValue()) {}
 
 float ZephyraParameter::getValue() const {
@@ -68,8 +53,8 @@ int ZephyraParameter::getNumSteps() const {
 }
 
 juce::String ZephyraParameter::getText(float normalized, int mostLength) const {
-    return withoutUnit(parameterText(facts_, linearFromNormalized(facts_, normalized)), facts_.unit)
-        .substring(0, mostLength);
+    const std::string text = parameterText(facts_, linearFromNormalized(facts_, normalized));
+    return juce::String::fromUTF8(text.c_str()).substring(0, mostLength);
 }
 
 float ZephyraParameter::getValueForText(const juce::String& text) const {

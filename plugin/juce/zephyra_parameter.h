@@ -23,6 +23,7 @@ public:
     int getNumSteps() const override;
     bool isDiscrete() const override { return facts_.isSwitch; }
     bool isBoolean() const override { return facts_.isSwitch; }
+    /// With the unit, which follows the size of the value ("1.2 kHz"): so there is no label beside.
     juce::String getText(float normalized, int mostLength) const override;
     /// What is no value of the parameter leaves it where it is.
     float getValueForText(const juce::String& text) const override;
