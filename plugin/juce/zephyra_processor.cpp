@@ -132,9 +132,10 @@ void ZephyraProcessor::setStateInformation(const void* state, int bytes) {
         return;
     }
     Instance& instance = plugin_.system().instance;
-    instance.log.write(restored.message());
+    const std::string problem = "The state is not restored: " + restored.message();
+    instance.log.write(problem);
     const RunLoop::Scope main(instance.runLoop);
-    presentWarning(instance.alerts, restored.message());
+    presentWarning(instance.alerts, problem);
 }
 
 juce::AudioProcessorEditor* ZephyraProcessor::createEditor() {
