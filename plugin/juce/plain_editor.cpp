@@ -82,7 +82,7 @@ PlainEditor::PlainEditor(ZephyraProcessor& shell)
     preset_.setTextWhenNoChoicesAvailable("Choose a bank first");
     for (int i = 0; i < shell_.getNumPrograms(); ++i)
         program_.addItem(shell_.getProgramName(i), i + 1);
-    showPrograms();
+    showProgram();
     show(model_.contents());
     const int width = shell_.window.width, height = shell_.window.height; // resized() writes them
     setResizable(true, false);
@@ -95,12 +95,12 @@ PlainEditor::~PlainEditor() {
     stopTimer();
 }
 
-void PlainEditor::showPrograms() {
+void PlainEditor::showProgram() {
     program_.setSelectedId(shell_.getCurrentProgram() + 1, juce::dontSendNotification);
 }
 
 void PlainEditor::timerCallback() {
-    if (shell_.window.programChanged.exchange(false)) showPrograms();
+    showProgram();
     const WindowContents now = model_.contents();
     if (now != shown_) show(now);
     if (now.asksForFile && !chooser_) pickWhatIsAskedFor();

@@ -26,7 +26,7 @@ public:
 private:
     void timerCallback() override;
     void show(const WindowContents& now);
-    void showPrograms();
+    void showProgram();
     void layOut();
     void setZoom(float factor);
     using Picked = std::function<void(const juce::File&)>;

@@ -1,12 +1,11 @@
 // What JUCE's wrappers make a plug-in with; compiled once a kind, with its name and codes.
 #include "hosting/plugin_names.h"
-#include "plugin/juce/zephyra_processor.h"
+#include "plugin/juce/make_processor.h"
 
 namespace zephyra {
 
 namespace {
 
-constexpr PluginKind kKind = JucePlugin_IsSynth ? PluginKind::instrument : PluginKind::effect;
 constexpr const PluginNames& kNames = JucePlugin_IsSynth ? kInstrumentNames : kEffectNames;
 
 constexpr unsigned code(const char* c) {
@@ -21,7 +20,8 @@ static_assert(code(kManufacturerCode) == JucePlugin_ManufacturerCode);
 
 } // namespace zephyra
 
+// JUCE's declaration, whose calling convention is the usual one outside Windows.
 juce::AudioProcessor* createPluginFilter();
-juce::AudioProcessor* JUCE_CALLTYPE createPluginFilter() {
-    return new zephyra::ZephyraProcessor(zephyra::kKind);
+juce::AudioProcessor* createPluginFilter() {
+    return JucePlugin_IsSynth ? zephyra::makeInstrument() : zephyra::makeEffect();
 }

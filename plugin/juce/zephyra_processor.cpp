@@ -1,6 +1,7 @@
 #include "plugin/juce/zephyra_processor.h"
 
 #include "hosting/plugin_names.h"
+#include "plugin/juce/make_processor.h"
 #include "plugin/juce/plain_editor.h"
 #include "plugin/juce/zephyra_parameter.h"
 
@@ -106,7 +107,6 @@ int ZephyraProcessor::getCurrentProgram() {
 void ZephyraProcessor::setCurrentProgram(int number) {
     if (number < 0) return;
     plugin_.setProgram(static_cast<std::size_t>(number));
-    window.programChanged = true;
     news_.postAll();
 }
 
@@ -140,6 +140,14 @@ void ZephyraProcessor::setStateInformation(const void* state, int bytes) {
 
 juce::AudioProcessorEditor* ZephyraProcessor::createEditor() {
     return new PlainEditor(*this);
+}
+
+juce::AudioProcessor* makeEffect() {
+    return new ZephyraProcessor(PluginKind::effect);
+}
+
+juce::AudioProcessor* makeInstrument() {
+    return new ZephyraProcessor(PluginKind::instrument);
 }
 
 } // namespace zephyra

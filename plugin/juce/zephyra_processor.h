@@ -6,8 +6,6 @@
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
-#include <atomic>
-
 namespace zephyra {
 
 /// Threads: what is called between processBlocks is HOST, processBlock and processBlockBypassed are
@@ -49,7 +47,6 @@ public:
     struct Window {
         int width = 640, height = 720;
         float zoom = 1.0f;
-        std::atomic<bool> programChanged = false; ///< set by any thread
     } window;
 
 private:
