@@ -10,6 +10,12 @@ build_packages=(
     nlohmann-json3-dev libcli11-dev libcairo2-dev libfftw3-dev
     fontconfig fonts-dejavu-core
 )
+# Plug-ins and the standalone program, besides.
+plugin_packages=(
+    juce-modules-source juce-tools lv2-dev libjack-jackd2-dev libasound2-dev
+    libx11-dev libxext-dev libxinerama-dev libxrandr-dev libxcursor-dev libxrender-dev
+    libfreetype-dev libfontconfig-dev libpng-dev libjpeg-dev zlib1g-dev
+)
 format_packages=(clang-format)
 test_packages=(
     clang-22 libclang-rt-22-dev llvm-22 valgrind

@@ -17,6 +17,7 @@ struct StandaloneArguments {
     bool fresh = false;                       ///< without what was there when it ended last
     bool headless = false;                    ///< without a window
     bool play = false;                        ///< at once
+    bool check = false;                       ///< only whether display and sound are there
 };
 
 /// What is printed instead of starting.

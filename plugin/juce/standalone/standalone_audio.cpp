@@ -131,7 +131,7 @@ DeviceWatch::Signs StandaloneAudio::signs() const {
 
 bool StandaloneAudio::look() {
     const double time = now();
-    switch (settings_ ? DeviceWatch::Step::nothing : watch_.look(time, signs())) {
+    switch (watch_.look(time, signs())) {
     case DeviceWatch::Step::nothing:
         break;
     case DeviceWatch::Step::close:
@@ -139,7 +139,7 @@ bool StandaloneAudio::look() {
         closeAudioDevice();
         break;
     case DeviceWatch::Step::open:
-        tryAll();
+        if (!settings_ || !lost_.empty()) tryAll(); // else a person is choosing
         break;
     }
     if (time >= nextMidiLook_) {
@@ -188,6 +188,8 @@ void StandaloneAudio::showSettings(juce::Component& besides) {
     options.content.setOwned(selector.release());
     options.dialogTitle = "Audio";
     options.componentToCentreAround = &besides;
+    options.dialogBackgroundColour =
+        besides.findColour(juce::ResizableWindow::backgroundColourId);
     options.useNativeTitleBar = true;
     options.resizable = false;
     settings_ = options.launchAsync();

@@ -34,7 +34,8 @@ public:
     const std::string& choice() const { return choice_; }
     void setChoiceListener(std::function<void()> listener) { listener_ = std::move(listener); }
 
-    /// The window in which devices are chosen; while it is open nothing else opens one.
+    /// The window in which devices are chosen; while it is open, only one that was lost is opened
+    /// by itself.
     void showSettings(juce::Component& besides);
 
     StandalonePlayer& player() { return player_; }

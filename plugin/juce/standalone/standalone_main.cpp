@@ -8,7 +8,10 @@
 #include <array>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
+#include <string>
+#include <utility>
 #include <variant>
 
 namespace zephyra {
@@ -62,6 +65,20 @@ juce::JUCEApplicationBase* makeApplication() {
     return new StandaloneApplication(started);
 }
 
+int answer(const std::string& line) {
+    std::fprintf(stderr, "%s\n", line.c_str());
+    return EXIT_FAILURE;
+}
+
+/// Opens the device for a moment, as the program would.
+int checkSound() {
+    const juce::ScopedJuceInitialiser_GUI juce;
+    PluginInstance instance(PluginKind::standalone);
+    StandaloneAudio audio(instance, "", started.audio);
+    audio.look();
+    return audio.isRunning() ? EXIT_SUCCESS : answer("There is no sound card");
+}
+
 int run(int count, const char** words) {
     auto parsed = parseStandaloneArguments(count, words);
     if (const auto* const answer = std::get_if<StandaloneAnswer>(&parsed)) {
@@ -71,10 +88,12 @@ int run(int count, const char** words) {
     started = std::get<StandaloneArguments>(std::move(parsed));
     if (!started.headless && !displayIsThere()) {
         const std::string name = displayName();
-        std::fprintf(stderr, "%s: there is no display%s%s; --headless plays without one\n",
-                     kStandaloneProgram, name.empty() ? "" : " ", name.c_str());
-        return 1;
+        const std::string line = "here is no display" + (name.empty() ? "" : " " + name);
+        if (started.check) return answer("T" + line);
+        return answer(std::string(kStandaloneProgram) + ": t" + line +
+                      "; --headless plays without one");
     }
+    if (started.check) return checkSound();
     juce::JUCEApplicationBase::createInstance = &makeApplication;
     return juce::JUCEApplicationBase::main(count, words);
 }

@@ -38,6 +38,7 @@ StandaloneView::StandaloneView(ZephyraProcessor& processor, StandaloneAudio& aud
     notice_.setColour(juce::Label::textColourId, juce::Colours::orange);
     addAndMakeVisible(*editor_);
     addAndMakeVisible(keyboard_);
+    keyboard_.setLowestVisibleKey(36);
     keys_.addListener(this);
     setWantsKeyboardFocus(true);
     setSize(kWidth, kHeight);
