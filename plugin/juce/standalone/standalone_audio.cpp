@@ -188,8 +188,7 @@ void StandaloneAudio::showSettings(juce::Component& besides) {
     options.content.setOwned(selector.release());
     options.dialogTitle = "Audio";
     options.componentToCentreAround = &besides;
-    options.dialogBackgroundColour =
-        besides.findColour(juce::ResizableWindow::backgroundColourId);
+    options.dialogBackgroundColour = besides.findColour(juce::ResizableWindow::backgroundColourId);
     options.useNativeTitleBar = true;
     options.resizable = false;
     settings_ = options.launchAsync();

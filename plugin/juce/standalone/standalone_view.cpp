@@ -21,7 +21,6 @@ StandaloneView::StandaloneView(ZephyraProcessor& processor, StandaloneAudio& aud
     RunLoop& main = processor_.plugin().system().instance.runLoop;
     addButton(play_, [this] { toggle(ControlId::playStop); });
     addButton(live_, [this] { toggle(ControlId::live); });
-    addButton(open_, [this] { chooseFile(); });
     addButton(previous_, [&main, &presets] {
         const RunLoop::Scope scope(main);
         presets.previousSnap();
@@ -34,7 +33,7 @@ StandaloneView::StandaloneView(ZephyraProcessor& processor, StandaloneAudio& aud
     addButton(told_, [this] { onTold(); });
     previous_.setTooltip("The preset before");
     next_.setTooltip("The next preset");
-    for (juce::Label* const label : {&preset_, &notice_, &status_}) addAndMakeVisible(*label);
+    for (juce::Label* const label : {&notice_, &status_}) addAndMakeVisible(*label);
     notice_.setColour(juce::Label::textColourId, juce::Colours::orange);
     addAndMakeVisible(*editor_);
     addAndMakeVisible(keyboard_);
@@ -65,19 +64,10 @@ void StandaloneView::toggle(ControlId id) {
     processor_.plugin().setParameter(static_cast<AUParameterAddress>(id), isOn(id) ? 0.0f : 1.0f);
 }
 
-std::string StandaloneView::presetText() {
-    HostedInstance& system = processor_.plugin().system();
-    const RunLoop::Scope main(system.instance.runLoop);
-    const QuickPresetsManager& presets = system.view.presets;
-    const bool isNone = presets.getCurrentSelectedSnapID() == QuickPresetsManager::kNone;
-    return isNone ? "" : presets.getSnapshotName();
-}
-
 void StandaloneView::refresh(const LiveNotice& notice) {
     play_.setToggleState(isOn(ControlId::playStop), juce::dontSendNotification);
     play_.setButtonText(isOn(ControlId::playStop) ? "Stop" : "Play");
     live_.setToggleState(isOn(ControlId::live), juce::dontSendNotification);
-    preset_.setText(shown(presetText()), juce::dontSendNotification);
     notice_.setText(shown(notice.line), juce::dontSendNotification);
     if (told_.isVisible() != notice.asks) {
         told_.setVisible(notice.asks);
@@ -91,18 +81,6 @@ void StandaloneView::refresh(const LiveNotice& notice) {
 
 void StandaloneView::say(const std::string& line) {
     said_ = line;
-}
-
-// --- Files ---
-
-void StandaloneView::chooseFile() {
-    chooser_ = std::make_unique<juce::FileChooser>("Open a sound or a bank");
-    constexpr int kFlags =
-        juce::FileBrowserComponent::openMode | juce::FileBrowserComponent::canSelectFiles;
-    chooser_->launchAsync(kFlags, [this](const juce::FileChooser& chosen) {
-        if (const auto file = chosen.getResult(); file != juce::File())
-            onOpen(file.getFullPathName().toStdString());
-    });
 }
 
 void StandaloneView::filesDropped(const juce::StringArray& files, int, int) {
@@ -134,12 +112,11 @@ void StandaloneView::paint(juce::Graphics& graphics) {
 void StandaloneView::resized() {
     auto area = getLocalBounds().reduced(kGap);
     auto top = area.removeFromTop(kRow);
-    for (auto* const button : {&play_, &live_, &open_})
+    for (auto* const button : {&play_, &live_})
         button->setBounds(top.removeFromLeft(72).withTrimmedRight(kGap));
     for (auto* const button : {&previous_, &next_})
         button->setBounds(top.removeFromLeft(36).withTrimmedRight(kGap));
     devices_.setBounds(top.removeFromRight(84));
-    preset_.setBounds(top);
     status_.setBounds(area.removeFromBottom(kRow));
     auto notice = area.removeFromBottom(kRow);
     if (told_.isVisible()) told_.setBounds(notice.removeFromRight(84));

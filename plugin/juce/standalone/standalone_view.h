@@ -14,8 +14,8 @@
 
 namespace zephyra {
 
-/// The transport, presets and devices above the plug-in's editor, keys to play below it, and a line
-/// that says how things stand. Space plays and stops; files may be dropped. Message thread.
+/// The transport and the devices above the plug-in's editor, keys to play below it, and a line that
+/// says how things stand. Space plays and stops; files may be dropped. Message thread.
 class StandaloneView final : public juce::Component,
                              public juce::FileDragAndDropTarget,
                              juce::MidiKeyboardState::Listener {
@@ -24,7 +24,7 @@ public:
     StandaloneView(ZephyraProcessor& processor, StandaloneAudio& audio);
     ~StandaloneView() override;
 
-    std::function<void(const std::filesystem::path&)> onOpen; ///< a file was chosen or dropped
+    std::function<void(const std::filesystem::path&)> onOpen; ///< a file was dropped
     std::function<void()> onTold;                             ///< the notice was confirmed
 
     /// Shows what is played and by what; several times a second.
@@ -42,20 +42,17 @@ private:
     void addButton(juce::TextButton& button, std::function<void()> clicked);
     void toggle(ControlId id);
     bool isOn(ControlId id) const;
-    void chooseFile();
-    std::string presetText();
     void handleNoteOn(juce::MidiKeyboardState*, int channel, int note, float velocity) override;
     void handleNoteOff(juce::MidiKeyboardState*, int channel, int note, float velocity) override;
 
     ZephyraProcessor& processor_;
     StandaloneAudio& audio_;
-    juce::TextButton play_{"Play"}, live_{"LIVE"}, open_{"Open..."}, previous_{"<"}, next_{">"},
-        devices_{"Audio..."}, told_{"I know"};
-    juce::Label preset_, notice_, status_;
+    juce::TextButton play_{"Play"}, live_{"LIVE"}, previous_{"<"}, next_{">"}, devices_{"Audio..."},
+        told_{"I know"};
+    juce::Label notice_, status_;
     std::unique_ptr<juce::AudioProcessorEditor> editor_;
     juce::MidiKeyboardState keys_;
     juce::MidiKeyboardComponent keyboard_{keys_, juce::MidiKeyboardComponent::horizontalKeyboard};
-    std::unique_ptr<juce::FileChooser> chooser_;
     std::string said_;
 };
 
