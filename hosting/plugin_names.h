@@ -1,4 +1,4 @@
-// kPluginNames and its kin: what hosts and desktops know the programs by, for ever.
+// PluginNames and its kin: what hosts and desktops know the programs by, for ever.
 #pragma once
 
 namespace zephyra {
