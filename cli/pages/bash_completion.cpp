@@ -18,7 +18,7 @@ _zephyra_offer() { # of the lines on standard input those that begin with what s
     while IFS= read -r line; do
         [[ ${line,,} == "${plain,,}"* ]] || continue
         [[ $open ]] || printf -v line %q "$line"
-        COMPREPLY+=("$line$1")
+        COMPREPLY+=("$line${1-}")
     done
 }
 
@@ -26,7 +26,7 @@ _zephyra_banks() { zephyra banks 2>/dev/null </dev/null | sed 's/   *.*//'; }
 
 _zephyra_presets() { # of bank $1, or of all
     local bank
-    if [[ $1 ]]; then
+    if [[ ${1-} ]]; then
         zephyra banks "$1" 2>/dev/null </dev/null | sed -E 's/^[0-9]+  +//; s/  .*//'
     else
         while IFS= read -r bank; do _zephyra_presets "$bank"; done < <(_zephyra_banks)
@@ -37,7 +37,7 @@ _zephyra_files() { # $1: -f or -d
     local plain=${cur//\\/} found
     compopt -o filenames 2>/dev/null
     mapfile -t found < <(compgen "$1" -- "${plain#[\"\']}")
-    COMPREPLY+=("${found[@]}")
+    COMPREPLY+=(${found[@]+"${found[@]}"})
 }
 
 _zephyra() {
@@ -59,11 +59,11 @@ constexpr const char* kWalkEnd = R"(        /help) command=help ;;
         help/*) ;;
         *) [[ $command || $word == --shared-folder ]] || command=render
             if [[ $word == --bank ]]; then
-                bank=${COMP_WORDS[i + 1]}
-                [[ $bank == = ]] && bank=${COMP_WORDS[i + 2]}
+                bank=${COMP_WORDS[i + 1]-}
+                [[ $bank == = ]] && bank=${COMP_WORDS[i + 2]-}
             fi
             if _zephyra_takes "$command" "$word"; then
-                [[ ${COMP_WORDS[i + 1]} == = ]] && ((i++))
+                [[ ${COMP_WORDS[i + 1]-} == = ]] && ((i++))
                 ((i++))
             elif [[ $word != -* ]]; then
                 ((++words == 1)) && [[ $command == preset* ]] && bank=$word

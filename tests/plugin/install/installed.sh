@@ -39,7 +39,7 @@ same "resources" "$usr/share/zephyra/resources" \
 same "banks" 4 "$(zephyra banks | wc -l)"
 zephyra "$usr/share/zephyra/resources/Blackbird.mp3" --seconds 0.2 -o "$scratch/out.m4a" --quiet
 
-# Completion of the words, of which the last is the one being typed.
+# Completion of words as bash hands them over, of which the last is the one being typed.
 completed() {
     COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
     _zephyra
@@ -48,24 +48,23 @@ completed() {
 source "$usr/share/bash-completion/completions/zephyra"
 cd "$scratch" # which has no files of these names
 while IFS='>' read -r typed offered; do
-    mapfile -t words < <(xargs -n1 <<<"$typed")
-    [[ $typed != *' ' ]] || words+=("")
+    eval "words=($typed)"
     same "completing $typed" "$offered" "$(completed "${words[@]}")"
 done <<'END'
 zephyra ban>banks
-zephyra preset >show|export|import|rename|delete|copy|move
+zephyra preset "">show|export|import|rename|delete|copy|move
 zephyra --shared-folder /tmp preset sh>show
 zephyra help Rnd>RndDensity|RndLength|RndPitch
 zephyra bird.wav --set rndp>RndPitch=
 zephyra bird.wav --lfo = Scann>Scanning:
 zephyra render --envelope = Pulse>Pulse\ 1|Pulse\ 2
-zephyra bird.wav --transport >play|stop
+zephyra bird.wav --transport "">play|stop
 zephyra bird.wav --type fl>flac
 zephyra samples import --as in>
-zephyra bird.wav --bank "Glass\\ Weather" --preset Mel>Meltwater
-zephyra --preset "\"Night">Night Owl
-zephyra preset copy "Bird\\ Machines" "Night\\ Owl" Gl>Glass\ Weather
-zephyra preset show "Bird\\ Machines" --js>--json
+zephyra bird.wav --bank 'Glass\ Weather' --preset Mel>Meltwater
+zephyra --preset '"Night'>Night Owl
+zephyra preset copy 'Bird\ Machines' 'Night\ Owl' Gl>Glass\ Weather
+zephyra preset show 'Bird\ Machines' --js>--json
 END
 if has zsh; then zsh -n "$usr/share/zsh/site-functions/_zephyra" || fail "zsh's completion"; fi
 if has fish; then
