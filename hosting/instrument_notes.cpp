@@ -26,14 +26,15 @@ void InstrumentNotes::take(const MidiMessage& message) {
 bool InstrumentNotes::restored(StateOrder::Number asked) {
     restored_ = std::max(restored_, asked);
     wish_ = Wish::none;
-    if (newest_ < asked || !held_.any()) return false;
-    begun_ = stream_.starts() + (standsBy() ? 1 : 0);
-    return true;
+    return newest_ >= asked && held_.any();
+}
+
+void InstrumentNotes::begin() {
+    begun_ = stream_.starts(); // also of what plays
+    wish(Wish::start);
 }
 
 void InstrumentNotes::startAnew() {
-    if (!bounced_) return;
-    bounced_ = false;
     held_ = {};
     wish_ = Wish::none;
     if (!standsBy() && begun_ == stream_.starts()) stream_.stopAtOnce();
@@ -52,7 +53,6 @@ void InstrumentNotes::settle() {
     case Wish::start:
         if (stream_.controls.syncSampler.isOn() || !standsBy()) return;
         begun_ = stream_.starts() + 1;
-        bounced_ = stream_.instance().runLoop.clock() == RunLoop::Clock::sample;
         stream_.ui_playStop();
         return;
     case Wish::fade:

@@ -25,9 +25,10 @@ public:
     void take(const MidiMessage& message);
     /// A state of that number was restored. Whether a note that is newer is still held.
     bool restored(StateOrder::Number asked);
+    /// Plays for the notes that are held, which end it.
+    void begin();
 
-    /// A bounce begins: what notes of another one began has stopped, and no key is down then. What
-    /// they began in real time goes on. On the sample clock, OFF.
+    /// As if none had come yet: what they began stops at once.
     void startAnew();
 
 private:
@@ -42,7 +43,6 @@ private:
     HeldNotes held_;
     Wish wish_ = Wish::none;
     std::uint64_t begun_ = 0;         // the stream's start that was the notes'; 0 for none
-    bool bounced_ = false;            // on the sample clock
     StateOrder::Number newest_ = 0;   // of the last note-on
     StateOrder::Number restored_ = 0; // the newest state
     std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true); // posted steps look at it

@@ -30,8 +30,8 @@ void PluginInstance::startAnewOffline() {
         MOK_SCRUB_GRANULATOR& stream = system_.stream();
         const bool hostMoves = time.reportsTransport() && time.isMoving();
         // The host's start is what starts such a stream, as it did the first time.
-        if (hostMoves && stream.controls.syncSampler.isOn()) stream.stopAtOnce();
         notes_.startAnew();
+        if (hostMoves && stream.controls.syncSampler.isOn()) stream.stopAtOnce();
         system_.unit->startAnew(hostMoves);
         system_.view.startAnew(time.reportsContext() ? HostBars::come : HostBars::doNotCome);
     }

@@ -54,12 +54,12 @@ void PluginInstance::choose(const PluginSession& session) {
 /// Only when nobody has said what is to play since the state was asked for.
 void PluginInstance::standAsRestored(StateOrder::Number asked) {
     const bool noted = isInstrument() && notes_.restored(asked);
+    if (system_.unit->setSince(static_cast<AUParameterAddress>(ControlId::playStop), asked)) return;
     MOK_SCRUB_GRANULATOR& stream = system_.stream();
-    const bool plays =
-        stream.controls.syncSampler.isOn() ? system_.unit->hostMoves() : !isInstrument() || noted;
-    const auto address = static_cast<AUParameterAddress>(ControlId::playStop);
-    if (!system_.unit->setSince(address, asked))
-        stream.setDisplayed(ControlId::playStop, plays ? 1.0f : 0.0f);
+    const bool synced = stream.controls.syncSampler.isOn();
+    if (noted && !synced) return notes_.begin();
+    const bool plays = synced ? system_.unit->hostMoves() : !isInstrument();
+    stream.setDisplayed(ControlId::playStop, plays ? 1.0f : 0.0f);
 }
 
 const std::vector<AUAudioUnitPreset>& PluginInstance::programs() {

@@ -112,12 +112,9 @@ TEST(InstrumentNotes, EndOnlyWhatTheyBeganUnlessItIsToGoOn) {
 TEST(InstrumentNotes, AreNotWhatIsLearnedOrChoosesPresets) {
     Player player;
     MidiManager& manager = player.system().view.midiManager;
-    {
-        const RunLoop::Scope main(player.system().instance.runLoop);
-        ASSERT_TRUE(manager.bind({.trigger = {.source = MidiSource::note, .number = 0x30},
-                                  .control = player.system().view.control(playStop)}));
-        manager.setNavigation({.firstPresetNote = 0x18});
-    }
+    ASSERT_TRUE(manager.bind({.trigger = {.source = MidiSource::note, .number = 0x30},
+                              .control = player.system().view.control(playStop)}));
+    manager.setNavigation({.firstPresetNote = 0x18});
     player.play("90 18 64");
     EXPECT_FALSE(player.plays());
     player.play("90 30 64 80 30 40");
@@ -167,6 +164,7 @@ TEST(PluginStart, IsAsTheKindAndTheStateSay) {
         {PluginKind::standalone, true, false, false, false}};
     for (const auto& [kind, played, synced, moves, plays] : rows) {
         HostedPlugin plugin(kind), saved(kind);
+        saved.render();
         saved.system().stream().setDisplayed(scanSync, synced ? 1.0f : 0.0f);
         const std::string state = saved.state();
         plugin.set(playStop, played ? 1.0f : 0.0f);
@@ -186,35 +184,30 @@ TEST(PluginStart, GivesWayToWhatWasPlayedSinceTheStateWasAskedFor) {
     for (const auto kind : {PluginKind::effect, PluginKind::instrument})
         for (const bool note : {false, true}) {
             HostedPlugin plugin(kind);
+            const bool instrument = plugin.isInstrument();
             plugin.set(playStop, 0.0f);
-            plugin.render();
-            plugin.release();
-            EXPECT_TRUE(plugin.prepare({48000.0, HostedPlugin::kFrames}).ok());
+            plugin.renderLive();
+            ASSERT_TRUE(plugin.willPlay(false));
             const std::string state = plugin.state();
-            Instance& instance = plugin.system().instance;
-            const StateOrder::Number before = instance.states.now();
+            const StateOrder& states = plugin.system().instance.states;
+            const StateOrder::Number before = states.now();
             std::thread host;
             {
-                const RunLoop::Scope screen(instance.runLoop);
+                const auto screen = plugin.main();
                 host = std::thread([&] { EXPECT_TRUE(plugin.restore(state).ok()); });
-                while (instance.states.now() == before) std::this_thread::yield();
+                while (states.now() == before) std::this_thread::yield();
                 if (note)
                     plugin.midi({0x90, 60, 100});
                 else
-                    plugin.set(playStop, kind == PluginKind::instrument ? 1.0f : 0.0f);
-                plugin.PluginInstance::render(
-                    {.frames = HostedPlugin::kFrames,
-                     .input = {plugin.input.data(), plugin.input.data()},
-                     .output = {plugin.left.data(), plugin.right.data()}});
+                    plugin.set(playStop, instrument ? 1.0f : 0.0f);
+                plugin.renderLive();
             }
             host.join();
-            plugin.render(3);
-            EXPECT_EQ(plugin.plays(), kind == PluginKind::instrument || note)
-                << static_cast<int>(kind) << note;
-            if (kind != PluginKind::instrument || !note) continue;
+            for (int i = 0; i < 20; ++i) plugin.renderLive();
+            EXPECT_TRUE(plugin.willPlay(instrument || note)) << instrument << note;
+            if (!instrument || !note) continue;
             plugin.midi({0x80, 60, 0});
-            plugin.render(2);
-            EXPECT_FALSE(plugin.plays()) << "the note's end";
+            EXPECT_TRUE(plugin.willPlay(false)) << "the note's end";
         }
 }
 

@@ -15,14 +15,9 @@ struct HostedPlugin : HeardLog, PluginInstance {
 
     static constexpr std::uint32_t kFrames = 480; ///< of a block: 10 ms
 
-    /// Loudest sample of the last of so many blocks, which noise goes into.
+    /// Loudest sample of the last of so many blocks, which a steady input goes into.
     float render(int blocks = 1) {
-        for (int i = 0; i < blocks; ++i) {
-            renderOffline({.frames = kFrames,
-                           .input = {input.data(), input.data()},
-                           .output = {left.data(), right.data()},
-                           .transport = std::exchange(transport, {})});
-        }
+        for (int i = 0; i < blocks; ++i) renderOffline(block());
         const auto peak = std::max_element(
             left.begin(), left.end(), [](float a, float b) { return std::abs(a) < std::abs(b); });
         return std::abs(*peak);
@@ -34,8 +29,23 @@ struct HostedPlugin : HeardLog, PluginInstance {
         queueParameter(static_cast<AUParameterAddress>(id), linear, frame);
     }
     float value(ControlId id) const { return parameter(static_cast<AUParameterAddress>(id)); }
-    /// What the stream plays, or is armed to.
-    bool plays() { return system().stream().linear(ControlId::playStop) != 0.0f; }
+    /// Whether the stream plays or is armed.
+    bool plays() {
+        const auto held = main();
+        return system().stream().linear(ControlId::playStop) != 0.0f;
+    }
+    /// Whether it does so in time, while it renders in real time.
+    bool willPlay(bool playing) {
+        for (int i = 0; i < 2000 && plays() != playing; ++i) {
+            renderLive();
+        }
+        return plays() == playing;
+    }
+    void renderLive() {
+        PluginInstance::render(block());
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    RunLoop::Scope main() { return RunLoop::Scope(system().instance.runLoop); }
     Result<void> restore(const std::string& text) {
         return setState(std::as_bytes(std::span(text)));
     }
@@ -45,6 +55,12 @@ struct HostedPlugin : HeardLog, PluginInstance {
     PluginTransport transport; ///< of the next block
 
 private:
+    PluginBlock block() {
+        return {.frames = kFrames,
+                .input = {input.data(), input.data()},
+                .output = {left.data(), right.data()},
+                .transport = std::exchange(transport, {})};
+    }
     static HostedInstance::Prepare prepareFor(HeardLog& log) {
         return [&log](Instance& fresh) {
             log.hear(fresh);
