@@ -233,12 +233,12 @@ private:
     }
 
     void scan() {
-        MOK_SCRUB_GRANULATOR& played = stream();
+        MOK_SCRUB_GRANULATOR& granulator = stream();
         const float start = bytes.take<float>();
-        played.setRegion(start, bytes.take<float>());
-        played.setScrubNormalizedValue(start);
-        played.setTimePointer(bytes.take<double>());
-        played.pickEnvelope(bytes.byte());
+        granulator.setRegion(start, bytes.take<float>());
+        granulator.setScrubNormalizedValue(start);
+        granulator.setTimePointer(bytes.take<double>());
+        granulator.pickEnvelope(bytes.byte());
     }
 
     void state() {
@@ -251,7 +251,7 @@ private:
 
     /// A rate and a level that no file has are refused, and so is what is not finite.
     void sound() {
-        MOK_SCRUB_GRANULATOR& played = stream();
+        MOK_SCRUB_GRANULATOR& granulator = stream();
         auto sound = std::make_shared<mokSample>();
         const std::uint64_t frames = bytes.take<std::uint16_t>() % 5000;
         const float rate = bytes.take<float>(), level = bytes.take<float>();
@@ -259,9 +259,9 @@ private:
         for (std::uint64_t i = 0; i < sound->size; ++i) sound->getPtr()[i] = i % 3 ? level : -level;
         sound->writeGuardPoint();
         if (bytes.byte() % 2)
-            played.loadSound(std::move(sound));
+            granulator.loadSound(std::move(sound));
         else
-            played.setCaptured({sound->getPtr(), sound->size}, double{rate});
+            granulator.setCaptured({sound->getPtr(), sound->size}, double{rate});
     }
 
     std::deque<AURenderEvent> events_; // whose addresses stay

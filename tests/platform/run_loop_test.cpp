@@ -143,6 +143,47 @@ TEST(RunLoop, GoesOnFromWhereItStandsWhenTheWallClockTakesOver) {
     EXPECT_EQ(loop.now(), 51.0);
 }
 
+TEST(RunLoop, RoundsASecondStretchAsTheFirst) {
+    RunLoop loop;
+    loop.setClock(Clock::sample);
+    const auto ticks = [&] {
+        std::vector<double> at;
+        loop.beginStretch();
+        const double from = loop.now();
+        const auto timer = loop.addDisplayLink(15.0, [&] { at.push_back(loop.stretch()); });
+        for (int n = 1; n <= 100; ++n) loop.advanceStretch(n * 800 / 48000.0);
+        EXPECT_DOUBLE_EQ(loop.now(), from + 100 * 800 / 48000.0);
+        loop.cancel(timer);
+        return at;
+    };
+    bool late = false;
+    loop.performAfter(2.0, [&] { late = true; });
+    const std::vector<double> first = ticks();
+    loop.advance(loop.now() + 0.1234567);
+    EXPECT_EQ(ticks(), first);
+    EXPECT_TRUE(late); // what waited goes on waiting for as long
+}
+
+TEST(RunLoop, DoesWhatWasAskedForWhileItsTimeStandsStill) {
+    RunLoop loop;
+    loop.setClock(Clock::sample);
+    std::string done;
+    loop.post([&] { done += 'p'; });
+    loop.addSource([&] { done += 's'; });
+    loop.performAfter(0.1, [&] { done += 't'; });
+    EXPECT_TRUE(loop.tryAdvanceByWall(9.0));
+    EXPECT_EQ(done, "sp");
+    EXPECT_EQ(loop.now(), 0.0);
+    loop.askForWallClock();
+    loop.setClock(Clock::sample); // a bounce again, before anybody heard of it
+    EXPECT_TRUE(loop.tryAdvanceByWall(10.0));
+    EXPECT_EQ(loop.clock(), Clock::sample);
+    loop.askForWallClock();
+    EXPECT_TRUE(loop.tryAdvanceByWall(20.0) && loop.tryAdvanceByWall(20.25));
+    EXPECT_EQ(loop.now(), 0.25);
+    EXPECT_EQ(done, "spsssts");
+}
+
 TEST(WallClockDriver, DrivesOneRunLoopWhileAnotherIsHeldAndLetsGoOfBoth) {
     for (int round = 0; round < 20; ++round) { // the thread ends and starts anew each time
         RunLoop held, moving;
