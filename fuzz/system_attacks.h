@@ -1,4 +1,5 @@
-// playHands, playRenderCycles, tryPluginState, tryRestoring: arbitrary bytes as what comes at a whole system.
+// playHands, playRenderCycles, tryPluginState, tryRestoring: arbitrary bytes as what comes at a
+// whole system.
 #pragma once
 
 #include <cstddef>
