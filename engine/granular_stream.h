@@ -107,8 +107,10 @@ public:
     /// Passes over frames in which nothing is heard: only the scan and the ring modulator's cosine
     /// go on. RENDER.
     void pass(int frames) ZEPHYRA_NONBLOCKING;
-    /// Whether grains are cut from sound. Any thread.
-    bool isCutFrom(const mokSample& sound) const noexcept { return sample.load() == &sound; }
+    /// Whether grains are cut from sound, which is only compared. Any thread.
+    bool isCutFrom(const mokSample* sound) const ZEPHYRA_NONBLOCKING {
+        return sample.load() == sound;
+    }
 
     /// The effect modules; their parameters may be set on any thread. Never null.
     CommonState* echoModule() const noexcept { return echo; }
@@ -142,7 +144,7 @@ public:
     float scanRegionStart() const noexcept { return scanStart; }
     float scanRegionSpan() const noexcept { return scanSpan; }
     /// Seconds that a new grain lasts at most. Any thread.
-    double longestGrain() const noexcept {
+    double longestGrain() const ZEPHYRA_NONBLOCKING {
         return double{grainLength} * (1.0 + std::abs(double{rndLength}));
     }
     /// The gain that new grains get. Any thread.

@@ -22,7 +22,7 @@ float passedOn(float sample) ZEPHYRA_NONBLOCKING {
 
 void BypassFade::start(double sampleRate) noexcept {
     length_ = static_cast<std::uint32_t>(std::max(sampleRate * kSeconds, 1.0));
-    finish();
+    at_ = bypassed_ ? length_ : 0;
 }
 
 void BypassFade::mix(float* const (&made)[2], const float* const (&passed)[2],

@@ -13,16 +13,13 @@ class BypassFade {
 public:
     static constexpr double kSeconds = 0.010;
 
-    /// Hz above 0; a fade that runs is over. OFF.
+    /// Hz above 0; at the target at once. OFF.
     void start(double sampleRate) noexcept;
 
     /// What the next frames go towards: passed on, or made.
     void setTarget(bool bypassed) ZEPHYRA_NONBLOCKING { bypassed_ = bypassed; }
     /// Whether the next frames hold anything of what is passed on.
     bool isHeard() const ZEPHYRA_NONBLOCKING { return bypassed_ || at_ > 0; }
-    /// At the target at once; for silence, where nobody hears it.
-    void finish() ZEPHYRA_NONBLOCKING { at_ = bypassed_ ? length_ : 0; }
-
     /// Mixes frames of what is passed on into what was made, channel by channel; null passes on
     /// silence. Nothing that is not finite, nor any denormal, comes out of what is passed on.
     void mix(float* const (&made)[2], const float* const (&passed)[2],

@@ -1,6 +1,7 @@
 #include "hosting/plugin_instance.h"
 
 #include "platform/files/folders.h"
+#include "platform/text/text_numbers.h"
 
 #include <algorithm>
 #include <string>
@@ -62,7 +63,7 @@ PluginInstance::~PluginInstance() {
 Result<void> PluginInstance::prepare(const PluginSetup& setup) {
     release();
     if (!(setup.sampleRate >= kLeastRate && setup.sampleRate <= kMostRate))
-        return Failure{"the sample rate is " + std::to_string(setup.sampleRate) +
+        return Failure{"the sample rate is " + formatShort(setup.sampleRate) +
                        " Hz; it must be 8000 to 384000"};
     const OSStatus status =
         host_.start({.sampleRate = setup.sampleRate,

@@ -29,7 +29,7 @@ double PluginTail::grainSeconds() const ZEPHYRA_NONBLOCKING {
     MOK_SCRUB_GRANULATOR& stream = instance_.stream();
     const double grain = stream.engine().longestGrain();
     const waveform_data& live = stream.waveForm().data();
-    if (live.isLiveEnabled && stream.engine().isCutFrom(*live.mSample.load()))
+    if (live.isLiveEnabled && stream.engine().isCutFrom(live.mSample.load()))
         return static_cast<double>(WaveForm::kLiveFrames) / sampleRate_ + grain;
     return fadeOut_ + std::min(grain, MOK_SCRUB_GRANULATOR::getDelayedStopTime());
 }

@@ -154,5 +154,12 @@ TEST(PluginSound, IsOverWhenTheTailHasPassed) {
         }
 }
 
+TEST(PluginSound, TailsOnAsLongAsLiveInputIsRemembered) {
+    HeardLog log;
+    PluginInstance fresh(PluginKind::effect, [&log](Instance& instance) { log.hear(instance); });
+    ASSERT_TRUE(fresh.prepare({44100, 512}));
+    EXPECT_NEAR(fresh.tailSeconds(), 10.3, 0.3);
+}
+
 } // namespace
 } // namespace zephyra

@@ -129,7 +129,14 @@ TEST(Rest, OfLiveInputBeginsWhenTheWholeBufferIsSilentAndEndsWithTheFirstSound) 
     EXPECT_EQ(resting.rested, rested);
     EXPECT_GT(peak, 0.01f);
 
-    // A sound in the buffer's place, or held, is none to rest on.
+    // Nor while it is stopped, or what was heard would stay where silence belongs.
+    resting.block(0.25f);
+    resting.set(ControlId::playStop, 0);
+    for (int n = 0; n < 9 * kSecond; ++n) resting.block();
+    EXPECT_EQ(resting.rested, rested);
+
+    // A sound in the buffer's place is none to rest on.
+    resting.set(ControlId::playStop, 1);
     for (int n = 0; n < 12 * kSecond; ++n) resting.block();
     EXPECT_TRUE(resting.unit->rests());
     const std::vector<float> captured(20000, 0.5f);
