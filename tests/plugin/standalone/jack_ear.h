@@ -17,6 +17,7 @@ public:
         client_ = jack_client_open("ear", JackNoStartServer, nullptr);
         if (!client_) return;
         in_ = jack_port_register(client_, "in", JACK_DEFAULT_AUDIO_TYPE, JackPortIsInput, 0);
+        out_ = jack_port_register(client_, "out", JACK_DEFAULT_AUDIO_TYPE, JackPortIsOutput, 0);
         notes_ = jack_port_register(client_, "notes", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
         jack_set_process_callback(client_, &JackEar::process, this);
         jack_activate(client_);
@@ -32,6 +33,7 @@ public:
     bool listensTo(const std::string& program) {
         const auto isDone = [](int code) { return code == 0 || code == EEXIST; };
         return isDone(jack_connect(client_, (program + ":out_left").c_str(), "ear:in")) &&
+               isDone(jack_connect(client_, "ear:out", (program + ":in_left").c_str())) &&
                isDone(jack_connect(client_, "ear:notes", (program + ":midi_in").c_str()));
     }
     bool isConnected(const std::string& port) const {
@@ -41,6 +43,8 @@ public:
         return others != nullptr;
     }
     void play(int note) { next_ = note; }
+    /// Into the program's input, from now on.
+    void whistle() { whistles_ = true; }
     /// The loudest since the last call.
     float peak() { return peak_.exchange(0.0f); }
 
@@ -51,6 +55,9 @@ private:
         float peak = ear.peak_;
         for (jack_nframes_t i = 0; i < frames; ++i) peak = std::fmax(peak, std::fabs(in[i]));
         ear.peak_ = peak;
+        auto* const tone = static_cast<float*>(jack_port_get_buffer(ear.out_, frames));
+        for (jack_nframes_t i = 0; i < frames; ++i, ++ear.frame_)
+            tone[i] = ear.whistles_ ? 0.5f * std::sin(0.1f * static_cast<float>(ear.frame_)) : 0.0f;
         void* const out = jack_port_get_buffer(ear.notes_, frames);
         jack_midi_clear_buffer(out);
         if (const int note = ear.next_.exchange(-1); note >= 0) {
@@ -61,7 +68,9 @@ private:
     }
 
     jack_client_t* client_ = nullptr;
-    jack_port_t *in_ = nullptr, *notes_ = nullptr;
+    jack_port_t *in_ = nullptr, *out_ = nullptr, *notes_ = nullptr;
+    std::atomic<bool> whistles_ = false;
+    unsigned frame_ = 0; // the process callback's
     std::atomic<float> peak_ = 0.0f;
     std::atomic<int> next_ = -1;
 };

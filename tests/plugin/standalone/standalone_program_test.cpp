@@ -11,6 +11,7 @@ namespace {
 
 const std::string kSample = std::string(ZEPHYRA_SOURCE_DIR) + "/resources/Blackbird.mp3";
 const std::string kBank = std::string(ZEPHYRA_SOURCE_DIR) + "/resources/Glass Weather.zephyra";
+const std::string kLiveBank = std::string(ZEPHYRA_SOURCE_DIR) + "/resources/Live Water.zephyra";
 constexpr float kHeard = 0.003f;
 
 bool canRun(const std::string& program) {
@@ -19,6 +20,9 @@ bool canRun(const std::string& program) {
 
 struct StandaloneProgram : testing::Test {
     void SetUp() override { ::setenv("JACK_DEFAULT_SERVER", server_.c_str(), 1); }
+    void TearDown() override {
+        if (jackd_) jackd_->end(SIGTERM); // a killed one stays among the eight that JACK counts
+    }
 
     using Words = ChildProgram::Words;
     std::unique_ptr<ChildProgram> start(const Words& arguments, Words variables = {"DISPLAY"}) {
@@ -82,6 +86,19 @@ TEST_F(StandaloneProgram, ANoteSoundsAtTheJackPortsAlsoAfterTheServersDeathAndRe
     EXPECT_TRUE(sounds()) << program->output();
     EXPECT_EQ(program->end(SIGTERM), 0) << program->output();
     EXPECT_THAT(session(), HasSubstr("Blackbird.mp3"));
+}
+
+TEST_F(StandaloneProgram, LiveHearsTheInputAndWarnsOfFeedback) {
+    startServer("48000");
+    if (IsSkipped() || HasFatalFailure()) return;
+    const auto program = start({"--headless", "--play", kLiveBank});
+    JackEar ear;
+    ASSERT_TRUE(comesTrue([&] { return ear.listensTo("Zephyra"); })) << program->output();
+    EXPECT_TRUE(program->says("LIVE hears the input")) << program->output();
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    EXPECT_LT(ear.peak(), kHeard); // nothing comes in yet
+    ear.whistle();
+    EXPECT_TRUE(comesTrue([&] { return ear.peak() > kHeard; })) << program->output();
 }
 
 TEST_F(StandaloneProgram, AWindowOpensBanksAndSoundsAndSavesWhenItIsAskedToEndOrLosesTheDisplay) {
