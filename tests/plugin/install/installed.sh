@@ -18,7 +18,7 @@ fail() {
 has() { command -v "$1" >/dev/null || { echo "not checked, for want of $1"; false; }; }
 
 # same WHAT EXPECTED FOUND
-same() { [[ $2 == "$3" ]] || fail "$1: expected" "$2" "found" "$3"; }
+same() { [[ $2 == "$3" ]] || fail "$1: < is expected, > is found" "$(diff <(echo "$2") <(echo "$3"))"; }
 
 name() { sed -n "s/^$1: //p" "$tree/tests/saved_files/names.txt"; }
 
