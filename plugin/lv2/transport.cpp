@@ -1,5 +1,7 @@
 #include "plugin/lv2/transport.h"
 
+#include <cmath>
+
 namespace zephyra {
 
 namespace {
@@ -32,6 +34,7 @@ PluginTransport Lv2Transport::read(const Lv2Position& position) ZEPHYRA_NONBLOCK
         transport.beats = *position.beat * quarters;
     else if (position.frame && tempo_ > 0.0 && !sendsBeats_)
         transport.beats = *position.frame / sampleRate_ * tempo_ / 60.0;
+    if (transport.beats && !std::isfinite(*transport.beats)) transport.beats.reset();
     sendsBeats_ |= hasBeat;
     return transport;
 }

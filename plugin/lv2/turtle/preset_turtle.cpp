@@ -30,17 +30,17 @@ bool isPlain(char c) {
     return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
 }
 
-/// "Dawn Chorus (Bird Machines)" as "dawn-chorus-bird-machines".
+/// "Dawn Chorus (Bird Machines)" as "dawn_chorus_bird_machines": jalv takes no hyphens.
 std::string plainName(std::string_view name) {
     std::string plain;
     for (char c : name) {
         if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
         if (isPlain(c))
             plain += c;
-        else if (!plain.empty() && plain.back() != '-')
-            plain += '-';
+        else if (!plain.empty() && plain.back() != '_')
+            plain += '_';
     }
-    if (plain.ends_with('-')) plain.pop_back();
+    if (plain.ends_with('_')) plain.pop_back();
     return plain;
 }
 
@@ -154,7 +154,7 @@ Result<std::vector<PresetTurtle>> presetTurtles(PluginKind kind,
         const TurtleNode node = presetNode(iri, names[number].name, *instance, bytes.value());
         presets.push_back(
             {.iri = iri,
-             .file = (kind == PluginKind::effect ? "effect-" : "instrument-") + plain + ".ttl",
+             .file = (kind == PluginKind::effect ? "effect_" : "instrument_") + plain + ".ttl",
              .text =
                  turtlePrefixes(kPrefixes) + bankNode(names[number].name).text() + node.text()});
     }

@@ -271,10 +271,10 @@ void Lv2Host::restore(const std::string& text, bool withPorts) {
     apply(lilv_state_new_from_string(lv2World(), Lv2Types::map(), text.c_str()), withPorts);
 }
 
-void Lv2Host::loadPreset(const std::string& label) {
+void Lv2Host::loadPreset(const std::string& label, bool withPorts) {
     const bool isEffect = symbols_.contains("in_left");
     const auto presets = lv2Presets(isEffect ? PluginKind::effect : PluginKind::instrument);
-    apply(lilv_state_new_from_world(lv2World(), Lv2Types::map(), presets.at(label)), true);
+    apply(lilv_state_new_from_world(lv2World(), Lv2Types::map(), presets.at(label)), withPorts);
 }
 
 std::map<std::string, std::string> Lv2Host::properties() {

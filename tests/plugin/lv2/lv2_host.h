@@ -57,7 +57,7 @@ public:
     std::string save();
     /// With or without the ports' values, which many hosts set themselves.
     void restore(const std::string& text, bool withPorts = true);
-    void loadPreset(const std::string& label);
+    void loadPreset(const std::string& label, bool withPorts = true);
     /// What the plug-in hands to its host, by key.
     std::map<std::string, std::string> properties();
     LV2_State_Status restoreProperties(const std::map<std::string, std::string>& properties);

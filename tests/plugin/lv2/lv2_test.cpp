@@ -301,6 +301,23 @@ TEST_F(Lv2, EveryFactoryPresetBringsItsWholeStateAndPorts) {
     }
 }
 
+TEST_F(Lv2, APresetWithoutItsPortsActsWhereverThePortsStand) {
+    Lv2Host host(PluginKind::effect);
+    host.port("dry_wet") = 100;
+    host.port("play_stop") = 0;
+    const auto loudness = [&] {
+        host.heard.clear();
+        for (int i = 0; i < 200; ++i) {
+            host.render(256);
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        return peakOf(std::span(host.heard).last(5000));
+    };
+    EXPECT_LT(loudness(), 0.001f);
+    host.loadPreset("Bell Jar (Glass Weather)", false);
+    EXPECT_GT(loudness(), 0.01f);
+}
+
 TEST_F(Lv2, ASessionSoundsTheSameAfterItsSampleIsGone) {
     const fs::path file = sharedFolder() / "chirp.wav";
     const auto noise = noiseSample(30000, 44100);

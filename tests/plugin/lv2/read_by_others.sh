@@ -17,8 +17,9 @@ sord_validate "${own[@]}" "$bundle"/*.ttl | tee /dev/stderr | grep -q "^Found 0 
 
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-ln -s "$bundle" "$folder/zephyra.lv2"
-export LV2_PATH=$folder:/usr/lib/lv2
+mkdir "$folder/lv2"
+ln -s "$bundle" "$folder/lv2/zephyra.lv2"
+export LV2_PATH=$folder/lv2:/usr/lib/lv2
 for plugin in urn:zephyra:effect urn:zephyra:instrument; do
     lv2ls | grep -qx "$plugin"
     LC_ALL=C lv2info "$plugin" >"$folder/info" 2>"$folder/complaints"

@@ -1,0 +1,109 @@
+// jalv plays the LV2 plug-ins on a JACK server of this test's own, which needs no sound card.
+#include "tests/plugin/jalv/jack_player.h"
+#include "tests/plugin/standalone/child_program.h"
+
+namespace zephyra {
+
+namespace {
+
+using namespace std::string_literals;
+
+/// 120 beats a minute: C4 for one second, after a tenth.
+const std::string kMidiFile = "MThd\0\0\0\6\0\0\0\1\0\x64"s + "MTrk\0\0\0\x0d"s +
+                              "\x14\x90\x3c\x64\x81\x48\x80\x3c\x40\0\xff\x2f\0"s;
+
+struct Jalv : testing::Test {
+    void SetUp() override {
+        if (std::system("command -v jackd jalv >/dev/null") != 0)
+            GTEST_SKIP() << "jackd or jalv is not installed";
+        ::setenv("JACK_DEFAULT_SERVER", server.c_str(), 1);
+        server_.emplace(ChildProgram::Words{"jackd", "-n", server, "-r", "-d", "dummy", "-r",
+                                            "48000", "-p", "256"},
+                        ChildProgram::Words{}, folder / "jackd");
+        const auto file = parseMidi(kMidiFile, std::nullopt, "the test's file");
+        ASSERT_TRUE(file) << file.message();
+        ASSERT_EQ(file.value().messages.size(), 2u);
+        const bool isUp = comesTrue([&] {
+            player.emplace(file.value().messages);
+            return player->isThere();
+        });
+        if (!isUp) GTEST_SKIP() << "no JACK server starts: " << server_->output();
+        fs::create_directory(folder / "lv2");
+        fs::create_directory_symlink(ZEPHYRA_LV2_BUNDLE, folder / "lv2" / "zephyra.lv2");
+    }
+    void TearDown() override {
+        player.reset();
+        EXPECT_TRUE(!jalv_ || jalv_->runs()) << jalv_->output();
+        jalv_.reset();
+        if (server_) server_->end(SIGTERM);
+        if (commands_ >= 0) ::close(commands_);
+    }
+    /// Loads it and connects it to the player.
+    void load(const std::string& uri, const std::string& options = "") {
+        const std::string pipe = folder / "commands";
+        ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+        commands_ = ::open(pipe.c_str(), O_RDWR);
+        jalv_.emplace(
+            ChildProgram::Words{"sh", "-c",
+                                "exec jalv -x -n zephyra " + options + " " + uri + " < " + pipe},
+            ChildProgram::Words{"LV2_PATH=" + (folder / "lv2").string() + ":/usr/lib/lv2",
+                                "ZEPHYRA_SHARED_FOLDER=" + (folder / "user").string(),
+                                "ZEPHYRA_RESOURCE_FOLDER=" ZEPHYRA_SOURCE_DIR "/resources"},
+            folder / "jalv");
+        ASSERT_TRUE(comesTrue([&] { return player->connect("zephyra:out_left", "player:in"); }))
+            << jalv_->output();
+        ASSERT_TRUE(player->connect("player:midi", "zephyra:events"));
+    }
+    void say(const std::string& line) {
+        ASSERT_EQ(::write(commands_, (line + "\n").c_str(), line.size() + 1),
+                  static_cast<ssize_t>(line.size() + 1));
+    }
+    bool becomes(bool loud) {
+        return comesTrue([&] { return (player->peakOf(0.1) > 0.005f) == loud; });
+    }
+
+    const TemporaryFolder folder;
+    const std::string server = "zephyra-test-" + std::to_string(::getpid());
+    std::optional<JackPlayer> player;
+
+private:
+    std::optional<ChildProgram> server_, jalv_;
+    int commands_ = -1;
+};
+
+TEST_F(Jalv, PlaysTheInstrumentFromAMidiFileAndSetsItsPorts) {
+    load("urn:zephyra:instrument");
+    EXPECT_LT(player->peakOf(0.5), 0.0001f);
+    player->play();
+    EXPECT_TRUE(becomes(true)) << "at the first note";
+    EXPECT_TRUE(comesTrue([&] { return player->hasPlayed(); }));
+    EXPECT_TRUE(becomes(false)) << "after the last one";
+    say("play_stop = 1");
+    EXPECT_TRUE(becomes(true));
+    say("amplitude = 0");
+    EXPECT_TRUE(becomes(false));
+    say("amplitude = 1");
+    EXPECT_TRUE(becomes(true));
+    say("play_stop = 0");
+    EXPECT_TRUE(becomes(false));
+}
+
+TEST_F(Jalv, PlaysTheEffectByThePortsThatItBeginsWith) {
+    load("urn:zephyra:effect", "-c dry_wet=100 -c play_stop=0");
+    ASSERT_TRUE(player->connect("player:noise", "zephyra:in_left"));
+    EXPECT_TRUE(becomes(false));
+    say("dry_wet = 0");
+    EXPECT_TRUE(becomes(true)) << "what comes in";
+    say("dry_wet = 100");
+    EXPECT_TRUE(becomes(false));
+    say("play_stop = 1");
+    EXPECT_TRUE(becomes(true)) << "its grains";
+    say("play_stop = 0");
+    EXPECT_TRUE(becomes(false));
+    say("enabled = 0");
+    EXPECT_TRUE(becomes(true)) << "bypassed";
+}
+
+} // namespace
+
+} // namespace zephyra
