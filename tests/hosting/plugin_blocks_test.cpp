@@ -59,7 +59,7 @@ TEST_F(Blocks, OfAnySizeHandOverEachEventInItsTurn) {
         for (const std::uint32_t frames : {0u, 1u, 64u, 65u, 4096u, 9000u}) {
             plugin.queueParameter(kPitch, -24.0f, 0);
             plugin.queueParameter(kPitch, value += 1.0f, frames > 0 ? frames - 1 : 0);
-            plugin.queueParameter(kPitch, 7.0f, frames + 3); // of a later block
+            plugin.queueParameter(kPitch, 7.0f, frames + 60); // of a later block
             block(frames, offline);
             if (offline) block(0, true); // the last frames' events act where the next block begins
             EXPECT_TRUE(pitchComes(value)) << frames;

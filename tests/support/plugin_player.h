@@ -36,7 +36,7 @@ struct PluginPlayer : HeardLog {
         lfos.addWidget(&pitch);
         lfos.getWrapperID(&pitch)->setHz(9.0);
         lfos.getWrapperID(&pitch)->setLfoShapeFromWrapper(kLfoRandom);
-        const float take[] = {0.2f, 0.9f, 0.1f, 0.6f};
+        const float take[] = {0.02f, 0.09f, 0.01f, 0.06f}; // where LIVE soon hears something
         stream.scrubRecorder.setTake(take);
         PropertyDictionary state;
         stream.scrubRecorder.saveDataForRecordScrub(state);
