@@ -20,6 +20,7 @@ public:
     void setTarget(bool bypassed) ZEPHYRA_NONBLOCKING { bypassed_ = bypassed; }
     /// Whether the next frames hold anything of what is passed on.
     bool isHeard() const ZEPHYRA_NONBLOCKING { return bypassed_ || at_ > 0; }
+
     /// Mixes frames of what is passed on into what was made, channel by channel; null passes on
     /// silence. Nothing that is not finite, nor any denormal, comes out of what is passed on.
     void mix(float* const (&made)[2], const float* const (&passed)[2],

@@ -35,6 +35,9 @@ public:
     /// Applies it; what is no state is refused with a line in the log, and nothing changes. HOST.
     LV2_State_Status restore(LV2_State_Retrieve_Function retrieve, LV2_State_Handle handle);
 
+    /// What it translates for.
+    PluginInstance& instance() noexcept { return instance_; }
+
 private:
     void renderSegment(std::uint32_t begin, std::uint32_t end, const PluginTransport& transport);
     float* audio(Lv2Port port) const;
