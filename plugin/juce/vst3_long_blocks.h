@@ -1,4 +1,4 @@
-// ScratchBuffer of JUCE's VST3 wrapper, for blocks that are longer than their host announced.
+// ClientBufferMapperData of JUCE's VST3 wrapper, for blocks of any length and without allocating.
 #pragma once
 
 #include <juce_audio_basics/juce_audio_basics.h>
@@ -6,25 +6,54 @@
 namespace juce {
 
 template <typename FloatType>
-class ScratchBuffer;
+class ClientBufferMapperData;
 
 /// Stands in front of the wrapper's source and takes the place of its own, which has room for the
-/// announced length and is written beyond it. RENDER after setSize.
+/// announced length, is written beyond it, and copies a list on the heap in each block. Hands a
+/// host's buses to the processor in JUCE's order of channels. RENDER after prepare.
 template <>
-class ScratchBuffer<float> {
+class ClientBufferMapperData<float> {
 public:
     /// What is never touched of so much costs no memory.
-    void setSize(int numChannels, int blockSize) {
+    void prepare(int numChannels, int blockSize) {
         constexpr int kLongest = 65536; // frames
         buffer_.setSize(numChannels, jmax(blockSize, kLongest));
     }
-    void clear() { next_ = 0; }
-    float* getNextChannelBuffer() { return buffer_.getWritePointer(next_++); }
-    auto getArrayOfWritePointers() { return buffer_.getArrayOfWritePointers(); }
+
+    template <typename Data, typename Maps>
+    AudioBuffer<float> getMappedBuffer(Data& data, const Maps& inputs, const Maps& outputs) {
+        int used = 0, written = 0;
+        for (std::size_t bus = 0; bus < inputs.size(); ++bus) {
+            const auto& map = inputs[bus];
+            if (!map.isClientActive()) continue;
+            const int channels = static_cast<int>(map.size());
+            for (int c = 0; c < channels; ++c) {
+                const float* const from = hostChannel(data, bus, map, c);
+                float* const to =
+                    buffer_.getWritePointer(used + map.getJuceChannelForVst3Channel(c));
+                if (from)
+                    FloatVectorOperations::copy(to, from, data.numSamples);
+                else
+                    FloatVectorOperations::clear(to, data.numSamples);
+            }
+            used += channels;
+        }
+        for (const auto& map : outputs)
+            if (map.isClientActive()) written += static_cast<int>(map.size());
+        return {buffer_.getArrayOfWritePointers(), jmax(used, written), data.numSamples};
+    }
 
 private:
+    /// Null, for silence, where the host sends no such channel.
+    template <typename Data, typename Map>
+    static const float* hostChannel(Data& data, std::size_t bus, const Map& map, int channel) {
+        if (!map.isHostActive() || bus >= static_cast<std::size_t>(data.numInputs)) return nullptr;
+        const auto& sent = data.inputs[bus];
+        return sent.channelBuffers32 && channel < sent.numChannels ? sent.channelBuffers32[channel]
+                                                                   : nullptr;
+    }
+
     AudioBuffer<float> buffer_;
-    int next_ = 0;
 };
 
 } // namespace juce
