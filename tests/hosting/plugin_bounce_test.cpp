@@ -84,6 +84,7 @@ TEST(PluginBounce, IsWhatACommandRendersAndRepeatsAfterRealTime) {
             return player.play(kFrames, true, kMusic,
                                [&](int block) { automate(player.plugin, block); });
         };
+        std::this_thread::sleep_for(std::chrono::milliseconds(150)); // LFO and take are under way
         EXPECT_EQ(firstDifference(bounce(), wanted), "");
         for (int round = 0; round < 3; ++round) {
             std::this_thread::sleep_for(std::chrono::milliseconds(80)); // MAIN ticks

@@ -8,7 +8,7 @@ namespace zephyra {
 namespace {
 
 TEST(PluginThreads, LetThirtyTwoBounceTogetherWhatTheyBounceAlone) {
-    constexpr PluginTransport kMusic = {.tempo = 133.0, .beats = 0.0, .moving = true};
+    static constexpr PluginTransport kMusic = {.tempo = 133.0, .beats = 0.0, .moving = true};
     const auto play = [] {
         PluginPlayer player;
         EXPECT_TRUE(player.plugin.prepare({44100, 256}));
