@@ -4,9 +4,7 @@
 #include "hosting/gesture_filter.h"
 #include "platform/threads/run_loop.h"
 
-#include <atomic>
 #include <memory>
-#include <thread>
 
 namespace zephyra {
 
@@ -24,28 +22,12 @@ public:
     /// unless it is itself what calls this.
     void setListener(GestureFilter::Forward listener);
 
-    /// While it lives, the calling thread is RENDER as well as MAIN, as in a bounce: what gestures
-    /// it makes, by MIDI's buttons, are no hand's, and its thread calls nobody.
-    class Deaf {
-    public:
-        explicit Deaf(GestureRelay& relay) : relay_(relay) {
-            relay_.deaf_ = std::this_thread::get_id();
-        }
-        ~Deaf() { relay_.deaf_ = std::thread::id(); }
-        Deaf(const Deaf&) = delete;
-        Deaf& operator=(const Deaf&) = delete;
-
-    private:
-        GestureRelay& relay_;
-    };
-
 private:
     struct Listener;
     AUParameterTree& tree_;
     RunLoop& loop_;
     std::unique_ptr<GestureFilter> filter_; // MAIN
     std::shared_ptr<Listener> listener_;    // MAIN
-    std::atomic<std::thread::id> deaf_{};
 };
 
 } // namespace zephyra

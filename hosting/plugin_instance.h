@@ -98,10 +98,10 @@ public:
     /// A value of the host's from now on, also while nothing renders. Ignored as in queueParameter.
     /// Any thread.
     void setParameter(AUParameterAddress address, AUValue linear) ZEPHYRA_NONBLOCKING;
-    /// Who hears the gestures of a hand on a control, a screen's or MIDI's buttons, as touch,
-    /// values and release; modulation makes none, nor does MIDI in a bounce. Called outside MAIN on
-    /// any thread but RENDER. Empty, as at first, for nobody. On return the one before is called no
-    /// more, see GestureRelay. HOST, not inside a Scope.
+    /// Who hears the gestures of a hand on a control, buttons included, as touch, values and
+    /// release; modulation makes none, nor does MIDI, which a host has already. Called outside MAIN
+    /// on any thread but RENDER. Empty, as at first, for nobody. On return the one before is called
+    /// no more, see GestureRelay. HOST, not inside a Scope.
     void setGestureListener(GestureFilter::Forward listener) {
         gestures_.setListener(std::move(listener));
     }

@@ -95,7 +95,6 @@ void PluginInstance::renderCycle(const PluginBlock& block, std::uint32_t begin,
 }
 
 void PluginInstance::renderOffline(const PluginBlock& block) {
-    const GestureRelay::Deaf here(gestures_);
     if (!host_.isRunning()) {
         actUnprepared();
         return HostChannels::silence(block, 0, block.frames);

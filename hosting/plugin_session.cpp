@@ -39,7 +39,7 @@ void readNamed(PropertyReader& reader, const char* key, const Names& names, Valu
             value = one;
             return;
         }
-    reader.complain(key, inQuotes(*text) + " is not known", StandIn::usual);
+    reader.complain(key, onOneLine(inQuotes(*text)) + " is not known", StandIn::usual);
 }
 
 /// The two numbers that a point parts.
@@ -52,10 +52,10 @@ Result<void> checkVersion(const PropertyDictionary& state) {
         return parseWhole(std::string_view(*text).substr(begin, count));
     };
     if (point == std::string::npos || !number(0, point) || !number(point + 1, text->npos))
-        return Failure{
-            std::string("the state's ") + kStateVersion + " is " +
-            (text ? inQuotes(*text) : std::string("no text, but a ") + found->second.typeName()) +
-            "; it must be like \"1.0\""};
+        return Failure{std::string("the state's ") + kStateVersion + " is " +
+                       (text ? onOneLine(inQuotes(*text))
+                             : std::string("no text, but a ") + found->second.typeName()) +
+                       "; it must be like \"1.0\""};
     if (*number(0, point) > kStateMajor)
         return Failure{"the state is of version " + *text +
                        ", of a newer program; this one reads " + std::to_string(kStateMajor) +

@@ -1,5 +1,5 @@
-// makeEffect and makeInstrument: the processors of the two plug-ins, without JUCE's headers, so that
-// what is compiled once a plug-in is short.
+// makeEffect and makeInstrument: the processors of the two plug-ins, without JUCE's headers, so
+// that what is compiled once a plug-in is short.
 #pragma once
 
 namespace juce {

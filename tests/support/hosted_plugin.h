@@ -29,6 +29,15 @@ struct HostedPlugin : HeardLog, PluginInstance {
         queueParameter(static_cast<AUParameterAddress>(id), linear, frame);
     }
     float value(ControlId id) const { return parameter(static_cast<AUParameterAddress>(id)); }
+    void sync(bool on) {
+        const auto held = main();
+        system().stream().setDisplayed(ControlId::scanSync, on ? 1.0f : 0.0f);
+    }
+    /// What a preset would keep.
+    PropertyDictionary snapshot() {
+        const auto held = main();
+        return system().view.snapshotAsItIs();
+    }
     /// Whether the stream plays or is armed.
     bool plays() {
         const auto held = main();

@@ -1,0 +1,105 @@
+// What a host that records automation hears of hands on the controls.
+
+#include "controls/control_events.h"
+#include "tests/support/hosted_plugin.h"
+
+namespace zephyra {
+namespace {
+
+using enum ControlId;
+using Type = AUParameterAutomationEventType;
+
+struct Recorded : HostedPlugin {
+    explicit Recorded(PluginKind kind = PluginKind::effect) : HostedPlugin(kind) {}
+    void listen() {
+        setGestureListener([this](const AUParameterAutomationEvent& event) {
+            // Another thread gets in: MAIN is not held while a host is called.
+            std::thread([this] { (void)main(); }).join();
+            const char* const kinds[] = {"=", "[", "]"};
+            text << kinds[event.eventType == Type::touch     ? 1
+                          : event.eventType == Type::release ? 2
+                                                             : 0]
+                 << event.address << ' ' << event.value << ' ';
+        });
+    }
+    /// As a hand does it on a screen.
+    void drag(ControlId id, float to) {
+        const auto screen = main();
+        auto& knob = dynamic_cast<MOK_KNOB&>(*system().view.control(id));
+        knob.sendActionsForControlEvents(control_event::touchDown);
+        knob.setValue(to);
+        knob.sendEventValueChanged();
+        knob.sendActionsForControlEvents(control_event::touchUpInside);
+    }
+    void press(ControlId id) {
+        const auto screen = main();
+        Control& button = *system().view.control(id);
+        button.sendActionsForControlEvents(control_event::touchDown);
+        button.sendActionsForControlEvents(control_event::touchUpInside);
+        system().instance.runLoop.runPosted();
+    }
+    std::string heard() { return std::exchange(text, std::ostringstream()).str(); }
+
+    std::ostringstream text;
+};
+
+TEST(PluginGestures, AreHeardOfHandsAndButtonsOutsideMainAndOfNothingElse) {
+    Recorded plugin;
+    plugin.listen();
+    plugin.drag(width, 0.75f);
+    EXPECT_EQ(plugin.heard(), "[4 0.25 =4 0.75 ]4 0.75 ");
+    plugin.press(freeze);
+    EXPECT_EQ(plugin.heard(), "[22 0 =22 1 ]22 1 ");
+    plugin.press(live);
+    EXPECT_EQ(plugin.heard(), "[23 1 =23 0 ]23 0 ");
+    plugin.press(playStop);
+    EXPECT_EQ(plugin.heard(), "[21 1 =21 0 ]21 0 ");
+    // The host's own values, an LFO, MIDI, a program and a state are no hand's.
+    {
+        const auto screen = plugin.main();
+        auto& density = *plugin.system().view.control(ControlId::density);
+        plugin.system().view.assignments.assign(density, AssignmentType::lfo);
+        for (const ControlId learned : {freeze, length})
+            plugin.system().view.midiManager.bind({.trigger = {.number = 7},
+                                                   .control = plugin.system().view.control(learned),
+                                                   .takeover = MidiTakeover::jump});
+    }
+    plugin.midi({0xB0, 7, 0});
+    plugin.midi({0xB0, 7, 127});
+    plugin.setParameter(static_cast<AUParameterAddress>(width), 0.5f);
+    plugin.setProgram(3);
+    EXPECT_TRUE(plugin.restore(plugin.state()).ok());
+    plugin.midi({0x90, 67, 100});
+    plugin.render(20);
+    EXPECT_EQ(plugin.value(pitch), 7.0f);
+    EXPECT_EQ(plugin.heard(), "");
+}
+
+TEST(PluginGestures, EndWithTheirListenerAlsoWhereItGoesInACallOfItsOwn) {
+    Recorded plugin;
+    std::atomic<bool> calls = false, gone = false, late = false;
+    plugin.setGestureListener([&](const auto&) {
+        calls = true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        late = late || gone;
+    });
+    std::thread hand([&] { plugin.drag(width, 0.75f); });
+    while (!calls) std::this_thread::yield();
+    plugin.setGestureListener({}); // waits for the call, and the rest of the gesture finds nobody
+    gone = true;
+    hand.join();
+    EXPECT_FALSE(late);
+    plugin.listen();
+    plugin.drag(width, 0.25f);
+    EXPECT_EQ(plugin.heard(), "[4 0.75 =4 0.25 ]4 0.25 ");
+    int heard = 0;
+    plugin.setGestureListener([&](const auto&) {
+        ++heard;
+        plugin.setGestureListener({});
+    });
+    plugin.drag(width, 0.5f);
+    EXPECT_EQ(heard, 1);
+}
+
+} // namespace
+} // namespace zephyra

@@ -1,0 +1,198 @@
+// What a host keeps of an instance: state, version, settings, programs; and what it refuses.
+
+#include "platform/audio_unit/midi_notices.h"
+#include "platform/sound/float_file_writer.h"
+#include "tests/support/hosted_plugin.h"
+#include "tests/support/test_sounds.h"
+
+namespace zephyra {
+namespace {
+
+using enum ControlId;
+
+PropertyDictionary listOf(const std::string& state) {
+    return *must(readPropertyList(std::as_bytes(std::span(state)))).as<PropertyDictionary>();
+}
+
+std::string changed(const std::string& state, const char* key,
+                    const std::optional<PropertyValue>& value) {
+    PropertyDictionary list = listOf(state);
+    list.erase(key);
+    if (value) list.emplace(key, *value);
+    return must(writePropertyList(PropertyValue(list)));
+}
+
+TEST(PluginState, ComesBackWithSettingsProgramAndWhatANewerProgramAdded) {
+    HostedPlugin saved(PluginKind::instrument), loaded(PluginKind::instrument);
+    saved.setProgram(5);
+    saved.set(width, 0.75f);
+    saved.render();
+    const PluginSettings settings = {
+        .notesEnd = NotesEnd::fade, .startAnew = StartAnew::always, .followsPrograms = true};
+    saved.setSettings(settings);
+    const std::string state = changed(saved.state(), "FromTheFuture", PropertyValue(7));
+    EXPECT_EQ(listOf(state).at("StateVersion"), PropertyValue("1.0"));
+    EXPECT_TRUE(loaded.restore(changed(state, "StateVersion", PropertyValue("1.9"))).ok());
+    loaded.render();
+    EXPECT_EQ(loaded.settings(), settings);
+    EXPECT_EQ(loaded.currentProgram(), 5u);
+    EXPECT_EQ(loaded.value(width), 0.75f);
+    EXPECT_TRUE(loaded.state() == state);
+    // As a preset it keeps the sound, not what is of a session.
+    const PropertyDictionary snapshot = loaded.snapshot();
+    EXPECT_TRUE(snapshot.contains("FromTheFuture"));
+    for (const char* const key : {"StateVersion", "NotesEnd", "Program"})
+        EXPECT_FALSE(snapshot.contains(key)) << key;
+}
+
+TEST(PluginState, OfTheCommandOrAPresetLoadsAndNotesGoOn) {
+    HostedPlugin plugin(PluginKind::instrument);
+    EXPECT_EQ(plugin.settings(), PluginSettings());
+    plugin.setProgram(3);
+    plugin.setSettings({.startAnew = StartAnew::never, .followsPrograms = true});
+    plugin.set(width, 0.75f);
+    plugin.render();
+    const std::string preset = must(writePropertyList(PropertyValue(plugin.snapshot())));
+    plugin.set(width, 0.25f);
+    plugin.render();
+    EXPECT_TRUE(plugin.restore(preset).ok());
+    EXPECT_EQ(plugin.value(width), 0.75f);
+    EXPECT_EQ(plugin.settings(), PluginSettings{.notesEnd = NotesEnd::goOn});
+    EXPECT_EQ(plugin.currentProgram(), 0u);
+}
+
+TEST(PluginState, IsRefusedInOneLineThatChangesNothing) {
+    HostedPlugin plugin(PluginKind::effect);
+    const std::string own = plugin.state();
+    const std::pair<std::string, const char*> rows[] = {
+        {"", "the state cannot be read"},
+        {"<plist", "the state cannot be read"},
+        {own.substr(0, own.size() / 2), "the state cannot be read"},
+        {must(writePropertyList(PropertyValue(PropertyArray{}))), "no dictionary, but a"},
+        {changed(own, "StateVersion", PropertyValue("2.0")),
+         "is of version 2.0, of a newer program"},
+        {changed(own, "StateVersion", PropertyValue("10.0")), "is of version 10.0"},
+        {changed(own, "StateVersion", PropertyValue(1)), "StateVersion is no text, but a whole"},
+        {changed(own, "StateVersion", PropertyValue("1")), "must be like \"1.0\""},
+        {changed(own, "StateVersion", PropertyValue("1.x")), "must be like \"1.0\""},
+        {changed(own, "StateVersion", PropertyValue("-1.0")), "must be like \"1.0\""},
+        {changed(own, "StateVersion", PropertyValue("a\nb.0")), "must be like \"1.0\""}};
+    plugin.set(playStop, 0.0f);
+    plugin.set(width, 0.75f);
+    plugin.render();
+    const std::string before = plugin.state();
+    for (const auto& [state, said] : rows) {
+        const std::string message = failureOf(plugin.restore(state));
+        EXPECT_THAT(message, HasSubstr(said));
+        EXPECT_EQ(message.find('\n'), message.npos);
+        EXPECT_TRUE(plugin.state() == before) << said;
+        EXPECT_FALSE(plugin.plays());
+    }
+    // What is wrong in it alone is passed over.
+    plugin.lines.clear();
+    EXPECT_TRUE(plugin
+                    .restore(changed(changed(own, "NotesEnd", PropertyValue("sing")), "Program",
+                                     PropertyValue(-3)))
+                    .ok());
+    EXPECT_THAT(plugin.lines, Contains(HasSubstr("NotesEnd: \"sing\" is not known")));
+    EXPECT_TRUE(plugin.restore(changed(own, "Program", PropertyValue(48))).ok());
+    EXPECT_EQ(plugin.currentProgram(), 0u);
+}
+
+TEST(PluginState, KeepsASampleWhoseFileIsGoneAlsoBeforeItIsLoaded) {
+    const TemporaryFolder folder;
+    const auto noise = noiseSample(24000, 48000);
+    const float* const channels[] = {noise->getPtr()};
+    FloatFileWriter file;
+    ASSERT_TRUE(file.open(folder / "gone.wav", 48000.0, 1) && file.write(channels, 24000) &&
+                file.close());
+    HostedPlugin plugin(PluginKind::instrument);
+    plugin.loadSample(folder / "gone.wav");
+    plugin.render();
+    const std::string saved = plugin.state();
+    fs::remove(folder / "gone.wav");
+    HostedPlugin loaded(PluginKind::instrument);
+    {
+        const auto busy = loaded.main(); // whoever holds MAIN keeps the sound from coming
+        EXPECT_TRUE(loaded.restore(saved).ok());
+        EXPECT_TRUE(listOf(loaded.state()).at("Sample_0") == listOf(saved).at("Sample_0"));
+    }
+    loaded.midi({0x90, 60, 100});
+    EXPECT_GT(loaded.render(20), 0.01f);
+    EXPECT_TRUE(loaded.state() == saved);
+}
+
+TEST(PluginState, IsReadAndSetByManyThreadsWhileOneRenders) {
+    HostedPlugin plugin(PluginKind::instrument);
+    plugin.setProgram(1);
+    plugin.setSettings({.startAnew = StartAnew::never});
+    const std::string one = plugin.state();
+    plugin.setProgram(2);
+    plugin.setSettings({.startAnew = StartAnew::always});
+    const std::string two = plugin.state();
+    std::atomic<int> working = 10;
+    std::vector<std::thread> threads;
+    for (int n = 0; n < 10; ++n)
+        threads.emplace_back([&, n] {
+            for (int i = 0; i < 5; ++i) {
+                EXPECT_TRUE(plugin.restore((n + i) % 2 ? one : two).ok());
+                const PropertyDictionary read = listOf(plugin.state());
+                const bool isOne = read.at("Program") == PropertyValue(1);
+                EXPECT_EQ(read.at("StartAnew"), PropertyValue(isOne ? "never" : "always"));
+                EXPECT_EQ(read.at("Density_0"), listOf(isOne ? one : two).at("Density_0"));
+                plugin.setParameter(static_cast<AUParameterAddress>(width), 0.5f);
+            }
+            --working;
+        });
+    while (working > 0) plugin.renderLive();
+    for (std::thread& thread : threads) thread.join();
+}
+
+TEST(PluginPrograms, AreTheFactorysAndLeavePlayingAsItIs) {
+    HostedPlugin plugin(PluginKind::instrument), other(PluginKind::effect);
+    EXPECT_EQ(plugin.programs().size(), 48u);
+    EXPECT_EQ(&plugin.programs(), &other.programs()); // read once
+    std::set<std::string> names;
+    for (const AUAudioUnitPreset& program : plugin.programs())
+        EXPECT_TRUE(names.insert(program.name).second && program.name.ends_with(')'));
+    EXPECT_EQ(plugin.currentProgram(), 0u);
+    plugin.setProgram(7);
+    plugin.render();
+    EXPECT_FALSE(plugin.plays());
+    const float seventh = plugin.value(density);
+    plugin.setProgram(48);
+    EXPECT_EQ(plugin.currentProgram(), 7u);
+    plugin.midi({0x90, 60, 100});
+    plugin.render();
+    plugin.setProgram(9);
+    plugin.render();
+    EXPECT_TRUE(plugin.plays());
+    EXPECT_EQ(plugin.currentProgram(), 9u);
+    EXPECT_NE(plugin.value(density), seventh);
+    plugin.midi({0x80, 60, 100});
+    plugin.render();
+    EXPECT_FALSE(plugin.plays());
+}
+
+TEST(PluginPrograms, AreChosenByMidiOnlyWhereThatIsSet) {
+    HostedPlugin plugin(PluginKind::effect);
+    plugin.render();
+    std::string chosen;
+    for (const char* const notice : {midi_notice::kSelectPreset, midi_notice::kSelectBank})
+        plugin.system().instance.notifications.addObserver(
+            notice, [&chosen, notice](const auto&) { chosen += notice; });
+    const auto send = [&] {
+        plugin.midi({0xC0, 3});
+        plugin.midi({0xB0, 0, 1});
+        plugin.render();
+        return std::exchange(chosen, {});
+    };
+    const MidiManager::Navigation kept = plugin.system().view.midiManager.navigation();
+    EXPECT_EQ(send(), "");
+    EXPECT_EQ(plugin.system().view.midiManager.navigation(), kept);
+    plugin.setSettings({.followsPrograms = true});
+    EXPECT_EQ(send(), "selectPresetFromMidiselectBankFromMidi");
+}
+
+} // namespace
+} // namespace zephyra
