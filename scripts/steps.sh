@@ -22,6 +22,10 @@ test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     sox libsox-fmt-all ffmpeg sndfile-programs
 )
+# What plays the plug-ins and the standalone program. The optional ones are large: without them their
+# tests say so and are skipped.
+host_packages=(liblilv-dev lilv-utils sordi jalv jackd2 xvfb desktop-file-utils lintian)
+optional_packages=(ardour debootstrap openbox xdotool)
 
 say() { printf '%s\n' "$*" >&2; }
 
@@ -57,6 +61,14 @@ installPackages() {
         die "The packages above could not be installed; the lines before this one say why."
     fi
     rm -f "$log"
+}
+
+# installOptional NAME...: tries to, one by one; what cannot be had is named and left out.
+installOptional() {
+    local name
+    for name in "$@"; do
+        (installPackages "$name") || say "Going on without $name, whose tests will be skipped"
+    done
 }
 
 # configure PRESET [OPTION...]: makes the build folder when it is not there yet.

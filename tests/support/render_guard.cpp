@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstddef>
+#include <cstdlib>
 #include <ctime>
 #include <dlfcn.h>
 #include <execinfo.h>
@@ -58,7 +59,8 @@ RenderGuard::~RenderGuard() {
 std::string RenderGuard::report() {
     const unsigned calls = watched.calls;
     watched.calls = 0;
-    if (calls > 0) ::backtrace_symbols_fd(watched.from, watched.depth, STDERR_FILENO);
+    if (calls > 0 && std::getenv("ZEPHYRA_SHOW_STACKS"))
+        ::backtrace_symbols_fd(watched.from, watched.depth, STDERR_FILENO);
     return calls == 0 ? "" : std::to_string(calls) + ", first " + watched.first;
 }
 

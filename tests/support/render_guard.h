@@ -20,7 +20,8 @@ public:
     RenderGuard& operator=(const RenderGuard&) = delete;
 
     /// How many there were on this thread since the last call, and the first one's name:
-    /// "3, first malloc", whose stack goes to standard error; empty for none. Outside a guard.
+    /// "3, first malloc"; empty for none. Its stack goes to standard error where the environment
+    /// says ZEPHYRA_SHOW_STACKS. Outside a guard.
     static std::string report();
 };
 

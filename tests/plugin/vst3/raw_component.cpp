@@ -45,12 +45,12 @@ RawComponent::RawComponent(PluginKind kind, int mostFrames)
     if (!component_ || component_->initialize(nullptr) != kResultOk) return;
     component_->queryInterface(vst::IAudioProcessor::iid, reinterpret_cast<void**>(&processor_));
     vst::ProcessSetup setup{vst::kRealtime, vst::kSample32, mostFrames, 48000.0};
-    ok_ = processor_ && processor_->setupProcessing(setup) == kResultOk &&
-          component_->setActive(true) == kResultOk;
     for (const auto type : {vst::kAudio, vst::kEvent})
         for (const auto direction : {vst::kInput, vst::kOutput})
             if (component_->getBusCount(type, direction) > 0)
                 component_->activateBus(type, direction, 0, true);
+    ok_ = processor_ && processor_->setupProcessing(setup) == kResultOk &&
+          component_->setActive(true) == kResultOk;
     if (processor_) processor_->setProcessing(true);
 }
 

@@ -128,6 +128,14 @@ void Vst3Plugin::play(int frames, juce::MidiBuffer midi) {
     play(heard[0].data(), heard[1].data(), frames, midi);
 }
 
+bool Vst3Plugin::playUntil(const std::function<bool()>& isTrue) {
+    for (int i = 0; i < 500 && !isTrue(); ++i) {
+        pumpMessages(10);
+        play(480);
+    }
+    return isTrue();
+}
+
 float Vst3Plugin::peak() const {
     float most = 0.0f;
     for (const auto& channel : heard)

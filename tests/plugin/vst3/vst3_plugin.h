@@ -6,6 +6,7 @@
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -44,8 +45,8 @@ public:
     /// The plug-in's own bytes, without what the formats wrap around them.
     std::string state() const;
     void setState(const std::string& bytes) const;
-    /// Plays on, in real time, until everything that was set has come about.
-    void settle();
+    /// Plays on in real time until it is true, for some seconds at most; whether it became so.
+    bool playUntil(const std::function<bool()>& isTrue);
 
     PluginTransport transport; ///< from the next block on; without a tempo there is none
     std::vector<float> heard[2];

@@ -32,11 +32,17 @@ float played(Vst3Plugin& plugin, int blocks, int frames) {
     return most;
 }
 
-std::vector<float> values(Vst3Plugin& plugin) {
-    pumpMessages(60);
+/// What the host believes of the parameters, but for those that move by themselves: where the scan
+/// stands, and the buttons.
+std::vector<float> values(const Vst3Plugin& plugin) {
     std::vector<float> all;
-    for (int id = 0; id < kCount; ++id) all.push_back(plugin.parameter(id).getValue());
+    for (int id = idOf(amplitude); id < idOf(playStop); ++id)
+        all.push_back(plugin.parameter(id).getValue());
     return all;
+}
+
+testing::Matcher<const std::vector<float>&> near(const std::vector<float>& wanted) {
+    return testing::Pointwise(testing::FloatNear(1e-5f), wanted);
 }
 
 TEST(Vst3, SoundsAtEveryRateAndBlockLengthWithoutAValueThatIsNoSound) {
@@ -46,7 +52,7 @@ TEST(Vst3, SoundsAtEveryRateAndBlockLengthWithoutAValueThatIsNoSound) {
         for (const double rate : {22050.0, 44100.0, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0})
             for (const int frames : {16, 64, 99, 512, 1024, 4096}) {
                 SCOPED_TRACE(testing::Message() << rate << " Hz, " << frames);
-                plugin.start(rate, frames);
+                plugin.start(rate, frames, true); // in real time it would take as long as it plays
                 plugin.play(frames, midi({0x90, 60, 100}));
                 const int blocks = std::max(2, static_cast<int>(0.15 * rate) / frames);
                 const float most = played(plugin, blocks, frames);
@@ -67,7 +73,7 @@ TEST(Vst3, TakesBlocksOfAnyLengthAlsoZeroAndLongerOnesThanAnnounced) {
                 last = played(plugin, 1, frames);
                 EXPECT_LT(last, 4.0f) << frames;
             }
-            EXPECT_GT(last, 0.001f);
+            EXPECT_TRUE(!offline || last > 0.001f) << last;
         }
     }
 }
@@ -98,38 +104,36 @@ TEST(Vst3, KeepsAndRestoresAStateWhateverHappenedInBetween) {
         Vst3Plugin plugin(kind);
         std::mt19937 random(9);
         const auto scramble = [&] {
-            for (int id = 0; id < kCount; ++id) // but for the buttons, which act
-                if (id < idOf(playStop))
-                    plugin.parameter(id).setValue(static_cast<float>(random() % 101) / 100.0f);
+            for (const PluginParameter& facts : pluginParameters())
+                if (facts.id < playStop)
+                    plugin.parameter(idOf(facts.id))
+                        .setValue(
+                            static_cast<float>(facts.isSwitch ? random() % 2 : random() % 101) /
+                            (facts.isSwitch ? 1.0f : 100.0f));
+            const auto wanted = values(plugin);
             played(plugin, 8, 512);
+            pumpMessages(100);
+            return wanted;
         };
         plugin.start(48000, 512);
-        scramble();
-        const auto before = values(plugin);
+        const auto before = scramble();
         const std::string kept = plugin.state();
-        juce::MemoryBlock whole;
-        plugin->getStateInformation(whole);
-        const auto restoredBy = [&](const std::string& how, const auto& restore) {
-            scramble();
-            EXPECT_NE(values(plugin), before);
-            restore();
-            played(plugin, 8, 512);
-            const auto after = values(plugin);
-            for (int id = 0; id < idOf(playStop); ++id)
-                EXPECT_NEAR(after[static_cast<std::size_t>(id)],
-                            before[static_cast<std::size_t>(id)], 2e-6)
-                    << how << ", parameter " << id;
-        };
-        restoredBy("bytes", [&] { plugin.setState(kept); });
-        restoredBy("host", [&] {
-            plugin->setStateInformation(whole.getData(), static_cast<int>(whole.getSize()));
-        });
-        const auto now = values(plugin);
+        juce::MemoryBlock session;
+        plugin->getStateInformation(session);
+        const auto isBefore = [&] { return testing::Matches(near(before))(values(plugin)); };
+        scramble();
+        EXPECT_FALSE(isBefore());
+        plugin.setState(kept);
+        EXPECT_TRUE(plugin.playUntil(isBefore)) << testing::PrintToString(values(plugin));
+        scramble();
+        plugin->setStateInformation(session.getData(), static_cast<int>(session.getSize()));
+        EXPECT_TRUE(plugin.playUntil(isBefore)) << testing::PrintToString(values(plugin));
         for (const std::string& wrong :
              {std::string("nonsense"), std::string(5000, '\xFF'), kept.substr(0, kept.size() / 2)})
             plugin.setState(wrong);
         played(plugin, 8, 512);
-        EXPECT_EQ(values(plugin), now);
+        pumpMessages(100);
+        EXPECT_THAT(values(plugin), near(before));
     }
 }
 
@@ -155,7 +159,7 @@ TEST(Vst3, RefusesLayoutsOtherThanMonoAndStereoAndSoundsInThese) {
         layout.outputBuses.add(out);
         EXPECT_EQ(plugin->setBusesLayout(layout), taken);
         if (!taken) continue;
-        plugin.start(48000, 512);
+        plugin.start(48000, 512, true);
         juce::AudioBuffer<float> block(std::max(in.size(), out.size()), 512);
         float most = 0.0f;
         for (int i = 0; i < 60; ++i) {
@@ -182,16 +186,18 @@ TEST(Vst3, OffersTheFactorysPresetsAsPrograms) {
     for (const std::size_t i : {std::size_t{1}, std::size_t{20}, programs.size() - 1}) {
         const int number = static_cast<int>(i);
         EXPECT_EQ(plugin->getProgramName(number).toStdString(), programs[i].name);
-        plugin->setCurrentProgram(number);
-        played(plugin, 4, 512);
         own.setProgram(i);
-        const auto all = values(plugin);
-        for (const PluginParameter& facts : pluginParameters()) {
-            if (facts.isSwitch) continue;
-            const auto id = static_cast<std::size_t>(facts.id);
-            EXPECT_NEAR(all[id], normalizedFromLinear(facts, own.parameter(id)), 1e-5)
-                << programs[i].name << ": " << facts.name;
-        }
+        std::vector<float> wanted;
+        for (const PluginParameter& facts : pluginParameters())
+            if (facts.id >= amplitude && facts.id < playStop)
+                wanted.push_back(normalizedFromLinear(
+                    facts, own.parameter(static_cast<AUParameterAddress>(facts.id))));
+        plugin->setCurrentProgram(number);
+        EXPECT_TRUE(plugin.playUntil([&] {
+            return testing::Matches(near(wanted))(values(plugin));
+        })) << programs[i].name
+            << ": " << testing::PrintToString(values(plugin)) << " instead of "
+            << testing::PrintToString(wanted);
     }
 }
 
@@ -205,23 +211,25 @@ TEST_F(Vst3Learning, LetsControllersBendAndNotesThroughToWhatLearnedThem) {
              "--learn bend=Width --learn pressure=Pan");
     Vst3Plugin plugin(PluginKind::instrument);
     plugin.start(48000, 512);
-    ASSERT_TRUE(plugin.setState(readText(folder / "s")));
+    plugin.setState(readText(folder / "s"));
     const std::tuple<std::initializer_list<std::uint8_t>, ControlId, float> rows[] = {
         {{0xB0, 74, 127}, pitch, 1.0f},  {{0xB0, 74, 0}, pitch, 0.0f},
         {{0xE0, 127, 127}, width, 1.0f}, {{0xE0, 0, 0}, width, 0.0f},
         {{0xD0, 127}, pan, 1.0f},        {{0xD0, 0}, pan, 0.0f}};
     for (const auto& [bytes, id, wanted] : rows) {
         plugin.play(512, midi(bytes, 100));
-        pumpMessages(60); // MAIN's clock is the machine's
-        played(plugin, 4, 512);
-        EXPECT_NEAR(values(plugin)[static_cast<std::size_t>(id)], wanted, 0.01f) << idOf(id);
+        auto& moved = plugin.parameter(idOf(id));
+        EXPECT_TRUE(plugin.playUntil([&, to = wanted] {
+            return std::abs(moved.getValue() - to) < 0.01f;
+        })) << moved.getName(99)
+            << " is " << moved.getValue() << " instead of " << wanted;
     }
 }
 
 TEST(Vst3, PassesTheInputOnWhileBypassedAndTellsItsTail) {
     Vst3Plugin plugin(PluginKind::effect);
     plugin.start(48000, 512);
-    played(plugin, 20, 512);
+    EXPECT_TRUE(plugin.playUntil([&] { return plugin.peak() > 0.1f; }));
     auto* const bypass = plugin->getBypassParameter();
     ASSERT_TRUE(bypass);
     bypass->setValue(1.0f);
@@ -235,14 +243,13 @@ TEST(Vst3, PassesTheInputOnWhileBypassedAndTellsItsTail) {
     bypass->setValue(0.0f);
     EXPECT_EQ(plugin->getLatencySamples(), 0);
     plugin.parameter(idOf(echoSwitch)).setValue(0.0f);
-    played(plugin, 4, 512);
-    pumpMessages(60);
+    EXPECT_TRUE(
+        plugin.playUntil([&] { return plugin.parameter(idOf(echoSwitch)).getValue() == 0; }));
     const double dry = plugin->getTailLengthSeconds();
     plugin.parameter(idOf(echoSwitch)).setValue(1.0f);
     plugin.parameter(idOf(leftGain)).setValue(0.9f);
-    played(plugin, 4, 512);
-    pumpMessages(60);
-    EXPECT_GT(plugin->getTailLengthSeconds(), dry + 1.0);
+    EXPECT_TRUE(plugin.playUntil([&] { return plugin->getTailLengthSeconds() > dry + 3.0; }))
+        << plugin->getTailLengthSeconds();
 }
 
 TEST(Vst3, MakesASecondBounceTheFirstAndPlaysOnLiveInBetween) {
@@ -250,7 +257,7 @@ TEST(Vst3, MakesASecondBounceTheFirstAndPlaysOnLiveInBetween) {
         Vst3Plugin plugin(kind);
         plugin.start(48000, 512);
         plugin.play(512, midi({0x90, 60, 100}));
-        EXPECT_GT(played(plugin, 30, 512), 0.001f);
+        EXPECT_TRUE(plugin.playUntil([&] { return plugin.peak() > 0.001f; }));
         const auto bounce = [&] {
             plugin->setNonRealtime(true);
             std::vector<float> sound, left(512), right(512);
@@ -260,7 +267,7 @@ TEST(Vst3, MakesASecondBounceTheFirstAndPlaysOnLiveInBetween) {
                 for (int n = 0; n < 512; ++n)
                     left[static_cast<std::size_t>(n)] = right[static_cast<std::size_t>(n)] =
                         0.3f * std::sin(0.03f * static_cast<float>(n + i * 512));
-                auto notes = i == 2 ? midi({0x90, 64, 100}) : juce::MidiBuffer();
+                auto notes = i == 0 ? midi({0x90, 64, 100}) : juce::MidiBuffer();
                 plugin.play(left.data(), right.data(), 512, notes);
                 plugin.transport.beats = *plugin.transport.beats + 512.0 / 24000;
                 sound.insert(sound.end(), left.begin(), left.end());
