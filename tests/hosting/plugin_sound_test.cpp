@@ -26,6 +26,10 @@ struct Plugged : HeardLog, PluginInstance {
         system().stream().setDisplayed(ControlId::playStop, 1.0f);
         EXPECT_TRUE(prepare(setup));
     }
+    bool set(ControlId id, float value) {
+        const RunLoop::Scope main(system().instance.runLoop);
+        return system().stream().setDisplayed(id, value);
+    }
     /// Offline, in place: sound holds the input before and the output afterwards.
     void renderOver(StereoBlock& sound, std::uint32_t from, std::uint32_t to) {
         float* const at[2] = {sound.left.data() + from, sound.right.data() + from};
@@ -100,7 +104,7 @@ TEST(PluginSound, IsFiniteAndBoundedAtEveryRateWhateverComesIn) {
     for (const double rate : {8000.0, 22050.0, 44100.0, 96000.0, 192000.0, 384000.0})
         for (const bool offline : {false, true}) {
             Plugged plugged(PluginKind::effect, {rate, 64});
-            ASSERT_TRUE(plugged.system().stream().setDisplayed(ControlId::echoSwitch, 1.0f));
+            ASSERT_TRUE(plugged.set(ControlId::echoSwitch, 1.0f));
             float peak = 0;
             for (const std::uint32_t frames : {64u, 5000u, 0u, 1u, 20000u, 20000u, 20000u}) {
                 plugged.setBypass(frames == 5000 || !plugged.isBypassed());
@@ -131,17 +135,15 @@ TEST(PluginSound, IsOverWhenTheTailHasPassed) {
     for (const double rate : {22050.0, 48000.0})
         for (const float gain : {-1.0f, 0.0f, 0.5f}) {
             Plugged plugged(PluginKind::instrument, {rate, 512});
-            MOK_SCRUB_GRANULATOR& stream = plugged.system().stream();
-            stream.setDisplayed(ControlId::echoSwitch, gain < 0 ? 0.0f : 1.0f);
+            plugged.set(ControlId::echoSwitch, gain < 0 ? 0.0f : 1.0f);
             for (const auto id : {ControlId::leftDelay, ControlId::rightDelay})
-                stream.setDisplayed(id, 0.4f);
-            for (const auto id : {ControlId::leftGain, ControlId::rightGain})
-                stream.setDisplayed(id, gain);
+                plugged.set(id, 0.4f);
+            for (const auto id : {ControlId::leftGain, ControlId::rightGain}) plugged.set(id, gain);
             const auto second = static_cast<std::uint32_t>(rate);
             StereoBlock sound(20 * second);
             plugged.renderOver(sound, 0, 3 * second);
             const auto tail = static_cast<std::uint32_t>(plugged.tailSeconds() * rate);
-            stream.setDisplayed(ControlId::playStop, 0.0f);
+            plugged.set(ControlId::playStop, 0.0f);
             plugged.renderOver(sound, 3 * second, 20 * second);
             const auto peak = [&](std::uint32_t from, std::uint32_t to) {
                 float most = 0;
