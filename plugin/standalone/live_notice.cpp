@@ -3,7 +3,7 @@
 namespace zephyra {
 
 LiveNotice liveNotice(const LiveSigns& signs) {
-    if (!signs.isOn || !signs.hasDevice) return {};
+    if (!signs.isLive || !signs.hasDevice) return {};
     if (!signs.hasInput) return {"LIVE hears nothing: no input is connected", false};
     return {"LIVE hears the input: a microphone near loudspeakers feeds back, headphones do not",
             !signs.wasTold};

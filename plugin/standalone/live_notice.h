@@ -7,7 +7,7 @@ namespace zephyra {
 
 /// How things stand for LIVE.
 struct LiveSigns {
-    bool isOn = false;
+    bool isLive = false;
     bool hasDevice = false;
     bool hasInput = false; ///< something can come in
     bool wasTold = false;  ///< the player has confirmed to know of feedback, ever

@@ -28,7 +28,7 @@ parseStandaloneArguments(int count, const char* const* words) {
     app.set_version_flag("--version", std::string(kStandaloneProgram) + " " + ZEPHYRA_VERSION,
                          "Print the version");
     app.add_flag("--fresh", given.fresh, "Begin anew; what was there is kept beside the session");
-    app.add_flag("--play", given.play, "Play at once");
+    app.add_flag("--play", given.plays, "Play at once");
     app.add_flag("--headless", given.headless, "Play without a window until SIGTERM or Ctrl-C");
     app.add_flag("--check", given.check, "Say whether there are a display and sound, and end");
     app.add_option("--audio", given.audio, "Sound through jack or alsa, whatever was chosen last")

@@ -16,7 +16,7 @@ struct StandaloneArguments {
     std::string audio;                        ///< "jack", "alsa", or empty: as remembered
     bool fresh = false;                       ///< without what was there when it ended last
     bool headless = false;                    ///< without a window
-    bool play = false;                        ///< at once
+    bool plays = false;                       ///< at once
     bool check = false;                       ///< only whether display and sound are there
 };
 

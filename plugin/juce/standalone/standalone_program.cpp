@@ -63,7 +63,7 @@ StandaloneProgram::StandaloneProgram(const StandaloneArguments& arguments,
     else
         openWindow();
     for (const auto& file : arguments.files) open(file);
-    if (arguments.play)
+    if (arguments.plays)
         processor_.plugin().setParameter(static_cast<AUParameterAddress>(ControlId::playStop), 1);
     nextSave_ = now() + kSavePeriod;
     timerCallback();
@@ -165,7 +165,7 @@ void StandaloneProgram::answerAlerts() {
 
 LiveNotice StandaloneProgram::notice() {
     const auto live = static_cast<AUParameterAddress>(ControlId::live);
-    return liveNotice({.isOn = processor_.plugin().parameter(live) > 0.5f,
+    return liveNotice({.isLive = processor_.plugin().parameter(live) > 0.5f,
                        .hasDevice = audio_->isRunning(),
                        .hasInput = audio_->hasInput(),
                        .wasTold = settings_.value(kToldKey) != nullptr});

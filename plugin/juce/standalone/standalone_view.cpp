@@ -56,18 +56,18 @@ void StandaloneView::addButton(juce::TextButton& button, std::function<void()> c
 
 // --- What is played ---
 
-bool StandaloneView::isOn(ControlId id) const {
+bool StandaloneView::isLit(ControlId id) const {
     return processor_.plugin().parameter(static_cast<AUParameterAddress>(id)) > 0.5f;
 }
 
 void StandaloneView::toggle(ControlId id) {
-    processor_.plugin().setParameter(static_cast<AUParameterAddress>(id), isOn(id) ? 0.0f : 1.0f);
+    processor_.plugin().setParameter(static_cast<AUParameterAddress>(id), isLit(id) ? 0.0f : 1.0f);
 }
 
 void StandaloneView::refresh(const LiveNotice& notice) {
-    play_.setToggleState(isOn(ControlId::playStop), juce::dontSendNotification);
-    play_.setButtonText(isOn(ControlId::playStop) ? "Stop" : "Play");
-    live_.setToggleState(isOn(ControlId::live), juce::dontSendNotification);
+    play_.setToggleState(isLit(ControlId::playStop), juce::dontSendNotification);
+    play_.setButtonText(isLit(ControlId::playStop) ? "Stop" : "Play");
+    live_.setToggleState(isLit(ControlId::live), juce::dontSendNotification);
     notice_.setText(shown(notice.line), juce::dontSendNotification);
     if (told_.isVisible() != notice.asks) {
         told_.setVisible(notice.asks);

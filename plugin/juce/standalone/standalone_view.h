@@ -41,7 +41,7 @@ public:
 private:
     void addButton(juce::TextButton& button, std::function<void()> clicked);
     void toggle(ControlId id);
-    bool isOn(ControlId id) const;
+    bool isLit(ControlId id) const;
     void handleNoteOn(juce::MidiKeyboardState*, int channel, int note, float velocity) override;
     void handleNoteOff(juce::MidiKeyboardState*, int channel, int note, float velocity) override;
 

@@ -30,7 +30,7 @@ bool isPlain(char c) {
     return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
 }
 
-/// "Dawn Chorus (Bird Machines)" as "dawn_chorus_bird_machines": jalv takes no hyphens.
+/// "Dawn Chorus (Bird Machines)" as "dawn_chorus_bird_machines".
 std::string plainName(std::string_view name) {
     std::string plain;
     for (char c : name) {

@@ -1,4 +1,4 @@
-// Turtle: text in the language that LV2 hosts read, without the locale.
+// TurtleNode and its kin: text in the language that LV2 hosts read, without the locale.
 #pragma once
 
 #include <string>

@@ -27,11 +27,11 @@ listed() {
     sed -e "s/@DESKTOP@/$(name desktop)/" "$tree/tests/plugin/install/installed_files.txt" |
         if [[ $kind == juce ]]; then sed 's/^juce //'; else grep -v '^juce '; fi | sort
 }
-found() { sed -e '/\/\(effect\|instrument\)-[^/]*\.ttl$/d' | sort; }
+found() { sed -e '/\/\(effect\|instrument\)_[^/]*\.ttl$/d' | sort; }
 
 cmake --install "$build" --prefix "$usr" >"$scratch/log"
 same "installed files" "$(listed)" "$(cd "$usr" && find . -type f | sed 's/^..//' | found)"
-same "presets in LV2" 96 "$(find "$usr/lib/lv2" -name '*-*.ttl' | wc -l)"
+same "presets in LV2" 96 "$(find "$usr/lib/lv2" -name "*_*.ttl" | wc -l)"
 
 PATH=$usr/bin:$PATH
 same "resources" "$usr/share/zephyra/resources" \

@@ -43,8 +43,8 @@ TEST(DeviceWatch, ClosesWhatFailsOrIsSilentAndTriesAgainAfterAWhile) {
 
 TEST(LiveNotice, TellsOfFeedbackAndAsksOnce) {
     EXPECT_EQ(liveNotice({.hasDevice = true, .hasInput = true}).line, "");
-    EXPECT_THAT(liveNotice({.isOn = true, .hasDevice = true}).line, HasSubstr("hears nothing"));
-    LiveSigns signs{.isOn = true, .hasDevice = true, .hasInput = true};
+    EXPECT_THAT(liveNotice({.isLive = true, .hasDevice = true}).line, HasSubstr("hears nothing"));
+    LiveSigns signs{.isLive = true, .hasDevice = true, .hasInput = true};
     EXPECT_THAT(liveNotice(signs).line, HasSubstr("feeds back"));
     EXPECT_TRUE(liveNotice(signs).asks);
     signs.wasTold = true;
