@@ -84,13 +84,14 @@ local function make(format, name)
             ARDOUR.PresentationInfo.max_order, ARDOUR.TrackMode.Normal, true))
     end
     track:input():disconnect_all(nil)
-    local route = isInstrument and track or session:master_out()
+    -- Ardour's scripts send a VST3 on a track no notes, and lose memory there.
+    local onTrack = isInstrument and format == "LV2"
+    local route = onTrack and track or session:master_out()
     local plugin = ARDOUR.LuaAPI.new_plugin(session, name, ARDOUR.PluginType[format], "")
     assert(not plugin:isnil(), "Ardour knows no " .. format .. " " .. name)
     assert(route:add_processor_by_index(plugin, 0, nil, true) == 0)
     automate(plugin, "Pitch", {{0, 0.5}, {60, 0.75}, {150, 0.25}, {240, 0.5}})
-    -- Scripts get no notes to a VST3, and a port that stands where it is known to acts on nothing.
-    if isInstrument and format == "VST3" then automate(plugin, "Play Stop", {{0, 1.0}}) end
+    if isInstrument and not onTrack then automate(plugin, "Play Stop", {{0, 1.0}}) end
     automate(plugin, "Width", {{0, 0.25}, {100, 1.0}})
     session:save_state("")
     close_session()

@@ -12,9 +12,9 @@ using enum ControlId;
 constexpr PluginKind kKinds[] = {PluginKind::effect, PluginKind::instrument};
 constexpr int kCount = static_cast<int>(kParameterCount);
 
-juce::MidiBuffer midi(std::initializer_list<std::uint8_t> bytes, int frame = 0) {
+juce::MidiBuffer midi(const std::vector<std::uint8_t>& bytes, int frame = 0) {
     juce::MidiBuffer buffer;
-    buffer.addEvent(juce::MidiMessage(std::data(bytes), static_cast<int>(bytes.size())), frame);
+    buffer.addEvent(juce::MidiMessage(bytes.data(), static_cast<int>(bytes.size())), frame);
     return buffer;
 }
 
@@ -212,7 +212,7 @@ TEST_F(Vst3Learning, LetsControllersBendAndNotesThroughToWhatLearnedThem) {
     Vst3Plugin plugin(PluginKind::instrument);
     plugin.start(48000, 512);
     plugin.setState(readText(folder / "s"));
-    const std::tuple<std::initializer_list<std::uint8_t>, ControlId, float> rows[] = {
+    const std::tuple<std::vector<std::uint8_t>, ControlId, float> rows[] = {
         {{0xB0, 74, 127}, pitch, 1.0f},  {{0xB0, 74, 0}, pitch, 0.0f},
         {{0xE0, 127, 127}, width, 1.0f}, {{0xE0, 0, 0}, width, 0.0f},
         {{0xD0, 127}, pan, 1.0f},        {{0xD0, 0}, pan, 0.0f}};
