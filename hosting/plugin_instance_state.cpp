@@ -18,6 +18,7 @@ void PluginInstance::setParameter(AUParameterAddress address, AUValue linear) ZE
 }
 
 std::string PluginInstance::state() {
+    system_.instance.runLoop.runPosted(); // what the host has just set belongs to it
     const auto text = writePropertyList(system_.view.getStateWith(
         [this](PropertyDictionary& state) { addSession(state, session_); }));
     if (text) return text.value();

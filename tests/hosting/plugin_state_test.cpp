@@ -45,6 +45,15 @@ TEST(PluginState, ComesBackWithSettingsProgramAndWhatANewerProgramAdded) {
         EXPECT_FALSE(snapshot.contains(key)) << key;
 }
 
+TEST(PluginState, HoldsWhatTheHostHasJustSet) {
+    HostedPlugin plugin(PluginKind::effect);
+    for (int i = 1; i <= 20; ++i) { // else the clock might be quicker, by chance
+        const float set = 0.04f * static_cast<float>(i);
+        plugin.setParameter(static_cast<AUParameterAddress>(width), set);
+        EXPECT_EQ(listOf(plugin.state()).at("Width_0"), PropertyValue(set));
+    }
+}
+
 TEST(PluginState, OfTheCommandOrAPresetLoadsAndNotesGoOn) {
     HostedPlugin plugin(PluginKind::instrument);
     EXPECT_EQ(plugin.settings(), PluginSettings());
