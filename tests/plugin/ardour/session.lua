@@ -17,6 +17,12 @@ local function trackOf(list)
     return found
 end
 
+-- What a script still holds of a session is freed later, and needs it then.
+local function closeSession()
+    collectgarbage()
+    close_session()
+end
+
 local function automate(processor, name, points)
     for i = 0, 40 do
         local list, control, about = ARDOUR.LuaAPI.plugin_automation(processor, i)
@@ -90,11 +96,17 @@ local function make(format, name)
     local plugin = ARDOUR.LuaAPI.new_plugin(session, name, ARDOUR.PluginType[format], "")
     assert(not plugin:isnil(), "Ardour knows no " .. format .. " " .. name)
     assert(route:add_processor_by_index(plugin, 0, nil, true) == 0)
+    for _ = 1, 200 do -- Ardour connects a new track to the master in its own time
+        local out = track:output():audio(0)
+        if isInstrument and not onTrack or not out:isnil() and out:connected() then break end
+        ARDOUR.LuaAPI.usleep(50000)
+    end
     automate(plugin, "Pitch", {{0, 0.5}, {60, 0.75}, {150, 0.25}, {240, 0.5}})
     if isInstrument and not onTrack then automate(plugin, "Play Stop", {{0, 1.0}}) end
     automate(plugin, "Width", {{0, 0.25}, {100, 1.0}})
     session:save_state("")
-    close_session()
+    track, route, plugin = nil, nil, nil
+    closeSession()
     complete(isInstrument)
 end
 
@@ -107,7 +119,8 @@ local function bounce(name, first, last)
     export:set_range(tonumber(first), tonumber(last))
     assert(export:check_outputs())
     assert(export:run_export())
-    close_session()
+    export = nil
+    closeSession()
 end
 
 local done, problem = pcall(({make = make, bounce = bounce})[action], arg[3], arg[4], arg[5])
