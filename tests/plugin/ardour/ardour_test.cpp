@@ -40,7 +40,7 @@ struct ArdourTest : ProgramTest, testing::WithParamInterface<Row> {
 
     std::string inHome(const std::string& command) const {
         return "cd " + quoted(folder.path()) +
-               " && env -u DISPLAY HOME=" + quoted(folder / "home") +
+               " && env DISPLAY=:9999 HOME=" + quoted(folder / "home") +
                " ZEPHYRA_SHARED_FOLDER=" + quoted(folder / "shared") +
                " LV2_PATH=" + quoted(folder / "home/lv2") + ":/usr/lib/lv2 " + command;
     }

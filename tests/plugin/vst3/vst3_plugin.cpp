@@ -31,7 +31,7 @@ struct JuceEnvironment : testing::Environment {
     void SetUp() override {
         ::setenv("ZEPHYRA_SHARED_FOLDER", (folder_ / "shared").c_str(), 1);
         ::setenv("HOME", folder_.path().c_str(), 1);
-        ::unsetenv("DISPLAY");
+        ::setenv("DISPLAY", ":9999", 1); // without the name JUCE takes the first display there is
         outliveErrorsOfX();
         juce_.emplace();
     }

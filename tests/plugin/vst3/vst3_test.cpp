@@ -212,17 +212,17 @@ TEST_F(Vst3Learning, LetsControllersBendAndNotesThroughToWhatLearnedThem) {
     Vst3Plugin plugin(PluginKind::instrument);
     plugin.start(48000, 512);
     plugin.setState(readText(folder / "s"));
-    const std::tuple<std::vector<std::uint8_t>, ControlId, float> rows[] = {
-        {{0xB0, 74, 127}, pitch, 1.0f},  {{0xB0, 74, 0}, pitch, 0.0f},
-        {{0xE0, 127, 127}, width, 1.0f}, {{0xE0, 0, 0}, width, 0.0f},
-        {{0xD0, 127}, pan, 1.0f},        {{0xD0, 0}, pan, 0.0f}};
-    for (const auto& [bytes, id, wanted] : rows) {
+    // Hosts are not told of these: their automation would play them back against the controllers.
+    const std::tuple<std::vector<std::uint8_t>, std::string, std::string> rows[] = {
+        {{0xB0, 74, 127}, "Pitch", "24"}, {{0xB0, 74, 0}, "Pitch", "-24"},
+        {{0xE0, 127, 127}, "Width", "1"}, {{0xE0, 0, 0}, "Width", "0"},
+        {{0xD0, 127}, "Pan", "1"},        {{0xD0, 0}, "Pan", "-1"}};
+    for (const auto& [bytes, name, value] : rows) {
         plugin.play(512, midi(bytes, 100));
-        auto& moved = plugin.parameter(idOf(id));
-        EXPECT_TRUE(plugin.playUntil([&, to = wanted] {
-            return std::abs(moved.getValue() - to) < 0.01f;
-        })) << moved.getName(99)
-            << " is " << moved.getValue() << " instead of " << wanted;
+        const std::string wanted = "<key>" + name + "_0</key>\n\t<real>" + value + "</real>";
+        EXPECT_TRUE(plugin.playUntil([&, kept = wanted] {
+            return plugin.state().find(kept) != std::string::npos;
+        })) << wanted;
     }
 }
 

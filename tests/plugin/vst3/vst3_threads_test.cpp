@@ -111,7 +111,7 @@ struct Display {
 };
 
 TEST(Vst3Threads, OpensAndClosesTheEditorWhilePlaying) {
-    const Display display;
+    static const Display display; // outlives JUCE
     if (display.name.empty()) GTEST_SKIP() << "Xvfb is not installed: no editor was opened";
     ::setenv("DISPLAY", display.name.c_str(), 1);
     for (const PluginKind kind : kKinds) {
