@@ -1,0 +1,202 @@
+// The same blocks, events, tempo and state, offline: VST3, LV2 and `zephyra render` give the same
+// bytes.
+#include "hosting/plugin_parameters.h"
+#include "tests/cli/program.h"
+#include "tests/plugin/lv2/lv2_host.h"
+#include "tests/plugin/vst3/vst3_plugin.h"
+
+#include <charconv>
+#include <lv2/time/time.h>
+
+namespace zephyra {
+namespace {
+
+using enum ControlId;
+
+constexpr int kBlocks = 150;
+
+/// The shortest text that reads back.
+template <typename Number>
+std::string textOf(Number value) {
+    char text[40];
+    return {text, std::to_chars(text, std::end(text), value).ptr};
+}
+
+/// A parameter from a block's start on. The value is one that each of the ways there can tell
+/// exactly: 0..1 as a float, in displayed units, and as text.
+struct Change {
+    int block;
+    ControlId id;
+    float normalized;
+
+    const PluginParameter& facts() const {
+        return pluginParameters()[static_cast<std::size_t>(id)];
+    }
+    float linear() const { return linearFromNormalized(facts(), normalized); }
+    float displayed() const { return displayedFromLinear(controlRange(id), linear()); }
+    bool isExact() const { return linearFromDisplayed(controlRange(id), displayed()) == linear(); }
+};
+
+/// The nearest value at or above that is exact.
+Change changeTo(int block, ControlId id, float normalized) {
+    Change change{block, id, normalized};
+    while (!change.isExact() && change.normalized < 1.0f) change.normalized += 1.0f / 64;
+    return change;
+}
+
+struct Row {
+    const char* name;
+    PluginKind kind;
+    double rate;
+    int frames;          ///< of a block
+    const char* options; ///< that make the state
+};
+
+struct FormatsTest : ProgramTest, testing::WithParamInterface<Row> {
+    const Row& row = GetParam();
+    const std::vector<Change> changes = {
+        changeTo(0, width, 0.75f),      changeTo(7, pitch, 0.25f),
+        changeTo(20, density, 0.5f),    changeTo(20, jittering, 0.25f),
+        changeTo(33, scanning, 0.75f),  changeTo(60, length, 0.25f),
+        changeTo(61, echoSwitch, 1.0f), changeTo(90, pan, 0.25f),
+        changeTo(100, rndPitch, 0.5f)};
+    const double tempo = 125.0;
+    std::vector<float> input[2]; ///< what the LV2 host plays to an effect
+    std::size_t frames() const { return static_cast<std::size_t>(kBlocks * row.frames); }
+
+    void SetUp() override {
+        std::uint32_t noise = 1;
+        for (std::size_t i = 0; i < frames(); ++i)
+            for (auto& channel : input)
+                channel.push_back(
+                    static_cast<float>((noise = noise * 1664525u + 1013904223u) >> 8) * 0x1p-24f -
+                    0.5f);
+    }
+
+    /// Interleaved floats; a header of the plainest kind.
+    void writeInput() const {
+        std::string data;
+        const auto add = [&data](const auto& value) {
+            data.append(reinterpret_cast<const char*>(&value), sizeof value);
+        };
+        const auto bytes = static_cast<std::uint32_t>(8 * frames());
+        data = "RIFF";
+        add(bytes + 36), data += "WAVEfmt ";
+        add(std::uint32_t{16}), add(std::uint16_t{3}), add(std::uint16_t{2});
+        add(static_cast<std::uint32_t>(row.rate)), add(static_cast<std::uint32_t>(8 * row.rate));
+        add(std::uint16_t{8}), add(std::uint16_t{32});
+        data += "data", add(bytes);
+        for (std::size_t i = 0; i < frames(); ++i) add(input[0][i]), add(input[1][i]);
+        writeText(folder / "noise.wav", data);
+    }
+
+    std::vector<float> byCommand() {
+        std::string lines;
+        for (const Change& change : changes)
+            lines += textOf(change.block * row.frames / row.rate) + "," + change.facts().name +
+                     "," + textOf(change.displayed()) + ",step\n";
+        writeText(folder / "a.csv", lines);
+        const bool isEffect = row.kind == PluginKind::effect;
+        const std::string bytes = rendered(
+            std::string(isEffect ? "noise.wav --as music-effect" : "in.wav") +
+            " --state s --automate a.csv --tempo 125 " + "--transport play --cut --float --block " +
+            std::to_string(row.frames) + " --rate " + std::to_string(static_cast<int>(row.rate)) +
+            " --seconds " + textOf(static_cast<double>(frames()) / row.rate));
+        const auto data = bytes.find("data");
+        std::vector<float> sound(2 * frames());
+        EXPECT_GE(bytes.size(), data + 8 + 4 * sound.size());
+        if (data != bytes.npos && bytes.size() >= data + 8 + 4 * sound.size())
+            std::memcpy(sound.data(), bytes.data() + data + 8, 4 * sound.size());
+        return sound;
+    }
+
+    std::vector<float> byVst3() {
+        Vst3Plugin plugin(row.kind);
+        plugin.start(row.rate, row.frames, true);
+        plugin.setState(readText(folder / "s"));
+        std::vector<float> sound;
+        for (int block = 0; block < kBlocks; ++block) {
+            if (block == 0) plugin.parameter(static_cast<int>(playStop)).setValue(1.0f);
+            for (const Change& change : changes)
+                if (change.block == block)
+                    plugin.parameter(static_cast<int>(change.id)).setValue(change.normalized);
+            plugin.transport = {.tempo = tempo,
+                                .numerator = 4,
+                                .denominator = 4,
+                                .beats = block * row.frames / row.rate * tempo / 60,
+                                .moving = true};
+            const auto first = static_cast<std::ptrdiff_t>(block) * row.frames;
+            std::vector<float> left(input[0].begin() + first,
+                                    input[0].begin() + first + row.frames),
+                right(input[1].begin() + first, input[1].begin() + first + row.frames);
+            juce::MidiBuffer none;
+            plugin.play(left.data(), right.data(), row.frames, none);
+            for (std::size_t i = 0; i < left.size(); ++i)
+                sound.insert(sound.end(), {left[i], right[i]});
+        }
+        return sound;
+    }
+
+    std::vector<float> byLv2() {
+        Lv2Host host(row.kind, row.rate, row.frames);
+        host.port("free_wheeling") = 1;
+        EXPECT_EQ(host.restoreProperties({{"urn:zephyra:state", readText(folder / "s")}}),
+                  LV2_STATE_SUCCESS);
+        for (int block = 0; block < kBlocks; ++block) {
+            if (block == 0) {
+                host.port("play_stop") = 1;
+                host.position(0, {{LV2_TIME__beatsPerMinute, static_cast<float>(tempo)},
+                                  {LV2_TIME__speed, 1.0f},
+                                  {LV2_TIME__barBeat, 0.0f},
+                                  {LV2_TIME__bar, std::int64_t{0}},
+                                  {LV2_TIME__beatsPerBar, 4.0f},
+                                  {LV2_TIME__beatUnit, std::int32_t{4}}});
+            }
+            for (const Change& change : changes)
+                if (change.block == block) host.port(change.facts().symbol) = change.displayed();
+            host.render(static_cast<std::uint32_t>(row.frames));
+        }
+        std::vector<float> sound;
+        const auto size = static_cast<std::size_t>(row.frames);
+        for (std::size_t block = 0; block < kBlocks; ++block)
+            for (std::size_t i = 0; i < size; ++i)
+                sound.insert(sound.end(), {host.heard[2 * block * size + i],
+                                           host.heard[(2 * block + 1) * size + i]});
+        return sound;
+    }
+};
+
+/// Where two sounds part, and how far.
+std::string difference(const std::vector<float>& a, const std::vector<float>& b) {
+    if (a.size() != b.size()) return textOf(a.size()) + " and " + textOf(b.size()) + " samples";
+    float most = 0.0f;
+    std::optional<std::size_t> first;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (std::bit_cast<std::uint32_t>(a[i]) == std::bit_cast<std::uint32_t>(b[i])) continue;
+        if (!first) first = i;
+        most = std::max(most, std::abs(a[i] - b[i]));
+    }
+    return first ? "differ from frame " + textOf(*first / 2) + " on, by up to " + textOf(most) : "";
+}
+
+TEST_P(FormatsTest, GiveTheSameBytes) {
+    for (const Change& change : changes) EXPECT_TRUE(change.isExact()) << change.facts().name;
+    writeInput();
+    rendered(std::string("in.wav --seconds 0.3 --seed 7 --save-state s ") + row.options);
+    const auto command = byCommand(), vst3 = byVst3(), lv2 = byLv2();
+    EXPECT_GT(*std::max_element(command.begin(), command.end()), 0.05f);
+    EXPECT_EQ(difference(command, vst3), "") << "VST3";
+    EXPECT_EQ(difference(command, lv2), "") << "LV2";
+}
+
+constexpr Row kRows[] = {
+    {"Instrument", PluginKind::instrument, 48000, 512, ""},
+    {"InstrumentOfMotion", PluginKind::instrument, 44100, 256,
+     "--lfo Density:hz=3 --lfo Pan:link=1/8 --set \"Rnd Pitch=5\" --tempo 125"},
+    {"Effect", PluginKind::effect, 48000, 512, "--as music-effect --set Length=120"}};
+
+INSTANTIATE_TEST_SUITE_P(All, FormatsTest, testing::ValuesIn(kRows),
+                         [](const auto& one) { return std::string(one.param.name); });
+
+} // namespace
+} // namespace zephyra
