@@ -6,7 +6,6 @@
 #include "tests/plugin/vst3/vst3_plugin.h"
 
 #include <charconv>
-#include <lv2/time/time.h>
 
 namespace zephyra {
 namespace {
@@ -145,12 +144,12 @@ struct FormatsTest : ProgramTest, testing::WithParamInterface<Row> {
         for (int block = 0; block < kBlocks; ++block) {
             if (block == 0) {
                 host.port("play_stop") = 1;
-                host.position(0, {{LV2_TIME__beatsPerMinute, static_cast<float>(tempo)},
-                                  {LV2_TIME__speed, 1.0f},
-                                  {LV2_TIME__barBeat, 0.0f},
-                                  {LV2_TIME__bar, std::int64_t{0}},
-                                  {LV2_TIME__beatsPerBar, 4.0f},
-                                  {LV2_TIME__beatUnit, std::int32_t{4}}});
+                host.position(0, {{"beatsPerMinute", static_cast<float>(tempo)},
+                                  {"speed", 1.0f},
+                                  {"barBeat", 0.0f},
+                                  {"bar", std::int64_t{0}},
+                                  {"beatsPerBar", 4.0f},
+                                  {"beatUnit", std::int32_t{4}}});
             }
             for (const Change& change : changes)
                 if (change.block == block) host.port(change.facts().symbol) = change.displayed();
@@ -192,7 +191,8 @@ TEST_P(FormatsTest, GiveTheSameBytes) {
 constexpr Row kRows[] = {
     {"Instrument", PluginKind::instrument, 48000, 512, ""},
     {"InstrumentOfMotion", PluginKind::instrument, 44100, 256,
-     "--lfo Density:hz=3 --lfo Pan:link=1/8 --set \"Rnd Pitch=5\" --tempo 125"},
+     "--lfo Density:hz=3 --lfo Pan:link=1/8 --echo-sync 1/8,1/8T --set \"Rnd Pitch=5\" --tempo "
+     "125"},
     {"Effect", PluginKind::effect, 48000, 512, "--as music-effect --set Length=120"}};
 
 INSTANTIATE_TEST_SUITE_P(All, FormatsTest, testing::ValuesIn(kRows),
