@@ -1,5 +1,6 @@
 # What ./run, ./test and ./format share: packages, and building a preset.
 # To be sourced; needs $root, the folder of the repository.
+# shellcheck shell=bash disable=SC2034,SC2154
 
 export LC_ALL=C.UTF-8
 
@@ -19,7 +20,7 @@ plugin_packages=(
 format_packages=(clang-format)
 test_packages=(
     clang-22 libclang-rt-22-dev llvm-22 valgrind
-    libgtest-dev libgmock-dev libbenchmark-dev
+    libgtest-dev libgmock-dev libbenchmark-dev lv2-dev
     sox libsox-fmt-all ffmpeg sndfile-programs
 )
 # What plays the plug-ins and the standalone program. The optional ones are large: without them their
@@ -34,15 +35,19 @@ die() {
     exit 1
 }
 
+isDebian() { command -v dpkg-query >/dev/null; }
+
+isInstalled() { [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }
+
 # installPackages NAME...: installs those that are missing, and says which.
 installPackages() {
-    if ! command -v dpkg-query >/dev/null; then
+    if ! isDebian; then
         say "This is no Debian system; these packages, or their like, must be installed: $*"
         return
     fi
     local name missing=() as_root=()
     for name in "$@"; do
-        [[ $(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null) == installed ]] || missing+=("$name")
+        [[ " ${missing[*]} " == *" $name "* ]] || isInstalled "$name" || missing+=("$name")
     done
     ((${#missing[@]})) || return 0
     if ((EUID)); then
@@ -65,9 +70,13 @@ installPackages() {
 
 # installOptional NAME...: tries to, one by one; what cannot be had is named and left out.
 installOptional() {
+    isDebian || return 0
     local name
     for name in "$@"; do
-        (installPackages "$name") || say "Going on without $name, whose tests will be skipped"
+        isInstalled "$name" && continue
+        say "Installing $name, which may take some minutes"
+        (installPackages "$name") 2>/dev/null ||
+            say "Going on without $name, whose tests will be skipped; apt-get install $name says why"
     done
 }
 

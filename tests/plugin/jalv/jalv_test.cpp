@@ -14,7 +14,7 @@ const std::string kMidiFile = "MThd\0\0\0\6\0\0\0\1\0\x64"s + "MTrk\0\0\0\x0d"s 
 
 struct Jalv : testing::Test {
     void SetUp() override {
-        if (std::system("command -v jackd jalv >/dev/null") != 0)
+        if (std::system("{ command -v jackd && command -v jalv; } >/dev/null") != 0)
             GTEST_SKIP() << "jackd or jalv is not installed";
         ::setenv("JACK_DEFAULT_SERVER", server.c_str(), 1);
         server_.emplace(ChildProgram::Words{"jackd", "-n", server, "-r", "-d", "dummy", "-r",

@@ -65,6 +65,7 @@ public:
     /// Its exit code after signal (0 for none), or minus the signal that ended it.
     int end(int signal) {
         if (code_) return *code_;
+        if (pid_ < 0) return -1; // could not be started; kill(-1) would end everybody's
         if (signal) ::kill(pid_, signal);
         ::waitpid(pid_, &status_, 0);
         code_ = WIFEXITED(status_) ? WEXITSTATUS(status_) : -WTERMSIG(status_);
