@@ -86,6 +86,11 @@ TEST_F(Jalv, PlaysTheInstrumentFromAMidiFileAndSetsItsPorts) {
     EXPECT_TRUE(becomes(true));
     say("play_stop = 0");
     EXPECT_TRUE(becomes(false));
+    say("amplitude = 0");
+    say("presets"); // before which jalv knows of none
+    say("preset urn:zephyra:instrument:preset:whale_parliament_bird_machines");
+    say("play_stop = 1");
+    EXPECT_TRUE(becomes(true)) << "by the preset's amplitude";
 }
 
 TEST_F(Jalv, PlaysTheEffectByThePortsThatItBeginsWith) {
