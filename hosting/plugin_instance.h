@@ -21,6 +21,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -122,8 +123,10 @@ public:
 
     /// "Name (Bank)", in the order of the numbers. The list never changes. HOST.
     const std::vector<AUAudioUnitPreset>& programs();
-    /// The number of the one chosen last, which a state keeps; 0 at first. HOST.
-    std::size_t currentProgram();
+    /// The number of the one chosen last, which a state keeps; none at first. HOST.
+    std::optional<std::size_t> chosenProgram();
+    /// The same, but 0 at first: hosts know no none. HOST.
+    std::size_t currentProgram() { return chosenProgram().value_or(0); }
     /// What plays goes on playing. Numbers above the last are ignored. HOST.
     void setProgram(std::size_t number);
 
@@ -169,7 +172,7 @@ private:
     Relaxed<StartAnew> startAnew_ = StartAnew::inBounces; // the setting, for RENDER
     Relaxed<bool> modulationStarts_ = false;              // what RENDER asks of restart_
     RunLoop::Token restart_ = 0;
-    PluginSession session_{.settings = {}}; // MAIN
+    PluginSession session_{.settings = {}, .program = {}}; // MAIN
     InstrumentNotes notes_;
     GestureRelay gestures_;
     WallClockDriver driver_; // ends before what it drives

@@ -68,9 +68,10 @@ const std::vector<AUAudioUnitPreset>& PluginInstance::programs() {
     return system_.unit->factoryPresets();
 }
 
-std::size_t PluginInstance::currentProgram() {
+std::optional<std::size_t> PluginInstance::chosenProgram() {
     const RunLoop::Scope main(system_.instance.runLoop);
-    return session_.program < system_.unit->factoryPresets().size() ? session_.program : 0;
+    const auto chosen = session_.program;
+    return chosen && *chosen < system_.unit->factoryPresets().size() ? chosen : std::nullopt;
 }
 
 void PluginInstance::setProgram(std::size_t number) {

@@ -71,7 +71,8 @@ void addSession(PropertyDictionary& state, const PluginSession& session) {
     state.insert_or_assign(kNotesEnd, nameOf(kEnds, session.settings.notesEnd));
     state.insert_or_assign(kStartAnew, nameOf(kStarts, session.settings.startAnew));
     state.insert_or_assign(kFollowsPrograms, session.settings.followsPrograms);
-    state.insert_or_assign(kProgram, static_cast<std::int64_t>(session.program));
+    if (session.program)
+        state.insert_or_assign(kProgram, static_cast<std::int64_t>(*session.program));
 }
 
 Result<PluginSession> takeSession(PropertyDictionary& state, StateFindings& findings) {
@@ -81,8 +82,8 @@ Result<PluginSession> takeSession(PropertyDictionary& state, StateFindings& find
     readNamed(reader, kNotesEnd, kEnds, session.settings.notesEnd);
     readNamed(reader, kStartAnew, kStarts, session.settings.startAnew);
     session.settings.followsPrograms = reader.boolean(kFollowsPrograms).value_or(false);
-    const auto program = reader.whole(kProgram).value_or(0);
-    session.program = program > 0 ? static_cast<std::size_t>(program) : 0;
+    if (const auto program = reader.whole(kProgram); program && *program >= 0)
+        session.program = static_cast<std::size_t>(*program);
     for (const char* const key : {kStateVersion, kNotesEnd, kStartAnew, kFollowsPrograms, kProgram})
         state.erase(key);
     return session;

@@ -7,6 +7,7 @@
 #include "platform/text/result.h"
 
 #include <cstddef>
+#include <optional>
 
 namespace zephyra {
 
@@ -17,7 +18,7 @@ inline constexpr int kStateMajor = 1, kStateMinor = 0;
 /// Plain data.
 struct PluginSession {
     PluginSettings settings{.notesEnd = NotesEnd::goOn}; ///< as they are of a state without them
-    std::size_t program = 0;                             ///< chosen last
+    std::optional<std::size_t> program;                  ///< chosen last, if any was
 };
 
 /// Writes version, settings and program into state. Any thread but RENDER.

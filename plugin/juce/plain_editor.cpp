@@ -77,6 +77,7 @@ PlainEditor::PlainEditor(ZephyraProcessor& shell)
     bank_.onChange = [this, row] { model_.chooseBank(row(bank_)); };
     preset_.onChange = [this, row] { model_.choosePreset(row(preset_)); };
     program_.setTooltip("Programs: the factory's presets");
+    program_.setTextWhenNothingSelected("Program");
     bank_.setTextWhenNothingSelected("Bank");
     preset_.setTextWhenNothingSelected("Preset");
     preset_.setTextWhenNoChoicesAvailable("Choose a bank first");
@@ -96,10 +97,14 @@ PlainEditor::~PlainEditor() {
 }
 
 void PlainEditor::showProgram() {
-    program_.setSelectedId(shell_.getCurrentProgram() + 1, juce::dontSendNotification);
+    if (program_.isPopupActive()) return;
+    const auto chosen = shell_.plugin().chosenProgram();
+    program_.setSelectedId(chosen ? static_cast<int>(*chosen) + 1 : 0, juce::dontSendNotification);
 }
 
 void PlainEditor::timerCallback() {
+    bank_.settle();
+    preset_.settle();
     showProgram();
     const WindowContents now = model_.contents();
     if (now != shown_) show(now);

@@ -4,6 +4,7 @@
 
 #include "hosting/window_model.h"
 #include "plugin/juce/alert_line.h"
+#include "plugin/juce/choice_box.h"
 #include "plugin/juce/zephyra_processor.h"
 
 #include <juce_audio_processors/juce_audio_processors.h>
@@ -39,7 +40,7 @@ private:
     juce::Component body_; // everything, in the zoom's units
     juce::TextButton load_{"Load..."}, locate_{"Locate..."}, settings_{"Settings"};
     juce::Label sound_;
-    juce::ComboBox program_, bank_, preset_;
+    ChoiceBox program_, bank_, preset_;
     AlertLine alert_;
     juce::GenericAudioProcessorEditor parameters_;
     std::unique_ptr<juce::FileChooser> chooser_; // open while it is there

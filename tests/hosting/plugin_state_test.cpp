@@ -165,6 +165,9 @@ TEST(PluginPrograms, AreTheFactorysAndLeavePlayingAsItIs) {
     for (const AUAudioUnitPreset& program : plugin.programs())
         EXPECT_TRUE(names.insert(program.name).second && program.name.ends_with(')'));
     EXPECT_EQ(plugin.currentProgram(), 0u);
+    EXPECT_FALSE(plugin.chosenProgram());
+    EXPECT_TRUE(plugin.restore(plugin.state()).ok());
+    EXPECT_FALSE(plugin.chosenProgram()); // 0 is the first one's
     plugin.setProgram(7);
     plugin.render();
     EXPECT_FALSE(plugin.plays());
