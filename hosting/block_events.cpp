@@ -1,6 +1,5 @@
 #include "hosting/block_events.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace zephyra {
@@ -17,10 +16,11 @@ bool BlockEvents::add(std::uint32_t frame, const AURenderEvent& event) ZEPHYRA_N
     return true;
 }
 
-const AURenderEvent* BlockEvents::take(std::uint32_t end) ZEPHYRA_NONBLOCKING {
+const AURenderEvent* BlockEvents::take(std::uint64_t end) ZEPHYRA_NONBLOCKING {
     Array& events = *events_;
     const std::size_t first = taken_;
-    while (taken_ < count_ && events[taken_].eventSampleTime < end) ++taken_;
+    while (taken_ < count_ && static_cast<std::uint64_t>(events[taken_].eventSampleTime) < end)
+        ++taken_;
     const AURenderEvent* next = nullptr;
     for (std::size_t i = taken_; i > first; --i)
         events[i - 1].next = std::exchange(next, &events[i - 1]);
@@ -32,8 +32,7 @@ void BlockEvents::endBlock(std::uint32_t frames) ZEPHYRA_NONBLOCKING {
     std::size_t left = 0;
     for (; taken_ < count_; ++taken_, ++left) {
         events[left] = events[taken_];
-        AUEventSampleTime& frame = events[left].eventSampleTime;
-        frame = std::max<AUEventSampleTime>(frame - frames, 0);
+        events[left].eventSampleTime -= frames; // which were taken up to there
     }
     count_ = left;
     taken_ = 0;

@@ -25,7 +25,7 @@ public:
 
     /// What stands before frame `end` and was not taken yet, as a list; null for nothing. Valid
     /// until the next call.
-    const AURenderEvent* take(std::uint32_t end) ZEPHYRA_NONBLOCKING;
+    const AURenderEvent* take(std::uint64_t end) ZEPHYRA_NONBLOCKING;
 
     /// All that was not taken, in order.
     std::span<const AURenderEvent> all() const ZEPHYRA_NONBLOCKING {

@@ -6,7 +6,7 @@ namespace zephyra {
 
 namespace {
 
-constexpr double kUsualTempo = 120.0; // beats per minute
+constexpr double kUsualTempo = 120.0, kMostTempo = 1e6; // beats per minute
 // What rounding, a tempo that glides, and positions in whole ticks bring is no jump. Back is where
 // loops go, some of them short ones.
 constexpr double kLeastJumpBack = 1.0 / 32, kLeastJumpOn = 0.5; // quarters
@@ -59,7 +59,7 @@ void HostTime::follow(const PluginTransport& news) ZEPHYRA_NONBLOCKING {
 
 /// Whether there was anything.
 bool HostTime::followMusic(const PluginTransport& news) ZEPHYRA_NONBLOCKING {
-    const bool tempo = isAbove(news.tempo, 0.0) || news.tempo == 0.0;
+    const bool tempo = news.tempo && *news.tempo >= 0.0 && *news.tempo <= kMostTempo;
     const bool beats = isAbove(news.numerator, 0.0), value = isAbove(news.denominator, 0.0);
     if (tempo && *news.tempo != context_.currentTempo) setTempo(*news.tempo);
     if (beats) context_.timeSignatureNumerator = *news.numerator;
@@ -74,7 +74,7 @@ void HostTime::followPosition(double beats) ZEPHYRA_NONBLOCKING {
     const double whole = std::round(beats);
     if (std::fabs(beats - whole) < halfFrame) beats = whole; // a bar begins there, not a block late
     const bool isFirst = std::isnan(toldBeats_);
-    const bool holds = beats == toldBeats_ && rendered_ > toldAt_;
+    const bool holds = beats == toldBeats_;
     if (!transportTold_ && (isFirst || rendered_ > toldAt_) && moving_ == holds)
         setTransport(!holds);
     toldBeats_ = beats;

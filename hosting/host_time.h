@@ -24,9 +24,9 @@ public:
     double tempo() const ZEPHYRA_NONBLOCKING { return context_.currentTempo; }
     void setTransport(bool moving) ZEPHYRA_NONBLOCKING;
     /// What a plug-in's host says of the next frame, and no more: the first word of it makes both
-    /// reported. A tempo below 0, a meter that is not above 0 and what is not finite are not heard;
-    /// without a tempo 120 counts. Until the host speaks of its transport, that does what the
-    /// positions do, and rolls where there are none.
+    /// reported. A tempo below 0 or above a million, a meter that is not above 0 and what is not
+    /// finite are not heard; without a tempo 120 counts. Until the host speaks of its transport,
+    /// that does what the positions do, and rolls where there are none.
     void follow(const PluginTransport& news) ZEPHYRA_NONBLOCKING;
     /// Whether the reported transport starts with the next frame.
     bool starts() const ZEPHYRA_NONBLOCKING { return reportsTransport_ && moving_ && !wasMoving_; }

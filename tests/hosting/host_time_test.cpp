@@ -64,6 +64,22 @@ TEST(HostTime, KeepsUpWhatAHostDoesNotTell) {
     for (const auto& row : rows) EXPECT_EQ(heard(row.blocks), row.heard);
 }
 
+TEST(HostTime, FollowsPositionsAloneAlsoAfterAnotherStart) {
+    HostTime time;
+    for (int round = 0; round < 2; ++round) {
+        time.start(44100);
+        for (const double beats : {4.0, 4.0, 4.5}) time.follow({.beats = beats}), time.goOn(kBlock);
+        EXPECT_TRUE(time.isMoving()) << round;
+        time.follow({.beats = 4.5});
+        time.follow({.beats = 4.5}); // of a block of 0 frames
+        EXPECT_FALSE(time.isMoving()) << round;
+        time.goOn(kBlock);
+    }
+    time.follow({.tempo = 1e308, .beats = 1.0, .moving = true});
+    time.goOn(kBlock);
+    EXPECT_TRUE(std::isfinite(time.beatPosition()));
+}
+
 TEST(HostTime, BeginsABarWhereTheHostsRoundingWouldMissIt) {
     HostTime time;
     time.start(44100);

@@ -74,6 +74,9 @@ TEST_F(Blocks, OfAnySizeHandOverEachEventInItsTurn) {
 TEST_F(Blocks, LoseNothingOfAHostGoneWild) {
     const std::uint8_t low[] = {0x90, 48, 100}, high[] = {0x90, 72, 100};
     for (const bool offline : {false, true}) {
+        const auto never = std::numeric_limits<std::uint32_t>::max();
+        plugin.queueParameter(static_cast<AUParameterAddress>(width), offline ? 0.5f : 0.75f,
+                              never);
         for (int n = 0; n < 3000; ++n) plugin.queueMidi(low, 3, 10);
         for (int n = 0; n < 3000; ++n)
             plugin.queueParameter(static_cast<AUParameterAddress>(density),
@@ -83,6 +86,7 @@ TEST_F(Blocks, LoseNothingOfAHostGoneWild) {
         EXPECT_TRUE(pitchComes(12.0f));
         EXPECT_EQ(plugin.parameter(static_cast<AUParameterAddress>(density)),
                   0.3f + 1e-4f * 2999.0f);
+        EXPECT_EQ(plugin.parameter(static_cast<AUParameterAddress>(width)), offline ? 0.5f : 0.75f);
         EXPECT_EQ(plugin.system().unit->lostNotices() + plugin.system().inlet.replaced(), 0u);
         plugin.setParameter(kPitch, 0.0f);
     }
