@@ -23,6 +23,12 @@ void InstrumentNotes::take(const MidiMessage& message) {
     }
 }
 
+void InstrumentNotes::playStopWasSet() {
+    wish_ = Wish::none;
+    waits_ = true;
+    settleLater();
+}
+
 bool InstrumentNotes::restored(StateOrder::Number asked) {
     restored_ = std::max(restored_, asked);
     wish_ = Wish::none;
@@ -42,7 +48,7 @@ void InstrumentNotes::startAnew() {
 
 void InstrumentNotes::wish(Wish wished) {
     wish_ = wished;
-    settle();
+    if (!waits_) settle();
 }
 
 /// A start shows itself one step later, and cannot be stopped before.
@@ -68,7 +74,9 @@ void InstrumentNotes::settle() {
 
 void InstrumentNotes::settleLater() {
     stream_.onMain([this, alive = std::weak_ptr(alive_)] {
-        if (!alive.expired()) settle();
+        if (alive.expired()) return;
+        waits_ = false;
+        settle();
     });
 }
 

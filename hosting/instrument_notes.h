@@ -23,6 +23,9 @@ public:
     /// A message that is bound to nothing. It counts as older than a state that was asked for after
     /// it, and then starts nothing.
     void take(const MidiMessage& message);
+    /// A host's event set Play Stop after the messages so far and before those to come: the ones
+    /// give way to it, the others wait until it has acted.
+    void playStopWasSet();
     /// A state of that number was restored. Whether a note that is newer is still held.
     bool restored(StateOrder::Number asked);
     /// Plays for the notes that are held, which end it.
@@ -42,6 +45,7 @@ private:
     MOK_SCRUB_GRANULATOR& stream_;
     HeldNotes held_;
     Wish wish_ = Wish::none;
+    bool waits_ = false;              // for Play Stop
     std::uint64_t begun_ = 0;         // the stream's start that was the notes'; 0 for none
     StateOrder::Number newest_ = 0;   // of the last note-on
     StateOrder::Number restored_ = 0; // the newest state

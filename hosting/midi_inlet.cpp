@@ -19,6 +19,10 @@ void MidiInlet::push(const std::uint8_t* bytes, std::size_t length) ZEPHYRA_NONB
         if (parser_.next(bytes[i], message)) offer(message);
 }
 
+void MidiInlet::mark() ZEPHYRA_NONBLOCKING {
+    if (!latest_.any()) ring_.push({});
+}
+
 // Once a burst has outrun the ring, the ring rests until all that was stored beside it has been
 // taken: else it would bring a newer message before an older one.
 void MidiInlet::offer(const MidiMessage& message) ZEPHYRA_NONBLOCKING {
@@ -46,6 +50,10 @@ MidiInlet::Sent MidiInlet::numbered(const MidiMessage& message) ZEPHYRA_NONBLOCK
 }
 
 void MidiInlet::deliver(const Sent& sent) {
+    if (sent.message.bytes[0] == 0) {
+        if (marked) marked();
+        return;
+    }
     const StateOrder::Delivery delivery(instance_.states, sent.number,
                                         sent.message.kind() == MidiKind::program);
     handler_(sent.message);

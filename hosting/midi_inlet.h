@@ -34,13 +34,17 @@ public:
     /// The bytes of one event: whole messages, also several; what is cut off at its end is dropped.
     /// RENDER.
     void push(const std::uint8_t* bytes, std::size_t length) ZEPHYRA_NONBLOCKING;
+    /// Marks a place between two messages, unless a burst is too long. RENDER.
+    void mark() ZEPHYRA_NONBLOCKING;
+    /// Hears of marks in their turn; empty, as at first, for nobody. MAIN.
+    std::function<void()> marked;
 
     /// How many messages made way for newer ones. Any thread.
     std::uint64_t replaced() const ZEPHYRA_NONBLOCKING { return replaced_; }
 
 private:
     struct Sent {
-        MidiMessage message;
+        MidiMessage message;       // without a status: a mark
         StateOrder::Number number; // of the last state asked for; a program asks for one
     };
     void offer(const MidiMessage& message) ZEPHYRA_NONBLOCKING;

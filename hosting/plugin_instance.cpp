@@ -47,8 +47,10 @@ PluginInstance::PluginInstance(PluginKind kind, const HostedInstance::Prepare& p
         system_.view.startModulationAnew();
     });
     offline_.setMidiInlet(&system_.inlet);
-    if (isInstrument())
+    if (isInstrument()) {
         system_.unbound = [this](const MidiMessage& message) { notes_.take(message); };
+        system_.inlet.marked = [this] { notes_.playStopWasSet(); };
+    }
     choose(session_);
     instance.runLoop.runPosted(); // what a fresh component begins with
     if (kind_ == PluginKind::effect) system_.stream().setDisplayed(ControlId::playStop, 1.0f);

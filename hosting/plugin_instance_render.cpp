@@ -14,18 +14,23 @@ void PluginInstance::queue(std::uint32_t frame, const AURenderEvent& event) ZEPH
     events_.add(frame, event);
 }
 
+/// Parameters go to MAIN by a way of their own, and are marked there by now: so a note finds what
+/// was said of Play Stop before it, and not what is said after it.
 void PluginInstance::pushMidi(const AURenderEvent* events) ZEPHYRA_NONBLOCKING {
+    constexpr auto kPlayStop = static_cast<AUParameterAddress>(ControlId::playStop);
     for (const AURenderEvent* event = events; event; event = event->next)
         if (event->eventType == AURenderEventType::MIDI)
             system_.inlet.push(event->MIDI.data, event->MIDI.length);
+        else if (event->parameter.parameterAddress == kPlayStop)
+            system_.inlet.mark();
 }
 
 /// All that waits.
 void PluginInstance::actNow() ZEPHYRA_NONBLOCKING {
     if (!host_.isRunning()) return actUnprepared();
-    const AURenderEvent* const waiting = events_.take(std::numeric_limits<std::uint32_t>::max());
-    pushMidi(waiting);
+    const AURenderEvent* const waiting = events_.take(std::numeric_limits<std::uint64_t>::max());
     host_.handOver(waiting);
+    pushMidi(waiting);
     events_.clear();
 }
 
@@ -87,10 +92,10 @@ void PluginInstance::render(const PluginBlock& block) ZEPHYRA_NONBLOCKING {
 void PluginInstance::renderCycle(const PluginBlock& block, std::uint32_t begin,
                                  std::uint32_t end) ZEPHYRA_NONBLOCKING {
     const AURenderEvent* const due = events_.take(std::max(end, 1u)); // also of 0 frames
-    pushMidi(due);
     const HostCycle cycle = channels_.open(block, begin, end);
     const OSStatus status = host_.renderOrRest(cycle, due);
     channels_.close(cycle);
+    pushMidi(due);
     if (status != audio_unit_status::noError) HostChannels::silence(block, begin, end);
 }
 

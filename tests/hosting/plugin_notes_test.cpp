@@ -112,6 +112,19 @@ TEST(InstrumentNotes, EndOnlyWhatTheyBeganUnlessItIsToGoOn) {
     EXPECT_TRUE(going.plays());
 }
 
+TEST(InstrumentNotes, TakeTurnsWithPlayStopAlsoInRealTime) {
+    for (const bool offline : {false, true})
+        for (const bool noteIsLast : {false, true}) {
+            Player player;
+            player.set(playStop, 1.0f);
+            player.render(3);
+            player.set(playStop, 0.0f, 9);
+            player.midi({0x90, 60, 100}, noteIsLast ? 9 : 8);
+            for (int i = 0; i < 20; ++i) offline ? void(player.render()) : player.renderLive();
+            EXPECT_EQ(player.plays(), noteIsLast) << offline;
+        }
+}
+
 TEST(InstrumentNotes, AreNotWhatIsLearnedOrChoosesPresets) {
     Player player;
     MidiManager& manager = player.system().view.midiManager;
