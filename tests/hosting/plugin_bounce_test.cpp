@@ -95,21 +95,32 @@ TEST(PluginBounce, IsWhatACommandRendersAndRepeatsAfterRealTime) {
     }
 }
 
-TEST(PluginBounce, OfAnInstrumentBeginsWithItsNotes) {
-    PluginPlayer player(PluginKind::instrument);
-    ASSERT_TRUE(player.plugin.prepare({44100, 256}));
-    PluginPlayer::arrange(player.plugin.system());
-    const auto bounce = [&] {
-        return player.play(30000, true, kMusic, [&](int block) {
-            const std::uint8_t on[] = {0x90, 67, 100}; // held to the end
-            if (block == 20) player.plugin.queueMidi(on, 3, 5);
-        });
-    };
-    const std::vector<float> first = bounce();
-    EXPECT_EQ(first[100], 0.0f);
-    EXPECT_GT(peak(first), 0.01f);
-    player.play(5000, true, {.moving = false});
-    EXPECT_EQ(firstDifference(bounce(), first), "");
+TEST(PluginBounce, OfAnInstrumentBeginsWithItsNotesOrTheTransport) {
+    for (const bool synced : {false, true}) {
+        PluginPlayer player(PluginKind::instrument);
+        ASSERT_TRUE(player.plugin.prepare({44100, 256}));
+        PluginPlayer::arrange(player.plugin.system());
+        if (synced) {
+            const RunLoop::Scope main(player.plugin.system().instance.runLoop);
+            player.plugin.system().stream().setDisplayed(scanSync, 1.0f);
+        }
+        const auto bounce = [&] {
+            return player.play(30000, true, kMusic, [&](int block) {
+                const std::uint8_t on[] = {0x90, 67, 100}, off[] = {0x80, 67, 0};
+                if (block == 20) player.plugin.queueMidi(on, 3, 5);
+                if (block == 40) player.plugin.queueMidi(off, 3, 5);
+            });
+        };
+        const std::vector<float> first = bounce();
+        EXPECT_TRUE(synced || first[100] == 0.0f);
+        EXPECT_GT(peak(first), 0.01f);
+        const std::uint8_t held[] = {0x90, 50, 100}; // which a bounce knows nothing of
+        player.plugin.queueMidi(held, 3);
+        player.play(5000, true, {.moving = false});
+        EXPECT_EQ(firstDifference(bounce(), first), "") << synced;
+        ASSERT_TRUE(player.plugin.prepare({44100, 256})); // while it plays
+        EXPECT_EQ(firstDifference(bounce(), first), "") << synced;
+    }
 }
 
 /// The generator's state.

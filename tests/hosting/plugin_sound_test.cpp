@@ -92,6 +92,11 @@ TEST(PluginSound, GoesFromAndToTheChannelsThatAHostHas) {
         two.renderOffline({kFrames, {same[0], same[1]}, {stereo.left.data(), stereo.right.data()}});
         for (std::size_t n = 0; n < kFrames; ++n)
             ASSERT_EQ(mono[n], (stereo.left[n] + stereo.right[n]) / 2) << n;
+        if (!asked[0] || asked[1]) continue;
+        one.setBypass(true);
+        EXPECT_TRUE(one.prepare({48000, 256}));
+        one.renderOffline({kFrames, {left, nullptr}, {mono.data(), nullptr}});
+        EXPECT_EQ(mono, input.left) << "bypassed from the first frame";
     }
 }
 
@@ -159,6 +164,7 @@ TEST(PluginSound, IsOverWhenTheTailHasPassed) {
 TEST(PluginSound, TailsOnAsLongAsLiveInputIsRemembered) {
     HeardLog log;
     PluginInstance fresh(PluginKind::effect, [&log](Instance& instance) { log.hear(instance); });
+    EXPECT_EQ(fresh.parameter(static_cast<AUParameterAddress>(ControlId::live)), 1.0f);
     ASSERT_TRUE(fresh.prepare({44100, 512}));
     EXPECT_NEAR(fresh.tailSeconds(), 10.3, 0.3);
 }

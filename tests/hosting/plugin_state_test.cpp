@@ -177,10 +177,10 @@ TEST(PluginPrograms, AreTheFactorysAndLeavePlayingAsItIs) {
     plugin.midi({0x90, 60, 100});
     plugin.render();
     plugin.setProgram(9);
+    EXPECT_NE(plugin.value(density), seventh) << "at once";
     plugin.render();
     EXPECT_TRUE(plugin.plays());
     EXPECT_EQ(plugin.currentProgram(), 9u);
-    EXPECT_NE(plugin.value(density), seventh);
     plugin.midi({0x80, 60, 100});
     plugin.render();
     EXPECT_FALSE(plugin.plays());

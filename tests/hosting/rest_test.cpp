@@ -63,6 +63,17 @@ private:
 
 constexpr int kSecond = 87; // in blocks
 
+TEST(Rest, LosesNoEvent) {
+    Rested resting(component_type::instrument, true);
+    resting.block();
+    ASSERT_TRUE(resting.unit->rests());
+    AURenderEvent event;
+    event.eventType = AURenderEventType::parameter;
+    event.parameter = {static_cast<AUParameterAddress>(ControlId::pitch), 5.0f, 0};
+    resting.host.renderOrRest({1, {}, {resting.out.left.data(), resting.out.right.data()}}, &event);
+    EXPECT_EQ(loadParameter(resting.unit->record(), event.parameter.parameterAddress), 5.0f);
+}
+
 TEST(Rest, IsNotHeardWhateverChangesMeanwhile) {
     using enum ControlId;
     struct Row {
