@@ -1,6 +1,6 @@
 // jalv plays the LV2 plug-ins on a JACK server of this test's own, which needs no sound card.
-#include "tests/plugin/jalv/jack_player.h"
-#include "tests/plugin/standalone/child_program.h"
+#include "rendering/events/midi_file.h"
+#include "tests/plugin/jack_client.h"
 
 namespace zephyra {
 
@@ -16,18 +16,9 @@ struct Jalv : testing::Test {
     void SetUp() override {
         if (std::system("{ command -v jackd && command -v jalv; } >/dev/null") != 0)
             GTEST_SKIP() << "jackd or jalv is not installed";
-        ::setenv("JACK_DEFAULT_SERVER", server.c_str(), 1);
-        server_.emplace(ChildProgram::Words{"jackd", "-n", server, "-r", "-d", "dummy", "-r",
-                                            "48000", "-p", "256"},
-                        ChildProgram::Words{}, folder / "jackd");
-        const auto file = parseMidi(kMidiFile, std::nullopt, "the test's file");
-        ASSERT_TRUE(file) << file.message();
-        ASSERT_EQ(file.value().messages.size(), 2u);
-        const bool isUp = comesTrue([&] {
-            player.emplace(file.value().messages);
-            return player->isThere();
-        });
-        if (!isUp) GTEST_SKIP() << "no JACK server starts: " << server_->output();
+        server_.emplace();
+        if (!server_->isUp) GTEST_SKIP() << "no JACK server starts: " << server_->program.output();
+        player.emplace();
         fs::create_directory(folder / "lv2");
         fs::create_directory_symlink(ZEPHYRA_LV2_BUNDLE, folder / "lv2" / "zephyra.lv2");
     }
@@ -35,7 +26,6 @@ struct Jalv : testing::Test {
         player.reset();
         EXPECT_TRUE(!jalv_ || jalv_->runs()) << jalv_->output();
         jalv_.reset();
-        if (server_) server_->end(SIGTERM);
         if (commands_ >= 0) ::close(commands_);
     }
     /// Loads it and connects it to the player.
@@ -50,42 +40,45 @@ struct Jalv : testing::Test {
                                 "ZEPHYRA_SHARED_FOLDER=" + (folder / "user").string(),
                                 "ZEPHYRA_RESOURCE_FOLDER=" ZEPHYRA_SOURCE_DIR "/resources"},
             folder / "jalv");
-        ASSERT_TRUE(comesTrue([&] { return player->connect("zephyra:out_left", "player:in"); }))
+        ASSERT_TRUE(comesTrue([&] { return player->connect("zephyra:out_left", "test:in"); }))
             << jalv_->output();
-        ASSERT_TRUE(player->connect("player:midi", "zephyra:events"));
+        ASSERT_TRUE(player->connect("test:midi", "zephyra:events"));
     }
-    void say(const std::string& line) {
+    void setPort(const std::string& line, bool makesLoud) {
         ASSERT_EQ(::write(commands_, (line + "\n").c_str(), line.size() + 1),
                   static_cast<ssize_t>(line.size() + 1));
+        EXPECT_TRUE(becomes(makesLoud)) << line;
     }
     bool becomes(bool loud) {
         return comesTrue([&] { return (player->peakOf(0.1) > 0.005f) == loud; });
     }
 
     const TemporaryFolder folder;
-    const std::string server = "zephyra-test-" + std::to_string(::getpid());
-    std::optional<JackPlayer> player;
+    std::optional<JackClient> player;
 
 private:
-    std::optional<ChildProgram> server_, jalv_;
+    std::optional<JackServer> server_;
+    std::optional<ChildProgram> jalv_;
     int commands_ = -1;
 };
 
 TEST_F(Jalv, PlaysTheInstrumentFromAMidiFileAndSetsItsPorts) {
     load("urn:zephyra:instrument");
     EXPECT_LT(player->peakOf(0.5), 0.0001f);
-    player->play();
+    const auto file = must(parseMidi(kMidiFile, std::nullopt, "the test's file"));
+    ASSERT_EQ(file.messages.size(), 2u);
+    std::vector<JackClient::Message> messages;
+    for (const TimedMidi& each : file.messages)
+        messages.push_back({each.seconds, {each.bytes[0], each.bytes[1], each.bytes[2]}});
+    player->play(messages);
     EXPECT_TRUE(becomes(true)) << "at the first note";
     EXPECT_TRUE(comesTrue([&] { return player->hasPlayed(); }));
     EXPECT_TRUE(becomes(false)) << "after the last one";
-    say("play_stop = 1");
-    EXPECT_TRUE(becomes(true));
-    say("amplitude = 0");
-    EXPECT_TRUE(becomes(false));
-    say("amplitude = 1");
-    EXPECT_TRUE(becomes(true));
-    say("play_stop = 0");
-    EXPECT_TRUE(becomes(false));
+    for (const auto& [line, loud] : {std::pair{"play_stop = 1", true},
+                                     {"amplitude = 0", false},
+                                     {"amplitude = 1", true},
+                                     {"play_stop = 0", false}})
+        setPort(line, loud);
     say("amplitude = 0");
     say("presets"); // before which jalv knows of none
     say("preset urn:zephyra:instrument:preset:whale_parliament_bird_machines");
@@ -95,18 +88,15 @@ TEST_F(Jalv, PlaysTheInstrumentFromAMidiFileAndSetsItsPorts) {
 
 TEST_F(Jalv, PlaysTheEffectByThePortsThatItBeginsWith) {
     load("urn:zephyra:effect", "-c dry_wet=100 -c play_stop=0");
-    ASSERT_TRUE(player->connect("player:noise", "zephyra:in_left"));
+    ASSERT_TRUE(player->connect("test:out", "zephyra:in_left"));
+    player->whistle();
     EXPECT_TRUE(becomes(false));
-    say("dry_wet = 0");
-    EXPECT_TRUE(becomes(true)) << "what comes in";
-    say("dry_wet = 100");
-    EXPECT_TRUE(becomes(false));
-    say("play_stop = 1");
-    EXPECT_TRUE(becomes(true)) << "its grains";
-    say("play_stop = 0");
-    EXPECT_TRUE(becomes(false));
-    say("enabled = 0");
-    EXPECT_TRUE(becomes(true)) << "bypassed";
+    for (const auto& [line, loud] : {std::pair{"dry_wet = 0", true},
+                                     {"dry_wet = 100", false},
+                                     {"play_stop = 1", true},
+                                     {"play_stop = 0", false},
+                                     {"enabled = 0", true}})
+        setPort(line, loud);
 }
 
 } // namespace

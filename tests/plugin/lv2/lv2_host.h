@@ -45,11 +45,11 @@ public:
     /// What acts in the next block.
     void midi(std::uint32_t frame, std::vector<std::uint8_t> bytes);
     void position(std::uint32_t frame, const Lv2Position& properties);
-    /// Events of one's own instead, as they are.
-    void rawEvents(std::vector<std::uint8_t> bytes) { events_ = std::move(bytes); }
 
     /// Adds a block to heard, left before right; an effect hears a noise that goes on.
     void render(std::uint32_t frames);
+    /// What an effect heard in the last block.
+    const float* input(int channel) const { return input_[channel].data(); }
     /// Leaves an input's or output's right channel unconnected.
     void connectMono();
 

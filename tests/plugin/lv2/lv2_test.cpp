@@ -1,6 +1,5 @@
 // The built LV2 plug-ins in a small host, through lilv as other hosts load them.
 #include "hosting/plugin_parameters.h"
-#include "platform/sound/float_file_writer.h"
 #include "platform/text/text_numbers.h"
 #include "plugin/lv2/ports.h"
 #include "tests/plugin/lv2/lv2_host.h"
@@ -11,21 +10,15 @@ namespace zephyra {
 
 namespace {
 
-/// The user's folder of every instance in this program.
-const TemporaryFolder& sharedFolder() {
-    static const TemporaryFolder folder;
-    static const bool once = [] {
-        ::setenv("ZEPHYRA_SHARED_FOLDER", folder.path().c_str(), 1);
-        ::setenv("ZEPHYRA_RESOURCE_FOLDER", ZEPHYRA_SOURCE_DIR "/resources", 1);
-        return true;
-    }();
-    static_cast<void>(once);
-    return folder;
-}
-
 class Lv2 : public testing::Test {
 protected:
-    Lv2() { sharedFolder(); }
+    Lv2() {
+        ::setenv("ZEPHYRA_SHARED_FOLDER", folder_.path().c_str(), 1);
+        ::setenv("ZEPHYRA_RESOURCE_FOLDER", ZEPHYRA_SOURCE_DIR "/resources", 1);
+    }
+
+private:
+    const TemporaryFolder folder_;
 };
 
 constexpr PluginKind kKinds[] = {PluginKind::effect, PluginKind::instrument};
@@ -34,15 +27,6 @@ const std::vector<std::uint8_t> kNoteOn = {0x90, 60, 100}, kNoteOff = {0x80, 60,
 double linear(ControlId id, float displayed) {
     return linearFromDisplayed(controlRange(id), displayed);
 }
-
-/// The same way to play for an instance of ours and through the host, by its words alone.
-struct Part {
-    std::uint32_t frames;
-    std::optional<float> density = {};
-    std::vector<std::pair<std::uint32_t, std::vector<std::uint8_t>>> midi = {};
-    std::optional<double> tempo = {}; // with a bar's position and the transport rolling
-    double beats = 0.0;
-};
 
 TEST_F(Lv2, PortsStayAsSessionsKnowThem) {
     std::ostringstream text;
@@ -74,22 +58,6 @@ TEST_F(Lv2, PortsBeginWithWhatAFreshInstanceStandsAt) {
             EXPECT_EQ(portValue(parameter, fresh.parameter(address)), portDefault(kind, parameter))
                 << parameter.symbol;
         }
-    }
-}
-
-TEST_F(Lv2, AFreshEffectPlaysItsInputAndAnInstrumentWaitsForANote) {
-    for (const PluginKind kind : kKinds) {
-        Lv2Host host(kind);
-        host.port("free_wheeling") = 1;
-        host.port("dry_wet") = 100;
-        for (int i = 0; i < 20; ++i) host.render(2048);
-        const bool isEffect = kind == PluginKind::effect;
-        EXPECT_EQ(peakOf(host.heard) > 0.01f, isEffect);
-        host.heard.clear();
-        host.midi(0, isEffect ? kNoteOff : kNoteOn);
-        for (int i = 0; i < 20; ++i) host.render(2048);
-        EXPECT_GT(peakOf(host.heard), 0.01f);
-        EXPECT_LT(peakOf(host.heard), 100.0f);
     }
 }
 
@@ -151,82 +119,63 @@ TEST_F(Lv2, APortActsWhenItChangesAndNeverWhileItStands) {
 TEST_F(Lv2, OfflineBlocksEqualAnInstancesOwnBytes) {
     for (const PluginKind kind : kKinds)
         for (std::uint32_t seed = 1; seed <= 3; ++seed) {
-            PluginInstance fresh(kind);
-            const std::string state = fresh.state();
-
-            std::mt19937 random(seed);
-            std::vector<Part> parts;
-            double beats = -4;
-            for (const std::int32_t frames : randomPartition(60000, 8192, seed)) {
-                Part part{.frames = static_cast<std::uint32_t>(frames)};
-                if (random() % 4 == 0) part.density = static_cast<float>(1 + random() % 300);
-                if (random() % 3 == 0)
-                    part.midi = {{random() % part.frames, kNoteOn},
-                                 {part.frames - 1, {0xB0, 64, 127}},
-                                 {part.frames - 1, {0xF0, 1, 2, 3, 4, 0xF7}}};
-                // In every block, once, or never.
-                if (seed == 1 || (seed == 2 && parts.empty())) part.tempo = 97, part.beats = beats;
-                beats += frames / 48000.0 * 97 / 60;
-                parts.push_back(part);
-                if (random() % 3 == 0) parts.push_back({.frames = 0});
-            }
-
+            PluginInstance own(kind);
+            const std::string state = own.state();
+            ASSERT_TRUE(own.prepare({.sampleRate = 48000, .mostFrames = 1024}));
+            ASSERT_TRUE(own.setState(std::as_bytes(std::span(state))));
             Lv2Host host(kind, 48000, 1024);
             host.port("free_wheeling") = 1;
             ASSERT_EQ(host.restoreProperties({{"urn:zephyra:state", state}}), LV2_STATE_SUCCESS);
-            PluginInstance own(kind);
-            ASSERT_TRUE(own.prepare({.sampleRate = 48000, .mostFrames = 1024}));
-            ASSERT_TRUE(own.setState(std::as_bytes(std::span(state))));
 
             std::vector<float> expected;
-            std::uint32_t noise = 1;
-            for (const Part& part : parts) {
-                std::vector<float> in[2], out[2];
-                for (auto& channel : in) channel.resize(part.frames + 1);
-                for (auto& channel : out) channel.resize(part.frames + 1);
-                for (std::uint32_t i = 0; i < part.frames; ++i)
-                    for (auto& channel : in)
-                        channel[i] =
-                            static_cast<float>((noise = noise * 1664525u + 1013904223u) >> 8) *
-                                0x1p-24f -
-                            0.5f;
-                PluginBlock block{.frames = part.frames, .output = {out[0].data(), out[1].data()}};
-                if (kind == PluginKind::effect)
-                    block.input[0] = in[0].data(), block.input[1] = in[1].data();
-                if (part.tempo) {
-                    block.transport = {.tempo = part.tempo,
-                                       .numerator = 6,
-                                       .denominator = 8,
-                                       .beats = part.beats,
-                                       .moving = true};
-                    // Six eighths: three quarters a bar.
-                    const double bar = std::floor(part.beats / 3);
+            std::mt19937 random(seed);
+            double beats = -4;
+            for (const std::int32_t block : randomPartition(60000, 8192, seed)) {
+                const auto frames = static_cast<std::uint32_t>(block);
+                if (random() % 3 == 0) own.renderOffline({}), host.render(0);
+                PluginTransport told;
+                // In every block, once, or never.
+                if (seed == 1 || (seed == 2 && expected.empty())) {
+                    told = {.tempo = 97,
+                            .numerator = 6,
+                            .denominator = 8,
+                            .beats = beats,
+                            .moving = true};
+                    const double bar = std::floor(beats / 3); // six eighths: three quarters a bar
                     host.position(0, {{"bar", static_cast<std::int64_t>(bar)},
-                                      {"barBeat", (part.beats - 3 * bar) * 2},
+                                      {"barBeat", (beats - 3 * bar) * 2},
                                       {"beatsPerBar", 6.0f},
                                       {"beatUnit", std::int32_t{8}},
-                                      {"beatsPerMinute", *part.tempo},
+                                      {"beatsPerMinute", 97.0},
                                       {"speed", 1.0f}});
                 }
-                if (part.density) {
-                    host.port("density") = *part.density;
+                beats += frames / 48000.0 * 97 / 60;
+                if (random() % 4 == 0) {
+                    const float density = host.port("density") =
+                        static_cast<float>(1 + random() % 300);
                     own.queueParameter(
                         static_cast<AUParameterAddress>(ControlId::density),
-                        linearFromDisplayed(controlRange(ControlId::density), *part.density));
+                        linearFromDisplayed(controlRange(ControlId::density), density));
                 }
-                for (const auto& [frame, bytes] : part.midi) {
-                    host.midi(frame, bytes);
-                    own.queueMidi(bytes.data(), bytes.size(), frame);
-                }
-                own.renderOffline(block);
-                host.render(part.frames);
-                for (const auto& channel : out)
-                    expected.insert(expected.end(), channel.begin(), channel.end() - 1);
+                if (random() % 3 == 0)
+                    for (const auto& [frame, bytes] :
+                         {std::pair{static_cast<std::uint32_t>(random() % frames), kNoteOn},
+                          {frames - 1, {0xB0, 64, 127}},
+                          {frames - 1, {0xF0, 1, 2, 3, 4, 0xF7}}}) {
+                        host.midi(frame, bytes);
+                        own.queueMidi(bytes.data(), bytes.size(), frame);
+                    }
+                host.render(frames);
+                std::vector<float> left(frames), right(frames);
+                PluginBlock sent{
+                    .frames = frames, .output = {left.data(), right.data()}, .transport = told};
+                if (kind == PluginKind::effect)
+                    sent.input[0] = host.input(0), sent.input[1] = host.input(1);
+                own.renderOffline(sent);
+                expected.insert(expected.end(), left.begin(), left.end());
+                expected.insert(expected.end(), right.begin(), right.end());
             }
-            ASSERT_EQ(host.heard.size(), expected.size());
-            const auto differ = std::ranges::mismatch(host.heard, expected);
-            EXPECT_EQ(differ.in1, host.heard.end())
-                << seed << " at " << differ.in1 - host.heard.begin();
+            EXPECT_TRUE(host.heard == expected) << seed;
             EXPECT_GT(peakOf(host.heard), 0.01f) << seed;
         }
 }
@@ -243,29 +192,17 @@ TEST_F(Lv2, BlocksOfAnySizeAndClockSoundFiniteAndAllocateNothing) {
                 host.port("enabled") = seed % 16 != 3;
                 host.port("pitch") = static_cast<float>(seed % 24);
                 host.midi(static_cast<std::uint32_t>(frames / 2), kNoteOn);
-                host.position(0, {{"beatsPerMinute", 120.0f}, {"speed", 1.0f}});
+                host.position(0, {{"beatsPerMinute", 100.0f + static_cast<float>(seed)},
+                                  {"bar", std::int64_t{seed}},
+                                  {"barBeat", 0.0f},
+                                  {"speed", 1.0f}});
                 host.render(static_cast<std::uint32_t>(frames));
                 host.render(0);
             }
             EXPECT_GT(peakOf(host.heard), 0.01f);
             EXPECT_LT(peakOf(host.heard), 100.0f);
+            EXPECT_THAT(host.calls, ElementsAre());
         }
-}
-
-TEST_F(Lv2, RealTimeBlocksNeitherAllocateNorLock) {
-    for (const PluginKind kind : kKinds) {
-        Lv2Host host(kind);
-        for (int i = 0; i < 200; ++i) {
-            host.port("density") = static_cast<float>(i + 1);
-            host.midi(3, kNoteOn);
-            host.position(7, {{"beatsPerMinute", 100.0 + i},
-                              {"bar", std::int64_t{i}},
-                              {"barBeat", 0.0f},
-                              {"speed", 1.0f}});
-            host.render(i % 10 == 0 ? 5000 : 256);
-        }
-        EXPECT_THAT(host.calls, ElementsAre());
-    }
 }
 
 TEST_F(Lv2, EveryFactoryPresetBringsItsWholeStateAndPorts) {
@@ -303,55 +240,14 @@ TEST_F(Lv2, EveryFactoryPresetBringsItsWholeStateAndPorts) {
 
 TEST_F(Lv2, APresetWithoutItsPortsActsWhereverThePortsStand) {
     Lv2Host host(PluginKind::effect);
+    host.port("free_wheeling") = 1;
     host.port("dry_wet") = 100;
     host.port("play_stop") = 0;
-    const auto loudness = [&] {
-        host.heard.clear();
-        for (int i = 0; i < 200; ++i) {
-            host.render(256);
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        }
-        return peakOf(std::span(host.heard).last(5000));
-    };
-    EXPECT_LT(loudness(), 0.001f);
-    host.loadPreset("Bell Jar (Glass Weather)", false);
-    EXPECT_GT(loudness(), 0.01f);
-}
-
-TEST_F(Lv2, ASessionSoundsTheSameAfterItsSampleIsGone) {
-    const fs::path file = sharedFolder() / "chirp.wav";
-    const auto noise = noiseSample(30000, 44100);
-    const float* const channel = noise->getPtr();
-    FloatFileWriter writer;
-    ASSERT_TRUE(writer.open(file, 44100, 1) && writer.write(&channel, 30000) && writer.close());
-    std::string saved;
-    {
-        PluginInstance maker(PluginKind::instrument);
-        maker.loadSample(file);
-        maker.system().instance.runLoop.finishWork();
-        Lv2Host host(PluginKind::instrument);
-        host.port("free_wheeling") = 1;
-        ASSERT_EQ(host.restoreProperties({{"urn:zephyra:state", maker.state()}}),
-                  LV2_STATE_SUCCESS);
-        host.render(64);
-        saved = host.save();
+    for (const bool loud : {false, true}) {
+        if (loud) host.loadPreset("Bell Jar (Glass Weather)", false);
+        for (int i = 0; i < 50; ++i) host.render(1024);
+        EXPECT_EQ(peakOf(std::span(host.heard).last(5000)) > 0.001f, loud);
     }
-    const auto play = [&] {
-        Lv2Host host(PluginKind::instrument);
-        host.port("free_wheeling") = 1;
-        host.restore(saved);
-        host.midi(0, kNoteOn);
-        for (int i = 0; i < 20; ++i) host.render(1024);
-        return host.heard;
-    };
-    const auto with = play();
-    EXPECT_GT(peakOf(with), 0.01f);
-    fs::remove(file);
-    const auto without = play();
-    float worst = 0;
-    for (std::size_t i = 0; i < with.size(); ++i)
-        worst = std::max(worst, std::abs(with[i] - without[i]));
-    EXPECT_LT(worst, 0.001f);
 }
 
 TEST_F(Lv2, ABrokenStateIsRefusedWithAMessageAndChangesNothing) {
@@ -368,34 +264,14 @@ TEST_F(Lv2, ABrokenStateIsRefusedWithAMessageAndChangesNothing) {
     EXPECT_EQ(host.inState("Density_0"), density);
 }
 
-TEST_F(Lv2, ThirtyTwoInstancesPlayTogether) {
-    std::vector<std::unique_ptr<Lv2Host>> hosts;
-    for (int i = 0; i < 32; ++i) hosts.push_back(std::make_unique<Lv2Host>(kKinds[i % 2]));
-    std::vector<std::thread> threads;
-    for (auto& host : hosts)
-        threads.emplace_back([&host] {
-            // MAIN of all of them has one thread, on however busy a machine.
-            host->midi(0, kNoteOn);
-            for (int i = 0; i < 5000 && peakOf(host->heard) < 0.001f; ++i) {
-                host->heard.clear();
-                host->render(512);
-                std::this_thread::sleep_for(std::chrono::milliseconds(2));
-            }
-        });
-    for (std::thread& thread : threads) thread.join();
-    for (auto& host : hosts) EXPECT_GT(peakOf(host->heard), 0.001f);
-}
-
 TEST_F(Lv2, ASideWithOneChannelConnectedIsMono) {
     for (const PluginKind kind : kKinds) {
         Lv2Host both(kind), one(kind);
         const auto state = both.properties();
+        one.connectMono();
         for (Lv2Host* host : {&both, &one}) {
             host->port("free_wheeling") = 1;
             ASSERT_EQ(host->restoreProperties(state), LV2_STATE_SUCCESS);
-        }
-        one.connectMono();
-        for (Lv2Host* host : {&both, &one}) {
             host->midi(0, kNoteOn);
             host->render(40000);
         }

@@ -10,7 +10,6 @@ namespace {
 using enum ControlId;
 
 constexpr PluginKind kKinds[] = {PluginKind::effect, PluginKind::instrument};
-constexpr int kCount = static_cast<int>(kParameterCount);
 
 juce::MidiBuffer midi(const std::vector<std::uint8_t>& bytes, int frame = 0) {
     juce::MidiBuffer buffer;
@@ -48,53 +47,34 @@ testing::Matcher<const std::vector<float>&> near(const std::vector<float>& wante
 TEST(Vst3, SoundsAtEveryRateAndBlockLengthWithoutAValueThatIsNoSound) {
     for (const PluginKind kind : kKinds) {
         Vst3Plugin plugin(kind);
-        ASSERT_TRUE(plugin);
         for (const double rate : {22050.0, 44100.0, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0})
             for (const int frames : {16, 64, 99, 512, 1024, 4096}) {
                 SCOPED_TRACE(testing::Message() << rate << " Hz, " << frames);
                 plugin.start(rate, frames, true); // in real time it would take as long as it plays
-                plugin.play(frames, midi({0x90, 60, 100}));
-                const int blocks = std::max(2, static_cast<int>(0.15 * rate) / frames);
-                const float most = played(plugin, blocks, frames);
+                plugin.play(0, midi({0x90, 60, 100}));
+                float most =
+                    played(plugin, std::max(2, static_cast<int>(0.15 * rate) / frames), frames);
+                for (const int other : {2 * frames, 1, 8192})
+                    most = std::max(most, played(plugin, 1, other));
                 EXPECT_GT(most, 0.001f);
                 EXPECT_LT(most, 4.0f);
             }
     }
 }
 
-TEST(Vst3, TakesBlocksOfAnyLengthAlsoZeroAndLongerOnesThanAnnounced) {
-    for (const PluginKind kind : kKinds) {
-        Vst3Plugin plugin(kind);
-        for (const bool offline : {false, true}) {
-            plugin.start(48000, 256, offline);
-            plugin.play(0, midi({0x90, 60, 100}));
-            float last = 0.0f;
-            for (const int frames : {1, 256, 5000, 0, 257, 8192, 7, 4096}) {
-                last = played(plugin, 1, frames);
-                EXPECT_LT(last, 4.0f) << frames;
-            }
-            EXPECT_TRUE(!offline || last > 0.001f) << last;
-        }
-    }
-}
-
 TEST(Vst3, HasTheParametersByNumberWithNamesAndTextsBothWays) {
     Vst3Plugin plugin(PluginKind::effect);
     for (const PluginParameter& facts : pluginParameters()) {
-        const int id = idOf(facts.id);
-        auto& parameter = plugin.parameter(id);
-        auto* const hosted = dynamic_cast<juce::HostedAudioProcessorParameter*>(&parameter);
-        ASSERT_TRUE(hosted);
-        EXPECT_EQ(hosted->getParameterID(), juce::String(id));
+        auto& parameter = plugin.parameter(idOf(facts.id));
+        EXPECT_EQ(dynamic_cast<juce::HostedAudioProcessorParameter&>(parameter).getParameterID(),
+                  juce::String(idOf(facts.id)));
         EXPECT_EQ(parameter.getName(100).toStdString(), facts.name);
-        EXPECT_EQ(parameter.isAutomatable(), true);
+        EXPECT_TRUE(parameter.isAutomatable());
         for (const float value : {0.0f, 0.1f, 0.25f, 0.5f, 0.9f, 1.0f}) {
             const auto text = parameter.getText(value, 100);
             const std::string whole = parameterText(facts, linearFromNormalized(facts, value));
             EXPECT_THAT(whole, StartsWith(text.toStdString()));
-            for (const auto& read : {text, juce::String(whole)})
-                EXPECT_EQ(parameter.getText(parameter.getValueForText(read), 100), text)
-                    << facts.name << ": " << read;
+            EXPECT_EQ(parameter.getText(parameter.getValueForText(whole), 100), text) << facts.name;
         }
     }
 }
@@ -160,12 +140,11 @@ TEST(Vst3, RefusesLayoutsOtherThanMonoAndStereoAndSoundsInThese) {
         EXPECT_EQ(plugin->setBusesLayout(layout), taken);
         if (!taken) continue;
         plugin.start(48000, 512, true);
-        juce::AudioBuffer<float> block(std::max(in.size(), out.size()), 512);
         float most = 0.0f;
         for (int i = 0; i < 60; ++i) {
+            juce::AudioBuffer<float> block(std::max(in.size(), out.size()), 512);
             for (int c = 0; c < block.getNumChannels(); ++c)
-                for (int n = 0; n < 512; ++n)
-                    block.setSample(c, n, 0.3f * std::sin(0.05f * static_cast<float>(n + 512 * i)));
+                std::fill_n(block.getWritePointer(c), 512, i % 2 ? 0.3f : -0.3f);
             auto notes = midi({0x90, 60, 100});
             plugin->processBlock(block, notes);
             for (int c = 0; c < out.size(); ++c)
@@ -180,13 +159,11 @@ TEST(Vst3, OffersTheFactorysPresetsAsPrograms) {
     PluginInstance own(PluginKind::instrument);
     Vst3Plugin plugin(PluginKind::instrument);
     plugin.start(48000, 512);
-    const auto& programs = own.programs();
-    ASSERT_EQ(plugin->getNumPrograms(), static_cast<int>(programs.size()));
-    EXPECT_GE(programs.size(), 48u);
-    for (const std::size_t i : {std::size_t{1}, std::size_t{20}, programs.size() - 1}) {
-        const int number = static_cast<int>(i);
-        EXPECT_EQ(plugin->getProgramName(number).toStdString(), programs[i].name);
-        own.setProgram(i);
+    ASSERT_EQ(plugin->getNumPrograms(), 48);
+    for (const int number : {1, 20, 47}) {
+        const auto program = static_cast<std::size_t>(number);
+        EXPECT_EQ(plugin->getProgramName(number).toStdString(), own.programs()[program].name);
+        own.setProgram(program);
         std::vector<float> wanted;
         for (const PluginParameter& facts : pluginParameters())
             if (facts.id >= amplitude && facts.id < playStop)
@@ -195,16 +172,13 @@ TEST(Vst3, OffersTheFactorysPresetsAsPrograms) {
         plugin->setCurrentProgram(number);
         EXPECT_TRUE(plugin.playUntil([&] {
             return testing::Matches(near(wanted))(values(plugin));
-        })) << programs[i].name
-            << ": " << testing::PrintToString(values(plugin)) << " instead of "
-            << testing::PrintToString(wanted);
+        })) << testing::PrintToString(values(plugin));
     }
 }
 
 struct Vst3Learning : ProgramTest {};
 
-TEST_F(Vst3Learning, LetsControllersBendAndNotesThroughToWhatLearnedThem) {
-    writeWav(folder / "in.wav", tone(44100));
+TEST_F(Vst3Learning, LetsControllersBendAndPressureThroughToWhatLearnedThem) {
     writeText(folder / "none.mid",
               std::string("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\4\0\xFF\x2F\0", 26));
     rendered("in.wav --seconds 1 --midi none.mid --save-state s --learn cc:74=Pitch "
@@ -234,12 +208,11 @@ TEST(Vst3, PassesTheInputOnWhileBypassedAndTellsItsTail) {
     ASSERT_TRUE(bypass);
     bypass->setValue(1.0f);
     played(plugin, 100, 512); // its fade
-    std::vector<float> in[2] = {std::vector<float>(512, 0.25f), std::vector<float>(512, -0.125f)};
-    const auto sent = in[0];
+    std::vector<float> left(512, 0.25f), right(512, -0.125f);
     juce::MidiBuffer none;
-    plugin.play(in[0].data(), in[1].data(), 512, none);
-    EXPECT_EQ(in[0], sent);
-    EXPECT_EQ(in[1], std::vector<float>(512, -0.125f));
+    plugin.play(left.data(), right.data(), 512, none);
+    EXPECT_THAT(left, Each(0.25f));
+    EXPECT_THAT(right, Each(-0.125f));
     bypass->setValue(0.0f);
     EXPECT_EQ(plugin->getLatencySamples(), 0);
     plugin.parameter(idOf(echoSwitch)).setValue(0.0f);
@@ -252,35 +225,56 @@ TEST(Vst3, PassesTheInputOnWhileBypassedAndTellsItsTail) {
         << plugin->getTailLengthSeconds();
 }
 
-TEST(Vst3, MakesASecondBounceTheFirstAndPlaysOnLiveInBetween) {
+TEST(Vst3, BouncesAnInstancesOwnBytesAlsoASecondTime) {
+    constexpr int kFrames = 512;
     for (const PluginKind kind : kKinds) {
         Vst3Plugin plugin(kind);
-        plugin.start(48000, 512);
-        plugin.play(512, midi({0x90, 60, 100}));
+        plugin.start(48000, kFrames);
+        plugin.play(kFrames, midi({0x90, 60, 100}));
         EXPECT_TRUE(plugin.playUntil([&] { return plugin.peak() > 0.001f; }));
-        const auto bounce = [&] {
-            plugin->setNonRealtime(true);
-            std::vector<float> sound, left(512), right(512);
-            plugin.transport = {
+        PluginInstance own(kind);
+        EXPECT_TRUE(own.prepare({48000, kFrames}));
+        const std::string state = plugin.state();
+        EXPECT_TRUE(own.setState(std::as_bytes(std::span(state))));
+        plugin.setState(state);
+        const auto bounce = [&](const auto& playBlock) {
+            std::vector<float> sound(160 * kFrames);
+            PluginTransport transport{
                 .tempo = 120, .numerator = 4, .denominator = 4, .beats = 0, .moving = true};
-            for (int i = 0; i < 80; ++i) {
-                for (int n = 0; n < 512; ++n)
-                    left[static_cast<std::size_t>(n)] = right[static_cast<std::size_t>(n)] =
-                        0.3f * std::sin(0.03f * static_cast<float>(n + i * 512));
-                auto notes = i == 0 ? midi({0x90, 64, 100}) : juce::MidiBuffer();
-                plugin.play(left.data(), right.data(), 512, notes);
-                plugin.transport.beats = *plugin.transport.beats + 512.0 / 24000;
-                sound.insert(sound.end(), left.begin(), left.end());
-                sound.insert(sound.end(), right.begin(), right.end());
+            for (int i = 0; i < 80; ++i, *transport.beats += kFrames / 24000.0) {
+                float* const left = sound.data() + 2 * i * kFrames;
+                for (int n = 0; n < 2 * kFrames; ++n)
+                    left[n] = 0.3f * std::sin(0.03f * static_cast<float>(n + i * kFrames));
+                playBlock(left, left + kFrames, transport, i);
             }
-            plugin.transport.moving = false;
-            plugin->setNonRealtime(false);
             return sound;
         };
-        const auto first = bounce();
-        EXPECT_GT(*std::max_element(first.begin(), first.end()), 0.01f);
-        EXPECT_LT(played(plugin, 37, 300), 4.0f);
-        EXPECT_EQ(first == bounce(), true) << static_cast<int>(kind);
+        const auto wanted =
+            bounce([&](float* left, float* right, const PluginTransport& at, int i) {
+                const std::uint8_t note[] = {0x90, 64, 100};
+                if (i == 0) own.queueMidi(note, 3);
+                const auto& facts = pluginParameters()[static_cast<std::size_t>(density)];
+                if (i % 8 == 0)
+                    own.queueParameter(static_cast<AUParameterAddress>(density),
+                                       linearFromNormalized(facts, static_cast<float>(i) / 80));
+                own.renderOffline({kFrames, {left, right}, {left, right}, at});
+            });
+        EXPECT_GT(*std::ranges::max_element(wanted), 0.01f);
+        for (int round = 0; round < 2; ++round) {
+            plugin->setNonRealtime(true);
+            EXPECT_TRUE(
+                wanted == bounce([&](float* left, float* right, const PluginTransport& at, int i) {
+                    plugin.transport = at;
+                    auto notes = i == 0 ? midi({0x90, 64, 100}) : juce::MidiBuffer();
+                    if (i % 8 == 0)
+                        plugin.parameter(idOf(density)).setValue(static_cast<float>(i) / 80);
+                    plugin.play(left, right, kFrames, notes);
+                }))
+                << static_cast<int>(kind) << round;
+            plugin.transport.moving = false;
+            plugin->setNonRealtime(false);
+            EXPECT_LT(played(plugin, 37, 300), 4.0f);
+        }
     }
 }
 

@@ -1,16 +1,12 @@
-// ChildProgram: a program that runs beside a test, and is ended with it.
+// ChildProgram, HiddenDisplay: programs that run beside a test, and are ended with it.
 #pragma once
 
 #include "tests/support/testing.h"
 
 #include <csignal>
 #include <fcntl.h>
-#include <iterator>
-#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <utility>
-#include <vector>
 
 namespace zephyra {
 
@@ -53,10 +49,7 @@ public:
     ChildProgram& operator=(const ChildProgram&) = delete;
     ~ChildProgram() { end(SIGKILL); }
 
-    std::string output() const {
-        std::ifstream file(log_);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string output() const { return readText(log_); }
     bool says(const std::string& text) const {
         return comesTrue([&] { return output().find(text) != std::string::npos; });
     }
@@ -77,6 +70,29 @@ private:
     pid_t pid_ = -1;
     int status_ = 0;
     std::optional<int> code_;
+};
+
+/// An X server that nobody sees, of a number that is free.
+class HiddenDisplay {
+public:
+    /// ":7"; empty without Xvfb.
+    std::string name() {
+        if (std::system("command -v Xvfb >/dev/null") != 0) return "";
+        comesTrue([this] { return readText(folder_ / "number").ends_with('\n'); });
+        std::istringstream number(readText(folder_ / "number"));
+        std::string digits;
+        number >> digits;
+        return ":" + digits;
+    }
+    void kill() { server_.end(SIGKILL); }
+    ~HiddenDisplay() { server_.end(SIGTERM); } // a killed one leaves its lock
+
+private:
+    const TemporaryFolder folder_;
+    ChildProgram server_{
+        {"sh", "-c", "exec Xvfb -noreset -displayfd 3 3>" + (folder_ / "number").string()},
+        {},
+        folder_ / "log"};
 };
 
 } // namespace zephyra
