@@ -61,13 +61,6 @@ TEST_F(HostedRender, TheTransportStartsTheGrainsAndAFadeEndsWithThem) {
     EXPECT_LT(std::abs(last), 0.02f);
 }
 
-TEST_F(HostedRender, AnArmedStartWaitsForABarOfTheMeter) {
-    const std::string armed = "--float --seconds 4 --scan-sync 1,4 --fade-out 0.1 "
-                              "--at 0.2:PlayStop=off --at 1:PlayStop=on --meter ";
-    const std::string threeQuarters = render(armed + "3/4"); // the same cycles
-    EXPECT_TRUE(render(armed + "6/8") == threeQuarters && render(armed + "6/4") != threeQuarters);
-}
-
 TEST_F(HostedRender, AnEffectMixesItsInputAsTold) {
     render("--as effect --drywet 0");
     EXPECT_NEAR(rms(), 0.354, 0.02); // the tone itself, once the mix has glided up
@@ -167,16 +160,6 @@ TEST_F(MovedRender, AllAtOnceGivesTheSameBytesAndPicturesAndEachPartIsHeard) {
     // At speed 1 the scan would stand elsewhere: the take holds it at its two places in turn.
     for (std::size_t i = 0; i < take.size(); ++i)
         EXPECT_NEAR(take[i], i % 2 == 0 ? 0.9f : 0.1f, 1e-6f) << i;
-}
-
-TEST_F(MovedRender, ARecordedTakeMovesTheScanAgainAsItWent) {
-    render("--lfo \"Scrubbing Wave:min=0.2,max=0.8,hz=1\" --record-scrub once.csv");
-    render("--scrub once.csv --record-scrub twice.csv");
-    const auto once = must(readTake(folder / "once.csv"));
-    const auto [low, high] = std::minmax_element(once.begin(), once.end());
-    EXPECT_NEAR(*low, 0.2f, 0.02f);
-    EXPECT_NEAR(*high, 0.8f, 0.02f);
-    EXPECT_EQ(readText(folder / "twice.csv"), readText(folder / "once.csv"));
 }
 
 TEST_F(MovedRender, ATakeStandsAtItsFirstPositionFromTheFirstFrameOn) {

@@ -407,16 +407,6 @@ TEST_F(Library, WhatIsStoppedSaysSoAndNeverThatNothingIsWrong) {
     }
 }
 
-TEST_F(Library, ASampleThatAnotherSoundTookThePlaceOfIsFound) {
-    writeWav(folder / "tone.wav", tone(2000));
-    const std::string render = "render -o out.wav --seconds 0.1 --quiet ";
-    out(render + "tone.wav --save-bank Kept --save-preset One");
-    for (const char* const file : {"shared/Kept.zephyra", "kept"})
-        EXPECT_EQ(out("check " + std::string(file)), "1 preset, nothing wrong\n") << file;
-    writeWav(folder / "tone.wav", tone(1000));
-    EXPECT_THAT(run(render + "--bank Kept --preset One").err, HasSubstr("another sound"));
-}
-
 TEST_F(Library, CheckNamesWhatIsWrongAtItsKeyAndMendsACopyOnly) {
     PropertyDictionary wrong = preset("Wrong");
     wrong["Pan_0"] = "left";

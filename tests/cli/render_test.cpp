@@ -93,23 +93,6 @@ TEST_F(Render, TheEchoAddsItsTailToTheSourcesLength) {
     EXPECT_EQ(report("--set EchoSwitch=on --at 0.1:EchoSwitch=off")["frames"], 22050);
 }
 
-TEST_F(Render, LiveInputIsHeardAFifthOfASecondLater) {
-    std::vector<std::int16_t> late(44100);
-    std::fill(late.begin() + 22050, late.end(), std::int16_t{16000}); // silence, then a step
-    writeWav(folder / "in.wav", late);
-    ASSERT_EQ(render("--live --float -o live.wav --set Density=400 --set Length=20 --set "
-                     "Jittering=0 --set RndLength=0 --envelope Rectangular --seed 1")
-                  .code,
-              0);
-    const auto samples = decodedByOtherProgram(folder / "live.wav");
-    ASSERT_EQ(samples.size(), 88200u);
-    const auto loud = std::find_if(samples.begin(), samples.end(),
-                                   [](std::int32_t sample) { return std::abs(sample) > 1 << 20; });
-    const double heard = static_cast<double>(loud - samples.begin()) / 2;
-    // Grains read on for up to 20 ms; a block is handed over before it is rendered.
-    EXPECT_NEAR(heard, 22050 + 8820, 882 + 512);
-}
-
 TEST_F(Render, AnExistingFileStaysUntilTheNewOneIsComplete) {
     writeText(folder / "out.wav", "precious");
     writeText(folder / "p.png", "precious too");
@@ -152,14 +135,6 @@ TEST_F(Render, ExtremesOfEverySettingStillGiveAFileAndAPicture) {
         fs::remove(folder / "out.wav");
         fs::remove(folder / "o.png");
     }
-}
-
-TEST_F(Render, FileNamesMayBeAnything) {
-    const std::string odd = "odd name \xC3\xA4 \xFF.wav"; // spaces, UTF-8, and a byte that is none
-    writeWav(folder / odd, tone(2000));
-    EXPECT_EQ(run("render '" + odd + "' --picture 'p \xFF.png'").code, 0);
-    EXPECT_TRUE(fs::exists(folder / "odd name \xC3\xA4 \xFF-grains.wav"));
-    EXPECT_TRUE(fs::exists(folder / "p \xFF.png"));
 }
 
 TEST_F(Render, EveryEnvelopeAndEveryParameterOfAHostIsListed) {

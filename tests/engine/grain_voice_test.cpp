@@ -93,33 +93,5 @@ TEST(GrainVoice, KeepsEveryFieldFiniteAndEveryReadInsideItsTables) {
                 }
 }
 
-TEST(GrainVoice, GivesTheBitsOfThePlainLoopAlsoWhileItsSourceIsNotReadyAndIsNotRestarted) {
-    const double positions[] = {0.5, 0.93, -0.25, 3.0, 0.0};
-    const float lengths[] = {1.0f, 0.05f, 0.0f, -0.5f};
-    std::mt19937 random(3);
-    for (std::uint32_t trial = 0; trial < 1000; ++trial) {
-        const std::uint64_t frames = 16 + random() % 200;
-        const float pitch = static_cast<float>(random() % 49) / 12.0f - 2.0f; // octaves
-        const float sign = trial % 7 == 6 ? -1.0f : 1.0f, length = lengths[trial % 4];
-        Voice voice(noiseSample(frames, kRate, trial));
-        LiteralGrain literal{.active = true,
-                             .readPhase = std::min(std::abs(positions[trial % 5]), 1.0),
-                             .phaseIncrement = sign * std::exp2(pitch) / static_cast<float>(frames),
-                             .envelopeIncrement = length > 0 ? 1 / length / kRate : 1.0f,
-                             .amplitude = 0.7f,
-                             .readOffset = voice.source->offset = random() % frames};
-        voice.begin(literal.phaseIncrement * kRate, positions[trial % 5], length, 0.7f);
-        voice.source->offset = 0; // it was taken at the start
-        for (int part = 0; part < 4; ++part) {
-            voice.source->ready = part != 1;
-            if (voice.grain.active) voice.grain.start();
-            std::vector<float> expected(30, kUnwritten);
-            literal.render(*voice.source, voice.envelope, expected.data(), 30);
-            EXPECT_EQ(process(voice.grain, 30), expected) << trial << ", part " << part;
-            EXPECT_EQ(voice.grain.active, literal.active) << trial << ", part " << part;
-        }
-    }
-}
-
 } // namespace
 } // namespace zephyra

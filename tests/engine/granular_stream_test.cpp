@@ -188,18 +188,6 @@ TEST(GranularStream, StandsAlmostStillOnItsSilentPlaceholder) {
     EXPECT_GT(std::abs(block.left[4000]), 0.0f);
 }
 
-TEST(GranularStream, RepeatsWithItsSeedAndSplitsLongBlocks) {
-    Stream one, other;
-    one.engine.echoOn = other.engine.echoOn = true;
-    const StereoBlock whole = one.render(3 * 4096 + 100);
-    StereoBlock parts(3 * 4096 + 100);
-    for (int at = 0; at < 3 * 4096 + 100; at += 4096)
-        other.engine.GranularStreamProcessing(std::min(4096, 3 * 4096 + 100 - at),
-                                              parts.from(static_cast<std::size_t>(at)));
-    EXPECT_EQ(whole.left, parts.left);
-    EXPECT_EQ(whole.right, parts.right);
-}
-
 TEST(GranularStream, PutsOutWhatTheEffectsInUseMakeOfTheGrains) {
     constexpr int kFrames = 4000;
     for (int choice = 0; choice < 16; ++choice) {
@@ -254,6 +242,23 @@ TEST(GranularStream, RecomputesEveryIncrementForANewRate) {
     EXPECT_EQ(StreamProbe::fields(stream.engine).scanIncrement, 1.0f / 88200);
     for (float rate : {0.0f, -1.0f, NAN, INFINITY}) stream.engine.setSampleRate(rate);
     EXPECT_EQ(StreamProbe::fields(stream.engine).scanIncrement, 1.0f / 88200);
+}
+
+TEST(Retirement, KeepsReplacedObjectsUntilTheirCycleHasEnded) {
+    RenderCycle cycle;
+    Retirement retired(cycle);
+    const auto object = std::make_shared<int>(1);
+    retired.retire(object);
+    EXPECT_EQ(retired.waiting(), 0u); // nobody renders: freed at once
+    {
+        const RenderCycle::Scope rendering(cycle);
+        retired.retire(object);
+        retired.collect();
+        EXPECT_EQ(retired.waiting(), 1u);
+        EXPECT_EQ(object.use_count(), 2);
+    }
+    retired.collect();
+    EXPECT_EQ(object.use_count(), 1);
 }
 
 TEST(GranularStream, IgnoresListsItCannotFill) {

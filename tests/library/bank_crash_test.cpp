@@ -1,7 +1,5 @@
 #include "tests/library/bank_fixture.h"
 
-#include <csignal>
-
 namespace zephyra {
 namespace {
 
@@ -114,47 +112,6 @@ TEST(BankCrash, AProcessThatDiesAtAnyFileCallLeavesTheOldOrTheNewBankAndTheLockF
         }
     }
     RecordProperty("deaths", deaths);
-}
-
-/// Saves presets until somebody ends the process, and tells of each one that stands on disk.
-int saveForEver(const Folders& folders, int tell) {
-    BankFolder banks(folders);
-    for (std::uint32_t count = 0;; ++count) {
-        if (!banks.change(kName, adding(std::to_string(count))).problem.empty()) return 1;
-        if (::write(tell, &count, sizeof count) != sizeof count) return 2;
-    }
-}
-
-TEST(BankCrash, AProcessThatIsKilledWhileItSavesLosesNothingThatItSaved) {
-    const Place place(Start::nowhere);
-    std::mt19937 random(5);
-    std::uniform_int_distribution<int> microseconds(500, 40'000);
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(3);
-    int kills = 0;
-    std::size_t saves = 0;
-    while (std::chrono::steady_clock::now() < end) {
-        fs::remove(place.bank());
-        int ends[2];
-        ASSERT_EQ(::pipe(ends), 0);
-        const pid_t child = inChild([&] { return saveForEver(place.folders, ends[1]); });
-        ::close(ends[1]);
-        std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
-        ::kill(child, SIGKILL);
-        ASSERT_EQ(exitCode(child), -1);
-        std::size_t told = 0;
-        for (std::uint32_t count = 0; ::read(ends[0], &count, sizeof count) == sizeof count;)
-            told = count + 1;
-        ::close(ends[0]);
-        const std::size_t kept = place.onDisk().size();
-        // One more when it was killed between saving and telling.
-        ASSERT_TRUE(kept == told || kept == told + 1) << kept << " of " << told;
-        saves += told;
-        ++kills;
-    }
-    EXPECT_GT(saves, 0u);
-    EXPECT_EQ(BankFolder(place.folders).change(kName, adding("later")).problem, "");
-    RecordProperty("kills", kills);
-    RecordProperty("saves", static_cast<int>(saves));
 }
 
 } // namespace

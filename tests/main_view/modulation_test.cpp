@@ -227,24 +227,6 @@ TEST(Motion, OfAHeldWheelGoesWithTheNextNote) {
     expect(5, "bound elsewhere", {{0x90, 65, 1}});
 }
 
-TEST(Motion, OfTiltIsAssignedThroughTheManagerAndEndsWithTheAssignment) {
-    Played played;
-    auto& width = played.stream.controls._width;
-    played.view.assignments.assign(width, AssignmentType::accelY);
-    played.pass(5);
-    EXPECT_EQ(width.value(), 0.25f); // a desktop lies still
-    played.view.assignments.searchBar_textDidChange("Width");
-    EXPECT_EQ(played.view.assignments.row(0).text, Accelerometer::kAbsent);
-    played.instance.accelerometer.set(0.0f, 0.5f);
-    played.pass(5);
-    EXPECT_FLOAT_EQ(width.value(), 0.75f);
-    EXPECT_EQ(played.view.assignments.typeOf(width), AssignmentType::accelY);
-    played.view.assignments.assign(width, AssignmentType::none);
-    played.instance.accelerometer.set(0.0f, -1.0f);
-    played.pass(5);
-    EXPECT_FLOAT_EQ(width.value(), 0.75f);
-}
-
 TEST(Motion, OfTheSurfacesPlaysPitchDensityAndTheRingModulator) {
     Played played;
     auto& controls = played.stream.controls;

@@ -61,18 +61,6 @@ TEST(PictureFile, IsWholeOrNotThereWhateverFails) {
     expectWholeOrNotAtAll(write, {});
 }
 
-TEST(PitchColour, GoesFromWarmToCoolOverItsRangeAndNoFurther) {
-    const auto warmth = [](double semitones) {
-        const Colour colour = pitchColour(semitones, 6);
-        return colour.red - colour.blue;
-    };
-    EXPECT_GT(warmth(-6), 0.4);
-    EXPECT_GT(warmth(-3), warmth(0));
-    EXPECT_GT(warmth(0), warmth(3));
-    EXPECT_LT(warmth(6), -0.3);
-    EXPECT_EQ(warmth(12), warmth(6));
-}
-
 TEST(ContactSheet, ShowsEachPictureInItsPlaceAndLongNamesOnTwoLines) {
     const CellSize size = ContactSheet::cellSize(4);
     Canvas cell(size.width, size.height);

@@ -231,37 +231,6 @@ TEST(Worker, AnswersTheLatestRequestOnlyAndNoneOnceItIsGone) {
     EXPECT_EQ(answers, (std::vector{3, 5}));
 }
 
-// Plain numbers, which only being MAIN protects: the thread sanitizer watches.
-TEST(Worker, MeetsTheRunLoopFromManyThreads) {
-    constexpr int kThreads = 3, kRounds = 200;
-    RunLoop loop;
-    Log log;
-    Worker worker(loop, log);
-    int inScope = 0, started = 0, lastAnswer = 0;
-    std::atomic<int> outside = 0;
-    const auto askWorker = [&] {
-        worker.start(
-            [&, request = ++started](auto&) { return [&, request] { lastAnswer = request; }; });
-        loop.callOutside([&] { ++outside; });
-    };
-    std::vector<std::thread> threads;
-    for (int number = 0; number < kThreads; ++number)
-        threads.emplace_back([&] {
-            for (int round = 0; round < kRounds; ++round) {
-                loop.post(askWorker);
-                const RunLoop::Scope scope(loop);
-                loop.performAfter(0.001, [&] { ++inScope; });
-                loop.advance(loop.now() + 0.001);
-            }
-        });
-    for (std::thread& thread : threads) thread.join();
-    loop.waitForWork();
-    loop.runPosted();
-    EXPECT_EQ(std::tuple(inScope, outside.load()),
-              std::tuple(kThreads * kRounds, kThreads * kRounds));
-    EXPECT_EQ(lastAnswer, kThreads * kRounds);
-}
-
 TEST(AlertCenter, AsksInOrderAndAnswersEachOnce) {
     AlertCenter alerts;
     std::string log;

@@ -48,22 +48,6 @@ TEST_F(PresetAdding, ThousandsOfOneNameAndOfTakenKeysAreAddedInOneGo) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
-TEST_F(PresetAdding, ANewBankStandsWholeOrNotAtAllWhereverTheProcessDies) {
-    const auto whole = std::make_shared<const Bank>(Bank{{"0 - a", named("A")}});
-    const std::string name = "B.zephyra";
-    int code = kDied;
-    for (int point = 1; code == kDied; ++point) {
-        const TemporaryFolder shared;
-        const Folders folders{shared.path(), {}};
-        BankFolder banks(folders);
-        code = exitCodeWhenDyingAt(
-            point, [&] { return addWholeBank(banks, name, whole, IfTaken::refuse) ? 0 : 1; });
-        const auto bank = readBank(shared / name);
-        EXPECT_TRUE(bank ? bank.value().bank == *whole : !exists(shared / name)) << point;
-    }
-    EXPECT_EQ(code, 0);
-}
-
 TEST_F(PresetAdding, ABankThatIsThereIsKeptUnlessItIsToBeReplaced) {
     for (const bool isFirst : {true, false})
         EXPECT_EQ(addWholeBank(banks_, "B.zephyra", std::make_shared<const Bank>(), IfTaken::refuse)

@@ -104,19 +104,6 @@ TEST(StreamRender, ShowsTheNewestOutputToAnOscilloscopeThatSomebodyWatches) {
     EXPECT_GT(peak(seen), 0.0f);
 }
 
-TEST(StreamRender, KeepsLongGrainsInsideAMuchShorterSound) {
-    TestStream stream;
-    stream->play();
-    stream->setDisplayed(ControlId::length, 2000.0f);
-    StereoBlock out(512);
-    for (const std::uint64_t frames : {200000, 200, 50000, 16, 200000}) {
-        stream->loadSound(noiseSample(frames, 44100.0f));
-        for (int block = 0; block < 10; ++block)
-            GranulatorProcessing(&stream.controller, 512, nullptr, out.from(0));
-        EXPECT_LE(peak(out.left), 24.0f);
-    }
-}
-
 TEST(StreamRender, FollowsANewRateLiveInputTooAndIsSilentWhereAnEchoStillRang) {
     LiveStream stream;
     stream->setDisplayed(ControlId::ringModulationSwitch, 1.0f);

@@ -231,18 +231,5 @@ TEST(StreamFade, EndsAThousandthBeforeFullAndBeforeSilence) {
     }
 }
 
-TEST(StreamLife, EndsWithStepsStillQueued) {
-    Instance instance;
-    {
-        MOK_SCRUB_GRANULATOR stream(instance);
-        stream.____play();
-        instance.runLoop.advance(1.0);
-        stream.ui_playStop();
-        instance.runLoop.advance(1.4); // silent, and stop: is due
-        stream.setDisplayed(scanSync, 1.0f);
-    }
-    instance.runLoop.advance(3.0); // a sanitizer sees what is touched
-}
-
 } // namespace
 } // namespace zephyra
