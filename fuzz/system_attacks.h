@@ -1,5 +1,4 @@
-// playHands, playRenderCycles, tryPluginState, tryRestoring: arbitrary bytes as what comes at a
-// whole system.
+// playHands, playRenderCycles, tryPluginState: arbitrary bytes as what comes at a whole system.
 #pragma once
 
 #include <cstddef>
@@ -23,15 +22,11 @@ std::string playHands(std::span<const std::byte> bytes);
 /// the component's type.
 std::string playRenderCycles(std::span<const std::byte> bytes);
 
-/// Hands bytes to a plug-in's instance as its state, plays a little, and hands it its own state
-/// twice. Wrong are a refusal of several lines or one that changes something, a sample that is not
-/// finite, or its own state refused. The last byte chooses the kind.
+/// Hands bytes, or some presets of the bank that they are, to a plug-in's instance as its state,
+/// plays a little while MIDI and tilt come in, and hands it its own state twice. Wrong are a
+/// refusal of several lines or one that changes something, a sample that is not finite, what
+/// firstFault() finds, and its own state refused or not staying the same. The last byte chooses the
+/// kind.
 std::string tryPluginState(std::span<const std::byte> bytes);
-
-/// Restores the dictionary that bytes hold (nothing happens when they hold none), renders a little
-/// while MIDI and tilt come in, saves, restores and saves again. Wrong are a sample that is not
-/// finite, what firstFault() finds, a state that cannot be written, or one that does not stay the
-/// same. The last byte chooses the component's type.
-std::string tryRestoring(std::span<const std::byte> bytes);
 
 } // namespace zephyra

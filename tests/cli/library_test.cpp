@@ -58,17 +58,10 @@ TEST_F(Library, WhatIsWrongStandsInOneLineAndChangesNothing) {
     const std::tuple<const char*, int, const char*> cases[] = {
         {"--shared-folder d bnks", 2, "there is no command \"bnks\"; the nearest is banks"},
         {"preset", 2, "preset needs what to do: show, export, import, rename, delete, copy or"},
-        {"preset shwo Clouds", 2, "there is no preset command \"shwo\"; the nearest is show"},
         {"preset copy Clouds", 2, "preset copy needs PRESET and TO-BANK"},
-        {"preset rename Clouds", 2, "preset rename needs BANK [PRESET] NEW"},
-        {"preset show Clouds Haze x", 2, "\"x\" is one word too many"},
         {"banks --search ''", 2, "--search takes a part of a name"},
-        {"banks --shared-folder ''", 2, "--shared-folder takes a folder's name"},
-        {"samples import", 2, "samples import needs FILE"},
         {"preset delete Clouds", 2, "would delete \"Clouds\" with 3 presets for good; add --yes"},
-        {"preset delete Clouds Haze", 2, "would delete \"Haze\" of \"Clouds\" for good"},
         {"preset delete Drones --yes", 1, "came with the program"},
-        {"preset rename Drones Mine", 1, "came with the program"},
         {"preset rename Clouds Haze Rain", 1, "has a preset \"Rain\" already"},
         {"preset move Clouds Haze", 2, "a position or --to BANK"},
         {"preset move Clouds Haze 4", 2, "a number from 1 to 3"},
@@ -83,14 +76,9 @@ TEST_F(Library, WhatIsWrongStandsInOneLineAndChangesNothing) {
         {"preset import shared/Clouds.zephyra", 1, "there already; choose another name with --as"},
         {"preset import ..zephyra", 1, "no bank can be called \"..zephyra\"; a name is UTF-8"},
         {"preset import 'odd\n.zephyra'", 1, "choose another name with --as"},
-        {"preset import ..zephyra --as ..", 1, "no bank can be called \"..\""},
-        {"preset rename Clouds .", 2, "no bank can be called \".\""},
-        {"render in.wav -o out.wav --save-bank .. --save-preset P", 2, "no bank can be called"},
         {"render in.wav -o out.wav --save-bank 'a\\xFF' --save-preset P", 2, "can be called"},
         {"samples import broken.zephyra", 1, "ends in one of raw, wav"},
-        {"samples import broken.zephyra --as tone", 1, "ends in one of raw, wav"},
         {"samples import in.wav --as 'tone '", 1, "a sample \"tone.wav\" is there already"},
-        {"samples import in.wav --as tone.wav", 1, "a sample \"tone.wav\" is there already"},
         {"samples import in.wav --as x/tone", 1, "no sample can be called \"x/tone\""},
         {"samples import in.wav --as ''", 1, "no sample can be called \"\"; a name is UTF-8"},
         {"samples import in.wav --as ' .wav'", 1, "choose another with --as"},
@@ -219,14 +207,12 @@ TEST_F(Library, AFactoryBankBecomesTheUsersOwnOnlyWithYesAndIsAskedForOnce) {
     const std::string eole = "'E\u0301OLE' ";
     const std::pair<std::string, const char*> cases[] = {
         {save + "Drones", "\"Drones\" is a factory bank; choose another name with --save-bank, or"},
-        {save + "clouds", "\"clouds\" is a factory bank"},
         {save + eole, "\"Éole\" is a factory bank; choose another name with --save-bank, or add"},
         {"preset copy Clouds Haze drones",
          "\"Drones\" is a factory bank; name another bank, or add"},
         {"preset move Clouds Haze --to " + eole, "\"Éole\" is a factory bank; name another bank"},
         {"preset import Drones.zephyra",
          "\"Drones\" is a factory bank; choose another name with --as"},
-        {"preset import Drones.zephyra --as drones", "\"Drones\" is a factory bank; choose"},
         {"preset import Drones.zephyra --bank " + eole, "\"Éole\" is a factory bank; name another"},
         {"preset rename Clouds drones", "\"Drones\" is a factory bank; choose another name, or"},
     };
@@ -345,14 +331,8 @@ TEST_F(Library, ABankWhoseFileHasAnOddNameIsShownSoThatItCanBeTyped) {
     const std::string save = "render in.wav --seconds 0.1 --set Density=50 --save-bank 'b\\xFF' ";
     out(save + "--save-preset More --bank 'b\\xFF' --preset Odd -o o.wav --save-state o.state");
     EXPECT_THAT(readText(folder / "o.state"), HasSubstr("b\\xFF.zephyra"));
-    EXPECT_EQ(run(save + "--save-preset X -o 'shared/b\xff.zephyra' --type wav").code, 2);
-    EXPECT_EQ(out("check 'shared/b\xff.zephyra'"), "3 presets, nothing wrong\n");
-    EXPECT_THAT(run("check 'none\xff\n'").err, HasSubstr("none\\xFF\\x0A cannot be read"));
-
     EXPECT_EQ(out("preset export 'b\\xFF'"), "b\\xFF.zephyra holds 3 presets\n");
     EXPECT_THAT(run("preset import 'b\\xFF.zephyra'").err, HasSubstr("\"b\\x5CxFF\" is there"));
-    EXPECT_THAT(run("preset export 'b\\x5CxFF'").err, HasSubstr("b\\xFF.zephyra is there"));
-    EXPECT_EQ(out("preset export 'b\\x5CxFF' 1"), "v\\x41.zephyra holds 1 preset\n");
     out("preset import 'shared/b\xff.zephyra' --bank Into");
     out("preset rename 'b\\xFF' Renamed");
     EXPECT_THAT(names("Renamed"), ElementsAre("Odd", "Haze", "More"));
@@ -462,8 +442,6 @@ TEST_F(Library, WaitsForAnotherProgramAndMeetsNothingThatItMovedNorGoesOnWhenThe
     const Bank theirs = renumberedBank(before, {"1 - b", "0 - a", "2 - c"});
     const std::pair<const char*, const char*> cases[] = {
         {"preset delete Clouds Haze --yes", "\"Haze\" stands elsewhere"},
-        {"preset delete Clouds '*' --yes", "\"Haze\" stands elsewhere"},
-        {"preset rename Clouds 1 Fog", "\"Haze\" stands elsewhere"},
         {"preset move Clouds 3 1", "\"Haze\" stands elsewhere"},
         {"preset delete Clouds --yes", "\"Clouds\" has been changed by another program"},
         {"samples import in.wav --as Taken", "is there already"},

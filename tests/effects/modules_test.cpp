@@ -113,24 +113,6 @@ TEST_F(Effects, AnswerANullChannelWithAnErrorUntilReset) {
     }
 }
 
-TEST_F(Effects, StayFiniteAfterTheFarthestGlidesAndBadInput) {
-    constexpr double kHuge = std::numeric_limits<double>::max();
-    const FlushDenormals flush;
-    Signal bad(3000, INFINITY);
-    bad.left[7] = std::nanf("");
-    for (Module& module : modules) {
-        module.setSampleRate(module.state, kModuleMinSampleRate);
-        for (double value : {kHuge, -kHuge, kHuge}) {
-            module.set({value, value, value, value});
-            module.after(bad);
-        }
-        module.set({0, 50, 0, 0});
-        module.after(Signal(2000000));
-        for (float sample : module.after(Signal(1000, 0.5f)).left)
-            ASSERT_TRUE(std::isfinite(sample));
-    }
-}
-
 TEST_F(Effects, EchoRepeatsAnImpulseOnceAtEqualHeightAndThenByItsFeedback) {
     const FlushDenormals flush;
     const struct {
