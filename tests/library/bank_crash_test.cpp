@@ -75,10 +75,9 @@ void saveWith(int point, int error, bool lasts, Start start) {
 }
 
 TEST(BankCrash, ASaveThatFailsAtAnyFileCallLeavesTheOldOrTheNewBankAndLosesNothing) {
-    int points = 0;
     for (const Start start : kStarts) {
         const int ofThis = pointsOfSave(start);
-        points += ofThis;
+        EXPECT_GT(ofThis, 15);
         for (int i = 0; i < 6 * ofThis && !HasFatalFailure(); ++i) {
             const int point = 1 + i / 6,
                       error = std::array{ENOSPC, EACCES, EIO}[static_cast<std::size_t>(i % 3)];
@@ -87,12 +86,9 @@ TEST(BankCrash, ASaveThatFailsAtAnyFileCallLeavesTheOldOrTheNewBankAndLosesNothi
             saveWith(point, error, i % 6 > 2, start);
         }
     }
-    EXPECT_GT(points, 60); // so many calls three saves make at least
-    RecordProperty("points", points);
 }
 
 TEST(BankCrash, AProcessThatDiesAtAnyFileCallLeavesTheOldOrTheNewBankAndTheLockFree) {
-    int deaths = 0;
     for (const Start start : kStarts) {
         const int points = pointsOfSave(start);
         for (int point = 1; point <= points; ++point) {
@@ -108,10 +104,8 @@ TEST(BankCrash, AProcessThatDiesAtAnyFileCallLeavesTheOldOrTheNewBankAndTheLockF
             EXPECT_TRUE(onDisk == place.before || onDisk == place.with({"1 - new"}));
             EXPECT_EQ(BankFolder(place.folders).change(kName, adding("2 - later")).problem, "");
             EXPECT_EQ(place.onDisk().size(), onDisk.size() + 1);
-            ++deaths;
         }
     }
-    RecordProperty("deaths", deaths);
 }
 
 } // namespace

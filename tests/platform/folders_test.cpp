@@ -6,29 +6,9 @@
 namespace zephyra {
 namespace {
 
-/// The variable has value while this lives.
-struct Environment {
-    Environment(const char* name, const char* value) : name_(name) {
-        if (const char* const before = std::getenv(name))
-            before_ = before;
-        else
-            wasSet_ = false;
-        ::setenv(name, value, 1);
-    }
-    ~Environment() {
-        if (wasSet_)
-            ::setenv(name_, before_.c_str(), 1);
-        else
-            ::unsetenv(name_);
-    }
-    const char* name_;
-    std::string before_;
-    bool wasSet_ = true;
-};
-
 TEST(Folders, WhatIsInstalledIsFoundFromEveryPlaceThatHostsLoadFrom) {
-    const Environment home("HOME", "/home/ada");
-    const Environment data("XDG_DATA_DIRS", "/usr/local/share/:relative:/usr/share");
+    ::setenv("HOME", "/home/ada", 1); // of a process of its own
+    ::setenv("XDG_DATA_DIRS", "/usr/local/share/:relative:/usr/share", 1);
     // A bundle that was copied finds what it was built with, then what is installed.
     const std::vector<fs::path> elsewhere = {"/built", "/home/ada/.local/share/z",
                                              "/usr/local/share/z", "/usr/share/z"};
@@ -56,7 +36,7 @@ TEST(Folders, WhatIsInstalledIsFoundFromEveryPlaceThatHostsLoadFrom) {
     EXPECT_THAT(
         installedPlaces("/usr/bin", "lib/z", ""),
         ElementsAre("/usr/lib/z", "/home/ada/.local/lib/z", "/usr/local/lib/z", "/usr/lib/z"));
-    const Environment none("XDG_DATA_DIRS", "");
+    ::setenv("XDG_DATA_DIRS", "", 1);
     EXPECT_THAT(installedPlaces("", "lib/z", ""),
                 ElementsAre("/home/ada/.local/lib/z", "/usr/local/lib/z", "/usr/lib/z"));
 }

@@ -2,6 +2,7 @@
 
 #include "presets/preset_adding.h"
 
+#include "presets/bank_opening.h"
 #include "tests/library/bank_fixture.h"
 
 namespace zephyra {
@@ -56,6 +57,23 @@ TEST_F(PresetAdding, ABankThatIsThereIsKeptUnlessItIsToBeReplaced) {
     const Bank other = {{"0 - a", named("A")}};
     addWholeBank(banks_, "B.zephyra", std::make_shared<const Bank>(other), IfTaken::replace);
     EXPECT_TRUE(*banks_.read("B.zephyra").value() == other);
+}
+
+TEST_F(BankFixture, AnOpenedBankJoinsTheOthersAndReplacesNone) {
+    BankFolder banks(folders_);
+    const TemporaryFolder elsewhere;
+    const fs::path file = elsewhere / "Haze.zephyra";
+    const auto open = [&](const char* preset) {
+        EXPECT_TRUE(writeBank(file, {{"1 - b", named(preset)}, {"0 - a", named("First")}}));
+        return must(openBank(banks, file));
+    };
+    EXPECT_EQ(open("One").bank, "Haze.zephyra");
+    EXPECT_EQ(open("Two").bank, "Haze 2.zephyra");
+    EXPECT_EQ(open("One").bank, "Haze.zephyra"); // is there already
+    EXPECT_EQ(open("Two").firstPreset, "0 - a");
+    EXPECT_EQ(banks.list().size(), 2u);
+    std::ofstream(file) << "no bank";
+    EXPECT_THAT(failureOf(openBank(banks, file)), HasSubstr("Haze.zephyra"));
 }
 
 } // namespace
