@@ -41,6 +41,8 @@ WindowContents WindowModel::contents() {
     const SampleLoader& loader = system.view.sampleLoader;
     now.missing = loader.missing();
     if (now.missing.empty()) now.sound = system.stream().sampleReference().path;
+    now.isLive = system.stream().isLive();
+    now.isCaptured = !now.isLive && system.stream().waveForm().isLiveCurrent();
     if (loader.isLoading()) now.loading = loader.progress();
     if (const Alert* const alert = system.instance.alerts.current()) now.alert = shownAlert(*alert);
     const auto* const request = system.instance.documents.current();

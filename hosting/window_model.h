@@ -32,6 +32,8 @@ struct ShownList {
 /// One moment. Plain data.
 struct WindowContents {
     std::string sound;             ///< path of the file that plays; empty for none
+    bool isLive = false;           ///< grains are cut from the input, whatever file there is
+    bool isCaptured = false;       ///< or from what LIVE heard until it went off
     std::string missing;           ///< path of a state's sound that was not found; empty for none
     std::optional<double> loading; ///< share of a file that is being read, 0..1
     std::optional<ShownAlert> alert;

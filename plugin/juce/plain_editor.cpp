@@ -35,6 +35,8 @@ juce::String soundLine(const WindowContents& now) {
     };
     if (now.loading) return "Loading " + juce::String(juce::roundToInt(*now.loading * 100)) + " %";
     if (!now.missing.empty()) return "Missing: " + name(now.missing);
+    if (now.isLive) return "LIVE: the input";
+    if (now.isCaptured) return "What LIVE heard";
     return now.sound.empty() ? juce::String("No sound file") : name(now.sound);
 }
 

@@ -40,7 +40,7 @@ Result<std::string> openDocument(PluginInstance& instance, const fs::path& file)
         return openAsBank(instance, whole);
     if (auto sound = openSoundFile(whole); !sound) return Failure{sound.message()};
     instance.loadSample(whole);
-    return shownFile(whole.filename()) + " is loaded";
+    return shownFile(whole.filename()) + " is opened"; // reading it may still fail
 }
 
 } // namespace zephyra

@@ -81,6 +81,19 @@ TEST_F(WindowModelTest, LocatesASoundThatAStateMissesUntilAnotherIsAskedFor) {
     EXPECT_EQ(settled().sound, (kResources / "Zephyra_Sample08.mp3").string());
 }
 
+TEST_F(WindowModelTest, TellsWhereGrainsAreCutFrom) {
+    const auto tells = [&](bool live, bool captured) {
+        const WindowContents now = settled();
+        EXPECT_EQ(std::pair(now.isLive, now.isCaptured), std::pair(live, captured));
+    };
+    const auto address = static_cast<AUParameterAddress>(ControlId::live);
+    tells(true, false); // as an effect begins
+    plugin.setParameter(address, 0.0f);
+    tells(false, true);
+    model.load(kResources / "Blackbird.mp3");
+    tells(false, false);
+}
+
 TEST_F(WindowModelTest, ChoosesABankThatItLoadsAndItsPresets) {
     EXPECT_EQ(settled().presets.rows.size(), 0u);
     const std::size_t before = settled().banks.rows.size();

@@ -1,5 +1,7 @@
 #include "plugin/juce/standalone/standalone_player.h"
 
+#include "plugin/standalone/output_limit.h"
+
 #include <algorithm>
 #include <cstddef>
 
@@ -43,6 +45,8 @@ void StandalonePlayer::audioDeviceIOCallbackWithContext(const float* const* inpu
     for (int c = 0; c < outputCount; ++c) // what stays unprepared, and channels above stereo
         if (outputs[c]) std::fill_n(outputs[c], block.frames, 0.0f);
     if (block.output[0]) instance_.render(block);
+    for (float* const channel : block.output)
+        if (channel) limitOutput(channel, block.frames);
     transport_ = {};
     blocks_ = blocks_ + 1;
 }

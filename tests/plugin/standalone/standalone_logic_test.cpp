@@ -4,6 +4,7 @@
 #include "plugin/standalone/device_watch.h"
 #include "plugin/standalone/live_notice.h"
 #include "plugin/standalone/midi_queue.h"
+#include "plugin/standalone/output_limit.h"
 #include "plugin/standalone/session_file.h"
 #include "tests/support/testing.h"
 
@@ -13,6 +14,12 @@ namespace zephyra {
 namespace {
 
 using Step = DeviceWatch::Step;
+
+TEST(OutputLimit, LeavesRoomAboveFullScaleAndKeepsALoopFromGrowing) {
+    std::array<float, 4> frames = {1.5f, -3e6f, 4.1f, -0.25f};
+    limitOutput(frames.data(), 4);
+    EXPECT_THAT(frames, ElementsAre(1.5f, -4.0f, 4.0f, -0.25f));
+}
 
 TEST(DeviceWatch, ClosesWhatFailsOrIsSilentAndTriesAgainAfterAWhile) {
     const struct {

@@ -88,7 +88,7 @@ TEST_F(StandaloneProgram, AWindowOpensBanksAndSoundsAndSavesWhenItIsAskedToEndOr
     fs::copy_file(kBank, mine);
     {
         const auto program = start({mine, folder_ / "none.wav", kSample}, {display});
-        ASSERT_TRUE(program->says("Blackbird.mp3 is loaded")) << program->output();
+        ASSERT_TRUE(program->says("Blackbird.mp3 is opened")) << program->output();
         EXPECT_THAT(program->output(),
                     AllOf(HasSubstr("none.wav does not exist"), HasSubstr("is among your banks")));
         ASSERT_TRUE(program->says("No sound: no device yet")) << program->output();
