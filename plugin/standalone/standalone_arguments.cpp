@@ -34,7 +34,7 @@ parseStandaloneArguments(int count, const char* const* words) {
     app.add_option("--audio", given.audio, "Sound through jack or alsa, whatever was chosen last")
         ->option_text("SYSTEM")
         ->check(CLI::IsMember({"jack", "alsa"}));
-    app.add_option("files", files, "Sound files and banks to open")->option_text("FILE...");
+    app.add_option("FILE", files, "Sound files and banks to open")->option_text("...");
     try {
         app.parse(count, words);
     } catch (const CLI::CallForHelp&) {
