@@ -3,8 +3,6 @@
 #include "hosting/host_time.h"
 #include "tests/support/testing.h"
 
-#include <cmath>
-
 namespace zephyra {
 namespace {
 

@@ -3,24 +3,12 @@
 #include "platform/lists/property_list.h"
 #include "tests/support/plugin_player.h"
 
-#include <chrono>
-#include <thread>
-
 namespace zephyra {
 namespace {
 
 using enum ControlId;
 
 constexpr auto kPitch = static_cast<AUParameterAddress>(pitch);
-
-/// Whether condition comes true within two seconds.
-bool comes(const std::function<bool()>& condition) {
-    for (int n = 0; n < 400; ++n) {
-        if (condition()) return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return false;
-}
 
 struct Blocks : PluginPlayer, testing::Test {
     Blocks() {
@@ -46,7 +34,7 @@ struct Blocks : PluginPlayer, testing::Test {
         return plugin.system().stream().linear(pitch);
     }
     bool pitchComes(float wanted) {
-        return comes([&] { return pitchNow() == wanted; });
+        return comesTrue([&] { return pitchNow() == wanted; });
     }
 
     std::vector<float> left, right;
@@ -136,7 +124,7 @@ TEST_F(Blocks, LeaveNothingUndoneAfterAnOfflineStretch) {
     block(512, true);
     const double now = loop().now();
     plugin.loadSample(ZEPHYRA_SOURCE_DIR "/resources/Blackbird.mp3");
-    EXPECT_TRUE(comes([&] {
+    EXPECT_TRUE(comesTrue([&] {
         const RunLoop::Scope main(loop());
         return plugin.system().stream().fileInformation().starts_with("Blackbird");
     }));
@@ -149,7 +137,7 @@ TEST_F(Blocks, LeaveNothingUndoneAfterAnOfflineStretch) {
     EXPECT_EQ(pitchNow(), 5.0f);
     EXPECT_EQ(loop().now(), now);
     plugin.release();
-    EXPECT_TRUE(comes([&] { return loop().now() > now; }));
+    EXPECT_TRUE(comesTrue([&] { return loop().now() > now; }));
 }
 
 TEST(PluginSeeds, DifferUnlessTheyAreFixedOrRestored) {

@@ -3,9 +3,6 @@
 #include "hosting/offline_host.h"
 #include "tests/support/plugin_player.h"
 
-#include <chrono>
-#include <thread>
-
 namespace zephyra {
 namespace {
 
@@ -14,11 +11,12 @@ using enum ControlId;
 constexpr std::int32_t kFrames = 60000;
 constexpr PluginTransport kMusic = {.tempo = 97.0, .numerator = 3.0, .beats = 0.0, .moving = true};
 
-void automate(PluginInstance& plugin, int block) {
-    const auto density = static_cast<AUParameterAddress>(ControlId::density);
+void automate(auto& plugin, int block) {
     const std::uint8_t note[] = {0x90, static_cast<std::uint8_t>(60 + block % 3), 100};
     if (block % 9 == 4) plugin.queueMidi(note, 3, 1000); // behind the end of most blocks
-    if (block % 5 == 0) plugin.queueParameter(density, block % 2 ? 0.2f : 0.7f, block > 0 ? 33 : 0);
+    if (block % 5 == 0)
+        plugin.queueParameter(static_cast<AUParameterAddress>(density), block % 2 ? 0.2f : 0.7f,
+                              block > 0 ? 33 : 0);
 }
 
 /// What a render of the command does with the same: Play at once, the same cuts.
@@ -42,12 +40,7 @@ std::vector<float> reference(bool live) {
     std::uint32_t done = 0;
     for (int number = 0; const std::int32_t block : randomPartition(kFrames, 700, 3)) {
         const auto frames = static_cast<std::uint32_t>(block);
-        const std::uint8_t note[] = {0x90, static_cast<std::uint8_t>(60 + number % 3), 100};
-        if (number % 9 == 4) host.queueMidi(note, 3, 1000);
-        if (number % 5 == 0)
-            host.queueParameter(static_cast<AUParameterAddress>(density), number % 2 ? 0.2f : 0.7f,
-                                number > 0 ? 33 : 0);
-        ++number;
+        automate(host, number++);
         heard.resize(heard.size() + std::size_t{2} * frames);
         float* const right = heard.data() + heard.size() - frames;
         const float* const in = input->getPtr() + done;

@@ -2,9 +2,6 @@
 
 #include "tests/support/plugin_player.h"
 
-#include <chrono>
-#include <thread>
-
 namespace zephyra {
 namespace {
 

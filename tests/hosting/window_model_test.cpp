@@ -4,16 +4,10 @@
 
 #include "hosting/plugin_instance.h"
 #include "tests/support/heard_instance.h"
-#include "tests/support/temporary_folder.h"
 #include "tests/support/testing.h"
-
-#include <span>
 
 namespace zephyra {
 namespace {
-
-namespace fs = std::filesystem;
-using ::testing::HasSubstr;
 
 const fs::path kResources = fs::path(ZEPHYRA_SOURCE_DIR) / "resources";
 

@@ -10,17 +10,6 @@
 
 namespace zephyra {
 
-/// Waits in small steps until isSo() answers true; false when it does not within seconds.
-template <typename Condition>
-bool comesTrue(const Condition& isSo, double seconds = 20.0) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
-    while (!isSo()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return true;
-}
-
 class ChildProgram {
 public:
     using Words = std::vector<std::string>;

@@ -75,31 +75,20 @@ void* __libc_realloc(void*, size_t);
 void* __libc_memalign(size_t, size_t);
 void __libc_free(void*);
 
-void* malloc(size_t size) noexcept {
-    count("malloc");
-    return __libc_malloc(size);
-}
-void* calloc(size_t number, size_t size) noexcept {
-    count("calloc");
-    return __libc_calloc(number, size);
-}
-void* realloc(void* memory, size_t size) noexcept {
-    count("realloc");
-    return __libc_realloc(memory, size);
-}
-void* memalign(size_t alignment, size_t size) noexcept {
-    count("memalign");
-    return __libc_memalign(alignment, size);
-}
-void* aligned_alloc(size_t alignment, size_t size) noexcept {
-    count("aligned_alloc");
-    return __libc_memalign(alignment, size);
-}
-int posix_memalign(void** memory, size_t alignment, size_t size) noexcept {
-    count("posix_memalign");
-    *memory = __libc_memalign(alignment, size);
-    return *memory ? 0 : ENOMEM;
-}
+// NAME(parameters): counted, then done by what the C library calls it itself.
+#define ZEPHYRA_COUNTED(result, name, parameters, done)                                            \
+    result name parameters noexcept {                                                              \
+        count(#name);                                                                              \
+        return done;                                                                               \
+    }
+ZEPHYRA_COUNTED(void*, malloc, (size_t size), __libc_malloc(size))
+ZEPHYRA_COUNTED(void*, calloc, (size_t number, size_t size), __libc_calloc(number, size))
+ZEPHYRA_COUNTED(void*, realloc, (void* memory, size_t size), __libc_realloc(memory, size))
+ZEPHYRA_COUNTED(void*, memalign, (size_t to, size_t size), __libc_memalign(to, size))
+ZEPHYRA_COUNTED(void*, aligned_alloc, (size_t to, size_t size), __libc_memalign(to, size))
+ZEPHYRA_COUNTED(int, posix_memalign, (void** memory, size_t to, size_t size),
+                (*memory = __libc_memalign(to, size)) ? 0 : ENOMEM)
+#undef ZEPHYRA_COUNTED
 void free(void* memory) noexcept {
     if (memory) count("free");
     __libc_free(memory);

@@ -1,4 +1,5 @@
-// must and failureOf, and what nearly every test needs: the framework and the standard library.
+// must, failureOf and comesTrue, and what nearly every test needs: the framework and the standard
+// library.
 #pragma once
 
 #include "platform/text/result.h"
@@ -47,6 +48,17 @@ template <typename Value>
 std::string failureOf(const Result<Value>& result) {
     EXPECT_FALSE(result.ok());
     return result ? "" : result.message();
+}
+
+/// Waits in small steps until isSo() answers true; false when it does not within seconds.
+template <typename Condition>
+bool comesTrue(const Condition& isSo, double seconds = 20.0) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (!isSo()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
 }
 
 } // namespace zephyra

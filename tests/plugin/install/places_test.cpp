@@ -36,9 +36,7 @@ TEST_F(PlacesTest, FindWhatIsInstalledWithThem) {
     const auto installed = std::pair(prefix / "share/zephyra/resources",
                                      prefix / "lib/zephyra/modules/libzephyra_aac.so");
     for (const char* const place :
-         {"lib/lv2/zephyra.lv2", "lib/x86_64-linux-gnu/lv2/zephyra.lv2", "lib64/lv2/zephyra.lv2",
-          "lib/vst3/Zephyra Instrument.vst3/Contents/x86_64-linux",
-          "lib/x86_64-linux-gnu/vst3/Zephyra.vst3/Contents/x86_64-linux"})
+         {"lib/lv2/zephyra.lv2", "lib/vst3/Zephyra Instrument.vst3/Contents/x86_64-linux"})
         EXPECT_EQ(foundFrom(prefix / place, prefix / place / "plugin.so"), installed) << place;
     // A link in the user's folder is followed.
     fs::create_directories(folder / ".lv2");

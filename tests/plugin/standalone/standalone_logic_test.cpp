@@ -8,8 +8,6 @@
 #include "plugin/standalone/session_file.h"
 #include "tests/support/testing.h"
 
-#include <gtest/gtest.h>
-
 namespace zephyra {
 namespace {
 
