@@ -13,19 +13,21 @@ public:
         ComboBox::showPopup();
         before_ = getSelectedId();
         if (before_ == 0) return;
-        const juce::String shown = getText();
+        unchosen_ = getTextWhenNothingSelected();
+        setTextWhenNothingSelected(getText()); // setText would choose it
         setSelectedId(0, juce::dontSendNotification);
-        setText(shown, juce::dontSendNotification);
     }
     /// To be called now and then: a list that was closed without a choice stays as it was.
     void settle() {
         if (before_ == 0 || isPopupActive()) return;
         if (getSelectedId() == 0) setSelectedId(before_, juce::dontSendNotification);
         before_ = 0;
+        setTextWhenNothingSelected(unchosen_);
     }
 
 private:
     int before_ = 0; // while the list is open
+    juce::String unchosen_;
 };
 
 } // namespace zephyra

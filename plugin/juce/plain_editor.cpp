@@ -105,8 +105,7 @@ void PlainEditor::showProgram() {
 }
 
 void PlainEditor::timerCallback() {
-    bank_.settle();
-    preset_.settle();
+    for (ChoiceBox* const box : {&program_, &bank_, &preset_}) box->settle();
     showProgram();
     const WindowContents now = model_.contents();
     if (now != shown_) show(now);
