@@ -97,6 +97,9 @@ TEST(PluginSound, GoesFromAndToTheChannelsThatAHostHas) {
         EXPECT_TRUE(one.prepare({48000, 256}));
         one.renderOffline({kFrames, {left, nullptr}, {mono.data(), nullptr}});
         EXPECT_EQ(mono, input.left) << "bypassed from the first frame";
+        one.setBypass(false);
+        one.render({kFrames, {left, nullptr}, {mono.data(), nullptr}});
+        EXPECT_NE(mono.back(), input.left.back());
     }
 }
 
