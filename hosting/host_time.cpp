@@ -19,7 +19,7 @@ bool isAbove(const std::optional<double>& value, double least) ZEPHYRA_NONBLOCKI
 
 void HostTime::start(double sampleRate) ZEPHYRA_NONBLOCKING {
     sampleRate_ = sampleRate;
-    rendered_ = keptAt_ = toldAt_ = 0;
+    rendered_ = keptAt_ = 0;
     keptBeats_ = beats_;
 }
 

@@ -118,6 +118,7 @@ TEST(InstrumentNotes, TakeTurnsWithPlayStopAlsoInRealTime) {
             Player player;
             player.set(playStop, 1.0f);
             player.render(3);
+            player.set(playStop, 0.0f, 7);
             player.set(playStop, 0.0f, 9);
             player.midi({0x90, 60, 100}, noteIsLast ? 9 : 8);
             for (int i = 0; i < 20; ++i) offline ? void(player.render()) : player.renderLive();
