@@ -64,14 +64,14 @@ private:
 /// An X server that nobody sees, of a number that is free.
 class HiddenDisplay {
 public:
-    /// ":7"; empty without Xvfb.
+    /// ":7"; empty where Xvfb cannot run.
     std::string name() {
         if (std::system("command -v Xvfb >/dev/null") != 0) return "";
         comesTrue([this] { return readText(folder_ / "number").ends_with('\n'); });
         std::istringstream number(readText(folder_ / "number"));
         std::string digits;
         number >> digits;
-        return ":" + digits;
+        return digits.empty() ? "" : ":" + digits;
     }
     void kill() { server_.end(SIGKILL); }
     ~HiddenDisplay() { server_.end(SIGTERM); } // a killed one leaves its lock
