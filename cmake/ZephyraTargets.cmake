@@ -49,11 +49,12 @@ function(zephyra_glob result pattern)
     set(${result} ${files} PARENT_SCOPE)
 endfunction()
 
-# zephyra_tests(NAME [SOURCES a_test.cpp ...] [LABEL hosts] LINKS zephyra_x ...) makes NAME_tests, of
-# every source in this folder unless SOURCES names others, and registers its cases.
+# zephyra_tests(NAME [SOURCES a_test.cpp ...] [LABEL hosts] [LOCK what] LINKS zephyra_x ...)
+# makes NAME_tests, of every source in this folder unless SOURCES names others, and registers its
+# cases; of those with the same LOCK one runs at a time.
 # Tests find files of the tree through the ZEPHYRA_SOURCE_DIR and ZEPHYRA_BINARY_DIR definitions.
 function(zephyra_tests name)
-    cmake_parse_arguments(ARG "" "LABEL" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "" "LABEL;LOCK" "SOURCES;LINKS" ${ARGN})
     if(NOT ARG_SOURCES)
         zephyra_glob(ARG_SOURCES "*.cpp")
     endif()
@@ -64,5 +65,5 @@ function(zephyra_tests name)
     target_include_directories(${name}_tests PRIVATE ${PROJECT_SOURCE_DIR})
     zephyra_precompile(${name}_tests tests <gmock/gmock.h> <gtest/gtest.h> <algorithm> <any> <array> <filesystem> <functional> <map> <memory> <optional> <string> <vector>)
     gtest_discover_tests(${name}_tests TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
-                         PROPERTIES TIMEOUT 300 LABELS "${ARG_LABEL}")
+                         PROPERTIES TIMEOUT 300 LABELS "${ARG_LABEL}" RESOURCE_LOCK "${ARG_LOCK}")
 endfunction()
