@@ -105,6 +105,7 @@ void PlainEditor::showProgram() {
 }
 
 void PlainEditor::timerCallback() {
+    parameters_.refresh();
     for (ChoiceBox* const box : {&program_, &bank_, &preset_}) box->settle();
     showProgram();
     const WindowContents now = model_.contents();

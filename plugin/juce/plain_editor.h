@@ -5,6 +5,7 @@
 #include "hosting/window_model.h"
 #include "plugin/juce/alert_line.h"
 #include "plugin/juce/choice_box.h"
+#include "plugin/juce/parameter_list.h"
 #include "plugin/juce/zephyra_processor.h"
 
 #include <juce_audio_processors/juce_audio_processors.h>
@@ -42,7 +43,7 @@ private:
     juce::Label sound_;
     ChoiceBox program_, bank_, preset_;
     AlertLine alert_;
-    juce::GenericAudioProcessorEditor parameters_;
+    ParameterList parameters_;
     std::unique_ptr<juce::FileChooser> chooser_; // open while it is there
     bool asking_ = false;                        // for what contents() asks for
 };
