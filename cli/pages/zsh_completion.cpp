@@ -29,7 +29,7 @@ _zephyra_preset_names() { # of the bank that was typed, or of all
 }
 )zsh";
 
-/// Within single quotes, where an _arguments specification has a text of its own.
+/// Within single quotes, where a line for _arguments has a text of its own.
 std::string specText(const std::string& text) {
     std::string escaped;
     for (const char c : text) {
@@ -71,8 +71,8 @@ std::string action(WordKind kind, const std::vector<std::string>& choices) {
     return " ";
 }
 
-/// A specification for each of an option's names.
-std::string specs(const OptionFacts& option) {
+/// A line for _arguments for each of an option's names.
+std::string linesOf(const OptionFacts& option) {
     std::string text;
     for (const std::string& name : option.names) {
         text += "        '*" + name;
@@ -115,7 +115,7 @@ std::string function(const CommandFacts& command) {
                        "    local curcontext=$curcontext context state line\n"
                        "    local -A opt_args\n    _arguments -C \\\n"
                        "        '(-h --help)'{-h,--help}'[Print this help]' \\\n";
-    for (const OptionFacts& option : command.options) text += specs(option);
+    for (const OptionFacts& option : command.options) text += linesOf(option);
     if (!command.commands.empty()) return text + dispatch(command) + "}\n";
     std::size_t position = 0;
     for (const WordFacts& word : command.words)

@@ -1,8 +1,8 @@
 -- What Ardour is asked to do, by its own scripts' language:
 --   make FOLDER FORMAT NAME      a session with the plug-in, what it plays and its automation, saved
 --   bounce FOLDER OUT FIRST END  loads the session, exports these samples to OUT.wav
--- A session has 48 kHz and blocks of 512; its music moves in such blocks, too: a beat is 45 of them,
--- from bar 3 on 75, three to a bar.
+-- A session has 48 kHz and blocks of 512; its music moves in such blocks, too: a beat of its 125 a
+-- minute is 45 of them.
 io.stdout:setvbuf("no")
 local action, folder = arg[1], arg[2]
 AudioEngine:set_backend("None (Dummy)", "", "")
