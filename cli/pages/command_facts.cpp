@@ -7,8 +7,11 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstddef>
+#include <map>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 namespace zephyra {
 
@@ -81,10 +84,14 @@ void order(std::vector<OptionFacts>& options, const CLI::App& command) {
     const auto* const help = dynamic_cast<const SectionHelp*>(command.get_formatter().get());
     if (!help) return;
     const Names groups = help->sections(command);
-    std::ranges::stable_sort(options, {}, [&](const OptionFacts& option) {
+    std::multimap<std::ptrdiff_t, OptionFacts> sorted; // which keeps the order of equal ones
+    for (OptionFacts& option : options) {
         const auto group = std::ranges::find(groups, option.group);
-        return option.group == "Options" ? -1 : group - groups.begin();
-    });
+        const auto place = option.group == "Options" ? -1 : group - groups.begin();
+        sorted.emplace(place, std::move(option));
+    }
+    options.clear();
+    for (auto& [place, option] : sorted) options.push_back(std::move(option));
 }
 
 /// "BANK [PRESET] NEW" is three words that the parser takes as one.
