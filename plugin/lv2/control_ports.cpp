@@ -53,7 +53,9 @@ bool ControlPorts::takeRestored() ZEPHYRA_NONBLOCKING {
 
 ControlPorts::Values ControlPorts::values() const {
     Values values;
-    std::ranges::copy(values_, values.begin());
+    // Until the next block, those of the state that was just restored: the host sets its ports so.
+    const bool isNew = wasRestored_.load(std::memory_order_acquire);
+    std::ranges::copy(isNew ? restored_ : values_, values.begin());
     return values;
 }
 

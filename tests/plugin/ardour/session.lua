@@ -1,8 +1,8 @@
 -- What Ardour is asked to do, by its own scripts' language:
 --   make FOLDER FORMAT NAME      a session with the plug-in, what it plays and its automation, saved
 --   bounce FOLDER OUT FIRST END  loads the session, exports these samples to OUT.wav
--- A session has 48 kHz and blocks of 512; its music moves in such blocks, too: a beat of its 125 a
--- minute is 45 of them.
+-- A session has 48 kHz, blocks of 512, 125 beats a minute and three to a bar; automation stands where a
+-- frame is a whole tick.
 io.stdout:setvbuf("no")
 local action, folder = arg[1], arg[2]
 AudioEngine:set_backend("None (Dummy)", "", "")
@@ -23,7 +23,7 @@ local function automate(processor, name, points)
         if not list:isnil() and about.label == name then
             for _, point in ipairs(points) do
                 local value = about.lower + point[2] * (about.upper - about.lower)
-                control:add(Temporal.timepos_t(point[1] * 512), value, false, true)
+                control:add(Temporal.timepos_t(point[1]), value, false, true)
             end
             control:set_interpolation(Evoral.InterpolationStyle.Discrete)
             list:set_interpolation(Evoral.InterpolationStyle.Discrete)
@@ -70,6 +70,7 @@ local function make(format, name)
     session:cfg():set_use_region_fades(false)
     local map = Temporal.TempoMap.fetch_writable()
     map:set_tempo(Temporal.Tempo(125, 125, 4), Temporal.timepos_t(0))
+    map:set_meter(Temporal.Meter(3, 4), Temporal.timepos_t(0))
     Temporal.TempoMap.update(map)
     map = nil
     local count, kinds = ARDOUR.ChanCount, ARDOUR.DataType
@@ -95,9 +96,16 @@ local function make(format, name)
         if isInstrument and not onTrack or not out:isnil() and out:connected() then break end
         ARDOUR.LuaAPI.usleep(50000)
     end
-    automate(plugin, "Pitch", {{0, 0.5}, {60, 0.75}, {150, 0.25}, {240, 0.5}})
-    if isInstrument and not onTrack then automate(plugin, "Play Stop", {{0, 1.0}}) end
-    automate(plugin, "Width", {{0, 0.25}, {100, 1.0}})
+    if onTrack then -- where it hears of the transport: a preset that follows it
+        local loaded = plugin:to_insert():plugin(0)
+        assert(loaded:load_preset(loaded:preset_by_label("Turnstile (Pulse Garden)")))
+        loaded = nil
+    elseif isInstrument then
+        automate(plugin, "Play Stop", {{0, 1.0}})
+    end
+    -- At 0 what stands there already: Ardour adds a point there, and an LV2 hears nothing of it.
+    automate(plugin, "Pitch", {{0, 0.5}, {30960, 0.75}, {77040, 0.25}})
+    automate(plugin, "Width", {{0, 0.5}, {49392, 1.0}})
     session:save_state("")
     track, route, plugin = nil, nil, nil -- what is freed later would need the session then
     collectgarbage()

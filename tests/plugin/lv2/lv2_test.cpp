@@ -250,6 +250,15 @@ TEST_F(Lv2, APresetWithoutItsPortsActsWhereverThePortsStand) {
     }
 }
 
+TEST_F(Lv2, AStateSavedBeforeTheNextBlockHoldsThePortsThatItCameWith) {
+    Lv2Host saved(PluginKind::effect), loaded(PluginKind::effect);
+    saved.port("width") = 0.75f;
+    saved.render(64);
+    const auto properties = saved.properties();
+    EXPECT_EQ(loaded.restoreProperties(properties), LV2_STATE_SUCCESS);
+    EXPECT_EQ(loaded.properties().at("urn:zephyra:ports"), properties.at("urn:zephyra:ports"));
+}
+
 TEST_F(Lv2, ABrokenStateIsRefusedWithAMessageAndChangesNothing) {
     Lv2Host host(PluginKind::effect);
     host.port("density") = 100;
