@@ -24,7 +24,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace zephyra {
@@ -40,12 +39,12 @@ enum class PluginKind : std::uint8_t {
 /// format's calls into these and knows nothing of the system. Order of calls: construct, prepare,
 /// blocks, release, and again; state, parameters and programs whenever it exists. Values of
 /// parameters are linear, as the audio unit has them; see plugin_parameters.h for what hosts show.
+/// What comes in comes out in the same block: there is no latency to tell.
 ///
 /// HOST stands for any thread but RENDER, also while another one renders; it may wait for MAIN.
 class PluginInstance {
 public:
     static constexpr double kLeastRate = 8000.0, kMostRate = 384000.0; ///< Hz
-    static constexpr std::uint32_t kLatency = 0;                       ///< frames
 
     /// prepare: see HostedInstance; without one the folders are standardFolders(). HOST. Throws
     /// std::bad_alloc.
