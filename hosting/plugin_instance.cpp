@@ -88,7 +88,9 @@ Result<void> PluginInstance::prepare(const PluginSetup& setup) {
 void PluginInstance::release() {
     host_.stop();
     rendersOffline_ = false;
+    system_.instance.runLoop.runPosted(); // notes on their way are of the time before
     const RunLoop::Scope main(system_.instance.runLoop);
+    notes_.startAnew();
     if (system_.instance.runLoop.clock() != RunLoop::Clock::wall)
         system_.instance.runLoop.setClock(RunLoop::Clock::wall);
 }

@@ -61,7 +61,7 @@ public:
 
     /// Allocates all that blocks need. Failures leave it unprepared: blocks are silent then. OFF.
     Result<void> prepare(const PluginSetup& setup);
-    /// OFF.
+    /// Whose end a host does not tell any more counts as ended: what notes began stops. OFF.
     void release();
 
     /// What is to act in the next block, at a frame of it; one behind its end acts in the next one.

@@ -126,6 +126,29 @@ TEST(InstrumentNotes, TakeTurnsWithPlayStopAlsoInRealTime) {
         }
 }
 
+TEST(InstrumentNotes, AreOverWhereTheHostStopsTheInstrument) {
+    for (const bool isTaken : {true, false}) {
+        HostedPlugin plugin(PluginKind::instrument);
+        const auto prepareAgain = [&] {
+            EXPECT_TRUE(plugin.prepare({48000.0, HostedPlugin::kFrames}).ok());
+        };
+        plugin.midi({0x90, 60, 100});
+        if (isTaken) {
+            EXPECT_TRUE(plugin.willPlay(true));
+            prepareAgain();
+        } else {
+            const auto held = plugin.main(); // MAIN has not heard of the note yet
+            plugin.renderLive();
+            prepareAgain();
+        }
+        EXPECT_TRUE(plugin.willPlay(false));
+        plugin.midi({0x90, 64, 100});
+        EXPECT_TRUE(plugin.willPlay(true));
+        plugin.midi({0x80, 64, 0});
+        EXPECT_TRUE(plugin.willPlay(false)) << "though no end came of the first";
+    }
+}
+
 TEST(InstrumentNotes, AreNotWhatIsLearnedOrChoosesPresets) {
     Player player;
     MidiManager& manager = player.system().view.midiManager;
