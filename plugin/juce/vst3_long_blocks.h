@@ -10,18 +10,20 @@ class ClientBufferMapperData;
 
 /// Stands in front of the wrapper's source and takes the place of its own, which has room for the
 /// announced length, is written beyond it, and copies a list on the heap in each block. Hands a
-/// host's buses to the processor in JUCE's order of channels. RENDER after prepare.
+/// host's buses to the processor in JUCE's order of channels. RENDER after prepare; only blocks
+/// beyond kLongest that were not announced allocate.
 template <>
 class ClientBufferMapperData<float> {
 public:
     /// What is never touched of so much costs no memory.
     void prepare(int numChannels, int blockSize) {
-        constexpr int kLongest = 65536; // frames
         buffer_.setSize(numChannels, jmax(blockSize, kLongest));
     }
 
     template <typename Data, typename Maps>
     AudioBuffer<float> getMappedBuffer(Data& data, const Maps& inputs, const Maps& outputs) {
+        if (data.numSamples > buffer_.getNumSamples())
+            buffer_.setSize(buffer_.getNumChannels(), data.numSamples);
         int used = 0, written = 0;
         for (std::size_t bus = 0; bus < inputs.size(); ++bus) {
             const auto& map = inputs[bus];
@@ -53,6 +55,7 @@ private:
                                                                    : nullptr;
     }
 
+    static constexpr int kLongest = 65536; // frames
     AudioBuffer<float> buffer_;
 };
 
