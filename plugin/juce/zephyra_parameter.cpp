@@ -1,5 +1,6 @@
 #include "plugin/juce/zephyra_parameter.h"
 
+#include <cmath>
 #include <memory>
 #include <string>
 #include <utility>
@@ -24,6 +25,7 @@ float ZephyraParameter::getValue() const {
 }
 
 void ZephyraParameter::setValue(float normalized) {
+    if (!std::isfinite(normalized)) return;
     told_ = normalized;
     instance_.setParameter(address(), linearFromNormalized(facts_, normalized));
 }

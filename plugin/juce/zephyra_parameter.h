@@ -16,7 +16,7 @@ public:
     ZephyraParameter(PluginInstance& instance, const PluginParameter& facts);
 
     float getValue() const override;
-    /// Any thread.
+    /// Ignored where it is not finite, as in PluginInstance. Any thread.
     void setValue(float normalized) override;
     float getDefaultValue() const override;
     juce::String getName(int mostLength) const override;

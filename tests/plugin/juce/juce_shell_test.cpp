@@ -64,6 +64,7 @@ TEST_F(JuceShell, KeepsAValueThroughItsTextOrAWordThatIsNone) {
         EXPECT_EQ(parameter.getNumSteps() == 2, parameter.isBoolean());
         for (const float value : {0.0f, parameter.getDefaultValue(), 1.0f}) {
             parameter.setValue(value);
+            parameter.setValue(NAN);
             EXPECT_EQ(parameter.getValue(), value) << parameter.name;
             EXPECT_NEAR(parameter.getValueForText(parameter.getText(value, 64)), value, 0.002f)
                 << parameter.name;
