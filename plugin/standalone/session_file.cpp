@@ -5,6 +5,7 @@
 #include "platform/text/odd_bytes.h"
 
 #include <span>
+#include <utility>
 
 namespace zephyra {
 
@@ -54,10 +55,10 @@ Result<void> SessionFile::setAside(std::string_view word) {
     if (path_.empty() || !fs::exists(file_calls::status(path_, error))) return {};
     const fs::path kept =
         path_.parent_path() / (path_.stem().string() + "." + std::string(word) + ".plist");
-    if ((error = file_calls::rename(path_, kept)))
-        return Failure{shownFile(path_) + " cannot be kept as " + shownFile(kept) + ": " +
-                       error.message()};
-    return {};
+    if (!(error = file_calls::rename(path_, kept))) return {};
+    const fs::path left = std::exchange(path_, {});
+    return Failure{shownFile(left) + " cannot be kept as " + shownFile(kept) + ": " +
+                   error.message() + "; it is left as it is, and no session is saved"};
 }
 
 } // namespace zephyra

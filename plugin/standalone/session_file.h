@@ -32,7 +32,8 @@ public:
     /// Writes state unless it is what was saved last, or empty. Nothing happens before open().
     Result<void> save(std::string_view state);
 
-    /// Keeps the file, if there is one, as session-1.WORD.plist instead of what stands there.
+    /// Keeps the file, if there is one, as session-1.WORD.plist instead of what stands there. Fails
+    /// with one line; then it stays, and nothing is saved over it.
     Result<void> setAside(std::string_view word);
 
 private:

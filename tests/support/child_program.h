@@ -44,6 +44,9 @@ public:
     }
     bool runs() { return !code_ && ::waitpid(pid_, &status_, WNOHANG) == 0; }
 
+    void send(int signal) const {
+        if (pid_ > 0 && !code_) ::kill(pid_, signal);
+    }
     /// Its exit code after signal (0 for none), or minus the signal that ended it.
     int end(int signal) {
         if (code_) return *code_;

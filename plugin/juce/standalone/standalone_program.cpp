@@ -72,12 +72,12 @@ StandaloneProgram::StandaloneProgram(const StandaloneArguments& arguments,
 
 StandaloneProgram::~StandaloneProgram() {
     stopTimer();
+    save(); // first: a sound server that hangs does not let go of the device
     if (window_)
         settings_.setValue(kWindowKey,
                            PropertyValue(window_->getWindowStateAsString().toStdString()));
     window_.reset();
     audio_.reset();
-    save();
 }
 
 // --- What is remembered ---
@@ -100,7 +100,10 @@ void StandaloneProgram::restoreSession(bool fresh) {
     };
     if (fresh) return keepAs("previous");
     const auto bytes = session_.read();
-    if (!bytes) return say(bytes.message());
+    if (!bytes) {
+        say(bytes.message());
+        return keepAs("unreadable");
+    }
     if (!bytes.value()) return;
     if (const auto restored = processor_.plugin().setState(*bytes.value()); !restored) {
         say(session_.path().string() + ": " + restored.message());

@@ -73,6 +73,12 @@ TEST(SessionFile, GoesOnWithTheFirstThatNobodyElseHas) {
     EXPECT_TRUE(fs::exists(state / "session-1.previous.plist"));
     fs::create_directory(first.path());
     EXPECT_THAT(failureOf(first.save("four")), HasSubstr("session-1.plist"));
+    EXPECT_TRUE(second.save("kept"));
+    const fs::path file = second.path();
+    fs::create_directory(state / "session-2.previous.plist");
+    EXPECT_THAT(failureOf(second.setAside("previous")), HasSubstr("no session is saved"));
+    EXPECT_TRUE(second.save("over it"));
+    EXPECT_EQ(readText(file), "kept");
     EXPECT_THAT(failureOf(SessionFile().open({})), HasSubstr("HOME"));
 }
 

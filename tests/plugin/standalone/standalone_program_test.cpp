@@ -50,21 +50,27 @@ TEST_F(StandaloneProgram, ANoteSoundsAtTheJackPortsAlsoAfterTheServersDeathAndRe
     startServer("48000");
     if (IsSkipped() || HasFatalFailure()) return;
     const auto program = start({"--headless", "--fresh", kSample});
-    const auto sounds = [] {
+    const auto sounds = [](std::uint8_t note) {
         JackClient client;
         if (!areConnected(client)) return false;
-        client.play({{0.0, {0x90, 60, 100}}});
+        client.play({{0.0, {0x90, note, 100}}});
         return comesTrue([&] { return client.peakOf(0.1) > kHeard; }) &&
                client.isConnected("system:playback_2");
     };
     ASSERT_TRUE(program->says("JACK, 48000 Hz")) << program->output();
-    EXPECT_TRUE(sounds()) << program->output();
+    EXPECT_TRUE(sounds(60)) << program->output();
     jack_->program.end(SIGKILL);
     EXPECT_TRUE(program->says("JACK is gone")) << program->output();
     startServer("44100");
     EXPECT_TRUE(program->says("JACK, 44100 Hz")) << program->output();
-    EXPECT_TRUE(sounds()) << program->output();
-    EXPECT_EQ(program->end(SIGTERM), 0) << program->output();
+    EXPECT_TRUE(sounds(72)) << program->output();
+    jack_->program.send(SIGSTOP); // one that hangs holds up the end, and not the session
+    program->send(SIGTERM);
+    EXPECT_TRUE(comesTrue([&] {
+        return session().find("<key>Pitch_0</key>\n\t<real>12</real>") != std::string::npos;
+    })) << session();
+    jack_->program.send(SIGCONT);
+    EXPECT_EQ(program->end(0), 0) << program->output();
     EXPECT_THAT(session(), HasSubstr("Blackbird.mp3"));
 }
 
@@ -106,12 +112,14 @@ TEST_F(StandaloneProgram, AWindowOpensBanksAndSoundsAndSavesWhenItIsAskedToEndOr
 TEST_F(StandaloneProgram, EachOfSeveralKeepsASessionOfItsOwn) {
     const auto first = start({"--headless", kSample});
     ASSERT_TRUE(first->says("No sound")) << first->output();
+    fs::create_directories(folder_ / "zephyra/session-2.plist/of"); // which cannot be read
     const auto second = start({"--headless"});
     ASSERT_TRUE(second->says("No sound")) << second->output();
     EXPECT_EQ(second->end(SIGINT), 0) << second->output();
     EXPECT_EQ(first->end(SIGHUP), 0) << first->output();
     EXPECT_THAT(session(1), HasSubstr("Blackbird.mp3"));
     EXPECT_THAT(session(2), AllOf(Not(HasSubstr("Blackbird.mp3")), Not(testing::IsEmpty())));
+    EXPECT_TRUE(fs::exists(folder_ / "zephyra/session-2.unreadable.plist/of"));
 }
 
 TEST_F(StandaloneProgram, WhatCannotBeStartedSaysSoInOneLine) {
