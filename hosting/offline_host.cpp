@@ -58,8 +58,10 @@ void OfflineHost::stop() {
 }
 
 /// Everything that was asked for is done, however long the machine takes: that makes a render
-/// repeatable.
+/// repeatable. Who asks for more meanwhile waits for MAIN, and is the next cycle's: somebody who
+/// never stops asking would else hold it up for ever.
 void OfflineHost::settle() {
+    const RunLoop::Scope main(instance_.runLoop);
     instance_.runLoop.finishWork();
 }
 

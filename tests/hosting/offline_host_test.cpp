@@ -1,5 +1,6 @@
 // The offline host: what the unit sees of time, music and events, and that renders repeat.
 
+#include "platform/threads/worker.h"
 #include "tests/support/hosted_unit.h"
 
 namespace zephyra {
@@ -36,6 +37,31 @@ TEST(OfflineHost, BringsAnInstrumentToItsDemonstrationSampleBeforeTheFirstBlock)
     own.view.loadSample(ZEPHYRA_SOURCE_DIR "/resources/Blackbird.mp3");
     own.host.start({});
     EXPECT_TRUE(own.stream.sampleReference().path.ends_with("Blackbird.mp3"));
+}
+
+TEST(OfflineHost, WaitsForTheWorkThatWasBegunAndNotForWhatOthersKeepAskingFor) {
+    HostedUnit hosted(component_type::instrument);
+    hosted.ready(100);
+    Worker worker(hosted.instance.runLoop, hosted.instance.log);
+    std::atomic<bool> ends = false;
+    std::atomic<int> asked = 0;
+    std::thread other([&] { // asks anew before the last work is done, for 3 s at most
+        for (; !ends && asked < 600; ++asked) {
+            {
+                const RunLoop::Scope main(hosted.instance.runLoop);
+                worker.start([](auto&) {
+                    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+                    return RunLoop::Task();
+                });
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    });
+    EXPECT_TRUE(comesTrue([&] { return asked > 0; }));
+    for (int block = 0; block < 5; ++block) hosted.render(100);
+    EXPECT_LT(asked, 600);
+    ends = true;
+    other.join();
 }
 
 TEST(OfflineHost, CutsABlockWhereSomethingActsAndNowhereElse) {

@@ -27,20 +27,19 @@ TEST(PluginThreads, LetAHostReadAndWriteWhileAnotherThreadRendersAndPrepares) {
     ASSERT_TRUE(plugin.prepare({44100, 256}));
     PluginPlayer::arrange(plugin.system(), true);
     std::atomic<bool> ends = false;
+    std::atomic<int> n = 0;
     std::thread host([&] {
-        // So often and no more: each begins work that an offline block waits for, however much it
-        // is.
-        for (int n = 0; n < 24 && !ends; ++n) {
+        for (; !ends; ++n) {
             const std::string state = plugin.state();
             EXPECT_TRUE(plugin.setState(std::as_bytes(std::span(state))));
             plugin.setParameter(static_cast<AUParameterAddress>(n % 24), 0.5f);
             plugin.setSettings({.startAnew = static_cast<StartAnew>(n % 3)});
             plugin.setProgram(static_cast<std::size_t>(n % 48));
             plugin.setBypass(n % 2 == 0);
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
     });
-    for (int round = 0; round < 3; ++round) {
+    for (int round = 0; round < 3 || n < 8; ++round) {
         EXPECT_TRUE(plugin.prepare({round % 2 ? 48000.0 : 22050.0, 256}));
         const auto transport = [&](bool moving) { return PluginTransport{.moving = moving}; };
         for (const bool offline : {false, true, false, true})
