@@ -81,7 +81,8 @@ void HostTime::followPosition(double beats) ZEPHYRA_NONBLOCKING {
     toldAt_ = rendered_;
     const double leap = beats - beats_;
     if (std::fabs(leap) < halfFrame) return;
-    jumped_ = reportsContext_ && !holds && (leap < -kLeastJumpBack || leap > kLeastJumpOn);
+    const bool stood = holds && !transportTold_; // else a loop has come round to the same place
+    jumped_ = reportsContext_ && !stood && (leap < -kLeastJumpBack || leap > kLeastJumpOn);
     setBeatPosition(beats);
 }
 

@@ -54,6 +54,7 @@ TEST(HostTime, KeepsUpWhatAHostDoesNotTell) {
         {{rolls(2), Told{.tempo = kNone, .beats = kNone}, nothing}, "200m 250m 300m "},
         {{rolls(2), Told{.tempo = 240.0}, nothing, Told{.tempo = -1.0}}, "200m 250m 350m 450m "},
         {{rolls(4), rolls(4.5), rolls(4), rolls(4.5)}, "400m 450m 400m! 450m "},
+        {{rolls(4), nothing, rolls(4)}, "400m 450m 400m! "}, // told when it changes, and only then
         {{rolls(4), rolls(4.49), rolls(4.98), rolls(16)}, "400m 449m 498m 1600m! "},
         // What a host rounds: in floats, and in ticks of a quarter's 480th.
         {{rolls(3.5), rolls(4.0000004), rolls(4.4999997)}, "350m 400m 450m "},

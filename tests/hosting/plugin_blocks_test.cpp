@@ -1,6 +1,7 @@
 // The blocks of a plug-in's instance: events, sizes, and the two clocks.
 
 #include "platform/lists/property_list.h"
+#include "tests/support/hosted_plugin.h"
 #include "tests/support/plugin_player.h"
 
 namespace zephyra {
@@ -157,6 +158,36 @@ TEST(PluginSeeds, DifferUnlessTheyAreFixedOrRestored) {
     EXPECT_EQ(seeds.size(), 3u);
     PluginPlayer one, other;
     EXPECT_EQ(one.plugin.system().stream().seed(), other.plugin.system().stream().seed());
+}
+
+TEST(PluginBlocks, FollowALoopOrAJumpOfTheHostWithScanSync) {
+    // Blocks of a 50th of a quarter that a host rolls from quarter 4 on, where it goes then,
+    // whether the user has armed Rewind by then, and whether the scan goes back to its start.
+    const struct {
+        int blocks;
+        double to;
+        bool armed, goesBack;
+    } rows[] = {{20, 4.0, true, true},   {20, 4.0, false, false}, // the same downbeat again
+                {110, 4.0, true, true},  {110, 8.0, true, true},  {110, 5.0, true, false},
+                {20, 6.5, true, false},  {20, 0.0, false, true},  {20, 0.1, false, true},
+                {20, 0.3, false, false}, {20, 4.4, true, false}}; // and no jump
+    for (const auto& row : rows) {
+        HostedPlugin plugin(PluginKind::instrument);
+        plugin.sync(true);
+        plugin.transport = {.tempo = 120.0, .numerator = 4.0, .beats = 4.0, .moving = true};
+        plugin.render(row.blocks);
+        const auto scan = [&] { return plugin.system().stream().getTimePhasor(); };
+        const float before = scan();
+        EXPECT_GT(before, 0.05f);
+        if (row.armed) {
+            const auto main = plugin.main();
+            plugin.system().stream().ui_armRewind();
+        }
+        plugin.transport = {.beats = row.to, .moving = true};
+        plugin.render(2);
+        EXPECT_EQ(scan() < before, row.goesBack)
+            << row.blocks << " to " << row.to << ", armed: " << row.armed;
+    }
 }
 
 } // namespace
