@@ -43,12 +43,17 @@ void InstrumentNotes::begin() {
 void InstrumentNotes::startAnew() {
     held_ = {};
     wish_ = Wish::none;
-    if (!standsBy() && begun_ == stream_.starts()) stream_.stopAtOnce();
+    if (playsForNotes()) stream_.stopAtOnce();
 }
 
 void InstrumentNotes::wish(Wish wished) {
     wish_ = wished;
     if (!waits_) settle();
+}
+
+/// What is armed waits for the host, whoever began the last start.
+bool InstrumentNotes::playsForNotes() const {
+    return !standsBy() && !stream_.isArmed() && begun_ == stream_.starts();
 }
 
 /// A start shows itself one step later, and cannot be stopped before.
@@ -62,7 +67,7 @@ void InstrumentNotes::settle() {
         stream_.ui_playStop();
         return;
     case Wish::fade:
-        if (!standsBy() && begun_ == stream_.starts()) stream_.ui_playStop();
+        if (playsForNotes()) stream_.ui_playStop();
         return;
     case Wish::silence:
         if (stream_.isPlaying()) stream_.stopWithin(0.0);

@@ -40,6 +40,7 @@ private:
     void wish(Wish wished);
     void settle();
     void settleLater();
+    bool playsForNotes() const;
     bool standsBy() const { return stream_.linear(ControlId::playStop) == 0.0f; }
 
     MOK_SCRUB_GRANULATOR& stream_;

@@ -64,7 +64,7 @@ public:
     /// Whose end a host does not tell any more counts as ended: what notes began stops. OFF.
     void release();
 
-    /// What is to act in the next block, at a frame of it; one behind its end acts in the next one.
+    /// What is to act in the next block, at a frame of it; one behind its end acts as much later.
     /// Addresses above the table, values that are not finite, and messages of more than three bytes
     /// are ignored. RENDER.
     void queueParameter(AUParameterAddress address, AUValue linear,

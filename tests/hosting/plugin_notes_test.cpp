@@ -169,7 +169,11 @@ TEST(InstrumentNotes, AreNotWhatIsLearnedOrChoosesPresets) {
 TEST(InstrumentNotes, LeaveTheTransportToTheHostWithScanSync) {
     Player player;
     player.sync(true);
-    player.play("90 3C 64 |");
+    player.set(playStop, 1.0f);
+    player.play("| 90 3C 64 80 3C 40");
+    EXPECT_TRUE(player.plays()) << "it waits for the host, whatever notes end";
+    player.set(playStop, 0.0f);
+    player.play("| 90 3C 64 |");
     EXPECT_FALSE(player.plays());
     player.transport.tempo = 120.0;
     player.transport.beats = 0.0;
