@@ -33,6 +33,7 @@ Result<std::string> openAsBank(PluginInstance& instance, const fs::path& file) {
 } // namespace
 
 Result<std::string> openDocument(PluginInstance& instance, const fs::path& file) {
+    if (file.empty()) return Failure{"a file's name is empty; check what the program is given"};
     std::error_code error;
     const fs::path whole = fs::absolute(file, error); // states name it wherever they are read
     if (error) return Failure{shownFile(file) + ": " + error.message()};

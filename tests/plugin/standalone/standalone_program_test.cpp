@@ -93,10 +93,11 @@ TEST_F(StandaloneProgram, AWindowOpensBanksAndSoundsAndSavesWhenItIsAskedToEndOr
     const fs::path mine = folder_ / "Mine.zephyra";
     fs::copy_file(kBank, mine);
     {
-        const auto program = start({mine, folder_ / "none.wav", kSample}, {display});
+        const auto program = start({mine, folder_ / "none.wav", "", kSample}, {display});
         ASSERT_TRUE(program->says("Blackbird.mp3 is opened")) << program->output();
         EXPECT_THAT(program->output(),
-                    AllOf(HasSubstr("none.wav does not exist"), HasSubstr("is among your banks")));
+                    AllOf(HasSubstr("none.wav does not exist"), HasSubstr("name is empty"),
+                          HasSubstr("is among your banks")));
         ASSERT_TRUE(program->says("No sound: no device yet")) << program->output();
         EXPECT_EQ(program->end(SIGTERM), 0) << program->output();
     }
