@@ -14,12 +14,13 @@
 #include <pthread.h>
 #include <semaphore.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
 struct Watched {
     bool armed, quickLocks;
-    unsigned calls;
+    unsigned calls, quick;
     const char* first;
     void* from[24]; // where the first came from
     int depth;
@@ -54,6 +55,10 @@ RenderGuard::RenderGuard(Locks locks) {
 
 RenderGuard::~RenderGuard() {
     watched.armed = false;
+}
+
+unsigned RenderGuard::quickLocks() {
+    return std::exchange(watched.quick, 0);
 }
 
 std::string RenderGuard::report() {
@@ -97,7 +102,7 @@ void free(void* memory) noexcept {
 int pthread_mutex_lock(pthread_mutex_t* mutex) noexcept {
     static int (*known)(pthread_mutex_t*);
     if (watched.armed && watched.quickLocks) {
-        if (::pthread_mutex_trylock(mutex) == 0) return 0;
+        if (::pthread_mutex_trylock(mutex) == 0) return ++watched.quick, 0;
         count("a lock that is held");
     } else {
         count("pthread_mutex_lock");

@@ -23,6 +23,8 @@ public:
     /// "3, first malloc"; empty for none. Its stack goes to standard error where the environment
     /// says ZEPHYRA_SHOW_STACKS. Outside a guard.
     static std::string report();
+    /// How many locks there were since the last call that Locks::quick let pass. Outside a guard.
+    static unsigned quickLocks();
 };
 
 } // namespace zephyra
