@@ -24,7 +24,8 @@ struct HostRequest {
     /// Subdivisions, left and right: positions in kNoteValues.
     std::optional<std::pair<std::size_t, std::size_t>> echoSync = {};
     std::optional<std::filesystem::path> automation = {}, midi = {}, state = {}, saveState = {};
-    bool programs = false; ///< those of midi choose presets, and its bank selects banks
+    bool midiTempo = false; ///< tempo and meter change as midi says; those above hold until then
+    bool programs = false;  ///< those of midi choose presets, and its bank selects banks
     bool freeze = false;
     /// From when on. None: a loaded sound from the start, live input once there is something to
     /// hold.
@@ -32,7 +33,9 @@ struct HostRequest {
     std::optional<double> fadeIn = {}, fadeOut = {}; ///< seconds
 
     /// Whether music is asked for, of which the host has to tell the audio unit.
-    bool tellsOfMusic() const { return tempo || meter || transport || scanSync || echoSync; }
+    bool tellsOfMusic() const {
+        return tempo || meter || midiTempo || transport || scanSync || echoSync;
+    }
 };
 
 inline constexpr double kDefaultTempo = 120.0;

@@ -70,6 +70,8 @@ private:
     Result<void> scheduleFreeze();
     void completePlan();
     void startTransport();
+    void queueMusic(std::uint64_t firstFrame, std::uint32_t frames);
+    void goOnWith(const TimedMusic& music);
     void queueSettings(std::uint64_t firstFrame, std::uint32_t frames);
     void queueStop(std::uint64_t firstFrame);
     void queueAutomation(std::uint64_t firstFrame, std::uint32_t frames);
@@ -91,7 +93,7 @@ private:
     RenderMotion motion_;
     OfflineHost host_;
     RenderSource source_;
-    std::size_t nextSetting_ = 0, nextMidi_ = 0;
+    std::size_t nextMusic_ = 0, nextSetting_ = 0, nextMidi_ = 0;
     std::vector<AutomationLane> lanes_; // one per automated parameter
     std::vector<float> paddedLeft_, paddedRight_, left_, right_;
     std::vector<GrainRecord> grains_;

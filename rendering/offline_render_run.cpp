@@ -2,9 +2,30 @@
 #include "rendering/offline_render.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 namespace zephyra {
+
+void OfflineRender::queueMusic(std::uint64_t firstFrame, std::uint32_t frames) {
+    for (; nextMusic_ < plan_.music.size(); ++nextMusic_) {
+        const TimedMusic& due = plan_.music[nextMusic_];
+        const std::uint64_t frame = dueFrame(due.seconds, plan_.sampleRate);
+        if (frame >= firstFrame + frames) return;
+        host_.queueTask([this, &due] { goOnWith(due); },
+                        static_cast<std::uint32_t>(frame - firstFrame));
+    }
+}
+
+/// The cycle that begins may be some frames late. A host that stands has no position to set right.
+void OfflineRender::goOnWith(const TimedMusic& music) {
+    const bool rolls = host_.beatPosition() > 0.0;
+    const double late =
+        std::round(static_cast<double>(host_.renderedFrames()) - music.seconds * plan_.sampleRate);
+    host_.setTempo(music.tempo);
+    if (music.meter) host_.setMeter(music.meter->first, music.meter->second);
+    if (rolls) host_.setBeatPosition(music.beats + late * music.tempo / (60.0 * plan_.sampleRate));
+}
 
 void OfflineRender::queueSettings(std::uint64_t firstFrame, std::uint32_t frames) {
     const std::vector<TimedSetting>& all = plan_.timedSettings;
@@ -108,6 +129,7 @@ void OfflineRender::takeGrains() {
 Result<RenderStatistics> OfflineRender::run(const Consumer& consumer) {
     for (std::uint64_t first = 0; first < plan_.frames;) {
         const std::uint32_t frames = nextBlockLength(first);
+        queueMusic(first, frames);
         queueSettings(first, frames);
         queueStop(first);
         queueAutomation(first, frames);

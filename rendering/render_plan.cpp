@@ -26,13 +26,21 @@ double outputRate(const RenderRequest& request, const SoundFileInfo& source) {
         std::clamp(std::round(source.sampleRate), kLowestRate, kHighestRate));
 }
 
+/// While grains start.
+double lastTempo(const RenderPlan& plan) {
+    double tempo = plan.host.tempo.value_or(kDefaultTempo);
+    for (const TimedMusic& music : plan.music)
+        if (dueFrame(music.seconds, plan.sampleRate) < plan.playFrames) tempo = music.tempo;
+    return tempo;
+}
+
 EchoSide echoSide(const RenderPlan& plan, const ControlValues& at, ControlId delay,
                   ControlId subdivision, ControlId gain) {
     const bool synced = valueOf(at, ControlId::echoSync) != 0;
     const double seconds =
-        synced ? syncedEchoSeconds(plan.host.tempo.value_or(kDefaultTempo),
-                                   static_cast<std::size_t>(valueOf(at, subdivision)))
-               : double{valueOf(at, delay)};
+        synced
+            ? syncedEchoSeconds(lastTempo(plan), static_cast<std::size_t>(valueOf(at, subdivision)))
+            : double{valueOf(at, delay)};
     return {seconds, valueOf(at, gain)};
 }
 
@@ -67,6 +75,16 @@ bool isBank(const PropertyDictionary& list) {
         list, [](const auto& entry) { return snapshotTag(entry.second).has_value(); });
 }
 
+/// What stands at the file's begin is what the host begins with.
+void followMusic(std::vector<TimedMusic>& music, RenderPlan& plan) {
+    if (!music.empty() && music.front().seconds == 0) {
+        plan.host.tempo = music.front().tempo;
+        if (music.front().meter) plan.host.meter = music.front().meter;
+        music.erase(music.begin());
+    }
+    plan.music = std::move(music);
+}
+
 Result<void> readFiles(const HostRequest& host, const StreamedFiles& streams, RenderPlan& plan) {
     const double tempo = host.tempo.value_or(kDefaultTempo);
     if (host.automation) {
@@ -75,8 +93,10 @@ Result<void> readFiles(const HostRequest& host, const StreamedFiles& streams, Re
         plan.automation = std::move(points.value());
     }
     if (host.midi) {
-        auto file = readMidiFile(*host.midi, host.tempo, streams);
+        auto file = readMidiFile(*host.midi, host.tempo, streams,
+                                 host.midiTempo ? ToldTempo::begins : ToldTempo::holds);
         if (!file) return Failure{"--midi: " + file.message()};
+        if (host.midiTempo) followMusic(file.value().music, plan);
         plan.midi = std::move(file.value().messages);
         plan.notices = std::move(file.value().notices);
         if (std::string notice = programsNotice(host, plan.midi); !notice.empty())

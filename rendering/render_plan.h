@@ -62,6 +62,7 @@ struct RenderPlan {
     bool wetOnly = false;                         ///< the input itself is not heard
     std::vector<AutomationPoint> automation = {}; ///< sorted
     std::vector<TimedMidi> midi = {};             ///< sorted
+    std::vector<TimedMusic> music = {};           ///< sorted; what host.midiTempo brings
     std::vector<std::string> notices = {};        ///< what was odd in the files that were read
     std::optional<PropertyDictionary> state = {};
     std::optional<PresetChoice> preset = {}; ///< of the store

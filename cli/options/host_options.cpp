@@ -174,6 +174,10 @@ void declareHostOptions(OptionReader& reader, HostRequest& host) {
                "Its notes 36 to 84 select the pitch, its bends add up to two semitones, its "
                "controllers move what --learn says, bends too; played at --tempo, else at its own",
                pathInto(host.midi));
+    reader.addFlag("--midi-tempo",
+                   "The host's tempo and meter change as the --midi file says. Those of --tempo "
+                   "and --meter hold until its first; beats of other options stay --tempo's",
+                   host.midiTempo);
     reader.addFlag("--programs",
                    "Its program changes choose presets and its bank selects banks, which else are "
                    "left out",

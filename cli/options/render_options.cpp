@@ -158,6 +158,8 @@ Complaint checkParts(const RenderRequest& request) {
         return Failure{"--live feeds INPUT to an effect; leave it out with --as instrument"};
     if (request.live && request.host.sample)
         return Failure{"--live cuts the grains from INPUT, --sample from a file; leave one out"};
+    if (request.host.midiTempo && !request.host.midi)
+        return Failure{"--midi-tempo has no tempo to follow; add --midi FILE.mid"};
     if (request.host.programs && !request.host.midi)
         return Failure{"--programs has no program changes to follow; add --midi FILE.mid"};
     return {};

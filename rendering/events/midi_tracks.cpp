@@ -10,7 +10,8 @@ namespace zephyra {
 
 namespace {
 
-constexpr unsigned kSysEx = 0xF0, kEscape = 0xF7, kMeta = 0xFF, kEndOfTrack = 0x2F, kTempo = 0x51;
+constexpr unsigned kSysEx = 0xF0, kEscape = 0xF7, kMeta = 0xFF, kEndOfTrack = 0x2F, kTempo = 0x51,
+                   kMeter = 0x58;
 constexpr std::uint32_t kMostTicks = 1u << 28; // what four bytes of seven bits can say
 constexpr std::size_t kHeaderBytes = 6;
 constexpr std::string_view kHeaderName = "MThd", kTrackName = "MTrk";
@@ -107,7 +108,17 @@ private:
         if (*type == kTempo && data->size() == 3)
             if (const std::uint32_t microseconds = *Bytes(*data).number(3); microseconds > 0)
                 to_.tempos.push_back({tick_, microseconds});
+        if (*type == kMeter && data->size() == 4) takeMeter(Bytes(*data));
         return {};
+    }
+
+    /// The value is a power of two; clicks and 32nds behind it are for metronomes and sheets.
+    void takeMeter(Bytes data) {
+        constexpr std::uint32_t kShortest = 6; // a 64th
+        const auto beats = *data.number(1), power = *data.number(1);
+        if (beats > 0 && power <= kShortest)
+            to_.meters.push_back(
+                {tick_, static_cast<std::uint8_t>(beats), static_cast<std::uint8_t>(1u << power)});
     }
 
     /// A channel message, which may go on with the status of the one before.

@@ -24,11 +24,19 @@ struct TickedTempo {
     std::uint32_t microseconds; ///< a beat, from 1 up
 };
 
+/// A meter that holds from its tick on.
+struct TickedMeter {
+    std::uint32_t tick;
+    std::uint8_t beats; ///< of a bar, from 1 up
+    std::uint8_t value; ///< of a beat: 1, 2, 4 to 64
+};
+
 /// Track after track, the events of each in time's order.
 struct MidiTracks {
     std::uint32_t ticksPerBeat = 1; ///< to 32767
     std::vector<TickedMidi> messages = {};
     std::vector<TickedTempo> tempos = {};
+    std::vector<TickedMeter> meters = {};
     std::vector<std::string> notices = {}; ///< what is odd but can be read, a line each
 };
 

@@ -61,6 +61,19 @@ TEST_F(HostedRender, TheTransportStartsTheGrainsAndAFadeEndsWithThem) {
     EXPECT_LT(std::abs(last), 0.02f);
 }
 
+TEST_F(HostedRender, ItsTempoAndMeterFollowAMidiFileWhereAskedTo) {
+    // 2/4; from beat 6, at a second, 3/4 and 240 beats a minute.
+    writeMidi("song.mid", "\0\xFF\x58\4\2\2\x18\x08\x84\x40\xFF\x51\3\3\xD0\x90"
+                          "\0\xFF\x58\4\3\2\x18\x08"s);
+    writeText(folder / "stop.csv", "1.1,Play Stop,0\n");
+    writeText(folder / "again.csv", "1.1,Play Stop,0\n1.4,Play Stop,1\n");
+    always = "--float --seconds 2.5 --scan-sync 1,3 --tempo 360 --midi song.mid --midi-tempo ";
+    const std::string stopped = render("--automate stop.csv"),
+                      again = render("--automate again.csv");
+    const auto differs = std::ranges::mismatch(stopped, again).in1 - stopped.begin();
+    EXPECT_NEAR(static_cast<double>(differs) / (8 * 44100), 1.75, 0.05); // beat 9, the next bar
+}
+
 TEST_F(HostedRender, AnEffectMixesItsInputAsTold) {
     render("--as effect --drywet 0");
     EXPECT_NEAR(rms(), 0.354, 0.02); // the tone itself, once the mix has glided up

@@ -48,6 +48,7 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --lfo Pan --lfo pan:hz=2", 2, "Pan has an LFO already"},
         {"render in.wav --learn cc:1=Pan", 2, "add --midi FILE.mid"},
         {"render in.wav --programs", 2, "add --midi FILE.mid"},
+        {"render in.wav --midi-tempo", 2, "add --midi FILE.mid"},
         {"render in.wav --midi m --lfo Pan --learn cc:1=Pan", 2, "the one or the other"},
         {"render in.wav --midi m --learn bend=Pan --learn bend=Pan", 2, "learned that already"},
         {"render in.wav --midi m --learn cc:120=Pan", 2, "a number from 0 to 119"},

@@ -66,6 +66,26 @@ TEST(MidiFile, ItsBeatsArePlayedAtTheTempoOfTheHostWhereThereIsOne) {
               "0.125 C1 05; 0.25 D1 06; 0.375 E1 07 08; 0.75 B0 07 01; 0.75 81 3C 09; ");
 }
 
+TEST(MidiFile, ItsTemposAndMetersHoldFromWhereTheyStandUnlessATempoIsToldThroughout) {
+    std::string bytes("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x2b"         // 96 ticks a beat
+                      "\0\xff\x58\4\3\3\x18\x08"                         // 3/8
+                      "\x60\xff\x51\3\3\xa9\x80"                         // a beat in 0.24 s
+                      "\0\xff\x58\4\0\2\x18\x08\0\xff\x58\4\4\7\x18\x08" // no meters
+                      "\x60\xff\x58\4\4\2\x18\x08\0\xff\x2f\0",
+                      65);
+    const auto textOfMusic = [&](ToldTempo told) {
+        std::string text;
+        for (const TimedMusic& one : must(parseMidi(bytes, 60.0, "it", told)).music)
+            text += formatNumber(one.seconds) + " s " + formatNumber(one.beats) + " b " +
+                    formatNumber(one.tempo) + " " + std::to_string(one.meter->first) + "/" +
+                    std::to_string(one.meter->second) + "; ";
+        return text;
+    };
+    EXPECT_EQ(textOfMusic(ToldTempo::begins),
+              "0 s 0 b 60 3/8; 1 s 1 b 250 3/8; 1.24 s 2 b 250 4/4; ");
+    EXPECT_EQ(textOfMusic(ToldTempo::holds), "");
+}
+
 TEST(MidiFile, BrokenFilesAreRefusedWithALineThatSaysWhy) {
     const std::pair<const char*, const char*> files[] = {
         {"cut-in-a-track", "it is cut off in its track 1; save it again"},
