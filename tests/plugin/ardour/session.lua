@@ -1,8 +1,9 @@
 -- What Ardour is asked to do, by its own scripts' language:
 --   make FOLDER FORMAT NAME      a session with the plug-in, what it plays and its automation, saved
 --   bounce FOLDER OUT FIRST END  loads the session, exports these samples to OUT.wav
--- A session has 48 kHz, blocks of 512, 125 beats a minute and three to a bar; automation stands where a
--- frame is a whole tick.
+-- A session has 48 kHz and blocks of 512; up to beat 6, at frame 69120, 250 beats a minute and two to a
+-- bar, then 125 and three. Automation stands in the middle of blocks: Ardour hands it over with the block
+-- that holds it (VST3) or the next one (LV2), and at a block's border now with this one, now with that.
 io.stdout:setvbuf("no")
 local action, folder = arg[1], arg[2]
 AudioEngine:set_backend("None (Dummy)", "", "")
@@ -10,6 +11,7 @@ AudioEngine:set_buffer_size(512)
 
 local kSuperclock = 282240000 // 48000 -- Ardour's ticks of a sample
 local kSeconds = 4
+local kLastOfPreset = 12 -- Jittering, which a VST3 tells last of what the preset changes
 
 local function trackOf(list)
     local found
@@ -45,7 +47,7 @@ local function complete(notes, sound)
         [[fade-out-active="0" scale-amplitude="1" %s/>]]
     local function regionOf(kind, id, whole)
         local unit = kind == "midi" and "b" or "a"
-        local length = kind == "midi" and 1920 * 8 or kSeconds * 48000 * kSuperclock
+        local length = kind == "midi" and 1920 * 16 or kSeconds * 48000 * kSuperclock
         local sources = kind == "midi" and [[source-0="90001" master-source-0="90001"]] or
             [[channels="2" source-0="90002" source-1="90003" master-source-0="90002" master-source-1="90003"]]
         return region:format(unit, unit, length, unit, unit, unit, unit, unit, kind, id, whole, sources)
@@ -58,7 +60,8 @@ local function complete(notes, sound)
     text = text:gsub("<Regions/>", "<Regions>" .. regionOf(kind, 90011, 1) .. "</Regions>")
     text = text:gsub('(<Playlist [^>]*type="' .. kind .. '"[^>]*)/>',
         "%1>" .. regionOf(kind, 90021, 0) .. "</Playlist>")
-    text = text:gsub('(<AutomationList automation%-id="parameter%-%d+"[^>]*)state="Off"', '%1state="Play"')
+    -- Of lists with points: an empty one would play the default.
+    text = text:gsub('(<AutomationList automation%-id="parameter%-%d+"[^>]*)state="Off">', '%1state="Play">')
     file = assert(io.open(path, "w"))
     file:write(text)
     file:close()
@@ -69,8 +72,11 @@ local function make(format, name)
     session:cfg():set_use_transport_fades(false)
     session:cfg():set_use_region_fades(false)
     local map = Temporal.TempoMap.fetch_writable()
-    map:set_tempo(Temporal.Tempo(125, 125, 4), Temporal.timepos_t(0))
-    map:set_meter(Temporal.Meter(3, 4), Temporal.timepos_t(0))
+    local begin, change = Temporal.timepos_t(0), Temporal.timepos_t(69120)
+    map:set_tempo(Temporal.Tempo(250, 250, 4), begin)
+    map:set_meter(Temporal.Meter(2, 4), begin)
+    map:set_tempo(Temporal.Tempo(125, 125, 4), change)
+    map:set_meter(Temporal.Meter(3, 4), change)
     Temporal.TempoMap.update(map)
     map = nil
     local count, kinds = ARDOUR.ChanCount, ARDOUR.DataType
@@ -85,29 +91,28 @@ local function make(format, name)
             ARDOUR.PresentationInfo.max_order, ARDOUR.TrackMode.Normal, true))
     end
     track:input():disconnect_all(nil)
-    -- A VST3 on a track gets no notes here.
-    local onTrack = isInstrument and format == "LV2"
-    local route = onTrack and track or session:master_out()
+    -- Ardour tells an LV2 of tempo and transport through its MIDI input alone.
+    if not isInstrument and format == "LV2" then track:input():add_port("", nil, kinds("midi")) end
     local plugin = ARDOUR.LuaAPI.new_plugin(session, name, ARDOUR.PluginType[format], "")
     assert(not plugin:isnil(), "Ardour knows no " .. format .. " " .. name)
-    assert(route:add_processor_by_index(plugin, 0, nil, true) == 0)
-    for _ = 1, 200 do -- Ardour connects a new track to the master in its own time
+    assert(track:add_processor_by_index(plugin, 0, nil, true) == 0)
+    local loaded = plugin:to_insert():plugin(0)
+    assert(loaded:load_preset(loaded:preset_by_label("Turnstile (Pulse Garden)"))) -- follows the transport
+    -- Ardour connects a new track to the master in its own time, and a VST3 tells it what a preset changed.
+    local function isReady()
         local out = track:output():audio(0)
-        if isInstrument and not onTrack or not out:isnil() and out:connected() then break end
-        ARDOUR.LuaAPI.usleep(50000)
+        local hears = format == "LV2" or ARDOUR.LuaAPI.get_processor_param(plugin, kLastOfPreset) == 0
+        return hears and not out:isnil() and out:connected()
     end
-    if onTrack then -- where it hears of the transport: a preset that follows it
-        local loaded = plugin:to_insert():plugin(0)
-        assert(loaded:load_preset(loaded:preset_by_label("Turnstile (Pulse Garden)")))
-        loaded = nil
-    elseif isInstrument then
-        automate(plugin, "Play Stop", {{0, 1.0}})
+    for _ = 1, 25 do
+        ARDOUR.LuaAPI.usleep(400000) -- in which the preset's sound is read
+        if isReady() then break end
     end
-    -- At 0 what stands there already: Ardour adds a point there, and an LV2 hears nothing of it.
-    automate(plugin, "Pitch", {{0, 0.5}, {30960, 0.75}, {77040, 0.25}})
-    automate(plugin, "Width", {{0, 0.5}, {49392, 1.0}})
+    assert(isReady())
+    automate(plugin, "Play Stop", {{0, 1.0}, {84736, 0.0}, {90368, 1.0}})
+    automate(plugin, "Width", {{0, 0.5}, {158464, 1.0}})
     session:save_state("")
-    track, route, plugin = nil, nil, nil -- what is freed later would need the session then
+    track, plugin, loaded = nil, nil, nil -- what is freed later would need the session then
     collectgarbage()
     close_session()
     complete(isInstrument)
