@@ -51,7 +51,7 @@ AudioUnitViewController::getStateWith(const std::function<void(PropertyDictionar
         const RunLoop::Scope main(instance_.runLoop);
         state = stateFor(StateUse::session);
         state.insert_or_assign(state_key::kPreset, selectionState(presets));
-        sounds.emplace(_GRANULATOR_STREAM);
+        sounds.emplace(_GRANULATOR_STREAM, &sampleLoader);
         if (add) add(state);
     }
     sounds->encode();

@@ -65,6 +65,7 @@ void SampleLoader::start(const std::filesystem::path& asked, Read read, Order or
     const Ended before = std::exchange(ended_, std::move(ended));
     ++requests_;
     missing_.reset();
+    takesOver_ = order.named && order.use == SoundUse::play;
     order.liveStarts = stream_.liveStarts();
     order.peak = stream_.normalizePeak();
     *progress_ = 0.0;

@@ -49,6 +49,9 @@ public:
 
     /// Whether a file is being read.
     bool isLoading() const { return worker_.busy(); }
+    /// Whether what the stream's reference names is being read and will be heard in the place of
+    /// what live input left.
+    bool replacesLive() const { return isLoading() && takesOver_ && !stream_.isLive(); }
     /// The share that was read, 0..1. Any thread.
     double progress() const { return *progress_; }
     /// How many loads were asked for since construction.
@@ -79,6 +82,7 @@ private:
     MOK_SCRUB_GRANULATOR& stream_;
     std::shared_ptr<Relaxed<double>> progress_; // the running job keeps it too
     std::uint64_t requests_ = 0;
+    bool takesOver_ = false; // the load asked for last, of a state's sound that is to be played
     std::weak_ptr<const mokSample> lastSound_; // the stream's, when another was last asked for
     SampleReference lastReference_;            // of that
     std::filesystem::path asked_;              // what the load that runs was asked for

@@ -6,10 +6,10 @@
 
 namespace zephyra {
 
-StateSounds::StateSounds(MOK_SCRUB_GRANULATOR& stream)
+StateSounds::StateSounds(MOK_SCRUB_GRANULATOR& stream, const SampleLoader* loader)
     : log_(stream.instance().log), folders_(stream.instance().folders),
       files_(stream.instance().fileFacts), reference_(stream.sampleReference()),
-      captured_(takeCaptured(stream)) {
+      captured_(loader && loader->replacesLive() ? CapturedSound() : takeCaptured(stream)) {
     if (reference_.path.empty()) return;
     // Whatever the setting says, the only copy of a sound is not thrown away.
     if (reference_.embedded && reference_.embedded->isOnlyCopy) {

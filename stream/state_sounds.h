@@ -6,6 +6,7 @@
 #include "platform/sound/file_facts.h"
 #include "stream/captured_state.h"
 #include "stream/embedded_sample.h"
+#include "stream/sample_loader.h"
 #include "stream/stream_controller.h"
 
 #include <memory>
@@ -18,8 +19,10 @@ namespace zephyra {
 /// a stream goes on and may get another sound; the state is of what was there at the beginning.
 class StateSounds {
 public:
-    /// Takes what there is to encode; what was encoded before is taken as it is. MAIN.
-    explicit StateSounds(MOK_SCRUB_GRANULATOR& stream);
+    /// Takes what there is to encode; what was encoded before is taken as it is. What live input
+    /// heard does not go along while loader, null for none, reads the sound that takes its place:
+    /// it would be heard instead of that. MAIN.
+    explicit StateSounds(MOK_SCRUB_GRANULATOR& stream, const SampleLoader* loader = nullptr);
 
     /// Any thread but RENDER; uses the stream's log at most.
     void encode();

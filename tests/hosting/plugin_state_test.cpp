@@ -54,6 +54,15 @@ TEST(PluginState, HoldsWhatTheHostHasJustSet) {
     }
 }
 
+TEST(PluginState, NamesTheSoundThatIsBeingReadAndNotWhatLiveHeardBefore) {
+    HostedPlugin plugin(PluginKind::effect);
+    plugin.render(2);
+    EXPECT_TRUE(listOf(plugin.state()).contains("Captured_0"));
+    plugin.setProgram(44); // LIVE off, with a sound
+    const PropertyDictionary state = listOf(plugin.state());
+    EXPECT_TRUE(state.contains("Sample_0") && !state.contains("Captured_0"));
+}
+
 TEST(PluginState, OfTheCommandOrAPresetLoadsAndNotesGoOn) {
     HostedPlugin plugin(PluginKind::instrument);
     EXPECT_EQ(plugin.settings(), PluginSettings());

@@ -104,9 +104,9 @@ local function make(format, name)
         local hears = format == "LV2" or ARDOUR.LuaAPI.get_processor_param(plugin, kLastOfPreset) == 0
         return hears and not out:isnil() and out:connected()
     end
-    for _ = 1, 25 do
-        ARDOUR.LuaAPI.usleep(400000) -- in which the preset's sound is read
+    for _ = 1, 200 do
         if isReady() then break end
+        ARDOUR.LuaAPI.usleep(50000)
     end
     assert(isReady())
     automate(plugin, "Play Stop", {{0, 1.0}, {84736, 0.0}, {90368, 1.0}})
