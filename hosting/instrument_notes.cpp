@@ -1,6 +1,5 @@
 #include "hosting/instrument_notes.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace zephyra {
@@ -30,8 +29,9 @@ void InstrumentNotes::playStopWasSet() {
 }
 
 bool InstrumentNotes::restored(StateOrder::Number asked) {
-    restored_ = std::max(restored_, asked);
+    restored_ = asked;
     wish_ = Wish::none;
+    begun_ = 0; // what plays is the state's
     return newest_ >= asked && held_.any();
 }
 
@@ -53,12 +53,11 @@ void InstrumentNotes::wish(Wish wished) {
 
 /// What is armed waits for the host, whoever began the last start.
 bool InstrumentNotes::playsForNotes() const {
-    return !standsBy() && !stream_.isArmed() && begun_ == stream_.starts();
+    return !standsBy() && !stream_.isArmed() && begun_ != 0 && begun_ == stream_.starts();
 }
 
 /// A start shows itself one step later, and cannot be stopped before.
 void InstrumentNotes::settle() {
-    if (wish_ == Wish::none) return;
     if (stream_.isStarting()) return settleLater();
     switch (std::exchange(wish_, Wish::none)) {
     case Wish::start:

@@ -49,7 +49,7 @@ private:
     bool waits_ = false;              // for Play Stop
     std::uint64_t begun_ = 0;         // the stream's start that was the notes'; 0 for none
     StateOrder::Number newest_ = 0;   // of the last note-on
-    StateOrder::Number restored_ = 0; // the newest state
+    StateOrder::Number restored_ = 0; // the last state
     std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true); // posted steps look at it
 };
 

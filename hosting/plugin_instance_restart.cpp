@@ -21,21 +21,18 @@ void PluginInstance::startAnew() ZEPHYRA_NONBLOCKING {
     modulationStarts_ = true;
 }
 
+/// What a host sets for this block acts afterwards, whichever way it comes.
 void PluginInstance::startAnewOffline() {
-    offline_.settle();
-    {
-        const RunLoop::Scope main(system_.instance.runLoop);
-        offline_.beginStretch();
-        const HostTime& time = host_.time;
-        MOK_SCRUB_GRANULATOR& stream = system_.stream();
-        const bool hostMoves = time.reportsTransport() && time.isMoving();
-        // The host's start is what starts such a stream, as it did the first time.
-        notes_.startAnew();
-        if (hostMoves && stream.controls.syncSampler.isOn()) stream.stopAtOnce();
-        system_.unit->startAnew(hostMoves);
-        system_.view.startAnew(time.reportsContext() ? HostBars::come : HostBars::doNotCome);
-    }
-    offline_.settle();
+    const RunLoop::Scope main(system_.instance.runLoop);
+    offline_.beginStretch();
+    const HostTime& time = host_.time;
+    MOK_SCRUB_GRANULATOR& stream = system_.stream();
+    const bool hostMoves = time.reportsTransport() && time.isMoving();
+    // The host's start is what starts such a stream, as it did the first time.
+    notes_.startAnew();
+    if (hostMoves && stream.controls.syncSampler.isOn()) stream.stopAtOnce();
+    system_.unit->startAnew(hostMoves);
+    system_.view.startAnew(time.reportsContext() ? HostBars::come : HostBars::doNotCome);
 }
 
 } // namespace zephyra

@@ -135,10 +135,51 @@ TEST(PluginBounce, BeginsWhereItsSettingSays) {
         };
         const std::vector<float> first = bounce(true);
         EXPECT_EQ(bounce(true) == first, when != StartAnew::never);
-        const mokGranulatorSF& engine = player.plugin.system().stream().engine();
+        HostedInstance& system = player.plugin.system();
+        const mokGranulatorSF& engine = system.stream().engine();
+        MOK_LFO& lfo = system.view.assignments.getLfoWidgetsMapping()
+                           ->getWrapperID(&system.stream().controls._pitch)
+                           ->currentLFO;
         player.play(5000, false, {.moving = false});
+        {
+            const RunLoop::Scope main(system.instance.runLoop);
+            lfo.setPhase(0.25);
+            for (int n = 0; n < 4; ++n) processLFO(&lfo);
+            lfo.setHz(kLowestLfoRate);
+        }
         player.play(1, false, {.moving = true});
         EXPECT_EQ(engine.currentRandomSeed() == afterOneGrain(7), when == StartAnew::always);
+        system.instance.runLoop.runPosted();
+        EXPECT_EQ(lfo.getPhase() < 0.27, when == StartAnew::always) << lfo.getPhase();
+    }
+}
+
+TEST(PluginBounce, BeginsOnceWhereABlockOfNoFramesStartsTheTransport) {
+    PluginPlayer player(PluginKind::instrument);
+    ASSERT_TRUE(player.plugin.prepare({44100, 256}));
+    PluginPlayer::arrange(player.plugin.system());
+    player.play(5000, true, {.moving = false});
+    const std::uint8_t note[] = {0x90, 67, 100};
+    player.plugin.queueMidi(note, 3);
+    player.plugin.renderOffline({.transport = kMusic});
+    EXPECT_GT(peak(player.play(20000, true)), 0.01f);
+}
+
+TEST(PluginBounce, HoldsASyncedTakeForTheDownbeatWhereAHostSendsBars) {
+    PluginTransport behindTheBar = kMusic;
+    behindTheBar.beats = 1.0;
+    for (const auto& [transport, waits] : {std::pair(behindTheBar, true), {{}, false}}) {
+        PluginPlayer player;
+        ASSERT_TRUE(player.plugin.prepare({44100, 256}));
+        HostedInstance& system = player.plugin.system();
+        PluginPlayer::arrange(system);
+        {
+            const RunLoop::Scope main(system.instance.runLoop);
+            system.stream().setDisplayed(scanSync, 1.0f);
+        }
+        player.play(1000, true, transport);
+        EXPECT_EQ(system.stream().scrubRecorder.isArmed(), waits);
+        EXPECT_EQ(system.stream().scrubRecorder.movesScan(), !waits);
     }
 }
 

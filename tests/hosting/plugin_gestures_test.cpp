@@ -90,6 +90,7 @@ TEST(PluginGestures, EndWithTheirListenerAlsoWhereItGoesInACallOfItsOwn) {
     hand.join();
     EXPECT_FALSE(late);
     plugin.listen();
+    EXPECT_TRUE(plugin.prepare({44100, 64})); // after which hands are heard at once
     plugin.drag(width, 0.25f);
     EXPECT_EQ(plugin.heard(), "[4 0.75 =4 0.25 ]4 0.25 ");
     int heard = 0;

@@ -9,13 +9,16 @@ using enum ControlId;
 
 struct Player : HostedPlugin {
     explicit Player(PluginKind kind = PluginKind::instrument) : HostedPlugin(kind) { render(); }
+    /// Blocks of a bounce, or in real time.
+    void pass(int blocks = 1) {
+        for (int i = 0; i < blocks; ++i) isLive ? renderLive() : void(render());
+    }
     void fadeOutIn(float seconds) {
         const auto held = main();
         system().view._fadeOutTime.setValue(seconds);
     }
     /// Plays messages of three bytes as a text has them, a block after each; "|" lets one go by,
-    /// and
-    /// "+" plays what follows in the block of what was before.
+    /// and "+" plays what follows in the block of what was before.
     void play(const std::string& text) {
         std::istringstream words(text);
         std::string word;
@@ -25,7 +28,7 @@ struct Player : HostedPlugin {
         };
         while (words >> word) {
             if (word == "|") {
-                render();
+                pass();
                 continue;
             }
             const auto status = static_cast<std::uint8_t>(std::stoi(word, nullptr, 16));
@@ -34,9 +37,11 @@ struct Player : HostedPlugin {
             if (words >> std::ws && words.peek() == '+')
                 words >> word;
             else
-                render();
+                pass();
         }
     }
+
+    bool isLive = false;
 };
 
 TEST(InstrumentNotes, PlayUntilTheLastKeyAndThePedalAreUp) {
@@ -68,14 +73,17 @@ TEST(InstrumentNotes, PlayUntilTheLastKeyAndThePedalAreUp) {
         {"90 3C 64 + 80 3C 40", false, "a note and its end in one moment"},
         {"90 3C 64 + 80 3C 40 + 90 3C 64", true, "and again"},
         {"90 3C 64 + B0 78 00 + 90 3C 64", true, "sound off and a note in one moment"}};
-    for (const auto& [text, plays, what] : rows) {
-        Player player;
-        player.fadeOutIn(0.1f);
-        player.play(text);
-        player.render(2);
-        EXPECT_EQ(player.plays(), plays) << what;
-        EXPECT_EQ(player.value(playStop), plays ? 1.0f : 0.0f) << what;
-    }
+    for (const auto& [text, plays, what] : rows)
+        for (const bool live : {false, true}) {
+            if (live && !std::strchr(text, '+')) continue; // MAIN takes one at a time anyway
+            Player player;
+            player.isLive = live;
+            player.fadeOutIn(0.1f);
+            player.play(text);
+            player.pass(live ? 20 : 2);
+            EXPECT_EQ(player.plays(), plays) << what << live;
+            EXPECT_EQ(player.value(playStop), plays ? 1.0f : 0.0f) << what << live;
+        }
 }
 
 TEST(InstrumentNotes, FadeByTheFadeTimeAndSoundOffDoesNot) {
@@ -100,6 +108,10 @@ TEST(InstrumentNotes, EndOnlyWhatTheyBeganUnlessItIsToGoOn) {
     player.play("B0 78 00");
     EXPECT_FALSE(player.plays()) << "sound off ends it";
     player.play("90 3C 64");
+    player.set(playStop, 0.0f);
+    player.play("| 80 3C 40");
+    EXPECT_FALSE(player.plays()) << "what a hand has ended";
+    player.play("90 3C 64");
     player.set(playStop, 0.0f); // and by hand again, while the key is down
     player.render();
     player.set(playStop, 1.0f);
@@ -121,7 +133,8 @@ TEST(InstrumentNotes, TakeTurnsWithPlayStopAlsoInRealTime) {
             player.set(playStop, 0.0f, 7);
             player.set(playStop, 0.0f, 9);
             player.midi({0x90, 60, 100}, noteIsLast ? 9 : 8);
-            for (int i = 0; i < 20; ++i) offline ? void(player.render()) : player.renderLive();
+            player.isLive = !offline;
+            player.pass(20);
             EXPECT_EQ(player.plays(), noteIsLast) << offline;
         }
 }
@@ -175,6 +188,10 @@ TEST(InstrumentNotes, LeaveTheTransportToTheHostWithScanSync) {
     player.set(playStop, 0.0f);
     player.play("| 90 3C 64 |");
     EXPECT_FALSE(player.plays());
+    player.set(playStop, 1.0f);
+    player.play("| B0 78 00 90 3C 64 80 3C 40 90 3C 64 |");
+    EXPECT_TRUE(player.plays()) << "armed still";
+    player.set(playStop, 0.0f);
     player.transport.tempo = 120.0;
     player.transport.beats = 0.0;
     player.transport.moving = true;
@@ -225,36 +242,73 @@ TEST(PluginStart, IsAsTheKindAndTheStateSay) {
     }
 }
 
-TEST(PluginStart, GivesWayToWhatWasPlayedSinceTheStateWasAskedFor) {
+TEST(PluginStart, GivesWayToWhatWasPlayedSinceTheStateWasAskedForAndNothingElse) {
     // The state waits for MAIN, which a screen holds; RENDER goes on meanwhile.
-    for (const auto kind : {PluginKind::effect, PluginKind::instrument})
-        for (const bool note : {false, true}) {
-            HostedPlugin plugin(kind);
-            const bool instrument = plugin.isInstrument();
-            plugin.set(playStop, 0.0f);
-            plugin.renderLive();
-            ASSERT_TRUE(plugin.willPlay(false));
-            const std::string state = plugin.state();
-            const StateOrder& states = plugin.system().instance.states;
-            const StateOrder::Number before = states.now();
-            std::thread host;
-            {
-                const auto screen = plugin.main();
-                host = std::thread([&] { EXPECT_TRUE(plugin.restore(state).ok()); });
-                while (states.now() == before) std::this_thread::yield();
-                if (note)
-                    plugin.midi({0x90, 60, 100});
-                else
-                    plugin.set(playStop, instrument ? 1.0f : 0.0f);
-                plugin.renderLive();
-            }
-            host.join();
-            for (int i = 0; i < 20; ++i) plugin.renderLive();
-            EXPECT_TRUE(plugin.willPlay(instrument || note)) << instrument << note;
-            if (!instrument || !note) continue;
-            plugin.midi({0x80, 60, 0});
-            EXPECT_TRUE(plugin.willPlay(false)) << "the note's end";
+    using Act = std::function<void(Player&)>;
+    const Act none = [](Player&) {},
+              note =
+                  [](Player&p) {
+                      p.midi({0x90, 60, 100});
+                  },
+              end =
+                  [](Player&p) {
+                      p.midi({0x80, 60, 0}, 9);
+                  },
+              play = [](Player&p) { p.set(playStop, 1.0f); },
+              stop = [](Player&p) { p.set(playStop, 0.0f); };
+    const auto both = [](const Act& one, const Act& other) {
+        return [one, other](Player& p) { one(p), other(p); };
+    };
+    const auto late = [note](Player& p) { // behind more than MAIN takes at a time
+        for (int i = 0; i < 4000; ++i) p.midi({0xB0, 1, 1});
+        note(p);
+    };
+    const struct {
+        PluginKind kind;
+        bool played, synced;
+        Act before, after;
+        bool plays, playsOn; // and when the key is up
+        const char* what;
+    } rows[] = {
+        {PluginKind::effect, false, false, none, stop, false, false, "stopped since"},
+        {PluginKind::effect, false, false, none, note, true, true, "notes are nothing to it"},
+        {PluginKind::instrument, false, false, none, play, true, true, "started since"},
+        {PluginKind::instrument, false, false, none, note, true, false, "a note since"},
+        {PluginKind::instrument, true, false, none, note, true, false, "and what played is its"},
+        {PluginKind::instrument, false, false, none, both(note, end), false, false, "a short one"},
+        {PluginKind::instrument, false, false, note, none, false, false, "a note before"},
+        {PluginKind::instrument, false, false, late, none, false, false, "that comes late"},
+        {PluginKind::instrument, true, false, both(stop, note), none, false, false, "that waits"},
+        {PluginKind::instrument, false, true, none, note, true, true, "the host moves it"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        Player plugin(row.kind), saved(row.kind);
+        plugin.isLive = true;
+        saved.sync(row.synced);
+        const std::string state = saved.state();
+        plugin.set(playStop, row.played ? 1.0f : 0.0f);
+        plugin.transport.moving = true;
+        plugin.pass();
+        ASSERT_TRUE(plugin.willPlay(row.played));
+        const StateOrder& states = plugin.system().instance.states;
+        const StateOrder::Number asked = states.now();
+        std::thread host;
+        {
+            const auto screen = plugin.main();
+            row.before(plugin);
+            plugin.pass();
+            host = std::thread([&] { EXPECT_TRUE(plugin.restore(state).ok()); });
+            while (states.now() == asked) std::this_thread::yield();
+            row.after(plugin);
+            plugin.pass();
         }
+        host.join();
+        plugin.pass(20);
+        EXPECT_TRUE(plugin.willPlay(row.plays));
+        end(plugin);
+        plugin.pass(20);
+        EXPECT_TRUE(plugin.willPlay(row.playsOn));
+    }
 }
 
 } // namespace
