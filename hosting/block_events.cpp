@@ -9,7 +9,7 @@ bool BlockEvents::add(std::uint32_t frame, const AURenderEvent& event) ZEPHYRA_N
     Array& events = *events_;
     std::size_t place = count_++;
     // Hosts sort them, so this hardly ever moves anything.
-    for (; place > taken_ && events[place - 1].eventSampleTime > frame; --place)
+    for (; place > 0 && events[place - 1].eventSampleTime > frame; --place)
         events[place] = events[place - 1];
     events[place] = event;
     events[place].eventSampleTime = frame;

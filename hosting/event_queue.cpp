@@ -50,11 +50,9 @@ std::span<EventQueue::Entry> EventQueue::takeDue(std::uint64_t frame) {
 }
 
 std::vector<EventQueue::Entry> EventQueue::takeAll() {
+    endBlock(0);
     sort();
-    entries_.erase(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(taken_));
-    std::vector<Entry> all = std::move(entries_);
-    clear();
-    return all;
+    return std::exchange(entries_, {});
 }
 
 void EventQueue::endBlock(std::uint32_t frames) {

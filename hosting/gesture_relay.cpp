@@ -27,13 +27,11 @@ void GestureRelay::setListener(GestureFilter::Forward listener) {
     std::shared_ptr<Listener> before;
     {
         const RunLoop::Scope main(loop_);
-        filter_.reset(); // with what was touched
         before = std::exchange(listener_, next);
-        if (next)
-            filter_ = std::make_unique<GestureFilter>(
-                tree_, [this, next](const AUParameterAutomationEvent& event) {
-                    loop_.callOutside([next, event] { next->hear(event); });
-                });
+        const auto relay = [this, next](const AUParameterAutomationEvent& event) {
+            loop_.callOutside([next, event] { next->hear(event); });
+        };
+        filter_ = next ? std::make_unique<GestureFilter>(tree_, relay) : nullptr;
     }
     if (before) before->close();
 }

@@ -28,20 +28,15 @@ OfflineHost::~OfflineHost() {
 }
 
 OSStatus OfflineHost::start(const HostSetup& setup) {
-    useSampleClock();
     if (const OSStatus status = host_.start(setup); status != noError) return status;
     goOffline();
     return noError;
 }
 
-void OfflineHost::useSampleClock() {
-    const RunLoop::Scope main(instance_.runLoop);
-    instance_.runLoop.setClock(RunLoop::Clock::sample);
-}
-
 void OfflineHost::goOffline() {
     settle(); // what came before is none of the stretch's
-    useSampleClock();
+    const RunLoop::Scope main(instance_.runLoop);
+    instance_.runLoop.setClock(RunLoop::Clock::sample);
     events_.clear();
     renderSeconds_ = 0.0;
     beginStretch();

@@ -99,7 +99,6 @@ public:
     double renderSeconds() const { return renderSeconds_; }
 
 private:
-    void useSampleClock();
     OSStatus actUpTo(std::uint32_t frame);
     OSStatus handOver(std::span<EventQueue::Entry> events);
     std::uint32_t cycleEnd(std::uint32_t begin, std::uint32_t frames);

@@ -53,6 +53,7 @@ TEST(HostTime, KeepsUpWhatAHostDoesNotTell) {
         {{tempo, at(16)}, "0 1600m! "},
         {{rolls(2), Told{.tempo = kNone, .beats = kNone}, nothing}, "200m 250m 300m "},
         {{rolls(2), Told{.tempo = 240.0}, nothing, Told{.tempo = -1.0}}, "200m 250m 350m 450m "},
+        {{rolls(2), Told{.tempo = 0.0}, nothing}, "200m 250m 250m "},
         {{rolls(4), rolls(4.5), rolls(4), rolls(4.5)}, "400m 450m 400m! 450m "},
         {{rolls(4), nothing, rolls(4)}, "400m 450m 400m! "}, // told when it changes, and only then
         {{rolls(4), rolls(4.49), rolls(4.98), rolls(16)}, "400m 449m 498m 1600m! "},
@@ -74,9 +75,19 @@ TEST(HostTime, FollowsPositionsAloneAlsoAfterAnotherStart) {
         EXPECT_FALSE(time.isMoving()) << round;
         time.goOn(kBlock);
     }
+    time.start(22050); // the position goes on from where it stood
+    time.follow({.moving = true});
+    time.goOn(kBlock);
+    time.start(44100);
+    time.goOn(kBlock);
+    EXPECT_EQ(time.beatPosition(), 6.0);
     time.follow({.tempo = 1e308, .beats = 1.0, .moving = true});
     time.goOn(kBlock);
     EXPECT_TRUE(std::isfinite(time.beatPosition()));
+    HostTime without;
+    without.setTransport(true);
+    without.goOn(kBlock);
+    EXPECT_EQ(without.beatPosition(), 0.0); // no tempo, no beats
 }
 
 TEST(HostTime, BeginsABarWhereTheHostsRoundingWouldMissIt) {

@@ -94,6 +94,8 @@ TEST(OfflineHost, CutsABlockWhereSomethingActsAndNowhereElse) {
         EXPECT_EQ(happened, wanted);
         EXPECT_EQ(host.hasQueued(), offsets == Offsets{1024});
     }
+    host.stop(); // the unit may outlive it
+    EXPECT_FALSE(hosted.unit->musicalContextBlock || hosted.unit->transportStateBlock);
 }
 
 TEST(OfflineHost, LetsNothingOvertakeAnotherOnTheWayToMain) {

@@ -90,8 +90,11 @@ TEST(PluginGestures, EndWithTheirListenerAlsoWhereItGoesInACallOfItsOwn) {
     hand.join();
     EXPECT_FALSE(late);
     plugin.listen();
-    EXPECT_TRUE(plugin.prepare({44100, 64})); // after which hands are heard at once
-    plugin.drag(width, 0.25f);
+    {
+        const auto screen = plugin.main(); // before anybody else drives MAIN
+        EXPECT_TRUE(plugin.prepare({44100, 64}));
+        plugin.drag(width, 0.25f);
+    }
     EXPECT_EQ(plugin.heard(), "[4 0.75 =4 0.25 ]4 0.25 ");
     int heard = 0;
     plugin.setGestureListener([&](const auto&) {

@@ -50,6 +50,7 @@ TEST(PluginState, HoldsWhatTheHostHasJustSet) {
     for (int i = 1; i <= 20; ++i) { // else the clock might be quicker, by chance
         const float set = 0.04f * static_cast<float>(i);
         plugin.setParameter(static_cast<AUParameterAddress>(width), set);
+        plugin.setParameter(static_cast<AUParameterAddress>(width), NAN);
         EXPECT_EQ(listOf(plugin.state()).at("Width_0"), PropertyValue(set));
     }
 }

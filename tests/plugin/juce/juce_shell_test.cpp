@@ -138,42 +138,5 @@ TEST_F(JuceShell, RefusesAStateWithAnAlert) {
     EXPECT_EQ(std::ranges::count(host.lines, instance.alerts.current()->message), 1);
 }
 
-/// What a host calls one after the other, with blocks of any size.
-void useOne(PluginKind kind, int outputs) {
-    Hosted host(kind);
-    juce::AudioProcessor& processor = host.processor;
-    juce::AudioProcessor::BusesLayout layout;
-    if (kind != PluginKind::instrument) layout.inputBuses.add(juce::AudioChannelSet::mono());
-    layout.outputBuses.add(outputs == 1 ? juce::AudioChannelSet::mono()
-                                        : juce::AudioChannelSet::stereo());
-    ASSERT_TRUE(processor.setBusesLayout(layout));
-    processor.prepareToPlay(44100.0, 64);
-    juce::AudioBuffer<float> sound(outputs, 1000);
-    float loudest = 0.0f;
-    for (int n = 0; n < 60; ++n) {
-        const int frames = n % 5 == 0 ? 0 : 40 * (n % 25); // longer than announced, and none
-        for (int i = 0; i < frames; ++i) sound.setSample(0, i, 0.5f);
-        juce::AudioBuffer<float> block(sound.getArrayOfWritePointers(), outputs, frames);
-        juce::MidiBuffer midi;
-        midi.addEvent(juce::MidiMessage::noteOn(1, 60, 1.0f), frames / 2);
-        processor.setNonRealtime(n % 2 == 1);
-        processor.processBlock(block, midi);
-        loudest = std::max(loudest, block.getMagnitude(0, frames));
-    }
-    EXPECT_GT(loudest, 0.01f);
-    processor.releaseResources();
-    juce::MemoryBlock state;
-    processor.getStateInformation(state);
-    EXPECT_GT(state.getSize(), 1000u);
-}
-
-TEST(JuceShellAlone, NeedsNoMessageThread) {
-    std::vector<std::thread> hosts;
-    for (const PluginKind kind :
-         {PluginKind::effect, PluginKind::instrument, PluginKind::standalone})
-        for (const int outputs : {1, 2}) hosts.emplace_back(useOne, kind, outputs);
-    for (std::thread& host : hosts) host.join();
-}
-
 } // namespace
 } // namespace zephyra

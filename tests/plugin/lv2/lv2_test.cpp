@@ -279,6 +279,34 @@ TEST_F(Lv2, ABrokenStateIsRefusedWithAMessageAndChangesNothing) {
     EXPECT_EQ(host.inState("Density_0"), density);
 }
 
+TEST_F(Lv2, PassesItsInputOnWhileItIsNotEnabled) {
+    Lv2Host host(PluginKind::effect);
+    host.port("free_wheeling") = 1;
+    host.port("enabled") = 0;
+    host.render(4096);
+    for (std::size_t n = 2000; n < 4096; ++n) // behind its fade
+        ASSERT_EQ(host.heard[n], host.input(0)[n]) << n;
+}
+
+TEST_F(Lv2, ANoteBehindAPositionActsAtItsOwnFrame) {
+    Lv2Host whole(PluginKind::instrument), parts(PluginKind::instrument);
+    const auto state = whole.properties();
+    for (Lv2Host* const host : {&whole, &parts}) {
+        host->port("free_wheeling") = 1;
+        ASSERT_EQ(host->restoreProperties(state), LV2_STATE_SUCCESS);
+    }
+    whole.position(256, {{"beatsPerMinute", 90.0f}});
+    whole.midi(300, kNoteOn);
+    whole.render(8192);
+    parts.render(256);
+    parts.position(0, {{"beatsPerMinute", 90.0f}});
+    parts.midi(44, kNoteOn);
+    parts.render(8192 - 256);
+    EXPECT_GT(peakOf(whole.heard), 0.01f);
+    EXPECT_TRUE(std::equal(whole.heard.begin() + 256, whole.heard.begin() + 8192,
+                           parts.heard.begin() + 512));
+}
+
 TEST_F(Lv2, ASideWithOneChannelConnectedIsMono) {
     for (const PluginKind kind : kKinds) {
         Lv2Host both(kind), one(kind);

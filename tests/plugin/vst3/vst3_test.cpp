@@ -237,58 +237,5 @@ TEST(Vst3, PassesTheInputOnWhileBypassedAndTellsItsTail) {
         << plugin->getTailLengthSeconds();
 }
 
-TEST(Vst3, BouncesAnInstancesOwnBytesAlsoASecondTime) {
-    constexpr int kFrames = 512;
-    for (const PluginKind kind : kKinds) {
-        Vst3Plugin plugin(kind);
-        plugin.start(48000, kFrames);
-        plugin.play(kFrames, midi({0x90, 60, 100}));
-        EXPECT_TRUE(plugin.playUntil([&] { return plugin.peak() > 0.001f; }));
-        PluginInstance own(kind);
-        EXPECT_TRUE(own.prepare({48000, kFrames}));
-        const std::string state = plugin.state();
-        EXPECT_TRUE(own.setState(std::as_bytes(std::span(state))));
-        plugin.setState(state);
-        const auto bounce = [&](const auto& playBlock) {
-            std::vector<float> sound(160 * kFrames);
-            PluginTransport transport{
-                .tempo = 120, .numerator = 4, .denominator = 4, .beats = 0, .moving = true};
-            for (int i = 0; i < 80; ++i, *transport.beats += kFrames / 24000.0) {
-                float* const left = sound.data() + 2 * i * kFrames;
-                for (int n = 0; n < 2 * kFrames; ++n)
-                    left[n] = 0.3f * std::sin(0.03f * static_cast<float>(n + i * kFrames));
-                playBlock(left, left + kFrames, transport, i);
-            }
-            return sound;
-        };
-        const auto wanted =
-            bounce([&](float* left, float* right, const PluginTransport& at, int i) {
-                const std::uint8_t note[] = {0x90, 64, 100};
-                if (i == 0) own.queueMidi(note, 3);
-                const auto& facts = pluginParameters()[static_cast<std::size_t>(density)];
-                if (i % 8 == 0)
-                    own.queueParameter(static_cast<AUParameterAddress>(density),
-                                       linearFromNormalized(facts, static_cast<float>(i) / 80));
-                own.renderOffline({kFrames, {left, right}, {left, right}, at});
-            });
-        EXPECT_GT(*std::ranges::max_element(wanted), 0.01f);
-        for (int round = 0; round < 2; ++round) {
-            plugin->setNonRealtime(true);
-            EXPECT_TRUE(
-                wanted == bounce([&](float* left, float* right, const PluginTransport& at, int i) {
-                    plugin.transport = at;
-                    auto notes = i == 0 ? midi({0x90, 64, 100}) : juce::MidiBuffer();
-                    if (i % 8 == 0)
-                        plugin.parameter(idOf(density)).setValue(static_cast<float>(i) / 80);
-                    plugin.play(left, right, kFrames, notes);
-                }))
-                << static_cast<int>(kind) << round;
-            plugin.transport.moving = false;
-            plugin->setNonRealtime(false);
-            EXPECT_LT(played(plugin, 37, 300), 4.0f);
-        }
-    }
-}
-
 } // namespace
 } // namespace zephyra
