@@ -123,6 +123,7 @@ TEST_F(JuceShell, TellsTheHostWhatAProgramChangedAndNothingOfAState) {
     EXPECT_EQ(std::ranges::count(told, "2=0.50"), 1);
     EXPECT_EQ(std::ranges::count(again, "2=0.50"), 0);
     EXPECT_EQ(again.back(), "program");
+    EXPECT_GT(again.size(), 4u);
 }
 
 TEST_F(JuceShell, RefusesAStateWithAnAlert) {

@@ -108,6 +108,10 @@ TEST_F(Lv2, APortActsWhenItChangesAndNeverWhileItStands) {
     alone.restore(moved, false);
     alone.render(64);
     EXPECT_EQ(alone.inState("Density_0"), 300);
+    alone.render(48000);
+    alone.port("density") = 100; // the saved one, but long after
+    alone.render(64);
+    EXPECT_NEAR(alone.inState("Density_0"), density, 1e-4);
 
     // What automation brings right after a restore is meant.
     alone.restore(moved);
