@@ -56,6 +56,22 @@ public:
         RunLoop& loop_;
     };
 
+    /// The same without waiting: false where another thread is MAIN right now. For what is drawn
+    /// many times a second, which may as well show the moment before.
+    class TryScope {
+    public:
+        explicit TryScope(RunLoop& loop) : loop_(loop.tryEnter() ? &loop : nullptr) {}
+        ~TryScope() {
+            if (loop_) loop_->leave();
+        }
+        TryScope(const TryScope&) = delete;
+        TryScope& operator=(const TryScope&) = delete;
+        explicit operator bool() const noexcept { return loop_ != nullptr; }
+
+    private:
+        RunLoop* loop_;
+    };
+
     /// Runs task at the next advance, after those posted before. Any thread but RENDER.
     void post(Task task);
 

@@ -1,4 +1,17 @@
-# zephyra_juce: the modules of JUCE that any of our programs needs, compiled once.
+# zephyra_juce: the modules of JUCE that any of our programs needs, found and compiled once. No target
+# where there is no JUCE.
+
+set(ZEPHYRA_JUCE_PATH "" CACHE PATH "Sources of JUCE 7.0.5; empty for the installed package")
+if(ZEPHYRA_JUCE_PATH)
+    add_subdirectory(${ZEPHYRA_JUCE_PATH} juce EXCLUDE_FROM_ALL SYSTEM)
+else()
+    find_package(JUCE 7.0.5 CONFIG QUIET)
+    if(NOT JUCE_FOUND)
+        message(STATUS "No window, no VST3 and no standalone program: JUCE 7.0.5 was not found. Install \
+juce-modules-source and juce-tools, or set ZEPHYRA_JUCE_PATH to its sources.")
+        return()
+    endif()
+endif()
 
 add_library(zephyra_juce STATIC)
 target_link_libraries(zephyra_juce PRIVATE juce::juce_audio_utils)

@@ -1,0 +1,36 @@
+// brush: colours and letters of the window for JUCE.
+#pragma once
+
+#include "screens/model/palette.h"
+#include "screens/model/screen_layout.h"
+
+#include <juce_graphics/juce_graphics.h>
+
+#include <string>
+
+namespace zephyra::brush {
+
+inline juce::Colour colour(Color c) {
+    return juce::Colour::fromFloatRGBA(c.red, c.green, c.blue, c.alpha);
+}
+inline juce::Colour colour(Color c, float alpha) {
+    return colour(c).withAlpha(alpha);
+}
+
+/// The window's typeface with digits of equal width, so high in pixels. Message thread.
+juce::Font regular(double pixels);
+juce::Font medium(double pixels);
+
+inline juce::Rectangle<int> rectangle(const Box& box) {
+    return {box.x, box.y, box.width, box.height};
+}
+inline juce::Rectangle<float> floats(const Box& box) {
+    return rectangle(box).toFloat();
+}
+
+/// UTF-8.
+inline juce::String text(const std::string& utf8) {
+    return juce::String::fromUTF8(utf8.c_str(), static_cast<int>(utf8.size()));
+}
+
+} // namespace zephyra::brush

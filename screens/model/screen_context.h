@@ -1,0 +1,46 @@
+// ScreenContext: what every area of a window is given.
+#pragma once
+
+#include "screens/model/screen_layout.h"
+#include "screens/model/screen_source.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace zephyra {
+
+/// What a player chooses of windows; remembered beyond the instance. Plain data.
+struct ScreenSettings {
+    double zoom = 1.0; ///< ScreenLayout::kLeastZoom..kMostZoom
+    bool showsMeter = true, showsScope = true, showsSpectrum = true; ///< off: free of cost
+    bool reducedMotion = false; ///< nothing moves for decoration
+    bool operator==(const ScreenSettings&) const = default;
+};
+
+/// A row of a menu that opens beside a control.
+struct MenuRow {
+    std::string text; ///< empty: a line between rows
+    std::function<void()> chosen = {};
+    bool isTicked = false, isEnabled = true;
+};
+
+/// Message thread. The functions are the window's, and may be empty in tests of one area.
+struct ScreenContext {
+    ScreenSource& source;
+    ScreenSettings settings = {};
+    /// One sentence on what is under the pointer, for the foot; empty when nothing is.
+    std::function<void(const std::string& sentence)> help = {};
+    /// Opens a menu below box (of the window); what was chosen is called later, or nothing.
+    std::function<void(const Box& box, std::vector<MenuRow> rows)> openMenu = {};
+    /// A hand begins, ends an edit that undo takes back as one; name as "Density". Nested ones
+    /// count as the outermost. Not inside ScreenSource::asMain.
+    std::function<void(const std::string& name)> beginEdit = {};
+    std::function<void()> endEdit = {};
+    /// settings changed: remembers them, lays out and paints anew.
+    std::function<void()> settingsChanged = {};
+    /// Asks for a sound file or bank and loads it; for the file of a missing sample.
+    std::function<void()> loadFile = {}, locateSample = {};
+};
+
+} // namespace zephyra

@@ -1,0 +1,39 @@
+#include "screens/zephyra_screen.h"
+
+#include "screens/draw/brush.h"
+
+namespace zephyra {
+
+ZephyraScreen::ZephyraScreen(PluginInstance& plugin, const ScreenSettings& settings)
+    : source_(plugin), context_{.source = source_, .settings = settings} {
+    context_.settingsChanged = [this] { layOutAnew(); };
+    for (ScreenArea* const area : areas_) addAndMakeVisible(area);
+    setSize(ScreenLayout::kStartWidth, ScreenLayout::kStartHeight);
+    display_ = std::make_unique<juce::VBlankAttachment>(
+        this, [this] { frame(juce::Time::getMillisecondCounterHiRes() / 1000.0); });
+}
+
+ZephyraScreen::~ZephyraScreen() = default;
+
+void ZephyraScreen::frame(double now) {
+    time_.elapsed = now - time_.now;
+    time_.now = now;
+    source_.readFrame(time_);
+    for (ScreenArea* const area : areas_) area->frame(time_);
+}
+
+void ZephyraScreen::resized() {
+    layOutAnew();
+}
+
+void ZephyraScreen::layOutAnew() {
+    layout_ = zephyra::layOut(getWidth(), getHeight(), context_.settings.zoom);
+    for (ScreenArea* const area : areas_) area->layOut(layout_);
+    repaint();
+}
+
+void ZephyraScreen::paint(juce::Graphics& graphics) {
+    graphics.fillAll(brush::colour(palette::kGround));
+}
+
+} // namespace zephyra

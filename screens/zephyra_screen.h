@@ -1,0 +1,48 @@
+// ZephyraScreen: the window's content, the same in every plug-in format and in the program.
+#pragma once
+
+#include "screens/foot/foot_area.h"
+#include "screens/meter/meter_area.h"
+#include "screens/path/path_area.h"
+#include "screens/stage/stage_area.h"
+#include "screens/strip/strip_area.h"
+#include "screens/top/top_area.h"
+
+#include <array>
+
+namespace zephyra {
+
+/// Fills what it is put into; areas tile it. Message thread; the instance outlives it.
+class ZephyraScreen final : public juce::Component {
+public:
+    explicit ZephyraScreen(PluginInstance& plugin, const ScreenSettings& settings = {});
+    ~ZephyraScreen() override;
+
+    /// A frame of the display: reads the instance and repaints what changed. now: seconds on any
+    /// clock that goes forwards. On a display, it is called by itself.
+    void frame(double now);
+
+    const ScreenSettings& settings() const noexcept { return context_.settings; }
+    ScreenContext& context() noexcept { return context_; }
+
+    void resized() override;
+    void paint(juce::Graphics& graphics) override;
+
+private:
+    void layOutAnew();
+
+    ScreenSource source_;
+    ScreenContext context_;
+    ScreenLayout layout_;
+    TopArea top_{context_};
+    StageArea stage_{context_};
+    MeterArea meter_{context_};
+    PathArea path_{context_};
+    StripArea strip_{context_};
+    FootArea foot_{context_};
+    std::array<ScreenArea*, 6> areas_{&top_, &stage_, &meter_, &path_, &strip_, &foot_};
+    FrameTime time_;
+    std::unique_ptr<juce::VBlankAttachment> display_;
+};
+
+} // namespace zephyra
