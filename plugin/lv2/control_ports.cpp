@@ -22,7 +22,8 @@ bool isSame(float one, float other) ZEPHYRA_NONBLOCKING {
 } // namespace
 
 ControlPorts::ControlPorts(PluginKind kind, double sampleRate)
-    : framesAfterRestore_(static_cast<std::uint64_t>(kSecondsAfterRestore * sampleRate)) {
+    : framesAfterRestore_(static_cast<std::uint64_t>(kSecondsAfterRestore * sampleRate)),
+      framesOfHand_(static_cast<std::uint64_t>(kSecondsOfHand * sampleRate)) {
     saved_.fill(kNone);
     for (std::size_t i = 0; i < kParameterCount; ++i)
         values_[i] = portDefault(kind, pluginParameters()[i]);
@@ -31,16 +32,28 @@ ControlPorts::ControlPorts(PluginKind kind, double sampleRate)
 void ControlPorts::takeChanges(PluginInstance& instance, std::uint32_t frames) ZEPHYRA_NONBLOCKING {
     if (!takeRestored()) return;
     for (std::size_t i = 0; i < kParameterCount; ++i) {
+        const bool isCopy = isCopyOfHand(i, frames);
         const float value = ports_[i] ? *ports_[i] : values_[i].load();
         if (value == values_[i] || !std::isfinite(value)) continue;
         values_[i] = value;
         // Only the first value after a restore may be the host's copy of what was saved.
-        if (!isSame(value, std::exchange(saved_[i], kNone)))
+        if (!isSame(value, std::exchange(saved_[i], kNone)) && !isCopy)
             instance.queueParameter(i, linearFromPort(pluginParameters()[i], value));
     }
     if (framesLeft_ == 0) return;
     framesLeft_ -= std::min<std::uint64_t>(framesLeft_, frames);
     if (framesLeft_ == 0) saved_.fill(kNone);
+}
+
+bool ControlPorts::isCopyOfHand(std::size_t address, std::uint32_t frames) ZEPHYRA_NONBLOCKING {
+    std::uint64_t& left = handFrames_[address];
+    if (handMoved_[address]) {
+        handMoved_[address] = false;
+        left = framesOfHand_;
+    }
+    if (left == 0) return false;
+    left -= std::min<std::uint64_t>(left, frames);
+    return true;
 }
 
 /// False while another thread is at it: the next block will know.

@@ -1,5 +1,6 @@
 // lv2_descriptor: what a host finds in the library, C functions around Lv2Plugin.
 #include "hosting/plugin_names.h"
+#include "plugin/lv2/live_plugins.h"
 #include "plugin/lv2/lv2_plugin.h"
 
 #include <exception>
@@ -26,7 +27,9 @@ LV2_Handle instantiate(const LV2_Descriptor* descriptor, double sampleRate, cons
                           ? PluginKind::effect
                           : PluginKind::instrument;
     try {
-        return std::make_unique<Lv2Plugin>(kind, sampleRate, offered).release();
+        auto made = std::make_unique<Lv2Plugin>(kind, sampleRate, offered);
+        addLivePlugin(*made);
+        return made.release();
     } catch (const std::exception&) {
         return nullptr;
     }
@@ -49,6 +52,7 @@ void deactivate(LV2_Handle handle) {
 }
 
 void cleanup(LV2_Handle handle) {
+    removeLivePlugin(pluginOf(handle));
     delete &pluginOf(handle);
 }
 

@@ -9,6 +9,7 @@
 #include "plugin/lv2/uris.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <lv2/atom/atom.h>
 #include <lv2/state/state.h>
@@ -34,6 +35,9 @@ public:
     LV2_State_Status save(LV2_State_Store_Function store, LV2_State_Handle handle);
     /// Applies it; what is no state is refused with a line in the log, and nothing changes. HOST.
     LV2_State_Status restore(LV2_State_Retrieve_Function retrieve, LV2_State_Handle handle);
+
+    /// A hand in a window is at the parameter, whose port follows in the host's time. Any thread.
+    void handMoved(std::size_t address) { controls_.handMoved(address); }
 
     /// What it translates for.
     PluginInstance& instance() noexcept { return instance_; }

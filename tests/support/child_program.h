@@ -67,6 +67,8 @@ private:
 /// An X server that nobody sees, of a number that is free.
 class HiddenDisplay {
 public:
+    /// options: more of the server's, "-extension MIT-SHM".
+    explicit HiddenDisplay(const std::string& options = {}) : options_(options) {}
     /// ":7"; empty where Xvfb cannot run.
     std::string name() {
         if (std::system("command -v Xvfb >/dev/null") != 0) return "";
@@ -81,8 +83,10 @@ public:
 
 private:
     const TemporaryFolder folder_;
+    const std::string options_;
     ChildProgram server_{
-        {"sh", "-c", "exec Xvfb -noreset -displayfd 3 3>" + (folder_ / "number").string()},
+        {"sh", "-c",
+         "exec Xvfb " + options_ + " -noreset -displayfd 3 3>" + (folder_ / "number").string()},
         {},
         folder_ / "log"};
 };

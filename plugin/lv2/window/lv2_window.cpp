@@ -1,0 +1,45 @@
+#include "plugin/lv2/window/lv2_window.h"
+
+#include "screens/zephyra_screen.h"
+
+#include <utility>
+
+namespace zephyra {
+
+class Lv2Window::Content final : public juce::Component {
+public:
+    Content(PluginInstance& plugin, void* parent) : screen_(plugin) {
+        setOpaque(true);
+        setSize(screen_.getWidth(), screen_.getHeight());
+        addAndMakeVisible(screen_);
+        addToDesktop(0, parent);
+        setVisible(true);
+    }
+
+    void resized() override { screen_.setBounds(getLocalBounds()); }
+
+private:
+    ZephyraScreen screen_;
+};
+
+Lv2Window::Lv2Window(Lv2Plugin& plugin, const Host& host, std::shared_ptr<MessageThread> thread)
+    : thread_(std::move(thread)), writes_(plugin, host.write, host.controller, host.touch) {
+    int width = 0, height = 0;
+    thread_->call([&] {
+        content_ = std::make_unique<Content>(plugin.instance(), host.parent);
+        if (auto* const peer = content_->getPeer()) widget_ = peer->getNativeHandle();
+        width = content_->getWidth();
+        height = content_->getHeight();
+    });
+    if (host.resize) host.resize->ui_resize(host.resize->handle, width, height);
+}
+
+Lv2Window::~Lv2Window() {
+    thread_->call([this] { content_.reset(); });
+}
+
+void Lv2Window::resize(int width, int height) {
+    thread_->call([&] { content_->setSize(width, height); });
+}
+
+} // namespace zephyra

@@ -1,0 +1,18 @@
+// x11: what a window needs of the X server besides what JUCE does.
+#pragma once
+
+namespace zephyra::x11 {
+
+/// Sends what was painted. JUCE waits for the server's word that it has the last picture before it
+/// paints the next one, but leaves its own requests in the buffer: without this every second frame
+/// is lost. Nothing without a display. Message thread.
+void flush();
+
+/// From now on errors on JUCE's own connection are dropped, since a host may destroy the window
+/// around ours before it closes ours; those of other connections go to who was told before. Without
+/// it the first of them ends the host. Again after JUCE was started anew. Message thread.
+void dropOwnErrors();
+/// JUCE is about to close its connection. Message thread.
+void forgetOwnDisplay();
+
+} // namespace zephyra::x11

@@ -1,0 +1,33 @@
+// The LV2 window in a host that is nothing but Xlib, with and without shared memory.
+#include "tests/support/child_program.h"
+
+namespace zephyra {
+namespace {
+
+struct Scenario {
+    const char* name;
+    const char* times;
+    const char* says;
+};
+
+TEST(Lv2Window, OpensClosesAndOutlivesWhatHostsDoToIt) {
+    for (const char* const options : {"", "-extension MIT-SHM"}) {
+        HiddenDisplay hidden(options);
+        const std::string display = hidden.name();
+        if (display.empty()) GTEST_SKIP() << "Xvfb is not installed (xvfb)";
+        for (const Scenario& scenario : {Scenario{"loop", "12", "openings"},
+                                         {"paint", "1", "resized to 1300 x 800"},
+                                         {"orphan", "3", "survived its parent"},
+                                         {"exit", "1", "exits"}}) {
+            const TemporaryFolder folder;
+            ChildProgram host({WINDOW_HOST, scenario.name, scenario.times},
+                              {"DISPLAY=" + display, "HOME=" + folder.path().string()},
+                              folder / "log");
+            EXPECT_EQ(host.end(0), 0) << scenario.name << ": " << host.output();
+            EXPECT_THAT(host.output(), HasSubstr(scenario.says));
+        }
+    }
+}
+
+} // namespace
+} // namespace zephyra
