@@ -1,5 +1,6 @@
 #include "screens/zephyra_screen.h"
 
+#include "screens/desktop/x11_display.h"
 #include "screens/draw/brush.h"
 
 namespace zephyra {
@@ -34,6 +35,15 @@ void ZephyraScreen::layOutAnew() {
 
 void ZephyraScreen::paint(juce::Graphics& graphics) {
     graphics.fillAll(brush::colour(palette::kGround));
+}
+
+void ZephyraScreen::paintOverChildren(juce::Graphics&) {
+    ++paints_;
+    flush_.triggerAsyncUpdate();
+}
+
+void ZephyraScreen::Flush::handleAsyncUpdate() {
+    x11::flush();
 }
 
 } // namespace zephyra

@@ -9,6 +9,8 @@
 #include "screens/top/top_area.h"
 
 #include <array>
+#include <cstdint>
+#include <memory>
 
 namespace zephyra {
 
@@ -27,8 +29,17 @@ public:
 
     void resized() override;
     void paint(juce::Graphics& graphics) override;
+    void paintOverChildren(juce::Graphics& graphics) override;
+
+    /// How often anything of it was painted.
+    std::uint64_t paints() const noexcept { return paints_; }
 
 private:
+    /// Once what was painted is on its way.
+    struct Flush final : juce::AsyncUpdater {
+        ~Flush() override { cancelPendingUpdate(); }
+        void handleAsyncUpdate() override;
+    };
     void layOutAnew();
 
     ScreenSource source_;
@@ -42,6 +53,8 @@ private:
     FootArea foot_{context_};
     std::array<ScreenArea*, 6> areas_{&top_, &stage_, &meter_, &path_, &strip_, &foot_};
     FrameTime time_;
+    std::uint64_t paints_ = 0;
+    Flush flush_;
     std::unique_ptr<juce::VBlankAttachment> display_;
 };
 

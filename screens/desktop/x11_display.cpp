@@ -20,7 +20,7 @@ int handleError(::Display* display, ::XErrorEvent* event) {
 }
 
 ::Display* juceDisplay() {
-    auto* const system = juce::XWindowSystem::getInstance();
+    auto* const system = juce::XWindowSystem::getInstanceWithoutCreating();
     return system ? system->getDisplay() : nullptr;
 }
 
