@@ -9,7 +9,7 @@ namespace zephyra {
 
 /// One grain as it was scheduled.
 struct GrainRecord {
-    std::uint64_t frame; ///< output frames rendered before it, since the stream was made
+    std::uint64_t frame; ///< output frames rendered before it, see renderedFrames()
     float position;      ///< fraction of the source, 0..1
     float rate;          ///< Hz at which it traverses the whole source
     float length;        ///< seconds

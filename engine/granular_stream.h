@@ -89,8 +89,9 @@ public:
     /// Ends the grains that sound, at once. RENDER.
     void endGrains() ZEPHYRA_NONBLOCKING;
 
-    /// Reports every scheduled grain to trace; null reports to nobody. OFF.
-    void setTrace(GrainTrace* trace) noexcept { trace_ = trace; }
+    /// Reports every grain scheduled from the next block on to trace; null, as at first, reports to
+    /// nobody. The caller keeps the one before until renderCycle() has moved on. MAIN.
+    void setTrace(GrainTrace* trace) noexcept { trace_.exchange(trace); }
 
     /// Renders with another inner body than the one chosen for this processor. OFF.
     void setMixer(GrainMixer mixer) noexcept { mixer_ = mixer; }
@@ -126,7 +127,8 @@ public:
     /// Samples that grains have sounded for, all grains together, since construction: over
     /// renderedFrames() the mean number that sounds. Any thread.
     std::uint64_t soundedSamples() const noexcept { return sounded_; }
-    /// Frames rendered since construction. Any thread.
+    /// Frames rendered since construction: the clock of GrainRecord::frame, a whole block further
+    /// after each, and still while nothing is rendered or a silent stream rests. Any thread.
     std::uint64_t renderedFrames() const noexcept { return rendered_; }
     /// The read position of the latest frame, and of the next one if the scan stands, in the region
     /// as it is now; or where a jump that no block has taken yet will set it. A fraction of the
@@ -223,7 +225,8 @@ private:
     std::atomic<std::uint32_t> pendingSeed_ = 0; // not yet taken; 0 for none
     static_assert(std::atomic<std::uint32_t>::is_always_lock_free);
     GrainMixer mixer_;
-    GrainTrace* trace_ = nullptr;
+    std::atomic<GrainTrace*> trace_ = nullptr; // sequentially consistent, see RenderCycle
+    GrainTrace* blockTrace_ = nullptr;         // the block's snapshot; RENDER's own
     // Of the latest block, RENDER's own; the pointers are compared, never followed.
     std::int64_t quietEchoes_ = 0; // how many of the echo's newest frames were nothing
     const mokSample* blockSample_ = nullptr;

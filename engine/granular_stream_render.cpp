@@ -173,8 +173,8 @@ void mokGranulatorSF::initializeGrain(int frame, float position,
     const float R = 1.0f - spread;
     const float gainL = L * settings.panRestA + R * settings.panRestB;
     const float gainR = R * settings.panA + R * settings.panB;
-    if (trace_)
-        trace_->push(
+    if (blockTrace_)
+        blockTrace_->push(
             {.frame = rendered_ + static_cast<std::uint64_t>(frame),
              .position = std::min(readPosition < 0.0f ? -readPosition : readPosition, 1.0f),
              .rate = rate,
@@ -289,6 +289,7 @@ void mokGranulatorSF::applyEffects(int frames, float* outL, float* outR) ZEPHYRA
 void mokGranulatorSF::processBlock(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING {
     if (granularOn) {
         const GrainTables tables = takeTables();
+        blockTrace_ = trace_.load();
         scheduleGrains(frames, blockSettings());
         renderGrains(frames, tables);
     }

@@ -6,7 +6,7 @@ namespace zephyra {
 
 void Oscilloscope::OscilloscopeAddAudio(const AudioBufferList& list,
                                         int frames) ZEPHYRA_NONBLOCKING {
-    if (!watched_ || frames < 1) return;
+    if (!watchers.isWatched() || frames < 1) return;
     const std::uint64_t first = added_;
     const auto count = static_cast<std::size_t>(frames);
     for (std::size_t c = 0; c < channels_.size(); ++c) {

@@ -10,6 +10,7 @@
 #include "platform/threads/realtime.h"
 #include "platform/threads/render_cycle.h"
 #include "stream/captured_memory.h"
+#include "stream/grain_watch.h"
 #include "stream/live_buffer.h"
 #include "stream/oscilloscope.h"
 #include "stream/sample_reference.h"
@@ -276,12 +277,17 @@ public:
 
     /// Frees what was replaced and can no longer be seen by RENDER. Worth calling now and then;
     /// every swap also does.
-    void collect() { retirement_.collect(); }
+    void collect() {
+        retirement_.collect();
+        grainWatch_.collect();
+    }
     /// How many replaced objects still wait.
     std::size_t waitingObjects() const noexcept { return retirement_.waiting(); }
 
     /// What the finished output is shown to.
     Oscilloscope& oscilloscope() noexcept { return oscilloscope_; }
+    /// Whom a window asks for the grains that start, inside RunLoop::Scope. MAIN.
+    GrainWatch& grainWatch() noexcept { return grainWatch_; }
 
 private:
     friend granular_data* getGranularData(MOK_SCRUB_GRANULATOR* controller) noexcept;
@@ -328,6 +334,7 @@ private:
     mokGranulatorSF engine_;
     granular_data data_{&engine_, &waveForm_};
     Oscilloscope oscilloscope_;
+    GrainWatch grainWatch_{engine_, cycle_};
 
     StreamFade fade_; ///< the level's way up and down: _fade, _incrIn, _incrOut and the abort flags
     bool _isFading = false;

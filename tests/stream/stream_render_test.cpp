@@ -1,7 +1,12 @@
 // One render cycle after another: live input in, grains out.
 
+#include "stream/output_levels.h"
 #include "tests/support/test_sounds.h"
 #include "tests/support/test_stream.h"
+
+#include <atomic>
+#include <optional>
+#include <thread>
 
 namespace zephyra {
 namespace {
@@ -96,12 +101,91 @@ TEST(StreamRender, ShowsTheNewestOutputToAnOscilloscopeThatSomebodyWatches) {
     StereoBlock out(10000);
     std::vector<float> seen(Oscilloscope::kFrames);
     for (const bool watched : {false, true}) {
-        stream->oscilloscope().setWatched(watched);
+        std::optional<WatchCount::Watcher> one, other;
+        if (watched) {
+            one.emplace(stream->oscilloscope().watchers);
+            other.emplace(stream->oscilloscope().watchers);
+            one.reset(); // one of two windows closes
+        }
         GranulatorProcessing(&stream.controller, 10000, nullptr, out.from(0));
         stream->oscilloscope().newest(1, seen);
         EXPECT_EQ(std::equal(seen.rbegin(), seen.rend(), out.right.rbegin()), watched);
     }
     EXPECT_GT(peak(seen), 0.0f);
+}
+
+TEST(StreamRender, TellsEachMeterThatLooksTheLevelsSinceItsLastReading) {
+    OutputLevels levels;
+    std::vector<float> left(6000, 0.5f), right(6000);
+    right[300] = -1.5f;
+    right[4000] = NAN;
+    const ChannelList list{left.data(), right.data()};
+    levels.add(list.list, 6000);
+    EXPECT_EQ(levels.newest(), 0u); // nobody looks
+    const WatchCount::Watcher watcher(levels.watchers);
+    OutputLevels::Place often = levels.newest(), seldom = often;
+    for (int first = 0, n = 0; first < 6000; ++n) {
+        const int frames = std::min(1 + n * 7 % 300, 6000 - first);
+        const ChannelList block{left.data() + first, right.data() + first};
+        levels.add(block.list, static_cast<std::uint32_t>(frames));
+        first += frames;
+        if (n != 3) continue; // 46 frames are not a piece
+        EXPECT_EQ(levels.read(often).frames, 0u);
+    }
+    const LevelReading all = levels.read(seldom);
+    EXPECT_EQ(all.frames, 6000u / 256 * 256);
+    EXPECT_EQ(all.channels[0].peak, 0.5f);
+    EXPECT_NEAR(all.channels[0].meanSquare, 0.25f, 1e-6f);
+    EXPECT_EQ(all.channels[1].peak, OutputLevels::kMostLevel);
+    EXPECT_TRUE(all.channels[1].clipped && !all.channels[0].clipped);
+    EXPECT_EQ(levels.read(seldom).frames, 0u);
+    levels.add(list.list, 1024);
+    EXPECT_EQ(levels.read(seldom).channels[1].peak, 1.5f);
+    EXPECT_EQ(levels.read(often).frames, 6000u / 256 * 256 + 1024);
+}
+
+TEST(StreamRender, ShowsGrainsToWhoeverComesAndGoesWhileItRenders) {
+    TestStream stream, unseen;
+    for (TestStream* each : {&stream, &unseen}) {
+        each->controller.loadSound(noiseSample(44100, 44100.0f));
+        each->controller.setDisplayed(ControlId::density, 200.0f);
+        each->controller.engine().setRandomSeed(1234567);
+        each->controller.play();
+    }
+    std::atomic<bool> renders = true;
+    bool same = true;
+    std::thread render([&] {
+        StereoBlock out(64), expected(64);
+        for (int block = 0; block < 4000; ++block) {
+            GranulatorProcessing(&stream.controller, 64, nullptr, out.from(0));
+            GranulatorProcessing(&unseen.controller, 64, nullptr, expected.from(0));
+            same = same && out.left == expected.left && out.right == expected.right;
+        }
+        renders = false;
+    });
+    std::size_t seen = 0;
+    while (renders) {
+        GrainWatch::Watcher one(stream->grainWatch());
+        const GrainWatch::Watcher idle(stream->grainWatch());
+        GrainWatch::Watcher other(stream->grainWatch());
+        std::vector<std::uint64_t> frames;
+        for (int look = 0; look < 100; ++look, std::this_thread::yield())
+            for (GrainRecord grain; one.take(grain);) {
+                EXPECT_TRUE(frames.empty() || grain.frame > frames.back());
+                EXPECT_LT(grain.frame, stream->engine().renderedFrames() + 64);
+                frames.push_back(grain.frame);
+            }
+        for (const std::uint64_t frame : frames) {
+            GrainRecord grain;
+            EXPECT_TRUE(other.take(grain) && grain.frame == frame);
+        }
+        seen += frames.size();
+    }
+    render.join();
+    EXPECT_TRUE(same);
+    EXPECT_GT(seen, 10u);
+    stream->collect();
+    EXPECT_EQ(stream->grainWatch().waitingObjects(), 0u);
 }
 
 TEST(StreamRender, FollowsANewRateLiveInputTooAndIsSilentWhereAnEchoStillRang) {
