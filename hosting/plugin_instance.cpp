@@ -85,8 +85,13 @@ Result<void> PluginInstance::prepare(const PluginSetup& setup) {
     return {};
 }
 
+std::uint64_t PluginInstance::droppedGrains() const noexcept {
+    return system_.stream().engine().droppedGrains();
+}
+
 void PluginInstance::release() {
     host_.stop();
+    load_.reset();
     rendersOffline_ = false;
     system_.instance.runLoop.runPosted(); // notes on their way are of the time before
     const RunLoop::Scope main(system_.instance.runLoop);

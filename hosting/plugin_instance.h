@@ -7,10 +7,12 @@
 #include "hosting/hosted_instance.h"
 #include "hosting/instrument_notes.h"
 #include "hosting/offline_host.h"
+#include "hosting/output_monitor.h"
 #include "hosting/plugin_block.h"
 #include "hosting/plugin_session.h"
 #include "hosting/plugin_settings.h"
 #include "hosting/plugin_tail.h"
+#include "hosting/render_load.h"
 #include "hosting/unit_host.h"
 #include "platform/audio_unit/audio_unit_preset.h"
 #include "platform/text/result.h"
@@ -91,6 +93,14 @@ public:
     /// PluginTail. Any thread.
     double tailSeconds() const ZEPHYRA_NONBLOCKING { return tail_.seconds(); }
 
+    /// Where a window's meters look; see WatchCount. It is this instance's own.
+    OutputMonitor& monitor() noexcept { return monitor_; }
+    /// Which share of a block's time its rendering takes, 0..1 and above, smoothed; 0 in a bounce,
+    /// which has no time to keep. Any thread.
+    double cpuShare() const noexcept { return load_.share(); }
+    /// Grains that found no free voice, ever. Any thread.
+    std::uint64_t droppedGrains() const noexcept;
+
     // --- Parameters ---
 
     /// What the parameter stands at, modulation included; 0 above the table. Any thread.
@@ -148,6 +158,8 @@ private:
     // plugin_instance_render.cpp
     void renderCycle(const PluginBlock& block, std::uint32_t begin,
                      std::uint32_t end) ZEPHYRA_NONBLOCKING;
+    void close(const PluginBlock& block, const HostCycle& cycle, std::uint32_t begin,
+               OSStatus status) ZEPHYRA_NONBLOCKING;
     void renderOfflineBlock(const PluginBlock& block);
     void actNow() ZEPHYRA_NONBLOCKING;
     void actUnprepared() ZEPHYRA_NONBLOCKING;
@@ -167,6 +179,8 @@ private:
     bool rendersOffline_ = false; // the block before; RENDER
     HostChannels channels_;
     PluginTail tail_;
+    OutputMonitor monitor_;
+    RenderLoad load_;
     Relaxed<bool> bypassed_ = false;
     Relaxed<StartAnew> startAnew_ = StartAnew::inBounces; // the setting, for RENDER
     Relaxed<bool> modulationStarts_ = false;              // what RENDER asks of restart_

@@ -76,6 +76,7 @@ void PluginInstance::render(const PluginBlock& block) ZEPHYRA_NONBLOCKING {
         actUnprepared();
         return HostChannels::silence(block, 0, block.frames);
     }
+    const RenderLoad::Block measured(load_, block.frames, host_.setup().sampleRate);
     channels_.setBypass(bypassed_);
     host_.time.follow(block.transport);
     if (host_.time.starts() && startsAnew(StartAnew::always)) startAnew();
@@ -94,9 +95,17 @@ void PluginInstance::renderCycle(const PluginBlock& block, std::uint32_t begin,
     const AURenderEvent* const due = events_.take(std::max(end, 1u)); // also of 0 frames
     const HostCycle cycle = channels_.open(block, begin, end);
     const OSStatus status = host_.renderOrRest(cycle, due);
-    channels_.close(cycle);
+    close(block, cycle, begin, status);
     pushMidi(due);
-    if (status != audio_unit_status::noError) HostChannels::silence(block, begin, end);
+}
+
+void PluginInstance::close(const PluginBlock& block, const HostCycle& cycle, std::uint32_t begin,
+                           OSStatus status) ZEPHYRA_NONBLOCKING {
+    channels_.close(cycle);
+    if (status != audio_unit_status::noError)
+        return HostChannels::silence(block, begin, begin + cycle.frames);
+    const bool isMono = block.output[0] && !block.output[1];
+    monitor_.add(cycle.output[0], cycle.output[isMono ? 0 : 1], cycle.frames);
 }
 
 void PluginInstance::renderOffline(const PluginBlock& block) {
@@ -108,7 +117,10 @@ void PluginInstance::renderOffline(const PluginBlock& block) {
     channels_.setBypass(bypassed_);
     const bool goesOffline = !std::exchange(rendersOffline_, true);
     host_.time.follow(block.transport);
-    if (goesOffline) offline_.goOffline();
+    if (goesOffline) {
+        load_.reset();
+        offline_.goOffline();
+    }
     const bool starts = host_.time.starts() && startsAnew(StartAnew::inBounces);
     if (starts || (goesOffline && startAnew_ != StartAnew::never)) startAnewOffline();
     renderOfflineBlock(block);
@@ -131,8 +143,7 @@ void PluginInstance::renderOfflineBlock(const PluginBlock& block) {
                                              .inputRight = whole.input[1],
                                              .left = whole.output[0],
                                              .right = whole.output[1]});
-    channels_.close(whole);
-    if (status != audio_unit_status::noError) HostChannels::silence(block, 0, block.frames);
+    close(block, whole, 0, status);
     if (block.frames == 0) offline_.tellTime();
     for (const EventQueue::Entry& left : offline_.takeQueued()) events_.add(left.frame, left.event);
 }
