@@ -1,10 +1,10 @@
 #include "pictures/spectrum_columns.h"
 
+#include "pictures/hann_spectrum.h"
+
 #include <algorithm>
 #include <cmath>
-#include <complex>
-#include <fftw3.h>
-#include <numbers>
+#include <span>
 
 namespace zephyra {
 
@@ -21,33 +21,15 @@ std::size_t windowFrames(double sampleRate) {
     return size;
 }
 
-struct FreeFftw {
-    void operator()(void* memory) const noexcept { fftwf_free(memory); }
-};
-
 } // namespace
 
-/// The latest frames of both channels and the power spectrum of a window over them.
+/// The latest frames of both channels, and the spectrum of a window over them.
 class SpectrumColumns::Transform {
 public:
-    explicit Transform(std::size_t size)
-        : left_(size), right_(size), window_(size), power_(size / 2 + 1),
-          in_(static_cast<float*>(fftwf_malloc(sizeof(float) * size))),
-          out_(static_cast<fftwf_complex*>(fftwf_malloc(sizeof(fftwf_complex) * power_.size()))),
-          // Estimated, not measured: a measured plan may differ from run to run, and so the bytes.
-          plan_(
-              fftwf_plan_dft_r2c_1d(static_cast<int>(size), in_.get(), out_.get(), FFTW_ESTIMATE)) {
-        for (std::size_t n = 0; n < size; ++n)
-            window_[n] = static_cast<float>(
-                0.5 - 0.5 * std::cos(2 * std::numbers::pi * static_cast<double>(n) /
-                                     static_cast<double>(size)));
-    }
-    Transform(const Transform&) = delete;
-    Transform& operator=(const Transform&) = delete;
-    ~Transform() { fftwf_destroy_plan(plan_); }
+    explicit Transform(std::size_t size) : left_(size), right_(size), spectrum_(size) {}
 
-    std::size_t size() const noexcept { return window_.size(); }
-    const std::vector<float>& power() const noexcept { return power_; }
+    std::size_t size() const noexcept { return spectrum_.frames(); }
+    const HannSpectrum& spectrum() const noexcept { return spectrum_; }
 
     void push(float left, float right) {
         left_[next_] = left;
@@ -55,28 +37,16 @@ public:
         next_ = next_ + 1 == size() ? 0 : next_ + 1;
     }
 
-    /// Mean power of both channels; a sine of full scale gives 1 in its bin.
-    void run() {
-        std::fill(power_.begin(), power_.end(), 0.0f);
-        for (const std::vector<float>* channel : {&left_, &right_}) {
-            for (std::size_t n = 0; n < size(); ++n)
-                in_.get()[n] = (*channel)[(next_ + n) % size()] * window_[n];
-            fftwf_execute(plan_);
-            // A sine of height 1 under this window gives a quarter of the size in its bin.
-            const float scale = 4.0f / static_cast<float>(size());
-            for (std::size_t bin = 0; bin < power_.size(); ++bin) {
-                const float re = out_.get()[bin][0] * scale, im = out_.get()[bin][1] * scale;
-                power_[bin] += 0.5f * (re * re + im * im);
-            }
-        }
-    }
+    void run() { spectrum_.run(inOrder(left_), inOrder(right_)); }
 
 private:
-    std::vector<float> left_, right_, window_, power_;
+    HannSpectrum::Stretch inOrder(std::span<const float> ring) const {
+        return {ring.subspan(next_), ring.first(next_)};
+    }
+
+    std::vector<float> left_, right_;
     std::size_t next_ = 0; // the oldest frame, written next
-    std::unique_ptr<float, FreeFftw> in_;
-    std::unique_ptr<fftwf_complex, FreeFftw> out_;
-    fftwf_plan plan_;
+    HannSpectrum spectrum_;
 };
 
 SpectrumColumns::SpectrumColumns(std::uint64_t frames, double sampleRate, std::size_t columns,
@@ -126,21 +96,9 @@ float SpectrumColumns::rowPower(std::size_t row) const {
         return kLowestFrequency *
                std::pow(highest_ / kLowestFrequency, at / static_cast<double>(rows_));
     };
-    const std::vector<float>& power = transform_->power();
     const double binsPerHertz = static_cast<double>(transform_->size()) / sampleRate_;
-    const double low = frequency(static_cast<double>(row)) * binsPerHertz;
-    const double high = frequency(static_cast<double>(row) + 1) * binsPerHertz;
-    const std::size_t top = power.size() - 1;
-
-    // Between bins the row is interpolated; where it covers several, the strongest shows.
-    const double middle = std::min((low + high) / 2, static_cast<double>(top));
-    const auto below = static_cast<std::size_t>(middle);
-    const auto share = static_cast<float>(middle - static_cast<double>(below));
-    float strongest = power[below] + share * (power[std::min(below + 1, top)] - power[below]);
-    for (auto bin = static_cast<std::size_t>(std::ceil(low));
-         bin <= top && static_cast<double>(bin) < high; ++bin)
-        strongest = std::max(strongest, power[bin]);
-    return strongest;
+    return transform_->spectrum().strongest(frequency(static_cast<double>(row)) * binsPerHertz,
+                                            frequency(static_cast<double>(row) + 1) * binsPerHertz);
 }
 
 float SpectrumColumns::decibels(std::size_t column, std::size_t row) const noexcept {

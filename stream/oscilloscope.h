@@ -17,7 +17,7 @@ namespace zephyra {
 /// otherwise; what was kept before stays.
 class Oscilloscope {
 public:
-    static constexpr std::size_t kFrames = 4096; ///< 93 ms at 44100 Hz
+    static constexpr std::size_t kFrames = 8192; ///< 186 ms at 44100 Hz
 
     /// Who looks; nobody at first.
     WatchCount watchers;

@@ -2,22 +2,25 @@
 #pragma once
 
 #include "platform/threads/realtime.h"
-#include "platform/threads/relaxed.h"
+
+#include <atomic>
 
 namespace zephyra {
 
-/// Two windows of an instance may look at the same thing.
+/// Two windows of an instance may look at the same thing. Any thread.
 class WatchCount {
 public:
-    bool isWatched() const ZEPHYRA_NONBLOCKING { return count_ > 0; }
+    bool isWatched() const ZEPHYRA_NONBLOCKING {
+        return count_.load(std::memory_order_relaxed) > 0;
+    }
 
-    /// One who looks, for as long as it lives. MAIN; what is counted outlives it.
+    /// One who looks, for as long as it lives; what is counted outlives it.
     class Watcher {
     public:
         explicit Watcher(WatchCount& counted) noexcept : counted_(counted) {
-            counted_.count_ = counted_.count_ + 1;
+            counted_.count_.fetch_add(1, std::memory_order_relaxed);
         }
-        ~Watcher() { counted_.count_ = counted_.count_ - 1; }
+        ~Watcher() { counted_.count_.fetch_sub(1, std::memory_order_relaxed); }
         Watcher(const Watcher&) = delete;
         Watcher& operator=(const Watcher&) = delete;
 
@@ -26,7 +29,8 @@ public:
     };
 
 private:
-    Relaxed<int> count_ = 0; // written by MAIN alone
+    static_assert(std::atomic<int>::is_always_lock_free);
+    std::atomic<int> count_ = 0;
 };
 
 } // namespace zephyra
