@@ -1,0 +1,80 @@
+// ScreenButton: a button of the window, with a sign or a word.
+#pragma once
+
+#include "screens/draw/icons.h"
+#include "screens/model/button_face.h"
+#include "screens/model/screen_context.h"
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace zephyra {
+
+/// A part of a press. A key's press sends down and inside at once.
+enum class ButtonTouch {
+    down,
+    inside,  ///< let go over the button: it is pressed
+    outside, ///< let go elsewhere: nothing was pressed
+};
+
+/// Draws a face and tells of touches; what they do is others' matter. Reached by Tab, pressed by
+/// Space and Enter; a click leaves the keyboard where it is. A button that is not enabled is
+/// reached and explained, but not pressed. Message thread.
+class ScreenButton final : public juce::Component {
+public:
+    /// title: for assistive technology, "Freeze". help: one sentence that the foot shows.
+    ScreenButton(ScreenContext& context, const std::string& title, std::string help);
+
+    std::function<void(ButtonTouch)> touched = {}; ///< every part of a press
+    std::function<void()> pressed = {};            ///< after touched(inside)
+
+    /// Where it stands in its parent, pixels; scale: of a unit.
+    void place(const Box& box, double scale);
+    void setIcon(Icon icon, double units = 18.0); ///< the sign's side
+    /// A word instead, in letters so high, medium; pixels.
+    void setLabel(const std::string& label, double pixels);
+    void setFace(const ButtonFace& face);
+    void setCorner(double units) { corner_ = units; }   ///< 6 at first
+    void setSurface(Color ground) { ground_ = ground; } ///< what it stands on; the ground at first
+    void setHelp(const std::string& help);
+    /// What it is now, for assistive technology: "armed". Empty for nothing worth telling.
+    void setValue(const std::string& value);
+    /// Whether it is a switch, for assistive technology; a push button at first.
+    void setSwitch(bool isSwitch) { isSwitch_ = isSwitch; }
+
+    const ButtonFace& face() const noexcept { return face_; }
+    const std::string& help() const noexcept { return help_; }
+    /// As a key or assistive technology presses it.
+    void press();
+
+    void paint(juce::Graphics& graphics) override;
+    void mouseEnter(const juce::MouseEvent& event) override;
+    void mouseExit(const juce::MouseEvent& event) override;
+    void mouseDown(const juce::MouseEvent& event) override;
+    void mouseDrag(const juce::MouseEvent& event) override;
+    void mouseUp(const juce::MouseEvent& event) override;
+    bool keyPressed(const juce::KeyPress& key) override;
+    void focusGained(FocusChangeType cause) override;
+    void focusLost(FocusChangeType cause) override;
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
+
+private:
+    void reach(ButtonReach reach);
+    void showHelp(bool on);
+    void tell(ButtonTouch touch);
+
+    ScreenContext& context_;
+    std::string help_, label_;
+    std::optional<Icon> icon_;
+    double iconUnits_ = 18.0, labelPixels_ = 12.0, corner_ = 6.0, scale_ = 1.0;
+    Color ground_ = palette::kGround;
+    ButtonFace face_;
+    ButtonReach reach_;
+    bool isSwitch_ = false;
+    std::optional<int> finger_; // the pointer that holds it down
+};
+
+} // namespace zephyra
