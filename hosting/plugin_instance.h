@@ -13,6 +13,7 @@
 #include "hosting/plugin_settings.h"
 #include "hosting/plugin_tail.h"
 #include "hosting/render_load.h"
+#include "hosting/shown_time.h"
 #include "hosting/unit_host.h"
 #include "platform/audio_unit/audio_unit_preset.h"
 #include "platform/text/result.h"
@@ -100,6 +101,8 @@ public:
     double cpuShare() const noexcept { return load_.share(); }
     /// Grains that found no free voice, ever. Any thread.
     std::uint64_t droppedGrains() const noexcept;
+    /// Where the host's music stood at the last block's end. Any thread.
+    MusicPosition music() const ZEPHYRA_NONBLOCKING { return shownTime_.position(); }
 
     // --- Parameters ---
 
@@ -178,6 +181,7 @@ private:
     BlockEvents events_;
     bool rendersOffline_ = false; // the block before; RENDER
     HostChannels channels_;
+    ShownTime shownTime_;
     PluginTail tail_;
     OutputMonitor monitor_;
     RenderLoad load_;

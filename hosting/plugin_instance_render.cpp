@@ -88,6 +88,7 @@ void PluginInstance::render(const PluginBlock& block) ZEPHYRA_NONBLOCKING {
         begin = end;
     } while (begin < block.frames);
     events_.endBlock(block.frames);
+    shownTime_.show(host_.time);
 }
 
 void PluginInstance::renderCycle(const PluginBlock& block, std::uint32_t begin,
@@ -124,6 +125,7 @@ void PluginInstance::renderOffline(const PluginBlock& block) {
     const bool starts = host_.time.starts() && startsAnew(StartAnew::inBounces);
     if (starts || (goesOffline && startAnew_ != StartAnew::never)) startAnewOffline();
     renderOfflineBlock(block);
+    shownTime_.show(host_.time);
 }
 
 /// What does not act in this block stays ours: the next one may come in real time.

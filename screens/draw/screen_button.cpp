@@ -101,7 +101,6 @@ void ScreenButton::tell(ButtonTouch touch) {
 }
 
 void ScreenButton::paint(juce::Graphics& graphics) {
-    const auto px = [this](double units) { return static_cast<float>(units * scale_); };
     const ButtonColors colors = buttonColors(face_, reach_, ground_);
     const auto cell = getLocalBounds().toFloat();
     graphics.fillAll(brush::colour(ground_));
@@ -112,12 +111,15 @@ void ScreenButton::paint(juce::Graphics& graphics) {
         graphics.setColour(brush::colour(colors.frame));
         graphics.drawRoundedRectangle(cell.reduced(width / 2), px(corner_) - width / 2, width);
     }
-    if (icon_) {
-        drawIcon(graphics, *icon_, cell.withSizeKeepingCentre(px(iconUnits_), px(iconUnits_)),
-                 brush::colour(colors.sign));
-        return;
-    }
-    graphics.setColour(brush::colour(colors.sign));
+    paintSign(graphics, cell, colors.sign);
+}
+
+void ScreenButton::paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell, Color sign) {
+    if (icon_)
+        return drawIcon(graphics, *icon_,
+                        cell.withSizeKeepingCentre(px(iconUnits_), px(iconUnits_)),
+                        brush::colour(sign));
+    graphics.setColour(brush::colour(sign));
     graphics.setFont(brush::medium(labelPixels_));
     graphics.drawText(brush::text(label_), cell, juce::Justification::centred, true);
 }

@@ -3,6 +3,7 @@
 
 #include "screens/draw/icons.h"
 #include "screens/model/button_face.h"
+#include "screens/model/button_touch.h"
 #include "screens/model/screen_context.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -13,17 +14,11 @@
 
 namespace zephyra {
 
-/// A part of a press. A key's press sends down and inside at once.
-enum class ButtonTouch {
-    down,
-    inside,  ///< let go over the button: it is pressed
-    outside, ///< let go elsewhere: nothing was pressed
-};
-
 /// Draws a face and tells of touches; what they do is others' matter. Reached by Tab, pressed by
 /// Space and Enter; a click leaves the keyboard where it is. A button that is not enabled is
-/// reached and explained, but not pressed. Message thread.
-class ScreenButton final : public juce::Component {
+/// reached and explained, but not pressed. Others draw more than a sign by paintSign. Message
+/// thread.
+class ScreenButton : public juce::Component {
 public:
     /// title: for assistive technology, "Freeze". help: one sentence that the foot shows.
     ScreenButton(ScreenContext& context, const std::string& title, std::string help);
@@ -60,6 +55,12 @@ public:
     void focusGained(FocusChangeType cause) override;
     void focusLost(FocusChangeType cause) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
+
+protected:
+    /// What stands in the cell, which is filled; sign: the colour that is read on it.
+    virtual void paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell, Color sign);
+    float px(double units) const { return static_cast<float>(units * scale_); }
+    const ButtonReach& reached() const noexcept { return reach_; }
 
 private:
     void reach(ButtonReach reach);

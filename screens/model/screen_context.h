@@ -41,6 +41,8 @@ struct ScreenContext {
     std::function<void()> settingsChanged = {};
     /// Asks for a sound file or bank and loads it; for the file of a missing sample.
     std::function<void()> loadFile = {}, locateSample = {};
+    /// Opens the sheet of settings.
+    std::function<void()> openSettings = {};
 };
 
 } // namespace zephyra

@@ -14,6 +14,7 @@ namespace {
 constexpr double kRate = 48000.0;
 constexpr std::uint32_t kBlock = 480;
 constexpr double kFrame = 1.0 / 60.0;
+constexpr PluginTransport kTransport{.tempo = 96.0, .numerator = 4.0, .moving = true};
 
 // Plays as a bounce does, so that the same picture comes out every time, with a frame each 60th.
 void play(PluginInstance& plugin, ZephyraScreen& screen, double seconds) {
@@ -25,6 +26,7 @@ void play(PluginInstance& plugin, ZephyraScreen& screen, double seconds) {
         block.output[0] = left.data();
         block.output[1] = right.data();
         block.frames = kBlock;
+        block.transport = kTransport;
         plugin.renderOffline(block);
         for (; shown < now; shown += kFrame) screen.frame(shown);
     }

@@ -4,16 +4,146 @@
 
 namespace zephyra {
 
-TopArea::TopArea(ScreenContext& context) : ScreenArea(context) {}
+namespace {
 
-void TopArea::layOut(const ScreenLayout& layout) {
-    setBounds(brush::rectangle(layout.top));
+constexpr const char* kTitles[kTransportButtons] = {"Play", "Rewind", "Freeze", "LIVE", "Clear"};
+
+constexpr double kPlayIcon = 20, kIcon = 20, kArrowIcon = 18, kWord = 12; // units at regular
+
+} // namespace
+
+TopArea::TopArea(ScreenContext& context)
+    : ScreenArea(context), transport_(context), preset_(context), sample_(context),
+      music_(context), buttons_{ScreenButton(context, kTitles[0], ""),
+                                ScreenButton(context, kTitles[1], ""),
+                                ScreenButton(context, kTitles[2], ""),
+                                ScreenButton(context, kTitles[3], ""),
+                                ScreenButton(context, kTitles[4], "")},
+      previous_(context, "Previous preset",
+                "The preset before this one; before the first comes the last of the bank before"),
+      next_(context, "Next preset",
+            "The preset behind this one; behind the last comes the first of the next bank"),
+      presetName_(context), sampleName_(context),
+      locate_(context, "Locate", "Choose the file that takes the missing sound's place"),
+      tempo_(context, music_), bar_(context),
+      settings_(context, "Settings", "Settings: fades, knobs, zoom, meters, sounds in sessions") {
+    setOpaque(true);
+    setFocusContainerType(FocusContainerType::focusContainer);
+    wireTransport();
+    wirePreset();
+    for (juce::Component* const child :
+         {static_cast<juce::Component*>(&sampleName_), static_cast<juce::Component*>(&locate_),
+          static_cast<juce::Component*>(&tempo_), static_cast<juce::Component*>(&bar_),
+          static_cast<juce::Component*>(&settings_)})
+        addAndMakeVisible(child);
+    locate_.pressed = [this] {
+        if (this->context().locateSample) this->context().locateSample();
+    };
+    settings_.setFace({.isBare = true});
+    settings_.pressed = [this] {
+        if (this->context().openSettings) this->context().openSettings();
+    };
 }
 
-void TopArea::frame(const FrameTime&) {}
+void TopArea::wireTransport() {
+    for (std::size_t i = 0; i < kTransportButtons; ++i) {
+        const auto which = static_cast<TransportButton>(i);
+        addAndMakeVisible(buttons_[i]);
+        buttons_[i].touched = [this, which](ButtonTouch touch) { transport_.touch(which, touch); };
+        buttons_[i].setSwitch(which != TransportButton::rewind && which != TransportButton::clear);
+    }
+    buttons_[0].setCorner(8.0);
+}
+
+void TopArea::wirePreset() {
+    for (ScreenButton* const button :
+         {&previous_, &next_, static_cast<ScreenButton*>(&presetName_)}) {
+        addAndMakeVisible(button);
+        button->setFace({.isBare = true});
+    }
+    previous_.pressed = [this] { preset_.previous(); };
+    next_.pressed = [this] { preset_.next(); };
+    presetName_.pressed = [this] { openPresetMenu(); };
+}
+
+void TopArea::openPresetMenu() {
+    if (!context().openMenu) return;
+    const auto at = presetName_.getBounds() + getPosition();
+    context().openMenu({at.getX(), at.getY(), at.getWidth(), at.getHeight()}, preset_.menu());
+}
+
+void TopArea::layOut(const ScreenLayout& layout) {
+    layout_ = layout;
+    setBounds(brush::rectangle(layout.top));
+    show();
+    place();
+    repaint();
+}
+
+void TopArea::frame(const FrameTime&) {
+    show();
+    if (preset_.takesMenu()) openPresetMenu();
+}
+
+/// What is there now; lays out anew where a text has another width.
+void TopArea::show() {
+    const TransportShown& transport = transport_.shown();
+    for (std::size_t i = 0; i < kTransportButtons; ++i) {
+        const auto which = static_cast<TransportButton>(i);
+        buttons_[i].setFace(transport.face(which));
+        buttons_[i].setHelp(transport.help(which));
+        buttons_[i].setValue(transport.value(which));
+    }
+    const bool plays =
+        transport.play == PlayState::playing || transport.play == PlayState::fadingOut;
+    const double large = layout_.measures.buttonSize / 32.0;
+    buttons_[0].setIcon(plays ? Icon::stop : Icon::play, kPlayIcon * large);
+    presetName_.show(preset_.shown(), layout_.measures);
+    sampleName_.show(sample_.shown(), layout_.measures, layout_.scale);
+    tempo_.show(layout_.measures);
+    bar_.show(music_.shown(), layout_.measures, layout_.scale);
+    const TopWishes wishes{.presetWidth = presetName_.textWidth(layout_.scale),
+                           .sampleWidth = sampleName_.textWidth(),
+                           .showsClear = transport.isLive,
+                           .showsLocate = sample_.shown().isMissing};
+    if (wishes == wishes_) return;
+    wishes_ = wishes;
+    place();
+}
+
+void TopArea::place() {
+    boxes_ = topBoxes(layout_, wishes_);
+    const double scale = layout_.scale, large = layout_.measures.buttonSize / 32.0;
+    const Box* const boxes[] = {&boxes_.play, &boxes_.rewind, &boxes_.freeze, &boxes_.live,
+                                &boxes_.clear};
+    for (std::size_t i = 0; i < kTransportButtons; ++i) buttons_[i].place(*boxes[i], scale);
+    buttons_[1].setIcon(Icon::rewind, kIcon * large);
+    buttons_[2].setIcon(Icon::freeze, kIcon * large);
+    const double word = kWord * scale * large;
+    buttons_[3].setLabel("LIVE", word);
+    buttons_[4].setLabel("Clear", word);
+    previous_.place(boxes_.previous, scale);
+    next_.place(boxes_.next, scale);
+    previous_.setIcon(Icon::left, kArrowIcon * large);
+    next_.setIcon(Icon::right, kArrowIcon * large);
+    presetName_.place(boxes_.preset, scale);
+    sampleName_.setBounds(brush::rectangle(boxes_.sample));
+    locate_.place(boxes_.locate, scale);
+    locate_.setLabel("Locate", word);
+    tempo_.place(boxes_.tempo, scale);
+    bar_.setBounds(brush::rectangle(boxes_.bar));
+    settings_.place(boxes_.settings, scale);
+    settings_.setIcon(Icon::sliders, kIcon * large);
+    repaint();
+}
 
 void TopArea::paint(juce::Graphics& graphics) {
     graphics.fillAll(brush::colour(palette::kGround));
+    graphics.setColour(brush::colour(palette::kLine));
+    const int line = juce::jmax(1, layout_.px(1)), inset = layout_.px(layout_.measures.top * 0.23);
+    for (const int x : boxes_.lines)
+        if (x > 0) graphics.fillRect(x, inset, line, getHeight() - 2 * inset);
+    graphics.fillRect(0, getHeight() - line, getWidth(), line);
 }
 
 } // namespace zephyra

@@ -1,0 +1,57 @@
+// PresetLine: the preset that was chosen last, and how a player steps to others.
+#pragma once
+
+#include "screens/model/screen_context.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zephyra {
+
+/// One moment. Plain data.
+struct PresetShown {
+    std::string name = {}, bank = {}; ///< empty: none was chosen
+    bool isChanged = false;        ///< somebody edited since it was chosen
+    std::optional<double> loading; ///< share of its sound that was read, 0..1
+    bool operator==(const PresetShown&) const = default;
+
+    std::string title() const { return name.empty() ? "No preset" : name; }
+    /// "Glass Weather, changed"
+    std::string line() const;
+};
+
+/// Message thread.
+class PresetLine final : public ScreenPart {
+public:
+    explicit PresetLine(ScreenContext& context);
+    ~PresetLine() override;
+
+    const PresetShown& shown() const noexcept { return shown_; }
+
+    /// How many edits were made so far; what it grew by since a preset was chosen is a change.
+    void setEdits(std::uint64_t edits) { edits_ = edits; }
+
+    void next();     ///< behind the last one comes the first of the next bank
+    void previous(); ///< before the first one the last of the bank before
+    /// The presets of the bank that is selected, then the banks; choosing a bank asks for a menu
+    /// of its presets, see takesMenu.
+    std::vector<MenuRow> menu();
+    /// Whether the menu is to be opened anew, now that another bank is listed. Once.
+    bool takesMenu();
+
+    void read(AudioUnitViewController& view, const FrameTime& time) override;
+
+private:
+    void choose(int table, std::size_t row);
+
+    ScreenContext& context_;
+    PresetShown shown_;
+    std::string key_, bankFile_; // of the preset that was chosen
+    std::uint64_t edits_ = 0, editsAtChoice_ = 0;
+    std::string awaitedBank_; // whose presets the menu waits for
+    bool menuIsDue_ = false;
+};
+
+} // namespace zephyra

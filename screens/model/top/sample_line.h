@@ -1,0 +1,35 @@
+// SampleLine: which sound grains are cut from, as the top names it.
+#pragma once
+
+#include "screens/model/screen_context.h"
+
+#include <string>
+
+namespace zephyra {
+
+/// One moment. Plain data.
+struct SampleShown {
+    std::string name = {};  ///< a file's; "Live input", "Captured sound", "No sound"
+    std::string facts = {}; ///< "12.0 s   44.1 kHz   mono"
+    bool isMissing = false; ///< a state named it, and it was not found
+    bool operator==(const SampleShown&) const = default;
+};
+
+/// Message thread.
+class SampleLine final : public ScreenPart {
+public:
+    explicit SampleLine(ScreenContext& context);
+    ~SampleLine() override;
+
+    const SampleShown& shown() const noexcept { return shown_; }
+    void read(AudioUnitViewController& view, const FrameTime& time) override;
+
+private:
+    ScreenContext& context_;
+    SampleShown shown_;
+};
+
+/// "12.0 s   44.1 kHz   mono", of more than an hour "1:02:03"; what is 0 is left out.
+std::string soundFacts(double seconds, double rate, unsigned channels);
+
+} // namespace zephyra

@@ -1,0 +1,72 @@
+#include "screens/top/preset_button.h"
+
+#include "screens/draw/brush.h"
+
+#include <cmath>
+
+namespace zephyra {
+
+namespace {
+
+constexpr double kInset = 8, kDot = 6, kDotGap = 7, kBar = 2; // units
+// Shares of the height on which the two lines are centred.
+constexpr float kNameCentre = 0.40f, kBankCentre = 0.80f;
+
+} // namespace
+
+PresetButton::PresetButton(ScreenContext& context) : ScreenButton(context, "Preset", {}) {
+    setFace({.isBare = true});
+}
+
+void PresetButton::show(const PresetShown& shown, const LayoutMeasures& measures) {
+    if (shown_ == shown && measures_.presetText == measures.presetText) return;
+    shown_ = shown;
+    measures_ = measures;
+    setHelp("Preset " + shown.title() + (shown.bank.empty() ? "" : " of " + shown.line()) +
+            ": press for all presets and banks");
+    setValue(shown.title() + (shown.isChanged ? ", changed" : ""));
+    repaint();
+}
+
+int PresetButton::textWidth(double scale) const {
+    const float name = brush::medium(measures_.presetText * scale)
+                           .getStringWidthFloat(brush::text(shown_.title()));
+    const float bank =
+        brush::regular(measures_.unitText * scale).getStringWidthFloat(brush::text(shown_.line()));
+    const auto dot = static_cast<float>((kDotGap + kDot) * scale);
+    return static_cast<int>(std::ceil(juce::jmax(name + dot, bank))) + 2;
+}
+
+void PresetButton::paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell, Color) {
+    const auto text = cell.reduced(px(kInset), 0.0f);
+    const bool isLoading = shown_.loading.has_value();
+    const float dot = px(kDot);
+    const juce::Font font = brush::medium(px(measures_.presetText));
+    const juce::String name = brush::text(shown_.title());
+    const float room = text.getWidth() - (shown_.isChanged ? px(kDotGap) + dot : 0.0f);
+    const float width = juce::jmin(room, font.getStringWidthFloat(name) + 1.0f);
+    const float y = cell.getHeight() * kNameCentre;
+    graphics.setFont(font);
+    graphics.setColour(
+        brush::colour(isLoading || shown_.name.empty() ? palette::kDim : palette::kBright));
+    graphics.drawText(name, text.withHeight(2.0f * y).withWidth(width + 1.0f),
+                      juce::Justification::centredLeft, true);
+    if (shown_.isChanged)
+        graphics.fillEllipse(text.getX() + width + px(kDotGap), y - dot / 2 + 1.0f, dot, dot);
+    const float lineY = cell.getHeight() * kBankCentre;
+    if (isLoading) {
+        juce::Rectangle<float> bar(text.getX(), cell.getBottom() - px(kBar) - 1.0f, text.getWidth(),
+                                   px(kBar));
+        graphics.setColour(brush::colour(palette::kTrack));
+        graphics.fillRect(bar);
+        graphics.setColour(brush::colour(palette::kArc));
+        graphics.fillRect(bar.withWidth(bar.getWidth() * static_cast<float>(*shown_.loading)));
+    }
+    graphics.setFont(brush::regular(px(measures_.unitText)));
+    graphics.setColour(brush::colour(palette::kFaint));
+    const float half = px(measures_.unitText);
+    graphics.drawText(brush::text(shown_.line()), text.withY(lineY - half).withHeight(2.0f * half),
+                      juce::Justification::centredLeft, true);
+}
+
+} // namespace zephyra

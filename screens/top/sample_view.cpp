@@ -1,0 +1,67 @@
+#include "screens/top/sample_view.h"
+
+#include "screens/draw/brush.h"
+
+#include <cmath>
+
+namespace zephyra {
+
+namespace {
+
+constexpr float kNameCentre = 0.44f, kFactsCentre = 0.80f; // shares of the height
+constexpr double kNameMore = 2.0;                          // over the names of knobs, units
+
+} // namespace
+
+SampleView::SampleView(ScreenContext& context) : context_(context) {
+    setOpaque(true);
+    setTitle("Sound");
+}
+
+void SampleView::show(const SampleShown& shown, const LayoutMeasures& measures, double scale) {
+    if (shown_ == shown && measures_.nameText == measures.nameText && scale_ == scale) return;
+    shown_ = shown;
+    measures_ = measures;
+    scale_ = scale;
+    setDescription(brush::text(shown.name + ", " + secondLine()));
+    setHelpText("The sound that grains are cut from; drop a sound file to load another");
+    repaint();
+}
+
+int SampleView::textWidth() const {
+    const float name = brush::medium((measures_.nameText + kNameMore) * scale_)
+                           .getStringWidthFloat(brush::text(shown_.name));
+    const float facts =
+        brush::regular(measures_.unitText * scale_).getStringWidthFloat(brush::text(secondLine()));
+    return static_cast<int>(std::ceil(juce::jmax(name, facts))) + 4;
+}
+
+void SampleView::paint(juce::Graphics& graphics) {
+    graphics.fillAll(brush::colour(palette::kGround));
+    const auto cell = getLocalBounds().toFloat();
+    const auto draw = [&](const std::string& text, double size, bool isTitle, float share,
+                          Color colour) {
+        const auto height = static_cast<float>(size * scale_);
+        graphics.setFont(isTitle ? brush::medium(height) : brush::regular(height));
+        graphics.setColour(brush::colour(colour));
+        graphics.drawText(brush::text(text),
+                          cell.withY(cell.getHeight() * share - height).withHeight(2.0f * height),
+                          juce::Justification::centredLeft, true);
+    };
+    draw(shown_.name, measures_.nameText + kNameMore, true, kNameCentre,
+         shown_.isMissing ? palette::kDim : palette::kBright);
+    draw(secondLine(), measures_.unitText, false, kFactsCentre,
+         shown_.isMissing ? palette::kAccent : palette::kFaint);
+}
+
+void SampleView::mouseEnter(const juce::MouseEvent&) {
+    if (context_.help && !shown_.name.empty())
+        context_.help(shown_.isMissing ? shown_.name + " was not found; Locate chooses another"
+                                       : shown_.name + ", drop a sound file to load another");
+}
+
+void SampleView::mouseExit(const juce::MouseEvent&) {
+    if (context_.help) context_.help({});
+}
+
+} // namespace zephyra
