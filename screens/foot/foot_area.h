@@ -1,7 +1,13 @@
-// FootArea: drawers, one sentence of help, CPU and dropped grains.
+// FootArea: drawers, the sentence of help, CPU and dropped grains.
 #pragma once
 
 #include "screens/draw/screen_area.h"
+#include "screens/foot/foot_tab_button.h"
+#include "screens/model/foot/foot_boxes.h"
+#include "screens/model/foot/foot_line.h"
+
+#include <array>
+#include <memory>
 
 namespace zephyra {
 
@@ -13,6 +19,20 @@ public:
     void layOut(const ScreenLayout& layout) override;
     void frame(const FrameTime& time) override;
     void paint(juce::Graphics& graphics) override;
+    void mouseMove(const juce::MouseEvent& event) override;
+    void mouseUp(const juce::MouseEvent& event) override;
+
+private:
+    void makeTabs();
+    void place();
+    void repaintText(const Box& box) { repaint(box.x, box.y, box.width, box.height); }
+    double textPixels() const { return layout_.measures.nameText * layout_.scale; }
+
+    FootLine line_;
+    ScreenLayout layout_;
+    FootShown shown_; // as painted
+    FootBoxes boxes_;
+    std::array<std::unique_ptr<FootTabButton>, kDrawers> tabs_;
 };
 
 } // namespace zephyra

@@ -4,6 +4,9 @@
 #include "screens/model/screen_layout.h"
 #include "screens/model/screen_source.h"
 
+#include <array>
+#include <bitset>
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -25,6 +28,10 @@ struct MenuRow {
     bool isTicked = false, isEnabled = true;
 };
 
+/// What opens from the foot.
+enum class Drawer { presets, samples, modulation, takes, keys, pad };
+inline constexpr std::size_t kDrawers = 6;
+
 /// Message thread. The functions are the window's, and may be empty in tests of one area.
 struct ScreenContext {
     ScreenSource& source;
@@ -43,6 +50,10 @@ struct ScreenContext {
     std::function<void()> loadFile = {}, locateSample = {};
     /// Opens the sheet of settings.
     std::function<void()> openSettings = {};
+    /// Opens or closes each drawer; one that is empty is not there, and has no tab.
+    std::array<std::function<void()>, kDrawers> toggleDrawer = {};
+    /// Whether each is open.
+    std::bitset<kDrawers> openDrawers = {};
 };
 
 } // namespace zephyra

@@ -32,12 +32,16 @@ PresetLine::~PresetLine() {
     context_.source.remove(*this);
 }
 
-void PresetLine::next() {
-    context_.source.asMain([](AudioUnitViewController& view) { view.presets.nextSnap(); });
-}
-
-void PresetLine::previous() {
-    context_.source.asMain([](AudioUnitViewController& view) { view.presets.previousSnap(); });
+void PresetLine::step(int by) {
+    PluginInstance& plugin = context_.source.plugin();
+    if (chooser_ == Chooser::store)
+        return context_.source.asMain([by](AudioUnitViewController& view) {
+            by > 0 ? view.presets.nextSnap() : view.presets.previousSnap();
+        });
+    const std::size_t count = plugin.programs().size();
+    if (count == 0) return;
+    const std::size_t before = program_.value_or(by > 0 ? count - 1 : 0);
+    plugin.setProgram((before + count + static_cast<std::size_t>(by)) % count);
 }
 
 void PresetLine::choose(int table, std::size_t row) {
@@ -71,29 +75,45 @@ bool PresetLine::takesMenu() {
     return std::exchange(menuIsDue_, false);
 }
 
+/// Of "Name (Bank)".
+void PresetLine::followHost() {
+    const std::string program = context_.source.plugin().programs()[*program_].name;
+    const auto bracket = program.rfind(" (");
+    shown_.name = program.substr(0, bracket);
+    if (bracket != std::string::npos)
+        shown_.bank = program.substr(bracket + 2, program.size() - bracket - 3);
+}
+
+void PresetLine::followStore(AudioUnitViewController& view) {
+    const Store& store = view.presets;
+    // While another bank is looked through, what plays is still the preset of the one before.
+    if (known(store.getCurrentSelectedBankName()) != bankFile_) return;
+    if (const std::string name = known(store.getSnapshotName()); !name.empty()) shown_.name = name;
+    shown_.bank = withoutExtension(bankFile_);
+}
+
 void PresetLine::read(AudioUnitViewController& view, const FrameTime&) {
     const Store& store = view.presets;
     std::string key = known(store.getCurrentSelectedSnapID());
-    std::string bank = known(store.getCurrentSelectedBankName());
+    const std::string bank = known(store.getCurrentSelectedBankName());
     if (!awaitedBank_.empty() && awaitedBank_ == bank && store.getSelectedBankDictionary()) {
         awaitedBank_.clear();
         menuIsDue_ = true;
     }
-    if (key != key_) {
-        key_ = std::move(key);
+    const auto program = context_.source.plugin().chosenProgram();
+    if (program != program_ && program) chooser_ = Chooser::host;
+    if (key != key_ && !key.empty()) chooser_ = Chooser::store;
+    if (program != program_ || key != key_) {
         bankFile_ = bank;
         editsAtChoice_ = edits_;
+        program_ = program;
+        key_ = std::move(key);
     }
-    PresetShown shown;
-    // While another bank is looked through, what plays is still the preset of the one before.
-    if (bank == bankFile_ && !key_.empty())
-        shown.name = known(store.getSnapshotName());
-    else
-        shown.name = shown_.name;
-    shown.bank = withoutExtension(bankFile_.empty() ? bank : bankFile_);
-    shown.isChanged = !key_.empty() && edits_ != editsAtChoice_;
-    if (view.sampleLoader.isLoading()) shown.loading = view.sampleLoader.progress();
-    shown_ = std::move(shown);
+    if (chooser_ == Chooser::host && program_) followHost();
+    if (chooser_ == Chooser::store) followStore(view);
+    shown_.isChanged = chooser_ != Chooser::nobody && edits_ != editsAtChoice_;
+    shown_.loading.reset();
+    if (view.sampleLoader.isLoading()) shown_.loading = view.sampleLoader.progress();
 }
 
 } // namespace zephyra

@@ -13,8 +13,8 @@ namespace zephyra {
 /// One moment. Plain data.
 struct PresetShown {
     std::string name = {}, bank = {}; ///< empty: none was chosen
-    bool isChanged = false;        ///< somebody edited since it was chosen
-    std::optional<double> loading; ///< share of its sound that was read, 0..1
+    bool isChanged = false;           ///< somebody edited since it was chosen
+    std::optional<double> loading;    ///< share of its sound that was read, 0..1
     bool operator==(const PresetShown&) const = default;
 
     std::string title() const { return name.empty() ? "No preset" : name; }
@@ -33,8 +33,10 @@ public:
     /// How many edits were made so far; what it grew by since a preset was chosen is a change.
     void setEdits(std::uint64_t edits) { edits_ = edits; }
 
-    void next();     ///< behind the last one comes the first of the next bank
-    void previous(); ///< before the first one the last of the bank before
+    /// Behind the last one comes the first of the next bank. While the host's program plays, they
+    /// step through the host's list, which is the factory's banks.
+    void next() { step(1); }
+    void previous() { step(-1); }
     /// The presets of the bank that is selected, then the banks; choosing a bank asks for a menu
     /// of its presets, see takesMenu.
     std::vector<MenuRow> menu();
@@ -44,11 +46,19 @@ public:
     void read(AudioUnitViewController& view, const FrameTime& time) override;
 
 private:
+    /// Who named what plays now.
+    enum class Chooser { nobody, store, host };
+
+    void step(int by);
     void choose(int table, std::size_t row);
+    void followStore(AudioUnitViewController& view);
+    void followHost();
 
     ScreenContext& context_;
     PresetShown shown_;
-    std::string key_, bankFile_; // of the preset that was chosen
+    Chooser chooser_ = Chooser::nobody;
+    std::string key_, bankFile_;         // of the preset that was chosen in the store
+    std::optional<std::size_t> program_; // chosen by the host
     std::uint64_t edits_ = 0, editsAtChoice_ = 0;
     std::string awaitedBank_; // whose presets the menu waits for
     bool menuIsDue_ = false;
