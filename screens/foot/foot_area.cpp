@@ -9,7 +9,7 @@ namespace zephyra {
 namespace {
 
 // The widest that are to be expected: the boxes stay while figures change.
-constexpr const char *kWidestCpu = "CPU 100 %", *kWidestDropped = "10000 dropped";
+constexpr const char *kWidestCpu = "CPU 100 %", *kWidestDropped = "99.9k dropped";
 
 int widthOf(const juce::Font& font, const char* text) {
     return static_cast<int>(std::ceil(font.getStringWidthFloat(text))) + 2;
@@ -42,9 +42,9 @@ void FootArea::makeTabs() {
 }
 
 void FootArea::place() {
-    const juce::Font medium = brush::medium(textPixels()), regular = brush::regular(textPixels());
+    const juce::Font medium = brush::medium(textPixels());
     FootWidths widths{.cpu = widthOf(medium, kWidestCpu),
-                      .dropped = widthOf(regular, kWidestDropped)};
+                      .dropped = widthOf(medium, kWidestDropped)};
     for (std::size_t i = 0; i < kDrawers; ++i)
         if (tabs_[i]) widths.tabs[i] = widthOf(medium, kFootTabs[i].title);
     boxes_ = footBoxes(layout_, widths);
@@ -78,19 +78,19 @@ void FootArea::paint(juce::Graphics& graphics) {
     graphics.fillAll(brush::colour(palette::kGround));
     graphics.setColour(brush::colour(palette::kLine));
     graphics.fillRect(0, 0, getWidth(), juce::jmax(1, layout_.px(1)));
-    const auto draw = [&](const std::string& text, const Box& box, Color colour, bool isMedium,
+    const auto draw = [&](const std::string& text, const Box& box, Color colour,
                           juce::Justification where) {
-        graphics.setFont(isMedium ? brush::medium(textPixels()) : brush::regular(textPixels()));
+        graphics.setFont(brush::medium(textPixels()));
         graphics.setColour(brush::colour(colour));
         graphics.drawText(brush::text(text), brush::floats(box), where, true);
     };
     const bool hasTabs = boxes_.help.x > layout_.px(layout_.measures.margin);
-    draw(shown_.help, boxes_.help, palette::kFaint, false,
+    draw(shown_.help, boxes_.help, palette::kFaint,
          hasTabs ? juce::Justification::centred : juce::Justification::centredLeft);
-    draw(shown_.cpu, boxes_.cpu, shown_.isLate ? palette::kAccent : palette::kText, true,
+    draw(shown_.cpu, boxes_.cpu, shown_.isLate ? palette::kAccent : palette::kText,
          juce::Justification::centredRight);
     draw(shown_.dropped, boxes_.dropped, shown_.dropsNow ? palette::kBright : palette::kFaint,
-         false, juce::Justification::centredRight);
+         juce::Justification::centredRight);
 }
 
 void FootArea::mouseMove(const juce::MouseEvent& event) {

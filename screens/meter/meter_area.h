@@ -1,11 +1,17 @@
-// MeterArea: level, peak and clip lights.
+// MeterArea: levels of what leaves the plug-in.
 #pragma once
 
 #include "screens/draw/screen_area.h"
+#include "screens/model/meter/meter_model.h"
+#include "screens/model/meter/meter_scale.h"
+
+#include <array>
+#include <string>
 
 namespace zephyra {
 
-/// Message thread.
+/// A click, Space or Enter puts the clip lights out and forgets the highest peak; a right click
+/// offers to switch displays on and off. Message thread.
 class MeterArea final : public ScreenArea {
 public:
     explicit MeterArea(ScreenContext& context);
@@ -13,6 +19,26 @@ public:
     void layOut(const ScreenLayout& layout) override;
     void frame(const FrameTime& time) override;
     void paint(juce::Graphics& graphics) override;
+    void mouseEnter(const juce::MouseEvent& event) override;
+    void mouseExit(const juce::MouseEvent& event) override;
+    void mouseDown(const juce::MouseEvent& event) override;
+    bool keyPressed(const juce::KeyPress& key) override;
+    void focusGained(FocusChangeType cause) override { repaint(), showHelp(true), (void)cause; }
+    void focusLost(FocusChangeType cause) override { repaint(), showHelp(false), (void)cause; }
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
+
+private:
+    void clear();
+    void showHelp(bool on);
+    void update(std::size_t channel);
+    void paintScale(juce::Graphics& graphics) const;
+    void paintChannel(juce::Graphics& graphics, std::size_t channel) const;
+
+    MeterModel model_;
+    ScreenLayout layout_;
+    MeterBoxes boxes_;
+    std::array<MeterPixels, 2> painted_;
+    std::string highest_;
 };
 
 } // namespace zephyra

@@ -44,7 +44,7 @@ void MusicButton::paintSign(juce::Graphics& graphics, juce::Rectangle<float> cel
     graphics.drawText(brush::text(shown_.tempo),
                       lineAt(cell, kNumberCentre, px(measures_.tempoText)),
                       juce::Justification::centred, true);
-    graphics.setFont(brush::regular(px(measures_.unitText)));
+    graphics.setFont(brush::medium(px(measures_.unitText)));
     graphics.setColour(brush::colour(palette::kFaint));
     graphics.drawText(brush::text(shown_.source()),
                       lineAt(cell, kSourceCentre, px(measures_.unitText)),

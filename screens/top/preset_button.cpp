@@ -32,7 +32,7 @@ int PresetButton::textWidth(double scale) const {
     const float name = brush::medium(measures_.presetText * scale)
                            .getStringWidthFloat(brush::text(shown_.title()));
     const float bank =
-        brush::regular(measures_.unitText * scale).getStringWidthFloat(brush::text(shown_.line()));
+        brush::medium(measures_.unitText * scale).getStringWidthFloat(brush::text(shown_.line()));
     const auto dot = static_cast<float>((kDotGap + kDot) * scale);
     return static_cast<int>(std::ceil(juce::jmax(name + dot, bank))) + 2;
 }
@@ -62,7 +62,7 @@ void PresetButton::paintSign(juce::Graphics& graphics, juce::Rectangle<float> ce
         graphics.setColour(brush::colour(palette::kArc));
         graphics.fillRect(bar.withWidth(bar.getWidth() * static_cast<float>(*shown_.loading)));
     }
-    graphics.setFont(brush::regular(px(measures_.unitText)));
+    graphics.setFont(brush::medium(px(measures_.unitText)));
     graphics.setColour(brush::colour(palette::kFaint));
     const float half = px(measures_.unitText);
     graphics.drawText(brush::text(shown_.line()), text.withY(lineY - half).withHeight(2.0f * half),

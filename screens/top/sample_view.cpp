@@ -32,25 +32,24 @@ int SampleView::textWidth() const {
     const float name = brush::medium((measures_.nameText + kNameMore) * scale_)
                            .getStringWidthFloat(brush::text(shown_.name));
     const float facts =
-        brush::regular(measures_.unitText * scale_).getStringWidthFloat(brush::text(secondLine()));
+        brush::medium(measures_.unitText * scale_).getStringWidthFloat(brush::text(secondLine()));
     return static_cast<int>(std::ceil(juce::jmax(name, facts))) + 4;
 }
 
 void SampleView::paint(juce::Graphics& graphics) {
     graphics.fillAll(brush::colour(palette::kGround));
     const auto cell = getLocalBounds().toFloat();
-    const auto draw = [&](const std::string& text, double size, bool isTitle, float share,
-                          Color colour) {
+    const auto draw = [&](const std::string& text, double size, float share, Color colour) {
         const auto height = static_cast<float>(size * scale_);
-        graphics.setFont(isTitle ? brush::medium(height) : brush::regular(height));
+        graphics.setFont(brush::medium(height));
         graphics.setColour(brush::colour(colour));
         graphics.drawText(brush::text(text),
                           cell.withY(cell.getHeight() * share - height).withHeight(2.0f * height),
                           juce::Justification::centredLeft, true);
     };
-    draw(shown_.name, measures_.nameText + kNameMore, true, kNameCentre,
+    draw(shown_.name, measures_.nameText + kNameMore, kNameCentre,
          shown_.isMissing ? palette::kDim : palette::kBright);
-    draw(secondLine(), measures_.unitText, false, kFactsCentre,
+    draw(secondLine(), measures_.unitText, kFactsCentre,
          shown_.isMissing ? palette::kAccent : palette::kFaint);
 }
 

@@ -6,6 +6,16 @@
 
 namespace zephyra {
 
+namespace {
+
+/// "999", "12.3k": never wider than its box.
+std::string countText(std::uint64_t count) {
+    if (count < 1000) return std::to_string(count);
+    return count < 100'000 ? formatFixed(static_cast<double>(count) / 1000.0, 1) + "k" : "many";
+}
+
+} // namespace
+
 FootLine::FootLine(ScreenContext& context)
     : context_(context), before_(context.source.plugin().droppedGrains()) {
     context_.source.add(*this);
@@ -34,7 +44,7 @@ void FootLine::read(AudioUnitViewController&, const FrameTime& time) {
     const std::uint64_t dropped = plugin.droppedGrains() - before_;
     if (dropped > dropped_) droppedAt_ = now_;
     dropped_ = dropped;
-    shown_.dropped = std::to_string(dropped) + " dropped";
+    shown_.dropped = countText(dropped) + " dropped";
     shown_.dropsNow = dropped > 0 && now_ - droppedAt_ < kDropsShown;
 }
 
