@@ -1,0 +1,77 @@
+// StageContents: one moment of the sound, its scan and its region, as the stage shows them.
+#pragma once
+
+#include "engine/sample_buffer.h"
+#include "screens/model/screen_source.h"
+#include "screens/model/stage/grain_clock.h"
+#include "screens/model/stage/grain_cloud.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zephyra {
+
+/// Positions are fractions of the sound. Plain data.
+struct StageContents {
+    std::shared_ptr<const mokSample> sound; ///< the file's, as it was loaded; never null once read
+    double seconds = 0.0;                   ///< of the sound that is heard
+    float gain = 1.0f;                      ///< by which that is louder than sound
+    bool isNormalized = false;              ///< its peak was chosen
+    std::string name, missing;              ///< file names; missing is empty while none is
+    std::optional<double> loading;          ///< share of a file that is being read
+
+    bool isLive = false, isWriting = false; ///< the live sound is heard; input comes into it
+    std::uint64_t liveFrames = 0, liveIndex = 0, liveHeard = 0;
+    std::uint64_t liveReplacements = 0, liveHolds = 0;
+
+    double scan = 0.0, scanSpeed = 0.0; ///< 1: as fast as the sound was recorded
+    double regionStart = 0.0, regionEnd = 1.0;
+    double jitter = 0.0; ///< either way
+    bool isPlaying = false, isFrozen = false, isHeld = false;
+    bool isSynced = false; ///< the scan crosses the sound in measures of quarters
+    int measures = 1, quarters = 4;
+    double pitch = 0.0, rndPitch = 0.0; ///< semitones, as set
+    std::size_t envelope = 0;
+};
+
+/// Copies them once a frame, and takes the grains that started. It watches grains from construction
+/// to destruction. Message thread.
+class StageReader final : public ScreenPart {
+public:
+    explicit StageReader(ScreenSource& source);
+    ~StageReader() override;
+
+    void read(AudioUnitViewController& view, const FrameTime& time) override;
+
+    const StageContents& contents() const noexcept { return contents_; }
+    GrainCloud& grains() noexcept { return grains_; }
+
+    /// What bars take of the stage, for grains that start from now on.
+    void setBarSize(const BarSize& bar) { bar_ = bar; }
+    /// Ended grains stay a while and fade.
+    void setFades(bool fades) { fades_ = fades; }
+    /// Live frames from the buffer's index first on, as they are now.
+    void copyLive(std::uint64_t first, std::span<float> frames);
+
+private:
+    void readSound(MOK_SCRUB_GRANULATOR& stream, AudioUnitViewController& view);
+    void readLive(MOK_SCRUB_GRANULATOR& stream);
+    void readScan(MOK_SCRUB_GRANULATOR& stream, double lag);
+    void readGrains(MOK_SCRUB_GRANULATOR& stream, const FrameTime& time, double rate);
+
+    ScreenSource& source_;
+    StageContents contents_;
+    GrainCloud grains_;
+    GrainClock clock_;
+    BarSize bar_;
+    bool fades_ = true;
+    std::vector<float> envelope_; // of contents_.envelope
+    std::optional<std::size_t> shownEnvelope_;
+    std::unique_ptr<GrainTrace> trace_ = std::make_unique<GrainTrace>();
+};
+
+} // namespace zephyra

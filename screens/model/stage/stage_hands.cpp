@@ -1,0 +1,110 @@
+#include "screens/model/stage/stage_hands.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zephyra {
+
+namespace {
+
+const char* nameOf(RegionEdge edge) {
+    return edge == RegionEdge::start ? "Region start" : "Region end";
+}
+
+} // namespace
+
+StageHands::~StageHands() {
+    if (scrubs_) cancelled(scrubs_->id, 0.0);
+    handleReleased();
+}
+
+void StageHands::pressed(TouchId id, double x, double y, double time, bool pans) {
+    if (pans && !view_.isWhole()) {
+        pans_ = {id, x, view_.first()};
+        return;
+    }
+    if (!scrubs_) scrubs_ = {id, x, y};
+    context_.source.asMain([&](AudioUnitViewController& view) {
+        view._GRANULATOR_STREAM.scrubArea.touchesBegan(id, {view_.at(x), y}, time);
+    });
+}
+
+void StageHands::dragged(TouchId id, double x, double y, double time) {
+    if (pans_ && pans_->id == id) {
+        view_.moveTo(pans_->first - (x - pans_->x) * view_.span());
+        return;
+    }
+    if (scrubs_ && scrubs_->id == id) scrubs_ = {id, x, y};
+    context_.source.asMain([&](AudioUnitViewController& view) {
+        view._GRANULATOR_STREAM.scrubArea.touchesMoved(id, {view_.at(x), y}, time);
+    });
+}
+
+void StageHands::released(TouchId id, double time) {
+    if (pans_ && pans_->id == id) return pans_.reset();
+    if (scrubs_ && scrubs_->id == id) scrubs_.reset();
+    context_.source.asMain([&](AudioUnitViewController& view) {
+        view._GRANULATOR_STREAM.scrubArea.touchesEnded(id, time);
+    });
+}
+
+void StageHands::cancelled(TouchId id, double time) {
+    if (pans_ && pans_->id == id) return pans_.reset();
+    if (scrubs_ && scrubs_->id == id) scrubs_.reset();
+    context_.source.asMain([&](AudioUnitViewController& view) {
+        view._GRANULATOR_STREAM.scrubArea.touchesCancelled(id, time);
+    });
+}
+
+void StageHands::wheel(double x, double notches, double soundSeconds) {
+    if (std::isfinite(notches)) view_.zoom(x, std::pow(kWheelZoom, -notches), soundSeconds);
+}
+
+void StageHands::pinched(double x, double times, double soundSeconds) {
+    if (std::isfinite(times)) view_.zoom(x, times, soundSeconds);
+}
+
+double StageHands::edge(RegionEdge which) {
+    return context_.source.asMain([which](AudioUnitViewController& view) {
+        const MOK_SCRUB_GRANULATOR& stream = view._GRANULATOR_STREAM;
+        return double{which == RegionEdge::start ? stream.regionStart() : stream.regionEnd()};
+    });
+}
+
+void StageHands::moveEdge(RegionEdge which, double position) {
+    if (!std::isfinite(position)) return;
+    const auto at = static_cast<float>(std::clamp(position, 0.0, 1.0));
+    context_.source.asMain([&](AudioUnitViewController& view) {
+        MOK_SCRUB_GRANULATOR& stream = view._GRANULATOR_STREAM;
+        const bool isStart = which == RegionEdge::start;
+        stream.setRegion(isStart ? at : stream.regionStart(), isStart ? stream.regionEnd() : at);
+    });
+}
+
+void StageHands::handlePressed(RegionEdge which, double x) {
+    handleReleased();
+    if (context_.beginEdit) context_.beginEdit(nameOf(which));
+    grip_ = {which, view_.at(x) - edge(which)};
+}
+
+void StageHands::handleDragged(double x) {
+    if (grip_) moveEdge(grip_->edge, view_.at(x) - grip_->offset);
+}
+
+void StageHands::handleReleased() {
+    if (!grip_) return;
+    grip_.reset();
+    if (context_.endEdit) context_.endEdit();
+}
+
+void StageHands::nudge(RegionEdge which, double steps) {
+    setEdge(which, edge(which) + steps * kArrowStep * view_.span());
+}
+
+void StageHands::setEdge(RegionEdge which, double position) {
+    if (context_.beginEdit) context_.beginEdit(nameOf(which));
+    moveEdge(which, position);
+    if (context_.endEdit) context_.endEdit();
+}
+
+} // namespace zephyra

@@ -1,0 +1,82 @@
+// StageHands: what mouse and fingers do on the stage and its ruler.
+#pragma once
+
+#include "controls/touch_listener.h"
+#include "screens/model/screen_context.h"
+#include "screens/model/stage/stage_view.h"
+
+#include <optional>
+
+namespace zephyra {
+
+enum class RegionEdge { start, end };
+
+/// Fractions of the stage: x from its left, y from its top; a pointer that was pressed may leave
+/// it. times are seconds on the window's clock. Message thread.
+class StageHands {
+public:
+    static constexpr double kWheelZoom = 1.25;  ///< a notch
+    static constexpr double kArrowStep = 0.005; ///< of what is shown, for a key
+    static constexpr double kFineShare = 0.1;   ///< of a step, with Shift
+
+    StageHands(ScreenContext& context, StageView& view) : context_(context), view_(view) {}
+    /// Lets go of what is held.
+    ~StageHands();
+    StageHands(const StageHands&) = delete;
+    StageHands& operator=(const StageHands&) = delete;
+
+    /// Scrubs; with pans, and zoomed in, the view moves instead.
+    void pressed(TouchId id, double x, double y, double time, bool pans);
+    void dragged(TouchId id, double x, double y, double time);
+    void released(TouchId id, double time);
+    /// The system took the pointer away.
+    void cancelled(TouchId id, double time);
+
+    /// notches: above 0 shows less. soundSeconds: of the sound that is shown.
+    void wheel(double x, double notches, double soundSeconds);
+    /// times: of what is shown, below 1 shows less.
+    void pinched(double x, double times, double soundSeconds);
+    /// So many shares of what is shown to the right.
+    void pan(double share) { view_.moveTo(view_.first() + share * view_.span()); }
+    void resetZoom() { view_.reset(); }
+
+    /// A handle of the region follows x until it is let go: one edit.
+    void handlePressed(RegionEdge edge, double x);
+    void handleDragged(double x);
+    void handleReleased();
+    /// By a key, so many steps; an edit of its own.
+    void nudge(RegionEdge edge, double steps);
+    /// To a fraction of the sound, held to 0..1; an edit of its own.
+    void setEdge(RegionEdge edge, double position);
+
+    /// The handle that is held.
+    std::optional<RegionEdge> held() const {
+        return grip_ ? std::optional(grip_->edge) : std::nullopt;
+    }
+    /// A pointer scrubs: its place on the stage.
+    struct Finger {
+        TouchId id;
+        double x, y;
+    };
+    const std::optional<Finger>& scrubbing() const noexcept { return scrubs_; }
+
+private:
+    struct Pan {
+        TouchId id;
+        double x, first;
+    };
+    struct Grip {
+        RegionEdge edge;
+        double offset; ///< of the pointer from the handle, fraction of the sound
+    };
+    double edge(RegionEdge which);
+    void moveEdge(RegionEdge which, double position);
+
+    ScreenContext& context_;
+    StageView& view_;
+    std::optional<Finger> scrubs_;
+    std::optional<Pan> pans_;
+    std::optional<Grip> grip_;
+};
+
+} // namespace zephyra

@@ -1,0 +1,157 @@
+#include "screens/stage/grain_bar.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zephyra {
+
+namespace {
+
+constexpr double kHalo = 7.0, kStripe = 3.5; // units to each side
+constexpr double kOutline = 1.0, kEndedLine = 2.5;
+constexpr double kHot = 9.0; // units behind the head that turn white
+
+/// A box with round ends, row by row: what a row covers between left and right.
+template <typename Row>
+void forRows(double left, double right, double top, double bottom, const Row& row) {
+    const double radius = std::min(bottom - top, right - left) / 2.0;
+    const double middle = (top + bottom) / 2.0;
+    const double straight = (bottom - top) / 2.0 - radius; // none but for tall, narrow ones
+    for (int y = static_cast<int>(std::floor(top)); y < bottom; ++y) {
+        const double covered = std::min(y + 1.0, bottom) - std::max(1.0 * y, top);
+        const double away = std::max(0.0, std::abs(y + 0.5 - middle) - straight);
+        const double inset = radius - std::sqrt(std::max(0.0, radius * radius - away * away));
+        row(y, left + inset, right - inset, std::min(1.0, covered));
+    }
+}
+
+void fill(const Pixels& pixels, double left, double right, double top, double bottom,
+          const Tint& tint, double alpha) {
+    forRows(left, right, top, bottom, [&](int y, double from, double to, double covered) {
+        pixels.mixSpan(y, from, to, tint, static_cast<int>(alpha * covered * 256.0));
+    });
+}
+
+Tint tintOf(const ShownGrain& grain) {
+    return Tint(palette::pitch(double{grain.semitones}));
+}
+
+double loudest(const ShownGrain& grain) {
+    return std::max({0.01, double{grain.left}, double{grain.right}});
+}
+
+/// Of one ear against the louder one: a quieter ear is darker, too.
+double earShare(const ShownGrain& grain, bool isLeft) {
+    return 0.35 + 0.65 * double{isLeft ? grain.left : grain.right} / loudest(grain);
+}
+
+} // namespace
+
+double axisOf(const StageScene& scene, const ShownGrain& grain) {
+    return scene.y(double{grain.semitones}) - grain.lane * scene.units(kMostBar + kBarGap);
+}
+
+GrainBar placeBar(const StageScene& scene, const ShownGrain& grain, double shift,
+                  std::span<const WaveExtent> extents) {
+    GrainBar bar;
+    bar.axis = axisOf(scene, grain);
+    const double half = scene.units(kMostBar) / 2.0, least = scene.units(1.25);
+    bar.above = std::max(least, half * double{grain.left});
+    bar.below = std::max(least, half * double{grain.right});
+    const double more = scene.units(kLeastBar) - bar.above - bar.below;
+    if (more > 0.0) (grain.left >= grain.right ? bar.above : bar.below) += more;
+    bar.left = scene.x(grain.from + shift);
+    bar.right =
+        std::max(scene.x(grain.to + shift), bar.left + kLeastLengths * (bar.above + bar.below));
+    bar.head = bar.left + (bar.right - bar.left) * grain.through;
+
+    const double around = scene.units(scene.reducedMotion ? kOutline : kHalo) + 1.0;
+    double top = bar.axis - bar.above - around, bottom = bar.axis + bar.below + around;
+    const int column = static_cast<int>(scene.x(grain.head + shift));
+    if (column >= 0 && column < static_cast<int>(extents.size())) {
+        top = std::min(top, double{extents[static_cast<std::size_t>(column)].top} - around);
+        bottom =
+            std::max(bottom, double{extents[static_cast<std::size_t>(column)].bottom} + around);
+    }
+    const int x = static_cast<int>(std::floor(bar.left - around));
+    const int y = static_cast<int>(std::floor(top));
+    bar.box = {x, y, static_cast<int>(std::ceil(bar.right + around)) - x,
+               static_cast<int>(std::ceil(bottom)) - y};
+    return bar;
+}
+
+void drawLight(const Pixels& pixels, const StageScene& scene, const ShownGrain& grain,
+               const GrainBar& bar, std::span<const WaveExtent> extents) {
+    const Tint tint = tintOf(grain);
+    const double stripe = scene.units(kStripe), strength = 0.25 + 0.75 * double{grain.envelope};
+    const int first = static_cast<int>(bar.head - stripe);
+    const int last = static_cast<int>(bar.head + stripe);
+    for (int x = std::max(first, 0); x <= last && x < static_cast<int>(extents.size()); ++x) {
+        const WaveExtent& at = extents[static_cast<std::size_t>(x)];
+        const double share = 1.0 - std::abs(x + 0.5 - bar.head) / (stripe + 1.0);
+        if (share <= 0.0) continue;
+        const int alpha = static_cast<int>(170.0 * share * strength);
+        pixels.mixColumn(x, static_cast<int>(at.top), static_cast<int>(at.bottom), tint, alpha / 2);
+        pixels.mixColumn(x, static_cast<int>(at.energyTop), static_cast<int>(at.energyBottom), tint,
+                         alpha / 2);
+    }
+    const int x = static_cast<int>(bar.head);
+    if (x < 0 || x >= static_cast<int>(extents.size())) return;
+    const WaveExtent& at = extents[static_cast<std::size_t>(x)];
+    const Box hair{x, 0, std::max(1, scene.px(1)), 0};
+    const auto join = [&](double top, double bottom) {
+        pixels.mixBox({hair.x, static_cast<int>(top), hair.width,
+                       std::max(0, static_cast<int>(bottom) - static_cast<int>(top))},
+                      tint, static_cast<int>(110.0 * strength));
+    };
+    join(bar.axis + bar.below, double{at.top});
+    join(double{at.bottom}, bar.axis - bar.above);
+}
+
+void drawBar(const Pixels& pixels, const StageScene& scene, const ShownGrain& grain,
+             const GrainBar& bar) {
+    const Tint tint = tintOf(grain), ink(palette::kInk), white(255, 255, 255);
+    const double envelope = double{grain.envelope};
+    const double top = bar.axis - bar.above, bottom = bar.axis + bar.below;
+    if (!scene.reducedMotion)
+        for (const double out : {kHalo, kHalo * 0.5}) {
+            const double more = scene.units(out);
+            fill(pixels, std::max(bar.left, bar.head - scene.units(14)) - more, bar.head + more,
+                 top - more, bottom + more, tint, 0.11 * envelope);
+        }
+    const double rim = scene.units(kOutline);
+    fill(pixels, bar.left - rim, bar.right + rim, top - rim, bottom + rim, ink, 0.85);
+    const double hot = scene.units(kHot), behind = std::max(1.0, bar.head - bar.left);
+    const int headFrom = static_cast<int>(bar.head - hot), headTo = static_cast<int>(bar.head) + 1;
+    const Tint ahead = Tint(palette::kGround).towards(tint, 110);
+    forRows(bar.left, bar.right, top, bottom, [&](int y, double from, double to, double covered) {
+        const double ear = earShare(grain, y + 0.5 < bar.axis);
+        const int whole = static_cast<int>(covered * 256.0);
+        pixels.mixSpan(y, from, to, ahead, static_cast<int>(whole * (0.5 + 0.5 * ear)));
+        const int until = static_cast<int>(std::min(to, bar.head));
+        for (int x = static_cast<int>(from); x < until; ++x) { // brighter towards the head
+            const double share = (x - bar.left) / behind;
+            const int alpha =
+                static_cast<int>(whole * ear * (0.25 + 0.75 * share) * (0.4 + 0.6 * envelope));
+            const int heat = x < headFrom ? 0 : 230 * (x - headFrom) / (headTo - headFrom);
+            pixels.mixSpan(y, x, x + 1, tint.towards(white, heat), std::min(256, alpha));
+        }
+    });
+    // The head, always to be seen: white-hot as far as the envelope is open.
+    const double wide = scene.units(1.25);
+    forRows(bar.head - wide, bar.head + wide, top, bottom,
+            [&](int y, double from, double to, double covered) {
+                pixels.mixSpan(y, from, to, tint.towards(white, 200),
+                               static_cast<int>(256.0 * covered * (0.45 + 0.55 * envelope)));
+            });
+}
+
+void drawEnded(const Pixels& pixels, const StageScene& scene, const ShownGrain& grain,
+               const GrainBar& bar) {
+    const double left = 1.0 - grain.endedFor / GrainCloud::kFadeSeconds;
+    const double half = scene.units(kEndedLine) / 2.0;
+    fill(pixels, bar.left, bar.right, bar.axis - half, bar.axis + half, tintOf(grain),
+         0.45 * std::max(0.0, left));
+}
+
+} // namespace zephyra

@@ -1,0 +1,43 @@
+// GrainBar: where a grain stands in pixels, and how its bar, its light and its fading line look.
+#pragma once
+
+#include "screens/stage/pixels.h"
+#include "screens/stage/stage_scene.h"
+#include "screens/stage/wave_strip.h"
+
+#include <span>
+
+namespace zephyra {
+
+/// The bar lies over the place that is read: the part above its axis is as high as the grain is
+/// loud on the left, the part below as on the right. Bars are at least as long as they are high.
+/// Plain data.
+struct GrainBar {
+    double left = 0, right = 0; ///< pixels
+    double head = 0;
+    double axis = 0; ///< the row between the ears
+    double above = 0, below = 0;
+    Box box; ///< all that it draws, its light included
+};
+
+/// Units: a bar's height at most and at least, and what lies between stacked ones.
+inline constexpr double kMostBar = 12.0, kLeastBar = 7.0, kBarGap = 1.5;
+/// Times its height that a bar is long at least.
+inline constexpr double kLeastLengths = 1.8;
+
+/// shift: whole sounds; a grain that reads over the end shows again at the beginning.
+GrainBar placeBar(const StageScene& scene, const ShownGrain& grain, double shift,
+                  std::span<const WaveExtent> extents);
+
+/// Each draws within pixels' clip.
+void drawLight(const Pixels& pixels, const StageScene& scene, const ShownGrain& grain,
+               const GrainBar& bar, std::span<const WaveExtent> extents);
+void drawBar(const Pixels& pixels, const StageScene& scene, const ShownGrain& grain,
+             const GrainBar& bar);
+void drawEnded(const Pixels& pixels, const StageScene& scene, const ShownGrain& grain,
+               const GrainBar& bar);
+
+/// A bar's row, by its stack and its pitch.
+double axisOf(const StageScene& scene, const ShownGrain& grain);
+
+} // namespace zephyra
