@@ -132,7 +132,7 @@ void drawBar(const Pixels& pixels, const StageScene& scene, const ShownGrain& gr
         for (int x = static_cast<int>(from); x < until; ++x) { // brighter towards the head
             const double share = (x - bar.left) / behind;
             const int alpha =
-                static_cast<int>(whole * ear * (0.25 + 0.75 * share) * (0.4 + 0.6 * envelope));
+                static_cast<int>(whole * ear * (0.4 + 0.6 * share) * (0.5 + 0.5 * envelope));
             const int heat = x < headFrom ? 0 : 230 * (x - headFrom) / (headTo - headFrom);
             pixels.mixSpan(y, x, x + 1, tint.towards(white, heat), std::min(256, alpha));
         }

@@ -14,15 +14,27 @@ constexpr double kBuildSeconds = 0.003; // of a frame, for a sound that is long
 } // namespace
 
 StageArea::StageArea(ScreenContext& context)
-    : ScreenArea(context), reader_(context.source), hands_(context, scene_.view) {
+    : ScreenArea(context), reader_(context.source), hands_(context, scene_.view),
+      start_(RegionEdge::start, context, hands_, scene_),
+      end_(RegionEdge::end, context, hands_, scene_), missing_(context) {
     setOpaque(true);
+    setTitle("Scan");
+    setHelpText("Drag to scrub, and hold to stay; the wheel zooms, Shift-drag moves what is shown, "
+                "a double click shows all");
+    setWantsKeyboardFocus(true);
+    addAndMakeVisible(end_);
+    addAndMakeVisible(start_);
+    addChildComponent(missing_);
 }
+
+StageArea::~StageArea() = default;
 
 void StageArea::layOut(const ScreenLayout& layout) {
     scene_.layout = layout;
     renews_ = true;
     setBounds(layout.stage.x, layout.stage.y, layout.stage.width,
               layout.stage.height + layout.ruler.height);
+    followEdges();
 }
 
 void StageArea::takeContents(const FrameTime& time) {
@@ -42,47 +54,71 @@ void StageArea::takeContents(const FrameTime& time) {
                                   std::max(1, scene_.width()) * scene_.view.span()});
 }
 
+void StageArea::takeSound() {
+    const StageContents& of = scene_.contents;
+    if (of.sound != pyramid_.sound()) {
+        pyramid_.setSound(of.sound);
+        renews_ = true;
+        if (!of.isLive) scene_.view.reset();
+    }
+    if (of.isLive != drawn_.contents.isLive) scene_.view.reset();
+    if (pyramid_.build(kBuildSeconds)) renews_ = true;
+    if (reader_.takeLiveNews()) renews_ = true;
+}
+
 bool StageArea::groundDiffers() const {
     const StageContents &now = scene_.contents, &then = drawn_.contents;
     return renews_ || !(scene_.view == drawn_.view) || scene_.axis.range() != drawn_.axis.range() ||
            now.regionStart != then.regionStart || now.regionEnd != then.regionEnd ||
-           now.gain != then.gain || now.isSynced != then.isSynced ||
-           now.measures != then.measures || now.quarters != then.quarters ||
-           now.isLive != then.isLive || now.seconds != then.seconds;
+           now.gain != then.gain || now.isNormalized != then.isNormalized ||
+           now.isSynced != then.isSynced || now.measures != then.measures ||
+           now.quarters != then.quarters || now.isLive != then.isLive ||
+           now.isWriting != then.isWriting || now.seconds != then.seconds || now.name != then.name;
 }
 
 void StageArea::drawGround() {
     columns_.resize(static_cast<std::size_t>(scene_.width()));
-    pyramid_.show(scene_.view.first(), scene_.view.last(), columns_);
-    std::vector<WaveExtent> extents;
-    placeColumns(scene_, columns_, pyramid_.peak(), extents);
-    canvas_.ground.draw(scene_, std::move(extents));
+    const StageView& view = scene_.view;
+    if (scene_.contents.isLive)
+        reader_.live().show(view.first(), view.last(), columns_);
+    else
+        pyramid_.show(view.first(), view.last(), columns_);
+    placeColumns(scene_, columns_, pyramid_.peak(), extents_);
+    canvas_.ground.draw(scene_, extents_);
     canvas_.renew(scene_);
     drawn_ = scene_;
     renews_ = false;
 }
 
+void StageArea::followEdges() {
+    start_.follow();
+    end_.follow();
+}
+
+void StageArea::repaintBox(const Box& box) {
+    if (box.width > 0) repaint(brush::rectangle(box));
+}
+
 void StageArea::frame(const FrameTime& time) {
     takeContents(time);
-    if (scene_.contents.sound != pyramid_.sound()) {
-        pyramid_.setSound(scene_.contents.sound);
-        scene_.view.reset();
-        renews_ = true;
-    }
-    if (pyramid_.build(kBuildSeconds)) renews_ = true;
+    takeSound();
     if (groundDiffers()) drawGround();
-    for (const Box& box : canvas_.compose(scene_, reader_.grains())) repaint(brush::rectangle(box));
+    for (const Box& box : canvas_.compose(scene_, reader_.grains())) repaintBox(box);
+    for (const Box& box : overlay_.follow(scene_, hands_)) repaintBox(box);
+    const auto ruler = ruler_.follow(scene_);
+    if (!ruler.isEmpty()) repaint(ruler);
+    followEdges();
+    missing_.show(scene_.contents.missing, scene_.layout);
 }
 
 void StageArea::paint(juce::Graphics& graphics) {
     const auto clip = graphics.getClipBounds();
     const auto stage = clip.getIntersection({0, 0, scene_.width(), scene_.height()});
-    if (!stage.isEmpty())
+    if (!stage.isEmpty()) {
         graphics.drawImageAt(canvas_.picture().getClippedImage(stage), stage.getX(), stage.getY());
-    if (clip.getBottom() > scene_.height()) {
-        graphics.setColour(brush::colour(palette::kGround));
-        graphics.fillRect(0, scene_.height(), getWidth(), getHeight() - scene_.height());
+        overlay_.paint(graphics, scene_, hasKeyboardFocus(false));
     }
+    if (clip.getBottom() > scene_.height()) ruler_.paint(graphics, scene_);
 }
 
 } // namespace zephyra

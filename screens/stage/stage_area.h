@@ -3,8 +3,13 @@
 
 #include "screens/draw/screen_area.h"
 #include "screens/model/stage/stage_hands.h"
+#include "screens/stage/missing_notice.h"
+#include "screens/stage/region_handle.h"
+#include "screens/stage/ruler.h"
 #include "screens/stage/stage_canvas.h"
+#include "screens/stage/stage_overlay.h"
 
+#include <array>
 #include <vector>
 
 namespace zephyra {
@@ -13,22 +18,52 @@ namespace zephyra {
 class StageArea final : public ScreenArea {
 public:
     explicit StageArea(ScreenContext& context);
+    ~StageArea() override;
 
     void layOut(const ScreenLayout& layout) override;
     void frame(const FrameTime& time) override;
     void paint(juce::Graphics& graphics) override;
 
+    /// Where pointers of another source than the mouse act, places as StageHands has them.
+    StageHands& hands() noexcept { return hands_; }
+    const StageScene& scene() const noexcept { return scene_; }
+
+    // stage_area_input.cpp
+    void mouseEnter(const juce::MouseEvent& event) override;
+    void mouseExit(const juce::MouseEvent& event) override;
+    void mouseDown(const juce::MouseEvent& event) override;
+    void mouseDrag(const juce::MouseEvent& event) override;
+    void mouseUp(const juce::MouseEvent& event) override;
+    void mouseDoubleClick(const juce::MouseEvent& event) override;
+    void mouseWheelMove(const juce::MouseEvent& event,
+                        const juce::MouseWheelDetails& wheel) override;
+    void mouseMagnify(const juce::MouseEvent& event, float factor) override;
+    bool keyPressed(const juce::KeyPress& key) override;
+    void focusGained(FocusChangeType cause) override;
+    void focusLost(FocusChangeType cause) override;
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
+
 private:
+    void takeContents(const FrameTime& time);
+    void takeSound();
     bool groundDiffers() const;
     void drawGround();
-    void takeContents(const FrameTime& time);
+    void followEdges();
+    void repaintBox(const Box& box);
+    double placeX(const juce::MouseEvent& event) const;
+    double placeY(const juce::MouseEvent& event) const;
 
     StageReader reader_;
     WavePyramid pyramid_;
     StageScene scene_, drawn_; // now, and as the ground was drawn
     StageHands hands_;
     StageCanvas canvas_;
+    StageOverlay overlay_;
+    Ruler ruler_;
+    RegionHandle start_, end_;
+    MissingNotice missing_;
     std::vector<WaveColumn> columns_;
+    std::vector<WaveExtent> extents_;
     bool renews_ = true;
 };
 

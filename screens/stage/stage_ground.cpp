@@ -91,7 +91,7 @@ void StageGround::drawGrid(const StageScene& scene, juce::Image& image) const {
     if (!of.isSynced && of.seconds > 0.0)
         for (const RulerTick& tick :
              rulerTicks(scene.view.first() * of.seconds, scene.view.last() * of.seconds,
-                        scene.width() / scene.layout.scale, false, of.isLive))
+                        scene.width() / scene.layout.scale, false, of.isWriting))
             pixels.mixColumn(static_cast<int>(tick.place * scene.width()), 0, scene.height(), line,
                              kGridLine);
     const auto across = [&](double semitones, int alpha) {
@@ -141,6 +141,15 @@ void StageGround::drawTexts(const StageScene& scene, juce::Image& image) const {
     for (const int semitones : scene.axis.labels()) {
         label(semitones);
         label(-semitones);
+    }
+    if (scene.layout.step == LayoutStep::compact) { // the top has no room for it
+        const double start = std::min(scene.contents.regionStart, scene.contents.regionEnd);
+        const int x = std::max(scene.px(44), static_cast<int>(scene.x(start)) + scene.px(8));
+        graphics.setColour(brush::colour(palette::kText));
+        graphics.drawText(brush::text(scene.contents.isLive ? "Live input" : scene.contents.name),
+                          x, scene.px(6), scene.width() / 2, high, juce::Justification::centredLeft,
+                          true);
+        graphics.setColour(brush::colour(palette::kFaint));
     }
     if (!scene.contents.isSynced) return;
     const double measure = scene.x(1.0 / scene.contents.measures) - scene.x(0.0);

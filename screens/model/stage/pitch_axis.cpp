@@ -28,6 +28,11 @@ const Range& rangeFor(double wanted) {
 
 bool PitchAxis::advance(double wanted, double elapsed, bool glides) {
     const int fits = rangeFor(wanted).semitones;
+    if (!begun_) { // nobody saw it before
+        begun_ = true;
+        range_ = target_ = fits;
+        return true;
+    }
     narrowFor_ = fits < target_ ? narrowFor_ + elapsed : 0.0;
     if (fits > target_ || narrowFor_ > kNarrowsAfter) {
         target_ = fits;

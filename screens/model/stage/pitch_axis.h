@@ -30,7 +30,8 @@ private:
 
     int target_ = 24;
     double range_ = 24.0, from_ = 24.0, glide_ = 1.0; // glide_: the share that is over
-    double narrowFor_ = 0.0;                          // seconds that less would have done
+    bool begun_ = false;
+    double narrowFor_ = 0.0; // seconds that less would have done
 };
 
 } // namespace zephyra

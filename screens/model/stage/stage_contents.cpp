@@ -68,19 +68,9 @@ void StageReader::readSound(MOK_SCRUB_GRANULATOR& stream, AudioUnitViewControlle
 
 void StageReader::readLive(MOK_SCRUB_GRANULATOR& stream) {
     const WaveForm& wave = stream.waveForm();
-    const LiveSample& live = *wave.liveSample();
-    contents_.isWriting = wave.enableLIVE() && !wave.isHeld();
-    contents_.liveFrames = live.size;
-    contents_.liveIndex = live.offset;
-    contents_.liveHeard = live.heard;
-    contents_.liveReplacements = wave.liveReplacements();
-    contents_.liveHolds = wave.holds();
-}
-
-void StageReader::copyLive(std::uint64_t first, std::span<float> frames) {
-    source_.asMain([&](AudioUnitViewController& view) {
-        view._GRANULATOR_STREAM.waveForm().copyLive(first, frames);
-    });
+    contents_.isWriting = contents_.isLive && wave.enableLIVE() && !wave.isHeld();
+    contents_.liveFrames = wave.liveSample()->size;
+    if (contents_.isLive && live_.follow(wave)) liveNews_ = true;
 }
 
 /// lag: seconds that the picture is behind the latest block, below 0.
@@ -116,7 +106,7 @@ void StageReader::readGrains(MOK_SCRUB_GRANULATOR& stream, const FrameTime& time
         shownEnvelope_ = contents_.envelope;
         envelope_ = pointsOf(contents_.envelope);
     }
-    const bool drifts = contents_.isLive && contents_.isWriting && contents_.liveFrames > 0;
+    const bool drifts = contents_.isWriting && contents_.liveFrames > 0;
     const GrainSource source{.seconds = contents_.seconds,
                              .driftPerFrame =
                                  drifts ? 1.0 / static_cast<double>(contents_.liveFrames) : 0.0};

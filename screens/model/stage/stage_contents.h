@@ -5,12 +5,14 @@
 #include "screens/model/screen_source.h"
 #include "screens/model/stage/grain_clock.h"
 #include "screens/model/stage/grain_cloud.h"
+#include "screens/model/stage/live_wave.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -25,8 +27,7 @@ struct StageContents {
     std::optional<double> loading;          ///< share of a file that is being read
 
     bool isLive = false, isWriting = false; ///< the live sound is heard; input comes into it
-    std::uint64_t liveFrames = 0, liveIndex = 0, liveHeard = 0;
-    std::uint64_t liveReplacements = 0, liveHolds = 0;
+    std::uint64_t liveFrames = 0;           ///< of its buffer
 
     double scan = 0.0, scanSpeed = 0.0; ///< 1: as fast as the sound was recorded
     double regionStart = 0.0, regionEnd = 1.0;
@@ -48,14 +49,15 @@ public:
     void read(AudioUnitViewController& view, const FrameTime& time) override;
 
     const StageContents& contents() const noexcept { return contents_; }
-    GrainCloud& grains() noexcept { return grains_; }
+    const GrainCloud& grains() const noexcept { return grains_; }
+    const LiveWave& live() const noexcept { return live_; }
+    /// Whether more live sound came in since this was asked last.
+    bool takeLiveNews() noexcept { return std::exchange(liveNews_, false); }
 
     /// What bars take of the stage, for grains that start from now on.
     void setBarSize(const BarSize& bar) { bar_ = bar; }
     /// Ended grains stay a while and fade.
     void setFades(bool fades) { fades_ = fades; }
-    /// Live frames from the buffer's index first on, as they are now.
-    void copyLive(std::uint64_t first, std::span<float> frames);
 
 private:
     void readSound(MOK_SCRUB_GRANULATOR& stream, AudioUnitViewController& view);
@@ -66,6 +68,8 @@ private:
     ScreenSource& source_;
     StageContents contents_;
     GrainCloud grains_;
+    LiveWave live_;
+    bool liveNews_ = false;
     GrainClock clock_;
     BarSize bar_;
     bool fades_ = true;

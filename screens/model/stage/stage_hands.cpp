@@ -64,6 +64,20 @@ void StageHands::pinched(double x, double times, double soundSeconds) {
     if (std::isfinite(times)) view_.zoom(x, times, soundSeconds);
 }
 
+void StageHands::putScan(double position) {
+    context_.source.asMain([position](AudioUnitViewController& view) {
+        view._GRANULATOR_STREAM.setScrubNormalizedValue(static_cast<float>(position));
+    });
+}
+
+void StageHands::moveScan(double steps) {
+    const double step = steps * kArrowStep * view_.span();
+    context_.source.asMain([step](AudioUnitViewController& view) {
+        MOK_SCRUB_GRANULATOR& stream = view._GRANULATOR_STREAM;
+        stream.setScrubNormalizedValue(stream.getTimePhasor() + static_cast<float>(step));
+    });
+}
+
 double StageHands::edge(RegionEdge which) {
     return context_.source.asMain([which](AudioUnitViewController& view) {
         const MOK_SCRUB_GRANULATOR& stream = view._GRANULATOR_STREAM;

@@ -40,6 +40,11 @@ public:
     void pan(double share) { view_.moveTo(view_.first() + share * view_.span()); }
     void resetZoom() { view_.reset(); }
 
+    /// The scan to a fraction of the sound, held inside the region; or by a key's steps. Nothing
+    /// happens while a finger holds it.
+    void putScan(double position);
+    void moveScan(double steps);
+
     /// A handle of the region follows x until it is let go: one edit.
     void handlePressed(RegionEdge edge, double x);
     void handleDragged(double x);

@@ -1,0 +1,104 @@
+#include "screens/stage/missing_notice.h"
+
+#include "screens/draw/brush.h"
+
+#include <cmath>
+#include <utility>
+
+namespace zephyra {
+
+namespace {
+
+constexpr double kLeft = 56, kTop = 12, kPadding = 12, kGap = 8; // units
+constexpr double kMostName = 280;
+
+} // namespace
+
+class MissingNotice::LocateButton final : public juce::Button {
+public:
+    LocateButton(ScreenContext& context, const ScreenLayout& layout)
+        : juce::Button("Locate"), context_(context), layout_(layout) {
+        setTitle("Locate");
+        setHelpText("Choose the file that plays in place of the missing sound");
+        setWantsKeyboardFocus(true);
+    }
+
+    void clicked() override {
+        if (context_.locateSample) context_.locateSample();
+    }
+
+    void paintButton(juce::Graphics& graphics, bool isHovered, bool isPressed) override {
+        const auto corner = static_cast<float>(6.0 * layout_.scale);
+        graphics.setColour(
+            brush::colour(isHovered || isPressed ? palette::kTrack : palette::kPressed));
+        graphics.fillRoundedRectangle(getLocalBounds().toFloat(), corner);
+        if (hasKeyboardFocus(false)) {
+            graphics.setColour(brush::colour(palette::kBright));
+            graphics.drawRoundedRectangle(getLocalBounds().toFloat().reduced(1.0f), corner,
+                                          static_cast<float>(2.0 * layout_.scale));
+        }
+        graphics.setColour(brush::colour(palette::kBright));
+        graphics.setFont(brush::medium(layout_.measures.nameText * layout_.scale));
+        graphics.drawText(getName(), getLocalBounds(), juce::Justification::centred, false);
+    }
+
+private:
+    ScreenContext& context_;
+    const ScreenLayout& layout_;
+};
+
+MissingNotice::MissingNotice(ScreenContext& context)
+    : locate_(std::make_unique<LocateButton>(context, layout_)) {
+    addAndMakeVisible(*locate_);
+    setTitle("Missing sound");
+}
+
+MissingNotice::~MissingNotice() = default;
+
+void MissingNotice::show(const std::string& name, const ScreenLayout& layout) {
+    if (name == name_ && layout == layout_) return;
+    name_ = name;
+    layout_ = layout;
+    setVisible(!name.empty());
+    if (name.empty()) return;
+    const juce::Font letters = brush::medium(layout.measures.nameText * layout.scale);
+    const int text = static_cast<int>(
+        std::min<double>(letters.getStringWidthFloat(brush::text(name)), kMostName * layout.scale));
+    const int missing = static_cast<int>(std::ceil(letters.getStringWidthFloat("missing")));
+    const int button = static_cast<int>(std::ceil(letters.getStringWidthFloat("Locate")));
+    setBounds(layout.px(kLeft), layout.px(kTop),
+              text + missing + button + layout.px(5 * kPadding + 2 * kGap),
+              layout.px(layout.measures.nameText + 24));
+    setHelpText(brush::text(name_) + " is missing");
+    resized();
+    repaint();
+}
+
+void MissingNotice::resized() {
+    const juce::Font letters = brush::medium(layout_.measures.nameText * layout_.scale);
+    const int wide = static_cast<int>(std::ceil(letters.getStringWidthFloat("Locate"))) +
+                     layout_.px(2 * kPadding);
+    const int around = layout_.px(4);
+    locate_->setBounds(getWidth() - wide - around, around, wide, getHeight() - 2 * around);
+}
+
+void MissingNotice::paint(juce::Graphics& graphics) {
+    graphics.setColour(brush::colour(palette::kRaised));
+    graphics.fillRoundedRectangle(getLocalBounds().toFloat(),
+                                  static_cast<float>(8.0 * layout_.scale));
+    const juce::Font letters = brush::medium(layout_.measures.nameText * layout_.scale);
+    const juce::String missing("missing");
+    const int word = static_cast<int>(std::ceil(letters.getStringWidthFloat(missing)));
+    auto row = getLocalBounds();
+    row.removeFromLeft(layout_.px(kPadding));
+    row.setRight(locate_->getX() - layout_.px(kPadding));
+    const auto end = row.removeFromRight(word + 2);
+    row.removeFromRight(layout_.px(kGap));
+    graphics.setFont(letters);
+    graphics.setColour(brush::colour(palette::kBright));
+    graphics.drawText(brush::text(name_), row, juce::Justification::centredLeft, true);
+    graphics.setColour(brush::colour(palette::kAccent));
+    graphics.drawText(missing, end, juce::Justification::centredRight, false);
+}
+
+} // namespace zephyra
