@@ -76,6 +76,12 @@ public:
     /// What a hand moves for id, its own knob or something of the stream's; null for the envelope.
     Control* control(ControlId id);
 
+    /// How often a host has moved that parameter's control; wraps.
+    std::uint32_t hostMoves(ControlId id) const {
+        const auto at = static_cast<std::size_t>(id);
+        return at < kParameterCount ? hostMoves_[at] : 0;
+    }
+
     /// A MIDI message of the host, besides what the audio unit makes of its notes. Whether it moved
     /// what it is bound to, was learned, or chose a bank or preset.
     bool receiveMidi(const MidiMessage& message);
@@ -201,6 +207,7 @@ private:
     /// The value of each parameter that MAIN knows of. One that differs came from RENDER or another
     /// thread, and is on its way to the control.
     std::array<AUValue, kParameterCount> known_{};
+    std::array<std::uint32_t, kParameterCount> hostMoves_{};
     bool scanSpeedWasSet_ = false;   // by somebody, since the scan was placed
     std::uint64_t scanChoices_ = 0;  // of the stream, when the scan was placed
     bool standsBehindInput_ = false; // the scan was placed behind the newest frame

@@ -158,6 +158,7 @@ void AudioUnitViewController::parameterMoved(AUParameterAddress address, AUValue
     if (address >= kParameterCount) return;
     const auto id = static_cast<ControlId>(address);
     known(id) = moved;
+    ++hostMoves_[address];
     movingFromHost_ = true;
     if (MOK_KNOB* const own = ownKnob(id)) {
         own->setValue(moved);

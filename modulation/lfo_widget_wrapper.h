@@ -46,6 +46,10 @@ public:
     void setSuspended(bool on);
     bool isSuspended() const { return suspended_; }
 
+    /// Where the control was set when the LFO took it over, in the control's own unit; startAnew
+    /// goes back there.
+    float beganAt() const { return began_; }
+
     PropertyDictionary state() const override;
     /// Sets the phase anew as well.
     void applyState(PropertyReader& state) override;

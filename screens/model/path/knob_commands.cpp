@@ -1,0 +1,121 @@
+// What KnobHand does at once.
+#include "controls/knob.h"
+#include "controls/toggle.h"
+#include "engine/envelope_menu.h"
+#include "screens/model/path/knob_hand.h"
+#include "screens/model/path/knob_text.h"
+
+#include <utility>
+
+namespace zephyra {
+
+namespace {
+
+MOK_KNOB* knobOf(AudioUnitViewController& view, ControlId id) {
+    return dynamic_cast<MOK_KNOB*>(view.control(id));
+}
+
+} // namespace
+
+template <typename Change>
+void KnobHand::gesture(ControlId id, Change&& change) {
+    endSteps();
+    beginEdit(controlRange(id).name);
+    context_.source.asMain([&](AudioUnitViewController& view) {
+        if (MOK_KNOB* const knob = knobOf(view, id)) change(view, *knob);
+    });
+    endEdit();
+}
+
+void KnobHand::reset(ControlId id) {
+    gesture(id, [](auto&, MOK_KNOB& knob) { knob.resetsDefault(); });
+}
+
+void KnobHand::randomise(ControlId id) {
+    gesture(id, [](AudioUnitViewController& view, MOK_KNOB& knob) {
+        knob.genRandomic(view._GRANULATOR_STREAM.instance().random);
+    });
+}
+
+Result<void> KnobHand::type(ControlId id, const std::string& text) {
+    const Result<float> linear = linearFromTyped(controlRange(id), text);
+    if (!linear) return Failure{linear.message()};
+    gesture(id, [&](auto&, MOK_KNOB& knob) {
+        knob.sendActionsForControlEvents(control_event::touchDown);
+        knob.setValue(linear.value());
+        knob.sendEventValueChanged();
+        knob.sendActionsForControlEvents(control_event::touchUpInside);
+    });
+    return {};
+}
+
+void KnobHand::flip(ControlId id) {
+    endSteps();
+    beginEdit(controlRange(id).name);
+    context_.source.asMain([id](AudioUnitViewController& view) {
+        if (auto* const toggle = dynamic_cast<Toggle*>(view.control(id))) toggle->touch();
+    });
+    endEdit();
+}
+
+void KnobHand::pickEnvelope(std::size_t menuIndex) {
+    if (menuIndex >= kEnvelopeMenu.size()) return;
+    endSteps();
+    beginEdit("Envelope");
+    context_.source.asMain([menuIndex](AudioUnitViewController& view) {
+        view._GRANULATOR_STREAM.pickEnvelope(menuIndex);
+    });
+    endEdit();
+}
+
+void KnobHand::keepLive() {
+    context_.source.asMain([](AudioUnitViewController& view) { view.liveExport.save(); });
+}
+
+void KnobHand::assign(ControlId id, AssignmentType type) {
+    gesture(id, [type](AudioUnitViewController& view, MOK_KNOB& knob) {
+        if (view.midiManager.learning() == &knob) view.midiManager.stopLearning();
+        view.assignments.assign(knob, type);
+    });
+}
+
+void KnobHand::learnMidi(ControlId id) {
+    context_.source.asMain([id](AudioUnitViewController& view) {
+        MOK_KNOB* const knob = knobOf(view, id);
+        if (!knob) return;
+        if (view.midiManager.learning() == knob)
+            view.midiManager.stopLearning();
+        else
+            view.midiManager.learn(*knob);
+    });
+}
+
+void KnobHand::beginRange(ControlId id) {
+    endSteps();
+    beginEdit(std::string(controlRange(id).name) + " range");
+}
+
+void KnobHand::moveRange(ControlId id, BondEnd end, float place) {
+    context_.source.asMain([&](AudioUnitViewController& view) {
+        MOK_KNOB* const knob = knobOf(view, id);
+        if (!knob) return;
+        const KnobBond bond = bondOf(view, *knob);
+        if (!bond.from || !bond.to) return;
+        if (end == BondEnd::from)
+            setBondRange(view, *knob, place, *bond.to);
+        else
+            setBondRange(view, *knob, *bond.from, place);
+    });
+}
+
+void KnobHand::endRange() {
+    endEdit();
+}
+
+void KnobHand::lock(ControlId id, bool on) {
+    context_.source.asMain([&](AudioUnitViewController& view) {
+        if (MOK_KNOB* const knob = knobOf(view, id)) knob->isRandomizable = !on;
+    });
+}
+
+} // namespace zephyra

@@ -1,0 +1,146 @@
+#include "screens/path/section_switch.h"
+
+#include "audiounit/control_meaning.h"
+#include "screens/draw/brush.h"
+
+namespace zephyra {
+
+using namespace palette;
+
+namespace {
+
+constexpr int kReachAround = 5; // pixels at a height of 12
+
+class Handler final : public juce::AccessibilityHandler {
+public:
+    Handler(SectionSwitch& section, std::function<void()> flip)
+        : AccessibilityHandler(section, juce::AccessibilityRole::toggleButton,
+                               juce::AccessibilityActions()
+                                   .addAction(juce::AccessibilityActionType::toggle, flip)
+                                   .addAction(juce::AccessibilityActionType::press, flip)),
+          switch_(section) {}
+
+    juce::AccessibleState getCurrentState() const override {
+        const auto state = AccessibilityHandler::getCurrentState().withCheckable();
+        return switch_.isOn() ? state.withChecked() : state;
+    }
+
+private:
+    SectionSwitch& switch_;
+};
+
+} // namespace
+
+SectionSwitch::SectionSwitch(ScreenContext& context, ControlId id, SwitchShape shape,
+                             std::function<void(ControlId)> flip)
+    : context_(context), id_(id), shape_(shape), flip_(std::move(flip)) {
+    setOpaque(true);
+    setWantsKeyboardFocus(true);
+    setTitle(controlRange(id).name);
+    setHelpText(controlMeaning(id));
+    setTooltip(controlMeaning(id));
+}
+
+void SectionSwitch::place(const Box& drawn, double text) {
+    text_ = text;
+    const int around = juce::roundToInt(kReachAround * drawn.height / 14.0);
+    const auto box = brush::rectangle(drawn);
+    setBounds(box.expanded(around));
+    drawn_ = (box - getPosition()).toFloat();
+    repaint();
+}
+
+void SectionSwitch::show(const PathModel& model) {
+    if (isOn_ == model.isOn(id_)) return;
+    isOn_ = model.isOn(id_);
+    repaint();
+}
+
+void SectionSwitch::paint(juce::Graphics& graphics) {
+    graphics.fillAll(brush::colour(kGround));
+    if (shape_ == SwitchShape::pill)
+        paintPill(graphics, drawn_);
+    else
+        paintChip(graphics, drawn_);
+    if (!showsFocus_) return;
+    const float width = drawn_.getHeight() / 8;
+    const auto frame = drawn_.expanded(2.2f * width);
+    graphics.setColour(brush::colour(kBright));
+    graphics.drawRoundedRectangle(
+        frame, frame.getHeight() * (shape_ == SwitchShape::pill ? 0.5f : 0.28f), width);
+}
+
+void SectionSwitch::paintPill(juce::Graphics& graphics, juce::Rectangle<float> box) const {
+    const float line = box.getHeight() / 9, corner = box.getHeight() / 2;
+    const juce::Colour off = brush::colour(isHovered_ ? kBright : kFaint);
+    graphics.setColour(isOn_ ? brush::colour(isHovered_ ? kBright : kArc) : off);
+    if (isOn_)
+        graphics.fillRoundedRectangle(box, corner);
+    else
+        graphics.drawRoundedRectangle(box.reduced(line / 2), corner - line / 2, line);
+    const float dot = box.getHeight() - 5 * line;
+    const float x = isOn_ ? box.getRight() - box.getHeight() / 2 : box.getX() + box.getHeight() / 2;
+    graphics.setColour(isOn_ ? brush::colour(kInk) : off);
+    graphics.fillEllipse(juce::Rectangle(dot, dot).withCentre({x, box.getCentreY()}));
+}
+
+void SectionSwitch::paintChip(juce::Graphics& graphics, juce::Rectangle<float> box) const {
+    const float corner = box.getHeight() / 4, line = box.getHeight() / 14;
+    if (isOn_) {
+        graphics.setColour(brush::colour(isHovered_ ? kBright : kArc));
+        graphics.fillRoundedRectangle(box, corner);
+    } else {
+        if (isHovered_) {
+            graphics.setColour(brush::colour(kRaised));
+            graphics.fillRoundedRectangle(box, corner);
+        }
+        graphics.setColour(brush::colour(kTrack));
+        graphics.drawRoundedRectangle(box.reduced(line / 2), corner, line);
+    }
+    graphics.setColour(brush::colour(isOn_ ? kInk : isHovered_ ? kBright : kFaint));
+    graphics.setFont(isOn_ ? brush::medium(text_) : brush::regular(text_));
+    graphics.drawText("Sync", box, juce::Justification::centred, false);
+}
+
+void SectionSwitch::tell(const juce::String& sentence) {
+    if (context_.help) context_.help(sentence.toStdString());
+}
+
+void SectionSwitch::mouseEnter(const juce::MouseEvent&) {
+    isHovered_ = true;
+    repaint();
+    tell(getHelpText());
+}
+
+void SectionSwitch::mouseExit(const juce::MouseEvent&) {
+    isHovered_ = false;
+    repaint();
+    tell({});
+}
+
+void SectionSwitch::mouseUp(const juce::MouseEvent& event) {
+    if (getLocalBounds().contains(event.getPosition()) && !event.mods.isPopupMenu()) flip_(id_);
+}
+
+bool SectionSwitch::keyPressed(const juce::KeyPress& key) {
+    if (key != juce::KeyPress::returnKey) return false;
+    flip_(id_);
+    return true;
+}
+
+void SectionSwitch::focusGained(FocusChangeType cause) {
+    showsFocus_ = cause != focusChangedByMouseClick;
+    if (showsFocus_) tell(getHelpText());
+    repaint();
+}
+
+void SectionSwitch::focusLost(FocusChangeType) {
+    showsFocus_ = false;
+    repaint();
+}
+
+std::unique_ptr<juce::AccessibilityHandler> SectionSwitch::createAccessibilityHandler() {
+    return std::make_unique<Handler>(*this, [this] { flip_(id_); });
+}
+
+} // namespace zephyra

@@ -1,0 +1,65 @@
+#include "screens/path/value_field.h"
+
+#include "screens/draw/brush.h"
+
+namespace zephyra {
+
+using namespace palette;
+
+ValueField::ValueField(ValueFieldCalls calls, const CellPlace& place) : calls_(std::move(calls)) {
+    const auto unit = place.scale;
+    const int width = juce::jmin(place.cell.width - 2, juce::roundToInt(58 * unit));
+    const int height = juce::roundToInt(22 * unit);
+    setBounds(place.centreX - width / 2, place.centreY - height / 2, width, height);
+    setFont(brush::medium(place.numberText * 0.9));
+    setJustification(juce::Justification::centred);
+    setBorder(juce::BorderSize<int>(0));
+    setIndents(2, 0);
+    setColour(backgroundColourId, brush::colour(kRaised));
+    setColour(textColourId, brush::colour(kBright));
+    setColour(highlightColourId, brush::colour(kTrack));
+    setColour(highlightedTextColourId, brush::colour(kBright));
+    setColour(outlineColourId, brush::colour(kBright));
+    setColour(focusedOutlineColourId, brush::colour(kBright));
+    setColour(juce::CaretComponent::caretColourId, brush::colour(kAccent));
+    setPopupMenuEnabled(false);
+    setTitle("Value");
+    onReturnKey = [this] { enter(); };
+    onEscapeKey = [this] { leave(); };
+    onFocusLost = [this] { leave(); };
+}
+
+void ValueField::begin(const std::optional<juce::String>& text, const juce::String& shown) {
+    openedAt_ = juce::Time::getMillisecondCounter();
+    setText(text.value_or(shown), false);
+    grabKeyboardFocus();
+    if (text)
+        moveCaretToEnd();
+    else
+        selectAll();
+}
+
+/// What is no value stays, framed in red, to be mended.
+void ValueField::enter() {
+    if (calls_.enter(getText().toStdString())) return leave();
+    setColour(focusedOutlineColourId, brush::colour(kAccent));
+    repaint();
+}
+
+void ValueField::leave() {
+    onFocusLost = nullptr;
+    const auto closed = calls_.closed; // this may be gone behind it
+    juce::MessageManager::callAsync([closed, safe = SafePointer<ValueField>(this)] {
+        if (safe) closed();
+    });
+}
+
+void ValueField::mouseDoubleClick(const juce::MouseEvent& event) {
+    const auto since = juce::Time::getMillisecondCounter() - openedAt_;
+    if (since > static_cast<juce::uint32>(juce::MouseEvent::getDoubleClickTimeout()))
+        return TextEditor::mouseDoubleClick(event);
+    calls_.reset();
+    leave();
+}
+
+} // namespace zephyra

@@ -1,0 +1,39 @@
+// ValueField: a field over a knob's number, in which a value is typed.
+#pragma once
+
+#include "screens/model/path/path_places.h"
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace zephyra {
+
+struct ValueFieldCalls {
+    /// Enter: false keeps the field open, for what was typed is no value.
+    std::function<bool(const std::string& text)> enter;
+    std::function<void()> reset;  ///< the press that opened it was the first of two
+    std::function<void()> closed; ///< may delete the field
+};
+
+/// Enter takes what was typed, Escape and leaving it take nothing. Message thread.
+class ValueField final : public juce::TextEditor {
+public:
+    ValueField(ValueFieldCalls calls, const CellPlace& place);
+
+    /// Shows text with the caret behind it, else shown, selected; and takes the keyboard.
+    void begin(const std::optional<juce::String>& text, const juce::String& shown);
+
+    void mouseDoubleClick(const juce::MouseEvent& event) override;
+
+private:
+    void enter();
+    void leave();
+
+    ValueFieldCalls calls_;
+    juce::uint32 openedAt_ = 0;
+};
+
+} // namespace zephyra
