@@ -35,6 +35,7 @@ inline constexpr const char* kPad = "Pad";
 inline constexpr const char* kSmallKeyboardOctave = "SmallKeyboardOctave";
 inline constexpr const char* kTapTempo = "TapTempo";
 inline constexpr const char* kPreset = "Preset"; ///< a dictionary of selection_key
+inline constexpr const char* kLocked = "Locked"; ///< channels, in a session that has such
 // Of a plug-in's session.
 inline constexpr const char* kStateVersion = "StateVersion"; ///< "major.minor"
 inline constexpr const char* kNotesEnd = "NotesEnd";

@@ -22,7 +22,8 @@ AudioUnitViewController::AudioUnitViewController(Instance& instance)
       assignments(instance, assignable), midiManager(instance, assignments), tiltWidgets(instance),
       _lfoSwitch("LFOSwitch", true), snapshotSource(*this, instance),
       chosenSample(instance.folders, sampleLoader), presets(instance, &snapshotSource),
-      samples(instance, &chosenSample), instance_(instance) {
+      samples(instance, &chosenSample), locks([this](ControlId id) { return control(id); }),
+      compare(*this), randomizer(*this), edits(*this), instance_(instance) {
     _GRANULATOR_STREAM.setSettings(this);
     addOwnTargets();
     wireModulation();
@@ -33,8 +34,10 @@ AudioUnitViewController::AudioUnitViewController(Instance& instance)
         else
             refreshParameters();
     });
-    collecting_ =
-        instance_.runLoop.addTimer(kCollectInterval, [this] { _GRANULATOR_STREAM.collect(); });
+    collecting_ = instance_.runLoop.addTimer(kCollectInterval, [this] {
+        _GRANULATOR_STREAM.collect();
+        edits.settle();
+    });
     samples.viewDidLoad();
     refreshParameters();
 }
@@ -94,7 +97,9 @@ std::string AudioUnitViewController::fadeTimesText() const {
 }
 
 void AudioUnitViewController::loadSample(const std::filesystem::path& path) {
+    edits.beginEdit(path.filename().string());
     sampleLoader.loadSamplePerform(path);
+    edits.endEdit();
 }
 
 bool AudioUnitViewController::LoadSampleDelegate(const std::string& name) {
@@ -119,7 +124,9 @@ void AudioUnitViewController::midiNoteOn(int note, int velocity) ZEPHYRA_NONBLOC
 void AudioUnitViewController::playNote(int note, int velocity) {
     if (velocity <= 0 || note < 0 || note > 127) return;
     noteChannel_ = noteChannels_[static_cast<std::size_t>(note)];
+    takesMidi_ = true;
     _GRANULATOR_STREAM.selectPitchFromMidiNote_andVeloc(note, velocity);
+    takesMidi_ = false;
     noteChannel_ = 0;
 }
 

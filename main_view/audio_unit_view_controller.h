@@ -9,11 +9,15 @@
 #include "library/quick_sample_manager.h"
 #include "main_view/assignable_controls.h"
 #include "main_view/chosen_sample.h"
+#include "main_view/compare_slots.h"
+#include "main_view/control_locks.h"
+#include "main_view/edit_history.h"
 #include "main_view/host_parameters.h"
 #include "main_view/own_knobs.h"
 #include "main_view/performance_surfaces.h"
 #include "main_view/restore_report.h"
 #include "main_view/snapshot_source.h"
+#include "main_view/state_randomizer.h"
 #include "modulation/accelerometer_widgets.h"
 #include "modulation/control_manager.h"
 #include "modulation/midi_manager.h"
@@ -34,10 +38,20 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 
 namespace zephyra {
+
+/// What editState() has besides a session's keys; never saved.
+namespace edit_key {
+inline constexpr const char* kSlot = "CompareSlot";
+inline constexpr const char* kSource = "Source"; ///< a SoundSource as a whole number
+} // namespace edit_key
+
+/// What grains are cut from.
+enum class SoundSource : std::uint8_t { file, live, captured };
 
 /// Creates the stream with its controls, the parameters, the settings; draws nothing. Everything is
 /// MAIN unless said otherwise. Made and destroyed MAIN and OFF; destroying disconnects from the
@@ -72,6 +86,11 @@ public:
     ChosenSample chosenSample;     ///< from samples
     QuickPresetsManager presets;   ///< the store; MIDI chooses in it as well
     QuickSampleManager samples;
+
+    ControlLocks locks; ///< what random settings leave alone
+    CompareSlots compare;
+    StateRandomizer randomizer;
+    EditHistory edits; ///< of every window
 
     /// What a hand moves for id, its own knob or something of the stream's; null for the envelope.
     Control* control(ControlId id);
@@ -148,6 +167,24 @@ public:
     /// LFOs and take alone do; RENDER sees to the grains.
     void startModulationAnew();
 
+    // --- For undo, compare and random settings: view_controller_edits.cpp ---
+
+    /// Everything that an edit may change; quick, and nothing ends by it.
+    PropertyDictionary editState();
+    /// The keys whose values differ between two of them, with those that go together.
+    std::set<std::string> changedKeys(const PropertyDictionary& a, const PropertyDictionary& b,
+                                      const std::function<bool(const std::string&)>& skips = {});
+    /// What state has under these keys, for restorePart; what is not there is named so as well.
+    PropertyDictionary partOf(const PropertyDictionary& state, const std::set<std::string>& keys);
+    /// Restores what part names, and leaves the rest alone. Reported to nobody.
+    void restorePart(const PropertyDictionary& part);
+    /// A preset's state, as one edit that has its name.
+    void restorePreset(const PropertyDictionary& state, StateOrder::Number asked);
+    /// Whether the host or MIDI moves controls right now.
+    bool isMovedFromOutside() const { return movingFromHost_ || takesMidi_; }
+    double secondsNow() const; ///< of MAIN's clock
+    Instance& instance() { return instance_; }
+
     using ReportTaker = std::function<void(const RestoreReport& report)>;
     /// From now on taker gets the report of each state that is restored, whoever asked for that, as
     /// soon as it is whole; in it, it may set another taker, or none, but restores no state other
@@ -157,6 +194,7 @@ public:
     const RestoreReport& restoreReport() const { return *report_; }
 
 private:
+    SoundSource source() const;
     void addOwnTargets();
     void disconnect();
     void postIfAlive(void (AudioUnitViewController::*task)());
@@ -165,6 +203,7 @@ private:
     PropertyDictionary stateFor(StateUse use);
     void handOver(const RestoreReport& report) const;
     void sampleEnded(const RestoreReport& report) const;
+    void restoreOwnKnobs(PropertyReader& state, StateScope scope);
     std::optional<QuickPresetsManager::Shown> restoreSelection(PropertyReader& state);
 
     // view_controller_modulation.cpp
@@ -176,7 +215,7 @@ private:
     void describeTilt(Control& control, AssignmentType type);
     void showEndedNotes();
     void restoreAssignments(PropertyReader& state);
-    void restoreModulation(PropertyReader& state);
+    void restoreModulation(PropertyReader& state, StateScope scope);
 
     // view_controller_parameters.cpp
     void addControlTargets(const ParameterRow& row);
@@ -202,6 +241,7 @@ private:
     NotificationCenter::Token refreshNotice_ = 0;
     RunLoop::Token collecting_ = 0;
     bool movingFromHost_ = false;            // a control that the host moves does not tell the host
+    bool takesMidi_ = false;                 // nor is what MIDI moves a hand's edit
     StateOrder::Number restoring_ = 0;       // the state that moves controls; 0 for none
     std::bitset<kParameterCount> inGesture_; // parameters that a hand is at
     /// The value of each parameter that MAIN knows of. One that differs came from RENDER or another

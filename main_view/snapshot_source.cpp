@@ -36,12 +36,12 @@ void SnapshotSource::finish(SoundKeeping& keeping) {
 }
 
 void SnapshotSource::restoreStateProc(const PropertyDictionary& state) {
-    view_.restoreStateProc(state);
+    view_.restorePreset(state, instance_.states.ask());
 }
 
 void SnapshotSource::restoreStateProc_asked(const PropertyDictionary& state,
                                             StateOrder::Number asked) {
-    view_.restoreStateProc_asked(state, asked);
+    view_.restorePreset(state, asked);
 }
 
 } // namespace zephyra

@@ -180,7 +180,9 @@ void AudioUnitViewController::describeTilt(Control& control, AssignmentType type
 }
 
 bool AudioUnitViewController::receiveMidi(const MidiMessage& message) {
+    takesMidi_ = true;
     const bool taken = midiManager.receive(message);
+    takesMidi_ = false;
     const auto note = static_cast<std::size_t>(message.data1() & 0x7F);
     const bool on = message.kind() == MidiKind::noteOn;
     if (on && message.data2() != 0) {
@@ -261,12 +263,13 @@ void AudioUnitViewController::restoreAssignments(PropertyReader& state) {
     followTable();
 }
 
-void AudioUnitViewController::restoreModulation(PropertyReader& state) {
+void AudioUnitViewController::restoreModulation(PropertyReader& state, StateScope scope) {
     if (const auto tempo = state.real(state_key::kTapTempo)) {
         assignments.tempo.setValue(*tempo);
         assignments.tempo.sendEventValueChanged();
     }
-    restoreAssignments(state);
+    if (scope == StateScope::whole || state.has(state_key::kControlAssignments))
+        restoreAssignments(state);
     if (const PropertyArray* pad = state.array(state_key::kPad))
         append(state.findings(), surfaces._pad.restoreState(*pad));
     constexpr std::int64_t kMostOctaves = 100; // more than any keyboard: setOctave holds the rest

@@ -1,5 +1,6 @@
 // The view controller between host and controls: parameters that follow the controls, controls that
 // follow the parameters.
+#include "controls/state_keys.h"
 #include "main_view/audio_unit_view_controller.h"
 
 #include <algorithm>
@@ -159,6 +160,8 @@ void AudioUnitViewController::parameterMoved(AUParameterAddress address, AUValue
     const auto id = static_cast<ControlId>(address);
     known(id) = moved;
     ++hostMoves_[address];
+    if (id == ControlId::scrubbingWave)
+        edits.watch().movedByOthers(ofStream(state_key::kScanPosition));
     movingFromHost_ = true;
     if (MOK_KNOB* const own = ownKnob(id)) {
         own->setValue(moved);
@@ -203,6 +206,7 @@ void AudioUnitViewController::AUv3_Parameter_LiveToggle_from_DSP() {
 
 /// A hand on the sound is a gesture that hosts record, as on any other control.
 void AudioUnitViewController::AUv3_Parameter_scrub_from_DSP(ControlEvents event) {
+    edits.watch().movedByHand(ofStream(state_key::kScanPosition));
     for (const Handler& handler : kHandlers)
         if (handler.events & event) tellHost(rowOf(ControlId::scrubbingWave), handler.type);
 }

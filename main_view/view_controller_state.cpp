@@ -51,6 +51,7 @@ AudioUnitViewController::getStateWith(const std::function<void(PropertyDictionar
         const RunLoop::Scope main(instance_.runLoop);
         state = stateFor(StateUse::session);
         state.insert_or_assign(state_key::kPreset, selectionState(presets));
+        locks.save(state);
         sounds.emplace(_GRANULATOR_STREAM, &sampleLoader);
         if (add) add(state);
     }
@@ -83,6 +84,8 @@ void AudioUnitViewController::restoreState_then(
         presets.cancelLoadsBefore(asked);
         restoreStateProc_asked(state, asked);
         _GRANULATOR_STREAM.capturedMemory().ahead = nullptr;
+        compare.clear();
+        edits.clear();
         if (then) then(asked);
     });
 }
@@ -105,17 +108,10 @@ void AudioUnitViewController::restoreStateProc_asked(const PropertyDictionary& s
     if (loads)
         report->sample = {.asked = _GRANULATOR_STREAM.sampleReference().path,
                           .end = SampleEnd::loading};
-    for (const ControlRange& range : controlRanges()) {
-        MOK_KNOB* const knob = ownKnob(range.id);
-        if (!knob) continue;
-        const auto value = reader.real(knob->channel);
-        if (!value || knob->skipFromPreset) continue;
-        const double held = std::clamp(*value, double{knob->minimumValue()},
-                                       double{knob->maximumValue()}); // may be beyond any float
-        knob->setValue(static_cast<float>(held));
-        knob->sendEventValueChanged();
-    }
-    restoreModulation(reader); // last: an LFO goes on from where its control stands
+    restoreOwnKnobs(reader, StateScope::whole);
+    locks.restore(reader);
+    restoreModulation(reader,
+                      StateScope::whole); // last: an LFO goes on from where its control stands
     report->selection = restoreSelection(reader);
     unknownState_ = reader.unknown();
     refreshParameters(); // the scan's position has no control that tells the host
@@ -125,6 +121,19 @@ void AudioUnitViewController::restoreStateProc_asked(const PropertyDictionary& s
         writeLines(instance_.log, linesOf(*report));
     else if (!loads)
         handOver(*report);
+}
+
+void AudioUnitViewController::restoreOwnKnobs(PropertyReader& state, StateScope scope) {
+    for (const ControlRange& range : controlRanges()) {
+        MOK_KNOB* const knob = ownKnob(range.id);
+        if (!knob) continue;
+        const auto value = state.real(knob->channel);
+        if (!value || (knob->skipFromPreset && scope == StateScope::whole)) continue;
+        const double held = std::clamp(*value, double{knob->minimumValue()},
+                                       double{knob->maximumValue()}); // may be beyond any float
+        knob->setValue(static_cast<float>(held));
+        knob->sendEventValueChanged();
+    }
 }
 
 void AudioUnitViewController::handOver(const RestoreReport& report) const {

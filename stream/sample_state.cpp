@@ -36,10 +36,12 @@ SampleReference movable(SampleReference reference, const Folders& folders) {
 PropertyDictionary sampleState(MOK_SCRUB_GRANULATOR& stream, StateUse use) {
     const SampleReference& reference = stream.sampleReference();
     if (reference.path.empty()) return {};
-    PropertyDictionary state = use == StateUse::session
-                                   ? fileState(reference)
-                                   : fileState(movable(reference, stream.instance().folders));
+    PropertyDictionary state = use == StateUse::snapshot
+                                   ? fileState(movable(reference, stream.instance().folders))
+                                   : fileState(reference);
     state.insert(reference.unknown.begin(), reference.unknown.end());
+    if (use == StateUse::edit && reference.embedded && reference.embedded->isOnlyCopy)
+        state.insert_or_assign(kAudio, reference.embedded->audio);
     return state;
 }
 

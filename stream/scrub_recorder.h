@@ -82,6 +82,12 @@ public:
     /// layout, which is little endian on all that Zephyra runs on. Without a take the keys go, and
     /// with them a recording that has no points yet.
     void saveDataForRecordScrub(PropertyDictionary& state);
+    /// The same, and a recording goes on.
+    void keepTake(PropertyDictionary& state) const;
+    /// These keys: of the take's length first; one below 1 stands for no take.
+    std::array<std::string, 3> takeKeys() const;
+    /// Whether state speaks of a take.
+    bool isIn(const PropertyReader& state) const;
     /// Reads the same keys; without a take there the present one is forgotten. Points outside 0..1
     /// are held to it, one that is not finite becomes the one before it. Playing begins at the
     /// first point at once.

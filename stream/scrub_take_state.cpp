@@ -37,15 +37,29 @@ void readPoints(const PropertyData& bytes, std::span<float> points) {
 } // namespace
 
 void ScrubRecorder::saveDataForRecordScrub(PropertyDictionary& state) {
+    keepTake(state);
+    if (recLength < 1 && controls().scrubRec.tag == 1) ui_scrubRec(&controls().scrubRec);
+}
+
+void ScrubRecorder::keepTake(PropertyDictionary& state) const {
     const Keys keys(stream_.channel());
     if (recLength < 1) {
         for (const std::string& key : {keys.length, keys.points, keys.isPlaying}) state.erase(key);
-        if (controls().scrubRec.tag == 1) ui_scrubRec(&controls().scrubRec);
         return;
     }
-    state[keys.length] = std::int64_t{recLength};
-    state[keys.points] = PropertyData(std::as_bytes(take()));
-    state[keys.isPlaying] = std::int64_t{controls().scrubPlay.tag};
+    const PropertyData points(std::as_bytes(take()));
+    state.insert_or_assign(keys.length, std::int64_t{recLength});
+    state.insert_or_assign(keys.points, points);
+    state.insert_or_assign(keys.isPlaying, std::int64_t{controls().scrubPlay.tag});
+}
+
+std::array<std::string, 3> ScrubRecorder::takeKeys() const {
+    const Keys keys(stream_.channel());
+    return {keys.length, keys.points, keys.isPlaying};
+}
+
+bool ScrubRecorder::isIn(const PropertyReader& state) const {
+    return std::ranges::any_of(takeKeys(), [&](const auto& key) { return state.has(key); });
 }
 
 void ScrubRecorder::loadStateForRecordScrub(PropertyReader& state) {

@@ -29,8 +29,8 @@ bool isSwitch(const ControlRange& range) {
 /// Reads one stream's keys, one group of them after another.
 class Restoring {
 public:
-    Restoring(MOK_SCRUB_GRANULATOR& stream, PropertyReader& state)
-        : stream_(stream), state_(state), suffix_(stream.channel()) {}
+    Restoring(MOK_SCRUB_GRANULATOR& stream, PropertyReader& state, StateScope scope)
+        : stream_(stream), state_(state), scope_(scope), suffix_(stream.channel()) {}
 
     /// True when a live or captured sound is what is to be heard. Frozen first, or the input that
     /// LIVE lets in would be held with what the state brings.
@@ -55,21 +55,25 @@ public:
         Button& keyboard = stream_.controls._keyboardButton;
         const auto on = state_.boolean(keyboard.channel);
         // Not pressed: that would move the pitch to a whole note.
-        if (on && !keyboard.skipFromPreset) keyboard.tag = *on ? 1 : 0;
+        if (on && !isSkipped(keyboard)) keyboard.tag = *on ? 1 : 0;
         keyboard.setNeedsDisplay();
     }
 
     /// Without a touch, which would normalize files that were not.
     void normalizing() {
         MOK_KNOB& knob = stream_.controls._normalizeGain;
-        if (const auto linear = value(controlRange(normalize))) knob.setValue(*linear);
+        const auto linear = value(controlRange(normalize));
+        if (linear) knob.setValue(*linear);
         const auto touched = state_.boolean(kNormalizeTouched + suffix_);
+        if (isPart() && !linear && !touched) return;
         stream_.setNormalizeTouched(touched.value_or(stream_.normalizeTouched()));
     }
 
     void scan() {
         const auto start = fraction(kRegionStart), end = fraction(kRegionEnd);
-        stream_.setRegion(start.value_or(stream_.regionStart()), end.value_or(stream_.regionEnd()));
+        if (start || end || !isPart())
+            stream_.setRegion(start.value_or(stream_.regionStart()),
+                              end.value_or(stream_.regionEnd()));
         const auto menu = state_.whole(controlRange(envelope).channel + suffix_);
         if (menu && *menu >= 0) stream_.pickEnvelope(static_cast<std::size_t>(*menu));
         if (const auto seed = state_.whole(kSeed + suffix_))
@@ -79,10 +83,14 @@ public:
             stream_.scrubArea.longPressFirstFingerGesture(); // the state says where it stands
             stream_.setScrubNormalizedValue(*position);
         }
-        stream_.scrubRecorder.loadStateForRecordScrub(state_);
+        if (!isPart() || stream_.scrubRecorder.isIn(state_))
+            stream_.scrubRecorder.loadStateForRecordScrub(state_);
     }
 
 private:
+    bool isPart() const { return scope_ == StateScope::part; }
+    bool isSkipped(const Control& control) const { return control.skipFromPreset && !isPart(); }
+
     /// What presets move and the state holds; the keys of the others are read all the same, because
     /// they are known.
     std::optional<float> value(const ControlRange& range) {
@@ -94,7 +102,7 @@ private:
         } else if (const auto real = state_.real(key)) {
             linear = nearestFloat(*real);
         }
-        if (stream_.controls.control(range.id)->skipFromPreset) return std::nullopt;
+        if (isSkipped(*stream_.controls.control(range.id))) return std::nullopt;
         return linear;
     }
 
@@ -106,6 +114,7 @@ private:
 
     MOK_SCRUB_GRANULATOR& stream_;
     PropertyReader& state_;
+    const StateScope scope_;
     const std::string& suffix_;
 };
 
@@ -132,15 +141,18 @@ void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state, St
     // Where a scan stands is part of the sound; where a moving one happened to be is not.
     if (stream.scanStands())
         state[kScanPosition + suffix] = std::clamp(stream.engine().nextScanPosition(), 0.0f, 1.0f);
-    stream.scrubRecorder.saveDataForRecordScrub(state);
+    if (use == StateUse::edit)
+        stream.scrubRecorder.keepTake(state);
+    else
+        stream.scrubRecorder.saveDataForRecordScrub(state);
     if (auto sample = sampleState(stream, use); !sample.empty())
         state[kSample + suffix] = std::move(sample);
 }
 
 bool restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, PropertyReader& state,
-                        SampleLoader::Ended ended) {
-    Restoring restoring(stream, state);
-    stream.forgetScanHome();
+                        SampleLoader::Ended ended, StateScope scope) {
+    Restoring restoring(stream, state, scope);
+    if (scope == StateScope::whole) stream.forgetScanHome();
     const bool live = restoring.live(); // before the controls: LIVE moves Normalize
     restoring.controls();
     restoring.normalizing();

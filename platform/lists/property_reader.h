@@ -35,6 +35,8 @@ public:
     const PropertyArray* array(std::string_view key);           ///< null for none
     const PropertyDictionary* dictionary(std::string_view key); ///< null for none
 
+    /// Whether the key is there, of whatever type; that does not ask for it.
+    bool has(std::string_view key) const { return dictionary_.contains(key); }
     /// Where key stands, as "Pad.x".
     std::string path(std::string_view key) const;
     /// Adds a finding of the caller's about key.

@@ -1,0 +1,100 @@
+// What undo, compare and random settings see of the view controller.
+#include "controls/state_keys.h"
+#include "library/bank_edits.h"
+#include "main_view/audio_unit_view_controller.h"
+
+#include <algorithm>
+#include <array>
+
+namespace zephyra {
+
+namespace {
+
+bool differ(const PropertyDictionary& a, const PropertyDictionary& b, const std::string& key) {
+    const auto one = a.find(key), other = b.find(key);
+    const bool isInA = one != a.end(), isInB = other != b.end();
+    return isInA != isInB || (isInA && !(one->second == other->second));
+}
+
+/// All of group or none.
+template <typename Group>
+void keepTogether(std::set<std::string>& keys, const Group& group) {
+    const auto isIn = [&keys](const auto& key) { return keys.contains(key); };
+    if (std::ranges::any_of(group, isIn)) keys.insert(group.begin(), group.end());
+}
+
+} // namespace
+
+std::set<std::string>
+AudioUnitViewController::changedKeys(const PropertyDictionary& a, const PropertyDictionary& b,
+                                     const std::function<bool(const std::string&)>& skips) {
+    std::set<std::string> keys;
+    for (const PropertyDictionary* const state : {&a, &b})
+        for (const auto& [key, value] : *state)
+            if (differ(a, b, key) && !(skips && skips(key))) keys.insert(key);
+    keepTogether(keys, std::array<std::string, 3>{state_key::kControlAssignments, state_key::kMidi,
+                                                  state_key::kTilt});
+    keepTogether(keys, _GRANULATOR_STREAM.scrubRecorder.takeKeys());
+    return keys;
+}
+
+PropertyDictionary AudioUnitViewController::partOf(const PropertyDictionary& state,
+                                                   const std::set<std::string>& keys) {
+    PropertyDictionary part;
+    for (const std::string& key : keys)
+        if (const auto found = state.find(key); found != state.end())
+            part.insert(*found);
+        else if (key == _GRANULATOR_STREAM.scrubRecorder.takeKeys().front())
+            part.insert_or_assign(key, 0); // no take
+        else if (key == state_key::kLocked)
+            part.insert_or_assign(key, PropertyArray());
+    return part;
+}
+
+double AudioUnitViewController::secondsNow() const {
+    return instance_.runLoop.now();
+}
+
+PropertyDictionary AudioUnitViewController::editState() {
+    PropertyDictionary state = stateFor(StateUse::edit);
+    locks.save(state);
+    state.insert_or_assign(edit_key::kSlot, static_cast<std::int64_t>(compare.chosen()));
+    state.insert_or_assign(edit_key::kSource, static_cast<std::int64_t>(source()));
+    return state;
+}
+
+SoundSource AudioUnitViewController::source() const {
+    if (!_GRANULATOR_STREAM.waveForm().isLiveCurrent()) return SoundSource::file;
+    return _GRANULATOR_STREAM.isLive() ? SoundSource::live : SoundSource::captured;
+}
+
+void AudioUnitViewController::restorePart(const PropertyDictionary& part) {
+    restoring_ = instance_.states.ask();
+    const StateOrder::Number asked = restoring_;
+    StateFindings findings; // of values that were this instance's own
+    PropertyReader reader(part, findings);
+    restoreStreamState(_GRANULATOR_STREAM, sampleLoader, reader, {}, StateScope::part);
+    restoreOwnKnobs(reader, StateScope::part);
+    restoreModulation(reader, StateScope::part);
+    locks.restore(reader);
+    if (const auto slot = reader.whole(edit_key::kSlot))
+        compare.stand(*slot == 0 ? CompareSlots::Slot::a : CompareSlots::Slot::b);
+    const auto wanted = reader.whole(edit_key::kSource);
+    if (wanted == static_cast<std::int64_t>(SoundSource::file) && source() == SoundSource::captured)
+        _GRANULATOR_STREAM.restoreLastSample();
+    refreshParameters(); // the scan's position has no control that tells the host
+    restoring_ = 0;
+    moveWhatWasSetSince(asked);
+}
+
+void AudioUnitViewController::restorePreset(const PropertyDictionary& state,
+                                            StateOrder::Number asked) {
+    const auto name = state.find(kSnapshotTags);
+    const auto* const text = name == state.end() ? nullptr : name->second.as<std::string>();
+    edits.beginEdit(text && !text->empty() ? *text : "Preset");
+    edits.takeWhole();
+    restoreStateProc_asked(state, asked);
+    edits.endEdit();
+}
+
+} // namespace zephyra
