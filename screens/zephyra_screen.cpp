@@ -2,19 +2,36 @@
 
 #include "screens/desktop/x11_display.h"
 #include "screens/draw/brush.h"
+#include "screens/model/screen_settings_store.h"
 
 namespace zephyra {
 
 ZephyraScreen::ZephyraScreen(PluginInstance& plugin, const ScreenSettings& settings)
     : source_(plugin), context_{.source = source_, .settings = settings} {
-    context_.settingsChanged = [this] { layOutAnew(); };
+    context_.settingsChanged = [this] {
+        source_.asMain([this](AudioUnitViewController& view) {
+            ScreenSettingsStore(view.instance().defaults).write(context_.settings);
+        });
+        layOutAnew();
+    };
+    context_.beginEdit = [this](const std::string& name) {
+        ++openEdits_;
+        source_.asMain([&name](AudioUnitViewController& view) { view.edits.beginEdit(name); });
+    };
+    context_.endEdit = [this] {
+        if (openEdits_ == 0) return;
+        --openEdits_;
+        source_.asMain([](AudioUnitViewController& view) { view.edits.endEdit(); });
+    };
     for (ScreenArea* const area : areas_) addAndMakeVisible(area);
     setSize(ScreenLayout::kStartWidth, ScreenLayout::kStartHeight);
     display_ = std::make_unique<juce::VBlankAttachment>(
         this, [this] { frame(juce::Time::getMillisecondCounterHiRes() / 1000.0); });
 }
 
-ZephyraScreen::~ZephyraScreen() = default;
+ZephyraScreen::~ZephyraScreen() {
+    while (openEdits_ > 0) context_.endEdit(); // a hand was still at something
+}
 
 void ZephyraScreen::frame(double now) {
     time_.elapsed = now - time_.now;

@@ -44,6 +44,7 @@ private:
 
     ScreenSource source_;
     ScreenContext context_;
+    int openEdits_ = 0; // that hands of this window began
     ScreenLayout layout_;
     TopArea top_{context_};
     StageArea stage_{context_};

@@ -190,5 +190,43 @@ TEST(PluginBlocks, FollowALoopOrAJumpOfTheHostWithScanSync) {
     }
 }
 
+TEST_F(Blocks, AreShownToMetersAsTheyLeaveAndMeasured) {
+    OutputMonitor& monitor = plugin.monitor();
+    std::vector<float> shown(64);
+    const auto shows = [&](const std::vector<float>& channel, std::size_t side) {
+        monitor.oscilloscope.newest(side, shown);
+        return std::equal(shown.begin(), shown.end(), channel.begin());
+    };
+    for (int i = 0; i < 20; ++i) block(64);
+    EXPECT_EQ(monitor.oscilloscope.added(), 0u); // nobody looks
+    EXPECT_GT(plugin.cpuShare(), 0.0);
+    const WatchCount::Watcher scope(monitor.oscilloscope.watchers), meter(monitor.levels.watchers);
+    plugin.setBypass(true);
+    OutputLevels::Place place = monitor.levels.newest();
+    for (const bool offline : {false, true}) {
+        for (int i = 0; i < 200; ++i) block(64, offline);
+        EXPECT_TRUE(shows(left, 0) && shows(right, 1));
+    }
+    EXPECT_EQ(monitor.levels.read(place).frames, 400u * 64);
+    EXPECT_EQ(plugin.cpuShare(), 0.0); // a bounce has no time to keep
+
+    const PluginBlock mono{64, {nullptr, nullptr}, {left.data(), nullptr}, {}};
+    plugin.setBypass(false);
+    plugin.render(mono);
+    EXPECT_TRUE(shows(left, 0) && shows(left, 1));
+    EXPECT_EQ(plugin.droppedGrains(), plugin.system().stream().engine().droppedGrains());
+}
+
+TEST(RenderLoad, IsTheShareOfTheSoundsTimeWhateverTheBlocks) {
+    for (const double block : {0.001, 0.02}) {
+        RenderLoad load;
+        for (double time = 0.0; time < 2.0; time += block) load.add(block / 4, block);
+        load.add(1.0, 0.0); // no time at all
+        EXPECT_NEAR(load.share(), 0.25, 0.01) << block;
+        for (double time = 0.0; time < 0.3; time += block) load.add(0.0, block);
+        EXPECT_NEAR(load.share(), 0.25 / 2.718, 0.01) << block;
+    }
+}
+
 } // namespace
 } // namespace zephyra

@@ -1,0 +1,26 @@
+// ScreenSettingsStore: what a player chose of windows, remembered among the user's defaults.
+#pragma once
+
+#include "platform/user_defaults.h"
+#include "screens/model/screen_context.h"
+
+namespace zephyra {
+
+/// One dictionary under "Screen". MAIN.
+class ScreenSettingsStore {
+public:
+    /// defaults: the instance's; outlives this.
+    explicit ScreenSettingsStore(UserDefaults& defaults) : defaults_(defaults) {}
+
+    /// A value that is missing, of the wrong type or out of its range falls back to its default,
+    /// alone.
+    ScreenSettings read() const;
+    /// Writes where something differs from what is there; what a newer program keeps beside it
+    /// stays.
+    void write(const ScreenSettings& settings);
+
+private:
+    UserDefaults& defaults_;
+};
+
+} // namespace zephyra

@@ -1,0 +1,36 @@
+// What is remembered of windows.
+#include "screens/model/screen_settings_store.h"
+
+#include <gtest/gtest.h>
+
+namespace zephyra {
+namespace {
+
+TEST(ScreenSettingsStore, RemembersWhatWasChosenAndFallsBackValueByValue) {
+    UserDefaults defaults;
+    ScreenSettingsStore store(defaults);
+    EXPECT_EQ(store.read(), ScreenSettings());
+    ScreenSettings chosen;
+    chosen.zoom = 1.25;
+    chosen.showsScope = false;
+    chosen.reducedMotion = true;
+    store.write(chosen);
+    EXPECT_EQ(ScreenSettingsStore(defaults).read(), chosen);
+
+    defaults.setValue(
+        "Screen",
+        PropertyDictionary{{"Zoom", 9.0}, {"Meter", "off"}, {"Scope", false}, {"Later", 3}});
+    EXPECT_EQ(store.read(), (ScreenSettings{.showsScope = false}));
+    store.write(chosen);
+    EXPECT_EQ(store.read(), chosen);
+    const auto* const kept = defaults.value("Screen")->as<PropertyDictionary>();
+    EXPECT_TRUE(kept->at("Later") == PropertyValue(3)); // of a newer program
+    const PropertyValue* const before = defaults.value("Screen");
+    store.write(chosen);
+    EXPECT_EQ(defaults.value("Screen"), before);
+    defaults.setValue("Screen", "damaged");
+    EXPECT_EQ(store.read(), ScreenSettings());
+}
+
+} // namespace
+} // namespace zephyra
