@@ -2,6 +2,8 @@
 #pragma once
 
 #include "screens/draw/screen_area.h"
+#include "screens/strip/scope_view.h"
+#include "screens/strip/spectrum_view.h"
 
 namespace zephyra {
 
@@ -12,7 +14,10 @@ public:
 
     void layOut(const ScreenLayout& layout) override;
     void frame(const FrameTime& time) override;
-    void paint(juce::Graphics& graphics) override;
+
+private:
+    SpectrumView spectrum_;
+    ScopeView scope_;
 };
 
 } // namespace zephyra
