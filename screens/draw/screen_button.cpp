@@ -147,7 +147,11 @@ void ScreenButton::mouseExit(const juce::MouseEvent&) {
 }
 
 void ScreenButton::mouseDown(const juce::MouseEvent& event) {
-    if (finger_ || !face_.isEnabled || event.mods.isPopupMenu()) return;
+    if (finger_ || !face_.isEnabled) return;
+    if (event.mods.isPopupMenu()) {
+        if (menuAsked) menuAsked();
+        return;
+    }
     finger_ = event.source.getIndex();
     ButtonReach held = reach_;
     held.isPressed = true;
@@ -173,6 +177,11 @@ void ScreenButton::mouseUp(const juce::MouseEvent& event) {
 }
 
 bool ScreenButton::keyPressed(const juce::KeyPress& key) {
+    if (key == juce::KeyPress(juce::KeyPress::F10Key, juce::ModifierKeys::shiftModifier, 0) &&
+        menuAsked && face_.isEnabled) {
+        menuAsked();
+        return true;
+    }
     if (key != juce::KeyPress::spaceKey && key != juce::KeyPress::returnKey) return false;
     press();
     return true;

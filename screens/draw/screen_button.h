@@ -25,6 +25,7 @@ public:
 
     std::function<void(ButtonTouch)> touched = {}; ///< every part of a press
     std::function<void()> pressed = {};            ///< after touched(inside)
+    std::function<void()> menuAsked = {};          ///< a right click, or Shift and F10
 
     /// Where it stands in its parent, pixels; scale: of a unit.
     void place(const Box& box, double scale);

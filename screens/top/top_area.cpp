@@ -7,14 +7,16 @@ namespace zephyra {
 namespace {
 
 constexpr const char* kTitles[kTransportButtons] = {"Play", "Rewind", "Freeze", "LIVE", "Clear"};
+constexpr const char* kEditTitles[kEditButtons] = {"Randomise", "Undo", "Redo", "Compare A",
+                                                   "Compare B"};
 
 constexpr double kPlayIcon = 20, kIcon = 20, kArrowIcon = 18, kWord = 12; // units at regular
 
 } // namespace
 
 TopArea::TopArea(ScreenContext& context)
-    : ScreenArea(context), transport_(context), preset_(context), sample_(context),
-      music_(context), buttons_{ScreenButton(context, kTitles[0], ""),
+    : ScreenArea(context), transport_(context), preset_(context), sample_(context), music_(context),
+      edits_(context), buttons_{ScreenButton(context, kTitles[0], ""),
                                 ScreenButton(context, kTitles[1], ""),
                                 ScreenButton(context, kTitles[2], ""),
                                 ScreenButton(context, kTitles[3], ""),
@@ -25,17 +27,22 @@ TopArea::TopArea(ScreenContext& context)
             "The preset behind this one; behind the last comes the first of the next bank"),
       presetName_(context), sampleName_(context),
       locate_(context, "Locate", "Choose the file that takes the missing sound's place"),
+      editButtons_{
+          ScreenButton(context, kEditTitles[0], ""), ScreenButton(context, kEditTitles[1], ""),
+          ScreenButton(context, kEditTitles[2], ""), ScreenButton(context, kEditTitles[3], ""),
+          ScreenButton(context, kEditTitles[4], "")},
       tempo_(context, music_), bar_(context),
       settings_(context, "Settings", "Settings: fades, knobs, zoom, meters, sounds in sessions") {
     setOpaque(true);
     setFocusContainerType(FocusContainerType::focusContainer);
     wireTransport();
     wirePreset();
-    for (juce::Component* const child :
-         {static_cast<juce::Component*>(&sampleName_), static_cast<juce::Component*>(&locate_),
-          static_cast<juce::Component*>(&tempo_), static_cast<juce::Component*>(&bar_),
-          static_cast<juce::Component*>(&settings_)})
-        addAndMakeVisible(child);
+    addAndMakeVisible(sampleName_);
+    addAndMakeVisible(locate_);
+    wireEdits();
+    addAndMakeVisible(tempo_);
+    addAndMakeVisible(bar_);
+    addAndMakeVisible(settings_);
     locate_.pressed = [this] {
         if (this->context().locateSample) this->context().locateSample();
     };
@@ -63,13 +70,23 @@ void TopArea::wirePreset() {
     }
     previous_.pressed = [this] { preset_.previous(); };
     next_.pressed = [this] { preset_.next(); };
-    presetName_.pressed = [this] { openPresetMenu(); };
+    presetName_.pressed = [this] { openMenu(presetName_, preset_.menu()); };
 }
 
-void TopArea::openPresetMenu() {
+void TopArea::wireEdits() {
+    for (std::size_t i = 0; i < kEditButtons; ++i) {
+        const auto which = static_cast<EditButton>(i);
+        addAndMakeVisible(editButtons_[i]);
+        editButtons_[i].pressed = [this, which] { edits_.press(which); };
+        editButtons_[i].setSwitch(which == EditButton::compareA || which == EditButton::compareB);
+    }
+    editButtons_[0].menuAsked = [this] { openMenu(editButtons_[0], edits_.randomizeMenu()); };
+}
+
+void TopArea::openMenu(const juce::Component& below, std::vector<MenuRow> rows) {
     if (!context().openMenu) return;
-    const auto at = presetName_.getBounds() + getPosition();
-    context().openMenu({at.getX(), at.getY(), at.getWidth(), at.getHeight()}, preset_.menu());
+    const auto at = below.getBounds() + getPosition();
+    context().openMenu({at.getX(), at.getY(), at.getWidth(), at.getHeight()}, std::move(rows));
 }
 
 void TopArea::layOut(const ScreenLayout& layout) {
@@ -82,11 +99,27 @@ void TopArea::layOut(const ScreenLayout& layout) {
 
 void TopArea::frame(const FrameTime&) {
     show();
-    if (preset_.takesMenu()) openPresetMenu();
+    if (preset_.takesMenu()) openMenu(presetName_, preset_.menu());
 }
 
 /// What is there now; lays out anew where a text has another width.
 void TopArea::show() {
+    preset_.setEdits(edits_.shown().count);
+    showButtons();
+    presetName_.show(preset_.shown(), layout_.measures);
+    sampleName_.show(sample_.shown(), layout_.measures, layout_.scale);
+    tempo_.show(layout_.measures);
+    bar_.show(music_.shown(), layout_.measures, layout_.scale);
+    const TopWishes wishes{.presetWidth = presetName_.textWidth(layout_.scale),
+                           .sampleWidth = sampleName_.textWidth(),
+                           .showsClear = transport_.shown().isLive,
+                           .showsLocate = sample_.shown().isMissing};
+    if (wishes == wishes_) return;
+    wishes_ = wishes;
+    place();
+}
+
+void TopArea::showButtons() {
     const TransportShown& transport = transport_.shown();
     for (std::size_t i = 0; i < kTransportButtons; ++i) {
         const auto which = static_cast<TransportButton>(i);
@@ -96,45 +129,50 @@ void TopArea::show() {
     }
     const bool plays =
         transport.play == PlayState::playing || transport.play == PlayState::fadingOut;
-    const double large = layout_.measures.buttonSize / 32.0;
-    buttons_[0].setIcon(plays ? Icon::stop : Icon::play, kPlayIcon * large);
-    presetName_.show(preset_.shown(), layout_.measures);
-    sampleName_.show(sample_.shown(), layout_.measures, layout_.scale);
-    tempo_.show(layout_.measures);
-    bar_.show(music_.shown(), layout_.measures, layout_.scale);
-    const TopWishes wishes{.presetWidth = presetName_.textWidth(layout_.scale),
-                           .sampleWidth = sampleName_.textWidth(),
-                           .showsClear = transport.isLive,
-                           .showsLocate = sample_.shown().isMissing};
-    if (wishes == wishes_) return;
-    wishes_ = wishes;
-    place();
+    buttons_[0].setIcon(plays ? Icon::stop : Icon::play, kPlayIcon * large());
+    for (std::size_t i = 0; i < kEditButtons; ++i) {
+        const auto which = static_cast<EditButton>(i);
+        editButtons_[i].setFace(edits_.face(which));
+        editButtons_[i].setHelp(edits_.help(which));
+    }
 }
 
 void TopArea::place() {
     boxes_ = topBoxes(layout_, wishes_);
-    const double scale = layout_.scale, large = layout_.measures.buttonSize / 32.0;
-    const Box* const boxes[] = {&boxes_.play, &boxes_.rewind, &boxes_.freeze, &boxes_.live,
-                                &boxes_.clear};
-    for (std::size_t i = 0; i < kTransportButtons; ++i) buttons_[i].place(*boxes[i], scale);
-    buttons_[1].setIcon(Icon::rewind, kIcon * large);
-    buttons_[2].setIcon(Icon::freeze, kIcon * large);
-    const double word = kWord * scale * large;
-    buttons_[3].setLabel("LIVE", word);
-    buttons_[4].setLabel("Clear", word);
+    const double scale = layout_.scale;
+    placeButtons();
     previous_.place(boxes_.previous, scale);
     next_.place(boxes_.next, scale);
-    previous_.setIcon(Icon::left, kArrowIcon * large);
-    next_.setIcon(Icon::right, kArrowIcon * large);
+    previous_.setIcon(Icon::left, kArrowIcon * large());
+    next_.setIcon(Icon::right, kArrowIcon * large());
     presetName_.place(boxes_.preset, scale);
     sampleName_.setBounds(brush::rectangle(boxes_.sample));
     locate_.place(boxes_.locate, scale);
-    locate_.setLabel("Locate", word);
+    locate_.setLabel("Locate", kWord * scale * large());
     tempo_.place(boxes_.tempo, scale);
     bar_.setBounds(brush::rectangle(boxes_.bar));
     settings_.place(boxes_.settings, scale);
-    settings_.setIcon(Icon::sliders, kIcon * large);
+    settings_.setIcon(Icon::sliders, kIcon * large());
     repaint();
+}
+
+void TopArea::placeButtons() {
+    const double scale = layout_.scale, word = kWord * scale * large();
+    const Box* const boxes[] = {&boxes_.play, &boxes_.rewind, &boxes_.freeze, &boxes_.live,
+                                &boxes_.clear};
+    for (std::size_t i = 0; i < kTransportButtons; ++i) buttons_[i].place(*boxes[i], scale);
+    buttons_[1].setIcon(Icon::rewind, kIcon * large());
+    buttons_[2].setIcon(Icon::freeze, kIcon * large());
+    buttons_[3].setLabel("LIVE", word);
+    buttons_[4].setLabel("Clear", word);
+    const Box* const edits[] = {&boxes_.random, &boxes_.undo, &boxes_.redo, &boxes_.compareA,
+                                &boxes_.compareB};
+    for (std::size_t i = 0; i < kEditButtons; ++i) editButtons_[i].place(*edits[i], scale);
+    editButtons_[0].setIcon(Icon::dice, kIcon * large());
+    editButtons_[1].setIcon(Icon::undo, kIcon * large());
+    editButtons_[2].setIcon(Icon::redo, kIcon * large());
+    editButtons_[3].setLabel("A", word);
+    editButtons_[4].setLabel("B", word);
 }
 
 void TopArea::paint(juce::Graphics& graphics) {

@@ -3,6 +3,7 @@
 
 #include "screens/draw/screen_area.h"
 #include "screens/draw/screen_button.h"
+#include "screens/model/top/edit_line.h"
 #include "screens/model/top/top_boxes.h"
 #include "screens/model/top/transport.h"
 #include "screens/top/music_button.h"
@@ -25,14 +26,21 @@ public:
 private:
     void wireTransport();
     void wirePreset();
+    void wireEdits();
     void show();
+    void showButtons();
     void place();
-    void openPresetMenu();
+    void placeButtons();
+    void openMenu(const juce::Component& below, std::vector<MenuRow> rows);
+
+    /// Of signs and words, against their size in the regular step.
+    double large() const { return layout_.measures.buttonSize / 32.0; }
 
     Transport transport_;
     PresetLine preset_;
     SampleLine sample_;
     MusicLine music_;
+    EditLine edits_;
 
     ScreenLayout layout_;
     TopWishes wishes_;
@@ -43,6 +51,7 @@ private:
     PresetButton presetName_;
     SampleView sampleName_;
     ScreenButton locate_;
+    std::array<ScreenButton, kEditButtons> editButtons_;
     MusicButton tempo_;
     BarView bar_;
     ScreenButton settings_;

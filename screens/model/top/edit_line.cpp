@@ -1,0 +1,91 @@
+#include "screens/model/top/edit_line.h"
+
+namespace zephyra {
+
+namespace {
+
+constexpr int kAmounts[] = {5, 10, 25, 50, 100}; // percent
+
+} // namespace
+
+EditLine::EditLine(ScreenContext& context) : context_(context) {
+    context_.source.add(*this);
+}
+
+EditLine::~EditLine() {
+    context_.source.remove(*this);
+}
+
+ButtonFace EditLine::face(EditButton button) const {
+    const bool isThere = context_.edits != nullptr;
+    const auto slot = [&](bool isIt) {
+        return ButtonFace{.light = isThere && isIt ? ButtonLight::on : ButtonLight::off,
+                          .isEnabled = isThere};
+    };
+    switch (button) {
+    case EditButton::randomize:
+        return {.isEnabled = isThere, .isBare = true};
+    case EditButton::undo:
+        return {.isEnabled = isThere && !shown_.undo.empty(), .isBare = true};
+    case EditButton::redo:
+        return {.isEnabled = isThere && !shown_.redo.empty(), .isBare = true};
+    case EditButton::compareA:
+        return slot(!shown_.isB);
+    case EditButton::compareB:
+        break;
+    }
+    return slot(shown_.isB);
+}
+
+std::string EditLine::help(EditButton button) const {
+    switch (button) {
+    case EditButton::randomize:
+        return "Randomise all controls that are not locked by " + std::to_string(percent_) +
+               " % of their range; right-click for another amount";
+    case EditButton::undo:
+        return shown_.undo.empty() ? "Nothing to undo" : "Undo " + shown_.undo;
+    case EditButton::redo:
+        return shown_.redo.empty() ? "Nothing to redo" : "Redo " + shown_.redo;
+    case EditButton::compareA:
+        return shown_.isB ? "Play A, and keep what was set as B" : "A plays";
+    case EditButton::compareB:
+        break;
+    }
+    return shown_.isB ? "B plays" : "Play B, and keep what was set as A";
+}
+
+void EditLine::press(EditButton button) {
+    if (!face(button).isEnabled) return;
+    EditCommands& edits = *context_.edits;
+    switch (button) {
+    case EditButton::randomize:
+        return edits.randomize(percent_ / 100.0);
+    case EditButton::undo:
+        return edits.undo();
+    case EditButton::redo:
+        return edits.redo();
+    case EditButton::compareA:
+        return edits.compare(false);
+    case EditButton::compareB:
+        return edits.compare(true);
+    }
+}
+
+std::vector<MenuRow> EditLine::randomizeMenu() {
+    std::vector<MenuRow> rows;
+    for (const int percent : kAmounts)
+        rows.push_back({.text = std::to_string(percent) + " %",
+                        .chosen =
+                            [this, percent] {
+                                percent_ = percent;
+                                press(EditButton::randomize);
+                            },
+                        .isTicked = percent == percent_});
+    return rows;
+}
+
+void EditLine::read(AudioUnitViewController&, const FrameTime&) {
+    shown_ = context_.edits ? context_.edits->shown() : EditsShown();
+}
+
+} // namespace zephyra

@@ -1,0 +1,215 @@
+// The top's buttons and lines on a real instance: what they show, and what hands do there.
+#include "screens/model/top/edit_line.h"
+#include "screens/model/top/music_line.h"
+#include "screens/model/top/preset_line.h"
+#include "screens/model/top/sample_line.h"
+#include "screens/model/top/top_boxes.h"
+#include "screens/model/top/transport.h"
+#include "tests/support/hosted_plugin.h"
+
+namespace zephyra {
+namespace {
+
+using enum TransportButton;
+
+struct Window : HostedPlugin {
+    explicit Window(PluginKind kind = PluginKind::effect) : HostedPlugin(kind) {}
+
+    /// A frame so many seconds after the one before.
+    void frame(double seconds = 1.0 / 60.0) {
+        time.now += time.elapsed = seconds;
+        EXPECT_TRUE(source.readFrame(time));
+    }
+    void press(TransportButton button) {
+        transport.touch(button, ButtonTouch::down);
+        transport.touch(button, ButtonTouch::inside);
+        settle();
+    }
+    void settle(int blocks = 1) {
+        render(blocks);
+        frame();
+    }
+    ButtonLight light(TransportButton button) { return transport.shown().face(button).light; }
+
+    ScreenSource source{*this};
+    ScreenContext context{.source = source};
+    FrameTime time;
+    Transport transport{context};
+    MusicLine music{context};
+    PresetLine presetLine{context};
+    SampleLine sample{context};
+    EditLine edits{context};
+};
+
+TEST(TopTransport, PressesReachTheEngineAndAreGesturesOfAHost) {
+    Window window;
+    std::string heard;
+    window.setGestureListener([&](const AUParameterAutomationEvent& event) {
+        heard += event.eventType == AUParameterAutomationEventType::touch     ? "["
+                 : event.eventType == AUParameterAutomationEventType::release ? "]"
+                                                                              : "=";
+        heard += std::to_string(event.address);
+    });
+    window.settle();
+    EXPECT_EQ(window.transport.shown().play, PlayState::playing); // as an effect begins
+    EXPECT_EQ(window.light(live), ButtonLight::alive);
+    window.press(freeze);
+    EXPECT_EQ(window.light(freeze), ButtonLight::on);
+    EXPECT_EQ(std::exchange(heard, {}), "[22=22]22");
+    window.press(live);
+    EXPECT_EQ(window.light(live), ButtonLight::off);
+    EXPECT_EQ(std::exchange(heard, {}), "[23=23]23");
+    window.press(play);
+    EXPECT_EQ(window.transport.shown().play, PlayState::fadingOut);
+    EXPECT_EQ(std::exchange(heard, {}), "[21=21]21");
+    window.settle(100);
+    EXPECT_EQ(window.transport.shown().play, PlayState::stopped);
+    window.transport.touch(play, ButtonTouch::down);
+    window.transport.touch(play, ButtonTouch::outside); // thought better of it
+    window.settle();
+    EXPECT_EQ(window.transport.shown().play, PlayState::stopped);
+}
+
+TEST(TopTransport, WaitsForTheBarAndBlinksWithTheBeat) {
+    Window window(PluginKind::instrument);
+    window.sync(true);
+    window.HostedPlugin::transport = {
+        .tempo = 120.0, .numerator = 4.0, .beats = 1.0, .moving = true};
+    window.settle();
+    EXPECT_EQ(window.light(play), ButtonLight::armed); // by the host's start
+    window.press(play);
+    EXPECT_EQ(window.light(play), ButtonLight::off);
+    window.press(play);
+    EXPECT_EQ(window.light(play), ButtonLight::armed);
+    EXPECT_TRUE(window.transport.shown().face(play).isLit);
+    window.settle(20); // the middle of a beat
+    EXPECT_FALSE(window.transport.shown().face(play).isLit);
+    window.settle(28);
+    EXPECT_TRUE(window.transport.shown().face(play).isLit);
+    window.context.settings.reducedMotion = true;
+    window.frame();
+    EXPECT_FALSE(window.transport.shown().face(play).isLit);
+    window.settle(120); // past the bar
+    EXPECT_EQ(window.transport.shown().play, PlayState::playing);
+
+    window.press(rewind); // a short press rewinds at once
+    EXPECT_EQ(window.light(rewind), ButtonLight::off);
+    window.transport.touch(rewind, ButtonTouch::down);
+    window.frame(Transport::kHold);
+    window.transport.touch(rewind, ButtonTouch::inside);
+    window.frame();
+    EXPECT_EQ(window.light(rewind), ButtonLight::armed);
+}
+
+TEST(TopTransport, LiveIsUnavailableWithoutAnInput) {
+    Window window(PluginKind::instrument);
+    window.settle();
+    EXPECT_FALSE(window.transport.shown().face(live).isEnabled);
+    window.press(live);
+    EXPECT_FALSE(window.transport.shown().isLive);
+}
+
+TEST(TopMusic, TellsTheHostsBarElseAnOwnTempo) {
+    Window window;
+    window.settle();
+    EXPECT_EQ(window.music.shown().source(), "bpm, own");
+    EXPECT_FALSE(window.music.shown().hasBars);
+    window.music.step(2);
+    window.frame();
+    EXPECT_EQ(window.music.shown().tempo, "120.50");
+    struct Row {
+        PluginTransport told;
+        std::string bar;
+        int dots;
+    };
+    const Row rows[] = {{{.tempo = 96.0, .numerator = 4.0, .beats = 66.5}, "17.3", 4},
+                        {{.numerator = 6.0, .denominator = 8.0, .beats = 2.6}, "1.6", 6},
+                        {{.numerator = 3.0, .denominator = 4.0, .beats = -1.0}, "0.3", 3}};
+    for (const Row& row : rows) {
+        window.HostedPlugin::transport = row.told;
+        window.settle();
+        EXPECT_EQ(window.music.shown().bar, row.bar);
+        EXPECT_EQ(window.music.shown().beatCount, row.dots);
+    }
+    EXPECT_EQ(window.music.shown().tempo, "96.00");
+    EXPECT_EQ(window.music.shown().source(), "bpm, host");
+}
+
+TEST(TopPreset, StepsThroughBanksByArrowsAndMenu) {
+    Window window(PluginKind::instrument);
+    window.settle();
+    EXPECT_EQ(window.presetLine.shown().title(), "No preset");
+    window.presetLine.next();
+    window.settle();
+    const PresetShown first = window.presetLine.shown();
+    EXPECT_EQ(first.name + " (" + first.bank + ")", window.programs().front().name);
+    window.presetLine.previous();
+    window.settle();
+    const PresetShown last = window.presetLine.shown();
+    EXPECT_EQ(last.name + " (" + last.bank + ")", window.programs().back().name);
+
+    std::vector<MenuRow> rows = window.presetLine.menu(); // banks alone
+    const auto find = [&](const std::string& text) {
+        const auto row = std::ranges::find(rows, text, &MenuRow::text);
+        ASSERT_NE(row, rows.end()) << text;
+        row->chosen();
+        window.settle(5);
+    };
+    find(first.bank);
+    EXPECT_TRUE(window.presetLine.takesMenu());
+    EXPECT_FALSE(window.presetLine.takesMenu());
+    EXPECT_EQ(window.presetLine.shown().name, last.name); // still what plays
+    rows = window.presetLine.menu();
+    find(first.name);
+    EXPECT_EQ(window.presetLine.shown().name, first.name);
+    window.presetLine.previous();
+    window.settle(5);
+    EXPECT_EQ(window.presetLine.shown(), last); // by the store's own list
+    window.presetLine.setEdits(1);
+    window.frame();
+    EXPECT_EQ(window.presetLine.shown().line(), last.bank + ", changed");
+}
+
+TEST(TopSample, NamesWhatGrainsAreCutFrom) {
+    EXPECT_EQ(soundFacts(12.04, 44100.0, 1), "12.0 s   44.1 kHz   mono");
+    EXPECT_EQ(soundFacts(3725.0, 22050.0, 2), "1:02:05 h   22.05 kHz   stereo");
+    Window window;
+    window.settle();
+    EXPECT_EQ(window.sample.shown().name, "Live input");
+    window.press(live);
+    window.loadSample(fs::path(ZEPHYRA_SOURCE_DIR) / "resources/Blackbird.mp3");
+    window.settle(5);
+    EXPECT_EQ(window.sample.shown().name, "Blackbird.mp3");
+    EXPECT_EQ(window.sample.shown().facts, "13.0 s   44.1 kHz   mono");
+}
+
+TEST(TopBoxes, StandApartInTheirAreaAtEverySizeAndZoom) {
+    for (const double zoom : {0.75, 1.0, 1.5, 2.5})
+        for (const auto& [width, height] : {std::pair{600, 400},
+                                            {800, 520},
+                                            {960, 620},
+                                            {1100, 700},
+                                            {1400, 900},
+                                            {1800, 1100},
+                                            {3840, 2160}})
+            for (const bool more : {false, true}) {
+                const ScreenLayout layout = layOut(width, height, zoom);
+                const TopBoxes of = topBoxes(layout, {300, 400, more, more});
+                std::vector<Box> boxes{of.play,     of.rewind, of.freeze,  of.live,     of.clear,
+                                       of.previous, of.next,   of.preset,  of.sample,   of.locate,
+                                       of.random,   of.undo,   of.redo,    of.compareA, of.compareB,
+                                       of.tempo,    of.bar,    of.settings};
+                std::erase_if(boxes, [](const Box& box) { return box.width == 0; });
+                EXPECT_GE(of.preset.width, layout.px(more ? 60 : 110));
+                for (std::size_t i = 0; i < boxes.size(); ++i) {
+                    EXPECT_GE(boxes[i].x, i == 0 ? 0 : boxes[i - 1].right())
+                        << width << " at " << zoom << ", box " << i << (more ? ", live" : "");
+                    EXPECT_GE(boxes[i].y, 0);
+                    EXPECT_LE(boxes[i].bottom(), layout.top.height);
+                }
+                EXPECT_LE(boxes.back().right(), layout.window.width);
+            }
+}
+
+} // namespace
+} // namespace zephyra
