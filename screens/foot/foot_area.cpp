@@ -8,11 +8,8 @@ namespace zephyra {
 
 namespace {
 
-// The widest that are to be expected: the boxes stay while figures change.
-constexpr const char *kWidestCpu = "CPU 100 %", *kWidestDropped = "99.9k dropped";
-
-int widthOf(const juce::Font& font, const char* text) {
-    return static_cast<int>(std::ceil(font.getStringWidthFloat(text))) + 2;
+int widthOf(const juce::Font& font, const std::string& text) {
+    return static_cast<int>(std::ceil(font.getStringWidthFloat(brush::text(text)))) + 2;
 }
 
 } // namespace
@@ -43,8 +40,8 @@ void FootArea::makeTabs() {
 
 void FootArea::place() {
     const juce::Font medium = brush::medium(textPixels());
-    FootWidths widths{.cpu = widthOf(medium, kWidestCpu),
-                      .dropped = widthOf(medium, kWidestDropped)};
+    FootWidths widths{.cpu = widthOf(medium, "CPU 100 %"),
+                      .dropped = widthOf(medium, line_.shown().dropped)};
     for (std::size_t i = 0; i < kDrawers; ++i)
         if (tabs_[i]) widths.tabs[i] = widthOf(medium, kFootTabs[i].title);
     boxes_ = footBoxes(layout_, widths);
@@ -67,6 +64,7 @@ void FootArea::frame(const FrameTime&) {
             tabs_[i]->show(kFootTabs[i].title, textPixels(), context().openDrawers.test(i));
     const FootShown& now = line_.shown();
     if (now == shown_) return;
+    if (now.dropped.size() != shown_.dropped.size()) place(); // digits are equally wide
     if (now.help != shown_.help) repaintText(boxes_.help);
     if (now.cpu != shown_.cpu || now.isLate != shown_.isLate) repaintText(boxes_.cpu);
     if (now.dropped != shown_.dropped || now.dropsNow != shown_.dropsNow)

@@ -6,6 +6,10 @@ namespace zephyra {
 
 namespace {
 
+juce::Colour ground() {
+    return brush::colour(palette::kStage).darker(0.2f);
+}
+
 class Handler final : public juce::AccessibilityHandler {
 public:
     explicit Handler(StripView& view)
@@ -45,7 +49,7 @@ void StripView::layOut(const ScreenLayout& layout, const Box& box) {
     picture_.setSize(box.width, box.height);
     {
         juce::Graphics graphics(picture_.ground());
-        graphics.fillAll(brush::colour(palette::kStage).darker(0.2f));
+        graphics.fillAll(ground());
         drawGround(graphics);
     }
     laidOut();
@@ -74,10 +78,14 @@ void StripView::paint(juce::Graphics& graphics) {
 void StripView::label(juce::Graphics& graphics, const juce::String& text, float x,
                       float centreY) const {
     const float size = px(layout_.measures.unitText);
+    const juce::Font font = brush::medium(size);
+    const juce::Rectangle<float> box(x, centreY - size * 0.6f,
+                                     font.getStringWidthFloat(text) + 2.0f, size * 1.2f);
+    graphics.setColour(ground().withAlpha(0.8f)); // a trace may run below
+    graphics.fillRect(box.expanded(px(2), 0.0f));
     graphics.setColour(brush::colour(palette::kFaint));
-    graphics.setFont(brush::medium(size));
-    graphics.drawText(text, juce::Rectangle<float>(x, centreY - size, px(80), 2.0f * size),
-                      juce::Justification::centredLeft, false);
+    graphics.setFont(font);
+    graphics.drawText(text, box, juce::Justification::centredLeft, false);
 }
 
 void StripView::showHelp(bool on) {

@@ -80,6 +80,10 @@ void TopArea::wireEdits() {
         editButtons_[i].pressed = [this, which] { edits_.press(which); };
         editButtons_[i].setSwitch(which == EditButton::compareA || which == EditButton::compareB);
     }
+    for (const std::size_t i : {3u, 4u}) {
+        editButtons_[i].setSurface(palette::kRaised);
+        editButtons_[i].setCorner(4.0);
+    }
     editButtons_[0].menuAsked = [this] { openMenu(editButtons_[0], edits_.randomizeMenu()); };
 }
 
@@ -177,6 +181,8 @@ void TopArea::placeButtons() {
 
 void TopArea::paint(juce::Graphics& graphics) {
     graphics.fillAll(brush::colour(palette::kGround));
+    graphics.setColour(brush::colour(palette::kRaised));
+    graphics.fillRoundedRectangle(brush::floats(boxes_.compare), static_cast<float>(layout_.px(6)));
     graphics.setColour(brush::colour(palette::kLine));
     const int line = juce::jmax(1, layout_.px(1)), inset = layout_.px(layout_.measures.top * 0.23);
     for (const int x : boxes_.lines)

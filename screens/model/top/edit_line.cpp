@@ -20,7 +20,8 @@ ButtonFace EditLine::face(EditButton button) const {
     const bool isThere = context_.edits != nullptr;
     const auto slot = [&](bool isIt) {
         return ButtonFace{.light = isThere && isIt ? ButtonLight::on : ButtonLight::off,
-                          .isEnabled = isThere};
+                          .isEnabled = isThere,
+                          .isBare = true};
     };
     switch (button) {
     case EditButton::randomize:

@@ -78,8 +78,10 @@ TopBoxes topBoxes(const ScreenLayout& layout, const TopWishes& wishes) {
     boxes.bar = right.place(wide.bar, high);
     boxes.tempo = right.place(wide.tempo, high);
     boxes.lines[3] = right.line();
-    boxes.compareB = right.place(wide.compare, button - 4);
-    boxes.compareA = right.place(wide.compare, button - 4);
+    boxes.compare = right.place(2 * wide.compare + 4, button - 4);
+    Row slots(layout, boxes.compare.x + layout.px(2), 1);
+    boxes.compareA = slots.place(wide.compare, button - 8);
+    boxes.compareB = slots.place(wide.compare, button - 8);
     right.skip(kGap);
     boxes.redo = right.place(button, button);
     boxes.undo = right.place(button, button);

@@ -20,7 +20,8 @@ struct TopBoxes {
     Box play, rewind, freeze, live, clear;
     Box previous, next, preset;
     Box sample, locate; ///< the compact step has the sample's name on the stage
-    Box random, undo, redo, compareA, compareB;
+    Box random, undo, redo;
+    Box compare, compareA, compareB; ///< the cell around both, and they
     Box tempo, bar, settings;
     std::array<int, 4> lines{}; ///< x of what parts the groups; 0 for none
 };
