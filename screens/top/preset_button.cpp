@@ -18,22 +18,24 @@ PresetButton::PresetButton(ScreenContext& context) : ScreenButton(context, "Pres
     setFace({.isBare = true});
 }
 
-void PresetButton::show(const PresetShown& shown, const LayoutMeasures& measures) {
-    if (shown_ == shown && measures_.presetText == measures.presetText) return;
+void PresetButton::show(const PresetShown& shown, const LayoutMeasures& measures, double scale) {
+    if (shown_ == shown && measures_.presetText == measures.presetText && scale_ == scale) return;
+    scale_ = scale;
     shown_ = shown;
     measures_ = measures;
     setHelp("Preset " + shown.title() + (shown.bank.empty() ? "" : " of " + shown.line()) +
             ": press for all presets and banks");
     setValue(shown.title() + (shown.isChanged ? ", changed" : ""));
+    textWidth_ = measured();
     repaint();
 }
 
-int PresetButton::textWidth(double scale) const {
-    const float name = brush::medium(measures_.presetText * scale)
+int PresetButton::measured() const {
+    const float name = brush::medium(measures_.presetText * scale_)
                            .getStringWidthFloat(brush::text(shown_.title()));
     const float bank =
-        brush::medium(measures_.unitText * scale).getStringWidthFloat(brush::text(shown_.line()));
-    const auto dot = static_cast<float>((kDotGap + kDot) * scale);
+        brush::medium(measures_.unitText * scale_).getStringWidthFloat(brush::text(shown_.line()));
+    const auto dot = static_cast<float>((kDotGap + kDot) * scale_);
     return static_cast<int>(std::ceil(juce::jmax(name + dot, bank))) + 2;
 }
 
@@ -45,7 +47,7 @@ void PresetButton::paintSign(juce::Graphics& graphics, juce::Rectangle<float> ce
     const juce::String name = brush::text(shown_.title());
     const float room = text.getWidth() - (shown_.isChanged ? px(kDotGap) + dot : 0.0f);
     const float width = juce::jmin(room, font.getStringWidthFloat(name) + 1.0f);
-    const float y = cell.getHeight() * kNameCentre;
+    const float y = cell.getHeight() * (shown_.line().empty() ? 0.5f : kNameCentre);
     graphics.setFont(font);
     graphics.setColour(
         brush::colour(isLoading || shown_.name.empty() ? palette::kDim : palette::kBright));

@@ -11,16 +11,20 @@ class PresetButton final : public ScreenButton {
 public:
     explicit PresetButton(ScreenContext& context);
 
-    void show(const PresetShown& shown, const LayoutMeasures& measures);
+    void show(const PresetShown& shown, const LayoutMeasures& measures, double scale);
     /// Of its texts, pixels.
-    int textWidth(double scale) const;
+    int textWidth() const noexcept { return textWidth_; }
 
 protected:
     void paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell, Color sign) override;
 
 private:
+    int measured() const;
+
     PresetShown shown_;
     LayoutMeasures measures_{};
+    double scale_ = 0.0;
+    int textWidth_ = 0;
 };
 
 } // namespace zephyra

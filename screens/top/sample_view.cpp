@@ -25,10 +25,11 @@ void SampleView::show(const SampleShown& shown, const LayoutMeasures& measures, 
     scale_ = scale;
     setDescription(brush::text(shown.name + ", " + secondLine()));
     setHelpText("The sound that grains are cut from; drop a sound file to load another");
+    textWidth_ = measured();
     repaint();
 }
 
-int SampleView::textWidth() const {
+int SampleView::measured() const {
     const float name = brush::medium((measures_.nameText + kNameMore) * scale_)
                            .getStringWidthFloat(brush::text(shown_.name));
     const float facts =

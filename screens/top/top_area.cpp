@@ -110,11 +110,11 @@ void TopArea::frame(const FrameTime&) {
 void TopArea::show() {
     preset_.setEdits(edits_.shown().count);
     showButtons();
-    presetName_.show(preset_.shown(), layout_.measures);
+    presetName_.show(preset_.shown(), layout_.measures, layout_.scale);
     sampleName_.show(sample_.shown(), layout_.measures, layout_.scale);
     tempo_.show(layout_.measures);
     bar_.show(music_.shown(), layout_.measures, layout_.scale);
-    const TopWishes wishes{.presetWidth = presetName_.textWidth(layout_.scale),
+    const TopWishes wishes{.presetWidth = presetName_.textWidth(),
                            .sampleWidth = sampleName_.textWidth(),
                            .showsClear = transport_.shown().isLive,
                            .showsLocate = sample_.shown().isMissing};
