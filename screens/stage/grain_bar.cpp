@@ -7,9 +7,11 @@ namespace zephyra {
 
 namespace {
 
-constexpr double kHalo = 7.0, kStripe = 3.5; // units to each side
+constexpr double kHalo = 8.0, kStripe = 3.5; // units to each side
+constexpr double kLight = 160.0;             // of 256, on the energy
+constexpr double kHaloBehind = 20.0;         // units
 constexpr double kOutline = 1.0, kEndedLine = 2.5;
-constexpr double kHot = 9.0; // units behind the head that turn white
+constexpr double kHot = 5.0; // units behind the head that turn paler
 
 /// A box with round ends, row by row: what a row covers between left and right.
 template <typename Row>
@@ -48,18 +50,16 @@ double earShare(const ShownGrain& grain, bool isLeft) {
 } // namespace
 
 double axisOf(const StageScene& scene, const ShownGrain& grain) {
-    return scene.y(double{grain.semitones}) - grain.lane * scene.units(kMostBar + kBarGap);
+    return scene.y(double{grain.semitones}) - grain.lane * scene.units(kStackedBar);
 }
 
 GrainBar placeBar(const StageScene& scene, const ShownGrain& grain, double shift,
                   std::span<const WaveExtent> extents) {
     GrainBar bar;
     bar.axis = axisOf(scene, grain);
-    const double half = scene.units(kMostBar) / 2.0, least = scene.units(1.25);
-    bar.above = std::max(least, half * double{grain.left});
-    bar.below = std::max(least, half * double{grain.right});
-    const double more = scene.units(kLeastBar) - bar.above - bar.below;
-    if (more > 0.0) (grain.left >= grain.right ? bar.above : bar.below) += more;
+    const double least = scene.units(kLeastHalf), more = scene.units(kMostBar) / 2.0 - least;
+    bar.above = least + more * std::sqrt(double{grain.left}); // nearly as it is heard
+    bar.below = least + more * std::sqrt(double{grain.right});
     bar.left = scene.x(grain.from + shift);
     bar.right =
         std::max(scene.x(grain.to + shift), bar.left + kLeastLengths * (bar.above + bar.below));
@@ -84,16 +84,21 @@ void drawLight(const Pixels& pixels, const StageScene& scene, const ShownGrain& 
                const GrainBar& bar, std::span<const WaveExtent> extents) {
     const Tint tint = tintOf(grain);
     const double stripe = scene.units(kStripe), strength = 0.25 + 0.75 * double{grain.envelope};
-    const int first = static_cast<int>(bar.head - stripe);
-    const int last = static_cast<int>(bar.head + stripe);
-    for (int x = std::max(first, 0); x <= last && x < static_cast<int>(extents.size()); ++x) {
+    const Box& clip = pixels.clip();
+    const int first = std::max({static_cast<int>(bar.head - stripe), clip.x, 0});
+    const int last = std::min(
+        {static_cast<int>(bar.head + stripe) + 1, clip.right(), static_cast<int>(extents.size())});
+    for (int x = first; x < last; ++x) {
         const WaveExtent& at = extents[static_cast<std::size_t>(x)];
         const double share = 1.0 - std::abs(x + 0.5 - bar.head) / (stripe + 1.0);
-        if (share <= 0.0) continue;
-        const int alpha = static_cast<int>(170.0 * share * strength);
-        pixels.mixColumn(x, static_cast<int>(at.top), static_cast<int>(at.bottom), tint, alpha / 2);
-        pixels.mixColumn(x, static_cast<int>(at.energyTop), static_cast<int>(at.energyBottom), tint,
-                         alpha / 2);
+        const int alpha = static_cast<int>(kLight * std::max(0.0, share) * strength);
+        const int top = std::max(clip.y, static_cast<int>(at.top));
+        const int bottom = std::min(clip.bottom(), static_cast<int>(at.bottom));
+        const int energyTop = static_cast<int>(at.energyTop);
+        const int energyBottom = static_cast<int>(at.energyBottom);
+        for (int y = top; y < bottom; ++y)
+            Pixels::mix(pixels.row(y)[x], tint,
+                        y >= energyTop && y < energyBottom ? alpha : alpha / 2);
     }
     const int x = static_cast<int>(bar.head);
     if (x < 0 || x >= static_cast<int>(extents.size())) return;
@@ -133,16 +138,17 @@ void drawBar(const Pixels& pixels, const StageScene& scene, const ShownGrain& gr
             const double share = (x - bar.left) / behind;
             const int alpha =
                 static_cast<int>(whole * ear * (0.4 + 0.6 * share) * (0.5 + 0.5 * envelope));
-            const int heat = x < headFrom ? 0 : 230 * (x - headFrom) / (headTo - headFrom);
+            const int heat = x < headFrom ? 0 : 130 * (x - headFrom) / (headTo - headFrom);
             pixels.mixSpan(y, x, x + 1, tint.towards(white, heat), std::min(256, alpha));
         }
     });
     // The head, always to be seen: white-hot as far as the envelope is open.
-    const double wide = scene.units(1.25);
-    forRows(bar.head - wide, bar.head + wide, top, bottom,
+    const double wide = scene.units(1.75), inside = scene.units(1.25);
+    const double head = std::clamp(bar.head, bar.left + wide + inside, bar.right - wide - inside);
+    forRows(head - wide, head + wide, top + inside, bottom - inside,
             [&](int y, double from, double to, double covered) {
-                pixels.mixSpan(y, from, to, tint.towards(white, 200),
-                               static_cast<int>(256.0 * covered * (0.45 + 0.55 * envelope)));
+                pixels.mixSpan(y, from, to, tint.towards(white, 215),
+                               static_cast<int>(256.0 * covered * (0.5 + 0.5 * envelope)));
             });
 }
 

@@ -20,8 +20,9 @@ struct GrainBar {
     Box box; ///< all that it draws, its light included
 };
 
-/// Units: a bar's height at most and at least, and what lies between stacked ones.
-inline constexpr double kMostBar = 12.0, kLeastBar = 7.0, kBarGap = 1.5;
+/// Units: a bar's height at most, what a silent ear leaves of its half, and what lies between
+/// stacked ones of usual height.
+inline constexpr double kMostBar = 14.0, kLeastHalf = 1.5, kStackedBar = 11.5;
 /// Times its height that a bar is long at least.
 inline constexpr double kLeastLengths = 1.8;
 

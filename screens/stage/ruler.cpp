@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kTailUnits = 56;  // of the trail on the region's bar
 constexpr double kFlagPadding = 8; // units at each side of its text
-constexpr double kLabelGap = 6;
+constexpr double kLabelGap = 6, kNumberGap = 16;
 
 juce::Font font(const StageScene& scene) {
     return brush::regular(scene.units(scene.layout.measures.unitText));
@@ -73,7 +73,14 @@ Ruler::Flag Ruler::flagOf(const StageScene& scene) {
     const double x = scene.x(of.scan);
     if (x < 0.0 || x > scene.width()) return flag; // outside what is shown
     const int wide = widthOf(flagFont(scene), brush::text(flag.text)) + 2 * scene.px(kFlagPadding);
-    flag.box = {std::clamp(static_cast<int>(x) - wide / 2, 0, std::max(0, scene.width() - wide)),
+    const Box one = grip(scene, true, kGrip), two = grip(scene, false, kGrip);
+    const int gap = scene.px(2);
+    int least = 0, most = scene.width() - wide; // beside the grips where there is room
+    if (std::abs(one.centreX() - two.centreX()) > wide + one.width + two.width + 2 * gap) {
+        least = std::max(least, std::min(one.right(), two.right()) + gap);
+        most = std::min(most, std::max(one.x, two.x) - gap - wide);
+    }
+    flag.box = {std::clamp(static_cast<int>(x) - wide / 2, least, std::max(least, most)),
                 box(scene).y, wide, box(scene).height - std::max(1, scene.px(1))};
     return flag;
 }
@@ -136,7 +143,7 @@ void Ruler::paintScale(juce::Graphics& graphics, const StageScene& scene) const 
         if (label.isEmpty() || !clip.intersects(brush::rectangle(at)) || at.x < 0 ||
             at.right() > strip.width)
             continue;
-        const int gap = scene.px(kLabelGap);
+        const int gap = scene.px(kNumberGap);
         if (meet(at, start, gap) || meet(at, end, gap)) continue;
         if (flag_.box.width > 0 && meet(at, flag_.box, scene.px(2))) continue;
         graphics.setColour(brush::colour(palette::kFaint));

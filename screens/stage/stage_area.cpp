@@ -48,7 +48,7 @@ void StageArea::takeContents(const FrameTime& time) {
     scene_.trail.advance(of.scan, time.elapsed,
                          of.isPlaying && !of.isFrozen && !scene_.reducedMotion);
     reader_.setFades(!scene_.reducedMotion);
-    const double bar = scene_.units(kMostBar + kBarGap);
+    const double bar = scene_.units(kStackedBar);
     reader_.setBarSize({.semitones = bar / std::max(1e-3, scene_.y(0.0) - scene_.y(1.0)),
                         .source = kLeastLengths * scene_.units(kMostBar) /
                                   std::max(1, scene_.width()) * scene_.view.span()});

@@ -11,8 +11,7 @@ namespace {
 
 constexpr double kCellWidth = 48, kCellHeight = 24; // units
 constexpr double kRail = 4, kRailLight = 5;         // units
-constexpr double kGlowSeconds = 0.7;
-constexpr int kTrailSteps = 20;
+constexpr int kFadeSteps = 20;
 constexpr std::uint64_t kScanItem = 1ull << 62, kBandItem = kScanItem + 1,
                         kRegionItem = kScanItem + 2, kTrailItem = kScanItem + 16,
                         kEndedItem = 1ull << 60;
@@ -53,7 +52,7 @@ void StageCanvas::place(const StageScene& scene, const GrainCloud& grains) {
     };
     for (const ShownGrain& grain : grains.ended())
         put(grain, ended_, kEndedItem + grain.id,
-            static_cast<std::uint64_t>(grain.endedFor / GrainCloud::kFadeSeconds * kTrailSteps));
+            static_cast<std::uint64_t>(grain.endedFor / GrainCloud::kFadeSeconds * kFadeSteps));
     for (const ShownGrain& grain : grains.sounding()) {
         put(grain, sounding_, grain.id, std::bit_cast<std::uint64_t>(grain.through));
         const int y = static_cast<int>(axisOf(scene, grain));
@@ -70,14 +69,10 @@ void StageCanvas::place(const StageScene& scene, const GrainCloud& grains) {
             columnBox(scan, scene.px(3), scene.height()));
     const int left = static_cast<int>(scan - reach), right = static_cast<int>(scan + reach);
     addItem(kBandItem, 0, {left - 2, 0, right - left + 4, scene.height()});
-    for (std::size_t i = 0; i < scene.trail.size(); ++i) {
-        const ScanTrail::Step step = scene.trail[i];
-        const double a = scene.x(step.from), b = scene.x(step.to);
-        const int x = static_cast<int>(std::min(a, b)) - 1;
-        addItem(kTrailItem + i,
-                static_cast<std::uint64_t>(step.age / ScanTrail::kSeconds * kTrailSteps),
-                {x, 0, static_cast<int>(std::max(a, b)) - x + 2, scene.height()});
-    }
+    trail_.place(scene, ground.extents(),
+                 [this](std::size_t step, std::uint64_t looks, const Box& box) {
+                     addItem(kTrailItem + step, looks, box);
+                 });
 }
 
 void StageCanvas::findChanges() {
@@ -143,7 +138,7 @@ void StageCanvas::copyGround(const StageScene& scene, const Box& box) {
 void StageCanvas::composeBox(const StageScene& scene, const Box& box) {
     copyGround(scene, box);
     const Pixels pixels(picture_, box);
-    drawTrail(pixels, scene);
+    trail_.draw(pixels);
     const auto touches = [&](const GrainBar& bar) {
         return bar.box.x < box.right() && bar.box.right() > box.x && bar.box.y < box.bottom() &&
                bar.box.bottom() > box.y;
@@ -156,25 +151,6 @@ void StageCanvas::composeBox(const StageScene& scene, const Box& box) {
         if (touches(it.bar)) drawBar(pixels, scene, *it.grain, it.bar);
     drawScan(pixels, scene);
     drawRail(pixels, scene);
-}
-
-void StageCanvas::drawTrail(const Pixels& pixels, const StageScene& scene) const {
-    const Tint white(palette::kBright), red(palette::kAccent);
-    for (std::size_t i = 0; i < scene.trail.size(); ++i) {
-        const ScanTrail::Step step = scene.trail[i];
-        const double a = scene.x(step.from), b = scene.x(step.to);
-        const double shown = std::floor(step.age / ScanTrail::kSeconds * kTrailSteps) / kTrailSteps;
-        const double rest = 1.0 - shown, glow = 1.0 - shown * ScanTrail::kSeconds / kGlowSeconds;
-        const int end = static_cast<int>(std::max(a, b));
-        for (int x = std::max(0, static_cast<int>(std::min(a, b)));
-             x < end && x < static_cast<int>(ground.extents().size()); ++x) {
-            const WaveExtent& at = ground.extents()[static_cast<std::size_t>(x)];
-            pixels.mixColumn(x, static_cast<int>(at.top), static_cast<int>(at.bottom), white,
-                             static_cast<int>(80.0 * rest * rest));
-            if (glow > 0.0)
-                pixels.mixColumn(x, 0, scene.height(), red, static_cast<int>(56.0 * glow * glow));
-        }
-    }
 }
 
 void StageCanvas::drawRail(const Pixels& pixels, const StageScene& scene) const {
@@ -197,9 +173,9 @@ void StageCanvas::drawScan(const Pixels& pixels, const StageScene& scene) const 
     const StageContents& of = scene.contents;
     const Tint bright(palette::kBright), accent(palette::kAccent);
     for (const double edge : {of.regionStart, of.regionEnd}) {
+        if (edge <= 0.0 || edge >= 1.0) continue; // the sound's own end
         const double x = scene.x(edge);
-        pixels.mixBox({static_cast<int>(edge >= 1.0 ? x - 1.0 : x), 0, std::max(1, scene.px(1)),
-                       scene.height()},
+        pixels.mixBox({static_cast<int>(x), 0, std::max(1, scene.px(1)), scene.height()},
                       Tint(palette::kArc), 190);
     }
     const double scan = scene.x(of.scan), reach = of.jitter / scene.view.span() * scene.width();

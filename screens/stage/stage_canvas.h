@@ -4,6 +4,7 @@
 #include "screens/model/stage/dirty_boxes.h"
 #include "screens/stage/grain_bar.h"
 #include "screens/stage/stage_ground.h"
+#include "screens/stage/trail_light.h"
 
 #include <cstdint>
 #include <vector>
@@ -39,13 +40,13 @@ private:
     void findChanges();
     void composeBox(const StageScene& scene, const Box& box);
     void copyGround(const StageScene& scene, const Box& box);
-    void drawTrail(const Pixels& pixels, const StageScene& scene) const;
     void drawRail(const Pixels& pixels, const StageScene& scene) const;
     void drawScan(const Pixels& pixels, const StageScene& scene) const;
 
     juce::Image picture_;
     std::vector<Item> items_, before_;
     std::vector<Placed> sounding_, ended_;
+    TrailLight trail_;
     DirtyBoxes dirty_;
     bool all_ = true;
 };

@@ -38,7 +38,7 @@ public:
     const Step& operator[](std::size_t i) const { return steps_[(first_ + i) % kMost]; }
 
 private:
-    static constexpr double kJump = 0.05; // of the sound
+    static constexpr double kJump = 0.02; // of the sound
 
     Step& at(std::size_t i) { return steps_[(first_ + i) % kMost]; }
     void drop() {

@@ -1,0 +1,108 @@
+#include "screens/stage/trail_light.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+namespace zephyra {
+
+namespace {
+
+constexpr double kGlowSeconds = 0.7;             // of the red
+constexpr int kFadeSteps = 20;                   // of the white
+constexpr double kMostWhite = 80, kMostRed = 44; // of 256
+constexpr std::int16_t kWhite = 245;
+
+/// The glow moves with the scan; what is older fades in steps.
+std::uint64_t looksOf(double age) {
+    return age < kGlowSeconds ? std::bit_cast<std::uint64_t>(age)
+                              : static_cast<std::uint64_t>(age / ScanTrail::kSeconds * kFadeSteps);
+}
+
+struct Lights {
+    const std::int16_t *white, *red, *redTint, *top, *bottom;
+};
+
+// Bytes alias everything, and only without that many are lit at once.
+void lightRow(std::uint8_t* __restrict row, std::size_t count, std::int16_t y,
+              const Lights& lights) {
+    const std::int16_t* __restrict const white = lights.white;
+    const std::int16_t* __restrict const red = lights.red;
+    const std::int16_t* __restrict const tint = lights.redTint;
+    const std::int16_t* __restrict const top = lights.top;
+    const std::int16_t* __restrict const bottom = lights.bottom;
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto from = static_cast<std::int16_t>(row[i]);
+        const auto more = static_cast<std::int16_t>((tint[i] - from) * red[i]);
+        const auto lit = static_cast<std::int16_t>(from + (more >> 8));
+        const auto isOn = static_cast<std::int16_t>((y >= top[i]) & (y < bottom[i]));
+        const auto whiter = static_cast<std::int16_t>((kWhite - lit) * white[i] * isOn);
+        row[i] = static_cast<std::uint8_t>(lit + (whiter >> 8));
+    }
+}
+
+} // namespace
+
+void TrailLight::light(int x, int white, int red, const WaveExtent& at) {
+    const std::size_t first = 3 * static_cast<std::size_t>(x);
+    for (std::size_t i = first; i < first + 3; ++i) {
+        white_[i] = std::max(white_[i], static_cast<std::int16_t>(white));
+        red_[i] = std::max(red_[i], static_cast<std::int16_t>(red));
+        top_[i] = static_cast<std::int16_t>(at.top);
+        bottom_[i] = static_cast<std::int16_t>(at.bottom);
+    }
+}
+
+void TrailLight::place(const StageScene& scene, std::span<const WaveExtent> extents,
+                       const Hear& hear) {
+    const std::size_t bytes = 3 * extents.size();
+    for (auto* const of : {&white_, &red_, &top_, &bottom_}) of->assign(bytes, 0);
+    if (redTint_.size() != bytes) {
+        juce::PixelRGB red;
+        red.set(brush::colour(palette::kAccent).getPixelARGB());
+        const auto* const each = reinterpret_cast<const std::uint8_t*>(&red);
+        redTint_.resize(bytes);
+        for (std::size_t i = 0; i < bytes; ++i) redTint_[i] = each[i % 3];
+    }
+    left_ = static_cast<int>(extents.size());
+    right_ = 0;
+    for (std::size_t i = 0; i < scene.trail.size(); ++i) {
+        const ScanTrail::Step step = scene.trail[i];
+        const double a = scene.x(step.from), b = scene.x(step.to);
+        const int left = static_cast<int>(std::max(0.0, std::min(a, b)));
+        const int right = static_cast<int>(std::min(std::max(a, b) + 1.0, 1.0 * scene.width()));
+        if (left >= right) continue;
+        const double shown = std::floor(step.age / ScanTrail::kSeconds * kFadeSteps) / kFadeSteps;
+        const double rest = 1.0 - shown, glow = std::max(0.0, 1.0 - step.age / kGlowSeconds);
+        float top = static_cast<float>(scene.height()), bottom = 0.0f;
+        for (int x = left; x < right; ++x) {
+            const WaveExtent& at = extents[static_cast<std::size_t>(x)];
+            light(x, static_cast<int>(kMostWhite * rest * rest),
+                  static_cast<int>(kMostRed * glow * glow), at);
+            top = std::min(top, at.top);
+            bottom = std::max(bottom, at.bottom);
+        }
+        left_ = std::min(left_, left);
+        right_ = std::max(right_, right);
+        Box box{left - 1, 0, right - left + 2, scene.height()};
+        if (glow == 0.0) {
+            box.y = static_cast<int>(top);
+            box.height = static_cast<int>(bottom) - box.y + 1;
+        }
+        hear(i, looksOf(step.age), box);
+    }
+}
+
+void TrailLight::draw(const Pixels& pixels) const {
+    const Box& clip = pixels.clip();
+    const int left = std::max(clip.x, left_), right = std::min(clip.right(), right_);
+    if (left >= right) return;
+    const std::size_t first = 3 * static_cast<std::size_t>(left);
+    const std::size_t count = 3 * static_cast<std::size_t>(right - left);
+    for (int y = clip.y; y < clip.bottom(); ++y)
+        lightRow(reinterpret_cast<std::uint8_t*>(pixels.row(y) + left), count,
+                 static_cast<std::int16_t>(y),
+                 {&white_[first], &red_[first], &redTint_[first], &top_[first], &bottom_[first]});
+}
+
+} // namespace zephyra
