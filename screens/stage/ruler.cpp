@@ -26,9 +26,9 @@ int widthOf(const juce::Font& font, const juce::String& text) {
     return static_cast<int>(std::ceil(font.getStringWidthFloat(text)));
 }
 
-// The smallest time that a pixel tells apart.
+// The smallest time that a few pixels tell apart.
 double finest(const StageScene& scene) {
-    return scene.contents.seconds * scene.view.span() / std::max(1, scene.width());
+    return 3.0 * scene.contents.seconds * scene.view.span() / std::max(1, scene.width());
 }
 
 juce::String edgeText(const StageScene& scene, bool isStart) {

@@ -26,7 +26,7 @@ std::vector<float> pointsOf(std::size_t menuIndex) {
 
 StageReader::StageReader(ScreenSource& source) : source_(source) {
     source_.asMain([this](AudioUnitViewController& view) {
-        view._GRANULATOR_STREAM.engine().setTrace(trace_.get());
+        started_.emplace(view._GRANULATOR_STREAM.grainWatch());
     });
     source_.add(*this);
 }
@@ -110,7 +110,7 @@ void StageReader::readGrains(MOK_SCRUB_GRANULATOR& stream, const FrameTime& time
     const GrainSource source{.seconds = contents_.seconds,
                              .driftPerFrame =
                                  drifts ? 1.0 / static_cast<double>(contents_.liveFrames) : 0.0};
-    for (GrainRecord record; trace_->take(record);) grains_.add(record, source, bar_);
+    for (GrainRecord record; started_->take(record);) grains_.add(record, source, bar_);
     if (!stream.isPlaying()) grains_.endAll();
     grains_.advance(clock_.frame(), time.elapsed, rate, source, envelope_, fades_);
 }

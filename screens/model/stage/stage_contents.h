@@ -75,7 +75,7 @@ private:
     bool fades_ = true;
     std::vector<float> envelope_; // of contents_.envelope
     std::optional<std::size_t> shownEnvelope_;
-    std::unique_ptr<GrainTrace> trace_ = std::make_unique<GrainTrace>();
+    std::optional<GrainWatch::Watcher> started_;
 };
 
 } // namespace zephyra

@@ -9,6 +9,7 @@ namespace zephyra {
 
 namespace {
 
+constexpr double kLeastGroups = 8.0;            // to a column, whose ends they blur
 constexpr std::size_t kBlocksBetweenLooks = 64; // at the clock
 
 double steadySeconds() {
@@ -77,16 +78,16 @@ WaveColumn WavePyramid::column(double from, double to) const {
         const Block block = measure(sound_->getPtr() + first, std::max(end, first + 1) - first);
         return {block.low, block.high, std::sqrt(block.squares)};
     }
-    const bool inBlocks = width < 2.0 * kBlock * kGroup;
-    const std::vector<Block>& from_ = inBlocks ? blocks_ : groups_;
+    const bool inBlocks = width < kLeastGroups * kBlock * kGroup;
+    const std::vector<Block>& parts = inBlocks ? blocks_ : groups_;
     const auto [first, last] = covered(inBlocks ? kBlock : kBlock * kGroup);
     WaveColumn column;
     double squares = 0.0;
-    const std::size_t end = std::min(last, from_.size());
+    const std::size_t end = std::min(last, parts.size());
     for (std::size_t i = first; i < end; ++i) {
-        column.low = std::min(column.low, from_[i].low);
-        column.high = std::max(column.high, from_[i].high);
-        squares += double{from_[i].squares};
+        column.low = std::min(column.low, parts[i].low);
+        column.high = std::max(column.high, parts[i].high);
+        squares += double{parts[i].squares};
     }
     if (end > first)
         column.rms = static_cast<float>(std::sqrt(squares / static_cast<double>(end - first)));
