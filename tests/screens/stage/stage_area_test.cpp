@@ -1,0 +1,174 @@
+// The stage as it is painted: what moves, what stands still, and what stands over it.
+#include "screens/stage/stage_area.h"
+#include "tests/support/hosted_plugin.h"
+
+#include <gtest/gtest.h>
+
+namespace juce {
+bool dispatchNextMessageOnSystemQueue(bool returnIfNoPendingMessages);
+}
+
+namespace zephyra {
+namespace {
+
+/// Counts what a component wants to have painted.
+class Wanted final : public juce::CachedComponentImage {
+public:
+    explicit Wanted(int& count) : count_(count) {}
+    void paint(juce::Graphics&) override {}
+    bool invalidateAll() override { return ++count_, true; }
+    bool invalidate(const juce::Rectangle<int>&) override { return ++count_, true; }
+    void releaseResources() override {}
+
+private:
+    int& count_;
+};
+
+struct PaintedStage : testing::Test {
+    explicit PaintedStage(PluginKind kind = PluginKind::instrument) : plugin(kind) {
+        area.setVisible(true);
+        area.layOut(layout);
+        frames(3);
+        area.setCachedComponentImage(new Wanted(wanted)); // owned by the area
+    }
+
+    /// So many frames, and what they wanted to be painted.
+    int frames(int count, bool renders = true) {
+        const int before = wanted;
+        for (int i = 0; i < count; ++i) {
+            if (renders) plugin.render(i % 3 == 0 ? 1 : 2);
+            time.elapsed = 1.0 / 60.0;
+            time.now += time.elapsed;
+            source.readFrame(time);
+            area.frame(time);
+        }
+        return wanted - before;
+    }
+    void play() {
+        plugin.set(ControlId::playStop, 1.0f);
+        frames(30);
+    }
+    juce::Image picture() {
+        juce::Image image(juce::Image::RGB, area.getWidth(), area.getHeight(), true,
+                          juce::SoftwareImageType());
+        juce::Graphics graphics(image);
+        area.paintEntireComponent(graphics, true);
+        return image;
+    }
+    /// Pixels of a column that are nearly of this colour.
+    int count(int x, Color colour) {
+        const juce::Image image = picture();
+        const juce::Colour wantedColour = brush::colour(colour);
+        int found = 0;
+        for (int y = 0; y < layout.stage.height; ++y) {
+            const juce::Colour at = image.getPixelAt(x, y);
+            found += std::abs(at.getRed() - wantedColour.getRed()) < 12 &&
+                     std::abs(at.getGreen() - wantedColour.getGreen()) < 12 &&
+                     std::abs(at.getBlue() - wantedColour.getBlue()) < 12;
+        }
+        return found;
+    }
+    int scanColumn() { return static_cast<int>(area.scene().x(area.scene().contents.scan)); }
+
+    juce::ScopedJuceInitialiser_GUI gui;
+    HostedPlugin plugin;
+    ScreenSource source{plugin};
+    ScreenContext context{.source = source};
+    ScreenLayout layout = layOut(1100, 700, 1.0);
+    StageArea area{context};
+    FrameTime time;
+    int wanted = 0;
+};
+
+struct LiveStage : PaintedStage {
+    LiveStage() : PaintedStage(PluginKind::effect) {}
+};
+
+TEST_F(PaintedStage, PaintsNothingWhereNothingMoves) {
+    EXPECT_EQ(frames(60), 0);
+    play();
+    EXPECT_GE(frames(30), 30);
+    EXPECT_GT(count(scanColumn(), palette::kAccent), layout.stage.height / 2);
+    plugin.set(ControlId::playStop, 0.0f);
+    frames(240); // the fade, and what ended
+    EXPECT_EQ(frames(60), 0);
+    EXPECT_EQ(frames(60, false), 0);
+}
+
+TEST_F(PaintedStage, AFrozenScanIsWhite) {
+    play();
+    plugin.set(ControlId::freeze, 1.0f);
+    frames(10);
+    EXPECT_GT(count(scanColumn(), palette::kBright), layout.stage.height / 2);
+    EXPECT_EQ(count(scanColumn(), palette::kAccent), 0);
+}
+
+TEST_F(PaintedStage, ComposesWhatMovedAsItComposesAll) {
+    play();
+    for (int i = 0; i < 20; ++i) {
+        frames(7);
+        const juce::Image partly = picture();
+        area.layOut(layout); // all is drawn anew
+        time.elapsed = 0.0;
+        area.frame(time);
+        const juce::Image wholly = picture();
+        int differ = 0;
+        for (int y = 0; y < layout.stage.height; ++y)
+            for (int x = 0; x < layout.stage.width; ++x)
+                differ += partly.getPixelAt(x, y) != wholly.getPixelAt(x, y);
+        EXPECT_EQ(differ, 0) << i;
+    }
+}
+
+TEST_F(PaintedStage, SaysWhatIsMissingAndOffersToLocateIt) {
+    int located = 0;
+    context.locateSample = [&] { ++located; };
+    source.asMain([](AudioUnitViewController& view) {
+        SampleReference lost;
+        lost.path = "/nowhere/Lost Bells.wav";
+        view.sampleLoader.loadReference(lost, SoundUse::play);
+    });
+    frames(5);
+    juce::Component* notice = nullptr;
+    for (juce::Component* const child : area.getChildren())
+        if (child->getTitle() == "Missing sound" && child->isVisible()) notice = child;
+    ASSERT_NE(notice, nullptr);
+    EXPECT_EQ(notice->getHelpText(), "Lost Bells.wav is missing");
+    EXPECT_TRUE(area.getLocalBounds().contains(notice->getBounds()));
+    auto* const button = dynamic_cast<juce::Button*>(notice->getChildComponent(0));
+    ASSERT_NE(button, nullptr);
+    EXPECT_TRUE(notice->getLocalBounds().contains(button->getBounds()));
+    button->triggerClick();
+    while (juce::dispatchNextMessageOnSystemQueue(true)) {
+    }
+    EXPECT_EQ(located, 1);
+}
+
+TEST_F(LiveStage, ShowsTheEdgeThatIsWritten) {
+    play();
+    ASSERT_TRUE(area.scene().contents.isWriting);
+    EXPECT_GT(count(layout.stage.width - 2, palette::kBright), layout.stage.height / 2);
+    EXPECT_GE(frames(20), 20); // it scrolls
+    const juce::Image image = picture();
+    const int middle = layout.stage.height / 2 - 20;
+    EXPECT_NE(image.getPixelAt(layout.stage.width - 12, middle), image.getPixelAt(20, middle));
+}
+
+TEST_F(PaintedStage, KeysMoveHandlesAndScan) {
+    for (juce::Component* const child : area.getChildren()) {
+        if (child->getTitle() != "Region start") continue;
+        EXPECT_TRUE(child->getWantsKeyboardFocus());
+        child->keyPressed(juce::KeyPress(juce::KeyPress::pageUpKey));
+    }
+    frames(2);
+    EXPECT_NEAR(area.scene().contents.regionStart, 0.05, 1e-5);
+    area.keyPressed(juce::KeyPress(juce::KeyPress::endKey));
+    frames(2);
+    EXPECT_NEAR(area.scene().contents.scan, 1.0, 1e-3);
+    area.keyPressed(juce::KeyPress(juce::KeyPress::upKey));
+    frames(1);
+    EXPECT_LT(area.scene().view.span(), 1.0);
+}
+
+} // namespace
+} // namespace zephyra
