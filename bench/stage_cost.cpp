@@ -37,7 +37,8 @@ struct Size {
 
 class Stage {
 public:
-    explicit Stage(const Size& size) : layout_(layOut(size.width, size.height, 1.0)) {
+    Stage(const Size& size, PluginKind kind)
+        : layout_(layOut(size.width, size.height, 1.0)), plugin_(kind) {
         plugin_.prepare({.sampleRate = kRate, .mostFrames = kBlock});
         plugin_.setParameter(static_cast<AUParameterAddress>(ControlId::playStop), 1.0f);
         area_.layOut(layout_);
@@ -58,6 +59,7 @@ public:
 
     void render() {
         PluginBlock block;
+        block.input[0] = block.input[1] = input_.data();
         block.output[0] = left_.data();
         block.output[1] = right_.data();
         for (block.frames = 400; rendered_ < (now_ + kFrame) * kRate; rendered_ += block.frames)
@@ -99,20 +101,21 @@ public:
 
 private:
     ScreenLayout layout_;
-    PluginInstance plugin_{PluginKind::instrument};
+    PluginInstance plugin_;
     ScreenSource source_{plugin_};
     ScreenContext context_{.source = source_};
     juce::RectangleList<int> wanted_;
     StageArea area_{context_};
     juce::Image target_;
     std::vector<float> left_ = std::vector<float>(kBlock), right_ = left_;
+    std::vector<float> input_ = std::vector<float>(kBlock, 0.25f);
     double now_ = 0.0;
     double rendered_ = 0.0;
     int rectangles_ = 0;
 };
 
-void measure(const Size& size) {
-    Stage stage(size);
+void measure(const Size& size, PluginKind kind) {
+    Stage stage(size, kind);
     for (int i = 0; i < 240; ++i) {
         long ignored = 0;
         stage.render();
@@ -128,12 +131,13 @@ void measure(const Size& size) {
         filled.push_back(stage.fill());
         grains += static_cast<long>(stage.grains());
     }
-    std::printf("%-10s %4.1f grains, %4.0f us a frame (%4.1f %% of a core at 60 Hz), %4.2f fills, "
-                "%4.1f rectangles of %4.1f %% of the stage\n",
-                size.name, static_cast<double>(grains) / frames, median(spent) * 1e-3,
-                median(spent) * 6e-6, medianRatio(spent, filled),
-                static_cast<double>(stage.rectangles() - before) / frames,
-                100.0 * static_cast<double>(pixels) / frames / static_cast<double>(stage.area()));
+    std::printf(
+        "%-10s %s: %4.1f grains, %4.0f us a frame (%4.1f %% of a core at 60 Hz), %4.2f fills, "
+        "%4.1f rectangles of %4.1f %% of the stage\n",
+        size.name, kind == PluginKind::effect ? "live" : "file",
+        static_cast<double>(grains) / frames, median(spent) * 1e-3, median(spent) * 6e-6,
+        medianRatio(spent, filled), static_cast<double>(stage.rectangles() - before) / frames,
+        100.0 * static_cast<double>(pixels) / frames / static_cast<double>(stage.area()));
 }
 
 } // namespace
@@ -144,5 +148,6 @@ int main() {
     for (const zephyra::Size& size :
          {zephyra::Size{"1100x700", 1100, 700}, zephyra::Size{"1800x1100", 1800, 1100},
           zephyra::Size{"3840x2160", 3840, 2160}})
-        zephyra::measure(size);
+        for (const auto kind : {zephyra::PluginKind::instrument, zephyra::PluginKind::effect})
+            zephyra::measure(size, kind);
 }

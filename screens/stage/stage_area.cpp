@@ -10,6 +10,7 @@ namespace zephyra {
 namespace {
 
 constexpr double kBuildSeconds = 0.003; // of a frame, for a sound that is long
+constexpr double kLaneShare = 1.03;     // of the axis, up to which bars are stacked
 
 } // namespace
 
@@ -47,11 +48,13 @@ void StageArea::takeContents(const FrameTime& time) {
     scene_.axis.advance(wanted, time.elapsed, !scene_.reducedMotion);
     scene_.trail.advance(of.scan, time.elapsed,
                          of.isPlaying && !of.isFrozen && !scene_.reducedMotion);
+    if (scene_.reducedMotion) scene_.trail.clear();
     reader_.setFades(!scene_.reducedMotion);
     const double bar = scene_.units(kStackedBar);
     reader_.setBarSize({.semitones = bar / std::max(1e-3, scene_.y(0.0) - scene_.y(1.0)),
                         .source = kLeastLengths * scene_.units(kMostBar) /
-                                  std::max(1, scene_.width()) * scene_.view.span()});
+                                  std::max(1, scene_.width()) * scene_.view.span(),
+                        .most = scene_.axis.range() * kLaneShare});
 }
 
 void StageArea::takeSound() {

@@ -155,11 +155,12 @@ void StageGround::drawTexts(const StageScene& scene, juce::Image& image) const {
     const double measure = scene.x(1.0 / scene.contents.measures) - scene.x(0.0);
     if (measure < scene.units(24)) return;
     for (int i = 0; i < scene.contents.measures; ++i)
-        graphics.drawText(juce::String(i + 1),
-                          static_cast<int>(scene.x(1.0 * i / scene.contents.measures)) +
-                              scene.px(5),
-                          scene.height() - high - scene.px(3), wide, high,
-                          juce::Justification::centredLeft, false);
+        graphics.drawText(
+            juce::String(i + 1),
+            std::max(scene.px(44),
+                     static_cast<int>(scene.x(1.0 * i / scene.contents.measures)) + scene.px(5)),
+            scene.height() - high - scene.px(3), wide, high, juce::Justification::centredLeft,
+            false);
 }
 
 } // namespace zephyra

@@ -163,14 +163,17 @@ TEST(GrainCloud, TellsOfEveryGrainWhatItDoesNow) {
 
 TEST(GrainCloud, StacksGrainsThatWouldCoverEachOther) {
     GrainCloud cloud;
-    const BarSize bar{.semitones = 0.5, .source = 0.02};
+    const BarSize bar{.semitones = 0.5, .source = 0.02, .most = 3.1};
     for (int i = 0; i < 12; ++i) cloud.add(record(0.5f, 0.0, 0.084f), kTenSeconds, bar);
     cloud.add(record(0.9f, 0.0, 0.084f), kTenSeconds, bar); // elsewhere
     cloud.add(record(0.5f, 9.0, 0.084f), kTenSeconds, bar); // higher
     cloud.advance(10.0, 0.1, 48000.0, kTenSeconds, {}, true);
     ASSERT_EQ(cloud.sounding().size(), 14u);
     std::set<int> lanes;
-    for (const ShownGrain& grain : cloud.sounding().first(12)) lanes.insert(grain.lane);
+    for (const ShownGrain& grain : cloud.sounding().first(12)) {
+        lanes.insert(grain.lane);
+        EXPECT_LE(std::abs(grain.lane), 6); // the stage has no room for more
+    }
     EXPECT_EQ(lanes.size(), 12u);
     EXPECT_EQ(cloud.sounding()[0].lane, 0);
     EXPECT_EQ(cloud.sounding()[12].lane, 0);

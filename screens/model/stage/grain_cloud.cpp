@@ -19,6 +19,7 @@ float gainAt(std::span<const float> envelope, double through) {
 int GrainCloud::freeLane(const ShownGrain& grain, const BarSize& bar) const {
     const auto isFree = [&](int lane) {
         const double height = double{grain.semitones} + lane * bar.semitones;
+        if (lane != 0 && std::abs(height) > bar.most) return false;
         return std::none_of(sounding_.begin(), sounding_.begin() + soundingCount_,
                             [&](const Sounding& other) {
                                 const ShownGrain& it = other.grain;

@@ -27,6 +27,7 @@ struct ShownGrain {
 struct BarSize {
     double semitones = 1.0; ///< that a bar and its gap are high
     double source = 0.0;    ///< fraction of the sound that a bar is wide at least
+    double most = 36.0;     ///< semitones either way that the stage has room for
 };
 
 /// The sound that grains read.
@@ -40,7 +41,7 @@ class GrainCloud {
 public:
     static constexpr double kFadeSeconds = 1.2;
     static constexpr std::size_t kMostSounding = 64, kMostEnded = 128;
-    static constexpr int kMostLane = 6;
+    static constexpr int kMostLane = 12;
 
     /// A grain that was scheduled. Where too many sound, the oldest ends.
     void add(const GrainRecord& record, const GrainSource& source, const BarSize& bar);
