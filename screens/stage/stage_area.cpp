@@ -66,7 +66,6 @@ void StageArea::takeSound() {
     }
     if (of.isLive != drawn_.contents.isLive) scene_.view.reset();
     if (pyramid_.build(kBuildSeconds)) renews_ = true;
-    if (reader_.takeLiveNews()) renews_ = true;
 }
 
 bool StageArea::groundDiffers() const {
@@ -82,15 +81,30 @@ bool StageArea::groundDiffers() const {
 void StageArea::drawGround() {
     columns_.resize(static_cast<std::size_t>(scene_.width()));
     const StageView& view = scene_.view;
-    if (scene_.contents.isLive)
-        reader_.live().show(view.first(), view.last(), columns_);
-    else
+    if (scene_.contents.isLive) {
+        liveColumn_ = reader_.live().show(view.first(), view.last(), columns_);
+        liveBegins_ = reader_.live().begins();
+        if (!reader_.live().isComplete()) liveBegins_ = 0; // more of its past comes
+    } else
         pyramid_.show(view.first(), view.last(), columns_);
     placeColumns(scene_, columns_, pyramid_.peak(), extents_);
     canvas_.ground.draw(scene_, extents_);
     canvas_.renew(scene_);
     drawn_ = scene_;
     renews_ = false;
+}
+
+/// What came in scrolls the picture on.
+void StageArea::scrollGround() {
+    const StageView& view = scene_.view;
+    const std::int64_t column = reader_.live().show(view.first(), view.last(), columns_);
+    const std::int64_t by = column - liveColumn_;
+    if (liveBegins_ != reader_.live().begins() || by < 0 || by >= scene_.width())
+        return drawGround();
+    liveColumn_ = column;
+    placeColumns(scene_, columns_, pyramid_.peak(), extents_);
+    canvas_.ground.scroll(scene_, extents_, static_cast<int>(by));
+    canvas_.renew(scene_);
 }
 
 void StageArea::followEdges() {
@@ -105,7 +119,11 @@ void StageArea::repaintBox(const Box& box) {
 void StageArea::frame(const FrameTime& time) {
     takeContents(time);
     takeSound();
-    if (groundDiffers()) drawGround();
+    const bool scrolls = reader_.takeLiveNews() && scene_.contents.isLive;
+    if (groundDiffers())
+        drawGround();
+    else if (scrolls)
+        scrollGround();
     for (const Box& box : canvas_.compose(scene_, reader_.grains())) repaintBox(box);
     for (const Box& box : overlay_.follow(scene_, hands_)) repaintBox(box);
     const auto ruler = ruler_.follow(scene_);

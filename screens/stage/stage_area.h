@@ -48,6 +48,7 @@ private:
     void takeSound();
     bool groundDiffers() const;
     void drawGround();
+    void scrollGround();
     void followEdges();
     void repaintBox(const Box& box);
     double placeX(const juce::MouseEvent& event) const;
@@ -64,6 +65,8 @@ private:
     MissingNotice missing_;
     std::vector<WaveColumn> columns_;
     std::vector<WaveExtent> extents_;
+    std::int64_t liveColumn_ = 0; // of live input, the first that is drawn
+    std::uint64_t liveBegins_ = 0;
     bool renews_ = true;
 };
 

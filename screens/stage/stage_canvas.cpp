@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <cstring>
 
 namespace zephyra {
 
@@ -120,19 +119,13 @@ void StageCanvas::copyGround(const StageScene& scene, const Box& box) {
         return static_cast<int>(std::clamp(scene.x(fraction), 1.0 * box.x, 1.0 * box.right()));
     };
     const int left = column(of.scan - reach), right = column(of.scan + reach);
-    const juce::Image::BitmapData to(picture_, juce::Image::BitmapData::writeOnly);
-    const juce::Image::BitmapData rest(ground.atRest(), juce::Image::BitmapData::readOnly);
-    const juce::Image::BitmapData lit(ground.lit(), juce::Image::BitmapData::readOnly);
-    const auto copy = [&](const juce::Image::BitmapData& from, int x, int end, int y) {
-        if (end > x)
-            std::memcpy(to.getPixelPointer(x, y), from.getPixelPointer(x, y),
-                        static_cast<std::size_t>(end - x) * sizeof(juce::PixelRGB));
+    const auto copy = [&](bool isLit, int from, int to) {
+        if (to > from) ground.copy(picture_, isLit, {from, box.y, to - from, box.height});
     };
-    for (int y = box.y; y < box.bottom(); ++y) {
-        copy(rest, box.x, left, y);
-        copy(lit, left, right, y);
-        copy(rest, right, box.right(), y);
-    }
+    copy(false, box.x, left);
+    copy(true, left, right);
+    copy(false, right, box.right());
+    ground.drawMarks(scene, picture_, box);
 }
 
 void StageCanvas::composeBox(const StageScene& scene, const Box& box) {

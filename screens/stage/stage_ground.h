@@ -9,24 +9,31 @@
 namespace zephyra {
 
 /// Two pictures: the sound at rest with the part outside the region darkened, and the sound as it
-/// is within the jitter's reach. Message thread.
+/// is within the jitter's reach. Those of live input go round, so that what scrolls is not drawn
+/// again: the marks, which do not scroll, are then drawn over what was copied. Message thread.
 class StageGround {
 public:
     /// Draws both anew. extents: a stage's width of them.
     void draw(const StageScene& scene, std::vector<WaveExtent> extents);
+    /// Live input went so many columns on, at least 0 and fewer than the stage has.
+    void scroll(const StageScene& scene, std::vector<WaveExtent> extents, int by);
 
-    const juce::Image& atRest() const noexcept { return atRest_; }
-    const juce::Image& lit() const noexcept { return lit_; }
+    /// Copies a box of one of them into picture.
+    void copy(juce::Image& picture, bool isLit, const Box& box) const;
+    /// What goes over the copies in a box.
+    void drawMarks(const StageScene& scene, juce::Image& picture, const Box& box) const;
     const std::vector<WaveExtent>& extents() const noexcept { return extents_; }
 
 private:
-    void drawWave(const StageScene& scene, juce::Image& image, bool isLit) const;
-    void drawGrid(const StageScene& scene, juce::Image& image) const;
-    void drawTexts(const StageScene& scene, juce::Image& image) const;
-    void drawCells(const StageScene& scene, juce::Image& image) const;
+    void fill(const StageScene& scene, const Pixels& pixels, bool isLit, int first, int last) const;
+    void drawWave(const Pixels& pixels, bool isLit, int first, int last) const;
+    /// Where a column of the stage is kept.
+    int kept(int x) const { return (x + origin_) % static_cast<int>(extents_.size()); }
 
     juce::Image atRest_, lit_;
     std::vector<WaveExtent> extents_;
+    int origin_ = 0;
+    bool scrolls_ = false;
 };
 
 } // namespace zephyra

@@ -7,7 +7,7 @@ namespace zephyra {
 
 void LiveWave::beginAnew(const WaveForm& wave) {
     const LiveSample& live = *wave.liveSample();
-    begun_ = true;
+    ++begins_;
     replacements_ = wave.liveReplacements();
     holds_ = wave.holds();
     size_ = live.size;
@@ -21,8 +21,8 @@ void LiveWave::beginAnew(const WaveForm& wave) {
 
 bool LiveWave::follow(const WaveForm& wave) {
     const LiveSample& live = *wave.liveSample();
-    const bool isNew = !begun_ || live.size != size_ || wave.liveReplacements() != replacements_ ||
-                       wave.holds() != holds_;
+    const bool isNew = begins_ == 0 || live.size != size_ ||
+                       wave.liveReplacements() != replacements_ || wave.holds() != holds_;
     if (isNew) beginAnew(wave);
     const std::uint64_t index = live.offset, wrote = (index + size_ - index_) % size_;
     index_ = index;
@@ -53,13 +53,13 @@ void LiveWave::add(std::uint64_t first, std::span<const float> frames) {
     }
 }
 
-void LiveWave::show(double first, double last, std::span<WaveColumn> columns) const {
+std::int64_t LiveWave::show(double first, double last, std::span<WaveColumn> columns) const {
     std::fill(columns.begin(), columns.end(), WaveColumn{});
-    if (blocks_.empty() || !(last > first)) return;
+    if (blocks_.empty() || !(last > first)) return 0;
     const double all = static_cast<double>(size_);
     const double step = (last - first) * all / static_cast<double>(columns.size());
     const double begin = static_cast<double>(written_) - all * (1.0 - first);
-    const double aligned = std::floor(begin / step + 0.5) * step;
+    const double number = std::floor(begin / step + 0.5), aligned = number * step;
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const double from = aligned + static_cast<double>(i) * step;
         const double to = std::min(from + step, static_cast<double>(written_));
@@ -78,6 +78,7 @@ void LiveWave::show(double first, double last, std::span<WaveColumn> columns) co
         }
         column.rms = static_cast<float>(std::sqrt(squares / frames));
     }
+    return static_cast<std::int64_t>(number);
 }
 
 } // namespace zephyra

@@ -21,8 +21,13 @@ public:
     /// MAIN. True when there is more to be shown.
     bool follow(const WaveForm& wave);
 
-    /// From first to last, fractions of the buffer: 0 is its oldest frame, 1 the newest.
-    void show(double first, double last, std::span<WaveColumn> columns) const;
+    /// From first to last, fractions of the buffer: 0 is its oldest frame, 1 the newest. The number
+    /// of the first column, counted from when the buffer was new: how far it scrolled.
+    std::int64_t show(double first, double last, std::span<WaveColumn> columns) const;
+    /// How many buffers it followed.
+    std::uint64_t begins() const noexcept { return begins_; }
+    /// Whether what the buffer held was read to its newest frame.
+    bool isComplete() const noexcept { return waiting_ == 0; }
 
 private:
     struct Block {
@@ -37,7 +42,7 @@ private:
     std::uint64_t size_ = 0, index_ = 0, next_ = 0, waiting_ = 0; // frames
     std::uint64_t written_ = 0; // frames since the buffer was new, at index_
     std::uint64_t replacements_ = 0, holds_ = 0;
-    bool begun_ = false;
+    std::uint64_t begins_ = 0;
 };
 
 } // namespace zephyra
