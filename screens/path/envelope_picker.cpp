@@ -22,7 +22,7 @@ void EnvelopePicker::place(const ScreenLayout& layout) {
     nameText_ = layout.measures.nameText * layout.scale;
     const int left = layout.columns[1].x, inset = juce::roundToInt(4 * unit_);
     // As wide as names need, and no wider than the path.
-    const int column = std::max(layout.columns[1].width, juce::roundToInt(96 * unit_));
+    const int column = std::max(layout.columns[1].width, juce::roundToInt(108 * unit_));
     const int width = std::min(columns_ * column + 2 * inset, layout.path.width - left - inset);
     setBounds(left, inset, width, layout.path.height - 2 * inset);
     repaint();

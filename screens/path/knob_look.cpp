@@ -14,7 +14,8 @@ using namespace palette;
 
 // In units of the regular step.
 constexpr float kArcWidth = 4.0f, kSpreadArcWidth = 3.4f, kDot = 3.8f, kSweepWidth = 2.0f;
-constexpr float kSweepAway = 5.0f, kCorner = 8.0f, kFrame = 2.0f, kGrip = 4.0f;
+constexpr float kSweepAway = 6.5f, kSpreadSweepAway = 5.0f, kCorner = 8.0f, kFrame = 2.0f,
+                kGrip = 4.0f;
 constexpr float kHalfTurn = juce::MathConstants<float>::pi * 0.75f;
 constexpr double kLeastText = 11.0; // at a zoom of 1
 
@@ -105,8 +106,9 @@ void drawNumber(juce::Graphics& graphics, const KnobFace& face, const CellPlace&
     if (face.text.unit.empty()) return;
     graphics.setColour(brush::colour(face.isOff ? kDim : kFaint));
     graphics.setFont(brush::regular(place.unitText));
-    graphics.drawText(brush::text(face.text.unit),
-                      line((spread ? 14.0f : 13.5f) * unit, place.unitText),
+    const double below = spread ? 0.36 * place.diameter
+                                : 0.36 * (place.numberText + place.unitText) + 3.8 * place.scale;
+    graphics.drawText(brush::text(face.text.unit), line(static_cast<float>(below), place.unitText),
                       juce::Justification::centred, false);
 }
 
@@ -118,7 +120,8 @@ juce::Point<float> pointOnTurn(const CellPlace& place, float fraction, float rad
 }
 
 float sweepRadius(const CellPlace& place) {
-    return arcRadius(place) + (kSweepAway + kArcWidth / 2 - 1) * static_cast<float>(place.scale);
+    const float away = isSpread(place) ? kSpreadSweepAway : kSweepAway;
+    return arcRadius(place) + away * static_cast<float>(place.scale);
 }
 
 void KnobLook::drawCell(juce::Graphics& graphics, const CellPlace& place, const CellReach& reach) {
@@ -147,17 +150,19 @@ void KnobLook::drawName(juce::Graphics& graphics, const CellPlace& place, const 
 
 void KnobLook::drawKnob(juce::Graphics& graphics, const KnobFace& face, const CellPlace& place,
                         const CellReach& reach, const std::string& name) {
-    drawCell(graphics, place, reach);
+    const bool lit = reach.isHovered || reach.isPressed || !reach.showsNumber;
+    CellReach ground = reach;
+    ground.isHovered = lit;
+    drawCell(graphics, place, ground);
     const juce::Image& empty = track(place.diameter, arcWidth(place));
     graphics.setOpacity(1.0f);
     graphics.drawImageAt(empty, place.centreX - empty.getWidth() / 2,
                          place.centreY - empty.getHeight() / 2);
-    const bool lit = reach.isHovered || reach.isPressed;
     drawSweep(graphics, face, place, lit);
     drawArc(graphics, face, place, lit);
     if (reach.showsNumber) drawNumber(graphics, face, place);
     drawKnobSigns(graphics, face, place, lit);
-    drawName(graphics, place, reach, name, face.isOff);
+    drawName(graphics, place, ground, name, face.isOff);
 }
 
 const juce::Image& KnobLook::track(int diameter, float width) {

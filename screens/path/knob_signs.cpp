@@ -94,7 +94,7 @@ void drawText(juce::Graphics& graphics, const KnobFace& face, const CellPlace& p
         juce::jmin(centre + radius * 0.9f, static_cast<float>(place.cell.width) - width);
     const juce::Rectangle box(left, 0.0f, width, height);
     graphics.setColour(brush::colour(isRaised ? kRaised : kGround));
-    graphics.fillRect(box.reduced(unit, unit * 2.0f));
+    graphics.fillRect(box.withTrimmedBottom(unit).withTrimmedTop(unit));
     graphics.setColour(brush::colour(face.isLearning ? kBright : face.drives ? kAccent : kFaint));
     graphics.setFont(font);
     graphics.drawText(text, box, juce::Justification::centred, false);

@@ -122,9 +122,8 @@ void PathArea::layOut(const ScreenLayout& layout) {
 }
 
 void PathArea::placeCells() {
-    const bool isShort = usesShortNames(layout_);
     for (const auto& cell : cells_) {
-        cell->useShortName(isShort);
+        cell->useShortName(usesShortName(cell->cell(), layout_));
         cell->setPlace(placeOf(cell->cell(), layout_));
     }
     for (const PathSection& section : pathSections()) {

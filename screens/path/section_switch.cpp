@@ -34,7 +34,6 @@ private:
 SectionSwitch::SectionSwitch(ScreenContext& context, ControlId id, SwitchShape shape,
                              std::function<void(ControlId)> flip)
     : context_(context), id_(id), shape_(shape), flip_(std::move(flip)) {
-    setOpaque(true);
     setWantsKeyboardFocus(true);
     setTitle(controlRange(id).name);
     setHelpText(controlMeaning(id));
@@ -57,7 +56,6 @@ void SectionSwitch::show(const PathModel& model) {
 }
 
 void SectionSwitch::paint(juce::Graphics& graphics) {
-    graphics.fillAll(brush::colour(kGround));
     if (shape_ == SwitchShape::pill)
         paintPill(graphics, drawn_);
     else

@@ -6,7 +6,10 @@ namespace zephyra {
 
 using namespace palette;
 
-ValueField::ValueField(ValueFieldCalls calls, const CellPlace& place) : calls_(std::move(calls)) {
+ValueField::ValueField(ValueFieldCalls calls, const CellPlace& place)
+    : calls_(std::move(calls)), frame_(static_cast<float>(1.5 * place.scale)),
+      corner_(static_cast<float>(4 * place.scale)) {
+    setOpaque(false);
     const auto unit = place.scale;
     const int width = juce::jmin(place.cell.width - 2, juce::roundToInt(58 * unit));
     const int height = juce::roundToInt(22 * unit);
@@ -15,12 +18,9 @@ ValueField::ValueField(ValueFieldCalls calls, const CellPlace& place) : calls_(s
     setJustification(juce::Justification::centred);
     setBorder(juce::BorderSize<int>(0));
     setIndents(2, 0);
-    setColour(backgroundColourId, brush::colour(kRaised));
     setColour(textColourId, brush::colour(kBright));
     setColour(highlightColourId, brush::colour(kTrack));
     setColour(highlightedTextColourId, brush::colour(kBright));
-    setColour(outlineColourId, brush::colour(kBright));
-    setColour(focusedOutlineColourId, brush::colour(kBright));
     setColour(juce::CaretComponent::caretColourId, brush::colour(kAccent));
     setPopupMenuEnabled(false);
     setTitle("Value");
@@ -42,8 +42,18 @@ void ValueField::begin(const std::optional<juce::String>& text, const juce::Stri
 /// What is no value stays, framed in red, to be mended.
 void ValueField::enter() {
     if (calls_.enter(getText().toStdString())) return leave();
-    setColour(focusedOutlineColourId, brush::colour(kAccent));
+    isWrong_ = true;
     repaint();
+}
+
+void ValueField::paint(juce::Graphics& graphics) {
+    graphics.setColour(brush::colour(kGround));
+    graphics.fillRoundedRectangle(getLocalBounds().toFloat(), corner_);
+}
+
+void ValueField::paintOverChildren(juce::Graphics& graphics) {
+    graphics.setColour(brush::colour(isWrong_ ? kAccent : kBright));
+    graphics.drawRoundedRectangle(getLocalBounds().toFloat().reduced(frame_ / 2), corner_, frame_);
 }
 
 void ValueField::leave() {

@@ -26,6 +26,8 @@ public:
     /// Shows text with the caret behind it, else shown, selected; and takes the keyboard.
     void begin(const std::optional<juce::String>& text, const juce::String& shown);
 
+    void paint(juce::Graphics& graphics) override;
+    void paintOverChildren(juce::Graphics& graphics) override;
     void mouseDoubleClick(const juce::MouseEvent& event) override;
 
 private:
@@ -33,6 +35,8 @@ private:
     void leave();
 
     ValueFieldCalls calls_;
+    const float frame_, corner_; // pixels
+    bool isWrong_ = false;
     juce::uint32 openedAt_ = 0;
 };
 

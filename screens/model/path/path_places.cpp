@@ -7,9 +7,10 @@ namespace zephyra {
 namespace {
 
 // In units of the smallest text, so that they grow with each step.
-constexpr double kAboveKnob = 10, kBelowName = 8;
-constexpr double kSwitchWidth = 22, kSwitchHeight = 12, kSyncWidth = 36, kSyncHeight = 16;
-constexpr double kFullNameColumn = 6.5; // columns in letters of the name, from here on
+constexpr double kAboveKnob = 9, kBelowName = 8, kAboveSpread = 3.5;
+constexpr double kSwitchWidth = 22, kSwitchHeight = 12, kSyncWidth = 36, kSyncHeight = 15;
+// From here on, in letters of the name, full names stand well apart.
+constexpr double kFullNameColumn = 6.5, kFullNamePart = 5.4;
 
 double stepFactor(const ScreenLayout& layout) {
     return layout.measures.nameText / 12.0;
@@ -17,9 +18,10 @@ double stepFactor(const ScreenLayout& layout) {
 
 } // namespace
 
-bool usesShortNames(const ScreenLayout& layout) {
-    const Box& column = layout.columns[1];
-    return column.width / layout.scale < kFullNameColumn * layout.measures.nameText;
+bool usesShortName(const PathCell& cell, const ScreenLayout& layout) {
+    const double letters = layout.scale * layout.measures.nameText;
+    if (cell.parts > 1) return placeOf(cell, layout).cell.width < kFullNamePart * letters;
+    return layout.columns[1].width < kFullNameColumn * letters;
 }
 
 CellPlace placeOf(const PathCell& cell, const ScreenLayout& layout) {
@@ -27,7 +29,8 @@ CellPlace placeOf(const PathCell& cell, const ScreenLayout& layout) {
     const bool big = cell.row == PathRow::big;
     const double unit = stepFactor(layout);
     const int bigTop = layout.px(of.knobCentre - of.knob / 2.0 - kAboveKnob * unit);
-    const int between = layout.px(of.knobName + kBelowName * unit);
+    const int between = layout.px(std::min(
+        of.knobName + kBelowName * unit, of.spreadCentre - of.spread / 2.0 - kAboveSpread * unit));
     const int end = std::min(layout.px(of.spreadName + kBelowName * unit), layout.path.height);
     const Box& column = layout.columns[static_cast<std::size_t>(cell.column)];
     CellPlace place{};
@@ -46,8 +49,8 @@ CellPlace placeOf(const PathCell& cell, const ScreenLayout& layout) {
     place.centreY = layout.px(big ? of.knobCentre : of.spreadCentre) - top;
     place.diameter = layout.px(diameter);
     const int baseline = layout.px(big ? of.knobName : of.spreadName) - top;
-    place.nameHeight = layout.px(of.nameText * 1.4);
-    place.nameTop = baseline - layout.px(of.nameText * 1.04);
+    place.nameHeight = layout.px(of.nameText * 1.3);
+    place.nameTop = baseline - layout.px(of.nameText);
     const int numberWidth = layout.px(diameter * 0.8), numberHeight = layout.px(diameter * 0.42);
     place.number = {place.centreX - numberWidth / 2, place.centreY - numberHeight / 2, numberWidth,
                     numberHeight};

@@ -28,7 +28,7 @@ struct SectionPlace {
 
 CellPlace placeOf(const PathCell& cell, const ScreenLayout& layout);
 SectionPlace placeOf(const PathSection& section, const ScreenLayout& layout);
-/// Where full names would nearly touch, all are short.
-bool usesShortNames(const ScreenLayout& layout);
+/// Where full names would nearly touch, all of their row are short.
+bool usesShortName(const PathCell& cell, const ScreenLayout& layout);
 
 } // namespace zephyra
