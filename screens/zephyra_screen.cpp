@@ -23,6 +23,7 @@ ZephyraScreen::ZephyraScreen(PluginInstance& plugin, const ScreenSettings& setti
         --openEdits_;
         source_.asMain([](AudioUnitViewController& view) { view.edits.endEdit(); });
     };
+    path_.setVoices(&voices_);
     for (ScreenArea* const area : areas_) addAndMakeVisible(area);
     setSize(ScreenLayout::kStartWidth, ScreenLayout::kStartHeight);
     display_ = std::make_unique<juce::VBlankAttachment>(

@@ -3,6 +3,7 @@
 
 #include "screens/foot/foot_area.h"
 #include "screens/meter/meter_area.h"
+#include "screens/model/path/cloud_voices.h"
 #include "screens/path/path_area.h"
 #include "screens/stage/stage_area.h"
 #include "screens/strip/strip_area.h"
@@ -49,6 +50,7 @@ private:
     TopArea top_{context_};
     StageArea stage_{context_};
     MeterArea meter_{context_};
+    CloudVoices voices_{stage_.grains()};
     PathArea path_{context_};
     StripArea strip_{context_};
     FootArea foot_{context_};

@@ -28,12 +28,12 @@ std::vector<EnvelopeCurve> curvesOf(ScreenContext& context) {
     });
 }
 
-void arrowHead(juce::Graphics& graphics, float x, float y, float size) {
+void arrowHead(juce::Graphics& graphics, float x, float y, float size, float width) {
     juce::Path head;
     head.startNewSubPath(x - size, y - size);
     head.lineTo(x, y);
     head.lineTo(x - size, y + size);
-    graphics.strokePath(head, juce::PathStrokeType(1.0f));
+    graphics.strokePath(head, juce::PathStrokeType(width));
 }
 
 } // namespace
@@ -186,13 +186,14 @@ void PathArea::paintSection(juce::Graphics& graphics, const PathSection& section
     const auto unit = static_cast<float>(place.titleText / 13.0);
     const float space = 8 * unit, least = 5 * unit;
     const auto to = static_cast<float>(place.lineTo);
-    const float lineY = std::floor(y) + 0.5f;
+    const float thick = std::max(1.0f, std::floor(unit + 0.2f));
+    const float lineY = std::floor(y) + thick / 2;
     graphics.setColour(brush::colour(kTrack));
     const auto line = [&](float from, float end) {
         if (end - from < least) return;
-        if (!isOff(section)) return graphics.drawLine(from, lineY, end, lineY, 1.0f);
+        if (!isOff(section)) return graphics.drawLine(from, lineY, end, lineY, thick);
         const float dots[] = {2.0f * unit, 4.0f * unit};
-        graphics.drawDashedLine({from, lineY, end, lineY}, dots, 2, 1.5f * unit);
+        graphics.drawDashedLine({from, lineY, end, lineY}, dots, 2, thick);
     };
     const float begin = x + width + space;
     if (!section.hasSync) {
@@ -202,7 +203,7 @@ void PathArea::paintSection(juce::Graphics& graphics, const PathSection& section
         line(static_cast<float>(place.syncBox.right()) + 0.75f * space, to);
     }
     if (section.section != Section::output && !isOff(section))
-        arrowHead(graphics, to, lineY, 3.5f * unit);
+        arrowHead(graphics, to, lineY, 3.5f * unit, thick);
 }
 
 } // namespace zephyra

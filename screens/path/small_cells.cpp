@@ -12,6 +12,15 @@ namespace {
 
 constexpr int kDotColumns = 6;
 constexpr float kDotDistance = 9.2f, kDot = 6.0f; // units
+constexpr float kLeastLight = 0.35f;
+
+juce::Colour dotColour(const VoicesFace::Dot& dot) {
+    if (dot.light == 0) return brush::colour(kTrack);
+    const float light = static_cast<float>(dot.light) / VoicesFace::kMostLight;
+    Color lit = palette::pitch(double{dot.semitones});
+    lit.alpha = kLeastLight + (1.0f - kLeastLight) * light;
+    return brush::colour(blend(kGround, lit));
+}
 
 } // namespace
 
@@ -30,19 +39,17 @@ void VoicesCell::show(const PathModel& model) {
 void VoicesCell::paint(juce::Graphics& graphics) {
     KnobLook::drawCell(graphics, place(), {});
     const auto unit = static_cast<float>(place().scale);
-    const int rows = kVoices / kDotColumns;
-    const float width = kDotDistance * unit * (kDotColumns - 1),
-                height = kDotDistance * unit * static_cast<float>(rows - 1);
+    constexpr int kRows = static_cast<int>(kVoices) / kDotColumns;
+    const float distance = kDotDistance * unit;
+    const float width = distance * (kDotColumns - 1), height = distance * (kRows - 1);
     const juce::Point centre(static_cast<float>(place().centreX),
                              static_cast<float>(place().centreY));
-    for (int i = 0; i < kVoices; ++i) {
-        const auto at = static_cast<std::size_t>(i);
-        const bool sounds = at < face_.semitones.size();
-        graphics.setColour(
-            brush::colour(sounds ? palette::pitch(double{face_.semitones[at]}) : kTrack));
-        const juce::Point<float> dot(
-            centre.x - width / 2 + kDotDistance * unit * static_cast<float>(i % kDotColumns),
-            centre.y - height / 2 + kDotDistance * unit * static_cast<float>(i / kDotColumns));
+    for (std::size_t i = 0; i < kVoices; ++i) {
+        const int at = static_cast<int>(i);
+        const juce::Point dot(
+            centre.x - width / 2 + distance * static_cast<float>(at % kDotColumns),
+            centre.y - height / 2 + distance * static_cast<float>(at / kDotColumns));
+        graphics.setColour(dotColour(face_.dots[i]));
         graphics.fillEllipse(juce::Rectangle(kDot * unit, kDot * unit).withCentre(dot));
     }
     if (face_.dropped) {

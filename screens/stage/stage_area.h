@@ -27,6 +27,7 @@ public:
     /// Where pointers of another source than the mouse act, places as StageHands has them.
     StageHands& hands() noexcept { return hands_; }
     const StageScene& scene() const noexcept { return scene_; }
+    const GrainCloud& grains() const noexcept { return reader_.grains(); }
 
     // stage_area_input.cpp
     void mouseEnter(const juce::MouseEvent& event) override;

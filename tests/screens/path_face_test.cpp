@@ -116,6 +116,13 @@ TEST_F(Faces, ShowAnLfoAndWhereTheKnobWasSet) {
     EXPECT_EQ(moved.from, 0.25f);
     EXPECT_EQ(moved.to, 1.0f);
     EXPECT_EQ(knobMoverText(view(), pitch), "moves by LFO, sine, 3 Hz, \u221212.0 st to +24.0 st");
+    // It steps 32 times a second, and glides between.
+    float before = model.face(pitch).arc;
+    for (int frame = 0; frame < 12; ++frame) {
+        const float arc = face(pitch, 0.02).arc;
+        EXPECT_NE(arc, before);
+        before = arc;
+    }
     // A hand sets it anew.
     source.asMain([&](auto&) {
         knob(pitch).beginTracking({0, 0});
@@ -153,14 +160,18 @@ TEST_F(Faces, ShowMidiAndHosts) {
 
 TEST_F(Faces, ShowSectionsLocksAndVoices) {
     struct Voices final : SoundingVoices {
-        std::vector<float> all = std::vector<float>(30, 7.0f);
-        std::span<const float> semitones() const override { return all; }
-        bool droppedRecently() const override { return true; }
+        std::vector<SoundingVoice> all{{5, 7.0f}, {6, -3.0f, 0.01f}, {7, NAN}};
+        std::uint64_t lost = 0;
+        std::size_t sounding(std::span<SoundingVoice> into) const override {
+            std::copy(all.begin(), all.end(), into.begin());
+            return all.size();
+        }
+        std::uint64_t dropped() const override { return lost; }
     } voices;
     EXPECT_TRUE(face(leftDelay).isOff && model.face(ringModulationAmount).isOff);
     EXPECT_FALSE(model.face(density).isOff || model.sync().echo);
     EXPECT_EQ(model.keep().name(), "Keep 9 s"); // an effect is live at once, at 48 kHz
-    EXPECT_GT(model.voices().semitones.size(), 0u);
+    EXPECT_GT(model.voices().count, 0u);
     model.setVoices(&voices);
     source.asMain([&](AudioUnitViewController& all) {
         for (const ControlId on : {echoSwitch, echoSync})
@@ -169,8 +180,20 @@ TEST_F(Faces, ShowSectionsLocksAndVoices) {
     });
     EXPECT_FALSE(face(leftDelay).isOff);
     EXPECT_TRUE(model.sync().echo && model.face(density).isLocked);
-    EXPECT_EQ(model.voices().name(), "24 grains");
+    EXPECT_EQ(model.voices().name(), "3 grains");
+    EXPECT_EQ(model.voices().dots[0], (VoicesFace::Dot{7.0f, 8}));
+    EXPECT_EQ(model.voices().dots[1], (VoicesFace::Dot{-3.0f, 1}));
+    EXPECT_FALSE(model.voices().dropped);
+    voices.all.erase(voices.all.begin()); // the others stay at their dots
+    voices.all.push_back({8, 1.0f});
+    voices.lost = 1;
+    face(density, 0.02);
+    EXPECT_EQ(model.voices().dots[0], (VoicesFace::Dot{1.0f, 8}));
+    EXPECT_EQ(model.voices().dots[1], (VoicesFace::Dot{-3.0f, 1}));
+    EXPECT_EQ(model.voices().dots[2], (VoicesFace::Dot{0.0f, 8}));
     EXPECT_TRUE(model.voices().dropped);
+    face(density, 0.4);
+    EXPECT_FALSE(model.voices().dropped);
 }
 
 } // namespace

@@ -1,6 +1,9 @@
 #include "screens/model/path/knob_face.h"
 
+#include "modulation/lfo.h"
 #include "platform/text/text_numbers.h"
+
+#include <algorithm>
 
 namespace zephyra {
 
@@ -55,6 +58,18 @@ void KnobMemory::remember(const MOK_KNOB& knob, const KnobBond& bond) {
     beganAt_ = bond.beganAt;
 }
 
+/// Modulation steps 32 times a second, a display shows 60 pictures: one step late, and evenly.
+float KnobMemory::glide(float to, bool glides, double now) {
+    const double part = std::clamp((now - glideBegan_) / kLfoTick, 0.0, 1.0);
+    const float shown = glidesFrom_ + static_cast<float>(part) * (glidesTo_ - glidesFrom_);
+    if (!glides) return glidesFrom_ = glidesTo_ = to;
+    if (to == glidesTo_) return part < 1.0 ? shown : to;
+    glidesFrom_ = shown;
+    glidesTo_ = to;
+    glideBegan_ = now;
+    return shown;
+}
+
 KnobFace KnobMemory::read(AudioUnitViewController& view, ControlId id, double now) {
     const auto* const knob = dynamic_cast<const MOK_KNOB*>(view.control(id));
     if (!knob) return {};
@@ -64,7 +79,7 @@ KnobFace KnobMemory::read(AudioUnitViewController& view, ControlId id, double no
     remember(*knob, bond);
     const StreamControls& controls = view._GRANULATOR_STREAM.controls;
     return {.text = knobText(controlRange(id), knob->displayedValue()),
-            .arc = knob->valueNorm(),
+            .arc = glide(knob->valueNorm(), bond.drives && !knob->isTracking(), now),
             .isBipolar = knob->minimumValue() < 0.0f,
             .setAt = bond.drives ? setAt_ : std::nullopt,
             .from = bond.from,

@@ -12,9 +12,9 @@ namespace zephyra {
 /// Plain data. Places are fractions of the turn, 0 at its left end, 1 at its right.
 struct KnobFace {
     KnobText text;
-    float arc = 0.0f;                  ///< where it is
-    bool isBipolar = false;            ///< the arc is filled from the middle
-    std::optional<float> setAt{};      ///< where it was set, while something else moves it
+    float arc = 0.0f;             ///< where it is; what moves by itself glides between its steps
+    bool isBipolar = false;       ///< the arc is filled from the middle
+    std::optional<float> setAt{}; ///< where it was set, while something else moves it
     std::optional<float> from{}, to{}; ///< how far that may go
     KnobMover by = KnobMover::none;
     std::string sign{};      ///< of MIDI
@@ -36,9 +36,12 @@ public:
 private:
     void remember(const MOK_KNOB& knob, const KnobBond& bond);
     bool hostMoves(AudioUnitViewController& view, ControlId id, double now);
+    float glide(float to, bool glides, double now);
 
-    std::optional<float> setAt_;   // none where it was moved before the window knew it
-    std::optional<float> beganAt_; // of the LFO, as last seen
+    std::optional<float> setAt_;                // none where it was moved before the window knew it
+    std::optional<float> beganAt_;              // of the LFO, as last seen
+    float glidesFrom_ = 0.0f, glidesTo_ = 0.0f; // what moves by itself, between two of its steps
+    double glideBegan_ = 0.0;
     std::optional<std::uint32_t> hostMoves_;
     double hostMovesUntil_ = 0.0; // on the window's clock
 };

@@ -7,16 +7,6 @@
 
 namespace zephyra {
 
-namespace {
-
-constexpr double kDroppedShows = 0.3; // seconds
-
-} // namespace
-
-std::string VoicesFace::name() const {
-    return std::to_string(semitones.size()) + (semitones.size() == 1 ? " grain" : " grains");
-}
-
 std::string KeepFace::name() const {
     if (isSaving) return "Keeping";
     if (seconds == 0) return "Keep live";
@@ -39,26 +29,20 @@ void PathModel::read(AudioUnitViewController& view, const FrameTime& time) {
 }
 
 void PathModel::readVoices(AudioUnitViewController& view, const FrameTime& time) {
+    std::array<SoundingVoice, kVoices> voices;
     if (sounding_) {
-        const auto known = sounding_->semitones();
-        voices_.semitones.assign(
-            known.begin(), known.begin() + std::min<std::ptrdiff_t>(std::ssize(known), kVoices));
-        voices_.dropped = sounding_->droppedRecently();
-        return;
+        const std::size_t count = sounding_->sounding(voices);
+        return voices_.show(std::span(voices).first(count), sounding_->dropped(), time.now);
     }
     const mokGranulatorSF& engine = view._GRANULATOR_STREAM.engine();
     const std::uint64_t rendered = engine.renderedFrames(), sounded = engine.soundedSamples();
-    if (rendered != rendered_) { // else no block was rendered since
-        const double mean =
-            static_cast<double>(sounded - sounded_) / static_cast<double>(rendered - rendered_);
-        const auto count =
-            static_cast<std::size_t>(std::clamp(std::lround(mean), 0L, long{kVoices}));
-        voices_.semitones.assign(count, view._GRANULATOR_STREAM.controls._pitch.value());
-    }
+    if (rendered != rendered_) // else no block was rendered since
+        mean_ = static_cast<double>(sounded - sounded_) / static_cast<double>(rendered - rendered_);
     rendered_ = rendered, sounded_ = sounded;
-    if (engine.droppedGrains() != dropped_) droppedUntil_ = time.now + kDroppedShows;
-    dropped_ = engine.droppedGrains();
-    voices_.dropped = time.now < droppedUntil_;
+    const auto count = static_cast<std::size_t>(std::clamp(std::lround(mean_), 0L, long{kVoices}));
+    for (std::size_t i = 0; i < count; ++i)
+        voices[i] = {i, view._GRANULATOR_STREAM.controls._pitch.value()};
+    voices_.show(std::span(voices).first(count), engine.droppedGrains(), time.now);
 }
 
 void PathModel::readKeep(AudioUnitViewController& view) {

@@ -3,36 +3,13 @@
 
 #include "screens/model/path/knob_face.h"
 #include "screens/model/path/path_table.h"
+#include "screens/model/path/voices_face.h"
 #include "screens/model/screen_source.h"
 
 #include <array>
-#include <optional>
-#include <span>
 #include <string>
-#include <vector>
 
 namespace zephyra {
-
-/// Who knows the grains that sound now. Message thread.
-class SoundingVoices {
-public:
-    virtual ~SoundingVoices() = default;
-    /// The transposition of each, until the next frame; one that is not finite counts as 0.
-    virtual std::span<const float> semitones() const = 0;
-    /// Whether one was dropped in the last 300 ms for want of a voice.
-    virtual bool droppedRecently() const = 0;
-};
-
-/// The voices of a stream.
-inline constexpr int kVoices = 24;
-
-/// What stands in the voices' cell.
-struct VoicesFace {
-    std::vector<float> semitones; ///< kVoices at most
-    bool dropped = false;
-    bool operator==(const VoicesFace&) const = default;
-    std::string name() const; ///< "17 grains"
-};
 
 /// What stands in the cell that keeps what LIVE heard.
 struct KeepFace {
@@ -59,7 +36,7 @@ public:
         return {.scan = isOn(ControlId::scanSync), .echo = isOn(ControlId::echoSync)};
     }
     std::size_t envelope() const { return envelope_; }
-    const VoicesFace& voices() const { return voices_; }
+    const VoicesFace& voices() const { return voices_.face(); }
     const KeepFace& keep() const { return keep_; }
 
 private:
@@ -71,10 +48,10 @@ private:
     std::array<KnobMemory, kControlCount> memories_;
     std::array<bool, kControlCount> isOn_{};
     std::size_t envelope_ = 0;
-    VoicesFace voices_;
+    VoiceDots voices_;
     KeepFace keep_;
-    std::uint64_t sounded_ = 0, rendered_ = 0, dropped_ = 0; // of the engine, as last read
-    double droppedUntil_ = 0.0;
+    std::uint64_t sounded_ = 0, rendered_ = 0; // of the engine, as last read
+    double mean_ = 0.0;                        // grains that sounded since the read before
 };
 
 } // namespace zephyra
