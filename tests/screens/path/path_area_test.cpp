@@ -117,5 +117,142 @@ TEST_F(Window, DrawsItsStates) {
     keep("path-envelopes-800.png");
 }
 
+/// What of a component is asked to be painted.
+struct Invalidated final : juce::CachedComponentImage {
+    explicit Invalidated(juce::RectangleList<int>& all) : areas(all) {}
+    void paint(juce::Graphics&) override {}
+    bool invalidateAll() override { return areas.add({0, 0, 9999, 9999}), true; }
+    bool invalidate(const juce::Rectangle<int>& area) override { return areas.add(area), true; }
+    void releaseResources() override {}
+    juce::RectangleList<int>& areas;
+};
+
+TEST_F(Window, PaintsNothingButTheKnobThatMoves) {
+    asMain([](AudioUnitViewController& view) { view._GRANULATOR_STREAM.stopWithin(0.0); });
+    play(1.5);
+    juce::RectangleList<int> areas;
+    path().setCachedComponentImage(new Invalidated(areas));
+    areas.clear(); // of its beginning
+    play(0.2);
+    EXPECT_TRUE(areas.isEmpty());
+    asMain([&](AudioUnitViewController& view) {
+        view.assignments.assign(knob(pitch), AssignmentType::lfo);
+    });
+    play(0.1);
+    areas.clear();
+    for (int frame = 0; frame < 10; ++frame) {
+        play(0.02);
+        EXPECT_EQ(areas.getBounds(), cell(pitch).getBounds());
+        areas.clear();
+    }
+    path().setCachedComponentImage(nullptr);
+}
+
+TEST_F(Window, GivesItsKnobsToMouseAndKeys) {
+    const auto press = [&](ControlId id, juce::KeyPress key) {
+        EXPECT_TRUE(cell(id).keyPressed(key));
+    };
+    using Key = juce::KeyPress;
+    const juce::ModifierKeys shift(juce::ModifierKeys::shiftModifier);
+    press(pitch, Key(Key::upKey));
+    press(pitch, Key(Key::pageUpKey));
+    press(pitch, Key(Key::downKey, shift, 0));
+    EXPECT_FLOAT_EQ(knob(pitch).value(), 10.9f);
+    press(density, Key(Key::endKey));
+    EXPECT_EQ(knob(density).displayedValue(), 400.0f);
+    EXPECT_FALSE(cell(density).keyPressed(Key(Key::spaceKey))); // play's
+    EXPECT_FALSE(cell(density).keyPressed(Key('z', juce::ModifierKeys::commandModifier, 0)));
+
+    auto& turned = cell(leftGain);
+    juce::MouseWheelDetails wheel{0.0f, 50.0f / 256, false, false, false};
+    turned.mouseWheelMove(mouse(turned, {}, {}), wheel);
+    EXPECT_NEAR(knob(leftGain).value(), 0.341f + 0.98f / 50, 1e-4);
+    turned.mouseDoubleClick(mouse(turned, {}, {}, 2));
+    EXPECT_FLOAT_EQ(knob(leftGain).value(), 0.341f);
+
+    auto& dragged = cell(width);
+    asMain([&](auto&) { knob(width).setKnobInteractionStyle(kVertical); });
+    dragged.mouseDown(mouse(dragged, {40, 60}, {40, 60}));
+    dragged.mouseDrag(mouse(dragged, {40, 33}, {40, 60}));
+    EXPECT_TRUE(knob(width).isTracking());
+    dragged.mouseUp(mouse(dragged, {40, 33}, {40, 60}));
+    EXPECT_NEAR(knob(width).value(), 0.35f, 1e-5);
+    EXPECT_EQ(dragged.getNumChildComponents(), 0); // it was no tap
+}
+
+TEST_F(Window, TypesWhereItsNumberIsPressed) {
+    auto& typed = cell(length);
+    const auto open = [&] {
+        const juce::Point at(static_cast<float>(typed.getWidth()) / 2, 37.0f);
+        typed.mouseDown(mouse(typed, at, at));
+        typed.mouseUp(mouse(typed, at, at));
+        return dynamic_cast<ValueField*>(typed.getChildComponent(0));
+    };
+    ValueField* const field = open();
+    ASSERT_NE(field, nullptr);
+    EXPECT_EQ(field->getText(), "85.0 ms");
+    field->setText("1.5 m");
+    field->onReturnKey();
+    EXPECT_NEAR(knob(length).displayedValue(), 85.0f, 1e-3); // refused, to be mended
+    ASSERT_EQ(typed.getChildComponent(0), field);
+    field->setText("1.5 s");
+    field->onReturnKey();
+    EXPECT_NEAR(knob(length).displayedValue(), 1500.0f, 1e-2);
+    ASSERT_NE(open(), nullptr);
+    typed.keyPressed(juce::KeyPress('4', {}, '4')); // replaces the field by one that began so
+    auto* const begun = dynamic_cast<ValueField*>(typed.getChildComponent(0));
+    ASSERT_NE(begun, nullptr);
+    EXPECT_EQ(begun->getText(), "4");
+}
+
+TEST_F(Window, TellsAssistiveTechnologyOfEachKnob) {
+    int focus = 0;
+    for (const PathCell& one : pathCells()) {
+        if (one.kind != PathCellKind::knob) continue;
+        KnobCell& knobCell = cell(one.id);
+        const auto handler = knobCell.createAccessibilityHandler();
+        EXPECT_EQ(handler->getRole(), juce::AccessibilityRole::slider);
+        EXPECT_EQ(handler->getTitle(), juce::String(controlRange(one.id).name));
+        EXPECT_TRUE(handler->getHelp().isNotEmpty());
+        EXPECT_GT(knobCell.getExplicitFocusOrder(), focus); // in the order of the signal
+        focus = knobCell.getExplicitFocusOrder();
+        auto& value = *handler->getValueInterface();
+        EXPECT_EQ(value.getCurrentValueAsString(), brush::text(knobCell.face().text.whole()));
+        const auto range = value.getRange();
+        value.setValue(range.getMaximumValue());
+        EXPECT_FLOAT_EQ(knob(one.id).value(), knob(one.id).maximumValue()) << one.name;
+    }
+}
+
+TEST_F(Window, KeepsTextWholeAndApart) {
+    for (const double zoom : {0.75, 1.0, 1.5, 2.5})
+        for (const auto& [width, height] : {std::pair{800, 520},
+                                            {960, 620},
+                                            {1100, 700},
+                                            {1400, 900},
+                                            {1800, 1100},
+                                            {3840, 2160}}) {
+            const ScreenLayout layout = layOut(width, height, zoom);
+            SCOPED_TRACE(testing::Message() << width << " x " << height << " at " << zoom);
+            for (const PathCell& one : pathCells()) {
+                if (one.kind != PathCellKind::knob) continue;
+                const CellPlace place = placeOf(one, layout);
+                const char* const name = usesShortName(one, layout) ? one.shortName : one.name;
+                const float needed = brush::regular(place.nameText).getStringWidthFloat(name);
+                // What is left is the distance to the next name.
+                EXPECT_LE(needed + 0.5 * place.nameText, place.cell.width) << name;
+            }
+            for (const PathSection& section : pathSections()) {
+                const SectionPlace place = placeOf(section, layout);
+                const float end = static_cast<float>(place.titleX) +
+                                  brush::medium(place.titleText).getStringWidthFloat(section.title);
+                if (section.hasSync)
+                    EXPECT_LT(end, place.syncBox.x) << section.title;
+                else
+                    EXPECT_LT(end, place.lineTo);
+            }
+        }
+}
+
 } // namespace
 } // namespace zephyra
