@@ -55,7 +55,23 @@ void KnobCell::show(const PathModel& model) {
             handler->notifyAccessibilityEvent(juce::AccessibilityEvent::valueChanged);
 }
 
+/// While something moves the knob, all but its arc and number is drawn once.
+const juce::Image& KnobCell::stillPicture() {
+    KnobFace still = face_;
+    still.arc = 0.0f;
+    still.text.number.clear();
+    if (still_.isValid() && still == stillFace_ && reach() == stillReach_) return still_;
+    stillFace_ = still;
+    stillReach_ = reach();
+    still_ =
+        juce::Image(juce::Image::RGB, getWidth(), getHeight(), false, juce::SoftwareImageType());
+    juce::Graphics graphics(still_);
+    look_.drawStill(graphics, face_, place(), reach(), name());
+    return still_;
+}
+
 void KnobCell::setPlace(const CellPlace& place) {
+    still_ = {};
     PathCellView::setPlace(place);
     closeField();
 }
@@ -72,7 +88,14 @@ std::string KnobCell::sentence() const {
 }
 
 void KnobCell::paint(juce::Graphics& graphics) {
-    look_.drawKnob(graphics, face_, place(), reach(), name());
+    if (face_.drives) {
+        graphics.setOpacity(1.0f);
+        graphics.drawImageAt(stillPicture(), 0, 0);
+    } else {
+        still_ = {};
+        look_.drawStill(graphics, face_, place(), reach(), name());
+    }
+    KnobLook::drawMoving(graphics, face_, place(), reach());
 }
 
 Point KnobCell::units(juce::Point<float> at) const {
@@ -96,32 +119,50 @@ float KnobCell::fractionAt(juce::Point<float> at) const {
     return std::clamp((centre.getAngleToPoint(at) / kHalf + 1.0f) / 2.0f, 0.0f, 1.0f);
 }
 
-void KnobCell::mouseDown(const juce::MouseEvent& event) {
+void KnobCell::press(TouchId pointer, juce::Point<float> at) {
     closeField();
-    if (event.mods.isPopupMenu()) return openMenu();
-    grip_ = gripAt(event.position);
-    if (grip_) return hand_.beginRange(cell().id);
+    const auto grip = grip_ ? std::nullopt : gripAt(at);
+    if (grip) {
+        grip_ = HeldGrip{pointer, *grip};
+        return hand_.beginRange(cell().id);
+    }
     const juce::Point centre(static_cast<float>(place().centreX),
                              static_cast<float>(place().centreY));
-    hand_.begin(pointerOf(event), cell().id, units(event.position), units(centre));
+    hand_.begin(pointer, cell().id, units(at), units(centre));
+}
+
+void KnobCell::drag(TouchId pointer, juce::Point<float> to, Fineness fineness) {
+    if (holdsGrip(pointer)) return hand_.moveRange(cell().id, grip_->end, fractionAt(to));
+    hand_.move(pointer, units(to), fineness);
+}
+
+bool KnobCell::release(TouchId pointer, juce::Point<float> at) {
+    if (holdsGrip(pointer)) {
+        grip_.reset();
+        hand_.endRange();
+        return false;
+    }
+    const bool wasTap = !hand_.hasMoved(pointer);
+    hand_.end(pointer);
+    return wasTap && place().number.contains(at.x, at.y);
+}
+
+void KnobCell::mouseDown(const juce::MouseEvent& event) {
+    if (event.mods.isPopupMenu())
+        openMenu();
+    else
+        press(pointerOf(event), event.position);
 }
 
 void KnobCell::mouseDrag(const juce::MouseEvent& event) {
-    if (grip_) return hand_.moveRange(cell().id, *grip_, fractionAt(event.position));
-    if (event.mouseWasDraggedSinceMouseDown())
-        hand_.move(pointerOf(event), units(event.position), finenessOf(event.mods));
+    if (event.mouseWasDraggedSinceMouseDown() && !event.mods.isPopupMenu())
+        drag(pointerOf(event), event.position, finenessOf(event.mods));
 }
 
 void KnobCell::mouseUp(const juce::MouseEvent& event) {
-    if (grip_) {
-        grip_.reset();
-        return hand_.endRange();
-    }
-    const bool wasTap = !hand_.hasMoved(pointerOf(event)) && !event.mods.isPopupMenu();
-    hand_.end(pointerOf(event));
-    const auto at = event.position;
-    if (wasTap && event.getNumberOfClicks() == 1 && place().number.contains(at.x, at.y))
-        openField();
+    if (event.mods.isPopupMenu()) return;
+    const bool types = release(pointerOf(event), event.position);
+    if (types && event.getNumberOfClicks() == 1) openField();
 }
 
 void KnobCell::mouseDoubleClick(const juce::MouseEvent& event) {

@@ -23,6 +23,11 @@ public:
     /// present value, selected.
     void openField(std::optional<juce::String> text = {});
     const KnobFace& face() const { return face_; }
+    /// A pointer's life, of the mouse or another source; in this component. release answers whether
+    /// it was a tap on the number, by which a value is typed.
+    void press(TouchId pointer, juce::Point<float> at);
+    void drag(TouchId pointer, juce::Point<float> to, Fineness fineness);
+    bool release(TouchId pointer, juce::Point<float> at);
     /// What assistive technology sets.
     void typeValue(const std::string& text);
 
@@ -43,6 +48,8 @@ private:
     Point units(juce::Point<float> at) const;
     std::optional<BondEnd> gripAt(juce::Point<float> at) const;
     float fractionAt(juce::Point<float> at) const;
+    bool holdsGrip(TouchId pointer) const { return grip_ && grip_->pointer == pointer; }
+    const juce::Image& stillPicture();
     void openMenu();
     void closeField();
 
@@ -50,7 +57,14 @@ private:
     KnobLook& look_;
     KnobFace face_;
     bool wasShown_ = false;
-    std::optional<BondEnd> grip_;
+    juce::Image still_; // of stillFace_ and stillReach_; invalid while nothing moves the knob
+    KnobFace stillFace_;
+    CellReach stillReach_;
+    struct HeldGrip {
+        TouchId pointer;
+        BondEnd end;
+    };
+    std::optional<HeldGrip> grip_;
     std::unique_ptr<ValueField> field_;
 };
 

@@ -17,7 +17,6 @@ constexpr float kArcWidth = 4.0f, kSpreadArcWidth = 3.4f, kDot = 3.8f, kSweepWid
 constexpr float kSweepAway = 6.5f, kSpreadSweepAway = 5.0f, kCorner = 8.0f, kFrame = 2.0f,
                 kGrip = 4.0f;
 constexpr float kHalfTurn = juce::MathConstants<float>::pi * 0.75f;
-constexpr double kLeastText = 11.0; // at a zoom of 1
 
 float angleAt(float fraction) {
     return (2.0f * std::clamp(fraction, 0.0f, 1.0f) - 1.0f) * kHalfTurn;
@@ -83,6 +82,10 @@ void drawArc(juce::Graphics& graphics, const KnobFace& face, const CellPlace& pl
         juce::Rectangle(dot, dot).withCentre(pointOnTurn(place, face.arc, radius)));
 }
 
+bool isLit(const CellReach& reach) {
+    return reach.isHovered || reach.isPressed || !reach.showsNumber;
+}
+
 /// The letters that fit, never under the least.
 juce::Font fitting(double pixels, const juce::String& text, float width, double least) {
     juce::Font font = brush::medium(pixels);
@@ -90,25 +93,31 @@ juce::Font fitting(double pixels, const juce::String& text, float width, double 
     return needed <= width ? font : brush::medium(std::max(least, pixels * width / needed));
 }
 
+/// Over the whole cell, so far below the knob's centre.
+juce::Rectangle<float> textLine(const CellPlace& place, double below, double pixels) {
+    const auto height = static_cast<float>(pixels * 1.4);
+    const float centre = static_cast<float>(place.centreY) + static_cast<float>(below);
+    return {0.0f, centre - height / 2, static_cast<float>(place.cell.width), height};
+}
+
 void drawNumber(juce::Graphics& graphics, const KnobFace& face, const CellPlace& place) {
-    const bool spread = isSpread(place);
-    const auto unit = static_cast<float>(place.scale);
     const juce::String number = brush::text(face.text.number);
-    const float inner = 2.0f * (arcRadius(place) - arcWidth(place) / 2.0f) - 2.0f * unit;
+    const float inner =
+        2.0f * (arcRadius(place) - arcWidth(place) / 2.0f - static_cast<float>(place.scale));
     graphics.setColour(brush::colour(face.isOff ? kDim : kBright));
-    graphics.setFont(fitting(place.numberText, number, inner, kLeastText * place.unitText / 11.0));
-    const auto line = [&](float centre, double height) {
-        const auto h = static_cast<float>(height * 1.4);
-        return juce::Rectangle(0.0f, static_cast<float>(place.centreY) + centre - h / 2,
-                               static_cast<float>(place.cell.width), h);
-    };
-    graphics.drawText(number, line(-unit, place.numberText), juce::Justification::centred, false);
+    graphics.setFont(fitting(place.numberText, number, inner, place.unitText));
+    graphics.drawText(number, textLine(place, -place.scale, place.numberText),
+                      juce::Justification::centred, false);
+}
+
+void drawUnit(juce::Graphics& graphics, const KnobFace& face, const CellPlace& place) {
     if (face.text.unit.empty()) return;
+    const double below = isSpread(place)
+                             ? 0.36 * place.diameter
+                             : 0.36 * (place.numberText + place.unitText) + 3.8 * place.scale;
     graphics.setColour(brush::colour(face.isOff ? kDim : kFaint));
     graphics.setFont(brush::regular(place.unitText));
-    const double below = spread ? 0.36 * place.diameter
-                                : 0.36 * (place.numberText + place.unitText) + 3.8 * place.scale;
-    graphics.drawText(brush::text(face.text.unit), line(static_cast<float>(below), place.unitText),
+    graphics.drawText(brush::text(face.text.unit), textLine(place, below, place.unitText),
                       juce::Justification::centred, false);
 }
 
@@ -148,21 +157,25 @@ void KnobLook::drawName(juce::Graphics& graphics, const CellPlace& place, const 
                       juce::Justification::centred, false);
 }
 
-void KnobLook::drawKnob(juce::Graphics& graphics, const KnobFace& face, const CellPlace& place,
-                        const CellReach& reach, const std::string& name) {
-    const bool lit = reach.isHovered || reach.isPressed || !reach.showsNumber;
+void KnobLook::drawStill(juce::Graphics& graphics, const KnobFace& face, const CellPlace& place,
+                         const CellReach& reach, const std::string& name) {
     CellReach ground = reach;
-    ground.isHovered = lit;
+    ground.isHovered = isLit(reach);
     drawCell(graphics, place, ground);
     const juce::Image& empty = track(place.diameter, arcWidth(place));
     graphics.setOpacity(1.0f);
     graphics.drawImageAt(empty, place.centreX - empty.getWidth() / 2,
                          place.centreY - empty.getHeight() / 2);
-    drawSweep(graphics, face, place, lit);
-    drawArc(graphics, face, place, lit);
-    if (reach.showsNumber) drawNumber(graphics, face, place);
-    drawKnobSigns(graphics, face, place, lit);
+    drawSweep(graphics, face, place, isLit(reach));
+    if (reach.showsNumber) drawUnit(graphics, face, place);
+    drawKnobSigns(graphics, face, place, isLit(reach));
     drawName(graphics, place, ground, name, face.isOff);
+}
+
+void KnobLook::drawMoving(juce::Graphics& graphics, const KnobFace& face, const CellPlace& place,
+                          const CellReach& reach) {
+    drawArc(graphics, face, place, isLit(reach));
+    if (reach.showsNumber) drawNumber(graphics, face, place);
 }
 
 const juce::Image& KnobLook::track(int diameter, float width) {

@@ -32,9 +32,12 @@ public:
     /// A cell's name, in the middle below.
     static void drawName(juce::Graphics& graphics, const CellPlace& place, const CellReach& reach,
                          const std::string& name, bool isOff);
-    /// A whole knob in its cell.
-    void drawKnob(juce::Graphics& graphics, const KnobFace& face, const CellPlace& place,
-                  const CellReach& reach, const std::string& name);
+    /// What of a knob stays while it turns, with its cell: it can be kept as a picture.
+    void drawStill(juce::Graphics& graphics, const KnobFace& face, const CellPlace& place,
+                   const CellReach& reach, const std::string& name);
+    /// The arc and the number, over that.
+    static void drawMoving(juce::Graphics& graphics, const KnobFace& face, const CellPlace& place,
+                           const CellReach& reach);
 
 private:
     const juce::Image& track(int diameter, float width);

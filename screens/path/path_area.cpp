@@ -102,6 +102,10 @@ KnobCell* PathArea::knobCell(ControlId id) {
     return nullptr;
 }
 
+KnobCell* PathArea::knobCellAt(juce::Point<int> at) {
+    return dynamic_cast<KnobCell*>(getComponentAt(at));
+}
+
 void PathArea::openEnvelopes() {
     picker_ = std::make_unique<EnvelopePicker>(
         curves_, model_.envelope(),

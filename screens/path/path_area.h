@@ -25,6 +25,8 @@ public:
     const PathModel& model() const { return model_; }
     /// The knob's cell, also one that is hidden; null for what is none.
     KnobCell* knobCell(ControlId id);
+    /// The knob that stands there, in this area; null for none.
+    KnobCell* knobCellAt(juce::Point<int> at);
     /// Opens the menu of grain shapes.
     void openEnvelopes();
 

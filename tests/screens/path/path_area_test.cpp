@@ -178,6 +178,20 @@ TEST_F(Window, GivesItsKnobsToMouseAndKeys) {
     dragged.mouseUp(mouse(dragged, {40, 33}, {40, 60}));
     EXPECT_NEAR(knob(width).value(), 0.35f, 1e-5);
     EXPECT_EQ(dragged.getNumChildComponents(), 0); // it was no tap
+
+    // A grip on what modulation sweeps.
+    asMain([&](AudioUnitViewController& view) {
+        view.assignments.assign(knob(width), AssignmentType::lfo);
+    });
+    play(0.06);
+    EXPECT_EQ(path().knobCellAt(dragged.getBounds().getCentre()), &dragged);
+    const CellPlace place = placeOf(dragged.cell(), layOut(1100, 700, 1.0));
+    const auto from = pointOnTurn(place, 0.0f, sweepRadius(place));
+    dragged.press(9, from);
+    dragged.drag(9, pointOnTurn(place, 0.25f, sweepRadius(place)), Fineness::coarse);
+    EXPECT_FALSE(dragged.release(9, from));
+    play(0.02);
+    EXPECT_NEAR(*dragged.face().from, 0.25f, 1e-4);
 }
 
 TEST_F(Window, TypesWhereItsNumberIsPressed) {
