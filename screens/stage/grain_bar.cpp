@@ -8,6 +8,8 @@ namespace zephyra {
 namespace {
 
 constexpr double kHalo = 8.0, kStripe = 3.5; // units to each side
+constexpr int kPaler = 130;                  // of 256
+constexpr double kHaloLight = 0.085;         // of each of its boxes
 constexpr double kLight = 160.0;             // of 256, on the energy
 constexpr double kHaloBehind = 20.0;         // units
 constexpr double kOutline = 1.0, kEndedLine = 2.5;
@@ -45,6 +47,52 @@ double loudest(const ShownGrain& grain) {
 /// Of one ear against the louder one: a quieter ear is darker, too.
 double earShare(const ShownGrain& grain, bool isLeft) {
     return 0.35 + 0.65 * double{isLeft ? grain.left : grain.right} / loudest(grain);
+}
+
+/// Flat boxes around the head; what the bar covers anyway is left out.
+void drawHalo(const Pixels& pixels, const StageScene& scene, const GrainBar& bar, const Tint& tint,
+              double light) {
+    const double top = bar.axis - bar.above, bottom = bar.axis + bar.below;
+    const double round = (bottom - top) / 2.0;
+    const int alpha = static_cast<int>(light * 256.0);
+    for (const double share : {1.0, 0.66, 0.33}) {
+        const double more = scene.units(kHalo * share);
+        const double left = std::max(bar.left, bar.head - scene.units(kHaloBehind * share)) - more;
+        forRows(left, bar.head + more, top - more, bottom + more,
+                [&](int y, double from, double to, double covered) {
+                    const int here = static_cast<int>(alpha * covered);
+                    const double inner = std::max(from, bar.left + round);
+                    const double outer = std::min(to, bar.right - round);
+                    if (y < top || y + 1 > bottom || inner >= outer)
+                        return pixels.mixSpan(y, from, to, tint, here);
+                    pixels.mixSpan(y, from, inner, tint, here);
+                    pixels.mixSpan(y, outer, to, tint, here);
+                });
+    }
+}
+
+struct Stretch {
+    double from, to;
+};
+
+/// What of a row was read: brighter towards the head, and paler just behind it. most: of 256.
+void drawRead(const Pixels& pixels, const StageScene& scene, const GrainBar& bar, int y,
+              const Stretch& stretch, const Tint& tint, double most) {
+    const Box& clip = pixels.clip();
+    if (y < clip.y || y >= clip.bottom()) return;
+    const int first = std::max(clip.x, static_cast<int>(stretch.from));
+    const int last = std::min(clip.right(), static_cast<int>(stretch.to));
+    const int hot = static_cast<int>(bar.head - scene.units(kHot));
+    const int hotWide = std::max(1, static_cast<int>(bar.head) + 1 - hot);
+    const double slope = 0.6 * most / std::max(1.0, bar.head - bar.left);
+    double alpha = 0.4 * most + slope * (first - bar.left);
+    juce::PixelRGB* const row = pixels.row(y);
+    const Tint white(255, 255, 255);
+    for (int x = first; x < last; ++x, alpha += slope) {
+        const int share = std::clamp(static_cast<int>(alpha), 0, 256);
+        Pixels::mix(row[x], x < hot ? tint : tint.towards(white, kPaler * (x - hot) / hotWide),
+                    share);
+    }
 }
 
 } // namespace
@@ -118,29 +166,15 @@ void drawBar(const Pixels& pixels, const StageScene& scene, const ShownGrain& gr
     const Tint tint = tintOf(grain), ink(palette::kInk), white(255, 255, 255);
     const double envelope = double{grain.envelope};
     const double top = bar.axis - bar.above, bottom = bar.axis + bar.below;
-    if (!scene.reducedMotion)
-        for (const double out : {kHalo, kHalo * 0.5}) {
-            const double more = scene.units(out);
-            fill(pixels, std::max(bar.left, bar.head - scene.units(14)) - more, bar.head + more,
-                 top - more, bottom + more, tint, 0.11 * envelope);
-        }
+    if (!scene.reducedMotion) drawHalo(pixels, scene, bar, tint, kHaloLight * envelope);
     const double rim = scene.units(kOutline);
     fill(pixels, bar.left - rim, bar.right + rim, top - rim, bottom + rim, ink, 0.85);
-    const double hot = scene.units(kHot), behind = std::max(1.0, bar.head - bar.left);
-    const int headFrom = static_cast<int>(bar.head - hot), headTo = static_cast<int>(bar.head) + 1;
     const Tint ahead = Tint(palette::kGround).towards(tint, 110);
     forRows(bar.left, bar.right, top, bottom, [&](int y, double from, double to, double covered) {
-        const double ear = earShare(grain, y + 0.5 < bar.axis);
-        const int whole = static_cast<int>(covered * 256.0);
+        const double ear = earShare(grain, y + 0.5 < bar.axis), whole = covered * 256.0;
         pixels.mixSpan(y, from, to, ahead, static_cast<int>(whole * (0.5 + 0.5 * ear)));
-        const int until = static_cast<int>(std::min(to, bar.head));
-        for (int x = static_cast<int>(from); x < until; ++x) { // brighter towards the head
-            const double share = (x - bar.left) / behind;
-            const int alpha =
-                static_cast<int>(whole * ear * (0.4 + 0.6 * share) * (0.5 + 0.5 * envelope));
-            const int heat = x < headFrom ? 0 : 130 * (x - headFrom) / (headTo - headFrom);
-            pixels.mixSpan(y, x, x + 1, tint.towards(white, heat), std::min(256, alpha));
-        }
+        drawRead(pixels, scene, bar, y, {from, std::min(to, bar.head)}, tint,
+                 whole * ear * (0.5 + 0.5 * envelope));
     });
     // The head, always to be seen: white-hot as far as the envelope is open.
     const double wide = scene.units(1.75), inside = scene.units(1.25);

@@ -140,9 +140,9 @@ void StageCanvas::composeBox(const StageScene& scene, const Box& box) {
         if (touches(it.bar)) drawLight(pixels, scene, *it.grain, it.bar, ground.extents());
     for (const Placed& it : ended_)
         if (touches(it.bar)) drawEnded(pixels, scene, *it.grain, it.bar);
+    drawScan(pixels, scene); // below the bars: short ones stand on it
     for (const Placed& it : sounding_)
         if (touches(it.bar)) drawBar(pixels, scene, *it.grain, it.bar);
-    drawScan(pixels, scene);
     drawRail(pixels, scene);
 }
 
