@@ -39,7 +39,7 @@ void StageCanvas::place(const StageScene& scene, const GrainCloud& grains) {
     ended_.clear();
     const auto put = [&](const ShownGrain& grain, std::vector<Placed>& into, std::uint64_t id,
                          std::uint64_t looks) {
-        const double turns = std::floor(grain.from); // live sound may have moved it out
+        const double turns = std::max(0.0, std::floor(grain.from));
         for (double shift = -turns; grain.to + shift > 0.0; shift -= 1.0) {
             const GrainBar bar = placeBar(scene, grain, shift, ground.extents());
             if (bar.box.right() > 0 && bar.box.x < scene.width()) {

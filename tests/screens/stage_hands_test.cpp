@@ -74,7 +74,8 @@ TEST_F(Stage, AFingerThatRestsHolds) {
     hands.released(1, 1.6);
     EXPECT_TRUE(stream.scrubArea.isPressAndHold());
     hands.pressed(1, 0.5, 0.5, 2.0, false);
-    hands.cancelled(1, 2.1);
+    plugin.render(60);
+    hands.cancelled(1, 2.6);
     EXPECT_FALSE(stream.scrubArea.isHeld());
 }
 

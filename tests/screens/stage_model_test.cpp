@@ -161,6 +161,23 @@ TEST(GrainCloud, TellsOfEveryGrainWhatItDoesNow) {
     EXPECT_TRUE(cloud.ended().empty());
 }
 
+TEST(GrainCloud, GrainsOfLiveInputGoLeftWithIt) {
+    GrainCloud cloud;
+    const GrainSource live{.seconds = 10.0, .driftPerFrame = 0.1 / 48000.0};
+    cloud.add(record(0.5f, 0.0, 1.0f), live, {});
+    const auto at = [&](double seconds) {
+        cloud.advance(seconds * 48000.0, 0.5, 48000.0, live, {}, true);
+    };
+    at(0.0);
+    at(0.5);
+    EXPECT_NEAR(cloud.sounding()[0].from, 0.45, 1e-6);
+    EXPECT_NEAR(cloud.sounding()[0].head, 0.5, 1e-6); // it reads as fast as the sound goes
+    at(1.0);
+    at(1.5);
+    ASSERT_EQ(cloud.ended().size(), 1u);
+    EXPECT_NEAR(cloud.ended()[0].from, 0.35, 1e-6);
+}
+
 TEST(GrainCloud, StacksGrainsThatWouldCoverEachOther) {
     GrainCloud cloud;
     const BarSize bar{.semitones = 0.5, .source = 0.02, .most = 3.1};

@@ -61,7 +61,8 @@ void GrainCloud::add(const GrainRecord& record, const GrainSource& source, const
 void GrainCloud::advance(double frame, double elapsed, double rate, const GrainSource& source,
                          std::span<const float> envelope, bool fades) {
     if (!fades) endedCount_ = 0;
-    fade(elapsed);
+    fade(elapsed, (frame - frame_) * source.driftPerFrame);
+    frame_ = frame;
     shownCount_ = 0;
     std::size_t kept = 0;
     for (std::size_t i = 0; i < soundingCount_; ++i) {
@@ -86,10 +87,12 @@ void GrainCloud::advance(double frame, double elapsed, double rate, const GrainS
     soundingCount_ = kept;
 }
 
-void GrainCloud::fade(double elapsed) {
+void GrainCloud::fade(double elapsed, double drift) {
     std::size_t kept = 0;
     for (std::size_t i = 0; i < endedCount_; ++i) {
         ended_[i].endedFor += elapsed;
+        for (double* const place : {&ended_[i].from, &ended_[i].to, &ended_[i].head})
+            *place -= drift;
         if (ended_[i].endedFor < kFadeSeconds) ended_[kept++] = ended_[i];
     }
     endedCount_ = kept;

@@ -67,7 +67,7 @@ private:
         double rate, seconds; ///< sounds a second, and how long it lasts
     };
     int freeLane(const ShownGrain& grain, const BarSize& bar) const;
-    void fade(double elapsed);
+    void fade(double elapsed, double drift);
     void end(const ShownGrain& grain);
 
     std::array<Sounding, kMostSounding> sounding_{};
@@ -75,6 +75,7 @@ private:
     std::array<ShownGrain, kMostEnded> ended_{};
     std::size_t soundingCount_ = 0, shownCount_ = 0, endedCount_ = 0;
     std::uint64_t next_ = 1, dropped_ = 0;
+    double frame_ = 0.0; // of the last advance
 };
 
 } // namespace zephyra

@@ -75,9 +75,9 @@ struct PaintedStage : testing::Test {
     ScreenSource source{plugin};
     ScreenContext context{.source = source};
     ScreenLayout layout = layOut(1100, 700, 1.0);
+    int wanted = 0;
     StageArea area{context};
     FrameTime time;
-    int wanted = 0;
 };
 
 struct LiveStage : PaintedStage {
