@@ -199,14 +199,13 @@ void PathArea::paintSection(juce::Graphics& graphics, const PathSection& section
         const float dots[] = {2.0f * unit, 4.0f * unit};
         graphics.drawDashedLine({from, lineY, end, lineY}, dots, 2, thick);
     };
-    const float begin = x + width + space;
-    if (!section.hasSync) {
-        line(begin, to);
-    } else {
-        line(begin, static_cast<float>(place.syncBox.x) - space);
-        line(static_cast<float>(place.syncBox.right()) + 0.75f * space, to);
+    float last = x + width + space;
+    if (section.hasSync) {
+        line(last, static_cast<float>(place.syncBox.x) - space);
+        last = static_cast<float>(place.syncBox.right()) + 0.75f * space;
     }
-    if (section.section != Section::output && !isOff(section))
+    line(last, to);
+    if (section.section != Section::output && !isOff(section) && to - last >= least)
         arrowHead(graphics, to, lineY, 3.5f * unit, thick);
 }
 

@@ -170,7 +170,9 @@ TEST_F(Faces, ShowSectionsLocksAndVoices) {
     } voices;
     EXPECT_TRUE(face(leftDelay).isOff && model.face(ringModulationAmount).isOff);
     EXPECT_FALSE(model.face(density).isOff || model.sync().echo);
-    EXPECT_EQ(model.keep().name(), "Keep 9 s"); // an effect is live at once, at 48 kHz
+    EXPECT_EQ(model.keep().name(), "Keep 1 s"); // an effect is live at once
+    face(density, 2.2);
+    EXPECT_EQ(model.keep().name(), "Keep 2 s");
     EXPECT_GT(model.voices().count, 0u);
     model.setVoices(&voices);
     source.asMain([&](AudioUnitViewController& all) {

@@ -49,8 +49,9 @@ void PathModel::readKeep(AudioUnitViewController& view) {
     const WaveForm& sound = view._GRANULATOR_STREAM.waveForm();
     keep_.isSaving = view.liveExport.isSaving();
     keep_.seconds = 0;
-    if (!sound.isLiveCurrent()) return;
-    const double seconds = static_cast<double>(WaveForm::kLiveFrames) / sound.mSample()->sampleRate;
+    const LiveSample* const live = sound.isLiveCurrent() ? sound.liveSample() : nullptr;
+    if (!live || live->heard == 0) return;
+    const double seconds = static_cast<double>(live->heard) / double{live->sampleRate};
     keep_.seconds = std::max(1, static_cast<int>(seconds));
 }
 

@@ -1,6 +1,7 @@
 #include "screens/model/path/path_places.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace zephyra {
 
@@ -9,6 +10,7 @@ namespace {
 // In units of the smallest text, so that they grow with each step.
 constexpr double kAboveKnob = 9, kBelowName = 8, kAboveSpread = 3.5;
 constexpr double kSwitchWidth = 22, kSwitchHeight = 12, kSyncWidth = 36, kSyncHeight = 15;
+constexpr double kMostLetter = 0.62, kAfterTitle = 5; // letters of the title are less wide
 // From here on, in letters of the name, full names stand well apart.
 constexpr double kFullNameColumn = 6.5, kFullNamePart = 5.4;
 
@@ -82,8 +84,13 @@ SectionPlace placeOf(const PathSection& section, const ScreenLayout& layout) {
     }
     const auto [first, count] = columnsOf(section.section);
     const Box& last = layout.columns[static_cast<std::size_t>(first + count - 1)];
-    if (section.hasSync)
-        place.syncBox = row(last.right() - layout.px(kSyncWidth * unit), kSyncWidth, kSyncHeight);
+    if (section.hasSync) { // at the last column's right, but clear of the title
+        const auto letters = static_cast<double>(std::string_view(section.title).size());
+        const double title = kMostLetter * of.sectionText * letters;
+        const int clear = place.titleX + layout.px(title + kAfterTitle * unit);
+        const int right = last.right() - layout.px(kSyncWidth * unit);
+        place.syncBox = row(std::max(clear, right), kSyncWidth, kSyncHeight);
+    }
     return place;
 }
 
