@@ -177,6 +177,7 @@ void KnobCell::mouseWheelMove(const juce::MouseEvent& event, const juce::MouseWh
 }
 
 bool KnobCell::keyPressed(const juce::KeyPress& key) {
+    if (hasKeyboardFocus(false)) showFocus(true);
     const Fineness fineness = finenessOf(key.getModifiers());
     const auto turn = [&](double notches) {
         hand_.turn(cell().id, notches, fineness, nowSeconds());

@@ -45,6 +45,7 @@ PathArea::PathArea(ScreenContext& context)
     setFocusContainerType(FocusContainerType::focusContainer);
     addCells();
     addSwitches();
+    addMouseListener(this, true); // also of what stands in it
     source().add(model_);
 }
 
@@ -145,6 +146,11 @@ void PathArea::frame(const FrameTime& time) {
     hand_.frame(juce::Time::getMillisecondCounterHiRes() / 1000.0);
     static_cast<void>(time);
     showCells();
+}
+
+void PathArea::mouseDown(const juce::MouseEvent&) {
+    for (const auto& cell : cells_) cell->showFocus(false);
+    for (const auto& one : switches_) one->showFocus(false);
 }
 
 void PathArea::showCells() {

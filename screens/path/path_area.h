@@ -33,6 +33,7 @@ public:
     void layOut(const ScreenLayout& layout) override;
     void frame(const FrameTime& time) override;
     void paint(juce::Graphics& graphics) override;
+    void mouseDown(const juce::MouseEvent& event) override;
 
 private:
     void addCells();

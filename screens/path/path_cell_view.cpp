@@ -52,17 +52,19 @@ void PathCellView::mouseExit(const juce::MouseEvent&) {
 
 // A press focuses as well, so that keys go on where the hand was, but frames nothing.
 void PathCellView::focusGained(FocusChangeType cause) {
+    showFocus(cause == focusChangedByTabKey); // a window that is activated also focuses
+    if (reach_.showsFocus) tell(sentence());
+}
+
+void PathCellView::showFocus(bool on) {
     CellReach reach = reach_;
-    reach.showsFocus = cause != focusChangedByMouseClick;
+    reach.showsFocus = on;
     setReach(reach);
-    if (reach.showsFocus) tell(sentence());
 }
 
 void PathCellView::focusLost(FocusChangeType) {
-    CellReach reach = reach_;
-    if (reach.showsFocus && !reach.isHovered) tell({});
-    reach.showsFocus = false;
-    setReach(reach);
+    if (reach_.showsFocus && !reach_.isHovered) tell({});
+    showFocus(false);
 }
 
 Box PathCellView::boxInWindow() const {

@@ -23,6 +23,9 @@ public:
     /// A frame: repaints what differs from what was drawn.
     virtual void show(const PathModel& model) = 0;
 
+    /// A frame round what has the focus shows while keys are used, not while pointers are.
+    void showFocus(bool on);
+
     void mouseEnter(const juce::MouseEvent& event) override;
     void mouseExit(const juce::MouseEvent& event) override;
     void focusGained(FocusChangeType cause) override;

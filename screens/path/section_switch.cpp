@@ -3,6 +3,8 @@
 #include "audiounit/control_meaning.h"
 #include "screens/draw/brush.h"
 
+#include <utility>
+
 namespace zephyra {
 
 using namespace palette;
@@ -127,14 +129,16 @@ bool SectionSwitch::keyPressed(const juce::KeyPress& key) {
 }
 
 void SectionSwitch::focusGained(FocusChangeType cause) {
-    showsFocus_ = cause != focusChangedByMouseClick;
+    showFocus(cause == focusChangedByTabKey);
     if (showsFocus_) tell(getHelpText());
-    repaint();
+}
+
+void SectionSwitch::showFocus(bool on) {
+    if (std::exchange(showsFocus_, on) != on) repaint();
 }
 
 void SectionSwitch::focusLost(FocusChangeType) {
-    showsFocus_ = false;
-    repaint();
+    showFocus(false);
 }
 
 std::unique_ptr<juce::AccessibilityHandler> SectionSwitch::createAccessibilityHandler() {

@@ -34,6 +34,8 @@ public:
     void focusLost(FocusChangeType cause) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
     bool isOn() const { return isOn_; }
+    /// See PathCellView.
+    void showFocus(bool on);
 
 private:
     void tell(const juce::String& sentence);

@@ -6,12 +6,18 @@ namespace zephyra {
 
 using namespace palette;
 
+namespace {
+
+constexpr int kTryAgain = 40, kTries = 6; // milliseconds, and how often
+
+} // namespace
+
 ValueField::ValueField(ValueFieldCalls calls, const CellPlace& place)
     : calls_(std::move(calls)), frame_(static_cast<float>(1.5 * place.scale)),
       corner_(static_cast<float>(4 * place.scale)) {
     setOpaque(false);
     const auto unit = place.scale;
-    const int width = juce::jmin(place.cell.width - 2, juce::roundToInt(58 * unit));
+    const int width = juce::jmin(place.cell.width - 2, juce::roundToInt(72 * unit));
     const int height = juce::roundToInt(22 * unit);
     setBounds(place.centreX - width / 2, place.centreY - height / 2, width, height);
     setFont(brush::medium(place.numberText * 0.9));
@@ -26,17 +32,26 @@ ValueField::ValueField(ValueFieldCalls calls, const CellPlace& place)
     setTitle("Value");
     onReturnKey = [this] { enter(); };
     onEscapeKey = [this] { leave(); };
-    onFocusLost = [this] { leave(); };
 }
 
 void ValueField::begin(const std::optional<juce::String>& text, const juce::String& shown) {
     openedAt_ = juce::Time::getMillisecondCounter();
     setText(text.value_or(shown), false);
-    grabKeyboardFocus();
     if (text)
         moveCaretToEnd();
     else
         selectAll();
+    takeKeyboard();
+    startTimer(kTryAgain);
+}
+
+/// In a host's window the press that opened the field may activate the host's own window a moment
+/// later, which takes the keyboard away.
+void ValueField::takeKeyboard() {
+    if (!hasKeyboardFocus(true)) grabKeyboardFocus();
+    if (++tries_ < kTries) return;
+    stopTimer();
+    onFocusLost = [this] { leave(); };
 }
 
 /// What is no value stays, framed in red, to be mended.
@@ -57,6 +72,7 @@ void ValueField::paintOverChildren(juce::Graphics& graphics) {
 }
 
 void ValueField::leave() {
+    stopTimer();
     onFocusLost = nullptr;
     const auto closed = calls_.closed; // this may be gone behind it
     juce::MessageManager::callAsync([closed, safe = SafePointer<ValueField>(this)] {

@@ -19,7 +19,7 @@ struct ValueFieldCalls {
 };
 
 /// Enter takes what was typed, Escape and leaving it take nothing. Message thread.
-class ValueField final : public juce::TextEditor {
+class ValueField final : public juce::TextEditor, juce::Timer {
 public:
     ValueField(ValueFieldCalls calls, const CellPlace& place);
 
@@ -31,6 +31,8 @@ public:
     void mouseDoubleClick(const juce::MouseEvent& event) override;
 
 private:
+    void takeKeyboard();
+    void timerCallback() override { takeKeyboard(); }
     void enter();
     void leave();
 
@@ -38,6 +40,7 @@ private:
     const float frame_, corner_; // pixels
     bool isWrong_ = false;
     juce::uint32 openedAt_ = 0;
+    int tries_ = 0;
 };
 
 } // namespace zephyra
