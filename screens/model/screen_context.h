@@ -1,7 +1,6 @@
 // ScreenContext: what every area of a window is given.
 #pragma once
 
-#include "screens/model/edit_commands.h"
 #include "screens/model/screen_layout.h"
 #include "screens/model/screen_source.h"
 
@@ -45,8 +44,6 @@ struct ScreenContext {
     /// count as the outermost. Not inside ScreenSource::asMain.
     std::function<void(const std::string& name)> beginEdit = {};
     std::function<void()> endEdit = {};
-    /// What undoes them; null where nothing does. It outlives the areas.
-    EditCommands* edits = nullptr;
     /// settings changed: remembers them, lays out and paints anew.
     std::function<void()> settingsChanged = {};
     /// Asks for a sound file or bank and loads it; for the file of a missing sample.

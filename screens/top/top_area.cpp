@@ -108,7 +108,6 @@ void TopArea::frame(const FrameTime&) {
 
 /// What is there now; lays out anew where a text has another width.
 void TopArea::show() {
-    preset_.setEdits(edits_.shown().count);
     showButtons();
     presetName_.show(preset_.shown(), layout_.measures, layout_.scale);
     sampleName_.show(sample_.shown(), layout_.measures, layout_.scale);

@@ -165,9 +165,40 @@ TEST(TopPreset, StepsThroughBanksByArrowsAndMenu) {
     window.presetLine.previous();
     window.settle(5);
     EXPECT_EQ(window.presetLine.shown(), last); // by the store's own list
-    window.presetLine.setEdits(1);
-    window.frame();
+
+    window.edits.press(EditButton::randomize);
+    window.settle();
     EXPECT_EQ(window.presetLine.shown().line(), last.bank + ", changed");
+    EXPECT_EQ(window.edits.help(EditButton::undo), "Undo Randomise");
+    window.edits.press(EditButton::undo);
+    window.settle();
+    EXPECT_EQ(window.presetLine.shown(), last);
+    EXPECT_EQ(window.edits.help(EditButton::redo), "Redo Randomise");
+    window.edits.press(EditButton::compareB);
+    window.settle();
+    EXPECT_EQ(window.presetLine.shown(), last);
+}
+
+TEST(TopEdits, ReachTheHistoryAndBothVersions) {
+    Window window;
+    window.settle();
+    const auto on = [&](EditButton button) { return window.edits.face(button).light; };
+    EXPECT_FALSE(window.edits.face(EditButton::undo).isEnabled);
+    EXPECT_EQ(on(EditButton::compareA), ButtonLight::on);
+    const float before = window.value(ControlId::density);
+    window.edits.press(EditButton::compareB);
+    window.edits.randomizeMenu().back().chosen(); // all the way
+    window.settle();
+    const float drawn = window.value(ControlId::density);
+    EXPECT_NE(drawn, before);
+    EXPECT_EQ(on(EditButton::compareB), ButtonLight::on);
+    window.edits.press(EditButton::compareA);
+    window.settle();
+    EXPECT_EQ(window.value(ControlId::density), before);
+    window.edits.press(EditButton::undo); // back in B
+    window.settle();
+    EXPECT_EQ(window.value(ControlId::density), drawn);
+    EXPECT_EQ(window.edits.help(EditButton::redo), "Redo Compare A");
 }
 
 TEST(TopSample, NamesWhatGrainsAreCutFrom) {

@@ -17,19 +17,16 @@ EditLine::~EditLine() {
 }
 
 ButtonFace EditLine::face(EditButton button) const {
-    const bool isThere = context_.edits != nullptr;
-    const auto slot = [&](bool isIt) {
-        return ButtonFace{.light = isThere && isIt ? ButtonLight::on : ButtonLight::off,
-                          .isEnabled = isThere,
-                          .isBare = true};
+    const auto slot = [](bool isIt) {
+        return ButtonFace{.light = isIt ? ButtonLight::on : ButtonLight::off, .isBare = true};
     };
     switch (button) {
     case EditButton::randomize:
-        return {.isEnabled = isThere, .isBare = true};
+        return {.isBare = true};
     case EditButton::undo:
-        return {.isEnabled = isThere && !shown_.undo.empty(), .isBare = true};
+        return {.isEnabled = !shown_.undo.empty(), .isBare = true};
     case EditButton::redo:
-        return {.isEnabled = isThere && !shown_.redo.empty(), .isBare = true};
+        return {.isEnabled = !shown_.redo.empty(), .isBare = true};
     case EditButton::compareA:
         return slot(!shown_.isB);
     case EditButton::compareB:
@@ -56,19 +53,23 @@ std::string EditLine::help(EditButton button) const {
 }
 
 void EditLine::press(EditButton button) {
-    if (!face(button).isEnabled) return;
-    EditCommands& edits = *context_.edits;
+    context_.source.asMain([&](AudioUnitViewController& view) { act(view, button); });
+}
+
+void EditLine::act(AudioUnitViewController& view, EditButton button) const {
     switch (button) {
     case EditButton::randomize:
-        return edits.randomize(percent_ / 100.0);
+        return view.randomizer.randomize(percent_ / 100.0);
     case EditButton::undo:
-        return edits.undo();
+        view.edits.undo();
+        return;
     case EditButton::redo:
-        return edits.redo();
+        view.edits.redo();
+        return;
     case EditButton::compareA:
-        return edits.compare(false);
+        return view.compare.choose(CompareSlots::Slot::a);
     case EditButton::compareB:
-        return edits.compare(true);
+        return view.compare.choose(CompareSlots::Slot::b);
     }
 }
 
@@ -85,8 +86,10 @@ std::vector<MenuRow> EditLine::randomizeMenu() {
     return rows;
 }
 
-void EditLine::read(AudioUnitViewController&, const FrameTime&) {
-    shown_ = context_.edits ? context_.edits->shown() : EditsShown();
+void EditLine::read(AudioUnitViewController& view, const FrameTime&) {
+    shown_ = {.undo = view.edits.undoName(),
+              .redo = view.edits.redoName(),
+              .isB = view.compare.chosen() == CompareSlots::Slot::b};
 }
 
 } // namespace zephyra

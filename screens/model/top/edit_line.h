@@ -2,7 +2,6 @@
 #pragma once
 
 #include "screens/model/button_face.h"
-#include "screens/model/edit_commands.h"
 #include "screens/model/screen_context.h"
 
 #include <string>
@@ -13,7 +12,14 @@ namespace zephyra {
 enum class EditButton { randomize, undo, redo, compareA, compareB };
 inline constexpr std::size_t kEditButtons = 5;
 
-/// Without ScreenContext::edits every button is unavailable. Message thread.
+/// One moment. Plain data.
+struct EditsShown {
+    std::string undo = {}, redo = {}; ///< what would be taken back, done again; empty for nothing
+    bool isB = false;                 ///< which of the two versions plays
+    bool operator==(const EditsShown&) const = default;
+};
+
+/// Message thread.
 class EditLine final : public ScreenPart {
 public:
     explicit EditLine(ScreenContext& context);
@@ -30,6 +36,8 @@ public:
     void read(AudioUnitViewController& view, const FrameTime& time) override;
 
 private:
+    void act(AudioUnitViewController& view, EditButton button) const;
+
     ScreenContext& context_;
     EditsShown shown_;
     int percent_ = 25;

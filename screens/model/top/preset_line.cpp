@@ -92,6 +92,18 @@ void PresetLine::followStore(AudioUnitViewController& view) {
     shown_.bank = withoutExtension(bankFile_);
 }
 
+/// The preset itself is an edit, complete once its sound is there; to compare is none of its own.
+void PresetLine::followEdits(const EditHistory& edits, bool isChosen) {
+    const std::string latest = edits.undoName();
+    if (chooser_ == Chooser::nobody || isChosen || shown_.loading || latest.empty() ||
+        latest == shown_.name) {
+        edits_ = edits.changes();
+        shown_.isChanged = false;
+    } else if (edits.changes() != edits_ && !latest.starts_with("Compare ")) {
+        shown_.isChanged = true;
+    }
+}
+
 void PresetLine::read(AudioUnitViewController& view, const FrameTime&) {
     const Store& store = view.presets;
     std::string key = known(store.getCurrentSelectedSnapID());
@@ -103,17 +115,17 @@ void PresetLine::read(AudioUnitViewController& view, const FrameTime&) {
     const auto program = context_.source.plugin().chosenProgram();
     if (program != program_ && program) chooser_ = Chooser::host;
     if (key != key_ && !key.empty()) chooser_ = Chooser::store;
-    if (program != program_ || key != key_) {
+    const bool isChosen = program != program_ || key != key_;
+    if (isChosen) {
         bankFile_ = bank;
-        editsAtChoice_ = edits_;
         program_ = program;
         key_ = std::move(key);
     }
     if (chooser_ == Chooser::host && program_) followHost();
     if (chooser_ == Chooser::store) followStore(view);
-    shown_.isChanged = chooser_ != Chooser::nobody && edits_ != editsAtChoice_;
     shown_.loading.reset();
     if (view.sampleLoader.isLoading()) shown_.loading = view.sampleLoader.progress();
+    followEdits(view.edits, isChosen);
 }
 
 } // namespace zephyra

@@ -30,9 +30,6 @@ public:
 
     const PresetShown& shown() const noexcept { return shown_; }
 
-    /// How many edits were made so far; what it grew by since a preset was chosen is a change.
-    void setEdits(std::uint64_t edits) { edits_ = edits; }
-
     /// Behind the last one comes the first of the next bank. While the host's program plays, they
     /// step through the host's list, which is the factory's banks.
     void next() { step(1); }
@@ -53,14 +50,15 @@ private:
     void choose(int table, std::size_t row);
     void followStore(AudioUnitViewController& view);
     void followHost();
+    void followEdits(const EditHistory& edits, bool isChosen);
 
     ScreenContext& context_;
     PresetShown shown_;
     Chooser chooser_ = Chooser::nobody;
     std::string key_, bankFile_;         // of the preset that was chosen in the store
     std::optional<std::size_t> program_; // chosen by the host
-    std::uint64_t edits_ = 0, editsAtChoice_ = 0;
-    std::string awaitedBank_; // whose presets the menu waits for
+    std::uint64_t edits_ = 0;            // that were made when it stood as chosen
+    std::string awaitedBank_;            // whose presets the menu waits for
     bool menuIsDue_ = false;
 };
 
