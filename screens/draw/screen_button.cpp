@@ -53,6 +53,7 @@ ScreenButton::ScreenButton(ScreenContext& context, const std::string& title, std
 void ScreenButton::place(const Box& box, double scale) {
     scale_ = scale;
     setBounds(brush::rectangle(box));
+    setVisible(box.width > 0); // else the keyboard would find it
     repaint();
 }
 
@@ -187,7 +188,9 @@ bool ScreenButton::keyPressed(const juce::KeyPress& key) {
     return true;
 }
 
-void ScreenButton::focusGained(FocusChangeType) {
+/// A frame is for who walks by keys: a window that opens focuses its first button.
+void ScreenButton::focusGained(FocusChangeType cause) {
+    if (cause != focusChangedByTabKey) return;
     ButtonReach near = reach_;
     near.isFocused = true;
     reach(near);
@@ -195,6 +198,7 @@ void ScreenButton::focusGained(FocusChangeType) {
 }
 
 void ScreenButton::focusLost(FocusChangeType) {
+    if (!reach_.isFocused) return;
     ButtonReach away = reach_;
     away.isFocused = false;
     reach(away);

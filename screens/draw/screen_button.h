@@ -27,7 +27,7 @@ public:
     std::function<void()> pressed = {};            ///< after touched(inside)
     std::function<void()> menuAsked = {};          ///< a right click, or Shift and F10
 
-    /// Where it stands in its parent, pixels; scale: of a unit.
+    /// Where it stands in its parent, pixels; an empty box hides it. scale: of a unit.
     void place(const Box& box, double scale);
     void setIcon(Icon icon, double units = 18.0); ///< the sign's side
     /// A word instead, in letters so high, medium; pixels.

@@ -46,6 +46,9 @@ TopArea::TopArea(ScreenContext& context)
     locate_.pressed = [this] {
         if (this->context().locateSample) this->context().locateSample();
     };
+    // By the eye's order; else what is higher by a pixel would come first.
+    for (int i = 0; i < getNumChildComponents(); ++i)
+        getChildComponent(i)->setExplicitFocusOrder(i + 1);
     settings_.setFace({.isBare = true});
     settings_.pressed = [this] {
         if (this->context().openSettings) this->context().openSettings();
