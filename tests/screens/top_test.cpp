@@ -148,7 +148,8 @@ TEST(TopPreset, StepsThroughBanksByArrowsAndMenu) {
     const PresetShown last = window.presetLine.shown();
     EXPECT_EQ(last.name + " (" + last.bank + ")", window.programs().back().name);
 
-    std::vector<MenuRow> rows = window.presetLine.menu(); // banks alone
+    std::vector<MenuRow> rows = window.presetLine.menu(); // of the host's program
+    EXPECT_EQ(std::ranges::find(rows, true, &MenuRow::isTicked)->text, last.name);
     const auto find = [&](const std::string& text) {
         const auto row = std::ranges::find(rows, text, &MenuRow::text);
         ASSERT_NE(row, rows.end()) << text;

@@ -17,6 +17,13 @@ std::string withoutExtension(const std::string& file) {
     return dot == std::string::npos || dot == 0 ? file : file.substr(0, dot);
 }
 
+/// Of "Name (Bank)", as hosts are told.
+std::pair<std::string, std::string> nameAndBank(const std::string& program) {
+    const auto bracket = program.rfind(" (");
+    if (bracket == std::string::npos) return {program, {}};
+    return {program.substr(0, bracket), program.substr(bracket + 2, program.size() - bracket - 3)};
+}
+
 } // namespace
 
 std::string PresetShown::line() const {
@@ -55,33 +62,43 @@ void PresetLine::choose(int table, std::size_t row) {
 std::vector<MenuRow> PresetLine::menu() {
     std::vector<MenuRow> rows;
     context_.source.asMain([&](AudioUnitViewController& view) {
-        for (const int table : {Store::kPresetsTable, Store::kBanksTable}) {
-            const LibraryTable& from = view.presets.table(table);
-            if (from.sections.empty()) continue;
-            if (!rows.empty()) rows.push_back({});
-            const auto& listed = from.sections.front().rows;
-            for (std::size_t row = 0; row < listed.size(); ++row)
-                rows.push_back({.text = table == Store::kBanksTable
-                                            ? withoutExtension(listed[row].title)
-                                            : listed[row].title,
-                                .chosen = [this, table, row] { choose(table, row); },
-                                .isTicked = from.selected && from.selected->row == row});
-        }
+        addRows(view.presets.table(Store::kPresetsTable), Store::kPresetsTable, rows);
+        if (rows.empty() && chooser_ == Chooser::host) addPrograms(rows);
+        if (!rows.empty()) rows.push_back({});
+        addRows(view.presets.table(Store::kBanksTable), Store::kBanksTable, rows);
     });
     return rows;
+}
+
+void PresetLine::addRows(const LibraryTable& from, int table, std::vector<MenuRow>& rows) {
+    if (from.sections.empty()) return;
+    const auto& listed = from.sections.front().rows;
+    for (std::size_t row = 0; row < listed.size(); ++row)
+        rows.push_back({.text = table == Store::kBanksTable ? withoutExtension(listed[row].title)
+                                                            : listed[row].title,
+                        .chosen = [this, table, row] { choose(table, row); },
+                        .isTicked = from.selected && from.selected->row == row});
+}
+
+/// Those of the bank that the host's program is of.
+void PresetLine::addPrograms(std::vector<MenuRow>& rows) {
+    PluginInstance& plugin = context_.source.plugin();
+    const auto& programs = plugin.programs();
+    for (std::size_t i = 0; i < programs.size(); ++i)
+        if (const auto [name, bank] = nameAndBank(programs[i].name); bank == shown_.bank)
+            rows.push_back({.text = name,
+                            .chosen = [&plugin, i] { plugin.setProgram(i); },
+                            .isTicked = program_ == i});
 }
 
 bool PresetLine::takesMenu() {
     return std::exchange(menuIsDue_, false);
 }
 
-/// Of "Name (Bank)".
 void PresetLine::followHost() {
-    const std::string program = context_.source.plugin().programs()[*program_].name;
-    const auto bracket = program.rfind(" (");
-    shown_.name = program.substr(0, bracket);
-    if (bracket != std::string::npos)
-        shown_.bank = program.substr(bracket + 2, program.size() - bracket - 3);
+    const auto [name, bank] = nameAndBank(context_.source.plugin().programs()[*program_].name);
+    shown_.name = name;
+    shown_.bank = bank;
 }
 
 void PresetLine::followStore(AudioUnitViewController& view) {

@@ -48,6 +48,8 @@ private:
 
     void step(int by);
     void choose(int table, std::size_t row);
+    void addRows(const LibraryTable& from, int table, std::vector<MenuRow>& rows);
+    void addPrograms(std::vector<MenuRow>& rows);
     void followStore(AudioUnitViewController& view);
     void followHost();
     void followEdits(const EditHistory& edits, bool isChosen);
