@@ -2,7 +2,7 @@
 
 #include "hosting/plugin_names.h"
 #include "plugin/juce/make_processor.h"
-#include "plugin/juce/plain_editor.h"
+#include "plugin/juce/screen_editor.h"
 #include "plugin/juce/zephyra_parameter.h"
 
 #include <algorithm>
@@ -139,7 +139,7 @@ void ZephyraProcessor::setStateInformation(const void* state, int bytes) {
 }
 
 juce::AudioProcessorEditor* ZephyraProcessor::createEditor() {
-    return new PlainEditor(*this);
+    return new ScreenEditor(*this);
 }
 
 juce::AudioProcessor* makeEffect() {

@@ -43,10 +43,9 @@ public:
     void getStateInformation(juce::MemoryBlock& state) override;
     void setStateInformation(const void* state, int bytes) override;
 
-    /// What the next window begins with, as the last one left it. JUCE's message thread.
+    /// The size in pixels that the last window had; 0 before the first. JUCE's message thread.
     struct Window {
-        int width = 640, height = 720;
-        float zoom = 1.0f;
+        int width = 0, height = 0;
     } window;
 
 private:

@@ -121,7 +121,6 @@ void StandaloneProgram::save() {
 
 void StandaloneProgram::openWindow() {
     window_ = std::make_unique<Window>(processor_, *audio_, quit_);
-    window_->view().onOpen = [this](const std::filesystem::path& file) { open(file); };
     window_->view().onTold = [this] { settings_.setValue(kToldKey, PropertyValue(true)); };
     if (const auto position = setting(kWindowKey); !position.empty())
         window_->restoreWindowStateFromString(position);

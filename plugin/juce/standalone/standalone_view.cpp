@@ -7,7 +7,6 @@ namespace zephyra {
 namespace {
 
 constexpr int kRow = 28, kGap = 4, kKeys = 64; // pixels
-constexpr int kWidth = 760, kHeight = 720;
 
 juce::String shown(const std::string& text) {
     return juce::String::fromUTF8(text.c_str());
@@ -16,31 +15,17 @@ juce::String shown(const std::string& text) {
 } // namespace
 
 StandaloneView::StandaloneView(ZephyraProcessor& processor, StandaloneAudio& audio)
-    : processor_(processor), audio_(audio), editor_(processor.createEditorIfNeeded()) {
-    QuickPresetsManager& presets = processor_.plugin().system().view.presets;
-    RunLoop& main = processor_.plugin().system().instance.runLoop;
-    addButton(play_, [this] { toggle(ControlId::playStop); });
-    addButton(live_, [this] { toggle(ControlId::live); });
-    addButton(previous_, [&main, &presets] {
-        const RunLoop::Scope scope(main);
-        presets.previousSnap();
-    });
-    addButton(next_, [&main, &presets] {
-        const RunLoop::Scope scope(main);
-        presets.nextSnap();
-    });
+    : audio_(audio), editor_(processor.createEditorIfNeeded()) {
     addButton(devices_, [this] { audio_.showSettings(*this); });
     addButton(told_, [this] { onTold(); });
-    previous_.setTooltip("The preset before");
-    next_.setTooltip("The next preset");
     for (juce::Label* const label : {&notice_, &status_}) addAndMakeVisible(*label);
     notice_.setColour(juce::Label::textColourId, juce::Colours::orange);
     addAndMakeVisible(*editor_);
     addAndMakeVisible(keyboard_);
     keyboard_.setLowestVisibleKey(36);
     keys_.addListener(this);
-    setWantsKeyboardFocus(true);
-    setSize(kWidth, kHeight);
+    keyboard_.setWantsKeyboardFocus(false); // letters are the screen's
+    setSize(editor_->getWidth(), editor_->getHeight() + kKeys + kRow);
 }
 
 StandaloneView::~StandaloneView() {
@@ -54,23 +39,11 @@ void StandaloneView::addButton(juce::TextButton& button, std::function<void()> c
     addAndMakeVisible(button);
 }
 
-// --- What is played ---
-
-bool StandaloneView::isLit(ControlId id) const {
-    return processor_.plugin().parameter(static_cast<AUParameterAddress>(id)) > 0.5f;
-}
-
-void StandaloneView::toggle(ControlId id) {
-    processor_.plugin().setParameter(static_cast<AUParameterAddress>(id), isLit(id) ? 0.0f : 1.0f);
-}
-
 void StandaloneView::refresh(const LiveNotice& notice) {
-    play_.setToggleState(isLit(ControlId::playStop), juce::dontSendNotification);
-    play_.setButtonText(isLit(ControlId::playStop) ? "Stop" : "Play");
-    live_.setToggleState(isLit(ControlId::live), juce::dontSendNotification);
     notice_.setText(shown(notice.line), juce::dontSendNotification);
-    if (told_.isVisible() != notice.asks) {
-        told_.setVisible(notice.asks);
+    told_.setVisible(notice.asks);
+    if (isTold_ != notice.line.empty()) {
+        isTold_ = notice.line.empty();
         resized();
     }
     const auto& midi = audio_.midi().names();
@@ -83,17 +56,7 @@ void StandaloneView::say(const std::string& line) {
     said_ = line;
 }
 
-void StandaloneView::filesDropped(const juce::StringArray& files, int, int) {
-    for (const auto& file : files) onOpen(file.toStdString());
-}
-
 // --- Keys ---
-
-bool StandaloneView::keyPressed(const juce::KeyPress& key) {
-    if (key != juce::KeyPress::spaceKey) return false;
-    toggle(ControlId::playStop);
-    return true;
-}
 
 void StandaloneView::handleNoteOn(juce::MidiKeyboardState*, int channel, int note, float velocity) {
     audio_.player().pushMidi(juce::MidiMessage::noteOn(channel, note, velocity));
@@ -110,19 +73,15 @@ void StandaloneView::paint(juce::Graphics& graphics) {
 }
 
 void StandaloneView::resized() {
-    auto area = getLocalBounds().reduced(kGap);
-    auto top = area.removeFromTop(kRow);
-    for (auto* const button : {&play_, &live_})
-        button->setBounds(top.removeFromLeft(72).withTrimmedRight(kGap));
-    for (auto* const button : {&previous_, &next_})
-        button->setBounds(top.removeFromLeft(36).withTrimmedRight(kGap));
-    devices_.setBounds(top.removeFromRight(84));
-    status_.setBounds(area.removeFromBottom(kRow));
-    auto notice = area.removeFromBottom(kRow);
-    if (told_.isVisible()) told_.setBounds(notice.removeFromRight(84));
-    notice_.setBounds(notice);
+    auto area = getLocalBounds();
+    auto status = area.removeFromBottom(kRow);
+    devices_.setBounds(status.removeFromRight(84).reduced(kGap));
+    if (told_.isVisible()) told_.setBounds(status.removeFromRight(84).reduced(kGap));
+    notice_.setBounds(
+        status.removeFromRight(notice_.getText().isEmpty() ? 0 : status.getWidth() / 2));
+    status_.setBounds(status);
     keyboard_.setBounds(area.removeFromBottom(kKeys));
-    editor_->setBounds(area.reduced(0, kGap));
+    editor_->setBounds(area);
 }
 
 } // namespace zephyra

@@ -1,0 +1,37 @@
+// ScreenEditor: the window's content as JUCE's hosts ask for it.
+#pragma once
+
+#include "plugin/juce/zephyra_processor.h"
+#include "screens/zephyra_screen.h"
+
+#include <juce_audio_processors/juce_audio_processors.h>
+
+#include <memory>
+
+namespace zephyra {
+
+/// Made on any thread, also without a display: some hosts make one only to ask whether there is
+/// one. Its screen comes with the window that it is shown in; everything then is JUCE's message
+/// thread.
+class ScreenEditor final : public juce::AudioProcessorEditor {
+public:
+    explicit ScreenEditor(ZephyraProcessor& shell);
+    ~ScreenEditor() override;
+
+    void paint(juce::Graphics& graphics) override;
+    void resized() override;
+    void parentHierarchyChanged() override;
+
+    /// Null until it is shown.
+    ZephyraScreen* screen() noexcept { return screen_.get(); }
+
+private:
+    void show();
+    void followZoom();
+
+    ZephyraProcessor& shell_;
+    double zoom_ = 1.0;
+    std::unique_ptr<ZephyraScreen> screen_;
+};
+
+} // namespace zephyra
