@@ -113,9 +113,8 @@ void KnobHand::endRange() {
 }
 
 void KnobHand::lock(ControlId id, bool on) {
-    context_.source.asMain([&](AudioUnitViewController& view) {
-        if (MOK_KNOB* const knob = knobOf(view, id)) knob->isRandomizable = !on;
-    });
+    context_.source.asMain(
+        [id, on](AudioUnitViewController& view) { view.locks.setLocked(id, on); });
 }
 
 } // namespace zephyra

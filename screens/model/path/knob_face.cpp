@@ -89,7 +89,7 @@ KnobFace KnobMemory::read(AudioUnitViewController& view, ControlId id, double no
             .drives = bond.drives,
             .isLearning = view.midiManager.learning() == view.control(id),
             .isOff = isOff(controls, id),
-            .isLocked = !knob->isRandomizable,
+            .isLocked = view.locks.isLocked(id),
             .isHeld = knob->isTracking()};
 }
 

@@ -24,7 +24,7 @@ Shown shownOf(AudioUnitViewController& view, ControlId id) {
             .resetsTo = knobText(range, knob->defaultValue()).whole(),
             .type = view.assignments.typeOf(*knob),
             .isLearning = view.midiManager.learning() == knob,
-            .isLocked = !knob->isRandomizable,
+            .isLocked = view.locks.isLocked(id),
             .hasTilt = view._GRANULATOR_STREAM.instance().accelerometer.isPresent()};
 }
 
