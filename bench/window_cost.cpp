@@ -17,6 +17,7 @@ namespace {
 
 constexpr double kRate = 48000.0;
 constexpr std::uint32_t kBlock = 480;
+constexpr double kSettles = 2.0; // seconds
 
 /// Blocks in real time, as a host's thread asks for them.
 class Playing {
@@ -56,21 +57,28 @@ struct Later final : juce::Timer {
     std::function<void()> action_;
 };
 
-void measure(const char* what, ZephyraScreen& screen, double seconds) {
-    double begin = 0.0;
-    std::uint64_t paints = 0;
-    const Later settled(2.0, [&] {
-        begin = threadNanoseconds();
-        paints = screen.paints();
-    });
-    const Later done(2.0 + seconds, [&] {
-        std::printf("%s: %.1f paints a second, %.1f %% of a core\n", what,
-                    static_cast<double>(screen.paints() - paints) / seconds,
-                    (threadNanoseconds() - begin) / seconds * 1e-7);
-        juce::MessageManager::getInstance()->stopDispatchLoop();
-    });
-    juce::MessageManager::getInstance()->runDispatchLoop();
-}
+/// From a moment on, for so many seconds; then tells, and calls next.
+class Measure {
+public:
+    Measure(const char* what, ZephyraScreen& screen, double from, double seconds,
+            std::function<void()> next)
+        : begins_(from,
+                  [this, &screen] {
+                      begin_ = threadNanoseconds();
+                      paints_ = screen.paints();
+                  }),
+          ends_(from + seconds, [this, what, &screen, seconds, next] {
+              std::printf("%s: %.1f paints a second, %.1f %% of a core\n", what,
+                          static_cast<double>(screen.paints() - paints_) / seconds,
+                          (threadNanoseconds() - begin_) / seconds * 1e-7);
+              next();
+          }) {}
+
+private:
+    double begin_ = 0.0;
+    std::uint64_t paints_ = 0;
+    Later begins_, ends_;
+};
 
 void setGrains(PluginInstance& plugin) {
     const RunLoop::Scope main(plugin.system().instance.runLoop);
@@ -95,9 +103,12 @@ int run(int width, int height, double seconds) {
     window.setContentOwned(screen, true);
     window.setTopLeftPosition(0, 0);
     window.setVisible(true);
-    measure("stopped", *screen, seconds);
-    plugin.setParameter(static_cast<AUParameterAddress>(ControlId::playStop), 1.0f);
-    measure("playing", *screen, seconds);
+    const Measure stopped("stopped", *screen, kSettles, seconds, [&plugin] {
+        plugin.setParameter(static_cast<AUParameterAddress>(ControlId::playStop), 1.0f);
+    });
+    const Measure played("playing", *screen, 2.0 * kSettles + seconds, seconds,
+                         [] { juce::MessageManager::getInstance()->stopDispatchLoop(); });
+    juce::MessageManager::getInstance()->runDispatchLoop();
     return 0;
 }
 

@@ -115,11 +115,13 @@ GrainBar placeBar(const StageScene& scene, const ShownGrain& grain, double shift
 
     const double around = scene.units(scene.reducedMotion ? kOutline : kHalo) + 1.0;
     double top = bar.axis - bar.above - around, bottom = bar.axis + bar.below + around;
-    const int column = static_cast<int>(scene.x(grain.head + shift));
-    if (column >= 0 && column < static_cast<int>(extents.size())) {
-        top = std::min(top, double{extents[static_cast<std::size_t>(column)].top} - around);
-        bottom =
-            std::max(bottom, double{extents[static_cast<std::size_t>(column)].bottom} + around);
+    const double stripe = scene.units(kStripe);
+    const int first = std::max(0, static_cast<int>(bar.head - stripe));
+    const int last =
+        std::min(static_cast<int>(extents.size()) - 1, static_cast<int>(bar.head + stripe) + 1);
+    for (int column = first; column <= last; ++column) { // what it lights
+        top = std::min(top, double{extents[static_cast<std::size_t>(column)].top} - 1.0);
+        bottom = std::max(bottom, double{extents[static_cast<std::size_t>(column)].bottom} + 1.0);
     }
     const int x = static_cast<int>(std::floor(bar.left - around));
     const int y = static_cast<int>(std::floor(top));

@@ -11,6 +11,7 @@ namespace zephyra {
 namespace {
 
 constexpr double kTailUnits = 56;  // of the trail on the region's bar
+constexpr double kMostLabel = 120; // units, that the flag covers and uncovers
 constexpr double kFlagPadding = 8; // units at each side of its text
 constexpr double kLabelGap = 6, kNumberGap = 16;
 
@@ -28,7 +29,7 @@ int widthOf(const juce::Font& font, const juce::String& text) {
 
 // The smallest time that a few pixels tell apart.
 double finest(const StageScene& scene) {
-    return 3.0 * scene.contents.seconds * scene.view.span() / std::max(1, scene.width());
+    return 4.0 * scene.contents.seconds * scene.view.span() / std::max(1, scene.width());
 }
 
 juce::String edgeText(const StageScene& scene, bool isStart) {
@@ -99,7 +100,7 @@ juce::Rectangle<int> Ruler::follow(const StageScene& scene) {
     if (!(now == shown_)) changed = brush::rectangle(now.strip);
     const bool fades = scene.trail.size() > 0 && !scene.reducedMotion;
     if (!(flag == flag_) || fades) {
-        const int tail = scene.px(kTailUnits);
+        const int tail = scene.px(std::max(kTailUnits, kMostLabel));
         for (const Flag* const one : {&flag, &std::as_const(flag_)})
             if (one->box.width > 0)
                 changed = changed.isEmpty()

@@ -10,7 +10,8 @@ namespace zephyra {
 namespace {
 
 constexpr double kBuildSeconds = 0.003; // of a frame, for a sound that is long
-constexpr double kLaneShare = 1.03;     // of the axis, up to which bars are stacked
+constexpr std::size_t kMostUnpainted = 24;
+constexpr double kLaneShare = 1.03; // of the axis, up to which bars are stacked
 
 } // namespace
 
@@ -124,7 +125,10 @@ void StageArea::frame(const FrameTime& time) {
         drawGround();
     else if (scrolls)
         scrollGround();
-    for (const Box& box : canvas_.compose(scene_, reader_.grains())) repaintBox(box);
+    for (const Box& box : canvas_.compose(scene_, reader_.grains())) {
+        if (unpainted_.size() < kMostUnpainted) unpainted_.push_back(box);
+        repaintBox(box);
+    }
     for (const Box& box : overlay_.follow(scene_, hands_)) repaintBox(box);
     const auto ruler = ruler_.follow(scene_);
     if (!ruler.isEmpty()) repaint(ruler);
@@ -132,11 +136,29 @@ void StageArea::frame(const FrameTime& time) {
     missing_.show(scene_.contents.missing, scene_.layout);
 }
 
+/// One blit for each rectangle that moved: a picture drawn through many is worked through whole.
+void StageArea::paintStage(juce::Graphics& graphics) {
+    const auto blit = [&](const juce::Rectangle<int>& box) {
+        graphics.drawImageAt(canvas_.picture().getClippedImage(box), box.getX(), box.getY());
+    };
+    {
+        const juce::Graphics::ScopedSaveState rest(graphics);
+        for (const Box& box : unpainted_) graphics.excludeClipRegion(brush::rectangle(box));
+        const auto left =
+            graphics.getClipBounds().getIntersection({0, 0, scene_.width(), scene_.height()});
+        if (!graphics.isClipEmpty() && !left.isEmpty()) blit(left); // it was covered, or is new
+    }
+    for (const Box& box : unpainted_) {
+        const juce::Graphics::ScopedSaveState one(graphics);
+        if (graphics.reduceClipRegion(brush::rectangle(box))) blit(brush::rectangle(box));
+    }
+    unpainted_.clear();
+}
+
 void StageArea::paint(juce::Graphics& graphics) {
     const auto clip = graphics.getClipBounds();
-    const auto stage = clip.getIntersection({0, 0, scene_.width(), scene_.height()});
-    if (!stage.isEmpty()) {
-        graphics.drawImageAt(canvas_.picture().getClippedImage(stage), stage.getX(), stage.getY());
+    if (clip.getY() < scene_.height()) {
+        paintStage(graphics);
         overlay_.paint(graphics, scene_, hasKeyboardFocus(false));
     }
     if (clip.getBottom() > scene_.height()) ruler_.paint(graphics, scene_);

@@ -8,7 +8,7 @@ namespace zephyra {
 
 namespace {
 
-constexpr double kCellWidth = 48, kCellHeight = 24; // units
+constexpr double kCellWidth = 32, kCellHeight = 16; // units
 constexpr double kRail = 4, kRailLight = 5;         // units
 constexpr int kFadeSteps = 20;
 constexpr std::uint64_t kScanItem = 1ull << 62, kBandItem = kScanItem + 1,

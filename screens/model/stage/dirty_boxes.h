@@ -13,7 +13,7 @@ namespace zephyra {
 /// Message thread.
 class DirtyBoxes {
 public:
-    static constexpr std::size_t kMost = 12;
+    static constexpr std::size_t kMost = 16;
 
     /// Cells of so many pixels; forgets what was gathered.
     void setArea(int width, int height, int cellWidth, int cellHeight);
