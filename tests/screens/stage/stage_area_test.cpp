@@ -11,30 +11,45 @@ bool dispatchNextMessageOnSystemQueue(bool returnIfNoPendingMessages);
 namespace zephyra {
 namespace {
 
-/// Counts what a component wants to have painted.
-class Wanted final : public juce::CachedComponentImage {
+/// What a component wants to have painted, as its window hears it.
+struct Wanted {
+    juce::RectangleList<int> boxes; ///< since they were taken last
+    int count = 0;
+};
+
+class Listening final : public juce::CachedComponentImage {
 public:
-    explicit Wanted(int& count) : count_(count) {}
+    explicit Listening(Wanted& wanted) : wanted_(wanted) {}
     void paint(juce::Graphics&) override {}
-    bool invalidateAll() override { return ++count_, true; }
-    bool invalidate(const juce::Rectangle<int>&) override { return ++count_, true; }
+    bool invalidateAll() override { return invalidate({0, 0, 10000, 10000}); }
+    bool invalidate(const juce::Rectangle<int>& box) override {
+        wanted_.boxes.add(box);
+        ++wanted_.count;
+        return true;
+    }
     void releaseResources() override {}
 
 private:
-    int& count_;
+    Wanted& wanted_;
 };
+
+/// Letters that are cut by a clip may differ in a colour's last bit.
+bool isOther(const juce::Colour& a, const juce::Colour& b) {
+    return std::abs(a.getRed() - b.getRed()) > 2 || std::abs(a.getGreen() - b.getGreen()) > 2 ||
+           std::abs(a.getBlue() - b.getBlue()) > 2;
+}
 
 struct PaintedStage : testing::Test {
     explicit PaintedStage(PluginKind kind = PluginKind::instrument) : plugin(kind) {
         area.setVisible(true);
         area.layOut(layout);
         frames(3);
-        area.setCachedComponentImage(new Wanted(wanted)); // owned by the area
+        area.setCachedComponentImage(new Listening(wanted)); // owned by the area
     }
 
     /// So many frames, and what they wanted to be painted.
     int frames(int count, bool renders = true) {
-        const int before = wanted;
+        const int before = wanted.count;
         for (int i = 0; i < count; ++i) {
             if (renders) plugin.render(i % 3 == 0 ? 1 : 2);
             time.elapsed = 1.0 / 60.0;
@@ -42,7 +57,7 @@ struct PaintedStage : testing::Test {
             source.readFrame(time);
             area.frame(time);
         }
-        return wanted - before;
+        return wanted.count - before;
     }
     void play() {
         plugin.set(ControlId::playStop, 1.0f);
@@ -54,6 +69,12 @@ struct PaintedStage : testing::Test {
         juce::Graphics graphics(image);
         area.paintEntireComponent(graphics, true);
         return image;
+    }
+    /// Paints over image what was wanted since, as a window does.
+    void paintWanted(juce::Image& image) {
+        juce::Graphics graphics(image);
+        if (graphics.reduceClipRegion(std::exchange(wanted.boxes, {})))
+            area.paintEntireComponent(graphics, true);
     }
     /// Pixels of a column that are nearly of this colour.
     int count(int x, Color colour) {
@@ -75,7 +96,7 @@ struct PaintedStage : testing::Test {
     ScreenSource source{plugin};
     ScreenContext context{.source = source};
     ScreenLayout layout = layOut(1100, 700, 1.0);
-    int wanted = 0;
+    Wanted wanted;
     StageArea area{context};
     FrameTime time;
 };
@@ -103,20 +124,28 @@ TEST_F(PaintedStage, AFrozenScanIsWhite) {
     EXPECT_EQ(count(scanColumn(), palette::kAccent), 0);
 }
 
-TEST_F(PaintedStage, ComposesWhatMovedAsItComposesAll) {
+TEST_F(PaintedStage, PaintsWhatMovedAsItPaintsAll) {
+    source.asMain([this](AudioUnitViewController&) { // the flag meets every label of the ruler
+        plugin.system().stream().setDisplayed(ControlId::scanning, 4.0f);
+    });
     play();
-    for (int i = 0; i < 20; ++i) {
-        frames(7);
-        const juce::Image partly = picture();
+    juce::Image screen = picture();
+    for (int i = 0; i < 25; ++i) {
+        for (int k = 0; k < 7; ++k) {
+            frames(1);
+            paintWanted(screen);
+        }
         area.layOut(layout); // all is drawn anew
         time.elapsed = 0.0;
         area.frame(time);
-        const juce::Image wholly = picture();
+        wanted.boxes.clear();
+        const juce::Image all = picture();
         int differ = 0;
-        for (int y = 0; y < layout.stage.height; ++y)
-            for (int x = 0; x < layout.stage.width; ++x)
-                differ += partly.getPixelAt(x, y) != wholly.getPixelAt(x, y);
+        for (int y = 0; y < all.getHeight(); ++y)
+            for (int x = 0; x < all.getWidth(); ++x)
+                differ += isOther(screen.getPixelAt(x, y), all.getPixelAt(x, y));
         EXPECT_EQ(differ, 0) << i;
+        screen = all;
     }
 }
 
