@@ -1,4 +1,4 @@
-// live_plugins: the instances that this library has made and not yet destroyed.
+// livePlugin and its kin: the instances that this library has made and not yet destroyed.
 #pragma once
 
 #include <lv2/core/lv2.h>

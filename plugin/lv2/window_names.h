@@ -1,4 +1,4 @@
-// window_names: what the LV2 window is known by.
+// kLv2WindowUri, kLv2WindowLibrary: what the LV2 window is known by.
 #pragma once
 
 namespace zephyra {

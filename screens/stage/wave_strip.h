@@ -1,4 +1,4 @@
-// WaveStrip: how high each column of the sound stands on the stage.
+// WaveExtent: how high each column of the sound stands on the stage.
 #pragma once
 
 #include "screens/model/stage/wave_pyramid.h"

@@ -1,4 +1,4 @@
-// MeterScale: where levels stand in the meter, and all of its boxes.
+// MeterBoxes and their kin: where levels stand in the meter, and all of its boxes.
 #pragma once
 
 #include "screens/model/level_meter.h"

@@ -1,4 +1,4 @@
-// PathPlaces: where everything of the path stands, in pixels of its own area.
+// CellPlace, SectionPlace: where everything of the path stands, in pixels of its own area.
 #pragma once
 
 #include "screens/model/path/path_table.h"

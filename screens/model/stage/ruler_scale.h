@@ -1,4 +1,4 @@
-// RulerScale: the times below the stage, and how times are written on it.
+// rulerTicks, timeText: the times below the stage, and how times are written on it.
 #pragma once
 
 #include <string>

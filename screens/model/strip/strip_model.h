@@ -1,4 +1,4 @@
-// StripModel: spectrum and scope of a window, each while it is switched on.
+// SpectrumModel, ScopeModel: spectrum and scope of a window, each while it is switched on.
 #pragma once
 
 #include "screens/model/live_spectrum.h"

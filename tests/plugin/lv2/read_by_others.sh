@@ -26,4 +26,9 @@ for plugin in urn:zephyra:effect urn:zephyra:instrument; do
     [[ ! -s $folder/complaints ]] || { cat "$folder/complaints"; exit 1; }
     [[ $(grep -c "Symbol:" "$folder/info") -ge 29 && $(grep -c "(Pulse Garden)" "$folder/info") == 12 ]]
 done
-[[ $(nm -D --defined-only "$bundle/zephyra.so" | awk '{ print $3 }') == lv2_descriptor ]]
+# The plug-ins' library shows its entry and what the window's beside it works with, that one its entry.
+[[ $(nm -D --defined-only "$bundle/zephyra.so" | awk '$3 !~ /^_Z(T[VIS]|Thn[0-9]+_)?NK?7zephyra/ { print $3 }') == lv2_descriptor ]]
+if [[ -e $bundle/zephyra_window.so ]]; then
+    [[ $(nm -D --defined-only "$bundle/zephyra_window.so" | awk '{ print $3 }') == lv2ui_descriptor ]]
+    lv2info urn:zephyra:effect | grep -q "urn:zephyra:window"
+fi
