@@ -9,13 +9,6 @@ namespace zephyra {
 
 namespace {
 
-ShownAlert shownAlert(const Alert& alert) {
-    ShownAlert shown{.title = alert.title, .message = alert.message, .buttons = {}, .typed = {}};
-    for (const AlertAction& action : alert.actions) shown.buttons.push_back(action.title);
-    if (alert.textField) shown.typed = alert.textField->text;
-    return shown;
-}
-
 template <typename Table>
 ShownList shownList(const Table& table) {
     ShownList shown;
@@ -31,6 +24,13 @@ bool isBank(const std::filesystem::path& file) {
 }
 
 } // namespace
+
+ShownAlert shownAlert(const Alert& alert) {
+    ShownAlert shown{.title = alert.title, .message = alert.message, .buttons = {}, .typed = {}};
+    for (const AlertAction& action : alert.actions) shown.buttons.push_back(action.title);
+    if (alert.textField) shown.typed = alert.textField->text;
+    return shown;
+}
 
 WindowContents WindowModel::contents() {
     HostedInstance& system = plugin_.system();

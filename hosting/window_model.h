@@ -1,4 +1,4 @@
-// WindowModel: what a plain window shows of an instance, and what a player does in it.
+// WindowModel: what a window shows of an instance, and what a player does in it.
 #pragma once
 
 #include <cstddef>
@@ -11,6 +11,7 @@
 namespace zephyra {
 
 class PluginInstance;
+struct Alert;
 
 /// An alert as far as a line with buttons shows it.
 struct ShownAlert {
@@ -20,6 +21,9 @@ struct ShownAlert {
 
     bool operator==(const ShownAlert&) const = default;
 };
+
+/// What is shown of one.
+ShownAlert shownAlert(const Alert& alert);
 
 /// Rows to choose from.
 struct ShownList {

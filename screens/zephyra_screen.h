@@ -8,6 +8,7 @@
 #include "screens/stage/stage_area.h"
 #include "screens/strip/strip_area.h"
 #include "screens/top/top_area.h"
+#include "screens/window_services.h"
 
 #include <array>
 #include <cstdint>
@@ -16,7 +17,7 @@
 namespace zephyra {
 
 /// Fills what it is put into; areas tile it. Message thread; the instance outlives it.
-class ZephyraScreen final : public juce::Component {
+class ZephyraScreen final : public juce::Component, public juce::FileDragAndDropTarget {
 public:
     explicit ZephyraScreen(PluginInstance& plugin, const ScreenSettings& settings = {});
     ~ZephyraScreen() override;
@@ -31,6 +32,9 @@ public:
     void resized() override;
     void paint(juce::Graphics& graphics) override;
     void paintOverChildren(juce::Graphics& graphics) override;
+    bool keyPressed(const juce::KeyPress& key) override { return services_.perform(key); }
+    bool isInterestedInFileDrag(const juce::StringArray&) override { return true; }
+    void filesDropped(const juce::StringArray& files, int, int) override { services_.load(files); }
 
     /// How often anything of it was painted.
     std::uint64_t paints() const noexcept { return paints_; }
@@ -45,7 +49,7 @@ private:
 
     ScreenSource source_;
     ScreenContext context_;
-    int openEdits_ = 0; // that hands of this window began
+    WindowServices services_{*this, context_};
     ScreenLayout layout_;
     TopArea top_{context_};
     StageArea stage_{context_};

@@ -2,7 +2,7 @@
 
 #include "screens/desktop/x11_display.h"
 #include "screens/draw/brush.h"
-#include "screens/model/screen_settings_store.h"
+#include "screens/remembered_screen.h"
 
 #include <utility>
 
@@ -12,12 +12,6 @@ namespace {
 
 constexpr int kMost = 8192; // pixels
 
-ScreenSettings settingsOf(PluginInstance& plugin) {
-    Instance& instance = plugin.system().instance;
-    const RunLoop::Scope main(instance.runLoop);
-    return ScreenSettingsStore(instance.defaults).read();
-}
-
 int pixels(int units, double zoom) {
     return juce::roundToInt(units * zoom);
 }
@@ -25,7 +19,7 @@ int pixels(int units, double zoom) {
 } // namespace
 
 ScreenEditor::ScreenEditor(ZephyraProcessor& shell)
-    : AudioProcessorEditor(shell), shell_(shell), zoom_(settingsOf(shell.plugin()).zoom) {
+    : AudioProcessorEditor(shell), shell_(shell), zoom_(rememberedSettings(shell.plugin()).zoom) {
     setOpaque(true);
     setResizable(true, false);
     const auto [width, height] = std::pair(shell.window.width, shell.window.height);
@@ -46,7 +40,7 @@ void ScreenEditor::parentHierarchyChanged() {
 
 void ScreenEditor::show() {
     x11::dropOwnErrors();
-    screen_ = std::make_unique<ZephyraScreen>(shell_.plugin(), settingsOf(shell_.plugin()));
+    screen_ = makeRememberedScreen(shell_.plugin());
     ScreenContext& context = screen_->context();
     context.settingsChanged = [this, before = std::move(context.settingsChanged)] {
         before();

@@ -6,10 +6,10 @@
 
 namespace zephyra {
 
-/// One dictionary under "Screen". MAIN.
+/// One dictionary under "Screen". One thread at a time.
 class ScreenSettingsStore {
 public:
-    /// defaults: the instance's; outlives this.
+    /// defaults outlives this.
     explicit ScreenSettingsStore(UserDefaults& defaults) : defaults_(defaults) {}
 
     /// A value that is missing, of the wrong type or out of its range falls back to its default,

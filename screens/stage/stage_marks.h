@@ -1,4 +1,5 @@
-// drawGrid and its kin: the grid of time and pitch on the stage, its names, and what is outside the region.
+// drawGrid and its kin: the grid of time and pitch on the stage, its names, and what is outside the
+// region.
 #pragma once
 
 #include "screens/stage/pixels.h"

@@ -54,7 +54,8 @@ std::string windowTurtle() {
     return TurtleNode(turtleIri(kLv2WindowUri))
         .add("a", "ui:X11UI")
         .add("lv2:binary", turtleIri(kLv2WindowLibrary))
-        .add("lv2:requiredFeature", "ui:idleInterface , ui:parent , <http://lv2plug.in/ns/ext/instance-access>")
+        .add("lv2:requiredFeature",
+             "ui:idleInterface , ui:parent , <http://lv2plug.in/ns/ext/instance-access>")
         .add("lv2:optionalFeature", "ui:resize , ui:touch")
         .add("lv2:extensionData", "ui:idleInterface , ui:resize")
         .text();

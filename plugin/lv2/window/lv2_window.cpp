@@ -1,6 +1,6 @@
 #include "plugin/lv2/window/lv2_window.h"
 
-#include "screens/zephyra_screen.h"
+#include "screens/remembered_screen.h"
 
 #include <utility>
 
@@ -8,18 +8,20 @@ namespace zephyra {
 
 class Lv2Window::Content final : public juce::Component {
 public:
-    Content(PluginInstance& plugin, void* parent) : screen_(plugin) {
+    Content(PluginInstance& plugin, void* parent) : screen_(makeRememberedScreen(plugin)) {
         setOpaque(true);
-        setSize(screen_.getWidth(), screen_.getHeight());
-        addAndMakeVisible(screen_);
+        const double zoom = screen_->settings().zoom;
+        setSize(juce::roundToInt(ScreenLayout::kStartWidth * zoom),
+                juce::roundToInt(ScreenLayout::kStartHeight * zoom));
+        addAndMakeVisible(*screen_);
         addToDesktop(0, parent);
         setVisible(true);
     }
 
-    void resized() override { screen_.setBounds(getLocalBounds()); }
+    void resized() override { screen_->setBounds(getLocalBounds()); }
 
 private:
-    ZephyraScreen screen_;
+    std::unique_ptr<ZephyraScreen> screen_;
 };
 
 Lv2Window::Lv2Window(Lv2Plugin& plugin, const Host& host, std::shared_ptr<MessageThread> thread)

@@ -30,5 +30,5 @@ done
 [[ $(nm -D --defined-only "$bundle/zephyra.so" | awk '$3 !~ /^_Z(T[VIS]|Thn[0-9]+_)?NK?7zephyra/ { print $3 }') == lv2_descriptor ]]
 if [[ -e $bundle/zephyra_window.so ]]; then
     [[ $(nm -D --defined-only "$bundle/zephyra_window.so" | awk '{ print $3 }') == lv2ui_descriptor ]]
-    lv2info urn:zephyra:effect | grep -q "urn:zephyra:window"
+    grep -q "urn:zephyra:window" "$folder/info"
 fi

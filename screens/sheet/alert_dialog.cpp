@@ -1,0 +1,137 @@
+#include "screens/sheet/alert_dialog.h"
+
+#include "screens/draw/brush.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zephyra {
+
+namespace {
+
+constexpr int kWidth = 480, kMargin = 24, kGap = 16, kField = 32, kButton = 36; // units
+constexpr double kTitleText = 18.0, kMessageText = 14.0, kButtonText = 13.0;
+constexpr float kDimmed = 0.6f; // of what is below
+
+} // namespace
+
+AlertDialog::AlertDialog(ScreenContext& context, const ShownAlert& alert,
+                         const std::vector<bool>& destroys, Answered answered)
+    : alert_(alert), destroys_(destroys), answered_(std::move(answered)) {
+    setTitle(brush::text(alert.title));
+    setDescription(brush::text(alert.message));
+    setWantsKeyboardFocus(true);
+    setFocusContainerType(FocusContainerType::keyboardFocusContainer);
+    if (alert_.typed) {
+        field_.setText(brush::text(*alert_.typed), juce::dontSendNotification);
+        field_.setTitle(brush::text(alert.title));
+        field_.setColour(juce::TextEditor::backgroundColourId, brush::colour(palette::kGround));
+        field_.setColour(juce::TextEditor::textColourId, brush::colour(palette::kBright));
+        field_.setColour(juce::TextEditor::outlineColourId, brush::colour(palette::kTrack));
+        field_.setColour(juce::TextEditor::focusedOutlineColourId, brush::colour(palette::kBright));
+        field_.setColour(juce::CaretComponent::caretColourId, brush::colour(palette::kAccent));
+        field_.onReturnKey = [this] { answer(safeButton(true)); };
+        field_.onEscapeKey = [this] { answer(safeButton(false)); };
+        addAndMakeVisible(field_);
+    }
+    for (std::size_t i = 0; i < alert_.buttons.size(); ++i) {
+        const bool isDestructive = i < destroys_.size() && destroys_[i];
+        auto button = std::make_unique<ScreenButton>(context, alert_.buttons[i], "");
+        button->setFace({.light = isDestructive ? ButtonLight::alive : ButtonLight::off});
+        button->setSurface(palette::kStage);
+        button->pressed = [this, i] { answer(i); };
+        addAndMakeVisible(*button);
+        buttons_.push_back(std::move(button));
+    }
+}
+
+std::size_t AlertDialog::safeButton(bool last) const {
+    const std::size_t count = buttons_.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t place = last ? count - 1 - i : i;
+        if (place >= destroys_.size() || !destroys_[place]) return place;
+    }
+    return count; // none: the alert waits for a click
+}
+
+void AlertDialog::answer(std::size_t button) {
+    if (button < buttons_.size())
+        answered_(button, alert_.typed ? field_.getText().toStdString() : std::string());
+}
+
+bool AlertDialog::keyPressed(const juce::KeyPress& key) {
+    if (key == juce::KeyPress::returnKey) answer(safeButton(true));
+    if (key == juce::KeyPress::escapeKey) answer(safeButton(false));
+    return true; // what is below hears nothing
+}
+
+void AlertDialog::parentHierarchyChanged() {
+    if (!isShowing()) return;
+    if (alert_.typed) {
+        field_.grabKeyboardFocus();
+        field_.selectAll();
+    } else {
+        grabKeyboardFocus();
+    }
+}
+
+int AlertDialog::textHeight(const juce::String& text, const juce::Font& font, int width) const {
+    if (text.isEmpty()) return 0;
+    juce::AttributedString string(text);
+    string.setFont(font);
+    juce::TextLayout layout;
+    layout.createLayout(string, static_cast<float>(width));
+    return static_cast<int>(std::ceil(layout.getHeight()));
+}
+
+void AlertDialog::layOut(const ScreenLayout& layout) {
+    scale_ = layout.scale;
+    const auto px = [&](double units) { return layout.px(units); };
+    setBounds(brush::rectangle(layout.window));
+    const int inside = px(kWidth - 2 * kMargin);
+    const int title = textHeight(brush::text(alert_.title), brush::medium(px(kTitleText)), inside);
+    const int message =
+        textHeight(brush::text(alert_.message), brush::regular(px(kMessageText)), inside);
+    const int field = alert_.typed ? px(kField + kGap) : 0;
+    const int height =
+        2 * px(kMargin) + title + px(kGap) + message + px(kGap) + field + px(kButton);
+    panel_ = juce::Rectangle<int>(px(kWidth), height).withCentre(getLocalBounds().getCentre());
+    auto area = panel_.reduced(px(kMargin));
+    title_ = area.removeFromTop(title);
+    area.removeFromTop(px(kGap));
+    message_ = area.removeFromTop(message);
+    area.removeFromTop(px(kGap));
+    if (alert_.typed) {
+        field_.setFont(brush::regular(px(kMessageText)));
+        field_.setBounds(area.removeFromTop(px(kField)));
+        area.removeFromTop(px(kGap));
+    }
+    if (buttons_.empty()) return;
+    const int count = static_cast<int>(buttons_.size());
+    const int width = (area.getWidth() - (count - 1) * px(kGap)) / count;
+    for (int i = 0; i < count; ++i) {
+        auto& button = *buttons_[static_cast<std::size_t>(i)];
+        button.place({area.getX() + i * (width + px(kGap)), area.getY(), width, px(kButton)},
+                     scale_);
+        button.setLabel(alert_.buttons[static_cast<std::size_t>(i)], px(kButtonText));
+    }
+}
+
+void AlertDialog::paint(juce::Graphics& graphics) {
+    graphics.fillAll(brush::colour(palette::kGround, kDimmed));
+    graphics.setColour(brush::colour(palette::kStage));
+    graphics.fillRoundedRectangle(panel_.toFloat(), static_cast<float>(8.0 * scale_));
+    graphics.setColour(brush::colour(palette::kLine));
+    graphics.drawRoundedRectangle(panel_.toFloat(), static_cast<float>(8.0 * scale_), 1.0f);
+    const auto draw = [&](const std::string& text, const juce::Font& font, Color color,
+                          juce::Rectangle<int> box) {
+        juce::AttributedString string(brush::text(text));
+        string.setFont(font);
+        string.setColour(brush::colour(color));
+        string.draw(graphics, box.toFloat());
+    };
+    draw(alert_.title, brush::medium(kTitleText * scale_), palette::kBright, title_);
+    draw(alert_.message, brush::regular(kMessageText * scale_), palette::kText, message_);
+}
+
+} // namespace zephyra

@@ -1,0 +1,52 @@
+// WindowServices: what the areas of a window ask for that is the window's: menus, files, settings,
+// edits, keys, and the system's questions.
+#pragma once
+
+#include "screens/desktop/file_choice.h"
+#include "screens/model/screen_settings_store.h"
+#include "screens/model/shortcuts.h"
+#include "screens/model/system_questions.h"
+#include "screens/sheet/alert_dialog.h"
+
+#include <memory>
+#include <string>
+
+namespace zephyra {
+
+/// Fills the functions of a context for the window that owns it. Message thread.
+class WindowServices {
+public:
+    /// Both outlive it.
+    WindowServices(juce::Component& window, ScreenContext& context);
+    ~WindowServices();
+    WindowServices(const WindowServices&) = delete;
+    WindowServices& operator=(const WindowServices&) = delete;
+
+    /// Shows the alert that waits, or takes it away; asks for the file that is asked for.
+    void frame();
+    void layOut(const ScreenLayout& layout);
+    /// False for a key that is the host's.
+    bool perform(const juce::KeyPress& key);
+    /// Sounds and banks that were dropped.
+    void load(const juce::StringArray& files);
+
+private:
+    void perform(Shortcut shortcut);
+    void press(ControlId id);
+    void zoomBy(double factor);
+    void ask(const char* title, FileChoice::What what,
+             void (WindowModel::*use)(const std::filesystem::path&));
+    void showAlert();
+
+    juce::Component& window_;
+    ScreenContext& context_;
+    WindowModel model_;
+    SystemQuestions questions_;
+    FileChoice choice_;
+    std::optional<ShownAlert> shown_;
+    std::unique_ptr<AlertDialog> dialog_;
+    ScreenLayout layout_;
+    int openEdits_ = 0; // that hands of this window began
+};
+
+} // namespace zephyra
