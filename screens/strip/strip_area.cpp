@@ -2,6 +2,8 @@
 
 #include "screens/draw/brush.h"
 
+#include <utility>
+
 namespace zephyra {
 
 StripArea::StripArea(ScreenContext& context)
@@ -23,9 +25,16 @@ void StripArea::layOut(const ScreenLayout& layout) {
     scope_.layOut(layout, inside(layout.scope));
 }
 
+/// Each moves in every second frame: thirty pictures of a trace a second are enough to the eye, and
+/// both are painted whole.
 void StripArea::frame(const FrameTime& time) {
-    spectrum_.frame(time);
-    scope_.frame(time);
+    isScopesTurn_ = !isScopesTurn_;
+    const FrameTime both{.now = time.now,
+                         .elapsed = time.elapsed + std::exchange(before_, time.elapsed)};
+    if (isScopesTurn_)
+        scope_.frame(both);
+    else
+        spectrum_.frame(both);
 }
 
 } // namespace zephyra

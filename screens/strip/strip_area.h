@@ -18,6 +18,8 @@ public:
 private:
     SpectrumView spectrum_;
     ScopeView scope_;
+    bool isScopesTurn_ = false;
+    double before_ = 0.0; // seconds that the frame before took
 };
 
 } // namespace zephyra
