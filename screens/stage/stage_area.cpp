@@ -24,6 +24,7 @@ StageArea::StageArea(ScreenContext& context)
     setHelpText("Drag to scrub, and hold to stay; the wheel zooms, Shift-drag moves what is shown, "
                 "a double click shows all");
     setWantsKeyboardFocus(true);
+    setMouseClickGrabsKeyboardFocus(false); // a frame is for who walks by keys
     addAndMakeVisible(end_);
     addAndMakeVisible(start_);
     addChildComponent(missing_);

@@ -1,5 +1,7 @@
 #include "plugin/juce/standalone/standalone_view.h"
 
+#include "screens/draw/brush.h"
+
 #include <utility>
 
 namespace zephyra {
@@ -19,10 +21,20 @@ StandaloneView::StandaloneView(ZephyraProcessor& processor, StandaloneAudio& aud
     addButton(devices_, [this] { audio_.showSettings(*this); });
     addButton(told_, [this] { onTold(); });
     for (juce::Label* const label : {&notice_, &status_}) addAndMakeVisible(*label);
-    notice_.setColour(juce::Label::textColourId, juce::Colours::orange);
+    status_.setColour(juce::Label::textColourId, brush::colour(palette::kFaint));
+    notice_.setColour(juce::Label::textColourId, brush::colour(palette::kAccent));
+    for (juce::Label* const label : {&notice_, &status_}) label->setFont(brush::regular(12));
     addAndMakeVisible(*editor_);
     addAndMakeVisible(keyboard_);
     keyboard_.setLowestVisibleKey(36);
+    using Keys = juce::MidiKeyboardComponent;
+    keyboard_.setColour(Keys::whiteNoteColourId, brush::colour(palette::kText));
+    keyboard_.setColour(Keys::blackNoteColourId, brush::colour(palette::kStage));
+    keyboard_.setColour(Keys::keySeparatorLineColourId, brush::colour(palette::kLine));
+    keyboard_.setColour(Keys::shadowColourId, juce::Colours::transparentBlack);
+    keyboard_.setColour(Keys::textLabelColourId, brush::colour(palette::kInk));
+    keyboard_.setColour(Keys::mouseOverKeyOverlayColourId, brush::colour(palette::kFaint, 0.5f));
+    keyboard_.setColour(Keys::keyDownOverlayColourId, brush::colour(palette::kAccent));
     keys_.addListener(this);
     keyboard_.setWantsKeyboardFocus(false); // letters are the screen's
     setSize(editor_->getWidth(), editor_->getHeight() + kKeys + kRow);
@@ -35,7 +47,9 @@ StandaloneView::~StandaloneView() {
 void StandaloneView::addButton(juce::TextButton& button, std::function<void()> clicked) {
     button.onClick = std::move(clicked);
     button.setWantsKeyboardFocus(false); // the space bar plays
-    button.setColour(juce::TextButton::buttonOnColourId, juce::Colours::darkorange);
+    button.setColour(juce::TextButton::buttonColourId, brush::colour(palette::kRaised));
+    button.setColour(juce::TextButton::textColourOffId, brush::colour(palette::kText));
+    button.setColour(juce::ComboBox::outlineColourId, brush::colour(palette::kLine));
     addAndMakeVisible(button);
 }
 
@@ -69,7 +83,7 @@ void StandaloneView::handleNoteOff(juce::MidiKeyboardState*, int channel, int no
 // --- Looks ---
 
 void StandaloneView::paint(juce::Graphics& graphics) {
-    graphics.fillAll(getLookAndFeel().findColour(juce::ResizableWindow::backgroundColourId));
+    graphics.fillAll(brush::colour(palette::kGround));
 }
 
 void StandaloneView::resized() {
