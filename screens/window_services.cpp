@@ -4,16 +4,9 @@
 #include "screens/draw/brush.h"
 #include "screens/model/settings_rows.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace zephyra {
-
-namespace {
-
-constexpr double kZoomStep = 1.25;
-
-} // namespace
 
 WindowServices::WindowServices(juce::Component& window, ScreenContext& context)
     : window_(window), context_(context), model_(context.source.plugin()),
@@ -125,9 +118,9 @@ void WindowServices::perform(Shortcut shortcut) {
     case Shortcut::load:
         return context_.loadFile();
     case Shortcut::zoomIn:
-        return zoomBy(kZoomStep);
+        return zoom(true);
     case Shortcut::zoomOut:
-        return zoomBy(1.0 / kZoomStep);
+        return zoom(false);
     }
 }
 
@@ -141,13 +134,13 @@ void WindowServices::press(ControlId id) {
     });
 }
 
-void WindowServices::zoomBy(double factor) {
-    context_.settings.zoom = std::clamp(context_.settings.zoom * factor, ScreenLayout::kLeastZoom,
-                                        ScreenLayout::kMostZoom);
+void WindowServices::zoom(bool larger) {
+    context_.settings.zoom = nextZoom(context_.settings.zoom, larger);
     context_.settingsChanged();
 }
 
 void WindowServices::load(const juce::StringArray& files) {
+    if (dialog_) return; // it is to be answered first
     for (const juce::String& file : files) model_.load(file.toStdString());
 }
 

@@ -33,7 +33,7 @@ public:
 private:
     void perform(Shortcut shortcut);
     void press(ControlId id);
-    void zoomBy(double factor);
+    void zoom(bool larger);
     void ask(const char* title, FileChoice::What what,
              void (WindowModel::*use)(const std::filesystem::path&));
     void showAlert();

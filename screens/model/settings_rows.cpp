@@ -90,6 +90,17 @@ void addInstance(ScreenContext& context, std::vector<MenuRow>& rows) {
 
 } // namespace
 
+double nextZoom(double zoom, bool larger) {
+    if (larger) {
+        for (const int percent : kZooms)
+            if (percent / 100.0 > zoom + 1e-9) return percent / 100.0;
+        return kZooms.back() / 100.0;
+    }
+    for (auto percent = kZooms.rbegin(); percent != kZooms.rend(); ++percent)
+        if (*percent / 100.0 < zoom - 1e-9) return *percent / 100.0;
+    return kZooms.front() / 100.0;
+}
+
 std::vector<MenuRow> settingsRows(ScreenContext& context) {
     std::vector<MenuRow> rows;
     addWindow(context, rows);

@@ -11,4 +11,7 @@ namespace zephyra {
 /// concerned. The context outlives the rows. Message thread.
 std::vector<MenuRow> settingsRows(ScreenContext& context);
 
+/// The zoom that the rows offer next to one, larger or smaller; the last one at the ends.
+double nextZoom(double zoom, bool larger);
+
 } // namespace zephyra

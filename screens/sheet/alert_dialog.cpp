@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace zephyra {
 
@@ -55,11 +56,28 @@ std::size_t AlertDialog::safeButton(bool last) const {
 }
 
 void AlertDialog::answer(std::size_t button) {
-    if (button < buttons_.size())
-        answered_(button, alert_.typed ? field_.getText().toStdString() : std::string());
+    if (button >= buttons_.size() || !answered_) return;
+    const Answered answered = std::exchange(answered_, {});
+    answered(button, alert_.typed ? field_.getText().toStdString() : std::string());
+}
+
+/// JUCE's own would go on to what is below.
+void AlertDialog::moveFocus(bool back) {
+    std::vector<juce::Component*> ring;
+    if (alert_.typed) ring.push_back(&field_);
+    for (const auto& button : buttons_) ring.push_back(button.get());
+    if (ring.empty()) return;
+    const auto at = std::ranges::find_if(
+        ring, [](const juce::Component* one) { return one->hasKeyboardFocus(true); });
+    const std::size_t count = ring.size();
+    const auto place = static_cast<std::size_t>(at - ring.begin());
+    const std::size_t next =
+        at == ring.end() ? (back ? count - 1 : 0) : (place + (back ? count - 1 : 1)) % count;
+    ring[next]->grabKeyboardFocus();
 }
 
 bool AlertDialog::keyPressed(const juce::KeyPress& key) {
+    if (key.getKeyCode() == juce::KeyPress::tabKey) moveFocus(key.getModifiers().isShiftDown());
     if (key == juce::KeyPress::returnKey) answer(safeButton(true));
     if (key == juce::KeyPress::escapeKey) answer(safeButton(false));
     return true; // what is below hears nothing

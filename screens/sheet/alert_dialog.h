@@ -12,8 +12,8 @@
 namespace zephyra {
 
 /// Covers the window it is put into; what is below it steps back and hears nothing. Enter presses
-/// the last button that removes nothing, Escape the first one that removes nothing, as does Tab's
-/// focus whatever it is at. Message thread.
+/// the last button that removes nothing, Escape the first one; Tab goes round field and buttons,
+/// and Space or Enter press the one that it is at. It is answered once. Message thread.
 class AlertDialog final : public juce::Component {
 public:
     using Answered = std::function<void(std::size_t button, const std::string& typed)>;
@@ -32,12 +32,13 @@ public:
 
 private:
     void answer(std::size_t button);
+    void moveFocus(bool back);
     std::size_t safeButton(bool last) const;
     int textHeight(const juce::String& text, const juce::Font& font, int width) const;
 
     const ShownAlert alert_;
     const std::vector<bool> destroys_;
-    const Answered answered_;
+    Answered answered_; // empty once it was called
     std::vector<std::unique_ptr<ScreenButton>> buttons_;
     juce::TextEditor field_;
     juce::Rectangle<int> panel_, title_, message_;

@@ -17,6 +17,7 @@ TEST(Lv2Window, OpensClosesAndOutlivesWhatHostsDoToIt) {
         if (display.empty()) GTEST_SKIP() << "Xvfb is not installed (xvfb)";
         for (const Scenario& scenario : {Scenario{"loop", "12", "openings"},
                                          {"paint", "1", "resized to 1300 x 800"},
+                                         {"hand", "1", "density moved"},
                                          {"orphan", "3", "survived its parent"},
                                          {"exit", "1", "exits"}}) {
             const TemporaryFolder folder;

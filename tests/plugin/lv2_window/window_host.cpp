@@ -98,6 +98,29 @@ struct Window {
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
         }
     }
+    /// A hand's drag upwards.
+    void drag(int x, int y, int by) {
+        const auto send = [&](int type, int at, unsigned state, long mask) {
+            XEvent event{};
+            event.xbutton.type = type;
+            event.xbutton.display = display;
+            event.xbutton.window = reinterpret_cast<::Window>(widget);
+            event.xbutton.root = DefaultRootWindow(display);
+            event.xbutton.x = event.xbutton.x_root = x;
+            event.xbutton.y = event.xbutton.y_root = at;
+            event.xbutton.state = state;
+            event.xbutton.button = type == MotionNotify ? 0 : Button1;
+            event.xbutton.same_screen = True;
+            XSendEvent(display, event.xbutton.window, True, mask, &event);
+            XSync(display, False);
+            idle(40);
+        };
+        send(MotionNotify, y, 0, PointerMotionMask);
+        send(ButtonPress, y, 0, ButtonPressMask);
+        for (int i = 1; i <= 8; ++i)
+            send(MotionNotify, y - by * i / 8, Button1Mask, PointerMotionMask);
+        send(ButtonRelease, y - by, Button1Mask, ButtonReleaseMask);
+    }
     /// How many colours are seen in it.
     std::size_t colours() {
         XImage* const image = XGetImage(display, reinterpret_cast<::Window>(widget), 0, 0, 400, 300,
@@ -151,6 +174,13 @@ void run(const std::string& scenario, int times, Display* display) {
         XWindowAttributes attributes;
         XGetWindowAttributes(display, reinterpret_cast<::Window>(one.widget), &attributes);
         std::printf("resized to %d x %d\n", attributes.width, attributes.height);
+    } else if (scenario == "hand") {
+        Window window(display, instrument);
+        window.idle(300);
+        window.drag(142, 484, 40);
+        window.idle(300);
+        std::printf("wrote %zu ports, density %s\n", window.written.size(),
+                    window.written.contains(5) ? "moved" : "stood");
     } else if (scenario == "orphan") {
         for (int i = 0; i < times; ++i) {
             Window window(display, effect);
@@ -167,7 +197,7 @@ void run(const std::string& scenario, int times, Display* display) {
         std::fflush(stdout);
         std::exit(0);
     } else {
-        fail("knows loop, paint, orphan and exit");
+        fail("knows loop, paint, hand, orphan and exit");
     }
 }
 
