@@ -4,6 +4,7 @@
 #include "screens/model/meter/meter_model.h"
 #include "screens/model/meter/meter_scale.h"
 #include "screens/model/strip/strip_model.h"
+#include "tests/screens/read_frame.h"
 #include "tests/support/hosted_plugin.h"
 
 namespace zephyra {
@@ -18,7 +19,7 @@ struct Window : HostedPlugin {
     bool frame() {
         time.now += time.elapsed = 0.01;
         render();
-        while (!source.readFrame(time)) std::this_thread::yield(); // another one is MAIN
+        readFrameOf(source, time);
         const bool changes[] = {meter.advance(time), spectrum.advance(time), scope.advance(time)};
         return std::ranges::find(changes, true) != std::end(changes);
     }

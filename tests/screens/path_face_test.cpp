@@ -2,6 +2,7 @@
 #include "controls/knob.h"
 #include "screens/model/path/path_model.h"
 #include "screens/model/path/path_places.h"
+#include "tests/screens/read_frame.h"
 #include "tests/support/hosted_plugin.h"
 
 #include <gtest/gtest.h>
@@ -84,7 +85,7 @@ struct Faces : testing::Test {
     const KnobFace& face(ControlId id, double seconds = 0.1) {
         for (double end = now + seconds; now < end; now += 0.02) {
             plugin.render(2);
-            EXPECT_TRUE(source.readFrame({.now = now, .elapsed = 0.02}));
+            readFrameOf(source, {.now = now, .elapsed = 0.02});
         }
         return model.face(id);
     }

@@ -2,6 +2,7 @@
 #include "controls/knob.h"
 #include "screens/model/stage/stage_contents.h"
 #include "screens/model/stage/stage_hands.h"
+#include "tests/screens/read_frame.h"
 #include "tests/support/hosted_plugin.h"
 
 #include <gtest/gtest.h>
@@ -125,7 +126,7 @@ TEST_F(Stage, ShowsTheStreamsGrainsAndScan) {
     });
     for (int i = 0; i < 120; ++i) {
         for (int blocks = i % 3 == 0 ? 1 : 2; blocks > 0; --blocks) plugin.render(); // 60 a second
-        source.readFrame(next());
+        readFrameOf(source, next());
     }
     const StageContents& shown = reader.contents();
     EXPECT_TRUE(shown.isPlaying);

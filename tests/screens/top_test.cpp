@@ -5,6 +5,7 @@
 #include "screens/model/top/sample_line.h"
 #include "screens/model/top/top_boxes.h"
 #include "screens/model/top/transport.h"
+#include "tests/screens/read_frame.h"
 #include "tests/support/hosted_plugin.h"
 
 namespace zephyra {
@@ -18,7 +19,7 @@ struct Window : HostedPlugin {
     /// A frame so many seconds after the one before.
     void frame(double seconds = 1.0 / 60.0) {
         time.now += time.elapsed = seconds;
-        while (!source.readFrame(time)) std::this_thread::yield(); // another one is MAIN
+        readFrameOf(source, time);
     }
     void press(TransportButton button) {
         transport.touch(button, ButtonTouch::down);

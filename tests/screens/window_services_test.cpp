@@ -2,6 +2,7 @@
 #include "screens/model/settings_rows.h"
 #include "screens/model/shortcuts.h"
 #include "screens/model/system_questions.h"
+#include "tests/screens/read_frame.h"
 #include "tests/support/testing.h"
 
 namespace zephyra {
@@ -74,17 +75,17 @@ TEST_F(Window, AnswersOnlyTheAlertThatItShows) {
     };
     present("first");
     present("second");
-    source.readFrame({});
+    readFrameOf(source);
     ASSERT_TRUE(questions.alert());
     EXPECT_EQ(questions.alert()->title, "first");
     EXPECT_EQ(questions.destroys(), (std::vector<bool>{false, true}));
     questions.answer(1, "typed");
     questions.answer(0, ""); // the window has not seen the second one yet
     EXPECT_EQ(answers, "rtyped");
-    source.readFrame({});
+    readFrameOf(source);
     EXPECT_EQ(questions.alert()->title, "second");
     questions.answer(0, "");
-    source.readFrame({});
+    readFrameOf(source);
     EXPECT_FALSE(questions.alert());
     EXPECT_EQ(answers, "rtypedc");
 }

@@ -1,5 +1,6 @@
 // The stage as it is painted: what moves, what stands still, and what stands over it.
 #include "screens/stage/stage_area.h"
+#include "tests/screens/read_frame.h"
 #include "tests/support/hosted_plugin.h"
 
 #include <gtest/gtest.h>
@@ -54,7 +55,7 @@ struct PaintedStage : testing::Test {
             if (renders) plugin.render(i % 3 == 0 ? 1 : 2);
             time.elapsed = 1.0 / 60.0;
             time.now += time.elapsed;
-            source.readFrame(time);
+            readFrameOf(source, time);
             area.frame(time);
         }
         return wanted.count - before;
