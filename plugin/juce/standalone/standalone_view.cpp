@@ -1,5 +1,6 @@
 #include "plugin/juce/standalone/standalone_view.h"
 
+#include "plugin/juce/screen_editor.h"
 #include "screens/draw/brush.h"
 
 #include <utility>
@@ -54,6 +55,7 @@ void StandaloneView::addButton(juce::TextButton& button, std::function<void()> c
 }
 
 void StandaloneView::refresh(const LiveNotice& notice) {
+    takeKeyboard();
     notice_.setText(shown(notice.line), juce::dontSendNotification);
     told_.setVisible(notice.asks);
     if (isTold_ != notice.line.empty()) {
@@ -64,6 +66,15 @@ void StandaloneView::refresh(const LiveNotice& notice) {
     status_.setText(shown(audio_.status()) + (midi.isEmpty() ? "" : "  |  MIDI: " + midi) +
                         (said_.empty() ? "" : "  |  " + shown(said_)),
                     juce::dontSendNotification);
+}
+
+/// So that Space plays before anything was clicked, and wherever nothing else has the keys.
+void StandaloneView::takeKeyboard() {
+    auto* const editor = dynamic_cast<ScreenEditor*>(editor_.get());
+    const auto* const focused = juce::Component::getCurrentlyFocusedComponent();
+    const bool isTaken = focused && focused != getTopLevelComponent() && focused != this;
+    if (isTaken || !isShowing() || !editor || !editor->screen()) return;
+    editor->screen()->grabKeyboardFocus();
 }
 
 void StandaloneView::say(const std::string& line) {

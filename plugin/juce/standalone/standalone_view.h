@@ -32,6 +32,7 @@ public:
     void resized() override;
 
 private:
+    void takeKeyboard();
     void addButton(juce::TextButton& button, std::function<void()> clicked);
     void handleNoteOn(juce::MidiKeyboardState*, int channel, int note, float velocity) override;
     void handleNoteOff(juce::MidiKeyboardState*, int channel, int note, float velocity) override;
