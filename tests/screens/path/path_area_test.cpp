@@ -1,6 +1,7 @@
 // The path as a component: its states drawn, what is painted, keys, and assistive technology.
 #include "screens/draw/brush.h"
 #include "screens/zephyra_screen.h"
+#include "tests/screens/no_display.h"
 #include "tests/support/hosted_plugin.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 // The stage as it is painted: what moves, what stands still, and what stands over it.
 #include "screens/stage/stage_area.h"
+#include "tests/screens/no_display.h"
 #include "tests/screens/read_frame.h"
 #include "tests/support/hosted_plugin.h"
 
