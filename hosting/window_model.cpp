@@ -35,7 +35,7 @@ ShownAlert shownAlert(const Alert& alert) {
 WindowContents WindowModel::contents() {
     HostedInstance& system = plugin_.system();
     const RunLoop::Scope main(system.instance.runLoop);
-    if (banksBefore_) chooseImportedBank();
+    followImport();
 
     WindowContents now;
     const SampleLoader& loader = system.view.sampleLoader;
@@ -69,8 +69,9 @@ void WindowModel::load(const std::filesystem::path& file) {
     system.view.presets.documentPicker_proc_didPickDocumentAtURL(file);
 }
 
-/// The bank that the player loaded, as soon as it is there. MAIN.
-void WindowModel::chooseImportedBank() {
+void WindowModel::followImport() {
+    if (!banksBefore_) return;
+    const RunLoop::Scope main(plugin_.system().instance.runLoop);
     const auto& banks = plugin_.system().view.presets.getListOfBank();
     for (std::size_t row = 0; row < banks.size(); ++row) {
         if (std::ranges::find(*banksBefore_, banks[row].name) != banksBefore_->end()) continue;

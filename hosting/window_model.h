@@ -64,6 +64,9 @@ public:
     void load(const std::filesystem::path& file);
     /// Plays file in place of what is missing.
     void locate(const std::filesystem::path& file);
+    /// Chooses the bank that load() brought in, once it is there; a window calls it with every
+    /// frame.
+    void followImport();
     /// Answers the picker that contents() asked for, if it still stands.
     void pickFile(const std::filesystem::path& file);
     void dismissFile();
@@ -73,7 +76,6 @@ public:
     void choosePreset(std::size_t row);
 
 private:
-    void chooseImportedBank();
     void chooseRow(int table, std::size_t row);
 
     PluginInstance& plugin_;

@@ -49,6 +49,7 @@ void WindowServices::ask(const char* title, FileChoice::What what,
 }
 
 void WindowServices::frame() {
+    model_.followImport();
     if (questions_.alert() != shown_) showAlert();
     if (!questions_.asksForFile() || choice_.isOpen()) return;
     choice_.ask("Locate the sound", FileChoice::What::sounds, [this](const auto& file) {
