@@ -7,7 +7,8 @@
 io.stdout:setvbuf("no")
 local action, folder = arg[1], arg[2]
 AudioEngine:set_backend("None (Dummy)", "", "")
-AudioEngine:set_buffer_size(512)
+local kBlock = 512
+AudioEngine:set_buffer_size(kBlock)
 
 local kSuperclock = 282240000 // 48000 -- Ardour's ticks of a sample
 local kSeconds = 4
@@ -17,6 +18,14 @@ local function trackOf(list)
     local found
     for track in list:iter() do found = track end
     return found
+end
+
+local function waitFor(isThere)
+    for _ = 1, 200 do
+        if isThere() then return end
+        ARDOUR.LuaAPI.usleep(50000)
+    end
+    assert(isThere())
 end
 
 local function automate(processor, name, points)
@@ -97,6 +106,9 @@ local function make(format, name)
     assert(not plugin:isnil(), "Ardour knows no " .. format .. " " .. name)
     assert(track:add_processor_by_index(plugin, 0, nil, true) == 0)
     local loaded = plugin:to_insert():plugin(0)
+    -- With its first block Ardour sets what it had read of a VST3 before, over a preset chosen meanwhile.
+    local added = AudioEngine:processed_samples()
+    waitFor(function() return AudioEngine:processed_samples() >= added + 4 * kBlock end)
     assert(loaded:load_preset(loaded:preset_by_label("Turnstile (Pulse Garden)"))) -- follows the transport
     -- Ardour connects a new track to the master in its own time, and a VST3 tells it what a preset changed.
     local function isReady()
@@ -104,11 +116,7 @@ local function make(format, name)
         local hears = format == "LV2" or ARDOUR.LuaAPI.get_processor_param(plugin, kLastOfPreset) == 0
         return hears and not out:isnil() and out:connected()
     end
-    for _ = 1, 200 do
-        if isReady() then break end
-        ARDOUR.LuaAPI.usleep(50000)
-    end
-    assert(isReady())
+    waitFor(isReady)
     automate(plugin, "Play Stop", {{0, 1.0}, {84736, 0.0}, {90368, 1.0}})
     automate(plugin, "Width", {{0, 0.5}, {158464, 1.0}})
     session:save_state("")
