@@ -24,6 +24,11 @@ void AssignableControls::add(Control& control, std::string name, int color) {
     all_.push_back({&control, std::move(name), color});
 }
 
+std::string AssignableControls::nameOf(const Control& control) const {
+    const auto found = std::ranges::find(all_, &control, &AssignableControl::control);
+    return found == all_.end() ? std::string() : found->name;
+}
+
 std::vector<Control*> AssignableControls::getWidgetsObjForControlManager() {
     return column(all_, &AssignableControl::control);
 }

@@ -26,6 +26,8 @@ public:
     void add(Control& control, std::string name, int color);
     void addScrubReference(ScrubReference& reference) { scrubReferences_.push_back(&reference); }
     const std::vector<AssignableControl>& all() const { return all_; }
+    /// Empty for one that is not listed.
+    std::string nameOf(const Control& control) const;
 
     // ControlManagerDataSource
     std::vector<Control*> getWidgetsObjForControlManager() override;

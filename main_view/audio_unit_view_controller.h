@@ -36,6 +36,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -176,8 +177,12 @@ public:
                                       const std::function<bool(const std::string&)>& skips = {});
     /// What state has under these keys, for restorePart; what is not there is named so as well.
     PropertyDictionary partOf(const PropertyDictionary& state, const std::set<std::string>& keys);
-    /// Restores what part names, and leaves the rest alone. Reported to nobody.
+    /// Restores what part names, and leaves the rest alone. Reported to nobody; the host hears of
+    /// each parameter that changes as of a hand's gesture.
     void restorePart(const PropertyDictionary& part);
+    /// The linear value that a hand has given the knob: of one that an LFO drives not where that
+    /// has it now.
+    float baseValue(const MOK_KNOB& knob);
     /// A preset's state, as one edit that has its name.
     void restorePreset(const PropertyDictionary& state, StateOrder::Number asked);
     /// Whether the host or MIDI moves controls right now.
@@ -195,6 +200,9 @@ public:
 
 private:
     SoundSource source() const;
+    MOK_KNOB* knob(ControlId id) { return dynamic_cast<MOK_KNOB*>(control(id)); }
+    std::map<ControlId, float> drivenValues();
+    void keepDriven(const std::map<ControlId, float>& before, const PropertyDictionary& part);
     void addOwnTargets();
     void disconnect();
     void postIfAlive(void (AudioUnitViewController::*task)());
@@ -223,6 +231,8 @@ private:
     void addButtonTargets(ControlId id);
     void buttonWasLeft(ControlId id);
     void tellHost(const ParameterRow& row, AUParameterAutomationEventType type);
+    void touchForHand(ControlId id);
+    void releaseForHand();
     bool keepValue(const ParameterRow& row, AUValue value);
     void moveWhatWasSetSince(StateOrder::Number asked);
     void tellButton(ControlId id);
@@ -244,6 +254,12 @@ private:
     bool takesMidi_ = false;                 // nor is what MIDI moves a hand's edit
     StateOrder::Number restoring_ = 0;       // the state that moves controls; 0 for none
     std::bitset<kParameterCount> inGesture_; // parameters that a hand is at
+    /// What an undo or the like changes as a hand would.
+    struct Changes {
+        bool placesScan = false;                // else the scan moves by itself
+        std::bitset<kParameterCount> touched{}; // so far, each in a gesture of its own
+    };
+    std::optional<Changes> changes_;
     /// The value of each parameter that MAIN knows of. One that differs came from RENDER or another
     /// thread, and is on its way to the control.
     std::array<AUValue, kParameterCount> known_{};

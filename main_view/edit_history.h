@@ -16,9 +16,10 @@ namespace zephyra {
 
 /// An edit is what differs in the state between its beginning and its end, and was not moved by
 /// somebody else meanwhile. Taking it back restores that and leaves the rest alone; what plays
-/// plays on. A preset that is loaded is an edit with its name; a host's state forgets all of them.
-/// Sounds are named, not kept, but for one that no file holds, whose bytes states share. A first
-/// sound cannot be taken back: there is none to return to. MAIN; outlives windows.
+/// plays on. A preset that is loaded, also as a host's program, is an edit with its name; another
+/// state of a host's forgets all of them. Sounds are named, not kept, but for one that no file
+/// holds, whose bytes states share. A first sound cannot be taken back: there is none to return to.
+/// MAIN; outlives windows.
 class EditHistory {
 public:
     static constexpr std::size_t kMost = 100;   ///< entries; the oldest go
@@ -42,10 +43,10 @@ public:
     /// False while an edit is under way.
     bool canUndo() const { return depth_ == 0 && !done_.empty(); }
     bool canRedo() const { return depth_ == 0 && !undone_.empty(); }
-    /// Of the edit that is next; empty for none.
-    std::string undoName() const { return canUndo() ? done_.back().name : std::string(); }
-    std::string redoName() const { return canRedo() ? undone_.back().name : std::string(); }
-    /// False, and nothing changed, when there is nothing.
+    /// Of the edit that is next, once none is under way; empty for none.
+    std::string undoName() const { return done_.empty() ? std::string() : done_.back().name; }
+    std::string redoName() const { return undone_.empty() ? std::string() : undone_.back().name; }
+    /// False, and nothing changed, when there is nothing, or a hand is still at something.
     bool undo();
     bool redo();
     /// Forgets every edit; one that is under way begins anew.

@@ -51,6 +51,7 @@ void StateRandomizer::move(const ControlRange& range, double amount) {
     }
     auto* const knob = dynamic_cast<MOK_KNOB*>(view_.control(range.id));
     if (!knob || share == 0.0) return;
+    knob->setValue(view_.baseValue(*knob));
     const double from = double{knob->valueNorm()};
     knob->setValueNorm(static_cast<float>(from + share * (place - from)));
     knob->sendActionsForControlEvents(control_event::all); // a whole gesture for the host

@@ -55,8 +55,45 @@ double AudioUnitViewController::secondsNow() const {
     return instance_.runLoop.now();
 }
 
+float AudioUnitViewController::baseValue(const MOK_KNOB& knob) {
+    const LFO_WIDGETS_MAPPING& lfos = *assignments.getLfoWidgetsMapping();
+    const LfoWidgetWrapper* const lfo = lfos.getWrapperID(&knob);
+    const bool drives = lfo && lfos.getIsEnabled() && !lfo->isSuspended();
+    return drives ? lfo->baseValue() : knob.value();
+}
+
+/// What LFOs are at, with the values that hands gave it.
+std::map<ControlId, float> AudioUnitViewController::drivenValues() {
+    std::map<ControlId, float> values;
+    for (const ControlRange& range : controlRanges())
+        if (const MOK_KNOB* const one = knob(range.id))
+            if (const auto* lfo = assignments.getLfoWidgetsMapping()->getWrapperID(one))
+                values[range.id] = lfo->baseValue();
+    return values;
+}
+
+/// Where part is silent on a knob, it has the hand's value from before: below its LFO, or, when
+/// that goes, itself.
+void AudioUnitViewController::keepDriven(const std::map<ControlId, float>& before,
+                                         const PropertyDictionary& part) {
+    for (const auto& [id, value] : before) {
+        MOK_KNOB& driven = *knob(id);
+        const bool isNamed = part.contains(driven.channel);
+        if (auto* const lfo = assignments.getLfoWidgetsMapping()->getWrapperID(&driven)) {
+            lfo->setBaseValue(isNamed ? driven.value() : value);
+        } else if (!isNamed) {
+            driven.setValue(value);
+            driven.sendEventValueChanged();
+        }
+    }
+}
+
 PropertyDictionary AudioUnitViewController::editState() {
     PropertyDictionary state = stateFor(StateUse::edit);
+    for (const ControlRange& range : controlRanges())
+        if (const MOK_KNOB* const one = knob(range.id))
+            if (const auto kept = state.find(one->channel); kept != state.end())
+                kept->second = baseValue(*one);
     locks.save(state);
     state.insert_or_assign(edit_key::kSlot, static_cast<std::int64_t>(compare.chosen()));
     state.insert_or_assign(edit_key::kSource, static_cast<std::int64_t>(source()));
@@ -71,11 +108,14 @@ SoundSource AudioUnitViewController::source() const {
 void AudioUnitViewController::restorePart(const PropertyDictionary& part) {
     restoring_ = instance_.states.ask();
     const StateOrder::Number asked = restoring_;
+    changes_ = {.placesScan = part.contains(ofStream(state_key::kScanPosition))};
+    const std::map<ControlId, float> driven = drivenValues();
     StateFindings findings; // of values that were this instance's own
     PropertyReader reader(part, findings);
     restoreStreamState(_GRANULATOR_STREAM, sampleLoader, reader, {}, StateScope::part);
     restoreOwnKnobs(reader, StateScope::part);
     restoreModulation(reader, StateScope::part);
+    keepDriven(driven, part);
     locks.restore(reader);
     if (const auto slot = reader.whole(edit_key::kSlot))
         compare.stand(*slot == 0 ? CompareSlots::Slot::a : CompareSlots::Slot::b);
@@ -83,6 +123,7 @@ void AudioUnitViewController::restorePart(const PropertyDictionary& part) {
     if (wanted == static_cast<std::int64_t>(SoundSource::file) && source() == SoundSource::captured)
         _GRANULATOR_STREAM.restoreLastSample();
     refreshParameters(); // the scan's position has no control that tells the host
+    releaseForHand();
     restoring_ = 0;
     moveWhatWasSetSince(asked);
 }

@@ -180,9 +180,12 @@ void AudioUnitViewController::describeTilt(Control& control, AssignmentType type
 }
 
 bool AudioUnitViewController::receiveMidi(const MidiMessage& message) {
+    const Control* const learning = midiManager.learning();
+    if (learning) edits.beginEdit(assignable.nameOf(*learning) + " MIDI");
     takesMidi_ = true;
     const bool taken = midiManager.receive(message);
     takesMidi_ = false;
+    if (learning) edits.endEdit(); // which is one if it was learned
     const auto note = static_cast<std::size_t>(message.data1() & 0x7F);
     const bool on = message.kind() == MidiKind::noteOn;
     if (on && message.data2() != 0) {

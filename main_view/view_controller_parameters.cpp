@@ -51,7 +51,9 @@ AUParameter& AudioUnitViewController::parameterOf(ControlId id) const {
 
 AUValue AudioUnitViewController::controlValue(ControlId id) const {
     if (id == ControlId::dryWet) return _inputDryWetKnob.value();
-    const AUValue linear = _GRANULATOR_STREAM.linear(id);
+    AUValue linear = _GRANULATOR_STREAM.linear(id);
+    if (id == ControlId::scrubbingWave && changes_ && changes_->placesScan)
+        linear = _GRANULATOR_STREAM.engine().nextScanPosition(); // which RENDER has yet to take
     return id == ControlId::scrubbingWave ? std::clamp(linear, 0.0f, 1.0f) : linear;
 }
 
@@ -112,9 +114,27 @@ void AudioUnitViewController::tellHost(const ParameterRow& row,
     const AUValue moved = controlValue(row.id);
     if (type == touch) inGesture_.set(static_cast<std::size_t>(row.id));
     if (!keepValue(row, moved)) return;
+    if (type == value && moved != known(row.id)) touchForHand(row.id);
     known(row.id) = moved;
     parameterOf(row.id).tellObservers(moved, observer_, currentHostTime(), type);
     if (type == release) inGesture_.reset(static_cast<std::size_t>(row.id));
+}
+
+/// Before the first value of one that changes with others, by an undo: from what the host knows.
+void AudioUnitViewController::touchForHand(ControlId id) {
+    const auto at = static_cast<std::size_t>(id);
+    if (!changes_ || changes_->touched.test(at) || inGesture_.test(at)) return;
+    if (id == ControlId::scrubbingWave && !changes_->placesScan) return;
+    changes_->touched.set(at);
+    parameterOf(id).tellObservers(known(id), observer_, currentHostTime(), touch);
+}
+
+void AudioUnitViewController::releaseForHand() {
+    for (const ParameterRow& row : parameterTable())
+        if (changes_ && changes_->touched.test(static_cast<std::size_t>(row.id)))
+            parameterOf(row.id).tellObservers(controlValue(row.id), observer_, currentHostTime(),
+                                              release);
+    changes_.reset();
 }
 
 /// False when it is older than what stands there: the state, or the message, that says so is.

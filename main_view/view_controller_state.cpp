@@ -82,10 +82,13 @@ void AudioUnitViewController::restoreState_then(
         if (alive.expired()) return;
         _GRANULATOR_STREAM.capturedMemory().ahead = ahead;
         presets.cancelLoadsBefore(asked);
-        restoreStateProc_asked(state, asked);
+        const bool isPreset = state.contains(kSnapshotTags);
+        if (isPreset)
+            restorePreset(state, asked);
+        else
+            restoreStateProc_asked(state, asked);
         _GRANULATOR_STREAM.capturedMemory().ahead = nullptr;
-        compare.clear();
-        edits.clear();
+        if (!isPreset) compare.clear(), edits.clear();
         if (then) then(asked);
     });
 }

@@ -26,10 +26,24 @@ LfoWidgetWrapper::LfoWidgetWrapper(Control& control, std::unique_ptr<ControlMove
     currentLFO.addDelegate(this);
     setTempo(bpm);
     resetPhase();
+    base_ = began_;
+    followHand();
 }
 
 LfoWidgetWrapper::~LfoWidgetWrapper() {
     currentLFO.removeDelegate();
+    obj()->removeTarget(this, {}, control_event::all);
+}
+
+/// In this order: a control that sends every event at once is touched, set and left.
+void LfoWidgetWrapper::followHand() {
+    using namespace control_event;
+    obj()->addTarget(this, "handCame:", touchDown, [this](Control&) { isTouched_ = true; });
+    obj()->addTarget(this, "handMoved:", valueChanged, [this](Control&) {
+        if (isTouched_ && !isMoving_) base_ = mover_->value();
+    });
+    obj()->addTarget(this, "handLeft:", touchUpInside | touchUpOutside | touchCancel,
+                     [this](Control&) { isTouched_ = false; });
 }
 
 void LfoWidgetWrapper::setLfoShapeFromWrapper(std::int64_t shape) {
@@ -80,7 +94,9 @@ void LfoWidgetWrapper::setSuspended(bool on) {
 void LfoWidgetWrapper::lfoValue(double value) {
     if (suspended_) return;
     if (mover_->isHeld()) return mover_->letGo();
+    isMoving_ = true;
     mover_->follow(placeInRange(value, *this), *this, kLfoTick);
+    isMoving_ = false;
 }
 
 void LfoWidgetWrapper::resetPhase() {

@@ -46,9 +46,10 @@ public:
     void setSuspended(bool on);
     bool isSuspended() const { return suspended_; }
 
-    /// Where the control was set when the LFO took it over, in the control's own unit; startAnew
-    /// goes back there.
-    float beganAt() const { return began_; }
+    /// Where the control was set, in its own unit: where it stood when the LFO took it over, and
+    /// then wherever a hand puts it, though the LFO carries it on from there.
+    float baseValue() const { return base_; }
+    void setBaseValue(float value) { base_ = value; }
 
     PropertyDictionary state() const override;
     /// Sets the phase anew as well.
@@ -66,9 +67,12 @@ public:
 
 private:
     void applyRate();
+    void followHand();
 
     std::unique_ptr<ControlMover> mover_;
     float began_ = 0.0f; // ControlMover::value() when the phase was chosen
+    float base_ = 0.0f;
+    bool isTouched_ = false, isMoving_ = false; // by a hand; by the LFO, just now
     bool suspended_ = false, linked_ = false;
     double freeHz_ = kFirstRate, clockSubMult_ = 1.0, bpm_;
     int clockSub_ = kFirstClockSub;

@@ -33,6 +33,11 @@ public:
                                                 const PropertyDictionary& state) override;
     bool followsSecondFinger(const Control* control) const override;
 
+    /// Whether that finger is down, and what follows it is moved.
+    bool isDown(Finger finger) const {
+        return heights_[static_cast<std::size_t>(finger)].has_value();
+    }
+
     void touchBegan(Finger finger, Point at, double time) override;
     void touchMoved(Finger finger, Point at, double time) override;
     void touchEnded(Finger finger, double time) override;

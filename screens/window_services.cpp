@@ -3,6 +3,7 @@
 #include "screens/desktop/window_menu.h"
 #include "screens/draw/brush.h"
 #include "screens/model/settings_rows.h"
+#include "screens/model/top/edit_line.h"
 
 #include <utility>
 
@@ -111,11 +112,9 @@ void WindowServices::perform(Shortcut shortcut) {
         });
         return;
     case Shortcut::undo:
-        context_.source.asMain([](AudioUnitViewController& view) { view.edits.undo(); });
-        return;
+        return undo(context_);
     case Shortcut::redo:
-        context_.source.asMain([](AudioUnitViewController& view) { view.edits.redo(); });
-        return;
+        return redo(context_);
     case Shortcut::load:
         return context_.loadFile();
     case Shortcut::zoomIn:
@@ -127,6 +126,7 @@ void WindowServices::perform(Shortcut shortcut) {
 
 /// As a hand does, so that the host hears of it.
 void WindowServices::press(ControlId id) {
+    const ScreenEdit edit(context_, controlRange(id).name); // none where nothing is kept: Play Stop
     context_.source.asMain([id](AudioUnitViewController& view) {
         Control* const control = view.control(id);
         if (!control || !control->userInteractionEnabled) return;

@@ -44,6 +44,8 @@ struct ScreenContext {
     /// count as the outermost. Not inside ScreenSource::asMain.
     std::function<void(const std::string& name)> beginEdit = {};
     std::function<void()> endEdit = {};
+    /// Ends an edit by steps of a wheel or key that waits for more of them; before an undo.
+    std::function<void()> finishSteps = {};
     /// settings changed: remembers them, lays out and paints anew.
     std::function<void()> settingsChanged = {};
     /// Asks for a sound file or bank and loads it; for the file of a missing sample.
@@ -54,6 +56,23 @@ struct ScreenContext {
     std::array<std::function<void()>, kDrawers> toggleDrawer = {};
     /// Whether each is open.
     std::bitset<kDrawers> openDrawers = {};
+};
+
+/// What a hand does at once, from here to the end of the block, is one edit. Message thread.
+class ScreenEdit {
+public:
+    /// context outlives this.
+    ScreenEdit(ScreenContext& context, const std::string& name) : context_(context) {
+        if (context_.beginEdit) context_.beginEdit(name);
+    }
+    ~ScreenEdit() {
+        if (context_.endEdit) context_.endEdit();
+    }
+    ScreenEdit(const ScreenEdit&) = delete;
+    ScreenEdit& operator=(const ScreenEdit&) = delete;
+
+private:
+    ScreenContext& context_;
 };
 
 } // namespace zephyra

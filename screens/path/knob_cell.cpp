@@ -77,12 +77,12 @@ void KnobCell::setPlace(const CellPlace& place) {
 }
 
 std::string KnobCell::sentence() const {
-    if (face_.by != KnobMover::none && face_.by != KnobMover::host) {
+    if (face_.by != KnobMover::none) {
         const ControlId id = cell().id;
         auto& source = const_cast<KnobCell*>(this)->context().source;
         return std::string(controlRange(id).name) + " " +
                source.asMain(
-                   [id](AudioUnitViewController& view) { return knobMoverText(view, id); });
+                   [&](AudioUnitViewController& view) { return knobMoverText(view, id, face_); });
     }
     return PathCellView::sentence();
 }

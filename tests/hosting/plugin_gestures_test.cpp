@@ -75,6 +75,60 @@ TEST(PluginGestures, AreHeardOfHandsAndButtonsOutsideMainAndOfNothingElse) {
     EXPECT_EQ(plugin.heard(), "");
 }
 
+TEST(PluginGestures, AreWholeOnesWhereEditsAreTakenBackComparedOrRandom) {
+    Recorded plugin;
+    auto& view = plugin.system().view;
+    auto& stream = plugin.system().stream();
+    const auto asMain = [&](const std::function<void()>& act) {
+        const auto screen = plugin.main();
+        act();
+        plugin.system().instance.runLoop.runPosted();
+    };
+    const auto edit = [&](const std::function<void()>& act) {
+        asMain([&] {
+            view.edits.beginEdit("edit");
+            act();
+            view.edits.endEdit();
+        });
+        plugin.render(10);
+        plugin.heard();
+    };
+    /// Each gesture without its values: a touch, a value, a release.
+    const auto hears = [&](const char* expected, const std::function<void()>& act) {
+        asMain(act);
+        std::string shape;
+        std::istringstream words(plugin.heard());
+        for (std::string event, value; words >> event >> value;) shape += event;
+        EXPECT_EQ(shape, expected);
+    };
+    const auto undo = [&] { view.edits.undo(); };
+    asMain([&] {
+        stream.setDisplayed(live, 0.0f);
+        stream.setDisplayed(scanning, 0.0f);
+        view.assignments.assign(*view.control(density), AssignmentType::lfo);
+    });
+    plugin.listen();
+    edit([&] { plugin.drag(width, 0.75f), plugin.drag(density, 300.0f); });
+    plugin.set(width, 0.5f); // automated meanwhile
+    plugin.render(10);
+    hears("[4=4[5=5]4]5", undo);
+    EXPECT_EQ(plugin.value(width), 0.25f);
+    hears("[4=4[5=5]4]5", [&] { view.edits.redo(); });
+    edit([&] { stream.setDisplayed(freeze, 1.0f), stream.setDisplayed(live, 1.0f); });
+    hears("[22=22[23=23]22]23", undo);
+    edit([&] {
+        stream.scrubArea.touchesBegan(1, {0.5, 0.5}, 0.0);
+        plugin.render();
+        stream.scrubArea.touchesEnded(1, 0.1);
+    });
+    hears("[0=0]0", undo);
+    edit([&] { view.compare.choose(CompareSlots::Slot::b), plugin.drag(width, 0.5f); });
+    hears("[4=4]4", [&] { view.compare.choose(CompareSlots::Slot::a); });
+    for (const ControlRange& range : controlRanges()) view.locks.setLocked(range.id, true);
+    asMain([&] { view.locks.setLocked(pitch, false), view.locks.setLocked(density, false); });
+    hears("[5=5]5[9=9]9", [&] { view.randomizer.randomize(1); });
+}
+
 TEST(PluginGestures, EndWithTheirListenerAlsoWhereItGoesInACallOfItsOwn) {
     Recorded plugin;
     std::atomic<bool> calls = false, gone = false, late = false;

@@ -166,6 +166,57 @@ TEST(EditHistory, LeavesToHostMidiAndLfoWhatTheyMoveMeanwhile) {
     EXPECT_NEAR(stream.linear(density), 300.0f, 1e-3f);
 }
 
+TEST(EditHistory, KnowsWhatAHandGaveAKnobBelowTheLfoThatCarriesItOn) {
+    Player player;
+    auto& view = player.view;
+    MOK_KNOB& knob = player.controls._width;
+    const auto assign = [&](AssignmentType type) {
+        player.edit("assign", [&] { view.assignments.assign(knob, type); });
+        player.render(20000);
+        player.render(0);
+    };
+    const std::pair<const char*, std::function<void()>> hands[] = {
+        {"drag", [&] { player.drag(knob, 0.5f); }},
+        {"type",
+         [&] {
+             player.edit("type", [&] {
+                 knob.sendActionsForControlEvents(control_event::touchDown);
+                 knob.setValue(0.625f);
+                 knob.sendEventValueChanged();
+                 knob.sendActionsForControlEvents(control_event::touchUpInside);
+             });
+         }},
+        {"reset", [&] { player.edit("reset", [&] { knob.resetsDefault(); }); }},
+        {"Randomise", [&] { view.randomizer.randomize(0.01); }}};
+    assign(AssignmentType::lfo);
+    EXPECT_NE(knob.value(), 0.25f);
+    float before = 0.25f;
+    for (const auto& [name, hand] : hands) {
+        SCOPED_TRACE(name);
+        hand();
+        const float after = view.baseValue(knob);
+        EXPECT_NE(after, before);
+        player.render(20000); // the LFO goes on, and keeps to what it carries
+        EXPECT_EQ(view.edits.undoName(), name);
+        EXPECT_TRUE(view.edits.undo());
+        EXPECT_EQ(view.baseValue(knob), before);
+        player.render(20000);
+        EXPECT_TRUE(view.edits.redo());
+        EXPECT_EQ(view.baseValue(knob), after);
+        before = after;
+    }
+    // Others' assignments come and go above it, and its own leaves it where the hand had it.
+    player.edit("other",
+                [&] { view.assignments.assign(player.controls._pan, AssignmentType::lfo); });
+    player.render(20000);
+    EXPECT_TRUE(view.edits.undo());
+    EXPECT_EQ(view.baseValue(knob), before);
+    while (view.edits.undo()) {
+    }
+    EXPECT_EQ(view.assignments.typeOf(knob), AssignmentType::none);
+    EXPECT_EQ(knob.value(), 0.25f);
+}
+
 TEST(EditHistory, HasSoundsThatComeLaterAndPresetsByName) {
     const TemporaryFolder shared;
     Player player;
@@ -201,6 +252,10 @@ TEST(EditHistory, HasSoundsThatComeLaterAndPresetsByName) {
     EXPECT_EQ(view.edits.undoName(), "Glass");
     EXPECT_TRUE(view.edits.undo());
     EXPECT_NEAR(stream.displayed(density), 40.0f, 1e-3f);
+    view.restoreState(preset); // as a host's program
+    player.render(0);
+    EXPECT_EQ(view.edits.undoName(), "Glass");
+    EXPECT_EQ(view.edits.redoName(), "");
     view.restoreState(view.getState()); // a host's
     player.render(0);
     EXPECT_FALSE(view.edits.canUndo() || view.edits.canRedo());

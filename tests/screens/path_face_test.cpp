@@ -116,7 +116,8 @@ TEST_F(Faces, ShowAnLfoAndWhereTheKnobWasSet) {
     EXPECT_NE(moved.arc, 0.75f);
     EXPECT_EQ(moved.from, 0.25f);
     EXPECT_EQ(moved.to, 1.0f);
-    EXPECT_EQ(knobMoverText(view(), pitch), "moves by LFO, sine, 3 Hz, \u221212.0 st to +24.0 st");
+    EXPECT_EQ(knobMoverText(view(), pitch, moved),
+              "moves by LFO, sine, 3 Hz, \u221212.0 st to +24.0 st, set to +12.0 st");
     // It steps 32 times a second, and glides between.
     float before = model.face(pitch).arc;
     for (int frame = 0; frame < 12; ++frame) {
@@ -128,6 +129,7 @@ TEST_F(Faces, ShowAnLfoAndWhereTheKnobWasSet) {
     source.asMain([&](auto&) {
         knob(pitch).beginTracking({0, 0});
         knob(pitch).setValue(0.0f);
+        knob(pitch).sendEventValueChanged();
     });
     EXPECT_EQ(face(pitch, 0.04).setAt, 0.5f);
     EXPECT_TRUE(model.face(pitch).isHeld);
@@ -155,13 +157,42 @@ TEST_F(Faces, ShowMidiAndHosts) {
     plugin.set(amplitude, 0.75f);
     EXPECT_EQ(face(amplitude).by, KnobMover::host);
     EXPECT_EQ(model.face(amplitude).setAt, 0.5f);
+    EXPECT_EQ(knobMoverText(view(), amplitude, model.face(amplitude)),
+              "moves by the host's automation, set to 0.50");
     EXPECT_EQ(face(amplitude, 2.0).by, KnobMover::none);
     EXPECT_EQ(model.face(amplitude).setAt, std::nullopt);
 }
 
+TEST_F(Faces, ShowTheFingerThatMovesThemAndNotTheSoundThatStandsHeld) {
+    const ControlId first = pitch, second = width;
+    auto& area = plugin.system().stream().scrubArea;
+    source.asMain([&](auto&) {
+        view().assignments.assign(knob(first), AssignmentType::scrubY);
+        view().assignments.assign(knob(second), AssignmentType::secondFinger);
+    });
+    face(first, 0.1);
+    source.asMain([&](auto&) {
+        area.touchesBegan(1, {0.5, 0.5}, 0.0);
+        area.touchesMoved(1, {0.5, 0.25}, 0.1);
+    });
+    const KnobFace moved = face(first, 0.1);
+    EXPECT_TRUE(moved.by == KnobMover::scrub && moved.drives);
+    EXPECT_EQ(moved.setAt, 0.5f);
+    EXPECT_GT(moved.arc, 0.5f);
+    EXPECT_FALSE(model.face(second).drives);
+    source.asMain([&](auto&) { area.touchesBegan(2, {0.5, 0.5}, 0.2); });
+    EXPECT_TRUE(face(second, 0.1).drives);
+    source.asMain([&](auto&) { area.touchesEnded(2, 0.3), area.touchesEnded(1, 0.3); });
+    source.asMain([&](auto&) { area.touchesBegan(3, {0.5, 0.5}, 1.0); });
+    plugin.render(60); // until it holds
+    source.asMain([&](auto&) { area.touchesEnded(3, 1.6); });
+    ASSERT_TRUE(area.isPressAndHold());
+    EXPECT_FALSE(face(first, 0.1).drives);
+}
+
 TEST_F(Faces, ShowSectionsLocksAndVoices) {
     struct Voices final : SoundingVoices {
-        std::vector<SoundingVoice> all{{5, 7.0f}, {6, -3.0f, 0.01f}, {7, NAN}};
+        std::vector<SoundingVoice> all{{1005, 7.0f}, {1006, -3.0f, 0.01f}, {1007, NAN}};
         std::uint64_t lost = 0;
         std::size_t sounding(std::span<SoundingVoice> into) const override {
             std::copy(all.begin(), all.end(), into.begin());
@@ -188,7 +219,7 @@ TEST_F(Faces, ShowSectionsLocksAndVoices) {
     EXPECT_EQ(model.voices().dots[1], (VoicesFace::Dot{-3.0f, 1}));
     EXPECT_FALSE(model.voices().dropped);
     voices.all.erase(voices.all.begin()); // the others stay at their dots
-    voices.all.push_back({8, 1.0f});
+    voices.all.push_back({1008, 1.0f});
     voices.lost = 1;
     face(density, 0.02);
     EXPECT_EQ(model.voices().dots[0], (VoicesFace::Dot{1.0f, 8}));

@@ -2,6 +2,7 @@
 #include "controls/knob.h"
 #include "screens/model/path/knob_hand.h"
 #include "screens/model/path/knob_menu.h"
+#include "screens/model/top/edit_line.h"
 #include "tests/support/hosted_plugin.h"
 #include "tests/support/stream_probe.h"
 
@@ -17,8 +18,14 @@ constexpr Point kCentre{50.0, 50.0};
 
 struct Hands : testing::Test {
     Hands() {
-        context.beginEdit = [this](const std::string& name) { edits += "(" + name; };
-        context.endEdit = [this] { edits += ")"; };
+        context.beginEdit = [this](const std::string& name) {
+            edits += "(" + name;
+            source.asMain([&](AudioUnitViewController& view) { view.edits.beginEdit(name); });
+        };
+        context.endEdit = [this] {
+            edits += ")";
+            source.asMain([&](AudioUnitViewController& view) { view.edits.endEdit(); });
+        };
         plugin.setGestureListener([this](const AUParameterAutomationEvent& event) {
             const auto type = event.eventType;
             gestures += type == AUParameterAutomationEventType::touch     ? "["
@@ -121,6 +128,19 @@ TEST_F(Hands, StepWithWheelAndKeysAsOneGesture) {
     hand.frame(1.7);
     EXPECT_EQ(heard(), "]9");
     EXPECT_EQ(edits, "(Pitch)");
+    // An undo does not wait for more of them, and leaves a drag alone.
+    plugin.render(110); // more than a second
+    hand.turn(pitch, 1, Fineness::coarse, 1.8);
+    undo(context);
+    EXPECT_FLOAT_EQ(displayed(pitch), 2.9f);
+    hand.begin(1, pitch, {0, 0}, kCentre);
+    undo(context);
+    EXPECT_FLOAT_EQ(displayed(pitch), 2.9f);
+    hand.end(1);
+    undo(context);
+    EXPECT_EQ(displayed(pitch), 0.0f);
+    redo(context);
+    edits = "(Pitch)";
 
     hand.turn(measures, 0.6, Fineness::coarse, 2.0);
     EXPECT_EQ(displayed(measures), 1.0f);
@@ -166,34 +186,54 @@ TEST_F(Hands, TypeValuesInAnyUnit) {
     EXPECT_EQ(heard() + edits, "[5=5]5(Density)");
 }
 
-TEST_F(Hands, ChooseFromTheMenu) {
+TEST_F(Hands, ChooseFromTheMenuAndTakeEachChoiceBackByItsName) {
     ASSERT_TRUE(hand.type(width, "0.75").ok());
     choose("Copy 0.75", width);
-    choose("Paste", pan); // no side: a place from -1 to 1
-    EXPECT_FLOAT_EQ(displayed(pan), 0.75f);
-    heard();
-    choose("Reset to 0.25", width);
-    EXPECT_FLOAT_EQ(displayed(width), 0.25f);
-    EXPECT_EQ(heard(), "[4=4]4");
-    choose("Randomise", width);
-    EXPECT_NE(displayed(width), 0.25f);
-    const float random = displayed(width);
-    choose("Lock", width);
-    hand.randomise(width);
-    EXPECT_EQ(displayed(width), random);
-
-    const auto type = [&] { return plugin.system().view.assignments.typeOf(knob(width)); };
-    choose("LFO", width);
-    EXPECT_EQ(type(), AssignmentType::lfo);
-    choose("MIDI: learn", width);
-    plugin.midi({0xB0, 7, 100});
-    plugin.render();
-    EXPECT_EQ(type(), AssignmentType::midi);
-    choose("Second finger", width);
-    EXPECT_EQ(type(), AssignmentType::secondFinger);
+    source.asMain([](AudioUnitViewController& view) { view.edits.clear(); });
+    const auto type = [&](AssignmentType wanted) {
+        return plugin.system().view.assignments.typeOf(knob(width)) == wanted;
+    };
+    const struct {
+        const char* row;
+        ControlId id;
+        const char* undo;
+        std::function<bool()> done;
+    } choices[] = {
+        {"Paste", pan, "Pan", [&] { return displayed(pan) == 0.75f; }}, // no side: -1 to 1
+        {"Reset to 0.25", width, "Width reset", [&] { return displayed(width) == 0.25f; }},
+        {"Randomise", width, "Width random", [&] { return displayed(width) != 0.25f; }},
+        {"Lock", width, "Width lock",
+         [&] {
+             const float before = displayed(width);
+             return hand.randomise(width), displayed(width) == before;
+         }},
+        {"LFO", width, "Width assignment", [&] { return type(AssignmentType::lfo); }},
+        {"MIDI: learn", width, "Width MIDI",
+         [&] {
+             plugin.midi({0xB0, 7, 100});
+             plugin.render();
+             return type(AssignmentType::midi);
+         }},
+        {"Second finger", width, "Width assignment",
+         [&] { return type(AssignmentType::secondFinger); }},
+        {"Moved by nothing", width, "Width assignment",
+         [&] { return type(AssignmentType::none); }}};
+    const auto state = [&] {
+        return source.asMain([](AudioUnitViewController& view) { return view.editState(); });
+    };
+    for (const auto& [row, id, name, done] : choices) {
+        SCOPED_TRACE(row);
+        const PropertyDictionary before = state();
+        choose(row, id);
+        EXPECT_TRUE(done());
+        const PropertyDictionary after = state();
+        EXPECT_EQ(plugin.system().view.edits.undoName(), name);
+        undo(context);
+        EXPECT_TRUE(state() == before);
+        redo(context);
+        EXPECT_TRUE(state() == after);
+    }
     EXPECT_TRUE(plugin.system().view.midiManager.bindings().empty());
-    choose("Moved by nothing", width);
-    EXPECT_EQ(type(), AssignmentType::none);
 }
 
 TEST_F(Hands, FlipSwitchesPickEnvelopesAndDragRanges) {
@@ -213,7 +253,7 @@ TEST_F(Hands, FlipSwitchesPickEnvelopesAndDragRanges) {
     ASSERT_NE(lfo, nullptr);
     EXPECT_EQ(lfo->minRange(), 0.25f);
     EXPECT_EQ(lfo->maxRange(), 0.5f);
-    EXPECT_EQ(edits, "(Echo Switch)(Envelope)(Pitch)(Pitch range)");
+    EXPECT_EQ(edits, "(Echo Switch)(Envelope)(Pitch assignment)(Pitch range)");
 }
 
 } // namespace

@@ -54,7 +54,7 @@ KnobBond lfoBond(const LFO_WIDGETS_MAPPING& lfos, const Control& control) {
     bond.drives = lfos.getIsEnabled() && !wrapper->isSuspended();
     if (const auto* const knob = dynamic_cast<const MOK_KNOB*>(&control)) {
         const float span = knob->maximumValue() - knob->minimumValue();
-        bond.beganAt = (wrapper->beganAt() - knob->minimumValue()) / span;
+        bond.base = (wrapper->baseValue() - knob->minimumValue()) / span;
     }
     return bond;
 }
@@ -94,9 +94,11 @@ KnobBond bondOf(AudioUnitViewController& view, Control& control) {
     case AssignmentType::midi:
         return midiBond(view.midiManager, control);
     case AssignmentType::scrubY:
+        return wrapperBond(KnobMover::scrub, wrapperOf(view, control),
+                           view.scrubWidgets.isDown(Finger::first));
     case AssignmentType::secondFinger:
         return wrapperBond(KnobMover::scrub, wrapperOf(view, control),
-                           view._GRANULATOR_STREAM.scrubArea.isHeld());
+                           view.scrubWidgets.isDown(Finger::second));
     case AssignmentType::accelX:
     case AssignmentType::accelY:
         return wrapperBond(KnobMover::tilt, wrapperOf(view, control),

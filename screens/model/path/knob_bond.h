@@ -17,8 +17,8 @@ struct KnobBond {
     /// The ends of the sweep, fractions of the linear range, the first may be the larger; none
     /// where there is no such range.
     std::optional<float> from{}, to{};
-    bool drives = false;            ///< it moves the control now; else it waits, or stands
-    std::optional<float> beganAt{}; ///< of an LFO: where the control stood when it took over, 0..1
+    bool drives = false;         ///< it moves the control now; else it waits, or stands
+    std::optional<float> base{}; ///< of an LFO: where the control was set, 0..1
 };
 
 /// What the player assigned; automation by a host is no assignment. MAIN.

@@ -15,24 +15,27 @@ MOK_KNOB* knobOf(AudioUnitViewController& view, ControlId id) {
     return dynamic_cast<MOK_KNOB*>(view.control(id));
 }
 
+std::string nameOf(ControlId id) {
+    return controlRange(id).name;
+}
+
 } // namespace
 
 template <typename Change>
-void KnobHand::gesture(ControlId id, Change&& change) {
+void KnobHand::gesture(ControlId id, const std::string& name, Change&& change) {
     endSteps();
-    beginEdit(controlRange(id).name);
+    const ScreenEdit edit(context_, name);
     context_.source.asMain([&](AudioUnitViewController& view) {
         if (MOK_KNOB* const knob = knobOf(view, id)) change(view, *knob);
     });
-    endEdit();
 }
 
 void KnobHand::reset(ControlId id) {
-    gesture(id, [](auto&, MOK_KNOB& knob) { knob.resetsDefault(); });
+    gesture(id, nameOf(id) + " reset", [](auto&, MOK_KNOB& knob) { knob.resetsDefault(); });
 }
 
 void KnobHand::randomise(ControlId id) {
-    gesture(id, [](AudioUnitViewController& view, MOK_KNOB& knob) {
+    gesture(id, nameOf(id) + " random", [](AudioUnitViewController& view, MOK_KNOB& knob) {
         knob.genRandomic(view._GRANULATOR_STREAM.instance().random);
     });
 }
@@ -40,7 +43,7 @@ void KnobHand::randomise(ControlId id) {
 Result<void> KnobHand::type(ControlId id, const std::string& text) {
     const Result<float> linear = linearFromTyped(controlRange(id), text);
     if (!linear) return Failure{linear.message()};
-    gesture(id, [&](auto&, MOK_KNOB& knob) {
+    gesture(id, nameOf(id), [&](auto&, MOK_KNOB& knob) {
         knob.sendActionsForControlEvents(control_event::touchDown);
         knob.setValue(linear.value());
         knob.sendEventValueChanged();
@@ -51,21 +54,19 @@ Result<void> KnobHand::type(ControlId id, const std::string& text) {
 
 void KnobHand::flip(ControlId id) {
     endSteps();
-    beginEdit(controlRange(id).name);
+    const ScreenEdit edit(context_, nameOf(id));
     context_.source.asMain([id](AudioUnitViewController& view) {
         if (auto* const toggle = dynamic_cast<Toggle*>(view.control(id))) toggle->touch();
     });
-    endEdit();
 }
 
 void KnobHand::pickEnvelope(std::size_t menuIndex) {
     if (menuIndex >= kEnvelopeMenu.size()) return;
     endSteps();
-    beginEdit("Envelope");
+    const ScreenEdit edit(context_, "Envelope");
     context_.source.asMain([menuIndex](AudioUnitViewController& view) {
         view._GRANULATOR_STREAM.pickEnvelope(menuIndex);
     });
-    endEdit();
 }
 
 void KnobHand::keepLive() {
@@ -73,7 +74,7 @@ void KnobHand::keepLive() {
 }
 
 void KnobHand::assign(ControlId id, AssignmentType type) {
-    gesture(id, [type](AudioUnitViewController& view, MOK_KNOB& knob) {
+    gesture(id, nameOf(id) + " assignment", [type](AudioUnitViewController& view, MOK_KNOB& knob) {
         if (view.midiManager.learning() == &knob) view.midiManager.stopLearning();
         view.assignments.assign(knob, type);
     });
@@ -92,7 +93,7 @@ void KnobHand::learnMidi(ControlId id) {
 
 void KnobHand::beginRange(ControlId id) {
     endSteps();
-    beginEdit(std::string(controlRange(id).name) + " range");
+    beginEdit(nameOf(id) + " range");
 }
 
 void KnobHand::moveRange(ControlId id, BondEnd end, float place) {
@@ -113,8 +114,8 @@ void KnobHand::endRange() {
 }
 
 void KnobHand::lock(ControlId id, bool on) {
-    context_.source.asMain(
-        [id, on](AudioUnitViewController& view) { view.locks.setLocked(id, on); });
+    gesture(id, nameOf(id) + " lock",
+            [id, on](AudioUnitViewController& view, auto&) { view.locks.setLocked(id, on); });
 }
 
 } // namespace zephyra

@@ -51,11 +51,10 @@ bool KnobMemory::hostMoves(AudioUnitViewController& view, ControlId id, double n
     return now < hostMovesUntil_;
 }
 
-/// An LFO says itself where the control stood before; a hand that moved it since knows better.
+/// An LFO knows itself where the control was set.
 void KnobMemory::remember(const MOK_KNOB& knob, const KnobBond& bond) {
     if (!bond.drives || knob.isTracking()) setAt_ = knob.valueNorm();
-    if (bond.beganAt && bond.beganAt != beganAt_) setAt_ = bond.beganAt;
-    beganAt_ = bond.beganAt;
+    if (bond.base) setAt_ = bond.base;
 }
 
 /// Modulation steps 32 times a second, a display shows 60 pictures: one step late, and evenly.
@@ -93,10 +92,13 @@ KnobFace KnobMemory::read(AudioUnitViewController& view, ControlId id, double no
             .isHeld = knob->isTracking()};
 }
 
-std::string knobMoverText(AudioUnitViewController& view, ControlId id) {
+std::string knobMoverText(AudioUnitViewController& view, ControlId id, const KnobFace& face) {
     auto* const knob = dynamic_cast<MOK_KNOB*>(view.control(id));
     if (!knob) return {};
     const KnobBond bond = bondOf(view, *knob);
+    const std::string set =
+        face.drives && face.setAt ? ", set to " + atPlace(*knob, id, *face.setAt) : "";
+    if (face.by == KnobMover::host) return "moves by the host's automation" + set;
     if (bond.by == KnobMover::none) return {};
     std::string text = assignmentEntry(view.assignments.typeOf(*knob))->title;
     if (bond.by == KnobMover::midi) text = "MIDI " + bond.sign;
@@ -105,7 +107,7 @@ std::string knobMoverText(AudioUnitViewController& view, ControlId id) {
             text = lfoText(*lfo);
     if (bond.from)
         text += ", " + atPlace(*knob, id, *bond.from) + " to " + atPlace(*knob, id, *bond.to);
-    return (bond.drives ? "moves by " : "follows ") + text;
+    return (bond.drives ? "moves by " : "follows ") + text + set;
 }
 
 } // namespace zephyra

@@ -39,15 +39,14 @@ private:
     float glide(float to, bool glides, double now);
 
     std::optional<float> setAt_;                // none where it was moved before the window knew it
-    std::optional<float> beganAt_;              // of the LFO, as last seen
     float glidesFrom_ = 0.0f, glidesTo_ = 0.0f; // what moves by itself, between two of its steps
     double glideBegan_ = 0.0;
     std::optional<std::uint32_t> hostMoves_;
     double hostMovesUntil_ = 0.0; // on the window's clock
 };
 
-/// "moves by LFO, sine, 0.7 Hz, -10.6 st to +17.3 st": who moves the knob, for the foot; empty when
-/// nothing does. MAIN.
-std::string knobMoverText(AudioUnitViewController& view, ControlId id);
+/// "moves by LFO, sine, 0.7 Hz, -10.6 st to +17.3 st, set to 0 st": who moves the knob that looks
+/// so now, for the foot; empty when nothing does. MAIN.
+std::string knobMoverText(AudioUnitViewController& view, ControlId id, const KnobFace& face);
 
 } // namespace zephyra

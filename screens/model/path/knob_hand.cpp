@@ -46,7 +46,12 @@ double notchOf(const ControlRange& range, const MOK_KNOB& knob) {
 
 } // namespace
 
+KnobHand::KnobHand(ScreenContext& context) : context_(context) {
+    context_.finishSteps = [this] { endSteps(); };
+}
+
 KnobHand::~KnobHand() {
+    context_.finishSteps = {};
     while (!held_.empty()) cancel(held_.begin()->first);
     endSteps();
 }
@@ -170,8 +175,8 @@ void KnobHand::turn(ControlId id, double notches, Fineness fineness, double now)
     context_.source.asMain([&](AudioUnitViewController& view) {
         MOK_KNOB* const knob = knobOf(view, id);
         if (!knob || knob->isTracking()) return;
-        const float before = knob->value();
-        knob->setValue(static_cast<float>(before + notches * notchOf(range, *knob)));
+        const float before = knob->value(); // which an LFO may have carried off
+        knob->setValue(static_cast<float>(view.baseValue(*knob) + notches * notchOf(range, *knob)));
         if (knob->value() != before) knob->sendEventValueChanged();
     });
 }

@@ -25,7 +25,7 @@ enum class BondEnd { from, to };
 /// inside ScreenSource::asMain.
 class KnobHand {
 public:
-    explicit KnobHand(ScreenContext& context) : context_(context) {}
+    explicit KnobHand(ScreenContext& context);
     /// Ends what is under way.
     ~KnobHand();
     KnobHand(const KnobHand&) = delete;
@@ -95,7 +95,7 @@ private:
     void endSteps();
     void finish(TouchId pointer, bool cancelled);
     template <typename Change>
-    void gesture(ControlId id, Change&& change);
+    void gesture(ControlId id, const std::string& name, Change&& change);
 
     ScreenContext& context_;
     std::map<TouchId, Held> held_;

@@ -7,6 +7,8 @@ namespace zephyra {
 
 namespace {
 
+constexpr const char* kScanName = "Scan position"; // of one that stands: it is an edit then
+
 const char* nameOf(RegionEdge edge) {
     return edge == RegionEdge::start ? "Region start" : "Region end";
 }
@@ -65,12 +67,14 @@ void StageHands::pinched(double x, double times, double soundSeconds) {
 }
 
 void StageHands::putScan(double position) {
+    const ScreenEdit edit(context_, kScanName);
     context_.source.asMain([position](AudioUnitViewController& view) {
         view._GRANULATOR_STREAM.setScrubNormalizedValue(static_cast<float>(position));
     });
 }
 
 void StageHands::moveScan(double steps) {
+    const ScreenEdit edit(context_, kScanName);
     const double step = steps * kArrowStep * view_.span();
     context_.source.asMain([step](AudioUnitViewController& view) {
         MOK_SCRUB_GRANULATOR& stream = view._GRANULATOR_STREAM;
@@ -116,9 +120,8 @@ void StageHands::nudge(RegionEdge which, double steps) {
 }
 
 void StageHands::setEdge(RegionEdge which, double position) {
-    if (context_.beginEdit) context_.beginEdit(nameOf(which));
+    const ScreenEdit edit(context_, nameOf(which));
     moveEdge(which, position);
-    if (context_.endEdit) context_.endEdit();
 }
 
 } // namespace zephyra

@@ -6,7 +6,21 @@ namespace {
 
 constexpr int kAmounts[] = {5, 10, 25, 50, 100}; // percent
 
+void finishSteps(ScreenContext& context) {
+    if (context.finishSteps) context.finishSteps();
+}
+
 } // namespace
+
+void undo(ScreenContext& context) {
+    finishSteps(context);
+    context.source.asMain([](AudioUnitViewController& view) { view.edits.undo(); });
+}
+
+void redo(ScreenContext& context) {
+    finishSteps(context);
+    context.source.asMain([](AudioUnitViewController& view) { view.edits.redo(); });
+}
 
 EditLine::EditLine(ScreenContext& context) : context_(context) {
     context_.source.add(*this);
@@ -53,24 +67,16 @@ std::string EditLine::help(EditButton button) const {
 }
 
 void EditLine::press(EditButton button) {
-    context_.source.asMain([&](AudioUnitViewController& view) { act(view, button); });
-}
-
-void EditLine::act(AudioUnitViewController& view, EditButton button) const {
-    switch (button) {
-    case EditButton::randomize:
-        return view.randomizer.randomize(percent_ / 100.0);
-    case EditButton::undo:
-        view.edits.undo();
-        return;
-    case EditButton::redo:
-        view.edits.redo();
-        return;
-    case EditButton::compareA:
-        return view.compare.choose(CompareSlots::Slot::a);
-    case EditButton::compareB:
-        return view.compare.choose(CompareSlots::Slot::b);
-    }
+    if (button == EditButton::undo) return undo(context_);
+    if (button == EditButton::redo) return redo(context_);
+    finishSteps(context_);
+    context_.source.asMain([&](AudioUnitViewController& view) {
+        if (button == EditButton::randomize)
+            view.randomizer.randomize(percent_ / 100.0);
+        else
+            view.compare.choose(button == EditButton::compareA ? CompareSlots::Slot::a
+                                                               : CompareSlots::Slot::b);
+    });
 }
 
 std::vector<MenuRow> EditLine::randomizeMenu() {

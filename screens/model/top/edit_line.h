@@ -19,6 +19,11 @@ struct EditsShown {
     bool operator==(const EditsShown&) const = default;
 };
 
+/// What buttons and keys do; steps that wait for more of them are over by then. Nothing happens
+/// while a hand is at something. Message thread, not inside ScreenSource::asMain.
+void undo(ScreenContext& context);
+void redo(ScreenContext& context);
+
 /// Message thread.
 class EditLine final : public ScreenPart {
 public:
@@ -36,8 +41,6 @@ public:
     void read(AudioUnitViewController& view, const FrameTime& time) override;
 
 private:
-    void act(AudioUnitViewController& view, EditButton button) const;
-
     ScreenContext& context_;
     EditsShown shown_;
     int percent_ = 25;

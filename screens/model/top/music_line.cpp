@@ -46,12 +46,14 @@ MusicLine::~MusicLine() {
 
 void MusicLine::tap() {
     if (shown_.isHosts) return;
+    const ScreenEdit edit(context_, "Tempo");
     context_.source.asMain(
         [](AudioUnitViewController& view) { view.assignments.tempo.TapTimeSync(); });
 }
 
 void MusicLine::step(int quarters) {
     if (shown_.isHosts) return;
+    const ScreenEdit edit(context_, "Tempo");
     context_.source.asMain([quarters](AudioUnitViewController& view) {
         MOK_TAP& tempo = view.assignments.tempo;
         for (int i = std::abs(quarters); i > 0; --i)
@@ -67,6 +69,7 @@ void MusicLine::beginDrag() {
 
 void MusicLine::drag(double unitsUp) {
     if (shown_.isHosts) return;
+    const ScreenEdit edit(context_, "Tempo");
     context_.source.asMain(
         [unitsUp](AudioUnitViewController& view) { view.assignments.tempo.tempoDrag(unitsUp); });
 }
