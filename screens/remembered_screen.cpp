@@ -1,31 +1,21 @@
 #include "screens/remembered_screen.h"
 
+#include "platform/files/folders.h"
 #include "screens/model/screen_settings_store.h"
 
-#include <cstdlib>
 #include <filesystem>
 
 namespace zephyra {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-fs::path absoluteFromEnvironment(const char* name) {
-    const char* const value = std::getenv(name);
-    const fs::path path = value ? value : "";
-    return path.is_absolute() ? path : fs::path();
-}
-
 UserDefaults screenDefaults(PluginInstance& plugin) {
     Log& log = plugin.system().instance.log;
-    fs::path folder = absoluteFromEnvironment("XDG_CONFIG_HOME");
-    if (const fs::path home = absoluteFromEnvironment("HOME"); folder.empty() && !home.empty())
-        folder = home / ".config";
+    const std::filesystem::path folder = userFolders().config;
     if (folder.empty()) return {};
     std::error_code error; // a folder that cannot be made is the write's to complain of
-    fs::create_directories(folder / "zephyra", error);
-    return {folder / "zephyra" / "screen.plist", log};
+    std::filesystem::create_directories(folder, error);
+    return {folder / "screen.plist", log};
 }
 
 } // namespace

@@ -65,6 +65,18 @@ std::vector<fs::path> knownPrefixes() {
     return prefixes;
 }
 
+fs::path absoluteFromEnvironment(const char* name) {
+    const fs::path path = fromEnvironment(name);
+    return path.is_absolute() ? path : fs::path();
+}
+
+fs::path userFolder(const char* name, const char* belowHome) {
+    if (const fs::path named = absoluteFromEnvironment(name); !named.empty())
+        return named / "zephyra";
+    const fs::path home = absoluteFromEnvironment("HOME");
+    return home.empty() ? fs::path() : home / belowHome / "zephyra";
+}
+
 /// An address of this very library, whatever others of the process call their functions.
 const char kHere = 0;
 
@@ -72,6 +84,10 @@ const char kHere = 0;
 
 Folders standardFolders() {
     return {inFull(sharedFolder()), inFull(resourceFolder())};
+}
+
+UserFolders userFolders() {
+    return {userFolder("XDG_CONFIG_HOME", ".config"), userFolder("XDG_STATE_HOME", ".local/state")};
 }
 
 std::vector<fs::path> installedPlaces(const fs::path& folder, const fs::path& place,

@@ -17,6 +17,16 @@ struct Folders {
 /// installedPlaces that exists. Nothing is created. MAIN.
 Folders standardFolders();
 
+/// What one user's programs remember; an empty path where not even $HOME is known.
+struct UserFolders {
+    std::filesystem::path config; ///< $XDG_CONFIG_HOME/zephyra, else $HOME/.config/zephyra
+    std::filesystem::path state;  ///< $XDG_STATE_HOME/zephyra, else $HOME/.local/state/zephyra
+};
+
+/// Relative paths in the environment are ignored, as the desktop's convention has it. Nothing is
+/// created. Any thread but RENDER.
+UserFolders userFolders();
+
 /// Where the program or library that this code is in stands: absolute, links followed. What is
 /// installed with it is found from here. Empty where the system does not tell. Any thread but
 /// RENDER.

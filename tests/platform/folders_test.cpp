@@ -41,5 +41,21 @@ TEST(Folders, WhatIsInstalledIsFoundFromEveryPlaceThatHostsLoadFrom) {
                 ElementsAre("/home/ada/.local/lib/z", "/usr/local/lib/z", "/usr/lib/z"));
 }
 
+TEST(Folders, WhatAUsersProgramsRememberFollowsTheDesktopsConvention) {
+    const struct {
+        const char *config, *home;
+        std::vector<fs::path> folders;
+    } rows[] = {
+        {"/set", "/home/ada", {"/set/zephyra", "/home/ada/.local/state/zephyra"}},
+        {"relative", "/home/ada", {"/home/ada/.config/zephyra", "/home/ada/.local/state/zephyra"}},
+        {"", "ada", {"", ""}}};
+    ::unsetenv("XDG_STATE_HOME");
+    for (const auto& [config, home, folders] : rows) {
+        ::setenv("XDG_CONFIG_HOME", config, 1);
+        ::setenv("HOME", home, 1);
+        EXPECT_EQ((std::vector{userFolders().config, userFolders().state}), folders) << config;
+    }
+}
+
 } // namespace
 } // namespace zephyra

@@ -4,7 +4,6 @@
 #include "platform/files/file_calls.h"
 #include "plugin/juce/standalone/display.h"
 #include "plugin/standalone/document_opening.h"
-#include "plugin/standalone/standalone_folders.h"
 
 #include <cstdio>
 #include <span>
@@ -50,7 +49,7 @@ private:
 StandaloneProgram::StandaloneProgram(const StandaloneArguments& arguments,
                                      std::function<void()> quit)
     : quit_(std::move(quit)) {
-    const StandaloneFolders folders = standaloneFolders();
+    const UserFolders folders = userFolders();
     openSettings(folders.config);
     if (const auto opened = session_.open(folders.state); !opened) say(opened.message());
     restoreSession(arguments.fresh);
