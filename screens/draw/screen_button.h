@@ -2,11 +2,9 @@
 #pragma once
 
 #include "screens/draw/icons.h"
+#include "screens/draw/screen_control.h"
 #include "screens/model/button_face.h"
 #include "screens/model/button_touch.h"
-#include "screens/model/screen_context.h"
-
-#include <juce_gui_basics/juce_gui_basics.h>
 
 #include <functional>
 #include <optional>
@@ -18,7 +16,7 @@ namespace zephyra {
 /// Space and Enter; a click leaves the keyboard where it is. A button that is not enabled is
 /// reached and explained, but not pressed. Others draw more than a sign by paintSign. Message
 /// thread.
-class ScreenButton : public juce::Component {
+class ScreenButton : public ScreenControl {
 public:
     /// title: for assistive technology, "Freeze". help: one sentence that the foot shows.
     ScreenButton(ScreenContext& context, const std::string& title, std::string help);
@@ -35,47 +33,36 @@ public:
     void setFace(const ButtonFace& face);
     void setCorner(double units) { corner_ = units; }   ///< 6 at first
     void setSurface(Color ground) { ground_ = ground; } ///< what it stands on; the ground at first
-    void setHelp(const std::string& help);
-    /// What it is now, for assistive technology: "armed". Empty for nothing worth telling.
-    void setValue(const std::string& value);
     /// Whether it is a switch, for assistive technology; a push button at first.
     void setSwitch(bool isSwitch) { isSwitch_ = isSwitch; }
 
     const ButtonFace& face() const noexcept { return face_; }
-    const std::string& help() const noexcept { return help_; }
     /// As a key or assistive technology presses it.
     void press();
 
     void paint(juce::Graphics& graphics) override;
-    void mouseEnter(const juce::MouseEvent& event) override;
-    void mouseExit(const juce::MouseEvent& event) override;
     void mouseDown(const juce::MouseEvent& event) override;
     void mouseDrag(const juce::MouseEvent& event) override;
     void mouseUp(const juce::MouseEvent& event) override;
     bool keyPressed(const juce::KeyPress& key) override;
-    void focusGained(FocusChangeType cause) override;
-    void focusLost(FocusChangeType cause) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 protected:
     /// What stands in the cell, which is filled; sign: the colour that is read on it.
     virtual void paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell, Color sign);
     float px(double units) const { return static_cast<float>(units * scale_); }
-    const ButtonReach& reached() const noexcept { return reach_; }
+    ButtonReach reached() const noexcept { return {isHovered(), isPressed_, showsFocus()}; }
 
 private:
-    void reach(ButtonReach reach);
-    void showHelp(bool on);
-    void tell(ButtonTouch touch);
+    void hold(bool isPressed);
+    void send(ButtonTouch touch);
 
-    ScreenContext& context_;
-    std::string help_, label_;
+    std::string label_;
     std::optional<Icon> icon_;
     double iconUnits_ = 18.0, labelPixels_ = 12.0, corner_ = 6.0, scale_ = 1.0;
     Color ground_ = palette::kGround;
     ButtonFace face_;
-    ButtonReach reach_;
-    bool isSwitch_ = false;
+    bool isSwitch_ = false, isPressed_ = false;
     std::optional<int> finger_; // the pointer that holds it down
 };
 

@@ -5,7 +5,7 @@
 namespace zephyra {
 
 PathCellView::PathCellView(ScreenContext& context, const PathCell& cell)
-    : context_(context), cell_(cell) {
+    : ScreenControl(context, cell.name), cell_(cell) {
     setOpaque(true);
     setWantsKeyboardFocus(true);
 }
@@ -26,45 +26,11 @@ void PathCellView::setReach(const CellReach& reach) {
     repaint();
 }
 
-void PathCellView::setHelp(const std::string& sentence) {
-    help_ = sentence;
-    setHelpText(brush::text(sentence));
-    setTooltip(brush::text(sentence));
-}
-
-void PathCellView::tell(const std::string& sentence) {
-    if (context_.help) context_.help(sentence);
-}
-
-void PathCellView::mouseEnter(const juce::MouseEvent&) {
+void PathCellView::reachChanged() {
     CellReach reach = reach_;
-    reach.isHovered = true;
+    reach.isHovered = isHovered();
+    reach.showsFocus = showsFocus();
     setReach(reach);
-    tell(sentence());
-}
-
-void PathCellView::mouseExit(const juce::MouseEvent&) {
-    CellReach reach = reach_;
-    reach.isHovered = false;
-    setReach(reach);
-    tell({});
-}
-
-// A press focuses as well, so that keys go on where the hand was, but frames nothing.
-void PathCellView::focusGained(FocusChangeType cause) {
-    showFocus(cause == focusChangedByTabKey); // a window that is activated also focuses
-    if (reach_.showsFocus) tell(sentence());
-}
-
-void PathCellView::showFocus(bool on) {
-    CellReach reach = reach_;
-    reach.showsFocus = on;
-    setReach(reach);
-}
-
-void PathCellView::focusLost(FocusChangeType) {
-    if (reach_.showsFocus && !reach_.isHovered) tell({});
-    showFocus(false);
 }
 
 Box PathCellView::boxInWindow() const {

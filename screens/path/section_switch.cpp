@@ -2,6 +2,7 @@
 
 #include "audiounit/control_meaning.h"
 #include "screens/draw/brush.h"
+#include "screens/draw/switch_access.h"
 
 #include <utility>
 
@@ -13,33 +14,14 @@ namespace {
 
 constexpr int kReachAround = 5; // pixels at a height of 12
 
-class Handler final : public juce::AccessibilityHandler {
-public:
-    Handler(SectionSwitch& section, std::function<void()> flip)
-        : AccessibilityHandler(section, juce::AccessibilityRole::toggleButton,
-                               juce::AccessibilityActions()
-                                   .addAction(juce::AccessibilityActionType::toggle, flip)
-                                   .addAction(juce::AccessibilityActionType::press, flip)),
-          switch_(section) {}
-
-    juce::AccessibleState getCurrentState() const override {
-        const auto state = AccessibilityHandler::getCurrentState().withCheckable();
-        return switch_.isOn() ? state.withChecked() : state;
-    }
-
-private:
-    SectionSwitch& switch_;
-};
-
 } // namespace
 
 SectionSwitch::SectionSwitch(ScreenContext& context, ControlId id, SwitchShape shape,
                              std::function<void(ControlId)> flip)
-    : context_(context), id_(id), shape_(shape), flip_(std::move(flip)) {
+    : ScreenControl(context, controlRange(id).name), id_(id), shape_(shape),
+      flip_(std::move(flip)) {
     setWantsKeyboardFocus(true);
-    setTitle(controlRange(id).name);
-    setHelpText(controlMeaning(id));
-    setTooltip(controlMeaning(id));
+    setHelp(controlMeaning(id));
 }
 
 void SectionSwitch::place(const Box& drawn, double text) {
@@ -62,7 +44,7 @@ void SectionSwitch::paint(juce::Graphics& graphics) {
         paintPill(graphics, drawn_);
     else
         paintChip(graphics, drawn_);
-    if (!showsFocus_) return;
+    if (!showsFocus()) return;
     const float width = drawn_.getHeight() / 8;
     const auto frame = drawn_.expanded(2.2f * width);
     graphics.setColour(brush::colour(kBright));
@@ -72,8 +54,8 @@ void SectionSwitch::paint(juce::Graphics& graphics) {
 
 void SectionSwitch::paintPill(juce::Graphics& graphics, juce::Rectangle<float> box) const {
     const float line = box.getHeight() / 9, corner = box.getHeight() / 2;
-    const juce::Colour off = brush::colour(isHovered_ ? kBright : kFaint);
-    graphics.setColour(isOn_ ? brush::colour(isHovered_ ? kBright : kArc) : off);
+    const juce::Colour off = brush::colour(isHovered() ? kBright : kFaint);
+    graphics.setColour(isOn_ ? brush::colour(isHovered() ? kBright : kArc) : off);
     if (isOn_)
         graphics.fillRoundedRectangle(box, corner);
     else
@@ -87,35 +69,19 @@ void SectionSwitch::paintPill(juce::Graphics& graphics, juce::Rectangle<float> b
 void SectionSwitch::paintChip(juce::Graphics& graphics, juce::Rectangle<float> box) const {
     const float corner = box.getHeight() / 4, line = box.getHeight() / 14;
     if (isOn_) {
-        graphics.setColour(brush::colour(isHovered_ ? kBright : kArc));
+        graphics.setColour(brush::colour(isHovered() ? kBright : kArc));
         graphics.fillRoundedRectangle(box, corner);
     } else {
-        if (isHovered_) {
+        if (isHovered()) {
             graphics.setColour(brush::colour(kRaised));
             graphics.fillRoundedRectangle(box, corner);
         }
         graphics.setColour(brush::colour(kTrack));
         graphics.drawRoundedRectangle(box.reduced(line / 2), corner, line);
     }
-    graphics.setColour(brush::colour(isOn_ ? kInk : isHovered_ ? kBright : kFaint));
+    graphics.setColour(brush::colour(isOn_ ? kInk : isHovered() ? kBright : kFaint));
     graphics.setFont(isOn_ ? brush::medium(text_) : brush::regular(text_));
     graphics.drawText("Sync", box, juce::Justification::centred, false);
-}
-
-void SectionSwitch::tell(const juce::String& sentence) {
-    if (context_.help) context_.help(sentence.toStdString());
-}
-
-void SectionSwitch::mouseEnter(const juce::MouseEvent&) {
-    isHovered_ = true;
-    repaint();
-    tell(getHelpText());
-}
-
-void SectionSwitch::mouseExit(const juce::MouseEvent&) {
-    isHovered_ = false;
-    repaint();
-    tell({});
 }
 
 void SectionSwitch::mouseUp(const juce::MouseEvent& event) {
@@ -128,21 +94,9 @@ bool SectionSwitch::keyPressed(const juce::KeyPress& key) {
     return true;
 }
 
-void SectionSwitch::focusGained(FocusChangeType cause) {
-    showFocus(cause == focusChangedByTabKey);
-    if (showsFocus_) tell(getHelpText());
-}
-
-void SectionSwitch::showFocus(bool on) {
-    if (std::exchange(showsFocus_, on) != on) repaint();
-}
-
-void SectionSwitch::focusLost(FocusChangeType) {
-    showFocus(false);
-}
-
 std::unique_ptr<juce::AccessibilityHandler> SectionSwitch::createAccessibilityHandler() {
-    return std::make_unique<Handler>(*this, [this] { flip_(id_); });
+    return switchAccess(
+        *this, [this] { return isOn_; }, [this] { flip_(id_); });
 }
 
 } // namespace zephyra

@@ -2,10 +2,8 @@
 // it.
 #pragma once
 
+#include "screens/draw/screen_control.h"
 #include "screens/model/path/path_model.h"
-#include "screens/model/screen_context.h"
-
-#include <juce_gui_basics/juce_gui_basics.h>
 
 #include <functional>
 
@@ -14,7 +12,7 @@ namespace zephyra {
 enum class SwitchShape { pill, syncChip };
 
 /// Its hit area is larger than what is drawn. Message thread.
-class SectionSwitch final : public juce::Component, public juce::SettableTooltipClient {
+class SectionSwitch final : public ScreenControl {
 public:
     /// flip is called by a press.
     SectionSwitch(ScreenContext& context, ControlId id, SwitchShape shape,
@@ -26,29 +24,21 @@ public:
     void show(const PathModel& model);
 
     void paint(juce::Graphics& graphics) override;
-    void mouseEnter(const juce::MouseEvent& event) override;
-    void mouseExit(const juce::MouseEvent& event) override;
     void mouseUp(const juce::MouseEvent& event) override;
     bool keyPressed(const juce::KeyPress& key) override;
-    void focusGained(FocusChangeType cause) override;
-    void focusLost(FocusChangeType cause) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
     bool isOn() const { return isOn_; }
-    /// See PathCellView.
-    void showFocus(bool on);
 
 private:
-    void tell(const juce::String& sentence);
     void paintPill(juce::Graphics& graphics, juce::Rectangle<float> box) const;
     void paintChip(juce::Graphics& graphics, juce::Rectangle<float> box) const;
 
-    ScreenContext& context_;
     const ControlId id_;
     const SwitchShape shape_;
     const std::function<void(ControlId)> flip_;
     juce::Rectangle<float> drawn_; // in this component
     double text_ = 11.0;
-    bool isOn_ = false, isHovered_ = false, showsFocus_ = false;
+    bool isOn_ = false;
 };
 
 } // namespace zephyra

@@ -10,10 +10,10 @@ namespace zephyra {
 
 RegionHandle::RegionHandle(RegionEdge edge, ScreenContext& context, StageHands& hands,
                            const StageScene& scene)
-    : edge_(edge), context_(context), hands_(hands), scene_(scene) {
-    setTitle(isStart() ? "Region start" : "Region end");
-    setHelpText(isStart() ? "Where in the sound the scan begins, in seconds"
-                          : "Where in the sound the scan ends, in seconds");
+    : ScreenControl(context, edge == RegionEdge::start ? "Region start" : "Region end"),
+      edge_(edge), hands_(hands), scene_(scene) {
+    setHelp(isStart() ? "Where in the sound the scan begins, in seconds"
+                      : "Where in the sound the scan ends, in seconds");
     setWantsKeyboardFocus(true);
     setMouseCursor(juce::MouseCursor::LeftRightResizeCursor);
 }
@@ -23,7 +23,7 @@ double RegionHandle::position() const {
 }
 
 double RegionHandle::gripWidth() const {
-    return isHovered_ || hands_.held() == edge_ ? Ruler::kHoveredGrip : Ruler::kGrip;
+    return isHovered() || hands_.held() == edge_ ? Ruler::kHoveredGrip : Ruler::kGrip;
 }
 
 void RegionHandle::follow() {
@@ -37,8 +37,8 @@ void RegionHandle::paint(juce::Graphics& graphics) {
     const auto grip =
         brush::floats(stage).translated(static_cast<float>(-getX()), static_cast<float>(-getY()));
     const auto corner = static_cast<float>(scene_.units(3));
-    const bool isLit = isHovered_ || hands_.held() == edge_ || hasKeyboardFocus(false);
-    if (hasKeyboardFocus(false)) {
+    const bool isLit = isHovered() || hands_.held() == edge_ || showsFocus();
+    if (showsFocus()) {
         graphics.setColour(brush::colour(palette::kBright));
         const auto line = static_cast<float>(scene_.units(2));
         graphics.drawRoundedRectangle(grip.expanded(line * 1.5f, 0.0f).reduced(0.0f, line / 2.0f),
@@ -46,8 +46,7 @@ void RegionHandle::paint(juce::Graphics& graphics) {
     }
     graphics.setColour(brush::colour(isLit ? palette::kBright : palette::kArc));
     graphics.fillRoundedRectangle(
-        grip.reduced(0.0f, hasKeyboardFocus(false) ? static_cast<float>(scene_.units(3)) : 0.0f),
-        corner);
+        grip.reduced(0.0f, showsFocus() ? static_cast<float>(scene_.units(3)) : 0.0f), corner);
     graphics.setColour(brush::colour(palette::kInk));
     const auto line = static_cast<float>(std::max(1, scene_.px(1)));
     const auto apart = static_cast<float>(scene_.units(1.5)),
@@ -55,18 +54,6 @@ void RegionHandle::paint(juce::Graphics& graphics) {
     for (const float side : {-apart, apart})
         graphics.fillRect(grip.getCentreX() + side - line / 2.0f, grip.getCentreY() - half, line,
                           2.0f * half);
-}
-
-void RegionHandle::mouseEnter(const juce::MouseEvent&) {
-    isHovered_ = true;
-    if (context_.help) context_.help(getHelpText().toStdString());
-    repaint();
-}
-
-void RegionHandle::mouseExit(const juce::MouseEvent&) {
-    isHovered_ = false;
-    if (context_.help) context_.help({});
-    repaint();
 }
 
 double RegionHandle::placeOf(const juce::MouseEvent& event) const {
@@ -106,14 +93,6 @@ bool RegionHandle::keyPressed(const juce::KeyPress& key) {
     else
         return false;
     return true;
-}
-
-void RegionHandle::focusGained(FocusChangeType) {
-    repaint();
-}
-
-void RegionHandle::focusLost(FocusChangeType) {
-    repaint();
 }
 
 std::unique_ptr<juce::AccessibilityHandler> RegionHandle::createAccessibilityHandler() {

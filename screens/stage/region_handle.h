@@ -1,16 +1,15 @@
 // RegionHandle: one end of the scanned region, to be dragged along the ruler.
 #pragma once
 
+#include "screens/draw/screen_control.h"
 #include "screens/model/stage/stage_hands.h"
 #include "screens/stage/stage_scene.h"
-
-#include <juce_gui_basics/juce_gui_basics.h>
 
 namespace zephyra {
 
 /// Stands on the ruler with more room than its grip takes; hands tells it what to do. Keys: arrows,
 /// finer with Shift, Home and End. Message thread.
-class RegionHandle final : public juce::Component {
+class RegionHandle final : public ScreenControl {
 public:
     /// All outlive it.
     RegionHandle(RegionEdge edge, ScreenContext& context, StageHands& hands,
@@ -20,14 +19,10 @@ public:
     void follow();
 
     void paint(juce::Graphics& graphics) override;
-    void mouseEnter(const juce::MouseEvent& event) override;
-    void mouseExit(const juce::MouseEvent& event) override;
     void mouseDown(const juce::MouseEvent& event) override;
     void mouseDrag(const juce::MouseEvent& event) override;
     void mouseUp(const juce::MouseEvent& event) override;
     bool keyPressed(const juce::KeyPress& key) override;
-    void focusGained(FocusChangeType cause) override;
-    void focusLost(FocusChangeType cause) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
     /// The edge, a fraction of the sound.
@@ -40,10 +35,8 @@ private:
     double gripWidth() const;
 
     const RegionEdge edge_;
-    ScreenContext& context_;
     StageHands& hands_;
     const StageScene& scene_;
-    bool isHovered_ = false;
 };
 
 } // namespace zephyra

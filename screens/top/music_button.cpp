@@ -82,10 +82,9 @@ bool MusicButton::keyPressed(const juce::KeyPress& key) {
     return true;
 }
 
-BarView::BarView(ScreenContext& context) : context_(context) {
+BarView::BarView(ScreenContext& context) : ScreenControl(context, "Bar and beat") {
     setOpaque(true);
-    setTitle("Bar and beat");
-    setHelpText("Bar and beat of the host");
+    setHelp("Bar and beat of the host");
 }
 
 void BarView::show(const MusicShown& shown, const LayoutMeasures& measures, double scale) {
@@ -123,14 +122,10 @@ void BarView::paint(juce::Graphics& graphics) {
     }
 }
 
-void BarView::mouseEnter(const juce::MouseEvent&) {
-    if (context_.help && shown_.hasBars)
-        context_.help("Bar " + shown_.bar.substr(0, shown_.bar.find('.')) + ", beat " +
-                      std::to_string(shown_.beat + 1) + " of the host's music");
-}
-
-void BarView::mouseExit(const juce::MouseEvent&) {
-    if (context_.help) context_.help({});
+std::string BarView::sentence() const {
+    if (!shown_.hasBars) return {};
+    return "Bar " + shown_.bar.substr(0, shown_.bar.find('.')) + ", beat " +
+           std::to_string(shown_.beat + 1) + " of the host's music";
 }
 
 } // namespace zephyra

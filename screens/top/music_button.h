@@ -32,18 +32,17 @@ private:
 };
 
 /// Nothing where no host tells of bars. Message thread.
-class BarView final : public juce::Component {
+class BarView final : public ScreenControl {
 public:
     explicit BarView(ScreenContext& context);
 
     void show(const MusicShown& shown, const LayoutMeasures& measures, double scale);
 
     void paint(juce::Graphics& graphics) override;
-    void mouseEnter(const juce::MouseEvent& event) override;
-    void mouseExit(const juce::MouseEvent& event) override;
 
 private:
-    ScreenContext& context_;
+    std::string sentence() const override;
+
     MusicShown shown_;
     LayoutMeasures measures_{};
     double scale_ = 1.0;

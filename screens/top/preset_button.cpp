@@ -24,10 +24,17 @@ void PresetButton::show(const PresetShown& shown, const LayoutMeasures& measures
     shown_ = shown;
     measures_ = measures;
     setHelp("Preset " + shown.title() + (shown.bank.empty() ? "" : " of " + shown.line()) +
-            ": press for all presets and banks");
+            ": press for all presets and banks, arrow keys step");
     setValue(shown.title() + (shown.isChanged ? ", changed" : ""));
     textWidth_ = measured();
     repaint();
+}
+
+bool PresetButton::keyPressed(const juce::KeyPress& key) {
+    const bool isLeft = key == juce::KeyPress::leftKey;
+    if (!isLeft && key != juce::KeyPress::rightKey) return ScreenButton::keyPressed(key);
+    if (stepped) stepped(isLeft ? -1 : 1);
+    return true;
 }
 
 int PresetButton::measured() const {

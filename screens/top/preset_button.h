@@ -1,4 +1,4 @@
-// PresetButton: the preset's name and bank; a press opens the menu of presets.
+// PresetButton: the preset's name and bank; a press opens the menu of presets, arrows step.
 #pragma once
 
 #include "screens/draw/screen_button.h"
@@ -12,6 +12,10 @@ public:
     explicit PresetButton(ScreenContext& context);
 
     void show(const PresetShown& shown, const LayoutMeasures& measures, double scale);
+    /// Left or right arrow: -1, +1.
+    std::function<void(int by)> stepped = {};
+    bool keyPressed(const juce::KeyPress& key) override;
+
     /// Of its texts, pixels.
     int textWidth() const noexcept { return textWidth_; }
 

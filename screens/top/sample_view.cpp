@@ -13,9 +13,8 @@ constexpr double kNameMore = 2.0;                          // over the names of 
 
 } // namespace
 
-SampleView::SampleView(ScreenContext& context) : context_(context) {
+SampleView::SampleView(ScreenContext& context) : ScreenControl(context, "Sound") {
     setOpaque(true);
-    setTitle("Sound");
 }
 
 void SampleView::show(const SampleShown& shown, const LayoutMeasures& measures, double scale) {
@@ -24,7 +23,7 @@ void SampleView::show(const SampleShown& shown, const LayoutMeasures& measures, 
     measures_ = measures;
     scale_ = scale;
     setDescription(brush::text(shown.name + ", " + secondLine()));
-    setHelpText("The sound that grains are cut from; drop a sound file to load another");
+    setHelp("The sound that grains are cut from; drop a sound file to load another");
     textWidth_ = measured();
     repaint();
 }
@@ -54,14 +53,10 @@ void SampleView::paint(juce::Graphics& graphics) {
          shown_.isMissing ? palette::kAccent : palette::kFaint);
 }
 
-void SampleView::mouseEnter(const juce::MouseEvent&) {
-    if (context_.help && !shown_.name.empty())
-        context_.help(shown_.isMissing ? shown_.name + " was not found; Locate chooses another"
-                                       : shown_.name + ", drop a sound file to load another");
-}
-
-void SampleView::mouseExit(const juce::MouseEvent&) {
-    if (context_.help) context_.help({});
+std::string SampleView::sentence() const {
+    if (shown_.name.empty()) return {};
+    return shown_.isMissing ? shown_.name + " was not found; Locate chooses another"
+                            : shown_.name + ", drop a sound file to load another";
 }
 
 } // namespace zephyra

@@ -1,15 +1,13 @@
 // SampleView: the name of the sound and its facts.
 #pragma once
 
-#include "screens/model/screen_context.h"
+#include "screens/draw/screen_control.h"
 #include "screens/model/top/sample_line.h"
-
-#include <juce_gui_basics/juce_gui_basics.h>
 
 namespace zephyra {
 
 /// Message thread.
-class SampleView final : public juce::Component {
+class SampleView final : public ScreenControl {
 public:
     explicit SampleView(ScreenContext& context);
 
@@ -18,14 +16,12 @@ public:
     int textWidth() const noexcept { return textWidth_; }
 
     void paint(juce::Graphics& graphics) override;
-    void mouseEnter(const juce::MouseEvent& event) override;
-    void mouseExit(const juce::MouseEvent& event) override;
 
 private:
+    std::string sentence() const override;
     int measured() const;
     std::string secondLine() const { return shown_.isMissing ? "missing" : shown_.facts; }
 
-    ScreenContext& context_;
     SampleShown shown_;
     LayoutMeasures measures_{};
     double scale_ = 0.0;

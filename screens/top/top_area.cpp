@@ -73,6 +73,7 @@ void TopArea::wirePreset() {
     }
     previous_.pressed = [this] { preset_.previous(); };
     next_.pressed = [this] { preset_.next(); };
+    presetName_.stepped = [this](int by) { by < 0 ? preset_.previous() : preset_.next(); };
     presetName_.pressed = [this] { openMenu(presetName_, preset_.menu()); };
 }
 

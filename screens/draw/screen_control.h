@@ -1,0 +1,54 @@
+// ScreenControl: the base of what a hand finds in the window: hover, focus, help and the texts for
+// assistive technology.
+#pragma once
+
+#include "screens/model/screen_context.h"
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include <string>
+
+namespace zephyra {
+
+/// Repaints when the pointer comes and goes, or Tab does, and has the foot say its sentence
+/// meanwhile. What it shows and what it does are others' matter. Message thread.
+class ScreenControl : public juce::Component {
+public:
+    /// context outlives this. title: for assistive technology, "Freeze".
+    ScreenControl(ScreenContext& context, const std::string& title);
+
+    /// One sentence on what it does, for the foot and assistive technology.
+    void setHelp(const std::string& help);
+    const std::string& help() const noexcept { return help_; }
+    /// What it is now, for assistive technology: "armed". Empty for nothing worth telling.
+    void setValue(const std::string& value);
+
+    bool isHovered() const noexcept { return isHovered_; }
+    /// A frame round what has the focus shows while keys are used, not while pointers are: a press
+    /// focuses as well, so that keys go on where the hand was.
+    bool showsFocus() const noexcept { return showsFocus_; }
+    void showFocus(bool on);
+
+    void mouseEnter(const juce::MouseEvent& event) override;
+    void mouseExit(const juce::MouseEvent& event) override;
+    void focusGained(FocusChangeType cause) override;
+    void focusLost(FocusChangeType cause) override;
+
+protected:
+    ScreenContext& context() noexcept { return context_; }
+    /// What the foot says while a hand is near; help() unless there is more to say now.
+    virtual std::string sentence() const { return help_; }
+    /// isHovered or showsFocus changed.
+    virtual void reachChanged() { repaint(); }
+    /// Has the foot say this.
+    void tell(const std::string& sentence);
+
+private:
+    void hover(bool on);
+
+    ScreenContext& context_;
+    std::string help_;
+    bool isHovered_ = false, showsFocus_ = false;
+};
+
+} // namespace zephyra
