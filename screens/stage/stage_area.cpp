@@ -51,6 +51,9 @@ void StageArea::takeContents(const FrameTime& time) {
     scene_.trail.advance(of.scan, time.elapsed,
                          of.isPlaying && !of.isFrozen && !scene_.reducedMotion);
     if (scene_.reducedMotion) scene_.trail.clear();
+    const auto& finger = hands_.scrubbing();
+    scene_.hold.advance(finger, finger ? scene_.view.at(finger->x) : 0.0, of.scan, of.staysHeld,
+                        time.elapsed, !scene_.reducedMotion);
     reader_.setFades(!scene_.reducedMotion);
     const double bar = scene_.units(kStackedBar);
     reader_.setBarSize({.semitones = bar / std::max(1e-3, scene_.y(0.0) - scene_.y(1.0)),

@@ -10,6 +10,7 @@ namespace zephyra {
 namespace {
 
 constexpr double kRing = 22, kRingLine = 2, kLoadingBar = 3; // units
+constexpr double kPin = 12, kPinFrom = 4, kPinDot = 5;       // units: radii
 constexpr double kNowWidth = 44, kNowHeight = 20;
 
 Box nowBox(const StageScene& scene) {
@@ -17,10 +18,21 @@ Box nowBox(const StageScene& scene) {
     return {x - scene.px(kNowWidth), 0, scene.px(kNowWidth), scene.height()};
 }
 
+/// Round the mark of a held sound, if there is one in sight.
+std::optional<Box> pinBox(const StageScene& scene) {
+    const auto& hold = scene.hold.shown();
+    if (!hold) return std::nullopt;
+    const int half = scene.px(kPin + 2.0 * kRingLine);
+    const Box box{static_cast<int>(scene.x(hold->scan)) - half,
+                  static_cast<int>(hold->y * scene.height()) - half, 2 * half, 2 * half};
+    if (box.right() <= 0 || box.x >= scene.width()) return std::nullopt;
+    return box;
+}
+
 } // namespace
 
-std::array<Box, 4> StageOverlay::follow(const StageScene& scene, const StageHands& hands) {
-    std::array<Box, 4> changed{};
+std::array<Box, 6> StageOverlay::follow(const StageScene& scene, const StageHands& hands) {
+    std::array<Box, 6> changed{};
     std::optional<Box> ring;
     if (const auto& finger = hands.scrubbing()) {
         const int half = scene.px(kRing);
@@ -38,7 +50,31 @@ std::array<Box, 4> StageOverlay::follow(const StageScene& scene, const StageHand
     loaded_ = loaded;
     if (std::exchange(isWriting_, scene.contents.isWriting) != scene.contents.isWriting)
         changed[3] = nowBox(scene);
+    const auto pin = pinBox(scene);
+    if (pin != pin_ || scene.hold.shown() != hold_) {
+        changed[4] = pin.value_or(Box{});
+        changed[5] = pin_.value_or(Box{});
+    }
+    pin_ = pin;
+    hold_ = scene.hold.shown();
     return changed;
+}
+
+/// A ring that grows; a dot in it once the sound is held. White: it is set by hand.
+void StageOverlay::paintPin(juce::Graphics& graphics, const StageScene& scene) const {
+    const auto centre = brush::floats(*pin_).getCentre();
+    const auto circle = [&](double units) {
+        const auto side = static_cast<float>(2.0 * scene.units(units));
+        return juce::Rectangle<float>(side, side).withCentre(centre);
+    };
+    const double radius = kPinFrom + hold_->growth * (kPin - kPinFrom);
+    const auto line = static_cast<float>(scene.units(kRingLine));
+    graphics.setColour(brush::colour(palette::kInk));
+    graphics.drawEllipse(circle(radius), 2.0f * line); // to be seen on bright bars as well
+    if (hold_->stands) graphics.fillEllipse(circle(kPinDot + 1.0));
+    graphics.setColour(brush::colour(palette::kBright));
+    graphics.drawEllipse(circle(radius), line);
+    if (hold_->stands) graphics.fillEllipse(circle(kPinDot));
 }
 
 void StageOverlay::paint(juce::Graphics& graphics, const StageScene& scene, bool isFocused) const {
@@ -63,6 +99,7 @@ void StageOverlay::paint(juce::Graphics& graphics, const StageScene& scene, bool
         graphics.setColour(brush::colour(palette::kBright));
         graphics.drawEllipse(brush::floats(*ring_).reduced(line), line);
     }
+    if (pin_) paintPin(graphics, scene);
     if (isFocused) {
         graphics.setColour(brush::colour(palette::kBright));
         graphics.drawRect(0, 0, scene.width(), scene.height(), std::max(2, scene.px(2)));

@@ -1,5 +1,5 @@
-// StageOverlay: what stands over the stage now and then: a finger's ring, what is loading, the
-// edge of live input, the frame of the focus.
+// StageOverlay: what stands over the stage now and then: a finger's ring, the mark of a sound that
+// is held, what is loading, the edge of live input, the frame of the focus.
 #pragma once
 
 #include "screens/model/stage/stage_hands.h"
@@ -16,12 +16,16 @@ namespace zephyra {
 class StageOverlay {
 public:
     /// Follows scene and hands; the rectangles that are to be painted again, empty ones included.
-    std::array<Box, 4> follow(const StageScene& scene, const StageHands& hands);
+    std::array<Box, 6> follow(const StageScene& scene, const StageHands& hands);
     void paint(juce::Graphics& graphics, const StageScene& scene, bool isFocused) const;
 
 private:
+    void paintPin(juce::Graphics& graphics, const StageScene& scene) const;
+
     std::optional<Box> ring_;
-    std::optional<int> loaded_; ///< pixels of its bar
+    std::optional<Box> pin_;
+    std::optional<HoldMark::Shown> hold_; ///< as pin_ shows it
+    std::optional<int> loaded_;           ///< pixels of its bar
     bool isWriting_ = false;
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "screens/model/screen_layout.h"
+#include "screens/model/stage/hold_mark.h"
 #include "screens/model/stage/pitch_axis.h"
 #include "screens/model/stage/scan_trail.h"
 #include "screens/model/stage/stage_contents.h"
@@ -16,6 +17,7 @@ struct StageScene {
     StageView view{};
     PitchAxis axis{};
     ScanTrail trail{};
+    HoldMark hold{};
     bool reducedMotion = false;
 
     int width() const { return layout.stage.width; }

@@ -1,5 +1,6 @@
 // Hands on the stage: what reaches the stream's scan and region, and what is shown of the stream.
 #include "controls/knob.h"
+#include "screens/model/stage/hold_mark.h"
 #include "screens/model/stage/stage_contents.h"
 #include "screens/model/stage/stage_hands.h"
 #include "tests/screens/read_frame.h"
@@ -69,17 +70,6 @@ TEST_F(Stage, AFingerScrubsWhereItIsOnWhatIsShown) {
     EXPECT_FALSE(hands.scrubbing());
 }
 
-TEST_F(Stage, AFingerThatRestsHolds) {
-    hands.pressed(1, 0.5, 0.5, 1.0, false);
-    plugin.render(60);
-    hands.released(1, 1.6);
-    EXPECT_TRUE(stream.scrubArea.isPressAndHold());
-    hands.pressed(1, 0.5, 0.5, 2.0, false);
-    plugin.render(60);
-    hands.cancelled(1, 2.6);
-    EXPECT_FALSE(stream.scrubArea.isHeld());
-}
-
 TEST_F(Stage, PansWithShiftOnlyWhereItIsZoomedIn) {
     hands.pressed(1, 0.5, 0.5, 1.0, true);
     EXPECT_TRUE(stream.scrubArea.isHeld()); // there is nowhere to go
@@ -141,6 +131,50 @@ TEST_F(Stage, ShowsTheStreamsGrainsAndScan) {
         reader.read(all, next());
     });
     EXPECT_TRUE(reader.grains().sounding().empty());
+}
+
+TEST_F(Stage, AMarkGrowsWhileAFingerRestsAndStandsWhileItHolds) {
+    HoldMark mark;
+    StageReader reader(source);
+    const auto frames = [&](int count, bool grows = true) {
+        for (int i = 0; i < count; ++i) {
+            plugin.render(i % 3 == 0 ? 1 : 2); // a frame and two thirds of ten milliseconds
+            readFrameOf(source, next());
+            const auto& finger = hands.scrubbing();
+            mark.advance(finger, finger ? view.at(finger->x) : 0.0, reader.contents().scan,
+                         reader.contents().staysHeld, time.elapsed, grows);
+        }
+        return mark.shown();
+    };
+    hands.pressed(1, 0.5, 0.25, 0.0, false);
+    EXPECT_FALSE(frames(6)); // as long as a click
+    const auto young = frames(10), old = frames(8);
+    ASSERT_TRUE(young && old);
+    EXPECT_LT(young->growth, old->growth);
+    EXPECT_FALSE(old->stands);
+    EXPECT_NEAR(old->scan, 0.5, 1e-3);
+    EXPECT_EQ(old->y, 0.25);
+    EXPECT_TRUE(frames(12)->stands);
+    hands.dragged(1, 0.75, 0.5, 0.6); // goes along
+    frames(1);
+    hands.released(1, 0.7);
+    const auto left = frames(6);
+    ASSERT_TRUE(left);
+    EXPECT_TRUE(left->stands);
+    EXPECT_NEAR(left->scan, 0.75, 1e-3);
+    EXPECT_EQ(left->y, 0.5);
+    hands.pressed(2, 0.5, 0.5, 1.0, false); // another touch ends it
+    EXPECT_FALSE(frames(1));
+    hands.dragged(2, 0.6, 0.5, 1.1);
+    EXPECT_FALSE(frames(40)); // a finger that moved holds nothing
+    hands.released(2, 2.0);
+    hands.pressed(2, 0.5, 0.5, 3.0, false);
+    frames(1);
+    EXPECT_EQ(frames(12, false)->growth, 1.0); // still where motion is reduced
+    EXPECT_TRUE(frames(30)->stands);
+    hands.cancelled(2, 4.0); // leaves nothing held
+    EXPECT_FALSE(frames(1));
+    EXPECT_FALSE(stream.scrubArea.isHeld());
 }
 
 } // namespace

@@ -79,6 +79,7 @@ void StageReader::readScan(MOK_SCRUB_GRANULATOR& stream, double lag) {
     const mokGranulatorSF& engine = stream.engine();
     of.isPlaying = stream.isPlaying();
     of.isHeld = stream.scrubArea.isHeld();
+    of.staysHeld = stream.scrubArea.isPressAndHold();
     of.isFrozen = stream.displayed(ControlId::freeze) != 0.0f;
     of.scanSpeed = stream.scanningValue();
     of.regionStart = double{stream.regionStart()};

@@ -33,7 +33,8 @@ struct StageContents {
     double regionStart = 0.0, regionEnd = 1.0;
     double jitter = 0.0; ///< either way
     bool isPlaying = false, isFrozen = false, isHeld = false;
-    bool isSynced = false; ///< the scan crosses the sound in measures of quarters
+    bool staysHeld = false; ///< by a press-and-hold, whether or not the finger is still there
+    bool isSynced = false;  ///< the scan crosses the sound in measures of quarters
     int measures = 1, quarters = 4;
     double pitch = 0.0, rndPitch = 0.0; ///< semitones, as set
     std::size_t envelope = 0;
