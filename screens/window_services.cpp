@@ -65,6 +65,7 @@ void WindowServices::showAlert() {
     shown_ = questions_.alert();
     dialog_.reset();
     if (!shown_) return;
+    if (context_.cancelTouches) context_.cancelTouches();
     dialog_ = std::make_unique<AlertDialog>(
         context_, *shown_, questions_.destroys(), [this](std::size_t button, const auto& typed) {
             // The dialog goes with its answer, and not inside its own button.

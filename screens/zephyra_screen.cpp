@@ -8,9 +8,11 @@ namespace zephyra {
 ZephyraScreen::ZephyraScreen(PluginInstance& plugin, const ScreenSettings& settings)
     : source_(plugin), context_{.source = source_, .settings = settings} {
     context_.settingsChanged = [this] { layOutAnew(); };
+    context_.cancelTouches = [this] { touches_.cancelAll(); };
     path_.setVoices(&voices_);
     for (ScreenArea* const area : areas_) addAndMakeVisible(area);
     setWantsKeyboardFocus(true);
+    touches_.followWindow();
     setSize(ScreenLayout::kStartWidth, ScreenLayout::kStartHeight);
     display_ = std::make_unique<juce::VBlankAttachment>(
         this, [this] { frame(juce::Time::getMillisecondCounterHiRes() / 1000.0); });
@@ -24,6 +26,7 @@ void ZephyraScreen::frame(double now) {
     source_.readFrame(time_);
     for (ScreenArea* const area : areas_) area->frame(time_);
     services_.frame();
+    touches_.frame(now);
 }
 
 void ZephyraScreen::resized() {
@@ -34,6 +37,7 @@ void ZephyraScreen::layOutAnew() {
     layout_ = zephyra::layOut(getWidth(), getHeight(), context_.settings.zoom);
     for (ScreenArea* const area : areas_) area->layOut(layout_);
     services_.layOut(layout_);
+    touches_.setScale(layout_.scale);
     repaint();
 }
 

@@ -9,6 +9,7 @@
 #include "screens/strip/strip_area.h"
 #include "screens/top/top_area.h"
 #include "screens/window_services.h"
+#include "screens/window_touches.h"
 
 #include <array>
 #include <cstdint>
@@ -29,7 +30,11 @@ public:
     const ScreenSettings& settings() const noexcept { return context_.settings; }
     ScreenContext& context() noexcept { return context_; }
 
+    /// For sources of touches.
+    WindowTouches& touches() noexcept { return touches_; }
+
     void resized() override;
+    void parentHierarchyChanged() override { touches_.followWindow(); }
     void paint(juce::Graphics& graphics) override;
     void paintOverChildren(juce::Graphics& graphics) override;
     bool keyPressed(const juce::KeyPress& key) override { return services_.perform(key); }
@@ -60,6 +65,7 @@ private:
     FootArea foot_{context_};
     std::array<ScreenArea*, 6> areas_{&top_, &stage_, &meter_, &path_, &strip_, &foot_};
     FrameTime time_;
+    WindowTouches touches_{*this};
     std::uint64_t paints_ = 0;
     Flush flush_;
     std::unique_ptr<juce::VBlankAttachment> display_;

@@ -15,6 +15,7 @@ build_packages=(
 plugin_packages=(
     juce-modules-source juce-tools lv2-dev libjack-jackd2-dev libasound2-dev
     libx11-dev libxext-dev libxinerama-dev libxrandr-dev libxcursor-dev libxrender-dev
+    libxi-dev
     libfreetype-dev libfontconfig-dev libpng-dev libjpeg-dev zlib1g-dev
 )
 format_packages=(clang-format)

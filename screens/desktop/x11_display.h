@@ -1,6 +1,10 @@
 // x11: what a window needs of the X server besides what JUCE does.
 #pragma once
 
+#include <string>
+
+struct _XDisplay;
+
 namespace zephyra::x11 {
 
 /// Sends what was painted. JUCE waits for the server's word that it has the last picture before it
@@ -12,6 +16,12 @@ void flush();
 /// around ours before it closes ours; those of other connections go to who was told before. Without
 /// it the first of them ends the host. Again after JUCE was started anew. Message thread.
 void dropOwnErrors();
+/// Adds another connection of ours to those; false when there are too many of them. Message thread.
+bool dropErrorsOf(_XDisplay* display);
+/// It is closed. Message thread.
+void forgetErrorsOf(_XDisplay* display);
+/// The display's name by which JUCE has opened it; empty without one. Message thread.
+std::string displayName();
 /// JUCE is about to close its connection. Message thread.
 void forgetOwnDisplay();
 

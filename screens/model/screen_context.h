@@ -50,6 +50,8 @@ struct ScreenContext {
     std::function<void()> settingsChanged = {};
     /// Asks for a sound file or bank and loads it; for the file of a missing sample.
     std::function<void()> loadFile = {}, locateSample = {};
+    /// Something covers the window: fingers that are down let go, and press nothing.
+    std::function<void()> cancelTouches = {};
     /// Opens the sheet of settings.
     std::function<void()> openSettings = {};
     /// Opens or closes each drawer; one that is empty is not there, and has no tab.

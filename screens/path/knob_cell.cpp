@@ -119,16 +119,17 @@ float KnobCell::fractionAt(juce::Point<float> at) const {
     return std::clamp((centre.getAngleToPoint(at) / kHalf + 1.0f) / 2.0f, 0.0f, 1.0f);
 }
 
-void KnobCell::press(TouchId pointer, juce::Point<float> at) {
+bool KnobCell::press(TouchId pointer, juce::Point<float> at) {
     closeField();
     const auto grip = grip_ ? std::nullopt : gripAt(at);
     if (grip) {
         grip_ = HeldGrip{pointer, *grip};
-        return hand_.beginRange(cell().id);
+        hand_.beginRange(cell().id);
+        return true;
     }
     const juce::Point centre(static_cast<float>(place().centreX),
                              static_cast<float>(place().centreY));
-    hand_.begin(pointer, cell().id, units(at), units(centre));
+    return hand_.begin(pointer, cell().id, units(at), units(centre));
 }
 
 void KnobCell::drag(TouchId pointer, juce::Point<float> to, Fineness fineness) {
@@ -136,15 +137,22 @@ void KnobCell::drag(TouchId pointer, juce::Point<float> to, Fineness fineness) {
     hand_.move(pointer, units(to), fineness);
 }
 
+bool KnobCell::endGrip(TouchId pointer) {
+    if (!holdsGrip(pointer)) return false;
+    grip_.reset();
+    hand_.endRange();
+    return true;
+}
+
 bool KnobCell::release(TouchId pointer, juce::Point<float> at) {
-    if (holdsGrip(pointer)) {
-        grip_.reset();
-        hand_.endRange();
-        return false;
-    }
+    if (endGrip(pointer)) return false;
     const bool wasTap = !hand_.hasMoved(pointer);
     hand_.end(pointer);
     return wasTap && place().number.contains(at.x, at.y);
+}
+
+void KnobCell::cancel(TouchId pointer) {
+    if (!endGrip(pointer)) hand_.cancel(pointer);
 }
 
 void KnobCell::mouseDown(const juce::MouseEvent& event) {

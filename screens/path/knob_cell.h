@@ -2,6 +2,7 @@
 #pragma once
 
 #include "screens/model/path/knob_hand.h"
+#include "screens/model/touch/touch_target.h"
 #include "screens/path/path_cell_view.h"
 #include "screens/path/value_field.h"
 
@@ -11,7 +12,7 @@
 namespace zephyra {
 
 /// Looks as KnobLook draws it; hands go to KnobHand. Message thread.
-class KnobCell final : public PathCellView {
+class KnobCell final : public PathCellView, public TouchTarget {
 public:
     KnobCell(ScreenContext& context, KnobHand& hand, KnobLook& look, const PathCell& cell);
     ~KnobCell() override;
@@ -23,11 +24,13 @@ public:
     /// present value, selected.
     void openField(std::optional<juce::String> text = {});
     const KnobFace& face() const { return face_; }
-    /// A pointer's life, of the mouse or another source; in this component. release answers whether
-    /// it was a tap on the number, by which a value is typed.
-    void press(TouchId pointer, juce::Point<float> at);
+    /// A pointer's life, of the mouse or another source; in this component. press answers false for
+    /// a knob that another pointer holds, release whether it was a tap on the number, by which a
+    /// value is typed.
+    bool press(TouchId pointer, juce::Point<float> at);
     void drag(TouchId pointer, juce::Point<float> to, Fineness fineness);
     bool release(TouchId pointer, juce::Point<float> at);
+    void cancel(TouchId pointer);
     /// What assistive technology sets.
     void typeValue(const std::string& text);
 
@@ -38,6 +41,13 @@ public:
     void mouseDoubleClick(const juce::MouseEvent& event) override;
     void mouseWheelMove(const juce::MouseEvent& event,
                         const juce::MouseWheelDetails& wheel) override;
+    // knob_cell_touch.cpp
+    bool touchBegan(const TouchEvent& event) override;
+    void touchMoved(const TouchEvent& event) override;
+    void touchEnded(const TouchEvent& event, int taps) override;
+    void touchCancelled(const TouchEvent& event) override;
+    void touchRested(const TouchEvent& event) override;
+
     bool keyPressed(const juce::KeyPress& key) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
@@ -49,6 +59,7 @@ private:
     std::optional<BondEnd> gripAt(juce::Point<float> at) const;
     float fractionAt(juce::Point<float> at) const;
     bool holdsGrip(TouchId pointer) const { return grip_ && grip_->pointer == pointer; }
+    bool endGrip(TouchId pointer);
     const juce::Image& stillPicture();
     void openMenu();
     void closeField();
@@ -65,6 +76,7 @@ private:
         BondEnd end;
     };
     std::optional<HeldGrip> grip_;
+    int fingers_ = 0; // of a touch screen, that have come down so far
     std::unique_ptr<ValueField> field_;
 };
 

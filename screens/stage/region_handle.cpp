@@ -23,7 +23,7 @@ double RegionHandle::position() const {
 }
 
 double RegionHandle::gripWidth() const {
-    return isHovered() || hands_.held() == edge_ ? Ruler::kHoveredGrip : Ruler::kGrip;
+    return isHovered() || hands_.isHeld(edge_) ? Ruler::kHoveredGrip : Ruler::kGrip;
 }
 
 void RegionHandle::follow() {
@@ -37,7 +37,7 @@ void RegionHandle::paint(juce::Graphics& graphics) {
     const auto grip =
         brush::floats(stage).translated(static_cast<float>(-getX()), static_cast<float>(-getY()));
     const auto corner = static_cast<float>(scene_.units(3));
-    const bool isLit = isHovered() || hands_.held() == edge_ || showsFocus();
+    const bool isLit = isHovered() || hands_.isHeld(edge_) || showsFocus();
     if (showsFocus()) {
         graphics.setColour(brush::colour(palette::kBright));
         const auto line = static_cast<float>(scene_.units(2));
@@ -57,8 +57,7 @@ void RegionHandle::paint(juce::Graphics& graphics) {
 }
 
 double RegionHandle::placeOf(const juce::MouseEvent& event) const {
-    return static_cast<double>(event.position.x + static_cast<float>(getX())) /
-           std::max(1, scene_.width());
+    return (double{event.position.x} + getX()) / std::max(1, scene_.width());
 }
 
 void RegionHandle::mouseDown(const juce::MouseEvent& event) {
@@ -67,12 +66,38 @@ void RegionHandle::mouseDown(const juce::MouseEvent& event) {
 }
 
 void RegionHandle::mouseDrag(const juce::MouseEvent& event) {
-    if (hands_.held() == edge_) hands_.handleDragged(placeOf(event));
+    hands_.handleDragged(edge_, placeOf(event));
 }
 
 void RegionHandle::mouseUp(const juce::MouseEvent&) {
-    if (hands_.held() == edge_) hands_.handleReleased();
+    hands_.handleReleased(edge_);
     repaint();
+}
+
+bool RegionHandle::touchBegan(const TouchEvent& event) {
+    if (hands_.isHeld(edge_)) return false;
+    touchedAt_ = getX(); // the handle moves, while a finger's places go on from here
+    hands_.handlePressed(edge_, placeOf(event));
+    repaint();
+    return true;
+}
+
+void RegionHandle::touchMoved(const TouchEvent& event) {
+    hands_.handleDragged(edge_, placeOf(event));
+}
+
+void RegionHandle::touchEnded(const TouchEvent& event, int) {
+    touchCancelled(event);
+}
+
+/// Where it was dragged to, it stays.
+void RegionHandle::touchCancelled(const TouchEvent&) {
+    hands_.handleReleased(edge_);
+    repaint();
+}
+
+double RegionHandle::placeOf(const TouchEvent& event) const {
+    return (event.at.x + touchedAt_) / std::max(1, scene_.width());
 }
 
 bool RegionHandle::keyPressed(const juce::KeyPress& key) {

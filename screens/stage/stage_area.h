@@ -2,7 +2,9 @@
 #pragma once
 
 #include "screens/draw/screen_area.h"
+#include "screens/model/stage/stage_fingers.h"
 #include "screens/model/stage/stage_hands.h"
+#include "screens/model/touch/touch_target.h"
 #include "screens/stage/missing_notice.h"
 #include "screens/stage/region_handle.h"
 #include "screens/stage/ruler.h"
@@ -15,7 +17,7 @@
 namespace zephyra {
 
 /// Message thread.
-class StageArea final : public ScreenArea {
+class StageArea final : public ScreenArea, public TouchTarget {
 public:
     explicit StageArea(ScreenContext& context);
     ~StageArea() override;
@@ -24,7 +26,6 @@ public:
     void frame(const FrameTime& time) override;
     void paint(juce::Graphics& graphics) override;
 
-    /// Where pointers of another source than the mouse act, places as StageHands has them.
     StageHands& hands() noexcept { return hands_; }
     const StageScene& scene() const noexcept { return scene_; }
     const GrainCloud& grains() const noexcept { return reader_.grains(); }
@@ -39,6 +40,11 @@ public:
     void mouseWheelMove(const juce::MouseEvent& event,
                         const juce::MouseWheelDetails& wheel) override;
     void mouseMagnify(const juce::MouseEvent& event, float factor) override;
+    bool touchBegan(const TouchEvent& event) override;
+    void touchMoved(const TouchEvent& event) override;
+    void touchEnded(const TouchEvent& event, int taps) override;
+    void touchCancelled(const TouchEvent& event) override;
+    bool followsAtOnce() const override { return true; }
     bool keyPressed(const juce::KeyPress& key) override;
     void focusGained(FocusChangeType cause) override;
     void focusLost(FocusChangeType cause) override;
@@ -60,6 +66,7 @@ private:
     WavePyramid pyramid_;
     StageScene scene_, drawn_; // now, and as the ground was drawn
     StageHands hands_;
+    StageFingers fingers_{hands_};
     StageCanvas canvas_;
     StageOverlay overlay_;
     Ruler ruler_;

@@ -1,4 +1,4 @@
-// What mouse, wheel and keys tell StageArea, as its hands understand it.
+// What mouse, wheel, fingers and keys tell StageArea, as its hands understand it.
 
 #include "screens/draw/brush.h"
 #include "screens/stage/seconds_value.h"
@@ -70,6 +70,24 @@ void StageArea::mouseWheelMove(const juce::MouseEvent& event,
 
 void StageArea::mouseMagnify(const juce::MouseEvent& event, float factor) {
     if (factor > 0.0f) hands_.pinched(placeX(event), 1.0 / double{factor}, scene_.contents.seconds);
+}
+
+bool StageArea::touchBegan(const TouchEvent& event) {
+    fingers_.setStage(scene_.width(), scene_.height(), scene_.contents.seconds);
+    fingers_.began(event.id, event.at, event.time);
+    return true;
+}
+
+void StageArea::touchMoved(const TouchEvent& event) {
+    fingers_.moved(event.id, event.at, event.time);
+}
+
+void StageArea::touchEnded(const TouchEvent& event, int) {
+    fingers_.ended(event.id, event.time);
+}
+
+void StageArea::touchCancelled(const TouchEvent& event) {
+    fingers_.cancelled(event.id, event.time);
 }
 
 bool StageArea::keyPressed(const juce::KeyPress& key) {

@@ -88,13 +88,13 @@ TEST_F(Stage, PansWithShiftOnlyWhereItIsZoomedIn) {
 
 TEST_F(Stage, HandlesMoveTheRegionAsOneEdit) {
     hands.handlePressed(RegionEdge::start, 0.01); // beside the edge: no jump
-    hands.handleDragged(0.01);
+    hands.handleDragged(RegionEdge::start, 0.01);
     EXPECT_EQ(stream.regionStart(), 0.0f);
-    hands.handleDragged(0.26);
+    hands.handleDragged(RegionEdge::start, 0.26);
     EXPECT_NEAR(stream.regionStart(), 0.25f, 1e-5f);
-    EXPECT_EQ(hands.held(), RegionEdge::start);
-    hands.handleReleased();
-    hands.handleReleased();
+    EXPECT_TRUE(hands.isHeld(RegionEdge::start));
+    hands.handleReleased(RegionEdge::start);
+    hands.handleReleased(RegionEdge::start);
     hands.nudge(RegionEdge::end, -10.0);
     EXPECT_NEAR(stream.regionEnd(), 0.95f, 1e-5f);
     hands.setEdge(RegionEdge::end, -3.0); // held to the sound; the scan then runs backwards

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace zephyra {
 
@@ -17,7 +18,8 @@ const char* nameOf(RegionEdge edge) {
 
 StageHands::~StageHands() {
     if (scrubs_) cancelled(scrubs_->id, 0.0);
-    handleReleased();
+    handleReleased(RegionEdge::start);
+    handleReleased(RegionEdge::end);
 }
 
 void StageHands::pressed(TouchId id, double x, double y, double time, bool pans) {
@@ -82,6 +84,12 @@ void StageHands::moveScan(double steps) {
     });
 }
 
+double StageHands::scan() {
+    return context_.source.asMain([](AudioUnitViewController& view) {
+        return double{view._GRANULATOR_STREAM.getTimePhasor()};
+    });
+}
+
 double StageHands::edge(RegionEdge which) {
     return context_.source.asMain([which](AudioUnitViewController& view) {
         const MOK_SCRUB_GRANULATOR& stream = view._GRANULATOR_STREAM;
@@ -100,18 +108,17 @@ void StageHands::moveEdge(RegionEdge which, double position) {
 }
 
 void StageHands::handlePressed(RegionEdge which, double x) {
-    handleReleased();
+    handleReleased(which);
     if (context_.beginEdit) context_.beginEdit(nameOf(which));
-    grip_ = {which, view_.at(x) - edge(which)};
+    grip(which) = view_.at(x) - edge(which);
 }
 
-void StageHands::handleDragged(double x) {
-    if (grip_) moveEdge(grip_->edge, view_.at(x) - grip_->offset);
+void StageHands::handleDragged(RegionEdge which, double x) {
+    if (const Grip& held = grip(which)) moveEdge(which, view_.at(x) - *held);
 }
 
-void StageHands::handleReleased() {
-    if (!grip_) return;
-    grip_.reset();
+void StageHands::handleReleased(RegionEdge which) {
+    if (!std::exchange(grip(which), std::nullopt)) return;
     if (context_.endEdit) context_.endEdit();
 }
 

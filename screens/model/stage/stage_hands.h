@@ -5,6 +5,8 @@
 #include "screens/model/screen_context.h"
 #include "screens/model/stage/stage_view.h"
 
+#include <array>
+#include <cstddef>
 #include <optional>
 
 namespace zephyra {
@@ -44,20 +46,19 @@ public:
     /// happens while a finger holds it.
     void putScan(double position);
     void moveScan(double steps);
+    /// Where it is.
+    double scan();
 
-    /// A handle of the region follows x until it is let go: one edit.
+    /// A handle of the region follows x until it is let go: one edit. Both may be held.
     void handlePressed(RegionEdge edge, double x);
-    void handleDragged(double x);
-    void handleReleased();
+    void handleDragged(RegionEdge edge, double x);
+    void handleReleased(RegionEdge edge);
     /// By a key, so many steps; an edit of its own.
     void nudge(RegionEdge edge, double steps);
     /// To a fraction of the sound, held to 0..1; an edit of its own.
     void setEdge(RegionEdge edge, double position);
 
-    /// The handle that is held.
-    std::optional<RegionEdge> held() const {
-        return grip_ ? std::optional(grip_->edge) : std::nullopt;
-    }
+    bool isHeld(RegionEdge edge) const { return grip(edge).has_value(); }
     /// A pointer scrubs: its place on the stage.
     struct Finger {
         TouchId id;
@@ -70,10 +71,10 @@ private:
         TouchId id;
         double x, first;
     };
-    struct Grip {
-        RegionEdge edge;
-        double offset; ///< of the pointer from the handle, fraction of the sound
-    };
+    /// Of the pointer from the handle, fraction of the sound.
+    using Grip = std::optional<double>;
+    Grip& grip(RegionEdge edge) { return grips_[static_cast<std::size_t>(edge)]; }
+    const Grip& grip(RegionEdge edge) const { return grips_[static_cast<std::size_t>(edge)]; }
     double edge(RegionEdge which);
     void moveEdge(RegionEdge which, double position);
 
@@ -81,7 +82,7 @@ private:
     StageView& view_;
     std::optional<Finger> scrubs_;
     std::optional<Pan> pans_;
-    std::optional<Grip> grip_;
+    std::array<Grip, 2> grips_;
 };
 
 } // namespace zephyra

@@ -1,0 +1,40 @@
+#include "screens/window_touches.h"
+
+#include <utility>
+
+namespace zephyra {
+
+void WindowTouches::followWindow() {
+    juce::Component* const window = content_.getTopLevelComponent();
+    juce::ComponentPeer* const peer = window->getPeer();
+    if (window == window_ && peer == peer_) return;
+    screen_.reset();
+    router_.cancelAll();
+    if (std::exchange(window_, window) != window || !mouse_)
+        mouse_ = std::make_unique<FingerAsMouse>(*window);
+    peer_ = peer;
+    clock_ = {};
+    if (peer)
+        screen_ = TouchScreen::of(*peer, [this](TouchEvent event) {
+            const double now = juce::Time::getMillisecondCounterHiRes() / 1000.0;
+            event.time = clock_.onWindow(event.time, now);
+            take(event);
+        });
+}
+
+void WindowTouches::take(const TouchEvent& event) {
+    if (event.phase == TouchPhase::began && peer_) peer_->toFront(true); // as a click does
+    router_.take(event);
+}
+
+TouchScene::Hit WindowTouches::touchTargetAt(Point at) {
+    if (!window_) return {};
+    juce::Component* const hit = window_->getComponentAt(juce::Point(at.x, at.y).toFloat());
+    if (!hit) return {};
+    auto* const target = dynamic_cast<TouchTarget*>(hit);
+    if (!target || hit->isCurrentlyBlockedByAnotherModalComponent()) return {mouse_.get(), {}};
+    const auto origin = window_->getLocalPoint(hit, juce::Point<int>());
+    return {target, {double(origin.x), double(origin.y)}};
+}
+
+} // namespace zephyra
