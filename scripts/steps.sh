@@ -26,7 +26,8 @@ test_packages=(
 )
 # What plays the plug-ins and the standalone program. The optional one is large: without it its
 # tests say so and are skipped.
-host_packages=(liblilv-dev lilv-utils sordi jalv jackd2 xvfb desktop-file-utils lintian)
+host_packages=(liblilv-dev lilv-utils sordi jalv jackd2 xvfb desktop-file-utils lintian
+    xserver-xorg-core xserver-xorg-video-dummy)
 optional_packages=(ardour)
 
 say() { printf '%s\n' "$*" >&2; }
