@@ -1,69 +1,123 @@
-// zephyra-screen-picture FILE.png [WIDTHxHEIGHT [ZOOM [PROGRAM [SECONDS]]]]: the window as it looks
-// after the factory's preset of that number has played so long. No display is needed.
-#include "screens/zephyra_screen.h"
+// zephyra-screen-picture: the window in a state, as a PNG. No display is needed.
+#include "screens/picture/picture_state.h"
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace zephyra {
 namespace {
 
-constexpr double kRate = 48000.0;
-constexpr std::uint32_t kBlock = 480;
-constexpr double kFrame = 1.0 / 60.0;
-constexpr PluginTransport kTransport{.tempo = 96.0, .numerator = 4.0, .moving = true};
+struct Wanted {
+    std::string file;
+    PictureScene::Size size{1100, 700};
+    std::optional<unsigned long> program; ///< of the factory's presets
+    std::optional<double> seconds;
+    const PictureState* state = pictureState("playing");
+};
 
-// Plays as a bounce does, so that the same picture comes out every time, with a frame each 60th.
-void play(PluginInstance& plugin, ZephyraScreen& screen, double seconds) {
-    std::vector<float> left(kBlock), right(kBlock);
-    double shown = 0.0;
-    screen.frame(0.0);
-    for (double now = 0.0; now < seconds; now += kBlock / kRate) {
-        PluginBlock block;
-        block.output[0] = left.data();
-        block.output[1] = right.data();
-        block.frames = kBlock;
-        block.transport = kTransport;
-        plugin.renderOffline(block);
-        for (; shown < now; shown += kFrame) screen.frame(shown);
+std::string help() {
+    std::string text = "usage: zephyra-screen-picture FILE.png [WIDTHxHEIGHT [ZOOM [PROGRAM "
+                       "[SECONDS]]]] [--state NAME]\n"
+                       "Draws the window (1100x700 at a zoom of 1), with the factory's preset of "
+                       "that number, after so many seconds, in a state:\n";
+    for (const PictureState& state : pictureStates()) {
+        text.append("  ").append(state.name).append(12 - state.name.size(), ' ');
+        text.append(state.what).append(state.name == "playing" ? " (without --state)\n" : "\n");
     }
+    return text;
+}
+
+/// Says on standard error what would be right.
+std::nullopt_t refuse(const std::string& problem) {
+    std::fprintf(stderr, "zephyra-screen-picture: %s\n", problem.c_str());
+    return std::nullopt;
+}
+
+std::optional<double> number(const std::string& text, double least, double most) {
+    char* end = nullptr;
+    const double value = std::strtod(text.c_str(), &end);
+    if (text.empty() || *end != '\0' || !(value >= least && value <= most)) return std::nullopt;
+    return value;
+}
+
+bool take(Wanted& wanted, std::size_t place, const std::string& text) {
+    constexpr double kMostProgram = 9999, kMostSeconds = 600;
+    char behind = 0;
+    if (place == 0) return wanted.file = text, !text.empty();
+    if (place == 1)
+        return std::sscanf(text.c_str(), "%dx%d%c", &wanted.size.width, &wanted.size.height,
+                           &behind) == 2 &&
+               wanted.size.width > 0 && wanted.size.height > 0 &&
+               std::max(wanted.size.width, wanted.size.height) <= 16384;
+    const auto value = place == 2 ? number(text, ScreenLayout::kLeastZoom, ScreenLayout::kMostZoom)
+                                  : number(text, 0.0, place == 3 ? kMostProgram : kMostSeconds);
+    if (!value) return false;
+    if (place == 2) wanted.size.zoom = *value;
+    if (place == 3) wanted.program = static_cast<unsigned long>(*value);
+    if (place == 4) wanted.seconds = *value;
+    return place <= 4;
+}
+
+std::optional<Wanted> parse(const std::vector<std::string>& arguments) {
+    constexpr const char* kRight[] = {"a FILE.png", "WIDTHxHEIGHT, as 1100x700",
+                                      "a ZOOM of 0.75 to 2.5", "a PROGRAM's number",
+                                      "SECONDS, up to 600"};
+    Wanted wanted;
+    std::size_t place = 0;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& text = arguments[i];
+        if (text == "--state") {
+            const std::string name = i + 1 < arguments.size() ? arguments[++i] : "";
+            wanted.state = pictureState(name);
+            if (!wanted.state)
+                return refuse("--state takes " + pictureStateNames() + ", not \"" + name + '"');
+        } else if (text.starts_with("--"))
+            return refuse("there is no " + text + "; --state NAME and --help are there");
+        else if (place >= std::size(kRight))
+            return refuse("\"" + text + "\" is one argument too many");
+        else if (!take(wanted, place, text))
+            return refuse("\"" + text + "\" is not " + kRight[place]);
+        else
+            ++place;
+    }
+    if (place == 0) return refuse("give a FILE.png; --help says more");
+    return wanted;
+}
+
+int draw(const Wanted& wanted) {
+    const juce::ScopedJuceInitialiser_GUI gui;
+    PluginInstance plugin(wanted.state->kind);
+    plugin.prepare({.sampleRate = PictureScene::kRate, .mostFrames = PictureScene::kBlock});
+    if (wanted.program) plugin.setProgram(*wanted.program);
+    PictureScene scene(plugin, wanted.size);
+    wanted.state->bring(scene, wanted.seconds.value_or(wanted.state->seconds));
+    const juce::Image picture = scene.window().picture();
+    juce::File file(juce::String::fromUTF8(std::filesystem::absolute(wanted.file).c_str()));
+    file.deleteFile();
+    juce::FileOutputStream stream(file);
+    if (stream.openedOk() && juce::PNGImageFormat().writeImageToStream(picture, stream)) return 0;
+    refuse(wanted.file + " cannot be written");
+    return 1;
 }
 
 int run(const std::vector<std::string>& arguments) {
-    const auto argument = [&](std::size_t i, const char* otherwise) {
-        return i < arguments.size() ? arguments[i] : std::string(otherwise);
-    };
-    int width = 0, height = 0;
-    if (arguments.empty() ||
-        std::sscanf(argument(1, "1100x700").c_str(), "%dx%d", &width, &height) != 2) {
-        std::fputs("usage: zephyra-screen-picture FILE.png [WIDTHxHEIGHT [ZOOM [PROGRAM "
-                   "[SECONDS]]]]\n",
-                   stderr);
-        return 2;
+    if (std::ranges::find(arguments, "--help") != arguments.end()) {
+        std::fputs(help().c_str(), stdout);
+        return 0;
     }
-    const juce::ScopedJuceInitialiser_GUI gui;
-    PluginInstance plugin(PluginKind::instrument);
-    plugin.prepare({.sampleRate = kRate, .mostFrames = kBlock});
-    if (arguments.size() > 3) plugin.setProgram(std::stoul(arguments[3]));
-    plugin.setParameter(static_cast<AUParameterAddress>(ControlId::playStop), 1.0f);
-    ScreenSettings settings;
-    settings.zoom = std::strtod(argument(2, "1").c_str(), nullptr);
-    ZephyraScreen screen(plugin, settings);
-    screen.setSize(width, height);
-    play(plugin, screen, std::strtod(argument(4, "3").c_str(), nullptr));
-    const juce::Image picture = screen.createComponentSnapshot(screen.getLocalBounds());
-    juce::File file(juce::String::fromUTF8(std::filesystem::absolute(arguments[0]).c_str()));
-    file.deleteFile();
-    juce::FileOutputStream stream(file);
-    return stream.openedOk() && juce::PNGImageFormat().writeImageToStream(picture, stream) ? 0 : 1;
+    const auto wanted = parse(arguments);
+    return wanted ? draw(*wanted) : 2;
 }
 
 } // namespace
 } // namespace zephyra
 
 int main(int count, char** arguments) {
+    setenv("DISPLAY", ":none", 1); // one that is there must not show, or end, anything of this
     return zephyra::run({arguments + 1, arguments + count});
 }
