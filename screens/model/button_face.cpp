@@ -9,13 +9,17 @@ using namespace palette;
 constexpr Color kNone{0.0f, 0.0f, 0.0f, 0.0f};
 constexpr float kArmedShare = 0.33f;
 
-ButtonColors rest(const ButtonFace& face, const ButtonReach& reach) {
-    const bool isNear = reach.isHovered || reach.isPressed;
-    const Color cell = face.isBare ? kNone : kRaised;
+/// On a panel, which is nearer than the window, a button is a step nearer as well.
+ButtonColors rest(const ButtonFace& face, const ButtonReach& reach, Color ground) {
+    const Color nearer = blend(kPressed, hex(0xFFFFFF, 0.06f));
+    const Color nearest = blend(kPressed, hex(0xFFFFFF, 0.12f));
+    const bool isOnPanel = ground == kStage && !face.isBare;
+    const Color cell = face.isBare ? kNone : isOnPanel ? kPressed : kRaised;
     if (!face.isEnabled) return {cell, kDim, kNone};
     if (reach.isPressed)
-        return {face.isBare ? kPressed : blend(kPressed, hex(0xFFFFFF, 0.06f)), kBright, kNone};
-    return {isNear ? (face.isBare ? kRaised : kPressed) : cell, isNear ? kBright : kArc, kNone};
+        return {face.isBare ? kPressed : isOnPanel ? nearest : nearer, kBright, kNone};
+    if (!reach.isHovered) return {cell, kArc, kNone};
+    return {face.isBare ? kRaised : isOnPanel ? nearer : kPressed, kBright, kNone};
 }
 
 ButtonColors lit(const ButtonFace& face, const ButtonReach& reach, Color ground) {
@@ -40,7 +44,7 @@ ButtonColors lit(const ButtonFace& face, const ButtonReach& reach, Color ground)
 
 ButtonColors buttonColors(const ButtonFace& face, const ButtonReach& reach, Color ground) {
     ButtonColors colors = face.light == ButtonLight::off || !face.isEnabled
-                              ? rest(face, reach)
+                              ? rest(face, reach, ground)
                               : lit(face, reach, ground);
     if (reach.isFocused) colors.frame = kBright;
     return colors;

@@ -49,13 +49,19 @@ float PictureScene::play(double seconds) {
         plugin_.renderOffline(block);
         beats_ += kBlock / kRate * kTempo / 60.0;
         for (const float sample : left_) loudest = std::max(loudest, std::abs(sample));
-        for (; shown_ < now_; shown_ += kFrame) screen_.frame(shown_);
+        while (nextFrame_ < now_) frame();
     }
     return loudest;
 }
 
 void PictureScene::frames(int count) {
-    for (; count > 0; --count, shown_ += kFrame) screen_.frame(shown_);
+    for (; count > 0; --count) frame();
+}
+
+void PictureScene::frame() {
+    lastFrame_ = nextFrame_;
+    nextFrame_ += kFrame;
+    screen_.frame(lastFrame_);
 }
 
 juce::Component* PictureScene::findIn(juce::Component& all,

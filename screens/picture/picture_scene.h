@@ -35,6 +35,8 @@ public:
     float play(double seconds);
     /// Frames in which nothing is rendered.
     void frames(int count);
+    /// The last frame once more: nothing has moved since.
+    void frameAgain() { screen_.frame(lastFrame_); }
 
     /// The part of the window of that kind, or null; hidden ones count.
     template <typename Part>
@@ -57,6 +59,7 @@ public:
     }
 
 private:
+    void frame();
     static juce::Component* findIn(juce::Component& all,
                                    const std::function<bool(juce::Component&)>& isIt);
 
@@ -64,7 +67,7 @@ private:
     ZephyraScreen screen_;
     PictureWindow window_;
     std::vector<float> input_, left_, right_;
-    double beats_ = 0.0, now_ = 0.0, shown_ = 0.0;
+    double beats_ = 0.0, now_ = 0.0, nextFrame_ = 0.0, lastFrame_ = 0.0;
 };
 
 } // namespace zephyra

@@ -78,12 +78,13 @@ void openSettings(PictureScene& scene, double seconds) {
 }
 
 void loseSound(PictureScene& scene, double seconds) {
+    scene.play(seconds);
     scene.asMain([](AudioUnitViewController& view) {
         SampleReference lost;
         lost.path = "/nowhere/Lost Bells.wav";
         view.sampleLoader.loadReference(lost, SoundUse::play);
     });
-    scene.play(seconds);
+    scene.play(0.1);
     scene.window().key(juce::KeyPress(juce::KeyPress::returnKey)); // the alert's Ok
     PictureWindow::settle();
     scene.frames(2);
@@ -101,7 +102,7 @@ constexpr PictureState kStates[] = {
     {"typing", "a value is being typed", kInstrument, 1.0, type},
     {"menu", "the menu of presets is open", kInstrument, 1.0, openMenu},
     {"settings", "the settings are open", kInstrument, 1.0, openSettings},
-    {"missing", "the sound's file is missing", kInstrument, 0.2, loseSound},
+    {"missing", "the sound's file is missing", kInstrument, 0.1, loseSound},
 };
 
 } // namespace

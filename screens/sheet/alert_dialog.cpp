@@ -30,7 +30,11 @@ AlertDialog::AlertDialog(ScreenContext& context, const ShownAlert& alert,
         field_.setColour(juce::TextEditor::textColourId, brush::colour(palette::kBright));
         field_.setColour(juce::TextEditor::outlineColourId, brush::colour(palette::kTrack));
         field_.setColour(juce::TextEditor::focusedOutlineColourId, brush::colour(palette::kBright));
+        field_.setColour(juce::TextEditor::highlightColourId, brush::colour(palette::kTrack));
+        field_.setColour(juce::TextEditor::highlightedTextColourId,
+                         brush::colour(palette::kBright));
         field_.setColour(juce::CaretComponent::caretColourId, brush::colour(palette::kAccent));
+        field_.setJustification(juce::Justification::centredLeft);
         field_.onReturnKey = [this] { answer(safeButton(true)); };
         field_.onEscapeKey = [this] { answer(safeButton(false)); };
         addAndMakeVisible(field_);
@@ -120,7 +124,7 @@ void AlertDialog::layOut(const ScreenLayout& layout) {
     message_ = area.removeFromTop(message);
     area.removeFromTop(px(kGap));
     if (alert_.typed) {
-        field_.setFont(brush::regular(px(kMessageText)));
+        field_.applyFontToAllText(brush::regular(px(kMessageText)));
         field_.setBounds(area.removeFromTop(px(kField)));
         area.removeFromTop(px(kGap));
     }

@@ -13,6 +13,7 @@ namespace {
 constexpr int kDarkens = 141;                  // of 256, outside the region
 constexpr double kLeastCell = 6.0;             // units between the quarters of a synced scan
 constexpr int kGridLine = 70, kZeroLine = 120; // of 256
+constexpr float kBehindLabel = 0.8f;           // of the stage's colour, over the sound
 
 // The cells of a synced scan: a measure and every second one a little lighter, its quarters.
 void drawCells(const StageScene& scene, const Pixels& pixels) {
@@ -64,15 +65,23 @@ void drawMarkTexts(const StageScene& scene, juce::Graphics& graphics) {
                                   : semitones < 0 ? juce::String::fromUTF8("\u2212")
                                                   : juce::String();
         const int y = static_cast<int>(scene.y(semitones)) - high / 2;
-        graphics.drawText(sign + juce::String(std::abs(semitones)), left, y, wide, high,
-                          juce::Justification::centredLeft, false);
+        const juce::String text = sign + juce::String(std::abs(semitones));
+        const int pad = scene.px(3);
+        const int inked = static_cast<int>(graphics.getCurrentFont().getStringWidthFloat(text));
+        graphics.setColour(brush::colour(palette::kStage, kBehindLabel));
+        graphics.fillRoundedRectangle(
+            juce::Rectangle(left - pad, y, inked + 2 * pad, high).toFloat(),
+            static_cast<float>(pad));
+        graphics.setColour(brush::colour(palette::kFaint));
+        graphics.drawText(text, left, y, wide, high, juce::Justification::centredLeft, false);
     };
     label(0);
     for (const int semitones : scene.axis.labels()) {
         label(semitones);
         label(-semitones);
     }
-    if (scene.layout.step == LayoutStep::compact) { // the top has no room for it
+    const bool isNamed = scene.contents.missing.empty();       // or a notice stands there
+    if (isNamed && scene.layout.step == LayoutStep::compact) { // the top has no room for it
         const double start = std::min(scene.contents.regionStart, scene.contents.regionEnd);
         const int x = std::max(scene.px(44), static_cast<int>(scene.x(start)) + scene.px(8));
         graphics.setColour(brush::colour(palette::kText));

@@ -81,7 +81,7 @@ void StripView::label(juce::Graphics& graphics, const juce::String& text, float 
     const juce::Font font = brush::medium(size);
     const juce::Rectangle<float> box(x, centreY - size * 0.6f,
                                      font.getStringWidthFloat(text) + 2.0f, size * 1.2f);
-    graphics.setColour(ground().withAlpha(0.8f)); // a trace may run below
+    graphics.setColour(ground().withAlpha(0.9f)); // a trace may run below
     graphics.fillRect(box.expanded(px(2), 0.0f));
     graphics.setColour(brush::colour(palette::kFaint));
     graphics.setFont(font);

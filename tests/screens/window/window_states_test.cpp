@@ -1,0 +1,160 @@
+// The whole window in its main states, sizes and zooms: what must be there is there, whole, apart,
+// and readable. The pictures are kept beside the build, for eyes.
+#include "screens/draw/brush.h"
+#include "tests/screens/window/drawn_text.h"
+#include "tests/screens/window/text_contrast.h"
+#include "tests/screens/window/window_scene.h"
+
+#include <gtest/gtest.h>
+
+namespace zephyra {
+
+void PrintTo(const PictureState& state, std::ostream* out) {
+    *out << state.name;
+}
+
+namespace {
+
+constexpr double kLeastContrast = 4.5;
+constexpr double kSeconds = 1.0; // a test has less time than a picture
+constexpr PictureScene::Size kSizes[] = {{1100, 700}, {800, 520}, {1600, 1040, 2.0}};
+/// These take long, and differ in what is scaled alone.
+constexpr PictureScene::Size kLargeSizes[] = {{2200, 1400, 2.0}, {3840, 2160}};
+constexpr std::string_view kLargeStates[] = {"playing", "dialog", "typing"};
+
+/// Texts that make the state, besides those that are always there.
+const std::map<std::string_view, std::vector<std::string>> kExpected = {
+    {"start", {"LIVE", "Zephyra_Sample08.mp3", "0 grains", "End 12.00 s"}},
+    {"playing", {"Zephyra_Sample08.mp3", "CPU 0 %", "0 dropped"}},
+    {"live", {"LIVE", "Clear", "Live input", "now"}},
+    {"armed", {"1.3"}},
+    {"dialog",
+     {"Overwrite",
+      "This operation will replace the Night Birds's contents, do you want to proceed?", "YES",
+      "NO"}},
+    {"name", {"Rename Bank", "OK", "Cancel"}},
+    {"typing", {"Length", "85.0"}},
+    {"menu", {"Bird Machines", "Pulse Garden"}},
+    {"settings", {}},
+    {"missing", {"Lost Bells.wav", "missing", "Locate"}},
+};
+
+void save(const juce::Image& picture, const std::string& name) {
+    const auto folder = std::filesystem::path(ZEPHYRA_BINARY_DIR) / "pictures" / "window";
+    std::filesystem::create_directories(folder);
+    const juce::File file((folder / (name + ".png")).string());
+    file.deleteFile();
+    juce::FileOutputStream stream(file);
+    juce::PNGImageFormat().writeImageToStream(picture, stream);
+}
+
+std::string nameOf(const PictureScene::Size& size) {
+    std::string name = std::to_string(size.width) + "x" + std::to_string(size.height);
+    if (size.zoom != 1.0) name += "_zoom" + std::to_string(juce::roundToInt(size.zoom * 100));
+    return name;
+}
+
+struct States : testing::TestWithParam<PictureState> {
+    /// With all letters, and the same without any.
+    struct Drawn {
+        juce::Image written, bare;
+    };
+
+    static Drawn draw(PictureScene& scene, TextRecorder& recorder, const PictureScene::Size& size) {
+        StageArea& stage = *scene.find<StageArea>();
+        const ScreenLayout layout = layOut(size.width, size.height, size.zoom);
+        const auto drawn = [&](TextRecorder::Letters letters) {
+            recorder.begin(letters);
+            stage.layOut(layout); // it keeps a picture with letters
+            scene.frameAgain();
+            return recorder.draw(scene.window());
+        };
+        recorder.expectPicture(brush::rectangle(layout.stage));
+        const juce::Image bare = drawn(TextRecorder::Letters::leftOut);
+        return {drawn(TextRecorder::Letters::written), bare};
+    }
+
+    /// What lies over the areas: a dialog, a menu.
+    static juce::Rectangle<int> layerOf(PictureScene& scene) {
+        juce::Rectangle<int> layer;
+        for (juce::Component* const child : scene.screen().getChildren())
+            if (child->isVisible() && !dynamic_cast<ScreenArea*>(child)) layer = child->getBounds();
+        return layer;
+    }
+
+    static void checkTexts(const TextRecorder& recorder, const Drawn& drawn, PictureScene& scene) {
+        const auto window = drawn.written.getBounds().toFloat();
+        const auto layer = layerOf(scene).toFloat();
+        const bool plays = !scene.find<StageArea>()->grains().sounding().empty();
+        std::vector<const DrawnText*> seen;
+        for (const DrawnText& one : recorder.texts()) {
+            if (one.isBehind || one.ink.isEmpty()) continue;
+            if (layer.intersects(one.ink) && !layer.contains(one.visible)) continue; // below it
+            seen.push_back(&one);
+            SCOPED_TRACE(one.text.empty() ? std::string("a field") : '"' + one.text + '"');
+            EXPECT_TRUE(one.isWhole);
+            EXPECT_FALSE(one.isCut);
+            EXPECT_FALSE(one.isSqueezed);
+            EXPECT_TRUE(one.visible.expanded(0.5f).contains(one.ink))
+                << one.ink.toString() << " of " << one.visible.toString();
+            EXPECT_TRUE(one.box.isEmpty() || one.box.expanded(1.0f).contains(one.ink))
+                << one.ink.toString() << " of " << one.box.toString();
+            EXPECT_TRUE(window.contains(one.ink)) << one.ink.toString();
+            if (one.isKept && plays) continue; // the scan's light passes over it
+            EXPECT_GE(contrastOf(drawn.written, drawn.bare, one.ink, one.colour), kLeastContrast);
+        }
+        for (std::size_t i = 0; i < seen.size(); ++i)
+            for (std::size_t k = 0; k < i; ++k)
+                EXPECT_FALSE(seen[i]->ink.intersects(seen[k]->ink))
+                    << seen[i]->text << " over " << seen[k]->text;
+    }
+
+    /// What stands beside one another; layers over the window are no neighbours.
+    static void checkPlaces(juce::Component& all, double scale) {
+        /// How far a small switch takes presses from its neighbours.
+        const int reach = juce::roundToInt(6 * scale);
+        std::vector<juce::Component*> beside;
+        for (juce::Component* const child : all.getChildren()) {
+            if (!child->isVisible() || child->getBounds().isEmpty()) continue;
+            EXPECT_TRUE(all.getLocalBounds().contains(child->getBounds()))
+                << child->getTitle() << ' ' << child->getBounds().toString();
+            for (juce::Component* const other : beside) {
+                const auto both = child->getBounds().getIntersection(other->getBounds());
+                const bool isSwitch = dynamic_cast<SectionSwitch*>(child) != nullptr;
+                EXPECT_LE(std::min(both.getWidth(), both.getHeight()), isSwitch ? reach : 0)
+                    << child->getTitle() << " over " << other->getTitle();
+            }
+            beside.push_back(child);
+        }
+    }
+};
+
+TEST_P(States, AreWholeApartAndReadable) {
+    const PictureState& state = GetParam();
+    std::vector<PictureScene::Size> sizes(std::begin(kSizes), std::end(kSizes));
+    if (std::ranges::find(kLargeStates, state.name) != std::end(kLargeStates))
+        sizes.insert(sizes.end(), std::begin(kLargeSizes), std::end(kLargeSizes));
+    for (const PictureScene::Size& size : sizes) {
+        SCOPED_TRACE(nameOf(size));
+        WindowScene window(state.kind, size);
+        PictureScene& scene = window.scene;
+        ASSERT_TRUE(window.isPrepared);
+        state.bring(scene, std::min(state.seconds, kSeconds));
+        TextRecorder recorder;
+        const Drawn drawn = draw(scene, recorder, size);
+        save(drawn.written, std::string(state.name) + "_" + nameOf(size));
+        checkTexts(recorder, drawn, scene);
+        for (const std::string& text : kExpected.at(state.name))
+            EXPECT_NE(recorder.find(text), nullptr) << text;
+        if (state.name == "dialog" || state.name == "menu") continue;
+        for (juce::Component* const area : scene.screen().getChildren())
+            if (dynamic_cast<ScreenArea*>(area) && !dynamic_cast<StageArea*>(area))
+                checkPlaces(*area, layOut(size.width, size.height, size.zoom).scale);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Window, States, testing::ValuesIn(pictureStates()),
+                         [](const auto& of) { return std::string(of.param.name); });
+
+} // namespace
+} // namespace zephyra
