@@ -56,6 +56,7 @@ float PictureScene::play(double seconds) {
 
 void PictureScene::frames(int count) {
     for (; count > 0; --count) frame();
+    now_ = std::max(now_, nextFrame_); // what plays next is shown
 }
 
 void PictureScene::frame() {
