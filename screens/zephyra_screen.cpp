@@ -3,6 +3,8 @@
 #include "screens/desktop/x11_display.h"
 #include "screens/draw/brush.h"
 
+#include <utility>
+
 namespace zephyra {
 
 ZephyraScreen::ZephyraScreen(PluginInstance& plugin, const ScreenSettings& settings)
@@ -27,6 +29,13 @@ void ZephyraScreen::frame(double now) {
     for (ScreenArea* const area : areas_) area->frame(time_);
     services_.frame();
     touches_.frame(now);
+    if (x11::hasUnread()) flush_.triggerAsyncUpdate();
+}
+
+void ZephyraScreen::parentHierarchyChanged() {
+    void* const window = getWindowHandle();
+    if (window && window != std::exchange(window_, window)) x11::freeColourmap(window);
+    touches_.followWindow();
 }
 
 void ZephyraScreen::resized() {
@@ -52,6 +61,7 @@ void ZephyraScreen::paintOverChildren(juce::Graphics&) {
 
 void ZephyraScreen::Flush::handleAsyncUpdate() {
     x11::flush();
+    if (x11::hasUnread()) x11::readEvents();
 }
 
 } // namespace zephyra

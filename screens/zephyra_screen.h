@@ -34,7 +34,7 @@ public:
     WindowTouches& touches() noexcept { return touches_; }
 
     void resized() override;
-    void parentHierarchyChanged() override { touches_.followWindow(); }
+    void parentHierarchyChanged() override;
     void paint(juce::Graphics& graphics) override;
     void paintOverChildren(juce::Graphics& graphics) override;
     bool keyPressed(const juce::KeyPress& key) override { return services_.perform(key); }
@@ -45,7 +45,7 @@ public:
     std::uint64_t paints() const noexcept { return paints_; }
 
 private:
-    /// Once what was painted is on its way.
+    /// Once what was painted is on its way, and once what came in is to be read.
     struct Flush final : juce::AsyncUpdater {
         ~Flush() override { cancelPendingUpdate(); }
         void handleAsyncUpdate() override;
@@ -67,6 +67,7 @@ private:
     FrameTime time_;
     WindowTouches touches_{*this};
     std::uint64_t paints_ = 0;
+    void* window_ = nullptr; // that it was seen in last
     Flush flush_;
     std::unique_ptr<juce::VBlankAttachment> display_;
 };

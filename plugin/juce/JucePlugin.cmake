@@ -18,8 +18,10 @@ function(zephyra_juce_plugin target name code)
     set_source_files_properties(${wrappers} PROPERTIES COMPILE_OPTIONS -w)
     set_property(SOURCE ${zephyra_juce_modules}/juce_audio_plugin_client/juce_audio_plugin_client_VST3.cpp
                  APPEND PROPERTY COMPILE_OPTIONS "-include;${CMAKE_CURRENT_SOURCE_DIR}/vst3_long_blocks.h")
-    if(NOT APPLE) # a host may load two versions of it: nothing but the entry is seen
-        target_link_options(${target}_VST3 PRIVATE
+    # A host may load two versions of it: nothing but the entry is seen. It stays loaded, since X's
+    # errors go through it when others came after it.
+    if(NOT APPLE)
+        target_link_options(${target}_VST3 PRIVATE -Wl,-z,nodelete
             -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/vst3_exports.map)
         set_target_properties(${target}_VST3 PROPERTIES
             LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/vst3_exports.map)

@@ -20,6 +20,9 @@ int pixels(int units, double zoom) {
 
 ScreenEditor::ScreenEditor(ZephyraProcessor& shell)
     : AudioProcessorEditor(shell), shell_(shell), zoom_(rememberedSettings(shell.plugin()).zoom) {
+    // Its window is made next, of which a server without window manager complains.
+    const auto* const messages = juce::MessageManager::getInstanceWithoutCreating();
+    if (messages && messages->currentThreadHasLockedMessageManager()) x11::dropOwnErrors();
     setOpaque(true);
     setResizable(true, false);
     const auto [width, height] = std::pair(shell.window.width, shell.window.height);

@@ -9,6 +9,12 @@
 #include <array>
 #include <atomic>
 
+namespace juce {
+struct LinuxEventLoopInternal { // of juce_events, which keeps its header to itself
+    static void invokeEventLoopCallbackForFd(int file);
+};
+} // namespace juce
+
 namespace zephyra::x11 {
 
 namespace {
@@ -17,17 +23,27 @@ constexpr std::size_t kMostOthers = 64; // of our connections besides JUCE's: on
 
 std::atomic<::Display*> ownDisplay = nullptr;
 std::array<std::atomic<::Display*>, kMostOthers> others = {};
-::XErrorHandler before = nullptr;
+// Whose handlers ours took the place of, when it came first and when it came last.
+std::atomic<::XErrorHandler> first = nullptr, last = nullptr;
 
+/// A process may have several libraries with this handler, each above another of them at some time:
+/// then last leads round to here again, and first leads out.
 int handleError(::Display* display, ::XErrorEvent* event) {
     const auto isIt = [display](const auto& one) { return one.load() == display; };
     if (isIt(ownDisplay) || std::any_of(others.begin(), others.end(), isIt)) return 0;
-    return before ? before(display, event) : 0;
+    thread_local int depth = 0;
+    const ::XErrorHandler next = depth == 0 ? last.load() : depth == 1 ? first.load() : nullptr;
+    ++depth;
+    const int answer = next ? next(display, event) : 0;
+    --depth;
+    return answer;
 }
 
 void handleErrors() {
     const auto current = juce::X11Symbols::getInstance()->xSetErrorHandler(handleError);
-    if (current != handleError) before = current;
+    if (current == handleError) return;
+    last = current;
+    if (!first) first = current;
 }
 
 ::Display* juceDisplay() {
@@ -39,6 +55,27 @@ void handleErrors() {
 
 void flush() {
     if (::Display* const display = juceDisplay()) juce::X11Symbols::getInstance()->xFlush(display);
+}
+
+bool hasUnread() {
+    ::Display* const display = juceDisplay();
+    return display && juce::X11Symbols::getInstance()->xEventsQueued(display, QueuedAlready) > 0;
+}
+
+void readEvents() {
+    if (::Display* const display = juceDisplay())
+        juce::LinuxEventLoopInternal::invokeEventLoopCallbackForFd(ConnectionNumber(display));
+}
+
+void freeColourmap(void* window) {
+    ::Display* const display = juceDisplay();
+    if (!display || !window) return;
+    auto& x = *juce::X11Symbols::getInstance();
+    ::XWindowAttributes is;
+    if (!x.xGetWindowAttributes(display, reinterpret_cast<::Window>(window), &is)) return;
+    if (is.colormap != None && is.colormap != DefaultColormapOfScreen(is.screen) &&
+        is.visual == DefaultVisualOfScreen(is.screen))
+        x.xFreeColormap(display, is.colormap);
 }
 
 void dropOwnErrors() {
@@ -74,6 +111,11 @@ void forgetOwnDisplay() {
 
 namespace zephyra::x11 {
 void flush() {}
+bool hasUnread() {
+    return false;
+}
+void readEvents() {}
+void freeColourmap(void*) {}
 void dropOwnErrors() {}
 bool dropErrorsOf(_XDisplay*) {
     return false;

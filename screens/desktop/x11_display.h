@@ -12,6 +12,18 @@ namespace zephyra::x11 {
 /// is lost. Nothing without a display. Message thread.
 void flush();
 
+/// Whether events wait that came in together with an answer of the server. JUCE looks only when
+/// more come in, so that a click or an uncovered window might wait for the next one. Message
+/// thread.
+bool hasUnread();
+/// Handles them. Message thread, and not while something is painted or handled.
+void readEvents();
+
+/// Frees the table of colours that JUCE makes for each window and keeps until it ends; where each
+/// pixel is its colour, nothing is looked up in it. window: a native handle, or null. Message
+/// thread.
+void freeColourmap(void* window);
+
 /// From now on errors on JUCE's own connection are dropped, since a host may destroy the window
 /// around ours before it closes ours; those of other connections go to who was told before. Without
 /// it the first of them ends the host. Again after JUCE was started anew. Message thread.

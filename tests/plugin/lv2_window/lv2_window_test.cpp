@@ -1,27 +1,32 @@
-// The LV2 window in a host that is nothing but Xlib, with and without shared memory.
+// The windows of LV2 and VST3 in a host that is nothing but Xlib, with and without shared memory.
 #include "tests/support/child_program.h"
 
 namespace zephyra {
 namespace {
 
 struct Scenario {
-    const char* name;
-    const char* times;
-    const char* says;
+    const char *name, *times, *format, *says;
+    bool once = false; ///< not without shared memory, too
 };
+
+constexpr Scenario kScenarios[] = {{"loop", "24", "lv2", "beside another: 0 files", true},
+                                   {"loop", "24", "vst3", "beside another: 0 files", true},
+                                   {"loop", "4", "lv2", "beside another: 0 files"},
+                                   {"beside", "1", "", "all paint beside each other", true},
+                                   {"paint", "1", "", "resized to 1300 x 800"},
+                                   {"hand", "1", "", "density moved"},
+                                   {"orphan", "3", "", "survived its parent"},
+                                   {"exit", "1", "", "exits"}};
 
 TEST(Lv2Window, OpensClosesAndOutlivesWhatHostsDoToIt) {
     for (const char* const options : {"", "-extension MIT-SHM"}) {
         HiddenDisplay hidden(options);
         const std::string display = hidden.name();
         if (display.empty()) GTEST_SKIP() << "Xvfb is not installed (xvfb)";
-        for (const Scenario& scenario : {Scenario{"loop", "12", "openings"},
-                                         {"paint", "1", "resized to 1300 x 800"},
-                                         {"hand", "1", "density moved"},
-                                         {"orphan", "3", "survived its parent"},
-                                         {"exit", "1", "exits"}}) {
+        for (const Scenario& scenario : kScenarios) {
+            if (scenario.once && *options) continue;
             const TemporaryFolder folder;
-            ChildProgram host({WINDOW_HOST, scenario.name, scenario.times},
+            ChildProgram host({WINDOW_HOST, scenario.name, scenario.times, scenario.format},
                               {"DISPLAY=" + display, "HOME=" + folder.path().string()},
                               folder / "log");
             EXPECT_EQ(host.end(0), 0) << scenario.name << ": " << host.output();
