@@ -1,6 +1,7 @@
 #include "tests/plugin/lv2_window/host_window.h"
 
 #include <X11/Xutil.h>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -43,13 +44,14 @@ void HostWindow::destroyParent() {
 }
 
 void HostWindow::idle(int milliseconds) {
-    for (int i = 0; i < milliseconds; i += 20) {
+    const int step = std::min(milliseconds, 20);
+    for (int i = 0; i < milliseconds; i += step) {
         turn();
         while (XPending(display)) {
             XEvent event;
             XNextEvent(display, &event);
         }
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        std::this_thread::sleep_for(std::chrono::milliseconds(step));
     }
 }
 
