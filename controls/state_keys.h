@@ -41,6 +41,8 @@ inline constexpr const char* kStateVersion = "StateVersion"; ///< "major.minor"
 inline constexpr const char* kNotesEnd = "NotesEnd";
 inline constexpr const char* kStartAnew = "StartAnew";
 inline constexpr const char* kFollowsPrograms = "FollowsPrograms";
+inline constexpr const char* kNotesBegin = "NotesBegin";
+inline constexpr const char* kEmbedSeconds = "EmbedSeconds"; ///< what goes along in it
 inline constexpr const char* kProgram = "Program";
 } // namespace state_key
 

@@ -12,7 +12,7 @@ void InstrumentNotes::take(const MidiMessage& message) {
         return;
     case HeldNotes::Change::began:
         newest_ = sent;
-        if (sent >= restored_) wish(Wish::start);
+        if (sent >= restored_ && first == NotesBegin::start) wish(Wish::start);
         return;
     case HeldNotes::Change::ended:
         if (end == NotesEnd::fade) wish(Wish::fade);
@@ -32,7 +32,7 @@ bool InstrumentNotes::restored(StateOrder::Number asked) {
     restored_ = asked;
     wish_ = Wish::none;
     begun_ = 0; // what plays is the state's
-    return newest_ >= asked && held_.any();
+    return first == NotesBegin::start && newest_ >= asked && held_.any();
 }
 
 void InstrumentNotes::begin() {

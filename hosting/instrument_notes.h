@@ -18,7 +18,8 @@ public:
     /// stream must outlive this.
     explicit InstrumentNotes(MOK_SCRUB_GRANULATOR& stream) : stream_(stream) {}
 
-    NotesEnd end = NotesEnd::fade; ///< what the last key does
+    NotesBegin first = NotesBegin::start; ///< what the first key does
+    NotesEnd end = NotesEnd::fade;        ///< what the last key does
 
     /// A message that is bound to nothing. It counts as older than a state that was asked for after
     /// it, and then starts nothing.

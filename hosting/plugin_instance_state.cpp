@@ -1,5 +1,6 @@
 // What a host reads and sets of PluginInstance beside the sound: parameters, state, programs.
 #include "hosting/plugin_instance.h"
+#include "stream/embedded_sample.h"
 
 #include <cmath>
 #include <string>
@@ -48,6 +49,8 @@ Result<void> PluginInstance::setState(std::span<const std::byte> bytes) {
 void PluginInstance::choose(const PluginSession& session) {
     session_ = session;
     notes_.end = session.settings.notesEnd;
+    notes_.first = session.settings.notesBegin;
+    setEmbedSeconds(system_.instance.defaults, session.settings.embedSeconds);
     startAnew_ = session.settings.startAnew;
     system_.view.midiManager.followsPrograms = session.settings.followsPrograms;
 }

@@ -21,6 +21,8 @@ constexpr std::array<std::pair<StartAnew, const char*>, 3> kStarts = {
     {{StartAnew::inBounces, "inBounces"},
      {StartAnew::always, "always"},
      {StartAnew::never, "never"}}};
+constexpr std::array<std::pair<NotesBegin, const char*>, 2> kBegins = {
+    {{NotesBegin::start, "start"}, {NotesBegin::tune, "tune"}}};
 
 template <typename Names, typename Value>
 const char* nameOf(const Names& names, Value value) {
@@ -71,6 +73,12 @@ void addSession(PropertyDictionary& state, const PluginSession& session) {
     state.insert_or_assign(kNotesEnd, nameOf(kEnds, session.settings.notesEnd));
     state.insert_or_assign(kStartAnew, nameOf(kStarts, session.settings.startAnew));
     state.insert_or_assign(kFollowsPrograms, session.settings.followsPrograms);
+    // Only what is not usual: states of older programs stay as they were.
+    const PluginSettings usual;
+    if (session.settings.notesBegin != usual.notesBegin)
+        state.insert_or_assign(kNotesBegin, nameOf(kBegins, session.settings.notesBegin));
+    if (session.settings.embedSeconds != usual.embedSeconds)
+        state.insert_or_assign(kEmbedSeconds, session.settings.embedSeconds);
     if (session.program)
         state.insert_or_assign(kProgram, static_cast<std::int64_t>(*session.program));
 }
@@ -82,9 +90,17 @@ Result<PluginSession> takeSession(PropertyDictionary& state, StateFindings& find
     readNamed(reader, kNotesEnd, kEnds, session.settings.notesEnd);
     readNamed(reader, kStartAnew, kStarts, session.settings.startAnew);
     session.settings.followsPrograms = reader.boolean(kFollowsPrograms).value_or(false);
+    readNamed(reader, kNotesBegin, kBegins, session.settings.notesBegin);
+    if (const auto seconds = reader.real(kEmbedSeconds)) {
+        if (*seconds >= 0.0)
+            session.settings.embedSeconds = *seconds;
+        else
+            reader.complain(kEmbedSeconds, "must be 0 seconds or more", StandIn::usual);
+    }
     if (const auto program = reader.whole(kProgram); program && *program >= 0)
         session.program = static_cast<std::size_t>(*program);
-    for (const char* const key : {kStateVersion, kNotesEnd, kStartAnew, kFollowsPrograms, kProgram})
+    for (const char* const key : {kStateVersion, kNotesEnd, kStartAnew, kFollowsPrograms,
+                                  kNotesBegin, kEmbedSeconds, kProgram})
         state.erase(key);
     return session;
 }

@@ -59,6 +59,10 @@ double embedSeconds(const UserDefaults& defaults) {
     return seconds && !std::isnan(*seconds) ? std::max(*seconds, 0.0) : kUsualSeconds;
 }
 
+void setEmbedSeconds(UserDefaults& defaults, double seconds) {
+    if (embedSeconds(defaults) != seconds) defaults.setValue(kSetting, seconds);
+}
+
 bool isEmbeddable(const mokSample& sound, double seconds) noexcept {
     return seconds > 0.0 && sound.size <= kMostEmbeddedFrames &&
            // Divided, so that a sound of exactly 0.7 s counts as what the setting's text says.

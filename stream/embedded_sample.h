@@ -25,6 +25,8 @@ inline constexpr std::size_t kMostEmbeddedBytes = std::size_t{32} << 20; ///< of
 /// The setting "EmbedSeconds": sounds up to so many seconds are embedded in session states; 60 when
 /// it is not set, 0 for none. MAIN.
 double embedSeconds(const UserDefaults& defaults);
+/// From now on; also for what is loaded already. MAIN.
+void setEmbedSeconds(UserDefaults& defaults, double seconds);
 
 /// Whether a sound is short enough for such a setting. Any thread.
 bool isEmbeddable(const mokSample& sound, double seconds) noexcept;

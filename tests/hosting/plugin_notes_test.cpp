@@ -122,6 +122,15 @@ TEST(InstrumentNotes, EndOnlyWhatTheyBeganUnlessItIsToGoOn) {
     going.setSettings({.notesEnd = NotesEnd::goOn});
     going.play("90 3C 64 80 3C 40");
     EXPECT_TRUE(going.plays());
+
+    Player tuned;
+    tuned.setSettings({.notesBegin = NotesBegin::tune});
+    tuned.play("90 3F 64");
+    EXPECT_FALSE(tuned.plays());
+    EXPECT_EQ(tuned.value(pitch), 3.0f);
+    tuned.set(playStop, 1.0f);
+    tuned.play("| 80 3F 40");
+    EXPECT_TRUE(tuned.plays()) << "what a hand has begun";
 }
 
 TEST(InstrumentNotes, TakeTurnsWithPlayStopAlsoInRealTime) {

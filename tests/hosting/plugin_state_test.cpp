@@ -27,21 +27,26 @@ TEST(PluginState, ComesBackWithSettingsProgramAndWhatANewerProgramAdded) {
     saved.setProgram(5);
     saved.set(width, 0.75f);
     saved.render();
-    const PluginSettings settings = {
-        .notesEnd = NotesEnd::fade, .startAnew = StartAnew::always, .followsPrograms = true};
+    const PluginSettings settings = {.notesEnd = NotesEnd::fade,
+                                     .startAnew = StartAnew::always,
+                                     .followsPrograms = true,
+                                     .notesBegin = NotesBegin::tune,
+                                     .embedSeconds = 5.0};
     saved.setSettings(settings);
     const std::string state = changed(saved.state(), "FromTheFuture", PropertyValue(7));
     EXPECT_EQ(listOf(state).at("StateVersion"), PropertyValue("1.0"));
     EXPECT_TRUE(loaded.restore(changed(state, "StateVersion", PropertyValue("1.9"))).ok());
     loaded.render();
     EXPECT_EQ(loaded.settings(), settings);
+    EXPECT_EQ(loaded.system().instance.defaults.value("EmbedSeconds")->as<double>()[0], 5.0);
     EXPECT_EQ(loaded.currentProgram(), 5u);
     EXPECT_EQ(loaded.value(width), 0.75f);
     EXPECT_TRUE(loaded.state() == state);
     // As a preset it keeps the sound, not what is of a session.
     const PropertyDictionary snapshot = loaded.snapshot();
     EXPECT_TRUE(snapshot.contains("FromTheFuture"));
-    for (const char* const key : {"StateVersion", "NotesEnd", "Program"})
+    for (const char* const key :
+         {"StateVersion", "NotesEnd", "NotesBegin", "EmbedSeconds", "Program"})
         EXPECT_FALSE(snapshot.contains(key)) << key;
 }
 
