@@ -23,13 +23,24 @@ void WindowTouches::followWindow() {
 }
 
 void WindowTouches::take(const TouchEvent& event) {
-    if (event.phase == TouchPhase::began && peer_) peer_->toFront(true); // as a click does
+    if (event.phase == TouchPhase::began && peer_) focus(event.at);
     router_.take(event);
 }
 
+/// As a click does, so that keys go on where the hand was, and what was typed into is left.
+void WindowTouches::focus(Point at) {
+    peer_->toFront(true);
+    juce::Component* const hit = componentAt(at);
+    if (dynamic_cast<TouchTarget*>(hit) && hit->getMouseClickGrabsKeyboardFocus())
+        hit->grabKeyboardFocus();
+}
+
+juce::Component* WindowTouches::componentAt(Point at) const {
+    return window_ ? window_->getComponentAt(juce::Point(at.x, at.y).toFloat()) : nullptr;
+}
+
 TouchScene::Hit WindowTouches::touchTargetAt(Point at) {
-    if (!window_) return {};
-    juce::Component* const hit = window_->getComponentAt(juce::Point(at.x, at.y).toFloat());
+    juce::Component* const hit = componentAt(at);
     if (!hit) return {};
     auto* const target = dynamic_cast<TouchTarget*>(hit);
     if (!target || hit->isCurrentlyBlockedByAnotherModalComponent()) return {mouse_.get(), {}};

@@ -30,6 +30,9 @@ public:
     Hit touchTargetAt(Point at) override;
 
 private:
+    juce::Component* componentAt(Point at) const;
+    void focus(Point at);
+
     juce::Component& content_;
     juce::Component* window_ = nullptr;
     juce::ComponentPeer* peer_ = nullptr;

@@ -24,11 +24,10 @@ test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev lv2-dev
     sox libsox-fmt-all ffmpeg sndfile-programs
 )
-# What plays the plug-ins and the standalone program. The optional one is large: without it its
-# tests say so and are skipped.
-host_packages=(liblilv-dev lilv-utils sordi jalv jackd2 xvfb desktop-file-utils lintian
-    xserver-xorg-core xserver-xorg-video-dummy)
-optional_packages=(ardour)
+# What plays the plug-ins and the standalone program. The optional ones are large: without them
+# their tests say so and are skipped.
+host_packages=(liblilv-dev lilv-utils sordi jalv jackd2 xvfb desktop-file-utils lintian)
+optional_packages=(ardour xserver-xorg-core xserver-xorg-video-dummy)
 
 say() { printf '%s\n' "$*" >&2; }
 

@@ -1,5 +1,7 @@
 #include "screens/desktop/finger_as_mouse.h"
 
+#include "screens/draw/screen_button.h"
+
 namespace zephyra {
 
 namespace {
@@ -56,6 +58,8 @@ void FingerAsMouse::touchCancelled(const TouchEvent&) {
 }
 
 void FingerAsMouse::touchRested(const TouchEvent& event) {
+    const auto* const button = dynamic_cast<ScreenButton*>(window_.getComponentAt(placeOf(event)));
+    if (!presses_ || (button && !button->menuAsked)) return; // it can only be pressed
     touchCancelled(event);
     isDown_ = true;
     tell(placeOf(event), 0);

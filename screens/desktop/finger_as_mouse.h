@@ -8,8 +8,8 @@
 namespace zephyra {
 
 /// One finger at a time, in whichever component is there: dialogs, menus and fields need not know
-/// of touches. A rest is a right click. Places are those of the window's own component. Message
-/// thread.
+/// of touches. A rest is a right click, but on buttons without a menu. Places are those of the
+/// window's own component. Message thread.
 class FingerAsMouse final : public TouchTarget {
 public:
     /// window outlives it.

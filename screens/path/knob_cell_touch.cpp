@@ -26,6 +26,7 @@ void KnobCell::touchMoved(const TouchEvent& event) {
 
 void KnobCell::touchEnded(const TouchEvent& event, int taps) {
     const bool types = release(event.id, placeOf(event));
+    tell({});
     if (taps == 2) hand_.reset(cell().id);
     if (!types || taps != 1) return;
     // The field would have the second tap.
@@ -37,6 +38,7 @@ void KnobCell::touchEnded(const TouchEvent& event, int taps) {
 
 void KnobCell::touchCancelled(const TouchEvent& event) {
     cancel(event.id);
+    tell({});
 }
 
 void KnobCell::touchRested(const TouchEvent& event) {
