@@ -28,10 +28,12 @@ ScreenSettings rememberedSettings(PluginInstance& plugin) {
 std::unique_ptr<ZephyraScreen> makeRememberedScreen(PluginInstance& plugin) {
     auto screen = std::make_unique<ZephyraScreen>(plugin, rememberedSettings(plugin));
     ScreenContext& context = screen->context();
-    context.settingsChanged = [&plugin, &context, changed = std::move(context.settingsChanged)] {
+    context.settingsChanged = [&plugin, &context, known = context.settings,
+                               changed = std::move(context.settingsChanged)]() mutable {
         // Read anew, since another window may have written what this one does not know.
         UserDefaults defaults = screenDefaults(plugin);
-        ScreenSettingsStore(defaults).write(context.settings);
+        ScreenSettingsStore(defaults).write(context.settings, known);
+        known = context.settings;
         changed();
     };
     return screen;

@@ -2,7 +2,7 @@
 
 #include "screens/desktop/window_menu.h"
 #include "screens/draw/brush.h"
-#include "screens/model/settings_rows.h"
+#include "screens/model/settings/setting_table.h"
 #include "screens/model/top/edit_line.h"
 
 #include <utility>
@@ -31,11 +31,8 @@ WindowServices::WindowServices(juce::Component& window, ScreenContext& context)
     context_.locateSample = [this] {
         ask("Locate the sound", FileChoice::What::sounds, &WindowModel::locate);
     };
-    context_.openSettings = [this] {
-        const Box& top = layout_.top;
-        context_.openMenu({top.right() - layout_.px(48), top.y, layout_.px(40), top.height},
-                          settingsRows(context_));
-    };
+    context_.openSettings = [this] { openSettings(); };
+    handKnobStyle(context_);
 }
 
 WindowServices::~WindowServices() {
@@ -49,7 +46,8 @@ void WindowServices::ask(const char* title, FileChoice::What what,
     });
 }
 
-void WindowServices::frame() {
+void WindowServices::frame(double now) {
+    if (settings_) settings_->frame(now);
     model_.followImport();
     if (questions_.alert() != shown_) showAlert();
     if (!questions_.asksForFile() || choice_.isOpen()) return;
@@ -64,7 +62,10 @@ void WindowServices::frame() {
 void WindowServices::showAlert() {
     shown_ = questions_.alert();
     dialog_.reset();
-    if (!shown_) return;
+    if (!shown_) {
+        if (settings_) settings_->takeKeyboard();
+        return;
+    }
     if (context_.cancelTouches) context_.cancelTouches();
     dialog_ = std::make_unique<AlertDialog>(
         context_, *shown_, questions_.destroys(), [this](std::size_t button, const auto& typed) {
@@ -78,8 +79,17 @@ void WindowServices::showAlert() {
     window_.addAndMakeVisible(*dialog_);
 }
 
+void WindowServices::openSettings() {
+    if (settings_ || dialog_) return;
+    if (context_.cancelTouches) context_.cancelTouches();
+    settings_ = std::make_unique<SettingsSheet>(context_, [this] { settings_.reset(); });
+    settings_->layOut(layout_);
+    window_.addAndMakeVisible(*settings_);
+}
+
 void WindowServices::layOut(const ScreenLayout& layout) {
     layout_ = layout;
+    if (settings_) settings_->layOut(layout);
     if (dialog_) dialog_->layOut(layout);
 }
 
@@ -93,6 +103,10 @@ bool WindowServices::perform(const juce::KeyPress& key) {
                     .command = key.getModifiers().isCommandDown(),
                     .shift = key.getModifiers().isShiftDown(),
                     .alt = key.getModifiers().isAltDown()});
+    if (settings_ && shortcut != Shortcut::zoomIn && shortcut != Shortcut::zoomOut) {
+        settings_->takeKeyboard();
+        return true;
+    }
     if (!shortcut) return false;
     perform(*shortcut);
     return true;
@@ -122,6 +136,8 @@ void WindowServices::perform(Shortcut shortcut) {
         return zoom(true);
     case Shortcut::zoomOut:
         return zoom(false);
+    case Shortcut::settings:
+        return context_.openSettings();
     }
 }
 

@@ -7,6 +7,7 @@
 #include "screens/model/shortcuts.h"
 #include "screens/model/system_questions.h"
 #include "screens/sheet/alert_dialog.h"
+#include "screens/sheet/settings_sheet.h"
 
 #include <memory>
 #include <string>
@@ -23,7 +24,7 @@ public:
     WindowServices& operator=(const WindowServices&) = delete;
 
     /// Shows the alert that waits, or takes it away; asks for the file that is asked for.
-    void frame();
+    void frame(double now);
     void layOut(const ScreenLayout& layout);
     /// False for a key that is the host's.
     bool perform(const juce::KeyPress& key);
@@ -37,6 +38,7 @@ private:
     void ask(const char* title, FileChoice::What what,
              void (WindowModel::*use)(const std::filesystem::path&));
     void showAlert();
+    void openSettings();
 
     juce::Component& window_;
     ScreenContext& context_;
@@ -44,6 +46,7 @@ private:
     SystemQuestions questions_;
     FileChoice choice_;
     std::optional<ShownAlert> shown_;
+    std::unique_ptr<SettingsSheet> settings_;
     std::unique_ptr<AlertDialog> dialog_;
     ScreenLayout layout_;
     int openEdits_ = 0; // that hands of this window began

@@ -12,6 +12,10 @@ ZephyraScreen::ZephyraScreen(PluginInstance& plugin, const ScreenSettings& setti
     context_.settingsChanged = [this] { layOutAnew(); };
     context_.cancelTouches = [this] { touches_.cancelAll(); };
     path_.setVoices(&voices_);
+    // The keyboard's order is the signal's: what is played, by what it is shaped, what comes out.
+    ScreenArea* const inOrder[] = {&top_, &stage_, &path_, &meter_, &strip_, &foot_};
+    for (int i = 0; i < static_cast<int>(areas_.size()); ++i)
+        inOrder[i]->setExplicitFocusOrder(i + 1);
     for (ScreenArea* const area : areas_) addAndMakeVisible(area);
     setWantsKeyboardFocus(true);
     touches_.followWindow();
@@ -27,7 +31,7 @@ void ZephyraScreen::frame(double now) {
     time_.now = now;
     source_.readFrame(time_);
     for (ScreenArea* const area : areas_) area->frame(time_);
-    services_.frame();
+    services_.frame(juce::Time::getMillisecondCounterHiRes() / 1000.0);
     touches_.frame(now);
     if (x11::hasUnread()) flush_.triggerAsyncUpdate();
 }
@@ -47,6 +51,7 @@ void ZephyraScreen::layOutAnew() {
     for (ScreenArea* const area : areas_) area->layOut(layout_);
     services_.layOut(layout_);
     touches_.setScale(layout_.scale);
+    tip_.layOut(layout_);
     repaint();
 }
 

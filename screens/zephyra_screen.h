@@ -1,6 +1,7 @@
 // ZephyraScreen: the window's content, the same in every plug-in format and in the program.
 #pragma once
 
+#include "screens/draw/help_tip.h"
 #include "screens/foot/foot_area.h"
 #include "screens/meter/meter_area.h"
 #include "screens/model/path/cloud_voices.h"
@@ -64,6 +65,7 @@ private:
     StripArea strip_{context_};
     FootArea foot_{context_};
     std::array<ScreenArea*, 6> areas_{&top_, &stage_, &meter_, &path_, &strip_, &foot_};
+    HelpTip tip_{*this};
     FrameTime time_;
     WindowTouches touches_{*this};
     std::uint64_t paints_ = 0;

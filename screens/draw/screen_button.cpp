@@ -118,7 +118,7 @@ bool ScreenButton::keyPressed(const juce::KeyPress& key) {
         menuAsked();
         return true;
     }
-    if (key != juce::KeyPress::spaceKey && key != juce::KeyPress::returnKey) return false;
+    if (key != juce::KeyPress::returnKey) return false;
     press();
     return true;
 }

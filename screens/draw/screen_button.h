@@ -13,7 +13,7 @@
 namespace zephyra {
 
 /// Draws a face and tells of touches; what they do is others' matter. Reached by Tab, pressed by
-/// Space and Enter; a click leaves the keyboard where it is. A button that is not enabled is
+/// Enter, for Space plays; a click leaves the keyboard where it is. A button that is not enabled is
 /// reached and explained, but not pressed. Others draw more than a sign by paintSign. Message
 /// thread.
 class ScreenButton : public ScreenControl {

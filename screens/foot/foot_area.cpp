@@ -28,8 +28,8 @@ void FootArea::makeTabs() {
         changed = true;
         tabs_[i].reset();
         if (!toggle) continue;
-        tabs_[i] =
-            std::make_unique<FootTabButton>(context(), kFootTabs[i].title, kFootTabs[i].help);
+        tabs_[i] = std::make_unique<FootTabButton>(context(), kFootTabs[i].title,
+                                                   helpText(kFootTabs[i].help));
         tabs_[i]->setFace({.isBare = true});
         tabs_[i]->setSwitch(true);
         tabs_[i]->pressed = [this, i] { context().toggleDrawer[i](); };
@@ -95,9 +95,9 @@ void FootArea::mouseMove(const juce::MouseEvent& event) {
     const auto at = event.getPosition();
     if (!context().help) return;
     if (boxes_.cpu.contains(at.x, at.y))
-        context().help("Share of its time that rendering takes; at 100 % the sound breaks up");
+        context().help(helpText(HelpId::cpu));
     else if (boxes_.dropped.contains(at.x, at.y))
-        context().help("Grains that found no free voice; click to count from 0 again");
+        context().help(helpText(HelpId::dropped));
     else
         context().help({});
 }

@@ -1,13 +1,12 @@
 #include "screens/meter/meter_area.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 namespace zephyra {
 
 namespace {
 
-constexpr const char* kHelp = "Level of the output: rms light, peak dark, its highest above; "
-                              "click to reset, right-click to switch displays";
 constexpr Color kRms = palette::hex(0x94A3B9), kPeak = palette::hex(0x4A586D);
 
 class Handler final : public juce::AccessibilityHandler {
@@ -25,7 +24,7 @@ MeterArea::MeterArea(ScreenContext& context) : ScreenArea(context), model_(conte
     setWantsKeyboardFocus(true);
     setMouseClickGrabsKeyboardFocus(false);
     setTitle("Level meter");
-    setHelpText(kHelp);
+    setHelpText(brush::text(helpText(HelpId::meter)));
 }
 
 std::unique_ptr<juce::AccessibilityHandler> MeterArea::createAccessibilityHandler() {
@@ -139,7 +138,7 @@ void MeterArea::clear() {
 }
 
 void MeterArea::showHelp(bool on) {
-    if (context().help) context().help(on ? kHelp : "");
+    if (context().help) context().help(on ? helpText(HelpId::meter) : "");
 }
 
 void MeterArea::mouseEnter(const juce::MouseEvent&) {
@@ -157,7 +156,7 @@ void MeterArea::mouseDown(const juce::MouseEvent& event) {
 }
 
 bool MeterArea::keyPressed(const juce::KeyPress& key) {
-    if (key != juce::KeyPress::spaceKey && key != juce::KeyPress::returnKey) return false;
+    if (key != juce::KeyPress::returnKey) return false;
     clear();
     return true;
 }

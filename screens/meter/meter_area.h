@@ -10,7 +10,7 @@
 
 namespace zephyra {
 
-/// A click, Space or Enter puts the clip lights out and forgets the highest peak; a right click
+/// A click or Enter puts the clip lights out and forgets the highest peak; a right click
 /// offers to switch displays on and off. Message thread.
 class MeterArea final : public ScreenArea {
 public:

@@ -18,6 +18,7 @@ struct ScreenSettings {
     double zoom = 1.0; ///< ScreenLayout::kLeastZoom..kMostZoom
     bool showsMeter = true, showsScope = true, showsSpectrum = true; ///< off: free of cost
     bool reducedMotion = false; ///< nothing moves for decoration
+    int knobStyle = 0;          ///< how drags turn knobs: an InteractionStyle
     bool operator==(const ScreenSettings&) const = default;
 };
 
@@ -31,6 +32,12 @@ struct MenuRow {
 /// What opens from the foot.
 enum class Drawer { presets, samples, modulation, takes, keys, pad };
 inline constexpr std::size_t kDrawers = 6;
+
+/// The devices that a program of its own plays by; empty in a plug-in, whose host has them.
+struct ScreenDevices {
+    std::function<void()> open = {};                    ///< shows where they are chosen
+    std::function<std::string()> audio = {}, midi = {}; ///< what is open now, in a line
+};
 
 /// Message thread. The functions are the window's, and may be empty in tests of one area.
 struct ScreenContext {
@@ -54,6 +61,7 @@ struct ScreenContext {
     std::function<void()> cancelTouches = {};
     /// Opens the sheet of settings.
     std::function<void()> openSettings = {};
+    ScreenDevices devices = {};
     /// Opens or closes each drawer; one that is empty is not there, and has no tab.
     std::array<std::function<void()>, kDrawers> toggleDrawer = {};
     /// Whether each is open.

@@ -15,9 +15,9 @@ public:
     /// A value that is missing, of the wrong type or out of its range falls back to its default,
     /// alone.
     ScreenSettings read() const;
-    /// Writes where something differs from what is there; what a newer program keeps beside it
-    /// stays.
-    void write(const ScreenSettings& settings);
+    /// Writes what differs from known, which a window read or wrote last: what another window chose
+    /// meanwhile stays, and so does what a newer program keeps beside it.
+    void write(const ScreenSettings& settings, const ScreenSettings& known);
 
 private:
     UserDefaults& defaults_;

@@ -1,22 +1,26 @@
 // Shortcut: what a key does anywhere in the window.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
 namespace zephyra {
 
 enum class Shortcut : std::uint8_t {
-    playStop, ///< Space
-    rewind,   ///< R
-    freeze,   ///< F
-    live,     ///< L
-    undo,     ///< Ctrl+Z
-    redo,     ///< Ctrl+Shift+Z, Ctrl+Y
-    load,     ///< Ctrl+O
-    zoomIn,   ///< Ctrl++
-    zoomOut,  ///< Ctrl+-
+    playStop,
+    rewind,
+    freeze,
+    live,
+    undo,
+    redo,
+    load,
+    zoomIn,
+    zoomOut,
+    settings,
 };
+inline constexpr std::size_t kShortcuts = 10;
 
 /// A key as the system names it: the character in lower case, ' ' for the space bar.
 struct KeyStroke {
@@ -25,39 +29,43 @@ struct KeyStroke {
     bool shift = false, alt = false;
 };
 
+/// Which key does what; the first of a shortcut is the one that texts name.
+struct ShortcutKey {
+    Shortcut shortcut;
+    KeyStroke stroke;
+    const char* keys;         ///< as people read it
+    bool isWhereItIs = false; ///< with Shift or without, as keyboards have the sign
+};
+inline constexpr std::array kShortcutKeys{
+    ShortcutKey{Shortcut::playStop, {U' '}, "Space"},
+    ShortcutKey{Shortcut::rewind, {U'r'}, "R"},
+    ShortcutKey{Shortcut::freeze, {U'f'}, "F"},
+    ShortcutKey{Shortcut::live, {U'l'}, "L"},
+    ShortcutKey{Shortcut::undo, {U'z', true}, "Ctrl+Z"},
+    ShortcutKey{Shortcut::redo, {U'z', true, true}, "Ctrl+Shift+Z"},
+    ShortcutKey{Shortcut::redo, {U'y', true}, "Ctrl+Y"},
+    ShortcutKey{Shortcut::load, {U'o', true}, "Ctrl+O"},
+    ShortcutKey{Shortcut::zoomIn, {U'+', true}, "Ctrl++", true},
+    ShortcutKey{Shortcut::zoomIn, {U'=', true}, "Ctrl+=", true},
+    ShortcutKey{Shortcut::zoomOut, {U'-', true}, "Ctrl+-", true},
+    ShortcutKey{Shortcut::settings, {U',', true}, "Ctrl+,"},
+};
+
 /// None for what the window leaves to its host. Any thread.
 constexpr std::optional<Shortcut> shortcutOf(const KeyStroke& stroke) {
     if (stroke.alt) return {};
-    if (stroke.command) {
-        switch (stroke.key) {
-        case U'z':
-            return stroke.shift ? Shortcut::redo : Shortcut::undo;
-        case U'y':
-            return Shortcut::redo;
-        case U'o':
-            return Shortcut::load;
-        case U'+':
-        case U'=':
-            return Shortcut::zoomIn;
-        case U'-':
-            return Shortcut::zoomOut;
-        default:
-            return {};
-        }
-    }
-    if (stroke.shift) return {};
-    switch (stroke.key) {
-    case U' ':
-        return Shortcut::playStop;
-    case U'r':
-        return Shortcut::rewind;
-    case U'f':
-        return Shortcut::freeze;
-    case U'l':
-        return Shortcut::live;
-    default:
-        return {};
-    }
+    for (const ShortcutKey& one : kShortcutKeys)
+        if (one.stroke.key == stroke.key && one.stroke.command == stroke.command &&
+            (one.isWhereItIs || one.stroke.shift == stroke.shift))
+            return one.shortcut;
+    return {};
+}
+
+/// "Ctrl+Z", as texts name it. Any thread.
+constexpr const char* keysOf(Shortcut shortcut) {
+    for (const ShortcutKey& one : kShortcutKeys)
+        if (one.shortcut == shortcut) return one.keys;
+    return "";
 }
 
 } // namespace zephyra

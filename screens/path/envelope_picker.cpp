@@ -1,6 +1,7 @@
 #include "screens/path/envelope_picker.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 #include "screens/path/envelope_tile.h"
 
 #include <algorithm>
@@ -14,6 +15,7 @@ EnvelopePicker::EnvelopePicker(std::span<const EnvelopeCurve> curves, std::size_
     : curves_(curves), chosen_(chosen), calls_(std::move(calls)), marked_(chosen) {
     setWantsKeyboardFocus(true);
     setTitle("Grain envelopes");
+    setHelpText(brush::text(helpText(HelpId::envelopes)));
 }
 
 void EnvelopePicker::place(const ScreenLayout& layout) {

@@ -1,7 +1,7 @@
 #include "screens/path/envelope_tile.h"
 
-#include "audiounit/control_meaning.h"
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 #include <algorithm>
 
@@ -45,7 +45,7 @@ EnvelopeTile::EnvelopeTile(ScreenContext& context, const PathCell& cell,
                            std::span<const EnvelopeCurve> curves, std::function<void()> open)
     : PathCellView(context, cell), curves_(curves), open_(std::move(open)) {
     setTitle("Grain Envelope");
-    setHelp(std::string("Envelope: ") + controlMeaning(ControlId::envelope));
+    setHelp(helpText(ControlId::envelope));
 }
 
 void EnvelopeTile::show(const PathModel& model) {

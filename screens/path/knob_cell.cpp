@@ -1,8 +1,7 @@
 #include "screens/path/knob_cell.h"
 
-#include "audiounit/control_meaning.h"
-#include "audiounit/control_text.h"
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 #include "screens/model/path/knob_menu.h"
 #include "screens/path/knob_access.h"
 
@@ -34,8 +33,7 @@ KnobCell::KnobCell(ScreenContext& context, KnobHand& hand, KnobLook& look, const
     : PathCellView(context, cell), hand_(hand), look_(look) {
     const ControlRange& range = controlRange(cell.id);
     setTitle(range.name);
-    setHelp(std::string(range.name) + ": " + controlMeaning(cell.id) + " " + rangeText(range) +
-            ".");
+    setHelp(helpText(cell.id));
 }
 
 KnobCell::~KnobCell() = default;

@@ -1,8 +1,8 @@
 #include "screens/path/section_switch.h"
 
-#include "audiounit/control_meaning.h"
 #include "screens/draw/brush.h"
 #include "screens/draw/switch_access.h"
+#include "screens/model/help_texts.h"
 
 #include <utility>
 
@@ -21,7 +21,7 @@ SectionSwitch::SectionSwitch(ScreenContext& context, ControlId id, SwitchShape s
     : ScreenControl(context, controlRange(id).name), id_(id), shape_(shape),
       flip_(std::move(flip)) {
     setWantsKeyboardFocus(true);
-    setHelp(controlMeaning(id));
+    setHelp(helpText(id));
 }
 
 void SectionSwitch::place(const Box& drawn, double text) {

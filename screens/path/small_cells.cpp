@@ -1,6 +1,7 @@
 #include "screens/path/small_cells.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 #include <utility>
 
@@ -26,7 +27,7 @@ juce::Colour dotColour(const VoicesFace::Dot& dot) {
 
 VoicesCell::VoicesCell(ScreenContext& context, const PathCell& cell) : PathCellView(context, cell) {
     setTitle("Grains");
-    setHelp("The grains that sound now, of 24 at most, in the colours of their pitch.");
+    setHelp(helpText(HelpId::voices));
     setWantsKeyboardFocus(false);
 }
 
@@ -68,7 +69,7 @@ std::unique_ptr<juce::AccessibilityHandler> VoicesCell::createAccessibilityHandl
 KeepCell::KeepCell(ScreenContext& context, const PathCell& cell, std::function<void()> keep)
     : PathCellView(context, cell), keep_(std::move(keep)) {
     setTitle("Keep what LIVE heard");
-    setHelp("Keeps what LIVE heard last as a sound file in the shared folder.");
+    setHelp(helpText(HelpId::keepLive));
 }
 
 void KeepCell::show(const PathModel& model) {

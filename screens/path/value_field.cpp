@@ -1,6 +1,7 @@
 #include "screens/path/value_field.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 namespace zephyra {
 
@@ -30,6 +31,7 @@ ValueField::ValueField(ValueFieldCalls calls, const CellPlace& place)
     setColour(juce::CaretComponent::caretColourId, brush::colour(kAccent));
     setPopupMenuEnabled(false);
     setTitle("Value");
+    setHelpText(brush::text(helpText(HelpId::value)));
     onReturnKey = [this] { enter(); };
     onEscapeKey = [this] { leave(); };
 }

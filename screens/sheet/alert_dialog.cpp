@@ -82,6 +82,9 @@ void AlertDialog::moveFocus(bool back) {
 
 bool AlertDialog::keyPressed(const juce::KeyPress& key) {
     if (key.getKeyCode() == juce::KeyPress::tabKey) moveFocus(key.getModifiers().isShiftDown());
+    if (key == juce::KeyPress::spaceKey)
+        for (const auto& button : buttons_)
+            if (button->hasKeyboardFocus(false)) return button->press(), true;
     if (key == juce::KeyPress::returnKey) answer(safeButton(true));
     if (key == juce::KeyPress::escapeKey) answer(safeButton(false));
     return true; // what is below hears nothing

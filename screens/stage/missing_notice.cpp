@@ -1,6 +1,7 @@
 #include "screens/stage/missing_notice.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 #include <cmath>
 #include <utility>
@@ -19,7 +20,7 @@ public:
     LocateButton(ScreenContext& context, const ScreenLayout& layout)
         : juce::Button("Locate"), context_(context), layout_(layout) {
         setTitle("Locate");
-        setHelpText("Choose the file that plays in place of the missing sound");
+        setHelpText(brush::text(helpText(HelpId::locateOnStage)));
         setWantsKeyboardFocus(true);
     }
 
@@ -69,7 +70,7 @@ void MissingNotice::show(const std::string& name, const ScreenLayout& layout) {
     setBounds(layout.px(kLeft), layout.px(kTop),
               text + missing + button + layout.px(5 * kPadding + 2 * kGap),
               layout.px(layout.measures.nameText + 24));
-    setHelpText(brush::text(name_) + " is missing");
+    setHelpText(brush::text(helpText(HelpId::missing, name_)));
     resized();
     repaint();
 }

@@ -1,6 +1,7 @@
 #include "screens/stage/region_handle.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 #include "screens/stage/ruler.h"
 #include "screens/stage/seconds_value.h"
 
@@ -12,8 +13,7 @@ RegionHandle::RegionHandle(RegionEdge edge, ScreenContext& context, StageHands& 
                            const StageScene& scene)
     : ScreenControl(context, edge == RegionEdge::start ? "Region start" : "Region end"),
       edge_(edge), hands_(hands), scene_(scene) {
-    setHelp(isStart() ? "Where in the sound the scan begins, in seconds"
-                      : "Where in the sound the scan ends, in seconds");
+    setHelp(helpText(isStart() ? HelpId::regionStart : HelpId::regionEnd));
     setWantsKeyboardFocus(true);
     setMouseCursor(juce::MouseCursor::LeftRightResizeCursor);
 }

@@ -1,6 +1,7 @@
 #include "screens/stage/stage_area.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,8 +22,7 @@ StageArea::StageArea(ScreenContext& context)
       end_(RegionEdge::end, context, hands_, scene_), missing_(context) {
     setOpaque(true);
     setTitle("Scan");
-    setHelpText("Drag to scrub, and hold to stay; the wheel zooms, Shift-drag moves what is shown, "
-                "a double click shows all");
+    setHelpText(brush::text(helpText(HelpId::scan)));
     setWantsKeyboardFocus(true);
     setMouseClickGrabsKeyboardFocus(false); // a frame is for who walks by keys
     addAndMakeVisible(end_);

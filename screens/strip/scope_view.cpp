@@ -1,6 +1,7 @@
 #include "screens/strip/scope_view.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 #include <cmath>
 
@@ -14,10 +15,7 @@ constexpr float kReach = 0.46f; // of the height, for full scale
 } // namespace
 
 ScopeView::ScopeView(ScreenContext& context)
-    : StripView(context, "Scope",
-                "Scope: the last 40 ms of the output, enlarged while it is quiet; click to switch "
-                "on and off"),
-      model_(context) {}
+    : StripView(context, "Scope", helpText(HelpId::scope)), model_(context) {}
 
 void ScopeView::laidOut() {
     model_.trace().setColumns(static_cast<std::size_t>(juce::jmax(2, getWidth())));

@@ -1,6 +1,7 @@
 #include "screens/strip/spectrum_view.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 #include <cmath>
 #include <utility>
@@ -20,9 +21,7 @@ constexpr int kNumbersFrom = 48; // units of height from which the second level 
 } // namespace
 
 SpectrumView::SpectrumView(ScreenContext& context)
-    : StripView(context, "Spectrum",
-                "Spectrum of the output, 30 Hz to 20 kHz in decibels; click to switch on and off"),
-      model_(context) {}
+    : StripView(context, "Spectrum", helpText(HelpId::spectrum)), model_(context) {}
 
 float SpectrumView::yOf(double decibels) const {
     return static_cast<float>((kHighest - decibels) / (kHighest - kLowest) * getHeight());

@@ -105,7 +105,7 @@ void StripView::mouseUp(const juce::MouseEvent& event) {
 }
 
 bool StripView::keyPressed(const juce::KeyPress& key) {
-    if (key != juce::KeyPress::spaceKey && key != juce::KeyPress::returnKey) return false;
+    if (key != juce::KeyPress::returnKey) return false;
     toggle();
     return true;
 }

@@ -10,7 +10,7 @@
 
 namespace zephyra {
 
-/// A click, Space or Enter switches it. Message thread.
+/// A click or Enter switches it. Message thread.
 class StripView : public juce::Component {
 public:
     StripView(ScreenContext& context, const std::string& title, const std::string& help);

@@ -1,6 +1,7 @@
 #include "screens/top/music_button.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 namespace zephyra {
 
@@ -84,7 +85,7 @@ bool MusicButton::keyPressed(const juce::KeyPress& key) {
 
 BarView::BarView(ScreenContext& context) : ScreenControl(context, "Bar and beat") {
     setOpaque(true);
-    setHelp("Bar and beat of the host");
+    setHelp(helpText(HelpId::bar));
 }
 
 void BarView::show(const MusicShown& shown, const LayoutMeasures& measures, double scale) {
@@ -124,8 +125,8 @@ void BarView::paint(juce::Graphics& graphics) {
 
 std::string BarView::sentence() const {
     if (!shown_.hasBars) return {};
-    return "Bar " + shown_.bar.substr(0, shown_.bar.find('.')) + ", beat " +
-           std::to_string(shown_.beat + 1) + " of the host's music";
+    return helpText(HelpId::barNow, "Bar " + shown_.bar.substr(0, shown_.bar.find('.')) +
+                                        ", beat " + std::to_string(shown_.beat + 1));
 }
 
 } // namespace zephyra

@@ -1,6 +1,7 @@
 #include "screens/top/preset_button.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 #include <cmath>
 
@@ -23,8 +24,8 @@ void PresetButton::show(const PresetShown& shown, const LayoutMeasures& measures
     scale_ = scale;
     shown_ = shown;
     measures_ = measures;
-    setHelp("Preset " + shown.title() + (shown.bank.empty() ? "" : " of " + shown.line()) +
-            ": press for all presets and banks, arrow keys step");
+    setHelp(helpText(HelpId::preset,
+                     shown.title() + (shown.bank.empty() ? "" : " of " + shown.line())));
     setValue(shown.title() + (shown.isChanged ? ", changed" : ""));
     textWidth_ = measured();
     repaint();

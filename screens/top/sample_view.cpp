@@ -1,6 +1,7 @@
 #include "screens/top/sample_view.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 #include <cmath>
 
@@ -23,7 +24,7 @@ void SampleView::show(const SampleShown& shown, const LayoutMeasures& measures, 
     measures_ = measures;
     scale_ = scale;
     setDescription(brush::text(shown.name + ", " + secondLine()));
-    setHelp("The sound that grains are cut from; drop a sound file to load another");
+    setHelp(helpText(HelpId::sound));
     textWidth_ = measured();
     repaint();
 }
@@ -55,8 +56,7 @@ void SampleView::paint(juce::Graphics& graphics) {
 
 std::string SampleView::sentence() const {
     if (shown_.name.empty()) return {};
-    return shown_.isMissing ? shown_.name + " was not found; Locate chooses another"
-                            : shown_.name + ", drop a sound file to load another";
+    return helpText(shown_.isMissing ? HelpId::soundMissing : HelpId::soundNamed, shown_.name);
 }
 
 } // namespace zephyra

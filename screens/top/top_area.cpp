@@ -1,6 +1,7 @@
 #include "screens/top/top_area.h"
 
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 namespace zephyra {
 
@@ -21,18 +22,15 @@ TopArea::TopArea(ScreenContext& context)
                                 ScreenButton(context, kTitles[2], ""),
                                 ScreenButton(context, kTitles[3], ""),
                                 ScreenButton(context, kTitles[4], "")},
-      previous_(context, "Previous preset",
-                "The preset before this one; before the first comes the last of the bank before"),
-      next_(context, "Next preset",
-            "The preset behind this one; behind the last comes the first of the next bank"),
-      presetName_(context), sampleName_(context),
-      locate_(context, "Locate", "Choose the file that takes the missing sound's place"),
+      previous_(context, "Previous preset", helpText(HelpId::previousPreset)),
+      next_(context, "Next preset", helpText(HelpId::nextPreset)), presetName_(context),
+      sampleName_(context), locate_(context, "Locate", helpText(HelpId::locate)),
       editButtons_{
           ScreenButton(context, kEditTitles[0], ""), ScreenButton(context, kEditTitles[1], ""),
           ScreenButton(context, kEditTitles[2], ""), ScreenButton(context, kEditTitles[3], ""),
           ScreenButton(context, kEditTitles[4], "")},
       tempo_(context, music_), bar_(context),
-      settings_(context, "Settings", "Settings: fades, knobs, zoom, meters, sounds in sessions") {
+      settings_(context, "Settings", helpText(HelpId::settings)) {
     setOpaque(true);
     setFocusContainerType(FocusContainerType::focusContainer);
     wireTransport();

@@ -14,19 +14,28 @@ TEST(ScreenSettingsStore, RemembersWhatWasChosenAndFallsBackValueByValue) {
     chosen.zoom = 1.25;
     chosen.showsScope = false;
     chosen.reducedMotion = true;
-    store.write(chosen);
+    chosen.knobStyle = 2;
+    store.write(chosen, {});
     EXPECT_EQ(ScreenSettingsStore(defaults).read(), chosen);
 
     defaults.setValue(
         "Screen",
-        PropertyDictionary{{"Zoom", 9.0}, {"Meter", "off"}, {"Scope", false}, {"Later", 3}});
+        PropertyDictionary{
+            {"Zoom", 9.0}, {"KnobStyle", 4}, {"Meter", "off"}, {"Scope", false}, {"Later", 3}});
     EXPECT_EQ(store.read(), (ScreenSettings{.showsScope = false}));
-    store.write(chosen);
+    store.write(chosen, store.read());
     EXPECT_EQ(store.read(), chosen);
+    ScreenSettings others = chosen, own = chosen; // two windows
+    others.knobStyle = 1;
+    own.zoom = 2.0;
+    store.write(others, chosen);
+    store.write(own, chosen);
+    own.knobStyle = 1;
+    EXPECT_EQ(store.read(), own);
     const auto* const kept = defaults.value("Screen")->as<PropertyDictionary>();
     EXPECT_TRUE(kept->at("Later") == PropertyValue(3)); // of a newer program
     const PropertyValue* const before = defaults.value("Screen");
-    store.write(chosen);
+    store.write(chosen, chosen);
     EXPECT_EQ(defaults.value("Screen"), before);
     defaults.setValue("Screen", "damaged");
     EXPECT_EQ(store.read(), ScreenSettings());

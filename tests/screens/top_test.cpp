@@ -171,11 +171,11 @@ TEST(TopPreset, StepsThroughBanksByArrowsAndMenu) {
     window.edits.press(EditButton::randomize);
     window.settle();
     EXPECT_EQ(window.presetLine.shown().line(), last.bank + ", changed");
-    EXPECT_EQ(window.edits.help(EditButton::undo), "Undo Randomise");
+    EXPECT_EQ(window.edits.help(EditButton::undo), "Undo Randomise (Ctrl+Z)");
     window.edits.press(EditButton::undo);
     window.settle();
     EXPECT_EQ(window.presetLine.shown(), last);
-    EXPECT_EQ(window.edits.help(EditButton::redo), "Redo Randomise");
+    EXPECT_EQ(window.edits.help(EditButton::redo), "Redo Randomise (Ctrl+Shift+Z)");
     window.edits.press(EditButton::compareB);
     window.settle();
     EXPECT_EQ(window.presetLine.shown(), last);
@@ -200,7 +200,7 @@ TEST(TopEdits, ReachTheHistoryAndBothVersions) {
     window.edits.press(EditButton::undo); // back in B
     window.settle();
     EXPECT_EQ(window.value(ControlId::density), drawn);
-    EXPECT_EQ(window.edits.help(EditButton::redo), "Redo Compare A");
+    EXPECT_EQ(window.edits.help(EditButton::redo), "Redo Compare A (Ctrl+Shift+Z)");
 }
 
 TEST(TopSample, NamesWhatGrainsAreCutFrom) {

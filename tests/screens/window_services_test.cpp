@@ -1,5 +1,4 @@
-// What the window does itself: keys, settings, alerts, without a window.
-#include "screens/model/settings_rows.h"
+// What the window does itself: keys and alerts, without a window.
 #include "screens/model/shortcuts.h"
 #include "screens/model/system_questions.h"
 #include "tests/screens/read_frame.h"
@@ -17,6 +16,8 @@ TEST(Shortcuts, LeaveToTheHostWhatIsNotTheirs) {
                 {{U'z', true, true}, Shortcut::redo},
                 {{U'y', true}, Shortcut::redo},
                 {{U'=', true}, Shortcut::zoomIn},
+                {{U'+', true, true}, Shortcut::zoomIn},
+                {{U',', true}, Shortcut::settings},
                 {{U'f'}, Shortcut::freeze},
                 {{U'f', true}, {}},
                 {{U'f', false, true}, {}},
@@ -29,34 +30,7 @@ TEST(Shortcuts, LeaveToTheHostWhatIsNotTheirs) {
 struct Window : testing::Test {
     PluginInstance plugin{PluginKind::instrument};
     ScreenSource source{plugin};
-    ScreenContext context{.source = source};
-    int changes = 0;
-
-    MenuRow row(const std::string& text) {
-        context.settingsChanged = [this] { ++changes; };
-        for (MenuRow& one : settingsRows(context))
-            if (one.text == text) return one;
-        return {};
-    }
 };
-
-TEST_F(Window, SettingsTickWhatHoldsAndSetWhatIsChosen) {
-    EXPECT_TRUE(row("Zoom 100 %").isTicked);
-    row("Zoom 150 %").chosen();
-    EXPECT_TRUE(row("Zoom 150 %").isTicked);
-    row("Reduced motion").chosen();
-    EXPECT_TRUE(context.settings.reducedMotion);
-    EXPECT_EQ(changes, 2);
-    row("Never start anew").chosen();
-    EXPECT_EQ(plugin.settings().startAnew, StartAnew::never);
-    row("Turn knobs up and down").chosen();
-    EXPECT_TRUE(row("Turn knobs up and down").isTicked);
-    double zoom = 0.75;
-    for (const double next : {1.0, 1.25, 1.5, 2.0, 2.5, 2.5})
-        EXPECT_EQ(zoom = nextZoom(zoom, true), next);
-    EXPECT_EQ(nextZoom(1.1, false), 1.0);
-    EXPECT_EQ(nextZoom(0.75, false), 0.75);
-}
 
 TEST_F(Window, AnswersOnlyTheAlertThatItShows) {
     SystemQuestions questions(source);

@@ -2,6 +2,7 @@
 
 #include "plugin/juce/screen_editor.h"
 #include "screens/draw/brush.h"
+#include "screens/model/help_texts.h"
 
 #include <utility>
 
@@ -28,6 +29,9 @@ StandaloneView::StandaloneView(ZephyraProcessor& processor, StandaloneAudio& aud
     addAndMakeVisible(*editor_);
     addAndMakeVisible(keyboard_);
     keyboard_.setLowestVisibleKey(36);
+    keyboard_.setTitle("Keys");
+    keyboard_.setHelpText(brush::text(helpText(HelpId::keyboard)));
+    devices_.setHelpText(brush::text(helpText(HelpId::audioButton)));
     using Keys = juce::MidiKeyboardComponent;
     keyboard_.setColour(Keys::whiteNoteColourId, brush::colour(palette::kText));
     keyboard_.setColour(Keys::blackNoteColourId, brush::colour(palette::kStage));
@@ -56,6 +60,8 @@ void StandaloneView::addButton(juce::TextButton& button, std::function<void()> c
 
 void StandaloneView::refresh(const LiveNotice& notice) {
     takeKeyboard();
+    if (auto* const editor = dynamic_cast<ScreenEditor*>(editor_.get()); editor && editor->screen())
+        offerDevices(editor->screen()->context());
     notice_.setText(shown(notice.line), juce::dontSendNotification);
     told_.setVisible(notice.asks);
     if (isTold_ != notice.line.empty()) {
@@ -75,6 +81,18 @@ void StandaloneView::takeKeyboard() {
     const bool isTaken = focused && focused != getTopLevelComponent() && focused != this;
     if (isTaken || !isShowing() || !editor || !editor->screen()) return;
     editor->screen()->grabKeyboardFocus();
+}
+
+/// So that the sheet of settings leads to them.
+void StandaloneView::offerDevices(ScreenContext& context) {
+    if (context.devices.open) return;
+    context.devices = {.open = [this] { audio_.showSettings(*this); },
+                       .audio = [this] { return audio_.status(); },
+                       .midi =
+                           [this] {
+                               const auto names = audio_.midi().names();
+                               return names.isEmpty() ? std::string("none") : names.toStdString();
+                           }};
 }
 
 void StandaloneView::say(const std::string& line) {

@@ -4,6 +4,7 @@
 #include "plugin/juce/standalone/standalone_audio.h"
 #include "plugin/juce/zephyra_processor.h"
 #include "plugin/standalone/live_notice.h"
+#include "screens/model/screen_context.h"
 
 #include <juce_audio_utils/juce_audio_utils.h>
 
@@ -33,6 +34,7 @@ public:
 
 private:
     void takeKeyboard();
+    void offerDevices(ScreenContext& context);
     void addButton(juce::TextButton& button, std::function<void()> clicked);
     void handleNoteOn(juce::MidiKeyboardState*, int channel, int note, float velocity) override;
     void handleNoteOff(juce::MidiKeyboardState*, int channel, int note, float velocity) override;

@@ -1,6 +1,7 @@
 // FootBoxes: where everything of the foot stands. FootTab: its drawers by name.
 #pragma once
 
+#include "screens/model/help_texts.h"
 #include "screens/model/screen_context.h"
 
 #include <array>
@@ -11,17 +12,17 @@ namespace zephyra {
 struct FootTab {
     Drawer drawer;
     const char* title;
-    const char* help; ///< one sentence
+    HelpId help;
 };
 
 /// In their order from the left.
 inline constexpr std::array<FootTab, kDrawers> kFootTabs{{
-    {Drawer::presets, "Presets", "Presets: search, try and choose them, bank by bank"},
-    {Drawer::samples, "Samples", "Samples: the sound files at hand, to try and choose"},
-    {Drawer::modulation, "Modulation", "Modulation: what moves which knob, by LFO, MIDI or hand"},
-    {Drawer::takes, "Takes", "Takes: record the way of the scan, and play it again"},
-    {Drawer::keys, "Keys", "Keys: play the pitch"},
-    {Drawer::pad, "Pad", "Pad: play pitch and density with one finger"},
+    {Drawer::presets, "Presets", HelpId::presetsDrawer},
+    {Drawer::samples, "Samples", HelpId::samplesDrawer},
+    {Drawer::modulation, "Modulation", HelpId::modulationDrawer},
+    {Drawer::takes, "Takes", HelpId::takesDrawer},
+    {Drawer::keys, "Keys", HelpId::keysDrawer},
+    {Drawer::pad, "Pad", HelpId::padDrawer},
 }};
 
 /// In pixels of the foot; a tab of a drawer that is not there is empty. Plain data.

@@ -181,6 +181,18 @@ void KnobHand::turn(ControlId id, double notches, Fineness fineness, double now)
     });
 }
 
+void KnobHand::turnTo(ControlId id, float linear, double now) {
+    if (!std::isfinite(linear)) return;
+    beginSteps(id, now);
+    context_.source.asMain([&](AudioUnitViewController& view) {
+        MOK_KNOB* const knob = knobOf(view, id);
+        if (!knob || knob->isTracking()) return;
+        const float before = knob->value();
+        knob->setValue(linear);
+        if (knob->value() != before) knob->sendEventValueChanged();
+    });
+}
+
 void KnobHand::turnToEnd(ControlId id, bool maximum, double now) {
     constexpr double kPastEveryEnd = 1e6; // notches
     turn(id, maximum ? kPastEveryEnd : -kPastEveryEnd, Fineness::coarse, now);

@@ -47,6 +47,8 @@ public:
     /// So many notches up, down: each a semitone, a position of a choice, or a fiftieth of the
     /// turn; fine ones a tenth of that, but for positions.
     void turn(ControlId id, double notches, Fineness fineness, double now);
+    /// To a linear value, as part of such a gesture.
+    void turnTo(ControlId id, float linear, double now);
     /// To an end of the range.
     void turnToEnd(ControlId id, bool maximum, double now);
     /// Ends a gesture of steps after a moment without one. now: on the clock of turn().

@@ -1,5 +1,7 @@
 #include "screens/model/top/edit_line.h"
 
+#include "screens/model/help_texts.h"
+
 namespace zephyra {
 
 namespace {
@@ -52,18 +54,19 @@ ButtonFace EditLine::face(EditButton button) const {
 std::string EditLine::help(EditButton button) const {
     switch (button) {
     case EditButton::randomize:
-        return "Randomise all controls that are not locked by " + std::to_string(percent_) +
-               " % of their range; right-click for another amount";
+        return helpText(HelpId::randomise, std::to_string(percent_) + " %");
     case EditButton::undo:
-        return shown_.undo.empty() ? "Nothing to undo" : "Undo " + shown_.undo;
+        return shown_.undo.empty() ? helpText(HelpId::undoNothing)
+                                   : helpText(HelpId::undo, shown_.undo);
     case EditButton::redo:
-        return shown_.redo.empty() ? "Nothing to redo" : "Redo " + shown_.redo;
+        return shown_.redo.empty() ? helpText(HelpId::redoNothing)
+                                   : helpText(HelpId::redo, shown_.redo);
     case EditButton::compareA:
-        return shown_.isB ? "Play A, and keep what was set as B" : "A plays";
+        return helpText(shown_.isB ? HelpId::playA : HelpId::playsA);
     case EditButton::compareB:
         break;
     }
-    return shown_.isB ? "B plays" : "Play B, and keep what was set as A";
+    return helpText(shown_.isB ? HelpId::playsB : HelpId::playB);
 }
 
 void EditLine::press(EditButton button) {

@@ -1,6 +1,7 @@
 #include "screens/model/top/music_line.h"
 
 #include "platform/text/text_numbers.h"
+#include "screens/model/help_texts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -32,8 +33,7 @@ bool isBeatLit(const MusicPosition& music, double ownTempo, double now) {
 }
 
 std::string MusicShown::help() const {
-    if (isHosts) return "Tempo of the host, " + tempo + " beats per minute";
-    return "Tempo, " + tempo + " beats per minute: tap it, drag it or turn the wheel, 20 to 999";
+    return helpText(isHosts ? HelpId::hostTempo : HelpId::tempo, tempo);
 }
 
 MusicLine::MusicLine(ScreenContext& context) : context_(context) {

@@ -1,5 +1,6 @@
 #include "screens/model/top/transport.h"
 
+#include "screens/model/help_texts.h"
 #include "screens/model/top/music_line.h"
 
 namespace zephyra {
@@ -34,6 +35,26 @@ ButtonLight light(PlayState play) {
     return kLights[static_cast<std::size_t>(play)];
 }
 
+HelpId helpOf(const TransportShown& shown, TransportButton button) {
+    switch (button) {
+    case TransportButton::play:
+        if (shown.play == PlayState::armed) return HelpId::playArmed;
+        if (shown.play == PlayState::playing) return HelpId::stop;
+        return shown.isInSync ? HelpId::playSynced : HelpId::play;
+    case TransportButton::rewind:
+        if (shown.rewindIsArmed) return HelpId::rewindArmed;
+        return shown.isInSync ? HelpId::rewindSynced : HelpId::rewind;
+    case TransportButton::freeze:
+        return shown.isFrozen ? HelpId::frozen : HelpId::freeze;
+    case TransportButton::live:
+        if (!shown.liveIsAllowed) return HelpId::liveUnavailable;
+        return shown.isLive ? HelpId::liveOn : HelpId::live;
+    case TransportButton::clear:
+        break;
+    }
+    return HelpId::liveClear;
+}
+
 } // namespace
 
 ButtonFace TransportShown::face(TransportButton button) const {
@@ -66,27 +87,7 @@ std::string TransportShown::value(TransportButton button) const {
 }
 
 std::string TransportShown::help(TransportButton button) const {
-    switch (button) {
-    case TransportButton::play:
-        if (play == PlayState::armed) return "Starts at the host's next bar; press to wait no more";
-        if (play == PlayState::playing) return "Stop: fades out by the fade-out time";
-        return isInSync ? "Play: starts at the host's next bar"
-                        : "Play: fades in by the fade-in time";
-    case TransportButton::rewind:
-        if (rewindIsArmed) return "Rewinds at the host's next bar; press to rewind now";
-        return isInSync ? "Rewind the scan to the region's start; hold to wait for the next bar"
-                        : "Rewind the scan to the region's start";
-    case TransportButton::freeze:
-        return isFrozen ? "Frozen: the scan stands, and so does live sound"
-                        : "Freeze the scan where it stands, and live sound as it was heard";
-    case TransportButton::live:
-        if (!liveIsAllowed) return "LIVE has no input in an instrument: load Zephyra as an effect";
-        return isLive ? "LIVE: grains are cut from the input; press to go back to the sound"
-                      : "LIVE: cut grains from the last seconds of the input";
-    case TransportButton::clear:
-        break;
-    }
-    return "Clear: forget what LIVE has heard";
+    return helpText(helpOf(*this, button));
 }
 
 Transport::Transport(ScreenContext& context) : context_(context) {

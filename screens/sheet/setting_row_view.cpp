@@ -1,0 +1,139 @@
+// What a row draws; its hands are in setting_row_hands.cpp.
+#include "screens/sheet/setting_row_view.h"
+
+#include "screens/draw/brush.h"
+
+#include <utility>
+
+namespace zephyra {
+
+using namespace palette;
+
+namespace {
+
+constexpr double kNameText = 13.0, kValueText = 13.0, kChoiceText = 12.0; // units
+
+} // namespace
+
+SettingRowView::SettingRowView(SettingsModel& model, std::size_t row, SettingRowCalls calls)
+    : model_(model), row_(row), calls_(std::move(calls)), shown_(model.rows()[row]) {
+    setWantsKeyboardFocus(true);
+    setMouseClickGrabsKeyboardFocus(false);
+    setTitle(shown_.entry->name);
+    setHelpText(brush::text(helpOf(*shown_.entry)));
+    setDescription(brush::text(shown_.value));
+}
+
+SettingRowView::~SettingRowView() = default;
+
+void SettingRowView::place(const Box& box, double scale) {
+    scale_ = scale;
+    setBounds(brush::rectangle(box));
+    boxes_ = settingRowBoxes({0, 0, box.width, box.height}, kind(), scale);
+    closeField();
+    repaint();
+}
+
+void SettingRowView::show() {
+    const SettingRow& now = model_.rows()[row_];
+    if (now == shown_) return;
+    shown_ = now;
+    setDescription(brush::text(now.value));
+    if (auto* const handler = getAccessibilityHandler())
+        handler->notifyAccessibilityEvent(juce::AccessibilityEvent::valueChanged);
+    repaint();
+}
+
+void SettingRowView::paint(juce::Graphics& graphics) {
+    const auto cell = getLocalBounds().toFloat();
+    if (isHovered_) {
+        graphics.setColour(brush::colour(kRaised));
+        graphics.fillRoundedRectangle(cell, px(6));
+    }
+    if (showsFocus_) {
+        graphics.setColour(brush::colour(kBright));
+        graphics.drawRoundedRectangle(cell.reduced(px(1)), px(6), px(2));
+    }
+    graphics.setColour(brush::colour(isHovered_ || showsFocus_ ? kBright : kText));
+    graphics.setFont(brush::regular(px(kNameText)));
+    graphics.drawText(shown_.entry->name, brush::rectangle(boxes_.name),
+                      juce::Justification::centredLeft, true);
+    const auto value = [&](const Box& box, Color color, juce::Justification where) {
+        graphics.setColour(brush::colour(color));
+        graphics.setFont(brush::medium(px(kValueText)));
+        graphics.drawText(brush::text(shown_.value), brush::rectangle(box), where, true);
+    };
+    switch (kind()) {
+    case SettingKind::choice:
+        return paintChoices(graphics);
+    case SettingKind::toggle:
+        paintPill(graphics);
+        return value(boxes_.value, kBright, juce::Justification::centredLeft);
+    case SettingKind::amount:
+        paintSlider(graphics);
+        if (!field_) value(boxes_.value, kBright, juce::Justification::centredRight);
+        return;
+    case SettingKind::action:
+        value(boxes_.control, kBright, juce::Justification::centredLeft);
+        return paintButton(graphics);
+    case SettingKind::fact:
+        return value(boxes_.value, kText, juce::Justification::centredLeft);
+    }
+}
+
+void SettingRowView::paintChoices(juce::Graphics& graphics) const {
+    const auto& choices = shown_.entry->choices;
+    graphics.setColour(brush::colour(kPressed));
+    graphics.fillRoundedRectangle(brush::floats(boxes_.control), px(4));
+    for (std::size_t i = 0; i < choices.size(); ++i) {
+        const Box box = choiceBox(boxes_.control, i, choices.size());
+        const bool holds = i == shown_.chosen;
+        if (holds) {
+            graphics.setColour(brush::colour(kArc));
+            graphics.fillRoundedRectangle(brush::floats(box).reduced(px(2)), px(3));
+        }
+        graphics.setColour(brush::colour(holds ? kInk : kText));
+        graphics.setFont(holds ? brush::medium(px(kChoiceText)) : brush::regular(px(kChoiceText)));
+        graphics.drawText(brush::text(choices[i]), brush::rectangle(box),
+                          juce::Justification::centred, false);
+    }
+}
+
+void SettingRowView::paintPill(juce::Graphics& graphics) const {
+    const bool isOn = shown_.chosen == 1;
+    auto box = brush::floats(boxes_.control);
+    box = box.withSizeKeepingCentre(box.getWidth(), px(16));
+    const float line = px(1.5), dot = box.getHeight() - px(7);
+    graphics.setColour(brush::colour(isOn ? kArc : kFaint));
+    if (isOn)
+        graphics.fillRoundedRectangle(box, box.getHeight() / 2);
+    else
+        graphics.drawRoundedRectangle(box.reduced(line / 2), box.getHeight() / 2, line);
+    const float x = isOn ? box.getRight() - box.getHeight() / 2 : box.getX() + box.getHeight() / 2;
+    graphics.setColour(brush::colour(isOn ? kInk : kFaint));
+    graphics.fillEllipse(juce::Rectangle(dot, dot).withCentre({x, box.getCentreY()}));
+}
+
+void SettingRowView::paintSlider(juce::Graphics& graphics) const {
+    const auto box = brush::floats(boxes_.control);
+    const float y = box.getCentreY(), half = px(5);
+    const float from = box.getX() + half, to = box.getRight() - half;
+    const float x = from + shown_.share * (to - from);
+    graphics.setColour(brush::colour(kTrack));
+    graphics.fillRoundedRectangle(from, y - px(2), to - from, px(4), px(2));
+    graphics.setColour(brush::colour(kArc));
+    graphics.fillRoundedRectangle(from, y - px(2), x - from, px(4), px(2));
+    graphics.setColour(brush::colour(kBright));
+    graphics.fillEllipse(juce::Rectangle(2 * half, 2 * half).withCentre({x, y}));
+}
+
+void SettingRowView::paintButton(juce::Graphics& graphics) const {
+    graphics.setColour(brush::colour(isHovered_ ? kTrack : kPressed));
+    graphics.fillRoundedRectangle(brush::floats(boxes_.value), px(4));
+    graphics.setColour(brush::colour(kBright));
+    graphics.setFont(brush::medium(px(kChoiceText)));
+    graphics.drawText("Choose", brush::rectangle(boxes_.value), juce::Justification::centred,
+                      false);
+}
+
+} // namespace zephyra

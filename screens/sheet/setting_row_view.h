@@ -1,0 +1,73 @@
+// SettingRowView: a row of the sheet of settings: its name, its value and its control.
+#pragma once
+
+#include "screens/draw/help_tip.h"
+#include "screens/model/settings/settings_model.h"
+#include "screens/model/settings/sheet_boxes.h"
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace zephyra {
+
+/// What a row asks of its sheet.
+struct SettingRowCalls {
+    std::function<void(const std::string& sentence)> tell; ///< help, or what is wrong
+    std::function<void(int by)> walk;                      ///< to the row so many further
+    std::function<void(juce::Component& row)> reveal;      ///< it has the keyboard: scroll to it
+};
+
+/// Left and right change it, Home and End go to its ends, Space and Enter press it; a click acts
+/// on what is drawn. Message thread.
+class SettingRowView final : public juce::Component, public TellsItself {
+public:
+    /// model outlives it; row: its place there.
+    SettingRowView(SettingsModel& model, std::size_t row, SettingRowCalls calls);
+    ~SettingRowView() override;
+
+    void place(const Box& box, double scale);
+    /// A frame: repaints what differs.
+    void show();
+    const SettingRow& shown() const noexcept { return shown_; }
+    /// As assistive technology sets it; what is no value is told, and changes nothing.
+    bool typeValue(const std::string& text);
+    void press();
+
+    void paint(juce::Graphics& graphics) override;
+    void mouseEnter(const juce::MouseEvent& event) override;
+    void mouseExit(const juce::MouseEvent& event) override;
+    void mouseDown(const juce::MouseEvent& event) override;
+    void mouseDrag(const juce::MouseEvent& event) override;
+    void mouseUp(const juce::MouseEvent& event) override;
+    void mouseDoubleClick(const juce::MouseEvent& event) override;
+    bool keyPressed(const juce::KeyPress& key) override;
+    void focusGained(FocusChangeType cause) override;
+    void focusLost(FocusChangeType cause) override;
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
+
+private:
+    float px(double units) const { return static_cast<float>(units * scale_); }
+    SettingKind kind() const { return shown_.entry->kind; }
+    void paintChoices(juce::Graphics& graphics) const;
+    void paintPill(juce::Graphics& graphics) const;
+    void paintSlider(juce::Graphics& graphics) const;
+    void paintButton(juce::Graphics& graphics) const;
+    std::string sentence() const;
+    void slideTo(float x);
+    void openField();
+    void closeField();
+
+    SettingsModel& model_;
+    const std::size_t row_;
+    const SettingRowCalls calls_;
+    SettingRow shown_;
+    SettingRowBoxes boxes_;
+    double scale_ = 1.0;
+    bool isHovered_ = false, showsFocus_ = false, slides_ = false;
+    std::unique_ptr<juce::TextEditor> field_;
+};
+
+} // namespace zephyra
