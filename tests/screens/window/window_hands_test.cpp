@@ -283,6 +283,24 @@ TEST_F(Hands, DropABankWhichIsThenChosen) {
     EXPECT_FALSE(presets.table(QuickPresetsManager::kPresetsTable).sections.front().rows.empty());
 }
 
+TEST_F(Hands, ReachEverythingWithTab) {
+    std::map<juce::Component*, int> reached;
+    const auto want = [&](auto&& self, juce::Component& all) -> void {
+        for (juce::Component* const child : all.getChildren()) {
+            if (!child->isVisible()) continue;
+            if (child->getWantsKeyboardFocus()) reached[child] = 0;
+            self(self, *child);
+        }
+    };
+    want(want, scene.screen());
+    EXPECT_GT(reached.size(), 40u);
+    for (std::size_t i = 0; i < reached.size(); ++i) {
+        press(Key::tabKey);
+        ++reached[juce::Component::getCurrentlyFocusedComponent()];
+    }
+    for (const auto& [part, times] : reached) EXPECT_EQ(times, 1) << (part ? part->getTitle() : "");
+}
+
 TEST_F(Hands, PaintNothingWhereNothingMoves) {
     const auto asked = [&](bool renders) {
         window.takeRepaints();

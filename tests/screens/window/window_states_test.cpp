@@ -22,22 +22,45 @@ constexpr PictureScene::Size kSizes[] = {{1100, 700}, {800, 520}, {1600, 1040, 2
 constexpr PictureScene::Size kLargeSizes[] = {{2200, 1400, 2.0}, {3840, 2160}};
 constexpr std::string_view kLargeStates[] = {"playing", "dialog", "typing"};
 
-/// Texts that make the state, besides those that are always there.
-const std::map<std::string_view, std::vector<std::string>> kExpected = {
-    {"start", {"LIVE", "Zephyra_Sample08.mp3", "0 grains", "End 12.00 s"}},
-    {"playing", {"Zephyra_Sample08.mp3", "CPU 0 %", "0 dropped"}},
-    {"live", {"LIVE", "Clear", "Live input", "now"}},
-    {"armed", {"1.3"}},
-    {"dialog",
-     {"Overwrite",
-      "This operation will replace the Night Birds's contents, do you want to proceed?", "YES",
-      "NO"}},
-    {"name", {"Rename Bank", "OK", "Cancel"}},
-    {"typing", {"Length", "85.0"}},
-    {"menu", {"Bird Machines", "Pulse Garden"}},
-    {"settings", {}},
-    {"missing", {"Lost Bells.wav", "missing", "Locate"}},
+struct Expected {
+    std::vector<std::string> texts; ///< besides those that are always there
+    bool isRed, hasGrains;          ///< Play, and on the stage
 };
+
+const std::map<std::string_view, Expected> kExpected = {
+    {"start", {{"LIVE", "Zephyra_Sample08.mp3", "0 grains", "End 12.00 s"}, false, false}},
+    {"playing", {{"Zephyra_Sample08.mp3", "CPU 0 %", "0 dropped"}, true, true}},
+    {"live", {{"LIVE", "Clear", "Live input", "now"}, true, true}},
+    {"armed", {{"0 grains", "1.3"}, true, false}},
+    {"dialog",
+     {{"Overwrite",
+       "This operation will replace the Night Birds's contents, do you want to proceed?", "YES",
+       "NO"},
+      false,
+      false}}, // both lie behind it
+    {"name", {{"Rename Bank", "OK", "Cancel"}, false, false}},
+    {"typing", {{"Length", "85.0"}, true, true}},
+    {"menu", {{"Bird Machines", "Pulse Garden"}, true, true}},
+    {"settings", {{}, true, true}},
+    {"missing", {{"Lost Bells.wav", "missing", "Locate"}, false, false}},
+};
+
+/// How many pixels of box are so.
+int count(const juce::Image& picture, juce::Rectangle<int> box,
+          const std::function<bool(juce::Colour)>& isSo) {
+    int found = 0;
+    for (int y = box.getY(); y < box.getBottom(); ++y)
+        for (int x = box.getX(); x < box.getRight(); ++x) found += isSo(picture.getPixelAt(x, y));
+    return found;
+}
+
+bool isAccent(juce::Colour colour) {
+    return colour == brush::colour(palette::kAccent);
+}
+/// Grains at 0 semitones are light yellow, and nothing else of the stage is.
+bool isGrain(juce::Colour colour) {
+    return colour.getGreen() > 110 && colour.getRed() - colour.getBlue() > 40;
+}
 
 void save(const juce::Image& picture, const std::string& name) {
     const auto folder = std::filesystem::path(ZEPHYRA_BINARY_DIR) / "pictures" / "window";
@@ -80,6 +103,10 @@ struct States : testing::TestWithParam<PictureState> {
         for (juce::Component* const child : scene.screen().getChildren())
             if (child->isVisible() && !dynamic_cast<ScreenArea*>(child)) layer = child->getBounds();
         return layer;
+    }
+
+    static juce::Rectangle<int> boxOf(PictureScene& scene, const juce::Component& part) {
+        return scene.window().getLocalArea(&part, part.getLocalBounds());
     }
 
     static void checkTexts(const TextRecorder& recorder, const Drawn& drawn, PictureScene& scene) {
@@ -144,8 +171,20 @@ TEST_P(States, AreWholeApartAndReadable) {
         const Drawn drawn = draw(scene, recorder, size);
         save(drawn.written, std::string(state.name) + "_" + nameOf(size));
         checkTexts(recorder, drawn, scene);
-        for (const std::string& text : kExpected.at(state.name))
+        const Expected& expected = kExpected.at(state.name);
+        for (const std::string& text : expected.texts)
             EXPECT_NE(recorder.find(text), nullptr) << text;
+        const auto play = boxOf(scene, *scene.findTitled("Play"));
+        EXPECT_EQ(count(drawn.written, play, isAccent) > play.getWidth(), expected.isRed);
+        const auto stage = boxOf(scene, *scene.find<StageArea>());
+        const auto sound = stage.withTrimmedLeft(stage.getHeight() / 10); // without the pitch rail
+        EXPECT_EQ(count(drawn.written, sound, isGrain) > stage.getHeight() / 2, expected.hasGrains);
+        if (ValueField* const field = scene.find<ValueField>()) {
+            const auto box = boxOf(scene, *field);
+            EXPECT_EQ(field->getText(), "120");
+            EXPECT_GT(count(drawn.written, box, isAccent), box.getHeight() / 2); // caret
+        } else
+            EXPECT_NE(state.name, "typing");
         if (state.name == "dialog" || state.name == "menu") continue;
         for (juce::Component* const area : scene.screen().getChildren())
             if (dynamic_cast<ScreenArea*>(area) && !dynamic_cast<StageArea*>(area))
