@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace zephyra {
 
 void PrintTo(const PictureState& state, std::ostream* out) {
@@ -189,6 +191,37 @@ TEST_P(States, AreWholeApartAndReadable) {
         for (juce::Component* const area : scene.screen().getChildren())
             if (dynamic_cast<ScreenArea*>(area) && !dynamic_cast<StageArea*>(area))
                 checkPlaces(*area, layOut(size.width, size.height, size.zoom).scale);
+    }
+}
+
+TEST(WindowHelp, IsWholeForWhateverIsUnderThePointer) {
+    for (const PictureScene::Size& size : kSizes) {
+        WindowScene window(PluginKind::standalone, size);
+        PictureScene& scene = window.scene;
+        scene.play(0.1);
+        std::vector<juce::Point<float>> places;
+        const auto gather = [&](auto&& self, juce::Component& all) -> void {
+            for (juce::Component* const child : all.getChildren())
+                if (child->isVisible() && child->getWantsKeyboardFocus())
+                    places.push_back(scene.middleOf(*child));
+                else if (child->isVisible())
+                    self(self, *child);
+        };
+        gather(gather, scene.screen());
+        std::set<std::string> sentences;
+        TextRecorder recorder;
+        for (const auto& place : places) {
+            scene.window().moveTo(place);
+            scene.frames(1);
+            recorder.draw(scene.window());
+            const auto foot = scene.find<FootArea>()->getBounds().toFloat();
+            for (const DrawnText& one : recorder.texts()) {
+                if (!foot.contains(one.ink)) continue;
+                EXPECT_TRUE(one.isWhole) << nameOf(size) << ": " << one.text;
+                sentences.insert(one.text);
+            }
+        }
+        EXPECT_GT(sentences.size(), places.size() / 2);
     }
 }
 
