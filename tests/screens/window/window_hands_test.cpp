@@ -1,7 +1,6 @@
 // Hands on the whole window, as a display would bring them: what moves, what hosts hear, and what
 // reaches the engine.
 #include "controls/knob.h"
-#include "hosting/window_model.h"
 #include "tests/screens/window/window_scene.h"
 #include "tests/support/stream_probe.h"
 
@@ -89,7 +88,8 @@ struct Hands : testing::Test {
         PictureWindow::settle();
     }
     juce::StringArray file(const fs::path& path) { return {juce::String(path.string())}; }
-    WindowContents contents() { return WindowModel(plugin).contents(); }
+    fs::path sound() { return plugin.system().stream().sampleReference().path; }
+    const Alert* alert() { return plugin.system().instance.alerts.current(); }
 
     WindowScene held{PluginKind::standalone};
     PluginInstance& plugin = held.plugin;
@@ -239,7 +239,7 @@ TEST_F(Hands, DropASoundAndWhatIsNone) {
     const fs::path bird = fs::path(ZEPHYRA_SOURCE_DIR) / "resources/Blackbird.mp3";
     ASSERT_TRUE(window.drop(file(bird), stageAt(0.5, 0.5)));
     scene.play(0.1);
-    EXPECT_EQ(contents().sound, bird.string());
+    EXPECT_EQ(sound(), bird);
     window.key(Key(' ', {}, ' '));
     EXPECT_GT(scene.play(0.5), 0.01f);
 
@@ -247,11 +247,10 @@ TEST_F(Hands, DropASoundAndWhatIsNone) {
     writeText(text, "milk");
     window.drop(file(text), stageAt(0.5, 0.5));
     scene.play(0.1);
-    const auto alert = contents().alert;
-    ASSERT_TRUE(alert);
-    EXPECT_EQ(alert->message.find('\n'), std::string::npos);
-    EXPECT_THAT(alert->message, testing::HasSubstr("shopping.wav"));
-    EXPECT_EQ(contents().sound, bird.string());
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->message.find('\n'), std::string::npos);
+    EXPECT_THAT(alert()->message, testing::HasSubstr("shopping.wav"));
+    EXPECT_EQ(sound(), bird);
     EXPECT_GT(scene.play(0.3), 0.01f); // the old one plays on
 
     // While it asks, the window takes no more, and no keys.
@@ -261,12 +260,12 @@ TEST_F(Hands, DropASoundAndWhatIsNone) {
     type(" ");
     window.click(middle("Play"));
     scene.play(0.1);
-    EXPECT_EQ(contents().sound, bird.string());
+    EXPECT_EQ(sound(), bird);
     EXPECT_EQ(value(playStop), 1.0f);
     press(Key::returnKey);
     scene.frames(2);
     EXPECT_EQ(scene.find<AlertDialog>(), nullptr);
-    EXPECT_FALSE(contents().alert);
+    EXPECT_EQ(alert(), nullptr);
     type(" ");
     scene.play(kFewBlocks);
     EXPECT_EQ(value(playStop), 0.0f);
@@ -277,7 +276,6 @@ TEST_F(Hands, DropABankWhichIsThenChosen) {
                   held.folder / "My Birds.zephyra");
     ASSERT_TRUE(window.drop(file(held.folder / "My Birds.zephyra"), at(width)));
     scene.play(0.1);
-    // Not WindowModel::contents(), which would follow the import itself.
     const auto& presets = plugin.system().view.presets;
     EXPECT_EQ(presets.getCurrentSelectedBankName(), "My Birds.zephyra");
     EXPECT_FALSE(presets.table(QuickPresetsManager::kPresetsTable).sections.front().rows.empty());
