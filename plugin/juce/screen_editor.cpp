@@ -72,6 +72,13 @@ void ScreenEditor::resized() {
     screen_->setBounds(getLocalBounds());
 }
 
+bool ScreenEditor::keyPressed(const juce::KeyPress& key) {
+    const bool isPlugin = shell_.wrapperType != juce::AudioProcessor::wrapperType_Undefined &&
+                          shell_.wrapperType != juce::AudioProcessor::wrapperType_Standalone;
+    if (isPlugin) keys_.passOn(*this, key);
+    return isPlugin;
+}
+
 void ScreenEditor::paint(juce::Graphics& graphics) {
     if (!screen_) graphics.fillAll(brush::colour(palette::kGround));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "plugin/juce/zephyra_processor.h"
+#include "screens/desktop/host_keys.h"
 #include "screens/zephyra_screen.h"
 
 #include <juce_audio_processors/juce_audio_processors.h>
@@ -21,6 +22,7 @@ public:
     void paint(juce::Graphics& graphics) override;
     void resized() override;
     void parentHierarchyChanged() override;
+    bool keyPressed(const juce::KeyPress& key) override;
 
     /// Null until it is shown.
     ZephyraScreen* screen() noexcept { return screen_.get(); }
@@ -31,6 +33,7 @@ private:
 
     ZephyraProcessor& shell_;
     double zoom_ = 1.0;
+    HostKeys keys_;
     std::unique_ptr<ZephyraScreen> screen_;
 };
 

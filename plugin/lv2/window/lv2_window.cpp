@@ -1,5 +1,6 @@
 #include "plugin/lv2/window/lv2_window.h"
 
+#include "screens/desktop/host_keys.h"
 #include "screens/remembered_screen.h"
 
 #include <utility>
@@ -19,8 +20,13 @@ public:
     }
 
     void resized() override { screen_->setBounds(getLocalBounds()); }
+    bool keyPressed(const juce::KeyPress& key) override {
+        keys_.passOn(*this, key);
+        return true;
+    }
 
 private:
+    HostKeys keys_;
     std::unique_ptr<ZephyraScreen> screen_;
 };
 

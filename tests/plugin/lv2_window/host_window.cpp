@@ -50,6 +50,8 @@ void HostWindow::idle(int milliseconds) {
         while (XPending(display)) {
             XEvent event;
             XNextEvent(display, &event);
+            if (event.type == KeyPress && event.xkey.window == parent)
+                keys_ += static_cast<char>(XLookupKeysym(&event.xkey, 0));
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(step));
     }
@@ -75,6 +77,24 @@ void HostWindow::drag(int x, int y, int by) {
     send(ButtonPress, y, 0, ButtonPressMask);
     for (int i = 1; i <= 8; ++i) send(MotionNotify, y - by * i / 8, Button1Mask, PointerMotionMask);
     send(ButtonRelease, y - by, Button1Mask, ButtonReleaseMask);
+}
+
+std::string HostWindow::keysThatComeBack(const std::string& letters) {
+    XSelectInput(display, parent, KeyPressMask);
+    keys_.clear();
+    for (const char letter : letters) {
+        XEvent event{};
+        event.xkey.type = KeyPress;
+        event.xkey.display = display;
+        event.xkey.window = widget;
+        event.xkey.root = DefaultRootWindow(display);
+        event.xkey.keycode = XKeysymToKeycode(display, static_cast<KeySym>(letter));
+        event.xkey.same_screen = True;
+        XSendEvent(display, widget, True, KeyPressMask, &event);
+        XSync(display, False);
+        idle(60);
+    }
+    return keys_;
 }
 
 std::size_t HostWindow::colours() const {

@@ -29,6 +29,8 @@ public:
     void destroyParent();
     /// A hand's drag upwards.
     void drag(int x, int y, int by);
+    /// Strikes keys in it, and says which of them came to the host's window.
+    std::string keysThatComeBack(const std::string& letters);
     /// How many colours are seen in it.
     std::size_t colours() const;
     /// Whether its middle was painted since the parent, which is black, was shown.
@@ -42,6 +44,9 @@ public:
 
 protected:
     virtual void turn() = 0; ///< one idle call
+
+private:
+    std::string keys_; // that came to the host's window
 };
 
 } // namespace window_host

@@ -93,6 +93,23 @@ void paint(Display* display, Lv2Plugin& effect, Lv2Plugin& instrument) {
     std::printf("resized to %d x %d\n", attributes.width, attributes.height);
 }
 
+/// A drag reaches the host's ports; keys that are not the window's reach the host.
+void hand(Display* display, Lv2Plugin& instrument) {
+    Lv2Window window(display, instrument);
+    window.idle(300);
+    window.drag(142, 484, 40);
+    window.idle(300);
+    std::printf("wrote %zu ports, density %s, ", window.written.size(),
+                window.written.contains(5) ? "moved" : "stood");
+    const std::string ofLv2 = window.keysThatComeBack("qfx");
+    Vst3Plugin effect(false);
+    Vst3Window other(display, effect);
+    waitForPaint(other);
+    other.drag(500, 200, 8); // else keys are the host's from the start
+    const std::string ofVst3 = other.keysThatComeBack("qfx");
+    std::printf("left %s and %s of qfx to the host\n", ofLv2.c_str(), ofVst3.c_str());
+}
+
 /// An LV2 window, a VST3 window and another JUCE plug-in's, each with JUCE of its own: closed in
 /// every order, and what is still open goes on painting.
 void beside(Display* display) {
@@ -146,12 +163,7 @@ void run(const std::string& scenario, int times, bool isVst3, Display* display) 
     if (scenario == "paint") {
         paint(display, effect, instrument);
     } else if (scenario == "hand") {
-        Lv2Window window(display, instrument);
-        window.idle(300);
-        window.drag(142, 484, 40);
-        window.idle(300);
-        std::printf("wrote %zu ports, density %s\n", window.written.size(),
-                    window.written.contains(5) ? "moved" : "stood");
+        hand(display, instrument);
     } else if (scenario == "orphan") {
         for (int i = 0; i < times; ++i) {
             Lv2Window window(display, effect);

@@ -35,6 +35,7 @@ struct Row {
     const char* name;
     PluginKind kind;
     bool live;
+    friend void PrintTo(const Row& row, std::ostream* out) { *out << row.name; }
 };
 
 struct Playing : PluginPlayer {
