@@ -44,7 +44,7 @@ public:
         area_.layOut(layout_);
         area_.setVisible(true);
         area_.setCachedComponentImage(new Wanted(wanted_));
-        target_ = juce::Image(juce::Image::RGB, area_.getWidth(), area_.getHeight(), true,
+        target_ = juce::Image(juce::Image::ARGB, area_.getWidth(), area_.getHeight(), true,
                               juce::SoftwareImageType());
         source_.asMain([](AudioUnitViewController& view) {
             MOK_SCRUB_GRANULATOR& stream = view._GRANULATOR_STREAM;

@@ -1,51 +1,142 @@
 #include "screens/draw/span_image.h"
 
-#include <cstring>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <utility>
 
 namespace zephyra {
 
 namespace {
 
-juce::Image made(int width, int height) {
-    return juce::Image(juce::Image::RGB, juce::jmax(1, width), juce::jmax(1, height), true,
-                       juce::SoftwareImageType());
+using Bitmap = juce::Image::BitmapData;
+
+juce::PixelARGB& pixelAt(const Bitmap& bitmap, int x, int y) {
+    return *reinterpret_cast<juce::PixelARGB*>(bitmap.getPixelPointer(x, y));
 }
 
-void copy(juce::Image& from, juce::Image::BitmapData& to) {
-    const juce::Image::BitmapData source(from, juce::Image::BitmapData::readOnly);
-    for (int y = 0; y < to.height; ++y)
-        std::memcpy(to.getLinePointer(y), source.getLinePointer(y),
-                    static_cast<std::size_t>(to.width * to.pixelStride));
+float covered(float top, float bottom, int y) {
+    return std::min(bottom, static_cast<float>(y + 1)) - std::max(top, static_cast<float>(y));
+}
+
+/// colour on a pixel of which share is covered.
+void lay(juce::PixelARGB& pixel, const juce::PixelARGB& colour, float share) {
+    if (share >= 1.0f)
+        pixel.blend(colour);
+    else if (share > 0.0f)
+        pixel.blend(colour, static_cast<juce::uint32>(share * 256.0f));
 }
 
 } // namespace
 
 void SpanImage::setSize(int width, int height) {
-    if (image_.isValid() && width == image_.getWidth() && height == image_.getHeight()) return;
-    ground_ = made(width, height);
-    image_ = made(width, height);
+    ground_ = opaqueImage(width, height);
+    juce::Graphics(ground_).fillAll(juce::Colours::black);
+    spans_.resize(static_cast<std::size_t>(ground_.getWidth()));
+    changed_.resize(spans_.size() / kBlock + 1);
+    dirty_.setArea(ground_.getWidth(), ground_.getHeight());
 }
 
-SpanImage::Pen::Pen(SpanImage& picture)
-    : pixels_(picture.image_, juce::Image::BitmapData::readWrite) {
-    copy(picture.ground_, pixels_);
+void SpanImage::begin(juce::Colour trace, juce::Colour fill) {
+    trace_ = trace.getPixelARGB();
+    fill_ = fill.getPixelARGB();
+    image_ = ground_.createCopy();
+    filled_ = ground_.createCopy();
+    juce::Graphics(filled_).fillAll(fill);
+    std::fill(spans_.begin(), spans_.end(), nothing());
+    std::fill(changed_.begin(), changed_.end(), Rows{height(), 0});
 }
 
-void SpanImage::Pen::fill(int x, float top, float bottom, juce::Colour colour) {
-    top = juce::jmax(top, 0.0f);
-    bottom = juce::jmin(bottom, static_cast<float>(pixels_.height));
-    if (x < 0 || x >= pixels_.width || !(top < bottom)) return;
-    const juce::PixelARGB whole = colour.getPixelARGB();
-    const int first = static_cast<int>(top), last = static_cast<int>(std::ceil(bottom)) - 1;
-    auto* pixel = pixels_.getPixelPointer(x, first);
-    for (int y = first; y <= last; ++y, pixel += pixels_.lineStride) {
-        const float covered =
-            juce::jmin(bottom, static_cast<float>(y + 1)) - juce::jmax(top, static_cast<float>(y));
-        auto* const over = reinterpret_cast<juce::PixelRGB*>(pixel);
-        if (covered >= 1.0f)
-            over->blend(whole);
-        else
-            over->blend(whole, static_cast<juce::uint32>(covered * 256.0f));
+SpanImage::Span SpanImage::nothing() const {
+    const auto below = static_cast<float>(height());
+    return {below, below, below};
+}
+
+int SpanImage::row(float y) const {
+    return static_cast<int>(std::clamp(y, 0.0f, static_cast<float>(height())));
+}
+
+/// Above those a column is the ground, and filled below.
+SpanImage::Rows SpanImage::touched(const Span& span) const {
+    return {row(std::min(span.top, span.fill)), row(std::ceil(std::max(span.bottom, span.fill)))};
+}
+
+/// Those that the trace covers wholly.
+SpanImage::Rows SpanImage::whole(const Span& span) const {
+    return {row(std::ceil(span.top)), row(span.bottom)};
+}
+
+void SpanImage::show(int x, const Span& span) {
+    Span& shown = spans_[static_cast<std::size_t>(x)];
+    if (shown == span) return;
+    const Rows now = touched(span), then = touched(shown);
+    Rows& changed = changed_[static_cast<std::size_t>(x / kBlock)];
+    changed = {std::min({changed.first, now.first, then.first}),
+               std::max({changed.last, now.last, then.last})};
+    shown = span;
+}
+
+void SpanImage::clear() {
+    for (int x = 0; x < width(); ++x) show(x, nothing());
+}
+
+const std::vector<Box>& SpanImage::draw() {
+    for (std::size_t i = 0; i < changed_.size(); ++i) {
+        const Rows rows = std::exchange(changed_[i], {height(), 0});
+        if (rows.first >= rows.last) continue;
+        const int left = static_cast<int>(i) * kBlock, right = std::min(left + kBlock, width());
+        drawBlock(left, right, rows);
+        for (int x = left; x < right; ++x) drawEnds(x, rows);
+        dirty_.add({left, rows.first, right - left, rows.last - rows.first});
+    }
+    return dirty_.take();
+}
+
+/// Whole pixels, a row at a time: a column's lie far apart in memory.
+void SpanImage::drawBlock(int left, int right, const Rows& rows) {
+    const Bitmap ground(ground_, Bitmap::readOnly), filled(filled_, Bitmap::readOnly);
+    const Bitmap image(image_, Bitmap::readWrite);
+    std::array<int, kBlock> first{}, last{}, fill{};
+    const int count = right - left;
+    for (int i = 0; i < count; ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        const Span& span = spans_[static_cast<std::size_t>(left + i)];
+        const Rows covered = whole(span);
+        first[at] = covered.first;
+        last[at] = covered.last;
+        fill[at] = row(std::ceil(span.fill));
+    }
+    const std::uint32_t trace = trace_.getNativeARGB();
+    const auto pixels = [&](const Bitmap& of, int y) {
+        return reinterpret_cast<std::uint32_t*>(of.getPixelPointer(left, y));
+    };
+    for (int y = rows.first; y < rows.last; ++y) {
+        const std::uint32_t* const above = pixels(ground, y);
+        const std::uint32_t* const below = pixels(filled, y);
+        std::uint32_t* const to = pixels(image, y);
+        for (int i = 0; i < count; ++i) {
+            const auto at = static_cast<std::size_t>(i);
+            const std::uint32_t behind = y >= fill[at] ? below[i] : above[i];
+            to[i] = (y >= first[at]) & (y < last[at]) ? trace : behind;
+        }
+    }
+}
+
+/// The pixels of a column that are covered in part.
+void SpanImage::drawEnds(int x, const Rows& rows) {
+    const Bitmap ground(ground_, Bitmap::readOnly), filled(filled_, Bitmap::readOnly);
+    const Bitmap image(image_, Bitmap::readWrite);
+    const Span& span = spans_[static_cast<std::size_t>(x)];
+    const auto most = static_cast<float>(height());
+    for (const float end : {span.top, span.fill, span.bottom}) {
+        const int y = static_cast<int>(std::clamp(end, -1.0f, most));
+        if (y < rows.first || y >= rows.last) continue;
+        juce::PixelARGB& pixel = pixelAt(image, x, y);
+        const float below = covered(span.fill, most, y);
+        pixel = pixelAt(below >= 1.0f ? filled : ground, x, y);
+        if (below < 1.0f) lay(pixel, fill_, below);
+        lay(pixel, trace_, covered(span.top, span.bottom, y));
     }
 }
 

@@ -12,6 +12,7 @@ constexpr int kPaler = 130;                  // of 256
 constexpr double kHaloLight = 0.085;         // of each of its boxes
 constexpr double kLight = 160.0;             // of 256, on the energy
 constexpr double kHaloBehind = 20.0;         // units
+constexpr double kAhead = 3.0;               // units that a head may stand before its place
 constexpr double kOutline = 1.0, kEndedLine = 2.5;
 constexpr double kHot = 5.0; // units behind the head that turn paler
 
@@ -84,25 +85,50 @@ void drawRead(const Pixels& pixels, const StageScene& scene, const GrainBar& bar
     const int last = std::min(clip.right(), static_cast<int>(stretch.to));
     const int hot = static_cast<int>(bar.head - scene.units(kHot));
     const int hotWide = std::max(1, static_cast<int>(bar.head) + 1 - hot);
-    const double slope = 0.6 * most / std::max(1.0, bar.head - bar.left);
-    double alpha = 0.4 * most + slope * (first - bar.left);
-    juce::PixelRGB* const row = pixels.row(y);
+    const double slope = 0.6 * most / std::max(1.0, bar.glowHead - bar.left);
+    const auto fixed = [](double share) { return static_cast<int>(share * 65536.0); };
+    const int each = fixed(slope), end = fixed(most);
+    int alpha = fixed(0.4 * most + slope * (first - bar.left)); // 16 bits are its fraction
+    Pixel* const row = pixels.row(y);
     const Tint white(255, 255, 255);
-    for (int x = first; x < last; ++x, alpha += slope) {
-        const int share = std::clamp(static_cast<int>(alpha), 0, 256);
-        Pixels::mix(row[x], x < hot ? tint : tint.towards(white, kPaler * (x - hot) / hotWide),
-                    share);
+    const Pixel colour = tint.pixel();
+    for (int x = first; x < last; ++x, alpha += each)
+        Pixels::mix(row[x],
+                    x < hot ? colour : tint.towards(white, kPaler * (x - hot) / hotWide).pixel(),
+                    std::clamp(alpha, 0, end) >> 16);
+}
+
+Box boxAround(double left, double right, double top, double bottom) {
+    const int x = static_cast<int>(std::floor(left)), y = static_cast<int>(std::floor(top));
+    return {x, y, static_cast<int>(std::ceil(right)) - x, static_cast<int>(std::ceil(bottom)) - y};
+}
+
+/// The columns of the sound at the head, and the hair between them and the bar.
+Box lightBoxOf(const StageScene& scene, const GrainBar& bar, std::span<const WaveExtent> extents) {
+    const double stripe = scene.units(kStripe);
+    double top = bar.axis, bottom = bar.axis;
+    const int first = std::max(0, static_cast<int>(bar.glowHead - stripe));
+    const int last =
+        std::min(static_cast<int>(extents.size()) - 1, static_cast<int>(bar.glowHead + stripe) + 1);
+    for (int column = first; column <= last; ++column) {
+        top = std::min(top, double{extents[static_cast<std::size_t>(column)].top} - 1.0);
+        bottom = std::max(bottom, double{extents[static_cast<std::size_t>(column)].bottom} + 1.0);
     }
+    return boxAround(bar.glowHead - stripe - 1.0, bar.glowHead + stripe + 2.0, top, bottom);
 }
 
 } // namespace
+
+int fadeStep(const ShownGrain& grain) {
+    return static_cast<int>(grain.endedFor / GrainCloud::kFadeSeconds * kFadeSteps);
+}
 
 double axisOf(const StageScene& scene, const ShownGrain& grain) {
     return scene.y(double{grain.semitones}) - grain.lane * scene.units(kStackedBar);
 }
 
-GrainBar placeBar(const StageScene& scene, const ShownGrain& grain, double shift,
-                  std::span<const WaveExtent> extents) {
+GrainBar placeBar(const StageScene& scene, const ShownGrain& grain, const GrainGlow& glow,
+                  double shift, std::span<const WaveExtent> extents) {
     GrainBar bar;
     bar.axis = axisOf(scene, grain);
     const double least = scene.units(kLeastHalf), more = scene.units(kMostBar) / 2.0 - least;
@@ -112,45 +138,46 @@ GrainBar placeBar(const StageScene& scene, const ShownGrain& grain, double shift
     bar.right =
         std::max(scene.x(grain.to + shift), bar.left + kLeastLengths * (bar.above + bar.below));
     bar.head = bar.left + (bar.right - bar.left) * grain.through;
+    bar.glowHead = bar.left + (bar.right - bar.left) * glow.through;
+    bar.glowEnvelope = double{glow.envelope};
 
-    const double around = scene.units(scene.reducedMotion ? kOutline : kHalo) + 1.0;
-    double top = bar.axis - bar.above - around, bottom = bar.axis + bar.below + around;
-    const double stripe = scene.units(kStripe);
-    const int first = std::max(0, static_cast<int>(bar.head - stripe));
-    const int last =
-        std::min(static_cast<int>(extents.size()) - 1, static_cast<int>(bar.head + stripe) + 1);
-    for (int column = first; column <= last; ++column) { // what it lights
-        top = std::min(top, double{extents[static_cast<std::size_t>(column)].top} - 1.0);
-        bottom = std::max(bottom, double{extents[static_cast<std::size_t>(column)].bottom} + 1.0);
-    }
-    const int x = static_cast<int>(std::floor(bar.left - around));
-    const int y = static_cast<int>(std::floor(top));
-    bar.box = {x, y, static_cast<int>(std::ceil(bar.right + around)) - x,
-               static_cast<int>(std::ceil(bottom)) - y};
+    const double halo = scene.reducedMotion ? 0.0 : scene.units(kHalo);
+    const double top = bar.axis - bar.above, bottom = bar.axis + bar.below;
+    const double rim = scene.units(kOutline) + 1.0, around = std::max(halo + 1.0, rim);
+    const double behind = scene.units(kHaloBehind) + around, ahead = around + scene.units(kAhead);
+    bar.box = boxAround(bar.left - around, bar.right + around, top - around, bottom + around);
+    bar.headBox =
+        boxAround(std::max(bar.left - around, bar.head - behind),
+                  std::min(bar.right + around, bar.head + ahead), top - around, bottom + around);
+    bar.readBox = boxAround(bar.left - 1.0, bar.glowHead + 1.0, top - 1.0, bottom + 1.0);
+    bar.endedBox = boxAround(bar.left - 1.0, bar.right + 1.0, bar.axis - scene.units(kEndedLine),
+                             bar.axis + scene.units(kEndedLine));
+    bar.lightBox = lightBoxOf(scene, bar, extents);
     return bar;
 }
 
 void drawLight(const Pixels& pixels, const StageScene& scene, const ShownGrain& grain,
                const GrainBar& bar, std::span<const WaveExtent> extents) {
     const Tint tint = tintOf(grain);
-    const double stripe = scene.units(kStripe), strength = 0.25 + 0.75 * double{grain.envelope};
+    const Pixel colour = tint.pixel();
+    const double stripe = scene.units(kStripe), strength = 0.25 + 0.75 * bar.glowEnvelope;
     const Box& clip = pixels.clip();
-    const int first = std::max({static_cast<int>(bar.head - stripe), clip.x, 0});
-    const int last = std::min(
-        {static_cast<int>(bar.head + stripe) + 1, clip.right(), static_cast<int>(extents.size())});
+    const int first = std::max({static_cast<int>(bar.glowHead - stripe), clip.x, 0});
+    const int last = std::min({static_cast<int>(bar.glowHead + stripe) + 1, clip.right(),
+                               static_cast<int>(extents.size())});
     for (int x = first; x < last; ++x) {
         const WaveExtent& at = extents[static_cast<std::size_t>(x)];
-        const double share = 1.0 - std::abs(x + 0.5 - bar.head) / (stripe + 1.0);
+        const double share = 1.0 - std::abs(x + 0.5 - bar.glowHead) / (stripe + 1.0);
         const int alpha = static_cast<int>(kLight * std::max(0.0, share) * strength);
         const int top = std::max(clip.y, static_cast<int>(at.top));
         const int bottom = std::min(clip.bottom(), static_cast<int>(at.bottom));
         const int energyTop = static_cast<int>(at.energyTop);
         const int energyBottom = static_cast<int>(at.energyBottom);
         for (int y = top; y < bottom; ++y)
-            Pixels::mix(pixels.row(y)[x], tint,
+            Pixels::mix(pixels.row(y)[x], colour,
                         y >= energyTop && y < energyBottom ? alpha : alpha / 2);
     }
-    const int x = static_cast<int>(bar.head);
+    const int x = static_cast<int>(bar.glowHead);
     if (x < 0 || x >= static_cast<int>(extents.size())) return;
     const WaveExtent& at = extents[static_cast<std::size_t>(x)];
     const Box hair{x, 0, std::max(1, scene.px(1)), 0};
@@ -176,7 +203,7 @@ void drawBar(const Pixels& pixels, const StageScene& scene, const ShownGrain& gr
         const double ear = earShare(grain, y + 0.5 < bar.axis), whole = covered * 256.0;
         pixels.mixSpan(y, from, to, ahead, static_cast<int>(whole * (0.5 + 0.5 * ear)));
         drawRead(pixels, scene, bar, y, {from, std::min(to, bar.head)}, tint,
-                 whole * ear * (0.5 + 0.5 * envelope));
+                 whole * ear * (0.5 + 0.5 * bar.glowEnvelope));
     });
     // The head, always to be seen: white-hot as far as the envelope is open.
     const double wide = scene.units(1.75), inside = scene.units(1.25);
@@ -190,7 +217,7 @@ void drawBar(const Pixels& pixels, const StageScene& scene, const ShownGrain& gr
 
 void drawEnded(const Pixels& pixels, const StageScene& scene, const ShownGrain& grain,
                const GrainBar& bar) {
-    const double left = 1.0 - grain.endedFor / GrainCloud::kFadeSeconds;
+    const double left = 1.0 - static_cast<double>(fadeStep(grain)) / kFadeSteps;
     const double half = scene.units(kEndedLine) / 2.0;
     fill(pixels, bar.left, bar.right, bar.axis - half, bar.axis + half, tintOf(grain),
          0.45 * std::max(0.0, left));

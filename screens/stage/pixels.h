@@ -2,14 +2,21 @@
 #pragma once
 
 #include "screens/draw/brush.h"
+#include "screens/draw/opaque_target.h"
 #include "screens/model/screen_layout.h"
 
 #include <juce_graphics/juce_graphics.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
 #include <cstdint>
 
 namespace zephyra {
+
+/// As JUCE's windows have them: alpha, red, green, blue from the highest byte down.
+using Pixel = std::uint32_t;
+static_assert(juce::PixelARGB::indexA == 3 && juce::PixelARGB::indexB == 0);
 
 /// A colour for pixels, 0..255 each.
 struct Tint {
@@ -21,6 +28,10 @@ struct Tint {
         : red(static_cast<int>(c.red * 255.0f + 0.5f)),
           green(static_cast<int>(c.green * 255.0f + 0.5f)),
           blue(static_cast<int>(c.blue * 255.0f + 0.5f)) {}
+    Pixel pixel() const {
+        return 0xff000000 | static_cast<Pixel>(red) << 16 | static_cast<Pixel>(green) << 8 |
+               static_cast<Pixel>(blue);
+    }
     /// share: 0..256 of other.
     Tint towards(const Tint& other, int share) const {
         return {red + ((other.red - red) * share >> 8),
@@ -29,34 +40,27 @@ struct Tint {
     }
 };
 
-/// A juce::Image of the format RGB made by SoftwareImageType, opened to be written, and the box
-/// outside which nothing is. alpha is 0..256 everywhere. Message thread.
+/// An opaqueImage or what a window is painted into, opened to be written, and the box outside which
+/// nothing is. alpha is 0..256 everywhere. Message thread.
 class Pixels {
 public:
     Pixels(juce::Image& image, const Box& clip)
-        : data_(image, juce::Image::BitmapData::readWrite), clip_(clip) {
-        jassert(image.getFormat() == juce::Image::RGB &&
-                data_.pixelStride == sizeof(juce::PixelRGB));
-    }
+        : Pixels(juce::Image::BitmapData(image, juce::Image::BitmapData::readWrite), {}, clip) {}
+    Pixels(const OpaqueTarget& target, const Box& clip)
+        : Pixels(target.bitmap(), target.origin(), clip) {}
 
     const Box& clip() const noexcept { return clip_; }
-    juce::PixelRGB* row(int y) const {
-        return reinterpret_cast<juce::PixelRGB*>(data_.getLinePointer(y));
+    /// Only what the clip contains may be touched: column 0 need not be there.
+    Pixel* row(int y) const {
+        return reinterpret_cast<Pixel*>(first_ + static_cast<std::uintptr_t>(y * lineStride_));
     }
 
-    static void mix(juce::PixelRGB& pixel, const Tint& tint, int alpha) {
-        const auto to = [alpha](int from, int target) {
-            return static_cast<std::uint8_t>(from + ((target - from) * alpha >> 8));
-        };
-        pixel.setARGB(255, to(pixel.getRed(), tint.red), to(pixel.getGreen(), tint.green),
-                      to(pixel.getBlue(), tint.blue));
-    }
-    static void addLight(juce::PixelRGB& pixel, const Tint& tint, int alpha) {
-        const auto to = [alpha](int from, int light) {
-            return static_cast<std::uint8_t>(std::min(255, from + (light * alpha >> 8)));
-        };
-        pixel.setARGB(255, to(pixel.getRed(), tint.red), to(pixel.getGreen(), tint.green),
-                      to(pixel.getBlue(), tint.blue));
+    /// Two of the four bytes at once.
+    static void mix(Pixel& pixel, Pixel colour, int alpha) {
+        constexpr Pixel half = 0xff00ff;
+        const auto share = static_cast<Pixel>(alpha), rest = 256 - share;
+        pixel = (((pixel & half) * rest + (colour & half) * share) >> 8 & half) |
+                (((pixel >> 8 & half) * rest + (colour >> 8 & half) * share) & ~half);
     }
 
     /// The pixels of a row from left up to right, cut by the clip.
@@ -65,8 +69,10 @@ public:
         left = std::max(left, clip_.x);
         right = std::min(right, clip_.right());
         if (left >= right) return;
-        juce::PixelRGB* const pixels = row(y);
-        for (int x = left; x < right; ++x) mix(pixels[x], tint, alpha);
+        Pixel* const pixels = row(y);
+        const Pixel colour = tint.pixel();
+        if (alpha >= 256) return std::fill(pixels + left, pixels + right, colour), void();
+        for (int x = left; x < right; ++x) mix(pixels[x], colour, alpha);
     }
     /// The same with ends inside pixels.
     void mixSpan(int y, double left, double right, const Tint& tint, int alpha) const {
@@ -88,14 +94,17 @@ public:
 private:
     static int part(double share, int alpha) { return static_cast<int>(share * alpha); }
 
-    juce::Image::BitmapData data_;
+    Pixels(const juce::Image::BitmapData& data, juce::Point<int> origin, const Box& clip)
+        : first_(reinterpret_cast<std::uintptr_t>(data.data) +
+                 static_cast<std::uintptr_t>(origin.y * std::ptrdiff_t{data.lineStride} +
+                                             origin.x * std::ptrdiff_t{data.pixelStride})),
+          lineStride_(data.lineStride), clip_(clip) {
+        jassert(data.pixelFormat == juce::Image::ARGB && data.pixelStride == sizeof(Pixel));
+    }
+
+    std::uintptr_t first_;
+    std::ptrdiff_t lineStride_;
     Box clip_;
 };
-
-/// An opaque picture that Pixels writes.
-inline juce::Image opaqueImage(int width, int height) {
-    return juce::Image(juce::Image::RGB, std::max(1, width), std::max(1, height), false,
-                       juce::SoftwareImageType());
-}
 
 } // namespace zephyra

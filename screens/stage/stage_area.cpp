@@ -11,8 +11,7 @@ namespace zephyra {
 namespace {
 
 constexpr double kBuildSeconds = 0.003; // of a frame, for a sound that is long
-constexpr std::size_t kMostUnpainted = 24;
-constexpr double kLaneShare = 1.03; // of the axis, up to which bars are stacked
+constexpr double kLaneShare = 1.03;     // of the axis, up to which bars are stacked
 
 } // namespace
 
@@ -43,6 +42,7 @@ void StageArea::layOut(const ScreenLayout& layout) {
 void StageArea::takeContents(const FrameTime& time) {
     scene_.contents = reader_.contents();
     scene_.reducedMotion = context().settings.reducedMotion;
+    scene_.slow.advance(time.elapsed);
     const StageContents& of = scene_.contents;
     double wanted = std::abs(of.pitch) + of.rndPitch / 2.0;
     for (const ShownGrain& grain : reader_.grains().sounding())
@@ -129,10 +129,7 @@ void StageArea::frame(const FrameTime& time) {
         drawGround();
     else if (scrolls)
         scrollGround();
-    for (const Box& box : canvas_.compose(scene_, reader_.grains())) {
-        if (unpainted_.size() < kMostUnpainted) unpainted_.push_back(box);
-        repaintBox(box);
-    }
+    for (const Box& box : canvas_.follow(scene_, reader_.grains())) repaintBox(box);
     for (const Box& box : overlay_.follow(scene_, hands_)) repaintBox(box);
     const auto ruler = ruler_.follow(scene_);
     if (!ruler.isEmpty()) repaint(ruler);
@@ -140,29 +137,10 @@ void StageArea::frame(const FrameTime& time) {
     missing_.show(scene_.contents.missing, scene_.layout);
 }
 
-/// One blit for each rectangle that moved: a picture drawn through many is worked through whole.
-void StageArea::paintStage(juce::Graphics& graphics) {
-    const auto blit = [&](const juce::Rectangle<int>& box) {
-        graphics.drawImageAt(canvas_.picture().getClippedImage(box), box.getX(), box.getY());
-    };
-    {
-        const juce::Graphics::ScopedSaveState rest(graphics);
-        for (const Box& box : unpainted_) graphics.excludeClipRegion(brush::rectangle(box));
-        const auto left =
-            graphics.getClipBounds().getIntersection({0, 0, scene_.width(), scene_.height()});
-        if (!graphics.isClipEmpty() && !left.isEmpty()) blit(left); // it was covered, or is new
-    }
-    for (const Box& box : unpainted_) {
-        const juce::Graphics::ScopedSaveState one(graphics);
-        if (graphics.reduceClipRegion(brush::rectangle(box))) blit(brush::rectangle(box));
-    }
-    unpainted_.clear();
-}
-
 void StageArea::paint(juce::Graphics& graphics) {
     const auto clip = graphics.getClipBounds();
     if (clip.getY() < scene_.height()) {
-        paintStage(graphics);
+        canvas_.paint(graphics, scene_);
         overlay_.paint(graphics, scene_, hasKeyboardFocus(false));
     }
     if (clip.getBottom() > scene_.height()) ruler_.paint(graphics, scene_);

@@ -57,7 +57,6 @@ private:
     void drawGround();
     void scrollGround();
     void followEdges();
-    void paintStage(juce::Graphics& graphics);
     void repaintBox(const Box& box);
     double placeX(const juce::MouseEvent& event) const;
     double placeY(const juce::MouseEvent& event) const;
@@ -74,7 +73,6 @@ private:
     MissingNotice missing_;
     std::vector<WaveColumn> columns_;
     std::vector<WaveExtent> extents_;
-    std::vector<Box> unpainted_;  // composed since the last paint
     std::int64_t liveColumn_ = 0; // of live input, the first that is drawn
     std::uint64_t liveBegins_ = 0;
     bool renews_ = true;

@@ -3,17 +3,21 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <tuple>
+#include <utility>
 
 namespace zephyra {
 
 namespace {
 
-constexpr double kCellWidth = 32, kCellHeight = 16; // units
-constexpr double kRail = 4, kRailLight = 5;         // units
-constexpr int kFadeSteps = 20;
-constexpr std::uint64_t kScanItem = 1ull << 62, kBandItem = kScanItem + 1,
-                        kRegionItem = kScanItem + 2, kTrailItem = kScanItem + 16,
-                        kEndedItem = 1ull << 60;
+constexpr double kRail = 4, kRailLight = 5; // units
+
+/// What draws; an item's id begins with it.
+enum class Part : std::uint64_t { bar, head, read, light, rail, ended, trail, scan };
+
+std::uint64_t idOf(Part part, std::uint64_t which = 0) {
+    return static_cast<std::uint64_t>(part) << 56 | which;
+}
 
 Box columnBox(double x, int wide, int height) {
     return {static_cast<int>(x) - wide, 0, 2 * wide + 1, height};
@@ -22,14 +26,62 @@ Box columnBox(double x, int wide, int height) {
 } // namespace
 
 void StageCanvas::renew(const StageScene& scene) {
-    if (picture_.getWidth() != scene.width() || picture_.getHeight() != scene.height())
-        picture_ = opaqueImage(scene.width(), scene.height());
-    dirty_.setArea(scene.width(), scene.height(), scene.px(kCellWidth), scene.px(kCellHeight));
+    dirty_.setArea(scene.width(), scene.height());
     all_ = true;
+}
+
+bool StageCanvas::Item::operator<(const Item& other) const {
+    return std::tie(id, looks, box.x, box.y, box.width, box.height) <
+           std::tie(other.id, other.looks, other.box.x, other.box.y, other.box.width,
+                    other.box.height);
 }
 
 void StageCanvas::addItem(std::uint64_t id, std::uint64_t looks, const Box& box) {
     items_.push_back({id, looks, box});
+}
+
+/// How bright a grain is read changes by little from frame to frame, and over much of the stage.
+void StageCanvas::followGlows(const StageScene& scene, const GrainCloud& grains) {
+    std::swap(glows_, glowsBefore_);
+    glows_.clear();
+    for (const ShownGrain& grain : grains.sounding()) {
+        const auto before =
+            std::find_if(glowsBefore_.begin(), glowsBefore_.end(),
+                         [&](const GrainGlow& glow) { return glow.id == grain.id; });
+        if (before == glowsBefore_.end() || scene.slow.isNow())
+            glows_.push_back({grain.id, grain.through, grain.envelope});
+        else
+            glows_.push_back(*before);
+    }
+}
+
+void StageCanvas::placeGrain(const StageScene& scene, const ShownGrain& grain,
+                             const GrainGlow& glow, std::vector<Placed>& into) {
+    const double turns = std::max(0.0, std::floor(grain.from));
+    for (double shift = -turns; grain.to + shift > 0.0; shift -= 1.0) {
+        const GrainBar bar = placeBar(scene, grain, glow, shift, ground.extents());
+        if (bar.box.right() > 0 && bar.box.x < scene.width()) into.push_back({grain, bar});
+        if (grain.to + shift <= 1.0) break;
+    }
+}
+
+void StageCanvas::placeScan(const StageScene& scene) {
+    const StageContents& of = scene.contents;
+    const double scan = scene.x(of.scan);
+    addItem(idOf(Part::scan), (of.isFrozen ? 1u : 0u) + (of.isPlaying ? 2u : 0u),
+            columnBox(scan, scene.px(3), scene.height()));
+    if (scene.slow.isNow()) {
+        bandScan_ = of.scan;
+        bandReach_ = of.jitter;
+    }
+    const double middle = scene.x(bandScan_);
+    const double reach = bandReach_ / scene.view.span() * scene.width();
+    const int left = static_cast<int>(middle - reach), right = static_cast<int>(middle + reach);
+    bandBefore_ = std::exchange(band_, {left - 2, 0, right - left + 4, scene.height()});
+    trail_.place(scene, ground.extents(),
+                 [this](std::uint64_t step, std::uint64_t looks, const Box& box) {
+                     addItem(idOf(Part::trail, step), looks, box);
+                 });
 }
 
 void StageCanvas::place(const StageScene& scene, const GrainCloud& grains) {
@@ -37,112 +89,115 @@ void StageCanvas::place(const StageScene& scene, const GrainCloud& grains) {
     items_.clear();
     sounding_.clear();
     ended_.clear();
-    const auto put = [&](const ShownGrain& grain, std::vector<Placed>& into, std::uint64_t id,
-                         std::uint64_t looks) {
-        const double turns = std::max(0.0, std::floor(grain.from));
-        for (double shift = -turns; grain.to + shift > 0.0; shift -= 1.0) {
-            const GrainBar bar = placeBar(scene, grain, shift, ground.extents());
-            if (bar.box.right() > 0 && bar.box.x < scene.width()) {
-                into.push_back({&grain, bar});
-                addItem(id, looks, bar.box);
-            }
-            if (grain.to + shift <= 1.0) break;
-        }
-    };
-    for (const ShownGrain& grain : grains.ended())
-        put(grain, ended_, kEndedItem + grain.id,
-            static_cast<std::uint64_t>(grain.endedFor / GrainCloud::kFadeSeconds * kFadeSteps));
-    for (const ShownGrain& grain : grains.sounding()) {
-        put(grain, sounding_, grain.id, std::bit_cast<std::uint64_t>(grain.through));
-        const int y = static_cast<int>(axisOf(scene, grain));
+    followGlows(scene, grains);
+    for (const ShownGrain& grain : grains.ended()) placeGrain(scene, grain, {}, ended_);
+    for (const Placed& it : ended_)
+        addItem(idOf(Part::ended, it.grain.id), static_cast<std::uint64_t>(fadeStep(it.grain)),
+                it.bar.endedBox);
+    std::size_t at = 0;
+    for (const ShownGrain& grain : grains.sounding())
+        placeGrain(scene, grain, glows_[at++], sounding_);
+    for (const Placed& it : sounding_) {
+        const std::uint64_t id = it.grain.id;
+        addItem(idOf(Part::bar, id), 0, it.bar.box);
+        addItem(idOf(Part::head, id), std::bit_cast<std::uint64_t>(it.grain.through),
+                it.bar.headBox);
+        const auto glow = std::bit_cast<std::uint64_t>(it.bar.glowHead) ^
+                          std::bit_cast<std::uint64_t>(it.bar.glowEnvelope);
+        addItem(idOf(Part::read, id), glow, it.bar.readBox);
+        addItem(idOf(Part::light, id), glow, it.bar.lightBox);
         const int half = scene.px(kRailLight);
-        addItem(grain.id, 0, {0, y - half, scene.px(kRail), 2 * half});
+        addItem(idOf(Part::rail, id), 0,
+                {0, static_cast<int>(axisOf(scene, it.grain)) - half, scene.px(kRail), 2 * half});
     }
     // The wider ones go below, so that short ones stay to be seen.
     std::stable_sort(sounding_.begin(), sounding_.end(), [](const Placed& a, const Placed& b) {
         return a.bar.right - a.bar.left > b.bar.right - b.bar.left;
     });
-    const StageContents& of = scene.contents;
-    const double scan = scene.x(of.scan), reach = of.jitter / scene.view.span() * scene.width();
-    addItem(kScanItem, (of.isFrozen ? 1u : 0u) + (of.isPlaying ? 2u : 0u),
-            columnBox(scan, scene.px(3), scene.height()));
-    const int left = static_cast<int>(scan - reach), right = static_cast<int>(scan + reach);
-    addItem(kBandItem, 0, {left - 2, 0, right - left + 4, scene.height()});
-    trail_.place(scene, ground.extents(),
-                 [this](std::size_t step, std::uint64_t looks, const Box& box) {
-                     addItem(kTrailItem + step, looks, box);
-                 });
+    placeScan(scene);
+    std::sort(items_.begin(), items_.end());
 }
 
 void StageCanvas::findChanges() {
-    const auto differs = [](const std::vector<Item>& these, const std::vector<Item>& those,
-                            const auto& hear) {
-        for (const Item& item : these)
-            if (std::find(those.begin(), those.end(), item) == those.end()) hear(item);
+    const auto differs = [this](const std::vector<Item>& these, const std::vector<Item>& those) {
+        auto other = those.begin();
+        for (const Item& item : these) {
+            while (other != those.end() && *other < item) ++other;
+            if (other == those.end() || !(*other == item)) dirty_.add(item.box);
+        }
     };
-    // A band that moves changes at its ends only.
-    const auto add = [this](const Item& item) {
-        if (item.id != kBandItem) return dirty_.add(item.box);
-    };
-    differs(items_, before_, add);
-    differs(before_, items_, add);
-    const auto band = [](const std::vector<Item>& of) {
-        const auto at = std::find_if(of.begin(), of.end(),
-                                     [](const Item& item) { return item.id == kBandItem; });
-        return at == of.end() ? Box{} : at->box;
-    };
-    const Box now = band(items_), then = band(before_);
-    if (now == then) return;
+    differs(items_, before_);
+    differs(before_, items_);
+    if (band_ == bandBefore_) return; // one that moves changes at its ends only
     const auto end = [&](int one, int two) {
-        dirty_.add({std::min(one, two) - 2, 0, std::abs(one - two) + 5, now.height});
+        dirty_.add({std::min(one, two) - 2, 0, std::abs(one - two) + 5, band_.height});
     };
-    end(now.x, then.x);
-    end(now.right(), then.right());
+    end(band_.x, bandBefore_.x);
+    end(band_.right(), bandBefore_.right());
 }
 
-const std::vector<Box>& StageCanvas::compose(const StageScene& scene, const GrainCloud& grains) {
+const std::vector<Box>& StageCanvas::follow(const StageScene& scene, const GrainCloud& grains) {
     place(scene, grains);
-    if (all_)
+    if (std::exchange(all_, false))
         dirty_.add({0, 0, scene.width(), scene.height()});
     else
         findChanges();
-    all_ = false;
-    const std::vector<Box>& boxes = dirty_.take();
-    for (const Box& box : boxes) composeBox(scene, box);
-    return boxes;
+    return dirty_.take();
 }
 
-void StageCanvas::copyGround(const StageScene& scene, const Box& box) {
-    const StageContents& of = scene.contents;
-    const double reach = of.jitter;
+void StageCanvas::paint(juce::Graphics& graphics, const StageScene& scene) {
+    const OpaqueTarget target(graphics);
+    if (!target || ground.hasMarks()) return paintPicture(graphics, scene);
+    for (const auto& rectangle : target.clip()) {
+        const auto part = rectangle.getIntersection({0, 0, scene.width(), scene.height()});
+        if (part.isEmpty()) continue;
+        const Pixels pixels(target, {part.getX(), part.getY(), part.getWidth(), part.getHeight()});
+        copyGround(pixels, scene);
+        drawMoving(pixels, scene);
+    }
+}
+
+void StageCanvas::paintPicture(juce::Graphics& graphics, const StageScene& scene) {
+    const auto part =
+        graphics.getClipBounds().getIntersection({0, 0, scene.width(), scene.height()});
+    if (part.isEmpty()) return;
+    if (picture_.getWidth() != scene.width() || picture_.getHeight() != scene.height())
+        picture_ = opaqueImage(scene.width(), scene.height());
+    const Pixels pixels(picture_, {part.getX(), part.getY(), part.getWidth(), part.getHeight()});
+    copyGround(pixels, scene);
+    if (ground.hasMarks()) ground.drawMarks(scene, pixels, picture_);
+    drawMoving(pixels, scene);
+    copyOpaque(graphics, picture_);
+}
+
+void StageCanvas::copyGround(const Pixels& pixels, const StageScene& scene) const {
+    const Box& box = pixels.clip();
     const auto column = [&](double fraction) {
         return static_cast<int>(std::clamp(scene.x(fraction), 1.0 * box.x, 1.0 * box.right()));
     };
-    const int left = column(of.scan - reach), right = column(of.scan + reach);
+    const int left = column(bandScan_ - bandReach_), right = column(bandScan_ + bandReach_);
     const auto copy = [&](bool isLit, int from, int to) {
-        if (to > from) ground.copy(picture_, isLit, {from, box.y, to - from, box.height});
+        if (to > from) ground.copy(pixels, isLit, {from, box.y, to - from, box.height});
     };
     copy(false, box.x, left);
     copy(true, left, right);
     copy(false, right, box.right());
-    ground.drawMarks(scene, picture_, box);
 }
 
-void StageCanvas::composeBox(const StageScene& scene, const Box& box) {
-    copyGround(scene, box);
-    const Pixels pixels(picture_, box);
+void StageCanvas::drawMoving(const Pixels& pixels, const StageScene& scene) const {
+    const Box& box = pixels.clip();
     trail_.draw(pixels);
-    const auto touches = [&](const GrainBar& bar) {
-        return bar.box.x < box.right() && bar.box.right() > box.x && bar.box.y < box.bottom() &&
-               bar.box.bottom() > box.y;
+    const auto touches = [&](const Box& of) {
+        return of.x < box.right() && of.right() > box.x && of.y < box.bottom() &&
+               of.bottom() > box.y;
     };
     for (const Placed& it : sounding_)
-        if (touches(it.bar)) drawLight(pixels, scene, *it.grain, it.bar, ground.extents());
+        if (touches(it.bar.lightBox)) drawLight(pixels, scene, it.grain, it.bar, ground.extents());
     for (const Placed& it : ended_)
-        if (touches(it.bar)) drawEnded(pixels, scene, *it.grain, it.bar);
+        if (touches(it.bar.endedBox)) drawEnded(pixels, scene, it.grain, it.bar);
     drawScan(pixels, scene); // below the bars: short ones stand on it
     for (const Placed& it : sounding_)
-        if (touches(it.bar)) drawBar(pixels, scene, *it.grain, it.bar);
+        if (touches(it.bar.box)) drawBar(pixels, scene, it.grain, it.bar);
     drawRail(pixels, scene);
 }
 
@@ -156,7 +211,7 @@ void StageCanvas::drawRail(const Pixels& pixels, const StageScene& scene) const 
         double light = 0.0;
         for (const Placed& it : sounding_)
             light = std::max(light,
-                             1.0 - std::abs(y + 0.5 - scene.y(double{it.grain->semitones})) / half);
+                             1.0 - std::abs(y + 0.5 - scene.y(double{it.grain.semitones})) / half);
         pixels.mixSpan(y, 0, wide, Tint(palette::pitch(semitones)),
                        static_cast<int>(97.0 + 159.0 * std::max(0.0, light)));
     }
@@ -171,10 +226,11 @@ void StageCanvas::drawScan(const Pixels& pixels, const StageScene& scene) const 
         pixels.mixBox({static_cast<int>(x), 0, std::max(1, scene.px(1)), scene.height()},
                       Tint(palette::kArc), 190);
     }
-    const double scan = scene.x(of.scan), reach = of.jitter / scene.view.span() * scene.width();
+    const double scan = scene.x(of.scan), middle = scene.x(bandScan_);
+    const double reach = bandReach_ / scene.view.span() * scene.width();
     const int dash = std::max(2, scene.px(3));
     if (reach >= scene.units(3))
-        for (const double x : {scan - reach, scan + reach})
+        for (const double x : {middle - reach, middle + reach})
             for (int y = pixels.clip().y; y < pixels.clip().bottom(); ++y)
                 if (y / dash % 2 == 0)
                     pixels.mixSpan(y, static_cast<int>(x), static_cast<int>(x) + 1, bright, 90);

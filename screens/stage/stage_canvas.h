@@ -1,4 +1,4 @@
-// StageCanvas: the stage as one picture, composed anew where something moved.
+// StageCanvas: the stage as one picture, drawn again where something moved.
 #pragma once
 
 #include "screens/model/stage/dirty_boxes.h"
@@ -18,10 +18,10 @@ public:
 
     /// The ground was drawn anew, so that all is to be composed.
     void renew(const StageScene& scene);
-    /// Composes what differs from the last picture; the rectangles that changed.
-    const std::vector<Box>& compose(const StageScene& scene, const GrainCloud& grains);
-
-    const juce::Image& picture() const noexcept { return picture_; }
+    /// Places what moves; the rectangles that differ from the last time.
+    const std::vector<Box>& follow(const StageScene& scene, const GrainCloud& grains);
+    /// What graphics asks for of it as it was followed last.
+    void paint(juce::Graphics& graphics, const StageScene& scene);
 
 private:
     /// What one thing drew: the same again is not drawn.
@@ -29,23 +29,32 @@ private:
         std::uint64_t id, looks;
         Box box;
         bool operator==(const Item&) const = default;
+        bool operator<(const Item& other) const;
     };
     struct Placed {
-        const ShownGrain* grain;
+        ShownGrain grain;
         GrainBar bar;
     };
 
     void place(const StageScene& scene, const GrainCloud& grains);
+    void placeGrain(const StageScene& scene, const ShownGrain& grain, const GrainGlow& glow,
+                    std::vector<Placed>& into);
+    void placeScan(const StageScene& scene);
+    void followGlows(const StageScene& scene, const GrainCloud& grains);
     void addItem(std::uint64_t id, std::uint64_t looks, const Box& box);
     void findChanges();
-    void composeBox(const StageScene& scene, const Box& box);
-    void copyGround(const StageScene& scene, const Box& box);
+    void paintPicture(juce::Graphics& graphics, const StageScene& scene);
+    void copyGround(const Pixels& pixels, const StageScene& scene) const;
+    void drawMoving(const Pixels& pixels, const StageScene& scene) const;
     void drawRail(const Pixels& pixels, const StageScene& scene) const;
     void drawScan(const Pixels& pixels, const StageScene& scene) const;
 
-    juce::Image picture_;
+    juce::Image picture_; // where it cannot be drawn into the window itself
     std::vector<Item> items_, before_;
     std::vector<Placed> sounding_, ended_;
+    std::vector<GrainGlow> glows_, glowsBefore_;
+    double bandScan_ = 0, bandReach_ = 0; // the jitter's reach as it was shown last
+    Box band_, bandBefore_;
     TrailLight trail_;
     DirtyBoxes dirty_;
     bool all_ = true;

@@ -70,20 +70,17 @@ void StageGround::scroll(const StageScene& scene, std::vector<WaveExtent> extent
 void StageGround::fill(const StageScene& scene, const Pixels& pixels, bool isLit, int first,
                        int last) const {
     for (int y = 0; y < scene.height(); ++y) {
-        const Tint tint = groundAt(scene, y, isLit);
-        juce::PixelRGB ground;
-        ground.setARGB(255, static_cast<std::uint8_t>(tint.red),
-                       static_cast<std::uint8_t>(tint.green), static_cast<std::uint8_t>(tint.blue));
-        juce::PixelRGB* const row = pixels.row(y);
+        const Pixel ground = groundAt(scene, y, isLit).pixel();
+        Pixel* const row = pixels.row(y);
         for (int x = first; x < last; ++x) row[kept(x)] = ground;
     }
 }
 
 void StageGround::drawWave(const Pixels& pixels, bool isLit, int first, int last) const {
     const Shares shares = isLit ? kLit : kAtRest;
-    const Tint source(palette::kSource);
+    const Pixel source = Tint(palette::kSource).pixel();
     for (int y = 0; y < pixels.clip().height; ++y) {
-        juce::PixelRGB* const row = pixels.row(y);
+        Pixel* const row = pixels.row(y);
         for (int x = first; x < last; ++x) {
             const WaveExtent& at = extents_[static_cast<std::size_t>(x)];
             const int extremes = covered(at.top, at.bottom, y);
@@ -96,28 +93,26 @@ void StageGround::drawWave(const Pixels& pixels, bool isLit, int first, int last
     }
 }
 
-void StageGround::copy(juce::Image& picture, bool isLit, const Box& box) const {
+void StageGround::copy(const Pixels& to, bool isLit, const Box& box) const {
     const juce::Image& image = isLit ? lit_ : atRest_;
-    const juce::Image::BitmapData to(picture, juce::Image::BitmapData::writeOnly);
     const juce::Image::BitmapData from(image, juce::Image::BitmapData::readOnly);
     const int width = image.getWidth();
     for (int left = box.x; left < box.right();) { // at most two stretches
         const int begin = (left + origin_) % width;
         const int count = std::min(box.right() - left, width - begin);
         for (int y = box.y; y < box.bottom(); ++y)
-            std::memcpy(to.getPixelPointer(left, y), from.getPixelPointer(begin, y),
-                        static_cast<std::size_t>(count) * sizeof(juce::PixelRGB));
+            std::memcpy(to.row(y) + left, from.getPixelPointer(begin, y),
+                        static_cast<std::size_t>(count) * sizeof(Pixel));
         left += count;
     }
 }
 
-void StageGround::drawMarks(const StageScene& scene, juce::Image& picture, const Box& box) const {
-    if (!scrolls_) return;
-    const Pixels pixels(picture, box);
+void StageGround::drawMarks(const StageScene& scene, const Pixels& pixels,
+                            juce::Image& picture) const {
     drawGrid(scene, pixels);
     darkenOutside(scene, pixels);
     juce::Graphics graphics(picture);
-    graphics.reduceClipRegion(brush::rectangle(box));
+    graphics.reduceClipRegion(brush::rectangle(pixels.clip()));
     drawMarkTexts(scene, graphics);
 }
 

@@ -18,10 +18,12 @@ public:
     /// Live input went so many columns on, at least 0 and fewer than the stage has.
     void scroll(const StageScene& scene, std::vector<WaveExtent> extents, int by);
 
-    /// Copies a box of one of them into picture.
-    void copy(juce::Image& picture, bool isLit, const Box& box) const;
-    /// What goes over the copies in a box.
-    void drawMarks(const StageScene& scene, juce::Image& picture, const Box& box) const;
+    /// Copies a box of one of them.
+    void copy(const Pixels& to, bool isLit, const Box& box) const;
+    /// Whether marks go over the copies.
+    bool hasMarks() const noexcept { return scrolls_; }
+    /// Within pixels' clip, of which picture are the letters' pixels.
+    void drawMarks(const StageScene& scene, const Pixels& pixels, juce::Image& picture) const;
     const std::vector<WaveExtent>& extents() const noexcept { return extents_; }
 
 private:

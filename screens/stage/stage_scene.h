@@ -5,6 +5,7 @@
 #include "screens/model/stage/hold_mark.h"
 #include "screens/model/stage/pitch_axis.h"
 #include "screens/model/stage/scan_trail.h"
+#include "screens/model/stage/slow_tick.h"
 #include "screens/model/stage/stage_contents.h"
 #include "screens/model/stage/stage_view.h"
 
@@ -18,6 +19,7 @@ struct StageScene {
     PitchAxis axis{};
     ScanTrail trail{};
     HoldMark hold{};
+    SlowTick slow{}; ///< of what glows
     bool reducedMotion = false;
 
     int width() const { return layout.stage.width; }

@@ -1,7 +1,6 @@
 #include "screens/stage/trail_light.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 
 namespace zephyra {
@@ -12,11 +11,11 @@ constexpr double kGlowSeconds = 0.7;             // of the red
 constexpr int kFadeSteps = 20;                   // of the white
 constexpr double kMostWhite = 80, kMostRed = 44; // of 256
 constexpr std::int16_t kWhite = 245;
+constexpr std::size_t kBytes = sizeof(Pixel);
 
-/// The glow moves with the scan; what is older fades in steps.
-std::uint64_t looksOf(double age) {
-    return age < kGlowSeconds ? std::bit_cast<std::uint64_t>(age)
-                              : static_cast<std::uint64_t>(age / ScanTrail::kSeconds * kFadeSteps);
+/// As it was at the last tick; what is newer has its whole light.
+double shownAge(const StageScene& scene, const ScanTrail::Step& step) {
+    return std::max(0.0, step.age - scene.slow.since());
 }
 
 struct Lights {
@@ -44,9 +43,10 @@ void lightRow(std::uint8_t* __restrict row, std::size_t count, std::int16_t y,
 } // namespace
 
 void TrailLight::light(int x, int white, int red, const WaveExtent& at) {
-    const std::size_t first = 3 * static_cast<std::size_t>(x);
-    for (std::size_t i = first; i < first + 3; ++i) {
-        white_[i] = std::max(white_[i], static_cast<std::int16_t>(white));
+    const std::size_t first = kBytes * static_cast<std::size_t>(x);
+    for (std::size_t i = first; i < first + kBytes; ++i) {
+        if (i != first + juce::PixelARGB::indexA)
+            white_[i] = std::max(white_[i], static_cast<std::int16_t>(white));
         red_[i] = std::max(red_[i], static_cast<std::int16_t>(red));
         top_[i] = static_cast<std::int16_t>(at.top);
         bottom_[i] = static_cast<std::int16_t>(at.bottom);
@@ -55,14 +55,13 @@ void TrailLight::light(int x, int white, int red, const WaveExtent& at) {
 
 void TrailLight::place(const StageScene& scene, std::span<const WaveExtent> extents,
                        const Hear& hear) {
-    const std::size_t bytes = 3 * extents.size();
+    const std::size_t bytes = kBytes * extents.size();
     for (auto* const of : {&white_, &red_, &top_, &bottom_}) of->assign(bytes, 0);
     if (redTint_.size() != bytes) {
-        juce::PixelRGB red;
-        red.set(brush::colour(palette::kAccent).getPixelARGB());
-        const auto* const each = reinterpret_cast<const std::uint8_t*>(&red);
+        const Pixel red = Tint(palette::kAccent).pixel();
         redTint_.resize(bytes);
-        for (std::size_t i = 0; i < bytes; ++i) redTint_[i] = each[i % 3];
+        for (std::size_t i = 0; i < bytes; ++i)
+            redTint_[i] = static_cast<std::int16_t>(red >> 8 * (i % kBytes) & 0xff);
     }
     left_ = static_cast<int>(extents.size());
     right_ = 0;
@@ -72,24 +71,26 @@ void TrailLight::place(const StageScene& scene, std::span<const WaveExtent> exte
         const int left = static_cast<int>(std::max(0.0, std::min(a, b)));
         const int right = static_cast<int>(std::min(std::max(a, b) + 1.0, 1.0 * scene.width()));
         if (left >= right) continue;
-        const double shown = std::floor(step.age / ScanTrail::kSeconds * kFadeSteps) / kFadeSteps;
-        const double rest = 1.0 - shown, glow = std::max(0.0, 1.0 - step.age / kGlowSeconds);
+        const double age = shownAge(scene, step);
+        const double shown = std::floor(age / ScanTrail::kSeconds * kFadeSteps) / kFadeSteps;
+        const double rest = 1.0 - shown, glow = std::max(0.0, 1.0 - age / kGlowSeconds);
+        const int white = static_cast<int>(kMostWhite * rest * rest);
+        const int red = static_cast<int>(kMostRed * glow * glow);
         float top = static_cast<float>(scene.height()), bottom = 0.0f;
         for (int x = left; x < right; ++x) {
             const WaveExtent& at = extents[static_cast<std::size_t>(x)];
-            light(x, static_cast<int>(kMostWhite * rest * rest),
-                  static_cast<int>(kMostRed * glow * glow), at);
+            light(x, white, red, at);
             top = std::min(top, at.top);
             bottom = std::max(bottom, at.bottom);
         }
         left_ = std::min(left_, left);
         right_ = std::max(right_, right);
         Box box{left - 1, 0, right - left + 2, scene.height()};
-        if (glow == 0.0) {
+        if (red == 0) {
             box.y = static_cast<int>(top);
             box.height = static_cast<int>(bottom) - box.y + 1;
         }
-        hear(i, looksOf(step.age), box);
+        hear(step.id, static_cast<std::uint64_t>(white << 8 | red), box);
     }
 }
 
@@ -97,8 +98,8 @@ void TrailLight::draw(const Pixels& pixels) const {
     const Box& clip = pixels.clip();
     const int left = std::max(clip.x, left_), right = std::min(clip.right(), right_);
     if (left >= right) return;
-    const std::size_t first = 3 * static_cast<std::size_t>(left);
-    const std::size_t count = 3 * static_cast<std::size_t>(right - left);
+    const std::size_t first = kBytes * static_cast<std::size_t>(left);
+    const std::size_t count = kBytes * static_cast<std::size_t>(right - left);
     for (int y = clip.y; y < clip.bottom(); ++y)
         lightRow(reinterpret_cast<std::uint8_t*>(pixels.row(y) + left), count,
                  static_cast<std::int16_t>(y),

@@ -16,7 +16,7 @@ namespace zephyra {
 class TrailLight {
 public:
     /// One step of the trail drew this: the same again is not drawn.
-    using Hear = std::function<void(std::size_t step, std::uint64_t looks, const Box& box)>;
+    using Hear = std::function<void(std::uint64_t step, std::uint64_t looks, const Box& box)>;
 
     void place(const StageScene& scene, std::span<const WaveExtent> extents, const Hear& hear);
     void draw(const Pixels& pixels) const;
@@ -24,7 +24,7 @@ public:
 private:
     void light(int x, int white, int red, const WaveExtent& at);
 
-    // Three of each a column, as the bytes of its pixels stand.
+    // Four of each a column, as the bytes of its pixels stand.
     std::vector<std::int16_t> white_, red_, redTint_, top_, bottom_;
     int left_ = 0, right_ = 0;
 };

@@ -15,14 +15,15 @@ constexpr float kReach = 0.46f; // of the height, for full scale
 } // namespace
 
 ScopeView::ScopeView(ScreenContext& context)
-    : StripView(context, "Scope", helpText(HelpId::scope)), model_(context) {}
+    : StripView(context, model_, "Scope", helpText(HelpId::scope)), model_(context) {}
 
 void ScopeView::laidOut() {
     model_.trace().setColumns(static_cast<std::size_t>(juce::jmax(2, getWidth())));
+    showZoom();
 }
 
-void ScopeView::frame(const FrameTime& time) {
-    if (model_.advance(time)) repaint();
+juce::Colour ScopeView::traceColour() const {
+    return brush::colour(palette::kArc);
 }
 
 void ScopeView::drawGround(juce::Graphics& graphics) {
@@ -34,25 +35,26 @@ void ScopeView::drawGround(juce::Graphics& graphics) {
     graphics.fillRect(0, 0, line, getHeight());
 }
 
-void ScopeView::drawTrace(SpanImage::Pen& pen) {
+void ScopeView::drawTrace(SpanImage& picture) {
+    if (zoom_ != model_.zoom()) showZoom();
     const auto columns = model_.trace().columns();
-    const auto middle = static_cast<float>(getHeight()) / 2.0f;
-    const float reach = static_cast<float>(getHeight() * model_.zoom()) * kReach;
+    const auto height = static_cast<float>(getHeight()), middle = height / 2.0f;
+    const float reach = height * static_cast<float>(model_.zoom()) * kReach;
     const float half = px(kLine) / 2.0f;
-    const juce::Colour trace = brush::colour(palette::kArc);
     const int line = juce::jmax(1, layout().px(1));
     for (int x = line; x < getWidth(); ++x) {
         const auto at = static_cast<std::size_t>(x);
         if (at >= columns.size()) break;
-        pen.fill(x, middle - columns[at].high * reach - half,
-                 middle - columns[at].low * reach + half, trace);
+        picture.show(x, {middle - columns[at].high * reach - half,
+                         middle - columns[at].low * reach + half, height});
     }
 }
 
-void ScopeView::drawText(juce::Graphics& graphics) {
-    if (model_.zoom() == 1) return;
-    label(graphics, juce::String::fromUTF8("\xc3\x97") + juce::String(model_.zoom()), px(6),
-          px(layout().measures.unitText) * 0.9f);
+void ScopeView::showZoom() {
+    zoom_ = model_.zoom();
+    if (zoom_ == 1) return setLabels({});
+    setLabels({{juce::String::fromUTF8("\xc3\x97") + juce::String(zoom_), px(6),
+                px(layout().measures.unitText) * 0.9f}});
 }
 
 } // namespace zephyra

@@ -1,7 +1,6 @@
 // ScopeView: the output's newest sound as a wave.
 #pragma once
 
-#include "screens/model/strip/strip_model.h"
 #include "screens/strip/strip_view.h"
 
 namespace zephyra {
@@ -11,18 +10,17 @@ class ScopeView final : public StripView {
 public:
     explicit ScopeView(ScreenContext& context);
 
-    void frame(const FrameTime& time) override;
-    bool isOn() const override { return model_.isOn(); }
-    void toggle() override { model_.toggle(); }
-
 protected:
     void laidOut() override;
     void drawGround(juce::Graphics& graphics) override;
-    void drawTrace(SpanImage::Pen& pen) override;
-    void drawText(juce::Graphics& graphics) override;
+    void drawTrace(SpanImage& picture) override;
+    juce::Colour traceColour() const override;
 
 private:
+    void showZoom();
+
     ScopeModel model_;
+    int zoom_ = 1; // that a label says
 };
 
 } // namespace zephyra

@@ -21,7 +21,7 @@ constexpr int kNumbersFrom = 48; // units of height from which the second level 
 } // namespace
 
 SpectrumView::SpectrumView(ScreenContext& context)
-    : StripView(context, "Spectrum", helpText(HelpId::spectrum)), model_(context) {}
+    : StripView(context, model_, "Spectrum", helpText(HelpId::spectrum)), model_(context) {}
 
 float SpectrumView::yOf(double decibels) const {
     return static_cast<float>((kHighest - decibels) / (kHighest - kLowest) * getHeight());
@@ -34,10 +34,15 @@ float SpectrumView::xOf(double hertz) const {
 void SpectrumView::laidOut() {
     model_.spectrum().setColumns(
         static_cast<std::size_t>(juce::jmax(2.0, getWidth() / (kColumn * layout().scale))));
+    writeLabels();
 }
 
-void SpectrumView::frame(const FrameTime& time) {
-    if (model_.advance(time)) repaint();
+juce::Colour SpectrumView::traceColour() const {
+    return brush::colour(palette::kSource);
+}
+
+juce::Colour SpectrumView::fillColour() const {
+    return brush::colour(palette::kSource, kFillAlpha);
 }
 
 void SpectrumView::drawGround(juce::Graphics& graphics) {
@@ -52,13 +57,10 @@ void SpectrumView::drawGround(juce::Graphics& graphics) {
 }
 
 /// Straight lines between the columns' middles; a steep one fills what lies between its ends.
-void SpectrumView::drawTrace(SpanImage::Pen& pen) {
+void SpectrumView::drawTrace(SpanImage& picture) {
     const auto levels = model_.spectrum().decibels();
     const auto count = static_cast<float>(levels.size());
     if (levels.empty()) return;
-    const juce::Colour fill = brush::colour(palette::kSource, kFillAlpha);
-    const juce::Colour trace = brush::colour(palette::kSource);
-    const auto height = static_cast<float>(getHeight());
     const float half = px(kLine) / 2.0f, columns = count / static_cast<float>(getWidth());
     const auto at = [&](float x) {
         const float place = juce::jlimit(0.0f, count - 1.0f, x * columns - 0.5f);
@@ -72,22 +74,22 @@ void SpectrumView::drawTrace(SpanImage::Pen& pen) {
         const float right = at(static_cast<float>(x + 1));
         const float top = juce::jmin(left, right), bottom = juce::jmax(left, right);
         left = right;
-        if (top >= height) continue;
-        pen.fill(x, (top + bottom) / 2.0f, height, fill);
-        pen.fill(x, top - half, bottom + half, trace);
+        picture.show(x, {top - half, bottom + half, (top + bottom) / 2.0f});
     }
 }
 
-void SpectrumView::drawText(juce::Graphics& graphics) {
+void SpectrumView::writeLabels() {
     const float inset = px(layout().measures.margin), top = px(layout().measures.unitText) * 0.9f;
-    for (const auto& [hertz, name] : kGridHertz) label(graphics, name, xOf(hertz) + px(5), top);
+    std::vector<Label> labels;
+    for (const auto& [hertz, name] : kGridHertz) labels.push_back({name, xOf(hertz) + px(5), top});
     for (const double level : kGridDecibels) {
         if (level == kGridDecibels[2]) continue;
         if (level != kGridDecibels[0] && getHeight() < layout().px(kNumbersFrom)) continue;
-        label(graphics,
-              juce::String::fromUTF8("\xe2\x88\x92") + juce::String(static_cast<int>(-level)),
-              inset, yOf(level));
+        labels.push_back(
+            {juce::String::fromUTF8("\xe2\x88\x92") + juce::String(static_cast<int>(-level)), inset,
+             yOf(level)});
     }
+    setLabels(labels);
 }
 
 } // namespace zephyra

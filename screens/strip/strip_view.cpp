@@ -2,11 +2,13 @@
 
 #include "screens/draw/brush.h"
 
+#include <utility>
+
 namespace zephyra {
 
 namespace {
 
-juce::Colour ground() {
+juce::Colour groundColour() {
     return brush::colour(palette::kStage).darker(0.2f);
 }
 
@@ -30,8 +32,9 @@ private:
 
 } // namespace
 
-StripView::StripView(ScreenContext& context, const std::string& title, const std::string& help)
-    : context_(context), help_(help) {
+StripView::StripView(ScreenContext& context, StripModel& model, const std::string& title,
+                     const std::string& help)
+    : context_(context), model_(model), help_(help) {
     setOpaque(true);
     setWantsKeyboardFocus(true);
     setMouseClickGrabsKeyboardFocus(false);
@@ -49,21 +52,32 @@ void StripView::layOut(const ScreenLayout& layout, const Box& box) {
     picture_.setSize(box.width, box.height);
     {
         juce::Graphics graphics(picture_.ground());
-        graphics.fillAll(ground());
+        graphics.fillAll(groundColour());
         drawGround(graphics);
     }
+    picture_.begin(traceColour(), fillColour());
     laidOut();
+    if (isOn()) drawTrace(picture_);
+    picture_.draw();
     repaint();
 }
 
+void StripView::frame(const FrameTime& time) {
+    if (!model_.advance(time)) return;
+    if (isOn())
+        drawTrace(picture_);
+    else
+        picture_.clear();
+    for (const Box& box : picture_.draw()) repaint(brush::rectangle(box));
+    if (std::exchange(wasOn_, isOn()) != wasOn_) repaint();
+}
+
 void StripView::paint(juce::Graphics& graphics) {
-    {
-        SpanImage::Pen pen(picture_);
-        if (isOn()) drawTrace(pen);
-    }
-    graphics.drawImageAt(picture_.image(), 0, 0);
+    copyOpaque(graphics, picture_.image());
     if (isOn()) {
-        drawText(graphics);
+        for (const Written& label : labels_)
+            if (graphics.clipRegionIntersects(label.box))
+                graphics.drawImageAt(label.letters, label.box.getX(), label.box.getY());
     } else {
         graphics.setColour(brush::colour(palette::kDim));
         graphics.setFont(brush::medium(px(layout_.measures.unitText)));
@@ -75,17 +89,33 @@ void StripView::paint(juce::Graphics& graphics) {
     graphics.drawRect(getLocalBounds(), layout_.px(2));
 }
 
-void StripView::label(juce::Graphics& graphics, const juce::String& text, float x,
-                      float centreY) const {
+void StripView::setLabels(const std::vector<Label>& labels) {
+    for (const Written& label : labels_) repaint(label.box);
+    labels_.clear();
+    for (const Label& label : labels) labels_.push_back(written(label));
+    for (const Written& label : labels_) repaint(label.box);
+}
+
+/// A picture: letters cost far more than the trace below them.
+StripView::Written StripView::written(const Label& label) const {
     const float size = px(layout_.measures.unitText);
     const juce::Font font = brush::medium(size);
-    const juce::Rectangle<float> box(x, centreY - size * 0.6f,
-                                     font.getStringWidthFloat(text) + 2.0f, size * 1.2f);
-    graphics.setColour(ground().withAlpha(0.9f)); // a trace may run below
-    graphics.fillRect(box.expanded(px(2), 0.0f));
+    const juce::Rectangle<float> box(label.x, label.centreY - size * 0.6f,
+                                     font.getStringWidthFloat(label.text) + 2.0f, size * 1.2f);
+    const auto ground = box.expanded(px(2), 0.0f);
+    Written made;
+    made.box = ground.getSmallestIntegerContainer();
+    made.letters =
+        juce::Image(juce::Image::ARGB, juce::jmax(1, made.box.getWidth()),
+                    juce::jmax(1, made.box.getHeight()), true, juce::SoftwareImageType());
+    juce::Graphics graphics(made.letters);
+    graphics.setOrigin(-made.box.getPosition());
+    graphics.setColour(groundColour().withAlpha(0.9f)); // a trace may run below
+    graphics.fillRect(ground);
     graphics.setColour(brush::colour(palette::kFaint));
     graphics.setFont(font);
-    graphics.drawText(text, box, juce::Justification::centredLeft, false);
+    graphics.drawText(label.text, box, juce::Justification::centredLeft, false);
+    return made;
 }
 
 void StripView::showHelp(bool on) {

@@ -1,23 +1,28 @@
-// StripView: what spectrum and scope have in common: on and off, keys, focus.
+// StripView: what spectrum and scope have in common: a trace with labels, on and off, keys, focus.
 #pragma once
 
 #include "screens/draw/span_image.h"
-#include "screens/model/screen_context.h"
+#include "screens/model/strip/strip_model.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include <string>
+#include <vector>
 
 namespace zephyra {
 
 /// A click or Enter switches it. Message thread.
 class StripView : public juce::Component {
 public:
-    StripView(ScreenContext& context, const std::string& title, const std::string& help);
+    /// model outlives it.
+    StripView(ScreenContext& context, StripModel& model, const std::string& title,
+              const std::string& help);
 
     void layOut(const ScreenLayout& layout, const Box& box);
-    /// Shows on by what the model says.
-    virtual void frame(const FrameTime& time) = 0;
+    /// Follows the model, and repaints the columns that changed.
+    void frame(const FrameTime& time);
+    void toggle() { model_.toggle(); }
+    bool isOn() const { return model_.isOn(); }
 
     void paint(juce::Graphics& graphics) override;
     void mouseEnter(const juce::MouseEvent& event) override;
@@ -28,26 +33,39 @@ public:
     void focusLost(FocusChangeType cause) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
-    virtual bool isOn() const = 0;
-    virtual void toggle() = 0;
-
 protected:
-    virtual void laidOut() = 0; ///< the picture has its new size
+    struct Label {
+        juce::String text;
+        float x, centreY;
+    };
+
+    virtual void laidOut() = 0; ///< the bounds are set: labels are to be given anew
     virtual void drawGround(juce::Graphics& graphics) = 0;
-    virtual void drawTrace(SpanImage::Pen& pen) = 0;
-    virtual void drawText(juce::Graphics& graphics) = 0; ///< over the trace
+    virtual void drawTrace(SpanImage& picture) = 0;
+    virtual juce::Colour traceColour() const = 0;
+    virtual juce::Colour fillColour() const { return juce::Colours::transparentBlack; }
 
     const ScreenLayout& layout() const noexcept { return layout_; }
     float px(double units) const { return static_cast<float>(units * layout_.scale); }
-    void label(juce::Graphics& graphics, const juce::String& text, float x, float centreY) const;
+    /// They stand over the trace.
+    void setLabels(const std::vector<Label>& labels);
 
 private:
+    struct Written {
+        juce::Image letters;
+        juce::Rectangle<int> box;
+    };
+
     void showHelp(bool on);
+    Written written(const Label& label) const;
 
     ScreenContext& context_;
+    StripModel& model_;
     std::string help_;
     ScreenLayout layout_;
     SpanImage picture_;
+    std::vector<Written> labels_;
+    bool wasOn_ = false;
 };
 
 } // namespace zephyra

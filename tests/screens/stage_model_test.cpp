@@ -253,7 +253,7 @@ TEST(RulerScale, MarksRoundTimes) {
 
 TEST(DirtyBoxes, CoverAllThatChangedInAFew) {
     DirtyBoxes dirty;
-    dirty.setArea(1000, 500, 48, 24);
+    dirty.setArea(1000, 500);
     EXPECT_TRUE(dirty.isEmpty());
     std::mt19937 random(3);
     std::vector<Box> added;
@@ -273,7 +273,9 @@ TEST(DirtyBoxes, CoverAllThatChangedInAFew) {
                     << x << ' ' << y;
     EXPECT_TRUE(dirty.take().empty());
     dirty.add({10, 10, 5, 5});
-    EXPECT_EQ(dirty.take(), (std::vector<Box>{{0, 0, 48, 24}}));
+    dirty.add({900, 400, 5, 5}); // far away
+    dirty.add({20, 12, 5, 5});
+    EXPECT_EQ(dirty.take(), (std::vector<Box>{{900, 400, 5, 5}, {10, 10, 15, 7}}));
 }
 
 } // namespace

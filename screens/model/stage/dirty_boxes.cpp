@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace zephyra {
 
 namespace {
 
-constexpr std::size_t kReserved = 256;
+constexpr std::size_t kReserved = 64;
 
 long areaOf(const Box& box) {
     return static_cast<long>(box.width) * box.height;
@@ -18,50 +19,41 @@ Box around(const Box& a, const Box& b) {
     return {x, y, std::max(a.right(), b.right()) - x, std::max(a.bottom(), b.bottom()) - y};
 }
 
+/// Pixels that a and b together cover more than each by itself; fewer than 0 where they overlap.
+long costOf(const Box& a, const Box& b) {
+    return areaOf(around(a, b)) - areaOf(a) - areaOf(b);
+}
+
 } // namespace
 
-void DirtyBoxes::setArea(int width, int height, int cellWidth, int cellHeight) {
+DirtyBoxes::DirtyBoxes() {
+    boxes_.reserve(kReserved);
+    taken_.reserve(kReserved);
+}
+
+void DirtyBoxes::setArea(int width, int height) {
     width_ = width;
     height_ = height;
-    cellWidth_ = std::max(1, cellWidth);
-    cellHeight_ = std::max(1, cellHeight);
-    across_ = (width + cellWidth_ - 1) / cellWidth_;
-    down_ = (height + cellHeight_ - 1) / cellHeight_;
-    cells_.assign(static_cast<std::size_t>(std::max(0, across_ * down_)), 0);
-    boxes_.reserve(kReserved);
-    isEmpty_ = true;
+    boxes_.clear();
 }
 
 void DirtyBoxes::add(const Box& box) {
     const int left = std::max(0, box.x), right = std::min(width_, box.right());
     const int top = std::max(0, box.y), bottom = std::min(height_, box.bottom());
     if (left >= right || top >= bottom) return;
-    isEmpty_ = false;
-    for (int row = top / cellHeight_; row <= (bottom - 1) / cellHeight_; ++row)
-        std::fill_n(cells_.begin() + row * across_ + left / cellWidth_,
-                    (right - 1) / cellWidth_ - left / cellWidth_ + 1, 1);
-}
-
-// A run of cells that continues one of the same extent above makes that one higher.
-void DirtyBoxes::collectRuns() {
-    boxes_.clear();
-    for (int row = 0; row < down_; ++row)
-        for (int at = 0; at < across_; ++at) {
-            const unsigned char* const line = cells_.data() + row * across_;
-            if (!line[at]) continue;
-            const int begin = at;
-            while (at < across_ && line[at]) ++at;
-            const Box run{begin * cellWidth_, row * cellHeight_,
-                          std::min(at * cellWidth_, width_) - begin * cellWidth_,
-                          std::min((row + 1) * cellHeight_, height_) - row * cellHeight_};
-            const auto above = std::find_if(boxes_.begin(), boxes_.end(), [&](const Box& box) {
-                return box.x == run.x && box.width == run.width && box.bottom() == run.y;
+    Box all{left, top, right - left, bottom - top};
+    while (!boxes_.empty()) {
+        const auto nearest =
+            std::min_element(boxes_.begin(), boxes_.end(), [&](const Box& a, const Box& b) {
+                return costOf(a, all) < costOf(b, all);
             });
-            if (above == boxes_.end())
-                boxes_.push_back(run);
-            else
-                above->height += run.height;
-        }
+        if (costOf(*nearest, all) > kWorth) break;
+        all = around(*nearest, all);
+        *nearest = boxes_.back();
+        boxes_.pop_back();
+    }
+    boxes_.push_back(all);
+    if (boxes_.size() == kReserved) mergeCheapest();
 }
 
 void DirtyBoxes::mergeCheapest() {
@@ -69,8 +61,7 @@ void DirtyBoxes::mergeCheapest() {
     long least = std::numeric_limits<long>::max();
     for (std::size_t i = 0; i < boxes_.size(); ++i)
         for (std::size_t k = i + 1; k < boxes_.size(); ++k) {
-            const long more =
-                areaOf(around(boxes_[i], boxes_[k])) - areaOf(boxes_[i]) - areaOf(boxes_[k]);
+            const long more = costOf(boxes_[i], boxes_[k]);
             if (more >= least) continue;
             least = more;
             one = i;
@@ -81,11 +72,10 @@ void DirtyBoxes::mergeCheapest() {
 }
 
 const std::vector<Box>& DirtyBoxes::take() {
-    collectRuns();
     while (boxes_.size() > kMost) mergeCheapest();
-    std::fill(cells_.begin(), cells_.end(), 0);
-    isEmpty_ = true;
-    return boxes_;
+    std::swap(boxes_, taken_);
+    boxes_.clear();
+    return taken_;
 }
 
 } // namespace zephyra

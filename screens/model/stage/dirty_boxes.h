@@ -8,30 +8,29 @@
 
 namespace zephyra {
 
-/// Rectangles are gathered on a coarse grid and come out merged: each costs a little by itself, so
-/// that a few larger ones beat many exact ones. Nothing is allocated once it has the area's size.
-/// Message thread.
+/// Rectangles are merged with what lies near: each costs a little by itself, so that a few larger
+/// ones beat many exact ones. Nothing is allocated once it has its size. Message thread.
 class DirtyBoxes {
 public:
-    static constexpr std::size_t kMost = 16;
+    static constexpr std::size_t kMost = 24;
+    static constexpr long kWorth = 4000; ///< pixels that painting costs as much as one rectangle
 
-    /// Cells of so many pixels; forgets what was gathered.
-    void setArea(int width, int height, int cellWidth, int cellHeight);
+    DirtyBoxes();
+
+    /// Forgets what was gathered.
+    void setArea(int width, int height);
 
     /// What lies outside the area is cut off.
     void add(const Box& box);
-    bool isEmpty() const noexcept { return isEmpty_; }
+    bool isEmpty() const noexcept { return boxes_.empty(); }
     /// Rectangles that cover all that was added, and forgets it.
     const std::vector<Box>& take();
 
 private:
-    void collectRuns();
     void mergeCheapest();
 
-    int width_ = 0, height_ = 0, cellWidth_ = 1, cellHeight_ = 1, across_ = 0, down_ = 0;
-    std::vector<unsigned char> cells_;
-    std::vector<Box> boxes_;
-    bool isEmpty_ = true;
+    int width_ = 0, height_ = 0;
+    std::vector<Box> boxes_, taken_;
 };
 
 } // namespace zephyra

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 namespace zephyra {
 
@@ -16,6 +17,7 @@ public:
     /// From one picture's position to the next one's; a jump leaves no trail.
     struct Step {
         double from, to, age; ///< fractions of the sound; seconds
+        std::uint64_t id;     ///< higher than those before
     };
 
     void advance(double position, double elapsed, bool leavesTrail) {
@@ -27,7 +29,7 @@ public:
                 at(count_ - 1).to = position; // many steps of a fast display
             else {
                 if (count_ == kMost) drop();
-                at(count_++) = {last_, position, 0.0};
+                at(count_++) = {last_, position, 0.0, next_++};
             }
         }
         last_ = position;
@@ -49,6 +51,7 @@ private:
     std::array<Step, kMost> steps_{};
     std::size_t first_ = 0, count_ = 0;
     double last_ = 0.0;
+    std::uint64_t next_ = 0;
 };
 
 } // namespace zephyra

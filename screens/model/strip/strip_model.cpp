@@ -5,57 +5,38 @@
 
 namespace zephyra {
 
-namespace {
-
-void flip(ScreenContext& context, bool ScreenSettings::*shows) {
-    context.settings.*shows = !(context.settings.*shows);
-    if (context.settingsChanged) context.settingsChanged();
+void StripModel::toggle() {
+    context_.settings.*shows_ = !(context_.settings.*shows_);
+    if (context_.settingsChanged) context_.settingsChanged();
 }
 
-/// Whether it was switched just now.
-bool follow(bool wanted, std::optional<WatchCount::Watcher>& watcher, ScreenContext& context) {
-    if (wanted == watcher.has_value()) return false;
-    watcher.reset();
-    if (wanted) watcher.emplace(context.source.plugin().monitor().oscilloscope.watchers);
-    return true;
+bool StripModel::advance(const FrameTime& time) {
+    OutputMonitor& monitor = context_.source.plugin().monitor();
+    const bool wanted = context_.settings.*shows_, switched = wanted != isOn();
+    if (switched) {
+        watcher_.reset();
+        if (wanted) watcher_.emplace(monitor.oscilloscope.watchers);
+        clear();
+    }
+    const bool moved = isOn() && follow(monitor.oscilloscope, time);
+    return moved || switched;
 }
 
-} // namespace
-
-SpectrumModel::SpectrumModel(ScreenContext& context) : context_(context) {
-    context_.source.add(*this);
+SpectrumModel::SpectrumModel(ScreenContext& context)
+    : StripModel(context, &ScreenSettings::showsSpectrum) {
+    context.source.add(*this);
 }
 
 SpectrumModel::~SpectrumModel() {
-    context_.source.remove(*this);
-}
-
-void SpectrumModel::toggle() {
-    flip(context_, &ScreenSettings::showsSpectrum);
+    context().source.remove(*this);
 }
 
 void SpectrumModel::read(AudioUnitViewController& view, const FrameTime&) {
     rate_ = view._GRANULATOR_STREAM.instance().session.sampleRate;
 }
 
-bool SpectrumModel::advance(const FrameTime& time) {
-    const bool switched = follow(context_.settings.showsSpectrum, watcher_, context_);
-    if (switched) spectrum_.setColumns(spectrum_.decibels().size());
-    if (!isOn()) return switched;
-    return spectrum_.advance(context_.source.plugin().monitor().oscilloscope, rate_, time) ||
-           switched;
-}
-
-void ScopeModel::toggle() {
-    flip(context_, &ScreenSettings::showsScope);
-}
-
-bool ScopeModel::advance(const FrameTime& time) {
-    const bool switched = follow(context_.settings.showsScope, watcher_, context_);
-    if (switched) trace_.setColumns(trace_.columns().size());
-    if (!isOn()) return switched;
-    const bool changed =
-        trace_.advance(context_.source.plugin().monitor().oscilloscope, time) || switched;
+bool ScopeModel::follow(const Oscilloscope& oscilloscope, const FrameTime& time) {
+    const bool changed = trace_.advance(oscilloscope, time);
     float peak = 0.0f;
     for (const ScopeTrace::Column& column : trace_.columns())
         peak = std::max({peak, std::fabs(column.low), std::fabs(column.high)});

@@ -1,4 +1,4 @@
-// SpectrumModel, ScopeModel: spectrum and scope of a window, each while it is switched on.
+// StripModel: spectrum or scope of a window, while it is switched on.
 #pragma once
 
 #include "screens/model/live_spectrum.h"
@@ -11,40 +11,63 @@
 namespace zephyra {
 
 /// Off, nothing is read for it. Message thread.
-class SpectrumModel final : public ScreenPart {
+class StripModel {
+public:
+    /// shows: the setting that switches it.
+    StripModel(ScreenContext& context, bool ScreenSettings::*shows)
+        : context_(context), shows_(shows) {}
+    virtual ~StripModel() = default;
+
+    bool isOn() const noexcept { return watcher_.has_value(); }
+    void toggle();
+    /// Follows the output and the setting. Whether what is shown changed.
+    bool advance(const FrameTime& time);
+
+protected:
+    virtual void clear() = 0;
+    virtual bool follow(const Oscilloscope& oscilloscope, const FrameTime& time) = 0;
+
+    ScreenContext& context() noexcept { return context_; }
+
+private:
+    ScreenContext& context_;
+    bool ScreenSettings::*const shows_;
+    std::optional<WatchCount::Watcher> watcher_;
+};
+
+class SpectrumModel final : public StripModel, public ScreenPart {
 public:
     explicit SpectrumModel(ScreenContext& context);
     ~SpectrumModel() override;
 
-    bool isOn() const noexcept { return watcher_.has_value(); }
-    void toggle();
     LiveSpectrum& spectrum() noexcept { return spectrum_; }
-    /// Follows the output and ScreenSettings::showsSpectrum. Whether what is shown changed.
-    bool advance(const FrameTime& time);
 
     void read(AudioUnitViewController& view, const FrameTime& time) override;
 
+protected:
+    void clear() override { spectrum_.setColumns(spectrum_.decibels().size()); }
+    bool follow(const Oscilloscope& oscilloscope, const FrameTime& time) override {
+        return spectrum_.advance(oscilloscope, rate_, time);
+    }
+
 private:
-    ScreenContext& context_;
-    std::optional<WatchCount::Watcher> watcher_;
     LiveSpectrum spectrum_;
     double rate_ = 0.0; // Hz
 };
 
-/// Likewise.
-class ScopeModel {
+class ScopeModel final : public StripModel {
 public:
-    explicit ScopeModel(ScreenContext& context) : context_(context) {}
+    explicit ScopeModel(ScreenContext& context)
+        : StripModel(context, &ScreenSettings::showsScope) {}
 
-    bool isOn() const noexcept { return watcher_.has_value(); }
-    void toggle();
     ScopeTrace& trace() noexcept { return trace_; }
     int zoom() const noexcept { return zoom_.factor(); } ///< 1, 2, 4, 8 or 16
-    bool advance(const FrameTime& time);
+
+protected:
+    void clear() override { trace_.setColumns(trace_.columns().size()); }
+    bool follow(const Oscilloscope& oscilloscope, const FrameTime& time) override;
 
 private:
-    ScreenContext& context_;
-    std::optional<WatchCount::Watcher> watcher_;
     ScopeTrace trace_;
     ScopeZoom zoom_;
 };
