@@ -54,17 +54,17 @@ inline constexpr std::array kShortcutKeys{
 /// None for what the window leaves to its host. Any thread.
 constexpr std::optional<Shortcut> shortcutOf(const KeyStroke& stroke) {
     if (stroke.alt) return {};
-    for (const ShortcutKey& one : kShortcutKeys)
-        if (one.stroke.key == stroke.key && one.stroke.command == stroke.command &&
-            (one.isWhereItIs || one.stroke.shift == stroke.shift))
-            return one.shortcut;
+    for (const ShortcutKey& bound : kShortcutKeys)
+        if (bound.stroke.key == stroke.key && bound.stroke.command == stroke.command &&
+            (bound.isWhereItIs || bound.stroke.shift == stroke.shift))
+            return bound.shortcut;
     return {};
 }
 
 /// "Ctrl+Z", as texts name it. Any thread.
 constexpr const char* keysOf(Shortcut shortcut) {
-    for (const ShortcutKey& one : kShortcutKeys)
-        if (one.shortcut == shortcut) return one.keys;
+    for (const ShortcutKey& bound : kShortcutKeys)
+        if (bound.shortcut == shortcut) return bound.keys;
     return "";
 }
 
