@@ -39,12 +39,12 @@ void QuickPresetsManager::readBankFromDisk() {
     reader_.start([this, name](const Worker::Cancelled&) -> RunLoop::Task {
         return [this, name, content = banks_.fetch(name)] {
             const auto known = banks_.known(name);
-            if (known || !content)
-                takeContent(name, known.value_or(content));
-            else
-                readBankFromDisk(); // it is another by now
+            const bool isOlder = content && !known; // others write it, and may never stop
+            const bool isShown = name == contentName_ && _currentBank;
+            if (!isOlder || !isShown) takeContent(name, known.value_or(content));
             fillTableWithSnapshotsName();
             runTurns();
+            if (isOlder && selectedBank() && *selectedBank() == name) readBankFromDisk();
         };
     });
 }

@@ -513,6 +513,27 @@ TEST_F(WaitingPresets, AreShownAndWrittenInOrderWhileTheUserGoesOnPlaying) {
     EXPECT_THAT(store.rows(kPresets), ElementsAre("*Theirs"));
 }
 
+TEST(PacedPresets, ShowABankThatOthersWriteWithoutPause) {
+    const TwoFolders folders;
+    Store store(folders, true);
+    ASSERT_TRUE(writeBank(folders.file("a"), {{"0 - x", named("A0")}}));
+    const Bank others[] = {{{"0 - x", named("Other")}, {"1 - x", named("A1")}},
+                           {{"0 - x", named("Longer")}}};
+    int written = 0;
+    const GateScope gate([&](FileCall call, const fs::path& path) {
+        if (call == FileCall::close && path == folders.file("a") && written < 8) {
+            const auto bytes = writePropertyList(PropertyDictionary(others[written++ % 2]));
+            writeText(path, bytes.value());
+        }
+        return 0;
+    });
+    store->setCurrentSelectedBankName("a.zephyra");
+    store->viewWillAppear();
+    EXPECT_TRUE(store.comesToShow(kPresets, {"A0"}));
+    EXPECT_LT(written, 8);
+    EXPECT_THAT(store.rows(kPresets), ElementsAre("Longer"));
+}
+
 TEST_F(WaitingPresets, MeetWhatThoseBeforeThemMakeOfThePreset) {
     store->setCurrentSelectedSnapID("0 - x");
     for (const int density : {1, 2, 3}) {
