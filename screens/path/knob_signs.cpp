@@ -92,7 +92,7 @@ void drawText(juce::Graphics& graphics, const KnobFace& face, const CellPlace& p
     const float height = font.getHeight();
     const float left =
         juce::jmin(centre + radius * 0.9f, static_cast<float>(place.cell.width) - width);
-    const juce::Rectangle box(left, 0.0f, width, height);
+    const juce::Rectangle box(left, -2.0f * unit, width, height); // clear of the dot
     graphics.setColour(brush::colour(isRaised ? kRaised : kGround));
     graphics.fillRect(box.withTrimmedBottom(unit).withTrimmedTop(unit));
     graphics.setColour(brush::colour(face.isLearning ? kBright : face.drives ? kAccent : kFaint));

@@ -3,6 +3,7 @@
 #include "library/preset_dialogs.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 namespace zephyra {
@@ -41,6 +42,24 @@ void arm(PictureScene& scene, double seconds) {
     });
     scene.standAt(1.0);
     scene.play(seconds);
+}
+
+/// By an LFO, a controller, and fingers that are not there yet; and one waits for its controller.
+void moveKnobs(PictureScene& scene, double seconds) {
+    for (const ControlId id : {echoSwitch, ringModulationSwitch}) turnOn(scene, id);
+    KnobHand& hand = scene.find<PathArea>()->hand();
+    hand.assign(pitch, AssignmentType::lfo);
+    hand.assign(jittering, AssignmentType::secondFinger);
+    hand.assign(width, AssignmentType::scrubY);
+    hand.learnMidi(density);
+    for (const std::uint8_t level :
+         std::array<std::uint8_t, 2>{40, 90}) { // the first is learned, the second picks up
+        const std::uint8_t controller[] = {0xB0, 1, level};
+        scene.plugin().queueMidi(controller, std::size(controller));
+        scene.play(0.1);
+    }
+    hand.learnMidi(amplitude);
+    play(scene, seconds);
 }
 
 void ask(PictureScene& scene, const Alert& alert) {
@@ -97,6 +116,7 @@ constexpr PictureState kStates[] = {
     {"playing", "a sound plays", kInstrument, 3.0, play},
     {"live", "LIVE is on, plucked notes come in", kStandalone, 3.0, goLive},
     {"armed", "Play waits for the host's next bar", kInstrument, 0.65, arm},
+    {"moved", "knobs are moved by an LFO, a controller and fingers", kInstrument, 2.0, moveKnobs},
     {"dialog", "an alert with a button that removes something", kInstrument, 1.0, warn},
     {"name", "an alert that asks for a name", kInstrument, 1.0, askForName},
     {"typing", "a value is being typed", kInstrument, 1.0, type},

@@ -76,6 +76,17 @@ public:
         moved.applyTransform(transform.translated(origin()));
         of_.cover(moved, stack->fillType.colour);
     }
+    void drawImage(const juce::Image& image, const juce::AffineTransform& transform) override {
+        LowLevelGraphicsSoftwareRenderer::drawImage(image, transform);
+        const auto at =
+            origin() + juce::Point(transform.getTranslationX(), transform.getTranslationY());
+        for (DrawnText& one : of_.toBePlaced_) {
+            if (one.visible != image.getBounds().toFloat()) continue;
+            for (auto* const box : {&one.box, &one.ink, &one.visible}) *box += at;
+            of_.texts_.push_back(std::move(one));
+        }
+        of_.toBePlaced_.clear();
+    }
     /// Of a field; what else writes comes through TextRecorder::write.
     void drawGlyph(int glyph, const juce::AffineTransform& transform) override {
         if (of_.letters_ == Letters::leftOut) return;
@@ -153,22 +164,27 @@ void TextRecorder::write(const juce::Graphics& graphics, const juce::AttributedS
     caught.setFont(attribute.font);
     draw(caught);
     auto* const context = dynamic_cast<Context*>(&graphics.getInternalContext());
-    const auto origin = context ? context->origin() : kept_.getPosition().toFloat();
+    const auto clip = graphics.getClipBounds();
+    const bool isKept = !context && clip.getWidth() == kept_.getWidth();
+    const auto origin = context  ? context->origin()
+                        : isKept ? kept_.getPosition().toFloat()
+                                 : juce::Point<float>();
     DrawnText one{.text = text.getText().toStdString(),
                   .box = box + origin,
                   .ink = catcher.ink + origin,
-                  .visible = context ? context->clip() : kept_.toFloat(),
+                  .visible = context ? context->clip() : (isKept ? kept_ : clip).toFloat(),
                   .colour = attribute.colour,
                   .isWhole = catcher.glyphs == glyphsOf(attribute.font, text.getText()),
                   .isSqueezed = catcher.scale < 0.99f * attribute.font.getHorizontalScale(),
-                  .isKept = context == nullptr};
+                  .isKept = isKept};
     const auto isSame = [&](const DrawnText& other) {
         return other.text == one.text && other.box == one.box;
     };
     if (context)
         texts_.push_back(std::move(one));
-    else if (graphics.getClipBounds().getWidth() == kept_.getWidth() &&
-             std::ranges::none_of(inPictures_, isSame)) // an area keeps several
+    else if (!isKept)
+        toBePlaced_.push_back(std::move(one));
+    else if (std::ranges::none_of(inPictures_, isSame)) // an area keeps several
         inPictures_.push_back(std::move(one));
     if (letters_ == Letters::leftOut) return;
     isWriting_ = true;

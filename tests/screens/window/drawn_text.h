@@ -60,6 +60,7 @@ private:
     Letters letters_ = Letters::written;
     juce::Rectangle<int> kept_;
     std::vector<DrawnText> texts_, inPictures_;
+    std::vector<DrawnText> toBePlaced_; // in a picture that is drawn next
     bool isWriting_ = false;
 };
 
