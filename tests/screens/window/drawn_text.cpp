@@ -128,7 +128,9 @@ juce::Image TextRecorder::draw(PictureWindow& window) {
                       juce::SoftwareImageType());
     texts_ = inPictures_; // they come before what is painted
     Context context(*this, image);
+    isDrawing_ = true;
     window.draw(context);
+    isDrawing_ = false;
     return image;
 }
 
@@ -184,8 +186,9 @@ void TextRecorder::write(const juce::Graphics& graphics, const juce::AttributedS
         texts_.push_back(std::move(one));
     else if (!isKept)
         toBePlaced_.push_back(std::move(one));
-    else if (std::ranges::none_of(inPictures_, isSame)) // an area keeps several
-        inPictures_.push_back(std::move(one));
+    else if (auto& kept = isDrawing_ ? texts_ : inPictures_;
+             std::ranges::none_of(kept, isSame)) // an area keeps several
+        kept.push_back(std::move(one));
     if (letters_ == Letters::leftOut) return;
     isWriting_ = true;
     draw(const_cast<juce::Graphics&>(graphics));

@@ -61,7 +61,7 @@ private:
     juce::Rectangle<int> kept_;
     std::vector<DrawnText> texts_, inPictures_;
     std::vector<DrawnText> toBePlaced_; // in a picture that is drawn next
-    bool isWriting_ = false;
+    bool isWriting_ = false, isDrawing_ = false;
 };
 
 } // namespace zephyra

@@ -48,7 +48,7 @@ const std::map<std::string_view, Expected> kExpected = {
     {"name", {{"Rename Bank", "OK", "Cancel"}, false, false}},
     {"typing", {{"Length", "85.0"}, true, true}},
     {"menu", {{"Bird Machines", "Pulse Garden"}, true, true}},
-    {"settings", {{}, {}, {}}},
+    {"settings", {{"Settings", "Zoom", "Fade in"}, {}, {}}},
     {"missing", {{"Lost Bells.wav", "missing", "Locate"}, false, false}},
 };
 
