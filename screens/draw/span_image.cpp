@@ -28,6 +28,25 @@ void lay(juce::PixelARGB& pixel, const juce::PixelARGB& colour, float share) {
         pixel.blend(colour, static_cast<juce::uint32>(share * 256.0f));
 }
 
+struct Columns {
+    const int *first, *last, *fill; // rows
+};
+
+// Without __restrict, columns would be read again after each pixel, and not many taken at once.
+void selectRow(std::uint32_t* __restrict to, const std::uint32_t* __restrict above,
+               const std::uint32_t* __restrict below, std::uint32_t trace, int y, int count,
+               const Columns& columns) {
+    const int* __restrict const first = columns.first;
+    const int* __restrict const last = columns.last;
+    const int* __restrict const fill = columns.fill;
+    for (int i = 0; i < count; ++i) {
+        const std::uint32_t isBelow = y >= fill[i] ? ~0u : 0u;
+        const std::uint32_t isTrace = y >= first[i] ? (y < last[i] ? ~0u : 0u) : 0u;
+        const std::uint32_t behind = (below[i] & isBelow) | (above[i] & ~isBelow);
+        to[i] = (trace & isTrace) | (behind & ~isTrace);
+    }
+}
+
 } // namespace
 
 void SpanImage::setSize(int width, int height) {
@@ -87,7 +106,7 @@ const std::vector<Box>& SpanImage::draw() {
         if (rows.first >= rows.last) continue;
         const int left = static_cast<int>(i) * kBlock, right = std::min(left + kBlock, width());
         drawBlock(left, right, rows);
-        for (int x = left; x < right; ++x) drawEnds(x, rows);
+        drawEnds(left, right, rows);
         dirty_.add({left, rows.first, right - left, rows.last - rows.first});
     }
     return dirty_.take();
@@ -112,31 +131,27 @@ void SpanImage::drawBlock(int left, int right, const Rows& rows) {
         return reinterpret_cast<std::uint32_t*>(of.getPixelPointer(left, y));
     };
     for (int y = rows.first; y < rows.last; ++y) {
-        const std::uint32_t* const above = pixels(ground, y);
-        const std::uint32_t* const below = pixels(filled, y);
-        std::uint32_t* const to = pixels(image, y);
-        for (int i = 0; i < count; ++i) {
-            const auto at = static_cast<std::size_t>(i);
-            const std::uint32_t behind = y >= fill[at] ? below[i] : above[i];
-            to[i] = (y >= first[at]) & (y < last[at]) ? trace : behind;
-        }
+        const Columns columns{first.data(), last.data(), fill.data()};
+        selectRow(pixels(image, y), pixels(ground, y), pixels(filled, y), trace, y, count, columns);
     }
 }
 
-/// The pixels of a column that are covered in part.
-void SpanImage::drawEnds(int x, const Rows& rows) {
+/// The pixels that are covered in part.
+void SpanImage::drawEnds(int left, int right, const Rows& rows) {
     const Bitmap ground(ground_, Bitmap::readOnly), filled(filled_, Bitmap::readOnly);
     const Bitmap image(image_, Bitmap::readWrite);
-    const Span& span = spans_[static_cast<std::size_t>(x)];
     const auto most = static_cast<float>(height());
-    for (const float end : {span.top, span.fill, span.bottom}) {
-        const int y = static_cast<int>(std::clamp(end, -1.0f, most));
-        if (y < rows.first || y >= rows.last) continue;
-        juce::PixelARGB& pixel = pixelAt(image, x, y);
-        const float below = covered(span.fill, most, y);
-        pixel = pixelAt(below >= 1.0f ? filled : ground, x, y);
-        if (below < 1.0f) lay(pixel, fill_, below);
-        lay(pixel, trace_, covered(span.top, span.bottom, y));
+    for (int x = left; x < right; ++x) {
+        const Span& span = spans_[static_cast<std::size_t>(x)];
+        for (const float end : {span.top, span.fill, span.bottom}) {
+            const int y = static_cast<int>(std::clamp(end, -1.0f, most));
+            if (y < rows.first || y >= rows.last) continue;
+            juce::PixelARGB& pixel = pixelAt(image, x, y);
+            const float below = covered(span.fill, most, y);
+            pixel = pixelAt(below >= 1.0f ? filled : ground, x, y);
+            if (below < 1.0f) lay(pixel, fill_, below);
+            lay(pixel, trace_, covered(span.top, span.bottom, y));
+        }
     }
 }
 

@@ -46,7 +46,7 @@ private:
     Rows whole(const Span& span) const;
     int row(float y) const;
     void drawBlock(int left, int right, const Rows& rows);
-    void drawEnds(int x, const Rows& rows);
+    void drawEnds(int left, int right, const Rows& rows);
 
     juce::Image ground_, filled_, image_;
     juce::PixelARGB trace_, fill_;

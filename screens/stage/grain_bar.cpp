@@ -18,11 +18,13 @@ constexpr double kHot = 5.0; // units behind the head that turn paler
 
 /// A box with round ends, row by row: what a row covers between left and right.
 template <typename Row>
-void forRows(double left, double right, double top, double bottom, const Row& row) {
+void forRows(const Box& clip, double left, double right, double top, double bottom,
+             const Row& row) {
     const double radius = std::min(bottom - top, right - left) / 2.0;
     const double middle = (top + bottom) / 2.0;
     const double straight = (bottom - top) / 2.0 - radius; // none but for tall, narrow ones
-    for (int y = static_cast<int>(std::floor(top)); y < bottom; ++y) {
+    const double end = std::min(bottom, 1.0 * clip.bottom());
+    for (int y = std::max(clip.y, static_cast<int>(std::floor(top))); y < end; ++y) {
         const double covered = std::min(y + 1.0, bottom) - std::max(1.0 * y, top);
         const double away = std::max(0.0, std::abs(y + 0.5 - middle) - straight);
         const double inset = radius - std::sqrt(std::max(0.0, radius * radius - away * away));
@@ -32,7 +34,7 @@ void forRows(double left, double right, double top, double bottom, const Row& ro
 
 void fill(const Pixels& pixels, double left, double right, double top, double bottom,
           const Tint& tint, double alpha) {
-    forRows(left, right, top, bottom, [&](int y, double from, double to, double covered) {
+    forRows(pixels.clip(), left, right, top, bottom, [&](int y, double from, double to, double covered) {
         pixels.mixSpan(y, from, to, tint, static_cast<int>(alpha * covered * 256.0));
     });
 }
@@ -59,7 +61,7 @@ void drawHalo(const Pixels& pixels, const StageScene& scene, const GrainBar& bar
     for (const double share : {1.0, 0.66, 0.33}) {
         const double more = scene.units(kHalo * share);
         const double left = std::max(bar.left, bar.head - scene.units(kHaloBehind * share)) - more;
-        forRows(left, bar.head + more, top - more, bottom + more,
+        forRows(pixels.clip(), left, bar.head + more, top - more, bottom + more,
                 [&](int y, double from, double to, double covered) {
                     const int here = static_cast<int>(alpha * covered);
                     const double inner = std::max(from, bar.left + round);
@@ -199,7 +201,7 @@ void drawBar(const Pixels& pixels, const StageScene& scene, const ShownGrain& gr
     const double rim = scene.units(kOutline);
     fill(pixels, bar.left - rim, bar.right + rim, top - rim, bottom + rim, ink, 0.85);
     const Tint ahead = Tint(palette::kGround).towards(tint, 110);
-    forRows(bar.left, bar.right, top, bottom, [&](int y, double from, double to, double covered) {
+    forRows(pixels.clip(), bar.left, bar.right, top, bottom, [&](int y, double from, double to, double covered) {
         const double ear = earShare(grain, y + 0.5 < bar.axis), whole = covered * 256.0;
         pixels.mixSpan(y, from, to, ahead, static_cast<int>(whole * (0.5 + 0.5 * ear)));
         drawRead(pixels, scene, bar, y, {from, std::min(to, bar.head)}, tint,
@@ -208,7 +210,7 @@ void drawBar(const Pixels& pixels, const StageScene& scene, const ShownGrain& gr
     // The head, always to be seen: white-hot as far as the envelope is open.
     const double wide = scene.units(1.75), inside = scene.units(1.25);
     const double head = std::clamp(bar.head, bar.left + wide + inside, bar.right - wide - inside);
-    forRows(head - wide, head + wide, top + inside, bottom - inside,
+    forRows(pixels.clip(), head - wide, head + wide, top + inside, bottom - inside,
             [&](int y, double from, double to, double covered) {
                 pixels.mixSpan(y, from, to, tint.towards(white, 215),
                                static_cast<int>(256.0 * covered * (0.5 + 0.5 * envelope)));

@@ -86,6 +86,22 @@ Ruler::Flag Ruler::flagOf(const StageScene& scene) {
     return flag;
 }
 
+std::vector<Ruler::Tail> Ruler::tailOf(const StageScene& scene) {
+    std::vector<Tail> tail;
+    const double reach = scene.units(kTailUnits);
+    for (std::size_t i = 0; i < scene.trail.size(); ++i) {
+        const ScanTrail::Step step = scene.trail[i];
+        const double a = scene.x(step.from), b = scene.x(step.to);
+        const double away = std::abs((a + b) / 2.0 - scene.x(scene.contents.scan));
+        if (away >= reach) continue;
+        const int x = static_cast<int>(std::min(a, b));
+        tail.push_back({x, static_cast<int>(std::max(a, b)) - x,
+                        static_cast<float>(1.0 - away / reach)});
+    }
+    return tail;
+}
+
+/// Letters are dear: the flag and its tail follow more slowly.
 juce::Rectangle<int> Ruler::follow(const StageScene& scene) {
     const StageContents& of = scene.contents;
     const Shown now{.view = scene.view,
@@ -95,7 +111,9 @@ juce::Rectangle<int> Ruler::follow(const StageScene& scene) {
                     .isLive = of.isWriting,
                     .isSynced = of.isSynced,
                     .strip = box(scene)};
+    if (now == shown_ && !scene.flagTick.isNow()) return {};
     const Flag flag = flagOf(scene);
+    tail_ = tailOf(scene);
     juce::Rectangle<int> changed;
     if (!(now == shown_)) changed = brush::rectangle(now.strip);
     const bool fades = scene.trail.size() > 0 && !scene.reducedMotion;
@@ -163,15 +181,9 @@ void Ruler::paintRegion(juce::Graphics& graphics, const StageScene& scene) const
     const int right = static_cast<int>(std::clamp(two, 0.0, 1.0 * strip.width));
     graphics.setColour(brush::colour(palette::kArc));
     graphics.fillRect(left, strip.y, right - left, thick);
-    const double reach = scene.units(kTailUnits);
-    for (std::size_t i = 0; i < scene.trail.size(); ++i) {
-        const ScanTrail::Step step = scene.trail[i];
-        const double a = scene.x(step.from), b = scene.x(step.to);
-        const double away = std::abs((a + b) / 2.0 - scene.x(of.scan));
-        if (away >= reach) continue;
-        const int x = static_cast<int>(std::min(a, b));
-        graphics.setColour(brush::colour(palette::kAccent, static_cast<float>(1.0 - away / reach)));
-        graphics.fillRect(x, strip.y, static_cast<int>(std::max(a, b)) - x, thick);
+    for (const Tail& part : tail_) {
+        graphics.setColour(brush::colour(palette::kAccent, part.light));
+        graphics.fillRect(part.x, strip.y, part.width, thick);
     }
     const juce::Font small = font(scene);
     graphics.setFont(small);

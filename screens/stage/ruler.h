@@ -40,6 +40,12 @@ private:
         bool isAccent = true;
         bool operator==(const Flag&) const = default;
     };
+    /// A part of the trail on the region's bar.
+    struct Tail {
+        int x, width;
+        float light; ///< 0..1
+    };
+    static std::vector<Tail> tailOf(const StageScene& scene);
     static Flag flagOf(const StageScene& scene);
     void paintScale(juce::Graphics& graphics, const StageScene& scene) const;
     void paintRegion(juce::Graphics& graphics, const StageScene& scene) const;
@@ -47,6 +53,7 @@ private:
 
     Shown shown_;
     Flag flag_;
+    std::vector<Tail> tail_;
 };
 
 } // namespace zephyra

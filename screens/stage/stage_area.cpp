@@ -43,6 +43,7 @@ void StageArea::takeContents(const FrameTime& time) {
     scene_.contents = reader_.contents();
     scene_.reducedMotion = context().settings.reducedMotion;
     scene_.slow.advance(time.elapsed);
+    scene_.flagTick.advance(time.elapsed);
     const StageContents& of = scene_.contents;
     double wanted = std::abs(of.pitch) + of.rndPitch / 2.0;
     for (const ShownGrain& grain : reader_.grains().sounding())

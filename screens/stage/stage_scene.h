@@ -2,10 +2,10 @@
 #pragma once
 
 #include "screens/model/screen_layout.h"
+#include "screens/model/slow_tick.h"
 #include "screens/model/stage/hold_mark.h"
 #include "screens/model/stage/pitch_axis.h"
 #include "screens/model/stage/scan_trail.h"
-#include "screens/model/stage/slow_tick.h"
 #include "screens/model/stage/stage_contents.h"
 #include "screens/model/stage/stage_view.h"
 
@@ -19,7 +19,8 @@ struct StageScene {
     PitchAxis axis{};
     ScanTrail trail{};
     HoldMark hold{};
-    SlowTick slow{}; ///< of what glows
+    SlowTick slow{};               ///< of what glows
+    SlowTick flagTick{1.0 / 30.0}; ///< of the scan's flag, which is text
     bool reducedMotion = false;
 
     int width() const { return layout.stage.width; }

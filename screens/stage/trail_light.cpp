@@ -18,25 +18,24 @@ double shownAge(const StageScene& scene, const ScanTrail::Step& step) {
     return std::max(0.0, step.age - scene.slow.since());
 }
 
-struct Lights {
-    const std::int16_t *white, *red, *redTint, *top, *bottom;
-};
-
 // Bytes alias everything, and only without that many are lit at once.
-void lightRow(std::uint8_t* __restrict row, std::size_t count, std::int16_t y,
-              const Lights& lights) {
-    const std::int16_t* __restrict const white = lights.white;
-    const std::int16_t* __restrict const red = lights.red;
-    const std::int16_t* __restrict const tint = lights.redTint;
-    const std::int16_t* __restrict const top = lights.top;
-    const std::int16_t* __restrict const bottom = lights.bottom;
+void redden(std::uint8_t* __restrict row, std::size_t count, const std::int16_t* __restrict red,
+            const std::int16_t* __restrict tint) {
     for (std::size_t i = 0; i < count; ++i) {
         const auto from = static_cast<std::int16_t>(row[i]);
         const auto more = static_cast<std::int16_t>((tint[i] - from) * red[i]);
-        const auto lit = static_cast<std::int16_t>(from + (more >> 8));
+        row[i] = static_cast<std::uint8_t>(from + (more >> 8));
+    }
+}
+
+void whiten(std::uint8_t* __restrict row, std::size_t count, std::int16_t y,
+            const std::int16_t* __restrict white, const std::int16_t* __restrict top,
+            const std::int16_t* __restrict bottom) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto from = static_cast<std::int16_t>(row[i]);
         const auto isOn = static_cast<std::int16_t>((y >= top[i]) & (y < bottom[i]));
-        const auto whiter = static_cast<std::int16_t>((kWhite - lit) * white[i] * isOn);
-        row[i] = static_cast<std::uint8_t>(lit + (whiter >> 8));
+        const auto more = static_cast<std::int16_t>((kWhite - from) * white[i] * isOn);
+        row[i] = static_cast<std::uint8_t>(from + (more >> 8));
     }
 }
 
@@ -63,8 +62,10 @@ void TrailLight::place(const StageScene& scene, std::span<const WaveExtent> exte
         for (std::size_t i = 0; i < bytes; ++i)
             redTint_[i] = static_cast<std::int16_t>(red >> 8 * (i % kBytes) & 0xff);
     }
-    left_ = static_cast<int>(extents.size());
-    right_ = 0;
+    left_ = redLeft_ = static_cast<int>(extents.size());
+    right_ = redRight_ = 0;
+    whiteTop_ = scene.height();
+    whiteBottom_ = 0;
     for (std::size_t i = 0; i < scene.trail.size(); ++i) {
         const ScanTrail::Step step = scene.trail[i];
         const double a = scene.x(step.from), b = scene.x(step.to);
@@ -85,6 +86,12 @@ void TrailLight::place(const StageScene& scene, std::span<const WaveExtent> exte
         }
         left_ = std::min(left_, left);
         right_ = std::max(right_, right);
+        whiteTop_ = std::min(whiteTop_, static_cast<int>(top));
+        whiteBottom_ = std::max(whiteBottom_, static_cast<int>(bottom) + 1);
+        if (red > 0) {
+            redLeft_ = std::min(redLeft_, left);
+            redRight_ = std::max(redRight_, right);
+        }
         Box box{left - 1, 0, right - left + 2, scene.height()};
         if (red == 0) {
             box.y = static_cast<int>(top);
@@ -96,14 +103,24 @@ void TrailLight::place(const StageScene& scene, std::span<const WaveExtent> exte
 
 void TrailLight::draw(const Pixels& pixels) const {
     const Box& clip = pixels.clip();
-    const int left = std::max(clip.x, left_), right = std::min(clip.right(), right_);
-    if (left >= right) return;
-    const std::size_t first = kBytes * static_cast<std::size_t>(left);
-    const std::size_t count = kBytes * static_cast<std::size_t>(right - left);
-    for (int y = clip.y; y < clip.bottom(); ++y)
-        lightRow(reinterpret_cast<std::uint8_t*>(pixels.row(y) + left), count,
-                 static_cast<std::int16_t>(y),
-                 {&white_[first], &red_[first], &redTint_[first], &top_[first], &bottom_[first]});
+    const auto forRows = [&](int left, int right, int top, int bottom, const auto& row) {
+        left = std::max(clip.x, left);
+        right = std::min(clip.right(), right);
+        if (left >= right) return;
+        const std::size_t first = kBytes * static_cast<std::size_t>(left);
+        const std::size_t count = kBytes * static_cast<std::size_t>(right - left);
+        for (int y = std::max(clip.y, top); y < std::min(clip.bottom(), bottom); ++y)
+            row(reinterpret_cast<std::uint8_t*>(pixels.row(y) + left), first, count, y);
+    };
+    forRows(redLeft_, redRight_, clip.y, clip.bottom(),
+            [&](std::uint8_t* row, std::size_t first, std::size_t count, int) {
+                redden(row, count, &red_[first], &redTint_[first]);
+            });
+    forRows(left_, right_, whiteTop_, whiteBottom_,
+            [&](std::uint8_t* row, std::size_t first, std::size_t count, int y) {
+                whiten(row, count, static_cast<std::int16_t>(y), &white_[first], &top_[first],
+                       &bottom_[first]);
+            });
 }
 
 } // namespace zephyra

@@ -26,7 +26,8 @@ private:
 
     // Four of each a column, as the bytes of its pixels stand.
     std::vector<std::int16_t> white_, red_, redTint_, top_, bottom_;
-    int left_ = 0, right_ = 0;
+    int left_ = 0, right_ = 0, redLeft_ = 0, redRight_ = 0; // columns
+    int whiteTop_ = 0, whiteBottom_ = 0;                    // rows
 };
 
 } // namespace zephyra

@@ -25,16 +25,16 @@ void StripArea::layOut(const ScreenLayout& layout) {
     scope_.layOut(layout, inside(layout.scope));
 }
 
-/// Each moves in every second frame: thirty pictures of a trace a second are enough to the eye, and
-/// both are painted whole.
+/// Each moves in every third frame, and not in the same: twenty pictures of a trace a second are
+/// enough to the eye, and nearly all of it changes each time.
 void StripArea::frame(const FrameTime& time) {
-    isScopesTurn_ = !isScopesTurn_;
-    const FrameTime both{.now = time.now,
-                         .elapsed = time.elapsed + std::exchange(before_, time.elapsed)};
-    if (isScopesTurn_)
-        scope_.frame(both);
-    else
-        spectrum_.frame(both);
+    turn_ = (turn_ + 1) % kTurns;
+    spectrumsTime_ += time.elapsed;
+    scopesTime_ += time.elapsed;
+    if (turn_ == 0)
+        scope_.frame({.now = time.now, .elapsed = std::exchange(scopesTime_, 0.0)});
+    else if (turn_ == 1)
+        spectrum_.frame({.now = time.now, .elapsed = std::exchange(spectrumsTime_, 0.0)});
 }
 
 } // namespace zephyra

@@ -18,8 +18,10 @@ public:
 private:
     SpectrumView spectrum_;
     ScopeView scope_;
-    bool isScopesTurn_ = false;
-    double before_ = 0.0; // seconds that the frame before took
+    static constexpr int kTurns = 3;
+
+    int turn_ = 0;
+    double spectrumsTime_ = 0.0, scopesTime_ = 0.0; // seconds since its turn
 };
 
 } // namespace zephyra

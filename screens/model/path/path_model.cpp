@@ -29,6 +29,8 @@ void PathModel::read(AudioUnitViewController& view, const FrameTime& time) {
 }
 
 void PathModel::readVoices(AudioUnitViewController& view, const FrameTime& time) {
+    voicesTick_.advance(time.elapsed);
+    if (!voicesTick_.isNow()) return;
     std::array<SoundingVoice, kVoices> voices;
     if (sounding_) {
         const std::size_t count = sounding_->sounding(voices);

@@ -5,6 +5,7 @@
 #include "screens/model/path/path_table.h"
 #include "screens/model/path/voices_face.h"
 #include "screens/model/screen_source.h"
+#include "screens/model/slow_tick.h"
 
 #include <array>
 #include <string>
@@ -49,6 +50,7 @@ private:
     std::array<bool, kControlCount> isOn_{};
     std::size_t envelope_ = 0;
     VoiceDots voices_;
+    SlowTick voicesTick_;
     KeepFace keep_;
     std::uint64_t sounded_ = 0, rendered_ = 0; // of the engine, as last read
     double mean_ = 0.0;                        // grains that sounded since the read before

@@ -3,15 +3,17 @@
 
 namespace zephyra {
 
-/// Twenty times a second at most: a light needs no more to the eye, and it covers much. Message
-/// thread.
+/// Twenty times a second unless told otherwise: a light needs no more to the eye, and it covers
+/// much. Message thread.
 class SlowTick {
 public:
     static constexpr double kSeconds = 1.0 / 20.0;
 
+    explicit SlowTick(double seconds = kSeconds) : seconds_(seconds), since_(seconds) {}
+
     void advance(double elapsed) {
         since_ += elapsed;
-        isNow_ = since_ >= kSeconds * kEarly;
+        isNow_ = since_ >= seconds_ * kEarly;
         if (isNow_) since_ = 0.0;
     }
     /// Whether the frame is one at which they are drawn.
@@ -21,7 +23,7 @@ public:
 private:
     static constexpr double kEarly = 0.9; // frames come unevenly
 
-    double since_ = kSeconds;
+    double seconds_, since_;
     bool isNow_ = true;
 };
 
