@@ -34,9 +34,10 @@ void forRows(const Box& clip, double left, double right, double top, double bott
 
 void fill(const Pixels& pixels, double left, double right, double top, double bottom,
           const Tint& tint, double alpha) {
-    forRows(pixels.clip(), left, right, top, bottom, [&](int y, double from, double to, double covered) {
-        pixels.mixSpan(y, from, to, tint, static_cast<int>(alpha * covered * 256.0));
-    });
+    forRows(pixels.clip(), left, right, top, bottom,
+            [&](int y, double from, double to, double covered) {
+                pixels.mixSpan(y, from, to, tint, static_cast<int>(alpha * covered * 256.0));
+            });
 }
 
 Tint tintOf(const ShownGrain& grain) {
@@ -201,12 +202,13 @@ void drawBar(const Pixels& pixels, const StageScene& scene, const ShownGrain& gr
     const double rim = scene.units(kOutline);
     fill(pixels, bar.left - rim, bar.right + rim, top - rim, bottom + rim, ink, 0.85);
     const Tint ahead = Tint(palette::kGround).towards(tint, 110);
-    forRows(pixels.clip(), bar.left, bar.right, top, bottom, [&](int y, double from, double to, double covered) {
-        const double ear = earShare(grain, y + 0.5 < bar.axis), whole = covered * 256.0;
-        pixels.mixSpan(y, from, to, ahead, static_cast<int>(whole * (0.5 + 0.5 * ear)));
-        drawRead(pixels, scene, bar, y, {from, std::min(to, bar.head)}, tint,
-                 whole * ear * (0.5 + 0.5 * bar.glowEnvelope));
-    });
+    forRows(pixels.clip(), bar.left, bar.right, top, bottom,
+            [&](int y, double from, double to, double covered) {
+                const double ear = earShare(grain, y + 0.5 < bar.axis), whole = covered * 256.0;
+                pixels.mixSpan(y, from, to, ahead, static_cast<int>(whole * (0.5 + 0.5 * ear)));
+                drawRead(pixels, scene, bar, y, {from, std::min(to, bar.head)}, tint,
+                         whole * ear * (0.5 + 0.5 * bar.glowEnvelope));
+            });
     // The head, always to be seen: white-hot as far as the envelope is open.
     const double wide = scene.units(1.75), inside = scene.units(1.25);
     const double head = std::clamp(bar.head, bar.left + wide + inside, bar.right - wide - inside);

@@ -95,8 +95,8 @@ std::vector<Ruler::Tail> Ruler::tailOf(const StageScene& scene) {
         const double away = std::abs((a + b) / 2.0 - scene.x(scene.contents.scan));
         if (away >= reach) continue;
         const int x = static_cast<int>(std::min(a, b));
-        tail.push_back({x, static_cast<int>(std::max(a, b)) - x,
-                        static_cast<float>(1.0 - away / reach)});
+        tail.push_back(
+            {x, static_cast<int>(std::max(a, b)) - x, static_cast<float>(1.0 - away / reach)});
     }
     return tail;
 }
