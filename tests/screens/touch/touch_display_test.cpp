@@ -180,7 +180,7 @@ TEST_F(OnATouchScreen, OpeningsLeaveNoConnectionBehind) {
         return std::distance(begin(all), end(all));
     };
     const auto before = files();
-    for (int i = 0; i < 30; ++i) {
+    for (int i = 0; i < 10; ++i) {
         screen.reset();
         open();
     }
