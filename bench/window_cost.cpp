@@ -1,6 +1,6 @@
 // window_cost WIDTHxHEIGHT [SECONDS]: the whole window on the display in DISPLAY while a stream
 // plays 24 grains in real time, and while nothing does: paints a second, and what the thread of the
-// window takes of a core.
+// window takes of a core, each with what it must be.
 #include "bench/thread_time.h"
 #include "screens/zephyra_screen.h"
 
@@ -18,6 +18,20 @@ namespace {
 constexpr double kRate = 48000.0;
 constexpr std::uint32_t kBlock = 480;
 constexpr double kSettles = 2.0; // seconds
+
+/// Percent of a core; limits are those of the largest window that is no larger.
+struct Goal {
+    int width, height;
+    double must, should;
+};
+constexpr Goal kPlaying[] = {{3840, 2160, 15.0, 8.0}, {0, 0, 5.0, 4.0}};
+constexpr double kLeastPaints = 58.0, kStopped = 1.0;
+
+Goal playingGoal(int width, int height) {
+    for (const Goal& goal : kPlaying)
+        if (width >= goal.width && height >= goal.height) return goal;
+    return kPlaying[1];
+}
 
 /// Blocks in real time, as a host's thread asks for them.
 class Playing {
@@ -57,21 +71,22 @@ struct Later final : juce::Timer {
     std::function<void()> action_;
 };
 
-/// From a moment on, for so many seconds; then tells, and calls next.
+struct Found {
+    double paints, percent; ///< a second; of a core
+};
+
+/// From a moment on, for so many seconds; then tells.
 class Measure {
 public:
-    Measure(const char* what, ZephyraScreen& screen, double from, double seconds,
-            std::function<void()> next)
+    Measure(ZephyraScreen& screen, double from, double seconds, std::function<void(Found)> tell)
         : begins_(from,
                   [this, &screen] {
                       begin_ = threadNanoseconds();
                       paints_ = screen.paints();
                   }),
-          ends_(from + seconds, [this, what, &screen, seconds, next] {
-              std::printf("%s: %.1f paints a second, %.1f %% of a core\n", what,
-                          static_cast<double>(screen.paints() - paints_) / seconds,
-                          (threadNanoseconds() - begin_) / seconds * 1e-7);
-              next();
+          ends_(from + seconds, [this, &screen, seconds, tell] {
+              tell({static_cast<double>(screen.paints() - paints_) / seconds,
+                    (threadNanoseconds() - begin_) / seconds * 1e-7});
           }) {}
 
 private:
@@ -103,13 +118,24 @@ int run(int width, int height, double seconds) {
     window.setContentOwned(screen, true);
     window.setTopLeftPosition(0, 0);
     window.setVisible(true);
-    const Measure stopped("stopped", *screen, kSettles, seconds, [&plugin] {
+    bool isMet = true;
+    const Measure stopped(*screen, kSettles, seconds, [&](Found found) {
+        std::printf("stopped: %.1f paints a second (must be 0), %.1f %% of a core (must be under "
+                    "%.0f)\n",
+                    found.paints, found.percent, kStopped);
+        isMet = found.paints == 0.0 && found.percent < kStopped;
         plugin.setParameter(static_cast<AUParameterAddress>(ControlId::playStop), 1.0f);
     });
-    const Measure played("playing", *screen, 2.0 * kSettles + seconds, seconds,
-                         [] { juce::MessageManager::getInstance()->stopDispatchLoop(); });
+    const Goal goal = playingGoal(width, height);
+    const Measure played(*screen, 2.0 * kSettles + seconds, seconds, [&](Found found) {
+        std::printf("playing: %.1f paints a second (must be %.0f), %.1f %% of a core (must be "
+                    "under %.0f, should be %.0f)\n",
+                    found.paints, kLeastPaints, found.percent, goal.must, goal.should);
+        isMet = isMet && found.paints >= kLeastPaints && found.percent < goal.must;
+        juce::MessageManager::getInstance()->stopDispatchLoop();
+    });
     juce::MessageManager::getInstance()->runDispatchLoop();
-    return 0;
+    return isMet ? 0 : 1;
 }
 
 } // namespace

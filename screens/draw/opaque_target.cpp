@@ -1,6 +1,11 @@
 #include "screens/draw/opaque_target.h"
 
+#include <cstdint>
 #include <cstring>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
 
 namespace zephyra {
 
@@ -16,6 +21,19 @@ struct Renderer : juce::LowLevelGraphicsSoftwareRenderer {
         return *(renderer.*(&Renderer::stack));
     }
 };
+
+/// Each row of a wide picture lies on a page of its own, and looking up so many takes longer than
+/// copying a small box.
+void askForLargePages([[maybe_unused]] juce::Image& image) {
+#if defined(__linux__)
+    const Bitmap data(image, Bitmap::readWrite);
+    constexpr std::uintptr_t page = 1u << 21;
+    const auto begin = reinterpret_cast<std::uintptr_t>(data.data);
+    const std::uintptr_t first = (begin + page - 1) & ~(page - 1);
+    const std::uintptr_t last = (begin + data.size) & ~(page - 1);
+    if (first < last) madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
+#endif
+}
 
 } // namespace
 
@@ -49,8 +67,10 @@ void copyOpaque(juce::Graphics& graphics, const juce::Image& picture) {
 }
 
 juce::Image opaqueImage(int width, int height) {
-    return juce::Image(juce::Image::ARGB, juce::jmax(1, width), juce::jmax(1, height), false,
-                       juce::SoftwareImageType());
+    juce::Image image(juce::Image::ARGB, juce::jmax(1, width), juce::jmax(1, height), false,
+                      juce::SoftwareImageType());
+    askForLargePages(image);
+    return image;
 }
 
 } // namespace zephyra
