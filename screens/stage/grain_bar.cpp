@@ -53,12 +53,13 @@ double earShare(const ShownGrain& grain, bool isLeft) {
     return 0.35 + 0.65 * double{isLeft ? grain.left : grain.right} / loudest(grain);
 }
 
-/// Flat boxes around the head; what the bar covers anyway is left out.
+/// Flat boxes around the head, one in another; what the bar covers anyway is left out.
 void drawHalo(const Pixels& pixels, const StageScene& scene, const GrainBar& bar, const Tint& tint,
               double light) {
     const double top = bar.axis - bar.above, bottom = bar.axis + bar.below;
     const double round = (bottom - top) / 2.0;
     const int alpha = static_cast<int>(light * 256.0);
+    if (alpha <= 0) return;
     for (const double share : {1.0, 0.66, 0.33}) {
         const double more = scene.units(kHalo * share);
         const double left = std::max(bar.left, bar.head - scene.units(kHaloBehind * share)) - more;
@@ -99,6 +100,10 @@ void drawRead(const Pixels& pixels, const StageScene& scene, const GrainBar& bar
         Pixels::mix(row[x],
                     x < hot ? colour : tint.towards(white, kPaler * (x - hot) / hotWide).pixel(),
                     std::clamp(alpha, 0, end) >> 16);
+}
+
+bool meet(const Box& a, const Box& b) {
+    return a.x < b.right() && b.x < a.right() && a.y < b.bottom() && b.y < a.bottom();
 }
 
 Box boxAround(double left, double right, double top, double bottom) {
@@ -198,7 +203,8 @@ void drawBar(const Pixels& pixels, const StageScene& scene, const ShownGrain& gr
     const Tint tint = tintOf(grain), ink(palette::kInk), white(255, 255, 255);
     const double envelope = double{grain.envelope};
     const double top = bar.axis - bar.above, bottom = bar.axis + bar.below;
-    if (!scene.reducedMotion) drawHalo(pixels, scene, bar, tint, kHaloLight * envelope);
+    if (!scene.reducedMotion && meet(bar.headBox, pixels.clip()))
+        drawHalo(pixels, scene, bar, tint, kHaloLight * envelope);
     const double rim = scene.units(kOutline);
     fill(pixels, bar.left - rim, bar.right + rim, top - rim, bottom + rim, ink, 0.85);
     const Tint ahead = Tint(palette::kGround).towards(tint, 110);

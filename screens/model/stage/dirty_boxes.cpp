@@ -9,6 +9,8 @@ namespace zephyra {
 namespace {
 
 constexpr std::size_t kReserved = 64;
+constexpr long kWorth = 4000, kWideWorth = 1500; // measured: pixels of a wide area lie far apart
+constexpr long kWideArea = 2'000'000;
 
 long areaOf(const Box& box) {
     return static_cast<long>(box.width) * box.height;
@@ -34,6 +36,7 @@ DirtyBoxes::DirtyBoxes() {
 void DirtyBoxes::setArea(int width, int height) {
     width_ = width;
     height_ = height;
+    worth_ = long{width} * height < kWideArea ? kWorth : kWideWorth;
     boxes_.clear();
 }
 
@@ -47,7 +50,7 @@ void DirtyBoxes::add(const Box& box) {
             std::min_element(boxes_.begin(), boxes_.end(), [&](const Box& a, const Box& b) {
                 return costOf(a, all) < costOf(b, all);
             });
-        if (costOf(*nearest, all) > kWorth) break;
+        if (costOf(*nearest, all) > worth_) break;
         all = around(*nearest, all);
         *nearest = boxes_.back();
         boxes_.pop_back();

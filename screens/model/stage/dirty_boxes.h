@@ -12,8 +12,7 @@ namespace zephyra {
 /// ones beat many exact ones. Nothing is allocated once it has its size. Message thread.
 class DirtyBoxes {
 public:
-    static constexpr std::size_t kMost = 24;
-    static constexpr long kWorth = 4000; ///< pixels that painting costs as much as one rectangle
+    static constexpr std::size_t kMost = 40;
 
     DirtyBoxes();
 
@@ -30,6 +29,7 @@ private:
     void mergeCheapest();
 
     int width_ = 0, height_ = 0;
+    long worth_ = 0; // pixels that cost as much as one rectangle
     std::vector<Box> boxes_, taken_;
 };
 
