@@ -13,6 +13,8 @@
 
 namespace zephyra {
 
+class KnobHand;
+
 /// What a player chooses of windows; remembered beyond the instance. Plain data.
 struct ScreenSettings {
     double zoom = 1.0; ///< ScreenLayout::kLeastZoom..kMostZoom
@@ -51,8 +53,8 @@ struct ScreenContext {
     /// count as the outermost. Not inside ScreenSource::asMain.
     std::function<void(const std::string& name)> beginEdit = {};
     std::function<void()> endEdit = {};
-    /// Ends an edit by steps of a wheel or key that waits for more of them; before an undo.
-    std::function<void()> finishSteps = {};
+    /// All that there are, each with its own edit by steps that may wait for more of them.
+    std::vector<KnobHand*> hands = {};
     /// settings changed: remembers them, lays out and paints anew.
     std::function<void()> settingsChanged = {};
     /// Asks for a sound file or bank and loads it; for the file of a missing sample.

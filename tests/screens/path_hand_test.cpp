@@ -129,7 +129,8 @@ TEST_F(Hands, StepWithWheelAndKeysAsOneGesture) {
     EXPECT_EQ(heard(), "]9");
     EXPECT_EQ(edits, "(Pitch)");
     // An undo does not wait for more of them, and leaves a drag alone.
-    plugin.render(110); // more than a second
+    { const KnobHand sheets(context); } // came and went
+    plugin.render(110);                 // more than a second
     hand.turn(pitch, 1, Fineness::coarse, 1.8);
     undo(context);
     EXPECT_FLOAT_EQ(displayed(pitch), 2.9f);

@@ -47,11 +47,11 @@ double notchOf(const ControlRange& range, const MOK_KNOB& knob) {
 } // namespace
 
 KnobHand::KnobHand(ScreenContext& context) : context_(context) {
-    context_.finishSteps = [this] { endSteps(); };
+    context_.hands.push_back(this);
 }
 
 KnobHand::~KnobHand() {
-    context_.finishSteps = {};
+    std::erase(context_.hands, this);
     while (!held_.empty()) cancel(held_.begin()->first);
     endSteps();
 }

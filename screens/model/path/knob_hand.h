@@ -53,6 +53,8 @@ public:
     void turnToEnd(ControlId id, bool maximum, double now);
     /// Ends a gesture of steps after a moment without one. now: on the clock of turn().
     void frame(double now);
+    /// Ends it now, if there is one; before an undo.
+    void endSteps();
 
     // --- At once ---
 
@@ -94,7 +96,6 @@ private:
     void beginEdit(const std::string& name);
     void endEdit();
     void beginSteps(ControlId id, double now);
-    void endSteps();
     void finish(TouchId pointer, bool cancelled);
     template <typename Change>
     void gesture(ControlId id, const std::string& name, Change&& change);

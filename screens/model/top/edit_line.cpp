@@ -1,6 +1,7 @@
 #include "screens/model/top/edit_line.h"
 
 #include "screens/model/help_texts.h"
+#include "screens/model/path/knob_hand.h"
 
 namespace zephyra {
 
@@ -9,7 +10,7 @@ namespace {
 constexpr int kAmounts[] = {5, 10, 25, 50, 100}; // percent
 
 void finishSteps(ScreenContext& context) {
-    if (context.finishSteps) context.finishSteps();
+    for (KnobHand* const hand : context.hands) hand->endSteps();
 }
 
 } // namespace
