@@ -66,7 +66,7 @@ struct PaintedStage : testing::Test {
         frames(30);
     }
     juce::Image picture() {
-        juce::Image image(juce::Image::RGB, area.getWidth(), area.getHeight(), true,
+        juce::Image image(juce::Image::ARGB, area.getWidth(), area.getHeight(), true,
                           juce::SoftwareImageType());
         juce::Graphics graphics(image);
         area.paintEntireComponent(graphics, true);
