@@ -5,6 +5,8 @@
 #include "tests/library/bank_fixture.h"
 #include "tests/support/heard_instance.h"
 
+#include <atomic>
+
 namespace zephyra {
 namespace {
 
@@ -519,7 +521,7 @@ TEST(PacedPresets, ShowABankThatOthersWriteWithoutPause) {
     ASSERT_TRUE(writeBank(folders.file("a"), {{"0 - x", named("A0")}}));
     const Bank others[] = {{{"0 - x", named("Other")}, {"1 - x", named("A1")}},
                            {{"0 - x", named("Longer")}}};
-    int written = 0;
+    std::atomic<int> written = 0; // by a worker
     const GateScope gate([&](FileCall call, const fs::path& path) {
         if (call == FileCall::close && path == folders.file("a") && written < 8) {
             const auto bytes = writePropertyList(PropertyDictionary(others[written++ % 2]));
