@@ -106,6 +106,7 @@ TEST_F(Stage, HandlesMoveTheRegionAsOneEdit) {
 
 TEST_F(Stage, ShowsTheStreamsGrainsAndScan) {
     StageReader reader(source);
+    { const StageReader another(source); } // of a window that opened and closed
     plugin.set(ControlId::playStop, 1.0f);
     source.asMain([&](AudioUnitViewController&) {
         stream.setDisplayed(ControlId::length, 500.0f);

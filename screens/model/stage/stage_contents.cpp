@@ -33,8 +33,7 @@ StageReader::StageReader(ScreenSource& source) : source_(source) {
 
 StageReader::~StageReader() {
     source_.remove(*this);
-    source_.asMain(
-        [](AudioUnitViewController& view) { view._GRANULATOR_STREAM.engine().setTrace(nullptr); });
+    source_.asMain([this](AudioUnitViewController&) { started_.reset(); });
 }
 
 void StageReader::read(AudioUnitViewController& view, const FrameTime& time) {
