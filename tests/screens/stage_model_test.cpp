@@ -247,7 +247,9 @@ TEST(RulerScale, MarksRoundTimes) {
     };
     for (const Row& row :
          {Row{6.4, 0.01, "6.40 s"}, Row{-1.2, 0.01, "\u22121.20 s"}, Row{66.4, 0.01, "1:06.4"},
-          Row{0.12345, 0.0001, "0.1235 s"}, Row{0.0, 1.0, "0.00 s"}})
+          Row{0.12345, 0.0001, "0.1235 s"}, Row{0.0, 1.0, "0.00 s"}, Row{59.994, 0.01, "59.99 s"},
+          Row{59.996, 0.01, "1:00.0"}, Row{-119.98, 0.01, "\u22122:00.0"},
+          Row{-1e-4, 0.01, "0.00 s"}})
         EXPECT_EQ(timeText(row.seconds, row.step), row.text);
 }
 

@@ -37,26 +37,18 @@ void append(std::string& text, std::int64_t value, int digits) {
     text.append(plain);
 }
 
-void append(std::string& text, double value, int decimals, int digits) {
+// Rounded before it is split, so that no minute has 60 seconds.
+std::string plain(double seconds, int decimals) {
     std::int64_t unit = 1;
     for (int i = 0; i < decimals; ++i) unit *= 10;
-    const auto whole = static_cast<std::int64_t>(std::llround(value * static_cast<double>(unit)));
-    append(text, whole / unit, digits);
-    if (decimals == 0) return;
+    const std::int64_t all = std::llround(std::abs(seconds) * static_cast<double>(unit));
+    const std::int64_t minutes = all / (60 * unit), rest = all % (60 * unit);
+    std::string text(seconds < 0.0 && all > 0 ? "\u2212" : "");
+    if (minutes > 0) text.append(std::to_string(minutes)).push_back(':');
+    append(text, rest / unit, minutes > 0 ? 2 : 1);
+    if (decimals == 0) return text;
     text.push_back('.');
-    append(text, whole % unit, decimals);
-}
-
-std::string plain(double seconds, int decimals) {
-    std::string text;
-    if (seconds < 0.0) text.append("\u2212");
-    seconds = std::abs(seconds);
-    const double minutes = std::floor(seconds / 60.0);
-    if (minutes >= 1.0) {
-        append(text, static_cast<std::int64_t>(minutes), 1);
-        text.push_back(':');
-    }
-    append(text, seconds - minutes * 60.0, decimals, minutes >= 1.0 ? 2 : 1);
+    append(text, rest % unit, decimals);
     return text;
 }
 
@@ -80,7 +72,8 @@ std::vector<RulerTick> rulerTicks(double first, double last, double width, bool 
 
 std::string timeText(double seconds, double step) {
     const int decimals = std::clamp(decimalsFor(step), 2, 4);
-    if (std::abs(seconds) >= 60.0) return plain(seconds, std::max(1, decimals - 1));
+    const double shownAsMinute = 60.0 - 0.5 * std::pow(10.0, -decimals);
+    if (std::abs(seconds) >= shownAsMinute) return plain(seconds, std::max(1, decimals - 1));
     return plain(seconds, decimals) + " s";
 }
 
