@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <limits>
 
 namespace zephyra {
@@ -17,7 +18,10 @@ constexpr double kNowhere = std::numeric_limits<double>::quiet_NaN();
 /// Writes down what it is told: "(1" began, "-1" moved, ")1" ended, "x1" cancelled, "r1" rested.
 struct Thing final : TouchTarget {
     bool touchBegan(const TouchEvent& event) override { return note('(', event), wants; }
-    void touchMoved(const TouchEvent& event) override { note('-', event); }
+    void touchMoved(const TouchEvent& event) override {
+        note('-', event);
+        if (moved) moved();
+    }
     void touchEnded(const TouchEvent& event, int taps) override {
         note(')', event);
         if (taps > 0) text += '*' + std::to_string(taps);
@@ -28,9 +32,12 @@ struct Thing final : TouchTarget {
     void note(char what, const TouchEvent& event) {
         text += what + std::to_string(event.id);
         at = event.at;
+        time = event.time;
     }
     std::string text;
     Point at;
+    double time = 0.0;
+    std::function<void()> moved;
     bool wants = true, atOnce = true;
 };
 
@@ -174,6 +181,22 @@ TEST(TouchRouter, ForgetsWhatIsDestroyedUnwillingOrTooMuch) {
     scene.left.reset();
     play(router, {{1, '-', 9, 50, 1}, {1, ')', 9, 50, 1}, {0, '!', 0, 0, 0}});
     EXPECT_EQ(router.fingers(), 0u);
+}
+
+TEST(TouchRouter, LetsGoOnceOfWhatItsLastMovementCovered) {
+    Scene scene;
+    TouchRouter router(scene);
+    scene.left->moved = [&] { router.cancelAll(); };
+    play(router, {{1, '(', 9, 5, 0}, {2, '(', 150, 5, 1}, {1, ')', 9, 5, 2}});
+    EXPECT_EQ(scene.left->text, "(1-1x1");
+    EXPECT_EQ(scene.right->text, "(2x2");
+}
+
+TEST(TouchRouter, TellsOfTheLastTimeWhereADisplayTellsOfNone) {
+    Scene scene;
+    TouchRouter router(scene);
+    play(router, {{1, '(', 9, 5, 3}, {1, 'x', 9, 5, kNowhere}});
+    EXPECT_EQ(scene.left->time, 3.0);
 }
 
 TEST(TouchClock, KeepsTheDisplaysDistances) {

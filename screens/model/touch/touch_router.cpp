@@ -37,6 +37,7 @@ void TouchRouter::take(const TouchEvent& event) {
 /// As the target is told of it: a movement begins at the edge of a tap's circle.
 TouchEvent TouchRouter::local(const Finger& finger, const TouchEvent& event) const {
     TouchEvent told = event;
+    if (!std::isfinite(told.time)) told.time = lastTime_;
     told.at = {finger.at.x - finger.origin.x, finger.at.y - finger.origin.y};
     return told;
 }
@@ -81,10 +82,10 @@ int TouchRouter::countTap(const Finger& finger, double time) {
 }
 
 void TouchRouter::finish(const TouchEvent& event) {
-    const auto found = fingers_.find(event.id);
-    if (found == fingers_.end()) return;
     if (event.phase == TouchPhase::ended) move(event); // some screens tell the last place only here
-    Finger finger = found->second;
+    const auto found = fingers_.find(event.id);        // which may have taken it away
+    if (found == fingers_.end()) return;
+    const Finger finger = found->second;
     fingers_.erase(found);
     TouchTarget* const target = targetOf(finger.target);
     if (!target) return;

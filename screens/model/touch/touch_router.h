@@ -21,8 +21,8 @@ public:
 };
 
 /// Each finger stays with what it came down on. A begin with an identity in use cancels the old
-/// finger first; what is told of unknown fingers is ignored, and so is what is not finite. Message
-/// thread.
+/// finger first; what is told of unknown fingers is ignored, and so is a place that is not finite,
+/// or a begin at such a time; other such times count as the last one. Message thread.
 class TouchRouter {
 public:
     static constexpr std::size_t kMostFingers = 16; ///< more are nobody's
