@@ -262,9 +262,12 @@ TEST_F(StageUnderFingers, TwoTogetherZoomAndLeaveTheScanWhereItWas) {
         fingers.moved(1, {left, 200}, 2.0);
         fingers.moved(2, {right, 200}, 2.0);
     };
+    int edits = 0;
+    context.beginEdit = [&](const std::string&) { ++edits; };
     fingers.began(1, {400, 200}, 1.0);
     fingers.began(2, {600, 200}, 1.1);
     EXPECT_NEAR(hands.scan(), 0.5, 1e-4);
+    EXPECT_EQ(edits, 0); // nothing that undo could take back
     EXPECT_EQ(heard.text, "(1)1");
     pinch(300, 700);
     EXPECT_NEAR(view.at(0.3), 0.4, 0.02); // the sound stays under the fingers

@@ -42,7 +42,7 @@ void StageFingers::began(TouchId id, Point at, double time) {
 void StageFingers::beginZoom(const Finger& second, double time) {
     Finger& first = fingers_.front();
     hands_.cancelled(first.id, time);
-    hands_.putScan(scanBefore_);
+    hands_.returnScan(scanBefore_);
     first.does = Does::zoom;
     fingers_.push_back(second);
 }

@@ -70,6 +70,10 @@ void StageHands::pinched(double x, double times, double soundSeconds) {
 
 void StageHands::putScan(double position) {
     const ScreenEdit edit(context_, kScanName);
+    returnScan(position);
+}
+
+void StageHands::returnScan(double position) {
     context_.source.asMain([position](AudioUnitViewController& view) {
         view._GRANULATOR_STREAM.setScrubNormalizedValue(static_cast<float>(position));
     });

@@ -46,6 +46,8 @@ public:
     /// happens while a finger holds it.
     void putScan(double position);
     void moveScan(double steps);
+    /// To where it was before a scrub that turned out to be none; no edit.
+    void returnScan(double position);
     /// Where it is.
     double scan();
 
