@@ -7,7 +7,8 @@
 
 namespace zephyra {
 
-/// Both see what a listener hears: dry and wet, bypass included. Free of cost while nobody looks.
+/// Both see what a listener hears: dry and wet, bypass included. They pass it by while nobody
+/// looks.
 struct OutputMonitor {
     Oscilloscope oscilloscope; ///< for scope and spectrum
     OutputLevels levels;       ///< for the level meter

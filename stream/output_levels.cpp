@@ -1,5 +1,7 @@
 #include "stream/output_levels.h"
 
+#include "platform/threads/flush_denormals.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -33,7 +35,12 @@ void OutputLevels::goOn(std::uint32_t count) ZEPHYRA_NONBLOCKING {
 }
 
 void OutputLevels::add(const AudioBufferList& list, std::uint32_t frames) ZEPHYRA_NONBLOCKING {
-    if (!watchers.isWatched()) return;
+    if (!watchers.isWatched()) { // whoever looks next sees nothing of what was before
+        sums_ = {};
+        summed_ = 0;
+        return;
+    }
+    const FlushDenormals flush;
     for (std::uint32_t done = 0; done < frames;) {
         const std::uint32_t count = std::min(frames - done, kPiece - summed_);
         for (std::uint32_t c = 0; c < sums_.size(); ++c) {

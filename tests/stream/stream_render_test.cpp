@@ -122,6 +122,12 @@ TEST(StreamRender, TellsEachMeterThatLooksTheLevelsSinceItsLastReading) {
     const ChannelList list{left.data(), right.data()};
     levels.add(list.list, 6000);
     EXPECT_EQ(levels.newest(), 0u); // nobody looks
+    {
+        const ChannelList loud{right.data() + 4000, right.data() + 4000};
+        const WatchCount::Watcher before(levels.watchers); // who leaves in the middle of a piece
+        levels.add(loud.list, 100);
+    }
+    levels.add(list.list, 64);
     const WatchCount::Watcher watcher(levels.watchers);
     OutputLevels::Place often = levels.newest(), seldom = often;
     for (int first = 0, n = 0; first < 6000; ++n) {
