@@ -41,7 +41,8 @@ void WindowModel::load(const std::filesystem::path& file) {
 void WindowModel::followImport() {
     if (!banksBefore_) return;
     HostedInstance& system = plugin_.system();
-    const RunLoop::Scope main(system.instance.runLoop);
+    const RunLoop::TryScope main(system.instance.runLoop);
+    if (!main) return;
     const auto& banks = system.view.presets.getListOfBank();
     for (std::size_t row = 0; row < banks.size(); ++row) {
         if (std::ranges::find(*banksBefore_, banks[row].name) != banksBefore_->end()) continue;

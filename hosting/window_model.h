@@ -39,7 +39,7 @@ public:
     /// Plays file in place of what is missing.
     void locate(const std::filesystem::path& file);
     /// Chooses the bank that load() brought in, once it is there; a window calls it with every
-    /// frame.
+    /// frame. Waits for nobody: while another thread is MAIN, nothing happens.
     void followImport();
     /// Answers the system's request for a file, if it still stands.
     void pickFile(const std::filesystem::path& file);
