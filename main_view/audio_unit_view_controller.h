@@ -95,6 +95,8 @@ public:
 
     /// What a hand moves for id, its own knob or something of the stream's; null for the envelope.
     Control* control(ControlId id);
+    /// The same where it is a knob, else null.
+    MOK_KNOB* knob(ControlId id) { return dynamic_cast<MOK_KNOB*>(control(id)); }
 
     /// How often a host has moved that parameter's control; wraps.
     std::uint32_t hostMoves(ControlId id) const {
@@ -200,7 +202,6 @@ public:
 
 private:
     SoundSource source() const;
-    MOK_KNOB* knob(ControlId id) { return dynamic_cast<MOK_KNOB*>(control(id)); }
     std::map<ControlId, float> drivenValues();
     void keepDriven(const std::map<ControlId, float>& before, const PropertyDictionary& part);
     void addOwnTargets();

@@ -49,7 +49,7 @@ void StateRandomizer::move(const ControlRange& range, double amount) {
             view_._GRANULATOR_STREAM.pickEnvelope(static_cast<std::size_t>(place * count));
         return;
     }
-    auto* const knob = dynamic_cast<MOK_KNOB*>(view_.control(range.id));
+    MOK_KNOB* const knob = view_.knob(range.id);
     if (!knob || share == 0.0) return;
     knob->setValue(view_.baseValue(*knob));
     const double from = double{knob->valueNorm()};

@@ -11,10 +11,6 @@ namespace zephyra {
 
 namespace {
 
-MOK_KNOB* knobOf(AudioUnitViewController& view, ControlId id) {
-    return dynamic_cast<MOK_KNOB*>(view.control(id));
-}
-
 std::string nameOf(ControlId id) {
     return controlRange(id).name;
 }
@@ -26,7 +22,7 @@ void KnobHand::gesture(ControlId id, const std::string& name, Change&& change) {
     endSteps();
     const ScreenEdit edit(context_, name);
     context_.source.asMain([&](AudioUnitViewController& view) {
-        if (MOK_KNOB* const knob = knobOf(view, id)) change(view, *knob);
+        if (MOK_KNOB* const knob = view.knob(id)) change(view, *knob);
     });
 }
 
@@ -82,7 +78,7 @@ void KnobHand::assign(ControlId id, AssignmentType type) {
 
 void KnobHand::learnMidi(ControlId id) {
     context_.source.asMain([id](AudioUnitViewController& view) {
-        MOK_KNOB* const knob = knobOf(view, id);
+        MOK_KNOB* const knob = view.knob(id);
         if (!knob) return;
         if (view.midiManager.learning() == knob)
             view.midiManager.stopLearning();
@@ -98,7 +94,7 @@ void KnobHand::beginRange(ControlId id) {
 
 void KnobHand::moveRange(ControlId id, BondEnd end, float place) {
     context_.source.asMain([&](AudioUnitViewController& view) {
-        MOK_KNOB* const knob = knobOf(view, id);
+        MOK_KNOB* const knob = view.knob(id);
         if (!knob) return;
         const KnobBond bond = bondOf(view, *knob);
         if (!bond.from || !bond.to) return;

@@ -70,9 +70,9 @@ float KnobMemory::glide(float to, bool glides, double now) {
 }
 
 KnobFace KnobMemory::read(AudioUnitViewController& view, ControlId id, double now) {
-    const auto* const knob = dynamic_cast<const MOK_KNOB*>(view.control(id));
+    MOK_KNOB* const knob = view.knob(id);
     if (!knob) return {};
-    KnobBond bond = bondOf(view, *view.control(id));
+    KnobBond bond = bondOf(view, *knob);
     if (hostMoves(view, id, now) && !bond.drives)
         bond = {.by = KnobMover::host, .sign = {}, .from = {}, .to = {}, .drives = true};
     remember(*knob, bond);
@@ -86,14 +86,14 @@ KnobFace KnobMemory::read(AudioUnitViewController& view, ControlId id, double no
             .by = bond.by,
             .sign = bond.sign,
             .drives = bond.drives,
-            .isLearning = view.midiManager.learning() == view.control(id),
+            .isLearning = view.midiManager.learning() == knob,
             .isOff = isOff(controls, id),
             .isLocked = view.locks.isLocked(id),
             .isHeld = knob->isTracking()};
 }
 
 std::string knobMoverText(AudioUnitViewController& view, ControlId id, const KnobFace& face) {
-    auto* const knob = dynamic_cast<MOK_KNOB*>(view.control(id));
+    MOK_KNOB* const knob = view.knob(id);
     if (!knob) return {};
     const KnobBond bond = bondOf(view, *knob);
     const std::string set =

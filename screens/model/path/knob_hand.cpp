@@ -16,10 +16,6 @@ constexpr float kHalfTurn = 135.0f;    // degrees: what is drawn is what a finge
 constexpr double kNotch = 1.0 / 50;    // of the turn
 constexpr double kStepsEndAfter = 0.4; // seconds
 
-MOK_KNOB* knobOf(AudioUnitViewController& view, ControlId id) {
-    return dynamic_cast<MOK_KNOB*>(view.control(id));
-}
-
 double angleOf(Point p, Point centre) {
     return std::atan2(p.y - centre.y, p.x - centre.x);
 }
@@ -71,7 +67,7 @@ bool KnobHand::begin(TouchId pointer, ControlId id, Point at, Point centre) {
     endSteps();
     beginEdit(controlRange(id).name);
     const bool begun = context_.source.asMain([&](AudioUnitViewController& view) {
-        MOK_KNOB* const knob = knobOf(view, id);
+        MOK_KNOB* const knob = view.knob(id);
         if (!knob) return false;
         knob->MaxAngle = kHalfTurn;
         knob->setCenter(centre);
@@ -93,7 +89,7 @@ void KnobHand::move(TouchId pointer, Point to, Fineness fineness) {
     if (to == held.real) return;
     const double share = fineness == Fineness::fine ? kFine : 1.0;
     context_.source.asMain([&](AudioUnitViewController& view) {
-        MOK_KNOB& knob = *knobOf(view, held.id);
+        MOK_KNOB& knob = *view.knob(held.id);
         if (knob._interactionStyle == kRotary)
             held.told = turned(held.told, held.centre, held.real, to, share);
         else
@@ -111,7 +107,7 @@ void KnobHand::finish(TouchId pointer, bool cancelled) {
     const Held held = found->second;
     held_.erase(found);
     context_.source.asMain([&](AudioUnitViewController& view) {
-        MOK_KNOB& knob = *knobOf(view, held.id);
+        MOK_KNOB& knob = *view.knob(held.id);
         if (cancelled)
             knob.cancelTracking();
         else
@@ -139,7 +135,7 @@ void KnobHand::beginSteps(ControlId id, double now) {
         beginEdit(controlRange(id).name);
         steps_ = Steps{.id = id};
         context_.source.asMain([id](AudioUnitViewController& view) {
-            if (MOK_KNOB* const knob = knobOf(view, id))
+            if (MOK_KNOB* const knob = view.knob(id))
                 knob->sendActionsForControlEvents(control_event::touchDown);
         });
     }
@@ -151,7 +147,7 @@ void KnobHand::endSteps() {
     const ControlId id = steps_->id;
     steps_.reset();
     context_.source.asMain([id](AudioUnitViewController& view) {
-        if (MOK_KNOB* const knob = knobOf(view, id))
+        if (MOK_KNOB* const knob = view.knob(id))
             knob->sendActionsForControlEvents(control_event::touchUpInside);
     });
     endEdit();
@@ -173,7 +169,7 @@ void KnobHand::turn(ControlId id, double notches, Fineness fineness, double now)
         steps_->rest -= notches;
     }
     context_.source.asMain([&](AudioUnitViewController& view) {
-        MOK_KNOB* const knob = knobOf(view, id);
+        MOK_KNOB* const knob = view.knob(id);
         if (!knob || knob->isTracking()) return;
         const float before = knob->value(); // which an LFO may have carried off
         knob->setValue(static_cast<float>(view.baseValue(*knob) + notches * notchOf(range, *knob)));
@@ -185,7 +181,7 @@ void KnobHand::turnTo(ControlId id, float linear, double now) {
     if (!std::isfinite(linear)) return;
     beginSteps(id, now);
     context_.source.asMain([&](AudioUnitViewController& view) {
-        MOK_KNOB* const knob = knobOf(view, id);
+        MOK_KNOB* const knob = view.knob(id);
         if (!knob || knob->isTracking()) return;
         const float before = knob->value();
         knob->setValue(linear);

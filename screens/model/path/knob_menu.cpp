@@ -17,7 +17,7 @@ struct Shown {
 };
 
 Shown shownOf(AudioUnitViewController& view, ControlId id) {
-    const auto* const knob = dynamic_cast<const MOK_KNOB*>(view.control(id));
+    const MOK_KNOB* const knob = view.knob(id);
     if (!knob) return {};
     const ControlRange& range = controlRange(id);
     return {.value = knobText(range, knob->displayedValue()).whole(),

@@ -44,7 +44,7 @@ SettingsModel::~SettingsModel() {
 
 void SettingsModel::readAmount(AudioUnitViewController& view, SettingRow& row) const {
     const ControlRange& range = controlRange(row.entry->control);
-    const auto* const knob = dynamic_cast<const MOK_KNOB*>(view.control(range.id));
+    const MOK_KNOB* const knob = view.knob(range.id);
     if (!knob) return;
     row.share = shareOf(range, knob->value());
     row.value = knobText(range, displayedFromLinear(range, knob->value())).whole();
