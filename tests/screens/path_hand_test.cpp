@@ -108,6 +108,9 @@ TEST_F(Hands, HoldSeveralKnobsAtOnceButEachOnlyOnce) {
     EXPECT_FALSE(hand.begin(2, width, {0, 0}, kCentre));
     EXPECT_TRUE(hand.begin(2, leftDelay, {0, 0}, kCentre));
     EXPECT_FALSE(hand.begin(2, pan, {0, 0}, kCentre));
+    ScreenContext window{.source = source}; // another one
+    KnobHand another(window);
+    EXPECT_FALSE(another.begin(1, width, {0, 0}, kCentre));
     hand.move(1, {0, -27}, Fineness::coarse);
     hand.move(2, {0, 1000}, Fineness::coarse);
     EXPECT_FLOAT_EQ(displayed(width), 0.35f);

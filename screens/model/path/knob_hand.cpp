@@ -68,7 +68,7 @@ bool KnobHand::begin(TouchId pointer, ControlId id, Point at, Point centre) {
     beginEdit(controlRange(id).name);
     const bool begun = context_.source.asMain([&](AudioUnitViewController& view) {
         MOK_KNOB* const knob = view.knob(id);
-        if (!knob) return false;
+        if (!knob || knob->isTracking()) return false;
         knob->MaxAngle = kHalfTurn;
         knob->setCenter(centre);
         knob->beginTracking(at);

@@ -33,7 +33,8 @@ public:
 
     // --- A pointer's life. Points are units, y downwards; centre is the knob's. ---
 
-    /// False where another pointer holds that control, or this one another: then it is nobody's.
+    /// False where another pointer, also of another window, holds that control, or this one
+    /// another: then it is nobody's.
     bool begin(TouchId pointer, ControlId id, Point at, Point centre);
     /// Fine: the knob goes a tenth as far from here on.
     void move(TouchId pointer, Point to, Fineness fineness);
