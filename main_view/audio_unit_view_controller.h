@@ -212,6 +212,7 @@ private:
     PropertyDictionary stateFor(StateUse use);
     void handOver(const RestoreReport& report) const;
     void sampleEnded(const RestoreReport& report) const;
+    void restoreSession(const PropertyDictionary& state, StateOrder::Number asked);
     void restoreOwnKnobs(PropertyReader& state, StateScope scope);
     std::optional<QuickPresetsManager::Shown> restoreSelection(PropertyReader& state);
 

@@ -20,6 +20,10 @@ void ControlLocks::setLocked(ControlId id, bool locked) {
     control->setNeedsDisplay();
 }
 
+void ControlLocks::clear() {
+    for (const ControlRange& range : controlRanges()) setLocked(range.id, false);
+}
+
 void ControlLocks::save(PropertyDictionary& state) const {
     PropertyArray channels;
     for (const ControlRange& range : controlRanges())

@@ -7,6 +7,7 @@
 #include "stream/control_ranges.h"
 
 #include <functional>
+#include <utility>
 
 namespace zephyra {
 
@@ -21,6 +22,8 @@ public:
     bool isLocked(ControlId id) const;
     /// Nothing happens for an id without a control.
     void setLocked(ControlId id, bool locked);
+    /// Nothing is locked any more.
+    void clear();
 
     /// Adds the channels of what is locked, if anything is.
     void save(PropertyDictionary& state) const;

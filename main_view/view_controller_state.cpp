@@ -82,15 +82,22 @@ void AudioUnitViewController::restoreState_then(
         if (alive.expired()) return;
         _GRANULATOR_STREAM.capturedMemory().ahead = ahead;
         presets.cancelLoadsBefore(asked);
-        const bool isPreset = state.contains(kSnapshotTags);
-        if (isPreset)
+        if (state.contains(kSnapshotTags))
             restorePreset(state, asked);
         else
-            restoreStateProc_asked(state, asked);
+            restoreSession(state, asked);
         _GRANULATOR_STREAM.capturedMemory().ahead = nullptr;
-        if (!isPreset) compare.clear(), edits.clear();
         if (then) then(asked);
     });
+}
+
+/// Begins anew with it: what was done before is of another one.
+void AudioUnitViewController::restoreSession(const PropertyDictionary& state,
+                                             StateOrder::Number asked) {
+    locks.clear(); // which a session without any does not name
+    restoreStateProc_asked(state, asked);
+    compare.clear();
+    edits.clear();
 }
 
 void AudioUnitViewController::restoreStateProc(const PropertyDictionary& state) {
@@ -113,8 +120,8 @@ void AudioUnitViewController::restoreStateProc_asked(const PropertyDictionary& s
                           .end = SampleEnd::loading};
     restoreOwnKnobs(reader, StateScope::whole);
     locks.restore(reader);
-    restoreModulation(reader,
-                      StateScope::whole); // last: an LFO goes on from where its control stands
+    // Last: an LFO goes on from where its control stands.
+    restoreModulation(reader, StateScope::whole);
     report->selection = restoreSelection(reader);
     unknownState_ = reader.unknown();
     refreshParameters(); // the scan's position has no control that tells the host

@@ -332,3 +332,6 @@ TEST(StateRandomizer, MovesAsFarAsItIsAskedAndLeavesOutWhatIsLockedOrOff) {
 
 } // namespace
 } // namespace zephyra
+    other.view.restoreState(Player().view.getState()); // without any
+    other.render(0);
+    EXPECT_FALSE(other.view.locks.isLocked(density));
