@@ -111,13 +111,19 @@ void EditHistory::add(Entry entry) {
     if (done_.size() > kMost) done_.pop_front();
 }
 
+/// A sound that part brings takes the place of one that is still being read: that is no edit then.
+void EditHistory::restore(const PropertyDictionary& part) {
+    ++changes_;
+    if (part.contains(ofStream(state_key::kSample))) awaited_.reset();
+    view_.restorePart(part);
+}
+
 bool EditHistory::undo() {
     settle();
     if (!canUndo()) return false;
     undone_.push_back(std::move(done_.back()));
     done_.pop_back();
-    ++changes_;
-    view_.restorePart(undone_.back().before);
+    restore(undone_.back().before);
     return true;
 }
 
@@ -126,8 +132,7 @@ bool EditHistory::redo() {
     if (!canRedo()) return false;
     done_.push_back(std::move(undone_.back()));
     undone_.pop_back();
-    ++changes_;
-    view_.restorePart(done_.back().after);
+    restore(done_.back().after);
     return true;
 }
 

@@ -82,6 +82,7 @@ private:
     void add(Entry entry);
     bool joins(const Entry& entry) const;
     void join(Entry entry);
+    void restore(const PropertyDictionary& part);
 
     AudioUnitViewController& view_;
     EditWatch watch_;

@@ -243,6 +243,12 @@ TEST(EditHistory, HasSoundsThatComeLaterAndPresetsByName) {
     EXPECT_EQ(plays(), files[0].filename());
     EXPECT_TRUE(view.edits.redo());
     EXPECT_EQ(plays(), files[1].filename());
+    view.loadSample(files[0]);
+    EXPECT_TRUE(view.edits.undo()); // before that one came
+    EXPECT_EQ(plays(), files[0].filename());
+    player.render(8820);
+    EXPECT_EQ(view.edits.undoName(), "");
+    EXPECT_EQ(view.edits.redoName(), files[1].filename().string());
 
     stream.setDisplayed(density, 321.0f);
     PropertyDictionary preset = view.snapshotAsItIs();
@@ -327,11 +333,11 @@ TEST(StateRandomizer, MovesAsFarAsItIsAskedAndLeavesOutWhatIsLockedOrOff) {
     other.render(0);
     EXPECT_TRUE(other.view.locks.isLocked(density));
     EXPECT_FALSE(other.view.locks.isLocked(pan));
+    other.view.restoreState(Player().view.getState()); // without any
+    other.render(0);
+    EXPECT_FALSE(other.view.locks.isLocked(density));
     EXPECT_FALSE(view.snapshotAsItIs().contains(state_key::kLocked));
 }
 
 } // namespace
 } // namespace zephyra
-    other.view.restoreState(Player().view.getState()); // without any
-    other.render(0);
-    EXPECT_FALSE(other.view.locks.isLocked(density));
