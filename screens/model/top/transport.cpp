@@ -108,10 +108,9 @@ void Transport::touch(TransportButton button, ButtonTouch touch) {
     if (button == TransportButton::rewind) return touchRewind(touch);
     const bool isEdit = touch == ButtonTouch::inside &&
                         (button == TransportButton::freeze || button == TransportButton::live);
-    if (isEdit && context_.beginEdit)
-        context_.beginEdit(button == TransportButton::live ? "LIVE" : "Freeze");
+    std::optional<ScreenEdit> edit;
+    if (isEdit) edit.emplace(context_, button == TransportButton::live ? "LIVE" : "Freeze");
     send(button, touch);
-    if (isEdit && context_.endEdit) context_.endEdit();
 }
 
 /// One that was held long enough has armed already: then its end presses nothing.
@@ -123,11 +122,6 @@ void Transport::touchRewind(ButtonTouch touch) {
     else if (!wasDown)
         touch = ButtonTouch::outside;
     send(TransportButton::rewind, touch);
-}
-
-void Transport::armRewind() {
-    context_.source.asMain(
-        [](AudioUnitViewController& view) { view._GRANULATOR_STREAM.ui_armRewind(); });
 }
 
 void Transport::read(AudioUnitViewController& view, const FrameTime& time) {

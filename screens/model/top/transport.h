@@ -25,7 +25,8 @@ struct TransportShown {
     bool operator==(const TransportShown&) const = default;
 
     ButtonFace face(TransportButton button) const;
-    /// "playing", "armed: starts at the next bar"; empty for off.
+    /// Of play "stopped", "armed", "playing" or "fading out", of others "on", "armed",
+    /// "unavailable", or empty for off.
     std::string value(TransportButton button) const;
     /// One sentence.
     std::string help(TransportButton button) const;
@@ -35,7 +36,7 @@ struct TransportShown {
 class Transport final : public ScreenPart {
 public:
     /// Rewind that is held for so long waits for the next bar, while the scan is in sync.
-    static constexpr double kHold = 0.5; // seconds
+    static constexpr double kHold = 0.5; ///< seconds
 
     explicit Transport(ScreenContext& context);
     ~Transport() override;
@@ -43,8 +44,6 @@ public:
     const TransportShown& shown() const noexcept { return shown_; }
     /// A part of a press; it reaches the control, and the host as part of a gesture.
     void touch(TransportButton button, ButtonTouch touch);
-    /// Arms the rewind for the next bar, or no longer; nothing where there is no bar to wait for.
-    void armRewind();
 
     void read(AudioUnitViewController& view, const FrameTime& time) override;
 
