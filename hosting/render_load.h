@@ -37,7 +37,7 @@ public:
         const double share = share_, weight = length / (length + kSmoothing);
         share_ = share + weight * (taken / length - share);
     }
-    /// Begins anew at 0. OFF.
+    /// Begins anew at 0. RENDER or OFF.
     void reset() noexcept { share_ = 0.0; }
 
     /// Any thread.

@@ -27,11 +27,6 @@ bool CompareSlots::differ() const {
     return there && *there != state();
 }
 
-void CompareSlots::stand(Slot slot) {
-    if (slot == chosen_) return;
-    chosen_ = slot;
-}
-
 void CompareSlots::clear() {
     chosen_ = Slot::a;
     held_ = {};

@@ -32,7 +32,7 @@ public:
     static constexpr Slot other(Slot slot) { return slot == Slot::a ? Slot::b : Slot::a; }
 
     /// The chosen one is slot by now; an undo has restored what it holds.
-    void stand(Slot slot);
+    void stand(Slot slot) { chosen_ = slot; }
     /// Only A is left, and it is what is.
     void clear();
 

@@ -142,8 +142,8 @@ ScreenLayout layOut(int width, int height, double zoom) {
     layout.step = stepFor(width / layout.scale, height / layout.scale);
     layout.measures = measuresOf(layout.step);
     if (layout.step == LayoutStep::large)
-        layout.scale = std::max(layout.scale, std::min(double{1} * width / kMostWidth,
-                                                       double{1} * height / kMostHeight));
+        layout.scale = std::max(layout.scale, std::min(static_cast<double>(width) / kMostWidth,
+                                                       static_cast<double>(height) / kMostHeight));
     layout.window = {0, 0, width, height};
 
     const LayoutMeasures& of = layout.measures;

@@ -9,7 +9,7 @@
 
 namespace zephyra {
 
-/// What a menu needs of the window. copied and paste: the clipboard's text.
+/// What a menu needs of the window. copy and paste: the clipboard's text.
 struct KnobMenuCalls {
     std::function<void(const std::string& text)> copy;
     std::function<std::string()> paste;

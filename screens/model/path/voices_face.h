@@ -1,6 +1,8 @@
 // VoicesFace: the grains that sound now, a dot each.
 #pragma once
 
+#include "engine/granular_stream.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +13,7 @@
 namespace zephyra {
 
 /// The voices of a stream.
-inline constexpr std::size_t kVoices = 24;
+inline constexpr std::size_t kVoices = mokGranulatorSF::kVoices;
 
 /// A grain as its voice shows it.
 struct SoundingVoice {

@@ -48,7 +48,8 @@ enum class SettingKind : std::uint8_t {
     fact,   ///< is only told
 };
 
-/// Plain data; kOther where what holds is none of the names.
+/// Plain data; kOther where what holds is none of the names. Both functions: message thread; read
+/// also as MAIN, choose not.
 struct SettingEntry {
     static constexpr std::size_t kOther = ~std::size_t{0};
 
@@ -59,8 +60,8 @@ struct SettingEntry {
     HelpId help{};                                         ///< not of an amount
     ControlId control{};                                   ///< of an amount
     std::span<const char* const> choices = {};             ///< of choice and toggle
-    std::size_t (*read)(ScreenContext& context) = nullptr; ///< which choice holds; MAIN
-    void (*choose)(ScreenContext&, std::size_t) = nullptr; ///< message thread, not MAIN
+    std::size_t (*read)(ScreenContext& context) = nullptr; ///< which choice holds
+    void (*choose)(ScreenContext&, std::size_t) = nullptr;
     bool onlyInstruments = false;
 };
 

@@ -1,7 +1,8 @@
 #include "screens/model/stage/wave_pyramid.h"
 
+#include "platform/threads/render_clock.h"
+
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -11,11 +12,6 @@ namespace {
 
 constexpr double kLeastGroups = 8.0;            // to a column, whose ends they blur
 constexpr std::size_t kBlocksBetweenLooks = 64; // at the clock
-
-double steadySeconds() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
-        .count();
-}
 
 } // namespace
 
@@ -51,14 +47,14 @@ void WavePyramid::addBlock(const Block& block) {
 bool WavePyramid::build(double seconds) {
     if (isComplete()) return false;
     blocks_.reserve(sound_->size / kBlock + 1);
-    const double end = steadySeconds() + seconds;
+    const double end = renderSeconds() + seconds;
     do {
         for (std::size_t i = 0; i < kBlocksBetweenLooks && reached_ < sound_->size; ++i) {
             const std::size_t count = std::min<std::uint64_t>(kBlock, sound_->size - reached_);
             addBlock(measure(sound_->getPtr() + reached_, count));
             reached_ += count;
         }
-    } while (reached_ < sound_->size && steadySeconds() < end);
+    } while (reached_ < sound_->size && renderSeconds() < end);
     return true;
 }
 
