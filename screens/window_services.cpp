@@ -68,12 +68,14 @@ void WindowServices::showAlert() {
     }
     if (context_.cancelTouches) context_.cancelTouches();
     dialog_ = std::make_unique<AlertDialog>(
-        context_, *shown_, questions_.destroys(), [this](std::size_t button, const auto& typed) {
-            // The dialog goes with its answer, and not inside its own button.
-            juce::MessageManager::callAsync(
-                [this, button, typed = typed, alive = juce::Component::SafePointer(&window_)] {
-                    if (alive) questions_.answer(button, typed);
-                });
+        context_, *shown_, questions_.destroys(),
+        [this, asked = *shown_](std::size_t button, const auto& typed) {
+            // The dialog goes with its answer, and not inside its own button. Another alert may
+            // wait by then.
+            juce::MessageManager::callAsync([this, asked, button, typed = typed,
+                                             alive = juce::Component::SafePointer(&window_)] {
+                if (alive) model_.answer(asked, button, typed);
+            });
         });
     dialog_->layOut(layout_);
     window_.addAndMakeVisible(*dialog_);

@@ -26,8 +26,4 @@ void SystemQuestions::read(AudioUnitViewController& view, const FrameTime&) {
     for (const AlertAction& action : current->actions) destroys_.push_back(action.destructive);
 }
 
-void SystemQuestions::answer(std::size_t button, const std::string& typed) {
-    if (alert_) WindowModel(source_.plugin()).answer(*alert_, button, typed);
-}
-
 } // namespace zephyra

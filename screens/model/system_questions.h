@@ -18,12 +18,10 @@ public:
 
     void read(AudioUnitViewController& view, const FrameTime& time) override;
 
-    /// The alert to be answered; none most of the time.
+    /// The alert to be answered, by WindowModel::answer; none most of the time.
     const std::optional<ShownAlert>& alert() const noexcept { return alert_; }
     /// Which of its buttons remove something.
     const std::vector<bool>& destroys() const noexcept { return destroys_; }
-    /// Nothing happens when another alert is current by now.
-    void answer(std::size_t button, const std::string& typed);
 
     /// Whether a file is asked for, until WindowModel::pickFile or dismissFile.
     bool asksForFile() const noexcept { return asksForFile_; }
