@@ -100,12 +100,12 @@ void ScreenButton::mouseDown(const juce::MouseEvent& event) {
 }
 
 void ScreenButton::mouseDrag(const juce::MouseEvent& event) {
-    if (finger_ != event.source.getIndex()) return;
+    if (!isHeldBy(event)) return;
     hold(getLocalBounds().contains(event.getPosition()));
 }
 
 void ScreenButton::mouseUp(const juce::MouseEvent& event) {
-    if (finger_ != event.source.getIndex()) return;
+    if (!isHeldBy(event)) return;
     finger_.reset();
     hold(false);
     send(getLocalBounds().contains(event.getPosition()) ? ButtonTouch::inside

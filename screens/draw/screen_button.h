@@ -51,6 +51,10 @@ protected:
     /// What stands in the cell, which is filled; sign: the colour that is read on it.
     virtual void paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell, Color sign);
     float px(double units) const { return static_cast<float>(units * scale_); }
+    /// Whether this pointer pressed it and has not let go.
+    bool isHeldBy(const juce::MouseEvent& event) const {
+        return finger_ == event.source.getIndex();
+    }
     ButtonReach reached() const noexcept { return {isHovered(), isPressed_, showsFocus()}; }
 
 private:

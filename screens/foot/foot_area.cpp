@@ -102,6 +102,10 @@ void FootArea::mouseMove(const juce::MouseEvent& event) {
         context().help({});
 }
 
+void FootArea::mouseExit(const juce::MouseEvent&) {
+    if (context().help) context().help({});
+}
+
 void FootArea::mouseUp(const juce::MouseEvent& event) {
     if (boxes_.dropped.contains(event.x, event.y)) line_.forgetDropped();
 }

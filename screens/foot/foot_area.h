@@ -20,6 +20,7 @@ public:
     void frame(const FrameTime& time) override;
     void paint(juce::Graphics& graphics) override;
     void mouseMove(const juce::MouseEvent& event) override;
+    void mouseExit(const juce::MouseEvent& event) override;
     void mouseUp(const juce::MouseEvent& event) override;
 
 private:

@@ -3,6 +3,8 @@
 #include "screens/draw/brush.h"
 #include "screens/model/help_texts.h"
 
+#include <cmath>
+
 namespace zephyra {
 
 namespace {
@@ -54,11 +56,12 @@ void MusicButton::paintSign(juce::Graphics& graphics, juce::Rectangle<float> cel
 
 void MusicButton::mouseDown(const juce::MouseEvent& event) {
     ScreenButton::mouseDown(event);
-    line_.beginDrag();
+    if (isHeldBy(event)) line_.beginDrag();
 }
 
 void MusicButton::mouseDrag(const juce::MouseEvent& event) {
     ScreenButton::mouseDrag(event);
+    if (!isHeldBy(event)) return;
     const double up = -event.getDistanceFromDragStartY() / double{px(1.0)};
     if (std::abs(up) >= kDragBegins) drags_ = true;
     if (drags_) line_.drag(up);

@@ -4,8 +4,6 @@
 #include "screens/draw/screen_button.h"
 #include "screens/model/top/music_line.h"
 
-#include <optional>
-
 namespace zephyra {
 
 /// Message thread.

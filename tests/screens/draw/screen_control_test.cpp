@@ -1,7 +1,10 @@
-// What every control of the window has in common, and what the preset's name does with arrows.
+// What every control of the window has in common, and what single ones do besides.
+#include "screens/foot/foot_area.h"
 #include "screens/path/section_switch.h"
+#include "screens/top/music_button.h"
 #include "screens/top/preset_button.h"
 #include "tests/screens/no_display.h"
+#include "tests/screens/read_frame.h"
 #include "tests/support/hosted_plugin.h"
 
 #include <gtest/gtest.h>
@@ -13,11 +16,12 @@ struct Controls : testing::Test {
     Controls() {
         context.help = [this](const std::string& sentence) { foot = sentence; };
     }
-    static juce::MouseEvent mouse(juce::Component& at) {
+    static juce::MouseEvent mouse(juce::Component& at, juce::Point<float> point = {},
+                                  juce::ModifierKeys keys = {}) {
         const auto now = juce::Time::getCurrentTime();
         return {juce::Desktop::getInstance().getMainMouseSource(),
-                {},
-                {},
+                point,
+                keys,
                 0,
                 0,
                 0,
@@ -83,6 +87,32 @@ TEST_F(Controls, ThePresetsNameStepsByArrowsAndOpensByReturn) {
         EXPECT_TRUE(name.keyPressed(KeyPress(key)));
     EXPECT_EQ(done, "<>m");
     EXPECT_FALSE(name.keyPressed(KeyPress(KeyPress::upKey)));
+}
+
+TEST_F(Controls, MoveTheTempoByTheLeftButtonAlone) {
+    MusicLine line(context);
+    MusicButton tempo(context, line);
+    readFrameOf(source);
+    const std::string first = line.shown().tempo;
+    for (const auto& [keys, moves] : {std::pair{juce::ModifierKeys::rightButtonModifier, false},
+                                      {juce::ModifierKeys::leftButtonModifier, true}}) {
+        tempo.mouseDown(mouse(tempo, {}, keys));
+        tempo.mouseDrag(mouse(tempo, {0, -40}, keys));
+        tempo.mouseUp(mouse(tempo, {0, -40}, keys));
+        readFrameOf(source);
+        EXPECT_EQ(line.shown().tempo != first, moves) << keys;
+    }
+}
+
+TEST_F(Controls, SayNothingOfTheFootOnceThePointerHasLeftIt) {
+    const auto tells = context.help;
+    FootArea area(context);
+    context.help = tells;
+    area.layOut(layOut(1100, 700, 1.0));
+    for (float x = 1099; x > 0 && foot.empty(); --x) area.mouseMove(mouse(area, {x, 10}));
+    EXPECT_NE(foot, "");
+    area.mouseExit(mouse(area));
+    EXPECT_EQ(foot, "");
 }
 
 } // namespace
