@@ -7,12 +7,14 @@ namespace zephyra {
 void WindowTouches::followWindow() {
     juce::Component* const window = content_.getTopLevelComponent();
     juce::ComponentPeer* const peer = window->getPeer();
-    if (window == window_ && peer == peer_) return;
+    void* const handle = peer ? peer->getNativeHandle() : nullptr;
+    if (window == window_ && peer == peer_ && handle == handle_) return;
     screen_.reset();
     router_.cancelAll();
     if (std::exchange(window_, window) != window || !mouse_)
         mouse_ = std::make_unique<FingerAsMouse>(*window);
     peer_ = peer;
+    handle_ = handle;
     clock_ = {};
     if (peer)
         screen_ = TouchScreen::of(*peer, [this](TouchEvent event) {

@@ -36,6 +36,7 @@ private:
     juce::Component& content_;
     juce::Component* window_ = nullptr;
     juce::ComponentPeer* peer_ = nullptr;
+    void* handle_ = nullptr; // a peer that is made anew may stand where the last one did
     std::unique_ptr<FingerAsMouse> mouse_;
     TouchRouter router_{*this};
     TouchClock clock_;
