@@ -2,6 +2,8 @@
 
 #include "screens/draw/screen_button.h"
 
+#include <utility>
+
 namespace zephyra {
 
 namespace {

@@ -35,7 +35,7 @@ public:
     void focusLost(FocusChangeType cause) override;
 
 protected:
-    ScreenContext& context() noexcept { return context_; }
+    ScreenContext& context() const noexcept { return context_; }
     /// What the foot says while a hand is near; help() unless there is more to say now.
     virtual std::string sentence() const { return help_; }
     /// isHovered or showsFocus changed.

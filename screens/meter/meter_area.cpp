@@ -3,19 +3,13 @@
 #include "screens/draw/brush.h"
 #include "screens/model/help_texts.h"
 
+#include <utility>
+
 namespace zephyra {
 
 namespace {
 
 constexpr Color kRms = palette::hex(0x94A3B9), kPeak = palette::hex(0x4A586D);
-
-class Handler final : public juce::AccessibilityHandler {
-public:
-    Handler(MeterArea& area, std::function<void()> clear)
-        : AccessibilityHandler(area, juce::AccessibilityRole::image,
-                               juce::AccessibilityActions().addAction(
-                                   juce::AccessibilityActionType::press, std::move(clear))) {}
-};
 
 } // namespace
 
@@ -28,7 +22,10 @@ MeterArea::MeterArea(ScreenContext& context) : ScreenArea(context), model_(conte
 }
 
 std::unique_ptr<juce::AccessibilityHandler> MeterArea::createAccessibilityHandler() {
-    return std::make_unique<Handler>(*this, [this] { clear(); });
+    return std::make_unique<juce::AccessibilityHandler>(
+        *this, juce::AccessibilityRole::image,
+        juce::AccessibilityActions().addAction(juce::AccessibilityActionType::press,
+                                               [this] { clear(); }));
 }
 
 void MeterArea::layOut(const ScreenLayout& layout) {
@@ -153,6 +150,16 @@ void MeterArea::mouseDown(const juce::MouseEvent& event) {
     if (!event.mods.isPopupMenu()) return clear();
     if (context().openMenu)
         context().openMenu({getX() + event.x, getY() + event.y, 0, 0}, displayMenu(context()));
+}
+
+void MeterArea::focusGained(FocusChangeType) {
+    showHelp(true);
+    repaint();
+}
+
+void MeterArea::focusLost(FocusChangeType) {
+    showHelp(false);
+    repaint();
 }
 
 bool MeterArea::keyPressed(const juce::KeyPress& key) {

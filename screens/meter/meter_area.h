@@ -23,8 +23,8 @@ public:
     void mouseExit(const juce::MouseEvent& event) override;
     void mouseDown(const juce::MouseEvent& event) override;
     bool keyPressed(const juce::KeyPress& key) override;
-    void focusGained(FocusChangeType cause) override { repaint(), showHelp(true), (void)cause; }
-    void focusLost(FocusChangeType cause) override { repaint(), showHelp(false), (void)cause; }
+    void focusGained(FocusChangeType cause) override;
+    void focusLost(FocusChangeType cause) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 private:

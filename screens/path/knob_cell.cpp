@@ -75,14 +75,11 @@ void KnobCell::setPlace(const CellPlace& place) {
 }
 
 std::string KnobCell::sentence() const {
-    if (face_.by != KnobMover::none) {
-        const ControlId id = cell().id;
-        auto& source = const_cast<KnobCell*>(this)->context().source;
-        return std::string(controlRange(id).name) + " " +
-               source.asMain(
-                   [&](AudioUnitViewController& view) { return knobMoverText(view, id, face_); });
-    }
-    return PathCellView::sentence();
+    if (face_.by == KnobMover::none) return PathCellView::sentence();
+    const ControlId id = cell().id;
+    return std::string(controlRange(id).name) + " " +
+           context().source.asMain(
+               [&](AudioUnitViewController& view) { return knobMoverText(view, id, face_); });
 }
 
 void KnobCell::paint(juce::Graphics& graphics) {

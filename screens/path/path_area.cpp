@@ -12,9 +12,6 @@ using namespace palette;
 
 namespace {
 
-/// The path's place among the areas in the order of the keyboard's focus.
-constexpr int kFirstFocus = 1;
-
 juce::Font titleFont(const SectionPlace& place) {
     return brush::medium(place.titleText);
 }
@@ -81,7 +78,7 @@ void PathArea::addSwitches() {
             context(), id, shape, [this](ControlId flipped) { hand_.flip(flipped); }));
         addAndMakeVisible(*switches_.back());
     };
-    int focus = kFirstFocus;
+    int focus = 1;
     for (const PathSection& section : pathSections()) {
         if (section.hasSwitch) {
             add(section.switchId, SwitchShape::pill);
@@ -108,6 +105,7 @@ KnobCell* PathArea::knobCellAt(juce::Point<int> at) {
 }
 
 void PathArea::openEnvelopes() {
+    if (curves_.empty()) return; // memory was too short for them
     picker_ = std::make_unique<EnvelopePicker>(
         curves_, model_.envelope(),
         EnvelopePickerCalls{[this](std::size_t index) { hand_.pickEnvelope(index); },
@@ -142,9 +140,8 @@ void PathArea::placeCells() {
     }
 }
 
-void PathArea::frame(const FrameTime& time) {
-    hand_.frame(juce::Time::getMillisecondCounterHiRes() / 1000.0);
-    static_cast<void>(time);
+void PathArea::frame(const FrameTime&) {
+    hand_.frame(juce::Time::getMillisecondCounterHiRes() / 1000.0); // the clock of its notches
     showCells();
 }
 

@@ -27,7 +27,6 @@ public:
     void mouseUp(const juce::MouseEvent& event) override;
     bool keyPressed(const juce::KeyPress& key) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
-    bool isOn() const { return isOn_; }
 
 private:
     void paintPill(juce::Graphics& graphics, juce::Rectangle<float> box) const;
