@@ -4,7 +4,9 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <exception>
 #include <future>
 #include <mutex>
 
@@ -79,12 +81,22 @@ void MessageThread::leaveAtExit() {
 }
 
 void MessageThread::call(const std::function<void()>& task) {
+    struct Called {
+        const std::function<void()>& task;
+        std::exception_ptr thrown = {};
+    } called{task};
     juce::MessageManager::getInstance()->callFunctionOnMessageThread(
         [](void* data) -> void* {
-            (*static_cast<const std::function<void()>*>(data))();
+            auto& it = *static_cast<Called*>(data);
+            try {
+                it.task();
+            } catch (...) {
+                it.thrown = std::current_exception(); // in JUCE's loop it would end the host
+            }
             return nullptr;
         },
-        const_cast<std::function<void()>*>(&task));
+        &called);
+    if (called.thrown) std::rethrow_exception(called.thrown);
 }
 
 } // namespace zephyra

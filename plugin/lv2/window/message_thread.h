@@ -19,7 +19,7 @@ public:
     MessageThread(const MessageThread&) = delete;
     MessageThread& operator=(const MessageThread&) = delete;
 
-    /// Runs task on it and waits for its end. Not on the thread itself.
+    /// Runs task on it and waits for its end; throws what task throws. Not on the thread itself.
     void call(const std::function<void()>& task);
 
 private:

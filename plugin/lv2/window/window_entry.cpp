@@ -55,8 +55,12 @@ int idle(LV2UI_Handle handle) {
 }
 
 int resize(LV2UI_Feature_Handle handle, int width, int height) {
-    static_cast<Lv2Window*>(handle)->resize(width, height);
-    return 0;
+    try {
+        static_cast<Lv2Window*>(handle)->resize(width, height);
+        return 0;
+    } catch (const std::exception&) {
+        return 1;
+    }
 }
 
 const void* extensionData(const char* uri) {
