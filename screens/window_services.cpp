@@ -62,10 +62,7 @@ void WindowServices::frame(double now) {
 void WindowServices::showAlert() {
     shown_ = questions_.alert();
     dialog_.reset();
-    if (!shown_) {
-        if (settings_) settings_->takeKeyboard();
-        return;
-    }
+    if (!shown_) return takeKeyboard();
     if (context_.cancelTouches) context_.cancelTouches();
     dialog_ = std::make_unique<AlertDialog>(
         context_, *shown_, questions_.destroys(),
@@ -97,8 +94,16 @@ void WindowServices::layOut(const ScreenLayout& layout) {
 
 // --- Keys ---
 
+void WindowServices::takeKeyboard() {
+    if (dialog_)
+        dialog_->takeKeyboard();
+    else if (settings_)
+        settings_->takeKeyboard();
+}
+
 bool WindowServices::perform(const juce::KeyPress& key) {
-    if (dialog_) return true;
+    const auto* const menu = juce::Component::getCurrentlyModalComponent();
+    if (dialog_ || (menu && window_.isParentOf(menu))) return true; // to be answered first
     const auto shortcut =
         shortcutOf({.key = static_cast<char32_t>(juce::CharacterFunctions::toLowerCase(
                         static_cast<juce::juce_wchar>(key.getKeyCode()))),

@@ -26,6 +26,8 @@ public:
     /// Shows the alert that waits, or takes it away; asks for the file that is asked for.
     void frame(double now);
     void layOut(const ScreenLayout& layout);
+    /// Gives the keyboard to the sheet or the dialog that is open.
+    void takeKeyboard();
     /// False for a key that is the host's.
     bool perform(const juce::KeyPress& key);
     /// Sounds and banks that were dropped.

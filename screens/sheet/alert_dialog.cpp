@@ -91,7 +91,10 @@ bool AlertDialog::keyPressed(const juce::KeyPress& key) {
 }
 
 void AlertDialog::parentHierarchyChanged() {
-    if (!isShowing()) return;
+    if (isShowing()) takeKeyboard();
+}
+
+void AlertDialog::takeKeyboard() {
     if (alert_.typed) {
         field_.grabKeyboardFocus();
         field_.selectAll();

@@ -24,6 +24,7 @@ public:
 
     /// For a window of that layout.
     void layOut(const ScreenLayout& layout);
+    void takeKeyboard();
 
     void paint(juce::Graphics& graphics) override;
     void mouseDown(const juce::MouseEvent&) override {}

@@ -160,6 +160,24 @@ TEST_F(Hands, ReachEverythingWithTab) {
     for (const auto& [part, times] : reached) EXPECT_EQ(times, 1) << (part ? part->getTitle() : "");
 }
 
+TEST_F(Hands, TypeIntoWhatIsOpenOverTheWindow) {
+    press(',', juce::ModifierKeys::commandModifier);
+    ASSERT_NE(scene.find<SettingsSheet>(), nullptr);
+    scene.screen().grabKeyboardFocus(); // as when another window closes
+    press(Key::escapeKey);
+    EXPECT_EQ(scene.find<SettingsSheet>(), nullptr);
+
+    scene.knob(width).grabKeyboardFocus();
+    window.key(Key(Key::F10Key, juce::ModifierKeys::shiftModifier, 0));
+    ASSERT_NE(juce::Component::getCurrentlyModalComponent(), nullptr);
+    type("f ");
+    window.key(Key(',', juce::ModifierKeys::commandModifier, 0));
+    EXPECT_EQ(scene.find<SettingsSheet>(), nullptr);
+    juce::PopupMenu::dismissAllActiveMenus();
+    scene.play(kFewBlocks);
+    EXPECT_EQ(value(freeze) + value(playStop), 0.0f);
+}
+
 TEST_F(Hands, PaintNothingWhereNothingMoves) {
     const auto asked = [&](bool renders) {
         window.takeRepaints();
