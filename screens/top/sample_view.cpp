@@ -10,12 +10,16 @@ namespace zephyra {
 namespace {
 
 constexpr float kNameCentre = 0.44f, kFactsCentre = 0.80f; // shares of the height
-constexpr double kNameMore = 2.0;                          // over the names of knobs, units
+constexpr double kNameMore = 2.0, kInset = 8.0;            // over the names of knobs; units
 
 } // namespace
 
-SampleView::SampleView(ScreenContext& context) : ScreenControl(context, "Sound") {
-    setOpaque(true);
+SampleView::SampleView(ScreenContext& context) : ScreenButton(context, "Sound", {}) {
+    setFace({.isBare = true});
+    pressed = [this, &context] {
+        const auto& ask = shown_.isMissing ? context.locateSample : context.loadFile;
+        if (ask) ask();
+    };
 }
 
 void SampleView::show(const SampleShown& shown, const LayoutMeasures& measures, double scale) {
@@ -37,15 +41,14 @@ int SampleView::measured() const {
     return static_cast<int>(std::ceil(juce::jmax(name, facts))) + 4;
 }
 
-void SampleView::paint(juce::Graphics& graphics) {
-    graphics.fillAll(brush::colour(palette::kGround));
-    const auto cell = getLocalBounds().toFloat();
-    const auto draw = [&](const std::string& text, double size, float share, Color colour) {
+void SampleView::paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell, Color) {
+    const auto text = cell.reduced(px(kInset), 0.0f);
+    const auto draw = [&](const std::string& line, double size, float share, Color colour) {
         const auto height = static_cast<float>(size * scale_);
         graphics.setFont(brush::medium(height));
         graphics.setColour(brush::colour(colour));
-        graphics.drawText(brush::text(text),
-                          cell.withY(cell.getHeight() * share - height).withHeight(2.0f * height),
+        graphics.drawText(brush::text(line),
+                          text.withY(text.getHeight() * share - height).withHeight(2.0f * height),
                           juce::Justification::centredLeft, true);
     };
     draw(shown_.name, measures_.nameText + kNameMore, kNameCentre,

@@ -1,13 +1,13 @@
-// SampleView: the name of the sound and its facts.
+// SampleView: the name of the sound and its facts; a press loads another.
 #pragma once
 
-#include "screens/draw/screen_control.h"
+#include "screens/draw/screen_button.h"
 #include "screens/model/top/sample_line.h"
 
 namespace zephyra {
 
 /// Message thread.
-class SampleView final : public ScreenControl {
+class SampleView final : public ScreenButton {
 public:
     explicit SampleView(ScreenContext& context);
 
@@ -15,7 +15,8 @@ public:
     /// Of its texts, pixels.
     int textWidth() const noexcept { return textWidth_; }
 
-    void paint(juce::Graphics& graphics) override;
+protected:
+    void paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell, Color sign) override;
 
 private:
     std::string sentence() const override;

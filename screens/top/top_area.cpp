@@ -151,7 +151,7 @@ void TopArea::place() {
     previous_.setIcon(Icon::left, kArrowIcon * large());
     next_.setIcon(Icon::right, kArrowIcon * large());
     presetName_.place(boxes_.preset, scale);
-    sampleName_.setBounds(brush::rectangle(boxes_.sample));
+    sampleName_.place(boxes_.sample, scale);
     locate_.place(boxes_.locate, scale);
     locate_.setLabel("Locate", kWord * scale * large());
     tempo_.place(boxes_.tempo, scale);

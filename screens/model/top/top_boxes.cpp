@@ -97,12 +97,12 @@ TopBoxes topBoxes(const ScreenLayout& layout, const TopWishes& wishes) {
     if (!hasSample) return boxes;
     left.skip(-kGap);
     boxes.lines[1] = left.line();
-    int rest = std::max(0, right.x() - left.x());
-    const int locate = wishes.showsLocate ? layout.px(wide.locate) + layout.px(kGap) : 0;
-    rest = std::max(0, rest - locate);
-    boxes.sample = left.placePixels(std::min(wishes.sampleWidth, rest), high);
+    left.skip(-kGap);
+    const int locate = wishes.showsLocate ? layout.px(wide.locate) : 0;
+    const int rest = std::max(0, right.x() + layout.px(kGap) - left.x() - locate);
+    boxes.sample =
+        left.placePixels(std::min(wishes.sampleWidth + layout.px(2 * kGap), rest), high);
     if (!wishes.showsLocate) return boxes;
-    left.skip(kGap);
     boxes.locate = left.place(wide.locate, button - 4);
     return boxes;
 }

@@ -7,6 +7,10 @@ namespace {
 using enum ControlId;
 
 TEST_F(Hands, DropASoundAndWhatIsNone) {
+    int asked = 0;
+    scene.screen().context().loadFile = [&] { ++asked; };
+    window.click(middle("Sound"));
+    EXPECT_EQ(asked, 1);
     const fs::path bird = fs::path(ZEPHYRA_SOURCE_DIR) / "resources/Blackbird.mp3";
     ASSERT_TRUE(window.drop(file(bird), stageAt(0.5, 0.5)));
     scene.play(0.1);
