@@ -20,6 +20,8 @@ public:
 
     /// See PathModel::setVoices.
     void setVoices(const SoundingVoices* voices) { model_.setVoices(voices); }
+    /// For what else touches knobs.
+    KnobHand& hand() { return hand_; }
     /// The knob's cell, also one that is hidden; null for what is none.
     KnobCell* knobCell(ControlId id);
     /// The knob that stands there, in this area; null for none.
