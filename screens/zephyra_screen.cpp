@@ -1,5 +1,6 @@
 #include "screens/zephyra_screen.h"
 
+#include "screens/desktop/window_look.h"
 #include "screens/desktop/x11_display.h"
 #include "screens/draw/brush.h"
 
@@ -9,6 +10,7 @@ namespace zephyra {
 
 ZephyraScreen::ZephyraScreen(PluginInstance& plugin, const ScreenSettings& settings)
     : source_(plugin), context_{.source = source_, .settings = settings} {
+    useWindowLook();
     context_.settingsChanged = [this] { layOutAnew(); };
     context_.cancelTouches = [this] { touches_.cancelAll(); };
     path_.setVoices(&voices_);

@@ -21,7 +21,7 @@ juce::String patternsOf(FileChoice::What what) {
 
 void FileChoice::ask(const juce::String& title, What what, Picked picked) {
     if (chooser_) return;
-    chooser_ = std::make_unique<juce::FileChooser>(title, juce::File(), patternsOf(what));
+    chooser_ = std::make_unique<juce::FileChooser>(title, folder_, patternsOf(what));
     using Flags = juce::FileBrowserComponent::FileChooserFlags;
     chooser_->launchAsync(Flags::openMode | Flags::canSelectFiles,
                           [this, picked = std::move(picked)](const juce::FileChooser& chooser) {
@@ -30,11 +30,9 @@ void FileChoice::ask(const juce::String& title, What what, Picked picked) {
                               // more.
                               std::shared_ptr<juce::FileChooser> ended(chooser_.release());
                               juce::MessageManager::callAsync([ended] {});
-                              if (file == juce::File())
-                                  picked({});
-                              else
-                                  picked(
-                                      std::filesystem::path(file.getFullPathName().toStdString()));
+                              if (file == juce::File()) return picked({});
+                              folder_ = file.getParentDirectory();
+                              picked(std::filesystem::path(file.getFullPathName().toStdString()));
                           });
 }
 

@@ -17,12 +17,13 @@ public:
     /// none: nothing was picked.
     using Picked = std::function<void(const std::optional<std::filesystem::path>& file)>;
 
-    /// Nothing happens while another one is open.
+    /// Begins in the folder of the last one. Nothing happens while another one is open.
     void ask(const juce::String& title, What what, Picked picked);
     bool isOpen() const noexcept { return chooser_ != nullptr; }
 
 private:
     std::unique_ptr<juce::FileChooser> chooser_;
+    juce::File folder_;
 };
 
 } // namespace zephyra

@@ -4,6 +4,7 @@
 #include "platform/files/file_calls.h"
 #include "plugin/juce/standalone/display.h"
 #include "plugin/standalone/document_opening.h"
+#include "screens/draw/brush.h"
 
 #include <cstdio>
 #include <span>
@@ -29,9 +30,7 @@ double now() {
 class StandaloneProgram::Window final : public juce::DocumentWindow {
 public:
     Window(ZephyraProcessor& processor, StandaloneAudio& audio, std::function<void()> quit)
-        : DocumentWindow(kEffectNames.name,
-                         getLookAndFeel().findColour(ResizableWindow::backgroundColourId),
-                         allButtons),
+        : DocumentWindow(kEffectNames.name, brush::colour(palette::kGround), allButtons),
           quit_(std::move(quit)), view_(new StandaloneView(processor, audio)) {
         setUsingNativeTitleBar(true);
         setResizable(true, false);

@@ -100,8 +100,7 @@ TopBoxes topBoxes(const ScreenLayout& layout, const TopWishes& wishes) {
     left.skip(-kGap);
     const int locate = wishes.showsLocate ? layout.px(wide.locate) : 0;
     const int rest = std::max(0, right.x() + layout.px(kGap) - left.x() - locate);
-    boxes.sample =
-        left.placePixels(std::min(wishes.sampleWidth + layout.px(2 * kGap), rest), high);
+    boxes.sample = left.placePixels(std::min(wishes.sampleWidth + layout.px(2 * kGap), rest), high);
     if (!wishes.showsLocate) return boxes;
     boxes.locate = left.place(wide.locate, button - 4);
     return boxes;
