@@ -10,8 +10,8 @@ namespace zephyra {
 
 /// When a frame of the window is drawn.
 struct FrameTime {
-    double now = 0.0;     ///< seconds on the window's own clock, from its opening
-    double elapsed = 0.0; ///< since the frame before
+    double now = 0.0;     ///< seconds on the window's clock, which goes steadily
+    double elapsed = 0.0; ///< since the frame before, or, of the first one, the clock's beginning
 };
 
 /// What is copied out of the instance once a frame, by one part of the window. Message thread.

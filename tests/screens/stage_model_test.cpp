@@ -212,7 +212,7 @@ TEST(LiveWave, ScrollsWithWhatComesIn) {
         std::fill(plugin.input.begin(), plugin.input.end(), level);
         plugin.render();
         const auto held = plugin.main();
-        EXPECT_TRUE(live.follow(wave));
+        EXPECT_TRUE(live.follow(wave, 0.01));
         if (block < 1000) continue;
         live.show(0.0, 1.0, columns);
         const std::size_t now = static_cast<std::size_t>(std::count_if(
@@ -227,6 +227,12 @@ TEST(LiveWave, ScrollsWithWhatComesIn) {
         loud += now;
     }
     EXPECT_GT(loud, 0u);
+    std::fill(plugin.input.begin(), plugin.input.end(), 0.0f);
+    plugin.render(1000); // more than a buffer that nobody saw: a window was hidden
+    const auto held = plugin.main();
+    for (double elapsed = 10.0; live.follow(wave, elapsed);) elapsed = 0.0;
+    live.show(0.0, 1.0, columns);
+    for (const WaveColumn& column : columns) ASSERT_EQ(column.high, 0.0f);
 }
 
 TEST(RulerScale, MarksRoundTimes) {

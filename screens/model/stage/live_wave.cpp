@@ -19,9 +19,10 @@ void LiveWave::beginAnew(const WaveForm& wave) {
     read_.resize(kMostAtOnce);
 }
 
-bool LiveWave::follow(const WaveForm& wave) {
+bool LiveWave::follow(const WaveForm& wave, double elapsed) {
     const LiveSample& live = *wave.liveSample();
-    const bool isNew = begins_ == 0 || live.size != size_ ||
+    const bool isLate = elapsed >= double{live.duration()};
+    const bool isNew = begins_ == 0 || isLate || live.size != size_ ||
                        wave.liveReplacements() != replacements_ || wave.holds() != holds_;
     if (isNew) beginAnew(wave);
     const std::uint64_t index = live.offset, wrote = (index + size_ - index_) % size_;

@@ -18,8 +18,9 @@ public:
     static constexpr std::size_t kBlock = 64;         ///< frames
     static constexpr std::size_t kMostAtOnce = 32768; ///< frames that a call reads
 
-    /// MAIN. True when there is more to be shown.
-    bool follow(const WaveForm& wave);
+    /// elapsed: seconds since the last call; where more than a buffer may have come in meanwhile,
+    /// it begins anew. True when there is more to be shown. MAIN.
+    bool follow(const WaveForm& wave, double elapsed);
 
     /// From first to last, fractions of the buffer: 0 is its oldest frame, 1 the newest. The number
     /// of the first column, counted from when the buffer was new: how far it scrolled.

@@ -42,7 +42,7 @@ void StageReader::read(AudioUnitViewController& view, const FrameTime& time) {
     const std::uint64_t rendered = stream.engine().renderedFrames();
     const double frame = clock_.advance(rendered, time.elapsed, rate);
     readSound(stream, view);
-    readLive(stream);
+    readLive(stream, time.now);
     readScan(stream, (frame - static_cast<double>(rendered)) / rate);
     readGrains(stream, time, rate);
 }
@@ -65,11 +65,13 @@ void StageReader::readSound(MOK_SCRUB_GRANULATOR& stream, AudioUnitViewControlle
     if (view.sampleLoader.isLoading()) of.loading = view.sampleLoader.progress();
 }
 
-void StageReader::readLive(MOK_SCRUB_GRANULATOR& stream) {
+void StageReader::readLive(MOK_SCRUB_GRANULATOR& stream, double now) {
     const WaveForm& wave = stream.waveForm();
     contents_.isWriting = contents_.isLive && wave.enableLIVE() && !wave.isHeld();
     contents_.liveFrames = wave.liveSample()->size;
-    if (contents_.isLive && live_.follow(wave)) liveNews_ = true;
+    if (!contents_.isLive) return;
+    if (live_.follow(wave, now - liveReadAt_)) liveNews_ = true;
+    liveReadAt_ = now;
 }
 
 /// lag: seconds that the picture is behind the latest block, below 0.

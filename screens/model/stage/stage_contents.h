@@ -62,7 +62,7 @@ public:
 
 private:
     void readSound(MOK_SCRUB_GRANULATOR& stream, AudioUnitViewController& view);
-    void readLive(MOK_SCRUB_GRANULATOR& stream);
+    void readLive(MOK_SCRUB_GRANULATOR& stream, double now);
     void readScan(MOK_SCRUB_GRANULATOR& stream, double lag);
     void readGrains(MOK_SCRUB_GRANULATOR& stream, const FrameTime& time, double rate);
 
@@ -71,6 +71,7 @@ private:
     GrainCloud grains_;
     LiveWave live_;
     bool liveNews_ = false;
+    double liveReadAt_ = 0.0; // on the window's clock
     GrainClock clock_;
     BarSize bar_;
     bool fades_ = true;
