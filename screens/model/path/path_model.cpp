@@ -3,7 +3,6 @@
 #include "controls/toggle.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace zephyra {
 
@@ -24,27 +23,16 @@ void PathModel::read(AudioUnitViewController& view, const FrameTime& time) {
                                ControlId::scanSync, ControlId::echoSync})
         isOn_[static_cast<std::size_t>(id)] = view._GRANULATOR_STREAM.linear(id) != 0.0f;
     envelope_ = view._GRANULATOR_STREAM.envelope();
-    readVoices(view, time);
+    readVoices(time);
     readKeep(view);
 }
 
-void PathModel::readVoices(AudioUnitViewController& view, const FrameTime& time) {
+void PathModel::readVoices(const FrameTime& time) {
     voicesTick_.advance(time.elapsed);
-    if (!voicesTick_.isNow()) return;
+    if (!sounding_ || !voicesTick_.isNow()) return;
     std::array<SoundingVoice, kVoices> voices;
-    if (sounding_) {
-        const std::size_t count = sounding_->sounding(voices);
-        return voices_.show(std::span(voices).first(count), sounding_->dropped(), time.now);
-    }
-    const mokGranulatorSF& engine = view._GRANULATOR_STREAM.engine();
-    const std::uint64_t rendered = engine.renderedFrames(), sounded = engine.soundedSamples();
-    if (rendered != rendered_) // else no block was rendered since
-        mean_ = static_cast<double>(sounded - sounded_) / static_cast<double>(rendered - rendered_);
-    rendered_ = rendered, sounded_ = sounded;
-    const auto count = static_cast<std::size_t>(std::clamp(std::lround(mean_), 0L, long{kVoices}));
-    for (std::size_t i = 0; i < count; ++i)
-        voices[i] = {i, view._GRANULATOR_STREAM.controls._pitch.value()};
-    voices_.show(std::span(voices).first(count), engine.droppedGrains(), time.now);
+    const std::size_t count = sounding_->sounding(voices);
+    voices_.show(std::span(voices).first(count), sounding_->dropped(), time.now);
 }
 
 void PathModel::readKeep(AudioUnitViewController& view) {

@@ -26,8 +26,7 @@ class PathModel final : public ScreenPart {
 public:
     void read(AudioUnitViewController& view, const FrameTime& time) override;
 
-    /// From now on the grains are known; null: they are counted, and have the pitch control's
-    /// colour. voices outlives this.
+    /// Where the grains that sound are known; null, as at first, for none. voices outlives this.
     void setVoices(const SoundingVoices* voices) { sounding_ = voices; }
 
     /// Of a knob that is there; others keep what they were.
@@ -41,7 +40,7 @@ public:
     const KeepFace& keep() const { return keep_; }
 
 private:
-    void readVoices(AudioUnitViewController& view, const FrameTime& time);
+    void readVoices(const FrameTime& time);
     void readKeep(AudioUnitViewController& view);
 
     const SoundingVoices* sounding_ = nullptr;
@@ -52,8 +51,6 @@ private:
     VoiceDots voices_;
     SlowTick voicesTick_;
     KeepFace keep_;
-    std::uint64_t sounded_ = 0, rendered_ = 0; // of the engine, as last read
-    double mean_ = 0.0;                        // grains that sounded since the read before
 };
 
 } // namespace zephyra
