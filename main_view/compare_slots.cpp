@@ -12,7 +12,7 @@ PropertyDictionary CompareSlots::state() const {
 
 void CompareSlots::choose(Slot slot) {
     if (slot == chosen_) return;
-    view_.edits.beginEdit(slot == Slot::a ? "Compare A" : "Compare B");
+    view_.edits.beginEdit(slot == Slot::a ? "Compare A" : "Compare B", EditKind::compare);
     view_.edits.takeWhole();
     const PropertyDictionary now = state();
     held(chosen_) = now;

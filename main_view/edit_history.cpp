@@ -18,10 +18,11 @@ bool isOfNumbers(const PropertyDictionary& part) {
 
 } // namespace
 
-void EditHistory::beginEdit(const std::string& name) {
+void EditHistory::beginEdit(const std::string& name, EditKind kind) {
     if (depth_++ > 0) return;
     settle();
     name_ = name;
+    kind_ = kind;
     before_ = view_.editState();
     began_ = view_.secondsNow();
     loads_ = view_.sampleLoader.requests();
@@ -42,12 +43,13 @@ void EditHistory::endEveryEdit() {
 void EditHistory::close() {
     Entry entry = entryOf(before_, changedSince(before_));
     entry.name = name_;
+    entry.kind = kind_;
     entry.ended = view_.secondsNow();
     entry.isTick = entry.ended - began_ <= kTickLength && isOfNumbers(entry.before) &&
                    isOfNumbers(entry.after);
     const SampleLoader& loader = view_.sampleLoader;
     if (loader.requests() != loads_ && loader.isLoading() && soundChangedSince(before_).empty())
-        awaited_ = Awaited{name_, std::move(before_)};
+        awaited_ = Awaited{name_, kind_, std::move(before_)};
     before_.clear();
     if (!isEmpty(entry)) add(std::move(entry));
     ++changes_;
@@ -86,6 +88,7 @@ void EditHistory::settle() {
     awaited_.reset();
     Entry entry = entryOf(awaited.before, soundChangedSince(awaited.before));
     entry.name = awaited.name;
+    entry.kind = awaited.kind;
     if (!isEmpty(entry)) add(std::move(entry));
 }
 

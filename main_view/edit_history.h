@@ -14,6 +14,13 @@
 
 namespace zephyra {
 
+/// What an edit is of, besides its name.
+enum class EditKind : std::uint8_t {
+    change,  ///< controls, the sound, what moves them
+    preset,  ///< a preset took the place of all of that
+    compare, ///< the other one of A and B plays
+};
+
 /// An edit is what differs in the state between its beginning and its end, and was not moved by
 /// somebody else meanwhile. Taking it back restores that and leaves the rest alone; what plays
 /// plays on. A preset that is loaded, also as a host's program, is an edit with its name; another
@@ -33,7 +40,7 @@ public:
     /// belong to that one. Nothing changed makes no entry. An edit of numbers alone that ends as it
     /// begins (a wheel's tick, an arrow key) joins the one before if that was such a one of the
     /// same name a moment ago. An end without a beginning is ignored.
-    void beginEdit(const std::string& name);
+    void beginEdit(const std::string& name, EditKind kind = EditKind::change);
     void endEdit();
     /// Ends what is still open, as a window does that closes.
     void endEveryEdit();
@@ -46,6 +53,8 @@ public:
     /// Of the edit that is next, once none is under way; empty for none.
     std::string undoName() const { return done_.empty() ? std::string() : done_.back().name; }
     std::string redoName() const { return undone_.empty() ? std::string() : undone_.back().name; }
+    /// Of the edit that undoName names; change for none.
+    EditKind undoKind() const { return done_.empty() ? EditKind::change : done_.back().kind; }
     /// False, and nothing changed, when there is nothing, or a hand is still at something.
     bool undo();
     bool redo();
@@ -64,6 +73,7 @@ private:
     /// What differs, as it was and as it became.
     struct Entry {
         std::string name;
+        EditKind kind = EditKind::change;
         PropertyDictionary before, after;
         double ended = 0.0;
         bool isTick = false;
@@ -71,6 +81,7 @@ private:
     /// A sound that is being read.
     struct Awaited {
         std::string name;
+        EditKind kind;
         PropertyDictionary before;
     };
 
@@ -90,6 +101,7 @@ private:
     std::vector<Entry> undone_;
     int depth_ = 0;
     std::string name_; // of the edit under way, as are these
+    EditKind kind_ = EditKind::change;
     PropertyDictionary before_;
     double began_ = 0.0;
     std::uint64_t loads_ = 0; // asked for when it began

@@ -132,7 +132,7 @@ void AudioUnitViewController::restorePreset(const PropertyDictionary& state,
                                             StateOrder::Number asked) {
     const auto name = state.find(kSnapshotTags);
     const auto* const text = name == state.end() ? nullptr : name->second.as<std::string>();
-    edits.beginEdit(text && !text->empty() ? *text : "Preset");
+    edits.beginEdit(text && !text->empty() ? *text : "Preset", EditKind::preset);
     edits.takeWhole();
     restoreStateProc_asked(state, asked);
     edits.endEdit();

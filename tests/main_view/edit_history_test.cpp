@@ -233,6 +233,7 @@ TEST(EditHistory, HasSoundsThatComeLaterAndPresetsByName) {
     };
     load(files[0]);
     EXPECT_FALSE(view.edits.canUndo()); // there is none to return to
+    EXPECT_EQ(view.edits.undoKind(), EditKind::change);
     load(files[1]);
     EXPECT_EQ(view.edits.undoName(), files[1].filename().string());
     const auto plays = [&] {
@@ -256,6 +257,7 @@ TEST(EditHistory, HasSoundsThatComeLaterAndPresetsByName) {
     stream.setDisplayed(density, 40.0f);
     view.snapshotSource.restoreStateProc(preset);
     EXPECT_EQ(view.edits.undoName(), "Glass");
+    EXPECT_EQ(view.edits.undoKind(), EditKind::preset);
     EXPECT_TRUE(view.edits.undo());
     EXPECT_NEAR(stream.displayed(density), 40.0f, 1e-3f);
     view.restoreState(preset); // as a host's program

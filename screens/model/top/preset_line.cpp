@@ -112,11 +112,11 @@ void PresetLine::followStore(AudioUnitViewController& view) {
 /// The preset itself is an edit, complete once its sound is there; to compare is none of its own.
 void PresetLine::followEdits(const EditHistory& edits, bool isChosen) {
     const std::string latest = edits.undoName();
-    if (chooser_ == Chooser::nobody || isChosen || shown_.loading || latest.empty() ||
-        latest == shown_.name) {
+    const bool isItself = edits.undoKind() == EditKind::preset && latest == shown_.name;
+    if (chooser_ == Chooser::nobody || isChosen || shown_.loading || latest.empty() || isItself) {
         edits_ = edits.changes();
         shown_.isChanged = false;
-    } else if (edits.changes() != edits_ && !latest.starts_with("Compare ")) {
+    } else if (edits.changes() != edits_ && edits.undoKind() != EditKind::compare) {
         shown_.isChanged = true;
     }
 }
