@@ -3,17 +3,25 @@
 #include "screens/desktop/host_keys.h"
 #include "screens/remembered_screen.h"
 
+#include <functional>
 #include <utility>
 
 namespace zephyra {
 
 class Lv2Window::Content final : public juce::Component {
 public:
-    Content(PluginInstance& plugin, void* parent) : screen_(makeRememberedScreen(plugin)) {
+    /// grown: it has made itself larger or smaller.
+    Content(PluginInstance& plugin, void* parent, std::function<void()> grown)
+        : screen_(makeRememberedScreen(plugin)), zoom_(screen_->settings().zoom) {
         setOpaque(true);
-        const double zoom = screen_->settings().zoom;
-        setSize(juce::roundToInt(ScreenLayout::kStartWidth * zoom),
-                juce::roundToInt(ScreenLayout::kStartHeight * zoom));
+        setSize(juce::roundToInt(ScreenLayout::kStartWidth * zoom_),
+                juce::roundToInt(ScreenLayout::kStartHeight * zoom_));
+        ScreenContext& context = screen_->context();
+        context.settingsChanged = [this, before = std::move(context.settingsChanged),
+                                   grown = std::move(grown)] {
+            before();
+            if (followZoom()) grown();
+        };
         addAndMakeVisible(*screen_);
         addToDesktop(0, parent);
         setVisible(true);
@@ -26,24 +34,47 @@ public:
     }
 
 private:
+    /// The window keeps its size in units.
+    bool followZoom() {
+        const double zoom = screen_->settings().zoom, change = zoom / std::exchange(zoom_, zoom);
+        if (change == 1.0) return false;
+        setSize(juce::roundToInt(getWidth() * change), juce::roundToInt(getHeight() * change));
+        return true;
+    }
+
     HostKeys keys_;
     std::unique_ptr<ZephyraScreen> screen_;
+    double zoom_;
 };
 
 Lv2Window::Lv2Window(Lv2Plugin& plugin, const Host& host, std::shared_ptr<MessageThread> thread)
-    : thread_(std::move(thread)), writes_(plugin, host.write, host.controller, host.touch) {
-    int width = 0, height = 0;
+    : thread_(std::move(thread)), resize_(host.resize),
+      writes_(plugin, host.write, host.controller, host.touch) {
     thread_->call([&] {
-        content_ = std::make_unique<Content>(plugin.instance(), host.parent);
+        content_ = std::make_unique<Content>(plugin.instance(), host.parent,
+                                             [this] { asksForSize_ = true; });
         if (auto* const peer = content_->getPeer()) widget_ = peer->getNativeHandle();
-        width = content_->getWidth();
-        height = content_->getHeight();
     });
-    if (host.resize) host.resize->ui_resize(host.resize->handle, width, height);
+    askForSize();
 }
 
 Lv2Window::~Lv2Window() {
     thread_->call([this] { content_.reset(); });
+}
+
+void Lv2Window::idle() {
+    writes_.deliver();
+    if (asksForSize_.exchange(false)) askForSize();
+}
+
+void Lv2Window::askForSize() {
+    if (!resize_) return;
+    int width = 0, height = 0;
+    thread_->call([&] {
+        width = content_->getWidth();
+        height = content_->getHeight();
+    });
+    resize_->ui_resize(resize_->handle, width, height);
 }
 
 void Lv2Window::resize(int width, int height) {

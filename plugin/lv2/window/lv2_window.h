@@ -4,7 +4,7 @@
 #include "plugin/lv2/window/host_writes.h"
 #include "plugin/lv2/window/message_thread.h"
 
-#include <cstdint>
+#include <atomic>
 #include <lv2/ui/ui.h>
 #include <memory>
 
@@ -17,9 +17,9 @@ public:
     struct Host {
         LV2UI_Write_Function write = nullptr;
         LV2UI_Controller controller = nullptr;
-        void* parent = nullptr; ///< an X11 window
-        const LV2UI_Resize* resize = nullptr;
-        const LV2UI_Touch* touch = nullptr;
+        void* parent = nullptr;               ///< an X11 window
+        const LV2UI_Resize* resize = nullptr; ///< may be null, and outlives the window, as
+        const LV2UI_Touch* touch = nullptr;   ///< touch does
     };
 
     /// thread runs; plugin outlives it.
@@ -31,13 +31,18 @@ public:
     /// The X11 window; null when none could be made.
     LV2UI_Widget widget() const noexcept { return widget_; }
 
-    void idle() { writes_.deliver(); }
+    /// Tells the host what hands have done, and which size the window wants.
+    void idle();
     /// The host gives it so many pixels.
     void resize(int width, int height);
 
 private:
     class Content;
+    void askForSize();
+
     std::shared_ptr<MessageThread> thread_;
+    const LV2UI_Resize* const resize_;
+    std::atomic<bool> asksForSize_ = false; // its zoom has changed
     HostWrites writes_;
     std::unique_ptr<Content> content_; // of the message thread
     LV2UI_Widget widget_ = nullptr;

@@ -50,7 +50,10 @@ void cleanup(LV2UI_Handle handle) {
 }
 
 int idle(LV2UI_Handle handle) {
-    static_cast<Lv2Window*>(handle)->idle();
+    try {
+        static_cast<Lv2Window*>(handle)->idle();
+    } catch (const std::exception&) { // what it could not tell now is lost; the window goes on
+    }
     return 0;
 }
 

@@ -82,19 +82,21 @@ void HostWindow::drag(int x, int y, int by) {
 std::string HostWindow::keysThatComeBack(const std::string& letters) {
     XSelectInput(display, parent, KeyPressMask);
     keys_.clear();
-    for (const char letter : letters) {
-        XEvent event{};
-        event.xkey.type = KeyPress;
-        event.xkey.display = display;
-        event.xkey.window = widget;
-        event.xkey.root = DefaultRootWindow(display);
-        event.xkey.keycode = XKeysymToKeycode(display, static_cast<KeySym>(letter));
-        event.xkey.same_screen = True;
-        XSendEvent(display, widget, True, KeyPressMask, &event);
-        XSync(display, False);
-        idle(60);
-    }
+    for (const char letter : letters) strike(static_cast<KeySym>(letter));
     return keys_;
+}
+
+void HostWindow::strike(KeySym key) {
+    XEvent event{};
+    event.xkey.type = KeyPress;
+    event.xkey.display = display;
+    event.xkey.window = widget;
+    event.xkey.root = DefaultRootWindow(display);
+    event.xkey.keycode = XKeysymToKeycode(display, key);
+    event.xkey.same_screen = True;
+    XSendEvent(display, widget, True, KeyPressMask, &event);
+    XSync(display, False);
+    idle(60);
 }
 
 std::size_t HostWindow::colours() const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <X11/Xlib.h>
+#include <X11/keysym.h>
 #include <cstddef>
 #include <string>
 
@@ -31,6 +32,8 @@ public:
     void drag(int x, int y, int by);
     /// Strikes keys in it, and says which of them came to the host's window.
     std::string keysThatComeBack(const std::string& letters);
+    /// Strikes a key in it.
+    void strike(KeySym key);
     /// How many colours are seen in it.
     std::size_t colours() const;
     /// Whether its middle was painted since the parent, which is black, was shown.

@@ -32,17 +32,17 @@ Lv2Plugin::~Lv2Plugin() {
     descriptor->cleanup(handle);
 }
 
-Lv2Window::Lv2Window(Display* server, Lv2Plugin& of) : HostWindow(server) {
-    const LV2UI_Resize resize{this, [](LV2UI_Feature_Handle window, int width, int height) {
-                                  auto& self = *static_cast<Lv2Window*>(window);
-                                  XResizeWindow(self.display, self.parent,
-                                                static_cast<unsigned>(width),
-                                                static_cast<unsigned>(height));
-                                  return 0;
-                              }};
+Lv2Window::Lv2Window(Display* server, Lv2Plugin& of)
+    : HostWindow(server), resize_{this, [](LV2UI_Feature_Handle window, int width, int height) {
+                                      auto& self = *static_cast<Lv2Window*>(window);
+                                      XResizeWindow(self.display, self.parent,
+                                                    static_cast<unsigned>(width),
+                                                    static_cast<unsigned>(height));
+                                      return 0;
+                                  }} {
     const LV2_Feature instance{LV2_INSTANCE_ACCESS_URI, of.handle};
     const LV2_Feature parentFeature{LV2_UI__parent, reinterpret_cast<void*>(parent)};
-    const LV2_Feature resizing{LV2_UI__resize, const_cast<LV2UI_Resize*>(&resize)};
+    const LV2_Feature resizing{LV2_UI__resize, const_cast<LV2UI_Resize*>(&resize_)};
     const LV2_Feature* const features[] = {&instance, &parentFeature, &resizing, nullptr};
     descriptor_ = reinterpret_cast<LV2UI_DescriptorFunction>(
         entry(kBundle + "zephyra_window.so", "lv2ui_descriptor"))(0);

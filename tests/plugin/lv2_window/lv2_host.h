@@ -33,6 +33,7 @@ public:
 private:
     void turn() override;
 
+    const LV2UI_Resize resize_;
     const LV2UI_Descriptor* descriptor_;
     LV2UI_Handle handle_ = nullptr;
 };

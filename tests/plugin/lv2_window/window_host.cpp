@@ -93,7 +93,24 @@ void paint(Display* display, Lv2Plugin& effect, Lv2Plugin& instrument) {
     std::printf("resized to %d x %d\n", attributes.width, attributes.height);
 }
 
-/// A drag reaches the host's ports; keys that are not the window's reach the host.
+/// Larger by the settings, whose rows are tried until one of them is the zoom.
+void zoom(Lv2Window& window) {
+    XWindowAttributes own, around;
+    XGetWindowAttributes(window.display, window.widget, &own);
+    window.drag(own.width - 24, 28, 0);
+    const int before = own.width;
+    for (int row = 0; row < 12 && own.width == before; ++row) {
+        window.strike(XK_Right);
+        window.strike(XK_Down);
+        XGetWindowAttributes(window.display, window.widget, &own);
+    }
+    window.strike(XK_Escape);
+    XGetWindowAttributes(window.display, window.parent, &around);
+    std::printf("zoomed from %d to %d in %d, ", before, own.width, around.width);
+}
+
+/// A drag reaches the host's ports, a zoom its window; keys that are not the window's reach the
+/// host.
 void hand(Display* display, Lv2Plugin& instrument) {
     Lv2Window window(display, instrument);
     window.idle(300);
@@ -102,6 +119,7 @@ void hand(Display* display, Lv2Plugin& instrument) {
     std::printf("wrote %zu ports, density %s, ", window.written.size(),
                 window.written.contains(5) ? "moved" : "stood");
     const std::string ofLv2 = window.keysThatComeBack("qfx");
+    zoom(window);
     Vst3Plugin effect(false);
     Vst3Window other(display, effect);
     waitForPaint(other);
