@@ -51,6 +51,20 @@ void handleErrors() {
     return system ? system->getDisplay() : nullptr;
 }
 
+/// JUCE is about to close its connection: what is made at that address next may be a host's. What
+/// is still on its way comes before.
+struct UntilItCloses final : juce::DeletedAtShutdown {
+    ~UntilItCloses() override {
+        if (::Display* const display = juceDisplay())
+            juce::X11Symbols::getInstance()->xSync(display, False);
+        ownDisplay = nullptr;
+        clearSingletonInstance();
+    }
+    JUCE_DECLARE_SINGLETON(UntilItCloses, false)
+};
+
+JUCE_IMPLEMENT_SINGLETON(UntilItCloses)
+
 } // namespace
 
 void flush() {
@@ -80,7 +94,9 @@ void freeColourmap(void* window) {
 
 void dropOwnErrors() {
     ownDisplay = juceDisplay();
-    if (ownDisplay) handleErrors();
+    if (!ownDisplay) return;
+    UntilItCloses::getInstance();
+    handleErrors();
 }
 
 bool dropErrorsOf(::Display* display) {
@@ -99,10 +115,6 @@ void forgetErrorsOf(::Display* display) {
 std::string displayName() {
     ::Display* const display = juceDisplay();
     return display ? DisplayString(display) : "";
-}
-
-void forgetOwnDisplay() {
-    ownDisplay = nullptr;
 }
 
 } // namespace zephyra::x11
@@ -124,7 +136,6 @@ void forgetErrorsOf(_XDisplay*) {}
 std::string displayName() {
     return {};
 }
-void forgetOwnDisplay() {}
 } // namespace zephyra::x11
 
 #endif

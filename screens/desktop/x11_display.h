@@ -26,7 +26,8 @@ void freeColourmap(void* window);
 
 /// From now on errors on JUCE's own connection are dropped, since a host may destroy the window
 /// around ours before it closes ours; those of other connections go to who was told before. Without
-/// it the first of them ends the host. Again after JUCE was started anew. Message thread.
+/// it the first of them ends the host. Until JUCE closes that connection: again after JUCE was
+/// started anew. Message thread.
 void dropOwnErrors();
 /// Adds another connection of ours to those; false when there are too many of them. Message thread.
 bool dropErrorsOf(_XDisplay* display);
@@ -34,7 +35,5 @@ bool dropErrorsOf(_XDisplay* display);
 void forgetErrorsOf(_XDisplay* display);
 /// The display's name by which JUCE has opened it; empty without one. Message thread.
 std::string displayName();
-/// JUCE is about to close its connection. Message thread.
-void forgetOwnDisplay();
 
 } // namespace zephyra::x11

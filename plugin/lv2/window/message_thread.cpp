@@ -49,7 +49,6 @@ MessageThread::MessageThread() {
         started.set_value(hasDisplay);
         if (hasDisplay) x11::dropOwnErrors();
         run();
-        x11::forgetOwnDisplay();
         juce::shutdownJuce_GUI();
     });
     hasDisplay_ = started.get_future().get();
