@@ -2,6 +2,7 @@
 
 #include "screens/draw/brush.h"
 #include "screens/draw/switch_access.h"
+#include "screens/draw/switch_pill.h"
 #include "screens/model/help_texts.h"
 
 #include <utility>
@@ -41,7 +42,7 @@ void SectionSwitch::show(const PathModel& model) {
 
 void SectionSwitch::paint(juce::Graphics& graphics) {
     if (shape_ == SwitchShape::pill)
-        paintPill(graphics, drawn_);
+        drawSwitchPill(graphics, drawn_, {isOn_, isHovered()});
     else
         paintChip(graphics, drawn_);
     if (!showsFocus()) return;
@@ -50,20 +51,6 @@ void SectionSwitch::paint(juce::Graphics& graphics) {
     graphics.setColour(brush::colour(kBright));
     graphics.drawRoundedRectangle(
         frame, frame.getHeight() * (shape_ == SwitchShape::pill ? 0.5f : 0.28f), width);
-}
-
-void SectionSwitch::paintPill(juce::Graphics& graphics, juce::Rectangle<float> box) const {
-    const float line = box.getHeight() / 9, corner = box.getHeight() / 2;
-    const juce::Colour off = brush::colour(isHovered() ? kBright : kFaint);
-    graphics.setColour(isOn_ ? brush::colour(isHovered() ? kBright : kArc) : off);
-    if (isOn_)
-        graphics.fillRoundedRectangle(box, corner);
-    else
-        graphics.drawRoundedRectangle(box.reduced(line / 2), corner - line / 2, line);
-    const float dot = box.getHeight() - 5 * line;
-    const float x = isOn_ ? box.getRight() - box.getHeight() / 2 : box.getX() + box.getHeight() / 2;
-    graphics.setColour(isOn_ ? brush::colour(kInk) : off);
-    graphics.fillEllipse(juce::Rectangle(dot, dot).withCentre({x, box.getCentreY()}));
 }
 
 void SectionSwitch::paintChip(juce::Graphics& graphics, juce::Rectangle<float> box) const {

@@ -29,7 +29,6 @@ public:
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 private:
-    void paintPill(juce::Graphics& graphics, juce::Rectangle<float> box) const;
     void paintChip(juce::Graphics& graphics, juce::Rectangle<float> box) const;
 
     const ControlId id_;

@@ -1,6 +1,8 @@
 #include "screens/sheet/alert_dialog.h"
 
 #include "screens/draw/brush.h"
+#include "screens/draw/text_field.h"
+#include "screens/sheet/panel.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,7 +14,6 @@ namespace {
 
 constexpr int kWidth = 480, kMargin = 24, kGap = 16, kField = 32, kButton = 36; // units
 constexpr double kTitleText = 18.0, kMessageText = 14.0, kButtonText = 13.0;
-constexpr float kDimmed = 0.6f; // of what is below
 
 } // namespace
 
@@ -26,14 +27,7 @@ AlertDialog::AlertDialog(ScreenContext& context, const ShownAlert& alert,
     if (alert_.typed) {
         field_.setText(brush::text(*alert_.typed), juce::dontSendNotification);
         field_.setTitle(brush::text(alert.title));
-        field_.setColour(juce::TextEditor::backgroundColourId, brush::colour(palette::kGround));
-        field_.setColour(juce::TextEditor::textColourId, brush::colour(palette::kBright));
-        field_.setColour(juce::TextEditor::outlineColourId, brush::colour(palette::kTrack));
-        field_.setColour(juce::TextEditor::focusedOutlineColourId, brush::colour(palette::kBright));
-        field_.setColour(juce::TextEditor::highlightColourId, brush::colour(palette::kTrack));
-        field_.setColour(juce::TextEditor::highlightedTextColourId,
-                         brush::colour(palette::kBright));
-        field_.setColour(juce::CaretComponent::caretColourId, brush::colour(palette::kAccent));
+        dressTextField(field_);
         field_.setJustification(juce::Justification::centredLeft);
         field_.onReturnKey = [this] { answer(safeButton(true)); };
         field_.onEscapeKey = [this] { answer(safeButton(false)); };
@@ -146,11 +140,7 @@ void AlertDialog::layOut(const ScreenLayout& layout) {
 }
 
 void AlertDialog::paint(juce::Graphics& graphics) {
-    graphics.fillAll(brush::colour(palette::kGround, kDimmed));
-    graphics.setColour(brush::colour(palette::kStage));
-    graphics.fillRoundedRectangle(panel_.toFloat(), static_cast<float>(8.0 * scale_));
-    graphics.setColour(brush::colour(palette::kLine));
-    graphics.drawRoundedRectangle(panel_.toFloat(), static_cast<float>(8.0 * scale_), 1.0f);
+    drawPanel(graphics, panel_, scale_);
     const auto draw = [&](const std::string& text, const juce::Font& font, Color color,
                           juce::Rectangle<int> box) {
         juce::AttributedString string(brush::text(text));

@@ -1,6 +1,9 @@
 // What mouse, keys and assistive technology do to a row of the settings.
 #include "screens/draw/brush.h"
+#include "screens/draw/text_field.h"
 #include "screens/sheet/setting_row_view.h"
+
+#include <utility>
 
 namespace zephyra {
 
@@ -185,16 +188,7 @@ void SettingRowView::focusLost(FocusChangeType) {
 
 void SettingRowView::openField() {
     field_ = std::make_unique<juce::TextEditor>();
-    const auto colour = [this](int id, Color color) {
-        field_->setColour(id, brush::colour(color));
-    };
-    colour(juce::TextEditor::backgroundColourId, palette::kGround);
-    colour(juce::TextEditor::textColourId, palette::kBright);
-    colour(juce::TextEditor::outlineColourId, palette::kTrack);
-    colour(juce::TextEditor::focusedOutlineColourId, palette::kBright);
-    colour(juce::TextEditor::highlightColourId, palette::kTrack);
-    colour(juce::TextEditor::highlightedTextColourId, palette::kBright);
-    colour(juce::CaretComponent::caretColourId, palette::kAccent);
+    dressTextField(*field_);
     field_->setFont(brush::medium(px(13)));
     field_->setJustification(juce::Justification::centredRight);
     field_->setPopupMenuEnabled(false);

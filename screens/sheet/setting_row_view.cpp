@@ -2,6 +2,7 @@
 #include "screens/sheet/setting_row_view.h"
 
 #include "screens/draw/brush.h"
+#include "screens/draw/switch_pill.h"
 
 #include <utility>
 
@@ -67,7 +68,10 @@ void SettingRowView::paint(juce::Graphics& graphics) {
     case SettingKind::choice:
         return paintChoices(graphics);
     case SettingKind::toggle:
-        paintPill(graphics);
+        drawSwitchPill(graphics,
+                       brush::floats(boxes_.control)
+                           .withSizeKeepingCentre(static_cast<float>(boxes_.control.width), px(16)),
+                       {.isOn = shown_.chosen == 1, .isHovered = isHovered_});
         return value(boxes_.value, kBright, juce::Justification::centredLeft);
     case SettingKind::amount:
         paintSlider(graphics);
@@ -97,21 +101,6 @@ void SettingRowView::paintChoices(juce::Graphics& graphics) const {
         graphics.drawText(brush::text(choices[i]), brush::rectangle(box),
                           juce::Justification::centred, false);
     }
-}
-
-void SettingRowView::paintPill(juce::Graphics& graphics) const {
-    const bool isOn = shown_.chosen == 1;
-    auto box = brush::floats(boxes_.control);
-    box = box.withSizeKeepingCentre(box.getWidth(), px(16));
-    const float line = px(1.5), dot = box.getHeight() - px(7);
-    graphics.setColour(brush::colour(isOn ? kArc : kFaint));
-    if (isOn)
-        graphics.fillRoundedRectangle(box, box.getHeight() / 2);
-    else
-        graphics.drawRoundedRectangle(box.reduced(line / 2), box.getHeight() / 2, line);
-    const float x = isOn ? box.getRight() - box.getHeight() / 2 : box.getX() + box.getHeight() / 2;
-    graphics.setColour(brush::colour(isOn ? kInk : kFaint));
-    graphics.fillEllipse(juce::Rectangle(dot, dot).withCentre({x, box.getCentreY()}));
 }
 
 void SettingRowView::paintSlider(juce::Graphics& graphics) const {

@@ -52,7 +52,6 @@ private:
     float px(double units) const { return static_cast<float>(units * scale_); }
     SettingKind kind() const { return shown_.entry->kind; }
     void paintChoices(juce::Graphics& graphics) const;
-    void paintPill(juce::Graphics& graphics) const;
     void paintSlider(juce::Graphics& graphics) const;
     void paintButton(juce::Graphics& graphics) const;
     std::string sentence() const;

@@ -1,6 +1,7 @@
 #include "screens/sheet/settings_sheet.h"
 
 #include "screens/draw/brush.h"
+#include "screens/sheet/panel.h"
 
 #include <algorithm>
 #include <utility>
@@ -12,7 +13,6 @@ using namespace palette;
 namespace {
 
 constexpr double kTitleText = 18.0, kGroupText = 13.0, kHelpText = 12.0, kBar = 8.0; // units
-constexpr float kDimmed = 0.6f; // of what is below
 
 } // namespace
 
@@ -130,13 +130,8 @@ void SettingsSheet::mouseUp(const juce::MouseEvent& event) {
 }
 
 void SettingsSheet::paint(juce::Graphics& graphics) {
-    graphics.fillAll(brush::colour(kGround, kDimmed));
-    const auto panel = brush::floats(boxes_.panel);
-    const auto corner = static_cast<float>(8.0 * scale_);
-    graphics.setColour(brush::colour(kStage));
-    graphics.fillRoundedRectangle(panel, corner);
+    drawPanel(graphics, brush::rectangle(boxes_.panel), scale_);
     graphics.setColour(brush::colour(kLine));
-    graphics.drawRoundedRectangle(panel, corner, 1.0f);
     const int line = juce::jmax(1, juce::roundToInt(scale_));
     graphics.fillRect(boxes_.panel.x, boxes_.list.bottom(), boxes_.panel.width, line);
     graphics.setColour(brush::colour(kBright));
