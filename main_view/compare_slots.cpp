@@ -22,9 +22,10 @@ void CompareSlots::choose(Slot slot) {
     view_.edits.endEdit();
 }
 
-bool CompareSlots::differ() const {
-    const auto& there = held_[static_cast<std::size_t>(other(chosen_))];
-    return there && *there != state();
+void CompareSlots::stand(Slot slot) {
+    if (slot == chosen_) return;
+    held(chosen_) = state();
+    chosen_ = slot;
 }
 
 void CompareSlots::clear() {

@@ -12,8 +12,8 @@ namespace zephyra {
 class AudioUnitViewController;
 
 /// A is what is; B begins as a copy of it when it is chosen first. Each keeps what is edited while
-/// it is chosen. Switching and copying are edits, so that undo finds its way through both. A host's
-/// state begins with A alone. MAIN.
+/// it is chosen. Switching is an edit, so that undo finds its way through both. A host's state
+/// begins with A alone. MAIN.
 class CompareSlots {
 public:
     enum class Slot : std::size_t { a, b };
@@ -24,15 +24,9 @@ public:
     Slot chosen() const { return chosen_; }
     /// Restores what slot holds, as undo does: what plays plays on.
     void choose(Slot slot);
-    /// The other slot becomes what is.
-    void copyToOther() { held(other(chosen_)) = state(); }
-    /// Whether choosing the other one would change something.
-    bool differ() const;
-
-    static constexpr Slot other(Slot slot) { return slot == Slot::a ? Slot::b : Slot::a; }
-
-    /// The chosen one is slot by now; an undo has restored what it holds.
-    void stand(Slot slot) { chosen_ = slot; }
+    /// An undo is about to restore what slot holds, which is the chosen one from now on; the other
+    /// one keeps what is.
+    void stand(Slot slot);
     /// Only A is left, and it is what is.
     void clear();
 

@@ -112,13 +112,13 @@ void AudioUnitViewController::restorePart(const PropertyDictionary& part) {
     const std::map<ControlId, float> driven = drivenValues();
     StateFindings findings; // of values that were this instance's own
     PropertyReader reader(part, findings);
+    if (const auto slot = reader.whole(edit_key::kSlot))
+        compare.stand(*slot == 0 ? CompareSlots::Slot::a : CompareSlots::Slot::b);
     restoreStreamState(_GRANULATOR_STREAM, sampleLoader, reader, {}, StateScope::part);
     restoreOwnKnobs(reader, StateScope::part);
     restoreModulation(reader, StateScope::part);
     keepDriven(driven, part);
     locks.restore(reader);
-    if (const auto slot = reader.whole(edit_key::kSlot))
-        compare.stand(*slot == 0 ? CompareSlots::Slot::a : CompareSlots::Slot::b);
     const auto wanted = reader.whole(edit_key::kSource);
     if (wanted == static_cast<std::int64_t>(SoundSource::file) && source() == SoundSource::captured)
         _GRANULATOR_STREAM.restoreLastSample();

@@ -278,12 +278,10 @@ TEST(CompareSlots, KeepWhatIsEditedInEachAndUndoFindsItsWayThroughBoth) {
     };
     set(0.1f);
     compare.choose(b);
-    EXPECT_FALSE(compare.differ());
     set(0.2f);
     player.edit("take", [&] { player.stream.scrubRecorder.setTake(std::vector{0.1f, 0.5f}); });
     const PropertyDictionary inB = player.state();
     compare.choose(a);
-    EXPECT_TRUE(compare.differ());
     EXPECT_EQ(player.stream.displayed(pan), 0.1f);
     EXPECT_TRUE(player.stream.scrubRecorder.take().empty());
     set(0.3f);
@@ -295,8 +293,7 @@ TEST(CompareSlots, KeepWhatIsEditedInEachAndUndoFindsItsWayThroughBoth) {
     }
     EXPECT_EQ(compare.chosen(), b);
     compare.choose(a); // as it was undone to
-    compare.copyToOther();
-    EXPECT_FALSE(compare.differ());
+    EXPECT_EQ(player.stream.displayed(pan), 0.1f);
 }
 
 TEST(StateRandomizer, MovesAsFarAsItIsAskedAndLeavesOutWhatIsLockedOrOff) {
