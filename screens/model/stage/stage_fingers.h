@@ -27,8 +27,6 @@ public:
     void ended(TouchId id, double time);
     void cancelled(TouchId id, double time);
 
-    bool isZooming() const;
-
 private:
     enum class Does { scrub, zoom, nothing };
     struct Finger {
@@ -37,6 +35,7 @@ private:
         Does does;
     };
     Finger* find(TouchId id);
+    bool isZooming() const;
     bool beginsZoom(double time) const;
     void beginZoom(const Finger& second, double time);
     void zoom(Finger& finger, Point to);
