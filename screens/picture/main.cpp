@@ -1,7 +1,8 @@
 // zephyra-screen-picture: the window in a state, as a PNG. No display is needed.
+#include "platform/text/text_numbers.h"
 #include "screens/picture/picture_state.h"
 
-#include <cmath>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -39,10 +40,8 @@ std::nullopt_t refuse(const std::string& problem) {
 }
 
 std::optional<double> number(const std::string& text, double least, double most) {
-    char* end = nullptr;
-    const double value = std::strtod(text.c_str(), &end);
-    if (text.empty() || *end != '\0' || !(value >= least && value <= most)) return std::nullopt;
-    return value;
+    const auto value = parseNumber(text);
+    return value && *value >= least && *value <= most ? value : std::nullopt;
 }
 
 bool take(Wanted& wanted, std::size_t place, const std::string& text) {

@@ -187,7 +187,8 @@ TEST_F(Hands, PaintNothingWhereNothingMoves) {
             scene.frames(60);
         return window.takeRepaints();
     };
-    for (int i = 0; i < 20 && asked(false) > 0; ++i) // from workers: the sound's picture, the share of the CPU
+    for (int i = 0; i < 20 && asked(false) > 0;
+         ++i) // from workers: the sound's picture, the share of the CPU
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     EXPECT_EQ(asked(false), 0);
     plugin.setParameter(static_cast<AUParameterAddress>(playStop), 1.0f);
