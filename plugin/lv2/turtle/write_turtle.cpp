@@ -62,8 +62,7 @@ std::string windowTurtle() {
 }
 
 Result<void> writeBundle(const Bundle& bundle) {
-    std::string manifest = turtlePrefixes({{"ia", "http://lv2plug.in/ns/ext/instance-access#"},
-                                           {"lv2", "http://lv2plug.in/ns/lv2core#"},
+    std::string manifest = turtlePrefixes({{"lv2", "http://lv2plug.in/ns/lv2core#"},
                                            {"pset", "http://lv2plug.in/ns/ext/presets#"},
                                            {"rdfs", "http://www.w3.org/2000/01/rdf-schema#"},
                                            {"ui", "http://lv2plug.in/ns/extensions/ui#"}});
