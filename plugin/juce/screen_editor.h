@@ -26,6 +26,7 @@ public:
 
     /// Null until it is shown.
     ZephyraScreen* screen() noexcept { return screen_.get(); }
+    double zoom() const noexcept { return zoom_; }
 
 private:
     void show();

@@ -29,6 +29,7 @@ void SampleView::show(const SampleShown& shown, const LayoutMeasures& measures, 
     scale_ = scale;
     setDescription(brush::text(shown.name + ", " + secondLine()));
     setHelp(helpText(HelpId::sound));
+    if (isHovered() || showsFocus()) tell(sentence());
     textWidth_ = measured();
     repaint();
 }

@@ -10,7 +10,8 @@ namespace zephyra {
 
 namespace {
 
-constexpr int kRow = 28, kGap = 4, kKeys = 64; // pixels
+constexpr int kRow = 28, kGap = 4, kKeys = 64, kKey = 16, kButton = 84, kText = 12; // units
+constexpr int kWhiteKeys = 75, kMost = 8192;                                        // pixels
 
 juce::String shown(const std::string& text) {
     return juce::String::fromUTF8(text.c_str());
@@ -25,7 +26,7 @@ StandaloneView::StandaloneView(ZephyraProcessor& processor, StandaloneAudio& aud
     for (juce::Label* const label : {&notice_, &status_}) addAndMakeVisible(*label);
     status_.setColour(juce::Label::textColourId, brush::colour(palette::kFaint));
     notice_.setColour(juce::Label::textColourId, brush::colour(palette::kAccent));
-    for (juce::Label* const label : {&notice_, &status_}) label->setFont(brush::regular(12));
+    for (juce::Label* const label : {&notice_, &status_}) label->setMinimumHorizontalScale(1.0f);
     addAndMakeVisible(*editor_);
     addAndMakeVisible(keyboard_);
     keyboard_.setLowestVisibleKey(36);
@@ -42,7 +43,7 @@ StandaloneView::StandaloneView(ZephyraProcessor& processor, StandaloneAudio& aud
     keyboard_.setColour(Keys::keyDownOverlayColourId, brush::colour(palette::kAccent));
     keys_.addListener(this);
     keyboard_.setWantsKeyboardFocus(false); // letters are the screen's
-    setSize(editor_->getWidth(), editor_->getHeight() + kKeys + kRow);
+    childBoundsChanged(editor_.get());
 }
 
 StandaloneView::~StandaloneView() {
@@ -60,6 +61,7 @@ void StandaloneView::addButton(juce::TextButton& button, std::function<void()> c
 
 void StandaloneView::refresh(const LiveNotice& notice) {
     takeKeyboard();
+    limitWindow();
     if (auto* const editor = dynamic_cast<ScreenEditor*>(editor_.get()); editor && editor->screen())
         offerDevices(editor->screen()->context());
     notice_.setText(shown(notice.line), juce::dontSendNotification);
@@ -115,15 +117,44 @@ void StandaloneView::paint(juce::Graphics& graphics) {
     graphics.fillAll(brush::colour(palette::kGround));
 }
 
+int StandaloneView::px(double units) const {
+    return juce::roundToInt(units * dynamic_cast<ScreenEditor&>(*editor_).zoom());
+}
+
+/// Another zoom is another size of the editor, which the window follows.
+void StandaloneView::childBoundsChanged(juce::Component* child) {
+    if (child != editor_.get() || laysOut_) return;
+    setSize(editor_->getWidth(), editor_->getHeight() + px(kKeys) + px(kRow));
+    limitWindow();
+}
+
+/// JUCE takes the frame off the limits, and knows it only once the window is shown.
+void StandaloneView::limitWindow() {
+    auto* const window = findParentComponentOfClass<juce::ResizableWindow>();
+    const auto* const peer = window ? window->getPeer() : nullptr;
+    if (!peer) return;
+    const auto frame = peer->getFrameSizeIfPresent();
+    const juce::Point<int> least(px(ScreenLayout::kLeastWidth) +
+                                     (frame ? frame->getLeftAndRight() : 0),
+                                 px(ScreenLayout::kLeastHeight) + px(kKeys) + px(kRow) +
+                                     (frame ? frame->getTopAndBottom() : 0));
+    if (std::exchange(least_, least) != least)
+        window->setResizeLimits(least.x, least.y, kMost, kMost);
+}
+
 void StandaloneView::resized() {
+    const juce::ScopedValueSetter<bool> guard(laysOut_, true);
+    for (juce::Label* const label : {&notice_, &status_}) label->setFont(brush::regular(px(kText)));
+    keyboard_.setKeyWidth(
+        juce::jmax(static_cast<float>(px(kKey)), static_cast<float>(getWidth()) / kWhiteKeys));
     auto area = getLocalBounds();
-    auto status = area.removeFromBottom(kRow);
-    devices_.setBounds(status.removeFromRight(84).reduced(kGap));
-    if (told_.isVisible()) told_.setBounds(status.removeFromRight(84).reduced(kGap));
+    auto status = area.removeFromBottom(px(kRow));
+    devices_.setBounds(status.removeFromRight(px(kButton)).reduced(px(kGap)));
+    if (told_.isVisible()) told_.setBounds(status.removeFromRight(px(kButton)).reduced(px(kGap)));
     notice_.setBounds(
         status.removeFromRight(notice_.getText().isEmpty() ? 0 : status.getWidth() / 2));
     status_.setBounds(status);
-    keyboard_.setBounds(area.removeFromBottom(kKeys));
+    keyboard_.setBounds(area.removeFromBottom(px(kKeys)));
     editor_->setBounds(area);
 }
 

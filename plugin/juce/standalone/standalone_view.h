@@ -31,8 +31,11 @@ public:
 
     void paint(juce::Graphics& graphics) override;
     void resized() override;
+    void childBoundsChanged(juce::Component* child) override;
 
 private:
+    int px(double units) const;
+    void limitWindow();
     void takeKeyboard();
     void offerDevices(ScreenContext& context);
     void addButton(juce::TextButton& button, std::function<void()> clicked);
@@ -47,6 +50,8 @@ private:
     juce::MidiKeyboardComponent keyboard_{keys_, juce::MidiKeyboardComponent::horizontalKeyboard};
     std::string said_;
     bool isTold_ = true; // nothing, at first
+    bool laysOut_ = false;
+    juce::Point<int> least_; // the window's size, pixels
 };
 
 } // namespace zephyra
