@@ -113,7 +113,8 @@ std::string helpText(HelpId id, const std::string& told) {
 
 std::string helpText(ControlId id) {
     const ControlRange& range = controlRange(id);
-    const std::string text = std::string(range.name) + ": " + controlMeaning(id);
+    std::string text = std::string(range.name) + ": " + controlMeaning(id);
+    if (text.front() >= 'a' && text.front() <= 'z') text.front() -= 'a' - 'A'; // "envelope"
     const bool hasNumbers = range.kind != ControlKind::switching && id != ControlId::envelope;
     return hasNumbers ? text + " " + rangeText(range) + "." : text;
 }

@@ -19,7 +19,7 @@ bool overlap(const Box& a, const Box& b) {
 }
 
 TEST(PathPlaces, CellsStandApartInsideThePathAtEverySize) {
-    for (const double zoom : {0.75, 1.0, 2.5})
+    for (const double zoom : {0.75, 1.0, 1.25, 1.5, 2.0, 2.5})
         for (const auto& [width, height] : {std::pair{800, 520},
                                             {960, 620},
                                             {1100, 700},

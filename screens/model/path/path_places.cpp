@@ -30,7 +30,9 @@ CellPlace placeOf(const PathCell& cell, const ScreenLayout& layout) {
     const LayoutMeasures& of = layout.measures;
     const bool big = cell.row == PathRow::big;
     const double unit = stepFactor(layout);
-    const int bigTop = layout.px(of.knobCentre - of.knob / 2.0 - kAboveKnob * unit);
+    const int belowLine = layout.px(of.line) + (layout.px(kSyncHeight * unit) + 1) / 2;
+    const int bigTop =
+        std::max(layout.px(of.knobCentre - of.knob / 2.0 - kAboveKnob * unit), belowLine);
     const int between = layout.px(std::min(
         of.knobName + kBelowName * unit, of.spreadCentre - of.spread / 2.0 - kAboveSpread * unit));
     const int end = std::min(layout.px(of.spreadName + kBelowName * unit), layout.path.height);
