@@ -132,11 +132,15 @@ const LayoutMeasures& measuresOf(LayoutStep step) {
     return kMeasures[static_cast<std::size_t>(step)];
 }
 
+constexpr double kZoomStep = 0.25; // of one that is made to fit, so that pixels come out even
+
 ScreenLayout layOut(int width, int height, double zoom) {
     ScreenLayout layout;
-    layout.scale = std::isfinite(zoom)
-                       ? std::clamp(zoom, ScreenLayout::kLeastZoom, ScreenLayout::kMostZoom)
-                       : 1.0;
+    const double fits = std::min(double{1} * width / ScreenLayout::kLeastWidth,
+                                 double{1} * height / ScreenLayout::kLeastHeight);
+    const double whole = std::floor(fits / kZoomStep) * kZoomStep;
+    layout.scale = std::clamp(std::min(std::isfinite(zoom) ? zoom : 1.0, whole),
+                              ScreenLayout::kLeastZoom, ScreenLayout::kMostZoom);
     width = std::max(width, layout.px(ScreenLayout::kLeastWidth));
     height = std::max(height, layout.px(ScreenLayout::kLeastHeight));
     layout.step = stepFor(width / layout.scale, height / layout.scale);

@@ -67,9 +67,9 @@ SectionColumns columnsOf(Section section);
 
 const LayoutMeasures& measuresOf(LayoutStep step);
 
-/// For a window of so many pixels. What is smaller than the least size (by zoom) is laid out at it
-/// and cut off by the window; a zoom that is not finite counts as 1, others are held to their
-/// range. Above 1800 x 1100 units the large step grows with the window.
+/// For a window of so many pixels. A zoom that does not fit is made smaller, down to the least one,
+/// at which the window cuts the rest off; one that is not finite counts as 1. Above 1800 x 1100
+/// units the large step grows with the window.
 ScreenLayout layOut(int width, int height, double zoom);
 
 } // namespace zephyra

@@ -26,6 +26,7 @@ TEST(ScreenLayout, IsTheDrawingAtItsSizes) {
     for (const Box& section : start.sections) begins.push_back(section.x);
     EXPECT_EQ(begins, (std::vector<int>{16, 292, 400, 508, 616, 808, 916}));
 
+    EXPECT_EQ(layOut(1100, 2000, 2.5).scale, 1.25) << "no more than fits";
     const ScreenLayout least = layOut(800, 520, 1.0);
     EXPECT_EQ(least.stage.height + least.ruler.height, 252);
     EXPECT_EQ(least.columns[1], (Box{76, 296, 64, 160}));
