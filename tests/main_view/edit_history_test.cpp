@@ -175,27 +175,34 @@ TEST(EditHistory, KnowsWhatAHandGaveAKnobBelowTheLfoThatCarriesItOn) {
         player.render(20000);
         player.render(0);
     };
-    const std::pair<const char*, std::function<void()>> hands[] = {
-        {"drag", [&] { player.drag(knob, 0.5f); }},
+    const struct {
+        const char* name;
+        std::function<void()> hand;
+        float to, within;
+    } hands[] = {
+        {"drag", [&] { player.drag(knob, 0.5f); }, 0.5f, 0.0f},
         {"type",
          [&] {
              player.edit("type", [&] {
                  knob.sendActionsForControlEvents(control_event::touchDown);
                  knob.setValue(0.625f);
                  knob.sendEventValueChanged();
+                 player.render(20000); // an LFO does not wait for the end of it
                  knob.sendActionsForControlEvents(control_event::touchUpInside);
              });
-         }},
-        {"reset", [&] { player.edit("reset", [&] { knob.resetsDefault(); }); }},
-        {"Randomise", [&] { view.randomizer.randomize(0.01); }}};
+         },
+         0.625f, 0.0f},
+        {"reset", [&] { player.edit("reset", [&] { knob.resetsDefault(); }); }, 0.25f, 0.0f},
+        {"Randomise", [&] { view.randomizer.randomize(0.01); }, 0.25f, 0.01f}};
     assign(AssignmentType::lfo);
     EXPECT_NE(knob.value(), 0.25f);
     float before = 0.25f;
-    for (const auto& [name, hand] : hands) {
+    for (const auto& [name, hand, to, within] : hands) {
         SCOPED_TRACE(name);
         hand();
         const float after = view.baseValue(knob);
         EXPECT_NE(after, before);
+        EXPECT_NEAR(after, to, within);
         player.render(20000); // the LFO goes on, and keeps to what it carries
         EXPECT_EQ(view.edits.undoName(), name);
         EXPECT_TRUE(view.edits.undo());
@@ -204,6 +211,7 @@ TEST(EditHistory, KnowsWhatAHandGaveAKnobBelowTheLfoThatCarriesItOn) {
         EXPECT_TRUE(view.edits.redo());
         EXPECT_EQ(view.baseValue(knob), after);
         before = after;
+        player.render(20000);
     }
     // Others' assignments come and go above it, and its own leaves it where the hand had it.
     player.edit("other",
@@ -211,9 +219,30 @@ TEST(EditHistory, KnowsWhatAHandGaveAKnobBelowTheLfoThatCarriesItOn) {
     player.render(20000);
     EXPECT_TRUE(view.edits.undo());
     EXPECT_EQ(view.baseValue(knob), before);
+    // Automation is no hand, and an LFO that rests carries nothing.
+    player.queue(ControlId::width, 0.9f);
+    player.render(64);
+    player.render(0);
+    EXPECT_EQ(view.baseValue(knob), before);
+    auto& lfo = *view.assignments.getLfoWidgetsMapping()->getWrapperID(&knob);
+    for (const bool rests : {true, false}) {
+        lfo.setSuspended(rests);
+        EXPECT_EQ(view.baseValue(knob) == knob.value(), rests);
+        view._lfoSwitch.touch();
+        EXPECT_EQ(view.baseValue(knob), knob.value());
+        view._lfoSwitch.touch();
+    }
     while (view.edits.undo()) {
     }
     EXPECT_EQ(view.assignments.typeOf(knob), AssignmentType::none);
+    EXPECT_EQ(knob.value(), 0.25f);
+    EXPECT_EQ(player.stream.linear(ControlId::width), 0.25f);
+    player.edit("both", [&] {
+        player.drag(knob, 0.5f);
+        view.assignments.assign(knob, AssignmentType::lfo);
+    });
+    player.render(20000);
+    EXPECT_TRUE(view.edits.undo());
     EXPECT_EQ(knob.value(), 0.25f);
 }
 

@@ -154,6 +154,11 @@ TEST_F(Hands, StepWithWheelAndKeysAsOneGesture) {
     EXPECT_EQ(edits, "(Pitch)(measures)(Length");
     EXPECT_EQ(displayed(length), 2000.0f);
     EXPECT_EQ(StreamProbe::fields(engine()).grainLength, 2.0f);
+    // Below an LFO, from where a hand had it.
+    hand.assign(width, AssignmentType::lfo);
+    plugin.render(110);
+    hand.turn(width, 1, Fineness::coarse, 2.3);
+    EXPECT_FLOAT_EQ(plugin.system().view.baseValue(knob(width)), 0.25f + 0.02f);
 }
 
 TEST_F(Hands, TypeValuesInAnyUnit) {
