@@ -107,7 +107,7 @@ void SettingsModel::stepToEnd(std::size_t row, bool last, double now) {
 
 void SettingsModel::slide(std::size_t row, float share, double now) {
     const SettingEntry* const entry = entryOf(row);
-    if (!entry || entry->kind != SettingKind::amount || !std::isfinite(share)) return;
+    if (!entry || entry->kind != SettingKind::amount) return;
     hand_.turnTo(entry->control, linearOf(controlRange(entry->control), share), now);
     context_.source.asMain([&](AudioUnitViewController& view) { readAmount(view, rows_[row]); });
 }
@@ -117,8 +117,7 @@ void SettingsModel::press(std::size_t row) {
     if (!entry) return;
     if (entry->kind == SettingKind::action && context_.devices.open) return context_.devices.open();
     if (entry->choices.empty()) return;
-    const std::size_t next = rows_[row].chosen == SettingEntry::kOther ? 0 : rows_[row].chosen + 1;
-    choose(row, next % entry->choices.size());
+    choose(row, (rows_[row].chosen + 1) % entry->choices.size()); // the first one after kOther
 }
 
 void SettingsModel::reset(std::size_t row) {
