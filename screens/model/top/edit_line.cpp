@@ -21,7 +21,6 @@ void undo(ScreenContext& context) {
 }
 
 void redo(ScreenContext& context) {
-    finishSteps(context);
     context.source.asMain([](AudioUnitViewController& view) { view.edits.redo(); });
 }
 
