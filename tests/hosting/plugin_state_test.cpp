@@ -42,6 +42,10 @@ TEST(PluginState, ComesBackWithSettingsProgramAndWhatANewerProgramAdded) {
     EXPECT_EQ(loaded.currentProgram(), 5u);
     EXPECT_EQ(loaded.value(width), 0.75f);
     EXPECT_TRUE(loaded.state() == state);
+    EXPECT_TRUE(loaded.restore(changed(state, "EmbedSeconds", PropertyValue(-1.0))).ok());
+    EXPECT_EQ(loaded.settings().embedSeconds, 60.0);
+    const PropertyDictionary usual = listOf(HostedPlugin(PluginKind::effect).state());
+    EXPECT_FALSE(usual.contains("EmbedSeconds") || usual.contains("NotesBegin"));
     // As a preset it keeps the sound, not what is of a session.
     const PropertyDictionary snapshot = loaded.snapshot();
     EXPECT_TRUE(snapshot.contains("FromTheFuture"));

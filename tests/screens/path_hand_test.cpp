@@ -159,6 +159,8 @@ TEST_F(Hands, StepWithWheelAndKeysAsOneGesture) {
     plugin.render(110);
     hand.turn(width, 1, Fineness::coarse, 2.3);
     EXPECT_FLOAT_EQ(plugin.system().view.baseValue(knob(width)), 0.25f + 0.02f);
+    EditLine(context).press(EditButton::randomize); // is an edit of its own
+    EXPECT_EQ(plugin.system().view.edits.undoName(), "Randomise");
 }
 
 TEST_F(Hands, TypeValuesInAnyUnit) {

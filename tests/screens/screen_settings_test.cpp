@@ -30,7 +30,13 @@ TEST(ScreenSettingsStore, RemembersWhatWasChosenAndFallsBackValueByValue) {
     own.zoom = 2.0;
     store.write(others, chosen);
     store.write(own, chosen);
+    ScreenSettings third = chosen;
+    third.showsMeter = false;
+    store.write(third, chosen);
     own.knobStyle = 1;
+    own.showsMeter = false;
+    EXPECT_EQ(store.read(), own);
+    store.write(others, chosen);
     EXPECT_EQ(store.read(), own);
     const auto* const kept = defaults.value("Screen")->as<PropertyDictionary>();
     EXPECT_TRUE(kept->at("Later") == PropertyValue(3)); // of a newer program
