@@ -112,6 +112,7 @@ TEST_F(StandaloneProgram, AWindowOpensBanksAndSoundsAndSavesWhenItIsAskedToEndOr
 
 TEST_F(StandaloneProgram, EachOfSeveralKeepsASessionOfItsOwn) {
     const auto first = start({"--headless", kSample});
+    ASSERT_TRUE(first->says("Blackbird.mp3 is opened")) << first->output();
     ASSERT_TRUE(first->says("No sound")) << first->output();
     fs::create_directories(folder_ / "zephyra/session-2.plist/of"); // which cannot be read
     const auto second = start({"--headless"});
