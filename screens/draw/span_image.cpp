@@ -1,7 +1,6 @@
 #include "screens/draw/span_image.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdint>
 #include <utility>
@@ -12,8 +11,8 @@ namespace {
 
 using Bitmap = juce::Image::BitmapData;
 
-juce::PixelARGB& pixelAt(const Bitmap& bitmap, int x, int y) {
-    return *reinterpret_cast<juce::PixelARGB*>(bitmap.getPixelPointer(x, y));
+const juce::PixelARGB& pixelAt(const Bitmap& bitmap, int x, int y) {
+    return *reinterpret_cast<const juce::PixelARGB*>(bitmap.getPixelPointer(x, y));
 }
 
 float covered(float top, float bottom, int y) {
@@ -53,6 +52,7 @@ void SpanImage::setSize(int width, int height) {
     ground_ = opaqueImage(width, height);
     juce::Graphics(ground_).fillAll(juce::Colours::black);
     spans_.resize(static_cast<std::size_t>(ground_.getWidth()));
+    for (auto* const rows : {&first_, &last_, &filledFrom_}) rows->resize(spans_.size());
     changed_.resize(spans_.size() / kBlock + 1);
     dirty_.setArea(ground_.getWidth(), ground_.getHeight());
 }
@@ -60,10 +60,10 @@ void SpanImage::setSize(int width, int height) {
 void SpanImage::begin(juce::Colour trace, juce::Colour fill) {
     trace_ = trace.getPixelARGB();
     fill_ = fill.getPixelARGB();
-    image_ = ground_.createCopy();
     filled_ = ground_.createCopy();
     juce::Graphics(filled_).fillAll(fill);
-    std::fill(spans_.begin(), spans_.end(), nothing());
+    picture_ = {};
+    for (std::size_t x = 0; x < spans_.size(); ++x) setRows(x, nothing());
     std::fill(changed_.begin(), changed_.end(), Rows{height(), 0});
 }
 
@@ -81,72 +81,79 @@ SpanImage::Rows SpanImage::touched(const Span& span) const {
     return {row(std::min(span.top, span.fill)), row(std::ceil(std::max(span.bottom, span.fill)))};
 }
 
-/// Those that the trace covers wholly.
-SpanImage::Rows SpanImage::whole(const Span& span) const {
-    return {row(std::ceil(span.top)), row(span.bottom)};
+/// Those that the trace covers wholly, and from which on all is filled.
+void SpanImage::setRows(std::size_t x, const Span& span) {
+    spans_[x] = span;
+    first_[x] = row(std::ceil(span.top));
+    last_[x] = row(span.bottom);
+    filledFrom_[x] = row(std::ceil(span.fill));
 }
 
 void SpanImage::show(int x, const Span& span) {
-    Span& shown = spans_[static_cast<std::size_t>(x)];
+    const Span& shown = spans_[static_cast<std::size_t>(x)];
     if (shown == span) return;
     const Rows now = touched(span), then = touched(shown);
     Rows& changed = changed_[static_cast<std::size_t>(x / kBlock)];
     changed = {std::min({changed.first, now.first, then.first}),
                std::max({changed.last, now.last, then.last})};
-    shown = span;
+    setRows(static_cast<std::size_t>(x), span);
 }
 
 void SpanImage::clear() {
     for (int x = 0; x < width(); ++x) show(x, nothing());
 }
 
-const std::vector<Box>& SpanImage::draw() {
+const std::vector<Box>& SpanImage::takeChanges() {
     for (std::size_t i = 0; i < changed_.size(); ++i) {
         const Rows rows = std::exchange(changed_[i], {height(), 0});
-        if (rows.first >= rows.last) continue;
         const int left = static_cast<int>(i) * kBlock, right = std::min(left + kBlock, width());
-        drawBlock(left, right, rows);
-        drawEnds(left, right, rows);
-        dirty_.add({left, rows.first, right - left, rows.last - rows.first});
+        if (rows.first < rows.last)
+            dirty_.add({left, rows.first, right - left, rows.last - rows.first});
     }
     return dirty_.take();
 }
 
-/// Whole pixels, a row at a time: a column's lie far apart in memory.
-void SpanImage::drawBlock(int left, int right, const Rows& rows) {
-    const Bitmap ground(ground_, Bitmap::readOnly), filled(filled_, Bitmap::readOnly);
-    const Bitmap image(image_, Bitmap::readWrite);
-    std::array<int, kBlock> first{}, last{}, fill{};
-    const int count = right - left;
-    for (int i = 0; i < count; ++i) {
-        const auto at = static_cast<std::size_t>(i);
-        const Span& span = spans_[static_cast<std::size_t>(left + i)];
-        const Rows covered = whole(span);
-        first[at] = covered.first;
-        last[at] = covered.last;
-        fill[at] = row(std::ceil(span.fill));
-    }
-    const std::uint32_t trace = trace_.getNativeARGB();
-    const auto pixels = [&](const Bitmap& of, int y) {
-        return reinterpret_cast<std::uint32_t*>(of.getPixelPointer(left, y));
+void SpanImage::paint(juce::Graphics& graphics) {
+    const OpaqueTarget target(graphics);
+    const auto paintInto = [this](const Target& into, const juce::Rectangle<int>& wanted) {
+        const auto part = wanted.getIntersection(ground_.getBounds());
+        if (!part.isEmpty())
+            paintPart(into, {part.getX(), part.getY(), part.getWidth(), part.getHeight()});
     };
-    for (int y = rows.first; y < rows.last; ++y) {
-        const Columns columns{first.data(), last.data(), fill.data()};
-        selectRow(pixels(image, y), pixels(ground, y), pixels(filled, y), trace, y, count, columns);
+    if (target) {
+        for (const auto& rectangle : target.clip())
+            paintInto({target.bitmap(), target.origin()}, rectangle);
+        return;
     }
+    if (picture_.isNull()) picture_ = opaqueImage(width(), height());
+    paintInto({Bitmap(picture_, Bitmap::readWrite), {}}, graphics.getClipBounds());
+    graphics.drawImageAt(picture_, 0, 0);
+}
+
+/// Whole pixels, a row at a time: a column's lie far apart in memory.
+void SpanImage::paintPart(const Target& target, const Box& part) const {
+    const Bitmap ground(ground_, Bitmap::readOnly), filled(filled_, Bitmap::readOnly);
+    const auto left = static_cast<std::size_t>(part.x);
+    const Columns columns{&first_[left], &last_[left], &filledFrom_[left]};
+    const auto row = [&](const Bitmap& of, int y) {
+        return reinterpret_cast<const std::uint32_t*>(of.getPixelPointer(part.x, y));
+    };
+    for (int y = part.y; y < part.bottom(); ++y)
+        selectRow(reinterpret_cast<std::uint32_t*>(target.at(part.x, y)), row(ground, y),
+                  row(filled, y), trace_.getNativeARGB(), y, part.width, columns);
+    paintEnds(target, part);
 }
 
 /// The pixels that are covered in part.
-void SpanImage::drawEnds(int left, int right, const Rows& rows) {
+void SpanImage::paintEnds(const Target& target, const Box& part) const {
     const Bitmap ground(ground_, Bitmap::readOnly), filled(filled_, Bitmap::readOnly);
-    const Bitmap image(image_, Bitmap::readWrite);
     const auto most = static_cast<float>(height());
-    for (int x = left; x < right; ++x) {
+    for (int x = part.x; x < part.right(); ++x) {
         const Span& span = spans_[static_cast<std::size_t>(x)];
         for (const float end : {span.top, span.fill, span.bottom}) {
             const int y = static_cast<int>(std::clamp(end, -1.0f, most));
-            if (y < rows.first || y >= rows.last) continue;
-            juce::PixelARGB& pixel = pixelAt(image, x, y);
+            if (y < part.y || y >= part.bottom()) continue;
+            auto& pixel = *reinterpret_cast<juce::PixelARGB*>(target.at(x, y));
             const float below = covered(span.fill, most, y);
             pixel = pixelAt(below >= 1.0f ? filled : ground, x, y);
             if (below < 1.0f) lay(pixel, fill_, below);

@@ -1,4 +1,4 @@
-// SpanImage: a picture of a trace, of which only the columns that changed are drawn again.
+// SpanImage: a trace over a picture, of which only the columns that changed are painted again.
 #pragma once
 
 #include "screens/draw/opaque_target.h"
@@ -10,7 +10,8 @@
 
 namespace zephyra {
 
-/// Opaque, in physical pixels. Message thread.
+/// Opaque, in physical pixels. The trace is painted from its numbers into the window itself, since
+/// a picture of it would have to be written and copied each time. Message thread.
 class SpanImage {
 public:
     /// What stands in a column: the trace from top to bottom, and what is filled from fill down.
@@ -21,8 +22,8 @@ public:
     };
 
     void setSize(int width, int height);
-    int width() const { return image_.getWidth(); }
-    int height() const { return image_.getHeight(); }
+    int width() const { return ground_.getWidth(); }
+    int height() const { return ground_.getHeight(); }
 
     /// What stands behind the trace; to be drawn into before begin().
     juce::Image& ground() noexcept { return ground_; }
@@ -30,28 +31,37 @@ public:
     void begin(juce::Colour trace, juce::Colour fill);
     void show(int x, const Span& span);
     void clear();
-    /// Draws what was shown since the last time; where it differs.
-    const std::vector<Box>& draw();
-
-    const juce::Image& image() const noexcept { return image_; }
+    /// What differs from what was painted before it was asked last.
+    const std::vector<Box>& takeChanges();
+    /// What graphics asks for; the upper left comes to the component's.
+    void paint(juce::Graphics& graphics);
 
 private:
-    static constexpr int kBlock = 32; // columns that are drawn together, row by row
+    static constexpr int kBlock = 32; // columns whose changes are gathered together
 
     struct Rows {
         int first, last; ///< last is the one behind
     };
+    struct Target {
+        const juce::Image::BitmapData& bitmap;
+        juce::Point<int> origin;
+        juce::uint8* at(int x, int y) const {
+            return bitmap.getPixelPointer(x + origin.x, y + origin.y);
+        }
+    };
     Span nothing() const;
     Rows touched(const Span& span) const;
-    Rows whole(const Span& span) const;
     int row(float y) const;
-    void drawBlock(int left, int right, const Rows& rows);
-    void drawEnds(int left, int right, const Rows& rows);
+    void setRows(std::size_t x, const Span& span);
+    void paintPart(const Target& target, const Box& part) const;
+    void paintEnds(const Target& target, const Box& part) const;
 
-    juce::Image ground_, filled_, image_;
+    juce::Image ground_, filled_;
+    juce::Image picture_; // where it cannot be painted into the window itself
     juce::PixelARGB trace_, fill_;
     std::vector<Span> spans_;
-    std::vector<Rows> changed_; // of each block
+    std::vector<int> first_, last_, filledFrom_; // rows of whole pixels, of each column
+    std::vector<Rows> changed_;                  // of each block
     DirtyBoxes dirty_;
 };
 

@@ -158,8 +158,8 @@ GrainBar placeBar(const StageScene& scene, const ShownGrain& grain, const GrainG
         boxAround(std::max(bar.left - around, bar.head - behind),
                   std::min(bar.right + around, bar.head + ahead), top - around, bottom + around);
     bar.readBox = boxAround(bar.left - 1.0, bar.glowHead + 1.0, top - 1.0, bottom + 1.0);
-    bar.endedBox = boxAround(bar.left - 1.0, bar.right + 1.0, bar.axis - scene.units(kEndedLine),
-                             bar.axis + scene.units(kEndedLine));
+    const double line = scene.units(kEndedLine) / 2.0;
+    bar.endedBox = boxAround(bar.left, bar.right, bar.axis - line, bar.axis + line);
     bar.lightBox = lightBoxOf(scene, bar, extents);
     return bar;
 }

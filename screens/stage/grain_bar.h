@@ -51,7 +51,7 @@ void drawEnded(const Pixels& pixels, const StageScene& scene, const ShownGrain& 
                const GrainBar& bar);
 
 /// How far one that ended has faded, 0 up to kFadeSteps.
-inline constexpr int kFadeSteps = 20;
+inline constexpr int kFadeSteps = 10;
 int fadeStep(const ShownGrain& grain);
 
 /// A bar's row, by its stack and its pitch.

@@ -44,6 +44,7 @@ void StageArea::takeContents(const FrameTime& time) {
     scene_.reducedMotion = context().settings.reducedMotion;
     scene_.slow.advance(time.elapsed);
     scene_.flagTick.advance(time.elapsed);
+    scene_.trailTick.advance(time.elapsed);
     const StageContents& of = scene_.contents;
     double wanted = std::abs(of.pitch) + of.rndPitch / 2.0;
     for (const ShownGrain& grain : reader_.grains().sounding())
@@ -130,7 +131,10 @@ void StageArea::frame(const FrameTime& time) {
         drawGround();
     else if (scrolls)
         scrollGround();
-    for (const Box& box : canvas_.follow(scene_, reader_.grains())) repaintBox(box);
+    const std::vector<Box>& moved = canvas_.follow(scene_, reader_.grains());
+    for (const Box& box : moved) repaintBox(box);
+    // JUCE's picture begins where what it repaints does: held there, a place keeps its memory.
+    if (!moved.empty()) repaintBox({0, 0, 1, 1});
     for (const Box& box : overlay_.follow(scene_, hands_)) repaintBox(box);
     const auto ruler = ruler_.follow(scene_);
     if (!ruler.isEmpty()) repaint(ruler);

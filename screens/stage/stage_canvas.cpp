@@ -19,8 +19,19 @@ std::uint64_t idOf(Part part, std::uint64_t which = 0) {
     return static_cast<std::uint64_t>(part) << 56 | which;
 }
 
-Box columnBox(double x, int wide, int height) {
-    return {static_cast<int>(x) - wide, 0, 2 * wide + 1, height};
+/// What a grain lights of the rail: at its pitch, wherever its bar is stacked.
+Box railBox(const StageScene& scene, const ShownGrain& grain) {
+    const int y = static_cast<int>(std::floor(scene.y(double{grain.semitones})));
+    const int half = static_cast<int>(std::ceil(scene.units(kRailLight)));
+    return {0, y - half, scene.px(kRail), 2 * half + 1};
+}
+
+/// The scan's line, whole also at the stage's ends.
+Box scanLine(const StageScene& scene) {
+    const int half = std::max(1, scene.px(1));
+    const int x = std::clamp(static_cast<int>(scene.x(scene.contents.scan)), half,
+                             std::max(half, scene.width() - half));
+    return {x - half, 0, 2 * half, scene.height()};
 }
 
 } // namespace
@@ -67,9 +78,7 @@ void StageCanvas::placeGrain(const StageScene& scene, const ShownGrain& grain,
 
 void StageCanvas::placeScan(const StageScene& scene) {
     const StageContents& of = scene.contents;
-    const double scan = scene.x(of.scan);
-    addItem(idOf(Part::scan), (of.isFrozen ? 1u : 0u) + (of.isPlaying ? 2u : 0u),
-            columnBox(scan, scene.px(3), scene.height()));
+    addItem(idOf(Part::scan), (of.isFrozen ? 1u : 0u) + (of.isPlaying ? 2u : 0u), scanLine(scene));
     if (scene.slow.isNow()) {
         bandScan_ = of.scan;
         bandReach_ = of.jitter;
@@ -106,9 +115,7 @@ void StageCanvas::place(const StageScene& scene, const GrainCloud& grains) {
                           std::bit_cast<std::uint64_t>(it.bar.glowEnvelope);
         addItem(idOf(Part::read, id), glow, it.bar.readBox);
         addItem(idOf(Part::light, id), glow, it.bar.lightBox);
-        const int half = scene.px(kRailLight);
-        addItem(idOf(Part::rail, id), 0,
-                {0, static_cast<int>(axisOf(scene, it.grain)) - half, scene.px(kRail), 2 * half});
+        addItem(idOf(Part::rail, id), 0, railBox(scene, it.grain));
     }
     // The wider ones go below, so that short ones stay to be seen.
     std::stable_sort(sounding_.begin(), sounding_.end(), [](const Placed& a, const Placed& b) {
@@ -234,10 +241,8 @@ void StageCanvas::drawScan(const Pixels& pixels, const StageScene& scene) const 
             for (int y = pixels.clip().y; y < pixels.clip().bottom(); ++y)
                 if (y / dash % 2 == 0)
                     pixels.mixSpan(y, static_cast<int>(x), static_cast<int>(x) + 1, bright, 90);
-    const int half = std::max(1, scene.px(1));
-    const int x = std::clamp(static_cast<int>(scan), half, std::max(half, scene.width() - half));
     if (scan >= 0.0 && scan <= scene.width())
-        pixels.mixBox({x - half, 0, 2 * half, scene.height()}, of.isFrozen ? bright : accent, 256);
+        pixels.mixBox(scanLine(scene), of.isFrozen ? bright : accent, 256);
 }
 
 } // namespace zephyra

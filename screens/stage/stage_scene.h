@@ -21,6 +21,7 @@ struct StageScene {
     HoldMark hold{};
     SlowTick slow{};               ///< of what glows
     SlowTick flagTick{1.0 / 30.0}; ///< of the scan's flag, which is text
+    SlowTick trailTick{0.1};       ///< of the trail, whose light covers the stage's height
     bool reducedMotion = false;
 
     int width() const { return layout.stage.width; }

@@ -15,7 +15,7 @@ constexpr std::size_t kBytes = sizeof(Pixel);
 
 /// As it was at the last tick; what is newer has its whole light.
 double shownAge(const StageScene& scene, const ScanTrail::Step& step) {
-    return std::max(0.0, step.age - scene.slow.since());
+    return std::max(0.0, step.age - scene.trailTick.since());
 }
 
 // Bytes alias everything, and only without that many are lit at once.

@@ -58,7 +58,7 @@ void StripView::layOut(const ScreenLayout& layout, const Box& box) {
     picture_.begin(traceColour(), fillColour());
     laidOut();
     if (isOn()) drawTrace(picture_);
-    picture_.draw();
+    picture_.takeChanges();
     repaint();
 }
 
@@ -68,12 +68,12 @@ void StripView::frame(const FrameTime& time) {
         drawTrace(picture_);
     else
         picture_.clear();
-    for (const Box& box : picture_.draw()) repaint(brush::rectangle(box));
+    for (const Box& box : picture_.takeChanges()) repaint(brush::rectangle(box));
     if (std::exchange(wasOn_, isOn()) != wasOn_) repaint();
 }
 
 void StripView::paint(juce::Graphics& graphics) {
-    copyOpaque(graphics, picture_.image());
+    picture_.paint(graphics);
     if (isOn()) {
         for (const Written& label : labels_)
             if (graphics.clipRegionIntersects(label.box))
