@@ -37,7 +37,7 @@ void showWindowMenu(juce::Component& window, double scale, const Box& box,
         if (rows[i].text.empty())
             menu.addSeparator();
         else
-            menu.addItem(static_cast<int>(i) + 1, brush::text(rows[i].text), rows[i].isEnabled,
+            menu.addItem(static_cast<int>(i) + 1, brush::drawn(rows[i].text), rows[i].isEnabled,
                          rows[i].isTicked);
     }
     const auto options = juce::PopupMenu::Options()

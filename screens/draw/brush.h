@@ -33,4 +33,12 @@ inline juce::String text(const std::string& utf8) {
     return juce::String::fromUTF8(utf8.c_str(), static_cast<int>(utf8.size()));
 }
 
+/// The same as its letters stand from left to right, for drawing alone: accents on their letters,
+/// scripts that run from right to left in their order, and no marks that are not seen.
+juce::String drawn(const std::string& utf8);
+/// One line of text that may be anybody's, in the current font and colour. What has no room ends in
+/// dots, after a whole character.
+void drawLine(juce::Graphics& graphics, const std::string& utf8, juce::Rectangle<float> box,
+              juce::Justification where);
+
 } // namespace zephyra::brush

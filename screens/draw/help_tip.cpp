@@ -42,7 +42,7 @@ juce::String HelpTip::getTipFor(juce::Component& component) {
 }
 
 juce::TextLayout HelpTip::Look::written(const juce::String& tip) const {
-    juce::AttributedString text(tip);
+    juce::AttributedString text(brush::drawn(tip.toStdString()));
     text.setFont(brush::regular(kText * scale));
     text.setColour(brush::colour(palette::kText));
     juce::TextLayout layout;

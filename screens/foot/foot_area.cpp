@@ -80,7 +80,7 @@ void FootArea::paint(juce::Graphics& graphics) {
                           juce::Justification where) {
         graphics.setFont(brush::medium(textPixels()));
         graphics.setColour(brush::colour(colour));
-        graphics.drawText(brush::text(text), brush::floats(box), where, true);
+        brush::drawLine(graphics, text, brush::floats(box), where);
     };
     const bool hasTabs = boxes_.help.x > layout_.px(layout_.measures.margin);
     draw(shown_.help, boxes_.help, palette::kFaint,

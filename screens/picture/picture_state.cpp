@@ -96,17 +96,26 @@ void openSettings(PictureScene& scene, double seconds) {
     scene.frames(2);
 }
 
-void loseSound(PictureScene& scene, double seconds) {
+void lose(PictureScene& scene, double seconds, const char* path) {
     scene.play(seconds);
-    scene.asMain([](AudioUnitViewController& view) {
+    scene.asMain([path](AudioUnitViewController& view) {
         SampleReference lost;
-        lost.path = "/nowhere/Lost Bells.wav";
+        lost.path = path;
         view.sampleLoader.loadReference(lost, SoundUse::play);
     });
     scene.play(0.1);
+}
+
+void loseSound(PictureScene& scene, double seconds) {
+    lose(scene, seconds, "/nowhere/Lost Bells.wav");
     scene.window().key(juce::KeyPress(juce::KeyPress::returnKey)); // the alert's Ok
     PictureWindow::settle();
     scene.frames(2);
+}
+
+/// Neither typeface nor direction of which is the window's own; accents that stand apart.
+void loseForeignSound(PictureScene& scene, double seconds) {
+    lose(scene, seconds, "/nowhere/Ёж 夜の鳥 שלום עולם السلام Zoe\u0308 ☃.wav");
 }
 
 constexpr auto kInstrument = PluginKind::instrument, kStandalone = PluginKind::standalone;
@@ -123,6 +132,7 @@ constexpr PictureState kStates[] = {
     {"menu", "the menu of presets is open", kInstrument, 1.0, openMenu},
     {"settings", "the settings are open", kInstrument, 1.0, openSettings},
     {"missing", "the sound's file is missing", kInstrument, 0.1, loseSound},
+    {"names", "a file's name is in many scripts", kInstrument, 0.1, loseForeignSound},
 };
 
 } // namespace

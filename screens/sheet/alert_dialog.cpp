@@ -111,9 +111,9 @@ void AlertDialog::layOut(const ScreenLayout& layout) {
     const auto px = [&](double units) { return layout.px(units); };
     setBounds(brush::rectangle(layout.window));
     const int inside = px(kWidth - 2 * kMargin);
-    const int title = textHeight(brush::text(alert_.title), brush::medium(px(kTitleText)), inside);
+    const int title = textHeight(brush::drawn(alert_.title), brush::medium(px(kTitleText)), inside);
     const int message =
-        textHeight(brush::text(alert_.message), brush::regular(px(kMessageText)), inside);
+        textHeight(brush::drawn(alert_.message), brush::regular(px(kMessageText)), inside);
     const int field = alert_.typed ? px(kField + kGap) : 0;
     const int height =
         2 * px(kMargin) + title + px(kGap) + message + px(kGap) + field + px(kButton);
@@ -143,7 +143,7 @@ void AlertDialog::paint(juce::Graphics& graphics) {
     drawPanel(graphics, panel_, scale_);
     const auto draw = [&](const std::string& text, const juce::Font& font, Color color,
                           juce::Rectangle<int> box) {
-        juce::AttributedString string(brush::text(text));
+        juce::AttributedString string(brush::drawn(text));
         string.setFont(font);
         string.setColour(brush::colour(color));
         string.draw(graphics, box.toFloat());

@@ -62,7 +62,7 @@ void SettingRowView::paint(juce::Graphics& graphics) {
     const auto value = [&](const Box& box, Color color, juce::Justification where) {
         graphics.setColour(brush::colour(color));
         graphics.setFont(brush::medium(px(kValueText)));
-        graphics.drawText(brush::text(shown_.value), brush::rectangle(box), where, true);
+        brush::drawLine(graphics, shown_.value, brush::floats(box), where);
     };
     switch (kind()) {
     case SettingKind::choice:

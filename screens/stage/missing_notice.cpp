@@ -63,8 +63,8 @@ void MissingNotice::show(const std::string& name, const ScreenLayout& layout) {
     setVisible(!name.empty());
     if (name.empty()) return;
     const juce::Font letters = brush::medium(layout.measures.nameText * layout.scale);
-    const int text = static_cast<int>(
-        std::min<double>(letters.getStringWidthFloat(brush::text(name)), kMostName * layout.scale));
+    const int text = static_cast<int>(std::min<double>(
+        letters.getStringWidthFloat(brush::drawn(name)), kMostName * layout.scale));
     const int missing = static_cast<int>(std::ceil(letters.getStringWidthFloat("missing")));
     const int button = static_cast<int>(std::ceil(letters.getStringWidthFloat("Locate")));
     setBounds(layout.px(kLeft), layout.px(kTop),
@@ -97,7 +97,7 @@ void MissingNotice::paint(juce::Graphics& graphics) {
     row.removeFromRight(layout_.px(kGap));
     graphics.setFont(letters);
     graphics.setColour(brush::colour(palette::kBright));
-    graphics.drawText(brush::text(name_), row, juce::Justification::centredLeft, true);
+    brush::drawLine(graphics, name_, row.toFloat(), juce::Justification::centredLeft);
     graphics.setColour(brush::colour(palette::kAccent));
     graphics.drawText(missing, end, juce::Justification::centredRight, false);
 }

@@ -85,9 +85,9 @@ void drawMarkTexts(const StageScene& scene, juce::Graphics& graphics) {
         const double start = std::min(scene.contents.regionStart, scene.contents.regionEnd);
         const int x = std::max(scene.px(44), static_cast<int>(scene.x(start)) + scene.px(8));
         graphics.setColour(brush::colour(palette::kText));
-        graphics.drawText(brush::text(scene.contents.isLive ? "Live input" : scene.contents.name),
-                          x, scene.px(6), scene.width() / 2, high, juce::Justification::centredLeft,
-                          true);
+        const juce::Rectangle<int> line(x, scene.px(6), scene.width() / 2, high);
+        brush::drawLine(graphics, scene.contents.isLive ? "Live input" : scene.contents.name,
+                        line.toFloat(), juce::Justification::centredLeft);
         graphics.setColour(brush::colour(palette::kFaint));
     }
     if (!scene.contents.isSynced) return;

@@ -40,9 +40,9 @@ bool PresetButton::keyPressed(const juce::KeyPress& key) {
 
 int PresetButton::measured() const {
     const float name = brush::medium(measures_.presetText * scale_)
-                           .getStringWidthFloat(brush::text(shown_.title()));
+                           .getStringWidthFloat(brush::drawn(shown_.title()));
     const float bank =
-        brush::medium(measures_.unitText * scale_).getStringWidthFloat(brush::text(shown_.line()));
+        brush::medium(measures_.unitText * scale_).getStringWidthFloat(brush::drawn(shown_.line()));
     const auto dot = static_cast<float>((kDotGap + kDot) * scale_);
     return static_cast<int>(std::ceil(juce::jmax(name + dot, bank))) + 2;
 }
@@ -52,15 +52,15 @@ void PresetButton::paintSign(juce::Graphics& graphics, juce::Rectangle<float> ce
     const bool isLoading = shown_.loading.has_value();
     const float dot = px(kDot);
     const juce::Font font = brush::medium(px(measures_.presetText));
-    const juce::String name = brush::text(shown_.title());
+    const std::string name = shown_.title();
     const float room = text.getWidth() - (shown_.isChanged ? px(kDotGap) + dot : 0.0f);
-    const float width = juce::jmin(room, font.getStringWidthFloat(name) + 1.0f);
+    const float width = juce::jmin(room, font.getStringWidthFloat(brush::drawn(name)) + 1.0f);
     const float y = cell.getHeight() * (shown_.line().empty() ? 0.5f : kNameCentre);
     graphics.setFont(font);
     graphics.setColour(
         brush::colour(isLoading || shown_.name.empty() ? palette::kDim : palette::kBright));
-    graphics.drawText(name, text.withHeight(2.0f * y).withWidth(width + 1.0f),
-                      juce::Justification::centredLeft, true);
+    brush::drawLine(graphics, name, text.withHeight(2.0f * y).withWidth(width + 1.0f),
+                    juce::Justification::centredLeft);
     if (shown_.isChanged)
         graphics.fillEllipse(text.getX() + width + px(kDotGap), y - dot / 2 + 1.0f, dot, dot);
     const float lineY = cell.getHeight() * kBankCentre;
@@ -75,8 +75,8 @@ void PresetButton::paintSign(juce::Graphics& graphics, juce::Rectangle<float> ce
     graphics.setFont(brush::medium(px(measures_.unitText)));
     graphics.setColour(brush::colour(palette::kFaint));
     const float half = px(measures_.unitText);
-    graphics.drawText(brush::text(shown_.line()), text.withY(lineY - half).withHeight(2.0f * half),
-                      juce::Justification::centredLeft, true);
+    brush::drawLine(graphics, shown_.line(), text.withY(lineY - half).withHeight(2.0f * half),
+                    juce::Justification::centredLeft);
 }
 
 } // namespace zephyra

@@ -36,7 +36,7 @@ void SampleView::show(const SampleShown& shown, const LayoutMeasures& measures, 
 
 int SampleView::measured() const {
     const float name = brush::medium((measures_.nameText + kNameMore) * scale_)
-                           .getStringWidthFloat(brush::text(shown_.name));
+                           .getStringWidthFloat(brush::drawn(shown_.name));
     const float facts =
         brush::medium(measures_.unitText * scale_).getStringWidthFloat(brush::text(secondLine()));
     return static_cast<int>(std::ceil(juce::jmax(name, facts))) + 4;
@@ -48,9 +48,9 @@ void SampleView::paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell
         const auto height = static_cast<float>(size * scale_);
         graphics.setFont(brush::medium(height));
         graphics.setColour(brush::colour(colour));
-        graphics.drawText(brush::text(line),
-                          text.withY(text.getHeight() * share - height).withHeight(2.0f * height),
-                          juce::Justification::centredLeft, true);
+        brush::drawLine(graphics, line,
+                        text.withY(text.getHeight() * share - height).withHeight(2.0f * height),
+                        juce::Justification::centredLeft);
     };
     draw(shown_.name, measures_.nameText + kNameMore, kNameCentre,
          shown_.isMissing ? palette::kDim : palette::kBright);

@@ -1,5 +1,6 @@
 // Names, numbers and odd bytes as people type and read them.
 
+#include "platform/text/characters.h"
 #include "platform/text/decibels.h"
 #include "platform/text/message_text.h"
 #include "platform/text/names.h"
@@ -94,6 +95,19 @@ TEST(OddBytes, AreShownSoThatNoTwoNamesLookAlikeAndCanBeTyped) {
         EXPECT_EQ(onOneLine(bytes), line);
     }
     EXPECT_EQ(bytesFromTyped("\\xfF"), "\xff");
+}
+
+TEST(Characters, EndWhereAReaderSeesThemEnd) {
+    const std::pair<std::string, std::vector<std::size_t>> cases[] = {
+        {"", {}},
+        {"ab", {1, 2}},
+        {"e\u0301x", {3, 4}},                                  // an accent that stands apart
+        {"夜\U0001F468\u200D\U0001F467!", {3, 14, 15}},        // a joined emoji
+        {"\U0001F1E9\U0001F1EA\U0001F1EB\U0001F1F7", {8, 16}}, // two flags
+        {"\u05E9\u05B8a\xffz", {4, 5, 6, 7}}};
+    for (const auto& [text, ends] : cases) EXPECT_EQ(characterEnds(text), ends) << text;
+    EXPECT_EQ(composed("Zoe\u0308 夜\u0308"), "Zo\u00EB 夜\u0308");
+    EXPECT_EQ(composed("e\u0301\xff"), "e\u0301\xff");
 }
 
 } // namespace

@@ -14,7 +14,7 @@ constexpr int kRow = 28, kGap = 4, kKeys = 64, kKey = 16, kButton = 84, kText = 
 constexpr int kWhiteKeys = 75, kMost = 8192;                                        // pixels
 
 juce::String shown(const std::string& text) {
-    return juce::String::fromUTF8(text.c_str());
+    return brush::drawn(text);
 }
 
 } // namespace

@@ -25,7 +25,7 @@ constexpr PictureScene::Size kLargeSizes[] = {{2200, 1400, 2.0}, {3840, 2160}};
 constexpr std::string_view kLargeStates[] = {"playing", "dialog", "typing"};
 
 /// In which something lies over the areas.
-constexpr std::string_view kLayers[] = {"dialog", "name", "menu", "settings"};
+constexpr std::string_view kLayers[] = {"dialog", "name", "menu", "settings", "names"};
 
 struct Expected {
     std::vector<std::string> texts; ///< besides those that are always there
@@ -49,6 +49,7 @@ const std::map<std::string_view, Expected> kExpected = {
     {"typing", {{"Length", "85.0"}, true, true}},
     {"menu", {{"Bird Machines", "Pulse Garden"}, true, true}},
     {"settings", {{"Settings", "Zoom", "Fade in"}, {}, {}}},
+    {"names", {{"Warning", "Locate", "Ok"}, {}, {}}},
     {"missing", {{"Lost Bells.wav", "missing", "Locate"}, false, false}},
 };
 
