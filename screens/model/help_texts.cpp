@@ -32,6 +32,7 @@ constexpr std::array<HelpText, kLast + 1> kTexts{{
     {preset, "Preset @: press for all presets and banks, arrow keys step"},
     {sound, "The sound that grains are cut from; press, or drop a file, to load another", Shortcut::load},
     {soundNamed, "@: press, or drop a file, to load another", Shortcut::load},
+    {soundLive, "@: press to go back to the file, or to load another", Shortcut::load},
     {soundMissing, "@ was not found; Locate chooses another"},
     {locate, "Choose the file that takes the missing sound's place"},
     {randomise, "Randomise all controls that are not locked by @ of their range; right-click for another amount"},

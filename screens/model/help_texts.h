@@ -34,6 +34,7 @@ enum class HelpId : std::uint8_t {
     preset, ///< with its name
     sound,
     soundNamed,   ///< with its name
+    soundLive,    ///< with its name
     soundMissing, ///< with its name
     locate,
     randomise, ///< with the amount, "25 %"

@@ -16,10 +16,6 @@ constexpr double kNameMore = 2.0, kInset = 8.0;            // over the names of 
 
 SampleView::SampleView(ScreenContext& context) : ScreenButton(context, "Sound", {}) {
     setFace({.isBare = true});
-    pressed = [this, &context] {
-        const auto& ask = shown_.isMissing ? context.locateSample : context.loadFile;
-        if (ask) ask();
-    };
 }
 
 void SampleView::show(const SampleShown& shown, const LayoutMeasures& measures, double scale) {
@@ -60,7 +56,10 @@ void SampleView::paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell
 
 std::string SampleView::sentence() const {
     if (shown_.name.empty()) return {};
-    return helpText(shown_.isMissing ? HelpId::soundMissing : HelpId::soundNamed, shown_.name);
+    return helpText(shown_.isMissing ? HelpId::soundMissing
+                    : shown_.isLive  ? HelpId::soundLive
+                                     : HelpId::soundNamed,
+                    shown_.name);
 }
 
 } // namespace zephyra

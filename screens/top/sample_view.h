@@ -1,4 +1,5 @@
-// SampleView: the name of the sound and its facts; a press loads another.
+// SampleView: the name of the sound and its facts; a press loads another, or goes back to a file
+// from live sound.
 #pragma once
 
 #include "screens/draw/screen_button.h"

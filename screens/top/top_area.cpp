@@ -36,6 +36,7 @@ TopArea::TopArea(ScreenContext& context)
     wireTransport();
     wirePreset();
     addAndMakeVisible(sampleName_);
+    sampleName_.pressed = [this] { openSampleMenu(); };
     addAndMakeVisible(locate_);
     wireEdits();
     addAndMakeVisible(tempo_);
@@ -87,6 +88,12 @@ void TopArea::wireEdits() {
         editButtons_[i].setCorner(4.0);
     }
     editButtons_[0].menuAsked = [this] { openMenu(editButtons_[0], edits_.randomizeMenu()); };
+}
+
+void TopArea::openSampleMenu() {
+    auto rows = sample_.menu();
+    if (rows.size() > 1) return openMenu(sampleName_, std::move(rows));
+    if (rows.front().chosen) rows.front().chosen();
 }
 
 void TopArea::openMenu(const juce::Component& below, std::vector<MenuRow> rows) {

@@ -31,6 +31,7 @@ private:
     void showButtons();
     void place();
     void placeButtons();
+    void openSampleMenu();
     void openMenu(const juce::Component& below, std::vector<MenuRow> rows);
 
     /// Of signs and words, against their size in the regular step.

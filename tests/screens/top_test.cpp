@@ -205,6 +205,7 @@ TEST(TopEdits, ReachTheHistoryAndBothVersions) {
 
 TEST(TopSample, NamesWhatGrainsAreCutFrom) {
     EXPECT_EQ(soundFacts(12.04, 44100.0, 1), "12.0 s   44.1 kHz   mono");
+    EXPECT_EQ(soundFacts(59.96, 0.0, 0), "1:00 min");
     EXPECT_EQ(soundFacts(3725.0, 22050.0, 2), "1:02:05 h   22.05 kHz   stereo");
     Window window;
     window.settle();
@@ -214,6 +215,47 @@ TEST(TopSample, NamesWhatGrainsAreCutFrom) {
     window.settle(5);
     EXPECT_EQ(window.sample.shown().name, "Blackbird.mp3");
     EXPECT_EQ(window.sample.shown().facts, "13.0 s   44.1 kHz   mono");
+}
+
+TEST(TopSample, LeadsBackFromLiveSoundToTheFile) {
+    Window window;
+    std::string asked;
+    window.context.loadFile = [&] { asked += "load "; };
+    window.context.locateSample = [&] { asked += "locate "; };
+    const auto offers = [&] {
+        std::string texts;
+        for (const MenuRow& row : window.sample.menu()) texts += row.text + "; ";
+        return texts;
+    };
+    const std::string load = "Load a sound or a bank; ", back = "Back to Blackbird.mp3; ";
+    window.settle();
+    EXPECT_EQ(offers(), load); // no file behind LIVE
+    window.loadSample(fs::path(ZEPHYRA_SOURCE_DIR) / "resources/Blackbird.mp3");
+    window.settle(5);
+    EXPECT_EQ(offers(), load);
+    for (const bool goesOff : {false, true}) {
+        window.press(live);
+        if (goesOff) window.press(live);
+        EXPECT_EQ(window.sample.shown().name, goesOff ? "Captured sound" : "Live input");
+        EXPECT_EQ(offers(), back + load);
+        window.sample.menu().front().chosen();
+        window.settle();
+        EXPECT_EQ(window.sample.shown().name, "Blackbird.mp3");
+        EXPECT_FALSE(window.transport.shown().isLive);
+    }
+    {
+        const auto held = window.main();
+        SampleReference lost;
+        lost.path = "/nowhere/Lost Bells.wav";
+        window.system().view.sampleLoader.loadReference(lost, SoundUse::play);
+    }
+    window.settle(5);
+    EXPECT_EQ(offers(), "Locate Lost Bells.wav; ");
+    window.press(live);
+    window.press(live);
+    EXPECT_EQ(offers(), "Locate Lost Bells.wav; Back to the sound that was loaded last; " + load);
+    for (const MenuRow& row : window.sample.menu()) row.chosen();
+    EXPECT_EQ(asked, "locate load ");
 }
 
 TEST(TopBoxes, StandApartInTheirAreaAtEverySizeAndZoom) {

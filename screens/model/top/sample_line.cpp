@@ -16,7 +16,7 @@ std::string two(long long number) {
 }
 
 std::string lengthText(double seconds) {
-    if (seconds < 60.0) return formatFixed(seconds, 1) + " s";
+    if (seconds < 59.95) return formatFixed(seconds, 1) + " s";
     const auto whole = std::llround(seconds);
     const std::string minutes = std::to_string(whole / 60 % 60), rest = two(whole % 60);
     if (whole < 3600) return minutes + ":" + rest + " min";
@@ -64,21 +64,44 @@ void SampleLine::read(AudioUnitViewController& view, const FrameTime&) {
     const auto nameOf = [](const std::string& path) {
         return std::filesystem::path(path).filename().string();
     };
+    const SampleReference& file = stream.sampleReference();
+    const std::string missing = view.sampleLoader.missing();
+    file_ = {.name = nameOf(missing.empty() ? file.path : missing),
+             .isMissing = !missing.empty(),
+             .isLoaded = wave.hasFileSample()};
     SampleShown shown;
     if (stream.isLive() || wave.isLiveCurrent()) {
-        shown.name = stream.isLive() ? "Live input" : "Captured sound";
-        shown.facts = soundFacts(wave.getFileDuration(), 0.0, 1);
-    } else if (const std::string missing = view.sampleLoader.missing(); !missing.empty()) {
-        shown = {.name = nameOf(missing), .isMissing = true};
+        shown = {.name = stream.isLive() ? "Live input" : "Captured sound",
+                 .facts = soundFacts(wave.getFileDuration(), 0.0, 1),
+                 .isLive = true};
+    } else if (file_.isMissing) {
+        shown = {.name = file_.name, .isMissing = true};
     } else {
-        const SampleReference& file = stream.sampleReference();
-        shown.name = !file.path.empty()
-                         ? nameOf(file.path)
-                         : (wave.hasFileSample() ? "Sound of the preset" : "No sound");
-        if (wave.hasFileSample())
+        shown.name = !file_.name.empty() ? file_.name
+                     : file_.isLoaded    ? "Sound of the preset"
+                                         : "No sound";
+        if (file_.isLoaded)
             shown.facts = soundFacts(wave.getFileDuration(), file.sampleRate, file.channels);
     }
     shown_ = std::move(shown);
+}
+
+std::vector<MenuRow> SampleLine::menu() {
+    std::vector<MenuRow> rows;
+    if (file_.isMissing) rows.push_back({"Locate " + file_.name, context_.locateSample});
+    if (shown_.isLive && file_.isLoaded) {
+        const bool isNamed = !file_.isMissing && !file_.name.empty();
+        rows.push_back(
+            {"Back to " + (isNamed ? file_.name : "the sound that was loaded last"), [this] {
+                 const ScreenEdit edit(context_, "Sound");
+                 context_.source.asMain([](AudioUnitViewController& view) {
+                     view._GRANULATOR_STREAM.restoreLastSample();
+                 });
+             }});
+    }
+    if (shown_.isLive || !file_.isMissing)
+        rows.push_back({"Load a sound or a bank", context_.loadFile});
+    return rows;
 }
 
 } // namespace zephyra
