@@ -29,8 +29,8 @@ ZephyraScreen::ZephyraScreen(PluginInstance& plugin, const ScreenSettings& setti
 ZephyraScreen::~ZephyraScreen() = default;
 
 void ZephyraScreen::frame(double now) {
-    time_.elapsed = now - time_.now;
-    time_.now = now;
+    time_ = {.now = now, .elapsed = now - shownAt_.value_or(now)};
+    shownAt_ = now;
     source_.readFrame(time_);
     for (ScreenArea* const area : areas_) area->frame(time_);
     services_.frame(juce::Time::getMillisecondCounterHiRes() / 1000.0);

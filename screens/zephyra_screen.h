@@ -15,6 +15,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace zephyra {
 
@@ -68,6 +69,7 @@ private:
     std::array<ScreenArea*, 6> areas_{&top_, &stage_, &meter_, &path_, &strip_, &foot_};
     HelpTip tip_{*this};
     FrameTime time_;
+    std::optional<double> shownAt_; // once there was a frame
     WindowTouches touches_{*this};
     std::uint64_t paints_ = 0;
     void* window_ = nullptr; // that it was seen in last

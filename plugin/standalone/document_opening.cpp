@@ -41,7 +41,7 @@ Result<std::string> openDocument(PluginInstance& instance, const fs::path& file)
         return openAsBank(instance, whole);
     if (auto sound = openSoundFile(whole); !sound) return Failure{sound.message()};
     instance.loadSample(whole);
-    return shownFile(whole.filename()) + " is opened"; // reading it may still fail
+    return shownFile(whole.filename()) + " plays once it is read"; // which may still fail
 }
 
 } // namespace zephyra

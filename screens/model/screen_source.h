@@ -11,7 +11,7 @@ namespace zephyra {
 /// When a frame of the window is drawn.
 struct FrameTime {
     double now = 0.0;     ///< seconds on the window's clock, which goes steadily
-    double elapsed = 0.0; ///< since the frame before, or, of the first one, the clock's beginning
+    double elapsed = 0.0; ///< since the frame before; 0 of the first one
 };
 
 /// What is copied out of the instance once a frame, by one part of the window. Message thread.

@@ -69,7 +69,7 @@ Box Ruler::grip(const StageScene& scene, bool isStart, double wide) {
 Ruler::Flag Ruler::flagOf(const StageScene& scene) {
     const StageContents& of = scene.contents;
     Flag flag;
-    flag.isAccent = !of.isFrozen;
+    flag.isAccent = of.scanMoves();
     flag.text = timeText((of.scan - (of.isWriting ? 1.0 : 0.0)) * of.seconds, finest(scene));
     const double x = scene.x(of.scan);
     if (x < 0.0 || x > scene.width()) return flag; // outside what is shown

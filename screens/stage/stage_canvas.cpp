@@ -78,7 +78,7 @@ void StageCanvas::placeGrain(const StageScene& scene, const ShownGrain& grain,
 
 void StageCanvas::placeScan(const StageScene& scene) {
     const StageContents& of = scene.contents;
-    addItem(idOf(Part::scan), (of.isFrozen ? 1u : 0u) + (of.isPlaying ? 2u : 0u), scanLine(scene));
+    addItem(idOf(Part::scan), of.scanMoves() ? 1u : 0u, scanLine(scene));
     if (scene.slow.isNow()) {
         bandScan_ = of.scan;
         bandReach_ = of.jitter;
@@ -242,7 +242,7 @@ void StageCanvas::drawScan(const Pixels& pixels, const StageScene& scene) const 
                 if (y / dash % 2 == 0)
                     pixels.mixSpan(y, static_cast<int>(x), static_cast<int>(x) + 1, bright, 90);
     if (scan >= 0.0 && scan <= scene.width())
-        pixels.mixBox(scanLine(scene), of.isFrozen ? bright : accent, 256);
+        pixels.mixBox(scanLine(scene), of.scanMoves() ? accent : bright, 256);
 }
 
 } // namespace zephyra

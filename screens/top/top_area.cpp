@@ -7,28 +7,23 @@ namespace zephyra {
 
 namespace {
 
-constexpr const char* kTitles[kTransportButtons] = {"Play", "Rewind", "Freeze", "LIVE", "Clear"};
-constexpr const char* kEditTitles[kEditButtons] = {"Randomise", "Undo", "Redo", "Compare A",
-                                                   "Compare B"};
-
 constexpr double kPlayIcon = 20, kIcon = 20, kArrowIcon = 18, kWord = 12; // units at regular
 
 } // namespace
 
 TopArea::TopArea(ScreenContext& context)
     : ScreenArea(context), transport_(context), preset_(context), sample_(context), music_(context),
-      edits_(context), buttons_{ScreenButton(context, kTitles[0], ""),
-                                ScreenButton(context, kTitles[1], ""),
-                                ScreenButton(context, kTitles[2], ""),
-                                ScreenButton(context, kTitles[3], ""),
-                                ScreenButton(context, kTitles[4], "")},
+      edits_(context), buttons_{ScreenButton(context, "Play", ""),
+                                ScreenButton(context, "Rewind", ""),
+                                ScreenButton(context, "Freeze", ""),
+                                ScreenButton(context, "LIVE", ""),
+                                ScreenButton(context, "Clear", "")},
       previous_(context, "Previous preset", helpText(HelpId::previousPreset)),
       next_(context, "Next preset", helpText(HelpId::nextPreset)), presetName_(context),
       sampleName_(context), locate_(context, "Locate", helpText(HelpId::locate)),
-      editButtons_{
-          ScreenButton(context, kEditTitles[0], ""), ScreenButton(context, kEditTitles[1], ""),
-          ScreenButton(context, kEditTitles[2], ""), ScreenButton(context, kEditTitles[3], ""),
-          ScreenButton(context, kEditTitles[4], "")},
+      editButtons_{ScreenButton(context, "Randomise", ""), ScreenButton(context, "Undo", ""),
+                   ScreenButton(context, "Redo", ""), ScreenButton(context, "Compare A", ""),
+                   ScreenButton(context, "Compare B", "")},
       tempo_(context, music_), bar_(context),
       settings_(context, "Settings", helpText(HelpId::settings)) {
     setOpaque(true);
@@ -61,7 +56,7 @@ void TopArea::wireTransport() {
         buttons_[i].touched = [this, which](ButtonTouch touch) { transport_.touch(which, touch); };
         buttons_[i].setSwitch(which != TransportButton::rewind && which != TransportButton::clear);
     }
-    buttons_[0].setCorner(8.0);
+    button(TransportButton::play).setCorner(8.0);
 }
 
 void TopArea::wirePreset() {
@@ -83,11 +78,13 @@ void TopArea::wireEdits() {
         editButtons_[i].pressed = [this, which] { edits_.press(which); };
         editButtons_[i].setSwitch(which == EditButton::compareA || which == EditButton::compareB);
     }
-    for (const std::size_t i : {3u, 4u}) {
-        editButtons_[i].setSurface(palette::kRaised);
-        editButtons_[i].setCorner(4.0);
+    for (const EditButton side : {EditButton::compareA, EditButton::compareB}) {
+        button(side).setSurface(palette::kRaised);
+        button(side).setCorner(4.0);
     }
-    editButtons_[0].menuAsked = [this] { openMenu(editButtons_[0], edits_.randomizeMenu()); };
+    button(EditButton::randomize).menuAsked = [this] {
+        openMenu(button(EditButton::randomize), edits_.randomizeMenu());
+    };
 }
 
 void TopArea::openSampleMenu() {
@@ -141,7 +138,7 @@ void TopArea::showButtons() {
     }
     const bool plays =
         transport.play == PlayState::playing || transport.play == PlayState::fadingOut;
-    buttons_[0].setIcon(plays ? Icon::stop : Icon::play, kPlayIcon * large());
+    button(TransportButton::play).setIcon(plays ? Icon::stop : Icon::play, kPlayIcon * large());
     for (std::size_t i = 0; i < kEditButtons; ++i) {
         const auto which = static_cast<EditButton>(i);
         editButtons_[i].setFace(edits_.face(which));
@@ -170,21 +167,25 @@ void TopArea::place() {
 
 void TopArea::placeButtons() {
     const double scale = layout_.scale, word = kWord * scale * large();
-    const Box* const boxes[] = {&boxes_.play, &boxes_.rewind, &boxes_.freeze, &boxes_.live,
-                                &boxes_.clear};
-    for (std::size_t i = 0; i < kTransportButtons; ++i) buttons_[i].place(*boxes[i], scale);
-    buttons_[1].setIcon(Icon::rewind, kIcon * large());
-    buttons_[2].setIcon(Icon::freeze, kIcon * large());
-    buttons_[3].setLabel("LIVE", word);
-    buttons_[4].setLabel("Clear", word);
-    const Box* const edits[] = {&boxes_.random, &boxes_.undo, &boxes_.redo, &boxes_.compareA,
-                                &boxes_.compareB};
-    for (std::size_t i = 0; i < kEditButtons; ++i) editButtons_[i].place(*edits[i], scale);
-    editButtons_[0].setIcon(Icon::dice, kIcon * large());
-    editButtons_[1].setIcon(Icon::undo, kIcon * large());
-    editButtons_[2].setIcon(Icon::redo, kIcon * large());
-    editButtons_[3].setLabel("A", word);
-    editButtons_[4].setLabel("B", word);
+    button(TransportButton::play).place(boxes_.play, scale);
+    button(TransportButton::rewind).place(boxes_.rewind, scale);
+    button(TransportButton::freeze).place(boxes_.freeze, scale);
+    button(TransportButton::live).place(boxes_.live, scale);
+    button(TransportButton::clear).place(boxes_.clear, scale);
+    button(TransportButton::rewind).setIcon(Icon::rewind, kIcon * large());
+    button(TransportButton::freeze).setIcon(Icon::freeze, kIcon * large());
+    button(TransportButton::live).setLabel("LIVE", word);
+    button(TransportButton::clear).setLabel("Clear", word);
+    button(EditButton::randomize).place(boxes_.random, scale);
+    button(EditButton::undo).place(boxes_.undo, scale);
+    button(EditButton::redo).place(boxes_.redo, scale);
+    button(EditButton::compareA).place(boxes_.compareA, scale);
+    button(EditButton::compareB).place(boxes_.compareB, scale);
+    button(EditButton::randomize).setIcon(Icon::dice, kIcon * large());
+    button(EditButton::undo).setIcon(Icon::undo, kIcon * large());
+    button(EditButton::redo).setIcon(Icon::redo, kIcon * large());
+    button(EditButton::compareA).setLabel("A", word);
+    button(EditButton::compareB).setLabel("B", word);
 }
 
 void TopArea::paint(juce::Graphics& graphics) {

@@ -34,6 +34,11 @@ private:
     void openSampleMenu();
     void openMenu(const juce::Component& below, std::vector<MenuRow> rows);
 
+    ScreenButton& button(TransportButton which) {
+        return buttons_[static_cast<std::size_t>(which)];
+    }
+    ScreenButton& button(EditButton which) { return editButtons_[static_cast<std::size_t>(which)]; }
+
     /// Of signs and words, against their size in the regular step.
     double large() const { return layout_.measures.buttonSize / 32.0; }
 
@@ -47,12 +52,12 @@ private:
     TopWishes wishes_;
     TopBoxes boxes_;
 
-    std::array<ScreenButton, kTransportButtons> buttons_;
+    std::array<ScreenButton, kTransportButtons> buttons_; // in the order of TransportButton
     ScreenButton previous_, next_;
     PresetButton presetName_;
     SampleView sampleName_;
     ScreenButton locate_;
-    std::array<ScreenButton, kEditButtons> editButtons_;
+    std::array<ScreenButton, kEditButtons> editButtons_; // in the order of EditButton
     MusicButton tempo_;
     BarView bar_;
     ScreenButton settings_;

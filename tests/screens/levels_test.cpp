@@ -83,6 +83,13 @@ TEST(MeterScale, GivesTheUpperDecibelsMoreRoom) {
     }
 }
 
+TEST(FootLine, WritesCountsInFourPlaces) {
+    const std::pair<std::uint64_t, const char*> rows[] = {
+        {0, "0"},         {999, "999"},     {1000, "1.0k"},    {99'949, "99.9k"},
+        {99'950, "100k"}, {99'999, "100k"}, {999'499, "999k"}, {999'500, "many"}};
+    for (const auto& [count, text] : rows) EXPECT_EQ(countText(count), text);
+}
+
 TEST(FootLine, CountsDroppedGrainsFromAClick) {
     Window window;
     window.context.help("Density: grains a second");

@@ -137,6 +137,9 @@ TEST_F(Sheet, ShowsOnlyWhatIsThere) {
     model.press(at(model, midi));
     model.press(99);
     EXPECT_EQ(opened, 1);
+    EXPECT_EQ(model.type(at(model, audio), "JACK").message(),
+              "Audio takes no text; press it to choose");
+    EXPECT_FALSE(model.type(at(model, midi), "all").ok());
 }
 
 TEST_F(Sheet, ZoomsStepThroughWhatIsOffered) {

@@ -10,8 +10,9 @@ namespace zephyra {
 
 namespace {
 
-constexpr int kRow = 28, kGap = 4, kKeys = 64, kKey = 16, kButton = 84, kText = 12; // units
-constexpr int kWhiteKeys = 75, kMost = 8192;                                        // pixels
+constexpr int kRow = 28, kGap = 4, kKeys = 64, kKey = 16, kButton = 84, kText = 12,
+              kOctave = 11;                  // units
+constexpr int kWhiteKeys = 75, kMost = 8192; // pixels
 
 juce::String shown(const std::string& text) {
     return brush::drawn(text);
@@ -33,7 +34,6 @@ StandaloneView::StandaloneView(ZephyraProcessor& processor, StandaloneAudio& aud
     keyboard_.setTitle("Keys");
     keyboard_.setHelpText(brush::text(helpText(HelpId::keyboard)));
     devices_.setHelpText(brush::text(helpText(HelpId::audioButton)));
-    using Keys = juce::MidiKeyboardComponent;
     keyboard_.setColour(Keys::whiteNoteColourId, brush::colour(palette::kText));
     keyboard_.setColour(Keys::blackNoteColourId, brush::colour(palette::kStage));
     keyboard_.setColour(Keys::keySeparatorLineColourId, brush::colour(palette::kLine));
@@ -44,6 +44,18 @@ StandaloneView::StandaloneView(ZephyraProcessor& processor, StandaloneAudio& aud
     keys_.addListener(this);
     keyboard_.setWantsKeyboardFocus(false); // letters are the screen's
     childBoundsChanged(editor_.get());
+}
+
+void StandaloneView::Keys::drawWhiteNote(int note, juce::Graphics& graphics,
+                                         juce::Rectangle<float> key, bool isDown, bool isOver,
+                                         juce::Colour line, juce::Colour text) {
+    MidiKeyboardComponent::drawWhiteNote(note, graphics, key, isDown, isOver, line, text);
+    if (note % 12 != 0) return;
+    graphics.setColour(text);
+    graphics.setFont(brush::regular(juce::jmin(letters, 0.7f * key.getWidth())));
+    graphics.drawText(juce::MidiMessage::getMidiNoteName(note, true, true, getOctaveForMiddleC()),
+                      key.withTrimmedBottom(letters / 4.0f), juce::Justification::centredBottom,
+                      false);
 }
 
 StandaloneView::~StandaloneView() {
@@ -145,6 +157,7 @@ void StandaloneView::limitWindow() {
 void StandaloneView::resized() {
     const juce::ScopedValueSetter<bool> guard(laysOut_, true);
     for (juce::Label* const label : {&notice_, &status_}) label->setFont(brush::regular(px(kText)));
+    keyboard_.letters = static_cast<float>(px(kOctave));
     keyboard_.setKeyWidth(
         juce::jmax(static_cast<float>(px(kKey)), static_cast<float>(getWidth()) / kWhiteKeys));
     auto area = getLocalBounds();

@@ -34,6 +34,18 @@ public:
     void childBoundsChanged(juce::Component* child) override;
 
 private:
+    /// Octaves are named in letters that grow with the zoom.
+    class Keys final : public juce::MidiKeyboardComponent {
+    public:
+        using MidiKeyboardComponent::MidiKeyboardComponent;
+        float letters = 12.0f; ///< pixels
+
+    private:
+        juce::String getWhiteNoteText(int) override { return {}; } // JUCE's are 12 pixels at most
+        void drawWhiteNote(int note, juce::Graphics& graphics, juce::Rectangle<float> key,
+                           bool isDown, bool isOver, juce::Colour line, juce::Colour text) override;
+    };
+
     int px(double units) const;
     void limitWindow();
     void takeKeyboard();
@@ -47,7 +59,7 @@ private:
     juce::Label notice_, status_;
     std::unique_ptr<juce::AudioProcessorEditor> editor_;
     juce::MidiKeyboardState keys_;
-    juce::MidiKeyboardComponent keyboard_{keys_, juce::MidiKeyboardComponent::horizontalKeyboard};
+    Keys keyboard_{keys_, juce::MidiKeyboardComponent::horizontalKeyboard};
     std::string said_;
     bool isTold_ = true; // nothing, at first
     bool laysOut_ = false;

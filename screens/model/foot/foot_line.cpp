@@ -6,15 +6,11 @@
 
 namespace zephyra {
 
-namespace {
-
-/// "999", "12.3k": never wider than its box.
 std::string countText(std::uint64_t count) {
     if (count < 1000) return std::to_string(count);
-    return count < 100'000 ? formatFixed(static_cast<double>(count) / 1000.0, 1) + "k" : "many";
+    if (count >= 999'500) return "many";
+    return formatFixed(static_cast<double>(count) / 1000.0, count < 99'950 ? 1 : 0) + "k";
 }
-
-} // namespace
 
 FootLine::FootLine(ScreenContext& context)
     : context_(context), before_(context.source.plugin().droppedGrains()) {

@@ -41,4 +41,7 @@ private:
     double now_ = 0.0, cpuAt_ = -kCpuEvery, droppedAt_ = -kDropsShown;
 };
 
+/// In four places at most: "999", "12.3k", "100k", "many".
+std::string countText(std::uint64_t count);
+
 } // namespace zephyra

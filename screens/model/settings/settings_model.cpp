@@ -129,6 +129,9 @@ Result<void> SettingsModel::type(std::size_t row, const std::string& text) {
     const SettingEntry* const entry = entryOf(row);
     if (!entry) return {};
     if (entry->kind == SettingKind::amount) return hand_.type(entry->control, text);
+    if (entry->choices.empty())
+        return Failure{std::string(entry->name) + " takes no text" +
+                       (entry->kind == SettingKind::action ? "; press it to choose" : "")};
     std::string names;
     for (std::size_t i = 0; i < entry->choices.size(); ++i) {
         if (text == entry->choices[i]) return choose(row, i), Result<void>();

@@ -42,8 +42,8 @@ public:
     void press(std::size_t row);
     /// An amount back to where a new instance has it.
     void reset(std::size_t row);
-    /// An amount, in any unit, or the name of a choice; the failure says what would be right, and
-    /// nothing has changed.
+    /// An amount, in any unit, or the name of a choice; no other row takes text. The failure says
+    /// what would be right, and nothing has changed.
     Result<void> type(std::size_t row, const std::string& text);
     /// Ends a gesture of steps after a moment without one.
     void frame(double now) { hand_.frame(now); }

@@ -79,6 +79,7 @@ void StageReader::readScan(MOK_SCRUB_GRANULATOR& stream, double lag) {
     StageContents& of = contents_;
     const mokGranulatorSF& engine = stream.engine();
     of.isPlaying = stream.isPlaying();
+    of.isArmed = stream.isArmed();
     of.isHeld = stream.scrubArea.isHeld();
     of.staysHeld = stream.scrubArea.isPressAndHold();
     of.isFrozen = stream.displayed(ControlId::freeze) != 0.0f;

@@ -32,12 +32,15 @@ struct StageContents {
     double scan = 0.0, scanSpeed = 0.0; ///< 1: as fast as the sound was recorded
     double regionStart = 0.0, regionEnd = 1.0;
     double jitter = 0.0; ///< either way
-    bool isPlaying = false, isFrozen = false, isHeld = false;
+    bool isPlaying = false, isArmed = false, isFrozen = false, isHeld = false;
     bool staysHeld = false; ///< by a press-and-hold, whether or not the finger is still there
     bool isSynced = false;  ///< the scan crosses the sound in measures of quarters
     int measures = 1, quarters = 4;
     double pitch = 0.0, rndPitch = 0.0; ///< semitones, as set
     std::size_t envelope = 0;
+
+    /// By itself, now or as soon as the host's bar begins.
+    bool scanMoves() const { return (isPlaying || isArmed) && !isFrozen; }
 };
 
 /// Copies them once a frame, and takes the grains that started. It watches grains from construction

@@ -94,7 +94,7 @@ TEST_F(StandaloneProgram, AWindowOpensBanksAndSoundsAndSavesWhenItIsAskedToEndOr
     fs::copy_file(kBank, mine);
     {
         const auto program = start({mine, folder_ / "none.wav", "", kSample}, {display});
-        ASSERT_TRUE(program->says("Blackbird.mp3 is opened")) << program->output();
+        ASSERT_TRUE(program->says("Blackbird.mp3 plays once it is read")) << program->output();
         EXPECT_THAT(program->output(),
                     AllOf(HasSubstr("none.wav does not exist"), HasSubstr("name is empty"),
                           HasSubstr("is among your banks")));
@@ -112,7 +112,7 @@ TEST_F(StandaloneProgram, AWindowOpensBanksAndSoundsAndSavesWhenItIsAskedToEndOr
 
 TEST_F(StandaloneProgram, EachOfSeveralKeepsASessionOfItsOwn) {
     const auto first = start({"--headless", kSample});
-    ASSERT_TRUE(first->says("Blackbird.mp3 is opened")) << first->output();
+    ASSERT_TRUE(first->says("Blackbird.mp3 plays once it is read")) << first->output();
     ASSERT_TRUE(first->says("No sound")) << first->output();
     fs::create_directories(folder_ / "zephyra/session-2.plist/of"); // which cannot be read
     const auto second = start({"--headless"});

@@ -118,12 +118,27 @@ TEST_F(PaintedStage, PaintsNothingWhereNothingMoves) {
     EXPECT_EQ(frames(60, false), 0);
 }
 
-TEST_F(PaintedStage, AFrozenScanIsWhite) {
+TEST_F(PaintedStage, AScanIsRedWhileItMovesOrIsAboutTo) {
+    const auto expectRed = [this](bool isRed) {
+        frames(10);
+        const int red = count(scanColumn(), palette::kAccent);
+        const int white = count(scanColumn(), palette::kBright);
+        EXPECT_EQ(std::min(red, white), 0);
+        EXPECT_GT(isRed ? red : white, 20); // at the start, most of it is behind the rail
+    };
     play();
+    expectRed(true);
     plugin.set(ControlId::freeze, 1.0f);
-    frames(10);
-    EXPECT_GT(count(scanColumn(), palette::kBright), layout.stage.height / 2);
-    EXPECT_EQ(count(scanColumn(), palette::kAccent), 0);
+    expectRed(false);
+    plugin.set(ControlId::freeze, 0.0f);
+    plugin.set(ControlId::playStop, 0.0f);
+    frames(240); // the fade
+    expectRed(false);
+    plugin.sync(true);
+    plugin.transport = {.tempo = 120.0, .numerator = 4.0, .beats = 1.0, .moving = true};
+    plugin.set(ControlId::playStop, 1.0f);
+    expectRed(true);
+    EXPECT_FALSE(area.scene().contents.isPlaying); // it waits for the bar
 }
 
 TEST_F(PaintedStage, PaintsWhatMovedAsItPaintsAll) {

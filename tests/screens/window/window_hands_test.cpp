@@ -198,5 +198,19 @@ TEST_F(Hands, PaintNothingWhereNothingMoves) {
     EXPECT_EQ(asked(false), 0);
 }
 
+TEST_F(Hands, SeeAWindowOpenWithoutALeapOfItsClock) {
+    struct Listener final : ScreenPart {
+        void read(AudioUnitViewController&, const FrameTime& time) override {
+            elapsed.push_back(time.elapsed);
+        }
+        std::vector<double> elapsed;
+    } listener;
+    ZephyraScreen another(scene.plugin());
+    another.context().source.add(listener);
+    for (const double now : {86400.0, 86400.5}) another.frame(now);
+    EXPECT_EQ(listener.elapsed, (std::vector{0.0, 0.5}));
+    another.context().source.remove(listener);
+}
+
 } // namespace
 } // namespace zephyra
