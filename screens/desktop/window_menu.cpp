@@ -20,6 +20,11 @@ public:
         setColour(Menu::highlightedBackgroundColourId, brush::colour(palette::kPressed));
         setColour(Menu::highlightedTextColourId, brush::colour(palette::kBright));
     }
+    void drawPopupMenuBackground(juce::Graphics& graphics, int width, int height) override {
+        graphics.fillAll(brush::colour(palette::kRaised));
+        graphics.setColour(brush::colour(palette::kTrack)); // an edge as quiet as a tip's
+        graphics.drawRect(0, 0, width, height);
+    }
     juce::Font getPopupMenuFont() override { return brush::regular(kTextUnits * scale_); }
 
 private:

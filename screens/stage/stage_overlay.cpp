@@ -12,6 +12,7 @@ namespace {
 constexpr double kRing = 22, kRingLine = 2, kLoadingBar = 3; // units
 constexpr double kPin = 12, kPinFrom = 4, kPinDot = 5;       // units: radii
 constexpr double kNowWidth = 44, kNowHeight = 20;
+constexpr float kBehindNow = 0.85f; // of the stage's colour
 
 Box nowBox(const StageScene& scene) {
     const int x = static_cast<int>(std::clamp(scene.x(1.0), 0.0, 1.0 * scene.width()));
@@ -83,9 +84,16 @@ void StageOverlay::paint(juce::Graphics& graphics, const StageScene& scene, bool
         const int line = std::max(2, scene.px(2));
         graphics.setColour(brush::colour(palette::kBright));
         graphics.fillRect(now.right() - line, 0, line, scene.height());
-        graphics.setFont(brush::medium(scene.units(scene.layout.measures.unitText)));
-        graphics.drawText("now", now.x, scene.px(4), now.width - line - scene.px(5),
-                          scene.px(kNowHeight), juce::Justification::centredRight, false);
+        const juce::Font font = brush::medium(scene.units(scene.layout.measures.unitText));
+        const int pad = scene.px(5), high = scene.px(kNowHeight);
+        const int wide = static_cast<int>(font.getStringWidthFloat("now")) + 2 * pad;
+        const juce::Rectangle<int> plate(now.right() - line - wide, scene.px(4), wide, high);
+        graphics.setColour(brush::colour(palette::kStage, kBehindNow));
+        graphics.fillRect(plate); // the scan stands close to it in live sound
+        graphics.setColour(brush::colour(palette::kBright));
+        graphics.setFont(font);
+        graphics.drawText("now", plate.withTrimmedRight(pad), juce::Justification::centredRight,
+                          false);
     }
     if (loaded_) {
         const int high = scene.px(kLoadingBar);
