@@ -52,10 +52,11 @@ void StandaloneView::Keys::drawWhiteNote(int note, juce::Graphics& graphics,
     MidiKeyboardComponent::drawWhiteNote(note, graphics, key, isDown, isOver, line, text);
     if (note % 12 != 0) return;
     graphics.setColour(text);
-    graphics.setFont(brush::regular(juce::jmin(letters, 0.7f * key.getWidth())));
+    graphics.setFont(brush::regular(letters));
+    const auto below = key.withTrimmedBottom(letters / 4.0f).withTrimmedLeft(letters / 5.0f);
     graphics.drawText(juce::MidiMessage::getMidiNoteName(note, true, true, getOctaveForMiddleC()),
-                      key.withTrimmedBottom(letters / 4.0f), juce::Justification::centredBottom,
-                      false);
+                      below.withWidth(2.0f * key.getWidth()), // "C-2" is wider than a key
+                      juce::Justification::bottomLeft, false);
 }
 
 StandaloneView::~StandaloneView() {
