@@ -20,12 +20,12 @@ HostedInstance::Prepare orStandardFolders(const HostedInstance::Prepare& prepare
     return [](Instance& instance) { instance.folders = standardFolders(); };
 }
 
-/// The parameters, which are there from then on.
-AUParameterTree& connected(HostedInstance& system, PluginKind kind) {
+/// Before anybody drives its MAIN.
+HostedInstance& connected(HostedInstance& system, PluginKind kind) {
     const RunLoop::Scope main(system.instance.runLoop);
     if (kind == PluginKind::standalone) system.unit->takeInputForLiveAlone();
     system.connect();
-    return *system.unit->parameterTree();
+    return system;
 }
 
 } // namespace
@@ -35,8 +35,7 @@ PluginInstance::PluginInstance(PluginKind kind, const HostedInstance::Prepare& p
       host_(*system_.unit, system_.instance), offline_(host_, system_.instance),
       channels_(kind == PluginKind::effect ? HostChannels::Passes::input
                                            : HostChannels::Passes::silence),
-      tail_(system_), notes_(system_.stream()),
-      gestures_(connected(system_, kind), system_.instance.runLoop),
+      tail_(system_), notes_(connected(system_, kind).stream()),
       driver_(system_.instance.runLoop, system_.instance.log) {
     Instance& instance = system_.instance;
     const RunLoop::Scope main(instance.runLoop);

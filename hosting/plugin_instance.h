@@ -2,7 +2,6 @@
 #pragma once
 
 #include "hosting/block_events.h"
-#include "hosting/gesture_relay.h"
 #include "hosting/host_channels.h"
 #include "hosting/hosted_instance.h"
 #include "hosting/instrument_notes.h"
@@ -104,20 +103,13 @@ public:
     /// Where the host's music stood at the last block's end. Any thread.
     MusicPosition music() const ZEPHYRA_NONBLOCKING { return shownTime_.position(); }
 
-    // --- Parameters ---
+    // --- Parameters; a GestureListener on system() hears what hands do to them ---
 
     /// What the parameter stands at, modulation included; 0 above the table. Any thread.
     AUValue parameter(AUParameterAddress address) const ZEPHYRA_NONBLOCKING;
     /// A value of the host's from now on, also while nothing renders. Ignored as in queueParameter.
     /// Any thread.
     void setParameter(AUParameterAddress address, AUValue linear) ZEPHYRA_NONBLOCKING;
-    /// Who hears the gestures of a hand on a control, buttons included, as touch, values and
-    /// release; modulation makes none, nor does MIDI, which a host has already. Called outside MAIN
-    /// on any thread but RENDER. Empty, as at first, for nobody. On return the one before is called
-    /// no more, see GestureRelay. HOST, not inside a Scope.
-    void setGestureListener(GestureFilter::Forward listener) {
-        gestures_.setListener(std::move(listener));
-    }
 
     // --- State ---
 
@@ -191,7 +183,6 @@ private:
     RunLoop::Token restart_ = 0;
     PluginSession session_{.settings = {}, .program = {}}; // MAIN
     InstrumentNotes notes_;
-    GestureRelay gestures_;
     WallClockDriver driver_; // ends before what it drives
 };
 

@@ -1,8 +1,8 @@
 #include "plugin/juce/host_news.h"
 
+#include "hosting/gesture_queue.h"
 #include "plugin/juce/zephyra_parameter.h"
 
-#include <algorithm>
 #include <mutex>
 #include <utility>
 #include <vector>
@@ -11,35 +11,24 @@ namespace zephyra {
 
 struct HostNews::Queue {
     std::mutex mutex; // guards what follows, down to posted; a leaf
-    std::vector<AUParameterAutomationEvent> events;
+    GestureQueue gestures;
     bool all = false, posted = false;
     // Recursive: a host may unload the plug-in in answer to a gesture.
     std::recursive_mutex telling; // guards processor
     juce::AudioProcessor* processor;
 
-    void add(const AUParameterAutomationEvent& event);
     void deliver();
     void tell(const AUParameterAutomationEvent& event) const;
     void tellAll() const;
 };
 
-void HostNews::Queue::add(const AUParameterAutomationEvent& event) {
-    const auto last = std::find_if(events.rbegin(), events.rend(),
-                                   [&](const auto& e) { return e.address == event.address; });
-    constexpr auto kValue = AUParameterAutomationEventType::value;
-    if (event.eventType == kValue && last != events.rend() && last->eventType == kValue)
-        *last = event;
-    else
-        events.push_back(event);
-}
-
 void HostNews::Queue::deliver() {
     const std::lock_guard told(telling);
     std::vector<AUParameterAutomationEvent> taken;
-    bool takenAll;
+    bool takenAll = false;
     {
         const std::lock_guard lock(mutex);
-        taken.swap(events);
+        taken = gestures.take();
         takenAll = std::exchange(all, false);
         posted = false;
     }
@@ -76,7 +65,7 @@ HostNews::~HostNews() {
 
 void HostNews::postGesture(const AUParameterAutomationEvent& event) {
     const std::lock_guard lock(queue_->mutex);
-    queue_->add(event);
+    queue_->gestures.add(event);
     postMessage();
 }
 

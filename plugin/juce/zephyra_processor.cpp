@@ -38,14 +38,10 @@ ZephyraProcessor::BusesProperties ZephyraProcessor::buses(PluginKind kind) {
 }
 
 ZephyraProcessor::ZephyraProcessor(PluginKind kind, const HostedInstance::Prepare& prepare)
-    : AudioProcessor(buses(kind)), plugin_(kind, prepare) {
+    : AudioProcessor(buses(kind)), plugin_(kind, prepare),
+      gestures_(plugin_.system(),
+                [this](const AUParameterAutomationEvent& event) { news_.postGesture(event); }) {
     addParameters(*this, plugin_);
-    plugin_.setGestureListener(
-        [this](const AUParameterAutomationEvent& event) { news_.postGesture(event); });
-}
-
-ZephyraProcessor::~ZephyraProcessor() {
-    plugin_.setGestureListener({});
 }
 
 const juce::String ZephyraProcessor::getName() const {

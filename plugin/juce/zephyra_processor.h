@@ -1,6 +1,7 @@
 // ZephyraProcessor: what JUCE's wrappers load: a translation of their calls into PluginInstance.
 #pragma once
 
+#include "hosting/gesture_listener.h"
 #include "hosting/plugin_instance.h"
 #include "plugin/juce/host_news.h"
 
@@ -15,7 +16,6 @@ class ZephyraProcessor final : public juce::AudioProcessor {
 public:
     /// prepare: see PluginInstance.
     explicit ZephyraProcessor(PluginKind kind, const HostedInstance::Prepare& prepare = {});
-    ~ZephyraProcessor() override;
 
     PluginInstance& plugin() noexcept { return plugin_; }
 
@@ -54,6 +54,7 @@ private:
 
     PluginInstance plugin_;
     HostNews news_{*this};
+    GestureListener gestures_; // ends before news_
 };
 
 } // namespace zephyra

@@ -1,25 +1,23 @@
 // What a host that records automation hears of hands on the controls.
 
 #include "controls/control_events.h"
+#include "hosting/gesture_listener.h"
+#include "hosting/gesture_queue.h"
 #include "tests/support/hosted_plugin.h"
 
 namespace zephyra {
 namespace {
 
 using enum ControlId;
-using Type = AUParameterAutomationEventType;
 
 struct Recorded : HostedPlugin {
     explicit Recorded(PluginKind kind = PluginKind::effect) : HostedPlugin(kind) {}
     void listen() {
-        setGestureListener([this](const AUParameterAutomationEvent& event) {
+        listener.emplace(system(), [this](const AUParameterAutomationEvent& event) {
             // Another thread gets in: MAIN is not held while a host is called.
             std::thread([this] { (void)main(); }).join();
-            const char* const kinds[] = {"=", "[", "]"};
-            text << kinds[event.eventType == Type::touch     ? 1
-                          : event.eventType == Type::release ? 2
-                                                             : 0]
-                 << event.address << ' ' << event.value << ' ';
+            text << "=[]"[static_cast<int>(event.eventType)] << event.address << ' ' << event.value
+                 << ' ';
         });
     }
     /// As a hand does it on a screen.
@@ -34,6 +32,7 @@ struct Recorded : HostedPlugin {
     std::string heard() { return std::exchange(text, std::ostringstream()).str(); }
 
     std::ostringstream text;
+    std::optional<GestureListener> listener;
 };
 
 TEST(PluginGestures, AreHeardOfHandsOutsideMainAndOfNothingElse) {
@@ -116,17 +115,17 @@ TEST(PluginGestures, AreWholeOnesWhereEditsAreTakenBackComparedOrRandom) {
     hears("[5=5]5[9=9]9", [&] { view.randomizer.randomize(1); });
 }
 
-TEST(PluginGestures, EndWithTheirListenerAlsoWhereItGoesInACallOfItsOwn) {
+TEST(PluginGestures, EndForTheirListenerAloneAlsoWhereItGoesInACallOfItsOwn) {
     Recorded plugin;
     std::atomic<bool> calls = false, gone = false, late = false;
-    plugin.setGestureListener([&](const auto&) {
+    std::optional<GestureListener> one(std::in_place, plugin.system(), [&](const auto&) {
         calls = true;
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         late = late || gone;
     });
     std::thread hand([&] { plugin.drag(width, 0.75f); });
     while (!calls) std::this_thread::yield();
-    plugin.setGestureListener({}); // waits for the call, and the rest of the gesture finds nobody
+    one.reset(); // waits for the call, and the rest of the gesture finds nobody
     gone = true;
     hand.join();
     EXPECT_FALSE(late);
@@ -138,12 +137,30 @@ TEST(PluginGestures, EndWithTheirListenerAlsoWhereItGoesInACallOfItsOwn) {
     }
     EXPECT_EQ(plugin.heard(), "[4 0.75 =4 0.25 ]4 0.25 ");
     int heard = 0;
-    plugin.setGestureListener([&](const auto&) {
+    one.emplace(plugin.system(), [&](const auto&) {
         ++heard;
-        plugin.setGestureListener({});
+        one.reset();
     });
     plugin.drag(width, 0.5f);
     EXPECT_EQ(heard, 1);
+    EXPECT_EQ(plugin.heard(), "[4 0.25 =4 0.5 ]4 0.5 "); // the other one goes on
+}
+
+TEST(PluginGestures, WaitForTheirHostWithTheLastValueOfEachParameter) {
+    using enum AUParameterAutomationEventType;
+    GestureQueue queue;
+    AUValue next = 0.0f;
+    const auto add = [&](AUParameterAddress address, AUParameterAutomationEventType type) {
+        queue.add({0, address, next++, type});
+    };
+    add(4, touch), add(4, value), add(5, touch), add(5, value), add(4, value), add(5, value);
+    add(4, release), add(4, value);
+    std::ostringstream taken;
+    for (const auto& event : queue.take())
+        taken << "=[]"[static_cast<int>(event.eventType)] << event.address << ' ' << event.value
+              << ' ';
+    EXPECT_EQ(taken.str(), "[4 0 =4 4 [5 2 =5 5 ]4 6 =4 7 ");
+    EXPECT_TRUE(queue.take().empty());
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // Hands on the path's knobs: what moves, what of it reaches the engine, and what hosts hear.
 #include "controls/knob.h"
+#include "hosting/gesture_listener.h"
 #include "screens/model/path/knob_hand.h"
 #include "screens/model/path/knob_menu.h"
 #include "screens/model/top/edit_line.h"
@@ -26,13 +27,6 @@ struct Hands : testing::Test {
             edits += ")";
             source.asMain([&](AudioUnitViewController& view) { view.edits.endEdit(); });
         };
-        plugin.setGestureListener([this](const AUParameterAutomationEvent& event) {
-            const auto type = event.eventType;
-            gestures += type == AUParameterAutomationEventType::touch     ? "["
-                        : type == AUParameterAutomationEventType::release ? "]"
-                                                                          : "=";
-            gestures += std::to_string(event.address);
-        });
     }
     MOK_KNOB& knob(ControlId id) {
         return dynamic_cast<MOK_KNOB&>(*plugin.system().view.control(id));
@@ -55,6 +49,10 @@ struct Hands : testing::Test {
     ScreenSource source{plugin};
     ScreenContext context{.source = source};
     std::string edits, gestures, clipboard;
+    GestureListener hears{plugin.system(), [this](const AUParameterAutomationEvent& event) {
+                              gestures += "=[]"[static_cast<int>(event.eventType)];
+                              gestures += std::to_string(event.address);
+                          }};
     KnobMenuCalls calls{[this](const std::string& text) { clipboard = text; },
                         [this] { return clipboard; },
                         {},

@@ -1,4 +1,5 @@
 // The top's buttons and lines on a real instance: what they show, and what hands do there.
+#include "hosting/gesture_listener.h"
 #include "screens/model/top/edit_line.h"
 #include "screens/model/top/music_line.h"
 #include "screens/model/top/preset_line.h"
@@ -45,10 +46,8 @@ struct Window : HostedPlugin {
 TEST(TopTransport, PressesReachTheEngineAndAreGesturesOfAHost) {
     Window window;
     std::string heard;
-    window.setGestureListener([&](const AUParameterAutomationEvent& event) {
-        heard += event.eventType == AUParameterAutomationEventType::touch     ? "["
-                 : event.eventType == AUParameterAutomationEventType::release ? "]"
-                                                                              : "=";
+    const GestureListener gestures(window.system(), [&](const AUParameterAutomationEvent& event) {
+        heard += "=[]"[static_cast<int>(event.eventType)];
         heard += std::to_string(event.address);
     });
     window.settle();

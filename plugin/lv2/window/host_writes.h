@@ -1,13 +1,12 @@
 // HostWrites: what hands in a window do to the ports, on its way to the host.
 #pragma once
 
+#include "hosting/gesture_listener.h"
+#include "hosting/gesture_queue.h"
 #include "plugin/lv2/lv2_plugin.h"
 
-#include <cstdint>
 #include <lv2/ui/ui.h>
 #include <mutex>
-#include <optional>
-#include <vector>
 
 namespace zephyra {
 
@@ -18,7 +17,6 @@ public:
     /// plugin outlives it. touch may be null. HOST.
     HostWrites(Lv2Plugin& plugin, LV2UI_Write_Function write, LV2UI_Controller controller,
                const LV2UI_Touch* touch);
-    ~HostWrites();
     HostWrites(const HostWrites&) = delete;
     HostWrites& operator=(const HostWrites&) = delete;
 
@@ -26,19 +24,16 @@ public:
     void deliver();
 
 private:
-    struct Write {
-        std::uint32_t port;
-        std::optional<float> value; ///< none: a touch
-        bool grabbed = false;
-    };
     void hear(const AUParameterAutomationEvent& event);
+    void tell(const AUParameterAutomationEvent& event) const;
 
     Lv2Plugin& plugin_;
     const LV2UI_Write_Function write_;
     const LV2UI_Controller controller_;
     const LV2UI_Touch* const touch_;
-    std::mutex mutex_; // guards what follows
-    std::vector<Write> waiting_;
+    std::mutex mutex_; // guards waiting_
+    GestureQueue waiting_;
+    GestureListener gestures_; // ends first
 };
 
 } // namespace zephyra

@@ -1,4 +1,5 @@
 // The window on a display that has a touch screen: each finger acts once, and none is left behind.
+#include "hosting/gesture_listener.h"
 #include "screens/desktop/x11_display.h"
 #include "screens/zephyra_screen.h"
 #include "tests/screens/touch/touch_display.h"
@@ -41,11 +42,6 @@ struct OnATouchScreen : testing::Test {
         gui.emplace();
         juce::Desktop::getInstance().getDisplays();
         x11::dropOwnErrors(); // without a window manager JUCE makes some
-        plugin.setGestureListener([this](const AUParameterAutomationEvent& event) {
-            using enum AUParameterAutomationEventType;
-            if (event.eventType == touch) ++begun[event.address];
-            if (event.eventType == release) ++ended[event.address];
-        });
         open();
     }
     void TearDown() override { screen.reset(); }
@@ -99,6 +95,11 @@ struct OnATouchScreen : testing::Test {
     std::optional<juce::ScopedJuceInitialiser_GUI> gui;
     HostedPlugin plugin{PluginKind::effect};
     std::map<AUParameterAddress, int> begun, ended;
+    GestureListener gestures{plugin.system(), [this](const AUParameterAutomationEvent& event) {
+                                 using enum AUParameterAutomationEventType;
+                                 if (event.eventType == touch) ++begun[event.address];
+                                 if (event.eventType == release) ++ended[event.address];
+                             }};
     Presses presses;
     std::unique_ptr<ZephyraScreen> screen;
 };

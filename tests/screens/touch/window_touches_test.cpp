@@ -1,4 +1,5 @@
 // Fingers on the whole window: what they turn, and what a host hears of it.
+#include "hosting/gesture_listener.h"
 #include "screens/zephyra_screen.h"
 #include "tests/screens/no_display.h"
 #include "tests/support/hosted_plugin.h"
@@ -18,14 +19,8 @@ constexpr ControlId kTen[] = {density,  rndDensity, length, rndLength, pitch,
 struct TouchedWindow : testing::Test {
     TouchedWindow() {
         screen->setVisible(true);
-        plugin.setGestureListener([this](const AUParameterAutomationEvent& event) {
-            using enum AUParameterAutomationEventType;
-            if (event.eventType == touch) ++begun[event.address];
-            if (event.eventType == release) ++ended[event.address];
-        });
         screen->frame(0.0);
     }
-    ~TouchedWindow() override { plugin.setGestureListener({}); }
 
     MOK_KNOB& knob(ControlId id) {
         return dynamic_cast<MOK_KNOB&>(*plugin.system().view.control(id));
@@ -69,6 +64,11 @@ struct TouchedWindow : testing::Test {
     HostedPlugin plugin{PluginKind::effect};
     std::unique_ptr<ZephyraScreen> screen = std::make_unique<ZephyraScreen>(plugin);
     std::map<AUParameterAddress, int> begun, ended;
+    GestureListener gestures{plugin.system(), [this](const AUParameterAutomationEvent& event) {
+                                 using enum AUParameterAutomationEventType;
+                                 if (event.eventType == touch) ++begun[event.address];
+                                 if (event.eventType == release) ++ended[event.address];
+                             }};
     double now = 1.0;
 };
 

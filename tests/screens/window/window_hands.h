@@ -2,11 +2,13 @@
 #pragma once
 
 #include "controls/knob.h"
+#include "hosting/gesture_listener.h"
 #include "tests/screens/window/window_scene.h"
 #include "tests/support/stream_probe.h"
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <thread>
 
 namespace zephyra {
@@ -19,13 +21,6 @@ struct Hands : testing::Test {
     static constexpr double kFewBlocks = 0.05; // seconds
 
     Hands() {
-        plugin.setGestureListener([this](const AUParameterAutomationEvent& event) {
-            const auto type = event.eventType;
-            open[event.address] += type == AUParameterAutomationEventType::touch     ? 1
-                                   : type == AUParameterAutomationEventType::release ? -1
-                                                                                     : 0;
-            values += type == AUParameterAutomationEventType::value;
-        });
         scene.asMain([](AudioUnitViewController& view) {
             view.instance().notifications.post(MOK_KNOB::kInteractionStyleNotice,
                                                static_cast<int>(kVertical));
@@ -33,7 +28,7 @@ struct Hands : testing::Test {
         scene.play(kFewBlocks);
     }
     ~Hands() override {
-        plugin.setGestureListener({});
+        gestures.reset(); // waits for what is being told
         for (const auto& [address, count] : open) EXPECT_EQ(count, 0) << address;
     }
 
@@ -96,6 +91,14 @@ struct Hands : testing::Test {
     PictureWindow& window = held.scene.window();
     std::map<AUParameterAddress, int> open; // gestures that have not ended
     int values = 0;
+    std::optional<GestureListener> gestures{
+        std::in_place, plugin.system(), [this](const AUParameterAutomationEvent& event) {
+            const auto type = event.eventType;
+            open[event.address] += type == AUParameterAutomationEventType::touch     ? 1
+                                   : type == AUParameterAutomationEventType::release ? -1
+                                                                                     : 0;
+            values += type == AUParameterAutomationEventType::value;
+        }};
 };
 
 } // namespace zephyra
