@@ -48,6 +48,7 @@ void EditHistory::close() {
     entry.isTick = entry.ended - began_ <= kTickLength && isOfNumbers(entry.before) &&
                    isOfNumbers(entry.after);
     const SampleLoader& loader = view_.sampleLoader;
+    if (loader.requests() != loads_) awaited_.reset(); // another one takes its place
     if (loader.requests() != loads_ && loader.isLoading() && soundChangedSince(before_).empty())
         awaited_ = Awaited{name_, kind_, std::move(before_)};
     before_.clear();
@@ -90,6 +91,7 @@ void EditHistory::settle() {
     entry.name = awaited.name;
     entry.kind = awaited.kind;
     if (!isEmpty(entry)) add(std::move(entry));
+    ++changes_;
 }
 
 bool EditHistory::joins(const Entry& entry) const {
@@ -121,9 +123,25 @@ void EditHistory::restore(const PropertyDictionary& part) {
     view_.restorePart(part);
 }
 
+std::string EditHistory::undoName() const {
+    if (readsChosen()) return awaited_->name;
+    return done_.empty() ? std::string() : done_.back().name;
+}
+
+/// The one that plays stays.
+void EditHistory::cancelSound() {
+    ++changes_;
+    awaited_.reset();
+    view_.sampleLoader.cancel();
+}
+
 bool EditHistory::undo() {
     settle();
     if (!canUndo()) return false;
+    if (readsChosen()) {
+        cancelSound();
+        return true;
+    }
     undone_.push_back(std::move(done_.back()));
     done_.pop_back();
     restore(undone_.back().before);

@@ -26,7 +26,8 @@ enum class EditKind : std::uint8_t {
 /// plays on. A preset that is loaded, also as a host's program, is an edit with its name; another
 /// state of a host's forgets all of them. Sounds are named, not kept, but for one that no file
 /// holds, whose bytes states share. A first sound cannot be taken back: there is none to return to.
-/// MAIN; outlives windows.
+/// While a sound that a hand chose is still being read it is the latest edit, and taking it back is
+/// not to read it. MAIN; outlives windows.
 class EditHistory {
 public:
     static constexpr std::size_t kMost = 100;   ///< entries; the oldest go
@@ -48,13 +49,15 @@ public:
     void takeWhole() { takesWhole_ = true; }
 
     /// False while an edit is under way.
-    bool canUndo() const { return depth_ == 0 && !done_.empty(); }
+    bool canUndo() const { return depth_ == 0 && (readsChosen() || !done_.empty()); }
     bool canRedo() const { return depth_ == 0 && !undone_.empty(); }
     /// Of the edit that is next, once none is under way; empty for none.
-    std::string undoName() const { return done_.empty() ? std::string() : done_.back().name; }
+    std::string undoName() const;
     std::string redoName() const { return undone_.empty() ? std::string() : undone_.back().name; }
     /// Of the edit that undoName names; change for none.
-    EditKind undoKind() const { return done_.empty() ? EditKind::change : done_.back().kind; }
+    EditKind undoKind() const {
+        return readsChosen() || done_.empty() ? EditKind::change : done_.back().kind;
+    }
     /// False, and nothing changed, when there is nothing, or a hand is still at something.
     bool undo();
     bool redo();
@@ -94,6 +97,9 @@ private:
     bool joins(const Entry& entry) const;
     void join(Entry entry);
     void restore(const PropertyDictionary& part);
+    /// A preset's sound has its name in the preset's edit already.
+    bool readsChosen() const { return awaited_ && awaited_->kind == EditKind::change; }
+    void cancelSound();
 
     AudioUnitViewController& view_;
     EditWatch watch_;

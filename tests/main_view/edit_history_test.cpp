@@ -274,9 +274,15 @@ TEST(EditHistory, HasSoundsThatComeLaterAndPresetsByName) {
     EXPECT_TRUE(view.edits.redo());
     EXPECT_EQ(plays(), files[1].filename());
     view.loadSample(files[0]);
-    EXPECT_TRUE(view.edits.undo()); // before that one came
+    EXPECT_EQ(view.edits.undoName(), files[0].filename().string());
+    EXPECT_TRUE(view.edits.undo()); // before that one came, which it does no more
+    EXPECT_EQ(plays(), files[1].filename());
+    EXPECT_EQ(view.edits.undoName(), files[1].filename().string());
+    view.loadSample(folder / "none.wav");
+    plays();
+    player.render(8820); // it was none to take back
+    EXPECT_TRUE(view.edits.undo());
     EXPECT_EQ(plays(), files[0].filename());
-    player.render(8820);
     EXPECT_EQ(view.edits.undoName(), "");
     EXPECT_EQ(view.edits.redoName(), files[1].filename().string());
 
