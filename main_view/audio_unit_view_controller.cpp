@@ -29,7 +29,7 @@ AudioUnitViewController::AudioUnitViewController(Instance& instance)
     wireModulation();
     refreshNotice_ = instance_.notifications.addObserver("refreshParameters", [this](const auto&) {
         // While the host moves a button, the other controls are about to move as well.
-        if (movingFromHost_)
+        if (link_.isMoving())
             postIfAlive(&AudioUnitViewController::refreshParameters);
         else
             refreshParameters();
@@ -59,9 +59,6 @@ void AudioUnitViewController::addOwnTargets() {
     _inputDryWetKnob.addTarget(this, "setDryWet:", control_event::valueChanged, [this](Control&) {
         if (audioUnit_) audioUnit_->setDryWet(_inputDryWetKnob.value());
     });
-    _GRANULATOR_STREAM.controls._scanning.addTarget(this,
-                                                    "scanSpeedWasSet:", control_event::valueChanged,
-                                                    [this](Control&) { scanSpeedWasSet_ = true; });
     _GRANULATOR_STREAM.controls._saveButton.addTarget(
         this, "saveData:", control_event::touchUpInside,
         [this](Control& sender) { liveExport.saveData(&sender); });
@@ -73,15 +70,13 @@ void AudioUnitViewController::setAudioUnit(MyAudioUnit* unit) {
     audioUnit_ = unit;
     if (!audioUnit_) return;
     audioUnit_->setController_andParameters(this, parameters._paramChildrens);
-    std::transform(parameters._paramChildrens.begin(), parameters._paramChildrens.end(),
-                   known_.begin(), [](const auto& parameter) { return parameter->value(); });
+    link_.adopt();
     refreshParameters(); // a host may read them before it allocates
 }
 
 void AudioUnitViewController::disconnect() {
     if (!audioUnit_) return;
-    removeTargets();
-    audioUnit_->parameterTree()->removeParameterObserver(std::exchange(observer_, 0));
+    link_.disconnect();
     std::exchange(audioUnit_, nullptr)->removeController();
 }
 

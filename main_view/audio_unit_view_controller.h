@@ -12,7 +12,9 @@
 #include "main_view/compare_slots.h"
 #include "main_view/control_locks.h"
 #include "main_view/edit_history.h"
+#include "main_view/host_link.h"
 #include "main_view/host_parameters.h"
+#include "main_view/live_scan.h"
 #include "main_view/own_knobs.h"
 #include "main_view/performance_surfaces.h"
 #include "main_view/restore_report.h"
@@ -99,10 +101,7 @@ public:
     MOK_KNOB* knob(ControlId id) { return dynamic_cast<MOK_KNOB*>(control(id)); }
 
     /// How often a host has moved that parameter's control; wraps.
-    std::uint32_t hostMoves(ControlId id) const {
-        const auto at = static_cast<std::size_t>(id);
-        return at < kParameterCount ? hostMoves_[at] : 0;
-    }
+    std::uint32_t hostMoves(ControlId id) const { return link_.moves(id); }
 
     /// A MIDI message of the host, besides what the audio unit makes of its notes. Whether it moved
     /// what it is bound to, was learned, or chose a bank or preset.
@@ -188,7 +187,7 @@ public:
     /// A preset's state, as one edit that has its name.
     void restorePreset(const PropertyDictionary& state, StateOrder::Number asked);
     /// Whether the host or MIDI moves controls right now.
-    bool isMovedFromOutside() const { return movingFromHost_ || takesMidi_; }
+    bool isMovedFromOutside() const { return link_.isMoving() || takesMidi_; }
     double secondsNow() const; ///< of MAIN's clock
     Instance& instance() { return instance_; }
 
@@ -227,49 +226,14 @@ private:
     void restoreAssignments(PropertyReader& state);
     void restoreModulation(PropertyReader& state, StateScope scope);
 
-    // view_controller_parameters.cpp
-    void addControlTargets(const ParameterRow& row);
-    void removeControlTargets(const ParameterRow& row);
-    void addButtonTargets(ControlId id);
-    void buttonWasLeft(ControlId id);
-    void tellHost(const ParameterRow& row, AUParameterAutomationEventType type);
-    void touchForHand(ControlId id);
-    void releaseForHand();
-    bool keepValue(const ParameterRow& row, AUValue value);
-    void moveWhatWasSetSince(StateOrder::Number asked);
-    void tellButton(ControlId id);
-    void tellButtons();
-    void refreshParameter(const ParameterRow& row);
-    AUValue controlValue(ControlId id) const;
-    AUParameter& parameterOf(ControlId id) const;
-    AUValue& known(ControlId id) { return known_[static_cast<std::size_t>(id)]; }
-    bool scanWasChosen() const;
-    void leaveInput();
-    void forgetScanChoices();
-
     Instance& instance_;
     MyAudioUnit* audioUnit_ = nullptr;
-    AUParameterObserverToken observer_ = 0;
+    HostLink link_{*this};
+    LiveScan liveScan_{_GRANULATOR_STREAM, link_};
     NotificationCenter::Token refreshNotice_ = 0;
     RunLoop::Token collecting_ = 0;
-    bool movingFromHost_ = false;            // a control that the host moves does not tell the host
-    bool takesMidi_ = false;                 // nor is what MIDI moves a hand's edit
-    StateOrder::Number restoring_ = 0;       // the state that moves controls; 0 for none
-    std::bitset<kParameterCount> inGesture_; // parameters that a hand is at
-    /// What an undo or the like changes as a hand would.
-    struct Changes {
-        bool placesScan = false;                // else the scan moves by itself
-        std::bitset<kParameterCount> touched{}; // so far, each in a gesture of its own
-    };
-    std::optional<Changes> changes_;
-    /// The value of each parameter that MAIN knows of. One that differs came from RENDER or another
-    /// thread, and is on its way to the control.
-    std::array<AUValue, kParameterCount> known_{};
-    std::array<std::uint32_t, kParameterCount> hostMoves_{};
-    bool scanSpeedWasSet_ = false;   // by somebody, since the scan was placed
-    std::uint64_t scanChoices_ = 0;  // of the stream, when the scan was placed
-    bool standsBehindInput_ = false; // the scan was placed behind the newest frame
-    std::bitset<128> endedNotes_;    // of MIDI, whose keys are still to go up
+    bool takesMidi_ = false;      // what it moves is no hand's edit
+    std::bitset<128> endedNotes_; // of MIDI, whose keys are still to go up
     std::array<std::uint8_t, 128>
         noteChannels_{};  // 1..16, on which each note came last; 0 for none
     int noteChannel_ = 0; // of the note that is played; 0 for a hand's

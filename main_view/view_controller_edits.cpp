@@ -106,9 +106,10 @@ SoundSource AudioUnitViewController::source() const {
 }
 
 void AudioUnitViewController::restorePart(const PropertyDictionary& part) {
-    restoring_ = instance_.states.ask();
-    const StateOrder::Number asked = restoring_;
-    changes_ = {.placesScan = part.contains(ofStream(state_key::kScanPosition))};
+    link_.beginState(instance_.states.ask());
+    link_.beginGestures(part.contains(ofStream(state_key::kScanPosition))
+                            ? HostLink::Scan::isPlaced
+                            : HostLink::Scan::movesOn);
     const std::map<ControlId, float> driven = drivenValues();
     StateFindings findings; // of values that were this instance's own
     PropertyReader reader(part, findings);
@@ -123,9 +124,8 @@ void AudioUnitViewController::restorePart(const PropertyDictionary& part) {
     if (wanted == static_cast<std::int64_t>(SoundSource::file) && source() == SoundSource::captured)
         _GRANULATOR_STREAM.restoreLastSample();
     refreshParameters(); // the scan's position has no control that tells the host
-    releaseForHand();
-    restoring_ = 0;
-    moveWhatWasSetSince(asked);
+    link_.endGestures();
+    link_.endState();
 }
 
 void AudioUnitViewController::restorePreset(const PropertyDictionary& state,

@@ -106,7 +106,7 @@ void AudioUnitViewController::restoreStateProc(const PropertyDictionary& state) 
 
 void AudioUnitViewController::restoreStateProc_asked(const PropertyDictionary& state,
                                                      StateOrder::Number asked) {
-    restoring_ = asked;
+    link_.beginState(asked);
     const auto report = std::make_shared<RestoreReport>();
     report_ = report;
     PropertyReader reader(state, report->findings);
@@ -125,8 +125,7 @@ void AudioUnitViewController::restoreStateProc_asked(const PropertyDictionary& s
     report->selection = restoreSelection(reader);
     unknownState_ = reader.unknown();
     refreshParameters(); // the scan's position has no control that tells the host
-    restoring_ = 0;
-    moveWhatWasSetSince(asked);
+    link_.endState();
     if (!reportTaker_)
         writeLines(instance_.log, linesOf(*report));
     else if (!loads)
