@@ -49,10 +49,7 @@ AUParameter& HostLink::parameterOf(ControlId id) const {
 
 AUValue HostLink::controlValue(ControlId id) const {
     if (id == ControlId::dryWet) return view_._inputDryWetKnob.value();
-    AUValue linear = view_._GRANULATOR_STREAM.linear(id);
-    if (id == ControlId::scrubbingWave && gestures_ && gestures_->scan == Scan::isPlaced)
-        linear =
-            view_._GRANULATOR_STREAM.engine().nextScanPosition(); // which RENDER has yet to take
+    const AUValue linear = view_._GRANULATOR_STREAM.linear(id);
     return id == ControlId::scrubbingWave ? std::clamp(linear, 0.0f, 1.0f) : linear;
 }
 

@@ -4,6 +4,7 @@
 #include "hosting/gesture_listener.h"
 #include "hosting/gesture_queue.h"
 #include "tests/support/hosted_plugin.h"
+#include "tests/support/test_sounds.h"
 
 namespace zephyra {
 namespace {
@@ -102,12 +103,30 @@ TEST(PluginGestures, AreWholeOnesWhereEditsAreTakenBackComparedOrRandom) {
     hears("[4=4[5=5]4]5", [&] { view.edits.redo(); });
     edit([&] { stream.setDisplayed(freeze, 1.0f), stream.setDisplayed(live, 1.0f); });
     hears("[22=22[23=23]22]23", undo);
+    const AUValue stood = plugin.value(scrubbingWave);
     edit([&] {
         stream.scrubArea.touchesBegan(1, {0.5, 0.5}, 0.0);
         plugin.render();
         stream.scrubArea.touchesEnded(1, 0.1);
     });
     hears("[0=0]0", undo);
+    EXPECT_EQ(plugin.value(scrubbingWave), stood);
+    // A hand that holds it goes on with its gesture; a scan that moves by itself makes none.
+    edit([&] { plugin.drag(width, 0.5f); });
+    asMain([&] {
+        stream.loadSound(noiseSample(30000, 44100));
+        stream.setDisplayed(scanning, 3.0f);
+    });
+    plugin.render(10);
+    hears("[4=4=4]4", [&] {
+        MOK_KNOB& knob = *view.knob(width);
+        knob.sendActionsForControlEvents(control_event::touchDown);
+        undo();
+        knob.setValue(0.625f);
+        knob.sendActionsForControlEvents(control_event::valueChanged |
+                                         control_event::touchUpInside);
+    });
+    asMain([&] { stream.setDisplayed(scanning, 0.0f); });
     edit([&] { view.compare.choose(CompareSlots::Slot::b), plugin.drag(width, 0.5f); });
     hears("[4=4]4", [&] { view.compare.choose(CompareSlots::Slot::a); });
     for (const ControlRange& range : controlRanges()) view.locks.setLocked(range.id, true);

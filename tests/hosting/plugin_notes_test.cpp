@@ -256,6 +256,7 @@ TEST(PluginStart, IsAsTheStateHasItUnlessSomethingWasPlayedSinceThatWasAskedFor)
         Act before, after;
         bool plays, playsOn; // and when the key is up
         const char* what;
+        NotesBegin notes = NotesBegin::start; // the state's
     } rows[] = {
         {effect, false, false, false, none, none, true, true, "it plays"},
         {effect, true, true, false, none, none, false, false, "until the host moves it"},
@@ -269,6 +270,7 @@ TEST(PluginStart, IsAsTheStateHasItUnlessSomethingWasPlayedSinceThatWasAskedFor)
         {instrument, false, false, true, none, play, true, true, "started since"},
         {instrument, false, false, true, none, note, true, false, "a note since"},
         {instrument, true, false, true, none, note, true, false, "and what played is its"},
+        {instrument, true, false, true, none, note, false, false, "it tunes", NotesBegin::tune},
         {instrument, false, false, true, none, both(note, end), false, false, "a short one"},
         {instrument, false, false, true, note, none, false, false, "a note before"},
         {instrument, false, false, true, late, none, false, false, "that comes late"},
@@ -279,6 +281,7 @@ TEST(PluginStart, IsAsTheStateHasItUnlessSomethingWasPlayedSinceThatWasAskedFor)
         Player plugin(row.kind), saved(row.kind);
         plugin.isLive = true;
         saved.sync(row.synced);
+        saved.setSettings({.notesBegin = row.notes});
         const std::string state = saved.state();
         plugin.set(playStop, row.played ? 1.0f : 0.0f);
         plugin.transport.moving = row.moves;

@@ -2,6 +2,7 @@
 
 #include "controls/state_keys.h"
 #include "tests/support/hosted_unit.h"
+#include "tests/support/stream_probe.h"
 
 namespace zephyra {
 namespace {
@@ -232,11 +233,10 @@ TEST(EditHistory, KnowsWhatAHandGaveAKnobBelowTheLfoThatCarriesItOn) {
         EXPECT_EQ(view.baseValue(knob), knob.value());
         view._lfoSwitch.touch();
     }
-    while (view.edits.undo()) {
-    }
+    while (view.edits.undo()) player.render(20000);
     EXPECT_EQ(view.assignments.typeOf(knob), AssignmentType::none);
     EXPECT_EQ(knob.value(), 0.25f);
-    EXPECT_EQ(player.stream.linear(ControlId::width), 0.25f);
+    EXPECT_EQ(StreamProbe::fields(player.stream.engine()).width, 0.25f);
     player.edit("both", [&] {
         player.drag(knob, 0.5f);
         view.assignments.assign(knob, AssignmentType::lfo);
