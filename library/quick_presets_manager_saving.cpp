@@ -40,8 +40,7 @@ void QuickPresetsManager::readBankFromDisk() {
         return [this, name, content = banks_.fetch(name)] {
             const auto known = banks_.known(name);
             const bool isOlder = content && !known; // others write it, and may never stop
-            const bool isShown = name == contentName_ && _currentBank;
-            if (!isOlder || !isShown) takeContent(name, known.value_or(content));
+            takeContent(name, known.value_or(content));
             fillTableWithSnapshotsName();
             runTurns();
             if (isOlder && selectedBank() && *selectedBank() == name) readBankFromDisk();
