@@ -54,10 +54,8 @@ struct Restored : HostedUnit {
         return text.str();
     }
     float valueOf(ControlId id) {
-        using enum ControlId;
-        if (id == dryWet) return view._inputDryWetKnob.value();
-        if (id == fadeIn) return view._fadeInTime.value();
-        return id == fadeOut ? view._fadeOutTime.value() : stream.linear(id);
+        const MOK_KNOB* const own = view.ownKnob(id);
+        return own ? own->value() : stream.linear(id);
     }
     void writeSound(std::span<const float> frames, double rate) {
         text << frames.size() << " at " << rate << " Hz:";

@@ -109,10 +109,11 @@ void zoom(Lv2Window& window) {
     std::printf("zoomed from %d to %d in %d, ", before, own.width, around.width);
 }
 
-/// A drag reaches the host's ports, a zoom its window; keys that are not the window's reach the
-/// host.
+/// A drag reaches the host's ports, also after another window of the instance has closed, a zoom
+/// its window; keys that are not the window's reach the host.
 void hand(Display* display, Lv2Plugin& instrument) {
     Lv2Window window(display, instrument);
+    Lv2Window(display, instrument).idle(100);
     window.idle(300);
     window.drag(142, 484, 40);
     window.idle(300);
