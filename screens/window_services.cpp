@@ -9,6 +9,20 @@
 
 namespace zephyra {
 
+namespace {
+
+/// A line of text/uri-list, of which JUCE has taken "file://" and the escapes: a path, a computer's
+/// name and a path, or a comment.
+juce::String fileOf(const juce::String& line) {
+    if (line.startsWithChar('#')) return {};
+    for (const juce::String& here :
+         {juce::String("localhost"), juce::SystemStats::getComputerName()})
+        if (line.startsWith(here + "/")) return line.substring(here.length());
+    return line;
+}
+
+} // namespace
+
 WindowServices::WindowServices(juce::Component& window, ScreenContext& context)
     : window_(window), context_(context), model_(context.source.plugin()),
       questions_(context.source) {
@@ -164,9 +178,11 @@ void WindowServices::zoom(bool larger) {
     context_.settingsChanged();
 }
 
-void WindowServices::load(const juce::StringArray& files) {
+void WindowServices::load(const juce::StringArray& dropped) {
     if (dialog_) return; // it is to be answered first
-    for (const juce::String& file : files) model_.load(file.toStdString());
+    for (const juce::String& line : dropped)
+        if (const juce::String file = fileOf(line); file.isNotEmpty())
+            model_.load(file.toStdString());
 }
 
 } // namespace zephyra

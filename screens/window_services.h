@@ -31,7 +31,7 @@ public:
     /// False for a key that is the host's.
     bool perform(const juce::KeyPress& key);
     /// Sounds and banks that were dropped.
-    void load(const juce::StringArray& files);
+    void load(const juce::StringArray& dropped);
 
 private:
     void perform(Shortcut shortcut);
