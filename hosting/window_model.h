@@ -10,6 +10,7 @@
 namespace zephyra {
 
 class PluginInstance;
+class QuickPresetsManager;
 struct Alert;
 
 /// An alert as far as a line with buttons shows it.
@@ -33,21 +34,26 @@ public:
     /// now, or there is no such button.
     void answer(const ShownAlert& shown, std::size_t button, const std::string& typed = {});
 
-    /// Plays a sound file, or copies a bank into the player's folder and chooses it there; what
-    /// goes wrong becomes an alert.
+    /// Plays a sound file, or copies a bank into the player's folder and chooses its first preset,
+    /// which undo takes back; what goes wrong becomes an alert.
     void load(const std::filesystem::path& file);
     /// Plays file in place of what is missing.
     void locate(const std::filesystem::path& file);
-    /// Chooses the bank that load() brought in, once it is there; a window calls it with every
-    /// frame. Waits for nobody: while another thread is MAIN, nothing happens.
+    /// Chooses the bank that load() brought in, once it is there, and its first preset, once that
+    /// is read; a window calls it with every frame. Waits for nobody: while another thread is MAIN,
+    /// nothing happens.
     void followImport();
     /// Answers the system's request for a file, if it still stands.
     void pickFile(const std::filesystem::path& file);
     void dismissFile();
 
 private:
+    void chooseNewBank(QuickPresetsManager& store);
+    void chooseItsFirstPreset(QuickPresetsManager& store);
+
     PluginInstance& plugin_;
     std::optional<std::vector<std::string>> banksBefore_; // an import; to find the new one
+    std::string newBank_;                                 // whose first preset is awaited
 };
 
 } // namespace zephyra

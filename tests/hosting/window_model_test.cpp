@@ -3,6 +3,7 @@
 #include "hosting/window_model.h"
 
 #include "hosting/plugin_instance.h"
+#include "platform/shared_folder_notices.h"
 #include "tests/support/heard_instance.h"
 #include "tests/support/testing.h"
 
@@ -97,17 +98,32 @@ TEST_F(WindowModelTest, LocatesASoundThatAStateMissesUntilAnotherIsAskedFor) {
     EXPECT_EQ(sound(), (kResources / "Zephyra_Sample08.mp3").string());
 }
 
-TEST_F(WindowModelTest, ChoosesABankThatItLoadsOnce) {
-    fs::copy_file(kResources / "Bird Machines.zephyra", folder / "My Birds.zephyra");
-    model.load(folder / "My Birds.zephyra");
-    chosenBank(); // it is copied, then chosen
+TEST_F(WindowModelTest, ChoosesABankThatItLoadsAndItsFirstPresetOnce) {
+    const auto copyOf = [this](const char* name) {
+        fs::copy_file(kResources / "Bird Machines.zephyra", folder / name);
+        return folder / name;
+    };
+    model.load(copyOf("My Birds.zephyra"));
+    chosenBank(); // it is copied, then chosen, then read
     EXPECT_THAT(chosenBank(), HasSubstr("My Birds"));
+    chosenBank();
+    EXPECT_EQ(settled([](auto& system) { return system.view.edits.undoName(); }), "Dawn Chorus");
     const std::string other = settled([](auto& system) {
         auto& store = system.view.presets;
         store.tableView_didSelectRowAtIndexPath(QuickPresetsManager::kBanksTable, 0);
         return store.getListOfBank()[0].name;
     });
     EXPECT_EQ(chosenBank(), other); // nothing came to choose again
+
+    model.load(folder / "My Birds.zephyra");
+    press("Cancel");
+    fs::rename(copyOf("Later.zephyra"), folder / "shared" / "Later.zephyra");
+    settled([](auto& system) {
+        system.instance.sharedFolder.post(shared_folder_notice::kBanks);
+        return 0;
+    });
+    chosenBank();
+    EXPECT_EQ(chosenBank(), other); // which nobody loaded
 }
 
 } // namespace

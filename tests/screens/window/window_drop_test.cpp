@@ -12,8 +12,9 @@ TEST_F(Hands, DropASoundAndWhatIsNone) {
     window.click(middle("Sound"));
     EXPECT_EQ(asked, 1);
     const fs::path bird = fs::path(ZEPHYRA_SOURCE_DIR) / "resources/Blackbird.mp3";
-    ASSERT_TRUE(window.drop(file(bird), stageAt(0.5, 0.5)));
+    ASSERT_TRUE(window.drop({"# a bird", "localhost" + file(bird)[0]}, stageAt(0.5, 0.5)));
     scene.play(0.1);
+    EXPECT_EQ(alert(), nullptr);
     EXPECT_EQ(sound(), bird);
     window.key(Key(' ', {}, ' '));
     EXPECT_GT(scene.play(0.5), 0.01f);
@@ -46,14 +47,14 @@ TEST_F(Hands, DropASoundAndWhatIsNone) {
     EXPECT_EQ(value(playStop), 0.0f);
 }
 
-TEST_F(Hands, DropABankWhichIsThenChosen) {
+TEST_F(Hands, DropABankWhoseFirstPresetIsThenChosen) {
     fs::copy_file(fs::path(ZEPHYRA_SOURCE_DIR) / "resources/Bird Machines.zephyra",
                   held.folder / "My Birds.zephyra");
     ASSERT_TRUE(window.drop(file(held.folder / "My Birds.zephyra"), at(width)));
     scene.play(0.1);
     const auto& presets = plugin.system().view.presets;
     EXPECT_EQ(presets.getCurrentSelectedBankName(), "My Birds.zephyra");
-    EXPECT_FALSE(presets.table(QuickPresetsManager::kPresetsTable).sections.front().rows.empty());
+    EXPECT_EQ(presets.getSnapshotName(), "Dawn Chorus");
 }
 
 } // namespace
