@@ -29,8 +29,10 @@ AlertDialog::AlertDialog(ScreenContext& context, const ShownAlert& alert,
         field_.setTitle(brush::text(alert.title));
         dressTextField(field_);
         field_.setJustification(juce::Justification::centredLeft);
-        field_.onReturnKey = [this] { answer(safeButton(true)); };
-        field_.onEscapeKey = [this] { answer(safeButton(false)); };
+        field_.onReturnKey = [this] {
+            if (isSafe(0)) answer(0);
+        };
+        field_.onEscapeKey = [this] { answer(dismissing()); };
         addAndMakeVisible(field_);
     }
     for (std::size_t i = 0; i < alert_.buttons.size(); ++i) {
@@ -44,13 +46,18 @@ AlertDialog::AlertDialog(ScreenContext& context, const ShownAlert& alert,
     }
 }
 
-std::size_t AlertDialog::safeButton(bool last) const {
-    const std::size_t count = buttons_.size();
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t place = last ? count - 1 - i : i;
-        if (place >= destroys_.size() || !destroys_[place]) return place;
-    }
-    return count; // none: the alert waits for a click
+bool AlertDialog::isSafe(std::size_t button) const {
+    return button >= destroys_.size() || !destroys_[button];
+}
+
+std::size_t AlertDialog::dismissing() const {
+    const auto named = std::ranges::find_if(
+        alert_.buttons, [](const auto& title) { return title == "Cancel" || title == "NO"; });
+    if (named != alert_.buttons.end())
+        return static_cast<std::size_t>(named - alert_.buttons.begin());
+    for (std::size_t i = alert_.buttons.size(); i-- > 0;)
+        if (isSafe(i)) return i;
+    return alert_.buttons.size(); // none: the alert waits for a click
 }
 
 void AlertDialog::answer(std::size_t button) {
@@ -79,8 +86,7 @@ bool AlertDialog::keyPressed(const juce::KeyPress& key) {
     if (key == juce::KeyPress::spaceKey)
         for (const auto& button : buttons_)
             if (button->hasKeyboardFocus(false)) return button->press(), true;
-    if (key == juce::KeyPress::returnKey) answer(safeButton(true));
-    if (key == juce::KeyPress::escapeKey) answer(safeButton(false));
+    if (key == juce::KeyPress::returnKey || key == juce::KeyPress::escapeKey) answer(dismissing());
     return true; // what is below hears nothing
 }
 

@@ -11,9 +11,10 @@
 
 namespace zephyra {
 
-/// Covers the window it is put into; what is below it steps back and hears nothing. Enter presses
-/// the last button that removes nothing, Escape the first one; Tab goes round field and buttons,
-/// and Space or Enter press the one that it is at. It is answered once. Message thread.
+/// Covers the window it is put into; what is below it steps back and hears nothing. Enter in
+/// its field presses the first button, if that removes nothing; Escape, and Enter elsewhere, the
+/// one that leaves all as it was. Tab goes round field and buttons, and Space or Enter press the
+/// one that it is at. It is answered once. Message thread.
 class AlertDialog final : public juce::Component {
 public:
     using Answered = std::function<void(std::size_t button, const std::string& typed)>;
@@ -34,7 +35,8 @@ public:
 private:
     void answer(std::size_t button);
     void moveFocus(bool back);
-    std::size_t safeButton(bool last) const;
+    bool isSafe(std::size_t button) const;
+    std::size_t dismissing() const;
     int textHeight(const juce::String& text, const juce::Font& font, int width) const;
 
     const ShownAlert alert_;

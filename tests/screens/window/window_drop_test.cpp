@@ -48,13 +48,26 @@ TEST_F(Hands, DropASoundAndWhatIsNone) {
 }
 
 TEST_F(Hands, DropABankWhoseFirstPresetIsThenChosen) {
-    fs::copy_file(fs::path(ZEPHYRA_SOURCE_DIR) / "resources/Bird Machines.zephyra",
-                  held.folder / "My Birds.zephyra");
-    ASSERT_TRUE(window.drop(file(held.folder / "My Birds.zephyra"), at(width)));
-    scene.play(0.1);
+    const fs::path birds = held.folder / "My Birds.zephyra";
+    fs::copy_file(fs::path(ZEPHYRA_SOURCE_DIR) / "resources/Bird Machines.zephyra", birds);
     const auto& presets = plugin.system().view.presets;
+    const auto dropAndType = [&](const std::string& name, int key) {
+        ASSERT_TRUE(window.drop(file(birds), at(width)));
+        scene.play(0.1);
+        if (alert()) {
+            type(name);
+            press(key);
+            scene.play(0.1);
+        }
+        EXPECT_EQ(alert(), nullptr);
+    };
+    dropAndType("", 0);
     EXPECT_EQ(presets.getCurrentSelectedBankName(), "My Birds.zephyra");
     EXPECT_EQ(presets.getSnapshotName(), "Dawn Chorus");
+    dropAndType("Owls", Key::escapeKey);
+    EXPECT_EQ(presets.getCurrentSelectedBankName(), "My Birds.zephyra");
+    dropAndType("Owls", Key::returnKey);
+    EXPECT_EQ(presets.getCurrentSelectedBankName(), "Owls.zephyra");
 }
 
 } // namespace
