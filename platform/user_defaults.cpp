@@ -49,7 +49,9 @@ void UserDefaults::save() {
         else
             log_->write(path_.string() + " goes without " + xml.message());
     }
-    static_cast<void>(file_calls::makeFolders(path_.parent_path())); // writing says what is wrong
+    const fs::path folder = path_.parent_path();
+    if (const std::error_code error = file_calls::makeFolders(folder))
+        return log_->write("the folder " + folder.string() + " cannot be made: " + error.message());
     if (const auto written = writePropertyListFile(path_, kept); !written)
         log_->write(written.message());
 }

@@ -36,6 +36,10 @@ TEST_F(UserDefaultsTest, LeaveAFileAloneThatTheyCannotRead) {
     EXPECT_EQ(readText(path_), "damaged");
     ASSERT_EQ(lines_.size(), 1u);
     EXPECT_THAT(lines_[0], StartsWith(path_.string() + " cannot be read: "));
+
+    UserDefaults below(path_ / "below/defaults.plist", log_); // a file in the way of its folder
+    below.setValue("a", 1);
+    EXPECT_THAT(lines_.back(), HasSubstr("below cannot be made"));
 }
 
 TEST_F(UserDefaultsTest, WriteTheOthersWhenOneValueCannotBeKept) {
