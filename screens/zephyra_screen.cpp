@@ -8,6 +8,12 @@
 
 namespace zephyra {
 
+namespace {
+
+constexpr double kFindsEvery = 0.1; // seconds: within a drag's last rest
+
+} // namespace
+
 ZephyraScreen::ZephyraScreen(PluginInstance& plugin, const ScreenSettings& settings)
     : source_(plugin), context_{.source = source_, .settings = settings} {
     useWindowLook();
@@ -35,6 +41,10 @@ void ZephyraScreen::frame(double now) {
     for (ScreenArea* const area : areas_) area->frame(time_);
     services_.frame(juce::Time::getMillisecondCounterHiRes() / 1000.0);
     touches_.frame(now);
+    if (now - found_ >= kFindsEvery) {
+        found_ = now;
+        x11::findUnderPointer(window_, getWidth(), getHeight());
+    }
     if (x11::hasUnread()) flush_.triggerAsyncUpdate();
 }
 

@@ -73,6 +73,7 @@ private:
     WindowTouches touches_{*this};
     std::uint64_t paints_ = 0;
     void* window_ = nullptr; // that it was seen in last
+    double found_ = 0.0;     // when it was looked for under the pointer
     Flush flush_;
     std::unique_ptr<juce::VBlankAttachment> display_;
 };

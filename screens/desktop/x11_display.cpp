@@ -81,6 +81,19 @@ void readEvents() {
         juce::LinuxEventLoopInternal::invokeEventLoopCallbackForFd(ConnectionNumber(display));
 }
 
+void findUnderPointer(void* window, int width, int height) {
+    ::Display* const display = juceDisplay();
+    if (!display || !window) return;
+    const auto own = reinterpret_cast<::Window>(window);
+    ::Window root, child;
+    int rootX, rootY, x, y;
+    unsigned int keys;
+    const bool knows = juce::X11Symbols::getInstance()->xQueryPointer(
+        display, own, &root, &child, &rootX, &rootY, &x, &y, &keys);
+    if (!knows || x < 0 || y < 0 || x >= width || y >= height) return;
+    juce::ignoreUnused(juce::XWindowSystem::getInstance()->getWindowBounds(own, root));
+}
+
 void freeColourmap(void* window) {
     ::Display* const display = juceDisplay();
     if (!display || !window) return;
@@ -127,6 +140,7 @@ bool hasUnread() {
     return false;
 }
 void readEvents() {}
+void findUnderPointer(void*, int, int) {}
 void freeColourmap(void*) {}
 void dropOwnErrors() {}
 bool dropErrorsOf(_XDisplay*) {

@@ -19,6 +19,12 @@ bool hasUnread();
 /// Handles them. Message thread, and not while something is painted or handled.
 void readEvents();
 
+/// Where the pointer is in window, JUCE learns where that stands on the screen. It keeps one place
+/// for all windows that stand in hosts', and is not told when a host's moves, nor of the pointer
+/// while another program drags: what that drops would miss the window. width, height: its size in
+/// pixels. Message thread, some times a second.
+void findUnderPointer(void* window, int width, int height);
+
 /// Frees the table of colours that JUCE makes for each window and keeps until it ends; where each
 /// pixel is its colour, nothing is looked up in it. window: a native handle, or null. Message
 /// thread.

@@ -16,6 +16,8 @@ constexpr Scenario kScenarios[] = {
     {"beside", "1", "", "all paint beside each other", true},
     {"paint", "1", "", "resized to 1300 x 800"},
     {"hand", "1", "", "from 1100 to 1375 in 1375, left qx and qx of"},
+    {"drop", "1", "lv2", "q, then asked", true},
+    {"drop", "1", "vst3", "q, then asked", true},
     {"orphan", "3", "", "survived its parent"},
     {"exit", "1", "", "exits"}};
 

@@ -1,5 +1,6 @@
 // window_host SCENARIO [TIMES [FORMAT]]: shows windows as a host does that is nothing but Xlib, and
 // prints what it saw. Any other X client's error would end it, as it would end a real host.
+#include "tests/plugin/lv2_window/file_drag.h"
 #include "tests/plugin/lv2_window/lv2_host.h"
 #include "tests/plugin/lv2_window/second_window.h"
 #include "tests/plugin/lv2_window/vst3_host.h"
@@ -129,6 +130,21 @@ void hand(Display* display, Lv2Plugin& instrument) {
     std::printf("left %s and %s of qfx to the host\n", ofLv2.c_str(), ofVst3.c_str());
 }
 
+/// A file that is missing is dropped on what the host has moved below the pointer: the dialog that
+/// says so takes the keys that came to the host before.
+void drop(HostWindow& window) {
+    waitForPaint(window);
+    XWarpPointer(window.display, None, DefaultRootWindow(window.display), 0, 0, 0, 0, 850, 500);
+    window.idle(200);
+    window.drag(500, 200, 8);
+    XMoveWindow(window.display, window.parent, 600, 300);
+    window.idle(200);
+    const std::string before = window.keysThatComeBack("q");
+    dropFile(window, "file:///no%20where.wav", 1250, 500);
+    const std::string after = window.keysThatComeBack("q");
+    std::printf("%s, then %s, ", before.c_str(), after.empty() ? "asked" : "nothing");
+}
+
 /// An LV2 window, a VST3 window and another JUCE plug-in's, each with JUCE of its own: closed in
 /// every order, and what is still open goes on painting.
 void beside(Display* display) {
@@ -178,6 +194,7 @@ void run(const std::string& scenario, int times, bool isVst3, Display* display) 
     }
     if (scenario == "time") return time(open(), times);
     if (scenario == "beside") return beside(display);
+    if (scenario == "drop") return drop(*open()(0));
     Lv2Plugin effect(false), instrument(true);
     if (scenario == "paint") {
         paint(display, effect, instrument);
@@ -198,7 +215,7 @@ void run(const std::string& scenario, int times, bool isVst3, Display* display) 
         std::fflush(stdout);
         std::exit(0);
     } else {
-        fail("knows loop, time, beside, paint, hand, orphan and exit");
+        fail("knows loop, time, beside, drop, paint, hand, orphan and exit");
     }
 }
 
