@@ -149,7 +149,7 @@ TEST(RingBody, GivesTheBitsOfThePlainLoopForEveryFrequency) {
     const double beforeATie = 0.5 - 0x1p-11 + 0x1p-54 - 3 * 0x1.00000000001p-10;
     std::vector<double> table = LiteralRing::makeTable();
     table.push_back(table[0]);
-    const Stereo signal = noise(50000);
+    const Stereo signal = noise(20000);
     for (double increment : increments)
         for (double phase : {0.0, 0.3, beforeATie, 1.0})
             for (double startAmount : {0.7, 0.0}) {

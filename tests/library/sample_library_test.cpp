@@ -47,7 +47,7 @@ struct SampleLibrary : testing::Test {
     }
     std::string shared(const std::string& name) { return readText(instance.folders.shared / name); }
 
-    TemporaryFolder folder;
+    TemporaryFolder folder{quickFolder()};
     Instance instance;
     int refills = 0;
     DocumentImport imports{instance, {{"zephyra", "wav"}, "Only those"}, [this] { ++refills; }};

@@ -4,8 +4,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
+#include <utility>
 
 namespace zephyra {
 
@@ -48,8 +49,9 @@ inline void writeText(const std::filesystem::path& file, const std::string& text
 
 /// The file's bytes; empty when there is none.
 inline std::string readText(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream bytes;
+    bytes << std::ifstream(file, std::ios::binary).rdbuf();
+    return std::move(bytes).str();
 }
 
 } // namespace zephyra
