@@ -150,7 +150,7 @@ TEST(PluginState, KeepsASampleWhoseFileIsGoneAlsoBeforeItIsLoaded) {
     EXPECT_TRUE(loaded.state() == saved);
 }
 
-TEST(PluginState, IsReadAndSetByManyThreadsWhileOneRenders) {
+TEST(PluginState, IsReadAndSetByManyThreadsWhileOneRendersAndPrepares) {
     HostedPlugin plugin(PluginKind::instrument);
     plugin.setProgram(1);
     plugin.setSettings({.startAnew = StartAnew::never});
@@ -169,10 +169,16 @@ TEST(PluginState, IsReadAndSetByManyThreadsWhileOneRenders) {
                 EXPECT_EQ(read.at("StartAnew"), PropertyValue(isOne ? "never" : "always"));
                 EXPECT_EQ(read.at("Density_0"), listOf(isOne ? one : two).at("Density_0"));
                 plugin.setParameter(static_cast<AUParameterAddress>(width), 0.5f);
+                plugin.setBypass(i % 2 == 0);
             }
             --working;
         });
-    while (working > 0) plugin.renderLive();
+    for (int round = 0; working > 0; ++round) {
+        plugin.renderLive();
+        plugin.render(round % 8 == 1); // offline
+        if (round % 8 != 0) continue;
+        EXPECT_TRUE(plugin.prepare({round % 16 ? 48000.0 : 22050.0, HostedPlugin::kFrames}));
+    }
     for (std::thread& thread : threads) thread.join();
 }
 

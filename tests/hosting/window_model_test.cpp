@@ -32,22 +32,20 @@ protected:
     bool asksForFile() {
         return settled([](auto& system) { return system.instance.documents.current() != nullptr; });
     }
-    std::optional<ShownAlert> alert() {
+    ShownAlert alert() {
         return settled([](auto& system) {
             const Alert* const current = system.instance.alerts.current();
-            return current ? std::optional(shownAlert(*current)) : std::nullopt;
+            EXPECT_TRUE(current);
+            return current ? shownAlert(*current) : ShownAlert();
         });
     }
     std::string chosenBank() {
         return settled(
             [](auto& system) { return system.view.presets.getCurrentSelectedBankName(); });
     }
-    static PropertyDictionary dictionary(const std::string& list) {
-        return *readPropertyList(std::as_bytes(std::span(list))).value().as<PropertyDictionary>();
-    }
     /// Presses the button of that name on the alert that stands.
     void press(const std::string& button) {
-        const ShownAlert shown = alert().value();
+        const ShownAlert shown = alert();
         const auto at = std::ranges::find(shown.buttons, button) - shown.buttons.begin();
         model.answer(shown, static_cast<std::size_t>(at));
     }
@@ -65,13 +63,12 @@ protected:
 
 TEST_F(WindowModelTest, LocatesASoundThatAStateMissesUntilAnotherIsAskedFor) {
     const fs::path found = kResources / "Blackbird.mp3", away = folder / "away.wav";
-    PropertyDictionary state = dictionary(plugin.state());
-    state["Sample_0"] = PropertyDictionary{{"Path", away.string()}};
-    const std::string named = writePropertyList(state).value();
+    const std::string named = must(writePropertyList(
+        PropertyDictionary{{"Sample_0", PropertyDictionary{{"Path", away.string()}}}}));
     const auto miss = [&] {
         ASSERT_TRUE(plugin.setState(std::as_bytes(std::span(named))));
         EXPECT_EQ(missing(), away.string());
-        EXPECT_THAT(alert().value().message, HasSubstr(away.string()));
+        EXPECT_THAT(alert().message, HasSubstr(away.string()));
     };
 
     miss();
