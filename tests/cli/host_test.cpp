@@ -93,16 +93,6 @@ TEST_F(HostedRender, ASavedStateGivesTheSoundBack) {
     EXPECT_TRUE(rendered("in.wav --state state.zephyra --seed 8") != first);
 }
 
-TEST_F(HostedRender, AStateFindsItsSampleFromAnotherFolderOrSaysInOneLineThatItIsGone) {
-    const std::string asEffect = "render ../in.wav --as effect --state ../s -o ../o.wav";
-    fs::create_directory(folder / "sub");
-    writeWav(folder / "sample.wav", tone(61 * 8000), 8000); // too long to go along with a state
-    render("--as effect --sample sample.wav --save-state s");
-    EXPECT_EQ(run(asEffect, "cd sub;").code, 0);
-    fs::remove(folder / "sample.wav");
-    expectRefused(asEffect, 1, "sample.wav", "cd sub;");
-}
-
 TEST_F(HostedRender, ProgramsAndBanksOfAMidiFileAreLeftOutUnlessAskedForAndOddThingsTold) {
     writeMidi("note.mid", "\0\x90\x48\x40"s);
     writeMidi("song.mid", "\0\xB0\0\1\0\xC0\2\0\x90\x48\x40"s, "odd");
@@ -173,16 +163,6 @@ TEST_F(MovedRender, AllAtOnceGivesTheSameBytesAndPicturesAndEachPartIsHeard) {
     // At speed 1 the scan would stand elsewhere: the take holds it at its two places in turn.
     for (std::size_t i = 0; i < take.size(); ++i)
         EXPECT_NEAR(take[i], i % 2 == 0 ? 0.9f : 0.1f, 1e-6f) << i;
-}
-
-TEST_F(MovedRender, ATakeStandsAtItsFirstPositionFromTheFirstFrameOn) {
-    std::vector<std::int16_t> late = tone(44100);
-    std::fill(late.begin(), late.begin() + 22050, std::int16_t{0});
-    writeWav(folder / "in.wav", late);
-    writeText(folder / "take.csv", "0.75\n0.75\n");
-    const std::string early = "--seconds 0.06 --scrub take.csv"; // its first tick comes later
-    const std::string sound = rendered("in.wav --float " + early);
-    EXPECT_TRUE(std::any_of(sound.begin() + 100, sound.end(), [](char c) { return c != 0; }));
 }
 
 TEST_F(MovedRender, WhatIsAskedForCarriesTheScanRatherThanWhatTheStateBrought) {

@@ -48,7 +48,6 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --lfo Pan --lfo pan:hz=2", 2, "Pan has an LFO already"},
         {"render in.wav --learn cc:1=Pan", 2, "add --midi FILE.mid"},
         {"render in.wav --programs", 2, "add --midi FILE.mid"},
-        {"render in.wav --midi-tempo", 2, "add --midi FILE.mid"},
         {"render in.wav --midi m --lfo Pan --learn cc:1=Pan", 2, "the one or the other"},
         {"render in.wav --midi m --learn bend=Pan --learn bend=Pan", 2, "learned that already"},
         {"render in.wav --midi m --learn cc:120=Pan", 2, "a number from 0 to 119"},
@@ -60,7 +59,6 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --lfo 'Pa\n'", 2, "--lfo Pa?"},
         {"render in.wav --lfo Pan Width:hz=2", 2, "write --lfo, --learn or --at before it"},
         {"render in.wav --lfo 'Scrubbing Wave' --scrub m", 2, "the scan follows the one or"},
-        {"render in.wav --scrub none.csv", 1, "--scrub: none.csv does not exist"},
         {"render in.wav --scrub text.wav", 1, "text.wav, line 1: a position is"},
         {"render in.wav --state text.wav", 1, "--state: "},
         {"render in.wav --seconds 1 --record-scrub none/t.csv", 1, "none/t.csv"},
@@ -71,7 +69,6 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --seconds 0.045 --record-scrub t.csv", 2, "0.045 s only"},
         {"render in.wav --at Pitch=7", 2, "write TIME:NAME=VALUE"},
         {"render in.wav --at 1:Pitch=7", 2, "comes after the end at 0.500 s"},
-        {"render in.wav --seconds 2 --at 2:Pitch=7", 2, "comes after the end"},
         {"render in.wav --seconds 0", 2, "seconds above 0"},
         {"render in.wav --rate 7999", 2, "Hz from 8000 to 384000"},
         {"render in.wav --block 0", 2, "from 1 to 65536"},
@@ -121,21 +118,6 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"info in.wav >/dev/full", 1, "standard output"},
     };
     for (const auto& [arguments, code, said] : cases) expectRefused(arguments, code, said);
-}
-
-TEST_F(Usage, HelpAnswersAWord) {
-    const std::pair<const char*, const char*> topics[] = {
-        {"Rnd Pitch", "--set \"Rnd Pitch=VALUE\""},
-        {"speed", "Scanning: -4 to 4 x, default 1 x\n  The speed of the scan"},
-        {"--lfo", "An LFO on a control"},
-        {"motion", "Motion:\n  --lfo"},
-        {"render seed", "--seed N"},
-        {"-o", "--output OUT"},
-    };
-    for (const auto& [topic, said] : topics)
-        EXPECT_THAT(run("help " + std::string(topic)).out, HasSubstr(said)) << topic;
-    for (const char* words : {"-V", "-v"}) EXPECT_THAT(run(words).out, HasSubstr("zephyra "));
-    EXPECT_THAT(run("-help").out, HasSubstr("Commands:"));
 }
 
 } // namespace
