@@ -14,7 +14,8 @@ namespace zephyra {
 /// What a time:Position says; numbers of any type are read, those that are not finite are not
 /// there. Beats are of the meter's lower number.
 struct Lv2Position {
-    std::optional<double> bar, barBeat, beat, beatUnit, beatsPerBar, beatsPerMinute, frame, speed;
+    std::optional<double> bar = {}, barBeat = {}, beat = {}, beatUnit = {}, beatsPerBar = {},
+                          beatsPerMinute = {}, frame = {}, speed = {};
 };
 
 /// One event: MIDI while `midi` is not null, else a position.

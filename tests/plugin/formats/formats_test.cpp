@@ -49,7 +49,7 @@ Change changeTo(int block, ControlId id, float normalized) {
 struct Message {
     int block;
     std::array<std::uint8_t, 3> bytes;
-    std::size_t length() const { return (bytes[0] & 0xF0) == 0xC0 ? 2 : 3; }
+    std::size_t length() const { return (bytes[0] & 0xE0) == 0xC0 ? 2 : 3; }
 };
 
 struct Row {
@@ -71,9 +71,9 @@ struct FormatsTest : ProgramTest, testing::WithParamInterface<Row> {
         changeTo(100, rndPitch, 0.5f)};
     // No note ends what Play Stop began.
     const std::vector<Message> messages = {
-        {3, {0x90, 65, 100}}, {26, {0xE0, 3, 0x50}}, {26, {0x90, 62, 50}}, {40, {0x80, 65, 0}},
-        {55, {0xB0, 21, 90}}, {64, {0x80, 62, 0}},   {79, {0xB0, 0, 1}},   {80, {0xC0, 2, 0}},
-        {95, {0xB0, 21, 20}}, {110, {0xE0, 0, 0x40}}};
+        {3, {0x90, 65, 100}}, {26, {0xE0, 3, 0x50}}, {26, {0x90, 62, 50}},  {40, {0x80, 65, 0}},
+        {55, {0xB0, 21, 90}}, {64, {0x80, 62, 0}},   {79, {0xB0, 0, 1}},    {80, {0xC0, 2, 0}},
+        {95, {0xB0, 21, 20}}, {98, {0xD0, 99, 0}},   {110, {0xE0, 0, 0x40}}};
     const double tempo = 125.0;
     std::vector<float> input[2]; ///< what the LV2 host plays to an effect
     std::size_t frames() const { return static_cast<std::size_t>(kBlocks * row.frames); }
@@ -246,13 +246,13 @@ TEST_P(FormatsTest, GiveTheSameBytes) {
     EXPECT_EQ(difference(command, byVst3()), "") << "VST3";
 }
 
-#define LEARNED " --midi m.mid --learn 'cc:21=Rnd Density'"
+#define LEARNED " --midi m.mid --learn 'cc:21=Rnd Density' --learn pressure=Width"
 constexpr Row kRows[] = {
     {"Instrument", PluginKind::instrument, 48000, 512, LEARNED},
     {"InstrumentOfPrograms", PluginKind::instrument, 48000, 512, LEARNED, true},
     {"InstrumentOfMotion", PluginKind::instrument, 44100, 256,
      "--lfo Density:hz=3 --lfo Pan:link=1/8 --echo-sync 1/8,1/8T --set \"Rnd Pitch=5\" --tempo "
-     "125" LEARNED},
+     "125 --learn bend='Left Gain'" LEARNED},
     {"Effect", PluginKind::effect, 48000, 512, "--as music-effect --set Length=120" LEARNED}};
 
 INSTANTIATE_TEST_SUITE_P(All, FormatsTest, testing::ValuesIn(kRows),

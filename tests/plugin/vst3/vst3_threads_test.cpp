@@ -120,28 +120,6 @@ TEST(Vst3Threads, MakesAndEndsManyInstancesOnSeveralThreads) {
     for (auto& thread : threads) thread.join();
 }
 
-TEST(Vst3Threads, PlaysThirtyTwoInstancesTogether) {
-    std::vector<std::unique_ptr<Vst3Plugin>> all;
-    for (int i = 0; i < 32; ++i) {
-        all.push_back(std::make_unique<Vst3Plugin>(kKinds[i % 2]));
-        all.back()->start(48000, 512);
-    }
-    for (int block = 0; block < 40; ++block) {
-        for (auto& plugin : all) {
-            plugin->play(512, block == 0 ? juce::MidiBuffer(juce::MidiMessage::noteOn(1, 60, 1.0f))
-                                         : juce::MidiBuffer());
-            EXPECT_LT(plugin->peak(), 4.0f);
-        }
-        pumpMessages(10);
-    }
-    std::set<std::vector<float>> sounds;
-    for (auto& plugin : all) {
-        EXPECT_GT(plugin->peak(), 0.0f);
-        sounds.insert(plugin->heard[0]);
-    }
-    EXPECT_EQ(sounds.size(), 32u); // each has a seed of its own
-}
-
 TEST(RenderGuard, NoticesAllocationsLocksAndWaitsOfItsThreadAlone) {
     void* volatile memory = nullptr;
     std::mutex mutex;
