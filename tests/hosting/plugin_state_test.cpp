@@ -1,6 +1,5 @@
 // What a host keeps of an instance: state, version, settings, programs; and what it refuses.
 
-#include "platform/audio_unit/midi_notices.h"
 #include "platform/sound/float_file_writer.h"
 #include "tests/support/hosted_plugin.h"
 #include "tests/support/test_sounds.h"
@@ -209,26 +208,6 @@ TEST(PluginPrograms, AreTheFactorysAndLeavePlayingAsItIs) {
     plugin.midi({0x80, 60, 100});
     plugin.render();
     EXPECT_FALSE(plugin.plays());
-}
-
-TEST(PluginPrograms, AreChosenByMidiOnlyWhereThatIsSet) {
-    HostedPlugin plugin(PluginKind::effect);
-    plugin.render();
-    std::string chosen;
-    for (const char* const notice : {midi_notice::kSelectPreset, midi_notice::kSelectBank})
-        plugin.system().instance.notifications.addObserver(
-            notice, [&chosen, notice](const auto&) { chosen += notice; });
-    const auto send = [&] {
-        plugin.midi({0xC0, 3});
-        plugin.midi({0xB0, 0, 1});
-        plugin.render();
-        return std::exchange(chosen, {});
-    };
-    const MidiManager::Navigation kept = plugin.system().view.midiManager.navigation();
-    EXPECT_EQ(send(), "");
-    EXPECT_EQ(plugin.system().view.midiManager.navigation(), kept);
-    plugin.setSettings({.followsPrograms = true});
-    EXPECT_EQ(send(), "selectPresetFromMidiselectBankFromMidi");
 }
 
 } // namespace

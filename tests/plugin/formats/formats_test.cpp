@@ -3,6 +3,7 @@
 // them, one value a block, before the notes of the same frame, and program changes as an event that
 // is meant for output and that few hosts but JUCE's send.
 #include "hosting/plugin_parameters.h"
+#include "platform/sound/float_file_writer.h"
 #include "tests/cli/program.h"
 #include "tests/plugin/lv2/lv2_host.h"
 #include "tests/plugin/vst3/vst3_plugin.h"
@@ -87,21 +88,11 @@ struct FormatsTest : ProgramTest, testing::WithParamInterface<Row> {
                     0.5f);
     }
 
-    /// Interleaved floats; a header of the plainest kind.
     void writeInput() const {
-        std::string data;
-        const auto add = [&data](const auto& value) {
-            data.append(reinterpret_cast<const char*>(&value), sizeof value);
-        };
-        const auto bytes = static_cast<std::uint32_t>(8 * frames());
-        data = "RIFF";
-        add(bytes + 36), data += "WAVEfmt ";
-        add(std::uint32_t{16}), add(std::uint16_t{3}), add(std::uint16_t{2});
-        add(static_cast<std::uint32_t>(row.rate)), add(static_cast<std::uint32_t>(8 * row.rate));
-        add(std::uint16_t{8}), add(std::uint16_t{32});
-        data += "data", add(bytes);
-        for (std::size_t i = 0; i < frames(); ++i) add(input[0][i]), add(input[1][i]);
-        writeText(folder / "noise.wav", data);
+        const float* const channels[] = {input[0].data(), input[1].data()};
+        FloatFileWriter file;
+        ASSERT_TRUE(file.open(folder / "noise.wav", row.rate, 2) &&
+                    file.write(channels, static_cast<std::uint32_t>(frames())) && file.close());
     }
 
     /// With a tick a frame.
