@@ -21,24 +21,19 @@ struct Player : HostedPlugin {
     /// and "+" plays what follows in the block of what was before.
     void play(const std::string& text) {
         std::istringstream words(text);
-        std::string word;
-        const auto byte = [&] {
-            words >> word;
-            return static_cast<std::uint8_t>(std::stoi(word, nullptr, 16));
-        };
-        while (words >> word) {
-            if (word == "|") {
-                pass();
-                continue;
-            }
-            const auto status = static_cast<std::uint8_t>(std::stoi(word, nullptr, 16));
-            const std::uint8_t first = byte(), second = byte();
-            midi({status, first, second});
-            if (words >> std::ws && words.peek() == '+')
-                words >> word;
-            else
-                pass();
+        std::vector<std::uint8_t> bytes;
+        bool goesBy = false; // the block of what was before
+        for (std::string word; words >> word;) {
+            if (std::exchange(goesBy, false) && word != "+") pass();
+            if (word == "|") pass();
+            if (word == "|" || word == "+") continue;
+            bytes.push_back(static_cast<std::uint8_t>(std::stoi(word, nullptr, 16)));
+            if (bytes.size() < 3) continue;
+            midi({bytes[0], bytes[1], bytes[2]});
+            bytes.clear();
+            goesBy = true;
         }
+        if (goesBy) pass();
     }
 
     bool isLive = false;
@@ -81,7 +76,7 @@ TEST(InstrumentNotes, PlayUntilTheLastKeyAndThePedalAreUp) {
             player.fadeOutIn(0.1f);
             player.play(text);
             player.pass(live ? 20 : 2);
-            EXPECT_EQ(player.plays(), plays) << what << live;
+            EXPECT_TRUE(live ? player.willPlay(plays) : player.plays() == plays) << what << live;
             EXPECT_EQ(player.value(playStop), plays ? 1.0f : 0.0f) << what << live;
         }
 }
