@@ -139,7 +139,8 @@ TEST(InstrumentNotes, TakeTurnsWithPlayStopAlsoInRealTime) {
             player.midi({0x90, 60, 100}, noteIsLast ? 9 : 8);
             player.isLive = !offline;
             player.pass(20);
-            EXPECT_EQ(player.plays(), noteIsLast) << offline;
+            EXPECT_TRUE(offline ? player.plays() == noteIsLast : player.willPlay(noteIsLast))
+                << offline;
         }
 }
 
