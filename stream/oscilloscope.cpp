@@ -18,11 +18,15 @@ void Oscilloscope::OscilloscopeAddAudio(const AudioBufferList& list,
     added_ = first + count;
 }
 
-void Oscilloscope::newest(std::size_t channel, std::span<float> frames) const noexcept {
+void Oscilloscope::newest(std::size_t channel, std::span<float> frames,
+                          std::uint64_t since) const noexcept {
     if (channel >= channels_.size()) return;
     const std::span<float> filled = frames.first(std::min(frames.size(), kFrames));
     std::uint64_t at = added_ + kFrames - filled.size(); // of frames not there yet: silence
-    for (float& frame : filled) frame = channels_[channel][at++ % kFrames];
+    for (float& frame : filled) {
+        frame = at >= since + kFrames ? float{channels_[channel][at % kFrames]} : 0.0f;
+        ++at;
+    }
 }
 
 } // namespace zephyra

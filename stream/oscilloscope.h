@@ -29,10 +29,11 @@ public:
     /// Frames ever added: while it stands still, there is nothing new. Any thread.
     std::uint64_t added() const noexcept { return added_; }
 
-    /// The newest frames of channel 0 (left) or 1, oldest first; at most kFrames are filled. While
-    /// RENDER goes on, the oldest of kFrames frames may already be newer ones. Any thread but
-    /// RENDER.
-    void newest(std::size_t channel, std::span<float> frames) const noexcept;
+    /// The newest frames of channel 0 (left) or 1, oldest first; at most kFrames are filled, with
+    /// silence for what was added before there were since frames. While RENDER goes on, the oldest
+    /// of kFrames frames may already be newer ones. Any thread but RENDER.
+    void newest(std::size_t channel, std::span<float> frames,
+                std::uint64_t since = 0) const noexcept;
 
 private:
     Relaxed<std::uint64_t> added_ = 0; // frames ever

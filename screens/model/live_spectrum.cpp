@@ -30,6 +30,11 @@ void LiveSpectrum::setColumns(std::size_t count) {
     rate_ = 0.0;
 }
 
+void LiveSpectrum::begin(const Oscilloscope& oscilloscope) {
+    setColumns(decibels_.size());
+    arrival_.begin(oscilloscope.added());
+}
+
 void LiveSpectrum::placeColumns(double sampleRate) {
     if (sampleRate == rate_) return;
     rate_ = sampleRate;
@@ -54,8 +59,8 @@ void LiveSpectrum::read(const Oscilloscope& oscilloscope) {
     static_assert(kFrames <= Oscilloscope::kFrames / 2, "RENDER writes meanwhile");
     left_.resize(kFrames);
     right_.resize(kFrames);
-    oscilloscope.newest(0, left_);
-    oscilloscope.newest(1, right_);
+    oscilloscope.newest(0, left_, arrival_.begins());
+    oscilloscope.newest(1, right_, arrival_.begins());
     if (isQuiet(left_) && isQuiet(right_)) {
         std::ranges::fill(targets_, kFloor);
         return;

@@ -23,6 +23,8 @@ public:
 
     /// How many columns there are, 0 at first; all at the floor until the next frame.
     void setColumns(std::size_t count);
+    /// Shows nothing of what came before, as from when it is switched on.
+    void begin(const Oscilloscope& oscilloscope);
     /// Reads oscilloscope, which somebody must watch, at sampleRate (Hz). Whether a column changed.
     bool advance(const Oscilloscope& oscilloscope, double sampleRate, const FrameTime& time);
 

@@ -15,6 +15,11 @@ void ScopeTrace::setColumns(std::size_t count) {
     columns_.assign(count, {});
 }
 
+void ScopeTrace::begin(const Oscilloscope& oscilloscope) {
+    setColumns(columns_.size());
+    arrival_.begin(oscilloscope.added());
+}
+
 bool ScopeTrace::advance(const Oscilloscope& oscilloscope, const FrameTime& time) {
     switch (arrival_.look(oscilloscope.added(), time)) {
     case SoundArrival::State::waiting:
@@ -27,8 +32,8 @@ bool ScopeTrace::advance(const Oscilloscope& oscilloscope, const FrameTime& time
     static_assert(kShown + kSought <= Oscilloscope::kFrames / 2, "RENDER writes meanwhile");
     frames_.resize(kShown + kSought);
     right_.resize(frames_.size());
-    oscilloscope.newest(0, frames_);
-    oscilloscope.newest(1, right_);
+    oscilloscope.newest(0, frames_, arrival_.begins());
+    oscilloscope.newest(1, right_, arrival_.begins());
     std::transform(frames_.begin(), frames_.end(), right_.begin(), frames_.begin(),
                    [](float left, float right) { return 0.5f * (left + right); });
     const bool isSilent =

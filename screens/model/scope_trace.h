@@ -25,6 +25,8 @@ public:
 
     /// How many columns there are, 0 at first; all flat until the next frame.
     void setColumns(std::size_t count);
+    /// Shows nothing of what came before, as from when it is switched on.
+    void begin(const Oscilloscope& oscilloscope);
     /// Reads oscilloscope, which somebody must watch. Whether a column changed.
     bool advance(const Oscilloscope& oscilloscope, const FrameTime& time);
 

@@ -11,6 +11,8 @@ namespace zephyra {
 /// nothing at all, and then a meter shows silence. Message thread.
 class SoundArrival {
 public:
+    explicit SoundArrival(std::uint64_t begins = 0) : begins_(begins), count_(begins) {}
+
     static constexpr double kLongestBlock = 0.25; ///< seconds
 
     enum class State {
@@ -18,6 +20,10 @@ public:
         waiting, ///< there is not, and what was there still counts
         silence, ///< nothing came for longer than a block lasts
     };
+
+    /// Looks from now on: what came before, count by now, is nobody's.
+    void begin(std::uint64_t count) { *this = SoundArrival(count); }
+    std::uint64_t begins() const noexcept { return begins_; }
 
     /// count: of frames or pieces that ever came.
     State look(std::uint64_t count, const FrameTime& time) {
@@ -31,7 +37,7 @@ public:
     }
 
 private:
-    std::uint64_t count_ = 0;
+    std::uint64_t begins_, count_;
     double since_ = kLongestBlock; // seconds; at first nothing has come
 };
 

@@ -27,13 +27,15 @@ public:
     juce::String getCurrentValueAsString() const override {
         return brush::text(row_.shown().value);
     }
-    void setValue(double) override {} // texts are what is set
+    void setValue(double value) override { row_.putValue(value); }
     void setValueAsString(const juce::String& text) override {
         static_cast<void>(row_.typeValue(text.toStdString()));
     }
     AccessibleValueRange getRange() const override {
         if (isAmount()) return {{0.0, 1.0}, 0.02};
-        return {{0.0, static_cast<double>(row_.shown().entry->choices.size()) - 1.0}, 1.0};
+        const std::size_t choices = row_.shown().entry->choices.size();
+        if (choices == 0) return {}; // a text alone
+        return {{0.0, static_cast<double>(choices - 1)}, 1.0};
     }
 
 private:
@@ -92,6 +94,11 @@ bool SettingRowView::typeValue(const std::string& text) {
     const Result<void> typed = model_.type(row_, text);
     if (!typed) calls_.tell(typed.message());
     return typed.ok();
+}
+
+void SettingRowView::putValue(double value) {
+    model_.put(row_, value, nowSeconds());
+    show();
 }
 
 /// What a device says may be longer than its row.

@@ -34,6 +34,8 @@ public:
     const SettingRow& shown() const noexcept { return shown_; }
     /// As assistive technology sets it; what is no value is told, and changes nothing.
     bool typeValue(const std::string& text);
+    /// The same by number, see SettingsModel::put.
+    void putValue(double value);
     void press();
 
     void paint(juce::Graphics& graphics) override;

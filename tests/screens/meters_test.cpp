@@ -146,5 +146,24 @@ TEST(LiveSpectrum, ShowsATonesLevelAtItsPlaceAndFallsToAStandstill) {
     for (const float decibels : shown) ASSERT_EQ(decibels, LiveSpectrum::kFloor);
 }
 
+TEST(Strips, ShowNothingOfWhatCameBeforeTheyWereSwitchedOn) {
+    Output output;
+    ScopeTrace trace;
+    LiveSpectrum spectrum;
+    trace.setColumns(200);
+    spectrum.setColumns(200);
+    for (int frame = 0; frame < 12; ++frame) output.play(sine(1000, 0.5));
+    trace.begin(output.oscilloscope);
+    spectrum.begin(output.oscilloscope);
+    for (int frame = 0; frame < 4; ++frame) {
+        EXPECT_FALSE(trace.advance(output.oscilloscope, kFrame)) << frame;
+        EXPECT_FALSE(spectrum.advance(output.oscilloscope, kRate, kFrame)) << frame;
+        output.play(silence); // what was before is still in the ring
+    }
+    output.play(sine(1000, 0.5));
+    EXPECT_TRUE(trace.advance(output.oscilloscope, kFrame));
+    EXPECT_TRUE(spectrum.advance(output.oscilloscope, kRate, kFrame));
+}
+
 } // namespace
 } // namespace zephyra

@@ -197,6 +197,8 @@ TEST_F(Hands, TypeValuesInAnyUnit) {
 
 TEST_F(Hands, ChooseFromTheMenuAndTakeEachChoiceBackByItsName) {
     ASSERT_TRUE(hand.type(width, "0.75").ok());
+    for (const MenuRow& row : knobMenu(context, hand, width, calls))
+        EXPECT_EQ(row.isEnabled, row.text != "Paste"); // nothing has been copied
     choose("Copy 0.75", width);
     source.asMain([](AudioUnitViewController& view) { view.edits.clear(); });
     const auto type = [&](AssignmentType wanted) {

@@ -59,6 +59,10 @@ TEST_F(Sheet, EveryChoiceIsKeptByWhoeverItBelongsTo) {
         model.stepToEnd(row, true, 0.0);
         model.step(row, 1, Fineness::coarse, 0.0);
         EXPECT_EQ(now(model, entry.id).chosen, count - 1);
+        model.put(row, -3.0, 0.0);
+        EXPECT_EQ(now(model, entry.id).chosen, 0u);
+        model.put(row, static_cast<double>(count), 0.0);
+        EXPECT_EQ(now(model, entry.id).chosen, count - 1);
         model.press(row); // and round again
         EXPECT_EQ(now(model, entry.id).chosen, 0u);
         EXPECT_FALSE(model.type(row, "no such thing").ok());
@@ -114,7 +118,10 @@ TEST_F(Sheet, FadesAreTypedSteppedAndSlid) {
     EXPECT_EQ(edits, 1) << "one drag";
     model.frame(9.0);
     model.slide(row, std::nanf(""), 9.1);
+    model.put(row, std::nan(""), 9.1);
     EXPECT_EQ(edits, 1);
+    model.put(row, 0.5, 9.2);
+    EXPECT_EQ(linear(ControlId::fadeIn), 2.5f);
     model.reset(row);
     EXPECT_EQ(linear(ControlId::fadeIn), 0.05f);
 }

@@ -43,7 +43,7 @@ std::vector<MenuRow> knobMenu(ScreenContext& context, KnobHand& hand, ControlId 
         {"Reset to " + shown.resetsTo, [&hand, id] { hand.reset(id); }},
         {"Randomise", [&hand, id] { hand.randomise(id); }, false, !shown.isLocked},
         {"Copy " + shown.value, [calls, value = shown.value] { calls.copy(value); }},
-        {"Paste", [calls, &hand, id] { paste(hand, id, calls); }},
+        {"Paste", [calls, &hand, id] { paste(hand, id, calls); }, false, !calls.paste().empty()},
         {"Type a value...", calls.typeValue},
         {}};
     const auto assignment = [&](const char* text, AssignmentType type) {

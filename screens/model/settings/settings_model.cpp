@@ -112,6 +112,16 @@ void SettingsModel::slide(std::size_t row, float share, double now) {
     context_.source.asMain([&](AudioUnitViewController& view) { readAmount(view, rows_[row]); });
 }
 
+void SettingsModel::put(std::size_t row, double place, double now) {
+    const SettingEntry* const entry = entryOf(row);
+    if (!entry || std::isnan(place)) return;
+    if (entry->kind == SettingKind::amount)
+        return slide(row, static_cast<float>(std::clamp(place, 0.0, 1.0)), now);
+    if (entry->choices.empty()) return;
+    const auto last = static_cast<double>(entry->choices.size() - 1);
+    choose(row, static_cast<std::size_t>(std::lround(std::clamp(place, 0.0, last))));
+}
+
 void SettingsModel::press(std::size_t row) {
     const SettingEntry* const entry = entryOf(row);
     if (!entry) return;

@@ -37,6 +37,9 @@ public:
     void stepToEnd(std::size_t row, bool last, double now);
     /// An amount to a place of its slider; places that soon follow are one edit.
     void slide(std::size_t row, float share, double now);
+    /// A number as assistive technology sets it: a share of the slider, or a choice by its place.
+    /// What is beyond goes to the nearer end, what is no number nowhere.
+    void put(std::size_t row, double place, double now);
     /// Presses: a switch is turned over, a choice becomes the next one, round and round, an action
     /// is performed.
     void press(std::size_t row);

@@ -16,7 +16,7 @@ bool StripModel::advance(const FrameTime& time) {
     if (switched) {
         watcher_.reset();
         if (wanted) watcher_.emplace(monitor.oscilloscope.watchers);
-        clear();
+        begin(monitor.oscilloscope);
     }
     const bool moved = isOn() && follow(monitor.oscilloscope, time);
     return moved || switched;

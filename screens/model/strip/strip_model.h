@@ -24,7 +24,8 @@ public:
     bool advance(const FrameTime& time);
 
 protected:
-    virtual void clear() = 0;
+    /// Shows nothing of what was before.
+    virtual void begin(const Oscilloscope& oscilloscope) = 0;
     virtual bool follow(const Oscilloscope& oscilloscope, const FrameTime& time) = 0;
 
     ScreenContext& context() noexcept { return context_; }
@@ -45,7 +46,7 @@ public:
     void read(AudioUnitViewController& view, const FrameTime& time) override;
 
 protected:
-    void clear() override { spectrum_.setColumns(spectrum_.decibels().size()); }
+    void begin(const Oscilloscope& oscilloscope) override { spectrum_.begin(oscilloscope); }
     bool follow(const Oscilloscope& oscilloscope, const FrameTime& time) override {
         return spectrum_.advance(oscilloscope, rate_, time);
     }
@@ -64,7 +65,7 @@ public:
     int zoom() const noexcept { return zoom_.factor(); } ///< 1, 2, 4, 8 or 16
 
 protected:
-    void clear() override { trace_.setColumns(trace_.columns().size()); }
+    void begin(const Oscilloscope& oscilloscope) override { trace_.begin(oscilloscope); }
     bool follow(const Oscilloscope& oscilloscope, const FrameTime& time) override;
 
 private:

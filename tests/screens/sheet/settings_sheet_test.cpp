@@ -118,6 +118,9 @@ TEST_F(Window, KeysWalkRoundTheSheetAndChangeItsRows) {
     EXPECT_EQ(screen.settings().zoom, 1.25);
     const auto access = rows[0]->createAccessibilityHandler();
     ASSERT_TRUE(access && access->getValueInterface());
+    access->getValueInterface()->setValue(1.0);
+    screen.frame(0.15);
+    EXPECT_EQ(access->getValueInterface()->getCurrentValueAsString(), "10.0 s");
     access->getValueInterface()->setValueAsString("2 s");
     screen.frame(0.2);
     EXPECT_EQ(access->getValueInterface()->getCurrentValueAsString(), "2.00 s");
