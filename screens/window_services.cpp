@@ -75,8 +75,14 @@ void WindowServices::frame(double now) {
 
 void WindowServices::showAlert() {
     shown_ = questions_.alert();
+    if (!dialog_) before_ = juce::Component::getCurrentlyFocusedComponent();
+    const bool hadKeyboard = dialog_ && dialog_->hasKeyboardFocus(true);
     dialog_.reset();
-    if (!shown_) return takeKeyboard();
+    if (!shown_) {
+        if (hadKeyboard && before_ && window_.isParentOf(before_))
+            return before_->grabKeyboardFocus();
+        return takeKeyboard();
+    }
     if (context_.cancelTouches) context_.cancelTouches();
     dialog_ = std::make_unique<AlertDialog>(
         context_, *shown_, questions_.destroys(),

@@ -50,6 +50,7 @@ private:
     std::optional<ShownAlert> shown_;
     std::unique_ptr<SettingsSheet> settings_;
     std::unique_ptr<AlertDialog> dialog_;
+    juce::Component::SafePointer<juce::Component> before_; // had the keyboard before the dialog
     ScreenLayout layout_;
     int openEdits_ = 0; // that hands of this window began
 };

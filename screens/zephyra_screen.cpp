@@ -21,10 +21,13 @@ ZephyraScreen::ZephyraScreen(PluginInstance& plugin, const ScreenSettings& setti
     context_.cancelTouches = [this] { touches_.cancelAll(); };
     path_.setVoices(&voices_);
     // The keyboard's order is the signal's: what is played, by what it is shaped, what comes out.
-    ScreenArea* const inOrder[] = {&top_, &stage_, &path_, &meter_, &strip_, &foot_};
-    for (int i = 0; i < static_cast<int>(areas_.size()); ++i)
-        inOrder[i]->setExplicitFocusOrder(i + 1);
-    for (ScreenArea* const area : areas_) addAndMakeVisible(area);
+    juce::Component* const inOrder[] = {&top_, &stage_, &path_, &meter_, &strip_, &foot_};
+    int order = 1;
+    for (juce::Component* const area : inOrder) {
+        area->setExplicitFocusOrder(order++);
+        addAndMakeVisible(area);
+    }
+    addMouseListener(this, true); // also of what stands in it
     setWantsKeyboardFocus(true);
     touches_.followWindow();
     setSize(ScreenLayout::kStartWidth, ScreenLayout::kStartHeight);
@@ -52,6 +55,17 @@ void ZephyraScreen::parentHierarchyChanged() {
     void* const window = getWindowHandle();
     if (window && window != std::exchange(window_, window)) x11::freeColourmap(window);
     touches_.followWindow();
+}
+
+bool ZephyraScreen::keyPressed(const juce::KeyPress& key) {
+    context_.isByKeys = true;
+    return services_.perform(key);
+}
+
+void ZephyraScreen::mouseDown(const juce::MouseEvent&) {
+    context_.isByKeys = false;
+    if (auto* const one = dynamic_cast<ScreenControl*>(getCurrentlyFocusedComponent()))
+        one->showFocus(false);
 }
 
 void ZephyraScreen::resized() {

@@ -39,7 +39,8 @@ public:
     void parentHierarchyChanged() override;
     void paint(juce::Graphics& graphics) override;
     void paintOverChildren(juce::Graphics& graphics) override;
-    bool keyPressed(const juce::KeyPress& key) override { return services_.perform(key); }
+    bool keyPressed(const juce::KeyPress& key) override;
+    void mouseDown(const juce::MouseEvent& event) override;
     void focusGained(FocusChangeType) override { services_.takeKeyboard(); }
     bool isInterestedInFileDrag(const juce::StringArray&) override { return true; }
     void filesDropped(const juce::StringArray& files, int, int) override { services_.load(files); }

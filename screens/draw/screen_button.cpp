@@ -112,7 +112,7 @@ void ScreenButton::mouseUp(const juce::MouseEvent& event) {
                                                         : ButtonTouch::outside);
 }
 
-bool ScreenButton::keyPressed(const juce::KeyPress& key) {
+bool ScreenButton::takeKey(const juce::KeyPress& key) {
     if (key == juce::KeyPress(juce::KeyPress::F10Key, juce::ModifierKeys::shiftModifier, 0) &&
         menuAsked && face_.isEnabled) {
         menuAsked();

@@ -44,10 +44,10 @@ public:
     void mouseDown(const juce::MouseEvent& event) override;
     void mouseDrag(const juce::MouseEvent& event) override;
     void mouseUp(const juce::MouseEvent& event) override;
-    bool keyPressed(const juce::KeyPress& key) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 protected:
+    bool takeKey(const juce::KeyPress& key) override;
     /// What stands in the cell, which is filled; sign: the colour that is read on it.
     virtual void paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell, Color sign);
     float px(double units) const { return static_cast<float>(units * scale_); }

@@ -27,7 +27,7 @@ void ScreenControl::tell(const std::string& sentence) {
 }
 
 void ScreenControl::hover(bool on) {
-    if (std::exchange(isHovered_, on) != on) reachChanged();
+    if (std::exchange(isHovered_, on) != on) hoverChanged();
     tell(on ? sentence() : std::string());
 }
 
@@ -44,13 +44,29 @@ void ScreenControl::mouseExit(const juce::MouseEvent&) {
 }
 
 void ScreenControl::focusGained(FocusChangeType cause) {
-    showFocus(cause == focusChangedByTabKey); // a window that is activated also focuses
+    if (cause == focusChangedByTabKey) context_.isByKeys = true;
+    if (cause == focusChangedByMouseClick) context_.isByKeys = false;
+    showFocus(context_.isByKeys);
     if (showsFocus_) tell(sentence());
 }
 
 void ScreenControl::focusLost(FocusChangeType) {
     if (showsFocus_ && !isHovered_) tell({});
     showFocus(false);
+}
+
+bool ScreenControl::keyPressed(const juce::KeyPress& key) {
+    if (key.getModifiers().isCtrlDown() || key.getModifiers().isCommandDown() ||
+        key.getModifiers().isAltDown())
+        return false;
+    if (hasKeyboardFocus(false)) showFocus(context_.isByKeys = true);
+    return takeKey(key);
+}
+
+void ScreenControl::paintFocus(juce::Graphics& graphics, int line) const {
+    if (!showsFocus_) return;
+    graphics.setColour(brush::colour(palette::kBright));
+    graphics.drawRect(getLocalBounds(), line);
 }
 
 } // namespace zephyra

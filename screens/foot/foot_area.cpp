@@ -14,25 +14,30 @@ int widthOf(const juce::Font& font, const std::string& text) {
 
 } // namespace
 
-FootArea::FootArea(ScreenContext& context) : ScreenArea(context), line_(context) {
+FootArea::FootArea(ScreenContext& context)
+    : context_(context), line_(context), cpu_(context, "CPU share", helpText(HelpId::cpu)),
+      dropped_(context, "Dropped grains", helpText(HelpId::dropped),
+               [this] { line_.forgetDropped(); }) {
     setOpaque(true);
     setFocusContainerType(FocusContainerType::focusContainer);
+    addAndMakeVisible(cpu_);
+    addAndMakeVisible(dropped_);
 }
 
 /// A drawer may come, or go, with what the window is in.
 void FootArea::makeTabs() {
     bool changed = false;
     for (std::size_t i = 0; i < kDrawers; ++i) {
-        const auto& toggle = context().toggleDrawer[i];
+        const auto& toggle = context_.toggleDrawer[i];
         if (static_cast<bool>(toggle) == static_cast<bool>(tabs_[i])) continue;
         changed = true;
         tabs_[i].reset();
         if (!toggle) continue;
-        tabs_[i] = std::make_unique<FootTabButton>(context(), kFootTabs[i].title,
+        tabs_[i] = std::make_unique<FootTabButton>(context_, kFootTabs[i].title,
                                                    helpText(kFootTabs[i].help));
         tabs_[i]->setFace({.isBare = true});
         tabs_[i]->setSwitch(true);
-        tabs_[i]->pressed = [this, i] { context().toggleDrawer[i](); };
+        tabs_[i]->pressed = [this, i] { context_.toggleDrawer[i](); };
         addAndMakeVisible(*tabs_[i]);
     }
     if (changed) place();
@@ -47,6 +52,8 @@ void FootArea::place() {
     boxes_ = footBoxes(layout_, widths);
     for (std::size_t i = 0; i < kDrawers; ++i)
         if (tabs_[i]) tabs_[i]->place(boxes_.tabs[i], layout_.scale);
+    cpu_.place(boxes_.cpu, textPixels());
+    dropped_.place(boxes_.dropped, textPixels());
     repaint();
 }
 
@@ -61,14 +68,12 @@ void FootArea::frame(const FrameTime&) {
     makeTabs();
     for (std::size_t i = 0; i < kDrawers; ++i)
         if (tabs_[i])
-            tabs_[i]->show(kFootTabs[i].title, textPixels(), context().openDrawers.test(i));
+            tabs_[i]->show(kFootTabs[i].title, textPixels(), context_.openDrawers.test(i));
     const FootShown& now = line_.shown();
-    if (now == shown_) return;
+    cpu_.show(now.cpu, now.isLate ? palette::kAccent : palette::kText);
+    dropped_.show(now.dropped, now.dropsNow ? palette::kBright : palette::kFaint);
     if (now.dropped.size() != shown_.dropped.size()) place(); // digits are equally wide
-    if (now.help != shown_.help) repaintText(boxes_.help);
-    if (now.cpu != shown_.cpu || now.isLate != shown_.isLate) repaintText(boxes_.cpu);
-    if (now.dropped != shown_.dropped || now.dropsNow != shown_.dropsNow)
-        repaintText(boxes_.dropped);
+    if (now.help != shown_.help) repaint(brush::rectangle(boxes_.help));
     shown_ = now;
 }
 
@@ -76,38 +81,11 @@ void FootArea::paint(juce::Graphics& graphics) {
     graphics.fillAll(brush::colour(palette::kGround));
     graphics.setColour(brush::colour(palette::kLine));
     graphics.fillRect(0, 0, getWidth(), juce::jmax(1, layout_.px(1)));
-    const auto draw = [&](const std::string& text, const Box& box, Color colour,
-                          juce::Justification where) {
-        graphics.setFont(brush::medium(textPixels()));
-        graphics.setColour(brush::colour(colour));
-        brush::drawLine(graphics, text, brush::floats(box), where);
-    };
     const bool hasTabs = boxes_.help.x > layout_.px(layout_.measures.margin);
-    draw(shown_.help, boxes_.help, palette::kFaint,
-         hasTabs ? juce::Justification::centred : juce::Justification::centredLeft);
-    draw(shown_.cpu, boxes_.cpu, shown_.isLate ? palette::kAccent : palette::kText,
-         juce::Justification::centredRight);
-    draw(shown_.dropped, boxes_.dropped, shown_.dropsNow ? palette::kBright : palette::kFaint,
-         juce::Justification::centredRight);
-}
-
-void FootArea::mouseMove(const juce::MouseEvent& event) {
-    const auto at = event.getPosition();
-    if (!context().help) return;
-    if (boxes_.cpu.contains(at.x, at.y))
-        context().help(helpText(HelpId::cpu));
-    else if (boxes_.dropped.contains(at.x, at.y))
-        context().help(helpText(HelpId::dropped));
-    else
-        context().help({});
-}
-
-void FootArea::mouseExit(const juce::MouseEvent&) {
-    if (context().help) context().help({});
-}
-
-void FootArea::mouseUp(const juce::MouseEvent& event) {
-    if (boxes_.dropped.contains(event.x, event.y)) line_.forgetDropped();
+    graphics.setFont(brush::medium(textPixels()));
+    graphics.setColour(brush::colour(palette::kFaint));
+    brush::drawLine(graphics, shown_.help, brush::floats(boxes_.help),
+                    hasTabs ? juce::Justification::centred : juce::Justification::centredLeft);
 }
 
 } // namespace zephyra

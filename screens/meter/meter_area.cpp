@@ -13,12 +13,12 @@ constexpr Color kRms = palette::hex(0x94A3B9), kPeak = palette::hex(0x4A586D);
 
 } // namespace
 
-MeterArea::MeterArea(ScreenContext& context) : ScreenArea(context), model_(context) {
+MeterArea::MeterArea(ScreenContext& context)
+    : ScreenControl(context, "Level meter"), model_(context) {
     setOpaque(true);
     setWantsKeyboardFocus(true);
     setMouseClickGrabsKeyboardFocus(false);
-    setTitle("Level meter");
-    setHelpText(brush::text(helpText(HelpId::meter)));
+    setHelp(helpText(HelpId::meter));
 }
 
 std::unique_ptr<juce::AccessibilityHandler> MeterArea::createAccessibilityHandler() {
@@ -43,7 +43,7 @@ void MeterArea::frame(const FrameTime& time) {
     const std::string highest = meterText(model_.meter().highestPeak());
     if (highest != highest_) {
         highest_ = highest;
-        setDescription(brush::text(highest + " dB"));
+        setValue(highest + " dB");
         repaint(brush::rectangle(boxes_.highest));
     }
     if (wasOn != model_.isOn()) repaint();
@@ -75,9 +75,7 @@ void MeterArea::paint(juce::Graphics& graphics) {
     graphics.fillRect(0, 0, juce::jmax(1, layout_.px(1)), getHeight());
     for (std::size_t i = 0; i < painted_.size(); ++i) paintChannel(graphics, i);
     paintScale(graphics);
-    if (!hasKeyboardFocus(false)) return;
-    graphics.setColour(brush::colour(palette::kBright));
-    graphics.drawRect(getLocalBounds(), layout_.px(2));
+    paintFocus(graphics, layout_.px(2));
 }
 
 void MeterArea::paintChannel(juce::Graphics& graphics, std::size_t channel) const {
@@ -134,35 +132,13 @@ void MeterArea::clear() {
     for (std::size_t i = 0; i < painted_.size(); ++i) update(i);
 }
 
-void MeterArea::showHelp(bool on) {
-    if (context().help) context().help(on ? helpText(HelpId::meter) : "");
-}
-
-void MeterArea::mouseEnter(const juce::MouseEvent&) {
-    showHelp(true);
-}
-
-void MeterArea::mouseExit(const juce::MouseEvent&) {
-    showHelp(false);
-}
-
 void MeterArea::mouseDown(const juce::MouseEvent& event) {
     if (!event.mods.isPopupMenu()) return clear();
     if (context().openMenu)
         context().openMenu({getX() + event.x, getY() + event.y, 0, 0}, displayMenu(context()));
 }
 
-void MeterArea::focusGained(FocusChangeType) {
-    showHelp(true);
-    repaint();
-}
-
-void MeterArea::focusLost(FocusChangeType) {
-    showHelp(false);
-    repaint();
-}
-
-bool MeterArea::keyPressed(const juce::KeyPress& key) {
+bool MeterArea::takeKey(const juce::KeyPress& key) {
     if (key != juce::KeyPress::returnKey) return false;
     clear();
     return true;

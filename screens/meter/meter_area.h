@@ -2,6 +2,7 @@
 #pragma once
 
 #include "screens/draw/screen_area.h"
+#include "screens/draw/screen_control.h"
 #include "screens/model/meter/meter_model.h"
 #include "screens/model/meter/meter_scale.h"
 
@@ -12,24 +13,20 @@ namespace zephyra {
 
 /// A click or Enter puts the clip lights out and forgets the highest peak; a right click
 /// offers to switch displays on and off. Message thread.
-class MeterArea final : public ScreenArea {
+class MeterArea final : public ScreenControl, public ScreenArea {
 public:
     explicit MeterArea(ScreenContext& context);
 
     void layOut(const ScreenLayout& layout) override;
     void frame(const FrameTime& time) override;
     void paint(juce::Graphics& graphics) override;
-    void mouseEnter(const juce::MouseEvent& event) override;
-    void mouseExit(const juce::MouseEvent& event) override;
     void mouseDown(const juce::MouseEvent& event) override;
-    bool keyPressed(const juce::KeyPress& key) override;
-    void focusGained(FocusChangeType cause) override;
-    void focusLost(FocusChangeType cause) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 private:
+    void hoverChanged() override {}
+    bool takeKey(const juce::KeyPress& key) override;
     void clear();
-    void showHelp(bool on);
     void update(std::size_t channel);
     void paintScale(juce::Graphics& graphics) const;
     void paintChannel(juce::Graphics& graphics, std::size_t channel) const;

@@ -45,6 +45,8 @@ struct ScreenDevices {
 struct ScreenContext {
     ScreenSource& source;
     ScreenSettings settings = {};
+    /// Keys moved the focus last, not a pointer: what has it shows a frame.
+    bool isByKeys = false;
     /// One sentence on what is under the pointer, for the foot; empty when nothing is.
     std::function<void(const std::string& sentence)> help = {};
     /// Opens a menu below box (of the window); what was chosen is called later, or nothing.

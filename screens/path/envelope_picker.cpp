@@ -16,6 +16,7 @@ EnvelopePicker::EnvelopePicker(std::span<const EnvelopeCurve> curves, std::size_
     setWantsKeyboardFocus(true);
     setTitle("Grain envelopes");
     setHelpText(brush::text(helpText(HelpId::envelopes)));
+    setDescription(brush::text(curves_[marked_ < curves_.size() ? marked_ : 0].name));
 }
 
 void EnvelopePicker::place(const ScreenLayout& layout) {
@@ -75,6 +76,7 @@ void EnvelopePicker::mark(std::size_t index) {
     if (marked_ == index) return;
     repaint(tile(marked_));
     marked_ = index;
+    setDescription(brush::text(curves_[index].name));
     repaint(tile(marked_));
 }
 

@@ -46,11 +46,13 @@ EnvelopeTile::EnvelopeTile(ScreenContext& context, const PathCell& cell,
     : PathCellView(context, cell), curves_(curves), open_(std::move(open)) {
     setTitle("Grain Envelope");
     setHelp(helpText(ControlId::envelope));
+    if (!curves_.empty()) setValue(curves_[shown_].name);
 }
 
 void EnvelopeTile::show(const PathModel& model) {
     if (shown_ == model.envelope()) return;
     shown_ = model.envelope();
+    setValue(shown_ < curves_.size() ? curves_[shown_].name : "");
     repaint();
 }
 
@@ -94,7 +96,7 @@ void EnvelopeTile::mouseUp(const juce::MouseEvent& event) {
     if (getLocalBounds().contains(event.getPosition())) open_();
 }
 
-bool EnvelopeTile::keyPressed(const juce::KeyPress& key) {
+bool EnvelopeTile::takeKey(const juce::KeyPress& key) {
     if (key != juce::KeyPress::returnKey && key != juce::KeyPress::downKey) return false;
     open_();
     return true;

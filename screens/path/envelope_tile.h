@@ -24,10 +24,10 @@ public:
     void show(const PathModel& model) override;
     void paint(juce::Graphics& graphics) override;
     void mouseUp(const juce::MouseEvent& event) override;
-    bool keyPressed(const juce::KeyPress& key) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 private:
+    bool takeKey(const juce::KeyPress& key) override;
     const std::span<const EnvelopeCurve> curves_;
     const std::function<void()> open_;
     std::size_t shown_ = 0;

@@ -179,15 +179,13 @@ void KnobCell::mouseWheelMove(const juce::MouseEvent& event, const juce::MouseWh
     hand_.turn(cell().id, double{up} / double{kWheelNotch}, finenessOf(event.mods), nowSeconds());
 }
 
-bool KnobCell::keyPressed(const juce::KeyPress& key) {
-    if (hasKeyboardFocus(false)) showFocus(true);
+bool KnobCell::takeKey(const juce::KeyPress& key) {
     const Fineness fineness = finenessOf(key.getModifiers());
     const auto turn = [&](double notches) {
         hand_.turn(cell().id, notches, fineness, nowSeconds());
         return true;
     };
     const int code = key.getKeyCode();
-    if (key.getModifiers().isCommandDown() || key.getModifiers().isAltDown()) return false;
     if (code == juce::KeyPress::upKey || code == juce::KeyPress::rightKey) return turn(1);
     if (code == juce::KeyPress::downKey || code == juce::KeyPress::leftKey) return turn(-1);
     if (code == juce::KeyPress::pageUpKey) return turn(kPageNotches);

@@ -48,10 +48,10 @@ public:
     void touchCancelled(const TouchEvent& event) override;
     void touchRested(const TouchEvent& event) override;
 
-    bool keyPressed(const juce::KeyPress& key) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 protected:
+    bool takeKey(const juce::KeyPress& key) override;
     std::string sentence() const override;
 
 private:

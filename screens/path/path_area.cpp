@@ -36,36 +36,35 @@ void arrowHead(juce::Graphics& graphics, float x, float y, float size, float wid
 } // namespace
 
 PathArea::PathArea(ScreenContext& context)
-    : ScreenArea(context), hand_(context), curves_(curvesOf(context)) {
+    : context_(context), hand_(context), curves_(curvesOf(context)) {
     setOpaque(true);
     setTitle("Knobs");
     setFocusContainerType(FocusContainerType::focusContainer);
     addCells();
     addSwitches();
-    addMouseListener(this, true); // also of what stands in it
-    source().add(model_);
+    context_.source.add(model_);
 }
 
 PathArea::~PathArea() {
-    source().remove(model_);
+    context_.source.remove(model_);
 }
 
 void PathArea::addCells() {
     for (const PathCell& cell : pathCells()) {
         switch (cell.kind) {
         case PathCellKind::knob:
-            cells_.push_back(std::make_unique<KnobCell>(context(), hand_, look_, cell));
+            cells_.push_back(std::make_unique<KnobCell>(context_, hand_, look_, cell));
             break;
         case PathCellKind::envelope:
-            cells_.push_back(std::make_unique<EnvelopeTile>(context(), cell, curves_,
+            cells_.push_back(std::make_unique<EnvelopeTile>(context_, cell, curves_,
                                                             [this] { openEnvelopes(); }));
             break;
         case PathCellKind::voices:
-            cells_.push_back(std::make_unique<VoicesCell>(context(), cell));
+            cells_.push_back(std::make_unique<VoicesCell>(context_, cell));
             break;
         case PathCellKind::keep:
             cells_.push_back(
-                std::make_unique<KeepCell>(context(), cell, [this] { hand_.keepLive(); }));
+                std::make_unique<KeepCell>(context_, cell, [this] { hand_.keepLive(); }));
             break;
         }
         addChildComponent(*cells_.back());
@@ -75,7 +74,7 @@ void PathArea::addCells() {
 void PathArea::addSwitches() {
     const auto add = [this](ControlId id, SwitchShape shape) {
         switches_.push_back(std::make_unique<SectionSwitch>(
-            context(), id, shape, [this](ControlId flipped) { hand_.flip(flipped); }));
+            context_, id, shape, [this](ControlId flipped) { hand_.flip(flipped); }));
         addAndMakeVisible(*switches_.back());
     };
     int focus = 1;
@@ -106,13 +105,20 @@ KnobCell* PathArea::knobCellAt(juce::Point<int> at) {
 
 void PathArea::openEnvelopes() {
     if (curves_.empty()) return; // memory was too short for them
+    beforePicker_ = getCurrentlyFocusedComponent();
     picker_ = std::make_unique<EnvelopePicker>(
         curves_, model_.envelope(),
         EnvelopePickerCalls{[this](std::size_t index) { hand_.pickEnvelope(index); },
-                            [this] { picker_.reset(); }});
+                            [this] { closeEnvelopes(); }});
     picker_->place(layout_);
     addAndMakeVisible(*picker_);
     picker_->grabKeyboardFocus();
+}
+
+void PathArea::closeEnvelopes() {
+    const bool hadKeyboard = picker_->hasKeyboardFocus(true);
+    picker_.reset();
+    if (hadKeyboard && beforePicker_) beforePicker_->grabKeyboardFocus();
 }
 
 void PathArea::layOut(const ScreenLayout& layout) {
@@ -143,11 +149,6 @@ void PathArea::placeCells() {
 void PathArea::frame(const FrameTime&) {
     hand_.frame(juce::Time::getMillisecondCounterHiRes() / 1000.0); // the clock of its notches
     showCells();
-}
-
-void PathArea::mouseDown(const juce::MouseEvent&) {
-    for (const auto& cell : cells_) cell->showFocus(false);
-    for (const auto& one : switches_) one->showFocus(false);
 }
 
 void PathArea::showCells() {

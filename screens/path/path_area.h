@@ -13,7 +13,7 @@
 namespace zephyra {
 
 /// Holds the cells, and draws the signal line with its titles. Message thread.
-class PathArea final : public ScreenArea {
+class PathArea final : public juce::Component, public ScreenArea {
 public:
     explicit PathArea(ScreenContext& context);
     ~PathArea() override;
@@ -32,16 +32,17 @@ public:
     void layOut(const ScreenLayout& layout) override;
     void frame(const FrameTime& time) override;
     void paint(juce::Graphics& graphics) override;
-    void mouseDown(const juce::MouseEvent& event) override;
 
 private:
     void addCells();
     void addSwitches();
+    void closeEnvelopes();
     void placeCells();
     void showCells();
     void paintSection(juce::Graphics& graphics, const PathSection& section) const;
     bool isOff(const PathSection& section) const;
 
+    ScreenContext& context_;
     PathModel model_;
     KnobHand hand_;
     KnobLook look_;
@@ -50,6 +51,7 @@ private:
     std::vector<std::unique_ptr<PathCellView>> cells_;
     std::vector<std::unique_ptr<SectionSwitch>> switches_;
     std::unique_ptr<EnvelopePicker> picker_;
+    SafePointer<juce::Component> beforePicker_; // had the keyboard
     PathSync shownSync_;
     std::vector<bool> shownOff_;
 };

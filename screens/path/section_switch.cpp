@@ -75,7 +75,7 @@ void SectionSwitch::mouseUp(const juce::MouseEvent& event) {
     if (getLocalBounds().contains(event.getPosition()) && !event.mods.isPopupMenu()) flip_(id_);
 }
 
-bool SectionSwitch::keyPressed(const juce::KeyPress& key) {
+bool SectionSwitch::takeKey(const juce::KeyPress& key) {
     if (key != juce::KeyPress::returnKey) return false;
     flip_(id_);
     return true;

@@ -25,10 +25,10 @@ public:
 
     void paint(juce::Graphics& graphics) override;
     void mouseUp(const juce::MouseEvent& event) override;
-    bool keyPressed(const juce::KeyPress& key) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 private:
+    bool takeKey(const juce::KeyPress& key) override;
     void paintChip(juce::Graphics& graphics, juce::Rectangle<float> box) const;
 
     const ControlId id_;

@@ -34,6 +34,7 @@ VoicesCell::VoicesCell(ScreenContext& context, const PathCell& cell) : PathCellV
 void VoicesCell::show(const PathModel& model) {
     if (face_ == model.voices()) return;
     face_ = model.voices();
+    setValue(face_.name() + (face_.dropped ? ", dropped" : ""));
     repaint();
 }
 
@@ -125,7 +126,7 @@ void KeepCell::mouseUp(const juce::MouseEvent& event) {
     if (getLocalBounds().contains(event.getPosition())) press();
 }
 
-bool KeepCell::keyPressed(const juce::KeyPress& key) {
+bool KeepCell::takeKey(const juce::KeyPress& key) {
     if (key != juce::KeyPress::returnKey) return false;
     press();
     return true;

@@ -28,10 +28,10 @@ public:
     void paint(juce::Graphics& graphics) override;
     void mouseDown(const juce::MouseEvent& event) override;
     void mouseUp(const juce::MouseEvent& event) override;
-    bool keyPressed(const juce::KeyPress& key) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 private:
+    bool takeKey(const juce::KeyPress& key) override;
     void press();
 
     const std::function<void()> keep_;

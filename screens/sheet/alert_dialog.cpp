@@ -19,7 +19,7 @@ constexpr double kTitleText = 18.0, kMessageText = 14.0, kButtonText = 13.0;
 
 AlertDialog::AlertDialog(ScreenContext& context, const ShownAlert& alert,
                          const std::vector<bool>& destroys, Answered answered)
-    : alert_(alert), destroys_(destroys), answered_(std::move(answered)) {
+    : context_(context), alert_(alert), destroys_(destroys), answered_(std::move(answered)) {
     setTitle(brush::text(alert.title));
     setDescription(brush::text(alert.message));
     setWantsKeyboardFocus(true);
@@ -82,6 +82,7 @@ void AlertDialog::moveFocus(bool back) {
 }
 
 bool AlertDialog::keyPressed(const juce::KeyPress& key) {
+    context_.isByKeys = true;
     if (key.getKeyCode() == juce::KeyPress::tabKey) moveFocus(key.getModifiers().isShiftDown());
     if (key == juce::KeyPress::spaceKey)
         for (const auto& button : buttons_)

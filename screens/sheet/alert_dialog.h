@@ -39,6 +39,7 @@ private:
     std::size_t dismissing() const;
     int textHeight(const juce::String& text, const juce::Font& font, int width) const;
 
+    ScreenContext& context_;
     const ShownAlert alert_;
     const std::vector<bool> destroys_;
     Answered answered_; // empty once it was called

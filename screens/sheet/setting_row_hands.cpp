@@ -109,18 +109,6 @@ std::string SettingRowView::sentence() const {
 
 // --- Mouse ---
 
-void SettingRowView::mouseEnter(const juce::MouseEvent&) {
-    isHovered_ = true;
-    calls_.tell(sentence());
-    repaint();
-}
-
-void SettingRowView::mouseExit(const juce::MouseEvent&) {
-    isHovered_ = false;
-    calls_.tell({});
-    repaint();
-}
-
 void SettingRowView::slideTo(float x) {
     const auto box = brush::floats(boxes_.control);
     model_.slide(row_, (x - box.getX() - px(5)) / (box.getWidth() - px(10)), nowSeconds());
@@ -157,7 +145,7 @@ void SettingRowView::mouseDoubleClick(const juce::MouseEvent& event) {
 
 // --- Keys ---
 
-bool SettingRowView::keyPressed(const juce::KeyPress& key) {
+bool SettingRowView::takeKey(const juce::KeyPress& key) {
     using Key = juce::KeyPress;
     const int code = key.getKeyCode();
     const auto step = [&](int by) {
@@ -165,7 +153,6 @@ bool SettingRowView::keyPressed(const juce::KeyPress& key) {
         model_.step(row_, by, fine ? Fineness::fine : Fineness::coarse, nowSeconds());
         return show(), true;
     };
-    if (key.getModifiers().isCommandDown() || key.getModifiers().isAltDown()) return false;
     if (code == Key::rightKey) return step(1);
     if (code == Key::leftKey) return step(-1);
     if (code == Key::pageUpKey) return step(kPage);
@@ -181,16 +168,9 @@ bool SettingRowView::keyPressed(const juce::KeyPress& key) {
     return false;
 }
 
-void SettingRowView::focusGained(FocusChangeType) {
-    showsFocus_ = true;
-    calls_.tell(sentence());
+void SettingRowView::focusGained(FocusChangeType cause) {
+    ScreenControl::focusGained(cause);
     calls_.reveal(*this);
-    repaint();
-}
-
-void SettingRowView::focusLost(FocusChangeType) {
-    showsFocus_ = false;
-    repaint();
 }
 
 void SettingRowView::openField() {

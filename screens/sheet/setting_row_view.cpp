@@ -16,13 +16,14 @@ constexpr double kNameText = 13.0, kValueText = 13.0, kChoiceText = 12.0; // uni
 
 } // namespace
 
-SettingRowView::SettingRowView(SettingsModel& model, std::size_t row, SettingRowCalls calls)
-    : model_(model), row_(row), calls_(std::move(calls)), shown_(model.rows()[row]) {
+SettingRowView::SettingRowView(ScreenContext& context, SettingsModel& model, std::size_t row,
+                               SettingRowCalls calls)
+    : ScreenControl(context, model.rows()[row].entry->name), model_(model), row_(row),
+      calls_(std::move(calls)), shown_(model.rows()[row]) {
     setWantsKeyboardFocus(true);
     setMouseClickGrabsKeyboardFocus(false);
-    setTitle(shown_.entry->name);
-    setHelpText(brush::text(helpOf(*shown_.entry)));
-    setDescription(brush::text(shown_.value));
+    setHelp(helpOf(*shown_.entry));
+    setValue(shown_.value);
 }
 
 SettingRowView::~SettingRowView() = default;
@@ -39,7 +40,7 @@ void SettingRowView::show() {
     const SettingRow& now = model_.rows()[row_];
     if (now == shown_) return;
     shown_ = now;
-    setDescription(brush::text(now.value));
+    setValue(now.value);
     if (auto* const handler = getAccessibilityHandler())
         handler->notifyAccessibilityEvent(juce::AccessibilityEvent::valueChanged);
     repaint();
@@ -47,15 +48,15 @@ void SettingRowView::show() {
 
 void SettingRowView::paint(juce::Graphics& graphics) {
     const auto cell = getLocalBounds().toFloat();
-    if (isHovered_) {
+    if (isHovered()) {
         graphics.setColour(brush::colour(kRaised));
         graphics.fillRoundedRectangle(cell, px(6));
     }
-    if (showsFocus_) {
+    if (showsFocus()) {
         graphics.setColour(brush::colour(kBright));
         graphics.drawRoundedRectangle(cell.reduced(px(1)), px(6), px(2));
     }
-    graphics.setColour(brush::colour(isHovered_ || showsFocus_ ? kBright : kText));
+    graphics.setColour(brush::colour(isHovered() || showsFocus() ? kBright : kText));
     graphics.setFont(brush::regular(px(kNameText)));
     graphics.drawText(shown_.entry->name, brush::rectangle(boxes_.name),
                       juce::Justification::centredLeft, true);
@@ -71,7 +72,7 @@ void SettingRowView::paint(juce::Graphics& graphics) {
         drawSwitchPill(graphics,
                        brush::floats(boxes_.control)
                            .withSizeKeepingCentre(static_cast<float>(boxes_.control.width), px(16)),
-                       {.isOn = shown_.chosen == 1, .isHovered = isHovered_});
+                       {.isOn = shown_.chosen == 1, .isHovered = isHovered()});
         return value(boxes_.value, kBright, juce::Justification::centredLeft);
     case SettingKind::amount:
         paintSlider(graphics);
@@ -117,7 +118,7 @@ void SettingRowView::paintSlider(juce::Graphics& graphics) const {
 }
 
 void SettingRowView::paintButton(juce::Graphics& graphics) const {
-    graphics.setColour(brush::colour(isHovered_ ? kTrack : kPressed));
+    graphics.setColour(brush::colour(isHovered() ? kTrack : kPressed));
     graphics.fillRoundedRectangle(brush::floats(boxes_.value), px(4));
     graphics.setColour(brush::colour(kBright));
     graphics.setFont(brush::medium(px(kChoiceText)));

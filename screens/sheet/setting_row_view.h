@@ -2,10 +2,9 @@
 #pragma once
 
 #include "screens/draw/help_tip.h"
+#include "screens/draw/screen_control.h"
 #include "screens/model/settings/settings_model.h"
 #include "screens/model/settings/sheet_boxes.h"
-
-#include <juce_gui_basics/juce_gui_basics.h>
 
 #include <functional>
 #include <memory>
@@ -22,10 +21,11 @@ struct SettingRowCalls {
 
 /// Left and right change it, Home and End go to its ends, Space and Enter press it; a click acts
 /// on what is drawn. Message thread.
-class SettingRowView final : public juce::Component, public TellsItself {
+class SettingRowView final : public ScreenControl, public TellsItself {
 public:
-    /// model outlives it; row: its place there.
-    SettingRowView(SettingsModel& model, std::size_t row, SettingRowCalls calls);
+    /// context and model outlive it; row: its place there.
+    SettingRowView(ScreenContext& context, SettingsModel& model, std::size_t row,
+                   SettingRowCalls calls);
     ~SettingRowView() override;
 
     void place(const Box& box, double scale);
@@ -39,15 +39,11 @@ public:
     void press();
 
     void paint(juce::Graphics& graphics) override;
-    void mouseEnter(const juce::MouseEvent& event) override;
-    void mouseExit(const juce::MouseEvent& event) override;
     void mouseDown(const juce::MouseEvent& event) override;
     void mouseDrag(const juce::MouseEvent& event) override;
     void mouseUp(const juce::MouseEvent& event) override;
     void mouseDoubleClick(const juce::MouseEvent& event) override;
-    bool keyPressed(const juce::KeyPress& key) override;
     void focusGained(FocusChangeType cause) override;
-    void focusLost(FocusChangeType cause) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 private:
@@ -56,7 +52,9 @@ private:
     void paintChoices(juce::Graphics& graphics) const;
     void paintSlider(juce::Graphics& graphics) const;
     void paintButton(juce::Graphics& graphics) const;
-    std::string sentence() const;
+    std::string sentence() const override;
+    void tell(const std::string& sentence) override { calls_.tell(sentence); }
+    bool takeKey(const juce::KeyPress& key) override;
     void slideTo(float x);
     void openField();
     void closeField();
@@ -67,7 +65,7 @@ private:
     SettingRow shown_;
     SettingRowBoxes boxes_;
     double scale_ = 1.0;
-    bool isHovered_ = false, showsFocus_ = false, slides_ = false;
+    bool slides_ = false;
     std::unique_ptr<juce::TextEditor> field_;
 };
 

@@ -29,7 +29,7 @@ SettingsSheet::SettingsSheet(ScreenContext& context, std::function<void()> close
         calls.tell = [this](const std::string& sentence) { tell(sentence); };
         calls.walk = [this](int by) { walk(by); };
         calls.reveal = [this](juce::Component& row) { reveal(row); };
-        rows_.push_back(std::make_unique<SettingRowView>(model_, i, std::move(calls)));
+        rows_.push_back(std::make_unique<SettingRowView>(context, model_, i, std::move(calls)));
         content_.addAndMakeVisible(*rows_.back());
     }
     list_.setViewedComponent(&content_, false);
@@ -117,6 +117,7 @@ void SettingsSheet::reveal(const juce::Component& row) {
 bool SettingsSheet::keyPressed(const juce::KeyPress& key) {
     using Key = juce::KeyPress;
     if (key.getModifiers().isCommandDown()) return false; // the window's, which knows of the sheet
+    context_.isByKeys = true;
     if (key.getKeyCode() == Key::tabKey) walk(key.getModifiers().isShiftDown() ? -1 : 1);
     if (key == Key::downKey) walk(1);
     if (key == Key::upKey) walk(-1);

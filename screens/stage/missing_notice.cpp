@@ -1,6 +1,7 @@
 #include "screens/stage/missing_notice.h"
 
 #include "screens/draw/brush.h"
+#include "screens/draw/screen_button.h"
 #include "screens/model/help_texts.h"
 
 #include <cmath>
@@ -15,36 +16,32 @@ constexpr double kMostName = 280;
 
 } // namespace
 
-class MissingNotice::LocateButton final : public juce::Button {
+/// Stands on a panel of its own, which it is told from.
+class MissingNotice::LocateButton final : public ScreenButton {
 public:
     LocateButton(ScreenContext& context, const ScreenLayout& layout)
-        : juce::Button("Locate"), context_(context), layout_(layout) {
-        setTitle("Locate");
-        setHelpText(brush::text(helpText(HelpId::locateOnStage)));
-        setWantsKeyboardFocus(true);
+        : ScreenButton(context, "Locate", helpText(HelpId::locateOnStage)), layout_(layout) {
+        setOpaque(false);
+        pressed = [&context] {
+            if (context.locateSample) context.locateSample();
+        };
     }
 
-    void clicked() override {
-        if (context_.locateSample) context_.locateSample();
-    }
-
-    void paintButton(juce::Graphics& graphics, bool isHovered, bool isPressed) override {
+    void paint(juce::Graphics& graphics) override {
         const auto corner = static_cast<float>(6.0 * layout_.scale);
-        graphics.setColour(
-            brush::colour(isHovered || isPressed ? palette::kTrack : palette::kPressed));
-        graphics.fillRoundedRectangle(getLocalBounds().toFloat(), corner);
-        if (hasKeyboardFocus(false)) {
-            graphics.setColour(brush::colour(palette::kBright));
-            graphics.drawRoundedRectangle(getLocalBounds().toFloat().reduced(1.0f), corner,
-                                          static_cast<float>(2.0 * layout_.scale));
-        }
+        const auto cell = getLocalBounds().toFloat();
+        const bool isNear = reached().isHovered || reached().isPressed;
+        graphics.setColour(brush::colour(isNear ? palette::kTrack : palette::kPressed));
+        graphics.fillRoundedRectangle(cell, corner);
         graphics.setColour(brush::colour(palette::kBright));
+        if (showsFocus())
+            graphics.drawRoundedRectangle(cell.reduced(1.0f), corner,
+                                          static_cast<float>(2.0 * layout_.scale));
         graphics.setFont(brush::medium(layout_.measures.nameText * layout_.scale));
-        graphics.drawText(getName(), getLocalBounds(), juce::Justification::centred, false);
+        graphics.drawText(getTitle(), cell, juce::Justification::centred, false);
     }
 
 private:
-    ScreenContext& context_;
     const ScreenLayout& layout_;
 };
 

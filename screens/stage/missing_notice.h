@@ -1,7 +1,9 @@
 // MissingNotice: says which sound is missing, and offers to locate it.
 #pragma once
 
-#include "screens/draw/screen_area.h"
+#include "screens/model/screen_context.h"
+
+#include <juce_gui_basics/juce_gui_basics.h>
 
 #include <functional>
 #include <memory>

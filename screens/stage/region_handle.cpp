@@ -100,7 +100,7 @@ double RegionHandle::placeOf(const TouchEvent& event) const {
     return (event.at.x + touchedAt_) / std::max(1, scene_.width());
 }
 
-bool RegionHandle::keyPressed(const juce::KeyPress& key) {
+bool RegionHandle::takeKey(const juce::KeyPress& key) {
     const double steps = key.getModifiers().isShiftDown() ? StageHands::kFineShare : 1.0;
     const int code = key.getKeyCode();
     if (code == juce::KeyPress::rightKey || code == juce::KeyPress::upKey)

@@ -27,7 +27,6 @@ public:
     void touchMoved(const TouchEvent& event) override;
     void touchEnded(const TouchEvent& event, int taps) override;
     void touchCancelled(const TouchEvent& event) override;
-    bool keyPressed(const juce::KeyPress& key) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
     /// The edge, a fraction of the sound.
@@ -35,6 +34,7 @@ public:
     void moveTo(double position) { hands_.setEdge(edge_, position); }
 
 private:
+    bool takeKey(const juce::KeyPress& key) override;
     bool isStart() const { return edge_ == RegionEdge::start; }
     double placeOf(const juce::MouseEvent& event) const;
     double placeOf(const TouchEvent& event) const;

@@ -16,12 +16,11 @@ constexpr double kLaneShare = 1.03;     // of the axis, up to which bars are sta
 } // namespace
 
 StageArea::StageArea(ScreenContext& context)
-    : ScreenArea(context), reader_(context.source), hands_(context, scene_.view),
+    : ScreenControl(context, "Scan"), reader_(context.source), hands_(context, scene_.view),
       start_(RegionEdge::start, context, hands_, scene_),
       end_(RegionEdge::end, context, hands_, scene_), missing_(context) {
     setOpaque(true);
-    setTitle("Scan");
-    setHelpText(brush::text(helpText(HelpId::scan)));
+    setHelp(helpText(HelpId::scan));
     setWantsKeyboardFocus(true);
     setMouseClickGrabsKeyboardFocus(false); // a frame is for who walks by keys
     addAndMakeVisible(end_);
@@ -146,7 +145,7 @@ void StageArea::paint(juce::Graphics& graphics) {
     const auto clip = graphics.getClipBounds();
     if (clip.getY() < scene_.height()) {
         canvas_.paint(graphics, scene_);
-        overlay_.paint(graphics, scene_, hasKeyboardFocus(false));
+        overlay_.paint(graphics, scene_, showsFocus());
     }
     if (clip.getBottom() > scene_.height()) ruler_.paint(graphics, scene_);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "screens/draw/screen_area.h"
+#include "screens/draw/screen_control.h"
 #include "screens/model/stage/stage_fingers.h"
 #include "screens/model/stage/stage_hands.h"
 #include "screens/model/touch/touch_target.h"
@@ -17,7 +18,7 @@
 namespace zephyra {
 
 /// Message thread.
-class StageArea final : public ScreenArea, public TouchTarget {
+class StageArea final : public ScreenControl, public ScreenArea, public TouchTarget {
 public:
     explicit StageArea(ScreenContext& context);
     ~StageArea() override;
@@ -31,8 +32,6 @@ public:
     const GrainCloud& grains() const noexcept { return reader_.grains(); }
 
     // stage_area_input.cpp
-    void mouseEnter(const juce::MouseEvent& event) override;
-    void mouseExit(const juce::MouseEvent& event) override;
     void mouseDown(const juce::MouseEvent& event) override;
     void mouseDrag(const juce::MouseEvent& event) override;
     void mouseUp(const juce::MouseEvent& event) override;
@@ -45,12 +44,11 @@ public:
     void touchEnded(const TouchEvent& event, int taps) override;
     void touchCancelled(const TouchEvent& event) override;
     bool followsAtOnce() const override { return true; }
-    bool keyPressed(const juce::KeyPress& key) override;
-    void focusGained(FocusChangeType cause) override;
-    void focusLost(FocusChangeType cause) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 private:
+    void hoverChanged() override {}
+    bool takeKey(const juce::KeyPress& key) override;
     void takeContents(const FrameTime& time);
     void takeSound();
     bool groundDiffers() const;

@@ -31,14 +31,6 @@ double StageArea::placeY(const juce::MouseEvent& event) const {
     return double{event.position.y} / std::max(1, scene_.height());
 }
 
-void StageArea::mouseEnter(const juce::MouseEvent&) {
-    if (context().help) context().help(getHelpText().toStdString());
-}
-
-void StageArea::mouseExit(const juce::MouseEvent&) {
-    if (context().help) context().help({});
-}
-
 void StageArea::mouseDown(const juce::MouseEvent& event) {
     if (event.mods.isPopupMenu()) return;
     hands_.pressed(idOf(event), placeX(event), placeY(event), secondsOf(event),
@@ -90,7 +82,7 @@ void StageArea::touchCancelled(const TouchEvent& event) {
     fingers_.cancelled(event.id, event.time);
 }
 
-bool StageArea::keyPressed(const juce::KeyPress& key) {
+bool StageArea::takeKey(const juce::KeyPress& key) {
     const double steps = key.getModifiers().isShiftDown() ? StageHands::kFineShare : 1.0;
     const int code = key.getKeyCode();
     const StageContents& of = scene_.contents;
@@ -116,14 +108,6 @@ bool StageArea::keyPressed(const juce::KeyPress& key) {
     else
         return false;
     return true;
-}
-
-void StageArea::focusGained(FocusChangeType) {
-    repaint();
-}
-
-void StageArea::focusLost(FocusChangeType) {
-    repaint();
 }
 
 std::unique_ptr<juce::AccessibilityHandler> StageArea::createAccessibilityHandler() {

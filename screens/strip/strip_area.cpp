@@ -6,8 +6,7 @@
 
 namespace zephyra {
 
-StripArea::StripArea(ScreenContext& context)
-    : ScreenArea(context), spectrum_(context), scope_(context) {
+StripArea::StripArea(ScreenContext& context) : spectrum_(context), scope_(context) {
     setFocusContainerType(FocusContainerType::focusContainer);
     addAndMakeVisible(spectrum_);
     addAndMakeVisible(scope_);

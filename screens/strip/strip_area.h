@@ -8,7 +8,7 @@
 namespace zephyra {
 
 /// Message thread.
-class StripArea final : public ScreenArea {
+class StripArea final : public juce::Component, public ScreenArea {
 public:
     explicit StripArea(ScreenContext& context);
 

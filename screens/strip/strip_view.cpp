@@ -1,6 +1,7 @@
 #include "screens/strip/strip_view.h"
 
 #include "screens/draw/brush.h"
+#include "screens/draw/switch_access.h"
 
 #include <utility>
 
@@ -12,38 +13,20 @@ juce::Colour groundColour() {
     return brush::colour(palette::kStage).darker(0.2f);
 }
 
-class Handler final : public juce::AccessibilityHandler {
-public:
-    explicit Handler(StripView& view)
-        : AccessibilityHandler(
-              view, juce::AccessibilityRole::toggleButton,
-              juce::AccessibilityActions()
-                  .addAction(juce::AccessibilityActionType::press, [&view] { view.toggle(); })
-                  .addAction(juce::AccessibilityActionType::toggle, [&view] { view.toggle(); })),
-          view_(view) {}
-    juce::AccessibleState getCurrentState() const override {
-        const auto state = AccessibilityHandler::getCurrentState().withCheckable();
-        return view_.isOn() ? state.withChecked() : state;
-    }
-
-private:
-    StripView& view_;
-};
-
 } // namespace
 
 StripView::StripView(ScreenContext& context, StripModel& model, const std::string& title,
                      const std::string& help)
-    : context_(context), model_(model), help_(help) {
+    : ScreenControl(context, title), model_(model) {
     setOpaque(true);
     setWantsKeyboardFocus(true);
     setMouseClickGrabsKeyboardFocus(false);
-    setTitle(brush::text(title));
-    setHelpText(brush::text(help));
+    setHelp(help);
 }
 
 std::unique_ptr<juce::AccessibilityHandler> StripView::createAccessibilityHandler() {
-    return std::make_unique<Handler>(*this);
+    return switchAccess(
+        *this, [this] { return isOn(); }, [this] { model_.toggle(); });
 }
 
 void StripView::layOut(const ScreenLayout& layout, const Box& box) {
@@ -84,9 +67,7 @@ void StripView::paint(juce::Graphics& graphics) {
         graphics.drawText(getTitle() + " off", getLocalBounds(), juce::Justification::centred,
                           false);
     }
-    if (!hasKeyboardFocus(false)) return;
-    graphics.setColour(brush::colour(palette::kBright));
-    graphics.drawRect(getLocalBounds(), layout_.px(2));
+    paintFocus(graphics, layout_.px(2));
 }
 
 void StripView::setLabels(const std::vector<Label>& labels) {
@@ -118,36 +99,15 @@ StripView::Written StripView::written(const Label& label) const {
     return made;
 }
 
-void StripView::showHelp(bool on) {
-    if (context_.help) context_.help(on ? help_ : "");
-}
-
-void StripView::mouseEnter(const juce::MouseEvent&) {
-    showHelp(true);
-}
-
-void StripView::mouseExit(const juce::MouseEvent&) {
-    showHelp(false);
-}
-
 void StripView::mouseUp(const juce::MouseEvent& event) {
-    if (!event.mods.isPopupMenu() && getLocalBounds().contains(event.getPosition())) toggle();
+    if (!event.mods.isPopupMenu() && getLocalBounds().contains(event.getPosition()))
+        model_.toggle();
 }
 
-bool StripView::keyPressed(const juce::KeyPress& key) {
+bool StripView::takeKey(const juce::KeyPress& key) {
     if (key != juce::KeyPress::returnKey) return false;
-    toggle();
+    model_.toggle();
     return true;
-}
-
-void StripView::focusGained(FocusChangeType) {
-    showHelp(true);
-    repaint();
-}
-
-void StripView::focusLost(FocusChangeType) {
-    showHelp(false);
-    repaint();
 }
 
 } // namespace zephyra

@@ -1,10 +1,9 @@
 // StripView: what spectrum and scope have in common: a trace with labels, on and off, keys, focus.
 #pragma once
 
+#include "screens/draw/screen_control.h"
 #include "screens/draw/span_image.h"
 #include "screens/model/strip/strip_model.h"
-
-#include <juce_gui_basics/juce_gui_basics.h>
 
 #include <string>
 #include <vector>
@@ -12,7 +11,7 @@
 namespace zephyra {
 
 /// A click or Enter switches it. Message thread.
-class StripView : public juce::Component {
+class StripView : public ScreenControl {
 public:
     /// model outlives it.
     StripView(ScreenContext& context, StripModel& model, const std::string& title,
@@ -21,16 +20,10 @@ public:
     void layOut(const ScreenLayout& layout, const Box& box);
     /// Follows the model, and repaints the columns that changed.
     void frame(const FrameTime& time);
-    void toggle() { model_.toggle(); }
     bool isOn() const { return model_.isOn(); }
 
     void paint(juce::Graphics& graphics) override;
-    void mouseEnter(const juce::MouseEvent& event) override;
-    void mouseExit(const juce::MouseEvent& event) override;
     void mouseUp(const juce::MouseEvent& event) override;
-    bool keyPressed(const juce::KeyPress& key) override;
-    void focusGained(FocusChangeType cause) override;
-    void focusLost(FocusChangeType cause) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
 protected:
@@ -56,12 +49,11 @@ private:
         juce::Rectangle<int> box;
     };
 
-    void showHelp(bool on);
+    void hoverChanged() override {}
+    bool takeKey(const juce::KeyPress& key) override;
     Written written(const Label& label) const;
 
-    ScreenContext& context_;
     StripModel& model_;
-    std::string help_;
     ScreenLayout layout_;
     SpanImage picture_;
     std::vector<Written> labels_;

@@ -71,7 +71,7 @@ void MusicButton::mouseWheelMove(const juce::MouseEvent&, const juce::MouseWheel
     if (wheel.deltaY != 0.0f) line_.step(wheel.deltaY > 0.0f ? 1 : -1);
 }
 
-bool MusicButton::keyPressed(const juce::KeyPress& key) {
+bool MusicButton::takeKey(const juce::KeyPress& key) {
     constexpr int kPage = 20; // quarters: 5 beats a minute
     if (key == juce::KeyPress::upKey || key == juce::KeyPress::rightKey)
         line_.step(1);
@@ -82,7 +82,7 @@ bool MusicButton::keyPressed(const juce::KeyPress& key) {
     else if (key == juce::KeyPress::pageDownKey)
         line_.step(-kPage);
     else
-        return ScreenButton::keyPressed(key);
+        return ScreenButton::takeKey(key);
     return true;
 }
 

@@ -17,9 +17,9 @@ public:
     void mouseDrag(const juce::MouseEvent& event) override;
     void mouseWheelMove(const juce::MouseEvent& event,
                         const juce::MouseWheelDetails& wheel) override;
-    bool keyPressed(const juce::KeyPress& key) override;
 
 protected:
+    bool takeKey(const juce::KeyPress& key) override;
     void paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell, Color sign) override;
 
 private:

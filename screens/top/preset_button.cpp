@@ -31,9 +31,9 @@ void PresetButton::show(const PresetShown& shown, const LayoutMeasures& measures
     repaint();
 }
 
-bool PresetButton::keyPressed(const juce::KeyPress& key) {
+bool PresetButton::takeKey(const juce::KeyPress& key) {
     const bool isLeft = key == juce::KeyPress::leftKey;
-    if (!isLeft && key != juce::KeyPress::rightKey) return ScreenButton::keyPressed(key);
+    if (!isLeft && key != juce::KeyPress::rightKey) return ScreenButton::takeKey(key);
     if (stepped) stepped(isLeft ? -1 : 1);
     return true;
 }

@@ -14,12 +14,12 @@ public:
     void show(const PresetShown& shown, const LayoutMeasures& measures, double scale);
     /// Left or right arrow: -1, +1.
     std::function<void(int by)> stepped = {};
-    bool keyPressed(const juce::KeyPress& key) override;
 
     /// Of its texts, pixels.
     int textWidth() const noexcept { return textWidth_; }
 
 protected:
+    bool takeKey(const juce::KeyPress& key) override;
     void paintSign(juce::Graphics& graphics, juce::Rectangle<float> cell, Color sign) override;
 
 private:

@@ -12,7 +12,7 @@ constexpr double kPlayIcon = 20, kIcon = 20, kArrowIcon = 18, kWord = 12; // uni
 } // namespace
 
 TopArea::TopArea(ScreenContext& context)
-    : ScreenArea(context), transport_(context), preset_(context), sample_(context), music_(context),
+    : context_(context), transport_(context), preset_(context), sample_(context), music_(context),
       edits_(context), buttons_{ScreenButton(context, "Play", ""),
                                 ScreenButton(context, "Rewind", ""),
                                 ScreenButton(context, "Freeze", ""),
@@ -38,14 +38,14 @@ TopArea::TopArea(ScreenContext& context)
     addAndMakeVisible(bar_);
     addAndMakeVisible(settings_);
     locate_.pressed = [this] {
-        if (this->context().locateSample) this->context().locateSample();
+        if (context_.locateSample) context_.locateSample();
     };
     // By the eye's order; else what is higher by a pixel would come first.
     for (int i = 0; i < getNumChildComponents(); ++i)
         getChildComponent(i)->setExplicitFocusOrder(i + 1);
     settings_.setFace({.isBare = true});
     settings_.pressed = [this] {
-        if (this->context().openSettings) this->context().openSettings();
+        if (context_.openSettings) context_.openSettings();
     };
 }
 
@@ -94,9 +94,9 @@ void TopArea::openSampleMenu() {
 }
 
 void TopArea::openMenu(const juce::Component& below, std::vector<MenuRow> rows) {
-    if (!context().openMenu) return;
+    if (!context_.openMenu) return;
     const auto at = below.getBounds() + getPosition();
-    context().openMenu({at.getX(), at.getY(), at.getWidth(), at.getHeight()}, std::move(rows));
+    context_.openMenu({at.getX(), at.getY(), at.getWidth(), at.getHeight()}, std::move(rows));
 }
 
 void TopArea::layOut(const ScreenLayout& layout) {

@@ -15,7 +15,7 @@
 namespace zephyra {
 
 /// Message thread.
-class TopArea final : public ScreenArea {
+class TopArea final : public juce::Component, public ScreenArea {
 public:
     explicit TopArea(ScreenContext& context);
 
@@ -42,6 +42,7 @@ private:
     /// Of signs and words, against their size in the regular step.
     double large() const { return layout_.measures.buttonSize / 32.0; }
 
+    ScreenContext& context_;
     Transport transport_;
     PresetLine preset_;
     SampleLine sample_;

@@ -1,6 +1,9 @@
 // What every control of the window has in common, and what single ones do besides.
 #include "screens/foot/foot_area.h"
+#include "screens/meter/meter_area.h"
 #include "screens/path/section_switch.h"
+#include "screens/stage/stage_area.h"
+#include "screens/strip/scope_view.h"
 #include "screens/top/music_button.h"
 #include "screens/top/preset_button.h"
 #include "tests/screens/no_display.h"
@@ -36,6 +39,12 @@ struct Controls : testing::Test {
                 false};
     }
 
+    static juce::Component* titled(juce::Component& in, const juce::String& title) {
+        for (juce::Component* const child : in.getChildren())
+            if (child->getTitle() == title) return child;
+        return nullptr;
+    }
+
     const juce::ScopedJuceInitialiser_GUI juce;
     HostedPlugin plugin{PluginKind::instrument};
     ScreenSource source{plugin};
@@ -48,11 +57,12 @@ TEST_F(Controls, TellWhatTheyDoWhileAHandIsNearAndFrameWhatTabReached) {
     ScreenButton button(context, "Freeze", "Freezes");
     SectionSwitch section(context, ControlId::echoSwitch, SwitchShape::pill,
                           [&](ControlId) { ++flips; });
+    ScopeView scope(context);
     button.pressed = [&] { ++flips; };
     button.setSwitch(true);
     const auto access = [](auto& control) { return control.createAccessibilityHandler(); };
     const std::pair<ScreenControl*, std::unique_ptr<juce::AccessibilityHandler>> controls[] = {
-        {&button, access(button)}, {&section, access(section)}};
+        {&button, access(button)}, {&section, access(section)}, {&scope, access(scope)}};
     for (const auto& [control, handler] : controls) {
         SCOPED_TRACE(control->getTitle().toStdString());
         ASSERT_NE(control->help(), "");
@@ -75,6 +85,7 @@ TEST_F(Controls, TellWhatTheyDoWhileAHandIsNearAndFrameWhatTabReached) {
         EXPECT_TRUE(handler->getActions().invoke(juce::AccessibilityActionType::toggle));
     }
     EXPECT_EQ(flips, 2);
+    EXPECT_FALSE(context.settings.showsScope);
 }
 
 TEST_F(Controls, ThePresetsNameStepsByArrowsAndOpensByReturn) {
@@ -104,15 +115,58 @@ TEST_F(Controls, MoveTheTempoByTheLeftButtonAlone) {
     }
 }
 
-TEST_F(Controls, SayNothingOfTheFootOnceThePointerHasLeftIt) {
+TEST_F(Controls, LeaveKeysWithCtrlOrAltToTheWindowAndItsHost) {
     const auto tells = context.help;
+    StageArea stage(context);
+    MeterArea meter(context);
     FootArea area(context);
     context.help = tells;
+    PresetButton preset(context);
+    preset.stepped = [](int) {};
+    const std::pair<juce::Component&, int> keys[] = {
+        {stage, juce::KeyPress::rightKey},
+        {stage, '0'},
+        {*stage.getChildComponent(0), juce::KeyPress::homeKey},
+        {meter, juce::KeyPress::returnKey},
+        {preset, juce::KeyPress::leftKey},
+        {*titled(area, "Dropped grains"), juce::KeyPress::returnKey}};
+    for (const auto& [at, key] : keys) {
+        SCOPED_TRACE(at.getTitle());
+        const auto letter = static_cast<juce::juce_wchar>(key);
+        EXPECT_TRUE(at.keyPressed(juce::KeyPress(key, 0, letter)));
+        for (const int held : {juce::ModifierKeys::ctrlModifier, juce::ModifierKeys::altModifier})
+            EXPECT_FALSE(at.keyPressed(juce::KeyPress(key, held, letter)));
+    }
+}
+
+TEST_F(Controls, FrameAgainWhatGetsTheKeyboardBackFromADialog) {
+    ScreenButton button(context, "Undo", "Undoes");
+    button.focusGained(juce::Component::focusChangedByTabKey);
+    button.focusLost(juce::Component::focusChangedDirectly);
+    button.focusGained(juce::Component::focusChangedDirectly);
+    EXPECT_TRUE(button.showsFocus());
+    button.focusGained(juce::Component::focusChangedByMouseClick);
+    button.focusGained(juce::Component::focusChangedDirectly);
+    EXPECT_FALSE(button.showsFocus());
+}
+
+TEST_F(Controls, ReadTheFootsFiguresToWhoCannotSeeThem) {
+    FootArea area(context);
     area.layOut(layOut(1100, 700, 1.0));
-    for (float x = 1099; x > 0 && foot.empty(); --x) area.mouseMove(mouse(area, {x, 10}));
-    EXPECT_NE(foot, "");
-    area.mouseExit(mouse(area));
-    EXPECT_EQ(foot, "");
+    readFrameOf(source);
+    area.frame({});
+    for (const auto& [title, value, help] :
+         {std::tuple{"CPU share", "CPU 0 %", HelpId::cpu},
+          std::tuple{"Dropped grains", "0 dropped", HelpId::dropped}}) {
+        auto* const figure = dynamic_cast<FootFigure*>(titled(area, title));
+        ASSERT_NE(figure, nullptr) << title;
+        EXPECT_EQ(figure->getDescription(), value);
+        EXPECT_EQ(figure->getHelpText().toStdString(), helpText(help));
+        EXPECT_TRUE(figure->getWantsKeyboardFocus());
+        EXPECT_EQ(figure->createAccessibilityHandler()->getActions().invoke(
+                      juce::AccessibilityActionType::press),
+                  help == HelpId::dropped);
+    }
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // The stage as it is painted: what moves, what stands still, and what stands over it.
+#include "screens/draw/screen_button.h"
 #include "screens/stage/stage_area.h"
 #include "tests/screens/no_display.h"
 #include "tests/screens/read_frame.h"
@@ -181,10 +182,10 @@ TEST_F(PaintedStage, SaysWhatIsMissingAndOffersToLocateIt) {
     ASSERT_NE(notice, nullptr);
     EXPECT_EQ(notice->getHelpText(), "Lost Bells.wav is missing");
     EXPECT_TRUE(area.getLocalBounds().contains(notice->getBounds()));
-    auto* const button = dynamic_cast<juce::Button*>(notice->getChildComponent(0));
+    auto* const button = dynamic_cast<ScreenButton*>(notice->getChildComponent(0));
     ASSERT_NE(button, nullptr);
     EXPECT_TRUE(notice->getLocalBounds().contains(button->getBounds()));
-    button->triggerClick();
+    button->press();
     while (juce::dispatchNextMessageOnSystemQueue(true)) {
     }
     EXPECT_EQ(located, 1);
