@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
+#include <utility>
 #include <vector>
 
 namespace zephyra {
@@ -63,8 +64,11 @@ TEST(Palette, TextIsReadOnEverySurface) {
             EXPECT_GE(contrast(text, surface), 4.5);
     for (const Color fill : {kArc, kAccent}) EXPECT_GE(contrast(kInk, fill), 4.5);
     EXPECT_NEAR(contrast(kBright, kGround), 17.7, 0.05); // as drawn
-    EXPECT_EQ(pitch(0.0), hex(0xFFE3A3));
-    EXPECT_EQ(pitch(-99.0), hex(0xE23D6D));
+    const std::pair<double, Color> scale[] = {
+        {-99, hex(0xE23D6D)}, {-24, hex(0xE23D6D)}, {-16, hex(0xF4665A)},
+        {-8, hex(0xFF9B54)},  {0, hex(0xFFE3A3)},   {4, blend(hex(0xFFE3A3), hex(0x6FE0B0, 0.5f))},
+        {8, hex(0x6FE0B0)},   {16, hex(0x3FB6E8)},  {99, hex(0x7C7BFF)}};
+    for (const auto& [semitones, color] : scale) EXPECT_EQ(pitch(semitones), color) << semitones;
 }
 
 } // namespace zephyra

@@ -1,4 +1,5 @@
 // What the stage shows: columns of a sound, grains as they sound, pitch, times, and what changed.
+#include "screens/model/slow_tick.h"
 #include "screens/model/stage/dirty_boxes.h"
 #include "screens/model/stage/grain_clock.h"
 #include "screens/model/stage/grain_cloud.h"
@@ -286,6 +287,33 @@ TEST(DirtyBoxes, CoverAllThatChangedInAFew) {
     dirty.add({900, 400, 5, 5}); // far away
     dirty.add({20, 12, 5, 5});
     EXPECT_EQ(dirty.take(), (std::vector<Box>{{900, 400, 5, 5}, {10, 10, 15, 7}}));
+}
+
+TEST(DirtyBoxes, AreFewAndCheapInAreasOfAnySize) {
+    DirtyBoxes dirty;
+    const std::size_t reserved = dirty.take().capacity();
+    dirty.setArea(100'000, 100'000);
+    for (int i = 0; i < 300; ++i) dirty.add({i * 7919 % 300 * 300, i * 300, 5, 5});
+    EXPECT_LE(dirty.take().size(), DirtyBoxes::kMost);
+    dirty.take();
+    EXPECT_EQ(dirty.take().capacity(), reserved); // nothing is allocated
+    for (const auto& [width, gap, boxes] :
+         {std::tuple{1000, 390, 1u}, {1000, 410, 2u}, {4000, 140, 1u}, {4000, 160, 2u}}) {
+        dirty.setArea(width, 1000);
+        dirty.add({0, 0, 10, 10});
+        dirty.add({0, 10 + gap, 10, 10});
+        EXPECT_EQ(dirty.take().size(), boxes) << width << ' ' << gap;
+    }
+}
+
+TEST(SlowTick, ComesAtOnceThenEveryThirdOfSixtyFramesAsUnevenAsTheyAre) {
+    SlowTick tick;
+    std::string ticks;
+    for (const double frame : {1.0, 1.0, 1.0, 1.0, 1.2, 0.7, 0.9, 1.0, 1.0, 1.0, 1.0}) {
+        tick.advance(frame / 60.0);
+        ticks += tick.isNow() ? 'x' : '.';
+    }
+    EXPECT_EQ(ticks, "x..x..x..x.");
 }
 
 } // namespace

@@ -277,10 +277,11 @@ TEST_F(StageUnderFingers, TwoTogetherZoomAndLeaveTheScanWhereItWas) {
     EXPECT_NEAR(view.span(), 0.5, 1e-9);
     fingers.began(3, {10, 10}, 2.1); // nothing
     pinch(500, 500);                 // no farther in than two fingers' width
-    EXPECT_LE(view.span(), 1.0);
+    fingers.moved(2, {500 + 2 * StageFingers::kLeastApart, 200}, 2.2);
+    EXPECT_NEAR(view.span(), 0.5, 1e-9);
     fingers.ended(1, 3.0);
     const StageView left = view;
-    fingers.moved(2, {0, 0}, 3.1);
+    fingers.moved(2, {0, 0}, 3.1); // has nothing to zoom with
     fingers.moved(3, {0, 0}, 3.1);
     EXPECT_EQ(view, left);
     fingers.ended(2, 3.2);

@@ -142,6 +142,47 @@ TEST_F(PaintedStage, AScanIsRedWhileItMovesOrIsAboutTo) {
     EXPECT_FALSE(area.scene().contents.isPlaying); // it waits for the bar
 }
 
+TEST_F(PaintedStage, ReducedMotionStopsWhatMovesForDecoration) {
+    play();
+    const StageScene& scene = area.scene();
+    EXPECT_GT(scene.trail.size(), 0u);
+    plugin.set(ControlId::freeze, 1.0f);
+    frames(160);
+    EXPECT_EQ(scene.trail.size(), 0u);
+    area.keyPressed(juce::KeyPress(juce::KeyPress::rightKey)); // a hand leaves no trail
+    frames(2);
+    EXPECT_EQ(scene.trail.size(), 0u);
+    plugin.set(ControlId::freeze, 0.0f);
+    frames(30);
+    context.settings.reducedMotion = true;
+    source.asMain([this](AudioUnitViewController&) {
+        plugin.system().stream().setDisplayed(ControlId::pitch, 23.0f);
+        plugin.system().stream().setDisplayed(ControlId::rndPitch, 0.0f);
+    });
+    area.hands().pressed(1, 0.5, 0.5, 1.0, false);
+    frames(12);
+    EXPECT_EQ(scene.trail.size(), 0u);
+    EXPECT_TRUE(area.grains().ended().empty());
+    EXPECT_EQ(scene.axis.range(), 24.0); // with no glide
+    ASSERT_TRUE(scene.hold.shown());
+    EXPECT_EQ(scene.hold.shown()->growth, 1.0);
+}
+
+TEST_F(LiveStage, ShowsAllOfANewSoundAndOfANewSource) {
+    for (const char* const file : {"Blackbird.mp3", "Zephyra_Sample08.mp3", ""}) {
+        const bool live = !*file;
+        area.keyPressed(juce::KeyPress(juce::KeyPress::upKey));
+        frames(1);
+        EXPECT_FALSE(area.scene().view.isWhole());
+        plugin.set(ControlId::live, live ? 1.0f : 0.0f);
+        if (!live) plugin.loadSample(fs::path(ZEPHYRA_SOURCE_DIR) / "resources" / file);
+        plugin.system().instance.runLoop.finishWork();
+        frames(5);
+        EXPECT_EQ(area.scene().contents.isLive, live);
+        EXPECT_TRUE(area.scene().view.isWhole()) << file;
+    }
+}
+
 TEST_F(PaintedStage, PaintsWhatMovedAsItPaintsAll) {
     source.asMain([this](AudioUnitViewController&) { // the flag meets every label of the ruler
         plugin.system().stream().setDisplayed(ControlId::scanning, 4.0f);

@@ -38,10 +38,13 @@ TEST_F(Translated, KeepsIdentitiesPlacesAndTimes) {
     translation.take(raw(XI_TouchUpdate, 5, 30, 40, 4));
     translation.take(raw(XI_TouchBegin, 6, 50, 60, 4));
     translation.take(raw(XI_TouchEnd, 5, 31, 41, 104));
-    ASSERT_EQ(told.size(), 4u);
+    translation.setScreens({kScreen, kPad});
+    translation.take(raw(XI_TouchBegin, 6, 50, 60, 104, kPad)); // with the number of another's
+    ASSERT_EQ(told.size(), 5u);
+    EXPECT_NE(told[4].id, told[2].id);
     constexpr std::array kPhases = {TouchPhase::began, TouchPhase::moved, TouchPhase::began,
                                     TouchPhase::ended};
-    for (std::size_t i = 0; i < told.size(); ++i) EXPECT_EQ(told[i].phase, kPhases[i]) << i;
+    for (std::size_t i = 0; i < kPhases.size(); ++i) EXPECT_EQ(told[i].phase, kPhases[i]) << i;
     EXPECT_EQ(told[0].at, (Point{10.5, 20.25}));
     EXPECT_EQ(told[0].id, told[3].id);
     EXPECT_NE(told[0].id, told[2].id);
@@ -60,6 +63,7 @@ TEST_F(Translated, IgnoresOtherWindowsDevicesAndEvents) {
 TEST_F(Translated, CancelsFingersOfAScreenThatIsGone) {
     translation.setScreens({kScreen, 7});
     translation.take(raw(XI_TouchBegin, 5, 1, 2, 1));
+    translation.take(raw(XI_TouchUpdate, 5, 8, 9, 1));
     translation.take(raw(XI_TouchBegin, 6, 3, 4, 1, 7));
     translation.take(raw(XI_TouchBegin, 8, 1, 2, 1));
     translation.take(raw(XI_TouchEnd, 8, 1, 2, 1));
@@ -67,7 +71,7 @@ TEST_F(Translated, CancelsFingersOfAScreenThatIsGone) {
     translation.setScreens({7});
     ASSERT_EQ(told.size(), 1u);
     EXPECT_EQ(told[0].phase, TouchPhase::cancelled);
-    EXPECT_EQ(told[0].at, (Point{1, 2}));
+    EXPECT_EQ(told[0].at, (Point{8, 9})); // where it was last
     translation.take(raw(XI_TouchUpdate, 5, 1, 1, 2));
     EXPECT_EQ(told.size(), 1u);
 }
