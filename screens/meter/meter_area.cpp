@@ -55,8 +55,11 @@ void MeterArea::update(std::size_t channel) {
     const Box& bar = boxes_.bars[channel];
     const MeterPixels now = meterPixels(model_.meter().channels()[channel], bar);
     const MeterPixels before = std::exchange(painted_[channel], now);
-    if (now.clipped != before.clipped) repaint(brush::rectangle(boxes_.clips[channel]));
     int top = bar.bottom(), bottom = bar.y;
+    if (now.clipped != before.clipped) {
+        repaint(brush::rectangle(boxes_.clips[channel]));
+        top = bottom = now.hold; // whose line has another colour, too
+    }
     const auto span = [&](int from, int to) {
         if (from == to) return;
         top = juce::jmin(top, from, to);

@@ -33,9 +33,9 @@ class PictureWindow::Peer final : public juce::ComponentPeer {
 public:
     Peer(juce::Component& of, int flags) : ComponentPeer(of, flags) {}
 
-    int takeRepaints() { return std::exchange(repaints_, 0); }
+    juce::RectangleList<int> takeRepaints() { return std::exchange(repaints_, {}); }
 
-    void repaint(const juce::Rectangle<int>&) override { ++repaints_; }
+    void repaint(const juce::Rectangle<int>& area) override { repaints_.addWithoutMerging(area); }
     void performAnyPendingRepaintsNow() override {}
     juce::Rectangle<int> getBounds() const override { return component.getLocalBounds(); }
     juce::Point<float> localToGlobal(juce::Point<float> at) override { return at; }
@@ -66,7 +66,7 @@ public:
 private:
     void textInputRequired(juce::Point<int>, juce::TextInputTarget&) override {}
 
-    int repaints_ = 0;
+    juce::RectangleList<int> repaints_;
     bool isFocused_ = false;
 };
 
@@ -97,7 +97,14 @@ PictureWindow::Peer& PictureWindow::peer() const {
 }
 
 int PictureWindow::takeRepaints() {
-    return peer().takeRepaints();
+    return peer().takeRepaints().getNumRectangles();
+}
+
+void PictureWindow::repaintInto(juce::Image& picture) {
+    juce::RectangleList<int> areas;
+    for (const auto& area : peer().takeRepaints()) areas.add(area); // none twice
+    juce::LowLevelGraphicsSoftwareRenderer context(picture, {}, areas);
+    draw(context);
 }
 
 void PictureWindow::draw(juce::LowLevelGraphicsContext& context) {

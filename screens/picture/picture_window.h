@@ -19,6 +19,8 @@ public:
     void draw(juce::LowLevelGraphicsContext& context);
     /// How many areas were asked to be painted since the last call.
     int takeRepaints();
+    /// Draws those areas, and no others, over an earlier picture of the window.
+    void repaintInto(juce::Image& picture);
 
     void moveTo(juce::Point<float> at);
     void press(juce::Point<float> at);

@@ -3,8 +3,6 @@
 #include "screens/draw/brush.h"
 #include "screens/draw/switch_access.h"
 
-#include <utility>
-
 namespace zephyra {
 
 namespace {
@@ -52,7 +50,8 @@ void StripView::frame(const FrameTime& time) {
     else
         picture_.clear();
     for (const Box& box : picture_.takeChanges()) repaint(brush::rectangle(box));
-    if (std::exchange(wasOn_, isOn()) != wasOn_) repaint();
+    if (isOn() != wasOn_) repaint();
+    wasOn_ = isOn();
 }
 
 void StripView::paint(juce::Graphics& graphics) {
