@@ -55,7 +55,6 @@ void FingerAsMouse::touchEnded(const TouchEvent& event, int) {
 void FingerAsMouse::touchCancelled(const TouchEvent&) {
     isDown_ = false;
     if (!std::exchange(presses_, false)) return;
-    tell(Source::offscreenMousePos, Keys::leftButtonModifier);
     leave();
 }
 

@@ -28,15 +28,14 @@ bool StageFingers::beginsZoom(double time) const {
 }
 
 void StageFingers::began(TouchId id, Point at, double time) {
-    cancelled(id, time);
+    if (isZooming()) return; // nothing is for a third
     if (beginsZoom(time)) return beginZoom({id, at, Does::zoom}, time);
-    const bool zooming = isZooming();
     if (fingers_.empty()) {
         scanBefore_ = hands_.scan();
         beganAt_ = time;
     }
-    fingers_.push_back({id, at, zooming ? Does::nothing : Does::scrub});
-    if (!zooming) hands_.pressed(id, at.x / width_, at.y / height_, time, false);
+    fingers_.push_back({id, at, Does::scrub});
+    hands_.pressed(id, at.x / width_, at.y / height_, time, false);
 }
 
 void StageFingers::beginZoom(const Finger& second, double time) {

@@ -22,6 +22,7 @@ public:
     /// The stage's pixels, and the seconds of the sound on it.
     void setStage(double width, double height, double soundSeconds);
 
+    /// id: of a finger that is not on it, as TouchRouter sees to.
     void began(TouchId id, Point at, double time);
     void moved(TouchId id, Point at, double time);
     void ended(TouchId id, double time);
