@@ -178,6 +178,27 @@ TEST_F(Hands, TypeIntoWhatIsOpenOverTheWindow) {
     EXPECT_EQ(value(freeze) + value(playStop), 0.0f);
 }
 
+TEST_F(Hands, SwitchTracesOffAndLeaveNothingOfThem) {
+    window.click(middle("Play"));
+    scene.play(0.5);
+    for (const char* const title : {"Spectrum", "Scope"}) {
+        const auto traced = [&] { // pixels that are lighter than grid and letters
+            const juce::Component& strip = *scene.findTitled(title);
+            const auto box = window.getLocalArea(&strip, strip.getLocalBounds()).reduced(2);
+            const juce::Image picture = window.picture();
+            int found = 0;
+            for (int y = box.getY(); y < box.getBottom(); ++y)
+                for (int x = box.getX(); x < box.getRight(); ++x)
+                    found += picture.getPixelAt(x, y).getBlue() > 165;
+            return found;
+        };
+        EXPECT_GT(traced(), 20) << title;
+        window.click(middle(title));
+        scene.play(0.1);
+        EXPECT_EQ(traced(), 0) << title;
+    }
+}
+
 TEST_F(Hands, PaintNothingWhereNothingMoves) {
     const auto asked = [&](bool renders) {
         window.takeRepaints();
@@ -195,6 +216,9 @@ TEST_F(Hands, PaintNothingWhereNothingMoves) {
     EXPECT_GT(asked(true), 55);
     plugin.setParameter(static_cast<AUParameterAddress>(playStop), 0.0f);
     scene.play(6.0); // until what ended has faded, and meters are down
+    EXPECT_EQ(asked(false), 0);
+    press(',', juce::ModifierKeys::commandModifier);
+    scene.frames(2);
     EXPECT_EQ(asked(false), 0);
 }
 
