@@ -215,6 +215,7 @@ TEST_F(Faces, ShowSectionsLocksAndVoices) {
     EXPECT_FALSE(face(leftDelay).isOff);
     EXPECT_TRUE(model.sync().echo && model.face(density).isLocked);
     EXPECT_EQ(model.voices().name(), "3 grains");
+    EXPECT_EQ(VoicesFace{.count = 1}.name(), "1 grain");
     EXPECT_EQ(model.voices().dots[0], (VoicesFace::Dot{7.0f, 8}));
     EXPECT_EQ(model.voices().dots[1], (VoicesFace::Dot{-3.0f, 1}));
     EXPECT_FALSE(model.voices().dropped);

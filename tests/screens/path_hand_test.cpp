@@ -9,8 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 namespace zephyra {
 namespace {
 
@@ -159,6 +157,37 @@ TEST_F(Hands, StepWithWheelAndKeysAsOneGesture) {
     EXPECT_FLOAT_EQ(plugin.system().view.baseValue(knob(width)), 0.25f + 0.02f);
     EditLine(context).press(EditButton::randomize); // is an edit of its own
     EXPECT_EQ(plugin.system().view.edits.undoName(), "Randomise");
+}
+
+TEST_F(Hands, LeaveNothingUnderWayBehindThem) {
+    for (const bool steps : {false, true}) {
+        heard(), edits.clear();
+        {
+            KnobHand gone(context);
+            if (steps) gone.turn(width, 1, Fineness::coarse, 0.0);
+            EXPECT_TRUE(steps || gone.begin(5, width, {0, 0}, kCentre));
+        }
+        EXPECT_FALSE(knob(width).isTracking());
+        EXPECT_EQ(edits, "(Width)");
+        EXPECT_TRUE(heard().ends_with(']' + std::to_string(static_cast<int>(width))));
+    }
+    EXPECT_EQ(context.hands, std::vector{&hand});
+    edits.clear();
+    hand.turn(width, 1, Fineness::coarse, 0.0);
+    hand.begin(1, pitch, {0, 0}, kCentre); // ends the steps of another
+    EXPECT_EQ(edits, "(Width)(Pitch");
+    const float before = displayed(pitch);
+    hand.turn(pitch, 1, Fineness::coarse, 0.1); // which is held
+    EXPECT_EQ(displayed(pitch), before);
+    hand.end(1);
+    const float first = displayed(quarters);
+    for (const float moved : {0.0f, 1.0f, 2.0f, 3.0f}) { // a smooth wheel
+        hand.turn(quarters, 0.75, Fineness::coarse, 1.0);
+        EXPECT_EQ(displayed(quarters), first + moved);
+    }
+    hand.lock(width, true);
+    for (const MenuRow& row : knobMenu(context, hand, width, calls))
+        EXPECT_EQ(row.isEnabled, row.text != "Randomise") << row.text;
 }
 
 TEST_F(Hands, TypeValuesInAnyUnit) {

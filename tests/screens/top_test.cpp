@@ -1,5 +1,6 @@
 // The top's buttons and lines on a real instance: what they show, and what hands do there.
 #include "hosting/gesture_listener.h"
+#include "screens/model/help_texts.h"
 #include "screens/model/top/edit_line.h"
 #include "screens/model/top/music_line.h"
 #include "screens/model/top/preset_line.h"
@@ -50,8 +51,11 @@ TEST(TopTransport, PressesReachTheEngineAndAreGesturesOfAHost) {
         heard += "=[]"[static_cast<int>(event.eventType)];
         heard += std::to_string(event.address);
     });
+    std::string edits;
+    window.context.beginEdit = [&](const std::string& name) { edits += name + " "; };
     window.settle();
     EXPECT_EQ(window.transport.shown().play, PlayState::playing); // as an effect begins
+    EXPECT_EQ(window.transport.shown().help(live), helpText(HelpId::liveOn));
     EXPECT_EQ(window.light(live), ButtonLight::alive);
     window.press(freeze);
     EXPECT_EQ(window.light(freeze), ButtonLight::on);
@@ -59,6 +63,7 @@ TEST(TopTransport, PressesReachTheEngineAndAreGesturesOfAHost) {
     window.press(live);
     EXPECT_EQ(window.light(live), ButtonLight::off);
     EXPECT_EQ(std::exchange(heard, {}), "[23=23]23");
+    EXPECT_EQ(edits, "Freeze LIVE ");
     window.press(play);
     EXPECT_EQ(window.transport.shown().play, PlayState::fadingOut);
     EXPECT_EQ(std::exchange(heard, {}), "[21=21]21");
@@ -95,10 +100,14 @@ TEST(TopTransport, WaitsForTheBarAndBlinksWithTheBeat) {
     window.press(rewind); // a short press rewinds at once
     EXPECT_EQ(window.light(rewind), ButtonLight::off);
     window.transport.touch(rewind, ButtonTouch::down);
+    window.frame(Transport::kHold / 2);
+    window.frame(0.0);
+    EXPECT_EQ(window.light(rewind), ButtonLight::off);
     window.frame(Transport::kHold);
     window.transport.touch(rewind, ButtonTouch::inside);
     window.frame();
     EXPECT_EQ(window.light(rewind), ButtonLight::armed);
+    EXPECT_EQ(window.transport.shown().value(rewind), "armed");
 }
 
 TEST(TopTransport, LiveIsUnavailableWithoutAnInput) {
@@ -114,9 +123,17 @@ TEST(TopMusic, TellsTheHostsBarElseAnOwnTempo) {
     window.settle();
     EXPECT_EQ(window.music.shown().source(), "bpm, own");
     EXPECT_FALSE(window.music.shown().hasBars);
+    const auto own = [&] {
+        window.frame();
+        return window.music.shown().tempo;
+    };
     window.music.step(2);
-    window.frame();
-    EXPECT_EQ(window.music.shown().tempo, "120.50");
+    EXPECT_EQ(own(), "120.50");
+    window.music.step(-4);
+    EXPECT_EQ(own(), "119.50");
+    window.music.beginDrag();
+    window.music.drag(40.0);
+    EXPECT_GT(std::stod(own()), 120.0);
     struct Row {
         PluginTransport told;
         std::string bar;
@@ -124,7 +141,8 @@ TEST(TopMusic, TellsTheHostsBarElseAnOwnTempo) {
     };
     const Row rows[] = {{{.tempo = 96.0, .numerator = 4.0, .beats = 66.5}, "17.3", 4},
                         {{.numerator = 6.0, .denominator = 8.0, .beats = 2.6}, "1.6", 6},
-                        {{.numerator = 3.0, .denominator = 4.0, .beats = -1.0}, "0.3", 3}};
+                        {{.numerator = 3.0, .denominator = 4.0, .beats = -1.0}, "0.3", 3},
+                        {{.numerator = 12.0, .denominator = 8.0, .beats = 0.0}, "1.1", 8}};
     for (const Row& row : rows) {
         window.HostedPlugin::transport = row.told;
         window.settle();
@@ -133,6 +151,11 @@ TEST(TopMusic, TellsTheHostsBarElseAnOwnTempo) {
     }
     EXPECT_EQ(window.music.shown().tempo, "96.00");
     EXPECT_EQ(window.music.shown().source(), "bpm, host");
+    const auto kept = [&] { return window.system().view.assignments.tempo.value(); };
+    const auto before = kept();
+    window.music.step(4); // what nobody would hear
+    window.music.drag(-40.0);
+    EXPECT_EQ(kept(), before);
 }
 
 TEST(TopPreset, StepsThroughBanksByArrowsAndMenu) {
@@ -189,6 +212,7 @@ TEST(TopEdits, ReachTheHistoryAndBothVersions) {
     const float before = window.value(ControlId::density);
     window.edits.press(EditButton::compareB);
     window.edits.randomizeMenu().back().chosen(); // all the way
+    EXPECT_TRUE(window.edits.randomizeMenu().back().isTicked);
     window.settle();
     const float drawn = window.value(ControlId::density);
     EXPECT_NE(drawn, before);
@@ -205,6 +229,8 @@ TEST(TopEdits, ReachTheHistoryAndBothVersions) {
 TEST(TopSample, NamesWhatGrainsAreCutFrom) {
     EXPECT_EQ(soundFacts(12.04, 44100.0, 1), "12.0 s   44.1 kHz   mono");
     EXPECT_EQ(soundFacts(59.96, 0.0, 0), "1:00 min");
+    EXPECT_EQ(soundFacts(130.0, 0.0, 0), "2:10 min");
+    EXPECT_EQ(soundFacts(3600.0, 48000.0, 3), "1:00:00 h   48 kHz   3 channels");
     EXPECT_EQ(soundFacts(3725.0, 22050.0, 2), "1:02:05 h   22.05 kHz   stereo");
     Window window;
     window.settle();
