@@ -187,7 +187,7 @@ TEST_F(Hands, LeaveNothingUnderWayBehindThem) {
     }
     hand.lock(width, true);
     for (const MenuRow& row : knobMenu(context, hand, width, calls))
-        EXPECT_EQ(row.isEnabled, row.text != "Randomise") << row.text;
+        EXPECT_TRUE(row.text != "Randomise" || !row.isEnabled);
 }
 
 TEST_F(Hands, TypeValuesInAnyUnit) {
