@@ -147,6 +147,7 @@ TEST_F(Stage, AMarkGrowsWhileAFingerRestsAndStandsWhileItHolds) {
         }
         return mark.shown();
     };
+    frames(1); // time passes by blocks from the first one on
     hands.pressed(1, 0.5, 0.25, 0.0, false);
     EXPECT_FALSE(frames(6)); // as long as a click
     const auto young = frames(10), old = frames(8);
