@@ -29,6 +29,7 @@ ZephyraScreen::ZephyraScreen(PluginInstance& plugin, const ScreenSettings& setti
     }
     addMouseListener(this, true); // also of what stands in it
     setWantsKeyboardFocus(true);
+    setFocusContainerType(FocusContainerType::keyboardFocusContainer); // itself is no stop
     touches_.followWindow();
     setSize(ScreenLayout::kStartWidth, ScreenLayout::kStartHeight);
     display_ = std::make_unique<juce::VBlankAttachment>(
@@ -59,7 +60,12 @@ void ZephyraScreen::parentHierarchyChanged() {
 
 bool ZephyraScreen::keyPressed(const juce::KeyPress& key) {
     context_.isByKeys = true;
-    return services_.perform(key);
+    if (services_.perform(key)) return true;
+    if (key.getKeyCode() != juce::KeyPress::tabKey || !hasKeyboardFocus(false)) return false;
+    const auto all = juce::KeyboardFocusTraverser().getAllComponents(this);
+    const bool isBack = key.getModifiers().isShiftDown();
+    if (!all.empty()) (isBack ? all.back() : all.front())->grabKeyboardFocus();
+    return true;
 }
 
 void ZephyraScreen::mouseDown(const juce::MouseEvent&) {

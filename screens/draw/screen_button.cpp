@@ -9,7 +9,7 @@ namespace zephyra {
 
 namespace {
 
-constexpr double kFrameUnits = 2.0, kArmedFrameUnits = 1.5;
+constexpr double kFrameUnits = 2.0, kArmedFrameUnits = 1.5, kGapUnits = 1.5;
 
 } // namespace
 
@@ -65,7 +65,9 @@ void ScreenButton::paint(juce::Graphics& graphics) {
     const auto cell = getLocalBounds().toFloat();
     graphics.fillAll(brush::colour(ground_));
     graphics.setColour(brush::colour(colors.fill));
-    if (colors.fill.alpha > 0.0f) graphics.fillRoundedRectangle(cell, px(corner_));
+    // A lit one is as bright as the frame: a gap parts them.
+    const auto body = showsFocus() ? cell.reduced(px(kFrameUnits + kGapUnits)) : cell;
+    if (colors.fill.alpha > 0.0f) graphics.fillRoundedRectangle(body, px(corner_));
     if (colors.frame.alpha > 0.0f) {
         const float width = px(showsFocus() ? kFrameUnits : kArmedFrameUnits);
         graphics.setColour(brush::colour(colors.frame));

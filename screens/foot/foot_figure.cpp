@@ -16,7 +16,8 @@ FootFigure::FootFigure(ScreenContext& context, const std::string& title, const s
 
 void FootFigure::place(const Box& box, double letters) {
     letters_ = letters;
-    setBounds(brush::rectangle(box));
+    inset_ = juce::roundToInt(letters / 3);
+    setBounds(brush::rectangle(box).expanded(inset_, 0)); // room for the frame
     repaint();
 }
 
@@ -31,7 +32,7 @@ void FootFigure::show(const std::string& text, Color color) {
 void FootFigure::paint(juce::Graphics& graphics) {
     graphics.setFont(brush::medium(letters_));
     graphics.setColour(brush::colour(color_));
-    graphics.drawText(brush::text(text_), getLocalBounds().toFloat(),
+    graphics.drawText(brush::text(text_), getLocalBounds().reduced(inset_, 0).toFloat(),
                       juce::Justification::centredRight, true);
     paintFocus(graphics, juce::jmax(1, juce::roundToInt(letters_ / 7)));
 }

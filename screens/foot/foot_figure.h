@@ -30,6 +30,7 @@ private:
     std::string text_;
     Color color_;
     double letters_ = 12.0;
+    int inset_ = 0; // of the text, pixels
 };
 
 } // namespace zephyra

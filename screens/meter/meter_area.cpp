@@ -137,11 +137,16 @@ void MeterArea::clear() {
 
 void MeterArea::mouseDown(const juce::MouseEvent& event) {
     if (!event.mods.isPopupMenu()) return clear();
-    if (context().openMenu)
-        context().openMenu({getX() + event.x, getY() + event.y, 0, 0}, displayMenu(context()));
+    openMenu({getX() + event.x, getY() + event.y, 0, 0});
+}
+
+void MeterArea::openMenu(const Box& at) {
+    if (context().openMenu) context().openMenu(at, displayMenu(context()));
 }
 
 bool MeterArea::takeKey(const juce::KeyPress& key) {
+    if (key == juce::KeyPress(juce::KeyPress::F10Key, juce::ModifierKeys::shiftModifier, 0))
+        return openMenu({getX(), getY(), getWidth(), 0}), true;
     if (key != juce::KeyPress::returnKey) return false;
     clear();
     return true;

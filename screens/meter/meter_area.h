@@ -27,6 +27,7 @@ private:
     void hoverChanged() override {}
     bool takeKey(const juce::KeyPress& key) override;
     void clear();
+    void openMenu(const Box& at); ///< below it
     void update(std::size_t channel);
     void paintScale(juce::Graphics& graphics) const;
     void paintChannel(juce::Graphics& graphics, std::size_t channel) const;

@@ -53,6 +53,7 @@ constexpr std::array<HelpText, kLast + 1> kTexts{{
     {regionStart, "Where in the sound the scan begins, in seconds"},
     {regionEnd, "Where in the sound the scan ends, in seconds"},
     {locateOnStage, "Choose the file that plays in place of the missing sound"},
+    {soundOnStage, "Load another sound; a file that is dropped does it, too", Shortcut::load},
     {missing, "@ is missing"},
     {meter, "Level of the output: rms light, peak dark, its highest above; click to reset, right-click to switch displays"},
     {spectrum, "Spectrum of the output, 30 Hz to 20 kHz in decibels; click to switch on and off"},

@@ -56,6 +56,7 @@ enum class HelpId : std::uint8_t {
     regionStart,
     regionEnd,
     locateOnStage,
+    soundOnStage,
     missing, ///< with the file's name
     meter,
     spectrum,

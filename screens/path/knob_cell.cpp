@@ -237,6 +237,7 @@ void KnobCell::openField(std::optional<juce::String> text) {
     field_ = std::make_unique<ValueField>(std::move(calls), place());
     addAndMakeVisible(*field_);
     field_->begin(text, brush::text(face_.text.whole()));
+    tell(helpText(HelpId::value));
     CellReach reach = this->reach();
     reach.showsNumber = false;
     setReach(reach);
@@ -251,6 +252,7 @@ void KnobCell::closeField() {
     reach.showsNumber = true;
     setReach(reach);
     if (hadFocus) grabKeyboardFocus();
+    tell(isHovered() || showsFocus() ? sentence() : std::string());
 }
 
 std::unique_ptr<juce::AccessibilityHandler> KnobCell::createAccessibilityHandler() {

@@ -196,6 +196,7 @@ void SettingRowView::openField() {
     addAndMakeVisible(*field_);
     field_->grabKeyboardFocus();
     field_->selectAll();
+    tell(helpText(HelpId::value));
     repaint();
 }
 

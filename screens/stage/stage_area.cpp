@@ -18,7 +18,7 @@ constexpr double kLaneShare = 1.03;     // of the axis, up to which bars are sta
 StageArea::StageArea(ScreenContext& context)
     : ScreenControl(context, "Scan"), reader_(context.source), hands_(context, scene_.view),
       start_(RegionEdge::start, context, hands_, scene_),
-      end_(RegionEdge::end, context, hands_, scene_), missing_(context) {
+      end_(RegionEdge::end, context, hands_, scene_), missing_(context), name_(context) {
     setOpaque(true);
     setHelp(helpText(HelpId::scan));
     setWantsKeyboardFocus(true);
@@ -26,6 +26,7 @@ StageArea::StageArea(ScreenContext& context)
     addAndMakeVisible(end_);
     addAndMakeVisible(start_);
     addChildComponent(missing_);
+    addChildComponent(name_);
 }
 
 StageArea::~StageArea() = default;
@@ -96,6 +97,7 @@ void StageArea::drawGround() {
     placeColumns(scene_, columns_, pyramid_.peak(), extents_);
     canvas_.ground.draw(scene_, extents_);
     canvas_.renew(scene_);
+    name_.follow(scene_);
     drawn_ = scene_;
     renews_ = false;
 }

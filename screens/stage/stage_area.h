@@ -9,6 +9,7 @@
 #include "screens/stage/missing_notice.h"
 #include "screens/stage/region_handle.h"
 #include "screens/stage/ruler.h"
+#include "screens/stage/sound_name.h"
 #include "screens/stage/stage_canvas.h"
 #include "screens/stage/stage_overlay.h"
 
@@ -69,6 +70,7 @@ private:
     Ruler ruler_;
     RegionHandle start_, end_;
     MissingNotice missing_;
+    SoundName name_;
     std::vector<WaveColumn> columns_;
     std::vector<WaveExtent> extents_;
     std::int64_t liveColumn_ = 0; // of live input, the first that is drawn

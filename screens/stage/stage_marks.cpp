@@ -55,6 +55,24 @@ void drawGrid(const StageScene& scene, const Pixels& pixels) {
     across(0, kZeroLine);
 }
 
+std::string nameOnStage(const StageScene& scene) {
+    const bool hasRoom = scene.layout.step != LayoutStep::compact; // in the top
+    if (hasRoom || !scene.contents.missing.empty()) return {};     // or a notice stands there
+    return scene.contents.isLive ? "Live input" : scene.contents.name;
+}
+
+Box nameBox(const StageScene& scene) {
+    const std::string name = nameOnStage(scene);
+    if (name.empty()) return {};
+    const double letters = scene.layout.measures.unitText;
+    const double start = std::min(scene.contents.regionStart, scene.contents.regionEnd);
+    const int x = std::max(scene.px(44), static_cast<int>(scene.x(start)) + scene.px(8));
+    const float width =
+        brush::regular(scene.units(letters)).getStringWidthFloat(brush::drawn(name));
+    return {x, scene.px(6), std::min(static_cast<int>(std::ceil(width)) + 1, scene.width() / 2),
+            scene.px(letters + 4)};
+}
+
 void drawMarkTexts(const StageScene& scene, juce::Graphics& graphics) {
     const LayoutMeasures& of = scene.layout.measures;
     graphics.setFont(brush::regular(scene.units(of.unitText)));
@@ -80,14 +98,10 @@ void drawMarkTexts(const StageScene& scene, juce::Graphics& graphics) {
         label(semitones);
         label(-semitones);
     }
-    const bool isNamed = scene.contents.missing.empty();       // or a notice stands there
-    if (isNamed && scene.layout.step == LayoutStep::compact) { // the top has no room for it
-        const double start = std::min(scene.contents.regionStart, scene.contents.regionEnd);
-        const int x = std::max(scene.px(44), static_cast<int>(scene.x(start)) + scene.px(8));
+    if (const Box name = nameBox(scene); name.width > 0) {
         graphics.setColour(brush::colour(palette::kText));
-        const juce::Rectangle<int> line(x, scene.px(6), scene.width() / 2, high);
-        brush::drawLine(graphics, scene.contents.isLive ? "Live input" : scene.contents.name,
-                        line.toFloat(), juce::Justification::centredLeft);
+        brush::drawLine(graphics, nameOnStage(scene), brush::floats(name),
+                        juce::Justification::centredLeft);
         graphics.setColour(brush::colour(palette::kFaint));
     }
     if (!scene.contents.isSynced) return;

@@ -15,6 +15,10 @@ namespace zephyra {
 void drawGrid(const StageScene& scene, const Pixels& pixels);
 /// The semitones at the left, the cells' numbers, and the sound's name where the top has no room.
 void drawMarkTexts(const StageScene& scene, juce::Graphics& graphics);
+/// The sound's name as the marks have it; empty where they have none.
+std::string nameOnStage(const StageScene& scene);
+/// Where its letters stand; empty for none.
+Box nameBox(const StageScene& scene);
 /// Darkens what lies outside the region.
 void darkenOutside(const StageScene& scene, const Pixels& pixels);
 

@@ -31,7 +31,7 @@ TopArea::TopArea(ScreenContext& context)
     wireTransport();
     wirePreset();
     addAndMakeVisible(sampleName_);
-    sampleName_.pressed = [this] { openSampleMenu(); };
+    sampleName_.pressed = [this] { sample_.press(boxOf(sampleName_)); };
     addAndMakeVisible(locate_);
     wireEdits();
     addAndMakeVisible(tempo_);
@@ -87,16 +87,13 @@ void TopArea::wireEdits() {
     };
 }
 
-void TopArea::openSampleMenu() {
-    auto rows = sample_.menu();
-    if (rows.size() > 1) return openMenu(sampleName_, std::move(rows));
-    if (rows.front().chosen) rows.front().chosen();
+Box TopArea::boxOf(const juce::Component& part) const {
+    const auto at = part.getBounds() + getPosition();
+    return {at.getX(), at.getY(), at.getWidth(), at.getHeight()};
 }
 
 void TopArea::openMenu(const juce::Component& below, std::vector<MenuRow> rows) {
-    if (!context_.openMenu) return;
-    const auto at = below.getBounds() + getPosition();
-    context_.openMenu({at.getX(), at.getY(), at.getWidth(), at.getHeight()}, std::move(rows));
+    if (context_.openMenu) context_.openMenu(boxOf(below), std::move(rows));
 }
 
 void TopArea::layOut(const ScreenLayout& layout) {

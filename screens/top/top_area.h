@@ -31,7 +31,7 @@ private:
     void showButtons();
     void place();
     void placeButtons();
-    void openSampleMenu();
+    Box boxOf(const juce::Component& part) const; ///< in the window
     void openMenu(const juce::Component& below, std::vector<MenuRow> rows);
 
     ScreenButton& button(TransportButton which) {

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <utility>
 
 namespace zephyra {
 
@@ -84,6 +85,12 @@ void SampleLine::read(AudioUnitViewController& view, const FrameTime&) {
             shown.facts = soundFacts(wave.getFileDuration(), file.sampleRate, file.channels);
     }
     shown_ = std::move(shown);
+}
+
+void SampleLine::press(const Box& at) {
+    auto rows = menu();
+    if (rows.size() == 1 && rows.front().chosen) return rows.front().chosen();
+    if (rows.size() > 1 && context_.openMenu) context_.openMenu(at, std::move(rows));
 }
 
 std::vector<MenuRow> SampleLine::menu() {

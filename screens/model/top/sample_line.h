@@ -27,6 +27,8 @@ public:
     /// What a press offers; a single row is done at once. From live sound, also from what it left,
     /// there is a way back to the file.
     std::vector<MenuRow> menu();
+    /// A press of the name at that place of the window: a menu below it, or what is offered alone.
+    void press(const Box& at);
     void read(AudioUnitViewController& view, const FrameTime& time) override;
 
 private:

@@ -153,10 +153,16 @@ TEST_F(Hands, ReachEverythingWithTab) {
     };
     want(want, scene.screen());
     EXPECT_GT(reached.size(), 40u);
-    for (std::size_t i = 0; i < reached.size(); ++i) {
+    juce::Component* first = nullptr;
+    const std::size_t stops = reached.size();
+    for (std::size_t i = 0; i < stops; ++i) {
         press(Key::tabKey);
+        if (i == 0) first = juce::Component::getCurrentlyFocusedComponent();
         ++reached[juce::Component::getCurrentlyFocusedComponent()];
     }
+    press(Key::tabKey); // and round, without a stop that shows no frame
+    EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), first);
+    EXPECT_TRUE(dynamic_cast<ScreenControl&>(*first).showsFocus());
     for (const auto& [part, times] : reached) EXPECT_EQ(times, 1) << (part ? part->getTitle() : "");
 }
 
@@ -234,6 +240,17 @@ TEST_F(Hands, SeeAWindowOpenWithoutALeapOfItsClock) {
     for (const double now : {86400.0, 86400.5}) another.frame(now);
     EXPECT_EQ(listener.elapsed, (std::vector{0.0, 0.5}));
     another.context().source.remove(listener);
+}
+
+TEST(CompactWindow, LoadsAnotherSoundByItsNameOnTheStage) {
+    WindowScene held(PluginKind::standalone, {800, 520});
+    int asked = 0;
+    held.scene.screen().context().loadFile = [&] { ++asked; };
+    held.scene.play(0.05);
+    const SoundName* const name = held.scene.find<SoundName>();
+    ASSERT_TRUE(name && name->isVisible());
+    held.scene.window().click(held.scene.middleOf(*name));
+    EXPECT_EQ(asked, 1);
 }
 
 } // namespace
