@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kLooksPerSecond = 20;
 constexpr double kSavePeriod = 10.0; // seconds; what a killed program loses at most
+constexpr double kReadsAtEnd = 2.0;  // seconds that a sound may still take to be read
 
 constexpr const char* kDeviceKey = "AudioDevice"; // as JUCE describes it
 constexpr const char* kToldKey = "FeedbackTold";
@@ -70,6 +71,7 @@ StandaloneProgram::StandaloneProgram(const StandaloneArguments& arguments,
 
 StandaloneProgram::~StandaloneProgram() {
     stopTimer();
+    finishReading();
     save(); // first: a sound server that hangs does not let go of the device
     if (window_)
         settings_.setValue(kWindowKey,
@@ -107,6 +109,17 @@ void StandaloneProgram::restoreSession(bool fresh) {
         say(session_.path().string() + ": " + restored.message());
         keepAs("unreadable");
     }
+}
+
+/// A sound that was asked for just before the end belongs to the session.
+void StandaloneProgram::finishReading() {
+    HostedInstance& system = processor_.plugin().system();
+    const auto isReading = [&system] {
+        const RunLoop::Scope main(system.instance.runLoop);
+        return system.view.sampleLoader.isLoading();
+    };
+    for (const double until = now() + kReadsAtEnd; isReading() && now() < until;)
+        juce::Thread::sleep(10);
 }
 
 void StandaloneProgram::save() {

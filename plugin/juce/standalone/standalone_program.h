@@ -30,6 +30,7 @@ public:
 private:
     class Window;
 
+    void finishReading();
     void restoreSession(bool fresh);
     void openSettings(const std::filesystem::path& folder);
     void openWindow();
