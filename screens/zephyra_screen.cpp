@@ -45,7 +45,8 @@ void ZephyraScreen::frame(double now) {
     for (ScreenArea* const area : areas_) area->frame(time_);
     services_.frame(juce::Time::getMillisecondCounterHiRes() / 1000.0);
     touches_.frame(now);
-    if (now - found_ >= kFindsEvery) {
+    const bool isInHost = !findParentComponentOfClass<juce::TopLevelWindow>();
+    if (isInHost && now - found_ >= kFindsEvery) {
         found_ = now;
         x11::findUnderPointer(window_, getWidth(), getHeight());
     }

@@ -91,7 +91,10 @@ void findUnderPointer(void* window, int width, int height) {
     const bool knows = juce::X11Symbols::getInstance()->xQueryPointer(
         display, own, &root, &child, &rootX, &rootY, &x, &y, &keys);
     if (!knows || x < 0 || y < 0 || x >= width || y >= height) return;
-    juce::ignoreUnused(juce::XWindowSystem::getInstance()->getWindowBounds(own, root));
+    auto* const windows = juce::XWindowSystem::getInstance();
+    if (windows->getPhysicalParentScreenPosition() == juce::Point<int>(rootX - x, rootY - y))
+        return;
+    juce::ignoreUnused(windows->getWindowBounds(own, root));
 }
 
 void freeColourmap(void* window) {
