@@ -24,6 +24,7 @@ StandaloneView::StandaloneView(ZephyraProcessor& processor, StandaloneAudio& aud
     : audio_(audio), editor_(processor.createEditorIfNeeded()) {
     addButton(devices_, [this] { audio_.showSettings(*this); });
     addButton(told_, [this] { onTold(); });
+    told_.addShortcut(juce::KeyPress(juce::KeyPress::escapeKey)); // Tab stays in the screen
     for (juce::Label* const label : {&notice_, &status_}) addAndMakeVisible(*label);
     status_.setColour(juce::Label::textColourId, brush::colour(palette::kFaint));
     notice_.setColour(juce::Label::textColourId, brush::colour(palette::kAccent));
@@ -77,10 +78,10 @@ void StandaloneView::refresh(const LiveNotice& notice) {
     limitWindow();
     if (auto* const editor = dynamic_cast<ScreenEditor*>(editor_.get()); editor && editor->screen())
         offerDevices(editor->screen()->context());
-    notice_.setText(shown(notice.line), juce::dontSendNotification);
-    told_.setVisible(notice.asks);
-    if (isTold_ != notice.line.empty()) {
-        isTold_ = notice.line.empty();
+    if (const juce::String line = shown(notice.line);
+        line != notice_.getText() || notice.asks != told_.isVisible()) {
+        notice_.setText(line, juce::dontSendNotification);
+        told_.setVisible(notice.asks);
         resized();
     }
     const auto& midi = audio_.midi().names();
@@ -165,8 +166,8 @@ void StandaloneView::resized() {
     auto status = area.removeFromBottom(px(kRow));
     devices_.setBounds(status.removeFromRight(px(kButton)).reduced(px(kGap)));
     if (told_.isVisible()) told_.setBounds(status.removeFromRight(px(kButton)).reduced(px(kGap)));
-    notice_.setBounds(
-        status.removeFromRight(notice_.getText().isEmpty() ? 0 : status.getWidth() / 2));
+    const int noticed = notice_.getFont().getStringWidth(notice_.getText()) + px(kButton) / 4;
+    notice_.setBounds(status.removeFromRight(notice_.getText().isEmpty() ? 0 : noticed));
     status_.setBounds(status);
     keyboard_.setBounds(area.removeFromBottom(px(kKeys)));
     editor_->setBounds(area);

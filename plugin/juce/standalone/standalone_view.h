@@ -55,13 +55,12 @@ private:
     void handleNoteOff(juce::MidiKeyboardState*, int channel, int note, float velocity) override;
 
     StandaloneAudio& audio_;
-    juce::TextButton devices_{"Audio..."}, told_{"I know"};
+    juce::TextButton devices_{"Audio..."}, told_{"I know (Esc)"};
     juce::Label notice_, status_;
     std::unique_ptr<juce::AudioProcessorEditor> editor_;
     juce::MidiKeyboardState keys_;
     Keys keyboard_{keys_, juce::MidiKeyboardComponent::horizontalKeyboard};
     std::string said_;
-    bool isTold_ = true; // nothing, at first
     bool laysOut_ = false;
     juce::Point<int> least_; // the window's size, pixels
 };
