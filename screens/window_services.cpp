@@ -51,6 +51,8 @@ WindowServices::WindowServices(juce::Component& window, ScreenContext& context)
 
 WindowServices::~WindowServices() {
     while (openEdits_ > 0) context_.endEdit(); // a hand was still at something
+    settings_.reset(); // what goes gives its keyboard to the window, and that to what is open
+    dialog_.reset();
 }
 
 void WindowServices::ask(const char* title, FileChoice::What what,

@@ -1,6 +1,7 @@
 // ZephyraScreen: the window's content, the same in every plug-in format and in the program.
 #pragma once
 
+#include "screens/desktop/window_blitter.h"
 #include "screens/draw/help_tip.h"
 #include "screens/foot/foot_area.h"
 #include "screens/meter/meter_area.h"
@@ -49,12 +50,13 @@ public:
     std::uint64_t paints() const noexcept { return paints_; }
 
 private:
-    /// Once what was painted is on its way, and once what came in is to be read.
+    /// Once what came in is to be read.
     struct Flush final : juce::AsyncUpdater {
         ~Flush() override { cancelPendingUpdate(); }
         void handleAsyncUpdate() override;
     };
     void layOutAnew();
+    void paintNow();
 
     ScreenSource source_;
     ScreenContext context_;
@@ -72,6 +74,7 @@ private:
     FrameTime time_;
     std::optional<double> shownAt_; // once there was a frame
     WindowTouches touches_{*this};
+    WindowBlitter blitter_;
     std::uint64_t paints_ = 0;
     void* window_ = nullptr; // that it was seen in last
     double found_ = 0.0;     // when it was looked for under the pointer

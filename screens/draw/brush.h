@@ -24,6 +24,9 @@ juce::Font medium(double pixels);
 inline juce::Rectangle<int> rectangle(const Box& box) {
     return {box.x, box.y, box.width, box.height};
 }
+inline Box boxOf(const juce::Rectangle<int>& of) {
+    return {of.getX(), of.getY(), of.getWidth(), of.getHeight()};
+}
 inline juce::Rectangle<float> floats(const Box& box) {
     return rectangle(box).toFloat();
 }

@@ -15,6 +15,7 @@ constexpr double kText = 12.0, kWidth = 280.0, kPadding = 8.0, kBelow = 20.0, kA
 
 HelpTip::HelpTip(juce::Component& window) : TooltipWindow(&window, kRest) {
     setLookAndFeel(&look_);
+    setOpaque(false); // its corners are round
 }
 
 HelpTip::~HelpTip() {

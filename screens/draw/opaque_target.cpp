@@ -56,12 +56,11 @@ void copyOpaque(juce::Graphics& graphics, const juce::Image& picture) {
     const OpaqueTarget target(graphics);
     if (!target) return graphics.drawImageAt(picture, 0, 0);
     const Bitmap from(picture, Bitmap::readOnly);
-    const juce::Point<int> origin = target.origin();
+    const PixelRows rows = target.rows();
     for (const auto& rectangle : target.clip()) {
         const auto part = rectangle.getIntersection(picture.getBounds());
         for (int y = part.getY(); y < part.getBottom(); ++y)
-            std::memcpy(target.bitmap().getPixelPointer(part.getX() + origin.x, y + origin.y),
-                        from.getPixelPointer(part.getX(), y),
+            std::memcpy(&rows.at(part.getX(), y), from.getPixelPointer(part.getX(), y),
                         static_cast<std::size_t>(part.getWidth()) * sizeof(juce::PixelARGB));
     }
 }

@@ -1,6 +1,8 @@
 // OpaqueTarget: the rows that a component paints into, for what covers all that was there.
 #pragma once
 
+#include "screens/draw/pixel_rows.h"
+
 #include <juce_graphics/juce_graphics.h>
 
 #include <optional>
@@ -19,9 +21,7 @@ public:
     explicit operator bool() const noexcept { return bitmap_.has_value(); }
     /// What is to be painted.
     const juce::RectangleList<int>& clip() const noexcept { return clip_; }
-    const juce::Image::BitmapData& bitmap() const noexcept { return *bitmap_; }
-    /// Where the component's upper left stands in the bitmap, or would if it were as large.
-    juce::Point<int> origin() const noexcept { return origin_; }
+    PixelRows rows() const noexcept { return PixelRows(*bitmap_, origin_); }
 
 private:
     std::optional<juce::Image::BitmapData> bitmap_;

@@ -5,6 +5,8 @@
 
 namespace zephyra {
 
+class WindowBlitter;
+
 /// A component's other base: it stands in the window's coordinates minus its own place, and draws
 /// what its models tell. Message thread.
 class ScreenArea {
@@ -15,6 +17,9 @@ public:
     virtual void layOut(const ScreenLayout& layout) = 0;
     /// A frame: the parts were read just before. Repaints what changed, and nothing else.
     virtual void frame(const FrameTime& time) = 0;
+    /// All areas had the frame and stand where they will be painted: what moves over much of the
+    /// window is drawn at once, or repainted where the blitter takes it not.
+    virtual void blit(WindowBlitter& /*blitter*/) {}
 };
 
 } // namespace zephyra

@@ -115,37 +115,36 @@ const std::vector<Box>& SpanImage::takeChanges() {
 
 void SpanImage::paint(juce::Graphics& graphics) {
     const OpaqueTarget target(graphics);
-    const auto paintInto = [this](const Target& into, const juce::Rectangle<int>& wanted) {
+    const auto paintInto = [this](const PixelRows& into, const juce::Rectangle<int>& wanted) {
         const auto part = wanted.getIntersection(ground_.getBounds());
         if (!part.isEmpty())
-            paintPart(into, {part.getX(), part.getY(), part.getWidth(), part.getHeight()});
+            paint(into, {part.getX(), part.getY(), part.getWidth(), part.getHeight()});
     };
     if (target) {
-        for (const auto& rectangle : target.clip())
-            paintInto({target.bitmap(), target.origin()}, rectangle);
+        for (const auto& rectangle : target.clip()) paintInto(target.rows(), rectangle);
         return;
     }
     if (picture_.isNull()) picture_ = opaqueImage(width(), height());
-    paintInto({Bitmap(picture_, Bitmap::readWrite), {}}, graphics.getClipBounds());
+    paintInto(PixelRows(Bitmap(picture_, Bitmap::readWrite)), graphics.getClipBounds());
     graphics.drawImageAt(picture_, 0, 0);
 }
 
 /// Whole pixels, a row at a time: a column's lie far apart in memory.
-void SpanImage::paintPart(const Target& target, const Box& part) const {
+void SpanImage::paint(const PixelRows& rows, const Box& part) const {
     const Bitmap ground(ground_, Bitmap::readOnly), filled(filled_, Bitmap::readOnly);
     const auto left = static_cast<std::size_t>(part.x);
     const Columns columns{&first_[left], &last_[left], &filledFrom_[left]};
-    const auto row = [&](const Bitmap& of, int y) {
+    const auto from = [&](const Bitmap& of, int y) {
         return reinterpret_cast<const std::uint32_t*>(of.getPixelPointer(part.x, y));
     };
     for (int y = part.y; y < part.bottom(); ++y)
-        selectRow(reinterpret_cast<std::uint32_t*>(target.at(part.x, y)), row(ground, y),
-                  row(filled, y), trace_.getNativeARGB(), y, part.width, columns);
-    paintEnds(target, part);
+        selectRow(rows.row(y) + part.x, from(ground, y), from(filled, y), trace_.getNativeARGB(), y,
+                  part.width, columns);
+    paintEnds(rows, part);
 }
 
 /// The pixels that are covered in part.
-void SpanImage::paintEnds(const Target& target, const Box& part) const {
+void SpanImage::paintEnds(const PixelRows& rows, const Box& part) const {
     const Bitmap ground(ground_, Bitmap::readOnly), filled(filled_, Bitmap::readOnly);
     const auto most = static_cast<float>(height());
     for (int x = part.x; x < part.right(); ++x) {
@@ -153,7 +152,7 @@ void SpanImage::paintEnds(const Target& target, const Box& part) const {
         for (const float end : {span.top, span.fill, span.bottom}) {
             const int y = static_cast<int>(std::clamp(end, -1.0f, most));
             if (y < part.y || y >= part.bottom()) continue;
-            auto& pixel = *reinterpret_cast<juce::PixelARGB*>(target.at(x, y));
+            juce::PixelARGB& pixel = rows.at(x, y);
             const float below = covered(span.fill, most, y);
             pixel = pixelAt(below >= 1.0f ? filled : ground, x, y);
             if (below < 1.0f) lay(pixel, fill_, below);

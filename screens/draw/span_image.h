@@ -35,6 +35,8 @@ public:
     const std::vector<Box>& takeChanges();
     /// What graphics asks for; the upper left comes to the component's.
     void paint(juce::Graphics& graphics);
+    /// All of part, which lies within.
+    void paint(const PixelRows& rows, const Box& part) const;
 
 private:
     static constexpr int kBlock = 32; // columns whose changes are gathered together
@@ -42,19 +44,11 @@ private:
     struct Rows {
         int first, last; ///< last is the one behind
     };
-    struct Target {
-        const juce::Image::BitmapData& bitmap;
-        juce::Point<int> origin;
-        juce::uint8* at(int x, int y) const {
-            return bitmap.getPixelPointer(x + origin.x, y + origin.y);
-        }
-    };
     Span nothing() const;
     Rows touched(const Span& span) const;
     int row(float y) const;
     void setRows(std::size_t x, const Span& span);
-    void paintPart(const Target& target, const Box& part) const;
-    void paintEnds(const Target& target, const Box& part) const;
+    void paintEnds(const PixelRows& rows, const Box& part) const;
 
     juce::Image ground_, filled_;
     juce::Image picture_; // where it cannot be painted into the window itself

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "screens/draw/brush.h"
-#include "screens/draw/opaque_target.h"
-#include "screens/model/screen_layout.h"
+#include "screens/draw/pixel_rows.h"
 
 #include <juce_graphics/juce_graphics.h>
 
@@ -15,7 +14,6 @@
 
 namespace zephyra {
 
-/// As JUCE's windows have them: alpha, red, green, blue from the highest byte down.
 using Pixel = std::uint32_t;
 static_assert(juce::PixelARGB::indexA == 3 && juce::PixelARGB::indexB == 0);
 
@@ -46,15 +44,13 @@ struct Tint {
 class Pixels {
 public:
     Pixels(juce::Image& image, const Box& clip)
-        : Pixels(juce::Image::BitmapData(image, juce::Image::BitmapData::readWrite), {}, clip) {}
-    Pixels(const OpaqueTarget& target, const Box& clip)
-        : Pixels(target.bitmap(), target.origin(), clip) {}
+        : Pixels(PixelRows(juce::Image::BitmapData(image, juce::Image::BitmapData::readWrite)),
+                 clip) {}
+    Pixels(const PixelRows& rows, const Box& clip) : rows_(rows), clip_(clip) {}
 
     const Box& clip() const noexcept { return clip_; }
     /// Only what the clip contains may be touched: column 0 need not be there.
-    Pixel* row(int y) const {
-        return reinterpret_cast<Pixel*>(first_ + static_cast<std::uintptr_t>(y * lineStride_));
-    }
+    Pixel* row(int y) const { return rows_.row(y); }
 
     /// Two of the four bytes at once.
     static void mix(Pixel& pixel, Pixel colour, int alpha) {
@@ -109,16 +105,7 @@ private:
     }
     static int part(double share, int alpha) { return static_cast<int>(share * alpha); }
 
-    Pixels(const juce::Image::BitmapData& data, juce::Point<int> origin, const Box& clip)
-        : first_(reinterpret_cast<std::uintptr_t>(data.data) +
-                 static_cast<std::uintptr_t>(origin.y * std::ptrdiff_t{data.lineStride} +
-                                             origin.x * std::ptrdiff_t{data.pixelStride})),
-          lineStride_(data.lineStride), clip_(clip) {
-        jassert(data.pixelFormat == juce::Image::ARGB && data.pixelStride == sizeof(Pixel));
-    }
-
-    std::uintptr_t first_;
-    std::ptrdiff_t lineStride_;
+    PixelRows rows_;
     Box clip_;
 };
 

@@ -1,5 +1,6 @@
 #include "screens/stage/stage_area.h"
 
+#include "screens/desktop/window_blitter.h"
 #include "screens/draw/brush.h"
 #include "screens/model/help_texts.h"
 
@@ -132,15 +133,30 @@ void StageArea::frame(const FrameTime& time) {
         drawGround();
     else if (scrolls)
         scrollGround();
-    const std::vector<Box>& moved = canvas_.follow(scene_, reader_.grains());
-    for (const Box& box : moved) repaintBox(box);
-    // JUCE's picture begins where what it repaints does: held there, a place keeps its memory.
-    if (!moved.empty()) repaintBox({0, 0, 1, 1});
+    moved_ = canvas_.follow(scene_, reader_.grains());
     for (const Box& box : overlay_.follow(scene_, hands_)) repaintBox(box);
     const auto ruler = ruler_.follow(scene_);
     if (!ruler.isEmpty()) repaint(ruler);
     followEdges();
     missing_.show(scene_.contents.missing, scene_.layout);
+}
+
+void StageArea::blit(WindowBlitter& blitter) {
+    const bool enters = !moved_.empty() && !showsFocus() && blitter.enter(*this);
+    if (enters)
+        for (const Box& box : overlay_.boxes(scene_)) blitter.keepOff(box);
+    bool isRepainted = false;
+    for (const Box& box : moved_) {
+        if (const auto rows = enters ? blitter.room(box) : std::nullopt) {
+            canvas_.paint(*rows, box, scene_);
+        } else {
+            repaintBox(box);
+            isRepainted = true;
+        }
+    }
+    // JUCE's picture begins where what it repaints does: held there, a place keeps its memory.
+    if (isRepainted) repaintBox({0, 0, 1, 1});
+    moved_ = {};
 }
 
 void StageArea::paint(juce::Graphics& graphics) {

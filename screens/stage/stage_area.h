@@ -13,7 +13,7 @@
 #include "screens/stage/stage_canvas.h"
 #include "screens/stage/stage_overlay.h"
 
-#include <array>
+#include <span>
 #include <vector>
 
 namespace zephyra {
@@ -26,6 +26,7 @@ public:
 
     void layOut(const ScreenLayout& layout) override;
     void frame(const FrameTime& time) override;
+    void blit(WindowBlitter& blitter) override;
     void paint(juce::Graphics& graphics) override;
 
     StageHands& hands() noexcept { return hands_; }
@@ -71,6 +72,7 @@ private:
     RegionHandle start_, end_;
     MissingNotice missing_;
     SoundName name_;
+    std::span<const Box> moved_; // of the canvas, to be painted
     std::vector<WaveColumn> columns_;
     std::vector<WaveExtent> extents_;
     std::int64_t liveColumn_ = 0; // of live input, the first that is drawn

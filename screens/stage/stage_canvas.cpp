@@ -1,8 +1,11 @@
 #include "screens/stage/stage_canvas.h"
 
+#include "screens/draw/opaque_target.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <tuple>
 #include <utility>
 
@@ -153,28 +156,42 @@ const std::vector<Box>& StageCanvas::follow(const StageScene& scene, const Grain
 }
 
 void StageCanvas::paint(juce::Graphics& graphics, const StageScene& scene) {
+    const juce::Rectangle<int> all(scene.width(), scene.height());
     const OpaqueTarget target(graphics);
-    if (!target || ground.hasMarks()) return paintPicture(graphics, scene);
+    if (!target || ground.hasMarks()) {
+        const auto part = graphics.getClipBounds().getIntersection(all);
+        if (part.isEmpty()) return;
+        drawPicture(brush::boxOf(part), scene);
+        return copyOpaque(graphics, picture_);
+    }
     for (const auto& rectangle : target.clip()) {
-        const auto part = rectangle.getIntersection({0, 0, scene.width(), scene.height()});
+        const auto part = rectangle.getIntersection(all);
         if (part.isEmpty()) continue;
-        const Pixels pixels(target, {part.getX(), part.getY(), part.getWidth(), part.getHeight()});
-        copyGround(pixels, scene);
-        drawMoving(pixels, scene);
+        compose({target.rows(), brush::boxOf(part)}, scene);
     }
 }
 
-void StageCanvas::paintPicture(juce::Graphics& graphics, const StageScene& scene) {
-    const auto part =
-        graphics.getClipBounds().getIntersection({0, 0, scene.width(), scene.height()});
-    if (part.isEmpty()) return;
+void StageCanvas::compose(const Pixels& pixels, const StageScene& scene) const {
+    copyGround(pixels, scene);
+    drawMoving(pixels, scene);
+}
+
+void StageCanvas::paint(const PixelRows& rows, const Box& box, const StageScene& scene) {
+    if (!ground.hasMarks()) return compose({rows, box}, scene);
+    drawPicture(box, scene);
+    const juce::Image::BitmapData from(picture_, juce::Image::BitmapData::readOnly);
+    for (int y = box.y; y < box.bottom(); ++y)
+        std::memcpy(rows.row(y) + box.x, from.getPixelPointer(box.x, y),
+                    static_cast<std::size_t>(box.width) * sizeof(Pixel));
+}
+
+void StageCanvas::drawPicture(const Box& box, const StageScene& scene) {
     if (picture_.getWidth() != scene.width() || picture_.getHeight() != scene.height())
         picture_ = opaqueImage(scene.width(), scene.height());
-    const Pixels pixels(picture_, {part.getX(), part.getY(), part.getWidth(), part.getHeight()});
+    const Pixels pixels(picture_, box);
     copyGround(pixels, scene);
     if (ground.hasMarks()) ground.drawMarks(scene, pixels, picture_);
     drawMoving(pixels, scene);
-    copyOpaque(graphics, picture_);
 }
 
 void StageCanvas::copyGround(const Pixels& pixels, const StageScene& scene) const {

@@ -22,6 +22,8 @@ public:
     const std::vector<Box>& follow(const StageScene& scene, const GrainCloud& grains);
     /// What graphics asks for of it as it was followed last.
     void paint(juce::Graphics& graphics, const StageScene& scene);
+    /// The same of box, into its rows.
+    void paint(const PixelRows& rows, const Box& box, const StageScene& scene);
 
 private:
     /// What one thing drew: the same again is not drawn.
@@ -43,7 +45,8 @@ private:
     void followGlows(const StageScene& scene, const GrainCloud& grains);
     void addItem(std::uint64_t id, std::uint64_t looks, const Box& box);
     void findChanges();
-    void paintPicture(juce::Graphics& graphics, const StageScene& scene);
+    void drawPicture(const Box& box, const StageScene& scene);
+    void compose(const Pixels& pixels, const StageScene& scene) const;
     void copyGround(const Pixels& pixels, const StageScene& scene) const;
     void drawMoving(const Pixels& pixels, const StageScene& scene) const;
     void drawRail(const Pixels& pixels, const StageScene& scene) const;

@@ -1,5 +1,6 @@
 #include "screens/stage/stage_ground.h"
 
+#include "screens/draw/opaque_target.h"
 #include "screens/stage/stage_marks.h"
 
 #include <algorithm>

@@ -61,6 +61,12 @@ std::array<Box, 6> StageOverlay::follow(const StageScene& scene, const StageHand
     return changed;
 }
 
+std::array<Box, 4> StageOverlay::boxes(const StageScene& scene) const {
+    return {ring_.value_or(Box{}), pin_.value_or(Box{}),
+            loaded_ ? Box{0, 0, scene.width(), scene.px(kLoadingBar)} : Box{},
+            isWriting_ ? nowBox(scene) : Box{}};
+}
+
 /// A ring that grows; a dot in it once the sound is held. White: it is set by hand.
 void StageOverlay::paintPin(juce::Graphics& graphics, const StageScene& scene) const {
     const auto centre = brush::floats(*pin_).getCentre();

@@ -18,6 +18,8 @@ public:
     /// Follows scene and hands; the rectangles that are to be painted again, empty ones included.
     std::array<Box, 6> follow(const StageScene& scene, const StageHands& hands);
     void paint(juce::Graphics& graphics, const StageScene& scene, bool isFocused) const;
+    /// What it stands in, but for the frame; empty ones included.
+    std::array<Box, 4> boxes(const StageScene& scene) const;
 
 private:
     void paintPin(juce::Graphics& graphics, const StageScene& scene) const;

@@ -36,4 +36,9 @@ void StripArea::frame(const FrameTime& time) {
         spectrum_.frame({.now = time.now, .elapsed = std::exchange(spectrumsTime_, 0.0)});
 }
 
+void StripArea::blit(WindowBlitter& blitter) {
+    scope_.blit(blitter);
+    spectrum_.blit(blitter);
+}
+
 } // namespace zephyra

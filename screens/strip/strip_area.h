@@ -14,6 +14,7 @@ public:
 
     void layOut(const ScreenLayout& layout) override;
     void frame(const FrameTime& time) override;
+    void blit(WindowBlitter& blitter) override;
 
 private:
     SpectrumView spectrum_;

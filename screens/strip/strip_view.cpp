@@ -1,5 +1,6 @@
 #include "screens/strip/strip_view.h"
 
+#include "screens/desktop/window_blitter.h"
 #include "screens/draw/brush.h"
 #include "screens/draw/switch_access.h"
 
@@ -49,9 +50,33 @@ void StripView::frame(const FrameTime& time) {
         drawTrace(picture_);
     else
         picture_.clear();
-    for (const Box& box : picture_.takeChanges()) repaint(brush::rectangle(box));
+    moved_ = picture_.takeChanges();
     if (isOn() != wasOn_) repaint();
     wasOn_ = isOn();
+}
+
+void StripView::blit(WindowBlitter& blitter) {
+    const bool enters = !moved_.empty() && isOn() && !showsFocus() && blitter.enter(*this);
+    for (const Box& box : moved_) {
+        if (const auto rows = enters ? blitter.room(box) : std::nullopt)
+            paintRows(*rows, box);
+        else
+            repaint(brush::rectangle(box));
+    }
+    moved_ = {};
+}
+
+void StripView::paintRows(const PixelRows& rows, const Box& box) const {
+    picture_.paint(rows, box);
+    for (const Written& label : labels_) {
+        const auto part = label.box.getIntersection(brush::rectangle(box));
+        if (part.isEmpty()) continue;
+        const juce::Image::BitmapData letters(label.letters, juce::Image::BitmapData::readOnly);
+        for (int y = part.getY(); y < part.getBottom(); ++y)
+            for (int x = part.getX(); x < part.getRight(); ++x)
+                rows.at(x, y).blend(*reinterpret_cast<const juce::PixelARGB*>(
+                    letters.getPixelPointer(x - label.box.getX(), y - label.box.getY())));
+    }
 }
 
 void StripView::paint(juce::Graphics& graphics) {

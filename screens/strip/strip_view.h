@@ -5,10 +5,13 @@
 #include "screens/draw/span_image.h"
 #include "screens/model/strip/strip_model.h"
 
+#include <span>
 #include <string>
 #include <vector>
 
 namespace zephyra {
+
+class WindowBlitter;
 
 /// A click or Enter switches it. Message thread.
 class StripView : public ScreenControl {
@@ -18,8 +21,9 @@ public:
               const std::string& help);
 
     void layOut(const ScreenLayout& layout, const Box& box);
-    /// Follows the model, and repaints the columns that changed.
+    /// Follows the model; what changed is painted in blit().
     void frame(const FrameTime& time);
+    void blit(WindowBlitter& blitter);
     bool isOn() const { return model_.isOn(); }
 
     void paint(juce::Graphics& graphics) override;
@@ -52,10 +56,12 @@ private:
     void hoverChanged() override {}
     bool takeKey(const juce::KeyPress& key) override;
     Written written(const Label& label) const;
+    void paintRows(const PixelRows& rows, const Box& box) const;
 
     StripModel& model_;
     ScreenLayout layout_;
     SpanImage picture_;
+    std::span<const Box> moved_; // of the picture, to be painted
     std::vector<Written> labels_;
     bool wasOn_ = false;
 };

@@ -1,46 +1,19 @@
 // What a window does at an X server beside a host: whose errors it drops, and which keys it passes
 // on.
-#include "tests/support/child_program.h" // before X's macros
+#include "tests/screens/desktop/on_a_display.h" // before X's macros
 
-#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1
 #include "screens/desktop/host_keys.h"
 #include "screens/desktop/x11_display.h"
-
-#include <optional>
-
-namespace juce {
-bool dispatchNextMessageOnSystemQueue(bool returnIfNoPendingMessages);
-}
 
 namespace zephyra {
 namespace {
 
-int hostsErrors = 0;
-
-struct BesideAHost : testing::Test {
-    void SetUp() override {
-        static HiddenDisplay display;
-        if (display.name().empty()) GTEST_SKIP() << "Xvfb is not installed (xvfb)";
-        ::setenv("DISPLAY", display.name().c_str(), 1);
-        host = ::XOpenDisplay(nullptr);
-        hostsErrors = 0;
-        ::XSetErrorHandler([](::Display*, ::XErrorEvent*) { return ++hostsErrors, 0; });
-        gui.emplace();
-        juce::Desktop::getInstance().getDisplays();
-    }
-    void TearDown() override {
-        gui.reset();
-        if (host) ::XCloseDisplay(host);
-    }
+struct BesideAHost : OnADisplay {
     /// A request about a window that is none.
     static void err(::Display* display) {
         ::XMapWindow(display, 1);
         ::XSync(display, False);
     }
-    static ::Display* juceDisplay() { return juce::XWindowSystem::getInstance()->getDisplay(); }
-
-    std::optional<juce::ScopedJuceInitialiser_GUI> gui;
-    ::Display* host = nullptr;
 };
 
 TEST_F(BesideAHost, DropsErrorsOfItsOwnConnectionsAlone) {

@@ -1,4 +1,5 @@
 // The stage as it is painted: what moves, what stands still, and what stands over it.
+#include "screens/desktop/window_blitter.h"
 #include "screens/draw/screen_button.h"
 #include "screens/stage/stage_area.h"
 #include "tests/screens/no_display.h"
@@ -59,6 +60,7 @@ struct PaintedStage : testing::Test {
             time.now += time.elapsed;
             readFrameOf(source, time);
             area.frame(time);
+            area.blit(none);
         }
         return wanted.count - before;
     }
@@ -101,6 +103,7 @@ struct PaintedStage : testing::Test {
     ScreenLayout layout = layOut(1100, 700, 1.0);
     Wanted wanted;
     StageArea area{context};
+    WindowBlitter none; // JUCE is to paint all of it
     FrameTime time;
 };
 
