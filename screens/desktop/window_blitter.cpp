@@ -89,7 +89,6 @@ public:
         for (const Put& it : puts) {
             image_->width = it.pitch;
             image_->height = it.box.height;
-            image_->bytes_per_line = it.pitch * static_cast<int>(sizeof(std::uint32_t));
             image_->data = data() + it.offset;
             x_.xShmPutImage(display_, window_, context_, image_, 0, 0, it.box.x, it.box.y,
                             static_cast<unsigned>(it.box.width),

@@ -130,21 +130,46 @@ TEST_F(BlittedWindow, LeavesToJuceWhatItMustNotDraw) {
     area.setVisible(true);
     ASSERT_TRUE(begins());
     fill({60, 60, 10, 10}, juce::Colours::white);
+    ::XGrabServer(host);
+    ::XSync(host, False); // from now on it hears nobody else
     EXPECT_TRUE(blitter.send());
     EXPECT_FALSE(blitter.enter(area)); // X may read it still
+    EXPECT_FALSE(begins());
+    ::XUngrabServer(host);
+    ::XSync(host, False);
     handleMessages(50);
     EXPECT_TRUE(begins());
+    area.setSize(1200, 1100);
+    window->setSize(1400, 1200);
+    ASSERT_TRUE(begins());
+    EXPECT_TRUE(blitter.room({50, 50, 1150, 1050}));
+    window->setSize(200, 150);
     window->removeFromDesktop();
     EXPECT_FALSE(begins());
     window->addToDesktop(0);
     handleMessages(100);
-    EXPECT_TRUE(begins());
+    ASSERT_TRUE(begins());
+    fill({60, 60, 10, 10}, juce::Colours::white);
+    EXPECT_TRUE(blitter.send());
+    EXPECT_EQ(shown(*window).getPixelAt(85, 75), juce::Colours::white);
     juce::Component alone;
     alone.setVisible(true);
     EXPECT_FALSE(blitter.enter(alone));
 }
 
 struct ShownScreen : ShownWindow {
+    static StageArea& stageOf(ZephyraScreen& screen) {
+        for (juce::Component* const child : screen.getChildren())
+            if (auto* const stage = dynamic_cast<StageArea*>(child)) return *stage;
+        std::abort();
+    }
+    static bool isSame(const juce::Image& a, const juce::Image& b) {
+        for (int i = 0; i < a.getWidth() * a.getHeight(); ++i)
+            if (a.getPixelAt(i % a.getWidth(), i / a.getWidth()) !=
+                b.getPixelAt(i % a.getWidth(), i / a.getWidth()))
+                return false;
+        return true;
+    }
     /// Where the display shows other than JUCE would have painted; letters that are cut by a clip
     /// may differ in a colour's last bits.
     juce::Rectangle<int> others(ZephyraScreen& screen) const {
@@ -172,11 +197,14 @@ TEST_F(ShownScreen, ShowsWhatJuceWouldHavePainted) {
         ZephyraScreen screen(plugin);
         screen.addToDesktop(0);
         screen.setVisible(true);
-        const auto play = [&](const char* of) {
-            for (int i = 0; i < 60; ++i) {
+        const auto render = [&](int blocks) {
+            for (int i = 0; i < blocks; ++i) {
                 plugin.render(1);
                 handleMessages(10);
             }
+        };
+        const auto play = [&](const char* of) {
+            render(60);
             // The last box may be on its way; one that was forgotten stays.
             EXPECT_TRUE(comesTrue([&] { return handleMessages(50), others(screen).isEmpty(); }, 5))
                 << of << ": " << others(screen).toString();
@@ -184,10 +212,21 @@ TEST_F(ShownScreen, ShowsWhatJuceWouldHavePainted) {
         plugin.set(ControlId::length, 0.6f);
         plugin.set(ControlId::density, 0.7f);
         plugin.set(ControlId::playStop, 1.0f);
+        const auto level = brush::rectangle(layOut(1100, 700, 1.0).meter);
+        const juce::Image silent = shown(screen).getClippedImage(level);
+        render(60);
+        EXPECT_FALSE(isSame(silent, shown(screen).getClippedImage(level))); // JUCE has its turn too
         play("grains");
         plugin.set(ControlId::rndPitch, 0.5f);
         plugin.set(ControlId::jittering, 0.5f);
         play("scattered grains");
+        StageArea& stage = stageOf(screen);
+        stage.showFocus(true);
+        play("a frame round it");
+        stage.showFocus(false);
+        stage.touchBegan({.id = 1, .at = {300, 200}});
+        play("a finger on it");
+        stage.touchCancelled({.id = 1, .at = {}});
         screen.setSize(900, 560);
         play("another size");
         screen.context().openSettings();
