@@ -9,30 +9,26 @@ namespace zephyra {
 
 namespace {
 
-UserDefaults screenDefaults(PluginInstance& plugin) {
-    Log& log = plugin.system().instance.log;
+UserDefaults screenDefaults(Log& log) {
     const std::filesystem::path folder = userFolders().config;
-    if (folder.empty()) return {};
-    std::error_code error; // a folder that cannot be made is the write's to complain of
-    std::filesystem::create_directories(folder, error);
-    return {folder / "screen.plist", log};
+    return folder.empty() ? UserDefaults() : UserDefaults(folder / "screen.plist", log);
 }
 
 } // namespace
 
-ScreenSettings rememberedSettings(PluginInstance& plugin) {
-    UserDefaults defaults = screenDefaults(plugin);
+ScreenSettings rememberedSettings() {
+    Log nobody([](std::string_view) {}); // a window says what is wrong with the file
+    UserDefaults defaults = screenDefaults(nobody);
     return ScreenSettingsStore(defaults).read();
 }
 
 std::unique_ptr<ZephyraScreen> makeRememberedScreen(PluginInstance& plugin) {
-    auto screen = std::make_unique<ZephyraScreen>(plugin, rememberedSettings(plugin));
+    auto defaults = std::make_shared<UserDefaults>(screenDefaults(plugin.system().instance.log));
+    auto screen = std::make_unique<ZephyraScreen>(plugin, ScreenSettingsStore(*defaults).read());
     ScreenContext& context = screen->context();
-    context.settingsChanged = [&plugin, &context, known = context.settings,
+    context.settingsChanged = [defaults, &context, known = context.settings,
                                changed = std::move(context.settingsChanged)]() mutable {
-        // Read anew, since another window may have written what this one does not know.
-        UserDefaults defaults = screenDefaults(plugin);
-        ScreenSettingsStore(defaults).write(context.settings, known);
+        ScreenSettingsStore(*defaults).write(context.settings, known);
         known = context.settings;
         changed();
     };

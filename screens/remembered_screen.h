@@ -13,6 +13,6 @@ namespace zephyra {
 std::unique_ptr<ZephyraScreen> makeRememberedScreen(PluginInstance& plugin);
 
 /// What was chosen last. HOST.
-ScreenSettings rememberedSettings(PluginInstance& plugin);
+ScreenSettings rememberedSettings();
 
 } // namespace zephyra

@@ -19,7 +19,7 @@ int pixels(int units, double zoom) {
 } // namespace
 
 ScreenEditor::ScreenEditor(ZephyraProcessor& shell)
-    : AudioProcessorEditor(shell), shell_(shell), zoom_(rememberedSettings(shell.plugin()).zoom) {
+    : AudioProcessorEditor(shell), shell_(shell), zoom_(rememberedSettings().zoom) {
     // Its window is made next, of which a server without window manager complains.
     const auto* const messages = juce::MessageManager::getInstanceWithoutCreating();
     if (messages && messages->currentThreadHasLockedMessageManager()) x11::dropOwnErrors();

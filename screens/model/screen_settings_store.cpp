@@ -22,16 +22,26 @@ constexpr Switch kSwitches[] = {{"Meter", &ScreenSettings::showsMeter},
                                 {"Spectrum", &ScreenSettings::showsSpectrum},
                                 {"ReducedMotion", &ScreenSettings::reducedMotion}};
 
-PropertyDictionary remembered(const UserDefaults& defaults) {
-    const PropertyValue* const value = defaults.value(kKey);
+PropertyDictionary remembered(const PropertyValue* value) {
     const auto* const dictionary = value ? value->as<PropertyDictionary>() : nullptr;
     return dictionary ? *dictionary : PropertyDictionary();
+}
+
+/// What differs from known, by key.
+PropertyDictionary differences(const ScreenSettings& settings, const ScreenSettings& known) {
+    PropertyDictionary chosen;
+    if (settings.zoom != known.zoom) chosen.emplace(kZoom, settings.zoom);
+    if (settings.knobStyle != known.knobStyle)
+        chosen.emplace(kKnobStyle, static_cast<std::int64_t>(settings.knobStyle));
+    for (const Switch& one : kSwitches)
+        if (settings.*one.field != known.*one.field) chosen.emplace(one.key, settings.*one.field);
+    return chosen;
 }
 
 } // namespace
 
 ScreenSettings ScreenSettingsStore::read() const {
-    const PropertyDictionary kept = remembered(defaults_);
+    const PropertyDictionary kept = remembered(defaults_.value(kKey));
     PropertyReader reader(kept);
     ScreenSettings settings;
     const double zoom = reader.real(kZoom).value_or(settings.zoom);
@@ -44,15 +54,14 @@ ScreenSettings ScreenSettingsStore::read() const {
 }
 
 void ScreenSettingsStore::write(const ScreenSettings& settings, const ScreenSettings& known) {
-    PropertyDictionary kept = remembered(defaults_);
-    const PropertyDictionary before = kept;
-    if (settings.zoom != known.zoom) kept.insert_or_assign(kZoom, settings.zoom);
-    if (settings.knobStyle != known.knobStyle)
-        kept.insert_or_assign(kKnobStyle, static_cast<std::int64_t>(settings.knobStyle));
-    for (const Switch& one : kSwitches)
-        if (settings.*one.field != known.*one.field)
-            kept.insert_or_assign(one.key, settings.*one.field);
-    if (kept != before) defaults_.setValue(kKey, std::move(kept));
+    const PropertyDictionary chosen = differences(settings, known);
+    if (chosen.empty()) return;
+    defaults_.change([chosen](PropertyDictionary& values) {
+        PropertyDictionary now = chosen;
+        const auto found = values.find(kKey);
+        now.merge(remembered(found == values.end() ? nullptr : &found->second));
+        values.insert_or_assign(kKey, std::move(now));
+    });
 }
 
 } // namespace zephyra

@@ -15,8 +15,8 @@ public:
     /// A value that is missing, of the wrong type or out of its range falls back to its default,
     /// alone.
     ScreenSettings read() const;
-    /// Writes what differs from known, which a window read or wrote last: what another window chose
-    /// meanwhile stays, and so does what a newer program keeps beside it.
+    /// Writes what differs from known, which a window read or chose last: what another window chose
+    /// meanwhile stays, of another program, too, and so does what a newer one keeps beside it.
     void write(const ScreenSettings& settings, const ScreenSettings& known);
 
 private:
