@@ -20,6 +20,7 @@ void SampleLoader::loadSamplePerform(const std::filesystem::path& path, Ended en
 void SampleLoader::loadReference(const SampleReference& reference, SoundUse use, Ended ended) {
     const LoadedSample atHand = loadedBefore();
     stream_.setSampleReference(reference);
+    missing_.reset();
     start(
         reference.path,
         [reference, atHand, folders = instance_.folders,
@@ -64,7 +65,6 @@ void SampleLoader::start(const std::filesystem::path& asked, Read read, Order or
                                   .end = SampleEnd::superseded};
     const Ended before = std::exchange(ended_, std::move(ended));
     ++requests_;
-    missing_.reset();
     takesOver_ = order.named && order.use == SoundUse::play;
     order.liveStarts = stream_.liveStarts();
     order.peak = stream_.normalizePeak();
@@ -96,7 +96,10 @@ void SampleLoader::finish(const Order& order, FoundSound& found) {
     auto& [loaded, report, playable] = found;
     report.problem = loaded ? take(order, found) : loaded.message();
     report.end = report.problem.empty() ? SampleEnd::taken : SampleEnd::missing;
-    if (!report.problem.empty()) tell(order, report.problem);
+    if (report.problem.empty())
+        missing_.reset();
+    else
+        tell(order, report.problem);
     end(report);
 }
 
@@ -130,11 +133,11 @@ void SampleLoader::tell(const Order& order, const std::string& problem) {
         {.title = "Warning", .message = problem, .actions = {{"Locate", chosen}, {"Ok"}}});
 }
 
-/// Not so once another sound was asked for, or has come. By the path alone, which is all that the
-/// alert says: a second one about the same path, with other content, is not shown.
+/// Not so while another sound is being read, or once one has come. By the path alone, which is all
+/// that the alert says: a second one about the same path, with other content, is not shown.
 bool SampleLoader::isStillMissing(const std::string& path) const {
     const SampleReference& reference = stream_.sampleReference();
-    return missing_ && missing_->named->path == path && reference.path == path &&
+    return missing_ && !isLoading() && missing_->named->path == path && reference.path == path &&
            reference.frames == 0;
 }
 
@@ -159,7 +162,6 @@ void SampleLoader::locateMissing(const std::filesystem::path& file) {
 }
 
 void SampleLoader::cancel() {
-    missing_.reset();
     worker_.cancel();
     end({.asked = asked_, .end = SampleEnd::superseded});
 }

@@ -19,8 +19,8 @@ namespace zephyra {
 /// Reads on WORKER, hands over on MAIN; the latest request wins, and the old sound plays until the
 /// new one is ready. A file that is missing or cannot be read is named in an alert "Warning" with
 /// "Ok", and the old sound stays; where a state names it, "Locate" lets the user pick another in
-/// its place, as long as no other sound was asked for. Sounds that are short enough are encoded on
-/// WORKER, too, so that states can take them along (embedded_sample.h). MAIN.
+/// its place, as long as no other sound is being read or has come. Sounds that are short enough are
+/// encoded on WORKER, too, so that states can take them along (embedded_sample.h). MAIN.
 class SampleLoader {
 public:
     /// Both must outlive this.
@@ -38,13 +38,13 @@ public:
     /// nothing is found, so that the next state still has it.
     void loadReference(const SampleReference& reference, SoundUse use, Ended ended = {});
 
-    /// The path of the sound that a state named and that was not found, as long as no other was
-    /// asked for; empty when none is missing.
+    /// The path of the sound that a state named and that was not found; empty when none is missing,
+    /// and while another is being read.
     std::string missing() const;
     /// Starts reading file in its place, as "Locate" does; nothing happens when none is missing.
     void locateMissing(const std::filesystem::path& file);
 
-    /// Drops what is being read, and forgets what is missing.
+    /// Drops what is being read; what was missing before still is.
     void cancel();
 
     /// Whether a file is being read.
@@ -87,7 +87,7 @@ private:
     SampleReference lastReference_;            // of that
     std::filesystem::path asked_;              // what the load that runs was asked for
     Ended ended_;                              // and who hears of its end
-    std::optional<Order> missing_;             // the last load, when a state's sound was not found
+    std::optional<Order> missing_;             // the state's sound that was not found
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true); // an alert may outlive us
     Worker worker_; // last: its thread ends before what it uses
 };

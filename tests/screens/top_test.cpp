@@ -275,6 +275,10 @@ TEST(TopSample, LeadsBackFromLiveSoundToTheFile) {
     }
     window.settle(5);
     EXPECT_EQ(offers(), "Locate Lost Bells.wav; ");
+    window.loadSample(fs::path(ZEPHYRA_SOURCE_DIR) / "resources/Zephyra_Sample08.mp3");
+    window.edits.press(EditButton::undo); // which is not to read it
+    window.settle(5);
+    EXPECT_EQ(offers(), "Locate Lost Bells.wav; ");
     window.press(live);
     window.press(live);
     EXPECT_EQ(offers(), "Locate Lost Bells.wav; Back to the sound that was loaded last; " + load);

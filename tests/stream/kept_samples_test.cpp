@@ -217,6 +217,18 @@ TEST_F(KeptSamples, AreAskedForWhenMissingUnlessAnotherSoundCameSince) {
     PropertyDictionary located = second.state();
     EXPECT_TRUE(heard(second) == heard(first) && sampleOf(located).contains("Newer"));
 
+    // It stays missing while none takes its place: one is not wanted any more, or is no sound.
+    second.restore(state);
+    for (const bool waits : {true, false}) {
+        EXPECT_EQ(second.loader.missing(), kept);
+        second.loader.loadSamplePerform(folder / "away/broken.wav");
+        EXPECT_EQ(second.loader.missing(), "");
+        if (!waits) second.loader.cancel();
+        second.finishWork();
+    }
+    EXPECT_EQ(second.loader.missing(), kept);
+    second.instance.alerts.answer("Ok"); // to what the broken one came to
+
     // While the alert, or the picker, waits, another sound is asked for, or came by another way.
     SampleReference another = second->sampleReference();
     another.path = folder / "away/new.raw";
