@@ -38,10 +38,11 @@ void expectBits(const Stereo& expected, Run run) {
         if (level > supportedCpuLevel()) continue;
         const Stereo got = run(effectBodiesFor(level));
         for (int side = 0; side < 2; ++side) {
-            for (std::size_t n = 0; n < expected.side[side].size(); ++n)
-                ASSERT_EQ(bits(got.side[side][n]), bits(expected.side[side][n]))
-                    << cpuLevelName(level) << ", side " << side << " sample " << n << ": got "
-                    << got.side[side][n] << ", expected " << expected.side[side][n];
+            const auto [one, other] =
+                std::ranges::mismatch(got.side[side], expected.side[side], {}, bits, bits);
+            ASSERT_EQ(one, got.side[side].end())
+                << cpuLevelName(level) << ", side " << side << " sample "
+                << one - got.side[side].begin() << ": got " << *one << ", expected " << *other;
             EXPECT_TRUE(got.line[side] == expected.line[side]) << cpuLevelName(level);
         }
         EXPECT_EQ(got.phase, expected.phase) << cpuLevelName(level);
@@ -100,7 +101,8 @@ TEST(EchoBody, AtRestGivesTheBitsOfThePlainLoopForEveryDelay) {
          {-3.0, 0.0,  0.5,  1.0,  1.25, 2.0,    3.999,   4.0,     4.5,     5.0,      7.25,
           8.0,  15.9, 16.0, 17.0, 44.1, 1000.3, 11025.0, 13230.0, 65535.7, 131072.0, 196608.5})
         delays.push_back(more);
-    const Stereo signal = noise(2 * kEchoLineSize + 999);
+    const int rounds = kIsWatched ? 1 : 2; // the line's end is passed once more
+    const Stereo signal = noise(rounds * kEchoLineSize + 1999);
     for (std::size_t i = 0; i < delays.size(); i += 2) {
         const double left = delays[i], right = delays[i + 1];
         expectEchoAsLiteral({{left, right}, {left, right}, {0.8, -0.9}, {0.8, -0.9}}, signal);

@@ -35,6 +35,13 @@ using testing::AllOf, testing::AnyOf, testing::Contains, testing::Each, testing:
 using testing::ElementsAreArray, testing::EndsWith, testing::HasSubstr, testing::Not;
 using testing::StartsWith;
 
+/// A sanitizer watches, as in every build by clang: it takes its time, and keeps what is freed.
+#ifdef __clang__
+inline constexpr bool kIsWatched = true;
+#else
+inline constexpr bool kIsWatched = false;
+#endif
+
 /// The value of what must have come. Else the test fails with its message, and goes on with a value
 /// made of nothing.
 template <typename Value>
