@@ -4,6 +4,9 @@
 #include "screens/model/help_texts.h"
 #include "screens/stage/stage_marks.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace zephyra {
 
 namespace {
@@ -22,13 +25,18 @@ SoundName::SoundName(ScreenContext& context)
 }
 
 void SoundName::follow(const StageScene& scene) {
+    const StageContents& of = scene.contents;
+    const int start = static_cast<int>(scene.x(std::min(of.regionStart, of.regionEnd)));
+    Followed now{nameOnStage(scene), scene.layout, start};
+    if (now == followed_) return;
+    followed_ = std::move(now);
     const Box name = nameBox(scene);
     setVisible(name.width > 0); // else the keyboard would find it
     if (name.width == 0) return;
     place({name.x - scene.px(kAround), name.y - scene.px(kAround),
            name.width + 2 * scene.px(kAround), name.height + 2 * scene.px(kAround)},
           scene.layout.scale);
-    setValue(nameOnStage(scene));
+    setValue(followed_.name);
 }
 
 void SoundName::paint(juce::Graphics& graphics) {

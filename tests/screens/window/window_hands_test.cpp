@@ -251,6 +251,15 @@ TEST(CompactWindow, LoadsAnotherSoundByItsNameOnTheStage) {
     ASSERT_TRUE(name && name->isVisible());
     held.scene.window().click(held.scene.middleOf(*name));
     EXPECT_EQ(asked, 1);
+    const auto before = name->getBounds(); // where the region starts
+    held.scene.screen().context().source.asMain(
+        [](AudioUnitViewController& view) { view._GRANULATOR_STREAM.setRegion(0.5f, 1.0f); });
+    held.scene.play(0.05);
+    EXPECT_GT(name->getX(), before.getRight());
+    EXPECT_EQ(name->getWidth(), before.getWidth());
+    held.scene.plugin().loadSample(ZEPHYRA_SOURCE_DIR "/resources/Blackbird.mp3");
+    held.scene.play(0.5);
+    EXPECT_LT(name->getWidth(), before.getWidth());
 }
 
 } // namespace
