@@ -10,7 +10,7 @@ namespace zephyra {
 
 namespace {
 
-constexpr int kRow = 28, kGap = 4, kKeys = 64, kKey = 16, kButton = 84, kText = 12,
+constexpr int kRow = 28, kGap = 4, kKeys = 64, kKey = 16, kButton = 84, kAudio = 112, kText = 12,
               kOctave = 11;                  // units
 constexpr int kWhiteKeys = 75, kMost = 8192; // pixels
 
@@ -24,7 +24,8 @@ StandaloneView::StandaloneView(ZephyraProcessor& processor, StandaloneAudio& aud
     : audio_(audio), editor_(processor.createEditorIfNeeded()) {
     addButton(devices_, [this] { audio_.showSettings(*this); });
     addButton(told_, [this] { onTold(); });
-    told_.addShortcut(juce::KeyPress(juce::KeyPress::escapeKey)); // Tab stays in the screen
+    devices_.addShortcut({'d', juce::ModifierKeys::commandModifier, 0}); // Tab stays in the screen
+    told_.addShortcut(juce::KeyPress(juce::KeyPress::escapeKey));
     for (juce::Label* const label : {&notice_, &status_}) addAndMakeVisible(*label);
     status_.setColour(juce::Label::textColourId, brush::colour(palette::kFaint));
     notice_.setColour(juce::Label::textColourId, brush::colour(palette::kAccent));
@@ -164,7 +165,7 @@ void StandaloneView::resized() {
         juce::jmax(static_cast<float>(px(kKey)), static_cast<float>(getWidth()) / kWhiteKeys));
     auto area = getLocalBounds();
     auto status = area.removeFromBottom(px(kRow));
-    devices_.setBounds(status.removeFromRight(px(kButton)).reduced(px(kGap)));
+    devices_.setBounds(status.removeFromRight(px(kAudio)).reduced(px(kGap)));
     if (told_.isVisible()) told_.setBounds(status.removeFromRight(px(kButton)).reduced(px(kGap)));
     const int noticed = notice_.getFont().getStringWidth(notice_.getText()) + px(kButton) / 4;
     notice_.setBounds(status.removeFromRight(notice_.getText().isEmpty() ? 0 : noticed));

@@ -55,7 +55,7 @@ private:
     void handleNoteOff(juce::MidiKeyboardState*, int channel, int note, float velocity) override;
 
     StandaloneAudio& audio_;
-    juce::TextButton devices_{"Audio..."}, told_{"I know (Esc)"};
+    juce::TextButton devices_{"Audio... (Ctrl+D)"}, told_{"I know (Esc)"};
     juce::Label notice_, status_;
     std::unique_ptr<juce::AudioProcessorEditor> editor_;
     juce::MidiKeyboardState keys_;
