@@ -93,7 +93,8 @@ void ZephyraScreen::resized() {
 }
 
 void ZephyraScreen::layOutAnew() {
-    layout_ = zephyra::layOut(getWidth(), getHeight(), context_.settings.zoom);
+    const double zoom = context_.settings.zoom * context_.hostScale;
+    layout_ = zephyra::layOut(getWidth(), getHeight(), zoom);
     for (ScreenArea* const area : areas_) area->layOut(layout_);
     services_.layOut(layout_);
     touches_.setScale(layout_.scale);

@@ -25,4 +25,8 @@ struct HostFeatures {
 /// How long the host's blocks are at most, else usually; 4096 where it does not say.
 std::uint32_t mostFrames(const HostFeatures& features, const Lv2Uris& uris);
 
+/// How many times the usual size a window is to have, as the host's desktop or user wants it: 0.5
+/// to 4; 1 where the host does not say, or says nonsense. features: as handed to the window.
+double windowScale(const LV2_Feature* const* features);
+
 } // namespace zephyra

@@ -45,6 +45,7 @@ struct ScreenDevices {
 struct ScreenContext {
     ScreenSource& source;
     ScreenSettings settings = {};
+    double hostScale = 1.0; ///< pixels a unit at a zoom of 1, as the host's desktop wants it
     /// Keys moved the focus last, not a pointer: what has it shows a frame.
     bool isByKeys = false;
     /// One sentence on what is under the pointer, for the foot; empty when nothing is.

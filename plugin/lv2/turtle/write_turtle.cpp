@@ -56,7 +56,10 @@ std::string windowTurtle() {
         .add("lv2:binary", turtleIri(kLv2WindowLibrary))
         .add("lv2:requiredFeature",
              "ui:idleInterface , ui:parent , <http://lv2plug.in/ns/ext/instance-access>")
-        .add("lv2:optionalFeature", "ui:resize , ui:touch")
+        .add("lv2:optionalFeature",
+             "ui:resize , ui:touch , <http://lv2plug.in/ns/ext/options#options> , "
+             "<http://lv2plug.in/ns/ext/urid#map>")
+        .add("<http://lv2plug.in/ns/ext/options#supportedOption>", "ui:scaleFactor")
         .add("lv2:extensionData", "ui:idleInterface , ui:resize")
         .text();
 }

@@ -11,19 +11,20 @@ namespace zephyra {
 class Lv2Window::Content final : public juce::Component {
 public:
     /// grown: it has made itself larger or smaller.
-    Content(PluginInstance& plugin, void* parent, std::function<void()> grown)
+    Content(PluginInstance& plugin, const Host& host, std::function<void()> grown)
         : screen_(makeRememberedScreen(plugin)), zoom_(screen_->settings().zoom) {
         setOpaque(true);
-        setSize(juce::roundToInt(ScreenLayout::kStartWidth * zoom_),
-                juce::roundToInt(ScreenLayout::kStartHeight * zoom_));
         ScreenContext& context = screen_->context();
+        context.hostScale = host.scale;
+        setSize(juce::roundToInt(ScreenLayout::kStartWidth * zoom_ * host.scale),
+                juce::roundToInt(ScreenLayout::kStartHeight * zoom_ * host.scale));
         context.settingsChanged = [this, before = std::move(context.settingsChanged),
                                    grown = std::move(grown)] {
             before();
             if (followZoom()) grown();
         };
         addAndMakeVisible(*screen_);
-        addToDesktop(0, parent);
+        addToDesktop(0, host.parent);
         setVisible(true);
     }
 
@@ -51,8 +52,8 @@ Lv2Window::Lv2Window(Lv2Plugin& plugin, const Host& host, std::shared_ptr<Messag
     : thread_(std::move(thread)), resize_(host.resize),
       writes_(plugin, host.write, host.controller, host.touch) {
     thread_->call([&] {
-        content_ = std::make_unique<Content>(plugin.instance(), host.parent,
-                                             [this] { asksForSize_ = true; });
+        content_ =
+            std::make_unique<Content>(plugin.instance(), host, [this] { asksForSize_ = true; });
         if (auto* const peer = content_->getPeer()) widget_ = peer->getNativeHandle();
     });
     askForSize();

@@ -20,6 +20,7 @@ public:
         void* parent = nullptr;               ///< an X11 window
         const LV2UI_Resize* resize = nullptr; ///< may be null, and outlives the window, as
         const LV2UI_Touch* touch = nullptr;   ///< touch does
+        double scale = 1.0;                   ///< pixels a unit at a zoom of 1
     };
 
     /// thread runs; plugin outlives it.

@@ -1,4 +1,5 @@
 // lv2ui_descriptor: what a host finds in the window's library, C functions around Lv2Window.
+#include "plugin/lv2/host_features.h"
 #include "plugin/lv2/live_plugins.h"
 #include "plugin/lv2/window/lv2_window.h"
 #include "plugin/lv2/window_names.h"
@@ -24,7 +25,8 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor*, const char*, const char*,
                                .controller = controller,
                                .parent = feature(LV2_UI__parent),
                                .resize = static_cast<const LV2UI_Resize*>(feature(LV2_UI__resize)),
-                               .touch = static_cast<const LV2UI_Touch*>(feature(LV2_UI__touch))};
+                               .touch = static_cast<const LV2UI_Touch*>(feature(LV2_UI__touch)),
+                               .scale = windowScale(features)};
     if (!plugin || !host.parent || !write) {
         std::fputs("Zephyra's window needs instance-access to a Zephyra of its own bundle, and a "
                    "parent window\n",

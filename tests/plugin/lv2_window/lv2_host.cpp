@@ -1,6 +1,8 @@
 #include "tests/plugin/lv2_window/lv2_host.h"
 
+#include <lv2/atom/atom.h>
 #include <lv2/instance-access/instance-access.h>
+#include <lv2/options/options.h>
 #include <lv2/urid/urid.h>
 #include <map>
 #include <utility>
@@ -32,7 +34,7 @@ Lv2Plugin::~Lv2Plugin() {
     descriptor->cleanup(handle);
 }
 
-Lv2Window::Lv2Window(Display* server, Lv2Plugin& of)
+Lv2Window::Lv2Window(Display* server, Lv2Plugin& of, const float* scale)
     : HostWindow(server), resize_{this, [](LV2UI_Feature_Handle window, int width, int height) {
                                       auto& self = *static_cast<Lv2Window*>(window);
                                       XResizeWindow(self.display, self.parent,
@@ -43,7 +45,15 @@ Lv2Window::Lv2Window(Display* server, Lv2Plugin& of)
     const LV2_Feature instance{LV2_INSTANCE_ACCESS_URI, of.handle};
     const LV2_Feature parentFeature{LV2_UI__parent, reinterpret_cast<void*>(parent)};
     const LV2_Feature resizing{LV2_UI__resize, const_cast<LV2UI_Resize*>(&resize_)};
-    const LV2_Feature* const features[] = {&instance, &parentFeature, &resizing, nullptr};
+    LV2_URID_Map map{nullptr, mapUri};
+    const LV2_Feature mapping{LV2_URID__map, &map};
+    const LV2_Options_Option options[] = {{LV2_OPTIONS_INSTANCE, 0,
+                                           mapUri(nullptr, LV2_UI__scaleFactor), sizeof *scale,
+                                           mapUri(nullptr, LV2_ATOM__Float), scale},
+                                          {}};
+    const LV2_Feature told{LV2_OPTIONS__options, const_cast<LV2_Options_Option*>(options)};
+    const LV2_Feature* const features[] = {&instance, &parentFeature,          &resizing,
+                                           &mapping,  scale ? &told : nullptr, nullptr};
     descriptor_ = reinterpret_cast<LV2UI_DescriptorFunction>(
         entry(kBundle + "zephyra_window.so", "lv2ui_descriptor"))(0);
     LV2UI_Widget made = nullptr;

@@ -22,7 +22,8 @@ struct Lv2Plugin {
 
 class Lv2Window final : public HostWindow {
 public:
-    Lv2Window(Display* server, Lv2Plugin& of);
+    /// scale: what the host's ui:scaleFactor says; null and it says none.
+    Lv2Window(Display* server, Lv2Plugin& of, const float* scale = nullptr);
     ~Lv2Window() override { close(); }
     void close() override;
     /// The host's user makes it so large.

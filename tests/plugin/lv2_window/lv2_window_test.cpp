@@ -15,6 +15,7 @@ constexpr Scenario kScenarios[] = {
     {"loop", "4", "lv2", "beside another: 0 files"},
     {"beside", "1", "", "all paint beside each other", true},
     {"paint", "1", "", "resized to 1300 x 800"},
+    {"scale", "1", "", "2200 x 1400, 1650 x 1050, 1100 x 700, 1100 x 700", true},
     {"hand", "1", "", "from 1100 to 1375 in 1375, left qx and qx of"},
     {"drop", "1", "lv2", "q, then asked", true},
     {"drop", "1", "vst3", "q, then asked", true},

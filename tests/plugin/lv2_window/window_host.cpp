@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -92,6 +93,17 @@ void paint(Display* display, Lv2Plugin& effect, Lv2Plugin& instrument) {
     XWindowAttributes attributes;
     XGetWindowAttributes(display, one.widget, &attributes);
     std::printf("resized to %d x %d\n", attributes.width, attributes.height);
+}
+
+/// As large as a host wants it that knows how fine the display is.
+void scale(Display* display, Lv2Plugin& effect) {
+    for (const float factor : {2.0f, 1.5f, -2.0f, NAN}) {
+        Lv2Window window(display, effect, &factor);
+        waitForPaint(window);
+        XWindowAttributes own;
+        XGetWindowAttributes(display, window.widget, &own);
+        std::printf("%d x %d, ", own.width, own.height);
+    }
 }
 
 /// Larger by the settings, whose rows are tried until one of them is the zoom.
@@ -198,6 +210,8 @@ void run(const std::string& scenario, int times, bool isVst3, Display* display) 
     Lv2Plugin effect(false), instrument(true);
     if (scenario == "paint") {
         paint(display, effect, instrument);
+    } else if (scenario == "scale") {
+        scale(display, effect);
     } else if (scenario == "hand") {
         hand(display, instrument);
     } else if (scenario == "orphan") {
@@ -215,7 +229,7 @@ void run(const std::string& scenario, int times, bool isVst3, Display* display) 
         std::fflush(stdout);
         std::exit(0);
     } else {
-        fail("knows loop, time, beside, drop, paint, hand, orphan and exit");
+        fail("knows loop, time, beside, drop, paint, scale, hand, orphan and exit");
     }
 }
 
