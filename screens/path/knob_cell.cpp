@@ -82,6 +82,11 @@ std::string KnobCell::sentence() const {
                [&](AudioUnitViewController& view) { return knobMoverText(view, id, face_); });
 }
 
+/// The pointer that opened the field is over it, and no more over the knob.
+void KnobCell::tell(const std::string& sentence) {
+    PathCellView::tell(field_ && sentence.empty() ? helpText(HelpId::value) : sentence);
+}
+
 void KnobCell::paint(juce::Graphics& graphics) {
     if (face_.drives) {
         graphics.setOpacity(1.0f);
@@ -141,7 +146,7 @@ bool KnobCell::endGrip(TouchId pointer) {
 
 bool KnobCell::release(TouchId pointer, juce::Point<float> at) {
     if (endGrip(pointer)) return false;
-    const bool wasTap = !hand_.hasMoved(pointer);
+    const bool wasTap = hand_.isTapping(pointer);
     hand_.end(pointer);
     return wasTap && place().number.contains(at.x, at.y);
 }
@@ -158,25 +163,22 @@ void KnobCell::mouseDown(const juce::MouseEvent& event) {
 }
 
 void KnobCell::mouseDrag(const juce::MouseEvent& event) {
-    if (event.mouseWasDraggedSinceMouseDown() && !event.mods.isPopupMenu())
+    if (event.mouseWasDraggedSinceMouseDown())
         drag(pointerOf(event), event.position, finenessOf(event.mods));
 }
 
 void KnobCell::mouseUp(const juce::MouseEvent& event) {
-    if (event.mods.isPopupMenu()) return;
     const bool types = release(pointerOf(event), event.position);
     if (types && event.getNumberOfClicks() == 1) openField();
 }
 
-void KnobCell::mouseDoubleClick(const juce::MouseEvent& event) {
-    if (!event.mods.isPopupMenu()) hand_.reset(cell().id);
+void KnobCell::mouseDoubleClick(const juce::MouseEvent&) {
+    hand_.reset(cell().id);
 }
 
 void KnobCell::mouseWheelMove(const juce::MouseEvent& event, const juce::MouseWheelDetails& wheel) {
-    const float way =
-        std::abs(wheel.deltaY) >= std::abs(wheel.deltaX) ? wheel.deltaY : wheel.deltaX;
-    const float up = wheel.isReversed ? -way : way;
-    hand_.turn(cell().id, double{up} / double{kWheelNotch}, finenessOf(event.mods), nowSeconds());
+    const double notches = double{wheel.deltaY} / double{kWheelNotch};
+    hand_.turn(cell().id, notches, finenessOf(event.mods), nowSeconds());
 }
 
 bool KnobCell::takeKey(const juce::KeyPress& key) {
@@ -237,7 +239,7 @@ void KnobCell::openField(std::optional<juce::String> text) {
     field_ = std::make_unique<ValueField>(std::move(calls), place());
     addAndMakeVisible(*field_);
     field_->begin(text, brush::text(face_.text.whole()));
-    tell(helpText(HelpId::value));
+    tell({});
     CellReach reach = this->reach();
     reach.showsNumber = false;
     setReach(reach);

@@ -53,6 +53,7 @@ public:
 protected:
     bool takeKey(const juce::KeyPress& key) override;
     std::string sentence() const override;
+    void tell(const std::string& sentence) override;
 
 private:
     Point units(juce::Point<float> at) const;

@@ -126,7 +126,7 @@ void SettingRowView::mouseDrag(const juce::MouseEvent& event) {
 }
 
 void SettingRowView::mouseUp(const juce::MouseEvent& event) {
-    if (event.mods.isPopupMenu() || std::exchange(slides_, false)) return;
+    if (std::exchange(slides_, false) || event.mods.isPopupMenu()) return;
     if (!getLocalBounds().contains(event.getPosition())) return;
     const auto& choices = shown_.entry->choices;
     if (kind() == SettingKind::choice) {

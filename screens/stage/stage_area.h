@@ -40,7 +40,6 @@ public:
     void mouseDoubleClick(const juce::MouseEvent& event) override;
     void mouseWheelMove(const juce::MouseEvent& event,
                         const juce::MouseWheelDetails& wheel) override;
-    void mouseMagnify(const juce::MouseEvent& event, float factor) override;
     bool touchBegan(const TouchEvent& event) override;
     void touchMoved(const TouchEvent& event) override;
     void touchEnded(const TouchEvent& event, int taps) override;

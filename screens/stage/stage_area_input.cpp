@@ -51,17 +51,11 @@ void StageArea::mouseDoubleClick(const juce::MouseEvent&) {
 
 void StageArea::mouseWheelMove(const juce::MouseEvent& event,
                                const juce::MouseWheelDetails& wheel) {
-    const double across = double{wheel.deltaX} / kNotch, along = double{wheel.deltaY} / kNotch;
+    const double notches = double{wheel.deltaY} / kNotch;
     if (event.mods.isShiftDown())
-        hands_.pan(-(across + along) * kPanNotch);
-    else {
-        hands_.pan(-across * kPanNotch);
-        hands_.wheel(placeX(event), along, scene_.contents.seconds);
-    }
-}
-
-void StageArea::mouseMagnify(const juce::MouseEvent& event, float factor) {
-    if (factor > 0.0f) hands_.pinched(placeX(event), 1.0 / double{factor}, scene_.contents.seconds);
+        hands_.pan(-notches * kPanNotch);
+    else
+        hands_.wheel(placeX(event), notches, scene_.contents.seconds);
 }
 
 bool StageArea::touchBegan(const TouchEvent& event) {

@@ -124,9 +124,9 @@ void KnobHand::cancel(TouchId pointer) {
     finish(pointer, true);
 }
 
-bool KnobHand::hasMoved(TouchId pointer) const {
+bool KnobHand::isTapping(TouchId pointer) const {
     const auto found = held_.find(pointer);
-    return found != held_.end() && found->second.moved;
+    return found != held_.end() && !found->second.moved;
 }
 
 void KnobHand::beginSteps(ControlId id, double now) {

@@ -40,8 +40,8 @@ public:
     void move(TouchId pointer, Point to, Fineness fineness);
     void end(TouchId pointer);
     void cancel(TouchId pointer); ///< what moved stays moved
-    /// Whether the pointer has turned its knob; false for one that only tapped.
-    bool hasMoved(TouchId pointer) const;
+    /// Whether the pointer holds a knob and has not turned it.
+    bool isTapping(TouchId pointer) const;
 
     // --- Steps: a wheel's, the keyboard's. Those that follow soon are one gesture. ---
 

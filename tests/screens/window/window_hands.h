@@ -77,10 +77,20 @@ struct Hands : testing::Test {
     void type(const std::string& text) {
         for (const char one : text) window.key(Key(one, {}, static_cast<juce::juce_wchar>(one)));
     }
-    void press(int key, juce::ModifierKeys keys = {}) {
-        window.key(Key(key, keys, 0));
+    void press(const Key& key) {
+        window.key(key);
         PictureWindow::settle();
     }
+    void press(int key, juce::ModifierKeys keys = {}) { press(Key(key, keys, 0)); }
+    /// Presses the right button, moves there and lets it go.
+    void rightClick(Point at, Point to) {
+        window.moveTo(at);
+        window.hold(juce::ModifierKeys::rightButtonModifier);
+        for (const Point& place : {at, to}) window.moveTo(place);
+        window.hold({});
+        window.moveTo(to);
+    }
+    void rightClick(Point at) { rightClick(at, at); }
     juce::StringArray file(const fs::path& path) { return {juce::String(path.string())}; }
     fs::path sound() { return plugin.system().stream().sampleReference().path; }
     const Alert* alert() { return plugin.system().instance.alerts.current(); }
