@@ -70,13 +70,14 @@ std::unique_ptr<juce::AccessibilityHandler> VoicesCell::createAccessibilityHandl
 KeepCell::KeepCell(ScreenContext& context, const PathCell& cell, std::function<void()> keep)
     : PathCellView(context, cell), keep_(std::move(keep)) {
     setTitle("Keep what LIVE heard");
+    setValue("unavailable");
     setHelp(helpText(HelpId::keepLive));
 }
 
 void KeepCell::show(const PathModel& model) {
     if (face_ == model.keep()) return;
     face_ = model.keep();
-    setDescription(brush::text(face_.isAvailable() ? face_.name() : "unavailable"));
+    setValue(face_.isAvailable() ? face_.name() : "unavailable");
     repaint();
 }
 

@@ -153,6 +153,27 @@ TEST_F(Faces, ShowMidiAndHosts) {
     EXPECT_EQ(model.face(width).arc, 0.5f);
     EXPECT_EQ(model.face(width).to, 0.5f);
 
+    // The one that moves it now, of several, is shown, and its ends are dragged.
+    const auto bind = [&](const MidiBinding& binding) {
+        source.asMain([&](auto&) { view().midiManager.bind(binding); });
+    };
+    bind({.trigger = {.number = 2}, .control = &knob(width), .min = 0.2f});
+    EXPECT_EQ(face(width).sign, "CC1");
+    source.asMain([&](auto&) { setBondRange(view(), knob(width), 0.125f, 2.0f); });
+    EXPECT_EQ(face(width).from, 0.125f);
+    EXPECT_EQ(model.face(width).to, 1.0f);
+    for (const auto& [by, relative, sign] :
+         {std::tuple{MidiSource::pitchBend, true, "Bend"},
+          {MidiSource::channelPressure, false, "Press"},
+          {MidiSource::note, false, "C4"}}) {
+        bind({.trigger = {.source = by, .number = by == MidiSource::note ? 60 : 0},
+              .control = &knob(pan),
+              .relative = relative});
+        EXPECT_EQ(face(pan).sign, sign);
+        EXPECT_EQ(model.face(pan).from.has_value(), !relative); // it goes from where it stands
+        source.asMain([&](auto&) { view().midiManager.unbind(knob(pan)); });
+    }
+
     EXPECT_EQ(face(amplitude).by, KnobMover::none);
     plugin.set(amplitude, 0.75f);
     EXPECT_EQ(face(amplitude).by, KnobMover::host);

@@ -16,7 +16,7 @@ TouchTarget* targetOf(const std::weak_ptr<TouchTarget*>& watched) {
 }
 
 bool isSame(const std::weak_ptr<TouchTarget*>& a, const std::weak_ptr<TouchTarget*>& b) {
-    return !a.expired() && !a.owner_before(b) && !b.owner_before(a);
+    return !a.owner_before(b) && !b.owner_before(a);
 }
 
 } // namespace

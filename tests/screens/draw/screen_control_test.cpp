@@ -100,18 +100,47 @@ TEST_F(Controls, ThePresetsNameStepsByArrowsAndOpensByReturn) {
     EXPECT_FALSE(name.keyPressed(KeyPress(KeyPress::upKey)));
 }
 
-TEST_F(Controls, MoveTheTempoByTheLeftButtonAlone) {
+TEST_F(Controls, MoveTheTempoByKeysWheelAndTheLeftButtonAlone) {
+    using juce::KeyPress;
     MusicLine line(context);
     MusicButton tempo(context, line);
-    readFrameOf(source);
-    const std::string first = line.shown().tempo;
-    for (const auto& [keys, moves] : {std::pair{juce::ModifierKeys::rightButtonModifier, false},
-                                      {juce::ModifierKeys::leftButtonModifier, true}}) {
+    tempo.setSize(90, 48);
+    const auto drag = [&](float way, juce::ModifierKeys keys) {
         tempo.mouseDown(mouse(tempo, {}, keys));
-        tempo.mouseDrag(mouse(tempo, {0, -40}, keys));
-        tempo.mouseUp(mouse(tempo, {0, -40}, keys));
+        tempo.mouseDrag(mouse(tempo, {0, way}, keys));
+        tempo.mouseUp(mouse(tempo, {0, way}, keys));
+    };
+    constexpr auto left = juce::ModifierKeys::leftButtonModifier;
+    const auto key = [&](int code) { EXPECT_TRUE(tempo.keyPressed(KeyPress(code))) << code; };
+    const auto wheel = [&](float notches) { tempo.mouseWheelMove(mouse(tempo), {0, notches, false, false, false}); };
+    const struct {
+        std::function<void()> hand;
+        const char* tempo; // null: another
+    } rows[] = {{[&] { key(KeyPress::upKey), key(KeyPress::rightKey); }, "120.50"},
+                {[&] { key(KeyPress::downKey); }, "120.25"},
+                {[&] { key(KeyPress::leftKey); }, "120.00"},
+                {[&] { key(KeyPress::pageUpKey); }, "125.00"},
+                {[&] { key(KeyPress::pageDownKey); }, "120.00"},
+                {[&] { wheel(0.2f), wheel(0.0f); }, "120.25"},
+                {[&] { wheel(-0.2f); }, "120.00"},
+                {[&] { drag(-40, juce::ModifierKeys::rightButtonModifier); }, "120.00"},
+                {[&] { drag(-40, left); }, "130.00"},
+                {[&] { drag(40, left); }, "120.00"},
+                {[&] { drag(3, left); }, "120.00"}, // a tap, and another
+                {[&] { plugin.render(30), drag(3, left); }, nullptr},
+                {[&] { plugin.render(50), key(KeyPress::returnKey); }, nullptr}};
+    for (const auto& [hand, expected] : rows) {
         readFrameOf(source);
-        EXPECT_EQ(line.shown().tempo != first, moves) << keys;
+        const std::string before = line.shown().tempo;
+        hand();
+        readFrameOf(source);
+        tempo.show({});
+        if (expected)
+            EXPECT_EQ(line.shown().tempo, expected);
+        else
+            EXPECT_NE(line.shown().tempo, before);
+        EXPECT_EQ(tempo.getDescription().toStdString(),
+                  line.shown().tempo + " " + line.shown().source());
     }
 }
 

@@ -78,6 +78,44 @@ TEST_F(Fingers, PressOneThingAtATimeAndHoverOverNone) {
     }
 }
 
+TEST_F(Fingers, TypeIntoAKnobByOneTapResetItByTwoAndOpenItsMenuByARest) {
+    using enum TouchPhase;
+    std::string told;
+    scene.screen().context().help = [&](const std::string& sentence) { told = sentence; };
+    scene.asMain([this](auto&) { knob(length).setValue(knob(length).maximumValue()); });
+    const float first = knob(width).value();
+    touch(1, began, scene.numberOf(density));
+    EXPECT_EQ(told, helpText(density));
+    EXPECT_TRUE(scene.knob(density).hasKeyboardFocus(false));
+    touch(1, ended, scene.numberOf(density));
+    EXPECT_EQ(told, "");
+    touch(1, {began, ended, began, ended}, scene.numberOf(length));
+    touch(1, {began, ended, began}, scene.numberOf(width));
+    touch(2, {began, ended}, at(pitch) + Point(0, -22)); // beside its number
+    for (int i = 0; i < 20; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        PictureWindow::settle();
+    }
+    for (const ControlId id : {density, length, width, pitch}) // a field is a child
+        EXPECT_EQ(scene.knob(id).getNumChildComponents(), id == density) << controlRange(id).name;
+    EXPECT_LT(knob(length).value(), knob(length).maximumValue());
+    rest();
+    EXPECT_FALSE(knob(width).isTracking());
+    EXPECT_NE(juce::Component::getCurrentlyModalComponent(), nullptr);
+    juce::PopupMenu::dismissAllActiveMenus();
+    touch(1, {moved, ended}, at(width) + Point(0, -90));
+    EXPECT_EQ(knob(width).value(), first);
+
+    scene.asMain([this](auto& view) { view.assignments.assign(knob(width), AssignmentType::lfo); });
+    scene.frames(2);
+    const CellPlace place = placeOf(scene.knob(width).cell(), layOut(1100, 700, 1.0));
+    touch(1, began,
+          window.getLocalPoint(&scene.knob(width), pointOnTurn(place, 0.0f, sweepRadius(place))));
+    rest(); // on what it sweeps, to move it
+    EXPECT_EQ(juce::Component::getCurrentlyModalComponent(), nullptr);
+    touch(1, cancelled, {});
+}
+
 TEST_F(Fingers, OpenAMenuByARestAndDragASlider) {
     using enum TouchPhase;
     const Point dice = middle("Randomise");
