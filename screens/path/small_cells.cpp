@@ -28,6 +28,7 @@ juce::Colour dotColour(const VoicesFace::Dot& dot) {
 VoicesCell::VoicesCell(ScreenContext& context, const PathCell& cell) : PathCellView(context, cell) {
     setTitle("Grains");
     setHelp(helpText(HelpId::voices));
+    setValue(face_.name());
     setWantsKeyboardFocus(false);
 }
 

@@ -162,10 +162,9 @@ TEST_F(Faces, ShowMidiAndHosts) {
     source.asMain([&](auto&) { setBondRange(view(), knob(width), 0.125f, 2.0f); });
     EXPECT_EQ(face(width).from, 0.125f);
     EXPECT_EQ(model.face(width).to, 1.0f);
-    for (const auto& [by, relative, sign] :
-         {std::tuple{MidiSource::pitchBend, true, "Bend"},
-          {MidiSource::channelPressure, false, "Press"},
-          {MidiSource::note, false, "C4"}}) {
+    for (const auto& [by, relative, sign] : {std::tuple{MidiSource::pitchBend, true, "Bend"},
+                                             {MidiSource::channelPressure, false, "Press"},
+                                             {MidiSource::note, false, "C4"}}) {
         bind({.trigger = {.source = by, .number = by == MidiSource::note ? 60 : 0},
               .control = &knob(pan),
               .relative = relative});

@@ -88,6 +88,34 @@ TEST_F(Controls, TellWhatTheyDoWhileAHandIsNearAndFrameWhatTabReached) {
     EXPECT_FALSE(context.settings.showsScope);
 }
 
+TEST_F(Controls, PressAButtonInsideItByTheLeftButtonWhileItIsEnabled) {
+    ScreenButton button(context, "Freeze", "Freezes");
+    button.setSize(40, 40);
+    std::string done;
+    button.touched = [&](ButtonTouch touch) {
+        done += touch == ButtonTouch::down ? '(' : touch == ButtonTouch::inside ? ')' : 'x';
+    };
+    button.menuAsked = [&] { done += 'm'; };
+    const auto click = [&](juce::Point<float> to, int keys) {
+        button.mouseDown(mouse(button, {5, 5}, keys));
+        button.mouseDrag(mouse(button, to, keys));
+        button.mouseUp(mouse(button, to, keys));
+    };
+    using juce::ModifierKeys, juce::KeyPress;
+    for (const bool isEnabled : {true, false}) {
+        button.setFace({.isEnabled = isEnabled});
+        click({6, 6}, ModifierKeys::leftButtonModifier);
+        click({60, 6}, ModifierKeys::leftButtonModifier);
+        click({6, 6}, ModifierKeys::rightButtonModifier);
+        button.press();
+        button.keyPressed(KeyPress(KeyPress::returnKey));
+        button.keyPressed(KeyPress(KeyPress::F10Key, ModifierKeys::shiftModifier, 0));
+        EXPECT_EQ(std::exchange(done, {}), isEnabled ? "()(xm()()m" : "");
+    }
+    button.place({0, 0, 0, 40}, 1.0);
+    EXPECT_FALSE(button.isVisible()); // else the keyboard would find it
+}
+
 TEST_F(Controls, ThePresetsNameStepsByArrowsAndOpensByReturn) {
     PresetButton name(context);
     std::string done;
@@ -112,7 +140,9 @@ TEST_F(Controls, MoveTheTempoByKeysWheelAndTheLeftButtonAlone) {
     };
     constexpr auto left = juce::ModifierKeys::leftButtonModifier;
     const auto key = [&](int code) { EXPECT_TRUE(tempo.keyPressed(KeyPress(code))) << code; };
-    const auto wheel = [&](float notches) { tempo.mouseWheelMove(mouse(tempo), {0, notches, false, false, false}); };
+    const auto wheel = [&](float notches) {
+        tempo.mouseWheelMove(mouse(tempo), {0, notches, false, false, false});
+    };
     const struct {
         std::function<void()> hand;
         const char* tempo; // null: another

@@ -166,6 +166,10 @@ TEST_F(Window, TellsAssistiveTechnologyOfEachKnob) {
         auto& value = *handler->getValueInterface();
         EXPECT_EQ(value.getCurrentValueAsString(), brush::text(knobCell.face().text.whole()));
         const auto range = value.getRange();
+        const double shown = value.getCurrentValue();
+        EXPECT_TRUE(!knobCell.isVisible() ||
+                    static_cast<float>(shown) == knob(one.id).displayedValue());
+        value.setValueAsString("0.5"); // which not all take
         value.setValue(range.getMaximumValue());
         EXPECT_FLOAT_EQ(knob(one.id).value(), knob(one.id).maximumValue()) << one.name;
     }

@@ -80,8 +80,6 @@ TEST_F(Fingers, PressOneThingAtATimeAndHoverOverNone) {
 
 TEST_F(Fingers, TypeIntoAKnobByOneTapResetItByTwoAndOpenItsMenuByARest) {
     using enum TouchPhase;
-    std::string told;
-    scene.screen().context().help = [&](const std::string& sentence) { told = sentence; };
     scene.asMain([this](auto&) { knob(length).setValue(knob(length).maximumValue()); });
     const float first = knob(width).value();
     touch(1, began, scene.numberOf(density));
@@ -114,6 +112,12 @@ TEST_F(Fingers, TypeIntoAKnobByOneTapResetItByTwoAndOpenItsMenuByARest) {
     rest(); // on what it sweeps, to move it
     EXPECT_EQ(juce::Component::getCurrentlyModalComponent(), nullptr);
     touch(1, cancelled, {});
+    scene.screen().context().settings.zoom = 2.0;
+    scene.screen().context().settingsChanged();
+    const float before = knob(pitch).value();
+    touch(1, began, at(pitch));
+    touch(1, {moved, cancelled}, at(pitch) + Point(0, -14)); // a tap's circle is as large as text
+    EXPECT_EQ(knob(pitch).value(), before);
 }
 
 TEST_F(Fingers, OpenAMenuByARestAndDragASlider) {

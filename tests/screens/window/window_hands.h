@@ -25,6 +25,11 @@ struct Hands : testing::Test {
             view.instance().notifications.post(MOK_KNOB::kInteractionStyleNotice,
                                                static_cast<int>(kVertical));
         });
+        auto& help = scene.screen().context().help;
+        help = [this, foot = help](const std::string& sentence) {
+            told = sentence;
+            foot(sentence);
+        };
         scene.play(kFewBlocks);
     }
     ~Hands() override {
@@ -95,6 +100,7 @@ struct Hands : testing::Test {
     fs::path sound() { return plugin.system().stream().sampleReference().path; }
     const Alert* alert() { return plugin.system().instance.alerts.current(); }
 
+    std::string told; // in the foot
     WindowScene held{PluginKind::standalone};
     PluginInstance& plugin = held.plugin;
     PictureScene& scene = held.scene;

@@ -41,7 +41,7 @@ TEST_F(Hands, DragWhatTheEngineThenPlays) {
         SCOPED_TRACE(controlRange(id).name);
         const Values before = all();
         const float engineBefore = engine().*heard;
-        const int told = values;
+        const int valuesBefore = values;
         window.press(at(id));
         window.dragTo(at(id) + Point(0, -20));
         window.dragTo(at(id) + Point(0, -60));
@@ -49,7 +49,7 @@ TEST_F(Hands, DragWhatTheEngineThenPlays) {
         window.release();
         EXPECT_EQ(moved(before), std::vector{id});
         EXPECT_GT(engine().*heard, engineBefore);
-        EXPECT_GT(values, told);
+        EXPECT_GT(values, valuesBefore);
         press('z', juce::ModifierKeys::commandModifier);
         EXPECT_TRUE(moved(before).empty()); // one drag is one step back
         EXPECT_EQ(engine().*heard, engineBefore);
@@ -129,11 +129,33 @@ TEST_F(Hands, ScrubZoomAndMoveTheRegion) {
     window.wheel(stageAt(0.25, 0.5), 2.0);
     scene.frames(1);
     EXPECT_NEAR(shownSpan(), 1.0 / 1.25 / 1.25, 1e-6);
+    const StageView& view = scene.find<StageArea>()->scene().view;
+    EXPECT_NEAR(view.placeOf(0.25), 0.25, 1e-6); // what is under the pointer stays there
+    const double stands = scan();
+    window.hold(juce::ModifierKeys::shiftModifier);
+    for (const auto& [pans, place] :
+         {std::pair{std::function([&] { window.wheel(stageAt(0.25, 0.5), -1.0); }), 0.15},
+          {[&] {
+               window.press(stageAt(0.5, 0.5));
+               window.dragTo(stageAt(0.6, 0.5));
+               window.release();
+           },
+           0.25}}) {
+        pans();
+        scene.frames(1);
+        EXPECT_NEAR(view.placeOf(0.25), place, 1e-3);
+    }
+    window.hold({});
+    rightClick(stageAt(0.1, 0.5), stageAt(0.9, 0.5));
+    scene.play(kFewBlocks);
+    EXPECT_EQ(scan(), stands);
     window.click(stageAt(0.25, 0.5), 2);
     scene.frames(1);
     EXPECT_EQ(shownSpan(), 1.0);
 
     const Point start = middle("Region start");
+    rightClick(start, start + Point(260, 0));
+    EXPECT_EQ(plugin.system().stream().regionStart(), 0.0f);
     window.press(start);
     window.dragTo(start + Point(260, 0)); // of 1040
     window.release();

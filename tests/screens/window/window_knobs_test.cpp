@@ -8,9 +8,6 @@ namespace {
 using enum ControlId;
 
 struct Knobs : Hands {
-    Knobs() {
-        scene.screen().context().help = [this](const std::string& sentence) { told = sentence; };
-    }
     /// The value of width, what is being typed, and what is open or held.
     std::string state() {
         PictureWindow::settle();
@@ -30,7 +27,6 @@ struct Knobs : Hands {
             PictureWindow::settle();
         }
     }
-    std::string told;
 };
 
 TEST_F(Knobs, MeanOneThingByEachHand) {
