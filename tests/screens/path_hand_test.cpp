@@ -276,25 +276,5 @@ TEST_F(Hands, ChooseFromTheMenuAndTakeEachChoiceBackByItsName) {
     EXPECT_TRUE(plugin.system().view.midiManager.bindings().empty());
 }
 
-TEST_F(Hands, FlipSwitchesPickEnvelopesAndDragRanges) {
-    hand.flip(echoSwitch);
-    EXPECT_TRUE(engine().echoOn);
-    EXPECT_EQ(heard(), "[13=13]13");
-    hand.pickEnvelope(7);
-    hand.pickEnvelope(99);
-    EXPECT_EQ(plugin.system().stream().envelope(), 7u);
-    hand.assign(pitch, AssignmentType::lfo);
-    hand.beginRange(pitch);
-    hand.moveRange(pitch, BondEnd::from, 0.25f);
-    hand.moveRange(pitch, BondEnd::to, 0.5f);
-    hand.endRange();
-    const auto* lfo =
-        plugin.system().view.assignments.getLfoWidgetsMapping()->getWrapperID(&knob(pitch));
-    ASSERT_NE(lfo, nullptr);
-    EXPECT_EQ(lfo->minRange(), 0.25f);
-    EXPECT_EQ(lfo->maxRange(), 0.5f);
-    EXPECT_EQ(edits, "(Echo Switch)(Envelope)(Pitch assignment)(Pitch range)");
-}
-
 } // namespace
 } // namespace zephyra

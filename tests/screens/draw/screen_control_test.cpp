@@ -116,18 +116,6 @@ TEST_F(Controls, PressAButtonInsideItByTheLeftButtonWhileItIsEnabled) {
     EXPECT_FALSE(button.isVisible()); // else the keyboard would find it
 }
 
-TEST_F(Controls, ThePresetsNameStepsByArrowsAndOpensByReturn) {
-    PresetButton name(context);
-    std::string done;
-    name.stepped = [&](int by) { done += by < 0 ? '<' : '>'; };
-    name.pressed = [&] { done += 'm'; };
-    using juce::KeyPress;
-    for (const int key : {KeyPress::leftKey, KeyPress::rightKey, KeyPress::returnKey})
-        EXPECT_TRUE(name.keyPressed(KeyPress(key)));
-    EXPECT_EQ(done, "<>m");
-    EXPECT_FALSE(name.keyPressed(KeyPress(KeyPress::upKey)));
-}
-
 TEST_F(Controls, MoveTheTempoByKeysWheelAndTheLeftButtonAlone) {
     using juce::KeyPress;
     MusicLine line(context);

@@ -245,21 +245,5 @@ TEST_F(LiveStage, ShowsTheEdgeThatIsWritten) {
     EXPECT_NE(image.getPixelAt(layout.stage.width - 12, middle), image.getPixelAt(20, middle));
 }
 
-TEST_F(PaintedStage, KeysMoveHandlesAndScan) {
-    for (juce::Component* const child : area.getChildren()) {
-        if (child->getTitle() != "Region start") continue;
-        EXPECT_TRUE(child->getWantsKeyboardFocus());
-        child->keyPressed(juce::KeyPress(juce::KeyPress::pageUpKey));
-    }
-    frames(2);
-    EXPECT_NEAR(area.scene().contents.regionStart, 0.05, 1e-5);
-    area.keyPressed(juce::KeyPress(juce::KeyPress::endKey));
-    frames(2);
-    EXPECT_NEAR(area.scene().contents.scan, 1.0, 1e-3);
-    area.keyPressed(juce::KeyPress(juce::KeyPress::upKey));
-    frames(1);
-    EXPECT_LT(area.scene().view.span(), 1.0);
-}
-
 } // namespace
 } // namespace zephyra

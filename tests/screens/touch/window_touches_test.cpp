@@ -120,21 +120,6 @@ TEST_F(TouchedWindow, LetsGoOfAllThatIsLost) {
     }
 }
 
-TEST_F(TouchedWindow, TapsStandStillAndTwoOfThemReset) {
-    const Point at = on(*area<PathArea>().knobCell(density), 0.5, 0.5); // on its number
-    plugin.main(), knob(density).setValue(knob(density).maximumValue());
-    const auto tap = [&] {
-        touch(1, TouchPhase::began, at);
-        touch(1, TouchPhase::moved, {at.x + 3, at.y - 4});
-        touch(1, TouchPhase::ended, {at.x + 3, at.y - 4});
-    };
-    tap();
-    EXPECT_EQ(knob(density).value(), knob(density).maximumValue());
-    tap();
-    EXPECT_NE(knob(density).value(), knob(density).maximumValue());
-    EXPECT_EQ(begun, ended);
-}
-
 TEST_F(TouchedWindow, TwoFingersMoveBothEndsOfTheRegion) {
     MOK_SCRUB_GRANULATOR& stream = plugin.system().stream();
     StageArea& stage = area<StageArea>();

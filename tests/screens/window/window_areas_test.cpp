@@ -86,6 +86,12 @@ TEST_F(Areas, DoWhatIsWrittenOnThem) {
         {"Enter", [&] { part("Echo Switch").grabKeyboardFocus(), press(Key::returnKey); }, echo,
          "0"},
         {"beside the pill", [&] { window.click(pill + Point(0, -9)); }, echo, "1"},
+        {"sync", [&] { window.click(middle("Scan Sync")); },
+         [&] {
+             return std::string(scene.knob(measures).isShowing() ? "measures " : "") +
+                    (scene.knob(scanning).isShowing() ? "scanning" : "");
+         },
+         "measures "},
         {"envelopes", [&] { window.click(shape); }, picker, "Hanning"},
         {"hovered", [&] { window.moveTo(tile(2, 1)); }, picker, "Pulse 1"},
         {"left", [&] { window.moveTo(stageAt(0.5, 0.5)); }, picker, "Hanning"},

@@ -121,9 +121,18 @@ TEST_F(Dialogs, HoldAllThatLiesBelowThem) {
     keys("");
     EXPECT_EQ(dialog(), nullptr);
     EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), row);
-    keys("E");
+    scene.screen().grabKeyboardFocus();
+    keys("EE"); // the first goes back to the sheet
     EXPECT_EQ(sheet(), nullptr);
-    EXPECT_EQ(value(freeze), 0.0f);
+    scene.knob(width).grabKeyboardFocus();
+    press(Key::F10Key, juce::ModifierKeys::shiftModifier);
+    ASSERT_NE(juce::Component::getCurrentlyModalComponent(), nullptr);
+    type("f ");
+    window.key(Key(',', juce::ModifierKeys::commandModifier, 0));
+    EXPECT_EQ(sheet(), nullptr);
+    juce::PopupMenu::dismissAllActiveMenus();
+    scene.play(kFewBlocks);
+    EXPECT_EQ(value(freeze) + value(playStop), 0.0f);
 
     using enum TouchPhase;
     for (const auto& opens : {std::function([&] { ask("", "Cancel"); }),

@@ -63,32 +63,6 @@ TEST_F(Hands, DragWhatTheEngineThenPlays) {
     EXPECT_FLOAT_EQ(knob(width).value(), 0.25f);
 }
 
-TEST_F(Hands, TypeAValueWhileKeysPlayNothing) {
-    window.click(scene.numberOf(density));
-    ASSERT_NE(field(), nullptr);
-    EXPECT_TRUE(field()->hasKeyboardFocus(false));
-    type("2f00 r"); // F, R and Space are letters here
-    EXPECT_EQ(field()->getText(), "2f00 r");
-    scene.play(kFewBlocks);
-    EXPECT_EQ(value(playStop), 0.0f);
-    EXPECT_EQ(value(freeze), 0.0f);
-    press(Key::returnKey); // no value: to be mended
-    ASSERT_NE(field(), nullptr);
-    field()->selectAll();
-    type("200 Hz");
-    press(Key::returnKey);
-    EXPECT_EQ(field(), nullptr);
-    scene.play(kFewBlocks);
-    EXPECT_NEAR(engine().density, 200.0f, 1e-3f);
-    window.click(scene.numberOf(density));
-    type("50");
-    press(Key::escapeKey);
-    EXPECT_EQ(field(), nullptr);
-    EXPECT_NEAR(engine().density, 200.0f, 1e-3f);
-    type(" "); // the field is gone
-    EXPECT_GT(scene.play(0.3), 0.01f);
-}
-
 TEST_F(Hands, PlayWithKeysAndButtons) {
     window.click(middle("Play"));
     EXPECT_GT(scene.play(0.5), 0.01f);
@@ -186,24 +160,6 @@ TEST_F(Hands, ReachEverythingWithTab) {
     EXPECT_EQ(juce::Component::getCurrentlyFocusedComponent(), first);
     EXPECT_TRUE(dynamic_cast<ScreenControl&>(*first).showsFocus());
     for (const auto& [part, times] : reached) EXPECT_EQ(times, 1) << (part ? part->getTitle() : "");
-}
-
-TEST_F(Hands, TypeIntoWhatIsOpenOverTheWindow) {
-    press(',', juce::ModifierKeys::commandModifier);
-    ASSERT_NE(scene.find<SettingsSheet>(), nullptr);
-    scene.screen().grabKeyboardFocus(); // as when another window closes
-    press(Key::escapeKey);
-    EXPECT_EQ(scene.find<SettingsSheet>(), nullptr);
-
-    scene.knob(width).grabKeyboardFocus();
-    window.key(Key(Key::F10Key, juce::ModifierKeys::shiftModifier, 0));
-    ASSERT_NE(juce::Component::getCurrentlyModalComponent(), nullptr);
-    type("f ");
-    window.key(Key(',', juce::ModifierKeys::commandModifier, 0));
-    EXPECT_EQ(scene.find<SettingsSheet>(), nullptr);
-    juce::PopupMenu::dismissAllActiveMenus();
-    scene.play(kFewBlocks);
-    EXPECT_EQ(value(freeze) + value(playStop), 0.0f);
 }
 
 TEST_F(Hands, SwitchTracesOffAndLeaveNothingOfThem) {

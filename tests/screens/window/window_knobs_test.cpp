@@ -109,7 +109,7 @@ TEST_F(Knobs, TypeIntoAFieldUntilTheKeyboardGoesElsewhere) {
     scene.screen().grabKeyboardFocus(); // a host's window, as it is activated
     wait(200);
     EXPECT_TRUE(field()->hasKeyboardFocus(false));
-    type("2f");
+    type("2f r"); // letters, here
     press(Key::returnKey);
     EXPECT_THAT(told, testing::HasSubstr("Width takes 0 to 1"));
     const auto frame = window.getLocalArea(field(), field()->getLocalBounds());
@@ -117,6 +117,8 @@ TEST_F(Knobs, TypeIntoAFieldUntilTheKeyboardGoesElsewhere) {
     EXPECT_GT(red.getRed(), 2 * red.getGreen());
     field()->selectAll();
     type("0.75");
+    scene.play(kFewBlocks);
+    EXPECT_EQ(value(freeze) + value(playStop), 0.0f);
     for (int i = 0; i < 200 && field(); ++i) scene.knob(pitch).grabKeyboardFocus(), wait(20);
     EXPECT_EQ(state(), "0.25"); // what was not entered is left
     window.click(scene.numberOf(width));
