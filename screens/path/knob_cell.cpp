@@ -247,13 +247,11 @@ void KnobCell::openField(std::optional<juce::String> text) {
 
 void KnobCell::closeField() {
     if (!field_) return;
-    const bool hadFocus = field_->hasKeyboardFocus(true);
     const auto gone = std::move(field_);
-    removeChildComponent(gone.get());
+    removeChildComponent(gone.get()); // the keyboard comes back here
     CellReach reach = this->reach();
     reach.showsNumber = true;
     setReach(reach);
-    if (hadFocus) grabKeyboardFocus();
     tell(isHovered() || showsFocus() ? sentence() : std::string());
 }
 

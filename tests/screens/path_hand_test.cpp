@@ -185,6 +185,14 @@ TEST_F(Hands, LeaveNothingUnderWayBehindThem) {
         hand.turn(quarters, 0.75, Fineness::coarse, 1.0);
         EXPECT_EQ(displayed(quarters), first + moved);
     }
+    const auto learns = [&] { return plugin.system().view.midiManager.learning() != nullptr; };
+    hand.learnMidi(width);
+    EXPECT_TRUE(learns());
+    hand.learnMidi(width);
+    EXPECT_FALSE(learns());
+    hand.learnMidi(width);
+    hand.assign(width, AssignmentType::none);
+    EXPECT_FALSE(learns());
     hand.lock(width, true);
     for (const MenuRow& row : knobMenu(context, hand, width, calls))
         EXPECT_TRUE(row.text != "Randomise" || !row.isEnabled);

@@ -249,7 +249,8 @@ TEST_F(Areas, TellInATipWhatSmallThingsDo) {
         scene.screen().context().settingsChanged();
         EXPECT_FALSE(tip.isVisible());
         const auto inside = scene.screen().getLocalBounds();
-        for (const auto& at : {inside.getTopLeft(), inside.getCentre(), inside.getBottomRight()}) {
+        for (const auto& at : {inside.getTopLeft(), inside.getCentre(),
+                               inside.getBottomRight() - juce::Point(300, 10)}) {
             tip.displayTip(at, text);
             EXPECT_TRUE(inside.contains(tip.getBounds())) << at.toString();
             EXPECT_FALSE(tip.getBounds().contains(at)) << at.toString();

@@ -96,6 +96,9 @@ TEST_F(Dialogs, AnswerOnlyTheAlertThatTheyShowAndOnce) {
     scene.frames(1);
     PictureWindow::settle();
     EXPECT_EQ(answered(), "firstCancel ");
+    scene.screen().grabKeyboardFocus(); // as when another window closes
+    keys("T");
+    EXPECT_TRUE(dynamic_cast<ScreenButton&>(*scene.findTitled("Cancel")).showsFocus());
     window.click(remove);
     window.click(middle("Cancel"));
     keys("");
@@ -109,7 +112,7 @@ TEST_F(Dialogs, HoldAllThatLiesBelowThem) {
     scene.findTitled("Zoom")->grabKeyboardFocus();
     const juce::Component* const row = juce::Component::getCurrentlyFocusedComponent();
     ask("", "Cancel,Later", true);
-    scene.screen().grabKeyboardFocus(); // as when another window closes
+    scene.screen().grabKeyboardFocus();
     window.key(Key('l', juce::ModifierKeys::altModifier, 'l'));
     keys("f");
     press('+', juce::ModifierKeys::commandModifier);
@@ -196,7 +199,7 @@ TEST_F(Rows, DoWhatIsDrawnWhereAMousePressesThem) {
         {"", "Fade in", [&] { press(Key::backspaceKey), press(Key::backspaceKey); }, "5.00 s"},
         {"", "Fade in", [&] { press(Key::backspaceKey), keys("R"); }, "1.00 s"},
         {"a page", "Fade in", [&] { press(Key::pageUpKey); }, "2.66 s"},
-        {"toggle", "Reduced motion", [&] { window.click(middle("Reduced motion")); }, "On"},
+        {"toggle", "Reduced motion", [&] { window.click(on("Reduced motion", name, 0.5)); }, "On"},
         {"right button", "Reduced motion", [&] { rightClick(middle("Reduced motion")); }, "On"},
         {"let go elsewhere", "Reduced motion",
          [&] { drag(middle("Reduced motion"), middle("Scope")); }, "On"},
@@ -226,12 +229,16 @@ TEST_F(Rows, CloseTheirSheetByAClickBesideItAndItsButton) {
     press(Key::upKey);
     EXPECT_TRUE(row("Reduced motion").hasKeyboardFocus(false));
     EXPECT_TRUE(row("Reduced motion").showsFocus());
+    press(Key::upKey);
+    press(Key::downKey);
+    EXPECT_TRUE(row("Reduced motion").hasKeyboardFocus(false));
     keys("BTT");
     EXPECT_TRUE(scene.findTitled("Close")->hasKeyboardFocus(false));
     window.click(middle("Close") - Point(200, 0)); // on the panel
     window.click(on("Fade out", name, 0.2));
     keys("");
     ASSERT_NE(sheet(), nullptr);
+    EXPECT_TRUE(scene.findTitled("Close")->hasKeyboardFocus(false)); // a click leaves it there
     const std::function<void()> closes[] = {[&] {
                                                 window.click({20, 400});
                                             },

@@ -71,6 +71,18 @@ TEST_F(Hands, PlayWithKeysAndButtons) {
     scene.play(kFewBlocks);
     EXPECT_LT(scan(), before);
     EXPECT_FALSE(window.key(Key('q', {}, 'q'))); // the host's
+    EXPECT_FALSE(window.key(Key('f', juce::ModifierKeys::altModifier, 'f')));
+    int asked = 0;
+    scene.screen().context().loadFile = [&] { ++asked; };
+    press('o', juce::ModifierKeys::commandModifier);
+    EXPECT_EQ(asked, 1);
+    type("f");
+    EXPECT_EQ(plugin.system().view.edits.undoName(), "Freeze");
+    for (const auto& [key, frozen] : {std::pair{'z', 0.0f}, {'y', 1.0f}, {'z', 0.0f}}) {
+        press(key, juce::ModifierKeys::commandModifier);
+        scene.play(kFewBlocks);
+        EXPECT_EQ(value(freeze), frozen) << key;
+    }
     type(" ");
     scene.play(0.5);
     struct Press {
