@@ -184,4 +184,13 @@ void mokWindow::genBlackmanMok() noexcept {
     });
 }
 
+float mokWindow::energy() const noexcept {
+    double sum = 0.0;
+    for (std::uint64_t n = 0; n < size; ++n) { // of straight lines from point to point
+        const double a = double{data[n]}, b = double{data[n + 1]};
+        sum += a * a + a * b + b * b;
+    }
+    return static_cast<float>(sum / (3.0 * static_cast<double>(size)));
+}
+
 } // namespace zephyra

@@ -52,6 +52,9 @@ public:
     void genRandom(RandomSource& random); ///< noise in -1..1
     void genBlackmanMok() noexcept;       ///< Blackman lifted to 0.5..1
 
+    /// Mean square of what grains read, which is straight lines between the points. MAIN.
+    float energy() const noexcept;
+
 private:
     template <typename Shape>
     void fill(Shape shape) noexcept; ///< table[n] = shape(n), then the guard

@@ -54,6 +54,7 @@ mokGranulatorSF::mokGranulatorSF(const mokSample* givenSample, const mokWindow* 
         ownWindow_->genHanning();
         window = ownWindow_.get();
     }
+    windowEnergy_ = window.load()->energy();
 
     const auto pool = static_cast<std::size_t>(std::max(maxGrains, 0));
     grainGainL.assign(pool, 0.0f);
@@ -104,6 +105,7 @@ void mokGranulatorSF::setSample(const mokSample* next) noexcept {
 void mokGranulatorSF::setWindow(const mokWindow* next) noexcept {
     if (!next) return;
     window.exchange(next);
+    windowEnergy_ = next->energy();
     if (!ownsWindow) return;
     ownsWindow = false;
     retired_.retire(std::exchange(ownWindow_, nullptr));

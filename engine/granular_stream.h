@@ -69,6 +69,11 @@ public:
     /// The scan jumps to a fraction of the region, min(|fraction|, 1), at the next block. MAIN.
     void setScanPhase(const double& fraction) noexcept { scanPhasor.setPhase(fraction); }
 
+    /// Whether new grains get the level that keeps the cloud's loudness (steadyLevel); off at
+    /// first. MAIN.
+    void setSteadyLevel(bool on) noexcept { steady_ = on; }
+    bool isLevelSteady() const noexcept { return steady_; }
+
     /// Hz; recomputes every grain's increments and the phasor's. One that is not above 0 or not
     /// finite is ignored. The effect modules have their own rates. OFF.
     void setSampleRate(float rate) noexcept;
@@ -187,6 +192,7 @@ private:
     void allocateWorkArrays(int frames);
     void setSpanAndStart(float span, float start, float end) noexcept;
     float sampleDuration() const noexcept;
+    float steadyFactor(const Settings& settings) const ZEPHYRA_NONBLOCKING;
 
     std::vector<std::unique_ptr<mokGrain>> grains;
     mokPhasor scanPhasor;
@@ -210,6 +216,8 @@ private:
     float spareA = 0.25f, spareB = 0.25f; // read by nothing
     Relaxed<float> grainLength, density, playbackRate;
     Relaxed<float> rndLength, rndDensity, rndPitch, jitter;
+    Relaxed<bool> steady_ = false;
+    Relaxed<float> windowEnergy_ = 0.0f; // mean square of the envelope
     std::vector<float> phaseBuffer;
     std::vector<float> mixMemory_; // of the two below
     float *mixL = nullptr, *mixR = nullptr;

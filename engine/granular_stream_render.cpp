@@ -4,6 +4,7 @@
 #include "effects/ring_modulator.h"
 #include "effects/stereo_echo.h"
 #include "engine/granular_stream.h"
+#include "engine/steady_level.h"
 #include "platform/silence.h"
 #include "platform/threads/flush_denormals.h"
 
@@ -99,6 +100,15 @@ GrainTables mokGranulatorSF::takeTables() ZEPHYRA_NONBLOCKING {
         for (const auto& grain : grains) grain->straight = {};
     blockSourceSize_ = tables.sourceSize;
     return tables;
+}
+
+float mokGranulatorSF::steadyFactor(const Settings& settings) const ZEPHYRA_NONBLOCKING {
+    return steadyLevel({.length = settings.grainLength,
+                        .density = settings.density,
+                        .rndDensity = settings.rndDensity,
+                        .width = settings.width,
+                        .windowEnergy = windowEnergy_,
+                        .voices = maxGrains});
 }
 
 void mokGranulatorSF::takeRequestedSeed() ZEPHYRA_NONBLOCKING {
@@ -290,7 +300,9 @@ void mokGranulatorSF::processBlock(int frames, float* outL, float* outR) ZEPHYRA
     if (granularOn) {
         const GrainTables tables = takeTables();
         blockTrace_ = trace_.load();
-        scheduleGrains(frames, blockSettings());
+        Settings settings = blockSettings();
+        if (steady_) settings.level *= steadyFactor(settings);
+        scheduleGrains(frames, settings);
         renderGrains(frames, tables);
     }
     applyEffects(frames, outL, outR);

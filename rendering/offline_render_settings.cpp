@@ -48,6 +48,7 @@ Result<void> OfflineRender::applySettings() {
     for (const ControlSetting& setting : plan_.settings)
         if (const auto done = apply(setting); !done) return done;
     if (plan_.envelope && !stream().pickEnvelope(*plan_.envelope)) return memoryIsShort();
+    if (plan_.steadyLevel) stream().setSteadyLevel(true);
     return applyRegion();
 }
 

@@ -162,6 +162,7 @@ Result<RenderPlan> makeRenderPlan(const RenderRequest& request, const SoundFileI
                     .blockFrames = request.blockFrames,
                     .seed = request.seed ? *request.seed : clockSeed(clock),
                     .envelope = request.envelope,
+                    .steadyLevel = request.steadyLevel,
                     .use = live ? SourceUse::live : SourceUse::loaded,
                     .settings = request.settings,
                     .timedSettings = request.timedSettings,

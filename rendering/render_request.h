@@ -48,6 +48,7 @@ struct RenderRequest {
     std::vector<ControlSetting> settings = {};
     std::vector<TimedSetting> timedSettings = {}; ///< by time
     std::optional<std::size_t> envelope = {};     ///< position in the menu
+    bool steadyLevel = false;                     ///< as loud whatever density and length are
     std::optional<float> start = {}, end = {};    ///< fractions of the source
     bool live = false; ///< an effect's grains come from input and, unless host.type is given, are
                        ///< heard without it

@@ -240,6 +240,10 @@ public:
     bool normalizeTouched() const { return normalizeTouched_; }
     /// Whether Normalize applies to files; false plays them as they are.
     void setNormalizeTouched(bool touched);
+    /// Whether new grains get the level that keeps the cloud's loudness whatever its density and
+    /// length; off in states that do not know it. The second: any thread.
+    void setSteadyLevel(bool on) { engine_.setSteadyLevel(on); }
+    bool isLevelSteady() const { return engine_.isLevelSteady(); }
     /// "name, 12.345 s, 44100 Hz, WAV ..." of the current sound, for people.
     std::string fileInformation() const;
 

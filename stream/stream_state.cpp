@@ -74,6 +74,8 @@ public:
         if (start || end || !isPart())
             stream_.setRegion(start.value_or(stream_.regionStart()),
                               end.value_or(stream_.regionEnd()));
+        const auto steady = state_.boolean(kSteadyLevel + suffix_);
+        if (steady || !isPart()) stream_.setSteadyLevel(steady.value_or(false));
         const auto menu = state_.whole(controlRange(envelope).channel + suffix_);
         if (menu && *menu >= 0) stream_.pickEnvelope(static_cast<std::size_t>(*menu));
         if (const auto seed = state_.whole(kSeed + suffix_))
@@ -134,6 +136,7 @@ void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state, St
     const Button& keyboard = stream.controls._keyboardButton;
     state[keyboard.channel] = keyboard.tag == 1;
     state[kNormalizeTouched + suffix] = stream.normalizeTouched();
+    if (stream.isLevelSteady()) state[kSteadyLevel + suffix] = true; // older versions know none
     state[kRegionStart + suffix] = stream.regionStart();
     state[kRegionEnd + suffix] = stream.regionEnd();
     state[controlRange(envelope).channel + suffix] = static_cast<std::int64_t>(stream.envelope());

@@ -242,6 +242,10 @@ void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions
                numberInto(request.start, "x", 0, 1, kRightFraction));
     reader.add("--end", "F", "Where it ends; before the start, the scan covers what lies between",
                numberInto(request.end, "x", 0, 1, kRightFraction));
+    reader.addFlag(
+        "--steady-level",
+        "Keep the sound as loud whatever the grains' density, length, envelope and width",
+        request.steadyLevel);
     declareFades(reader, request.host);
     declareLiveOptions(reader, request);
     declareHostOptions(reader, request.host);

@@ -77,6 +77,7 @@ constexpr std::array<HelpText, kLast + 1> kTexts{{
     {startAnew, "When the host starts: scan, chance and LFOs begin where the session has them"},
     {programs, "Whether MIDI program changes and bank selects choose presets"},
     {embedding, "Sounds up to this length are kept inside the session, for when their file is gone"},
+    {steadyLevel, "Keeps the sound as loud whatever the grains' density, length, envelope and width"},
     {zoom, "How large everything is, 75 to 250 %", Shortcut::zoomIn, Shortcut::zoomOut},
     {knobStyle, "How a drag turns a knob: round its centre, sideways, up and down, or either way"},
     {levelSwitch, "Shows the level of the output; off, it costs nothing"},

@@ -83,6 +83,7 @@ enum class HelpId : std::uint8_t {
     startAnew,
     programs,
     embedding,
+    steadyLevel,
     zoom,
     knobStyle,
     levelSwitch,

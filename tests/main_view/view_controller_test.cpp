@@ -280,6 +280,18 @@ TEST(State, TakesTheScanFromAFingerThatRestsOnIt) {
     EXPECT_TRUE(hosted.stream.getTimePhasor() == 0.25f && !area.isHeld());
 }
 
+TEST(State, KnowsOfASteadyLevelWhereItIsOn) {
+    HostedUnit hosted(component_type::instrument);
+    MOK_SCRUB_GRANULATOR& stream = hosted.ready().stream;
+    stream.setSteadyLevel(true);
+    const PropertyDictionary on = hosted.view.snapshotAsItIs();
+    hosted.view.restoreStateProc({});
+    EXPECT_FALSE(stream.isLevelSteady());
+    EXPECT_FALSE(hosted.view.snapshotAsItIs().contains("SteadyLevel_0"));
+    hosted.view.restoreStateProc(on);
+    EXPECT_TRUE(stream.isLevelSteady());
+}
+
 TEST(State, IsReportedOnKeyByKeyToWhoeverTakesThatElseToTheLog) {
     using enum StandIn;
     const PropertyDictionary bond{{"name", "_none"}, {"axis", 0}};

@@ -47,11 +47,14 @@ TEST_F(Sheet, EveryChoiceIsKeptByWhoeverItBelongsTo) {
         if (count == 0) continue;
         EXPECT_LT(before, count) << entry.name;
         const auto plugins = plugin.settings();
+        const bool steady = plugin.system().stream().isLevelSteady();
         const auto windows = context.settings;
         const std::size_t other = (before + 1) % count;
         model.choose(row, other);
         EXPECT_EQ(now(model, entry.id).value, entry.choices[other]);
-        EXPECT_EQ(plugin.settings() != plugins, entry.group == SettingGroup::instance)
+        EXPECT_EQ(plugin.settings() != plugins ||
+                      plugin.system().stream().isLevelSteady() != steady,
+                  entry.group == SettingGroup::instance)
             << entry.name;
         EXPECT_EQ(context.settings != windows, entry.group == SettingGroup::windows) << entry.name;
         model.choose(row, count); // is none

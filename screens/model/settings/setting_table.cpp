@@ -79,6 +79,17 @@ void chooseStyle(ScreenContext& context, std::size_t choice) {
     changed(context);
 }
 
+std::size_t readSteadyLevel(ScreenContext& context) {
+    return context.source.plugin().system().stream().isLevelSteady() ? 1 : 0;
+}
+
+void chooseSteadyLevel(ScreenContext& context, std::size_t choice) {
+    const ScreenEdit edit(context, "Steady level");
+    context.source.asMain([&](AudioUnitViewController& view) {
+        view._GRANULATOR_STREAM.setSteadyLevel(choice == 1);
+    });
+}
+
 constexpr SettingEntry fade(SettingId id, const char* name, ControlId control) {
     return {.id = id, .group = instance, .kind = amount, .name = name, .control = control};
 }
@@ -122,6 +133,9 @@ constexpr std::array<SettingEntry, kSettings> kEntries{{
     ofPlugin<&P::startAnew, kStarts>(startAnew, choice, "Start anew", HelpId::startAnew, kStartAnew),
     ofPlugin<&P::followsPrograms, kFollows>(programs, toggle, "Program changes", HelpId::programs, kOnOff),
     ofPlugin<&P::embedSeconds, kEmbedSeconds>(embedding, choice, "Sounds kept inside", HelpId::embedding, kEmbedding),
+    {.id = steadyLevel, .group = instance, .kind = toggle, .name = "Steady level",
+     .help = HelpId::steadyLevel, .choices = kOnOff, .read = readSteadyLevel,
+     .choose = chooseSteadyLevel},
     {.id = zoom, .group = windows, .kind = choice, .name = "Zoom", .help = HelpId::zoom,
      .choices = kZoomNames, .read = readZoom, .choose = chooseZoom},
     {.id = knobStyle, .group = windows, .kind = choice, .name = "Knobs turn", .help = HelpId::knobStyle,

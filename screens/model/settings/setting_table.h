@@ -21,6 +21,7 @@ enum class SettingId : std::uint8_t {
     startAnew,
     programs,
     embedding,
+    steadyLevel,
     zoom,
     knobStyle,
     level,
@@ -30,7 +31,7 @@ enum class SettingId : std::uint8_t {
     audio,
     midi,
 };
-inline constexpr std::size_t kSettings = 15;
+inline constexpr std::size_t kSettings = 16;
 
 /// Whose a setting is, which says where it is kept.
 enum class SettingGroup : std::uint8_t {
