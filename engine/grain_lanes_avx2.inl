@@ -92,14 +92,17 @@ void mixLanes(const StraightMix& run) ZEPHYRA_NONBLOCKING {
     const __m256d readStride = _mm256_mul_pd(_mm256_set1_pd(8.0), readStep);
 
     const __m256d sourceSize = _mm256_set1_pd(run.sourceSize);
+    const __m256d origin = _mm256_set1_pd(run.origin);
     const __m256 envelopeSize = _mm256_set1_ps(run.envelopeSize);
     const __m256 amplitude = _mm256_set1_ps(run.amplitude);
     const __m256 gainL = _mm256_set1_ps(run.gainL);
     const __m256 gainR = _mm256_set1_ps(run.gainR);
 
     const auto placeSource = [&]() {
-        const __m128 high = _mm256_cvtpd_ps(_mm256_mul_pd(readHigh, sourceSize));
-        const __m128 low = _mm256_cvtpd_ps(_mm256_mul_pd(readLow, sourceSize));
+        const __m256d farther = _mm256_mul_pd(readHigh, sourceSize);
+        const __m256d nearer = _mm256_mul_pd(readLow, sourceSize);
+        const __m128 high = _mm256_cvtpd_ps(_mm256_sub_pd(farther, origin));
+        const __m128 low = _mm256_cvtpd_ps(_mm256_sub_pd(nearer, origin));
         readLow = _mm256_add_pd(readLow, readStride);
         readHigh = _mm256_add_pd(readHigh, readStride);
         return SourceReads(run.source, _mm256_set_m128(high, low));

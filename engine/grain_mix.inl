@@ -25,7 +25,7 @@ struct StraightMix {
     float envelopePhase, envelopeStep;
     double readPhase, readStep;
     const float* source; ///< already moved by the run's base: indexed by the truncated position
-    double sourceSize;
+    double sourceSize, origin;
     const float* envelope;
     float envelopeSize;
     float amplitude, gainL, gainR;
@@ -86,10 +86,13 @@ inline std::int64_t planRead(const mokGrain& grain, const GrainTables& tables,
     const auto modulus = static_cast<std::int64_t>(tables.sourceModulus);
     const auto offset =
         static_cast<std::int64_t>(grain_step::modulo(grain.readOffset, tables.sourceModulus));
-    const auto position = static_cast<std::int64_t>(static_cast<float>(phase * size));
+    const auto position =
+        static_cast<std::int64_t>(grain.origin) +
+        static_cast<std::int64_t>(static_cast<float>(phase * size - grain.origin));
     const bool pastSeam = offset + position >= modulus;
-    base = pastSeam ? offset - modulus : offset;
-    const double index = static_cast<double>(base + position);
+    const std::int64_t turn = pastSeam ? offset - modulus : offset;
+    base = turn + static_cast<std::int64_t>(grain.origin);
+    const double index = static_cast<double>(turn + position);
 
     const double magnitude = step < 0.0 ? -step : step;
     const double toWrap = step < 0.0 ? phase : 1.0 - phase;
@@ -114,13 +117,14 @@ inline int planStraight(mokGrain& grain, const GrainTables& tables) ZEPHYRA_NONB
     return kAskAgain;
 }
 
-/// grain_step::sampleAt for a read phase in 0..1 and tables that 32-bit positions can index.
+/// grain_step::sampleAt for a read phase in 0..1, not before the origin, and tables that 32-bit
+/// positions can index.
 inline float sampleWithin(const mokGrain& grain, const GrainTables& tables, double sourceSize,
                           std::int32_t offset) ZEPHYRA_NONBLOCKING {
-    const auto p = static_cast<float>(grain.readPhase * sourceSize);
+    const auto p = static_cast<float>(grain.readPhase * sourceSize - grain.origin);
     const auto i = static_cast<std::int32_t>(p);
     const auto modulus = static_cast<std::int32_t>(tables.sourceModulus);
-    std::int32_t index = offset + i;
+    std::int32_t index = offset + static_cast<std::int32_t>(grain.origin) + i;
     while (index >= modulus) index -= modulus; // twice at most: both are below modulus + 5
     const float* frame = tables.source + index;
     const float s = frame[0] + (frame[1] - frame[0]) * (p - static_cast<float>(i));
@@ -161,6 +165,7 @@ inline void mixStraight(mokGrain& grain, const GrainTables& tables, const GrainM
                         .readStep = readStep,
                         .source = tables.source + grain.straight.readBase,
                         .sourceSize = static_cast<double>(tables.sourceSize),
+                        .origin = grain.origin,
                         .envelope = tables.envelope,
                         .envelopeSize = static_cast<float>(tables.envelopeSize),
                         .amplitude = grain.amplitude,
@@ -180,7 +185,8 @@ int mixGrain(mokGrain& grain, const GrainTables& tables, const GrainMix& mix) ZE
     const bool within = tables.ready && tables.sourceSize < kMostIndexable &&
                         tables.sourceModulus >= kFewestIndexable &&
                         tables.envelopeSize < kMostIndexable && readStep < 1.0f &&
-                        readStep > -1.0f && grain.readPhase >= 0.0 && grain.readPhase <= 1.0;
+                        readStep > -1.0f && grain.readPhase <= 1.0 &&
+                        grain.readPhase * static_cast<double>(tables.sourceSize) >= grain.origin;
     auto& run = grain.straight;
     if (!tables.ready) run.left = 0; // its phases go on by one sample, past what was planned
     int done = 0;

@@ -45,8 +45,8 @@ namespace {
 void Lanes::mixStraight(const StraightMix& run) ZEPHYRA_NONBLOCKING {
     for (int n = 0; n < run.count; ++n) {
         const float steps = static_cast<float>(n + 1);
-        const float p =
-            static_cast<float>((run.readPhase + double{steps} * run.readStep) * run.sourceSize);
+        const float p = static_cast<float>(
+            (run.readPhase + double{steps} * run.readStep) * run.sourceSize - run.origin);
         const auto i = static_cast<std::int32_t>(p);
         const float* frame = run.source + i;
         const float s = frame[0] + (frame[1] - frame[0]) * (p - static_cast<float>(i));

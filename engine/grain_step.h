@@ -37,23 +37,25 @@ static inline GrainStep advance(mokGrain& grain, bool ready) ZEPHYRA_NONBLOCKING
     grain.envelopePhase += grain.envelopeIncrement;
     if (grain.envelopePhase >= 1.0f) return GrainStep::ended;
     double phase = grain.readPhase + double{grain.phaseIncrement};
-    if (phase >= 1.0)
-        phase -= 1.0;
-    else if (phase < 0.0)
-        phase += 1.0;
+    if (phase >= 1.0 || phase < 0.0) {
+        phase += phase < 0.0 ? 1.0 : -1.0;
+        grain.origin = 0.0;
+    }
     grain.readPhase = phase;
     return ready ? GrainStep::sounds : GrainStep::notReady;
 }
 
 /// The grain's output at its present phases. Indices stay inside the tables whatever the phase.
 static inline float sampleAt(const mokGrain& grain, const GrainTables& tables) ZEPHYRA_NONBLOCKING {
-    float p = static_cast<float>(grain.readPhase * static_cast<double>(tables.sourceSize));
+    float p =
+        static_cast<float>(grain.readPhase * static_cast<double>(tables.sourceSize) - grain.origin);
     constexpr float kLargest = 3.402823466e+38f;
     p = p > kLargest ? kLargest : p < -kLargest ? -kLargest : p;
     const std::int64_t i = saturatedInteger(p);
     const float whole = static_cast<float>(i);
     const float f = p > 0x1p62f || p < -0x1p62f ? 0.0f : p - whole;
-    const std::uint64_t sum = grain.readOffset + static_cast<std::uint64_t>(i);
+    const std::uint64_t sum =
+        grain.readOffset + static_cast<std::uint64_t>(grain.origin) + static_cast<std::uint64_t>(i);
     const float* frame = tables.source + modulo(sum, tables.sourceModulus);
     const float s = frame[0] + (frame[1] - frame[0]) * f;
 

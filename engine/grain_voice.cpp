@@ -69,10 +69,17 @@ void mokGrain::setParameters(const float& newAmplitude, const float& newFrequenc
         phaseIncrement = increment;
     }
     if (isFinite(position)) readPhase = std::min(position < 0.0 ? -position : position, 1.0);
+    placeOrigin(source->size);
     if (isFinite(double{newLength})) {
         length = newLength;
         envelopeIncrement = envelopeIncrementFor(length, sampleRate);
     }
+}
+
+void mokGrain::placeOrigin(std::uint64_t size) ZEPHYRA_NONBLOCKING {
+    const double position = readPhase * static_cast<double>(size);
+    const bool isNear = position < kNearFrames || phaseIncrement < 0.0f;
+    origin = isNear ? 0.0 : static_cast<double>(static_cast<std::int64_t>(position));
 }
 
 void mokGrain::start() ZEPHYRA_NONBLOCKING {
@@ -80,7 +87,7 @@ void mokGrain::start() ZEPHYRA_NONBLOCKING {
     _actives = _actives.load() + 1;
     straight = {};
     envelopePhase = 0.0f;
-    readPhase = 0.0;
+    readPhase = origin = 0.0;
     active = true;
     readOffset = source->offset;
 }

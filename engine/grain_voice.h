@@ -31,6 +31,7 @@ class mokGrain {
 public:
     static constexpr float kFirstFrequency = 440.0f; ///< Hz, until parameters are set
     static constexpr float kFirstLength = 85.0f;     ///< seconds, until parameters are set
+    static constexpr double kNearFrames = 0x1p20;    ///< positions up to here are counted from 0
 
     /// source and envelope are not owned; a null source becomes an own 4096-point sine, a null
     /// envelope an own 4096-point Hanning. sampleRate in Hz. MAIN.
@@ -46,6 +47,11 @@ public:
     /// would not be, leaves its field as it was.
     void setParameters(const float& amplitude, const float& frequency, const double& position,
                        const float& length) ZEPHYRA_NONBLOCKING;
+
+    /// Counts positions from the frame where the grain stands, in a source of size frames, so that
+    /// they are as fine far into it as near its beginning; from 0 up to kNearFrames, and backwards.
+    /// The grain never falls behind it: a wrap takes it back to 0.
+    void placeOrigin(std::uint64_t size) ZEPHYRA_NONBLOCKING;
 
     /// Starts a grain that is not sounding, at phase 0 of source and envelope; a sounding one is
     /// left alone.
@@ -83,6 +89,7 @@ public:
     float length = 85.0f;         ///< seconds
     float frequency = 440.0f;     ///< Hz
     std::uint64_t readOffset = 0; ///< frames added to every read index, from the source at start()
+    double origin = 0.0;          ///< whole frames that positions are counted from
 
     /// How many coming samples advance both phases by constant exact steps without a wrap; see
     /// engine/grain_mix.inl. Cleared whenever phases, increments or tables change.

@@ -97,7 +97,10 @@ GrainTables mokGranulatorSF::takeTables() ZEPHYRA_NONBLOCKING {
     // A planned run stays inside a table of the size it was planned for. The size is compared, not
     // the pointer: a new sample may stand where a freed one stood.
     if (tables.sourceSize != blockSourceSize_)
-        for (const auto& grain : grains) grain->straight = {};
+        for (const auto& grain : grains) {
+            grain->straight = {};
+            grain->placeOrigin(tables.sourceSize);
+        }
     blockSourceSize_ = tables.sourceSize;
     return tables;
 }

@@ -19,6 +19,7 @@ struct LiteralGrain {
     double readPhase = 0;
     float phaseIncrement = 0, envelopePhase = 0, envelopeIncrement = 1, amplitude = 0;
     std::uint64_t readOffset = 0;
+    double origin = 0; // positions are counted from it: 0 near the beginning, or the first frame
 
     void render(const mokBuffer& source, const mokBuffer& envelope, float* out, int count) {
         for (int n = 0; n < count; ++n) {
@@ -29,16 +30,18 @@ struct LiteralGrain {
                 continue;
             }
             readPhase += double{phaseIncrement};
-            if (readPhase >= 1)
+            if (readPhase >= 1) {
                 readPhase -= 1;
-            else if (readPhase < 0)
-                readPhase += 1;
+                origin = 0;
+            }
             if (!source.ready) return;
-            const float p = static_cast<float>(readPhase * static_cast<double>(source.size));
+            const float p =
+                static_cast<float>(readPhase * static_cast<double>(source.size) - origin);
             const auto i = static_cast<std::uint64_t>(p);
             const float f = p - static_cast<float>(i);
             const std::uint64_t size = source.size;
-            const std::uint64_t index = (readOffset + i) % (size > 4 ? size - 4 : size);
+            const std::uint64_t index = (readOffset + static_cast<std::uint64_t>(origin) + i) %
+                                        (size > 4 ? size - 4 : size);
             const float s = source.data[index] + (source.data[index + 1] - source.data[index]) * f;
             const float q = envelopePhase * static_cast<float>(envelope.size);
             const auto j = static_cast<std::uint64_t>(q);
@@ -107,6 +110,8 @@ struct LiteralStream {
         g.amplitude = level;
         g.phaseIncrement = rate / sampleRate;
         g.readPhase = std::min(std::abs(double{position}), 1.0);
+        const double first = g.readPhase * static_cast<double>(sample->size);
+        g.origin = first < 0x1p20 ? 0 : std::floor(first);
         g.envelopeIncrement = length > 0 ? std::min((1.0f / length) / sampleRate, 1.0f) : 1.0f;
         const auto L = static_cast<float>(1.0 - double{width} + double{spread});
         const float R = 1.0f - spread;
