@@ -4,6 +4,9 @@
 // exactly 1 as long as its rounding is the same: a block falls into runs with one fraction and
 // contiguous reads and writes that do not meet. While something glides, the serial steps of times
 // and feedbacks are worked out first for a register's samples.
+//
+// Lines that were just forgotten still hold what is not to be heard. Until the longest read stays
+// within what was written since, the block is walked sample by sample.
 
 constexpr std::int64_t kEchoMask = kEchoLineSize - 1;
 struct ReadPosition {
@@ -37,15 +40,30 @@ struct EchoChannel {
 };
 
 /// One sample as the echo is defined; everything else here must give its bits.
-inline void echoSample(EchoChannel& channel, double delay, double feedback) {
-    const ReadPosition at = readPosition(channel.writeIndex, delay);
-    const double before = channel.line[at.index & kEchoMask];
-    const double after = channel.line[(at.index + 1) & kEchoMask];
-    const double delayed = before + at.fraction * (after - before);
+inline void echoSample(EchoChannel& channel, double before, double after, double fraction,
+                       double feedback) {
+    const double delayed = before + fraction * (after - before);
     const double dry = *channel.in++;
     channel.line[channel.writeIndex] = finiteOrZero(dry + delayed * feedback);
     channel.writeIndex = (channel.writeIndex + 1) & kEchoMask;
     *channel.out++ = static_cast<float>(dry + delayed);
+}
+
+/// The same from full lines.
+inline void echoSample(EchoChannel& channel, double delay, double feedback) {
+    const ReadPosition at = readPosition(channel.writeIndex, delay);
+    echoSample(channel, channel.line[at.index & kEchoMask],
+               channel.line[(at.index + 1) & kEchoMask], at.fraction, feedback);
+}
+
+/// The same from lines that hold what was written last and nothing else.
+inline void echoSampleOf(std::int64_t written, EchoChannel& channel, double delay,
+                         double feedback) {
+    const ReadPosition at = readPosition(channel.writeIndex, delay);
+    const std::int64_t oldest = channel.writeIndex + kEchoLineSize - written;
+    const double before = at.index < oldest ? 0 : channel.line[at.index & kEchoMask];
+    const double after = at.index + 1 < oldest ? 0 : channel.line[(at.index + 1) & kEchoMask];
+    echoSample(channel, before, after, at.fraction, feedback);
 }
 
 /// How many samples from here on share the fraction and read and write apart and without a wrap.
@@ -190,13 +208,42 @@ inline void echoGliding(EchoChannel& left, EchoChannel& right, EchoBlock& block)
     for (int part = 0; part < kParts; ++part) store(block.smoothed + part * kLanes, value[part]);
 }
 
+/// Whether the block may read further back than was written. A glide runs one way, so its ends
+/// bound it; two more frames for the fraction and for what is rounded.
+inline bool readsBeyond(const EchoBlock& block) {
+    const auto reach = static_cast<double>(block.written - 2);
+    for (int side = 0; side < 2; ++side)
+        if (clampedDelay(block.smoothed[side]) > reach || clampedDelay(block.target[side]) > reach)
+            return true;
+    return false;
+}
+
+inline void echoFilling(EchoChannel& left, EchoChannel& right, EchoBlock& block) {
+    for (std::int64_t n = 0; n < block.frames; ++n) {
+        for (int i = 0; i < kSmoothed; ++i) {
+            OnePole value{block.smoothed[i], block.target[i], kCoefficients[i]};
+            block.smoothed[i] = value.next();
+        }
+        const std::int64_t written = smaller(block.written + n, kEchoLineSize);
+        echoSampleOf(written, left, clampedDelay(block.smoothed[0]), block.smoothed[2]);
+        echoSampleOf(written, right, clampedDelay(block.smoothed[1]), block.smoothed[3]);
+    }
+}
+
 void echoBody(EchoBlock& block) ZEPHYRA_NONBLOCKING {
     EchoChannel left{block.line[0], block.writeIndex[0], block.in[0], block.out[0]};
     EchoChannel right{block.line[1], block.writeIndex[1], block.in[1], block.out[1]};
     bool atRest = true;
     for (int n = 0; n < kSmoothed; ++n)
         atRest = atRest && OnePole{block.smoothed[n], block.target[n], kCoefficients[n]}.atRest();
-    atRest ? echoAtRest(left, right, block) : echoGliding(left, right, block);
+    const bool fills = block.written < kEchoLineSize;
+    if (fills && readsBeyond(block)) {
+        echoFilling(left, right, block);
+    } else {
+        atRest ? echoAtRest(left, right, block) : echoGliding(left, right, block);
+    }
+    if (fills && block.frames > 0)
+        block.written = smaller(block.written + block.frames, kEchoLineSize);
     block.writeIndex[0] = left.writeIndex;
     block.writeIndex[1] = right.writeIndex;
 }

@@ -22,6 +22,8 @@ struct EchoBlock {
     const float* in[2];
     float* out[2];
     std::int32_t frames;
+    /// Frames that the lines hold, up to kEchoLineSize; what lies further back reads as 0.
+    std::int64_t written = kEchoLineSize;
 };
 
 /// What one block of the ring modulator reads and leaves changed.

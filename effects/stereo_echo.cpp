@@ -29,6 +29,7 @@ struct State : CommonState {
     double smoothed[kParameterCount] = {}; // in block order
     std::int32_t error = kModuleNoError;
     std::int32_t lastFrames = 0;
+    std::int64_t written = kEchoLineSize; // frames of the lines that are to be heard
 };
 
 } // namespace
@@ -63,6 +64,11 @@ void clearBuffer(CommonState* common) noexcept {
     auto* state = static_cast<State*>(common);
     clearDelayLine(state->lineL);
     clearDelayLine(state->lineR);
+    state->written = kEchoLineSize;
+}
+
+void forget(CommonState* state) ZEPHYRA_NONBLOCKING {
+    static_cast<State*>(state)->written = 0;
 }
 
 void setSampleRate(CommonState* state, double rate) noexcept {
@@ -129,10 +135,12 @@ std::int32_t perform(CommonState* common, const float* inL, const float* inR, fl
     block.out[0] = outL;
     block.out[1] = outR;
     block.frames = frames;
+    block.written = state->written;
     state->bodies.echo(block);
     for (int n = 0; n < kParameterCount; ++n) state->smoothed[n] = block.smoothed[n];
     state->lineL.writeIndex = block.writeIndex[0];
     state->lineR.writeIndex = block.writeIndex[1];
+    state->written = block.written;
     return kModuleNoError;
 }
 

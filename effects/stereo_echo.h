@@ -41,6 +41,10 @@ void reset(CommonState* state) noexcept;
 /// Clears both lines and nothing else. OFF.
 void clearBuffer(CommonState* state) noexcept;
 
+/// What the lines hold reads as silence from here on. They are not touched: nothing is read that
+/// was not written since. RENDER.
+void forget(CommonState* state) ZEPHYRA_NONBLOCKING;
+
 /// Sets the rate in Hz; one that isModuleSampleRate refuses keeps the old. Times are in samples, so
 /// nothing else changes. OFF.
 void setSampleRate(CommonState* state, double rate) noexcept;

@@ -88,6 +88,7 @@ void mokGranulatorSF::allocateWorkArrays(int frames) {
 void mokGranulatorSF::setSampleRate(float rate) noexcept {
     if (!std::isfinite(rate) || !(rate > 0.0f)) return;
     sampleRate = rate;
+    anewAt_ = rendered_;
     for (const auto& grain : grains) grain->setSampleRate(rate);
     scanPhasor.setSampleRate(rate);
 }

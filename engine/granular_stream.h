@@ -6,6 +6,7 @@
 #include "engine/grain_trace.h"
 #include "engine/grain_voice.h"
 #include "engine/scan_phasor.h"
+#include "engine/stage_fade.h"
 #include "platform/sound/audio_buffer_list.h"
 #include "platform/threads/relaxed.h"
 #include "platform/threads/render_cycle.h"
@@ -27,6 +28,8 @@ class mokGranulatorSF {
 public:
     /// The longest block rendered at once; a longer one is split.
     static constexpr int kMaxBlockFrames = 4096;
+    /// Seconds that an effect fades in or out for when it is switched.
+    static constexpr float kStageFade = 0.01f;
     /// What a stream is built with.
     static constexpr std::int32_t kVoices = 24;
 
@@ -107,8 +110,8 @@ public:
                                   const AudioBufferList& outputList) ZEPHYRA_NONBLOCKING;
 
     /// Whether a cycle in which no grain sounds would be silent, and would move nothing that is
-    /// heard later: each effect is off, or has come to rest and has nothing left in its lines.
-    /// RENDER.
+    /// heard later: each effect is off and has faded out, or is on, has come to rest and has
+    /// nothing left in its lines. RENDER.
     bool effectsRest() const ZEPHYRA_NONBLOCKING;
     /// Passes over frames in which nothing is heard: only the scan and the ring modulator's cosine
     /// go on. RENDER.
@@ -161,7 +164,10 @@ public:
     /// Whether the engine still stands on its own silent placeholder. MAIN.
     bool onPlaceholder() const noexcept { return ownsSample; }
 
-    /// Stage switches, off after construction; set by the owner. MAIN.
+    /// Stage switches, off after construction; set by the owner. An effect that is switched fades
+    /// from the next block on; only the first block, of all or after startAnew() or
+    /// setSampleRate(), takes its switch at once. An echo that was off is empty when it comes back.
+    /// MAIN.
     Relaxed<bool> granularOn = false, echoOn = false, ringOn = false;
 
     /// Echo times in ms and feedback amounts as last set by the owner. MAIN.
@@ -179,9 +185,13 @@ private:
 
     Settings blockSettings() const ZEPHYRA_NONBLOCKING;
     GrainTables takeTables() ZEPHYRA_NONBLOCKING;
-    void processBlock(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING;
-    void countQuiet(int frames, const float* left, const float* right) ZEPHYRA_NONBLOCKING;
-    void applyEffects(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING;
+    void processBlock(int frames, StereoSpan out) ZEPHYRA_NONBLOCKING;
+    void countQuiet(int frames, StereoSpan echoes) ZEPHYRA_NONBLOCKING;
+    void emptyEcho() ZEPHYRA_NONBLOCKING;
+    int takeSwitches(int frames) ZEPHYRA_NONBLOCKING;
+    std::int32_t fadeEcho(int frames, StereoSpan out, StereoSpan to) ZEPHYRA_NONBLOCKING;
+    void fadeRing(int frames, StereoSpan out) ZEPHYRA_NONBLOCKING;
+    void applyEffects(int frames, StereoSpan out) ZEPHYRA_NONBLOCKING;
     void scheduleGrains(int frames, const Settings& settings) ZEPHYRA_NONBLOCKING;
     float scanPosition(float phase, const Settings& settings) const ZEPHYRA_NONBLOCKING;
     double scanPhaseFrom(float renderedPhase) const noexcept;
@@ -235,7 +245,9 @@ private:
     GrainMixer mixer_;
     std::atomic<GrainTrace*> trace_ = nullptr; // sequentially consistent, see RenderCycle
     GrainTrace* blockTrace_ = nullptr;         // the block's snapshot; RENDER's own
+    StageFade echoFade_, ringFade_;            // RENDER's own
     // Of the latest block, RENDER's own; the pointers are compared, never followed.
+    std::uint64_t anewAt_ = 0;     // where the frame stands that takes the switches at once
     std::int64_t quietEchoes_ = 0; // how many of the echo's newest frames were nothing
     const mokSample* blockSample_ = nullptr;
     const mokWindow* blockWindow_ = nullptr;

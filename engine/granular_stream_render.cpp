@@ -1,11 +1,9 @@
-// The render path of mokGranulatorSF: schedule, start, render, add, effects, output.
+// The render path of mokGranulatorSF: schedule, start, render, add, output.
 
 #include "effects/dsp_runtime.h"
-#include "effects/ring_modulator.h"
 #include "effects/stereo_echo.h"
 #include "engine/granular_stream.h"
 #include "engine/steady_level.h"
-#include "platform/silence.h"
 #include "platform/threads/flush_denormals.h"
 
 #include <algorithm>
@@ -26,8 +24,6 @@ static_assert(kM2 == 282475249u && kM3 == 1622647863u && kM4 == 3095271137u);
 
 constexpr int kFetchShares = 20;   // a block's; fewer than grains that usually sound
 constexpr int kShortestFetch = 32; // frames, so that a call is worth it
-
-constexpr float kQuiet = 0x1p-26f; // -156 dB, far below the last bit of 24
 
 constexpr float kLargest = std::numeric_limits<float>::max();
 
@@ -123,6 +119,7 @@ void mokGranulatorSF::startAnew() ZEPHYRA_NONBLOCKING {
     pendingSeed_.store(0, std::memory_order_relaxed); // the same one
     randomSeed = firstSeed_;
     grainInterval = grainCounter = 0;
+    anewAt_ = rendered_;
     scanPhasor.startAnew();
 }
 
@@ -260,46 +257,7 @@ void mokGranulatorSF::renderGrains(int frames, const GrainTables& tables) ZEPHYR
     sounded_ = sounded_ + soundedNow;
 }
 
-/// What enters a line is the output and less, so that after a line's length of quiet nothing above
-/// it is left, and no change of times or gains (below 1) brings it back.
-void mokGranulatorSF::countQuiet(int frames, const float* left,
-                                 const float* right) ZEPHYRA_NONBLOCKING {
-    const auto count = static_cast<std::uint32_t>(frames);
-    const bool isQuiet = isBelow(left, count, kQuiet) && isBelow(right, count, kQuiet);
-    quietEchoes_ = isQuiet ? quietEchoes_ + frames : 0;
-}
-
-bool mokGranulatorSF::effectsRest() const ZEPHYRA_NONBLOCKING {
-    if (echoOn && (quietEchoes_ < delay_stereo_forward::kLineFrames ||
-                   !delay_stereo_forward::isSettled(echo)))
-        return false;
-    return !ringOn || RM::isSettled(ringModulator);
-}
-
-void mokGranulatorSF::pass(int frames) ZEPHYRA_NONBLOCKING {
-    if (ringOn) RM::pass(ringModulator, frames);
-    if (!granularOn) return;
-    scanPhasor.pass(frames);
-    scanPhase = scanPhasor.latest();
-    nextScanPhase_ = scanPhasor.next();
-}
-
-void mokGranulatorSF::applyEffects(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING {
-    const bool echoes = echoOn, rings = ringOn;
-    std::int32_t error = kModuleNoError; // of the last effect, which writes to the output itself
-    if (echoes) {
-        float* const left = rings ? mixL : outL;
-        float* const right = rings ? mixR : outR;
-        error = delay_stereo_forward::perform(echo, mixL, mixR, left, right, frames);
-        countQuiet(frames, left, right);
-    }
-    if (rings) error = RM::perform(ringModulator, mixL, mixR, outL, outR, frames);
-    if ((echoes || rings) && error == kModuleNoError) return;
-    std::copy_n(mixL, frames, outL);
-    std::copy_n(mixR, frames, outR);
-}
-
-void mokGranulatorSF::processBlock(int frames, float* outL, float* outR) ZEPHYRA_NONBLOCKING {
+void mokGranulatorSF::processBlock(int frames, StereoSpan out) ZEPHYRA_NONBLOCKING {
     if (granularOn) {
         const GrainTables tables = takeTables();
         blockTrace_ = trace_.load();
@@ -308,7 +266,7 @@ void mokGranulatorSF::processBlock(int frames, float* outL, float* outR) ZEPHYRA
         scheduleGrains(frames, settings);
         renderGrains(frames, tables);
     }
-    applyEffects(frames, outL, outR);
+    applyEffects(frames, out);
     std::fill_n(mixL, frames, 0.0f);
     std::fill_n(mixR, frames, 0.0f);
     rendered_ = rendered_ + static_cast<std::uint64_t>(frames);
@@ -317,14 +275,15 @@ void mokGranulatorSF::processBlock(int frames, float* outL, float* outR) ZEPHYRA
 void mokGranulatorSF::GranularStreamProcessing(int frames, const AudioBufferList& outputList)
     ZEPHYRA_NONBLOCKING {
     if (outputList.mNumberBuffers < 2) return;
-    float* const outL = outputList.floats(0);
-    float* const outR = outputList.floats(1);
-    if (!outL || !outR) return;
+    const StereoSpan out{outputList.floats(0), outputList.floats(1)};
+    if (!out.left || !out.right) return;
     const RenderCycle::Scope cycle(cycle_);
     const FlushDenormals flush;
     takeRequestedSeed();
-    for (int done = 0; done < frames; done += kMaxBlockFrames)
-        processBlock(std::min(kMaxBlockFrames, frames - done), outL + done, outR + done);
+    for (int done = 0, count = 0; done < frames; done += count) {
+        count = takeSwitches(std::min(kMaxBlockFrames, frames - done));
+        processBlock(count, out.from(done));
+    }
 }
 
 } // namespace zephyra

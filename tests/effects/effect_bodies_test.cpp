@@ -70,8 +70,13 @@ struct EchoCase {
     double startFeedback[2], feedback[2];
 };
 
-void expectEchoAsLiteral(const EchoCase& c, const Stereo& signal) {
-    SCOPED_TRACE(testing::Message() << "times " << c.time[0] << " and " << c.time[1]);
+/// What lines hold that were forgotten reads as the literal loop's silence.
+enum class Lines { cleared, forgotten };
+
+void expectEchoAsLiteral(const EchoCase& c, const Stereo& signal, Lines lines = Lines::cleared) {
+    const bool forgotten = lines == Lines::forgotten;
+    SCOPED_TRACE(testing::Message() << "times " << c.time[0] << " and " << c.time[1]
+                                    << (forgotten ? ", forgotten lines" : ""));
     const FlushDenormals flush;
     Stereo expected = signal;
     for (int side = 0; side < 2; ++side) {
@@ -82,14 +87,15 @@ void expectEchoAsLiteral(const EchoCase& c, const Stereo& signal) {
     }
     expectBits(expected, [&](const EffectBodies& bodies) {
         Stereo got = signal;
-        for (auto& line : got.line) line.assign(kEchoLineSize, 0);
+        for (auto& line : got.line) line.assign(kEchoLineSize, forgotten ? 0.7 : 0);
         EchoBlock block{{got.line[0].data(), got.line[1].data()},
                         {kFirstWrite, kFirstWrite},
                         {c.startTime[0], c.startTime[1], c.startFeedback[0], c.startFeedback[1]},
                         {c.time[0], c.time[1], c.feedback[0], c.feedback[1]},
                         {},
                         {},
-                        0};
+                        0,
+                        forgotten ? 0 : kEchoLineSize};
         runInBlocks(bodies.echo, block, got);
         return got;
     });
@@ -105,7 +111,9 @@ TEST(EchoBody, AtRestGivesTheBitsOfThePlainLoopForEveryDelay) {
     const Stereo signal = noise(rounds * kEchoLineSize + 1999);
     for (std::size_t i = 0; i < delays.size(); i += 2) {
         const double left = delays[i], right = delays[i + 1];
-        expectEchoAsLiteral({{left, right}, {left, right}, {0.8, -0.9}, {0.8, -0.9}}, signal);
+        for (Lines lines : {Lines::cleared, Lines::forgotten})
+            expectEchoAsLiteral({{left, right}, {left, right}, {0.8, -0.9}, {0.8, -0.9}}, signal,
+                                lines);
     }
 }
 
@@ -116,8 +124,11 @@ TEST(EchoBody, GlidingGivesTheBitsOfThePlainLoop) {
         {{160, 150}, {-1e6, -1e6}, {0.5, 0.5}, {0.5, 0.5}},     // a plunge within a few samples
         {{200000, 4410}, {-50, 250000}, {0, 0.5}, {0.9, -0.5}}, // past both ends
         {{13230, 20}, {13230, 20}, {0, 0.9}, {0.7, 0.9}},       // a feedback alone
+        {{200000, 4410}, {20, 16.5}, {0.5, 0.5}, {0.5, 0.5}},   // from far back
     };
-    for (const EchoCase& c : cases) expectEchoAsLiteral(c, noise(kEchoLineSize + 70000));
+    for (const EchoCase& c : cases)
+        for (Lines lines : {Lines::cleared, Lines::forgotten})
+            expectEchoAsLiteral(c, noise(kEchoLineSize + 70000), lines);
 }
 
 TEST(EchoBody, FadesATailIntoDenormalsAndKeepsItsLinesFiniteLikeThePlainLoop) {
