@@ -1,0 +1,56 @@
+// What may happen to a stream that plays, against the table of docs/sound.md: a few of its rows,
+// over a sine.
+
+#include "bench/sound_steps.h"
+#include "tests/support/testing.h"
+
+namespace zephyra {
+namespace {
+
+struct Row {
+    const char* name;
+    double bound = kCleanRatio; ///< what it is today; who makes it less puts the new one here
+};
+
+constexpr Row kRows[] = {
+    // clang-format off
+    {"(nothing)"},        {"Amplitude up"},     {"Amplitude down"},  {"Pan up"},
+    {"Width down"},       {"Density down"},     {"Length down"},     {"Pitch up"},
+    {"Scanning down"},    {"Play Stop on"},     {"Play Stop off"},   {"stop without a fade"},
+    {"Freeze on"},        {"Freeze off"},       {"Scan Sync on"},    {"rewind"},
+    {"region moved"},     {"host loops back"},  {"host stops"},      {"bypass on"},
+    {"bypass off"},       {"Dry/Wet down"},     {"Left Gain down"},  {"note"},
+    {"Ring Modulation Switch on"},
+    // clang-format on
+    {"Echo Switch on", 4.71},
+    {"Echo Switch off", 8.0},
+    {"Echo Switch on again", 8.0},
+    {"Ring Modulation Switch off", 12.0},
+    {"Ring Modulation Switch on again", 12.96},
+    {"LIVE on", 6.93},
+    {"LIVE cleared", 3.36},
+    {"sound loaded", 13.05},
+    {"Normalize down", 17.21},
+    {"envelope picked: Sinusoidal", 16.18},
+    {"envelope picked: Pulse 2", 11.8},
+    {"stop of long grains", 4.05},
+    {"host starts", 17.21},
+    {"prepared again", 17.21},
+    {"prepared again, with echo", 16.2},
+};
+
+TEST(SoundSteps, AreNoLargerThanTheTableSays) {
+    const std::vector<SoundChange> all = soundChanges();
+    for (const Row& row : kRows) {
+        const auto change = std::find_if(
+            all.begin(), all.end(), [&](const SoundChange& each) { return each.name == row.name; });
+        ASSERT_NE(change, all.end()) << row.name;
+        const double ratio = worstRatio(*change, {});
+        EXPECT_LE(ratio, row.bound) << row.name;
+        if (row.bound == kCleanRatio) continue;
+        EXPECT_GE(ratio, 0.8 * row.bound) << row.name << ": better, so lower its bound";
+    }
+}
+
+} // namespace
+} // namespace zephyra
