@@ -66,14 +66,15 @@ void addControl(Changes& all, const ControlRange& range) {
     add(isSwitch ? " off" : " down", range.maximum, range.minimum);
 }
 
-/// A switch off, half a second of silence in its stage, and on again.
-void addAgain(Changes& all, const char* name, ControlId id, float seconds) {
-    all.push_back({name, [id](Player& player) { player.set(id, 1.0f); },
-                   [=](Player& player) {
-                       player.set(id, 0.0f);
-                       player.play(double{seconds});
+/// A switch that was on for a while before it went off, on again.
+void addAgain(Changes& all, const char* name, ControlId id) {
+    all.push_back({name,
+                   [id](Player& player) {
                        player.set(id, 1.0f);
-                   }});
+                       player.play(5.0);
+                       player.set(id, 0.0f);
+                   },
+                   [id](Player& player) { player.set(id, 1.0f); }});
 }
 
 void addEnvelopes(Changes& all) {
@@ -96,10 +97,16 @@ void addSounds(Changes& all) {
         all.push_back({"preset chosen: number " + std::to_string(number),
                        {},
                        [number](Player& player) { player.setProgram(number); }});
-    all.push_back({"state restored", {}, [](Player& player) {
-                       const std::string state = player.state();
-                       player.set(ControlId::pitch, 7.0f);
-                       player.play(2.0);
+    all.push_back({"state restored", [](Player& player) { player.set(ControlId::pitch, 7.0f); },
+                   [](Player& player) {
+                       SoundPlayer other(player.setup(), soundOf(player.setup().kind, 1));
+                       other.setEven();
+                       other.set(ControlId::echoSwitch, 1.0f);
+                       other.byHand([](HostedInstance& system) {
+                           system.stream().pickEnvelope(kEnvelopeMenu.size() - 2);
+                           system.stream().setRegion(0.2f, 0.8f);
+                       });
+                       const std::string state = other.state();
                        (void)player.setState(std::as_bytes(std::span(state)));
                    }});
 }
@@ -125,7 +132,7 @@ void addHost(Changes& all) {
     };
     all.push_back({"host loops back", synced, tells({.beats = 0.0, .moving = true})});
     all.push_back({"host stops", synced, tells({.moving = false})});
-    all.push_back({"host starts",
+    all.push_back({"host starts a bounce",
                    [=](Player& player) {
                        synced(player);
                        player.news.moving = false;
@@ -182,8 +189,8 @@ void addTransport(Changes& all) {
 std::vector<SoundChange> soundChanges() {
     Changes all{{"(nothing)", {}, [](Player&) {}}};
     for (const ControlRange& range : controlRanges()) addControl(all, range);
-    addAgain(all, "Echo Switch on again", ControlId::echoSwitch, 0.5f);
-    addAgain(all, "Ring Modulation Switch on again", ControlId::ringModulationSwitch, 0.5f);
+    addAgain(all, "Echo Switch on again", ControlId::echoSwitch);
+    addAgain(all, "Ring Modulation Switch on again", ControlId::ringModulationSwitch);
     addEnvelopes(all);
     addSounds(all);
     addScan(all);
