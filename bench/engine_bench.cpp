@@ -46,6 +46,39 @@ void stream(benchmark::State& state, Stages stages) {
 BENCHMARK_CAPTURE(stream, grains, kGrains)->Arg(64)->Arg(512)->Arg(4096);
 BENCHMARK_CAPTURE(stream, grains_echo_ring, kGrainsEchoRing)->Arg(64)->Arg(512)->Arg(4096);
 
+/// Grains that start at so many hundredths of ten minutes.
+void tenMinutes(benchmark::State& state) {
+    static const BenchWork work(600.0);
+    const int block = 512, frames = 8 * 4096;
+    const auto engine = work.engine();
+    engine->setStart(static_cast<float>(state.range(0)) / 100.0f);
+    engine->setSpeed(0.0f);
+    BenchWork::settle(*engine);
+    const std::uint64_t before = engine->soundedSamples();
+    for (auto _ : state) BenchWork::render(*engine, frames, block);
+    reportGrains(state, static_cast<double>(engine->soundedSamples() - before),
+                 static_cast<double>(state.iterations() * frames));
+}
+BENCHMARK(tenMinutes)->Arg(1)->Arg(50);
+
+/// Grains of each quality, in a pitch of so many semitones, without random ones.
+void quality(benchmark::State& state, GrainQuality chosen) {
+    const BenchWork work;
+    const int block = 512, frames = 8 * 4096;
+    const auto engine = work.engine();
+    engine->setRndPitch(0.0f);
+    engine->setPitch(static_cast<float>(state.range(0)));
+    engine->setQuality(chosen);
+    BenchWork::settle(*engine);
+    const std::uint64_t before = engine->soundedSamples();
+    for (auto _ : state) BenchWork::render(*engine, frames, block);
+    reportGrains(state, static_cast<double>(engine->soundedSamples() - before),
+                 static_cast<double>(state.iterations() * frames));
+}
+BENCHMARK_CAPTURE(quality, classic, GrainQuality::classic)->Arg(0)->Arg(7)->Arg(24);
+BENCHMARK_CAPTURE(quality, fine, GrainQuality::fine)->Arg(0)->Arg(7)->Arg(24);
+BENCHMARK_CAPTURE(quality, best, GrainQuality::best)->Arg(0)->Arg(7)->Arg(24);
+
 void literalLoop(benchmark::State& state) {
     const auto block = static_cast<int>(state.range(0));
     const BenchWork work;

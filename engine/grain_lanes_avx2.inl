@@ -74,10 +74,15 @@ private:
     }
 };
 
+#include "engine/grain_taps_avx2.inl"
+
+/// Whether positions are counted from 0 or lose an origin first.
+enum class Positions { fromZero, fromOrigin };
+
 /// The reads are placed one turn of the loop before the tables are read: otherwise the long way
 /// from a phase to a sample fills the processor's queues before the next turn can overlap with it.
-template <typename SourceReads, typename EnvelopeReads>
-void mixLanes(const StraightMix& run) ZEPHYRA_NONBLOCKING {
+template <Positions kPositions, typename SourceReads, typename EnvelopeReads>
+[[gnu::always_inline]] inline void mixLanes(const StraightMix& run) ZEPHYRA_NONBLOCKING {
     const __m256 ramp = _mm256_setr_ps(1, 2, 3, 4, 5, 6, 7, 8);
     const __m256 envelopeStep = _mm256_set1_ps(run.envelopeStep);
     __m256 envelopePhase =
@@ -98,14 +103,19 @@ void mixLanes(const StraightMix& run) ZEPHYRA_NONBLOCKING {
     const __m256 gainL = _mm256_set1_ps(run.gainL);
     const __m256 gainR = _mm256_set1_ps(run.gainR);
 
+    const auto counted = [&](__m256d position) {
+        return kPositions == Positions::fromZero ? position : _mm256_sub_pd(position, origin);
+    };
     const auto placeSource = [&]() {
-        const __m256d farther = _mm256_mul_pd(readHigh, sourceSize);
-        const __m256d nearer = _mm256_mul_pd(readLow, sourceSize);
-        const __m128 high = _mm256_cvtpd_ps(_mm256_sub_pd(farther, origin));
-        const __m128 low = _mm256_cvtpd_ps(_mm256_sub_pd(nearer, origin));
+        const __m256d high = counted(_mm256_mul_pd(readHigh, sourceSize));
+        const __m256d low = counted(_mm256_mul_pd(readLow, sourceSize));
         readLow = _mm256_add_pd(readLow, readStride);
         readHigh = _mm256_add_pd(readHigh, readStride);
-        return SourceReads(run.source, _mm256_set_m128(high, low));
+        if constexpr (std::is_same_v<SourceReads, TapReads>)
+            return TapReads(run, low, high);
+        else
+            return SourceReads(run.source,
+                               _mm256_set_m128(_mm256_cvtpd_ps(high), _mm256_cvtpd_ps(low)));
     };
     const auto placeEnvelope = [&]() {
         const EnvelopeReads reads(run.envelope, _mm256_mul_ps(envelopePhase, envelopeSize));
@@ -137,23 +147,43 @@ void mixLanes(const StraightMix& run) ZEPHYRA_NONBLOCKING {
     }
 }
 
-void Lanes::mixStraight(const StraightMix& run) ZEPHYRA_NONBLOCKING {
-    // Eight positions span seven steps and the rounding of single precision; below 14 of that, and
-    // with less than one for the truncation, they fit a window of 16.
+/// Whether eight rising positions in a table of size entries, advance apart, fit a window of 16:
+/// they span seven steps and the rounding of single precision, and less than one for the
+/// truncation.
+inline bool fitsWindow(double advance, double size) ZEPHYRA_NONBLOCKING {
     constexpr double kWindowSpan = 14.0;
-    const double sourceSpan = 7.0 * run.readStep * run.sourceSize;
+    return 7.0 * advance + positionRounding(size) < kWindowSpan;
+}
+
+inline bool fitsEnvelopeWindow(const StraightMix& run) ZEPHYRA_NONBLOCKING {
+    const double size = double{run.envelopeSize};
+    return fitsWindow(double{run.envelopeStep} * size, size);
+}
+
+template <Positions kPositions>
+[[gnu::always_inline]] inline void mixLinear(const StraightMix& run) ZEPHYRA_NONBLOCKING {
     const bool sourceWindow =
-        sourceSpan >= 0.0 && sourceSpan + positionRounding(run.sourceSize) < kWindowSpan;
-    const double envelopeSize = double{run.envelopeSize};
-    const bool envelopeWindow =
-        7.0 * double{run.envelopeStep} * envelopeSize + positionRounding(envelopeSize) <
-        kWindowSpan;
+        run.readStep >= 0.0 && fitsWindow(run.readStep * run.sourceSize, run.sourceSize);
+    const bool envelopeWindow = fitsEnvelopeWindow(run);
     if (sourceWindow && envelopeWindow)
-        mixLanes<WindowReads, WindowReads>(run);
+        mixLanes<kPositions, WindowReads, WindowReads>(run);
     else if (sourceWindow)
-        mixLanes<WindowReads, ScatteredReads>(run);
+        mixLanes<kPositions, WindowReads, ScatteredReads>(run);
     else if (envelopeWindow)
-        mixLanes<ScatteredReads, WindowReads>(run);
+        mixLanes<kPositions, ScatteredReads, WindowReads>(run);
     else
-        mixLanes<ScatteredReads, ScatteredReads>(run);
+        mixLanes<kPositions, ScatteredReads, ScatteredReads>(run);
+}
+
+[[gnu::always_inline]] inline void Lanes::mixStraight(const StraightMix& run) ZEPHYRA_NONBLOCKING {
+    mixLinear<Positions::fromZero>(run);
+}
+
+void Lanes::mixRare(const StraightMix& run) ZEPHYRA_NONBLOCKING {
+    if (!run.taps)
+        mixLinear<Positions::fromOrigin>(run);
+    else if (fitsEnvelopeWindow(run))
+        mixLanes<Positions::fromOrigin, TapReads, WindowReads>(run);
+    else
+        mixLanes<Positions::fromOrigin, TapReads, ScatteredReads>(run);
 }

@@ -8,8 +8,8 @@
 // and how long neither the read phase nor the read index wraps. In such a run samples no longer
 // depend on one another, so Lanes renders them side by side, with the same bits as one by one.
 //
-// Expects a type Lanes with `static constexpr int width` and
-// `static void mixStraight(const StraightMix&)`.
+// Expects a type Lanes with `static constexpr int width`, `static void mixStraight(const
+// StraightMix&)` for what is read linearly from an origin of 0, and `mixRare` for everything.
 
 #include "engine/grain_step.h"
 
@@ -26,6 +26,7 @@ struct StraightMix {
     double readPhase, readStep;
     const float* source; ///< already moved by the run's base: indexed by the truncated position
     double sourceSize, origin;
+    const GrainTaps* taps; ///< null: the source is read linearly
     const float* envelope;
     float envelopeSize;
     float amplitude, gainL, gainR;
@@ -86,19 +87,25 @@ inline std::int64_t planRead(const mokGrain& grain, const GrainTables& tables,
     const auto modulus = static_cast<std::int64_t>(tables.sourceModulus);
     const auto offset =
         static_cast<std::int64_t>(grain_step::modulo(grain.readOffset, tables.sourceModulus));
-    const auto position =
-        static_cast<std::int64_t>(grain.origin) +
-        static_cast<std::int64_t>(static_cast<float>(phase * size - grain.origin));
+    const double counted = phase * size - static_cast<double>(grain.origin);
+    const std::int64_t position =
+        grain.origin + static_cast<std::int64_t>(static_cast<float>(counted));
     const bool pastSeam = offset + position >= modulus;
     const std::int64_t turn = pastSeam ? offset - modulus : offset;
-    base = turn + static_cast<std::int64_t>(grain.origin);
+    base = turn + grain.origin;
     const double index = static_cast<double>(turn + position);
 
     const double magnitude = step < 0.0 ? -step : step;
     const double toWrap = step < 0.0 ? phase : 1.0 - phase;
     double toSeam =
         step < 0.0 ? (pastSeam ? index : kEndless) : static_cast<double>(modulus) - index;
-    toSeam -= kIndexMargin + positionRounding(size);
+    const double margin = kIndexMargin + positionRounding(size);
+    if (grain.taps) { // which reach around the index: no seam may lie within
+        const double reach = grain.taps->reach();
+        if (index < reach + margin || counted < 0.0) return 0;
+        toSeam = (step < 0.0 ? index : toSeam) - reach;
+    }
+    toSeam -= margin;
     const std::int64_t wrap = stepsWithin(toWrap, magnitude);
     const std::int64_t seam = toSeam <= 0.0 ? 0 : stepsWithin(toSeam, magnitude * size);
     return wrap < seam ? wrap : seam;
@@ -117,14 +124,35 @@ inline int planStraight(mokGrain& grain, const GrainTables& tables) ZEPHYRA_NONB
     return kAskAgain;
 }
 
-/// grain_step::sampleAt for a read phase in 0..1, not before the origin, and tables that 32-bit
-/// positions can index.
+/// Whether a grain is what most are: read linearly, its positions counted from 0.
+inline bool isPlain(const mokGrain& grain) ZEPHYRA_NONBLOCKING {
+    return !grain.taps && grain.origin == 0;
+}
+
+/// Only in a source that has become smaller under the grain.
+inline bool isBeforeOrigin(const mokGrain& grain, const GrainTables& tables) ZEPHYRA_NONBLOCKING {
+    return grain.readPhase * static_cast<double>(tables.sourceSize) <
+           static_cast<double>(grain.origin);
+}
+
+/// Which grains and tables a sample is for; more of them, more slowly.
+enum class Within {
+    plain,   ///< a plain grain, a read phase in 0..1, and tables that 32-bit positions can index
+    indexed, ///< the same with any origin that the position is not before
+    any
+};
+
+/// grain_step::sampleAt for less than any grain and table.
+template <Within kWithin>
 inline float sampleWithin(const mokGrain& grain, const GrainTables& tables, double sourceSize,
                           std::int32_t offset) ZEPHYRA_NONBLOCKING {
-    const auto p = static_cast<float>(grain.readPhase * sourceSize - grain.origin);
+    constexpr bool kFromZero = kWithin == Within::plain;
+    const double position = grain.readPhase * sourceSize;
+    const auto p =
+        static_cast<float>(kFromZero ? position : position - static_cast<double>(grain.origin));
     const auto i = static_cast<std::int32_t>(p);
     const auto modulus = static_cast<std::int32_t>(tables.sourceModulus);
-    std::int32_t index = offset + static_cast<std::int32_t>(grain.origin) + i;
+    std::int32_t index = offset + i + (kFromZero ? 0 : static_cast<std::int32_t>(grain.origin));
     while (index >= modulus) index -= modulus; // twice at most: both are below modulus + 5
     const float* frame = tables.source + index;
     const float s = frame[0] + (frame[1] - frame[0]) * (p - static_cast<float>(i));
@@ -136,7 +164,7 @@ inline float sampleWithin(const mokGrain& grain, const GrainTables& tables, doub
 }
 
 /// One sample after the other; answers how many sounded.
-template <bool kWithin>
+template <Within kWithin>
 int mixSerial(mokGrain& grain, const GrainTables& tables, const GrainMix& mix, int from,
               int count) ZEPHYRA_NONBLOCKING {
     const auto sourceSize = static_cast<double>(tables.sourceSize);
@@ -148,45 +176,61 @@ int mixSerial(mokGrain& grain, const GrainTables& tables, const GrainMix& mix, i
             grain.active = step != GrainStep::ended;
             return n - from;
         }
-        const float sample = kWithin ? sampleWithin(grain, tables, sourceSize, offset)
-                                     : grain_step::sampleAt(grain, tables);
+        float sample;
+        if constexpr (kWithin == Within::any)
+            sample = grain_step::sampleAt(grain, tables);
+        else
+            sample = sampleWithin<kWithin>(grain, tables, sourceSize, offset);
         mix.left[n] = fusedMultiplyAdd(sample, mix.gainL, mix.left[n]);
         mix.right[n] = fusedMultiplyAdd(sample, mix.gainR, mix.right[n]);
     }
     return count;
 }
 
-inline void mixStraight(mokGrain& grain, const GrainTables& tables, const GrainMix& mix, int from,
-                        int count) ZEPHYRA_NONBLOCKING {
+[[gnu::always_inline]] inline StraightMix straightMix(const mokGrain& grain,
+                                                      const GrainTables& tables,
+                                                      const GrainMix& mix, int from,
+                                                      int count) ZEPHYRA_NONBLOCKING {
+    return {.envelopePhase = grain.envelopePhase,
+            .envelopeStep = grain.straight.envelopeStep,
+            .readPhase = grain.readPhase,
+            .readStep = double{grain.phaseIncrement},
+            .source = tables.source + grain.straight.readBase,
+            .sourceSize = static_cast<double>(tables.sourceSize),
+            .origin = static_cast<double>(grain.origin),
+            .taps = grain.taps,
+            .envelope = tables.envelope,
+            .envelopeSize = static_cast<float>(tables.envelopeSize),
+            .amplitude = grain.amplitude,
+            .gainL = mix.gainL,
+            .gainR = mix.gainR,
+            .left = mix.left + from,
+            .right = mix.right + from,
+            .count = count};
+}
+
+/// Out of line, so that it takes no registers from what most grains are.
+[[gnu::noinline]] void mixRare(const mokGrain& grain, const GrainTables& tables,
+                               const GrainMix& mix, int from, int count) ZEPHYRA_NONBLOCKING {
+    Lanes::mixRare(straightMix(grain, tables, mix, from, count));
+}
+
+[[gnu::always_inline]] inline void mixStraight(mokGrain& grain, const GrainTables& tables,
+                                               const GrainMix& mix, int from,
+                                               int count) ZEPHYRA_NONBLOCKING {
+    if (isPlain(grain)) [[likely]]
+        Lanes::mixStraight(straightMix(grain, tables, mix, from, count));
+    else
+        mixRare(grain, tables, mix, from, count);
     const double readStep = double{grain.phaseIncrement};
-    Lanes::mixStraight({.envelopePhase = grain.envelopePhase,
-                        .envelopeStep = grain.straight.envelopeStep,
-                        .readPhase = grain.readPhase,
-                        .readStep = readStep,
-                        .source = tables.source + grain.straight.readBase,
-                        .sourceSize = static_cast<double>(tables.sourceSize),
-                        .origin = grain.origin,
-                        .envelope = tables.envelope,
-                        .envelopeSize = static_cast<float>(tables.envelopeSize),
-                        .amplitude = grain.amplitude,
-                        .gainL = mix.gainL,
-                        .gainR = mix.gainR,
-                        .left = mix.left + from,
-                        .right = mix.right + from,
-                        .count = count});
     grain.envelopePhase += static_cast<float>(count) * grain.straight.envelopeStep;
     grain.readPhase += count * readStep;
 }
 
 int mixGrain(mokGrain& grain, const GrainTables& tables, const GrainMix& mix) ZEPHYRA_NONBLOCKING {
-    constexpr std::uint64_t kMostIndexable = std::uint64_t{1} << 30; // positions fit 32-bit lanes
-    constexpr std::uint64_t kFewestIndexable = 8; // indices wrap a few times at most
     const float readStep = grain.phaseIncrement;
-    const bool within = tables.ready && tables.sourceSize < kMostIndexable &&
-                        tables.sourceModulus >= kFewestIndexable &&
-                        tables.envelopeSize < kMostIndexable && readStep < 1.0f &&
-                        readStep > -1.0f && grain.readPhase <= 1.0 &&
-                        grain.readPhase * static_cast<double>(tables.sourceSize) >= grain.origin;
+    const bool within = tables.ready && tables.isIndexable && readStep < 1.0f && readStep > -1.0f &&
+                        grain.readPhase >= 0.0 && grain.readPhase <= 1.0;
     auto& run = grain.straight;
     if (!tables.ready) run.left = 0; // its phases go on by one sample, past what was planned
     int done = 0;
@@ -208,8 +252,11 @@ int mixGrain(mokGrain& grain, const GrainTables& tables, const GrainMix& mix) ZE
             if (run.left >= Lanes::width && room >= Lanes::width) continue;
             serial = askAgain < room ? askAgain : room;
         }
-        const int sounded = within ? mixSerial<true>(grain, tables, mix, done, serial)
-                                   : mixSerial<false>(grain, tables, mix, done, serial);
+        const int sounded = within && isPlain(grain)
+                                ? mixSerial<Within::plain>(grain, tables, mix, done, serial)
+                            : within && !grain.taps && !isBeforeOrigin(grain, tables)
+                                ? mixSerial<Within::indexed>(grain, tables, mix, done, serial)
+                                : mixSerial<Within::any>(grain, tables, mix, done, serial);
         done += sounded;
         run.left = run.left > sounded ? run.left - sounded : 0;
         if (sounded < serial) break;

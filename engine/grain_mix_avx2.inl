@@ -4,6 +4,7 @@
 #include "engine/grain_mix_levels.h"
 
 #include <immintrin.h>
+#include <type_traits>
 
 namespace zephyra {
 namespace {
@@ -17,6 +18,7 @@ struct StraightMix;
 struct Lanes {
     static constexpr int width = 8;
     static void mixStraight(const StraightMix& run) ZEPHYRA_NONBLOCKING;
+    static void mixRare(const StraightMix& run) ZEPHYRA_NONBLOCKING;
 };
 
 } // namespace

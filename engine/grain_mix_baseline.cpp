@@ -32,6 +32,7 @@ struct StraightMix;
 struct Lanes {
     static constexpr int width = 4;
     static void mixStraight(const StraightMix& run) ZEPHYRA_NONBLOCKING;
+    static void mixRare(const StraightMix& run) ZEPHYRA_NONBLOCKING;
 };
 
 } // namespace
@@ -42,14 +43,29 @@ struct Lanes {
 namespace zephyra {
 namespace {
 
-void Lanes::mixStraight(const StraightMix& run) ZEPHYRA_NONBLOCKING {
+inline float nearFrame(const StraightMix& run, double position) ZEPHYRA_NONBLOCKING {
+    const auto p = static_cast<float>(position);
+    const auto i = static_cast<std::int32_t>(p);
+    const float* frame = run.source + i;
+    return frame[0] + (frame[1] - frame[0]) * (p - static_cast<float>(i));
+}
+
+inline float farFrame(const StraightMix& run, double position) ZEPHYRA_NONBLOCKING {
+    return nearFrame(run, position - run.origin);
+}
+
+inline float throughTaps(const StraightMix& run, double position) ZEPHYRA_NONBLOCKING {
+    const double p = position - run.origin;
+    const auto i = static_cast<std::int32_t>(p);
+    return grain_step::throughTaps(run.source + i + 1 - run.taps->reach(),
+                                   static_cast<float>(p - i), *run.taps);
+}
+
+template <auto& kRead>
+void mixReads(const StraightMix& run) ZEPHYRA_NONBLOCKING {
     for (int n = 0; n < run.count; ++n) {
         const float steps = static_cast<float>(n + 1);
-        const float p = static_cast<float>(
-            (run.readPhase + double{steps} * run.readStep) * run.sourceSize - run.origin);
-        const auto i = static_cast<std::int32_t>(p);
-        const float* frame = run.source + i;
-        const float s = frame[0] + (frame[1] - frame[0]) * (p - static_cast<float>(i));
+        const float s = kRead(run, (run.readPhase + double{steps} * run.readStep) * run.sourceSize);
         const float q = (run.envelopePhase + steps * run.envelopeStep) * run.envelopeSize;
         const auto j = static_cast<std::int32_t>(q);
         const float* point = run.envelope + j;
@@ -58,6 +74,14 @@ void Lanes::mixStraight(const StraightMix& run) ZEPHYRA_NONBLOCKING {
         run.left[n] = fusedMultiplyAdd(sample, run.gainL, run.left[n]);
         run.right[n] = fusedMultiplyAdd(sample, run.gainR, run.right[n]);
     }
+}
+
+void Lanes::mixStraight(const StraightMix& run) ZEPHYRA_NONBLOCKING {
+    mixReads<nearFrame>(run);
+}
+
+void Lanes::mixRare(const StraightMix& run) ZEPHYRA_NONBLOCKING {
+    run.taps ? mixReads<throughTaps>(run) : mixReads<farFrame>(run);
 }
 
 } // namespace

@@ -26,11 +26,17 @@ bool isFinite(double value) ZEPHYRA_NONBLOCKING {
 Relaxed<std::int32_t> mokGrain::_actives = 0;
 
 GrainTables grainTables(const mokBuffer& source, const mokBuffer& envelope) ZEPHYRA_NONBLOCKING {
+    constexpr std::uint64_t kMostIndexable = std::uint64_t{1} << 30;
+    constexpr std::uint64_t kFewestIndexable = 8;
+    const std::uint64_t modulus =
+        source.size > kUnreadTail ? source.size - kUnreadTail : source.size;
     return {.source = source.getPtr(),
             .sourceSize = source.size,
-            .sourceModulus = source.size > kUnreadTail ? source.size - kUnreadTail : source.size,
+            .sourceModulus = modulus,
             .envelope = envelope.getPtr(),
             .envelopeSize = envelope.size,
+            .isIndexable = source.size < kMostIndexable && modulus >= kFewestIndexable &&
+                           envelope.size < kMostIndexable,
             .ready = source.ready};
 }
 
@@ -79,7 +85,11 @@ void mokGrain::setParameters(const float& newAmplitude, const float& newFrequenc
 void mokGrain::placeOrigin(std::uint64_t size) ZEPHYRA_NONBLOCKING {
     const double position = readPhase * static_cast<double>(size);
     const bool isNear = position < kNearFrames || phaseIncrement < 0.0f;
-    origin = isNear ? 0.0 : static_cast<double>(static_cast<std::int64_t>(position));
+    origin = isNear ? 0 : static_cast<std::int64_t>(position);
+}
+
+void mokGrain::setTaps(const GrainTapSet* set) ZEPHYRA_NONBLOCKING {
+    taps = set ? set->forRate(phaseIncrement * static_cast<float>(source->size)) : nullptr;
 }
 
 void mokGrain::start() ZEPHYRA_NONBLOCKING {
@@ -87,7 +97,9 @@ void mokGrain::start() ZEPHYRA_NONBLOCKING {
     _actives = _actives.load() + 1;
     straight = {};
     envelopePhase = 0.0f;
-    readPhase = origin = 0.0;
+    readPhase = 0.0;
+    origin = 0;
+    taps = nullptr;
     active = true;
     readOffset = source->offset;
 }

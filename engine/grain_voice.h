@@ -1,6 +1,7 @@
 // mokGrain: one grain voice, which reads a source through an envelope and ends by itself.
 #pragma once
 
+#include "engine/grain_taps.h"
 #include "engine/grain_window.h"
 #include "engine/sample_buffer.h"
 #include "engine/wave_table.h"
@@ -18,7 +19,8 @@ struct GrainTables {
     std::uint64_t sourceModulus; ///< read indices are taken modulo this; size - 4, at least 1
     const float* envelope;
     std::uint64_t envelopeSize; ///< points
-    bool ready;                 ///< the source may be read
+    bool isIndexable; ///< positions in both fit 32 bits, and an index wraps a few times at most
+    bool ready;       ///< the source may be read
 };
 
 /// A snapshot of both tables. RENDER.
@@ -52,6 +54,10 @@ public:
     /// they are as fine far into it as near its beginning; from 0 up to kNearFrames, and backwards.
     /// The grain never falls behind it: a wrap takes it back to 0.
     void placeOrigin(std::uint64_t size) ZEPHYRA_NONBLOCKING;
+
+    /// Reads the source through the low-pass that suits the grain's rate; null, as after start():
+    /// linearly. To be called after setParameters(), while nothing has sounded.
+    void setTaps(const GrainTapSet* set) ZEPHYRA_NONBLOCKING;
 
     /// Starts a grain that is not sounding, at phase 0 of source and envelope; a sounding one is
     /// left alone.
@@ -89,7 +95,8 @@ public:
     float length = 85.0f;         ///< seconds
     float frequency = 440.0f;     ///< Hz
     std::uint64_t readOffset = 0; ///< frames added to every read index, from the source at start()
-    double origin = 0.0;          ///< whole frames that positions are counted from
+    std::int64_t origin = 0;      ///< whole frames that positions are counted from
+    const GrainTaps* taps = nullptr; ///< what the source is read through; null: linearly
 
     /// How many coming samples advance both phases by constant exact steps without a wrap; see
     /// engine/grain_mix.inl. Cleared whenever phases, increments or tables change.

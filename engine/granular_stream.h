@@ -101,6 +101,10 @@ public:
     /// nobody. The caller keeps the one before until renderCycle() has moved on. MAIN.
     void setTrace(GrainTrace* trace) noexcept { trace_.exchange(trace); }
 
+    /// How grains that start from the next block on read their source; sounding ones keep theirs.
+    /// The first choice of a quality makes its tables. MAIN.
+    void setQuality(GrainQuality quality) noexcept { taps_.store(GrainTapSet::of(quality)); }
+
     /// Renders with another inner body than the one chosen for this processor. OFF.
     void setMixer(GrainMixer mixer) noexcept { mixer_ = mixer; }
 
@@ -243,9 +247,11 @@ private:
     std::atomic<std::uint32_t> pendingSeed_ = 0; // not yet taken; 0 for none
     static_assert(std::atomic<std::uint32_t>::is_always_lock_free);
     GrainMixer mixer_;
-    std::atomic<GrainTrace*> trace_ = nullptr; // sequentially consistent, see RenderCycle
-    GrainTrace* blockTrace_ = nullptr;         // the block's snapshot; RENDER's own
-    StageFade echoFade_, ringFade_;            // RENDER's own
+    std::atomic<GrainTrace*> trace_ = nullptr;       // sequentially consistent, see RenderCycle
+    GrainTrace* blockTrace_ = nullptr;               // the block's snapshot; RENDER's own
+    std::atomic<const GrainTapSet*> taps_ = nullptr; // never freed
+    const GrainTapSet* blockTaps_ = nullptr;         // the block's snapshot; RENDER's own
+    StageFade echoFade_, ringFade_;                  // RENDER's own
     // Of the latest block, RENDER's own; the pointers are compared, never followed.
     std::uint64_t anewAt_ = 0;     // where the frame stands that takes the switches at once
     std::int64_t quietEchoes_ = 0; // how many of the echo's newest frames were nothing

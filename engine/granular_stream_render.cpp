@@ -201,6 +201,7 @@ void mokGranulatorSF::initializeGrain(int frame, float position,
     mokGrain& grain = **free;
     grain.start();
     grain.setParameters(settings.level, rate, double{readPosition}, length);
+    grain.setTaps(blockTaps_);
     grainGainL[i] = gainL;
     grainGainR[i] = gainR;
     started_ = started_ + 1;
@@ -261,6 +262,7 @@ void mokGranulatorSF::processBlock(int frames, StereoSpan out) ZEPHYRA_NONBLOCKI
     if (granularOn) {
         const GrainTables tables = takeTables();
         blockTrace_ = trace_.load();
+        blockTaps_ = taps_.load();
         Settings settings = blockSettings();
         if (steady_) settings.level *= steadyFactor(settings);
         scheduleGrains(frames, settings);

@@ -18,6 +18,7 @@ struct Case {
     float width = 0.25f, pan = 0, speed = 1, start = 0, end = 1, level = 0.5f;
     std::uint64_t offset = 0;
     std::uint32_t seed = 12345;
+    GrainQuality quality = GrainQuality::classic;
 };
 
 std::ostream& operator<<(std::ostream& out, const Case& c) {
@@ -39,6 +40,33 @@ const Case kCases[] = {
     {.name = "a source of 16 frames", .frames = 16, .pitch = -12},
     {.name = "a small odd envelope", .window = kWindowBlackman, .windowPoints = 333},
     {.name = "a large envelope", .window = kWindowSync, .windowPoints = 70001},
+    {.name = "fine grains", .pitch = 7, .rndPitch = 12, .quality = GrainQuality::fine},
+    {.name = "fine grains over a live buffer's seam",
+     .frames = 9000,
+     .jitter = 900,
+     .offset = 8999,
+     .quality = GrainQuality::fine},
+    {.name = "fine grains at the end of a source",
+     .frames = 3000001,
+     .jitter = 1000,
+     .start = 0.9999f,
+     .quality = GrainQuality::fine},
+    {.name = "best grains",
+     .density = 100,
+     .rndPitch = 24,
+     .jitter = 1000,
+     .quality = GrainQuality::best},
+    {.name = "best grains, four octaves up in few frames",
+     .frames = 700,
+     .sourceRate = 96000,
+     .density = 15,
+     .pitch = 48,
+     .quality = GrainQuality::best},
+    {.name = "best grains of 16 frames",
+     .frames = 16,
+     .density = 20,
+     .pitch = 5,
+     .quality = GrainQuality::best},
     {.name = "no envelope", .window = kWindowRectangular},
     {.name = "a long source", .frames = 17000001, .density = 100, .jitter = 1000},
     {.name = "a live buffer's seam far into it",
@@ -100,11 +128,13 @@ void compare(const Case& c, mokSample& sample, Level level, int frames, std::mt1
     engine.setStart(c.start);
     engine.setEnd(c.end);
     engine.setLevel(c.level);
+    engine.setQuality(c.quality);
 
     LiteralStream literal(sample, window, mokGranulatorSF::kVoices);
     const auto f = StreamProbe::fields(engine);
     literal.sampleRate = c.outputRate;
     literal.seed = c.seed;
+    literal.quality = c.quality;
     literal.level = f.level;
     literal.width = f.width;
     literal.panA = f.panA;
@@ -176,7 +206,7 @@ TEST(EngineBits, HoldForRandomSettings) {
     const auto uniform = [&random](float low, float high) {
         return low + (high - low) * static_cast<float>(random() % 100001) * 1e-5f;
     };
-    for (int trial = 0; trial < (kIsWatched ? 20 : 60); ++trial) {
+    for (int trial = 0; trial < (kIsWatched ? 30 : 90); ++trial) {
         SCOPED_TRACE(trial);
         const Case c{.name = "random",
                      .frames = 20 + random() % 60000,
@@ -195,7 +225,8 @@ TEST(EngineBits, HoldForRandomSettings) {
                      .end = uniform(0, 1),
                      .level = uniform(0, 1),
                      .offset = trial % 2 ? random() % 20000 : 0,
-                     .seed = static_cast<std::uint32_t>(random()) | 1u};
+                     .seed = static_cast<std::uint32_t>(random()) | 1u,
+                     .quality = static_cast<GrainQuality>(trial % 3)};
         compare(c, *sourceOf(c), chosenCpuLevel(), 20000, random, 700);
         if (HasFatalFailure()) return;
     }

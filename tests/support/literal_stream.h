@@ -4,7 +4,9 @@
 // measured against. It shares no code with the engine but the buffers it reads.
 #pragma once
 
+#include "engine/grain_taps.h"
 #include "engine/grain_window.h"
+#include "engine/sample_buffer.h"
 #include "platform/threads/flush_denormals.h"
 
 #include <algorithm>
@@ -21,6 +23,40 @@ struct LiteralGrain {
     std::uint64_t readOffset = 0;
     double origin = 0; // positions are counted from it: 0 near the beginning, or the first frame
 
+    const GrainTaps* taps = nullptr; // null: linearly
+
+    static std::uint64_t indexOf(const mokBuffer& source, std::uint64_t frame) {
+        return frame % (source.size > 4 ? source.size - 4 : source.size);
+    }
+
+    float linear(const mokBuffer& source) const {
+        const float p = static_cast<float>(readPhase * static_cast<double>(source.size) - origin);
+        const auto i = static_cast<std::uint64_t>(p);
+        const float f = p - static_cast<float>(i);
+        const auto index = indexOf(source, readOffset + static_cast<std::uint64_t>(origin) + i);
+        return source.data[index] + (source.data[index + 1] - source.data[index]) * f;
+    }
+
+    // Eight sums side by side, over a source that goes on with its first frame behind its last.
+    float tapped(const mokBuffer& source) const {
+        const double p = readPhase * static_cast<double>(source.size) - origin;
+        const auto i = static_cast<std::uint64_t>(p);
+        const float phase =
+            static_cast<float>(p - std::floor(p)) * static_cast<float>(taps->phases);
+        const auto row = static_cast<int>(phase);
+        const float part = phase - static_cast<float>(row);
+        const auto index = indexOf(source, readOffset + static_cast<std::uint64_t>(origin) + i);
+        float s[8] = {};
+        for (int n = 0; n < 8 * taps->groups; ++n) {
+            const TapGroup& group = taps->rows[row * taps->groups + n / 8];
+            const auto frame = static_cast<std::int64_t>(index) + n + 1 - 4 * taps->groups;
+            const auto size = static_cast<std::int64_t>(source.size);
+            const float tap = group.taps[n % 8] + group.slopes[n % 8] * part;
+            s[n % 8] += source.data[((frame % size) + size) % size] * tap;
+        }
+        return ((s[0] + s[1]) + (s[2] + s[3])) + ((s[4] + s[5]) + (s[6] + s[7]));
+    }
+
     void render(const mokBuffer& source, const mokBuffer& envelope, float* out, int count) {
         for (int n = 0; n < count; ++n) {
             envelopePhase += envelopeIncrement;
@@ -35,14 +71,7 @@ struct LiteralGrain {
                 origin = 0;
             }
             if (!source.ready) return;
-            const float p =
-                static_cast<float>(readPhase * static_cast<double>(source.size) - origin);
-            const auto i = static_cast<std::uint64_t>(p);
-            const float f = p - static_cast<float>(i);
-            const std::uint64_t size = source.size;
-            const std::uint64_t index = (readOffset + static_cast<std::uint64_t>(origin) + i) %
-                                        (size > 4 ? size - 4 : size);
-            const float s = source.data[index] + (source.data[index + 1] - source.data[index]) * f;
+            const float s = taps ? tapped(source) : linear(source);
             const float q = envelopePhase * static_cast<float>(envelope.size);
             const auto j = static_cast<std::uint64_t>(q);
             const float e = envelope.data[j] +
@@ -63,6 +92,7 @@ struct LiteralStream {
     float grainLength = 0.085f, density = 50, playbackRate = 0;
     float rndLength = 0.25f, rndDensity = 0.25f, rndPitch = 0, jitter = 0;
     float scanSpan = 1, scanStart = 0, phasorIncrement = 0;
+    GrainQuality quality = GrainQuality::classic;
 
     std::vector<LiteralGrain> grains;
     std::vector<float> gainL, gainR, scratch, phases, mixL, mixR;
@@ -112,6 +142,8 @@ struct LiteralStream {
         g.readPhase = std::min(std::abs(double{position}), 1.0);
         const double first = g.readPhase * static_cast<double>(sample->size);
         g.origin = first < 0x1p20 ? 0 : std::floor(first);
+        if (const GrainTapSet* set = GrainTapSet::of(quality))
+            g.taps = set->forRate(g.phaseIncrement * static_cast<float>(sample->size));
         g.envelopeIncrement = length > 0 ? std::min((1.0f / length) / sampleRate, 1.0f) : 1.0f;
         const auto L = static_cast<float>(1.0 - double{width} + double{spread});
         const float R = 1.0f - spread;
