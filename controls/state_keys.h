@@ -27,6 +27,7 @@ inline constexpr const char* kSteadyLevel = "SteadyLevel"; ///< only where it is
 inline constexpr const char* kRegionStart = "RegionStart";
 inline constexpr const char* kRegionEnd = "RegionEnd";
 inline constexpr const char* kSeed = "Seed";
+inline constexpr const char* kQuality = "Quality"; ///< in a state whose grains are not classic
 inline constexpr const char* kScanPosition = "ScanPosition";
 // Of the whole system.
 inline constexpr const char* kControlAssignments = "ControlAssignments"; ///< of assignment_key

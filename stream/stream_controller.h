@@ -157,7 +157,7 @@ public:
     /// null for an id that a stream does not have, and for the envelope.
     Control* control(ControlId id);
 
-    // --- Scan position, region, envelope, seed: stream_scan.cpp ---
+    // --- Scan position, region, envelope, seed, quality: stream_scan.cpp ---
 
     /// The engine's scan position, a fraction of the sound.
     float getTimePhasor() const { return engine_.currentScanPosition(); }
@@ -184,6 +184,10 @@ public:
     void setSeed(std::uint32_t seed);
     /// As last set, else as the clock gave it.
     std::uint32_t seed() const { return seed_; }
+    /// How grains that start from the next block on read their sound; live input is read fine at
+    /// most, because a wider reach would run ahead of it.
+    void setQuality(GrainQuality quality);
+    GrainQuality quality() const { return quality_; }
 
     // --- Notes to pitch: stream_notes.cpp ---
 
@@ -365,6 +369,7 @@ private:
     std::optional<double> scanHome_;
     std::size_t envelope_;
     std::uint32_t seed_;
+    GrainQuality quality_ = GrainQuality::classic;
     double bufferFrames_ = 512.0;
     std::shared_ptr<void> life_ = std::make_shared<char>(); // posted steps end with the stream
     SoundNormalizer normalizer_;

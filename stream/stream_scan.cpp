@@ -78,4 +78,9 @@ void MOK_SCRUB_GRANULATOR::setSeed(std::uint32_t seed) {
     engine_.requestRandomSeed(seed);
 }
 
+void MOK_SCRUB_GRANULATOR::setQuality(GrainQuality quality) {
+    quality_ = quality;
+    engine_.setQuality(isLive() ? std::min(quality, GrainQuality::fine) : quality);
+}
+
 } // namespace zephyra

@@ -10,6 +10,7 @@
 namespace zephyra {
 
 void MOK_SCRUB_GRANULATOR::handToEngine(const mokSample* sample) {
+    setQuality(quality_);      // which depends on LIVE
     engine_.setSample(sample); // drops the pitch; the other two depend on the sample's length
     ui_setPitch(&controls._pitch);
     ui_setSpeed(&controls._scanning);

@@ -17,6 +17,8 @@ namespace {
 using enum ControlId;
 using namespace state_key;
 
+constexpr auto kMostQuality = static_cast<int>(GrainQuality::best);
+
 float nearestFloat(double value) {
     constexpr double most = std::numeric_limits<float>::max();
     return static_cast<float>(std::clamp(value, -most, most));
@@ -81,6 +83,10 @@ public:
         if (const auto seed = state_.whole(kSeed + suffix_))
             stream_.setSeed(static_cast<std::uint32_t>(
                 std::clamp<std::int64_t>(*seed, 0, std::numeric_limits<std::uint32_t>::max())));
+        const auto quality = state_.whole(kQuality + suffix_);
+        if (quality || !isPart()) // without the key as grains were before there was a choice
+            stream_.setQuality(static_cast<GrainQuality>(
+                std::clamp<std::int64_t>(quality.value_or(0), 0, std::int64_t{kMostQuality})));
         if (const auto position = fraction(kScanPosition)) {
             stream_.scrubArea.longPressFirstFingerGesture(); // the state says where it stands
             stream_.setScrubNormalizedValue(*position);
@@ -141,6 +147,8 @@ void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state, St
     state[kRegionEnd + suffix] = stream.regionEnd();
     state[controlRange(envelope).channel + suffix] = static_cast<std::int64_t>(stream.envelope());
     state[kSeed + suffix] = std::int64_t{stream.seed()};
+    if (stream.quality() != GrainQuality::classic)
+        state[kQuality + suffix] = static_cast<std::int64_t>(stream.quality());
     // Where a scan stands is part of the sound; where a moving one happened to be is not.
     if (stream.scanStands())
         state[kScanPosition + suffix] = std::clamp(stream.engine().nextScanPosition(), 0.0f, 1.0f);

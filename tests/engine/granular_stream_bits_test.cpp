@@ -206,7 +206,7 @@ TEST(EngineBits, HoldForRandomSettings) {
     const auto uniform = [&random](float low, float high) {
         return low + (high - low) * static_cast<float>(random() % 100001) * 1e-5f;
     };
-    for (int trial = 0; trial < (kIsWatched ? 30 : 90); ++trial) {
+    for (int trial = 0; trial < (kIsWatched ? 21 : 90); ++trial) {
         SCOPED_TRACE(trial);
         const Case c{.name = "random",
                      .frames = 20 + random() % 60000,

@@ -39,8 +39,9 @@ struct Restored : HostedUnit {
         for (const ControlRange& range : controlRanges())
             text << range.name << ' ' << valueOf(range.id) << '\n';
         text << "Region " << stream.regionStart() << " to " << stream.regionEnd() << "\nSeed "
-             << stream.seed() << "\nNormalize touched " << stream.normalizeTouched()
-             << "\nKeyboard Pitch " << stream.controls._keyboardButton.tag << '\n';
+             << stream.seed() << "\nQuality " << static_cast<int>(stream.quality())
+             << "\nNormalize touched " << stream.normalizeTouched() << "\nKeyboard Pitch "
+             << stream.controls._keyboardButton.tag << '\n';
         writeSounds();
         for (const AssignableControl& one : view.assignable.all()) writeBond(one);
         writeMidi();

@@ -1,6 +1,7 @@
 // One render cycle after another: live input in, grains out.
 
 #include "stream/output_levels.h"
+#include "tests/support/stream_probe.h"
 #include "tests/support/test_sounds.h"
 #include "tests/support/test_stream.h"
 
@@ -65,6 +66,21 @@ TEST(StreamRender, CutsGrainsFromLiveInputInPlaceOrNotAndInStepsOf4096Frames) {
             EXPECT_EQ(got.left, expected.left) << blocks[0] << inPlace;
             EXPECT_EQ(got.right, expected.right) << blocks[0] << inPlace;
         }
+}
+
+TEST(StreamRender, ReadsLiveInputFineAtMost) {
+    using enum GrainQuality;
+    LiveStream stream;
+    const auto given = [&] { return StreamProbe::taps(stream->engine()); };
+    for (const auto& [asked, live] : {std::pair(best, fine), {fine, fine}, {classic, classic}}) {
+        stream->setQuality(asked);
+        EXPECT_EQ(given(), GrainTapSet::of(live));
+        stream->ui_enableLiveInput();
+        EXPECT_EQ(given(), GrainTapSet::of(asked));
+        stream->ui_enableLiveInput();
+        EXPECT_EQ(given(), GrainTapSet::of(live));
+        EXPECT_EQ(stream->quality(), asked);
+    }
 }
 
 TEST(StreamRender, HoldsLiveSoundAsIfTheInputHadEndedForAsLongAsFreezeIsOn) {

@@ -28,6 +28,7 @@ struct StreamProbe {
                 s.rndDensity, s.rndPitch,    s.jitter,  s.scanSpan,     s.scanStart,
                 s.scanEnd,    s.speed,       frequency, increment};
     }
+    static const GrainTapSet* taps(const mokGranulatorSF& s) { return s.taps_.load(); }
     static std::uint32_t seed(const mokGranulatorSF& s) { return s.randomSeed; }
     static const mokPhasor& phasor(const mokGranulatorSF& s) { return s.scanPhasor; }
     static const mokSample* sample(const mokGranulatorSF& s) { return s.sample.load(); }
