@@ -47,6 +47,7 @@ Result<void> OfflineRender::applyScanSettings() {
 Result<void> OfflineRender::applySettings() {
     for (const ControlSetting& setting : plan_.settings)
         if (const auto done = apply(setting); !done) return done;
+    if (plan_.quality) stream().setQuality(*plan_.quality);
     if (plan_.envelope && !stream().pickEnvelope(*plan_.envelope)) return memoryIsShort();
     if (plan_.steadyLevel) stream().setSteadyLevel(true);
     return applyRegion();

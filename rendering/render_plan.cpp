@@ -163,6 +163,7 @@ Result<RenderPlan> makeRenderPlan(const RenderRequest& request, const SoundFileI
                     .seed = request.seed ? *request.seed : clockSeed(clock),
                     .envelope = request.envelope,
                     .steadyLevel = request.steadyLevel,
+                    .quality = request.quality,
                     .use = live ? SourceUse::live : SourceUse::loaded,
                     .settings = request.settings,
                     .timedSettings = request.timedSettings,

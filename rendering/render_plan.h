@@ -54,6 +54,7 @@ struct RenderPlan {
     std::uint32_t seed;       ///< from 1 up; of the grains, and of the instance's random source
     std::optional<std::size_t> envelope = {}; ///< position in the menu; none: as the state says
     bool steadyLevel = false;                 ///< also where the state has it off
+    std::optional<GrainQuality> quality = {}; ///< none: as the state says
     SourceUse use = SourceUse::loaded;
     std::vector<ControlSetting> settings = {};     ///< over the defaults, in order
     std::vector<TimedSetting> timedSettings = {};  ///< sorted

@@ -1,6 +1,7 @@
 // RenderRequest: a render as plain data, all that decides its sound and where it goes.
 #pragma once
 
+#include "engine/grain_taps.h"
 #include "platform/files/streamed_files.h"
 #include "presets/preset_choice.h"
 #include "presets/preset_saving.h"
@@ -49,6 +50,7 @@ struct RenderRequest {
     std::vector<TimedSetting> timedSettings = {}; ///< by time
     std::optional<std::size_t> envelope = {};     ///< position in the menu
     bool steadyLevel = false;                     ///< as loud whatever density and length are
+    std::optional<GrainQuality> quality = {};     ///< none: as the state says, else classic
     std::optional<float> start = {}, end = {};    ///< fractions of the source
     bool live = false; ///< an effect's grains come from input and, unless host.type is given, are
                        ///< heard without it

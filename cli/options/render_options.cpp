@@ -96,6 +96,18 @@ Read envelopeInto(std::optional<std::size_t>& envelope) {
     };
 }
 
+Read qualityInto(std::optional<GrainQuality>& quality) {
+    return [&quality](const char* option, const std::string& text) -> Complaint {
+        constexpr std::array<std::string_view, 3> kNames = {"classic", "fine", "best"};
+        const auto found = std::ranges::find(kNames, text);
+        if (found == kNames.end())
+            return Failure{std::string(option) + ": there is no " + inQuotes(text) +
+                           "; write classic, fine or best"};
+        quality = static_cast<GrainQuality>(found - kNames.begin());
+        return {};
+    };
+}
+
 // --- what goes together ---
 
 Complaint checkOneStart(const RenderOptions& options) {
@@ -232,6 +244,9 @@ void declareRenderOptions(CLI::App& command, OptionReader& reader, RenderOptions
     reader.add("--envelope", "NAME",
                "The grains' envelope, see `zephyra envelopes`. Default: Hanning",
                envelopeInto(request.envelope));
+    reader.add("--quality", "NAME",
+               "How grains read between frames: classic, fine or best. Default: classic",
+               qualityInto(request.quality));
     reader.add(
         "--seed", "N",
         "1 to 4294967295: the same seed gives the same bytes. Default: the state's, else from the "

@@ -42,7 +42,7 @@ TEST_F(HostedRender, EverythingAtOnceGivesTheSameBytesAndEachPartIsHeard) {
         eachHeard("--tempo 120",
                   {"--automate moves.csv", "--midi note.mid", "--freeze", "--fade-out 0.5",
                    "--fade-in 0.5", "--echo-sync 1/16,1/32T", "--start 0.25 --end 0.5",
-                   "--envelope Sync", "--meter 3/4 --scan-sync 1,3"}) +
+                   "--envelope Sync", "--quality best", "--meter 3/4 --scan-sync 1,3"}) +
         " --block 100";
     EXPECT_TRUE(render(all) == render(all));
 }
@@ -84,7 +84,8 @@ TEST_F(HostedRender, AnEffectMixesItsInputAsTold) {
 }
 
 TEST_F(HostedRender, ASavedStateGivesTheSoundBack) {
-    const std::string set = "--set Density=90 --set \"Rnd Pitch=5\" --envelope Sync --start 0.25";
+    const std::string set =
+        "--set Density=90 --set \"Rnd Pitch=5\" --envelope Sync --quality best --start 0.25";
     const std::string first = render(set + " --save-state state.zephyra");
     EXPECT_TRUE(render("") != first);
     EXPECT_TRUE(render("--state state.zephyra --save-state state.zephyra") == first);

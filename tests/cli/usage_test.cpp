@@ -74,6 +74,7 @@ TEST_F(Usage, WhatIsWrongAndWhatWouldBeRightStandsInOneLine) {
         {"render in.wav --block 0", 2, "from 1 to 65536"},
         {"render in.wav --seed 0", 2, "1 to 4294967295"},
         {"render in.wav --envelope Hannin", 2, "nearest is \"Hanning\""},
+        {"render in.wav --quality good", 2, "write classic, fine or best"},
         {"render in.wav --start 1.1", 2, "from 0 to 1"},
         {"render in.wav -o out.mp3", 2, "aifc, caf, au, sd2, m4a, flac or ogg, or --type"},
         {"render in.wav -o out.f32", 2, "; --raw writes samples without a header"},
