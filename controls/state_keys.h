@@ -24,6 +24,7 @@ inline constexpr const char* kSample = "Sample";     ///< a dictionary of sample
 inline constexpr const char* kCaptured = "Captured"; ///< one of sound_key
 inline constexpr const char* kNormalizeTouched = "NormalizeTouched";
 inline constexpr const char* kSteadyLevel = "SteadyLevel"; ///< only where it is on
+inline constexpr const char* kEchoAtOutputRate = "EchoAtOutputRate";
 inline constexpr const char* kRegionStart = "RegionStart";
 inline constexpr const char* kRegionEnd = "RegionEnd";
 inline constexpr const char* kSeed = "Seed";

@@ -12,8 +12,7 @@ namespace {
 constexpr double kInaudible = 0.001; // -60 dB
 
 double sideTail(const EchoSide& side, double sampleRate) ZEPHYRA_NONBLOCKING {
-    const double delay =
-        std::clamp(side.delay * kEchoRate, 1.0, delay_stereo_forward::kMaxDelay) / sampleRate;
+    const double delay = std::clamp(side.delay, 1.0, delay_stereo_forward::kMaxDelay) / sampleRate;
     // The first repeat has unity gain; the n-th has gain to the power of n - 1.
     const double repeats =
         side.gain > 0 ? 1 + std::floor(std::log(kInaudible) / std::log(side.gain)) : 1;

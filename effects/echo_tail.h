@@ -5,14 +5,11 @@
 
 namespace zephyra {
 
-/// One side of the echo as its controls show it.
+/// One side of the echo.
 struct EchoSide {
-    double delay; ///< seconds at kEchoRate; the echo counts samples, so other rates stretch it
+    double delay; ///< samples
     double gain;  ///< 0 to 0.98; what each repeat keeps of the one before
 };
-
-/// Hz; the rate that an echo's delays are turned into samples at, whatever the output's.
-inline constexpr double kEchoRate = 44100.0;
 
 /// The longest tail that is waited for, in seconds: at the highest gain and delay it would be half
 /// an hour.

@@ -39,8 +39,7 @@ double PluginTail::echoSeconds() const ZEPHYRA_NONBLOCKING {
     if (!engine.echoOn) return 0.0;
     const CommonState* const module = engine.echoModule();
     const auto side = [module](echo::Parameter time, echo::Parameter gain) {
-        return EchoSide{echo::getparameter(module, time) / kEchoRate,
-                        echo::getparameter(module, gain)};
+        return EchoSide{echo::getparameter(module, time), echo::getparameter(module, gain)};
     };
     return echoTail(side(echo::kTimeL, echo::kFeedbackL), side(echo::kTimeR, echo::kFeedbackR),
                     sampleRate_);

@@ -197,6 +197,7 @@ void OfflineRender::completePlan() {
     plan_.region = {stream().regionStart(), stream().regionEnd()};
     completeRegion();
     plan_.swept = motion_.sweptControls();
+    plan_.echoRate = stream().echoRate();
     addEchoTail(plan_);
     plan_.moved = motion_.watch(plan_);
     plan_.counts = motion_.counts(plan_);

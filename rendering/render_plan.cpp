@@ -41,7 +41,7 @@ EchoSide echoSide(const RenderPlan& plan, const ControlValues& at, ControlId del
         synced
             ? syncedEchoSeconds(lastTempo(plan), static_cast<std::size_t>(valueOf(at, subdivision)))
             : double{valueOf(at, delay)};
-    return {seconds, valueOf(at, gain)};
+    return {seconds * plan.echoRate, valueOf(at, gain)};
 }
 
 /// Frames from when no more grains start until the last one and its repeats have sounded.

@@ -80,6 +80,7 @@ struct RenderPlan {
     MotionCounts counts = {};
     std::vector<ControlSetting> swept = {};         ///< what LFOs move, high on each one's way
     ControlValues initial = defaultControlValues(); ///< at the first frame, once it is prepared
+    double echoRate = 0; ///< Hz, at which seconds of echo become samples, once it is prepared
 
     bool isInstrument() const {
         return host.type.value_or(component_type::instrument) == component_type::instrument;

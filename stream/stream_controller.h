@@ -133,6 +133,12 @@ public:
     void ui_setSpeed(Control* sender = nullptr);
     void setEchoDelayLeft(Control* sender = nullptr);
     void setEchoDelayRight(Control* sender = nullptr);
+    /// The rate, in Hz, at which seconds of echo become the samples that the echo counts: the
+    /// output's; or 44100 whatever the output's, as it was where a state does not say. Then a
+    /// preset sets the same counts everywhere, and at 88200 Hz its repeats come twice as fast.
+    double echoRate() const;
+    void setEchoAtOutputRate(bool atOutputRate);
+    bool echoAtOutputRate() const { return echoAtOutputRate_; }
     void setEchoGainLeft(Control* sender = nullptr);
     void setEchoGainRight(Control* sender = nullptr);
     void setRmFrequency(Control* sender = nullptr);
@@ -361,6 +367,7 @@ private:
     SampleReference reference_;
     CapturedMemory capturedMemory_;
     bool normalizeTouched_ = false;
+    bool echoAtOutputRate_ = true;
     bool liveAllowed_ = true;
     std::uint64_t liveStarts_ = 0;
     float regionStart_ = 0.0f, regionEnd_ = 1.0f;

@@ -15,15 +15,12 @@ namespace {
 namespace echo = delay_stereo_forward;
 using enum ControlId;
 
-// The echo counts its times in samples. They are worked out at this rate whatever the real one, so
-// a preset sets the same counts everywhere; at 88200 Hz its repeats come twice as fast.
-constexpr double kEchoRate = 44100.0; // Hz
-
-void setEchoDelay(CommonState* module, echo::Parameter parameter, float& kept, double seconds) {
+void setEchoDelay(CommonState* module, echo::Parameter parameter, float& kept, double seconds,
+                  double rate) {
     const auto milliseconds = static_cast<float>(seconds * 1000.0);
     if (!std::isfinite(milliseconds)) return;
     kept = milliseconds;
-    echo::setparameter(module, parameter, double{milliseconds} * kEchoRate * 0.001);
+    echo::setparameter(module, parameter, double{milliseconds} * rate * 0.001);
 }
 
 void setEchoGain(CommonState* module, echo::Parameter parameter, float& kept, float gain) {
@@ -96,14 +93,26 @@ double MOK_SCRUB_GRANULATOR::echoSeconds(const MOK_KNOB& delay,
     return syncedEchoSeconds(CURRENT_CLOCK_BPM, static_cast<std::size_t>(subdivision.index()));
 }
 
+double MOK_SCRUB_GRANULATOR::echoRate() const {
+    constexpr double kFixedRate = 44100.0;
+    return echoAtOutputRate_ ? engine_.echoModule()->sampleRate : kFixedRate;
+}
+
+void MOK_SCRUB_GRANULATOR::setEchoAtOutputRate(bool atOutputRate) {
+    echoAtOutputRate_ = atOutputRate;
+    setEchoDelayLeft();
+    setEchoDelayRight();
+}
+
 void MOK_SCRUB_GRANULATOR::setEchoDelayLeft(Control*) {
     setEchoDelay(engine_.echoModule(), echo::kTimeL, engine_.echoTimeL,
-                 echoSeconds(controls._echoDelayLeft, controls.delay_subdivisionLeft));
+                 echoSeconds(controls._echoDelayLeft, controls.delay_subdivisionLeft), echoRate());
 }
 
 void MOK_SCRUB_GRANULATOR::setEchoDelayRight(Control*) {
     setEchoDelay(engine_.echoModule(), echo::kTimeR, engine_.echoTimeR,
-                 echoSeconds(controls._echoDelayRight, controls.delay_subdivisionRight));
+                 echoSeconds(controls._echoDelayRight, controls.delay_subdivisionRight),
+                 echoRate());
 }
 
 // By name, not by place: the echo lists the right feedback before the left, and the times the other

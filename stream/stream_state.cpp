@@ -61,6 +61,13 @@ public:
         keyboard.setNeedsDisplay();
     }
 
+    /// A whole state that does not say is one of before it could be chosen.
+    void echoRate() {
+        const auto atOutputRate = state_.boolean(kEchoAtOutputRate + suffix_);
+        if (isPart() && !atOutputRate) return;
+        stream_.setEchoAtOutputRate(atOutputRate.value_or(false));
+    }
+
     /// Without a touch, which would normalize files that were not.
     void normalizing() {
         MOK_KNOB& knob = stream_.controls._normalizeGain;
@@ -143,6 +150,7 @@ void saveStreamState(MOK_SCRUB_GRANULATOR& stream, PropertyDictionary& state, St
     state[keyboard.channel] = keyboard.tag == 1;
     state[kNormalizeTouched + suffix] = stream.normalizeTouched();
     if (stream.isLevelSteady()) state[kSteadyLevel + suffix] = true; // older versions know none
+    if (stream.echoAtOutputRate()) state[kEchoAtOutputRate + suffix] = true;
     state[kRegionStart + suffix] = stream.regionStart();
     state[kRegionEnd + suffix] = stream.regionEnd();
     state[controlRange(envelope).channel + suffix] = static_cast<std::int64_t>(stream.envelope());
@@ -165,6 +173,7 @@ bool restoreStreamState(MOK_SCRUB_GRANULATOR& stream, SampleLoader& loader, Prop
     Restoring restoring(stream, state, scope);
     if (scope == StateScope::whole) stream.forgetScanHome();
     const bool live = restoring.live(); // before the controls: LIVE moves Normalize
+    restoring.echoRate();
     restoring.controls();
     restoring.normalizing();
     restoring.scan();

@@ -241,13 +241,13 @@ TEST(RenderPlan, LengthRateAndSeedComeFromTheSourceAndTheClock) {
 
 TEST(EchoTail, LastsUntilEveryRepeatIsSixtyDecibelsDown) {
     const std::tuple<EchoSide, EchoSide, double, double> cases[] = {
-        {{0.5, 0}, {0.25, 0}, 44100, 0.5},              // one repeat each
-        {{0.5, 0.11}, {0.25, 0}, 44100, 2.0},           // 1, 0.11, 0.0121, 0.00133
-        {{0.1, 0.5}, {0.25, 0}, 44100, 1.0},            // 0.5 to the power of 9 is above 0.001
-        {{0.1, 0}, {0.25, 0.2}, 44100, 1.25},           // 0.2 to the power of 4 is above 0.001
-        {{0.5, 0}, {0.25, 0}, 22050, 1.0},              // the same samples take twice the time
-        {{4.6, 0}, {0.25, 0}, 44100, 200000 / 44100.0}, // the echo's longest delay
-        {{4.5, 0.98}, {0.25, 0}, 44100, kLongestEchoTail}};
+        {{22050, 0}, {11025, 0}, 44100, 0.5},               // one repeat each
+        {{22050, 0.11}, {11025, 0}, 44100, 2.0},            // 1, 0.11, 0.0121, 0.00133
+        {{4410, 0.5}, {11025, 0}, 44100, 1.0},              // 0.5 to the power of 9 is above 0.001
+        {{4410, 0}, {11025, 0.2}, 44100, 1.25},             // 0.2 to the power of 4 is above 0.001
+        {{22050, 0}, {11025, 0}, 22050, 1.0},               // the same samples take twice the time
+        {{200001, 0}, {11025, 0}, 44100, 200000 / 44100.0}, // the echo's longest delay
+        {{198450, 0.98}, {11025, 0}, 44100, kLongestEchoTail}};
     for (const auto& [left, right, rate, seconds] : cases)
         EXPECT_DOUBLE_EQ(echoTail(left, right, rate), seconds) << left.delay << " " << left.gain;
 }

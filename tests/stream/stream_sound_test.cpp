@@ -1,5 +1,6 @@
 // Where a stream's sound comes from and goes to: files, live input, exports and states.
 
+#include "effects/stereo_echo.h"
 #include "platform/files/file_calls.h"
 #include "stream/sound_keeping.h"
 #include "tests/support/stream_player.h"
@@ -269,6 +270,27 @@ TEST_F(StreamSound, LetsAFileWaitBehindASoundThatWasChosenWhileItWasRead) {
     player.loader.loadSamplePerform(path);
     player.restore(state);
     EXPECT_EQ(&player.sound(), stream.waveForm().liveSample());
+}
+
+TEST_F(StreamSound, EchoesAtTheOutputsRateUnlessAStateDoesNotSaySo) {
+    using namespace delay_stereo_forward;
+    const std::pair<std::optional<bool>, double> cases[] = {
+        {std::nullopt, 13230}, {true, 14400}, {false, 13230}};
+    const auto samples = [this] { return getparameter(stream.engine().echoModule(), kTimeL); };
+    stream.prepare(48000);
+    EXPECT_EQ(samples(), 14400); // a new sound: 300 ms
+    for (const auto& [says, expected] : cases) {
+        PropertyDictionary state = player.state();
+        state.erase("EchoAtOutputRate_0");
+        if (says) state["EchoAtOutputRate_0"] = *says;
+        player.restore(state);
+        EXPECT_NEAR(samples(), expected, 1e-3);
+        EXPECT_EQ(player.state().contains("EchoAtOutputRate_0"), says == true);
+        stream.prepare(44100);
+        EXPECT_NEAR(samples(), 13230, 1e-3);
+        stream.prepare(48000);
+        EXPECT_NEAR(samples(), expected, 1e-3);
+    }
 }
 
 TEST_F(StreamSound, CleansTheTakeOfAState) {
