@@ -63,7 +63,10 @@ mokGranulatorSF::mokGranulatorSF(const mokSample* givenSample, const mokWindow* 
     for (std::size_t i = 0; i < pool; ++i)
         grains.push_back(std::make_unique<mokGrain>(sample.load(), window.load(), rate, seed));
 
-    if (rate > 0.0f) scanPhasor.setSampleRate(rate);
+    if (rate > 0.0f) {
+        scanPhasor.setSampleRate(rate);
+        mixGain_.setSampleRate(rate);
+    }
     setSpeed(1.0f);
     const mokSample& source = *sample.load();
     playbackRate = source.sampleRate / static_cast<float>(source.size);
@@ -91,6 +94,7 @@ void mokGranulatorSF::setSampleRate(float rate) noexcept {
     anewAt_ = rendered_;
     for (const auto& grain : grains) grain->setSampleRate(rate);
     scanPhasor.setSampleRate(rate);
+    mixGain_.setSampleRate(rate);
 }
 
 void mokGranulatorSF::setSample(const mokSample* next) noexcept {

@@ -5,6 +5,7 @@
 #include "engine/grain_mix.h"
 #include "engine/grain_trace.h"
 #include "engine/grain_voice.h"
+#include "engine/mix_gain.h"
 #include "engine/scan_phasor.h"
 #include "engine/stage_fade.h"
 #include "platform/sound/audio_buffer_list.h"
@@ -23,7 +24,10 @@ namespace zephyra {
 /// modulator over the mix. A fixed pool of voices is made at construction; nothing is allocated
 /// while rendering. Setters are MAIN and store single words that the next block reads; a result
 /// that is not finite keeps the old value. Samples and windows are not owned: they cross as
-/// pointers, and the caller keeps the old one until renderCycle() has moved on (see Retirement).
+/// pointers, and the caller keeps the old one until renderCycle() has moved on and holds() lets it
+/// go (see Retirement). While grains sound, another sample or window comes through a seam: for
+/// MixGain::kSeamSeconds they go down on the tables that they have, and none starts; then they end,
+/// and the mix comes up with the newest tables. Where none sounds it comes at once.
 class mokGranulatorSF {
 public:
     /// The longest block rendered at once; a longer one is split.
@@ -62,12 +66,22 @@ public:
     void setJittering(const float& ms) noexcept; ///< |ms|, at most 1000; ignored on the placeholder
     void setSpeed(const float& v) noexcept; ///< scan-rate factor: 1 crosses the region in real time
 
-    /// Reads from sample from the next block on, sounding grains too; null is ignored. The pitch is
-    /// dropped: set pitch, speed and jitter again afterwards. MAIN.
+    /// Grains read from sample, after a seam where one is needed; grains that sound on the sample
+    /// that it is a copy of read on in it. Null is ignored. The pitch is dropped: set pitch, speed
+    /// and jitter again afterwards. MAIN.
     void setSample(const mokSample* sample) noexcept;
 
-    /// Shapes grains by window from the next block on, sounding ones too; null is ignored. MAIN.
+    /// Shapes grains by window, after a seam where one is needed; null is ignored. MAIN.
     void setWindow(const mokWindow* window) noexcept;
+
+    /// Whether RENDER reads this sample or window until a seam has passed. MAIN.
+    bool holds(const void* table) const noexcept {
+        return table == blockSample_.load() || table == blockWindow_.load();
+    }
+
+    /// Scales the mix before the effects, 0..1, and gets there within a tick. From 0 a stream that
+    /// is switched off begins anew: what sounded has ended, and the level is 1. MAIN.
+    void setMixLevel(float share) noexcept { mixGain_.setLevel(share); }
 
     /// The scan jumps to a fraction of the region, min(|fraction|, 1), at the next block. MAIN.
     void setScanPhase(const double& fraction) noexcept { scanPhasor.setPhase(fraction); }
@@ -120,9 +134,14 @@ public:
     /// Passes over frames in which nothing is heard: only the scan and the ring modulator's cosine
     /// go on. RENDER.
     void pass(int frames) ZEPHYRA_NONBLOCKING;
-    /// Whether grains are cut from sound, which is only compared. Any thread.
+    /// Whether grains are cut from sound, which is only compared, or will be after a seam. Any
+    /// thread.
     bool isCutFrom(const mokSample* sound) const ZEPHYRA_NONBLOCKING {
         return sample.load() == sound;
+    }
+    /// The same, and no grain sounds on another one. RENDER.
+    bool soundsOnlyOf(const mokSample* sound) const ZEPHYRA_NONBLOCKING {
+        return isCutFrom(sound) && (blockSample_.load() == sound || soundingGrains() == 0);
     }
 
     /// The effect modules; their parameters may be set on any thread. Never null.
@@ -188,7 +207,11 @@ private:
     };
 
     Settings blockSettings() const ZEPHYRA_NONBLOCKING;
+    void takeChange() ZEPHYRA_NONBLOCKING;
     GrainTables takeTables() ZEPHYRA_NONBLOCKING;
+    void restSwitchedOff() ZEPHYRA_NONBLOCKING;
+    int takeGain(int frames) ZEPHYRA_NONBLOCKING;
+    void passStarts(int frames) ZEPHYRA_NONBLOCKING;
     void processBlock(int frames, StereoSpan out) ZEPHYRA_NONBLOCKING;
     void countQuiet(int frames, StereoSpan echoes) ZEPHYRA_NONBLOCKING;
     void emptyEcho() ZEPHYRA_NONBLOCKING;
@@ -241,7 +264,7 @@ private:
     std::shared_ptr<mokSample> placeholder_;
     std::shared_ptr<mokWindow> ownWindow_;
     RenderCycle cycle_;
-    Retirement retired_{cycle_};
+    Retirement retired_{cycle_, [this](const void* table) { return holds(table); }};
 
     Relaxed<std::uint32_t> firstSeed_;
     std::atomic<std::uint32_t> pendingSeed_ = 0; // not yet taken; 0 for none
@@ -252,11 +275,15 @@ private:
     std::atomic<const GrainTapSet*> taps_ = nullptr; // never freed
     const GrainTapSet* blockTaps_ = nullptr;         // the block's snapshot; RENDER's own
     StageFade echoFade_, ringFade_;                  // RENDER's own
-    // Of the latest block, RENDER's own; the pointers are compared, never followed.
+    MixGain mixGain_;
+    // What sounding grains read, until a seam lets go of it; null where none can sound. Written by
+    // RENDER, sequentially consistent, see Retirement.
+    std::atomic<const mokSample*> blockSample_ = nullptr;
+    std::atomic<const mokWindow*> blockWindow_ = nullptr;
+    // Of the latest block, RENDER's own.
+    bool blockSounds_ = false;
     std::uint64_t anewAt_ = 0;     // where the frame stands that takes the switches at once
     std::int64_t quietEchoes_ = 0; // how many of the echo's newest frames were nothing
-    const mokSample* blockSample_ = nullptr;
-    const mokWindow* blockWindow_ = nullptr;
     std::uint64_t blockSourceSize_ = 0;
     Relaxed<std::uint64_t> started_ = 0, dropped_ = 0, sounded_ = 0, rendered_ = 0;
 };

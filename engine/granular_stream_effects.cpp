@@ -41,7 +41,7 @@ bool mokGranulatorSF::effectsRest() const ZEPHYRA_NONBLOCKING {
 
 void mokGranulatorSF::pass(int frames) ZEPHYRA_NONBLOCKING {
     if (ringOn) RM::pass(ringModulator, frames);
-    if (!granularOn) return;
+    if (!granularOn) return restSwitchedOff();
     scanPhasor.pass(frames);
     scanPhase = scanPhasor.latest();
     nextScanPhase_ = scanPhasor.next();

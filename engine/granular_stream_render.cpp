@@ -79,28 +79,6 @@ mokGranulatorSF::Settings mokGranulatorSF::blockSettings() const ZEPHYRA_NONBLOC
             .scanStart = scanStart};
 }
 
-GrainTables mokGranulatorSF::takeTables() ZEPHYRA_NONBLOCKING {
-    const mokSample* source = sample.load();
-    const mokWindow* shape = window.load();
-    const GrainTables tables = grainTables(*source, *shape);
-    if (source != blockSample_ || shape != blockWindow_)
-        for (const auto& grain : grains) {
-            grain->source = source;
-            grain->envelope = shape;
-        }
-    blockSample_ = source;
-    blockWindow_ = shape;
-    // A planned run stays inside a table of the size it was planned for. The size is compared, not
-    // the pointer: a new sample may stand where a freed one stood.
-    if (tables.sourceSize != blockSourceSize_)
-        for (const auto& grain : grains) {
-            grain->straight = {};
-            grain->placeOrigin(tables.sourceSize);
-        }
-    blockSourceSize_ = tables.sourceSize;
-    return tables;
-}
-
 float mokGranulatorSF::steadyFactor(const Settings& settings) const ZEPHYRA_NONBLOCKING {
     return steadyLevel({.length = settings.grainLength,
                         .density = settings.density,
@@ -121,6 +99,7 @@ void mokGranulatorSF::startAnew() ZEPHYRA_NONBLOCKING {
     grainInterval = grainCounter = 0;
     anewAt_ = rendered_;
     scanPhasor.startAnew();
+    mixGain_.standAtFull();
 }
 
 void mokGranulatorSF::endGrains() ZEPHYRA_NONBLOCKING {
@@ -228,6 +207,14 @@ void mokGranulatorSF::scheduleGrains(int frames, const Settings& settings) ZEPHY
     nextScanPhase_ = scanPhasor.next();
 }
 
+/// Time goes on, and a grain that is due waits.
+void mokGranulatorSF::passStarts(int frames) ZEPHYRA_NONBLOCKING {
+    scanPhasor.Processing(phaseBuffer.data(), frames);
+    grainCounter += static_cast<std::uint64_t>(frames);
+    scanPhase = scanPhasor.latest();
+    nextScanPhase_ = scanPhasor.next();
+}
+
 void mokGranulatorSF::renderGrains(int frames, const GrainTables& tables) ZEPHYRA_NONBLOCKING {
     // The echo's memory comes while grains are computed, a share with each.
     const int fetchUpTo = echoOn ? frames : 0;
@@ -259,14 +246,18 @@ void mokGranulatorSF::renderGrains(int frames, const GrainTables& tables) ZEPHYR
 }
 
 void mokGranulatorSF::processBlock(int frames, StereoSpan out) ZEPHYRA_NONBLOCKING {
-    if (granularOn) {
+    if (blockSounds_) {
         const GrainTables tables = takeTables();
         blockTrace_ = trace_.load();
         blockTaps_ = taps_.load();
         Settings settings = blockSettings();
         if (steady_) settings.level *= steadyFactor(settings);
-        scheduleGrains(frames, settings);
+        if (mixGain_.falls())
+            passStarts(frames);
+        else
+            scheduleGrains(frames, settings);
         renderGrains(frames, tables);
+        if (mixGain_.apply(frames, mixL, mixR)) endGrains();
     }
     applyEffects(frames, out);
     std::fill_n(mixL, frames, 0.0f);
@@ -283,7 +274,7 @@ void mokGranulatorSF::GranularStreamProcessing(int frames, const AudioBufferList
     const FlushDenormals flush;
     takeRequestedSeed();
     for (int done = 0, count = 0; done < frames; done += count) {
-        count = takeSwitches(std::min(kMaxBlockFrames, frames - done));
+        count = takeGain(takeSwitches(std::min(kMaxBlockFrames, frames - done)));
         processBlock(count, out.from(done));
     }
 }

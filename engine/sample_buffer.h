@@ -83,6 +83,9 @@ public:
 
     float sampleRate = 0.0f;        ///< Hz of the material
     std::int32_t bitsPerSample = 0; ///< 16 once allocated; read by nothing
+    /// The sample whose frames stand here at their own indices, so that grains read on without a
+    /// step; null for a sound of its own. Only compared, for it may be gone.
+    const mokSample* copyOf = nullptr;
 };
 
 /// lo + |x| · (hi - lo). Any thread.

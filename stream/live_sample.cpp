@@ -51,6 +51,7 @@ std::shared_ptr<const LiveSample> heldCopy(const LiveSample& live) noexcept {
     }
     held->heard = live.heard.load();
     held->offset = copied;
+    held->copyOf = &live;
     return held;
 }
 

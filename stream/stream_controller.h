@@ -342,7 +342,7 @@ private:
     bool showsPitch_ = false; // a key goes down to show where the pitch stands, wheel and all
 
     RenderCycle cycle_;
-    Retirement retirement_{cycle_};
+    Retirement retirement_{cycle_, [this](const void* table) { return engine_.holds(table); }};
     std::shared_ptr<mokWindow> window_;
     WaveForm waveForm_;
     mokGranulatorSF engine_;

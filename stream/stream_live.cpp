@@ -10,7 +10,7 @@ void MOK_SCRUB_GRANULATOR::ui_enableLiveInput(Control*) {
     const bool on = !isLive();
     if (on && !liveAllowed_) return;
     button.tag = on ? 1 : 0;
-    // Before the sound stops, so that it just plays on when there is no room for a buffer.
+    // First, so that the sound just plays on when there is no room for a buffer.
     if (!waveForm_.enableLIVE(on)) {
         button.tag = 0;
         instance_.log.write(
@@ -21,7 +21,6 @@ void MOK_SCRUB_GRANULATOR::ui_enableLiveInput(Control*) {
     }
     const bool isHeld = waveForm_.isHeld(); // plays on, whatever becomes of the input behind it
     const bool restarts = isPlaying() && !isHeld;
-    if (restarts) stop();
     if (on) {
         ++liveStarts_;
         waveForm_.makeLiveCurrent();

@@ -59,7 +59,7 @@ bool GranulatorRests(MOK_SCRUB_GRANULATOR* controller) ZEPHYRA_NONBLOCKING {
     const waveform_data& live = stream.waveform->data();
     const LiveSample& heard = *live.mSample.load();
     if (live.isLiveEnabled && !heard.isSilent()) return false;
-    if (stream.engine->granularOn && !(heard.isSilent() && stream.engine->isCutFrom(&heard)))
+    if (stream.engine->granularOn && !(heard.isSilent() && stream.engine->soundsOnlyOf(&heard)))
         return false;
     return stream.engine->effectsRest();
 }

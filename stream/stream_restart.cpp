@@ -38,6 +38,7 @@ void MOK_SCRUB_GRANULATOR::fadeInAnew() {
     switchEngine(data_.isPlaying);
     handFadedLevel();
     if (!data_.isPlaying) return;
+    engine_.setMixLevel(1.0f);
     fade_.beginIn(fadeTime(ControlId::fadeIn));
     fadeIn();
 }

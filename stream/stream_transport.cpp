@@ -43,6 +43,7 @@ void MOK_SCRUB_GRANULATOR::____play() {
     ++starts_;
     onMain([this] { showPlaying(); });
     handFadedLevel(); // or a block that comes right now would begin at the full volume
+    engine_.setMixLevel(1.0f);
     std::string error;
     if (!play(&error)) instance_.log.write("Could not play player: " + error);
     const double seconds = fadeTime(ControlId::fadeIn);
@@ -105,8 +106,10 @@ void MOK_SCRUB_GRANULATOR::fadeOut() {
     case StreamFade::Outcome::aborted:
         return;
     case StreamFade::Outcome::running:
+        engine_.setMixLevel(static_cast<float>(fade_.multiplier()));
         return handFadedLevel();
     case StreamFade::Outcome::ended:
+        engine_.setMixLevel(0.0f); // a level acts when a grain starts, and long ones sound on
         engine_.setLevel(0.0f);
         pendingStop_ = instance_.runLoop.performAfter(getDelayedStopTime(), [this] { stop(); });
     }

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -45,7 +46,12 @@ private:
 /// MAIN; destroyed OFF.
 class Retirement {
 public:
-    explicit Retirement(const RenderCycle& cycle) : cycle_(cycle) {}
+    /// Whether RENDER uses an object from one call to the next, as RENDER says, in sequentially
+    /// consistent order, inside the call that took it.
+    using Held = std::function<bool(const void*)>;
+
+    explicit Retirement(const RenderCycle& cycle, Held held = {})
+        : cycle_(cycle), held_(std::move(held)) {}
 
     /// Bytes from which on an object is large: MAIN hands those on to be freed elsewhere.
     static constexpr std::size_t kLargeBytes = std::size_t{1} << 22;
@@ -58,11 +64,12 @@ public:
     }
 
     /// Frees what no render call can see any more: those retired while none ran, and those whose
-    /// call has ended since.
+    /// call has ended since; but nothing that is held.
     void collect() {
         const std::uint64_t now = cycle_.count();
         std::erase_if(waiting_, [this, now](Entry& entry) {
-            const bool isFree = entry.count % 2 == 0 || entry.count != now;
+            const bool hasPassed = entry.count % 2 == 0 || entry.count != now;
+            const bool isFree = hasPassed && !(held_ && held_(entry.object.get()));
             if (isFree && entry.isLarge) disposal_.take(std::move(entry.object));
             return isFree;
         });
@@ -78,6 +85,7 @@ private:
         bool isLarge;
     };
     const RenderCycle& cycle_;
+    Held held_;
     std::vector<Entry> waiting_;
     Disposal disposal_;
 };

@@ -222,17 +222,6 @@ TEST(GranularStream, PutsOutWhatTheEffectsInUseMakeOfTheGrains) {
     }
 }
 
-TEST(GranularStream, MovesSoundingGrainsToANewEnvelope) {
-    Stream stream;
-    stream.engine.setDensity(0);
-    stream.engine.setLength(1000);
-    stream.render(10000);
-    mokWindow silent(4096, kWindowRectangular);
-    silent.clear();
-    stream.engine.setWindow(&silent);
-    for (float sample : stream.render(1000).left) ASSERT_EQ(sample, 0.0f);
-}
-
 TEST(GranularStream, RecomputesEveryIncrementForANewRate) {
     Stream stream;
     stream.render(100);

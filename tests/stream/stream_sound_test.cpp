@@ -244,15 +244,15 @@ TEST_F(StreamSound, IsKeptAsFreezeHoldsItAndComesBackHeld) {
     EXPECT_EQ(Frames(player.sound().getPtr(), player.sound().getPtr() + 100), heard);
 }
 
-TEST_F(StreamSound, IsNeitherCutFromNorWrittenInTheMiddleOfASwitchOfLive) {
+TEST_F(StreamSound, PlaysOnThroughASwitchOfLiveAndIsNotWrittenInItsMiddle) {
     stream.play();
-    bool stood = false;
+    bool played = false;
     stream.waveForm().setReplacedHandler([&] { // where a render cycle may come
-        stood = !stream.isPlaying();
+        played = stream.isPlaying();
         player.hear(ramp(100, 3));
     });
     stream.ui_enableLiveInput();
-    EXPECT_TRUE(stood && stream.isPlaying() && stream.setCaptured(ramp(1, 9), 44100.0));
+    EXPECT_TRUE(played && stream.isPlaying() && stream.setCaptured(ramp(1, 9), 44100.0));
     EXPECT_EQ(stream.waveForm().heardFrames(), ramp(1, 9));
 }
 

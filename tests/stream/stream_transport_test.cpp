@@ -70,6 +70,42 @@ TEST_F(StreamTransport, StopsTheScanAtOnceFadesOutAndCutsTheGrainsHalfASecondLat
     EXPECT_EQ(speed(), 2.0f);
 }
 
+TEST_F(StreamTransport, EndsLongGrainsWithTheFadeAndStartsWithoutThem) {
+    auto even = std::make_shared<mokSample>(44100, 44100.0f);
+    std::fill_n(even->getPtr(), 44100 + mokBuffer::kGuardPoints, 1.0f);
+    stream->loadSound(even);
+    stream->setDisplayed(length, 2000.0f);
+    stream->setDisplayed(density, 5.0f);
+    StereoBlock out(441 * 1000);
+    std::size_t at = 0;
+    const auto play = [&](double seconds) {
+        const std::size_t from = at;
+        for (; at < from + static_cast<std::size_t>(seconds * 44100); at += 441) {
+            GranulatorProcessing(&stream.controller, 441, nullptr, out.from(at));
+            stream.pass(0.01);
+        }
+        return *std::max_element(&out.left[from], &out.left[at]);
+    };
+    press(playButton);
+    play(3.0);
+    press(playButton);
+    const float before = play(0.01);
+    play(0.24);
+    EXPECT_LT(play(0.01), 0.6f * before);
+    play(0.26);
+    EXPECT_EQ(play(0.1), 0.0f); // half a second, and a tick to arrive
+    play(0.5);
+    EXPECT_FALSE(stream->isPlaying());
+    press(playButton);
+    EXPECT_GT(play(2.0), 0.1f);
+    press(playButton);
+    play(0.3);
+    press(playButton); // again while it fades
+    play(1.0);
+    for (std::size_t n = 1; n < at; ++n)
+        ASSERT_LT(std::abs(out.left[n] - out.left[n - 1]), 1e-2f) << n;
+}
+
 TEST_F(StreamTransport, StartsAnewFromTheLevelReachedWithOneChainOfTicks) {
     press(playButton);
     ticks(9);
