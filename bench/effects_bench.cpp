@@ -57,7 +57,7 @@ struct Signal {
     std::vector<float> source, left, right;
 };
 
-enum Motion : std::int64_t { kAtRest, kGliding };
+enum Motion : std::int64_t { kAtRest, kGliding, kFilling };
 
 void echo(benchmark::State& state, CpuLevel level) {
     const FlushDenormals flush;
@@ -80,6 +80,7 @@ void echo(benchmark::State& state, CpuLevel level) {
             block.smoothed[0] = 14000;
             block.smoothed[1] = 11500;
         }
+        if (state.range(1) == kFilling) block.written = 0;
         bodies.echo(block);
     }
 }
@@ -159,7 +160,7 @@ void registerAll() {
         benchmark::RegisterBenchmark(("echo/" + name).c_str(),
                                      [level](benchmark::State& state) { echo(state, level); })
             ->ArgNames({"frames", "gliding"})
-            ->ArgsProduct({{64, 512}, {kAtRest, kGliding}});
+            ->ArgsProduct({{64, 512}, {kAtRest, kGliding, kFilling}});
         benchmark::RegisterBenchmark(("ring/" + name).c_str(),
                                      [level](benchmark::State& state) { ring(state, level); })
             ->ArgNames({"frames", "gliding", "Hz"})
