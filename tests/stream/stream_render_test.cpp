@@ -110,6 +110,24 @@ TEST(StreamRender, HoldsLiveSoundAsIfTheInputHadEndedForAsLongAsFreezeIsOn) {
         EXPECT_EQ(render(acts), ended) << acts.size();
 }
 
+TEST(StreamRender, RestsOnSilentInputOnlyWhenTheSoundBeforeItHasEnded) {
+    LiveStream stream;
+    stream->setDisplayed(ControlId::echoSwitch, 0.0f);
+    StereoBlock out(WaveForm::kLiveFrames), silence(WaveForm::kLiveFrames);
+    const auto render = [&](int frames) {
+        const AudioBufferList input = silence.from(0);
+        GranulatorProcessing(&stream.controller, frames, &input, out.from(0));
+        return GranulatorRests(&stream.controller);
+    };
+    EXPECT_TRUE(render(WaveForm::kLiveFrames));
+    stream->loadSound(noiseSample(44100, 44100.0f));
+    EXPECT_FALSE(render(4410));
+    stream->ui_enableLiveInput();
+    EXPECT_FALSE(GranulatorRests(&stream.controller));
+    EXPECT_FALSE(render(440));
+    EXPECT_TRUE(render(1));
+}
+
 TEST(StreamRender, ShowsTheNewestOutputToAnOscilloscopeThatSomebodyWatches) {
     TestStream stream;
     stream->loadSound(noiseSample(44100, 44100.0f));
