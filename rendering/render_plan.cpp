@@ -47,12 +47,15 @@ EchoSide echoSide(const RenderPlan& plan, const ControlValues& at, ControlId del
 /// Frames from when no more grains start until the last one and its repeats have sounded.
 std::uint64_t tailFrames(const RenderPlan& plan) {
     const ControlValues at = controlsAt(plan, plan.playFrames - 1);
-    if (valueOf(at, ControlId::echoSwitch) == 0) return 0;
-    const double echo = echoTail(
-        echoSide(plan, at, ControlId::leftDelay, ControlId::leftSubdivision, ControlId::leftGain),
-        echoSide(plan, at, ControlId::rightDelay, ControlId::rightSubdivision,
-                 ControlId::rightGain),
-        plan.sampleRate);
+    const bool echoes = valueOf(at, ControlId::echoSwitch) != 0;
+    if (!echoes && !plan.ringsOut) return 0;
+    const double echo = !echoes
+                            ? 0.0
+                            : echoTail(echoSide(plan, at, ControlId::leftDelay,
+                                                ControlId::leftSubdivision, ControlId::leftGain),
+                                       echoSide(plan, at, ControlId::rightDelay,
+                                                ControlId::rightSubdivision, ControlId::rightGain),
+                                       plan.sampleRate);
     const double longestGrain =
         valueOf(at, ControlId::length) * 0.001 * (1 + 0.5 * valueOf(at, ControlId::rndLength));
     return static_cast<std::uint64_t>(std::ceil((echo + longestGrain) * plan.sampleRate));
@@ -171,7 +174,8 @@ Result<RenderPlan> makeRenderPlan(const RenderRequest& request, const SoundFileI
                     .end = request.end,
                     .host = request.host,
                     .motion = request.motion,
-                    .addTail = !request.seconds};
+                    .addTail = !request.seconds || request.ringsOut,
+                    .ringsOut = request.ringsOut};
     plan.clock = clock;
     plan.host.type = request.componentType();
     plan.wetOnly = request.live && !request.host.type;

@@ -74,6 +74,7 @@ struct RenderPlan {
     MotionRequest motion = {};
     std::vector<float> take = {};                ///< of --scrub; empty: none
     bool addTail = false;                        ///< the echo's tail is still to be added to frames
+    bool ringsOut = false;                       ///< the tail is that of grains, without echo too
     std::optional<std::uint64_t> stopFrame = {}; ///< where stop is pressed; none: never
     /// By LFOs, controllers and automation, the state's as well, once it is prepared.
     std::vector<MovedControl> moved = {};

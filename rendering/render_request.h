@@ -40,6 +40,7 @@ struct RenderRequest {
     OutputType type = defaultOutputType(); ///< of output, whatever its name
     SampleFormat format = SampleFormat::shorts;
     RenderEnding ending = RenderEnding::faded;
+    bool ringsOut = false; ///< grains and echo that sound at the end go on by themselves
     std::optional<OutputGain> gain = {}; ///< of the finished sound
     std::optional<std::filesystem::path> picture = {};
     std::optional<double> seconds = {};     ///< none: the source's own length, and the echo's tail

@@ -101,6 +101,10 @@ void declareOutputOptions(OptionReader& reader, RenderRequest& request) {
         "--raw", "Write samples without a header: interleaved 32-bit little-endian floats", [] {});
     reader.addFlag("--cut", "Leave the last 10 ms as they are instead of fading them out",
                    [&request] { request.ending = RenderEnding::cut; });
+    reader.addFlag("--ring-out",
+                   "Let grains and echo that sound at the end go on by themselves, also after "
+                   "--seconds",
+                   [&request] { request.ringsOut = true; });
     reader.add("--gain", "DB",
                "Turn the finished sound up or down, e.g. \"-6 dB\"; auto turns it down as far as "
                "it takes not to clip",

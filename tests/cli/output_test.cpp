@@ -39,6 +39,25 @@ TEST_F(Output, EveryRenderEndsInSilenceUnlessItIsCut) {
     EXPECT_TRUE(readText(folder / "many" / "in.wav") == rendered("in.wav --seed 5"));
 }
 
+TEST_F(Output, GrainsAndEchoRingOutAfterTheEnd) {
+    const std::string render = "in.wav --seed 5 --seconds 0.2 --cut --set Length=500";
+    const auto ends = shortsOf(rendered(render));
+    std::size_t longest = ends.size();
+    for (const char* echo : {"", " --set \"Echo Switch=on\""}) {
+        const auto rings = shortsOf(rendered(render + echo + " --ring-out"));
+        EXPECT_GT(rings.size(), longest);
+        longest = rings.size();
+        if (*echo) continue;
+        EXPECT_TRUE(std::equal(ends.begin(), ends.end(), rings.begin()));
+        const auto loud = [&](auto from, auto to) {
+            return std::any_of(from, to, [](int sample) { return std::abs(sample) > 327; });
+        };
+        const auto end = rings.begin() + static_cast<std::ptrdiff_t>(ends.size());
+        EXPECT_TRUE(loud(end, end + 2000));
+        EXPECT_FALSE(loud(rings.end() - 200, rings.end()));
+    }
+}
+
 TEST_F(Output, WhatGoesThroughAPipeIsTheFile) {
     for (const char* arguments :
          {"", "--float", "--raw", "--type aiff", "--type caf", "--type m4a", "--format flac",
