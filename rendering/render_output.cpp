@@ -24,12 +24,14 @@ Result<void> RenderOutput::open(const RenderRequest& request, const RenderPlan& 
     asked_ = request.gain;
     goesOn_ = std::move(goesOn);
     if (request.ending == RenderEnding::faded) fade_.emplace(plan.frames, plan.sampleRate);
-    const bool waitsForPeak = asked_ && asked_->isAutomatic;
-    if (waitsForPeak) keptFolder_ = folderToKeepIn();
-    if (asked_ && !waitsForPeak) gain_ = gainFactor(*asked_, 0, type_);
-    if (waitsForPeak) // first: a reader is told nothing of a sound that cannot come
+    const bool waits = asked_ && asked_->waits();
+    if (asked_ && !waits) gain_ = gainFactor(*asked_, {}, type_);
+    if (waits) { // first: a reader is told nothing of a sound that cannot come
+        keptFolder_ = folderToKeepIn();
+        meter_.emplace(kOutputChannels, plan.sampleRate);
         if (const std::error_code error = kept_.emplace().open(keptFolder_))
             return keptFailure(error);
+    }
     return file_.open({.path = path_,
                        .type = type_,
                        .format = request.format,
@@ -39,9 +41,13 @@ Result<void> RenderOutput::open(const RenderRequest& request, const RenderPlan& 
 }
 
 Failure RenderOutput::keptFailure(std::error_code error) const {
-    return {"--gain auto keeps the whole sound in " + keptFolder_.string() +
-            " until its peak is known, and cannot (" + error.message() +
-            "); make room there, or name a gain"};
+    using enum OutputGain::Aim;
+    const std::string option = asked_->aim == peak       ? "--normalize"
+                               : asked_->aim == loudness ? "--loudness"
+                                                         : "--gain auto";
+    return {option + " keeps the whole sound in " + keptFolder_.string() + " until its " +
+            (asked_->aim == loudness ? "loudness" : "peak") + " is known, and cannot (" +
+            error.message() + "); make room there, or name a gain"};
 }
 
 /// On the disk that the file goes to, where room is expected.
@@ -53,11 +59,13 @@ fs::path RenderOutput::folderToKeepIn() const {
 
 Result<void> RenderOutput::keep(const float* left, const float* right, std::uint32_t frames) {
     interleaved_.clear();
+    heard_.clear();
     for (std::uint32_t n = 0; n < frames; ++n)
         for (const float sample : {left[n], right[n]}) {
             interleaved_.push_back(sample);
-            if (std::isfinite(sample)) keptPeak_ = std::max(keptPeak_, double{std::abs(sample)});
+            heard_.push_back(std::isfinite(sample) ? sample : 0.0f);
         }
+    meter_->add(heard_.data(), frames);
     const auto error = kept_->write(std::as_bytes(std::span(interleaved_)));
     return error ? keptFailure(error) : Result<void>();
 }
@@ -95,7 +103,7 @@ Result<std::uint32_t> RenderOutput::readKept(std::uint64_t from, std::span<float
 
 Result<void> RenderOutput::finish(const std::function<void(double share)>& told) {
     if (!kept_) return {};
-    gain_ = gainFactor(*asked_, keptPeak_, type_);
+    gain_ = gainFactor(*asked_, meter_->measure(), type_);
     std::vector<float> left(kFramesAtOnce), right(kFramesAtOnce);
     for (std::uint64_t done = 0; done < frames_;) {
         if (goesOn_ && !goesOn_()) return Failure{interruptedText(path_)};

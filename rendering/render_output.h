@@ -15,8 +15,9 @@
 
 namespace zephyra {
 
-/// Order of calls: open, write every block, finish, close. An automatic gain needs the peak of the
-/// whole before its first sample can go on, so until finish the render lies on the disk. MAIN.
+/// Order of calls: open, write every block, finish, close. A gain that aims at a level needs
+/// that of the whole before its first sample can go on, so until finish the render lies on the
+/// disk. MAIN.
 class RenderOutput {
 public:
     /// Gets what goes into the file, in order, before it is limited; may not change it.
@@ -59,8 +60,8 @@ private:
     double gain_ = 1;
     std::optional<UnnamedFile> kept_; // interleaved; none where nothing has to wait
     std::filesystem::path keptFolder_;
-    std::vector<float> interleaved_;
-    double keptPeak_ = 0;
+    std::vector<float> interleaved_, heard_; // the second one without what is not finite
+    std::optional<LoudnessMeter> meter_;     // of what is kept
 };
 
 } // namespace zephyra

@@ -59,7 +59,7 @@ Read pictureInto(std::optional<fs::path>& picture) {
 Read gainInto(std::optional<OutputGain>& gain) {
     return [&gain](const char* option, const std::string& text) -> Complaint {
         if (plainName(text) == "auto") {
-            gain = OutputGain{.isAutomatic = true};
+            gain = OutputGain{.aim = OutputGain::Aim::clipFree};
             return {};
         }
         const std::optional<double> decibels = parseIn("dB", text);
@@ -68,6 +68,34 @@ Read gainInto(std::optional<OutputGain>& gain) {
         gain = OutputGain{.decibels = *decibels};
         return {};
     };
+}
+
+/// lowest to highest decibels; wanted tells what would be right.
+Read aimInto(std::optional<OutputGain>& gain, OutputGain::Aim aim, const char* unit, double lowest,
+             double highest, const char* wanted) {
+    return [=, &gain](const char* option, const std::string& text) -> Complaint {
+        const std::optional<double> decibels = parseIn(unit, text);
+        if (!decibels || *decibels < lowest || *decibels > highest)
+            return wrongValue(option, text, wanted);
+        gain = OutputGain{.aim = aim, .decibels = *decibels};
+        return {};
+    };
+}
+
+/// A sound has one level: the first two of these that are given are told.
+Complaint checkGains(const OptionReader& reader) {
+    const char* first = nullptr;
+    for (const char* const option : {"--loudness", "--normalize", "--gain"}) {
+        if (!reader.isGiven(option)) continue;
+        if (first)
+            return Failure{std::string(first) + " and " + option +
+                           " both set the finished sound's level; keep " + first +
+                           (first == std::string_view("--loudness") ? " for how loud it is heard"
+                                                                    : " for its highest peak") +
+                           ", or leave it out"};
+        first = option;
+    }
+    return {};
 }
 
 Complaint settleRaw(const OptionReader& reader, RenderRequest& request) {
@@ -109,10 +137,19 @@ void declareOutputOptions(OptionReader& reader, RenderRequest& request) {
                "Turn the finished sound up or down, e.g. \"-6 dB\"; auto turns it down as far as "
                "it takes not to clip",
                gainInto(request.gain));
+    reader.add("--normalize", "DB",
+               "Turn the finished sound up or down until its highest peak is there, e.g. \"-1 dB\"",
+               aimInto(request.gain, OutputGain::Aim::peak, "dB", kLowestGain, 0.0,
+                       "decibels from -120 to 0 such as \"-1 dB\""));
+    reader.add("--loudness", "LUFS",
+               "The same until it is as loud as this, integrated after EBU R 128, e.g. -16",
+               aimInto(request.gain, OutputGain::Aim::loudness, "LUFS", kLowestLoudness, 0.0,
+                       "LUFS from -70 to 0 such as -16"));
     reader.beginGroup("Options");
 }
 
 Complaint settleOutput(const OptionReader& reader, RenderRequest& request) {
+    if (auto wrong = checkGains(reader)) return wrong;
     if (reader.isGiven("--raw")) return settleRaw(reader, request);
     const std::string extension = request.output.extension().string();
     if (!reader.isGiven("--type") && !extension.empty()) {

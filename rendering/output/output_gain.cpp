@@ -2,12 +2,18 @@
 
 #include "platform/text/decibels.h"
 
+#include <algorithm>
+
 namespace zephyra {
 
-double gainFactor(const OutputGain& gain, double peak, const OutputType& type) {
-    if (!gain.isAutomatic) return factorOf(gain.decibels);
-    const double highest = factorOf(type.isLossy ? kHighestLossyPeak : kHighestPeak);
-    return peak > highest ? highest / peak : 1.0;
+double gainFactor(const OutputGain& gain, const Loudness& level, const OutputType& type) {
+    using enum OutputGain::Aim;
+    if (gain.aim == factor) return factorOf(gain.decibels);
+    const auto& measured = gain.aim == loudness ? level.integratedLufs : level.peakDecibels;
+    if (!measured) return 1.0;
+    if (gain.aim != clipFree) return factorOf(gain.decibels - *measured);
+    const double highest = type.isLossy ? kHighestLossyPeak : kHighestPeak;
+    return factorOf(std::min(highest - *measured, 0.0));
 }
 
 } // namespace zephyra

@@ -72,10 +72,12 @@ TEST(RenderOutput, AnAutomaticGainTurnsDownOnlyWhatIsTooLoudAndAGivenOneAlways) 
     const TemporaryFolder folder;
     const OutputType& ogg = *findOutputType("ogg");
     const std::tuple<OutputGain, OutputType, float, double> rows[] = {
-        {{.isAutomatic = true}, rawOutputType(), 4.0f, -0.1},
-        {{.isAutomatic = true}, rawOutputType(), 0.9f, 20 * std::log10(0.9)},
-        {{.isAutomatic = true}, rawOutputType(), 0.0f, -INFINITY},
-        {{.isAutomatic = true}, ogg, 0.9f, -1.0},
+        {{.aim = OutputGain::Aim::clipFree}, rawOutputType(), 4.0f, -0.1},
+        {{.aim = OutputGain::Aim::clipFree}, rawOutputType(), 0.9f, 20 * std::log10(0.9)},
+        {{.aim = OutputGain::Aim::clipFree}, rawOutputType(), 0.0f, -INFINITY},
+        {{.aim = OutputGain::Aim::clipFree}, ogg, 0.9f, -1.0},
+        {{OutputGain::Aim::peak, -1}, rawOutputType(), 0.1f, -1},
+        {{OutputGain::Aim::peak, -1}, rawOutputType(), 0.0f, -INFINITY},
         {{.decibels = -6}, rawOutputType(), 4.0f, 20 * std::log10(4.0) - 6},
         {{.decibels = 6}, rawOutputType(), 0.25f, 20 * std::log10(0.25) + 6},
     };
@@ -106,7 +108,7 @@ TEST(RenderOutput, AnAutomaticGainTurnsDownOnlyWhatIsTooLoudAndAGivenOneAlways) 
     const RenderRequest request{.output = folder / "a",
                                 .type = rawOutputType(),
                                 .format = SampleFormat::floats,
-                                .gain = OutputGain{.isAutomatic = true}};
+                                .gain = OutputGain{.aim = OutputGain::Aim::clipFree}};
     RenderOutput output;
     ASSERT_TRUE(output.open(request, planOf(2000), {}) &&
                 output.write(left.data(), right.data(), 9) && output.finish({}));
@@ -116,7 +118,7 @@ TEST(RenderOutput, AnAutomaticGainTurnsDownOnlyWhatIsTooLoudAndAGivenOneAlways) 
 TEST(RenderOutput, IsWholeOrNotAtAllWhateverFails) {
     RenderRequest requests[] = {
         {.type = rawOutputType(), .format = SampleFormat::floats},
-        {.gain = OutputGain{.isAutomatic = true}},
+        {.gain = OutputGain{.aim = OutputGain::Aim::clipFree}},
     };
     for (RenderRequest& request : requests)
         expectWholeOrNotAtAll(
@@ -140,7 +142,8 @@ TEST(RenderOutput, OfWhatIsCopiedIntoAStreamNothingIsLeftBehindWhateverFails) {
             const RenderRequest request{
                 .output = "/dev/null",
                 .type = *findOutputType("flac"),
-                .gain = automatic ? std::optional(OutputGain{.isAutomatic = true}) : std::nullopt};
+                .gain = automatic ? std::optional(OutputGain{.aim = OutputGain::Aim::clipFree})
+                                  : std::nullopt};
             std::size_t count = 0;
             FileCall failed = FileCall::status;
             setFileCallGate([&](FileCall call, const fs::path&) {
