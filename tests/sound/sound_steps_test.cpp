@@ -21,21 +21,16 @@ constexpr Row kRows[] = {
     {"region moved"},     {"host loops back"},  {"host stops"},      {"bypass on"},
     {"bypass off"},       {"Dry/Wet down"},     {"Left Gain down"},  {"note"},
     {"Ring Modulation Switch on"},          {"Ring Modulation Switch on again"},
+    {"Ring Modulation Switch off"},         {"Echo Switch on"},
+    {"Echo Switch off"},                    {"Echo Switch on again"},
+    {"sound loaded"},     {"Normalize down"},   {"stop of long grains"},
+    {"envelope picked: Sinusoidal"},        {"envelope picked: Pulse 2"},
     // clang-format on
-    {"Echo Switch on", 4.71},
-    {"Echo Switch off", 8.0},
-    {"Echo Switch on again", 10.42},
-    {"Ring Modulation Switch off", 12.0},
-    {"LIVE on", 6.93},
-    {"LIVE cleared", 3.36},
-    {"sound loaded", 13.05},
-    {"Normalize down", 17.21},
-    {"envelope picked: Sinusoidal", 16.18},
-    {"envelope picked: Pulse 2", 11.8},
-    {"stop of long grains", 4.05},
+    {"LIVE on", 4.1},
+    {"LIVE cleared", 1.8},
     {"host starts a bounce", 17.21},
     {"prepared again", 17.21},
-    {"prepared again, with echo", 16.2},
+    {"prepared again, with echo", 18.0},
 };
 
 TEST(SoundSteps, AreNoLargerThanTheTableSays) {
