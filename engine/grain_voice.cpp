@@ -84,7 +84,8 @@ void mokGrain::setParameters(const float& newAmplitude, const float& newFrequenc
 
 void mokGrain::placeOrigin(std::uint64_t size) ZEPHYRA_NONBLOCKING {
     const double position = readPhase * static_cast<double>(size);
-    const bool isNear = position < kNearFrames || phaseIncrement < 0.0f;
+    const bool isBeyond = readPhase > 1.0; // of a rate so high that a wrap does not bring it back
+    const bool isNear = position < kNearFrames || isBeyond || phaseIncrement < 0.0f;
     origin = isNear ? 0 : static_cast<std::int64_t>(position);
 }
 
